@@ -1,0 +1,30 @@
+#pragma once
+
+#include "core/core_export.h"
+
+/// Names a class at run time and links it to the class it derives from (null at the root).
+class CoreClassInfo {
+public:
+    constexpr explicit CoreClassInfo(const char* name, const CoreClassInfo* base = nullptr) noexcept
+        : name_(name), base_(base) {}
+
+    constexpr const char* get_name() const noexcept { return name_; }
+    constexpr const CoreClassInfo* get_base() const noexcept { return base_; }
+
+private:
+    const char* name_;
+    const CoreClassInfo* base_;
+};
+
+/// The root class of objects that can be asked for their class.
+class BK_PARSER_API CoreBaseObject {
+public:
+    constexpr CoreBaseObject() noexcept = default;
+    CoreBaseObject(const CoreBaseObject&) = default;
+    CoreBaseObject& operator=(const CoreBaseObject&) = default;
+    virtual ~CoreBaseObject();
+
+    /// True when this object's class is `info` or derives from it.
+    virtual bool is_kindof(const CoreClassInfo& info) const;
+    virtual const CoreClassInfo& get_class_info() const;
+};

@@ -1,0 +1,268 @@
+#pragma once
+
+#include "core/core_hash.h"
+#include "core/core_memory.h"
+#include "core/core_string.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
+
+/// A growable array that owns its elements and copies them deeply. Its capacity doubles, starting at 1, so
+/// that adding is amortised constant time. Counts and indices are 32-bit; an index is not checked.
+template <class T>
+class CoreVector {
+public:
+    CoreVector() noexcept = default;
+    CoreVector(std::initializer_list<T> elements) {
+        add_range(elements.begin(), static_cast<unsigned int>(elements.size()));
+    }
+    CoreVector(const CoreVector& other) { add_range(other.data_, other.count_); }
+    CoreVector(CoreVector&& other) noexcept { swap(other); }
+    CoreVector& operator=(const CoreVector& other) {
+        if (this != &other) {
+            CoreVector copy(other);
+            swap(copy);
+        }
+        return *this;
+    }
+    CoreVector& operator=(CoreVector&& other) noexcept {
+        CoreVector taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    ~CoreVector() { clear(); }
+
+    void add(const T& element) {
+        if (count_ == capacity_) {
+            T copy(element); // the element may lie in the storage that is given up
+            grow_to(doubled_capacity(count_ + core_uint64{1}));
+            std::construct_at(data_ + count_, std::move(copy));
+        } else {
+            std::construct_at(data_ + count_, element);
+        }
+        ++count_;
+    }
+
+    /// Appends `count` elements; they must not lie in this vector. The capacity is what adding them one by one
+    /// would have made it.
+    void add_range(const T* elements, const unsigned int& count) {
+        const core_uint64 needed = core_uint64{count_} + count;
+        if (needed > capacity_) {
+            grow_to(doubled_capacity(needed));
+        }
+        std::uninitialized_copy_n(elements, count, data_ + count_);
+        count_ += count;
+    }
+
+    const unsigned int& get_count() const noexcept { return count_; }
+    const unsigned int& get_capacity() const noexcept { return capacity_; }
+    bool is_empty() const noexcept { return count_ == 0; }
+
+    T& operator[](const unsigned int& i) noexcept { return data_[i]; }
+    const T& operator[](const unsigned int& i) const noexcept { return data_[i]; }
+    T* get_data() noexcept { return data_; }
+    const T* get_data() const noexcept { return data_; }
+
+    /// Destroys the elements and frees the storage: count and capacity become 0.
+    void clear() noexcept {
+        truncate(0);
+        CoreMemory::release(data_, byte_size(capacity_));
+        data_ = nullptr;
+        capacity_ = 0;
+    }
+    /// Keeps the first `count` elements, and the storage.
+    void truncate(const unsigned int& count) noexcept {
+        std::destroy(data_ + count, data_ + count_);
+        count_ = count;
+    }
+    /// Makes room for exactly `capacity` elements in all, when there is less.
+    void reserve(const unsigned int& capacity) {
+        if (capacity > capacity_) {
+            grow_to(capacity);
+        }
+    }
+    void swap(CoreVector& other) noexcept {
+        std::swap(data_, other.data_);
+        std::swap(count_, other.count_);
+        std::swap(capacity_, other.capacity_);
+    }
+
+    T* begin() noexcept { return data_; }
+    T* end() noexcept { return data_ + count_; }
+    const T* begin() const noexcept { return data_; }
+    const T* end() const noexcept { return data_ + count_; }
+
+private:
+    static std::size_t byte_size(std::size_t count) noexcept { return count * sizeof(T); }
+
+    unsigned int doubled_capacity(core_uint64 needed) const {
+        constexpr core_uint64 limit = 0xFFFFFFFFu;
+        if (needed > limit) {
+            throw std::length_error("CoreVector: more than 4294967295 elements");
+        }
+        core_uint64 capacity = capacity_ == 0 ? 1 : capacity_;
+        while (capacity < needed) {
+            capacity *= 2;
+        }
+        return static_cast<unsigned int>(std::min(capacity, limit));
+    }
+
+    void grow_to(unsigned int capacity) {
+        T* grown = static_cast<T*>(CoreMemory::allocate(byte_size(capacity)));
+        std::uninitialized_move_n(data_, count_, grown);
+        std::destroy_n(data_, count_);
+        CoreMemory::release(data_, byte_size(capacity_));
+        data_ = grown;
+        capacity_ = capacity;
+    }
+
+    T* data_ = nullptr;
+    unsigned int count_ = 0;
+    unsigned int capacity_ = 0;
+};
+
+/// An array of fixed count. Elements start as T().
+template <class T>
+class CoreBasicArray {
+public:
+    explicit CoreBasicArray(const unsigned int& count = 0) { extend_to(count); }
+    CoreBasicArray(std::initializer_list<T> elements) : elements_(elements) {}
+
+    const unsigned int& get_count() const noexcept { return elements_.get_count(); }
+    T& operator[](const unsigned int& i) noexcept { return elements_[i]; }
+    const T& operator[](const unsigned int& i) const noexcept { return elements_[i]; }
+    T* get_data() noexcept { return elements_.get_data(); }
+    const T* get_data() const noexcept { return elements_.get_data(); }
+
+    T* begin() noexcept { return elements_.begin(); }
+    T* end() noexcept { return elements_.end(); }
+    const T* begin() const noexcept { return elements_.begin(); }
+    const T* end() const noexcept { return elements_.end(); }
+
+protected:
+    void extend_to(const unsigned int& count) {
+        elements_.reserve(count);
+        while (elements_.get_count() < count) {
+            elements_.add(T());
+        }
+    }
+
+    CoreVector<T> elements_;
+};
+
+/// An array whose count can be changed.
+template <class T>
+class CoreArray : public CoreBasicArray<T> {
+public:
+    using CoreBasicArray<T>::CoreBasicArray;
+
+    /// Keeps the elements that remain; new ones start as T(). The storage is exactly as large as needed.
+    void resize(const unsigned int& count) {
+        if (count < this->get_count()) {
+            this->elements_.truncate(count);
+        } else {
+            this->extend_to(count);
+        }
+    }
+};
+
+/// A list in order of adding.
+template <class T>
+class CoreList {
+public:
+    CoreList() noexcept = default;
+    CoreList(std::initializer_list<T> elements) : elements_(elements) {}
+
+    void add(const T& element) { elements_.add(element); }
+    void clear() noexcept { elements_.clear(); }
+    const unsigned int& get_count() const noexcept { return elements_.get_count(); }
+    T& operator[](const unsigned int& i) noexcept { return elements_[i]; }
+    const T& operator[](const unsigned int& i) const noexcept { return elements_[i]; }
+
+    T* begin() noexcept { return elements_.begin(); }
+    T* end() noexcept { return elements_.end(); }
+    const T* begin() const noexcept { return elements_.begin(); }
+    const T* end() const noexcept { return elements_.end(); }
+
+private:
+    CoreVector<T> elements_;
+};
+
+/// The bytes that a set hashes an element by; a type of the host's provides its own overload.
+inline unsigned int core_set_hash(const CoreString& text) noexcept {
+    return CoreHash::generate_jenkins(text.get_data(), text.get_length());
+}
+template <class T>
+requires std::is_arithmetic_v<T> || std::is_enum_v<T> || std::is_pointer_v<T>
+unsigned int core_set_hash(const T& value) noexcept {
+    char bytes[sizeof(T)];
+    std::memcpy(bytes, &value, sizeof(T));
+    return CoreHash::generate_jenkins(bytes, sizeof(T));
+}
+
+/// A set without duplicates, iterated in order of first adding. Lookups and adding are amortised constant time.
+template <class T>
+class CoreSet {
+public:
+    void add(const T& element) {
+        if (exists(element)) {
+            return;
+        }
+        if (elements_.get_count() >= slots_.get_count() / 2) {
+            rehash(slots_.get_count() == 0 ? 8 : slots_.get_count() * 2);
+        }
+        elements_.add(element);
+        enter(elements_.get_count() - 1);
+    }
+    bool exists(const T& element) const {
+        if (slots_.get_count() == 0) {
+            return false;
+        }
+        const unsigned int mask = slots_.get_count() - 1;
+        for (unsigned int slot = core_set_hash(element) & mask; slots_[slot] != vacant;
+             slot = (slot + 1) & mask) {
+            if (elements_[slots_[slot]] == element) {
+                return true;
+            }
+        }
+        return false;
+    }
+    void clear() noexcept {
+        elements_.clear();
+        slots_.clear();
+    }
+    const unsigned int& get_count() const noexcept { return elements_.get_count(); }
+
+    const T* begin() const noexcept { return elements_.begin(); }
+    const T* end() const noexcept { return elements_.end(); }
+
+private:
+    static constexpr unsigned int vacant = 0xFFFFFFFFu;
+
+    void enter(unsigned int index) {
+        const unsigned int mask = slots_.get_count() - 1;
+        unsigned int slot = core_set_hash(elements_[index]) & mask;
+        while (slots_[slot] != vacant) {
+            slot = (slot + 1) & mask;
+        }
+        slots_[slot] = index;
+    }
+    void rehash(unsigned int slot_count) {
+        slots_.clear();
+        slots_.reserve(slot_count);
+        while (slots_.get_count() < slot_count) {
+            slots_.add(vacant);
+        }
+        for (unsigned int i = 0; i < elements_.get_count(); ++i) {
+            enter(i);
+        }
+    }
+
+    CoreVector<T> elements_;
+    CoreVector<unsigned int> slots_; // positions in elements_; a power of two, at most half full
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "core/core_log.h"
+
+namespace bk {
+
+/// True when the main log handler takes messages of this level.
+inline bool is_reported(int level) {
+    const CoreLogHandler* handler = CoreLogHandler::s_main_log_handler;
+    return handler != nullptr && handler->get_verbosity() >= level;
+}
+
+/// Composes a message out of its parts and delivers it; nothing is composed when nobody takes it.
+template <class... Parts>
+void report(int level, const Parts&... parts) {
+    if (!is_reported(level)) {
+        return;
+    }
+    CoreLogStream stream;
+    ((stream += parts), ...);
+    CoreLogHandler::s_main_log_handler->log(level, stream);
+}
+
+template <class... Parts>
+void report_warning(const Parts&... parts) {
+    report(CoreLogHandler::level_warning, parts...);
+}
+
+template <class... Parts>
+void report_error(const Parts&... parts) {
+    report(CoreLogHandler::level_error, parts...);
+}
+
+} // namespace bk

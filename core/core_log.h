@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/core_base_object.h"
+#include "core/core_string.h"
+
+/// One message on its way to a log handler. It is composed by appending to it.
+class BK_PARSER_API CoreLogStream : public CoreBaseObject {
+public:
+    CoreLogStream();
+    ~CoreLogStream() override;
+
+    const CoreString& get_message() const noexcept { return message_; }
+
+    template <class T>
+    CoreLogStream& operator+=(const T& part) {
+        message_ += part;
+        return *this;
+    }
+
+private:
+    CoreString message_;
+};
+
+/// Takes the messages of the library. Level 1 is an error, level 2 a warning; a message is composed only when
+/// the handler's verbosity is at least its level. A host overrides `log` and points `s_main_log_handler` at its
+/// own handler, which it keeps alive as long as the library may log.
+class BK_PARSER_API CoreLogHandler : public CoreBaseObject {
+public:
+    static constexpr int level_error = 1;
+    static constexpr int level_warning = 2;
+
+    constexpr CoreLogHandler() noexcept = default;
+    ~CoreLogHandler() override;
+
+    /// Delivers the message. The default writes it to standard error as it stands.
+    virtual void log(const int& level, const CoreLogStream& stream);
+
+    const int& get_verbosity() const noexcept { return verbosity_; }
+    void set_verbosity(const int& verbosity) noexcept { verbosity_ = verbosity; }
+
+    /// Never null; at first the default handler. Read without synchronisation.
+    static CoreLogHandler* s_main_log_handler;
+
+private:
+    int verbosity_ = level_warning;
+};

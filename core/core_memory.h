@@ -1,0 +1,21 @@
+#pragma once
+
+#include "core/core_export.h"
+
+#include <cstddef>
+
+/// Storage for the objects and the text of documents. Small blocks come from slabs, large ones from
+/// the global heap; both sides are always inside the library, so that a block taken in one module may be
+/// given back in another. A block may be given back on another thread than the one that took it.
+class BK_PARSER_API CoreMemory {
+public:
+    /// Blocks of up to this many bytes come from slabs.
+    static constexpr std::size_t largest_slab_block = 1024;
+
+    /// A block of at least `size` bytes, aligned for any object of up to 16 bytes' alignment.
+    /// Throws std::bad_alloc when memory has run out. Amortised constant time.
+    [[nodiscard]] static void* allocate(std::size_t size);
+
+    /// Gives back a block; `size` must be the size that it was taken with. Null is legal.
+    static void release(void* block, std::size_t size) noexcept;
+};

@@ -1,0 +1,136 @@
+#pragma once
+
+#include "core/core_export.h"
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+/// Lines and columns: 32 bits on every platform.
+#if defined(_WIN32)
+using core_ulong = unsigned long;
+#else
+using core_ulong = std::uint32_t;
+#endif
+using core_uint64 = unsigned long long;
+using core_int64 = long long;
+
+/// The read-only face of a string: a run of 8-bit characters with an explicit length. Any byte may stand in
+/// it, NUL too. One more NUL always follows the last character, so that C interfaces can read it.
+///
+/// Layout: 16 bytes. Up to `inline_capacity` characters stand inside the object, longer texts in a block.
+class BK_PARSER_API CoreBasicString {
+public:
+    /// The longest text that needs no block.
+    static constexpr unsigned int inline_capacity = 11;
+
+    /// The first character. Valid until the string changes, moves or dies.
+    const char* get_data() const noexcept { return is_inline() ? short_.text : long_.data; }
+    /// Characters, without the closing NUL.
+    unsigned int get_length() const noexcept { return short_.length; }
+    bool is_empty() const noexcept { return short_.length == 0; }
+    std::string_view get_view() const noexcept { return {get_data(), get_length()}; }
+
+    /// Byte-wise equality, length included.
+    bool operator==(const CoreBasicString& other) const noexcept { return get_view() == other.get_view(); }
+    /// Compares with a NUL-terminated text.
+    bool operator==(const char* text) const noexcept { return get_view() == std::string_view(text); }
+
+    CoreBasicString(const CoreBasicString&) = delete;
+    CoreBasicString& operator=(const CoreBasicString&) = delete;
+
+protected:
+    CoreBasicString() noexcept : short_{0, {}} {}
+    ~CoreBasicString() = default;
+
+    bool is_inline() const noexcept { return short_.length <= inline_capacity; }
+
+    /// Holds when length is at most inline_capacity.
+    struct Short {
+        unsigned int length;
+        char text[inline_capacity + 1];
+    };
+    /// Holds otherwise. A capacity of 0 marks text that somebody else keeps.
+    struct Long {
+        unsigned int length;
+        unsigned int capacity;
+        char* data;
+    };
+    union {
+        Short short_;
+        Long long_;
+    };
+};
+
+/// An owned string. Copies are deep; a moved-from string is empty. Lengths are 32-bit: what would pass
+/// `max_length` is refused by `append`, and the string stays as it was.
+class BK_PARSER_API CoreString : public CoreBasicString {
+public:
+    /// One byte less than the largest length, so that the closing NUL can be counted too.
+    static constexpr unsigned int max_length = 0xFFFFFFFEu;
+
+    CoreString() noexcept = default;
+    /// The text up to its NUL; null gives the empty string.
+    CoreString(const char* text);
+    /// Exactly `size` bytes.
+    CoreString(const char* data, const unsigned int& size);
+    explicit CoreString(std::string_view text);
+    CoreString(const CoreString& other);
+    CoreString(CoreString&& other) noexcept;
+    CoreString& operator=(const CoreString& other);
+    CoreString& operator=(CoreString&& other) noexcept;
+    ~CoreString() { release(); }
+
+    /// Replaces the contents by `size` bytes, which may lie inside this very string. A size of 0xFFFFFFFF
+    /// means up to the NUL.
+    void set_data(const char* data, const unsigned int& size = 0xFFFFFFFF);
+    /// Reads the text where it lies instead of copying it (short texts are copied all the same). The caller
+    /// keeps the bytes, and a NUL after them, for as long as this string shows them. A copy of the string
+    /// owns its text; so does the string itself after the next change.
+    void set_borrowed(const char* data, const unsigned int& size);
+    void clear() noexcept;
+
+    /// A shared empty string, for accessors that have nothing to give.
+    static const CoreString& get_null_string() noexcept;
+
+    /// The `length` characters from `start`, fewer where the string ends before.
+    CoreString sub_string(const unsigned int& start, const unsigned int& length) const;
+
+    /// The leading decimal integer, as `core_text_to_int` reads it.
+    explicit operator int() const noexcept;
+    /// The leading decimal number, as `core_text_to_double` reads it.
+    explicit operator double() const noexcept;
+
+    /// Makes room for `length` characters in all.
+    void reserve(const unsigned int& length);
+
+    /// Appends `size` bytes, which may lie inside this very string. False, and no change, when the length
+    /// would pass `max_length`. Amortised constant time per byte.
+    bool append(const char* data, const std::size_t& size);
+    bool append(std::string_view text) { return append(text.data(), text.size()); }
+
+    CoreString& operator+=(const char* text);
+    CoreString& operator+=(const CoreString& other);
+    CoreString& operator+=(char character);
+    CoreString& operator+=(unsigned char byte) { return *this += static_cast<char>(byte); }
+    /// Numbers are appended in decimal digits; a negative one with "-".
+    CoreString& operator+=(int number);
+    CoreString& operator+=(unsigned int number);
+    CoreString& operator+=(unsigned long number);
+    CoreString& operator+=(unsigned long long number);
+    /// The shortest text that reads back to the same double.
+    CoreString& operator+=(double number);
+
+private:
+    void release() noexcept {
+        if (!is_inline() && long_.capacity != 0) {
+            release_block();
+        }
+    }
+    void release_block() noexcept;
+    unsigned int capacity() const noexcept { return is_inline() ? inline_capacity : long_.capacity; }
+    void grow(unsigned int length);
+    char* writable_data() noexcept { return is_inline() ? short_.text : long_.data; }
+};
+
+static_assert(sizeof(CoreString) == 16, "names and values are laid out around a string of 16 bytes");

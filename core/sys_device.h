@@ -1,0 +1,55 @@
+#pragma once
+
+#include "core/core_export.h"
+#include "core/core_string.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+/// An open file as the operating system gives it: bytes, no translation. The destructor closes.
+class BK_PARSER_API SysHandle {
+public:
+    virtual ~SysHandle();
+    /// Bytes read, 0 at the end, negative on an error. May give fewer than asked for.
+    virtual core_int64 read(char* buffer, std::size_t size) = 0;
+    /// Bytes taken, negative on an error. May take fewer than offered.
+    virtual core_int64 write(const char* data, std::size_t size) = 0;
+    /// Flushes to the disk.
+    virtual bool sync() = 0;
+    virtual bool close() = 0;
+};
+
+enum class SysPathKind { missing, regular, directory, other };
+
+/// What stands at a path.
+struct SysPathInfo {
+    SysPathKind kind = SysPathKind::missing;
+    core_int64 size = 0;
+};
+
+/// Every way by which the library reaches a disk. Tests put their own device in place of the platform's to
+/// let call number n fail or to serve files from memory.
+class BK_PARSER_API SysDevice {
+public:
+    virtual ~SysDevice();
+
+    virtual SysPathInfo inspect(const std::string& path) = 0;
+    virtual std::unique_ptr<SysHandle> open_for_reading(const std::string& path) = 0;
+    /// Opens an existing target that is not a regular file.
+    virtual std::unique_ptr<SysHandle> open_in_place(const std::string& path) = 0;
+    /// Creates a new file beside `target`, with the target's permissions where it exists; fills in its path.
+    virtual std::unique_ptr<SysHandle> create_beside(const std::string& target,
+                                                     std::string& created_path) = 0;
+    /// Lets the file at `from` take the name `to`, replacing what stands there, in one step, durably.
+    virtual bool replace(const std::string& from, const std::string& to) = 0;
+    virtual bool remove(const std::string& path) = 0;
+    /// The path that symbolic links lead to; the path itself where there are none.
+    virtual std::string resolve_links(const std::string& path) = 0;
+    virtual std::string current_folder() = 0;
+
+    /// The device in use, never null; the platform's at first. Replaced only while no file is open.
+    static SysDevice& get();
+    /// Null puts the platform's device back. The caller keeps the device alive while it is in use.
+    static void set(SysDevice* device);
+};

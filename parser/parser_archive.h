@@ -1,0 +1,52 @@
+#pragma once
+
+#include "core/app_progress_bar.h"
+#include "core/core_containers.h"
+#include "core/core_export.h"
+#include "core/core_string.h"
+#include "parser/parser_group.h"
+
+/// A group's text as a sequence of words, each distinct word kept once.
+struct BK_PARSER_API ParserArchive {
+    ParserArchive();
+    ParserArchive(const ParserArchive& other);
+    /// The source is left empty.
+    ParserArchive(ParserArchive&& other) noexcept;
+    ParserArchive& operator=(const ParserArchive& other);
+    ParserArchive& operator=(ParserArchive&& other) noexcept;
+    ~ParserArchive();
+
+    /// Appends a word to the sequence. Amortised constant time, but for hashing the word.
+    void operator+=(const CoreString& word);
+
+private:
+    /// Finds words: by a linear search while they are few, then by their Jenkins hash. Which of the two is at work
+    /// never changes the index that a word gets.
+    CoreVector<unsigned int> lookup_;
+    unsigned char lookup_kind_ = 0; // 0 none, 1 linear, 2 hashed
+
+public:
+    /// Each distinct word once, in order of first appearance.
+    CoreVector<CoreString> strings;
+    /// The words of the document, as positions in `strings`.
+    CoreVector<unsigned int> indices;
+};
+
+/// Packing groups into archives, and archives into files (docs/formats.md).
+class BK_PARSER_API ParserImpl {
+public:
+    static void archive_group(ParserGroup& group, ParserArchive& archive, const bool& with_braces,
+                              AppProgressBar* progress);
+    static void archive_entry(ParserEntry& entry, ParserArchive& archive, AppProgressBar* progress);
+    static void archive_value(ParserValue& value, ParserArchive& archive, AppProgressBar* progress);
+    /// Parses the archive's words into the group. Indices that name no string are skipped.
+    static void group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar* progress);
+
+    /// Empty on success, else "empty filename" or "cannot open file".
+    static CoreString save_archive(const ParserArchive& archive, const CoreString& filename,
+                                   AppProgressBar* progress);
+    /// Empty on success, else "empty filename", "cannot open file", "invalid file size" or "unknown file format".
+    /// Meant for an empty archive; one that was loaded is not for adding further words. Makes no progress calls.
+    static CoreString load_archive(ParserArchive& archive, const CoreString& filename,
+                                   AppProgressBar* progress);
+};

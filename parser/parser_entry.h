@@ -1,0 +1,175 @@
+#pragma once
+
+#include "core/core_containers.h"
+#include "core/core_export.h"
+#include "core/core_string.h"
+#include "core/gmath_vec.h"
+#include "parser/parser_value.h"
+#include "parser/parser_value_list.h"
+
+class ParserGroup;
+class ParserWord;
+namespace bk {
+class EntryAccess;
+}
+
+/// One named line of a document: a name, a kind, an optional template name, an optional array mark, the place
+/// where it was read, and an ordered list of values, which the entry owns.
+///
+/// Indexed operations do not check the index unless they say so. References and pointers to names, templates
+/// and fields are valid as long as the entry is; for strings see ParserValue::get_as_string.
+///
+/// Layout: 64 bytes, one cache line.
+class BK_PARSER_API ParserEntry {
+public:
+    enum Type : unsigned int {
+        TYPE_ENTRY = 0,         ///< ordinary; the name is an identifier
+        TYPE_KEYWORD = 1,       ///< the name is a keyword, "#" and a name
+        TYPE_FUNCTION_CALL = 2, ///< the values are an argument list in parentheses
+        TYPE_RAW_TEXT = 3       ///< the values are written verbatim, without name or separators
+    };
+
+    /// What get_array_count gives for an entry that is not an array.
+    static constexpr unsigned int not_an_array = 0xFFFFFFFFu;
+
+    ParserEntry(const CoreString& name, const Type& type, const core_ulong& line, const core_ulong& column);
+    /// Deep; nested groups are copied at any depth, each with a null source entry.
+    ParserEntry(const ParserEntry& other);
+    virtual ~ParserEntry();
+
+    /// Shallow: afterwards both entries list the same values, and a change of one is seen through both.
+    /// A value dies with the last entry that lists it. Use copy_from for an independent copy.
+    ParserEntry& operator=(const ParserEntry& other);
+    /// Deep: own values are deleted first. Copying an entry from itself changes nothing.
+    void copy_from(const ParserEntry& other);
+    /// Deletes all values; name, type, place, array count and template stay.
+    void reset();
+
+    const CoreString& get_name() const noexcept { return name_; }
+    const Type& get_type() const noexcept { return type_; }
+    const CoreString& get_template() const noexcept;
+    /// Where the entry was read: a line counted from 1, and a column; 0 for an entry made by add_group.
+    const core_ulong& get_line() const noexcept { return line_; }
+    const core_ulong& get_column() const noexcept { return column_; }
+    /// The declared size, 0 when none was stated, not_an_array otherwise.
+    const unsigned int& get_array_count() const noexcept { return array_count_; }
+    const unsigned int& get_value_count() const noexcept { return values_.get_count(); }
+    bool has_value() const noexcept { return values_.get_count() != 0; }
+    bool is_array() const noexcept { return array_count_ != not_an_array; }
+    bool is_template() const noexcept { return !get_template().is_empty(); }
+    /// Exactly one value, and it is a group.
+    bool is_group() const;
+
+    /// Neither checks the name nor touches the indexes of the group.
+    void rename(const CoreString& name);
+    /// The empty string removes the template.
+    void set_template(const CoreString& name);
+    /// `count` is ignored when `is_array` is false.
+    void set_array(const bool& is_array, const unsigned int& count);
+    /// TYPE_RAW_TEXT when true; TYPE_ENTRY when false, whatever the entry was before. The group's
+    /// indexes follow at the next operation that rebuilds them.
+    void set_as_raw_text(bool raw);
+
+    /// Each appends one value; a vector appends one value a component. Amortised constant time.
+    void add_bool(const bool& value);
+    /// Kept as the character's code: 'A' is written 65.
+    void add_char(const char& value);
+    void add_int(const int& value);
+    void add_double(const double& value);
+    void add_string(const CoreString& value);
+    void add_binary_data(void* data, const unsigned int& size);
+    /// A value of the given type from a word of the text syntax; a string loses its enclosing quotes.
+    void add_word(const ParserWord& word, const ParserValue::Type& type);
+    /// Adopts `group` and returns it, leaving its source entry as it is. Null makes a new group, without a
+    /// name, whose source entry is this entry.
+    ParserGroup* add_group(ParserGroup* group);
+    void add_vec2d(const GMathVec2<double>& value);
+    void add_vec2i(const GMathVec2<int>& value);
+    void add_vec3d(const GMathVec3<double>& value);
+    void add_vec4d(const GMathVec4<double>& value);
+
+    /// Typed reads of value `i`; see ParserValue for conversions and messages.
+    bool get_bool(const unsigned int& i) const;
+    char get_char(const unsigned int& i) const;
+    int get_int(const unsigned int& i) const;
+    double get_double(const unsigned int& i) const;
+    const CoreString& get_string(const unsigned int& i) const;
+    void* get_binary_data(const unsigned int& i) const;
+    unsigned int get_binary_data_size(const unsigned int& i) const;
+    /// The value's text, unquoted, whatever its type; empty for a group. Never logs.
+    CoreString get_word(const unsigned int& i) const;
+    /// Null when value `i` is no group. An entry without values gets a new group, whatever `i` is.
+    ParserGroup* get_group(const unsigned int& i) const;
+    /// Components from value `i` on; those for which there is no value are 0.
+    GMathVec2<double> get_vec2d(const unsigned int& i) const;
+    GMathVec2<int> get_vec2i(const unsigned int& i) const;
+    GMathVec3<double> get_vec3d(const unsigned int& i) const;
+    GMathVec4<double> get_vec4d(const unsigned int& i) const;
+
+    bool is_value_group(const unsigned int& i) const;
+    bool is_value_bool(const unsigned int& i) const;
+    bool is_value_char(const unsigned int& i) const;
+    bool is_value_int(const unsigned int& i) const;
+    /// An int counts as a double.
+    bool is_value_double(const unsigned int& i) const;
+    bool is_value_string(const unsigned int& i) const;
+    /// 0xFFFFFFFF when the entry has no values.
+    ParserValue::Type get_value_type(const unsigned int& i) const;
+
+    /// Each gives value `i` a new content and type.
+    void set_bool(const bool& value, const unsigned int& i);
+    void set_int(const int& value, const unsigned int& i);
+    void set_double(const double& value, const unsigned int& i);
+    void set_string(const CoreString& value, const unsigned int& i);
+    void set_binary_data(void* data, const unsigned int& size, const unsigned int& i);
+
+    /// Moves a value to position `to`; those between shift by one place.
+    void move_value(const unsigned int& from, const unsigned int& to);
+    /// The survivors keep their order. Indices may come in any order and repeat; those past the end are ignored.
+    void remove_value(const unsigned int& i);
+    void remove_value(const CoreBasicArray<unsigned int>& indices);
+    void remove_value(const CoreList<unsigned int>& indices);
+
+    /// Appends the entry, or its values alone, as the text syntax writes them.
+    void get_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
+    void get_value_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
+
+    /// The entry's text enciphered under `key` (docs/formats.md): as bytes, or as hexadecimal digits. An empty
+    /// text leaves the output as it was.
+    void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& pretty,
+                            const unsigned int& level) const;
+    void get_encrypted_text(CoreString& text, const CoreString& key, const bool& pretty,
+                            const unsigned int& level) const;
+
+    /// The binary form: name and values; kind, template, array count and place are not part of it.
+    CoreVector<char> get_binary() const;
+    /// Reads what follows the name in the binary form and appends the values. False, with what was
+    /// read before kept, when the data is bad. A chunk larger than the whole buffer is logged at level 2:
+    /// "ParserEntry.set_binary: ParserEntry '<name>', chunk size (<size>) is larger than the given buffer (<size>)\n".
+    bool set_binary(const CoreVector<char>& data, core_uint64& position);
+
+    static void* operator new(std::size_t size);
+    static void* operator new(std::size_t, void* place) noexcept { return place; }
+    static void operator delete(void* block, std::size_t size) noexcept;
+
+private:
+    friend class bk::EntryAccess;
+
+    /// What few entries have.
+    struct Rare {
+        CoreString template_name;
+        unsigned int other_owners = 0; // lists that hold the entry beside the first
+    };
+
+    Rare& make_rare();
+    void copy_fields(const ParserEntry& other);
+    void append(ParserValue&& value);
+
+    CoreString name_;
+    mutable ParserValueList values_; // reading the group of an empty entry makes it
+    core_ulong line_;
+    core_ulong column_;
+    unsigned int array_count_ = not_an_array;
+    Type type_;
+    Rare* rare_ = nullptr;
+};

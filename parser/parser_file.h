@@ -1,0 +1,87 @@
+#pragma once
+
+#include "core/app_progress_bar.h"
+#include "core/core_base_object.h"
+#include "core/core_containers.h"
+#include "core/core_export.h"
+#include "core/core_string.h"
+#include "core/core_version.h"
+#include "parser/parser_group.h"
+#include "parser/parser_read_observer.h"
+
+/// The version of texts without a version line, and of archives: 1.2.
+extern BK_PARSER_API CoreVersion default_parser_serial_version;
+
+/// A document on disk: the tree under its root group, the name of its file, and where its includes are found.
+///
+/// A text document begins with a line "#Brellwick_Serial_Version 1.2". Where it says #include "name", the file of
+/// that name is spliced in; "//" begins a comment that ends with its line, and takes the line's end with it.
+class BK_PARSER_API ParserFile : public CoreBaseObject {
+public:
+    enum Mode : unsigned int { MODE_TEXT = 0, MODE_BINARY = 1 };
+
+    /// Owns the group from now on.
+    explicit ParserFile(ParserGroup& root);
+    /// A new root group named "root". The file is not read.
+    explicit ParserFile(const CoreString& filename);
+    /// Copies share one root group, which dies with the last of them.
+    ParserFile(const ParserFile& other);
+    ParserFile& operator=(const ParserFile& other);
+    ~ParserFile() override;
+
+    /// Deletes what the root group holds.
+    void clear();
+
+    void set_filename(const CoreString& filename);
+    const CoreString& get_filename() const noexcept { return filename_; }
+    /// The folders in which files are looked for, in this order, before the name is tried as it stands.
+    void set_search_paths(const CoreVector<CoreString>& paths);
+    const CoreVector<CoreString>& get_search_paths() const noexcept { return search_paths_; }
+    /// The absolute paths of the files that the last read included.
+    const CoreSet<CoreString>& get_dependencies() const noexcept { return dependencies_; }
+    /// 1.0 when the text read had no version line; 0 after a read that failed.
+    const CoreVersion& get_serial_version() const noexcept { return serial_version_; }
+    /// Whether the first file ever read was an enciphered one.
+    bool is_encrypted() const noexcept { return storage_ == STORAGE_ENCRYPTED; }
+    ParserGroup& get_root() const noexcept { return *root_; }
+
+    /// Tells an observer, which the caller keeps alive, how later reads go; null ends that.
+    void set_read_observer(ParserReadObserver* observer) noexcept { observer_ = observer; }
+
+    /// Appends the root group's text, without a version line.
+    void get_text(CoreString& out) const;
+
+    /// Reads a file (the stored one when `filename` is empty), with its includes, and appends it to the root
+    /// group. `key` deciphers what is stored enciphered. False when the file or an include cannot be found, opened or
+    /// deciphered, with level-2 messages, and then the root group is as it was. Faults of the syntax are logged, and are no failure.
+    bool read(const CoreString& filename, const CoreString& key, AppProgressBar* progress);
+
+    /// Writes to the stored filename, after storing `filename` when it is not empty. A key that is not empty
+    /// writes the enciphered form, whatever the mode. False when the file cannot be opened, and for an unknown mode with
+    /// "ParserFile.write: Unknown file mode\n" at level 1. What cannot be stored whole is logged at level 1 as
+    /// "ParserFile.write: Can't save project '<filename>'.\n"; the result is true all the same, and the old file stays.
+    bool write(const Mode& mode, const CoreString& filename, const CoreString& key);
+
+    /// The binary form of the whole document (docs/formats.md).
+    CoreVector<char> get_binary() const;
+    /// Appends what the binary form holds to the root group. False, with level-2 messages, when it is bad.
+    bool set_binary(const CoreVector<char>& data);
+
+private:
+    enum Storage : unsigned char { STORAGE_UNKNOWN = 0, STORAGE_PLAIN = 1, STORAGE_ENCRYPTED = 2 };
+    struct IncludeChain;
+
+    double preprocess_file(CoreString& out, const CoreString& name, const CoreString& key,
+                           CoreSet<CoreString>& dependencies, AppProgressBar* progress);
+    void release_root() noexcept;
+
+    CoreString filename_;
+    CoreString folder_;
+    ParserGroup* root_;
+    CoreVector<CoreString> search_paths_;
+    Storage storage_ = STORAGE_UNKNOWN;
+    CoreVersion serial_version_;
+    CoreSet<CoreString> dependencies_;
+    unsigned int* root_owners_; // shared by all copies
+    ParserReadObserver* observer_ = nullptr;
+};

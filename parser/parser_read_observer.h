@@ -1,0 +1,50 @@
+#pragma once
+
+#include "core/core_export.h"
+#include "core/core_string.h"
+
+/// Watches how a document is read, so that a tool can say which file, line and column a fault is in. The
+/// operations of this base do nothing. Offsets and lengths are bytes; an "expanded" offset counts in the text that
+/// the parser reads, after includes are spliced in and comments are dropped; any other counts in the text of the file
+/// that is being read.
+class BK_PARSER_API ParserReadObserver {
+public:
+    enum Fault : unsigned int {
+        FAULT_WRONGLY_PLACED,
+        FAULT_NO_VALUE,
+        FAULT_TEMPLATE_INSIDE_TEMPLATE,
+        FAULT_VALUE_WITHOUT_ENTRY,
+        FAULT_GROUP_WITHOUT_ENTRY,
+        FAULT_ARGUMENTS_WITHOUT_ENTRY,
+        FAULT_ARGUMENTS_AFTER_VALUES,
+        FAULT_ARGUMENTS_INSIDE_ARGUMENTS,
+        FAULT_ARGUMENTS_ON_KEYWORD,
+        FAULT_CLOSING_WITHOUT_ENTRY,
+        FAULT_CLOSING_NO_ARGUMENTS,
+        FAULT_UNKNOWN_WORD,
+        FAULT_INVALID_NAME,     ///< the name of an entry is refused
+        FAULT_TEXT_AFTER_END,   ///< a "}" that closes nothing ends the document; not logged
+        FAULT_GROUP_LEFT_OPEN,  ///< the text ends inside this group; not logged
+        FAULT_INCLUDE_LEFT_OPEN ///< an include directive without a closing quote; not logged
+    };
+
+    ParserReadObserver() = default;
+    virtual ~ParserReadObserver();
+
+    /// An include directive stands at this place of the current file and its search begins.
+    virtual void include_found(const unsigned int& offset, const unsigned int& length,
+                               const CoreString& name);
+    /// The current file is now this one: found at `path` and loaded; `text` is what it holds, deciphered, and
+    /// stays where it is until file_left.
+    virtual void file_entered(const CoreString& name, const CoreString& path, const CoreString& text);
+    virtual void file_left();
+    /// A piece of the current file became part of the expanded text.
+    virtual void piece_copied(const unsigned int& offset, const unsigned int& length,
+                              const unsigned int& expanded);
+    /// A fault at a word of the expanded text, with the message as logged, less its class and place and line end.
+    virtual void fault_found(const Fault& fault, const unsigned int& expanded, const unsigned int& length,
+                             const CoreString& message);
+    /// A fault of a directive in the current file.
+    virtual void directive_fault_found(const Fault& fault, const unsigned int& offset,
+                                       const unsigned int& length, const CoreString& message);
+};

@@ -1,0 +1,173 @@
+#pragma once
+
+#include "core/core_containers.h"
+#include "core/core_export.h"
+#include "core/core_string.h"
+
+#include <concepts>
+
+class ParserGroup;
+class ParserWord;
+class ParserValueList;
+namespace bk {
+class ValueAccess;
+}
+
+/// One typed value of an entry: a scalar, a string, binary data, a bare word or a whole group.
+///
+/// A value that was read from text keeps its spelling and is converted on its first typed read, once; it is
+/// written back as it was spelled. A value that was set has no spelling: its text is made when it is asked for.
+///
+/// Layout: 32 bytes, the type and flags in one word, the spelling's length beside them, and sixteen bytes whose use
+/// depends on the type (docs/architecture.md draws it).
+struct BK_PARSER_API ParserValue {
+    /// Stored in binary documents: the numbers are fixed.
+    enum Type : unsigned int {
+        TYPE_GROUP = 0,
+        TYPE_BOOL = 1,
+        TYPE_CHAR = 2,
+        TYPE_INT = 3,
+        TYPE_DOUBLE = 4,
+        TYPE_STRING = 5,
+        TYPE_BINARY_DATA = 6,
+        TYPE_WORD = 7
+    };
+
+    explicit ParserValue(const char& value);
+    explicit ParserValue(const int& value);
+    /// A double is always finite: infinities become the largest magnitude of their sign, not-a-number the
+    /// lowest finite double.
+    explicit ParserValue(const double& value);
+    explicit ParserValue(const bool& value);
+    explicit ParserValue(const CoreString& value);
+    /// Text is passed as a CoreString; a plain pointer would be taken for a bool.
+    template <std::same_as<char> T>
+    explicit ParserValue(const T* text) = delete;
+    /// Adopts the group, which is deleted with the value; null makes a new group with an empty name.
+    explicit ParserValue(ParserGroup* group);
+    /// Copies `size` bytes.
+    ParserValue(void* data, const unsigned int& size);
+    /// A value as it is read from text, not converted yet. Binary data is decoded at once and its text is
+    /// not kept; a group is new and has `text` for its name; a type that is not listed above stores nothing.
+    ParserValue(const Type& type, const CoreString& text);
+    /// Deep: a group is copied with everything in it, at any depth, without recursion.
+    ParserValue(const ParserValue& other);
+    virtual ~ParserValue();
+
+    /// Shallow: afterwards both values refer to the same string, bytes or group, and what this value held
+    /// before is not released. The caller sees to it that only one of the two is destroyed, cleared or set.
+    ParserValue& operator=(const ParserValue& other);
+
+    /// Releases the content. The type stays; a cleared value reads and prints as the empty text.
+    void clear();
+
+    void set_bool(const bool& value);
+    void set_char(const char& value);
+    void set_int(const int& value);
+    void set_double(const double& value);
+    void set_string(const CoreString& value);
+    void set_binary_data(void* data, const unsigned int& size);
+
+    /// Typed reads. Bool, char, int and double convert into each other: an int is read as a char by its low
+    /// 8 bits, a double is truncated toward zero, and one outside the int range reads as -2147483648.
+    /// A value of another type gives the neutral result and logs, at level 2,
+    /// "ParserValue.<read>: type mismatch, value type is '<type name>' \n".
+    bool get_as_bool() const;
+    char get_as_char() const;
+    int get_as_int() const;
+    double get_as_double() const;
+    /// The string of a TYPE_STRING value, else the empty string. Valid until the value is changed or, for a
+    /// value of an entry, until values of that entry are added, moved or removed.
+    const CoreString& get_as_string() const;
+    /// The bytes of a TYPE_BINARY_DATA value, which keeps them; else null, and `size` stays as it was.
+    void* get_as_binary_data(unsigned int& size) const;
+
+    /// Converts a value that so far is only text. The typed reads do this themselves.
+    void make_value() const;
+
+    /// "TYPE_GROUP" to "TYPE_WORD"; "TYPE_UNKNOWN" for any other number.
+    static CoreString get_type_name(const Type& type);
+
+    /// Appends the value as the text syntax writes it: strings quoted and escaped, groups in braces, laid out
+    /// for `level` when `pretty`.
+    void get_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
+
+    /// Decodes a binary-data literal: "0x", two upper-case hexadecimal digits a byte, eight digits of checksum,
+    /// which is not verified. Any other character decodes as a zero digit pair. A literal of odd length, or of no
+    /// more than 10 characters, gives null and 0. The caller owns the bytes, as taken from CoreMemory::allocate(size).
+    static void word_to_binary_data(void*& data, unsigned int& size, const ParserWord& word);
+
+    /// Appends the binary form (docs/formats.md) and adds its length to `count`. Linear in the output.
+    void get_binary(CoreVector<char>& out, unsigned long long& count, const bool& with_type) const;
+
+    /// Encoders: each appends to `out` and returns the number of bytes appended.
+    static unsigned long long bool_to_bin(CoreVector<char>& out, const bool& value);
+    static unsigned long long char_to_bin(CoreVector<char>& out, const char& value);
+    static unsigned long long int_to_bin(CoreVector<char>& out, const int& value);
+    static unsigned long long double_to_bin(CoreVector<char>& out, const double& value);
+    static unsigned long long size_to_bin(CoreVector<char>& out, const unsigned long long& value);
+    static unsigned long long string_to_bin(CoreVector<char>& out, const CoreString& value);
+    static unsigned long long binary_data_to_bin(CoreVector<char>& out, void* data, const unsigned int& size);
+    static unsigned long long group_to_bin(CoreVector<char>& out, const ParserGroup& group);
+
+    /// Decoders: each reads at `position` and advances it. A fixed-width read past the end takes the missing
+    /// bytes as zero.
+    static bool bin_to_bool(const CoreVector<char>& data, unsigned long long& position);
+    static char bin_to_char(const CoreVector<char>& data, unsigned long long& position);
+    static int bin_to_int(const CoreVector<char>& data, unsigned long long& position);
+    static double bin_to_double(const CoreVector<char>& data, unsigned long long& position);
+    static unsigned long long bin_to_size(const CoreVector<char>& data, unsigned long long& position);
+    /// Up to a NUL. Without one: "ParserValue.bin_to_string: Failed to parse string\n" at level 2, the empty
+    /// string, and `position` at the end.
+    static CoreString bin_to_string(const CoreVector<char>& data, unsigned long long& position);
+    /// The caller owns the bytes, as taken from CoreMemory::allocate(size). Null and 0 for empty data, and when
+    /// the buffer ends before: then with "ParserValue.bin_to_binary_data: Failed to parse string\n" at level 2.
+    static void* bin_to_binary_data(const CoreVector<char>& data, unsigned long long& position,
+                                    unsigned int& size);
+    /// A tag and its value, which the caller owns; null for a tag above 6 or at the end of the data.
+    static ParserValue* bin_to_value(const CoreVector<char>& data, unsigned long long& position);
+
+    static void* operator new(std::size_t size);
+    static void* operator new(std::size_t, void* place) noexcept { return place; }
+    static void operator delete(void* block, std::size_t size) noexcept;
+
+private:
+    friend class ParserEntry;
+    friend class ParserValueList;
+    friend class bk::ValueAccess;
+
+    /// Two of these bits say what is held; the others say who keeps it.
+    enum Flag : unsigned int {
+        VALUE_HELD = 1u << 24,   // the scalar below is valid
+        TEXT_HELD = 1u << 25,    // a scalar's spelling is there
+        TEXT_OWNED = 1u << 26,   // the spelling is this value's own block, not its entry's
+        STRING_BOXED = 1u << 27, // the string stands in a block of its own, shared by a shallow assignment
+        FLAG_BITS = 0xFF000000u
+    };
+
+    union Scalar {
+        bool as_bool;
+        char as_char;
+        int as_int;
+        double as_double;
+        unsigned char* bytes;
+        ParserGroup* group;
+    };
+    struct Spelled {
+        Scalar scalar;
+        const char* text;
+    };
+
+    explicit ParserValue(Type type) noexcept;
+
+    Type get_type() const noexcept { return static_cast<Type>(bits_ & ~FLAG_BITS); }
+    bool has(Flag flag) const noexcept { return (bits_ & flag) != 0; }
+
+    mutable unsigned int bits_; // the type in the low 24 bits, flags above
+    unsigned int size_;         // of the spelling, or of binary data
+    union {
+        mutable Spelled spelled_;  // every type but TYPE_STRING
+        CoreString string_;        // TYPE_STRING: value and text are one
+        CoreString* boxed_string_; // TYPE_STRING with STRING_BOXED
+    };
+};

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/core_export.h"
+
+#include <cstddef>
+
+struct ParserValue;
+
+/// The values of one entry, in order. Used by ParserEntry alone.
+///
+/// As a rule the values stand side by side in one block, followed by the spellings of those that were read from
+/// text: one block an entry. Only after a shallow assignment, when two entries list the same values, each
+/// value gets a cell of its own that counts the lists it is in, and the list holds the cells.
+class ParserValueList {
+public:
+    ParserValueList() noexcept = default;
+    ~ParserValueList() { clear(); }
+    ParserValueList(const ParserValueList&) = delete;
+    ParserValueList& operator=(const ParserValueList&) = delete;
+
+    const unsigned int& get_count() const noexcept { return count_; }
+    ParserValue& operator[](unsigned int i) const noexcept;
+
+    /// Room for `count` values and `text_size` bytes of their spellings; the list is empty. The values are constructed
+    /// in the room, in order, by whoever asked for it, and counted by set_count.
+    void make_room(unsigned int count, unsigned int text_size);
+    ParserValue* room() const noexcept;
+    char* text_room() const noexcept;
+    void set_count(unsigned int count) noexcept { count_ = count; }
+
+    /// Takes over the content of `value`, which is left cleared. Amortised constant time.
+    ParserValue& append(ParserValue& value);
+    void move(unsigned int from, unsigned int to);
+    /// Removes every value whose mark is set; `marks` has one byte a value. Linear.
+    void remove_marked(const unsigned char* marks);
+    void clear() noexcept;
+    /// Lists the same values as `other`, in place of what was listed.
+    void share(ParserValueList& other);
+
+private:
+    struct Block;
+    struct Cell;
+
+    void grow();
+    void split_into_cells();
+    static void release_cell(Cell* cell) noexcept;
+
+    void* storage_ = nullptr; // Block, or an array of Cell*
+    unsigned int count_ = 0;
+    bool in_cells_ = false;
+};

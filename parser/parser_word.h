@@ -1,0 +1,111 @@
+#pragma once
+
+#include "core/core_export.h"
+#include "core/core_string.h"
+#include "core/core_version.h"
+#include "parser/parser_value.h"
+
+#include <memory>
+#include <string_view>
+
+/// The token of the text syntax: a view of a run of characters with its place and, once a classifier has recognised
+/// it, its kind. The first classifier that recognises a word settles its kind; from then on every classifier
+/// answers from that alone, until `clear` or `set_brace(false)`.
+///
+/// The text is not owned: it outlives the word. A word carries a template or an array suffix, not both.
+class BK_PARSER_API ParserWord {
+public:
+    enum Type : unsigned int {
+        TYPE_IDENTIFIER = 0,
+        TYPE_OPERATOR = 1,
+        TYPE_SEPARATOR = 2,
+        TYPE_KEYWORD = 3,
+        TYPE_BOOL = 4,
+        TYPE_BINARY_DATA = 5,
+        TYPE_BRACE = 6,
+        TYPE_INT = 7,
+        TYPE_DOUBLE = 8,
+        TYPE_STRING = 9,
+        TYPE_EMPTY_TAG = 10,
+        TYPE_INVALID = 11,
+        TYPE_UNKNOWN = 12 ///< not classified yet
+    };
+
+    /// A word over the text: all of it when `whole`, else empty. Strings of versions before 1.1 have no escapes.
+    ParserWord(const CoreString& text, const bool& whole, const CoreVersion& version);
+    explicit ParserWord(const CoreVersion& version);
+    ParserWord();
+    /// The copy shares its source's template word, which dies with the last of them.
+    ParserWord(const ParserWord& other);
+    /// The template word is copied.
+    ParserWord& operator=(const ParserWord& other);
+    virtual ~ParserWord();
+
+    /// Grows the word by the character at `position` of the text; the first one gives its start.
+    ParserWord& operator+=(unsigned int position);
+    void clear();
+    /// The `i`th character. Not checked.
+    const char& operator[](const unsigned int& i) const { return text_[start_ + i]; }
+    /// A comparison with what stands in the text from the word's start on, for as long as `s` is: the word's length does
+    /// not matter, so that a word "abc" equals "ab", and a word "ab" followed by "c" equals "abc". An empty word equals
+    /// only "", and "" equals every word.
+    bool operator==(const char* s) const;
+
+    /// The word's text, with the escapes of a string resolved (from version 1.1 on) and its quotes kept.
+    const CoreString& get_string() const;
+
+    const Type& get_type() const noexcept { return type_; }
+    const unsigned int& get_length() const noexcept { return length_; }
+    const core_ulong& get_line() const noexcept { return line_; }
+    const core_ulong& get_column() const noexcept { return column_; }
+    /// 0xFFFFFFFF: not an array; 0: empty brackets.
+    const unsigned int& get_array_count() const noexcept { return array_count_; }
+    /// Null when there is none.
+    ParserWord* get_template() const noexcept { return template_.get(); }
+    bool has_template() const noexcept { return template_ != nullptr; }
+    bool is_array() const noexcept { return array_count_ != 0xFFFFFFFFu; }
+    bool is_empty() const noexcept { return length_ == 0; }
+
+    void set_line(const core_ulong& line) noexcept { line_ = line; }
+    void set_column(const core_ulong& column) noexcept { column_ = column; }
+    void set_brace(const bool& brace) noexcept { type_ = brace ? TYPE_BRACE : TYPE_UNKNOWN; }
+
+    bool is_operator() const;
+    bool is_separator() const;
+    bool is_brace() const;
+    bool is_bool() const;
+    bool is_empty_tag() const;
+    bool is_binary_data() const;
+    bool is_string() const;
+    bool is_int() const;
+    bool is_double() const;
+    bool is_keyword() const;
+    /// Takes a template or array suffix off the word. A bad suffix makes the word TYPE_INVALID.
+    bool is_identifier() const;
+    /// Whether the word is a value, and of which type.
+    bool is_value(ParserValue::Type& type) const;
+
+    /// The kinds that are values; a brace is not.
+    static bool is_value_type(const Type& type);
+
+private:
+    using StringRule = void (ParserWord::*)(CoreString&) const;
+
+    void get_string_0100(CoreString& out) const;
+    void get_string_0110(CoreString& out) const;
+    std::string_view characters() const noexcept;
+    bool classify(Type type, bool matches) const;
+    void release_template() noexcept;
+
+    mutable Type type_ = TYPE_UNKNOWN;
+    const char* text_ = nullptr;
+    unsigned int start_ = 0;
+    mutable unsigned int length_ = 0;
+    core_ulong line_ = 0;
+    core_ulong column_ = 0;
+    mutable unsigned int array_count_ = 0xFFFFFFFFu;
+    mutable std::shared_ptr<ParserWord> template_;
+    mutable CoreString string_;
+    mutable bool string_stale_ = true;
+    StringRule string_rule_;
+};
