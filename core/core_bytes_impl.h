@@ -2,22 +2,48 @@
 
 #include "core/core_string.h"
 
+#include <bit>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 /// Little-endian numbers in byte buffers, whatever the machine's byte order.
 namespace bk {
 
-inline void store_le32(unsigned char* out, std::uint32_t value) noexcept {
-    for (int i = 0; i < 4; ++i) {
-        out[i] = static_cast<unsigned char>(value >> (8 * i));
+/// Between the machine's byte order and the buffers'.
+template <std::unsigned_integral T>
+constexpr T little_endian(T value) noexcept {
+    if constexpr (std::endian::native == std::endian::big) {
+        T swapped = 0;
+        for (std::size_t i = 0; i < sizeof(T); ++i) {
+            swapped = static_cast<T>(swapped << 8 | (value >> (8 * i) & 0xFF));
+        }
+        return swapped;
     }
+    return value;
+}
+
+inline void store_le32(unsigned char* out, std::uint32_t value) noexcept {
+    value = little_endian(value);
+    std::memcpy(out, &value, sizeof(value));
 }
 
 inline void store_le64(unsigned char* out, std::uint64_t value) noexcept {
-    for (int i = 0; i < 8; ++i) {
-        out[i] = static_cast<unsigned char>(value >> (8 * i));
-    }
+    value = little_endian(value);
+    std::memcpy(out, &value, sizeof(value));
+}
+
+inline std::uint32_t load_le32(const unsigned char* bytes) noexcept {
+    std::uint32_t value;
+    std::memcpy(&value, bytes, sizeof(value));
+    return little_endian(value);
+}
+
+inline std::uint64_t load_le64(const unsigned char* bytes) noexcept {
+    std::uint64_t value;
+    std::memcpy(&value, bytes, sizeof(value));
+    return little_endian(value);
 }
 
 inline std::uint64_t load_le(const unsigned char* bytes, std::size_t width) noexcept {

@@ -2,6 +2,7 @@
 
 #include "core/core_export.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -40,7 +41,7 @@ public:
     CoreBasicString& operator=(const CoreBasicString&) = delete;
 
 protected:
-    CoreBasicString() noexcept : short_{0, {}} {}
+    constexpr CoreBasicString() noexcept : short_{0, {}} {}
     ~CoreBasicString() = default;
 
     bool is_inline() const noexcept { return short_.length <= inline_capacity; }
@@ -69,16 +70,31 @@ public:
     /// One byte less than the largest length, so that the closing NUL can be counted too.
     static constexpr unsigned int max_length = 0xFFFFFFFEu;
 
-    CoreString() noexcept = default;
+    constexpr CoreString() noexcept = default;
     /// The text up to its NUL; null gives the empty string.
     CoreString(const char* text);
     /// Exactly `size` bytes.
     CoreString(const char* data, const unsigned int& size);
     explicit CoreString(std::string_view text);
-    CoreString(const CoreString& other);
-    CoreString(CoreString&& other) noexcept;
-    CoreString& operator=(const CoreString& other);
-    CoreString& operator=(CoreString&& other) noexcept;
+    CoreString(const CoreString& other) : CoreBasicString() {
+        if (other.is_inline()) {
+            short_ = other.short_;
+        } else {
+            assign(other.long_.data, other.long_.length);
+        }
+    }
+    CoreString(CoreString&& other) noexcept : CoreBasicString() { take(other); }
+    CoreString& operator=(const CoreString& other) {
+        assign(other.get_data(), other.get_length());
+        return *this;
+    }
+    CoreString& operator=(CoreString&& other) noexcept {
+        if (this != &other) {
+            release();
+            take(other);
+        }
+        return *this;
+    }
     ~CoreString() { release(); }
 
     /// Replaces the contents by `size` bytes, which may lie inside this very string. A size of 0xFFFFFFFF
@@ -101,17 +117,43 @@ public:
     /// The leading decimal number, as `core_text_to_double` reads it.
     explicit operator double() const noexcept;
 
-    /// Makes room for `length` characters in all.
+    /// Makes room for `length` characters in all. A text that stands inside the object has nowhere to keep such
+    /// room: it must be longer than `inline_capacity` first.
     void reserve(const unsigned int& length);
+    /// Makes the text `length` bytes long and gives them for writing: the first ones stay, new ones hold
+    /// anything. At most `max_length`.
+    char* resize(const unsigned int& length);
 
     /// Appends `size` bytes, which may lie inside this very string. False, and no change, when the length
     /// would pass `max_length`. Amortised constant time per byte.
-    bool append(const char* data, const std::size_t& size);
+    bool append(const char* data, const std::size_t& size) {
+        const unsigned int length = get_length();
+        if (size > room()) {
+            return append_growing(data, size);
+        }
+        if (size != 0) {
+            std::memcpy(writable_data() + length, data, size);
+            close_at(length + static_cast<unsigned int>(size));
+        }
+        return true;
+    }
     bool append(std::string_view text) { return append(text.data(), text.size()); }
 
     CoreString& operator+=(const char* text);
-    CoreString& operator+=(const CoreString& other);
-    CoreString& operator+=(char character);
+    CoreString& operator+=(const CoreString& other) {
+        append(other.get_data(), other.get_length());
+        return *this;
+    }
+    CoreString& operator+=(char character) {
+        const unsigned int length = get_length();
+        if (length < capacity()) {
+            writable_data()[length] = character;
+            close_at(length + 1);
+        } else {
+            append_growing(&character, 1);
+        }
+        return *this;
+    }
     CoreString& operator+=(unsigned char byte) { return *this += static_cast<char>(byte); }
     /// Numbers are appended in decimal digits; a negative one with "-".
     CoreString& operator+=(int number);
@@ -128,9 +170,35 @@ private:
         }
     }
     void release_block() noexcept;
+    /// Steals the contents; this string's own have been released.
+    void take(CoreString& other) noexcept {
+        if (other.is_inline()) {
+            short_ = other.short_;
+        } else {
+            long_ = other.long_;
+        }
+        other.short_ = {0, {}};
+    }
+
     unsigned int capacity() const noexcept { return is_inline() ? inline_capacity : long_.capacity; }
-    void grow(unsigned int length);
+    /// Characters that can be appended where the text stands: none to borrowed text.
+    unsigned int room() const noexcept { return capacity() > get_length() ? capacity() - get_length() : 0; }
     char* writable_data() noexcept { return is_inline() ? short_.text : long_.data; }
+    /// Ends the text at `length`, which fits where the text stands and belongs on the same side of
+    /// inline_capacity.
+    void close_at(unsigned int length) noexcept {
+        if (is_inline()) {
+            short_.text[length] = '\0';
+            short_.length = length;
+        } else {
+            long_.data[length] = '\0';
+            long_.length = length;
+        }
+    }
+
+    void assign(const char* data, unsigned int size);
+    bool append_growing(const char* data, std::size_t size);
+    void move_to_block(unsigned int capacity);
 };
 
 static_assert(sizeof(CoreString) == 16, "names and values are laid out around a string of 16 bytes");

@@ -5,7 +5,8 @@
 
 #include <memory>
 
-/// One open file. The file is closed by `close` or by the destructor; a file object can be opened again.
+/// One open file. The file is closed by `close`; a file object can be opened again. A file that is open for
+/// writing when it dies, or is opened again, is abandoned: the target stays as it was.
 ///
 /// Writing replaces: the bytes go to a new file beside the target, and `close` flushes them to the disk and lets
 /// them take the target's name when every write was whole. Until then, and whenever anything fails, the

@@ -9,6 +9,8 @@
 #include "parser/parser_group.h"
 #include "parser/parser_read_observer.h"
 
+class SysFile;
+
 /// The version of texts without a version line, and of archives: 1.2.
 extern BK_PARSER_API CoreVersion default_parser_serial_version;
 
@@ -69,10 +71,11 @@ public:
 
 private:
     enum Storage : unsigned char { STORAGE_UNKNOWN = 0, STORAGE_PLAIN = 1, STORAGE_ENCRYPTED = 2 };
-    struct IncludeChain;
 
-    double preprocess_file(CoreString& out, const CoreString& name, const CoreString& key,
-                           CoreSet<CoreString>& dependencies, AppProgressBar* progress);
+    bool preprocess(CoreString& text, const CoreString& key, AppProgressBar* progress);
+    bool write_encrypted(SysFile& file, const CoreString& key);
+    bool write_text(SysFile& file, const CoreString& key);
+    bool write_binary(SysFile& file, const CoreString& key);
     void release_root() noexcept;
 
     CoreString filename_;

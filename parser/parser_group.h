@@ -124,12 +124,18 @@ private:
     friend class bk::GroupAccess;
 
     void append(ParserEntry* entry);
+    void swap_content(ParserGroup& other) noexcept;
     void rebuild_index();
+    template <class IsRemoved>
+    void take_out(IsRemoved is_removed);
     unsigned int position_of(unsigned int ordinal) const noexcept;
 
     CoreString name_;
     CoreVector<ParserEntry*> entries_;
     /// Positions of the entries that have no ordinal, ascending. All other positions are the entry index.
     CoreVector<unsigned int> keyword_index_;
-    ParserEntry* source_entry_ = nullptr;
+    union {
+        ParserEntry* source_entry_ = nullptr;
+        ParserGroup* next_doomed_; // once the group waits for its deletion
+    };
 };

@@ -160,14 +160,19 @@ private:
 
     explicit ParserValue(Type type) noexcept;
 
+    void release() noexcept;
+    void become(Type type) noexcept;
+    void box_string() const;
+    void report_mismatch(const char* read) const;
+
     Type get_type() const noexcept { return static_cast<Type>(bits_ & ~FLAG_BITS); }
     bool has(Flag flag) const noexcept { return (bits_ & flag) != 0; }
 
     mutable unsigned int bits_; // the type in the low 24 bits, flags above
     unsigned int size_;         // of the spelling, or of binary data
     union {
-        mutable Spelled spelled_;  // every type but TYPE_STRING
-        CoreString string_;        // TYPE_STRING: value and text are one
-        CoreString* boxed_string_; // TYPE_STRING with STRING_BOXED
+        mutable Spelled spelled_;          // every type but TYPE_STRING
+        mutable CoreString string_;        // TYPE_STRING: value and text are one
+        mutable CoreString* boxed_string_; // TYPE_STRING with STRING_BOXED
     };
 };

@@ -23,7 +23,7 @@ public:
 
     /// Room for `count` values and `text_size` bytes of their spellings; the list is empty. The values are constructed
     /// in the room, in order, by whoever asked for it, and counted by set_count.
-    void make_room(unsigned int count, unsigned int text_size);
+    void make_room(unsigned int count, std::size_t text_size);
     ParserValue* room() const noexcept;
     char* text_room() const noexcept;
     void set_count(unsigned int count) noexcept { count_ = count; }
@@ -34,6 +34,7 @@ public:
     /// Removes every value whose mark is set; `marks` has one byte a value. Linear.
     void remove_marked(const unsigned char* marks);
     void clear() noexcept;
+    void swap(ParserValueList& other) noexcept;
     /// Lists the same values as `other`, in place of what was listed.
     void share(ParserValueList& other);
 

@@ -8,6 +8,10 @@
 #include <memory>
 #include <string_view>
 
+namespace bk {
+struct NameParts;
+}
+
 /// The token of the text syntax: a view of a run of characters with its place and, once a classifier has recognised
 /// it, its kind. The first classifier that recognises a word settles its kind; from then on every classifier
 /// answers from that alone, until `clear` or `set_brace(false)`.
@@ -95,7 +99,9 @@ private:
     void get_string_0110(CoreString& out) const;
     std::string_view characters() const noexcept;
     bool classify(Type type, bool matches) const;
+    void copy_without_template(const ParserWord& other);
     void release_template() noexcept;
+    void take_name(bk::NameParts parts) const;
 
     mutable Type type_ = TYPE_UNKNOWN;
     const char* text_ = nullptr;

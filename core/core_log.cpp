@@ -1,0 +1,23 @@
+#include "core/core_log.h"
+
+#include "core/core_immortal_impl.h"
+
+#include <cstdio>
+
+namespace {
+
+constinit bk::Immortal<CoreLogHandler> default_handler;
+
+} // namespace
+
+CoreLogStream::CoreLogStream() = default;
+CoreLogStream::~CoreLogStream() = default;
+
+CoreLogHandler::~CoreLogHandler() = default;
+
+void CoreLogHandler::log(const int& /*level*/, const CoreLogStream& stream) {
+    const CoreString& message = stream.get_message();
+    std::fwrite(message.get_data(), 1, message.get_length(), stderr);
+}
+
+constinit CoreLogHandler* CoreLogHandler::s_main_log_handler = &default_handler.value;

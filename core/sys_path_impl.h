@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// The two ways of writing a path. Both are here on every platform, so that both are tested on every platform.
+namespace bk {
+
+enum class PathStyle { posix, windows };
+
+#if defined(_WIN32)
+inline constexpr PathStyle native_path_style = PathStyle::windows;
+#else
+inline constexpr PathStyle native_path_style = PathStyle::posix;
+#endif
+
+/// The characters that separate the steps of a path.
+constexpr std::string_view path_separators(PathStyle style) {
+    return style == PathStyle::windows ? "/\\" : "/";
+}
+
+/// The absolute form of `path`, taken from `current_folder` (itself absolute), without "." and ".." steps
+/// and doubled separators. Works on the text alone. An empty path stays empty.
+std::string full_path(std::string_view path, std::string_view current_folder, PathStyle style);
+
+/// The path up to its last separator, without it; a root stays whole. Empty when there is no separator.
+std::string_view folder_of(std::string_view path, PathStyle style);
+
+} // namespace bk

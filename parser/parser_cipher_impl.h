@@ -1,0 +1,33 @@
+#pragma once
+
+#include "core/core_string.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+/// The cipher of enciphered texts: the bytes, seen as little-endian 32-bit words, plus the output of the
+/// MT19937 generator seeded with the sum of the key's bytes. It hides a text from a casual eye; it is not security.
+/// docs/formats.md describes the block byte by byte.
+namespace bk {
+
+/// The first four bytes of an enciphered file; its block follows.
+inline constexpr std::string_view cipher_magic = "KWBF";
+
+/// The sum of the key's bytes, each taken as signed.
+std::uint32_t cipher_seed(std::string_view key) noexcept;
+
+/// The size of the block that holds an enciphered text of `length` bytes.
+std::uint64_t cipher_block_size(std::uint64_t length) noexcept;
+
+/// Enciphers `text` into `block`, which has room for cipher_block_size(text.size()) bytes.
+void encipher(std::string_view text, std::string_view key, unsigned char* block) noexcept;
+
+/// The low 32 bits of the length that the block states for its text; missing bytes count as zero.
+std::uint32_t peek_cipher_length(std::string_view block, std::string_view key) noexcept;
+
+/// Deciphers a block. False, and `text` is as it was, when no text can be in it: the length that it states does not
+/// fit, or its size is no multiple of 4. A block of no bytes holds the empty text. A wrong key may pass.
+bool decipher(std::string_view block, std::string_view key, CoreString& text);
+
+} // namespace bk

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+/// Names and limits of documents in files.
+namespace bk {
+
+/// The keyword of the line that states the serial version, with the blank after it.
+inline constexpr std::string_view version_directive = "#Brellwick_Serial_Version ";
+inline constexpr std::string_view version_keyword = version_directive.substr(0, version_directive.size() - 1);
+/// The version that is written.
+inline constexpr double written_version = 1.2;
+
+} // namespace bk

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "core/app_progress_impl.h"
+#include "core/core_containers.h"
+#include "core/core_string.h"
+#include "parser/parser_read_observer.h"
+#include "parser/parser_source_scanner_impl.h"
+
+#include <vector>
+
+namespace bk {
+
+/// Turns a file into the text that is parsed: finds it along the search paths, deciphers it, splices in its
+/// includes, drops comments and takes the version out of its version line.
+class Preprocessor {
+public:
+    /// `search_paths` and `key` outlive the preprocessor. `observer` may be null.
+    Preprocessor(const CoreVector<CoreString>& search_paths, const CoreString& key,
+                 ParserReadObserver* observer);
+
+    /// Appends the text of the file and what it includes to `text`. The result is the serial version, 1.0 when the
+    /// file states none, and 0.0 when it, or an include, cannot be had; why is logged at level 2.
+    double run(const CoreString& name, Progress progress, CoreString& text);
+
+    /// The absolute paths of the files that were included, failures included.
+    const CoreSet<CoreString>& included_paths() const noexcept { return included_paths_; }
+    bool has_loaded() const noexcept { return has_loaded_; }
+    /// Whether the first file loaded was an enciphered one.
+    bool is_encrypted() const noexcept { return is_encrypted_; }
+
+private:
+    /// A file while it is read.
+    struct Source {
+        CoreString text;
+        bool is_encrypted = false;
+    };
+
+    double preprocess(const CoreString& name, Progress progress);
+    bool find(const CoreString& name, CoreString& path);
+    bool may_open(const CoreString& name, const CoreString& path) const;
+    bool load(const CoreString& name, const CoreString& path, Source& source, Progress progress);
+    bool decipher_source(const CoreString& name, Source& source);
+    void note_storage(bool is_encrypted) noexcept;
+    double scan(const CoreString& name, const Source& source, Progress progress);
+    bool append_piece(const CoreString& name, const SourcePiece& piece);
+    bool include(const SourcePiece& piece);
+    void report_open_include(const SourcePiece& piece);
+
+    const CoreVector<CoreString>& search_paths_;
+    const CoreString& key_;
+    ParserReadObserver* observer_;
+    CoreString* out_ = nullptr;
+    CoreString top_path_;
+    CoreSet<CoreString> included_paths_;
+    std::vector<CoreString> open_paths_; // of the files that include each other, the top-level one first
+    bool has_loaded_ = false;
+    bool is_encrypted_ = false;
+};
+
+} // namespace bk

@@ -1,0 +1,98 @@
+#include "core/core_diagnostic_impl.h"
+#include "core/sys_file.h"
+#include "parser/parser_cipher_impl.h"
+#include "parser/parser_document_impl.h"
+#include "parser/parser_file.h"
+
+#include <vector>
+
+namespace {
+
+/// A name or key that begins with a NUL counts as empty, too.
+bool is_given(const CoreString& text) noexcept {
+    return !text.is_empty() && text.get_data()[0] != '\0';
+}
+
+/// The document's own version line, as an entry of the root group; null when there is none.
+ParserEntry* find_version_entry(const ParserGroup& root) {
+    return root.get_keyword(CoreString(bk::version_keyword));
+}
+
+void set_written_version(ParserEntry& entry) {
+    if (entry.has_value()) {
+        entry.set_double(bk::written_version, 0);
+    } else {
+        entry.add_double(bk::written_version);
+    }
+}
+
+/// Writes all the parts and closes. False when anything was cut short.
+bool store(SysFile& file, std::string_view head, std::string_view body) {
+    bool is_whole = true;
+    for (const std::string_view part : {head, body}) {
+        const auto size = static_cast<core_int64>(part.size());
+        is_whole = file.write(part.data(), size) == size && is_whole;
+    }
+    return file.close() && is_whole;
+}
+
+} // namespace
+
+bool ParserFile::write(const Mode& mode, const CoreString& filename, const CoreString& key) {
+    if (is_given(filename)) {
+        set_filename(filename);
+    }
+    bool (ParserFile::*write_form)(SysFile&, const CoreString&) = nullptr;
+    SysFile::Type type = SysFile::TYPE_BINARY;
+    if (is_given(key)) {
+        write_form = &ParserFile::write_encrypted;
+    } else if (mode == MODE_TEXT) {
+        write_form = &ParserFile::write_text;
+        type = SysFile::TYPE_TEXT;
+    } else if (mode == MODE_BINARY) {
+        write_form = &ParserFile::write_binary;
+    } else {
+        bk::report_error("ParserFile.write: Unknown file mode\n");
+        return false;
+    }
+    SysFile file;
+    if (!file.open(filename_, SysFile::MODE_WRITE, type)) {
+        return false;
+    }
+    if (!(this->*write_form)(file, key)) {
+        bk::report_error("ParserFile.write: Can't save project '", filename, "'.\n");
+    }
+    return true;
+}
+
+bool ParserFile::write_encrypted(SysFile& file, const CoreString& key) {
+    ParserEntry* version = find_version_entry(*root_);
+    if (version == nullptr) {
+        version = root_->add_entry(CoreString(bk::version_keyword), 0, 0);
+    }
+    set_written_version(*version);
+    CoreString text;
+    get_text(text);
+    std::vector<unsigned char> block(bk::cipher_block_size(text.get_length()));
+    bk::encipher(text.get_view(), key.get_view(), block.data());
+    return store(file, bk::cipher_magic, {reinterpret_cast<const char*>(block.data()), block.size()});
+}
+
+bool ParserFile::write_text(SysFile& file, const CoreString&) {
+    CoreString head;
+    if (ParserEntry* const version = find_version_entry(*root_)) {
+        set_written_version(*version);
+    } else {
+        head.append(bk::version_directive);
+        head += bk::written_version;
+        head += '\n';
+    }
+    CoreString text;
+    get_text(text);
+    return store(file, head.get_view(), text.get_view());
+}
+
+bool ParserFile::write_binary(SysFile& file, const CoreString&) {
+    const CoreVector<char> data = get_binary();
+    return store(file, {}, {data.get_data(), data.get_count()});
+}

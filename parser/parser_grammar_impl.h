@@ -1,0 +1,233 @@
+#pragma once
+
+#include "parser/parser_characters_impl.h"
+#include "parser/parser_read_observer.h"
+#include "parser/parser_word_rules_impl.h"
+#include "parser/parser_word_stream_impl.h"
+
+#include <vector>
+
+namespace bk {
+
+/// The name of an entry as the grammar hands it to a sink.
+struct EntryHead {
+    std::string_view name;
+    std::string_view template_name;
+    unsigned int array_count = 0xFFFFFFFFu;
+    bool is_keyword = false;
+};
+
+/// The grammar of documents, one loop over the words of a text. What the text says goes to a sink:
+///
+///     bool begin_entry(const EntryHead&, const Token&)   false when the name is refused
+///     void add_value(ParserWord::Type, std::string_view) a value of the entry begun last
+///     void make_function_call()                          that entry holds an argument list
+///     void open_group()                                  that entry holds a group, whose entries follow
+///     void close_group()
+///     void report_fault(ParserReadObserver::Fault, const Token&, std::string_view word)
+///
+/// Faults do not stop the loop. Groups nest on a stack of the loop's own.
+template <class Sink>
+class Grammar {
+public:
+    using Fault = ParserReadObserver::Fault;
+
+    Grammar(std::string_view text, Sink& sink) : words_(text), sink_(sink) {}
+
+    /// False when the text is empty or its last word was a fault or the empty tag. `on_word` is called before
+    /// each word of the outermost group, with the fraction of the text that has been read.
+    template <class OnWord>
+    bool run(OnWord on_word) {
+        if (words_.at_end()) {
+            return false;
+        }
+        while (!words_.at_end()) {
+            if (outer_.empty()) {
+                on_word(words_.fraction());
+            }
+            const Token token = words_.next();
+            if (token.length != 0 && !take(token, words_.characters(token))) {
+                report_text_after_end(token);
+                return true;
+            }
+        }
+        for (const Level& level : outer_) {
+            sink_.report_fault(ParserReadObserver::FAULT_GROUP_LEFT_OPEN, level.brace, "{");
+        }
+        const ParserWord::Type last = (outer_.empty() ? level_ : outer_.front()).last_kind;
+        return last != ParserWord::TYPE_EMPTY_TAG && last != ParserWord::TYPE_INVALID;
+    }
+
+private:
+    /// What the loop knows of a group that is being read.
+    struct Level {
+        bool has_entry = false;
+        bool has_taken = false;  // the entry took a value, the empty tag counted
+        bool has_values = false; // values are stored in it
+        bool is_keyword = false;
+        bool is_function_call = false;
+        ParserWord::Type last_kind = ParserWord::TYPE_INVALID;
+        Token brace; // where the group inside was opened
+    };
+
+    /// False at the brace that ends the outermost group.
+    bool take(const Token& token, std::string_view word) {
+        switch (word[0]) {
+        case '=':
+            take_operator(token, word);
+            return true;
+        case ',':
+            take_separator(token, word);
+            return true;
+        case '{':
+            open_group(token, word);
+            return true;
+        case '}':
+            return close_group();
+        case '(':
+            open_arguments(token, word);
+            return true;
+        case ')':
+            close_arguments(token, word);
+            return true;
+        default:
+            take_word(token, word);
+            return true;
+        }
+    }
+
+    void take_word(const Token& token, std::string_view word) {
+        NameParts name;
+        NameParts template_name;
+        NameKind kind = NameKind::none;
+        if (is_char(word[0], CHAR_NAME_START)) {
+            kind = classify_name(word, name, template_name);
+        }
+        if (kind == NameKind::identifier) {
+            if (template_name.has_template) {
+                fault(ParserReadObserver::FAULT_TEMPLATE_INSIDE_TEMPLATE, token, name.base);
+            } else {
+                begin_entry({name.base, template_name.base, name.array_count, false}, token);
+            }
+        } else if (is_keyword_word(word)) {
+            begin_entry({word, {}, 0xFFFFFFFFu, true}, token);
+        } else {
+            take_value(token, word,
+                       kind == NameKind::invalid ? ParserWord::TYPE_INVALID : classify_value(word));
+        }
+    }
+
+    void begin_entry(const EntryHead& head, const Token& token) {
+        if (words_.at_end() || (level_.has_entry && !level_.has_taken)) {
+            fault(ParserReadObserver::FAULT_NO_VALUE, token, head.name);
+            return;
+        }
+        level_.has_entry = sink_.begin_entry(head, token);
+        level_.has_taken = false;
+        level_.has_values = false;
+        level_.is_keyword = head.is_keyword;
+        level_.is_function_call = false;
+        level_.last_kind = ParserWord::TYPE_IDENTIFIER;
+    }
+
+    void take_value(const Token& token, std::string_view word, ParserWord::Type kind) {
+        if (!ParserWord::is_value_type(kind)) {
+            fault(ParserReadObserver::FAULT_UNKNOWN_WORD, token, word);
+            return;
+        }
+        if (!level_.has_entry) {
+            fault(ParserReadObserver::FAULT_VALUE_WITHOUT_ENTRY, token, word);
+            return;
+        }
+        if (kind != ParserWord::TYPE_EMPTY_TAG) {
+            sink_.add_value(kind, word);
+            level_.has_values = true;
+        }
+        level_.has_taken = true;
+        level_.last_kind = kind;
+    }
+
+    void take_operator(const Token& token, std::string_view word) {
+        if (level_.last_kind == ParserWord::TYPE_IDENTIFIER) {
+            level_.last_kind = ParserWord::TYPE_OPERATOR;
+        } else {
+            drop_entry(ParserReadObserver::FAULT_WRONGLY_PLACED, token, word);
+        }
+    }
+
+    void take_separator(const Token& token, std::string_view word) {
+        if (ParserWord::is_value_type(level_.last_kind)) {
+            level_.last_kind = ParserWord::TYPE_SEPARATOR;
+        } else {
+            drop_entry(ParserReadObserver::FAULT_WRONGLY_PLACED, token, word);
+        }
+    }
+
+    void open_group(const Token& token, std::string_view word) {
+        if (!level_.has_entry) {
+            fault(ParserReadObserver::FAULT_GROUP_WITHOUT_ENTRY, token, word);
+            return;
+        }
+        sink_.open_group();
+        level_.has_entry = false; // it ends with its group
+        level_.brace = token;
+        outer_.push_back(level_);
+        level_ = Level();
+    }
+
+    bool close_group() {
+        if (outer_.empty()) {
+            return false;
+        }
+        sink_.close_group();
+        level_ = outer_.back();
+        outer_.pop_back();
+        return true;
+    }
+
+    void open_arguments(const Token& token, std::string_view word) {
+        if (!level_.has_entry) {
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_WITHOUT_ENTRY, token, word);
+        } else if (level_.has_values) {
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_AFTER_VALUES, token, word);
+        } else if (level_.is_function_call) {
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_INSIDE_ARGUMENTS, token, word);
+        } else if (level_.is_keyword) {
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_ON_KEYWORD, token, word);
+        } else {
+            sink_.make_function_call();
+            level_.is_function_call = true;
+        }
+    }
+
+    void close_arguments(const Token& token, std::string_view word) {
+        if (!level_.has_entry) {
+            drop_entry(ParserReadObserver::FAULT_CLOSING_WITHOUT_ENTRY, token, word);
+        } else if (!level_.is_function_call) {
+            drop_entry(ParserReadObserver::FAULT_CLOSING_NO_ARGUMENTS, token, word);
+        } else {
+            level_.has_entry = false;
+        }
+    }
+
+    void fault(Fault fault, const Token& token, std::string_view word) {
+        level_.last_kind = ParserWord::TYPE_INVALID;
+        sink_.report_fault(fault, token, word);
+    }
+
+    void drop_entry(Fault reason, const Token& token, std::string_view word) {
+        level_.has_entry = false;
+        fault(reason, token, word);
+    }
+
+    void report_text_after_end(const Token& brace) {
+        sink_.report_fault(ParserReadObserver::FAULT_TEXT_AFTER_END, brace, "}");
+    }
+
+    WordStream words_;
+    Sink& sink_;
+    Level level_;              // the innermost group
+    std::vector<Level> outer_; // the groups around it, the outermost first
+};
+
+} // namespace bk

@@ -1,0 +1,109 @@
+#include "parser/parser_entry_impl.h"
+#include "parser/parser_group.h"
+
+#include <algorithm>
+#include <vector>
+
+void ParserGroup::rebuild_index() {
+    keyword_index_.truncate(0);
+    for (unsigned int position = 0; position < entries_.get_count(); ++position) {
+        const ParserEntry* const entry = entries_[position];
+        if (entry != nullptr && entry->get_type() != ParserEntry::TYPE_ENTRY) {
+            keyword_index_.add(position);
+        }
+    }
+}
+
+void ParserGroup::detach_entry(const unsigned int& ordinal) {
+    entries_[position_of(ordinal)] = nullptr;
+}
+
+void ParserGroup::move_entry(const unsigned int& from, const unsigned int& to) {
+    ParserEntry** const entries = entries_.get_data();
+    if (from < to) {
+        std::rotate(entries + from, entries + from + 1, entries + to + 1);
+    } else if (from > to) {
+        std::rotate(entries + to, entries + from, entries + from + 1);
+    }
+    rebuild_index();
+}
+
+void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
+    ParserEntry* const entry = entries_[position];
+    std::copy(entries_.begin() + position + 1, entries_.end(), entries_.begin() + position);
+    entries_.truncate(entries_.get_count() - 1);
+    rebuild_index();
+    dest.append(entry);
+}
+
+void ParserGroup::move_entries(ParserGroup& dest) {
+    std::vector<ParserEntry*> moved;
+    unsigned int kept = 0;
+    for (ParserEntry* entry : entries_) {
+        if (entry != nullptr && entry->get_type() == ParserEntry::TYPE_ENTRY) {
+            moved.push_back(entry);
+        } else {
+            entries_[kept++] = entry;
+        }
+    }
+    entries_.truncate(kept);
+    rebuild_index();
+    for (ParserEntry* entry : moved) {
+        dest.append(entry);
+    }
+}
+
+void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
+    if (this == &dest) {
+        return;
+    }
+    CoreVector<ParserEntry*> merged;
+    merged.reserve(std::max(dest.entries_.get_capacity(), entries_.get_count() + dest.entries_.get_count()));
+    merged.add_range(dest.entries_.begin(), position);
+    merged.add_range(entries_.begin(), entries_.get_count());
+    merged.add_range(dest.entries_.begin() + position, dest.entries_.get_count() - position);
+    dest.entries_.swap(merged);
+    dest.rebuild_index();
+    entries_.truncate(0);
+    keyword_index_.truncate(0);
+}
+
+void ParserGroup::remove_entries(CoreBasicArray<unsigned int> positions) {
+    std::vector<bool> is_removed(entries_.get_count());
+    for (const unsigned int position : positions) {
+        if (position < is_removed.size()) {
+            is_removed[position] = true;
+        }
+    }
+    take_out([&](unsigned int position) { return is_removed[position]; });
+}
+
+void ParserGroup::remove_entry(const CoreString& name) {
+    const CoreString removed_name(name); // may be the name of an entry that goes
+    take_out([&](unsigned int position) {
+        return entries_[position] != nullptr && entries_[position]->get_name() == removed_name;
+    });
+}
+
+void ParserGroup::remove_entry(unsigned int position) {
+    take_out([=](unsigned int other) { return other == position; });
+}
+
+/// Removes the entries at the positions that the predicate names. They are deleted when the group is whole again.
+template <class IsRemoved>
+void ParserGroup::take_out(IsRemoved is_removed) {
+    std::vector<ParserEntry*> removed;
+    unsigned int kept = 0;
+    for (unsigned int position = 0; position < entries_.get_count(); ++position) {
+        if (is_removed(position)) {
+            removed.push_back(entries_[position]);
+        } else {
+            entries_[kept++] = entries_[position];
+        }
+    }
+    entries_.truncate(kept);
+    rebuild_index();
+    for (ParserEntry* entry : removed) {
+        bk::EntryAccess::release(entry);
+    }
+}

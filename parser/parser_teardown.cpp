@@ -1,0 +1,34 @@
+#include "parser/parser_teardown_impl.h"
+
+#include "parser/parser_group_impl.h"
+
+namespace bk {
+
+namespace {
+
+/// The groups that wait for their deletion on this thread, linked through themselves.
+thread_local ParserGroup* doomed = nullptr;
+thread_local bool is_destroying = false;
+
+} // namespace
+
+void destroy_group(ParserGroup* group) noexcept {
+    if (group == nullptr) {
+        return;
+    }
+    GroupAccess::next_doomed(*group) = doomed;
+    doomed = group;
+    if (is_destroying) {
+        return;
+    }
+    is_destroying = true;
+    while (doomed != nullptr) {
+        ParserGroup* const next = doomed;
+        doomed = GroupAccess::next_doomed(*next);
+        GroupAccess::forget_source_entry(*next);
+        delete next;
+    }
+    is_destroying = false;
+}
+
+} // namespace bk

@@ -1,0 +1,152 @@
+#include "parser/parser_tree_sink_impl.h"
+
+#include "core/core_diagnostic_impl.h"
+#include "parser/parser_entry_impl.h"
+#include "parser/parser_fault_text_impl.h"
+#include "parser/parser_group_impl.h"
+#include "parser/parser_value_impl.h"
+
+#include <memory>
+
+namespace bk {
+
+TreeSink::TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer)
+    : has_escapes_(has_escapes), observer_(observer) {
+    groups_.push_back({&root, 0});
+}
+
+TreeSink::~TreeSink() {
+    finish_entry();
+    while (!groups_.empty()) {
+        attach_entries();
+    }
+}
+
+bool TreeSink::begin_entry(const EntryHead& head, const Token& token) {
+    finish_entry();
+    bool is_keyword = false;
+    if (!is_entry_name(head.name, is_keyword)) {
+        // A name can be right as a word and wrong without its suffix, as in "yes[2]".
+        report_fault(ParserReadObserver::FAULT_INVALID_NAME, token, head.name);
+        return false;
+    }
+    has_entry_ = true;
+    head_ = head;
+    token_ = token;
+    type_ = is_keyword ? ParserEntry::TYPE_KEYWORD : ParserEntry::TYPE_ENTRY;
+    return true;
+}
+
+void TreeSink::open_group() {
+    auto group = std::make_unique<ParserGroup>(CoreString());
+    ParserEntry* const entry = make_entry(1);
+    ParserValueList& values = EntryAccess::values(*entry);
+    group->set_source_entry(entry);
+    groups_.push_back({group.get(), entries_.size()});
+    ValueAccess::make_group(values.room() + values.get_count(), group.release());
+    values.set_count(values.get_count() + 1);
+}
+
+void TreeSink::close_group() {
+    finish_entry();
+    attach_entries();
+}
+
+void TreeSink::report_fault(ParserReadObserver::Fault fault, const Token& token, std::string_view word) {
+    const bool is_logged = is_logged_fault(fault) && is_reported(CoreLogHandler::level_warning);
+    if (!is_logged && observer_ == nullptr) {
+        return;
+    }
+    const CoreString text = fault_text(fault, shown_word(word));
+    if (is_logged && fault == ParserReadObserver::FAULT_INVALID_NAME) {
+        report_warning("ParserGroup.add_entry: ", text, "\n");
+    } else if (is_logged) {
+        report_warning("ParserGroup.set_text: (", token.line, ":", token.column, ") ", text, "\n");
+    }
+    if (observer_ != nullptr) {
+        observer_->fault_found(fault, token.start, token.length, text);
+    }
+}
+
+CoreString TreeSink::shown_word(std::string_view word) const {
+    if (!has_escapes_ || !is_string_word(word)) {
+        return CoreString(word);
+    }
+    CoreString decoded;
+    decode_escapes(word, decoded);
+    return decoded;
+}
+
+void TreeSink::finish_entry() {
+    if (has_entry_) {
+        make_entry(0);
+    }
+}
+
+ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
+    auto entry = std::make_unique<ParserEntry>(CoreString(head_.name), type_, token_.line, token_.column);
+    entry->set_array(head_.array_count != ParserEntry::not_an_array, head_.array_count);
+    if (!head_.template_name.empty()) {
+        entry->set_template(CoreString(head_.template_name));
+    }
+    make_values(EntryAccess::values(*entry), extra_values);
+    entries_.push_back(entry.get());
+    values_.clear();
+    has_entry_ = false;
+    return entry.release();
+}
+
+void TreeSink::make_values(ParserValueList& values, unsigned int extra_values) const {
+    const auto count = static_cast<unsigned int>(values_.size());
+    if (count + extra_values == 0) {
+        return;
+    }
+    std::size_t text_size = 0;
+    for (const PendingValue& value : values_) {
+        text_size += text_need(value);
+    }
+    values.make_room(count + extra_values, text_size);
+    char* text = values.text_room();
+    for (unsigned int i = 0; i < count; ++i) {
+        make_value(values.room() + i, values_[i], text);
+        values.set_count(i + 1);
+    }
+}
+
+namespace {
+
+std::string_view without_quotes(std::string_view word) noexcept {
+    return word.size() < 3 ? std::string_view() : word.substr(1, word.size() - 2);
+}
+
+} // namespace
+
+std::size_t TreeSink::text_need(const PendingValue& value) const noexcept {
+    return value.kind == ParserWord::TYPE_BINARY_DATA ? 0 : value.word.size() + 1;
+}
+
+ParserValue* TreeSink::make_value(void* place, const PendingValue& value, char*& text) const {
+    if (value.kind == ParserWord::TYPE_BINARY_DATA) {
+        unsigned int size = 0;
+        void* const data = decode_binary_literal(value.word, size);
+        return ValueAccess::make_binary_data(place, data, size);
+    }
+    if (value.kind != ParserWord::TYPE_STRING) {
+        return ValueAccess::make_spelled(place, value_type_of(value.kind), value.word, text);
+    }
+    const std::string_view content = without_quotes(value.word);
+    if (has_escapes_ && content.find('\\') != std::string_view::npos) {
+        return ValueAccess::make_escaped_string(place, content, text);
+    }
+    return ValueAccess::make_string(place, content, text);
+}
+
+void TreeSink::attach_entries() {
+    const OpenGroup open = groups_.back();
+    groups_.pop_back();
+    GroupAccess::append(*open.group, entries_.data() + open.first_entry,
+                        static_cast<unsigned int>(entries_.size() - open.first_entry));
+    entries_.resize(open.first_entry);
+}
+
+} // namespace bk

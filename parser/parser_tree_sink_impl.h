@@ -1,0 +1,60 @@
+#pragma once
+
+#include "parser/parser_grammar_impl.h"
+#include "parser/parser_group.h"
+
+#include <string_view>
+#include <vector>
+
+namespace bk {
+
+/// Builds the tree that a text describes. An entry is made when everything about it is known: its name, its
+/// values side by side and their spellings behind them then go into storage of the right size.
+class TreeSink {
+public:
+    TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer);
+    /// Hands over what has been read, even when reading ends early.
+    ~TreeSink();
+    TreeSink(const TreeSink&) = delete;
+    TreeSink& operator=(const TreeSink&) = delete;
+
+    bool begin_entry(const EntryHead& head, const Token& token);
+    void add_value(ParserWord::Type kind, std::string_view word) { values_.push_back({kind, word}); }
+    void make_function_call() noexcept { type_ = ParserEntry::TYPE_FUNCTION_CALL; }
+    void open_group();
+    void close_group();
+    void report_fault(ParserReadObserver::Fault fault, const Token& token, std::string_view word);
+
+private:
+    struct PendingValue {
+        ParserWord::Type kind;
+        std::string_view word;
+    };
+    /// A group whose entries are being collected, and how many of the collected ones belong to groups around it.
+    struct OpenGroup {
+        ParserGroup* group;
+        std::size_t first_entry;
+    };
+
+    CoreString shown_word(std::string_view word) const;
+    void finish_entry();
+    ParserEntry* make_entry(unsigned int extra_values);
+    void make_values(ParserValueList& values, unsigned int extra_values) const;
+    std::size_t text_need(const PendingValue& value) const noexcept;
+    ParserValue* make_value(void* place, const PendingValue& value, char*& text) const;
+    void attach_entries();
+
+    bool has_escapes_;
+    ParserReadObserver* observer_;
+
+    bool has_entry_ = false; // the entry begun last is not made yet
+    EntryHead head_;
+    Token token_;
+    ParserEntry::Type type_ = ParserEntry::TYPE_ENTRY;
+    std::vector<PendingValue> values_;
+
+    std::vector<OpenGroup> groups_;     // the outermost first
+    std::vector<ParserEntry*> entries_; // of all open groups
+};
+
+} // namespace bk

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "core/core_string.h"
+#include "parser/parser_value.h"
+
+#include <string_view>
+
+namespace bk {
+
+/// What the library's other parts see of a value.
+class ValueAccess {
+public:
+    static ParserValue::Type type(const ParserValue& value) noexcept { return value.get_type(); }
+    /// Null for a value that is no group, and for one that was cleared.
+    static ParserGroup* group(const ParserValue& value) noexcept {
+        return value.get_type() == ParserValue::TYPE_GROUP ? value.spelled_.scalar.group : nullptr;
+    }
+    static std::string_view string(const ParserValue& value) noexcept {
+        return value.get_as_string().get_view();
+    }
+    /// Whether a value that is no string has a spelling, which is then written as it stands.
+    static bool is_spelled(const ParserValue& value) noexcept { return value.has(ParserValue::TEXT_HELD); }
+    static std::string_view spelling(const ParserValue& value) noexcept {
+        return {value.spelled_.text, value.get_type() == ParserValue::TYPE_BINARY_DATA ? 0 : value.size_};
+    }
+    static std::string_view bytes(const ParserValue& value) noexcept {
+        return {reinterpret_cast<const char*>(value.spelled_.scalar.bytes), value.size_};
+    }
+
+    /// A value made where it will stand, with its text in `text`: an area that outlives the value, from which
+    /// what is needed is taken.
+    static ParserValue* make_spelled(void* place, ParserValue::Type type, std::string_view word, char*& text);
+    static ParserValue* make_string(void* place, std::string_view word, char*& text) noexcept;
+    /// The same for a string with escapes.
+    static ParserValue* make_escaped_string(void* place, std::string_view word, char*& text) noexcept;
+    static ParserValue* make_group(void* place, ParserGroup* group) noexcept;
+    /// Adopts bytes taken from CoreMemory.
+    static ParserValue* make_binary_data(void* place, void* data, unsigned int size) noexcept;
+
+    /// How much of a text area a copy of the value needs.
+    static std::size_t text_need(const ParserValue& value) noexcept;
+    /// A copy with its text in the area; `group` stands for a group.
+    static ParserValue* copy(void* place, const ParserValue& value, ParserGroup* group, char*& text);
+
+    /// Fills a new value of the same type; its text is still the source's.
+    static void copy_content(ParserValue& copied, const ParserValue& value, ParserGroup* group);
+
+    /// Moves a value to another place, bit for bit; nothing is left at the old one.
+    static void relocate(ParserValue& from, void* to) noexcept;
+    /// Follows a text area that has moved.
+    static void rebase_text(ParserValue& value, const char* old_begin, const char* old_end,
+                            char* begin) noexcept;
+    /// Makes the value independent of any text area.
+    static void own_text(ParserValue& value);
+    /// Leaves the value with nothing to release.
+    static void forget(ParserValue& value) noexcept;
+};
+
+/// A copy of some bytes, zeros for a null pointer, taken from CoreMemory.
+unsigned char* copy_bytes(const void* data, unsigned int size);
+
+/// Decodes a binary-data literal into bytes taken from CoreMemory; null for an empty one.
+void* decode_binary_literal(std::string_view literal, unsigned int& size);
+
+/// Appends the binary-data literal of some bytes.
+void append_binary_literal(CoreString& out, std::string_view bytes);
+
+} // namespace bk

@@ -1,0 +1,213 @@
+#include "parser/parser_value_list.h"
+
+#include "core/core_memory.h"
+#include "parser/parser_value_impl.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <stdexcept>
+
+/// The block that holds the values: this head, then room for `capacity` values, then the text area. After a split
+/// into cells: the head, then room for `capacity` pointers.
+struct ParserValueList::Block {
+    static constexpr std::uint64_t max_capacity = (std::uint64_t{1} << 30) - 1;
+    static constexpr std::uint64_t max_text_size = (std::uint64_t{1} << 34) - 1;
+
+    std::uint64_t capacity : 30;
+    std::uint64_t text_size : 34;
+
+    ParserValue* values() noexcept { return reinterpret_cast<ParserValue*>(this + 1); }
+    Cell** cells() noexcept { return reinterpret_cast<Cell**>(this + 1); }
+    char* text() noexcept { return reinterpret_cast<char*>(values() + capacity); }
+
+    static Block* make(std::uint64_t capacity, std::size_t slot_size, std::uint64_t text_size) {
+        if (capacity > max_capacity || text_size > max_text_size) {
+            throw std::length_error("ParserEntry: too many values");
+        }
+        void* place = CoreMemory::allocate(sizeof(Block) + capacity * slot_size + text_size);
+        return new (place) Block{capacity & max_capacity, text_size & max_text_size};
+    }
+    static void destroy(Block* block, std::size_t slot_size) noexcept {
+        if (block != nullptr) {
+            CoreMemory::release(block, sizeof(Block) + block->capacity * slot_size + block->text_size);
+        }
+    }
+};
+
+/// A value that several lists may hold.
+struct ParserValueList::Cell {
+    unsigned int list_count;
+    alignas(ParserValue) unsigned char storage[sizeof(ParserValue)];
+
+    ParserValue& value() noexcept { return *std::launder(reinterpret_cast<ParserValue*>(storage)); }
+    static Cell* make() { return new (CoreMemory::allocate(sizeof(Cell))) Cell{1, {}}; }
+};
+
+ParserValue& ParserValueList::operator[](unsigned int i) const noexcept {
+    auto* const block = static_cast<Block*>(storage_);
+    return in_cells_ ? block->cells()[i]->value() : block->values()[i];
+}
+
+void ParserValueList::make_room(unsigned int count, std::size_t text_size) {
+    storage_ = Block::make(count, sizeof(ParserValue), text_size);
+}
+
+ParserValue* ParserValueList::room() const noexcept {
+    return static_cast<Block*>(storage_)->values();
+}
+
+char* ParserValueList::text_room() const noexcept {
+    return static_cast<Block*>(storage_)->text();
+}
+
+ParserValue& ParserValueList::append(ParserValue& value) {
+    bk::ValueAccess::own_text(value);
+    if (storage_ == nullptr || count_ == static_cast<Block*>(storage_)->capacity) {
+        grow();
+    }
+    auto* const block = static_cast<Block*>(storage_);
+    if (in_cells_) {
+        Cell* const cell = Cell::make();
+        bk::ValueAccess::relocate(value, cell->storage);
+        block->cells()[count_] = cell;
+    } else {
+        bk::ValueAccess::relocate(value, block->values() + count_);
+    }
+    bk::ValueAccess::forget(value);
+    ++count_;
+    return (*this)[count_ - 1];
+}
+
+void ParserValueList::grow() {
+    const std::uint64_t capacity = count_ == 0 ? 1 : std::uint64_t{count_} * 2;
+    auto* const old_block = static_cast<Block*>(storage_);
+    if (in_cells_) {
+        Block* const block = Block::make(capacity, sizeof(Cell*), 0);
+        if (old_block != nullptr) {
+            std::copy_n(old_block->cells(), count_, block->cells());
+        }
+        Block::destroy(old_block, sizeof(Cell*));
+        storage_ = block;
+        return;
+    }
+    const std::uint64_t text_size = old_block == nullptr ? 0 : old_block->text_size;
+    Block* const block = Block::make(capacity, sizeof(ParserValue), text_size);
+    if (text_size != 0) {
+        std::copy_n(old_block->text(), text_size, block->text());
+    }
+    for (unsigned int i = 0; i < count_; ++i) {
+        bk::ValueAccess::relocate(old_block->values()[i], block->values() + i);
+        if (text_size != 0) {
+            bk::ValueAccess::rebase_text(block->values()[i], old_block->text(), old_block->text() + text_size,
+                                         block->text());
+        }
+    }
+    Block::destroy(old_block, sizeof(ParserValue));
+    storage_ = block;
+}
+
+void ParserValueList::move(unsigned int from, unsigned int to) {
+    const unsigned int step = from < to ? 1 : 0xFFFFFFFFu; // modulo 2^32: one up or one down
+    if (in_cells_) {
+        Cell** const cells = static_cast<Block*>(storage_)->cells();
+        Cell* const moved = cells[from];
+        for (unsigned int i = from; i != to; i += step) {
+            cells[i] = cells[i + step];
+        }
+        cells[to] = moved;
+        return;
+    }
+    ParserValue* const values = room();
+    ParserValue moved(false);
+    bk::ValueAccess::relocate(values[from], &moved);
+    for (unsigned int i = from; i != to; i += step) {
+        bk::ValueAccess::relocate(values[i + step], values + i);
+    }
+    bk::ValueAccess::relocate(moved, values + to);
+    bk::ValueAccess::forget(moved);
+}
+
+void ParserValueList::remove_marked(const unsigned char* marks) {
+    unsigned int kept = 0;
+    for (unsigned int i = 0; i < count_; ++i) {
+        if (in_cells_) {
+            Cell** const cells = static_cast<Block*>(storage_)->cells();
+            if (marks[i] != 0) {
+                release_cell(cells[i]);
+            } else {
+                cells[kept++] = cells[i];
+            }
+        } else if (marks[i] != 0) {
+            std::destroy_at(room() + i);
+        } else if (kept++ != i) {
+            bk::ValueAccess::relocate(room()[i], room() + kept - 1);
+        }
+    }
+    count_ = kept;
+}
+
+void ParserValueList::clear() noexcept {
+    auto* const block = static_cast<Block*>(storage_);
+    for (unsigned int i = 0; i < count_; ++i) {
+        if (in_cells_) {
+            release_cell(block->cells()[i]);
+        } else {
+            std::destroy_at(block->values() + i);
+        }
+    }
+    Block::destroy(block, in_cells_ ? sizeof(Cell*) : sizeof(ParserValue));
+    storage_ = nullptr;
+    count_ = 0;
+    in_cells_ = false;
+}
+
+void ParserValueList::swap(ParserValueList& other) noexcept {
+    std::swap(storage_, other.storage_);
+    std::swap(count_, other.count_);
+    std::swap(in_cells_, other.in_cells_);
+}
+
+void ParserValueList::share(ParserValueList& other) {
+    if (this == &other) {
+        return;
+    }
+    other.split_into_cells();
+    Block* const block = other.count_ == 0 ? nullptr : Block::make(other.count_, sizeof(Cell*), 0);
+    for (unsigned int i = 0; i < other.count_; ++i) {
+        Cell* const cell = static_cast<Block*>(other.storage_)->cells()[i];
+        ++cell->list_count;
+        block->cells()[i] = cell;
+    }
+    const unsigned int count = other.count_;
+    clear();
+    storage_ = block;
+    count_ = count;
+    in_cells_ = true;
+}
+
+void ParserValueList::split_into_cells() {
+    if (in_cells_) {
+        return;
+    }
+    auto* const old_block = static_cast<Block*>(storage_);
+    Block* const block = count_ == 0 ? nullptr : Block::make(count_, sizeof(Cell*), 0);
+    for (unsigned int i = 0; i < count_; ++i) {
+        bk::ValueAccess::own_text(old_block->values()[i]);
+        block->cells()[i] = Cell::make();
+    }
+    for (unsigned int i = 0; i < count_; ++i) {
+        bk::ValueAccess::relocate(old_block->values()[i], block->cells()[i]->storage);
+    }
+    Block::destroy(old_block, sizeof(ParserValue));
+    storage_ = block;
+    in_cells_ = true;
+}
+
+void ParserValueList::release_cell(Cell* cell) noexcept {
+    if (--cell->list_count == 0) {
+        std::destroy_at(&cell->value());
+        CoreMemory::release(cell, sizeof(Cell));
+    }
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/core_string.h"
+#include "parser/parser_word.h"
+
+#include <cstddef>
+#include <string_view>
+
+/// What a run of characters is in the text syntax. These rules serve ParserWord, the names of entries and
+/// the grammar alike.
+namespace bk {
+
+/// A name and what it carries. Its template is a name again, still with all that it carries itself.
+struct NameParts {
+    std::string_view base; // without template and array suffix
+    unsigned int array_count = 0xFFFFFFFFu;
+    bool has_template = false;
+    std::string_view template_word; // between "<" and ">"
+};
+
+enum class NameKind {
+    none, // not a name, and nothing else is known of the word
+    identifier,
+    invalid // starts as a name and has a bad suffix: no other kind fits it any more
+};
+
+/// Whether the word is an identifier, taking its template on trust.
+NameKind classify_name_level(std::string_view word, NameParts& parts) noexcept;
+
+/// Whether the word is an identifier, its template and the templates inside that included. Fills in the parts
+/// of the name and of its template. Linear in the word; nested templates cost no stack.
+NameKind classify_name(std::string_view word, NameParts& name, NameParts& template_name) noexcept;
+
+/// Whether an entry may have this name, and of which type it then is.
+bool is_entry_name(std::string_view name, bool& is_keyword) noexcept;
+
+bool is_keyword_word(std::string_view word) noexcept;
+bool is_bool_word(std::string_view word) noexcept;
+bool is_int_word(std::string_view word) noexcept;
+bool is_double_word(std::string_view word) noexcept;
+bool is_binary_data_word(std::string_view word) noexcept;
+bool is_string_word(std::string_view word) noexcept;
+inline constexpr std::string_view empty_tag = "<empty>";
+
+/// The first kind of value that fits, TYPE_UNKNOWN when none does.
+ParserWord::Type classify_value(std::string_view word) noexcept;
+
+/// The type of value that a word of a value kind makes.
+ParserValue::Type value_type_of(ParserWord::Type kind) noexcept;
+
+/// Whether strings of this serial version have escapes.
+bool has_escapes(const CoreVersion& version) noexcept;
+
+/// Appends `text` with its escapes resolved.
+void decode_escapes(std::string_view text, CoreString& out);
+
+/// Resolves the escapes of `text` into `out`, which has room for as many characters, and returns the length.
+/// A backslash at the very end is dropped.
+std::size_t decode_escapes(std::string_view text, char* out) noexcept;
+
+} // namespace bk

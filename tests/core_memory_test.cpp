@@ -1,0 +1,126 @@
+#include "core/core_memory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace {
+
+struct Block {
+    unsigned char* data;
+    std::size_t size;
+    unsigned char mark;
+};
+
+Block take(std::size_t size, unsigned char mark) {
+    Block block{static_cast<unsigned char*>(CoreMemory::allocate(size)), size, mark};
+    std::memset(block.data, mark, size);
+    return block;
+}
+
+bool holds_its_mark(const Block& block) {
+    for (std::size_t i = 0; i < block.size; ++i) {
+        if (block.data[i] != block.mark) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void give_back(const Block& block) {
+    CoreMemory::release(block.data, block.size);
+}
+
+TEST(core_memory, blocks_of_every_size_are_aligned_for_any_object) {
+    std::vector<Block> blocks;
+    for (std::size_t size = 1; size <= 2 * CoreMemory::largest_slab_block; ++size) {
+        blocks.push_back(take(size, static_cast<unsigned char>(size)));
+        if (size >= 16) {
+            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(blocks.back().data) % 16, 0u) << size;
+        }
+    }
+    for (const Block& block : blocks) {
+        EXPECT_TRUE(holds_its_mark(block)) << block.size;
+        give_back(block);
+    }
+}
+
+TEST(core_memory, releasing_nothing_is_legal) {
+    CoreMemory::release(nullptr, 0);
+    CoreMemory::release(nullptr, 100);
+    Block block = take(100, 1);
+    EXPECT_TRUE(holds_its_mark(block));
+    give_back(block);
+}
+
+TEST(core_memory, blocks_that_are_alive_at_the_same_time_do_not_overlap) {
+    std::mt19937 random(3);
+    std::vector<Block> blocks;
+    for (int step = 0; step < 50000; ++step) {
+        if (blocks.empty() || random() % 3 != 0) {
+            blocks.push_back(
+                take(1 + random() % (random() % 8 == 0 ? 3000 : 150), static_cast<unsigned char>(random())));
+        } else {
+            std::swap(blocks[random() % blocks.size()], blocks.back());
+            ASSERT_TRUE(holds_its_mark(blocks.back())) << "step " << step;
+            give_back(blocks.back());
+            blocks.pop_back();
+        }
+    }
+    for (const Block& block : blocks) {
+        EXPECT_TRUE(holds_its_mark(block));
+        give_back(block);
+    }
+}
+
+TEST(core_memory, a_block_is_given_back_on_another_thread_than_the_one_that_took_it) {
+    std::vector<Block> blocks;
+    for (int i = 0; i < 20000; ++i) {
+        blocks.push_back(take(16 + static_cast<std::size_t>(i % 64) * 16, static_cast<unsigned char>(i)));
+    }
+    bool intact = true;
+    std::thread([&] {
+        for (const Block& block : blocks) {
+            intact = intact && holds_its_mark(block);
+            give_back(block);
+        }
+    }).join();
+    EXPECT_TRUE(intact);
+}
+
+TEST(core_memory, threads_take_and_give_back_at_the_same_time) {
+    std::vector<unsigned char> intact(4, 0);
+    std::vector<std::thread> threads;
+    for (unsigned int t = 0; t < 4; ++t) {
+        threads.emplace_back([t, &intact] {
+            std::mt19937 random(t);
+            std::vector<Block> blocks;
+            bool good = true;
+            for (int step = 0; step < 20000; ++step) {
+                blocks.push_back(
+                    take(1 + random() % 300, static_cast<unsigned char>(t * 40 + random() % 40)));
+                if (random() % 2 == 0) {
+                    std::swap(blocks[random() % blocks.size()], blocks.back());
+                    good = good && holds_its_mark(blocks.back());
+                    give_back(blocks.back());
+                    blocks.pop_back();
+                }
+            }
+            for (const Block& block : blocks) {
+                good = good && holds_its_mark(block);
+                give_back(block);
+            }
+            intact[t] = good ? 1 : 0;
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(intact, std::vector<unsigned char>(4, 1));
+}
+
+} // namespace

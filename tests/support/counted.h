@@ -1,0 +1,25 @@
+#pragma once
+
+#include <utility>
+
+/// An element that counts how many of it are alive, so that a container that forgets or doubles one is found out.
+class Counted {
+public:
+    Counted(int value = 0) : value_(value) { ++alive; }
+    Counted(const Counted& other) : value_(other.value_) { ++alive; }
+    Counted(Counted&& other) noexcept : value_(std::exchange(other.value_, -1)) { ++alive; }
+    Counted& operator=(const Counted&) = default;
+    Counted& operator=(Counted&& other) noexcept {
+        value_ = std::exchange(other.value_, -1);
+        return *this;
+    }
+    ~Counted() { --alive; }
+
+    int value() const { return value_; }
+    bool operator==(const Counted& other) const { return value_ == other.value_; }
+
+    static inline int alive = 0;
+
+private:
+    int value_;
+};

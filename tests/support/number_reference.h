@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/core_number_impl.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+// Texts compared with what the C library makes of them in the "C" locale, in which a test process starts.
+
+inline std::string shown(const std::string& text) {
+    return testing::PrintToString(text);
+}
+
+/// What the C library's conversion of a decimal integer takes, with its result brought to the nearest int.
+inline bk::IntText reference_int(const std::string& text) {
+    char* end = nullptr;
+    const long long value = std::strtoll(text.c_str(), &end, 10);
+    const long long nearest = value < INT_MIN ? INT_MIN : value > INT_MAX ? INT_MAX : value;
+    return {static_cast<int>(nearest), static_cast<std::size_t>(end - text.c_str())};
+}
+
+inline void expect_int_as_the_c_library(const std::string& text) {
+    const bk::IntText expected = reference_int(text);
+    const bk::IntText got = bk::text_to_int(text);
+    ASSERT_EQ(got.length, expected.length) << shown(text);
+    ASSERT_EQ(got.value, expected.value) << shown(text);
+}
+
+inline void expect_double_as_the_c_library(const std::string& text) {
+    char* end = nullptr;
+    const double expected = std::strtod(text.c_str(), &end);
+    const bk::DoubleText got = bk::text_to_double(text);
+    ASSERT_EQ(got.length, static_cast<std::size_t>(end - text.c_str())) << shown(text);
+    if (std::isnan(expected)) {
+        ASSERT_TRUE(std::isnan(got.value)) << shown(text);
+    } else {
+        ASSERT_EQ(std::bit_cast<std::uint64_t>(got.value), std::bit_cast<std::uint64_t>(expected))
+            << shown(text) << " gave " << got.value << " instead of " << expected;
+    }
+}
+
+inline std::string double_text(double number) {
+    char text[bk::number_text_capacity];
+    return {text, bk::write_double(text, number)};
+}

@@ -1,0 +1,102 @@
+#include "platform.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <string_view>
+
+#if defined(_WIN32)
+#if !defined(NOMINMAX)
+#define NOMINMAX
+#endif
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+// After windows.h, which it needs.
+#include <shellapi.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace bkdoc {
+
+namespace {
+
+bool is_set(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+bool is_dumb_terminal() {
+    const char* kind = std::getenv("TERM");
+    return kind != nullptr && std::string_view(kind) == "dumb";
+}
+
+#if defined(_WIN32)
+std::string to_utf8(const wchar_t* text) {
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    std::string utf8(size > 0 ? static_cast<std::size_t>(size) : 1, '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
+    utf8.pop_back();
+    return utf8;
+}
+#endif
+
+} // namespace
+
+#if defined(_WIN32)
+
+std::vector<std::string> command_line(int argc, char** argv) {
+    int count = 0;
+    wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
+    if (words == nullptr) {
+        return {argv + (argc > 0 ? 1 : 0), argv + argc};
+    }
+    std::vector<std::string> result;
+    for (int i = 1; i < count; ++i) {
+        result.push_back(to_utf8(words[i]));
+    }
+    LocalFree(words);
+    return result;
+}
+
+void prepare_streams() {
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+    SetConsoleOutputCP(CP_UTF8);
+}
+
+bool is_terminal(std::FILE* stream) {
+    return _isatty(_fileno(stream)) != 0;
+}
+
+// A pipe whose reader has gone is reported as an invalid argument.
+bool is_closed_pipe(int error) noexcept {
+    return error == EPIPE || error == EINVAL;
+}
+
+#else
+
+std::vector<std::string> command_line(int argc, char** argv) {
+    return {argv + (argc > 0 ? 1 : 0), argv + argc};
+}
+
+void prepare_streams() {
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool is_terminal(std::FILE* stream) {
+    return isatty(fileno(stream)) != 0;
+}
+
+bool is_closed_pipe(int error) noexcept {
+    return error == EPIPE;
+}
+
+#endif
+
+bool takes_colours(std::FILE* stream) {
+    return is_terminal(stream) && !is_set("NO_COLOR") && !is_dumb_terminal();
+}
+
+} // namespace bkdoc

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+/// What differs between systems.
+namespace bkdoc {
+
+/// The words of the command line after the tool's own name, in UTF-8.
+std::vector<std::string> command_line(int argc, char** argv);
+
+/// Lets bytes pass the standard streams untranslated, and makes writing to a closed pipe an error that can be seen.
+void prepare_streams();
+
+/// Whether colours suit the stream: it is a terminal that knows them, and NO_COLOR is not set.
+bool takes_colours(std::FILE* stream);
+
+/// Whether the stream is a terminal.
+bool is_terminal(std::FILE* stream);
+
+/// Whether the failure of a write, given by its errno, only says that the reader has had enough.
+bool is_closed_pipe(int error) noexcept;
+
+} // namespace bkdoc

@@ -1,0 +1,144 @@
+#include "text_display.h"
+
+namespace bkdoc {
+
+namespace {
+
+constexpr std::string_view ellipsis = "\xE2\x80\xA6";
+
+unsigned byte_at(std::string_view text, std::size_t position) noexcept {
+    return static_cast<unsigned char>(text[position]);
+}
+
+// The smallest code point that needs a sequence of this length: a smaller one is over-long.
+constexpr unsigned smallest_code_point[] = {0, 0, 0x80, 0x800, 0x10000};
+
+std::size_t length_from_lead(unsigned lead) noexcept {
+    if (lead < 0x80) {
+        return 1;
+    }
+    if (lead < 0xC2 || lead > 0xF4) {
+        return 0;
+    }
+    return lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+}
+
+bool is_scalar(unsigned code_point) noexcept {
+    return code_point <= 0x10FFFF && (code_point < 0xD800 || code_point > 0xDFFF);
+}
+
+std::string hex_escape(unsigned byte) {
+    constexpr char digits[] = "0123456789ABCDEF";
+    return {'\\', 'x', digits[byte >> 4], digits[byte & 15]};
+}
+
+std::string escape_of(std::string_view character) {
+    switch (character.front()) {
+    case '\n':
+        return "\\n";
+    case '\r':
+        return "\\r";
+    case '\t':
+        return "\\t";
+    default:
+        break;
+    }
+    std::string escaped;
+    for (std::size_t i = 0; i < character.size(); ++i) {
+        escaped += hex_escape(byte_at(character, i));
+    }
+    return escaped;
+}
+
+std::string shown_with(std::string_view text, std::size_t limit, bool quoted) {
+    std::string result;
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < text.size(); ++count) {
+        if (count == limit) {
+            return result.append(ellipsis);
+        }
+        const std::size_t length = utf8_length(text, i);
+        const std::string_view character = text.substr(i, length == 0 ? 1 : length);
+        if (!is_showable(character)) {
+            result += escape_of(character);
+        } else {
+            if (quoted && (character == "\"" || character == "\\")) {
+                result += '\\';
+            }
+            result += character;
+        }
+        i += character.size();
+    }
+    return result;
+}
+
+} // namespace
+
+std::size_t utf8_length(std::string_view text, std::size_t position) noexcept {
+    const unsigned lead = byte_at(text, position);
+    const std::size_t length = length_from_lead(lead);
+    if (length < 2) {
+        return length;
+    }
+    if (length > text.size() - position) {
+        return 0;
+    }
+    unsigned code_point = lead & (0x7Fu >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        const unsigned byte = byte_at(text, position + i);
+        if ((byte & 0xC0) != 0x80) {
+            return 0;
+        }
+        code_point = code_point << 6 | (byte & 0x3F);
+    }
+    return code_point >= smallest_code_point[length] && is_scalar(code_point) ? length : 0;
+}
+
+std::size_t count_characters(std::string_view text) noexcept {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < text.size(); ++count) {
+        const std::size_t length = utf8_length(text, i);
+        i += length == 0 ? 1 : length;
+    }
+    return count;
+}
+
+std::size_t character_start(std::string_view text, std::size_t position) noexcept {
+    constexpr std::size_t longest_tail = 3;
+    std::size_t start = position;
+    while (start < text.size() && start - position < longest_tail && (byte_at(text, start) & 0xC0) == 0x80) {
+        ++start;
+    }
+    return start;
+}
+
+bool is_showable(std::string_view character) noexcept {
+    const unsigned first = byte_at(character, 0);
+    if (character.size() == 1) {
+        return first >= 0x20 && first < 0x7F;
+    }
+    // U+0080 to U+009F are control characters too.
+    return first != 0xC2 || byte_at(character, 1) >= 0xA0;
+}
+
+std::string shown(std::string_view text, std::size_t limit) {
+    return shown_with(text, limit, false);
+}
+
+std::string shown_quoted(std::string_view text, std::size_t limit) {
+    return "\"" + shown_with(text, limit, true) + "\"";
+}
+
+std::string grouped(unsigned long long number) {
+    std::string digits = std::to_string(number);
+    for (std::size_t end = digits.size(); end > 3; end -= 3) {
+        digits.insert(end - 3, 1, ',');
+    }
+    return digits;
+}
+
+std::string counted(unsigned long long number, std::string_view one, std::string_view many) {
+    return grouped(number).append(1, ' ').append(number == 1 ? one : many);
+}
+
+} // namespace bkdoc
