@@ -12,4 +12,6 @@ void AppProgressBar::step(const unsigned int& /*step*/) {}
 
 void AppProgressBar::set_value(const float& /*value*/) {}
 
-unsigned int AppProgressBar::end_task() { return 0; }
+unsigned int AppProgressBar::end_task() {
+    return 0;
+}

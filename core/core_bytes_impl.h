@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 /// Little-endian numbers in byte buffers, whatever the machine's byte order.
 namespace bk {
@@ -46,7 +47,14 @@ inline std::uint64_t load_le64(const unsigned char* bytes) noexcept {
     return little_endian(value);
 }
 
+/// A number of up to 8 bytes.
 inline std::uint64_t load_le(const unsigned char* bytes, std::size_t width) noexcept {
+    if (width == sizeof(std::uint64_t)) {
+        return load_le64(bytes);
+    }
+    if (width == sizeof(std::uint32_t)) {
+        return load_le32(bytes);
+    }
     std::uint64_t value = 0;
     for (std::size_t i = 0; i < width; ++i) {
         value |= std::uint64_t{bytes[i]} << (8 * i);
@@ -58,23 +66,27 @@ inline std::uint64_t load_le(const unsigned char* bytes, std::size_t width) noex
 class ByteCursor {
 public:
     ByteCursor(const char* data, std::size_t size, core_uint64 position) noexcept
-        : data_(reinterpret_cast<const unsigned char*>(data)), size_(size), position_(position) {}
+        : data_(data), size_(size), position_(position) {}
 
     std::uint64_t take(std::size_t width) noexcept {
-        std::uint64_t value = 0;
-        if (position_ < size_) {
-            const std::size_t left = size_ - static_cast<std::size_t>(position_);
-            value = load_le(data_ + position_, width < left ? width : left);
-        }
+        const std::string_view bytes = rest();
+        const auto* const first = reinterpret_cast<const unsigned char*>(bytes.data());
         position_ += width;
-        return value;
+        return bytes.size() < width ? load_le(first, bytes.size()) : load_le(first, width);
     }
+
+    /// The bytes from the position on.
+    std::string_view rest() const noexcept {
+        return at_end() ? std::string_view() : std::string_view(data_ + position_, size_ - position_);
+    }
+    void skip(core_uint64 count) noexcept { position_ += count; }
+    void move_to_end() noexcept { position_ = size_; }
 
     core_uint64 position() const noexcept { return position_; }
     bool at_end() const noexcept { return position_ >= size_; }
 
 private:
-    const unsigned char* data_;
+    const char* data_;
     std::size_t size_;
     core_uint64 position_;
 };

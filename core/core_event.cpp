@@ -28,4 +28,6 @@ const CoreString& event_get_name(const unsigned int& hash) {
     return found != registry().end() ? found->second : CoreString::get_null_string();
 }
 
-unsigned int event_get_count() { return static_cast<unsigned int>(registry().size()); }
+unsigned int event_get_count() {
+    return static_cast<unsigned int>(registry().size());
+}

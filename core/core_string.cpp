@@ -122,8 +122,9 @@ char* CoreString::resize(const unsigned int& length) {
         release();
         long_ = {length, grown, block};
     }
-    close_at(length);
-    return writable_data();
+    char* const text = writable_data();
+    close_at(text, length);
+    return text;
 }
 
 CoreString& CoreString::operator+=(const char* text) {
@@ -171,7 +172,8 @@ void CoreString::assign(const char* data, unsigned int size) {
         short_ = fresh;
     } else if (size <= capacity()) {
         std::memmove(long_.data, data, size);
-        close_at(size);
+        long_.data[size] = '\0';
+        long_.length = size;
     } else {
         const unsigned int fresh_capacity = round_capacity(size);
         char* const block = take_block(fresh_capacity);
@@ -197,6 +199,10 @@ bool CoreString::append_growing(const char* data, std::size_t size) {
     release();
     long_ = {total, grown, block};
     return true;
+}
+
+void CoreString::append_growing(char character) {
+    append_growing(&character, 1);
 }
 
 // For text that is longer than inline_capacity.

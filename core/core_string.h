@@ -132,8 +132,9 @@ public:
             return append_growing(data, size);
         }
         if (size != 0) {
-            std::memcpy(writable_data() + length, data, size);
-            close_at(length + static_cast<unsigned int>(size));
+            char* const text = writable_data();
+            std::memcpy(text + length, data, size);
+            close_at(text, length + static_cast<unsigned int>(size));
         }
         return true;
     }
@@ -147,10 +148,11 @@ public:
     CoreString& operator+=(char character) {
         const unsigned int length = get_length();
         if (length < capacity()) {
-            writable_data()[length] = character;
-            close_at(length + 1);
+            char* const text = writable_data();
+            text[length] = character;
+            close_at(text, length + 1);
         } else {
-            append_growing(&character, 1);
+            append_growing(character);
         }
         return *this;
     }
@@ -184,20 +186,19 @@ private:
     /// Characters that can be appended where the text stands: none to borrowed text.
     unsigned int room() const noexcept { return capacity() > get_length() ? capacity() - get_length() : 0; }
     char* writable_data() noexcept { return is_inline() ? short_.text : long_.data; }
-    /// Ends the text at `length`, which fits where the text stands and belongs on the same side of
-    /// inline_capacity.
-    void close_at(unsigned int length) noexcept {
-        if (is_inline()) {
-            short_.text[length] = '\0';
+    /// Ends the text, which stands at `text`, at `length`. The side of inline_capacity stays the same.
+    void close_at(char* text, unsigned int length) noexcept {
+        text[length] = '\0';
+        if (length <= inline_capacity) {
             short_.length = length;
         } else {
-            long_.data[length] = '\0';
             long_.length = length;
         }
     }
 
     void assign(const char* data, unsigned int size);
     bool append_growing(const char* data, std::size_t size);
+    void append_growing(char character);
     void move_to_block(unsigned int capacity);
 };
 

@@ -12,6 +12,10 @@ SysHandle::~SysHandle() = default;
 
 SysDevice::~SysDevice() = default;
 
-SysDevice& SysDevice::get() { return device_in_use != nullptr ? *device_in_use : bk::platform_device(); }
+SysDevice& SysDevice::get() {
+    return device_in_use != nullptr ? *device_in_use : bk::platform_device();
+}
 
-void SysDevice::set(SysDevice* device) { device_in_use = device; }
+void SysDevice::set(SysDevice* device) {
+    device_in_use = device;
+}

@@ -44,7 +44,8 @@ public:
     /// Lets the file at `from` take the name `to`, replacing what stands there, in one step, durably.
     virtual bool replace(const std::string& from, const std::string& to) = 0;
     virtual bool remove(const std::string& path) = 0;
-    /// The path that symbolic links lead to; the path itself where there are none.
+    /// The path that symbolic links lead to; the path itself where there are none, empty when they
+    /// lead nowhere that a file can be created.
     virtual std::string resolve_links(const std::string& path) = 0;
     virtual std::string current_folder() = 0;
 

@@ -12,7 +12,8 @@
 namespace bk {
 namespace {
 
-constexpr std::size_t largest_transfer = std::size_t{1} << 30; // some systems refuse 2 GiB and more in one call
+constexpr std::size_t largest_transfer = std::size_t{1}
+                                         << 30; // some systems refuse 2 GiB and more in one call
 constexpr int most_links = 40;
 
 // Repeats a call that a signal broke off.
@@ -39,7 +40,7 @@ bool flush_to_disk(int file) {
 
 class PosixHandle final : public SysHandle {
 public:
-    explicit PosixHandle(int file) noexcept : file_(file) {}
+    PosixHandle() noexcept = default;
     ~PosixHandle() override { PosixHandle::close(); }
 
     core_int64 read(char* buffer, std::size_t size) override {
@@ -58,20 +59,20 @@ public:
         return file < 0 || ::close(file) == 0 || errno == EINTR;
     }
 
+    /// Keeps and closes a file that was opened; false when it was not.
+    bool adopt(int file) noexcept {
+        file_ = file;
+        return file >= 0;
+    }
+    int file() const noexcept { return file_; }
+
 private:
-    int file_;
+    int file_ = -1;
 };
 
-std::unique_ptr<SysHandle> handle_for(int file) {
-    if (file < 0) {
-        return nullptr;
-    }
-    try {
-        return std::make_unique<PosixHandle>(file);
-    } catch (...) {
-        ::close(file);
-        throw;
-    }
+std::unique_ptr<SysHandle> open_existing(const std::string& path, int flags) {
+    auto handle = std::make_unique<PosixHandle>();
+    return handle->adopt(open_file(path, flags)) ? std::move(handle) : nullptr;
 }
 
 // A file of that owner and mode; the owner where this process may give files away.
@@ -83,8 +84,8 @@ bool take_permissions(int file, const struct stat& from) {
     // The mode comes last, because a change of owner takes the set-id bits away.
     bool owned = own.st_uid == from.st_uid && own.st_gid == from.st_gid;
     owned = owned || ::fchown(file, from.st_uid, from.st_gid) == 0;
-    const bool group_kept = owned || own.st_gid == from.st_gid ||
-                            ::fchown(file, static_cast<uid_t>(-1), from.st_gid) == 0;
+    const bool group_kept =
+        owned || own.st_gid == from.st_gid || ::fchown(file, static_cast<uid_t>(-1), from.st_gid) == 0;
     mode_t mode = from.st_mode & 07777;
     if (!owned) {
         mode &= static_cast<mode_t>(~(S_ISUID | S_ISGID));
@@ -136,11 +137,11 @@ public:
     }
 
     std::unique_ptr<SysHandle> open_for_reading(const std::string& path) override {
-        return handle_for(open_file(path, O_RDONLY));
+        return open_existing(path, O_RDONLY);
     }
 
     std::unique_ptr<SysHandle> open_in_place(const std::string& path) override {
-        return handle_for(open_file(path, O_WRONLY));
+        return open_existing(path, O_WRONLY);
     }
 
     std::unique_ptr<SysHandle> create_beside(const std::string& target, std::string& created_path) override {
@@ -149,13 +150,16 @@ public:
         if (replaces && ::access(target.c_str(), W_OK) != 0) {
             return nullptr; // a file that must not be written must not be replaced either
         }
-        // Nobody but the owner sees the new file before it has the old one's permissions.
+        // Nobody but the owner reaches the new file before it has the old one's permissions.
         const mode_t mode = replaces ? 0600 : 0666;
-        const int file = create_unique(std::string(folder_prefix(target, "/")), mode, created_path);
-        std::unique_ptr<SysHandle> handle = handle_for(file);
-        if (handle != nullptr && replaces && !take_permissions(file, old)) {
-            handle.reset();
+        auto handle = std::make_unique<PosixHandle>();
+        if (!handle->adopt(create_unique(std::string(folder_prefix(target, "/")), mode, created_path))) {
+            return nullptr;
+        }
+        if (replaces && !take_permissions(handle->file(), old)) {
+            handle->close();
             remove(created_path);
+            return nullptr;
         }
         return handle;
     }
@@ -179,7 +183,7 @@ public:
             }
             place = target[0] == '/' ? target : std::string(folder_prefix(place, "/")) + target;
         }
-        return path;
+        return std::string();
     }
 
     std::string current_folder() override {

@@ -20,8 +20,10 @@ bool SysFilesystem::file_exists(const CoreString& path) {
 CoreString SysFilesystem::get_full_file_path(const CoreString& path) {
     try {
         const std::string current = SysDevice::get().current_folder();
-        return CoreString(
-            std::string_view(bk::full_path(path.get_view(), current, bk::native_path_style)));
+        if (current.empty()) {
+            return path; // the folder is gone
+        }
+        return CoreString(std::string_view(bk::full_path(path.get_view(), current, bk::native_path_style)));
     } catch (const std::bad_alloc&) {
         return CoreString();
     }

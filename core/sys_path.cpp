@@ -6,7 +6,9 @@
 namespace bk {
 namespace {
 
-bool is_separator(char c, PathStyle style) { return c == '/' || (style == PathStyle::windows && c == '\\'); }
+bool is_separator(char c, PathStyle style) {
+    return c == '/' || (style == PathStyle::windows && c == '\\');
+}
 
 bool has_drive(std::string_view path) {
     const auto is_letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };

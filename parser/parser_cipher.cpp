@@ -3,7 +3,6 @@
 #include "core/core_bytes_impl.h"
 #include "parser/parser_keystream_impl.h"
 
-#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -20,7 +19,7 @@ const unsigned char* bytes_of(std::string_view text) noexcept {
 
 std::uint64_t decipher_length(std::string_view block, Keystream& keystream) noexcept {
     unsigned char length[length_size] = {};
-    std::copy_n(block.data(), std::min(block.size(), length_size), length);
+    block.copy(reinterpret_cast<char*>(length), length_size);
     keystream.subtract_from(length, length, length_size / word_size);
     return load_le64(length);
 }
@@ -49,7 +48,7 @@ void encipher(std::string_view text, std::string_view key, unsigned char* block)
     keystream.add_to(bytes_of(text), block, whole / word_size);
     if (whole != text.size()) {
         unsigned char last[word_size] = {};
-        std::copy(text.begin() + whole, text.end(), last);
+        text.copy(reinterpret_cast<char*>(last), word_size, whole);
         keystream.add_to(last, block + whole, 1);
     }
 }

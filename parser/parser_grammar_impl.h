@@ -15,6 +15,7 @@ struct EntryHead {
     std::string_view template_name;
     unsigned int array_count = 0xFFFFFFFFu;
     bool is_keyword = false;
+    bool had_suffix = false; // the name is only a part of the word
 };
 
 /// The grammar of documents, one loop over the words of a text. What the text says goes to a sink:
@@ -107,10 +108,11 @@ private:
             if (template_name.has_template) {
                 fault(ParserReadObserver::FAULT_TEMPLATE_INSIDE_TEMPLATE, token, name.base);
             } else {
-                begin_entry({name.base, template_name.base, name.array_count, false}, token);
+                const bool had_suffix = name.base.size() != word.size();
+                begin_entry({name.base, template_name.base, name.array_count, false, had_suffix}, token);
             }
         } else if (is_keyword_word(word)) {
-            begin_entry({word, {}, 0xFFFFFFFFu, true}, token);
+            begin_entry({word, {}, 0xFFFFFFFFu, true, false}, token);
         } else {
             take_value(token, word,
                        kind == NameKind::invalid ? ParserWord::TYPE_INVALID : classify_value(word));

@@ -25,15 +25,15 @@ TreeSink::~TreeSink() {
 bool TreeSink::begin_entry(const EntryHead& head, const Token& token) {
     finish_entry();
     bool is_keyword = false;
-    if (!is_entry_name(head.name, is_keyword)) {
-        // A name can be right as a word and wrong without its suffix, as in "yes[2]".
+    if (head.had_suffix && !is_entry_name(head.name, is_keyword)) {
+        // A word can be a name with its suffix and none without, as in "yes[2]".
         report_fault(ParserReadObserver::FAULT_INVALID_NAME, token, head.name);
         return false;
     }
     has_entry_ = true;
     head_ = head;
     token_ = token;
-    type_ = is_keyword ? ParserEntry::TYPE_KEYWORD : ParserEntry::TYPE_ENTRY;
+    type_ = head.is_keyword ? ParserEntry::TYPE_KEYWORD : ParserEntry::TYPE_ENTRY;
     return true;
 }
 

@@ -111,11 +111,22 @@ bool is_bool_word(std::string_view word) noexcept {
     return word == "yes" || word == "no";
 }
 
-bool is_int_word(std::string_view word) noexcept {
-    if (word.find_first_of(".e") != std::string_view::npos) {
-        return false;
+namespace {
+
+/// A word with one of these is a double where another number is an int; an upper-case 'E' is none of them.
+bool has_double_mark(std::string_view word) noexcept {
+    for (const char character : word) {
+        if (character == '.' || character == 'e') {
+            return true;
+        }
     }
-    return text_to_int(word).length != 0;
+    return false;
+}
+
+} // namespace
+
+bool is_int_word(std::string_view word) noexcept {
+    return !has_double_mark(word) && text_to_int(word).length != 0;
 }
 
 bool is_double_word(std::string_view word) noexcept {
@@ -130,12 +141,29 @@ bool is_string_word(std::string_view word) noexcept {
     return word.size() >= 2 && word.front() == '"' && word.back() == '"';
 }
 
+namespace {
+
+/// Where the digits begin behind an optional sign.
+std::size_t after_sign(std::string_view word) noexcept {
+    return word[0] == '-' || word[0] == '+' ? 1 : 0;
+}
+
+} // namespace
+
 ParserWord::Type classify_value(std::string_view word) noexcept {
+    const std::size_t first = after_sign(word);
+    if (first < word.size() && is_char(word[first], CHAR_DIGIT)) {
+        // A digit converts as an int and as a double, whatever follows it: only the two marks tell them apart.
+        if (is_binary_data_word(word)) {
+            return ParserWord::TYPE_BINARY_DATA;
+        }
+        return has_double_mark(word) ? ParserWord::TYPE_DOUBLE : ParserWord::TYPE_INT;
+    }
+    if (is_string_word(word)) {
+        return ParserWord::TYPE_STRING; // a quote begins nothing else
+    }
     if (word == empty_tag) {
         return ParserWord::TYPE_EMPTY_TAG;
-    }
-    if (is_binary_data_word(word)) {
-        return ParserWord::TYPE_BINARY_DATA;
     }
     if (is_bool_word(word)) {
         return ParserWord::TYPE_BOOL;
@@ -146,7 +174,7 @@ ParserWord::Type classify_value(std::string_view word) noexcept {
     if (is_double_word(word)) {
         return ParserWord::TYPE_DOUBLE;
     }
-    return is_string_word(word) ? ParserWord::TYPE_STRING : ParserWord::TYPE_UNKNOWN;
+    return ParserWord::TYPE_UNKNOWN;
 }
 
 ParserValue::Type value_type_of(ParserWord::Type kind) noexcept {

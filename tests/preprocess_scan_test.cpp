@@ -34,7 +34,11 @@ TEST(preprocess_scan, every_byte_is_copied_as_it_is) {
 }
 
 TEST(preprocess_scan, carriage_returns_are_copied) {
-    EXPECT_EQ(expanded("a 1\r\nb 2\r\n"), "a 1\r\nb 2\r\n");
+    EXPECT_EQ(expanded("a 1\rb 2\r"), "a 1\rb 2\r");
+}
+
+TEST(preprocess_scan, line_ends_of_the_platform_become_line_feeds) {
+    EXPECT_EQ(expanded(on_disk("a 1\nb 2\n")), "a 1\nb 2\n");
 }
 
 // Comments

@@ -63,6 +63,16 @@ public:
     }
 };
 
+/// What a text file on this platform holds when this text was written to it.
+inline std::string on_disk(std::string text) {
+#if defined(_WIN32)
+    for (std::size_t i = text.find('\n'); i != std::string::npos; i = text.find('\n', i + 2)) {
+        text.replace(i, 1, "\r\n");
+    }
+#endif
+    return text;
+}
+
 /// The messages for a name that is found in none of so many places.
 inline std::vector<std::string> not_found(const std::string& name, unsigned int places) {
     std::vector<std::string> messages = {"File '" + name + "' not found.\n", "  Looked for:\n"};

@@ -1,0 +1,93 @@
+# What the scripts share. Sourced, with the source tree as the current folder.
+
+root=$PWD
+jobs=$(nproc 2>/dev/null || echo 2)
+newly_installed=""
+
+has_header() {
+    printf '#if !__has_include(<%s>)\n#error\n#endif\n' "$1" |
+        "${CXX:-c++}" -x c++ -std=c++20 -E - >/dev/null 2>&1
+}
+
+# Whether there is what the Debian package of that name would bring; it may have come another way.
+is_there() {
+    case $1 in
+        g++) command -v "${CXX:-c++}" ;;
+        ninja-build) command -v ninja ;;
+        libgtest-dev) has_header gtest/gtest.h ;;
+        libcli11-dev) has_header CLI/CLI.hpp ;;
+        libbenchmark-dev) has_header benchmark/benchmark.h ;;
+        clang) command -v clang++ ;;
+        *) command -v "$1" ;;
+    esac >/dev/null
+}
+
+# need <Debian package>...: installs what is missing where that can be done without asking; names it elsewhere.
+need() {
+    local package missing=()
+    for package in "$@"; do
+        is_there "$package" || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    if [ "$(id -u)" -ne 0 ] || ! command -v apt-get >/dev/null; then
+        echo "missing, to be installed first (Debian's package names): ${missing[*]}" >&2
+        exit 2
+    fi
+    echo "installing ${missing[*]}" >&2
+    export DEBIAN_FRONTEND=noninteractive
+    quietly apt-get update || exit 2
+    quietly apt-get install -y --no-install-recommends "${missing[@]}" || exit 2
+    newly_installed=yes
+}
+
+# Runs a command, and shows what it printed only when it fails.
+quietly() {
+    local output
+    output=$("$@" 2>&1 </dev/null) && return
+    printf '%s\n' "$output" >&2
+    echo "failed: $*" >&2
+    return 1
+}
+
+# Whether a build folder belongs to this tree and has these settings, each given as -DNAME=VALUE.
+is_configured() {
+    local cache=$1/CMakeCache.txt setting
+    shift
+    [ -z "$newly_installed" ] && [ -f "$cache" ] || return
+    grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$cache" || return
+    grep -q 'DIR-NOTFOUND$' "$cache" && return 1
+    for setting in "$@"; do
+        setting=${setting#-D}
+        grep -q "^${setting%%=*}:[A-Z]*=${setting#*=}\$" "$cache" || return
+    done
+}
+
+# configure <build folder> <-DNAME=VALUE>...: as seldom as possible, for it takes seconds.
+configure() {
+    local folder=$1 cache=$1/CMakeCache.txt generator=()
+    shift
+    is_configured "$folder" "$@" && return
+    if [ -f "$cache" ] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$cache"; then
+        rm -rf "$cache" "$folder/CMakeFiles"
+    fi
+    [ -f "$cache" ] || generator=(-G Ninja)
+    quietly cmake -S "$root" -B "$folder" "${generator[@]}" "$@"
+}
+
+# run_tests <build folder> <ctest argument>...: shows the tests that fail and sets `passed` and `failed`.
+run_tests() {
+    local folder=$1 report=$root/$1/tests.xml skipped
+    shift
+    rm -f "$report"
+    ctest --test-dir "$folder" -j "$jobs" --output-on-failure --output-junit "$report" "$@" 2>&1 |
+        grep --line-buffered -vE '^ +Start +[0-9]+: |^ *[0-9]+/[0-9]+ Test +#.* Passed +[0-9.]+ sec$'
+    count_tests run && passed=$counted
+    count_tests fail && failed=$counted
+    count_tests '(notrun|disabled)' && skipped=$counted
+    [ "$skipped" -eq 0 ] || echo "$skipped skipped"
+}
+
+count_tests() {
+    counted=0
+    [ ! -f "$report" ] || counted=$(grep -cE "^[[:space:]]*<testcase .* status=\"$1\"" "$report") || true
+}

@@ -1,0 +1,29 @@
+# How the project's own code is compiled. A project that takes this one in with add_subdirectory keeps its own
+# rules: warnings are errors only when this is the top-level project.
+
+include(CMakeDependentOption)
+
+set(BK_PARSER_SANITIZE "" CACHE STRING "Sanitizers to build with, as in \"address,undefined\"")
+
+# The address and memory sanitizers see every object only when each has a block of its own.
+cmake_dependent_option(BK_PARSER_SLABS "Take small objects from slabs instead of the global heap" ON
+    "NOT BK_PARSER_SANITIZE MATCHES \"address|memory|leak\"" OFF)
+
+add_library(bk_parser_own_code INTERFACE)
+if(MSVC)
+    target_compile_options(bk_parser_own_code INTERFACE /W4 /utf-8 /permissive-)
+    if(PROJECT_IS_TOP_LEVEL)
+        target_compile_options(bk_parser_own_code INTERFACE /WX)
+    endif()
+else()
+    target_compile_options(bk_parser_own_code INTERFACE -Wall -Wextra -Wconversion -Wshadow)
+    if(PROJECT_IS_TOP_LEVEL)
+        target_compile_options(bk_parser_own_code INTERFACE -Werror)
+    endif()
+endif()
+
+if(BK_PARSER_SANITIZE)
+    set(sanitizer_options -fsanitize=${BK_PARSER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_compile_options(${sanitizer_options})
+    add_link_options(${sanitizer_options})
+endif()

@@ -1,0 +1,27 @@
+# What an installed copy consists of: the library, its public headers under their paths in this tree, and the
+# files by which find_package(bk_parser CONFIG) and pkg-config find it.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/bk_parser)
+
+install(TARGETS bk_parser EXPORT bk_parser_targets
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY core parser DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h" PATTERN "*_impl.h" EXCLUDE)
+install(EXPORT bk_parser_targets NAMESPACE bk_parser:: FILE bk_parser-config.cmake DESTINATION ${package_dir})
+
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/bk_parser-config-version.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/bk_parser-config-version.cmake DESTINATION ${package_dir})
+
+set(pc_definitions "")
+if(NOT BUILD_SHARED_LIBS)
+    set(pc_definitions "-DBK_PARSER_STATIC")
+endif()
+configure_file(${CMAKE_CURRENT_LIST_DIR}/bk_parser.pc.in ${PROJECT_BINARY_DIR}/bk_parser.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/bk_parser.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

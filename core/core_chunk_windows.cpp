@@ -1,0 +1,50 @@
+#if defined(_WIN32)
+
+#include "core/core_chunk_impl.h"
+
+#include <cstdint>
+
+#include <windows.h>
+
+namespace bk {
+
+namespace {
+
+void* map(void* place, std::size_t size) noexcept {
+    return VirtualAlloc(place, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+}
+
+/// Finds room for an aligned chunk; another thread may take it before this one does.
+void* find_aligned_place() noexcept {
+    void* const room = VirtualAlloc(nullptr, 2 * chunk_size, MEM_RESERVE, PAGE_NOACCESS);
+    if (room == nullptr) {
+        return nullptr;
+    }
+    VirtualFree(room, 0, MEM_RELEASE);
+    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(room);
+    return reinterpret_cast<void*>((address + chunk_size - 1) / chunk_size * chunk_size);
+}
+
+} // namespace
+
+void* take_chunk() noexcept {
+    constexpr int attempts = 16;
+    for (int i = 0; i < attempts; ++i) {
+        void* const place = find_aligned_place();
+        if (place == nullptr) {
+            return nullptr;
+        }
+        if (void* chunk = map(place, chunk_size)) {
+            return chunk;
+        }
+    }
+    return nullptr;
+}
+
+void give_chunk_back(void* chunk) noexcept {
+    VirtualFree(chunk, 0, MEM_RELEASE);
+}
+
+} // namespace bk
+
+#endif

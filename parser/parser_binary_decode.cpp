@@ -1,0 +1,300 @@
+#include "parser/parser_binary_impl.h"
+
+#include "core/core_diagnostic_impl.h"
+#include "parser/parser_entry_impl.h"
+#include "parser/parser_group_impl.h"
+#include "parser/parser_teardown_impl.h"
+#include "parser/parser_value_impl.h"
+
+#include <bit>
+#include <memory>
+#include <utility>
+
+namespace bk {
+
+std::string_view take_string(ByteCursor& cursor) {
+    const std::string_view rest = cursor.rest();
+    const std::size_t size = rest.find('\0');
+    if (size == std::string_view::npos) {
+        report_warning("ParserValue.bin_to_string: Failed to parse string\n");
+        cursor.move_to_end();
+        return {};
+    }
+    cursor.skip(size + 1);
+    return rest.substr(0, size);
+}
+
+std::string_view take_binary_data(ByteCursor& cursor) {
+    const auto size = static_cast<std::uint32_t>(cursor.take(sizeof(std::uint64_t)));
+    const std::string_view rest = cursor.rest();
+    if (size > rest.size()) {
+        report_warning("ParserValue.bin_to_binary_data: Failed to parse string\n");
+        cursor.skip(rest.size());
+        return {};
+    }
+    cursor.skip(size);
+    return rest.substr(0, size);
+}
+
+BinaryDecoder::~BinaryDecoder() {
+    discard_values(0);
+    for (ParserEntry* entry : entries_) {
+        delete entry;
+    }
+}
+
+bool BinaryDecoder::read_group(ParserGroup& group) {
+    return open_group(group) && run();
+}
+
+bool BinaryDecoder::read_entry(ParserEntry& entry) {
+    Level level{};
+    level.name = entry.get_name().get_view();
+    if (!open_entry(level)) {
+        return false;
+    }
+    levels_.push_back(level);
+    const bool is_whole = run();
+    append_values(EntryAccess::values(entry));
+    return is_whole;
+}
+
+ParserValue* BinaryDecoder::read_value() {
+    ParserValue::Type type{};
+    if (!take_tag(type)) {
+        return nullptr;
+    }
+    if (type == ParserValue::TYPE_GROUP) {
+        auto value = std::make_unique<ParserValue>(static_cast<ParserGroup*>(nullptr));
+        read_group(*ValueAccess::group(*value));
+        return value.release();
+    }
+    PendingValue pending = take_scalar(type);
+    if (type == ParserValue::TYPE_STRING) {
+        return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
+    }
+    char* no_text = nullptr;
+    void* const place = ParserValue::operator new(sizeof(ParserValue));
+    return make_value(place, pending, no_text);
+}
+
+/// False when the group does not fit what is left of the buffer.
+bool BinaryDecoder::open_group(ParserGroup& group) {
+    const std::uint64_t size = cursor_.take(sizeof(std::uint64_t));
+    const core_uint64 start = cursor_.position();
+    if (start > data_.get_count() || size > data_.get_count() - start) {
+        report_warning("ParserGroup.set_binary: ParserGroup size larger than the given data\n");
+        return false;
+    }
+    Level level{};
+    level.group = &group;
+    level.group_end = start + size;
+    level.first_entry = static_cast<unsigned int>(entries_.size());
+    levels_.push_back(level);
+    return true;
+}
+
+/// The size is compared with the whole buffer, not with what is left of it: an entry may claim more than there is,
+/// and fails where its data end.
+bool BinaryDecoder::open_entry(Level& level) {
+    const std::uint64_t size = cursor_.take(sizeof(std::uint64_t));
+    if (size > data_.get_count()) {
+        report_warning("ParserEntry.set_binary: ParserEntry '", CoreString(level.name), "', chunk size (",
+                       size, ") is larger than the given buffer (", data_.get_count(), ")\n");
+        return false;
+    }
+    constexpr std::uint64_t reserved_size = 1;
+    cursor_.skip(reserved_size);
+    level.entry_end = cursor_.position() + (size < reserved_size ? 0 : size - reserved_size);
+    level.first_value = static_cast<unsigned int>(pending_.size());
+    level.is_in_entry = true;
+    return true;
+}
+
+bool BinaryDecoder::run() {
+    Step step = Step::more;
+    while (!levels_.empty()) {
+        step = advance(levels_.back());
+        if (step != Step::more) {
+            close_level();
+        }
+    }
+    return step == Step::done;
+}
+
+BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
+    if (!level.is_in_entry) {
+        return begin_entry(level);
+    }
+    while (cursor_.position() < level.entry_end) {
+        ParserValue::Type type{};
+        if (!take_tag(type)) {
+            return Step::failed;
+        }
+        if (type != ParserValue::TYPE_GROUP) {
+            pending_.push_back(take_scalar(type));
+            continue;
+        }
+        PendingValue nested{type, 0, {.group = new ParserGroup(CoreString())}};
+        pending_.push_back(nested);
+        open_group(*nested.group); // `level` may have moved; a group that cannot be opened stays empty
+        return Step::more;
+    }
+    return finish_entry(level);
+}
+
+BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
+    if (cursor_.position() >= level.group_end) {
+        return Step::done;
+    }
+    level.name = take_string(cursor_);
+    if (level.name.empty()) {
+        report_warning("ParserGroup.set_binary: Failed to read entry name\n");
+        return Step::failed;
+    }
+    return open_entry(level) ? Step::more : Step::failed;
+}
+
+BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
+    if (level.group == nullptr) {
+        return Step::done;
+    }
+    CoreString name;
+    name.set_borrowed(level.name.data(), static_cast<unsigned int>(level.name.size())); // a NUL follows it
+    auto entry = std::make_unique<ParserEntry>(name, ParserEntry::TYPE_ENTRY, 0, 0);
+    fill_values(EntryAccess::values(*entry), level.first_value);
+    entries_.push_back(entry.get());
+    entry.release();
+    level.is_in_entry = false;
+    return Step::more;
+}
+
+void BinaryDecoder::close_level() {
+    const Level level = levels_.back();
+    levels_.pop_back();
+    if (level.group == nullptr) {
+        return; // the values are the caller's
+    }
+    if (level.is_in_entry) {
+        discard_values(level.first_value);
+    }
+    GroupAccess::append(*level.group, entries_.data() + level.first_entry,
+                        static_cast<unsigned int>(entries_.size() - level.first_entry));
+    entries_.resize(level.first_entry);
+}
+
+bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
+    const bool is_there = !cursor_.at_end();
+    const std::uint64_t tag = cursor_.take(1);
+    type = static_cast<ParserValue::Type>(tag);
+    return is_there && tag <= ParserValue::TYPE_BINARY_DATA;
+}
+
+BinaryDecoder::PendingValue BinaryDecoder::take_scalar(ParserValue::Type type) {
+    PendingValue pending{type, 0, {.text = nullptr}};
+    switch (type) {
+    case ParserValue::TYPE_BOOL:
+        pending.as_bool = cursor_.take(1) != 0;
+        break;
+    case ParserValue::TYPE_CHAR:
+        pending.as_char = static_cast<char>(cursor_.take(1));
+        break;
+    case ParserValue::TYPE_INT:
+        pending.as_int = static_cast<int>(static_cast<std::uint32_t>(cursor_.take(sizeof(std::uint32_t))));
+        break;
+    case ParserValue::TYPE_DOUBLE:
+        pending.as_double = std::bit_cast<double>(cursor_.take(sizeof(std::uint64_t)));
+        break;
+    default: {
+        const std::string_view bytes =
+            type == ParserValue::TYPE_STRING ? take_string(cursor_) : take_binary_data(cursor_);
+        pending.text = bytes.data();
+        pending.size = static_cast<unsigned int>(bytes.size());
+        break;
+    }
+    }
+    return pending;
+}
+
+/// Puts the values from `first` on side by side into an empty list.
+void BinaryDecoder::fill_values(ParserValueList& values, std::size_t first) {
+    const auto count = static_cast<unsigned int>(pending_.size() - first);
+    if (count != 0) {
+        std::size_t text_size = 0;
+        for (std::size_t i = first; i < pending_.size(); ++i) {
+            text_size += text_need(pending_[i]);
+        }
+        values.make_room(count, text_size);
+        char* text = values.text_room();
+        for (unsigned int i = 0; i < count; ++i) {
+            make_value(values.room() + i, pending_[first + i], text);
+            values.set_count(i + 1);
+        }
+        pending_.resize(first);
+    }
+}
+
+/// Adds all values to a list that may hold some.
+void BinaryDecoder::append_values(ParserValueList& values) {
+    ParserValueList made;
+    fill_values(made, 0);
+    if (values.get_count() == 0) {
+        values.swap(made);
+        return;
+    }
+    for (unsigned int i = 0; i < made.get_count(); ++i) {
+        values.append(made[i]);
+    }
+}
+
+std::size_t BinaryDecoder::text_need(const PendingValue& pending) noexcept {
+    const bool has_text =
+        pending.type == ParserValue::TYPE_STRING && pending.size > CoreString::inline_capacity;
+    return has_text ? std::size_t{pending.size} + 1 : 0;
+}
+
+ParserValue* BinaryDecoder::make_value(void* place, PendingValue& pending, char*& text) {
+    switch (pending.type) {
+    case ParserValue::TYPE_GROUP:
+        return ValueAccess::make_group(place, std::exchange(pending.group, nullptr));
+    case ParserValue::TYPE_BOOL:
+        return new (place) ParserValue(pending.as_bool);
+    case ParserValue::TYPE_CHAR:
+        return new (place) ParserValue(pending.as_char);
+    case ParserValue::TYPE_INT:
+        return new (place) ParserValue(pending.as_int);
+    case ParserValue::TYPE_DOUBLE:
+        return new (place) ParserValue(pending.as_double);
+    case ParserValue::TYPE_STRING:
+        return ValueAccess::make_string(place, {pending.text, pending.size}, text);
+    default: {
+        unsigned char* const bytes = pending.size == 0 ? nullptr : copy_bytes(pending.text, pending.size);
+        return ValueAccess::make_binary_data(place, bytes, pending.size);
+    }
+    }
+}
+
+void BinaryDecoder::discard_values(std::size_t first) noexcept {
+    for (std::size_t i = first; i < pending_.size(); ++i) {
+        if (pending_[i].type == ParserValue::TYPE_GROUP) {
+            destroy_group(pending_[i].group);
+        }
+    }
+    pending_.resize(first);
+}
+
+} // namespace bk
+
+bool ParserEntry::set_binary(const CoreVector<char>& data, core_uint64& position) {
+    bk::BinaryDecoder decoder(data, position);
+    const bool is_whole = decoder.read_entry(*this);
+    position = decoder.position();
+    return is_whole;
+}
+
+bool ParserGroup::set_binary(const CoreVector<char>& data, core_uint64& position) {
+    bk::BinaryDecoder decoder(data, position);
+    const bool is_whole = decoder.read_group(*this);
+    position = decoder.position();
+    return is_whole;
+}

@@ -1,0 +1,143 @@
+#pragma once
+
+#include "core/core_bytes_impl.h"
+#include "core/core_containers.h"
+#include "parser/parser_group.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+/// The binary form of trees, which docs/formats.md describes byte by byte. Both directions walk with an explicit
+/// stack: the depth of a tree costs no stack of the thread's.
+namespace bk {
+
+/// The largest buffer: counts are 32-bit.
+inline constexpr core_uint64 max_binary_size = 0xFFFFFFFFu;
+
+/// Appends the binary form to a buffer. Sizes are written as zeros and filled in when what they measure is
+/// complete, so that every byte is written once.
+class BinaryEncoder {
+public:
+    explicit BinaryEncoder(CoreVector<char>& out) noexcept : out_(out), begin_(out.get_count()) {}
+
+    void write_bytes(const void* bytes, core_uint64 size);
+    void write_size(std::uint64_t size);
+    /// The characters and a NUL.
+    void write_string(const CoreString& text);
+    void write_binary_data(const void* data, unsigned int size);
+    void write_value(const ParserValue& value, bool with_type);
+    void write_entry(const ParserEntry& entry);
+    void write_group(const ParserGroup& group);
+
+    /// The number of bytes appended. When the buffer would have passed max_binary_size, 0: the buffer is as it was,
+    /// and the warning "<operation>: data too large\n" is logged.
+    core_uint64 finish(const char* operation);
+
+private:
+    /// A run of entries that is being written, and how far it has come.
+    struct Level {
+        const ParserEntry* const* entries;
+        unsigned int entry_count;
+        unsigned int next_entry;
+        unsigned int next_value;
+        unsigned int size_at;       // the place of the group's size
+        unsigned int entry_size_at; // the place of the size of the entry that is being written
+        bool has_size;
+        bool is_in_entry;
+    };
+
+    void open_group(const ParserGroup& group);
+    void run();
+    bool write_values(Level& level);
+    void begin_entry(Level& level, const ParserEntry& entry);
+    void write_tag(ParserValue::Type type);
+    void write_scalar(const ParserValue& value);
+    unsigned int leave_size();
+    void fill_size(unsigned int place) noexcept;
+
+    CoreVector<char>& out_;
+    unsigned int begin_;
+    bool fits_ = true;
+    std::vector<Level> levels_;
+};
+
+/// The characters up to a NUL, which is passed. Without one: logged, no characters, and the cursor at the end.
+std::string_view take_string(ByteCursor& cursor);
+
+/// Bytes that follow their number. When the buffer ends before: logged, no bytes, and the cursor at the end.
+std::string_view take_binary_data(ByteCursor& cursor);
+
+/// Builds what a buffer holds. A size in the buffer is never believed: nothing is allocated for what is not there.
+///
+/// Failures do not go all the way up. An entry that fails is discarded and ends its group, and the entry that holds
+/// that group keeps the group as far as it was read and goes on at the place where the reading stopped.
+class BinaryDecoder {
+public:
+    BinaryDecoder(const CoreVector<char>& data, core_uint64 position) noexcept
+        : data_(data), cursor_(data.get_data(), data.get_count(), position) {}
+    ~BinaryDecoder();
+    BinaryDecoder(const BinaryDecoder&) = delete;
+    BinaryDecoder& operator=(const BinaryDecoder&) = delete;
+
+    bool read_group(ParserGroup& group);
+    bool read_entry(ParserEntry& entry);
+    /// Null when there is no value.
+    ParserValue* read_value();
+
+    core_uint64 position() const noexcept { return cursor_.position(); }
+
+private:
+    /// A value that waits for the end of its entry.
+    struct PendingValue {
+        ParserValue::Type type;
+        unsigned int size; // of a string or of binary data, which `text` shows in the buffer
+        union {
+            bool as_bool;
+            char as_char;
+            int as_int;
+            double as_double;
+            const char* text;
+            ParserGroup* group;
+        };
+    };
+
+    /// A group that is being read, and the entry of it that is.
+    struct Level {
+        ParserGroup* group; // null when an entry is read by itself
+        core_uint64 group_end;
+        core_uint64 entry_end;
+        std::string_view name; // of the entry
+        unsigned int first_entry;
+        unsigned int first_value;
+        bool is_in_entry;
+    };
+
+    enum class Step { more, done, failed };
+
+    bool open_group(ParserGroup& group);
+    bool open_entry(Level& level);
+    bool run();
+    Step advance(Level& level);
+    Step begin_entry(Level& level);
+    Step finish_entry(Level& level);
+    void close_level();
+
+    bool take_tag(ParserValue::Type& type) noexcept;
+    PendingValue take_scalar(ParserValue::Type type);
+
+    void fill_values(ParserValueList& values, std::size_t first);
+    void append_values(ParserValueList& values);
+    static ParserValue* make_value(void* place, PendingValue& pending, char*& text);
+    static std::size_t text_need(const PendingValue& pending) noexcept;
+    void discard_values(std::size_t first) noexcept;
+
+    const CoreVector<char>& data_;
+    ByteCursor cursor_;
+    std::vector<Level> levels_;
+    std::vector<ParserEntry*> entries_; // of all open groups, the outermost first
+    std::vector<PendingValue> pending_; // of all open entries, the outermost first
+};
+
+} // namespace bk

@@ -1,0 +1,118 @@
+#include "parser/parser_binary_impl.h"
+#include "parser/parser_value.h"
+#include "parser/parser_value_impl.h"
+
+#include <bit>
+
+namespace {
+
+bk::ByteCursor cursor_at(const CoreVector<char>& data, unsigned long long position) noexcept {
+    return {data.get_data(), data.get_count(), position};
+}
+
+/// Reads a number of a fixed width and advances the position past it.
+std::uint64_t take_number(const CoreVector<char>& data, unsigned long long& position,
+                          std::size_t width) noexcept {
+    bk::ByteCursor cursor = cursor_at(data, position);
+    const std::uint64_t number = cursor.take(width);
+    position = cursor.position();
+    return number;
+}
+
+} // namespace
+
+void ParserValue::get_binary(CoreVector<char>& out, unsigned long long& count, const bool& with_type) const {
+    bk::BinaryEncoder encoder(out);
+    encoder.write_value(*this, with_type);
+    count += encoder.finish("ParserValue.get_binary");
+}
+
+unsigned long long ParserValue::bool_to_bin(CoreVector<char>& out, const bool& value) {
+    return char_to_bin(out, value ? '\1' : '\0');
+}
+
+unsigned long long ParserValue::char_to_bin(CoreVector<char>& out, const char& value) {
+    bk::BinaryEncoder encoder(out);
+    encoder.write_bytes(&value, sizeof(value));
+    return encoder.finish("ParserValue.char_to_bin");
+}
+
+unsigned long long ParserValue::int_to_bin(CoreVector<char>& out, const int& value) {
+    bk::BinaryEncoder encoder(out);
+    unsigned char bytes[sizeof(std::uint32_t)];
+    bk::store_le32(bytes, static_cast<std::uint32_t>(value));
+    encoder.write_bytes(bytes, sizeof(bytes));
+    return encoder.finish("ParserValue.int_to_bin");
+}
+
+unsigned long long ParserValue::double_to_bin(CoreVector<char>& out, const double& value) {
+    return size_to_bin(out, std::bit_cast<std::uint64_t>(value));
+}
+
+unsigned long long ParserValue::size_to_bin(CoreVector<char>& out, const unsigned long long& value) {
+    bk::BinaryEncoder encoder(out);
+    encoder.write_size(value);
+    return encoder.finish("ParserValue.size_to_bin");
+}
+
+unsigned long long ParserValue::string_to_bin(CoreVector<char>& out, const CoreString& value) {
+    bk::BinaryEncoder encoder(out);
+    encoder.write_string(value);
+    return encoder.finish("ParserValue.string_to_bin");
+}
+
+unsigned long long ParserValue::binary_data_to_bin(CoreVector<char>& out, void* data,
+                                                   const unsigned int& size) {
+    bk::BinaryEncoder encoder(out);
+    encoder.write_binary_data(data, size);
+    return encoder.finish("ParserValue.binary_data_to_bin");
+}
+
+unsigned long long ParserValue::group_to_bin(CoreVector<char>& out, const ParserGroup& group) {
+    bk::BinaryEncoder encoder(out);
+    encoder.write_group(group);
+    return encoder.finish("ParserValue.group_to_bin");
+}
+
+bool ParserValue::bin_to_bool(const CoreVector<char>& data, unsigned long long& position) {
+    return take_number(data, position, 1) != 0;
+}
+
+char ParserValue::bin_to_char(const CoreVector<char>& data, unsigned long long& position) {
+    return static_cast<char>(take_number(data, position, 1));
+}
+
+int ParserValue::bin_to_int(const CoreVector<char>& data, unsigned long long& position) {
+    return static_cast<int>(static_cast<std::uint32_t>(take_number(data, position, sizeof(std::uint32_t))));
+}
+
+double ParserValue::bin_to_double(const CoreVector<char>& data, unsigned long long& position) {
+    return std::bit_cast<double>(bin_to_size(data, position));
+}
+
+unsigned long long ParserValue::bin_to_size(const CoreVector<char>& data, unsigned long long& position) {
+    return take_number(data, position, sizeof(std::uint64_t));
+}
+
+CoreString ParserValue::bin_to_string(const CoreVector<char>& data, unsigned long long& position) {
+    bk::ByteCursor cursor = cursor_at(data, position);
+    const std::string_view text = bk::take_string(cursor);
+    position = cursor.position();
+    return CoreString(text);
+}
+
+void* ParserValue::bin_to_binary_data(const CoreVector<char>& data, unsigned long long& position,
+                                      unsigned int& size) {
+    bk::ByteCursor cursor = cursor_at(data, position);
+    const std::string_view bytes = bk::take_binary_data(cursor);
+    position = cursor.position();
+    size = static_cast<unsigned int>(bytes.size());
+    return bytes.empty() ? nullptr : bk::copy_bytes(bytes.data(), size);
+}
+
+ParserValue* ParserValue::bin_to_value(const CoreVector<char>& data, unsigned long long& position) {
+    bk::BinaryDecoder decoder(data, position);
+    ParserValue* const value = decoder.read_value();
+    position = decoder.position();
+    return value;
+}
