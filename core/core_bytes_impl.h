@@ -71,7 +71,7 @@ public:
     std::uint64_t take(std::size_t width) noexcept {
         const std::string_view bytes = rest();
         const auto* const first = reinterpret_cast<const unsigned char*>(bytes.data());
-        position_ += width;
+        skip(width);
         return bytes.size() < width ? load_le(first, bytes.size()) : load_le(first, width);
     }
 
@@ -79,7 +79,10 @@ public:
     std::string_view rest() const noexcept {
         return at_end() ? std::string_view() : std::string_view(data_ + position_, size_ - position_);
     }
-    void skip(core_uint64 count) noexcept { position_ += count; }
+    /// Stops at the largest position there is.
+    void skip(core_uint64 count) noexcept {
+        position_ = count > ~position_ ? ~core_uint64{0} : position_ + count;
+    }
     void move_to_end() noexcept { position_ = size_; }
 
     core_uint64 position() const noexcept { return position_; }

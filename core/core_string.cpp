@@ -1,5 +1,6 @@
 #include "core/core_string.h"
 
+#include "core/core_copy_impl.h"
 #include "core/core_immortal_impl.h"
 #include "core/core_memory.h"
 #include "core/core_number_impl.h"
@@ -9,21 +10,6 @@
 namespace {
 
 constinit bk::Immortal<CoreString> null_string;
-
-// Copies at most inline_capacity bytes without a loop or a call: two pieces that may overlap cover the text.
-void copy_short(char* out, const char* data, unsigned int size) noexcept {
-    if (size >= 8) {
-        std::memcpy(out, data, 8);
-        std::memcpy(out + size - 4, data + size - 4, 4);
-    } else if (size >= 4) {
-        std::memcpy(out, data, 4);
-        std::memcpy(out + size - 4, data + size - 4, 4);
-    } else if (size != 0) {
-        out[0] = data[0];
-        out[size / 2] = data[size / 2];
-        out[size - 1] = data[size - 1];
-    }
-}
 
 // A capacity whose block, with the closing NUL, fills whole units of 16 bytes.
 unsigned int round_capacity(core_uint64 length) noexcept {
@@ -167,7 +153,7 @@ void CoreString::release_block() noexcept {
 void CoreString::assign(const char* data, unsigned int size) {
     if (size <= inline_capacity) {
         Short fresh{size, {}};
-        copy_short(fresh.text, data, size);
+        bk::copy_text(fresh.text, data, size);
         release();
         short_ = fresh;
     } else if (size <= capacity()) {

@@ -104,6 +104,8 @@ public:
     /// keeps the bytes, and a NUL after them, for as long as this string shows them. A copy of the string
     /// owns its text; so does the string itself after the next change.
     void set_borrowed(const char* data, const unsigned int& size);
+    /// Whether the text is somebody else's.
+    bool is_borrowed() const noexcept { return !is_inline() && long_.capacity == 0; }
     void clear() noexcept;
 
     /// A shared empty string, for accessors that have nothing to give.

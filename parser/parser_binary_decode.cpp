@@ -12,6 +12,17 @@
 
 namespace bk {
 
+namespace {
+
+void report_large_entry(std::string_view name, core_uint64 size, unsigned int buffer_size) {
+    if (is_reported(CoreLogHandler::level_warning)) {
+        report_warning("ParserEntry.set_binary: ParserEntry '", CoreString(name), "', chunk size (", size,
+                       ") is larger than the given buffer (", buffer_size, ")\n");
+    }
+}
+
+} // namespace
+
 std::string_view take_string(ByteCursor& cursor) {
     const std::string_view rest = cursor.rest();
     const std::size_t size = rest.find('\0');
@@ -99,8 +110,7 @@ bool BinaryDecoder::open_group(ParserGroup& group) {
 bool BinaryDecoder::open_entry(Level& level) {
     const std::uint64_t size = cursor_.take(sizeof(std::uint64_t));
     if (size > data_.get_count()) {
-        report_warning("ParserEntry.set_binary: ParserEntry '", CoreString(level.name), "', chunk size (",
-                       size, ") is larger than the given buffer (", data_.get_count(), ")\n");
+        report_large_entry(level.name, size, data_.get_count());
         return false;
     }
     constexpr std::uint64_t reserved_size = 1;
@@ -243,7 +253,7 @@ void BinaryDecoder::append_values(ParserValueList& values) {
         return;
     }
     for (unsigned int i = 0; i < made.get_count(); ++i) {
-        values.append(made[i]);
+        values.append(made.change(i));
     }
 }
 

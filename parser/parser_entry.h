@@ -161,6 +161,10 @@ private:
         unsigned int other_owners = 0; // lists that hold the entry beside the first
     };
 
+    ParserEntry(std::string_view name, Type type, core_ulong line, core_ulong column,
+                unsigned int array_count)
+        : name_(name), line_(line), column_(column), array_count_(array_count), type_(type) {}
+
     Rare& make_rare();
     void copy_fields(const ParserEntry& other);
     void append(ParserValue&& value);

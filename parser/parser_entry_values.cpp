@@ -194,21 +194,21 @@ ParserValue::Type ParserEntry::get_value_type(const unsigned int& i) const {
 }
 
 void ParserEntry::set_bool(const bool& value, const unsigned int& i) {
-    values_[i].set_bool(value);
+    values_.change(i).set_bool(value);
 }
 
 void ParserEntry::set_int(const int& value, const unsigned int& i) {
-    values_[i].set_int(value);
+    values_.change(i).set_int(value);
 }
 
 void ParserEntry::set_double(const double& value, const unsigned int& i) {
-    values_[i].set_double(value);
+    values_.change(i).set_double(value);
 }
 
 void ParserEntry::set_string(const CoreString& value, const unsigned int& i) {
-    values_[i].set_string(value);
+    values_.change(i).set_string(value);
 }
 
 void ParserEntry::set_binary_data(void* data, const unsigned int& size, const unsigned int& i) {
-    values_[i].set_binary_data(data, size);
+    values_.change(i).set_binary_data(data, size);
 }

@@ -46,9 +46,8 @@ public:
             if (outer_.empty()) {
                 on_word(words_.fraction());
             }
-            const Token token = words_.next();
-            if (token.length != 0 && !take(token, words_.characters(token))) {
-                report_text_after_end(token);
+            if (words_.next() && !take(words_.word())) {
+                sink_.report_fault(ParserReadObserver::FAULT_TEXT_AFTER_END, words_.token(), "}");
                 return true;
             }
         }
@@ -72,59 +71,75 @@ private:
     };
 
     /// False at the brace that ends the outermost group.
-    bool take(const Token& token, std::string_view word) {
+    bool take(std::string_view word) {
         switch (word[0]) {
         case '=':
-            take_operator(token, word);
+            take_operator(word);
             return true;
         case ',':
-            take_separator(token, word);
+            take_separator(word);
             return true;
         case '{':
-            open_group(token, word);
+            open_group(word);
             return true;
         case '}':
             return close_group();
         case '(':
-            open_arguments(token, word);
+            open_arguments(word);
             return true;
         case ')':
-            close_arguments(token, word);
+            close_arguments(word);
             return true;
         default:
-            take_word(token, word);
+            take_word(word);
             return true;
         }
     }
 
-    void take_word(const Token& token, std::string_view word) {
-        NameParts name;
-        NameParts template_name;
-        NameKind kind = NameKind::none;
-        if (is_char(word[0], CHAR_NAME_START)) {
-            kind = classify_name(word, name, template_name);
-        }
-        if (kind == NameKind::identifier) {
-            if (template_name.has_template) {
-                fault(ParserReadObserver::FAULT_TEMPLATE_INSIDE_TEMPLATE, token, name.base);
-            } else {
-                const bool had_suffix = name.base.size() != word.size();
-                begin_entry({name.base, template_name.base, name.array_count, false, had_suffix}, token);
-            }
+    void take_word(std::string_view word) {
+        const unsigned int first = classes_of(word[0]);
+        if ((first & CHAR_NAME_START) != 0) {
+            take_name(word);
+        } else if ((first & CHAR_DIGIT) != 0 ||
+                   (word[0] == '-' && word.size() > 1 && is_char(word[1], CHAR_DIGIT))) {
+            const bool has_quotes = (words_.classes() & CHAR_QUOTE) != 0;
+            take_value(word, has_quotes ? classify_value(word) : classify_number(word, words_.classes()));
+        } else if (is_string_word(word)) {
+            take_value(word, ParserWord::TYPE_STRING); // a quote begins nothing else
         } else if (is_keyword_word(word)) {
-            begin_entry({word, {}, 0xFFFFFFFFu, true, false}, token);
+            begin_entry({word, {}, 0xFFFFFFFFu, true, false});
         } else {
-            take_value(token, word,
-                       kind == NameKind::invalid ? ParserWord::TYPE_INVALID : classify_value(word));
+            take_value(word, classify_value(word));
         }
     }
 
-    void begin_entry(const EntryHead& head, const Token& token) {
-        if (words_.at_end() || (level_.has_entry && !level_.has_taken)) {
-            fault(ParserReadObserver::FAULT_NO_VALUE, token, head.name);
+    void take_name(std::string_view word) {
+        const bool is_plain = (words_.classes() & CHAR_NOT_IN_NAME) == 0;
+        if (is_plain && !is_bool_word(word)) {
+            begin_entry({word, {}, 0xFFFFFFFFu, false, false});
             return;
         }
-        level_.has_entry = sink_.begin_entry(head, token);
+        NameParts name;
+        NameParts template_name;
+        const NameKind kind = classify_name(word, name, template_name);
+        if (kind == NameKind::none) {
+            take_value(word, classify_value(word));
+        } else if (kind == NameKind::invalid) {
+            fault(ParserReadObserver::FAULT_UNKNOWN_WORD, word);
+        } else if (template_name.has_template) {
+            fault(ParserReadObserver::FAULT_TEMPLATE_INSIDE_TEMPLATE, name.base);
+        } else {
+            begin_entry(
+                {name.base, template_name.base, name.array_count, false, name.base.size() != word.size()});
+        }
+    }
+
+    void begin_entry(const EntryHead& head) {
+        if (words_.at_end() || (level_.has_entry && !level_.has_taken)) {
+            fault(ParserReadObserver::FAULT_NO_VALUE, head.name);
+            return;
+        }
+        level_.has_entry = sink_.begin_entry(head, words_.token());
         level_.has_taken = false;
         level_.has_values = false;
         level_.is_keyword = head.is_keyword;
@@ -132,13 +147,13 @@ private:
         level_.last_kind = ParserWord::TYPE_IDENTIFIER;
     }
 
-    void take_value(const Token& token, std::string_view word, ParserWord::Type kind) {
+    void take_value(std::string_view word, ParserWord::Type kind) {
         if (!ParserWord::is_value_type(kind)) {
-            fault(ParserReadObserver::FAULT_UNKNOWN_WORD, token, word);
+            fault(ParserReadObserver::FAULT_UNKNOWN_WORD, word);
             return;
         }
         if (!level_.has_entry) {
-            fault(ParserReadObserver::FAULT_VALUE_WITHOUT_ENTRY, token, word);
+            fault(ParserReadObserver::FAULT_VALUE_WITHOUT_ENTRY, word);
             return;
         }
         if (kind != ParserWord::TYPE_EMPTY_TAG) {
@@ -149,30 +164,30 @@ private:
         level_.last_kind = kind;
     }
 
-    void take_operator(const Token& token, std::string_view word) {
+    void take_operator(std::string_view word) {
         if (level_.last_kind == ParserWord::TYPE_IDENTIFIER) {
             level_.last_kind = ParserWord::TYPE_OPERATOR;
         } else {
-            drop_entry(ParserReadObserver::FAULT_WRONGLY_PLACED, token, word);
+            drop_entry(ParserReadObserver::FAULT_WRONGLY_PLACED, word);
         }
     }
 
-    void take_separator(const Token& token, std::string_view word) {
+    void take_separator(std::string_view word) {
         if (ParserWord::is_value_type(level_.last_kind)) {
             level_.last_kind = ParserWord::TYPE_SEPARATOR;
         } else {
-            drop_entry(ParserReadObserver::FAULT_WRONGLY_PLACED, token, word);
+            drop_entry(ParserReadObserver::FAULT_WRONGLY_PLACED, word);
         }
     }
 
-    void open_group(const Token& token, std::string_view word) {
+    void open_group(std::string_view word) {
         if (!level_.has_entry) {
-            fault(ParserReadObserver::FAULT_GROUP_WITHOUT_ENTRY, token, word);
+            fault(ParserReadObserver::FAULT_GROUP_WITHOUT_ENTRY, word);
             return;
         }
         sink_.open_group();
         level_.has_entry = false; // it ends with its group
-        level_.brace = token;
+        level_.brace = words_.token();
         outer_.push_back(level_);
         level_ = Level();
     }
@@ -187,43 +202,39 @@ private:
         return true;
     }
 
-    void open_arguments(const Token& token, std::string_view word) {
+    void open_arguments(std::string_view word) {
         if (!level_.has_entry) {
-            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_WITHOUT_ENTRY, token, word);
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_WITHOUT_ENTRY, word);
         } else if (level_.has_values) {
-            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_AFTER_VALUES, token, word);
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_AFTER_VALUES, word);
         } else if (level_.is_function_call) {
-            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_INSIDE_ARGUMENTS, token, word);
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_INSIDE_ARGUMENTS, word);
         } else if (level_.is_keyword) {
-            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_ON_KEYWORD, token, word);
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_ON_KEYWORD, word);
         } else {
             sink_.make_function_call();
             level_.is_function_call = true;
         }
     }
 
-    void close_arguments(const Token& token, std::string_view word) {
+    void close_arguments(std::string_view word) {
         if (!level_.has_entry) {
-            drop_entry(ParserReadObserver::FAULT_CLOSING_WITHOUT_ENTRY, token, word);
+            drop_entry(ParserReadObserver::FAULT_CLOSING_WITHOUT_ENTRY, word);
         } else if (!level_.is_function_call) {
-            drop_entry(ParserReadObserver::FAULT_CLOSING_NO_ARGUMENTS, token, word);
+            drop_entry(ParserReadObserver::FAULT_CLOSING_NO_ARGUMENTS, word);
         } else {
             level_.has_entry = false;
         }
     }
 
-    void fault(Fault fault, const Token& token, std::string_view word) {
+    void fault(Fault fault, std::string_view word) {
         level_.last_kind = ParserWord::TYPE_INVALID;
-        sink_.report_fault(fault, token, word);
+        sink_.report_fault(fault, words_.token(), word);
     }
 
-    void drop_entry(Fault reason, const Token& token, std::string_view word) {
+    void drop_entry(Fault reason, std::string_view word) {
         level_.has_entry = false;
-        fault(reason, token, word);
-    }
-
-    void report_text_after_end(const Token& brace) {
-        sink_.report_fault(ParserReadObserver::FAULT_TEXT_AFTER_END, brace, "}");
+        fault(reason, word);
     }
 
     WordStream words_;

@@ -37,6 +37,20 @@ bool TreeSink::begin_entry(const EntryHead& head, const Token& token) {
     return true;
 }
 
+void TreeSink::add_value(ParserWord::Type kind, std::string_view word) {
+    PendingValue value{word.data(), static_cast<unsigned int>(word.size()), value_type_of(kind), false};
+    if (kind == ParserWord::TYPE_STRING) {
+        value.begin += 1; // the quotes are not a part of it
+        value.size -= 2;
+        value.has_escapes = has_escapes_ && value.text().find('\\') != std::string_view::npos;
+        text_size_ += value.has_escapes ? ValueAccess::escaped_string_need(value.size)
+                                        : ValueAccess::string_need(value.size);
+    } else if (kind != ParserWord::TYPE_BINARY_DATA) {
+        text_size_ += ValueAccess::spelling_need(value.size);
+    }
+    values_.push_back(value);
+}
+
 void TreeSink::open_group() {
     auto group = std::make_unique<ParserGroup>(CoreString());
     ParserEntry* const entry = make_entry(1);
@@ -84,16 +98,18 @@ void TreeSink::finish_entry() {
 }
 
 ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
-    auto entry = std::make_unique<ParserEntry>(CoreString(head_.name), type_, token_.line, token_.column);
-    entry->set_array(head_.array_count != ParserEntry::not_an_array, head_.array_count);
+    has_entry_ = false;
+    std::unique_ptr<ParserEntry> made(
+        EntryAccess::make(head_.name, type_, token_.line, token_.column, head_.array_count));
+    entries_.push_back(made.get());
+    ParserEntry* const entry = made.release();
     if (!head_.template_name.empty()) {
         entry->set_template(CoreString(head_.template_name));
     }
     make_values(EntryAccess::values(*entry), extra_values);
-    entries_.push_back(entry.get());
     values_.clear();
-    has_entry_ = false;
-    return entry.release();
+    text_size_ = 0;
+    return entry;
 }
 
 void TreeSink::make_values(ParserValueList& values, unsigned int extra_values) const {
@@ -101,46 +117,30 @@ void TreeSink::make_values(ParserValueList& values, unsigned int extra_values) c
     if (count + extra_values == 0) {
         return;
     }
-    std::size_t text_size = 0;
-    for (const PendingValue& value : values_) {
-        text_size += text_need(value);
-    }
-    values.make_room(count + extra_values, text_size);
+    values.make_room(count + extra_values, text_size_);
+    ParserValue* place = values.room();
     char* text = values.text_room();
-    for (unsigned int i = 0; i < count; ++i) {
-        make_value(values.room() + i, values_[i], text);
-        values.set_count(i + 1);
+    bool is_plain = extra_values == 0;
+    for (const PendingValue& value : values_) {
+        if (value.has_escapes) {
+            ValueAccess::make_escaped_string(place, value.text(), text);
+        } else if (value.type == ParserValue::TYPE_STRING) {
+            ValueAccess::make_string(place, value.text(), text);
+        } else if (value.type == ParserValue::TYPE_BINARY_DATA) {
+            unsigned int size = 0;
+            void* const data = decode_binary_literal(value.text(), size);
+            ValueAccess::make_binary_data(place, data, size);
+            is_plain = false;
+        } else {
+            ValueAccess::make_spelled(place, value.type, value.text(), text);
+        }
+        ++place;
+        values.set_count(values.get_count() + 1);
+    }
+    if (is_plain) {
+        values.keep_plain();
     }
 }
-
-namespace {
-
-std::string_view without_quotes(std::string_view word) noexcept {
-    return word.size() < 3 ? std::string_view() : word.substr(1, word.size() - 2);
-}
-
-} // namespace
-
-std::size_t TreeSink::text_need(const PendingValue& value) const noexcept {
-    return value.kind == ParserWord::TYPE_BINARY_DATA ? 0 : value.word.size() + 1;
-}
-
-ParserValue* TreeSink::make_value(void* place, const PendingValue& value, char*& text) const {
-    if (value.kind == ParserWord::TYPE_BINARY_DATA) {
-        unsigned int size = 0;
-        void* const data = decode_binary_literal(value.word, size);
-        return ValueAccess::make_binary_data(place, data, size);
-    }
-    if (value.kind != ParserWord::TYPE_STRING) {
-        return ValueAccess::make_spelled(place, value_type_of(value.kind), value.word, text);
-    }
-    const std::string_view content = without_quotes(value.word);
-    if (has_escapes_ && content.find('\\') != std::string_view::npos) {
-        return ValueAccess::make_escaped_string(place, content, text);
-    }
-    return ValueAccess::make_string(place, content, text);
-}
-
 void TreeSink::attach_entries() {
     const OpenGroup open = groups_.back();
     groups_.pop_back();

@@ -19,16 +19,21 @@ public:
     TreeSink& operator=(const TreeSink&) = delete;
 
     bool begin_entry(const EntryHead& head, const Token& token);
-    void add_value(ParserWord::Type kind, std::string_view word) { values_.push_back({kind, word}); }
+    void add_value(ParserWord::Type kind, std::string_view word);
     void make_function_call() noexcept { type_ = ParserEntry::TYPE_FUNCTION_CALL; }
     void open_group();
     void close_group();
     void report_fault(ParserReadObserver::Fault fault, const Token& token, std::string_view word);
 
 private:
+    /// A value of the entry that is being read; of a string what stands between its quotes.
     struct PendingValue {
-        ParserWord::Type kind;
-        std::string_view word;
+        const char* begin;
+        unsigned int size;
+        ParserValue::Type type;
+        bool has_escapes;
+
+        std::string_view text() const noexcept { return {begin, size}; }
     };
     /// A group whose entries are being collected, and how many of the collected ones belong to groups around it.
     struct OpenGroup {
@@ -40,8 +45,6 @@ private:
     void finish_entry();
     ParserEntry* make_entry(unsigned int extra_values);
     void make_values(ParserValueList& values, unsigned int extra_values) const;
-    std::size_t text_need(const PendingValue& value) const noexcept;
-    ParserValue* make_value(void* place, const PendingValue& value, char*& text) const;
     void attach_entries();
 
     bool has_escapes_;
@@ -52,6 +55,7 @@ private:
     Token token_;
     ParserEntry::Type type_ = ParserEntry::TYPE_ENTRY;
     std::vector<PendingValue> values_;
+    std::size_t text_size_ = 0; // of the text area that these values need
 
     std::vector<OpenGroup> groups_;     // the outermost first
     std::vector<ParserEntry*> entries_; // of all open groups

@@ -33,13 +33,6 @@ int truncate_to_int(double value) noexcept {
 
 } // namespace
 
-ParserValue::ParserValue(Type type) noexcept
-    : bits_(std::min<unsigned int>(type, ~FLAG_BITS)), size_(0), spelled_{{.as_double = 0.0}, nullptr} {
-    if (type == TYPE_STRING) {
-        std::construct_at(&string_);
-    }
-}
-
 ParserValue::ParserValue(const char& value) : ParserValue(TYPE_CHAR) {
     spelled_.scalar.as_char = value;
     bits_ |= VALUE_HELD;
@@ -75,7 +68,8 @@ ParserValue::ParserValue(void* data, const unsigned int& size) : ParserValue(TYP
     }
 }
 
-ParserValue::ParserValue(const Type& type, const CoreString& text) : ParserValue(type) {
+ParserValue::ParserValue(const Type& type, const CoreString& text)
+    : ParserValue(static_cast<Type>(std::min<unsigned int>(type, ~FLAG_BITS))) {
     switch (type) {
     case TYPE_GROUP:
         spelled_.scalar.group = new ParserGroup(text);
@@ -151,7 +145,7 @@ void ParserValue::release() noexcept {
         break;
     default:
         if (has(TEXT_OWNED)) {
-            CoreMemory::release(const_cast<char*>(spelled_.text), std::size_t{size_} + 1);
+            CoreMemory::release(const_cast<char*>(spelled_.text), size_);
         }
         break;
     }

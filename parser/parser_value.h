@@ -5,6 +5,7 @@
 #include "core/core_string.h"
 
 #include <concepts>
+#include <new>
 
 class ParserGroup;
 class ParserWord;
@@ -158,7 +159,14 @@ private:
         const char* text;
     };
 
-    explicit ParserValue(Type type) noexcept;
+    explicit ParserValue(Type type) noexcept : bits_(type), size_(0), spelled_{{.as_double = 0.0}, nullptr} {
+        if (type == TYPE_STRING) {
+            new (&string_) CoreString();
+        }
+    }
+    ParserValue(Type type, const char* spelling, unsigned int size) noexcept
+        : bits_(static_cast<unsigned int>(type) | TEXT_HELD),
+          size_(size), spelled_{{.as_double = 0.0}, spelling} {}
 
     void release() noexcept;
     void become(Type type) noexcept;

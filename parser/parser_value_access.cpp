@@ -8,36 +8,6 @@
 
 namespace bk {
 
-namespace {
-
-/// Copies a text into an area, a NUL after it, and moves the area's begin past both.
-const char* put_text(std::string_view text, char*& area) noexcept {
-    char* const begin = area;
-    std::char_traits<char>::copy(begin, text.data(), text.size());
-    begin[text.size()] = '\0';
-    area += text.size() + 1;
-    return begin;
-}
-
-} // namespace
-
-ParserValue* ValueAccess::make_spelled(void* place, ParserValue::Type type, std::string_view word,
-                                       char*& text) {
-    auto* value = new (place) ParserValue(type);
-    value->size_ = static_cast<unsigned int>(word.size());
-    value->bits_ |= ParserValue::TEXT_HELD;
-    value->spelled_.text = put_text(word, text);
-    return value;
-}
-
-ParserValue* ValueAccess::make_string(void* place, std::string_view word, char*& text) noexcept {
-    auto* value = new (place) ParserValue(ParserValue::TYPE_STRING);
-    const auto size = static_cast<unsigned int>(word.size());
-    const bool is_short = size <= CoreString::inline_capacity;
-    value->string_.set_borrowed(is_short ? word.data() : put_text(word, text), size);
-    return value;
-}
-
 ParserValue* ValueAccess::make_escaped_string(void* place, std::string_view word, char*& text) noexcept {
     auto* value = new (place) ParserValue(ParserValue::TYPE_STRING);
     const std::size_t size = decode_escapes(word, text);
@@ -47,25 +17,11 @@ ParserValue* ValueAccess::make_escaped_string(void* place, std::string_view word
     return value;
 }
 
-ParserValue* ValueAccess::make_group(void* place, ParserGroup* group) noexcept {
-    auto* value = new (place) ParserValue(ParserValue::TYPE_GROUP);
-    value->spelled_.scalar.group = group;
-    return value;
-}
-
-ParserValue* ValueAccess::make_binary_data(void* place, void* data, unsigned int size) noexcept {
-    auto* value = new (place) ParserValue(ParserValue::TYPE_BINARY_DATA);
-    value->spelled_.scalar.bytes = static_cast<unsigned char*>(data);
-    value->size_ = size;
-    return value;
-}
-
 std::size_t ValueAccess::text_need(const ParserValue& value) noexcept {
     if (value.get_type() == ParserValue::TYPE_STRING) {
-        const std::size_t size = string(value).size();
-        return size <= CoreString::inline_capacity ? 0 : size + 1;
+        return string_need(string(value).size());
     }
-    return is_spelled(value) ? spelling(value).size() + 1 : 0;
+    return is_spelled(value) ? spelling_need(spelling(value).size()) : 0;
 }
 
 void ValueAccess::copy_content(ParserValue& copied, const ParserValue& value, ParserGroup* group) {
@@ -91,10 +47,12 @@ ParserValue* ValueAccess::copy(void* place, const ParserValue& value, ParserGrou
     copy_content(*copied, value, group);
     if (value.get_type() == ParserValue::TYPE_STRING) {
         if (string(value).size() > CoreString::inline_capacity) {
-            copied->string_.set_borrowed(put_text(string(value), text), copied->string_.get_length());
+            copied->string_.set_borrowed(put_string(string(value), text), copied->string_.get_length());
         }
     } else if (is_spelled(value)) {
-        copied->spelled_.text = put_text(spelling(value), text);
+        copied->spelled_.text = text;
+        copy_text(text, spelling(value).data(), spelling(value).size());
+        text += spelling(value).size();
     }
     return copied;
 }
@@ -126,15 +84,16 @@ void ValueAccess::rebase_text(ParserValue& value, const char* old_begin, const c
 
 void ValueAccess::own_text(ParserValue& value) {
     if (value.get_type() == ParserValue::TYPE_STRING) {
-        if (!value.has(ParserValue::STRING_BOXED)) {
+        if (!value.has(ParserValue::STRING_BOXED) && value.string_.is_borrowed()) {
             value.string_ = CoreString(value.string_);
         }
         return;
     }
     if (is_spelled(value) && !value.has(ParserValue::TEXT_OWNED) &&
         value.get_type() != ParserValue::TYPE_BINARY_DATA) {
-        char* area = static_cast<char*>(CoreMemory::allocate(std::size_t{value.size_} + 1));
-        value.spelled_.text = put_text(spelling(value), area);
+        char* const text = static_cast<char*>(CoreMemory::allocate(value.size_));
+        copy_text(text, value.spelled_.text, value.size_);
+        value.spelled_.text = text;
         value.bits_ |= ParserValue::TEXT_OWNED;
     }
 }

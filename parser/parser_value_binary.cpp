@@ -32,8 +32,9 @@ unsigned long long ParserValue::bool_to_bin(CoreVector<char>& out, const bool& v
 }
 
 unsigned long long ParserValue::char_to_bin(CoreVector<char>& out, const char& value) {
+    const char byte = value; // may lie in `out`, which grows
     bk::BinaryEncoder encoder(out);
-    encoder.write_bytes(&value, sizeof(value));
+    encoder.write_bytes(&byte, sizeof(byte));
     return encoder.finish("ParserValue.char_to_bin");
 }
 

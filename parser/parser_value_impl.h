@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/core_copy_impl.h"
 #include "core/core_string.h"
 #include "parser/parser_value.h"
 
@@ -29,13 +30,41 @@ public:
 
     /// A value made where it will stand, with its text in `text`: an area that outlives the value, from which
     /// what is needed is taken.
-    static ParserValue* make_spelled(void* place, ParserValue::Type type, std::string_view word, char*& text);
-    static ParserValue* make_string(void* place, std::string_view word, char*& text) noexcept;
+    static ParserValue* make_spelled(void* place, ParserValue::Type type, std::string_view word,
+                                     char*& text) noexcept {
+        char* const begin = text;
+        copy_text(begin, word.data(), word.size());
+        text += word.size();
+        return new (place) ParserValue(type, begin, static_cast<unsigned int>(word.size()));
+    }
+    static ParserValue* make_string(void* place, std::string_view word, char*& text) noexcept {
+        auto* value = new (place) ParserValue(ParserValue::TYPE_STRING);
+        const auto size = static_cast<unsigned int>(word.size());
+        const bool is_short = size <= CoreString::inline_capacity;
+        value->string_.set_borrowed(is_short ? word.data() : put_string(word, text), size);
+        return value;
+    }
     /// The same for a string with escapes.
     static ParserValue* make_escaped_string(void* place, std::string_view word, char*& text) noexcept;
-    static ParserValue* make_group(void* place, ParserGroup* group) noexcept;
+    static ParserValue* make_group(void* place, ParserGroup* group) noexcept {
+        auto* value = new (place) ParserValue(ParserValue::TYPE_GROUP);
+        value->spelled_.scalar.group = group;
+        return value;
+    }
     /// Adopts bytes taken from CoreMemory.
-    static ParserValue* make_binary_data(void* place, void* data, unsigned int size) noexcept;
+    static ParserValue* make_binary_data(void* place, void* data, unsigned int size) noexcept {
+        auto* value = new (place) ParserValue(ParserValue::TYPE_BINARY_DATA);
+        value->spelled_.scalar.bytes = static_cast<unsigned char*>(data);
+        value->size_ = size;
+        return value;
+    }
+
+    /// How much of a text area a value takes that is made of, or copied from, a string or a spelling of this size.
+    static constexpr std::size_t string_need(std::size_t size) noexcept {
+        return size <= CoreString::inline_capacity ? 0 : size + 1;
+    }
+    static constexpr std::size_t escaped_string_need(std::size_t size) noexcept { return size + 1; }
+    static constexpr std::size_t spelling_need(std::size_t size) noexcept { return size; }
 
     /// How much of a text area a copy of the value needs.
     static std::size_t text_need(const ParserValue& value) noexcept;
@@ -54,6 +83,16 @@ public:
     static void own_text(ParserValue& value);
     /// Leaves the value with nothing to release.
     static void forget(ParserValue& value) noexcept;
+
+private:
+    /// Copies a string into an area, a NUL after it.
+    static const char* put_string(std::string_view string, char*& text) noexcept {
+        char* const begin = text;
+        copy_text(begin, string.data(), string.size());
+        begin[string.size()] = '\0';
+        text += string.size() + 1;
+        return begin;
+    }
 };
 
 /// A copy of some bytes, zeros for a null pointer, taken from CoreMemory.

@@ -1,6 +1,5 @@
-#include "parser/parser_value_list.h"
+#include "parser/parser_value_list_impl.h"
 
-#include "core/core_memory.h"
 #include "parser/parser_value_impl.h"
 
 #include <algorithm>
@@ -9,57 +8,11 @@
 #include <new>
 #include <stdexcept>
 
-/// The block that holds the values: this head, then room for `capacity` values, then the text area. After a split
-/// into cells: the head, then room for `capacity` pointers.
-struct ParserValueList::Block {
-    static constexpr std::uint64_t max_capacity = (std::uint64_t{1} << 30) - 1;
-    static constexpr std::uint64_t max_text_size = (std::uint64_t{1} << 34) - 1;
-
-    std::uint64_t capacity : 30;
-    std::uint64_t text_size : 34;
-
-    ParserValue* values() noexcept { return reinterpret_cast<ParserValue*>(this + 1); }
-    Cell** cells() noexcept { return reinterpret_cast<Cell**>(this + 1); }
-    char* text() noexcept { return reinterpret_cast<char*>(values() + capacity); }
-
-    static Block* make(std::uint64_t capacity, std::size_t slot_size, std::uint64_t text_size) {
-        if (capacity > max_capacity || text_size > max_text_size) {
-            throw std::length_error("ParserEntry: too many values");
-        }
-        void* place = CoreMemory::allocate(sizeof(Block) + capacity * slot_size + text_size);
-        return new (place) Block{capacity & max_capacity, text_size & max_text_size};
+ParserValue& ParserValueList::change(unsigned int i) noexcept {
+    if (!in_cells_) {
+        static_cast<Block*>(storage_)->is_plain = 0;
     }
-    static void destroy(Block* block, std::size_t slot_size) noexcept {
-        if (block != nullptr) {
-            CoreMemory::release(block, sizeof(Block) + block->capacity * slot_size + block->text_size);
-        }
-    }
-};
-
-/// A value that several lists may hold.
-struct ParserValueList::Cell {
-    unsigned int list_count;
-    alignas(ParserValue) unsigned char storage[sizeof(ParserValue)];
-
-    ParserValue& value() noexcept { return *std::launder(reinterpret_cast<ParserValue*>(storage)); }
-    static Cell* make() { return new (CoreMemory::allocate(sizeof(Cell))) Cell{1, {}}; }
-};
-
-ParserValue& ParserValueList::operator[](unsigned int i) const noexcept {
-    auto* const block = static_cast<Block*>(storage_);
-    return in_cells_ ? block->cells()[i]->value() : block->values()[i];
-}
-
-void ParserValueList::make_room(unsigned int count, std::size_t text_size) {
-    storage_ = Block::make(count, sizeof(ParserValue), text_size);
-}
-
-ParserValue* ParserValueList::room() const noexcept {
-    return static_cast<Block*>(storage_)->values();
-}
-
-char* ParserValueList::text_room() const noexcept {
-    return static_cast<Block*>(storage_)->text();
+    return at(i);
 }
 
 ParserValue& ParserValueList::append(ParserValue& value) {
@@ -68,6 +21,7 @@ ParserValue& ParserValueList::append(ParserValue& value) {
         grow();
     }
     auto* const block = static_cast<Block*>(storage_);
+    block->is_plain = 0;
     if (in_cells_) {
         Cell* const cell = Cell::make();
         bk::ValueAccess::relocate(value, cell->storage);
@@ -77,7 +31,7 @@ ParserValue& ParserValueList::append(ParserValue& value) {
     }
     bk::ValueAccess::forget(value);
     ++count_;
-    return (*this)[count_ - 1];
+    return at(count_ - 1);
 }
 
 void ParserValueList::grow() {
@@ -140,7 +94,7 @@ void ParserValueList::remove_marked(const unsigned char* marks) {
                 cells[kept++] = cells[i];
             }
         } else if (marks[i] != 0) {
-            std::destroy_at(room() + i);
+            room()[i].ParserValue::~ParserValue();
         } else if (kept++ != i) {
             bk::ValueAccess::relocate(room()[i], room() + kept - 1);
         }
@@ -150,11 +104,15 @@ void ParserValueList::remove_marked(const unsigned char* marks) {
 
 void ParserValueList::clear() noexcept {
     auto* const block = static_cast<Block*>(storage_);
-    for (unsigned int i = 0; i < count_; ++i) {
+    if (block == nullptr) {
+        in_cells_ = false;
+        return;
+    }
+    for (unsigned int i = 0; i < count_ && !block->is_plain; ++i) {
         if (in_cells_) {
             release_cell(block->cells()[i]);
         } else {
-            std::destroy_at(block->values() + i);
+            block->values()[i].ParserValue::~ParserValue();
         }
     }
     Block::destroy(block, in_cells_ ? sizeof(Cell*) : sizeof(ParserValue));
@@ -207,7 +165,7 @@ void ParserValueList::split_into_cells() {
 
 void ParserValueList::release_cell(Cell* cell) noexcept {
     if (--cell->list_count == 0) {
-        std::destroy_at(&cell->value());
+        cell->value().ParserValue::~ParserValue();
         CoreMemory::release(cell, sizeof(Cell));
     }
 }

@@ -19,14 +19,18 @@ public:
     ParserValueList& operator=(const ParserValueList&) = delete;
 
     const unsigned int& get_count() const noexcept { return count_; }
-    ParserValue& operator[](unsigned int i) const noexcept;
+    const ParserValue& operator[](unsigned int i) const noexcept { return at(i); }
+    /// A value that is about to be given a new content.
+    ParserValue& change(unsigned int i) noexcept;
 
     /// Room for `count` values and `text_size` bytes of their spellings; the list is empty. The values are constructed
-    /// in the room, in order, by whoever asked for it, and counted by set_count.
+    /// in the room, in order, by whoever asked for it, and counted by set_count. As long as none of them keeps anything
+    /// outside this room, `keep_plain` spares the list their destruction.
     void make_room(unsigned int count, std::size_t text_size);
     ParserValue* room() const noexcept;
     char* text_room() const noexcept;
     void set_count(unsigned int count) noexcept { count_ = count; }
+    void keep_plain() noexcept;
 
     /// Takes over the content of `value`, which is left cleared. Amortised constant time.
     ParserValue& append(ParserValue& value);
@@ -42,6 +46,7 @@ private:
     struct Block;
     struct Cell;
 
+    ParserValue& at(unsigned int i) const noexcept;
     void grow();
     void split_into_cells();
     static void release_cell(Cell* cell) noexcept;

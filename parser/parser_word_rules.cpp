@@ -115,12 +115,7 @@ namespace {
 
 /// A word with one of these is a double where another number is an int; an upper-case 'E' is none of them.
 bool has_double_mark(std::string_view word) noexcept {
-    for (const char character : word) {
-        if (character == '.' || character == 'e') {
-            return true;
-        }
-    }
-    return false;
+    return std::any_of(word.begin(), word.end(), [](char c) { return is_char(c, CHAR_DOUBLE_MARK); });
 }
 
 } // namespace
@@ -141,29 +136,12 @@ bool is_string_word(std::string_view word) noexcept {
     return word.size() >= 2 && word.front() == '"' && word.back() == '"';
 }
 
-namespace {
-
-/// Where the digits begin behind an optional sign.
-std::size_t after_sign(std::string_view word) noexcept {
-    return word[0] == '-' || word[0] == '+' ? 1 : 0;
-}
-
-} // namespace
-
 ParserWord::Type classify_value(std::string_view word) noexcept {
-    const std::size_t first = after_sign(word);
-    if (first < word.size() && is_char(word[first], CHAR_DIGIT)) {
-        // A digit converts as an int and as a double, whatever follows it: only the two marks tell them apart.
-        if (is_binary_data_word(word)) {
-            return ParserWord::TYPE_BINARY_DATA;
-        }
-        return has_double_mark(word) ? ParserWord::TYPE_DOUBLE : ParserWord::TYPE_INT;
-    }
-    if (is_string_word(word)) {
-        return ParserWord::TYPE_STRING; // a quote begins nothing else
-    }
     if (word == empty_tag) {
         return ParserWord::TYPE_EMPTY_TAG;
+    }
+    if (is_binary_data_word(word)) {
+        return ParserWord::TYPE_BINARY_DATA;
     }
     if (is_bool_word(word)) {
         return ParserWord::TYPE_BOOL;
@@ -174,24 +152,7 @@ ParserWord::Type classify_value(std::string_view word) noexcept {
     if (is_double_word(word)) {
         return ParserWord::TYPE_DOUBLE;
     }
-    return ParserWord::TYPE_UNKNOWN;
-}
-
-ParserValue::Type value_type_of(ParserWord::Type kind) noexcept {
-    switch (kind) {
-    case ParserWord::TYPE_BINARY_DATA:
-        return ParserValue::TYPE_BINARY_DATA;
-    case ParserWord::TYPE_BOOL:
-        return ParserValue::TYPE_BOOL;
-    case ParserWord::TYPE_INT:
-        return ParserValue::TYPE_INT;
-    case ParserWord::TYPE_DOUBLE:
-        return ParserValue::TYPE_DOUBLE;
-    case ParserWord::TYPE_STRING:
-        return ParserValue::TYPE_STRING;
-    default:
-        return ParserValue::TYPE_WORD;
-    }
+    return is_string_word(word) ? ParserWord::TYPE_STRING : ParserWord::TYPE_UNKNOWN;
 }
 
 bool has_escapes(const CoreVersion& version) noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/core_string.h"
+#include "parser/parser_characters_impl.h"
 #include "parser/parser_word.h"
 
 #include <cstddef>
@@ -45,8 +46,32 @@ inline constexpr std::string_view empty_tag = "<empty>";
 /// The first kind of value that fits, TYPE_UNKNOWN when none does.
 ParserWord::Type classify_value(std::string_view word) noexcept;
 
+/// The same for a word that begins with a digit, or with "-" and one, given all classes that its characters have.
+inline ParserWord::Type classify_number(std::string_view word, unsigned int classes) noexcept {
+    if (word[0] == '0' && word.size() > 2 && word[1] == 'x') {
+        return ParserWord::TYPE_BINARY_DATA;
+    }
+    // A digit converts as an int and as a double, whatever follows it: only two marks tell them apart.
+    return (classes & CHAR_DOUBLE_MARK) != 0 ? ParserWord::TYPE_DOUBLE : ParserWord::TYPE_INT;
+}
+
 /// The type of value that a word of a value kind makes.
-ParserValue::Type value_type_of(ParserWord::Type kind) noexcept;
+inline ParserValue::Type value_type_of(ParserWord::Type kind) noexcept {
+    switch (kind) {
+    case ParserWord::TYPE_BINARY_DATA:
+        return ParserValue::TYPE_BINARY_DATA;
+    case ParserWord::TYPE_BOOL:
+        return ParserValue::TYPE_BOOL;
+    case ParserWord::TYPE_INT:
+        return ParserValue::TYPE_INT;
+    case ParserWord::TYPE_DOUBLE:
+        return ParserValue::TYPE_DOUBLE;
+    case ParserWord::TYPE_STRING:
+        return ParserValue::TYPE_STRING;
+    default:
+        return ParserValue::TYPE_WORD;
+    }
+}
 
 /// Whether strings of this serial version have escapes.
 bool has_escapes(const CoreVersion& version) noexcept;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/core_string.h"
+#include "parser/parser_characters_impl.h"
 
 #include <string_view>
 
@@ -21,32 +22,85 @@ struct Token {
 /// word of the text it is counted from 0.
 class WordStream {
 public:
+    /// A NUL follows the text, as in every CoreString.
     explicit WordStream(std::string_view text) noexcept
         : begin_(text.data()), end_(begin_ + text.size()), position_(begin_), line_start_(begin_) {}
 
-    /// Cuts the next word; an empty one is found only at the end.
-    Token next() noexcept;
+    /// Cuts the next word. False at the end, where only an empty word is left.
+    bool next() noexcept {
+        skip_blanks();
+        start_ = position_;
+        word_line_ = line_;
+        word_line_start_ = line_start_;
+        classes_ = 0;
+        column_base_ = 0;
+        if (is_char(*start_, CHAR_DELIMITER)) {
+            ++position_;
+            word_end_ = position_;
+            return true;
+        }
+        word_end_ = find_word_end();
+        position_ = word_end_;
+        if (is_char(*position_, CHAR_BLANK)) { // the byte that ends a word goes with it
+            column_base_ = 1;
+            consume_blank();
+        }
+        return word_end_ != start_;
+    }
 
-    /// Whether every byte has been consumed: the byte that ends a word goes with it, but for a delimiter.
+    /// The word that was cut last.
+    std::string_view word() const noexcept { return {start_, static_cast<std::size_t>(word_end_ - start_)}; }
+    /// All classes that its characters have, but for those between quotes; none for a delimiter.
+    unsigned int classes() const noexcept { return classes_; }
+    Token token() const noexcept {
+        return {static_cast<unsigned int>(start_ - begin_), static_cast<unsigned int>(word_end_ - start_),
+                word_line_, static_cast<core_ulong>(start_ - word_line_start_) + column_base_};
+    }
+
+    /// Whether every byte has been consumed.
     bool at_end() const noexcept { return position_ == end_; }
     /// How far the text is consumed, from 0 to 1.
     float fraction() const noexcept;
-    std::string_view characters(const Token& token) const noexcept {
-        return {begin_ + token.start, token.length};
-    }
 
 private:
-    void skip_blanks() noexcept;
-    const char* word_end() const noexcept;
-    const char* string_end(const char* p) const noexcept;
-    Token make_token(const char* start, const char* end, core_ulong column_base) const noexcept;
-    void consume_line_break() noexcept;
+    void skip_blanks() noexcept {
+        while (is_char(*position_, CHAR_BLANK)) {
+            consume_blank();
+        }
+    }
+
+    void consume_blank() noexcept {
+        if (is_char(*position_++, CHAR_LINE_BREAK)) {
+            ++line_;
+            line_start_ = position_;
+        }
+    }
+
+    const char* find_word_end() noexcept {
+        const char* p = start_;
+        unsigned int classes = 0;
+        for (unsigned int found = classes_of(*p); (found & CHAR_ENDS_RUN) == 0; found = classes_of(*++p)) {
+            classes |= found;
+        }
+        classes_ = classes;
+        return is_char(*p, CHAR_BLANK | CHAR_DELIMITER) || p == end_ ? p : find_end_past(p);
+    }
+
+    const char* find_end_past(const char* p) noexcept;
+    const char* find_string_end(const char* p) const noexcept;
 
     const char* begin_;
     const char* end_;
     const char* position_;
     const char* line_start_;
     core_ulong line_ = 1;
+
+    const char* start_ = nullptr;
+    const char* word_end_ = nullptr;
+    const char* word_line_start_ = nullptr;
+    core_ulong word_line_ = 0;
+    core_ulong column_base_ = 0;
+    unsigned int classes_ = 0;
 };
 
 } // namespace bk

@@ -265,7 +265,7 @@ TEST(read_observer, faults_are_told_as_they_are_logged) {
     const RecordingLog log;
     RecordingObserver observer;
     ParserGroup group("g");
-    group.set_text("1 = : a b ( ) , x<y<z>> yes[2] { } (", CoreVersion(1.2), nullptr, &observer);
+    group.set_text("1 = : a b ( ) , x<y<z>> yes[2] { (", CoreVersion(1.2), nullptr, &observer);
     ASSERT_EQ(observer.calls.size(), log.messages.size());
     for (std::size_t i = 0; i < log.messages.size(); ++i) {
         const std::string& logged = log.messages[i].text;

@@ -63,6 +63,7 @@ std::vector<std::string> command_line(int argc, char** argv) {
 void prepare_streams() {
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
     SetConsoleOutputCP(CP_UTF8);
 }
 

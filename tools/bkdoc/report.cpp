@@ -1,5 +1,6 @@
 #include "report.h"
 
+#include "fault_notes.h"
 #include "snippet.h"
 #include "text_display.h"
 
@@ -90,6 +91,9 @@ void report(const Document& document, Output& out) {
             return;
         }
         reporter.write(Tone::warning, "warning:", fault.message, fault.spot);
+        if (const std::string_view note = note_for(fault, document.get_sources()); !note.empty()) {
+            out << "  note: " << note << "\n";
+        }
     }
     if (document.get_failed_directive()) {
         write_failed_include(document, reporter, out);

@@ -134,14 +134,24 @@ void write_counts(const Counts& counts, InfoWriter& writer) {
     writer.write("depth", grouped(counts.depth));
 }
 
+std::size_t widest_name(const SourceMap& sources) {
+    std::size_t width = 0;
+    for (const auto& file : sources.get_files()) {
+        width = std::max(width, count_characters(shown(file->name.shown, name_limit)));
+    }
+    return width;
+}
+
 void write_dependencies(const Document& document, Output& out, InfoWriter& writer) {
     const CoreSet<CoreString>& dependencies = document.get_file().get_dependencies();
     writer.write("dependencies", grouped(dependencies.get_count()));
+    const std::size_t width = widest_name(document.get_sources());
     for (const auto& file : document.get_sources().get_files()) {
         if (!dependencies.exists(CoreString(file->path))) {
             continue;
         }
-        out << "  " << shown(file->name.shown, name_limit);
+        const std::string name = shown(file->name.shown, name_limit);
+        out << "  " << name << std::string(width - count_characters(name), ' ');
         out.paint(Tone::dim, file->name.folder.empty()
                                  ? "  found as named"
                                  : "  found in the search folder " + shown(file->name.folder, name_limit));

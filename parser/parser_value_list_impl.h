@@ -1,0 +1,67 @@
+#pragma once
+
+#include "core/core_memory.h"
+#include "parser/parser_value.h"
+#include "parser/parser_value_list.h"
+
+#include <cstdint>
+#include <new>
+#include <stdexcept>
+
+/// The block that holds the values: this head, then room for `capacity` values, then the text area. After a split
+/// into cells: the head, then room for `capacity` pointers.
+struct ParserValueList::Block {
+    static constexpr std::uint64_t max_capacity = (std::uint64_t{1} << 30) - 1;
+    static constexpr std::uint64_t max_text_size = (std::uint64_t{1} << 33) - 1;
+
+    std::uint64_t capacity : 30;
+    std::uint64_t text_size : 33;
+    std::uint64_t is_plain : 1; // no value keeps anything outside this block
+
+    ParserValue* values() noexcept { return reinterpret_cast<ParserValue*>(this + 1); }
+    Cell** cells() noexcept { return reinterpret_cast<Cell**>(this + 1); }
+    char* text() noexcept { return reinterpret_cast<char*>(values() + capacity); }
+
+    static Block* make(std::uint64_t capacity, std::size_t slot_size, std::uint64_t text_size) {
+        if (capacity > max_capacity || text_size > max_text_size) {
+            throw std::length_error("ParserEntry: too many values");
+        }
+        void* place = CoreMemory::allocate(sizeof(Block) + capacity * slot_size + text_size);
+        return new (place) Block{capacity & max_capacity, text_size & max_text_size, 0};
+    }
+    static void destroy(Block* block, std::size_t slot_size) noexcept {
+        if (block != nullptr) {
+            CoreMemory::release(block, sizeof(Block) + block->capacity * slot_size + block->text_size);
+        }
+    }
+};
+
+/// A value that several lists may hold.
+struct ParserValueList::Cell {
+    unsigned int list_count;
+    alignas(ParserValue) unsigned char storage[sizeof(ParserValue)];
+
+    ParserValue& value() noexcept { return *std::launder(reinterpret_cast<ParserValue*>(storage)); }
+    static Cell* make() { return new (CoreMemory::allocate(sizeof(Cell))) Cell{1, {}}; }
+};
+
+inline ParserValue& ParserValueList::at(unsigned int i) const noexcept {
+    auto* const block = static_cast<Block*>(storage_);
+    return in_cells_ ? block->cells()[i]->value() : block->values()[i];
+}
+
+inline void ParserValueList::make_room(unsigned int count, std::size_t text_size) {
+    storage_ = Block::make(count, sizeof(ParserValue), text_size);
+}
+
+inline ParserValue* ParserValueList::room() const noexcept {
+    return static_cast<Block*>(storage_)->values();
+}
+
+inline char* ParserValueList::text_room() const noexcept {
+    return static_cast<Block*>(storage_)->text();
+}
+
+inline void ParserValueList::keep_plain() noexcept {
+    static_cast<Block*>(storage_)->is_plain = 1;
+}

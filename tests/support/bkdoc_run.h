@@ -1,0 +1,85 @@
+#pragma once
+
+#include "tests/support/scratch_folder.h"
+
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#if !defined(_WIN32)
+#include <sys/wait.h>
+#endif
+
+/// What one run of the command-line tool left behind.
+struct BkdocRun {
+    int code = -1; // of its exit; -1 when it did not exit by itself
+    std::string out;
+    std::string err;
+};
+
+namespace bkdoc_run_detail {
+
+#if defined(_WIN32)
+inline std::string quoted(std::string_view word) {
+    return "\"" + std::string(word) + "\"";
+}
+// The shell takes off the outermost quotes of a line.
+inline std::string shell_line(const std::string& line) {
+    return "\"" + line + "\"";
+}
+inline int exit_code(int status) {
+    return status;
+}
+#else
+inline std::string quoted(std::string_view word) {
+    std::string result = "'";
+    for (const char character : word) {
+        result += character == '\'' ? std::string("'\\''") : std::string(1, character);
+    }
+    return result + "'";
+}
+inline std::string shell_line(const std::string& line) {
+    return line;
+}
+inline int exit_code(int status) {
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+#endif
+
+} // namespace bkdoc_run_detail
+
+/// The text as it is where lines end with a line feed alone.
+inline std::string with_plain_line_ends(std::string text) {
+    std::erase(text, '\r');
+    return text;
+}
+
+/// Runs the tool with these arguments, `input` on its standard input, and waits for it.
+inline BkdocRun run_bkdoc(const std::vector<std::string>& arguments, std::string_view input = {}) {
+    using namespace bkdoc_run_detail;
+    const ScratchFolder folder;
+    folder.write("in", input);
+    std::string line = quoted(BK_PARSER_BKDOC);
+    for (const std::string& argument : arguments) {
+        line += " " + quoted(argument);
+    }
+    line += " <" + quoted(folder.path("in")) + " >" + quoted(folder.path("out")) + " 2>" +
+            quoted(folder.path("err"));
+    BkdocRun run;
+    run.code = exit_code(std::system(shell_line(line).c_str()));
+    run.out = folder.read("out");
+    run.err = folder.read("err");
+    return run;
+}
+
+/// The arguments that read the example project.
+inline std::string example_path(std::string_view name) {
+    return std::string(BK_PARSER_SOURCE_DIR "/examples/") + std::string(name);
+}
+inline std::vector<std::string> with_project_folders(std::vector<std::string> arguments) {
+    for (const char* folder : {"project/library", "project/shots"}) {
+        arguments.insert(arguments.end(), {"-I", example_path(folder)});
+    }
+    return arguments;
+}

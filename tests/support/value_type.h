@@ -1,0 +1,25 @@
+#pragma once
+
+#include "parser/parser_value.h"
+#include "tests/support/recording_log.h"
+
+#include <string>
+
+/// The name of a value's type, which a value tells in the message of a read that does not fit.
+inline std::string type_name(const ParserValue& value) {
+    const std::string end = "' \n";
+    const std::string read_as_string = "ParserValue.get_as_string: type mismatch, value type is '";
+    const std::string read_as_bool = "ParserValue.get_as_bool: type mismatch, value type is '";
+    RecordingLog log;
+    value.get_as_string();
+    if (log.is_empty()) {
+        value.get_as_bool(); // a string is what this read does not fit
+    }
+    const std::string text = log.messages.empty() ? std::string() : log.messages.front().text;
+    for (const std::string& start : {read_as_string, read_as_bool}) {
+        if (text.size() > start.size() + end.size() && text.compare(0, start.size(), start) == 0) {
+            return text.substr(start.size(), text.size() - start.size() - end.size());
+        }
+    }
+    return "unreadable: " + text;
+}

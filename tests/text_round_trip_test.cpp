@@ -1,0 +1,184 @@
+#include "tests/support/carried_back.h"
+#include "tests/support/plain_text.h"
+#include "tests/support/recording_log.h"
+#include "tests/support/tree_equal.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+namespace {
+
+/// Every document under examples/, in an order that does not change, and one with everything that the syntax has.
+const std::vector<std::string>& documents() {
+    static const std::vector<std::string> all = [] {
+        std::vector<std::string> texts = {
+            "a 1 2.5 -3e4 yes no \"s t\" 0x01FF00010000\n#k = \"x\\ty\\\"z\\\\\" { b <empty>\n c[] 1, 2\n "
+            "d[3] 4\n "
+            "e<t> 5 f<t[2]> 6 g.h 7 }\ni(1, \"j\", yes) k() l( { m 1 } )\nn { } o \"\" p {q{r{s 1}}}\n"};
+        std::vector<std::filesystem::path> paths;
+        for (const auto& item :
+             std::filesystem::recursive_directory_iterator(BK_PARSER_SOURCE_DIR "/examples")) {
+            if (item.path().extension() == ".bkd") {
+                paths.push_back(item.path());
+            }
+        }
+        std::sort(paths.begin(), paths.end());
+        for (const std::filesystem::path& path : paths) {
+            std::ifstream stream(path, std::ios::binary);
+            texts.emplace_back(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+        }
+        return texts;
+    }();
+    return all;
+}
+
+std::string print(const ParserGroup& group, bool pretty) {
+    CoreString text;
+    group.get_text(text, false, pretty, 1);
+    return plain(text);
+}
+
+/// Makes small texts out of slices of the documents.
+class Mutator {
+public:
+    explicit Mutator(unsigned int seed) : random_(seed) {}
+
+    std::string next() {
+        const std::string& document = documents()[below(documents().size())];
+        const std::size_t start = below(document.size() + 1);
+        std::string text = document.substr(start, below(120));
+        for (std::size_t count = 1 + below(5); count > 0; --count) {
+            mutate(text);
+        }
+        return text;
+    }
+
+    std::size_t below(std::size_t limit) { return limit == 0 ? 0 : random_() % limit; }
+
+private:
+    void mutate(std::string& text) {
+        const std::size_t place = below(text.size() + 1);
+        switch (below(6)) {
+        case 0:
+            text.insert(place, 1, static_cast<char>(below(256)));
+            break;
+        case 1:
+            text.erase(place, 1 + below(3));
+            break;
+        case 2:
+            if (place < text.size()) {
+                text[place] = static_cast<char>(text[place] ^ (1 << below(8)));
+            }
+            break;
+        case 3:
+            text.insert(place, text.substr(below(text.size() + 1), below(20)));
+            break;
+        default:
+            text.insert(place, token());
+        }
+    }
+
+    const char* token() {
+        static constexpr const char* tokens[] = {
+            " ",       "\n",    "\r\n", "\t",     "{",        "}",    "(",   ")",         ",",
+            "=",       ":",     "\"",   "\\",     "\\\"",     "\\\\", " a ", " #k ",      " yes ",
+            " no ",    "[2]",   "[]",   "<t>",    "<yes",     "[2]>", ".",   "<empty>",   " 1 ",
+            "-1.5",    "1e3",   "0x12", "0x",     "inf",      "+nan", "' ",  "\\n",       " f(",
+            " { b 1 ", "\"s\"", "//",   "\\\"\n", "\\\\\"\n", "1\"",  "\v",  " \"x\\\\\""};
+        return tokens[below(std::size(tokens))];
+    }
+
+    std::mt19937 random_;
+};
+
+/// What a text reads as, printed and read again.
+struct RoundTrip {
+    RoundTrip(std::string_view text, double version, bool pretty) : first("g"), second("g") {
+        first.set_text(CoreString(text), CoreVersion(version), nullptr);
+        first_print = print(first, pretty);
+        second.set_text(core(first_print), CoreVersion(1.2), nullptr);
+        second_print = print(second, pretty);
+    }
+
+    ParserGroup first;
+    ParserGroup second;
+    std::string first_print;
+    std::string second_print;
+};
+
+class Mutations : public testing::TestWithParam<unsigned int> {};
+
+constexpr unsigned int shards = 8;
+constexpr unsigned int mutations_a_shard = 25000;
+
+} // namespace
+
+using text_round_trip_of_mutations = Mutations;
+
+TEST_P(text_round_trip_of_mutations, a_tree_reads_back_from_its_print_unless_the_syntax_cannot_carry_it) {
+    const RecordingLog quiet(0);
+    Mutator mutator(GetParam());
+    unsigned int not_carried = 0;
+    for (unsigned int i = 0; i < mutations_a_shard; ++i) {
+        const std::string text = mutator.next();
+        const bool pretty = i % 2 == 0;
+        const RoundTrip trip(text, i % 5 == 0 ? 1.0 : 1.2, pretty);
+        const std::string difference = tree_difference(trip.first, trip.second);
+        const bool is_carried(CarriedBack(trip.first, pretty));
+        not_carried += is_carried ? 0 : 1;
+        ASSERT_EQ(difference.empty(), is_carried) << testing::PrintToString(text) << "\nprints as\n"
+                                                  << trip.first_print << "\n"
+                                                  << difference;
+        ASSERT_EQ(trip.first_print == trip.second_print, is_carried)
+            << testing::PrintToString(text) << "\nprints as\n"
+            << trip.first_print << "\nand then as\n"
+            << trip.second_print;
+    }
+    EXPECT_GT(not_carried, 0u);
+    EXPECT_LT(not_carried, mutations_a_shard / 10);
+}
+
+INSTANTIATE_TEST_SUITE_P(shard, text_round_trip_of_mutations, testing::Range(0u, shards));
+
+TEST(text_round_trip, whole_documents_read_back_from_their_print) {
+    const RecordingLog quiet(0);
+    EXPECT_GE(documents().size(), 2u);
+    for (const std::string& document : documents()) {
+        for (const bool pretty : {true, false}) {
+            const RoundTrip trip(document, 1.2, pretty);
+            EXPECT_GT(trip.first.get_entries().get_count(), 0u);
+            EXPECT_EQ(tree_difference(trip.first, trip.second), "");
+            EXPECT_EQ(trip.first_print, trip.second_print);
+        }
+    }
+}
+
+TEST(text_round_trip, both_layouts_read_as_the_same_tree) {
+    const RecordingLog quiet(0);
+    for (const std::string& document : documents()) {
+        const RoundTrip pretty(document, 1.2, true);
+        const RoundTrip compact(document, 1.2, false);
+        EXPECT_EQ(tree_difference(pretty.second, compact.second), "");
+    }
+}
+
+TEST(text_round_trip, a_print_reads_without_faults) {
+    for (const std::string& document : documents()) {
+        const RecordingLog quiet(0);
+        ParserGroup group("g");
+        group.set_text(core(document), CoreVersion(1.2), nullptr);
+        const CoreString text = core(print(group, true));
+        RecordingLog log;
+        ParserGroup again("g");
+        again.set_text(text, CoreVersion(1.2), nullptr);
+        for (const LoggedMessage& message : log.messages) {
+            // A group ends the argument list that it stands in.
+            EXPECT_TRUE(message.text.ends_with("Closing an argument list without entry\n")) << message.text;
+        }
+    }
+}

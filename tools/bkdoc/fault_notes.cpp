@@ -1,0 +1,35 @@
+#include "fault_notes.h"
+
+namespace bkdoc {
+
+namespace {
+
+// The byte that ends a word is read with it: a name that only such a byte follows has nothing behind it either.
+bool ends_the_document(const DocumentFault& fault, const SourceMap& sources) {
+    return fault.expanded + fault.spot.length + 1 >= sources.get_expanded_size();
+}
+
+bool is_open_string(std::string_view word) {
+    return word.starts_with('"') && (word.size() == 1 || !word.ends_with('"'));
+}
+
+} // namespace
+
+std::string_view note_for(const DocumentFault& fault, const SourceMap& sources) {
+    switch (fault.kind) {
+    case ParserReadObserver::FAULT_NO_VALUE:
+        return ends_the_document(fault, sources)
+                   ? "the document ends behind this name"
+                   : "it is the entry before this one that has no value; this name is left out";
+    case ParserReadObserver::FAULT_UNKNOWN_WORD: {
+        const std::string_view text = sources.file_of(fault.spot).text.get_text();
+        return is_open_string(text.substr(fault.spot.offset, fault.spot.length))
+                   ? "a string ends with its line; its closing quote is missing"
+                   : std::string_view();
+    }
+    default:
+        return {};
+    }
+}
+
+} // namespace bkdoc
