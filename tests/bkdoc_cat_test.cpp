@@ -40,7 +40,7 @@ TEST(bkdoc_cat, what_it_writes_reads_back_as_the_same_tree) {
 TEST(bkdoc_cat, faults_go_to_the_error_stream_and_the_rest_is_written) {
     const BkdocRun run = run_bkdoc({"cat", "-"}, "a @ 1\n");
     EXPECT_EQ(run.code, 1);
-    EXPECT_EQ(run.out, "#Brellwick_Serial_Version 1.2\n\na 1");
+    EXPECT_EQ(with_plain_line_ends(run.out), "#Brellwick_Serial_Version 1.2\n\na 1");
     EXPECT_EQ(run.err, "<stdin>:1:3: warning: Unknown word type: '@'\na @ 1\n  ^\n");
 }
 
