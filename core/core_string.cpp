@@ -37,7 +37,12 @@ CoreString::CoreString(const char* data, const unsigned int& size) {
 }
 
 CoreString::CoreString(std::string_view text) {
-    append(text);
+    if (text.size() <= inline_capacity) {
+        bk::copy_text(short_.text, text.data(), text.size());
+        short_.length = static_cast<unsigned int>(text.size());
+    } else {
+        append(text);
+    }
 }
 
 void CoreString::set_data(const char* data, const unsigned int& size) {

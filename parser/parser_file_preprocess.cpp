@@ -2,6 +2,7 @@
 
 #include "core/core_diagnostic_impl.h"
 #include "core/sys_file.h"
+#include "core/sys_line_ends_impl.h"
 #include "parser/parser_cipher_impl.h"
 #include "parser/parser_fault_text_impl.h"
 
@@ -96,23 +97,30 @@ bool Preprocessor::load(const CoreString& name, const CoreString& path, Source& 
         report_for_file("File '", name, "' is too large.\n");
         return false;
     }
-    if (file.get_size() > static_cast<core_int64>(cipher_magic.size())) {
-        file.read(source.text, file.get_size());
+    file.read(source.text, file.get_size());
+    file.close();
+    if (source.text.get_length() > cipher_magic.size()) {
         progress.set_value(0.3F);
         if (source.text.get_view().starts_with(cipher_magic)) {
-            file.close();
             return decipher_source(name, source);
         }
     }
-    file.close();
+    if (platform_translates_text && !read_as_text(name, path, source.text)) {
+        return false;
+    }
+    progress.set_value(0.3F);
+    note_storage(false);
+    return true;
+}
+
+bool Preprocessor::read_as_text(const CoreString& name, const CoreString& path, CoreString& text) {
+    SysFile file;
     if (!file.open(path, SysFile::MODE_READ, SysFile::TYPE_TEXT)) {
         report_for_file("Failed to open file '", name, "'.\n");
         return false;
     }
-    file.read(source.text, file.get_size());
-    progress.set_value(0.3F);
+    file.read(text, file.get_size());
     file.close();
-    note_storage(false);
     return true;
 }
 

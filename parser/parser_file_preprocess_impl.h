@@ -39,6 +39,7 @@ private:
     bool find(const CoreString& name, CoreString& path);
     bool may_open(const CoreString& name, const CoreString& path) const;
     bool load(const CoreString& name, const CoreString& path, Source& source, Progress progress);
+    static bool read_as_text(const CoreString& name, const CoreString& path, CoreString& text);
     bool decipher_source(const CoreString& name, Source& source);
     void note_storage(bool is_encrypted) noexcept;
     double scan(const CoreString& name, const Source& source, Progress progress);

@@ -36,7 +36,7 @@ public:
     Grammar(std::string_view text, Sink& sink) : words_(text), sink_(sink) {}
 
     /// False when the text is empty or its last word was a fault or the empty tag. `on_word` is called before
-    /// each word of the outermost group, with the fraction of the text that has been read.
+    /// each word of the outermost group, with the stream.
     template <class OnWord>
     bool run(OnWord on_word) {
         if (words_.at_end()) {
@@ -44,7 +44,7 @@ public:
         }
         while (!words_.at_end()) {
             if (outer_.empty()) {
-                on_word(words_.fraction());
+                on_word(words_);
             }
             if (words_.next() && !take(words_.word())) {
                 sink_.report_fault(ParserReadObserver::FAULT_TEXT_AFTER_END, words_.token(), "}");

@@ -12,5 +12,9 @@ bool ParserGroup::set_text(const CoreString& text, const CoreVersion& version, A
     const bk::Progress bar(progress);
     bk::TreeSink sink(*this, bk::has_escapes(version), observer);
     bk::Grammar<bk::TreeSink> grammar(text.get_view(), sink);
-    return grammar.run([&bar](float fraction) { bar.set_value(fraction); });
+    return grammar.run([&bar](const bk::WordStream& words) {
+        if (bar) {
+            bar.set_value(words.fraction());
+        }
+    });
 }

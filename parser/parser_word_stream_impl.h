@@ -43,7 +43,7 @@ public:
         position_ = word_end_;
         if (is_char(*position_, CHAR_BLANK)) { // the byte that ends a word goes with it
             column_base_ = 1;
-            consume_blank();
+            position_ = past_blank(position_);
         }
         return word_end_ != start_;
     }
@@ -64,26 +64,37 @@ public:
 
 private:
     void skip_blanks() noexcept {
-        while (is_char(*position_, CHAR_BLANK)) {
-            consume_blank();
+        const char* p = position_;
+        for (;;) {
+            while (*p == ' ') { // most of them
+                ++p;
+            }
+            if (!is_char(*p, CHAR_BLANK)) {
+                break;
+            }
+            p = past_blank(p);
         }
+        position_ = p;
     }
 
-    void consume_blank() noexcept {
-        if (is_char(*position_++, CHAR_LINE_BREAK)) {
+    const char* past_blank(const char* p) noexcept {
+        if (is_char(*p++, CHAR_LINE_BREAK)) {
             ++line_;
-            line_start_ = position_;
+            line_start_ = p;
         }
+        return p;
     }
 
     const char* find_word_end() noexcept {
         const char* p = start_;
         unsigned int classes = 0;
-        for (unsigned int found = classes_of(*p); (found & CHAR_ENDS_RUN) == 0; found = classes_of(*++p)) {
+        unsigned int found = classes_of(*p);
+        while ((found & CHAR_ENDS_RUN) == 0) {
             classes |= found;
+            found = classes_of(*++p);
         }
         classes_ = classes;
-        return is_char(*p, CHAR_BLANK | CHAR_DELIMITER) || p == end_ ? p : find_end_past(p);
+        return (found & (CHAR_BLANK | CHAR_DELIMITER)) != 0 || p == end_ ? p : find_end_past(p);
     }
 
     const char* find_end_past(const char* p) noexcept;
