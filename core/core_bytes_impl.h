@@ -25,36 +25,37 @@ constexpr T little_endian(T value) noexcept {
     return value;
 }
 
-inline void store_le32(unsigned char* out, std::uint32_t value) noexcept {
+template <std::unsigned_integral T>
+void store_le(unsigned char* out, T value) noexcept {
     value = little_endian(value);
     std::memcpy(out, &value, sizeof(value));
+}
+
+template <std::unsigned_integral T>
+T load_le(const unsigned char* bytes) noexcept {
+    T value;
+    std::memcpy(&value, bytes, sizeof(value));
+    return little_endian(value);
+}
+
+inline void store_le32(unsigned char* out, std::uint32_t value) noexcept {
+    store_le(out, value);
 }
 
 inline void store_le64(unsigned char* out, std::uint64_t value) noexcept {
-    value = little_endian(value);
-    std::memcpy(out, &value, sizeof(value));
+    store_le(out, value);
 }
 
 inline std::uint32_t load_le32(const unsigned char* bytes) noexcept {
-    std::uint32_t value;
-    std::memcpy(&value, bytes, sizeof(value));
-    return little_endian(value);
+    return load_le<std::uint32_t>(bytes);
 }
 
 inline std::uint64_t load_le64(const unsigned char* bytes) noexcept {
-    std::uint64_t value;
-    std::memcpy(&value, bytes, sizeof(value));
-    return little_endian(value);
+    return load_le<std::uint64_t>(bytes);
 }
 
 /// A number of up to 8 bytes.
 inline std::uint64_t load_le(const unsigned char* bytes, std::size_t width) noexcept {
-    if (width == sizeof(std::uint64_t)) {
-        return load_le64(bytes);
-    }
-    if (width == sizeof(std::uint32_t)) {
-        return load_le32(bytes);
-    }
     std::uint64_t value = 0;
     for (std::size_t i = 0; i < width; ++i) {
         value |= std::uint64_t{bytes[i]} << (8 * i);
@@ -69,10 +70,18 @@ public:
         : data_(data), size_(size), position_(position) {}
 
     std::uint64_t take(std::size_t width) noexcept {
-        const std::string_view bytes = rest();
-        const auto* const first = reinterpret_cast<const unsigned char*>(bytes.data());
+        const std::string_view bytes = rest().substr(0, width);
         skip(width);
-        return bytes.size() < width ? load_le(first, bytes.size()) : load_le(first, width);
+        return load_le(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+    }
+    template <std::unsigned_integral T>
+    T take() noexcept {
+        if (rest().size() < sizeof(T)) {
+            return static_cast<T>(take(sizeof(T)));
+        }
+        const T value = load_le<T>(reinterpret_cast<const unsigned char*>(data_ + position_));
+        position_ += sizeof(T);
+        return value;
     }
 
     /// The bytes from the position on.

@@ -59,6 +59,18 @@ public:
         count_ += count;
     }
 
+    /// Appends `count` elements that hold anything until they are written, and gives the first. The capacity is
+    /// what adding them one by one would have made it.
+    T* extend(const unsigned int& count) requires std::is_trivially_copyable_v<T> {
+        const core_uint64 needed = core_uint64{count_} + count;
+        if (needed > capacity_) {
+            grow_to(doubled_capacity(needed));
+        }
+        T* const first = data_ + count_;
+        count_ += count;
+        return first;
+    }
+
     const unsigned int& get_count() const noexcept { return count_; }
     const unsigned int& get_capacity() const noexcept { return capacity_; }
     bool is_empty() const noexcept { return count_ == 0; }
@@ -147,8 +159,13 @@ public:
 protected:
     void extend_to(const unsigned int& count) {
         elements_.reserve(count);
-        while (elements_.get_count() < count) {
-            elements_.add(T());
+        if constexpr (std::is_trivially_copyable_v<T>) {
+            const unsigned int added = count - elements_.get_count();
+            std::uninitialized_value_construct_n(elements_.extend(added), added);
+        } else {
+            while (elements_.get_count() < count) {
+                elements_.add(T());
+            }
         }
     }
 

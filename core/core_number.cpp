@@ -15,7 +15,33 @@ std::size_t written(const char* out, const std::to_chars_result& result) noexcep
 
 } // namespace
 
+namespace {
+
+/// What nearly every int in a document is: a sign and at most nine digits, and nothing else in the text.
+bool read_plain_int(std::string_view text, int& value) noexcept {
+    constexpr std::size_t most_digits = 9;
+    const bool negative = !text.empty() && text[0] == '-';
+    text.remove_prefix(negative ? 1 : 0);
+    if (text.empty() || text.size() > most_digits) {
+        return false;
+    }
+    int number = 0;
+    for (const char character : text) {
+        if (character < '0' || character > '9') {
+            return false;
+        }
+        number = number * 10 + (character - '0');
+    }
+    value = negative ? -number : number;
+    return true;
+}
+
+} // namespace
+
 IntText text_to_int(std::string_view text) noexcept {
+    if (int plain = 0; read_plain_int(text, plain)) {
+        return {plain, text.size()};
+    }
     constexpr long long limit = std::numeric_limits<int>::max();
     NumberScanner scanner(text);
     const bool negative = scanner.skip_space_and_sign();

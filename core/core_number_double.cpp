@@ -247,6 +247,34 @@ bool take_named(NumberScanner& scanner, double& value) noexcept {
     return false;
 }
 
+/// What nearly every number in a document is: a sign, a few digits and a point, and nothing else in the text.
+bool read_plain_decimal(std::string_view text, double& value) noexcept {
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    const bool negative = p != end && *p == '-';
+    p += negative ? 1 : 0;
+    Decimal number;
+    const auto take_digits = [&] {
+        const char* const first = p;
+        for (; p != end && *p >= '0' && *p <= '9'; ++p) {
+            number.mantissa = number.mantissa * 10 + static_cast<unsigned int>(*p - '0');
+        }
+        return p - first;
+    };
+    number.significant = take_digits(); // leading zeros may count: this only sends more to the long way
+    if (p != end && *p == '.') {
+        ++p;
+        const std::int64_t behind_point = take_digits();
+        number.significant += behind_point;
+        number.exponent = -behind_point;
+    }
+    if (p != end || number.significant == 0 || !convert_exactly(number, value)) {
+        return false;
+    }
+    value = negative ? -value : value;
+    return true;
+}
+
 bool take_decimal(std::string_view text, NumberScanner& scanner, double& value) noexcept {
     const std::size_t first = scanner.position();
     const Decimal number = scan_decimal(scanner);
@@ -257,6 +285,9 @@ bool take_decimal(std::string_view text, NumberScanner& scanner, double& value) 
 } // namespace
 
 DoubleText text_to_double(std::string_view text) noexcept {
+    if (double plain = 0.0; read_plain_decimal(text, plain)) {
+        return {plain, text.size()};
+    }
     NumberScanner scanner(text);
     const bool negative = scanner.skip_space_and_sign();
     double value = 0.0;

@@ -1,18 +1,12 @@
 #pragma once
 
 #include "core/core_chunk_impl.h"
+#include "core/core_thread_impl.h"
 
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <new>
-
-/// Reaching a thread's own variable is a matter of one instruction when its place is settled at load time.
-#if defined(__GNUC__) && !defined(_WIN32)
-#define BK_TLS_MODEL __attribute__((tls_model("initial-exec")))
-#else
-#define BK_TLS_MODEL
-#endif
 
 /// Slabs: small blocks of one size side by side in pages, in the manner of Bonwick, "The Slab Allocator" (USENIX
 /// Summer 1994), with a heap a thread as in Leijen, Zorn and de Moura, "Mimalloc: Free List Sharding in Action" (2019).

@@ -34,9 +34,9 @@ unsigned char decode_pair(const char* pair) noexcept {
     return high == no_digit || low == no_digit ? 0 : static_cast<unsigned char>(high * 16 + low);
 }
 
-void append_byte(CoreString& out, unsigned char byte) {
+void put_byte(TextBuffer& out, unsigned char byte) {
     const char pair[] = {digits[byte / 16], digits[byte % 16]};
-    out.append(pair, sizeof(pair));
+    out.put(std::string_view(pair, sizeof(pair)));
 }
 
 } // namespace
@@ -65,16 +65,16 @@ void* decode_binary_literal(std::string_view literal, unsigned int& size) {
     return bytes;
 }
 
-void append_binary_literal(CoreString& out, std::string_view bytes) {
-    out += "0x";
+void put_binary_literal(TextBuffer& out, std::string_view bytes) {
+    out.put("0x");
     std::uint32_t sum = 0;
     for (const char character : bytes) {
         const auto byte = static_cast<unsigned char>(character);
         sum += byte;
-        append_byte(out, byte);
+        put_byte(out, byte);
     }
     for (int shift = 0; shift < 32; shift += 8) {
-        append_byte(out, static_cast<unsigned char>(sum >> shift));
+        put_byte(out, static_cast<unsigned char>(sum >> shift));
     }
 }
 

@@ -21,11 +21,30 @@ void report_large_entry(std::string_view name, core_uint64 size, unsigned int bu
     }
 }
 
+/// Where the first NUL stands. Names are short, and a call costs more than they do: of the first bytes eight are
+/// looked at together. The lowest bit set is the top bit of the first byte that is zero.
+std::size_t find_nul(std::string_view text) noexcept {
+    constexpr std::uint64_t ones = 0x0101010101010101u;
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
+    constexpr std::size_t step = sizeof(std::uint64_t);
+    for (std::size_t i = 0; i < 2 * step && text.size() - i >= step; i += step) {
+        const std::uint64_t eight = load_le64(bytes + i);
+        if (const std::uint64_t zeros = (eight - ones) & ~eight & (ones << 7)) {
+            return i + static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
+        }
+    }
+    return text.find('\0');
+}
+
+bool keeps_nothing_outside(ParserValue::Type type) noexcept {
+    return type != ParserValue::TYPE_GROUP && type != ParserValue::TYPE_BINARY_DATA;
+}
+
 } // namespace
 
 std::string_view take_string(ByteCursor& cursor) {
     const std::string_view rest = cursor.rest();
-    const std::size_t size = rest.find('\0');
+    const std::size_t size = find_nul(rest);
     if (size == std::string_view::npos) {
         report_warning("ParserValue.bin_to_string: Failed to parse string\n");
         cursor.move_to_end();
@@ -36,7 +55,7 @@ std::string_view take_string(ByteCursor& cursor) {
 }
 
 std::string_view take_binary_data(ByteCursor& cursor) {
-    const auto size = static_cast<std::uint32_t>(cursor.take(sizeof(std::uint64_t)));
+    const auto size = static_cast<std::uint32_t>(cursor.take<std::uint64_t>());
     const std::string_view rest = cursor.rest();
     if (size > rest.size()) {
         report_warning("ParserValue.bin_to_binary_data: Failed to parse string\n");
@@ -91,7 +110,7 @@ ParserValue* BinaryDecoder::read_value() {
 
 /// False when the group does not fit what is left of the buffer.
 bool BinaryDecoder::open_group(ParserGroup& group) {
-    const std::uint64_t size = cursor_.take(sizeof(std::uint64_t));
+    const std::uint64_t size = cursor_.take<std::uint64_t>();
     const core_uint64 start = cursor_.position();
     if (start > data_.get_count() || size > data_.get_count() - start) {
         report_warning("ParserGroup.set_binary: ParserGroup size larger than the given data\n");
@@ -108,7 +127,7 @@ bool BinaryDecoder::open_group(ParserGroup& group) {
 /// The size is compared with the whole buffer, not with what is left of it: an entry may claim more than there is,
 /// and fails where its data end.
 bool BinaryDecoder::open_entry(Level& level) {
-    const std::uint64_t size = cursor_.take(sizeof(std::uint64_t));
+    const std::uint64_t size = cursor_.take<std::uint64_t>();
     if (size > data_.get_count()) {
         report_large_entry(level.name, size, data_.get_count());
         return false;
@@ -169,9 +188,8 @@ BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
     if (level.group == nullptr) {
         return Step::done;
     }
-    CoreString name;
-    name.set_borrowed(level.name.data(), static_cast<unsigned int>(level.name.size())); // a NUL follows it
-    auto entry = std::make_unique<ParserEntry>(name, ParserEntry::TYPE_ENTRY, 0, 0);
+    std::unique_ptr<ParserEntry> entry(
+        EntryAccess::make(level.name, ParserEntry::TYPE_ENTRY, 0, 0, ParserEntry::not_an_array));
     fill_values(EntryAccess::values(*entry), level.first_value);
     entries_.push_back(entry.get());
     entry.release();
@@ -195,7 +213,7 @@ void BinaryDecoder::close_level() {
 
 bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
     const bool is_there = !cursor_.at_end();
-    const std::uint64_t tag = cursor_.take(1);
+    const std::uint64_t tag = cursor_.take<std::uint8_t>();
     type = static_cast<ParserValue::Type>(tag);
     return is_there && tag <= ParserValue::TYPE_BINARY_DATA;
 }
@@ -204,16 +222,16 @@ BinaryDecoder::PendingValue BinaryDecoder::take_scalar(ParserValue::Type type) {
     PendingValue pending{type, 0, {.text = nullptr}};
     switch (type) {
     case ParserValue::TYPE_BOOL:
-        pending.as_bool = cursor_.take(1) != 0;
+        pending.as_bool = cursor_.take<std::uint8_t>() != 0;
         break;
     case ParserValue::TYPE_CHAR:
-        pending.as_char = static_cast<char>(cursor_.take(1));
+        pending.as_char = static_cast<char>(cursor_.take<std::uint8_t>());
         break;
     case ParserValue::TYPE_INT:
-        pending.as_int = static_cast<int>(static_cast<std::uint32_t>(cursor_.take(sizeof(std::uint32_t))));
+        pending.as_int = static_cast<int>(cursor_.take<std::uint32_t>());
         break;
     case ParserValue::TYPE_DOUBLE:
-        pending.as_double = std::bit_cast<double>(cursor_.take(sizeof(std::uint64_t)));
+        pending.as_double = std::bit_cast<double>(cursor_.take<std::uint64_t>());
         break;
     default: {
         const std::string_view bytes =
@@ -229,19 +247,25 @@ BinaryDecoder::PendingValue BinaryDecoder::take_scalar(ParserValue::Type type) {
 /// Puts the values from `first` on side by side into an empty list.
 void BinaryDecoder::fill_values(ParserValueList& values, std::size_t first) {
     const auto count = static_cast<unsigned int>(pending_.size() - first);
-    if (count != 0) {
-        std::size_t text_size = 0;
-        for (std::size_t i = first; i < pending_.size(); ++i) {
-            text_size += text_need(pending_[i]);
-        }
-        values.make_room(count, text_size);
-        char* text = values.text_room();
-        for (unsigned int i = 0; i < count; ++i) {
-            make_value(values.room() + i, pending_[first + i], text);
-            values.set_count(i + 1);
-        }
-        pending_.resize(first);
+    if (count == 0) {
+        return;
     }
+    std::size_t text_size = 0;
+    bool is_plain = true;
+    for (std::size_t i = first; i < pending_.size(); ++i) {
+        text_size += text_need(pending_[i]);
+        is_plain = is_plain && keeps_nothing_outside(pending_[i].type);
+    }
+    values.make_room(count, text_size);
+    char* text = values.text_room();
+    for (unsigned int i = 0; i < count; ++i) {
+        make_value(values.room() + i, pending_[first + i], text);
+        values.set_count(i + 1);
+    }
+    if (is_plain) {
+        values.keep_plain();
+    }
+    pending_.resize(first);
 }
 
 /// Adds all values to a list that may hold some.
@@ -258,9 +282,7 @@ void BinaryDecoder::append_values(ParserValueList& values) {
 }
 
 std::size_t BinaryDecoder::text_need(const PendingValue& pending) noexcept {
-    const bool has_text =
-        pending.type == ParserValue::TYPE_STRING && pending.size > CoreString::inline_capacity;
-    return has_text ? std::size_t{pending.size} + 1 : 0;
+    return pending.type == ParserValue::TYPE_STRING ? ValueAccess::string_need(pending.size) : 0;
 }
 
 ParserValue* BinaryDecoder::make_value(void* place, PendingValue& pending, char*& text) {
@@ -268,13 +290,13 @@ ParserValue* BinaryDecoder::make_value(void* place, PendingValue& pending, char*
     case ParserValue::TYPE_GROUP:
         return ValueAccess::make_group(place, std::exchange(pending.group, nullptr));
     case ParserValue::TYPE_BOOL:
-        return new (place) ParserValue(pending.as_bool);
+        return ValueAccess::make_bool(place, pending.as_bool);
     case ParserValue::TYPE_CHAR:
-        return new (place) ParserValue(pending.as_char);
+        return ValueAccess::make_char(place, pending.as_char);
     case ParserValue::TYPE_INT:
-        return new (place) ParserValue(pending.as_int);
+        return ValueAccess::make_int(place, pending.as_int);
     case ParserValue::TYPE_DOUBLE:
-        return new (place) ParserValue(pending.as_double);
+        return ValueAccess::make_double(place, pending.as_double);
     case ParserValue::TYPE_STRING:
         return ValueAccess::make_string(place, {pending.text, pending.size}, text);
     default: {

@@ -1,5 +1,6 @@
 #include "parser/parser_binary_impl.h"
 
+#include "core/core_copy_impl.h"
 #include "core/core_diagnostic_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_value_impl.h"
@@ -8,10 +9,35 @@
 
 namespace bk {
 
+namespace {
+
+/// Stores what a scalar is written as; nothing for any other value. The number of bytes.
+std::size_t store_scalar(unsigned char* out, const ParserValue& value) {
+    switch (ValueAccess::type(value)) {
+    case ParserValue::TYPE_BOOL:
+        *out = value.get_as_bool() ? 1 : 0;
+        return 1;
+    case ParserValue::TYPE_CHAR:
+        *out = static_cast<unsigned char>(value.get_as_char());
+        return 1;
+    case ParserValue::TYPE_INT:
+        store_le32(out, static_cast<std::uint32_t>(value.get_as_int()));
+        return sizeof(std::uint32_t);
+    case ParserValue::TYPE_DOUBLE:
+        store_le64(out, std::bit_cast<std::uint64_t>(value.get_as_double()));
+        return sizeof(std::uint64_t);
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
 void BinaryEncoder::write_bytes(const void* bytes, core_uint64 size) {
     fits_ = fits_ && size <= max_binary_size - out_.get_count();
     if (fits_) {
-        out_.add_range(static_cast<const char*>(bytes), static_cast<unsigned int>(size));
+        char* const room = out_.extend(static_cast<unsigned int>(size));
+        copy_text(room, static_cast<const char*>(bytes), static_cast<std::size_t>(size));
     }
 }
 
@@ -52,15 +78,28 @@ void BinaryEncoder::fill_size(unsigned int place) noexcept {
 }
 
 void BinaryEncoder::write_value(const ParserValue& value, bool with_type) {
-    if (with_type) {
-        write_tag(ValueAccess::type(value));
+    unsigned char bytes[1 + sizeof(std::uint64_t)]; // the tag and a scalar
+    bytes[0] = static_cast<unsigned char>(ValueAccess::type(value));
+    const std::size_t scalar_size = store_scalar(bytes + 1, value);
+    write_bytes(with_type ? bytes : bytes + 1, scalar_size + (with_type ? 1 : 0));
+    switch (ValueAccess::type(value)) {
+    case ParserValue::TYPE_GROUP:
+        if (const ParserGroup* group = ValueAccess::group(value)) {
+            write_group(*group);
+        } else {
+            write_size(0);
+        }
+        break;
+    case ParserValue::TYPE_STRING:
+        write_string(value.get_as_string());
+        break;
+    case ParserValue::TYPE_BINARY_DATA: {
+        const std::string_view data = ValueAccess::bytes(value);
+        write_binary_data(data.data(), static_cast<unsigned int>(data.size()));
+        break;
     }
-    if (ValueAccess::type(value) != ParserValue::TYPE_GROUP) {
-        write_scalar(value);
-    } else if (const ParserGroup* group = ValueAccess::group(value)) {
-        write_group(*group);
-    } else {
-        write_size(0);
+    default: // a word is its tag alone
+        break;
     }
 }
 
@@ -116,49 +155,14 @@ bool BinaryEncoder::write_values(Level& level) {
     while (fits_ && level.next_value < entry.get_value_count()) {
         const ParserValue& value = EntryAccess::value(entry, level.next_value++);
         if (const ParserGroup* group = ValueAccess::group(value)) {
-            write_tag(ParserValue::TYPE_GROUP);
+            static constexpr char tag = ParserValue::TYPE_GROUP;
+            write_bytes(&tag, sizeof(tag));
             open_group(*group); // `level` may have moved
             return false;
         }
         write_value(value, true);
     }
     return true;
-}
-
-void BinaryEncoder::write_tag(ParserValue::Type type) {
-    const auto tag = static_cast<unsigned char>(type);
-    write_bytes(&tag, sizeof(tag));
-}
-
-void BinaryEncoder::write_scalar(const ParserValue& value) {
-    unsigned char bytes[sizeof(std::uint64_t)];
-    switch (ValueAccess::type(value)) {
-    case ParserValue::TYPE_BOOL:
-        bytes[0] = value.get_as_bool() ? 1 : 0;
-        write_bytes(bytes, 1);
-        break;
-    case ParserValue::TYPE_CHAR:
-        bytes[0] = static_cast<unsigned char>(value.get_as_char());
-        write_bytes(bytes, 1);
-        break;
-    case ParserValue::TYPE_INT:
-        store_le32(bytes, static_cast<std::uint32_t>(value.get_as_int()));
-        write_bytes(bytes, sizeof(std::uint32_t));
-        break;
-    case ParserValue::TYPE_DOUBLE:
-        write_size(std::bit_cast<std::uint64_t>(value.get_as_double()));
-        break;
-    case ParserValue::TYPE_STRING:
-        write_string(value.get_as_string());
-        break;
-    case ParserValue::TYPE_BINARY_DATA: {
-        const std::string_view data = ValueAccess::bytes(value);
-        write_binary_data(data.data(), static_cast<unsigned int>(data.size()));
-        break;
-    }
-    default: // the tag says it all
-        break;
-    }
 }
 
 } // namespace bk

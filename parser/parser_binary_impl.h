@@ -52,8 +52,6 @@ private:
     void run();
     bool write_values(Level& level);
     void begin_entry(Level& level, const ParserEntry& entry);
-    void write_tag(ParserValue::Type type);
-    void write_scalar(const ParserValue& value);
     unsigned int leave_size();
     void fill_size(unsigned int place) noexcept;
 

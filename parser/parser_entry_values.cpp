@@ -115,7 +115,10 @@ unsigned int ParserEntry::get_binary_data_size(const unsigned int& i) const {
 
 CoreString ParserEntry::get_word(const unsigned int& i) const {
     CoreString text;
-    bk::append_plain_text(text, values_[i]);
+    {
+        bk::TextBuffer buffer(text);
+        bk::put_plain_text(buffer, values_[i]);
+    }
     return text;
 }
 

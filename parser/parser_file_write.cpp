@@ -3,6 +3,7 @@
 #include "parser/parser_cipher_impl.h"
 #include "parser/parser_document_impl.h"
 #include "parser/parser_file.h"
+#include "parser/parser_text_writer_impl.h"
 
 #include <vector>
 
@@ -24,6 +25,10 @@ void set_written_version(ParserEntry& entry) {
     } else {
         entry.add_double(bk::written_version);
     }
+}
+
+bool print_document(const ParserGroup& root, CoreString& out) {
+    return bk::print_group(out, root, false, true, 1);
 }
 
 /// Writes all the parts and closes. False when anything was cut short.
@@ -72,7 +77,9 @@ bool ParserFile::write_encrypted(SysFile& file, const CoreString& key) {
     }
     set_written_version(*version);
     CoreString text;
-    get_text(text);
+    if (!print_document(*root_, text)) {
+        return false;
+    }
     std::vector<unsigned char> block(bk::cipher_block_size(text.get_length()));
     bk::encipher(text.get_view(), key.get_view(), block.data());
     return store(file, bk::cipher_magic, {reinterpret_cast<const char*>(block.data()), block.size()});
@@ -88,8 +95,7 @@ bool ParserFile::write_text(SysFile& file, const CoreString&) {
         head += '\n';
     }
     CoreString text;
-    get_text(text);
-    return store(file, head.get_view(), text.get_view());
+    return print_document(*root_, text) && store(file, head.get_view(), text.get_view());
 }
 
 bool ParserFile::write_binary(SysFile& file, const CoreString&) {

@@ -1,5 +1,6 @@
 #include "parser/parser_teardown_impl.h"
 
+#include "core/core_thread_impl.h"
 #include "parser/parser_group_impl.h"
 
 namespace bk {
@@ -7,8 +8,8 @@ namespace bk {
 namespace {
 
 /// The groups that wait for their deletion on this thread, linked through themselves.
-thread_local ParserGroup* doomed = nullptr;
-thread_local bool is_destroying = false;
+constinit thread_local ParserGroup* doomed BK_TLS_MODEL = nullptr;
+constinit thread_local bool is_destroying BK_TLS_MODEL = false;
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "parser/parser_text_writer_impl.h"
 
-#include "core/core_number_impl.h"
+#include "core/core_diagnostic_impl.h"
+#include "parser/parser_characters_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_value_impl.h"
 #include "parser/parser_word_rules_impl.h"
@@ -13,7 +14,7 @@ namespace {
 
 constexpr unsigned int indentation_width = 4;
 
-/// The letter after the backslash by which a string spells this character; 0 for one that stands for itself.
+/// What stands behind the backslash by which a string spells this character.
 constexpr char escape_of(char character) noexcept {
     switch (character) {
     case '\t':
@@ -22,12 +23,8 @@ constexpr char escape_of(char character) noexcept {
         return 'n';
     case '\r':
         return 'r';
-    case '"':
-    case '\'':
-    case '\\':
-        return character;
     default:
-        return '\0';
+        return character;
     }
 }
 
@@ -37,32 +34,44 @@ std::string_view bool_word(bool value) noexcept {
 
 } // namespace
 
-void append_plain_text(CoreString& out, const ParserValue& value) {
+void put_plain_text(TextBuffer& out, const ParserValue& value) {
     const ParserValue::Type type = ValueAccess::type(value);
     if (type == ParserValue::TYPE_STRING) {
-        out.append(ValueAccess::string(value));
+        out.put(ValueAccess::string(value));
         return;
     }
     if (ValueAccess::is_spelled(value)) {
-        out.append(ValueAccess::spelling(value));
+        out.put(ValueAccess::spelling(value));
         return;
     }
     switch (type) {
     case ParserValue::TYPE_BOOL:
-        out.append(bool_word(value.get_as_bool()));
+        out.put(bool_word(value.get_as_bool()));
         break;
     case ParserValue::TYPE_CHAR:
     case ParserValue::TYPE_INT:
-        out += value.get_as_int();
+        out.put_number(value.get_as_int());
         break;
     case ParserValue::TYPE_DOUBLE:
-        out += value.get_as_double();
+        out.put_number(value.get_as_double());
         break;
     case ParserValue::TYPE_BINARY_DATA:
-        append_binary_literal(out, ValueAccess::bytes(value));
+        put_binary_literal(out, ValueAccess::bytes(value));
         break;
     default:
         break;
+    }
+}
+
+bool print_group(CoreString& out, const ParserGroup& group, bool braces, bool pretty, unsigned int level) {
+    TextWriter writer(out, pretty);
+    writer.write_group(group, braces, level);
+    return !writer.is_too_long();
+}
+
+TextWriter::~TextWriter() {
+    if (is_too_long()) {
+        report_warning("ParserGroup.get_text: the text is larger than ", CoreString::max_length, " bytes\n");
     }
 }
 
@@ -94,8 +103,8 @@ void TextWriter::write_value(const ParserValue& value, unsigned int level) {
 void TextWriter::open_group(const ParserGroup& group, Scope scope, unsigned int level) {
     level = std::max(level, 1u);
     if (scope == Scope::braced_group) {
-        out_ += group.get_name();
-        out_ += group.get_name().is_empty() ? "{" : " {";
+        out_.put(group.get_name().get_view());
+        out_.put(group.get_name().is_empty() ? "{" : " {");
         ++level;
     }
     const CoreVector<ParserEntry*>& entries = group.get_entries();
@@ -107,9 +116,9 @@ void TextWriter::close_frame(const Frame& frame) {
         if (pretty_) {
             begin_line(frame.level - 2);
         } else {
-            out_ += ' ';
+            out_.put(' ');
         }
-        out_ += '}';
+        out_.put('}');
     }
 }
 
@@ -144,33 +153,33 @@ void TextWriter::begin_entry(const Frame& frame, const ParserEntry& entry) {
         if (pretty_) {
             begin_line(frame.level - 1);
         } else {
-            out_ += ' ';
+            out_.put(' ');
         }
     }
     if (frame.scope != Scope::entry_values && entry.get_type() != ParserEntry::TYPE_RAW_TEXT) {
         write_head(entry);
     }
     if (entry.get_type() == ParserEntry::TYPE_FUNCTION_CALL) {
-        out_ += '(';
+        out_.put('(');
     } else if (!entry.has_value()) {
-        out_ += ' ';
-        out_.append(empty_tag);
+        out_.put(' ');
+        out_.put(empty_tag);
     }
 }
 
 void TextWriter::write_head(const ParserEntry& entry) {
-    out_ += entry.get_name();
+    out_.put(entry.get_name().get_view());
     if (entry.is_template()) {
-        out_ += '<';
-        out_ += entry.get_template();
-        out_ += '>';
+        out_.put('<');
+        out_.put(entry.get_template().get_view());
+        out_.put('>');
     }
     if (entry.is_array()) {
-        out_ += '[';
+        out_.put('[');
         if (entry.get_array_count() != 0) {
-            out_ += entry.get_array_count();
+            out_.put_number(entry.get_array_count());
         }
-        out_ += ']';
+        out_.put(']');
     }
 }
 
@@ -180,13 +189,13 @@ bool TextWriter::write_values(Frame& frame, const ParserEntry& entry) {
     while (frame.next_value < entry.get_value_count()) {
         const ParserValue& value = EntryAccess::value(entry, frame.next_value++);
         if (type == ParserEntry::TYPE_RAW_TEXT) {
-            out_ += value.get_as_string();
+            out_.put(value.get_as_string().get_view());
             continue;
         }
         if (type != ParserEntry::TYPE_FUNCTION_CALL) {
-            out_ += ' ';
+            out_.put(' ');
         } else if (frame.next_value != 1) {
-            out_ += ", ";
+            out_.put(", ");
         }
         if (const ParserGroup* group = ValueAccess::group(value)) {
             open_group(*group, Scope::braced_group, level); // `frame` may have moved
@@ -195,46 +204,44 @@ bool TextWriter::write_values(Frame& frame, const ParserEntry& entry) {
         write_scalar(value);
     }
     if (type == ParserEntry::TYPE_FUNCTION_CALL) {
-        out_ += ')';
+        out_.put(')');
     }
     return true;
 }
 
 void TextWriter::write_scalar(const ParserValue& value) {
     if (ValueAccess::type(value) == ParserValue::TYPE_STRING) {
-        write_quoted(ValueAccess::string(value));
+        write_string(ValueAccess::string(value));
     } else {
-        append_plain_text(out_, value);
+        put_plain_text(out_, value);
     }
 }
 
-void TextWriter::write_quoted(std::string_view text) {
-    out_ += '"';
+void TextWriter::write_string(std::string_view text) {
+    out_.put('"');
     std::size_t written = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (const char escape = escape_of(text[i])) {
-            out_.append(text.substr(written, i - written));
-            out_ += '\\';
-            out_ += escape;
+        if (is_char(text[i], CHAR_ESCAPED)) {
+            out_.put(text.substr(written, i - written));
+            out_.put('\\');
+            out_.put(escape_of(text[i]));
             written = i + 1;
         }
     }
-    out_.append(text.substr(written));
-    out_ += '"';
+    out_.put(text.substr(written));
+    out_.put('"');
 }
 
 void TextWriter::begin_line(unsigned int depth) {
-    out_ += '\n';
-    for (unsigned int i = 0; i < depth * indentation_width; ++i) {
-        out_ += ' ';
-    }
+    out_.put('\n');
+    out_.put_repeated(' ', std::size_t{depth} * indentation_width);
 }
 
 } // namespace bk
 
 void ParserGroup::get_text(CoreString& out, const bool& braces, const bool& pretty,
                            const unsigned int& level) const {
-    bk::TextWriter(out, pretty).write_group(*this, braces, level);
+    bk::print_group(out, *this, braces, pretty, level);
 }
 
 void ParserEntry::get_text(CoreString& out, const bool& pretty, const unsigned int& level) const {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/core_string.h"
+#include "core/core_text_buffer_impl.h"
 #include "parser/parser_group.h"
 
 #include <vector>
@@ -8,13 +8,22 @@
 namespace bk {
 
 /// Appends a value's text without quotes and escapes, whatever its type; nothing for a group.
-void append_plain_text(CoreString& out, const ParserValue& value);
+void put_plain_text(TextBuffer& out, const ParserValue& value);
+
+/// Appends a group's text. False, with the output as it was and a message, when the text would be too long.
+bool print_group(CoreString& out, const ParserGroup& group, bool braces, bool pretty, unsigned int level);
 
 /// Prints trees as the text syntax writes them. It walks with an explicit stack: the depth of a tree costs
 /// no stack of the thread's.
 class TextWriter {
 public:
     TextWriter(CoreString& out, bool pretty) noexcept : out_(out), pretty_(pretty) {}
+    /// Says so when the text has become too long, and left the output as it was.
+    ~TextWriter();
+    TextWriter(const TextWriter&) = delete;
+    TextWriter& operator=(const TextWriter&) = delete;
+
+    bool is_too_long() const noexcept { return out_.is_too_long(); }
 
     void write_group(const ParserGroup& group, bool braces, unsigned int level);
     void write_entry(const ParserEntry& entry, unsigned int level);
@@ -42,10 +51,10 @@ private:
     void begin_entry(const Frame& frame, const ParserEntry& entry);
     void write_head(const ParserEntry& entry);
     void write_scalar(const ParserValue& value);
-    void write_quoted(std::string_view text);
+    void write_string(std::string_view text);
     void begin_line(unsigned int depth);
 
-    CoreString& out_;
+    TextBuffer out_;
     bool pretty_;
     std::vector<Frame> frames_;
 };

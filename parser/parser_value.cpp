@@ -15,14 +15,6 @@
 namespace {
 
 /// The lower bound is tested first, and so decides for not-a-number.
-double clamp_to_finite(double value) noexcept {
-    constexpr double limit = std::numeric_limits<double>::max();
-    if (!(value >= -limit)) {
-        return -limit;
-    }
-    return value > limit ? limit : value;
-}
-
 int truncate_to_int(double value) noexcept {
     constexpr double above = 2147483648.0;
     if (value > -above - 1.0 && value < above) {
@@ -44,7 +36,7 @@ ParserValue::ParserValue(const int& value) : ParserValue(TYPE_INT) {
 }
 
 ParserValue::ParserValue(const double& value) : ParserValue(TYPE_DOUBLE) {
-    spelled_.scalar.as_double = clamp_to_finite(value);
+    spelled_.scalar.as_double = bk::clamp_to_finite(value);
     bits_ |= VALUE_HELD;
 }
 
@@ -189,7 +181,7 @@ void ParserValue::set_int(const int& value) {
 
 void ParserValue::set_double(const double& value) {
     become(TYPE_DOUBLE);
-    spelled_.scalar.as_double = clamp_to_finite(value);
+    spelled_.scalar.as_double = bk::clamp_to_finite(value);
     bits_ |= VALUE_HELD;
 }
 
@@ -224,7 +216,7 @@ void ParserValue::make_value() const {
         spelled_.scalar.as_int = bk::text_to_int(text).value;
         break;
     default:
-        spelled_.scalar.as_double = clamp_to_finite(bk::text_to_double(text).value);
+        spelled_.scalar.as_double = bk::clamp_to_finite(bk::text_to_double(text).value);
         break;
     }
     bits_ |= VALUE_HELD;

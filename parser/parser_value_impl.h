@@ -2,11 +2,22 @@
 
 #include "core/core_copy_impl.h"
 #include "core/core_string.h"
+#include "core/core_text_buffer_impl.h"
 #include "parser/parser_value.h"
 
+#include <limits>
 #include <string_view>
 
 namespace bk {
+
+/// Not-a-number fails the first test and becomes the lowest double.
+inline double clamp_to_finite(double value) noexcept {
+    constexpr double limit = std::numeric_limits<double>::max();
+    if (!(value >= -limit)) {
+        return -limit;
+    }
+    return value > limit ? limit : value;
+}
 
 /// What the library's other parts see of a value.
 class ValueAccess {
@@ -46,6 +57,18 @@ public:
     }
     /// The same for a string with escapes.
     static ParserValue* make_escaped_string(void* place, std::string_view word, char*& text) noexcept;
+    static ParserValue* make_bool(void* place, bool value) noexcept {
+        return make_held(place, ParserValue::TYPE_BOOL, {.as_bool = value});
+    }
+    static ParserValue* make_char(void* place, char value) noexcept {
+        return make_held(place, ParserValue::TYPE_CHAR, {.as_char = value});
+    }
+    static ParserValue* make_int(void* place, int value) noexcept {
+        return make_held(place, ParserValue::TYPE_INT, {.as_int = value});
+    }
+    static ParserValue* make_double(void* place, double value) noexcept {
+        return make_held(place, ParserValue::TYPE_DOUBLE, {.as_double = clamp_to_finite(value)});
+    }
     static ParserValue* make_group(void* place, ParserGroup* group) noexcept {
         auto* value = new (place) ParserValue(ParserValue::TYPE_GROUP);
         value->spelled_.scalar.group = group;
@@ -85,6 +108,12 @@ public:
     static void forget(ParserValue& value) noexcept;
 
 private:
+    static ParserValue* make_held(void* place, ParserValue::Type type, ParserValue::Scalar scalar) noexcept {
+        auto* value = new (place) ParserValue(type);
+        value->bits_ |= ParserValue::VALUE_HELD;
+        value->spelled_.scalar = scalar;
+        return value;
+    }
     /// Copies a string into an area, a NUL after it.
     static const char* put_string(std::string_view string, char*& text) noexcept {
         char* const begin = text;
@@ -102,6 +131,6 @@ unsigned char* copy_bytes(const void* data, unsigned int size);
 void* decode_binary_literal(std::string_view literal, unsigned int& size);
 
 /// Appends the binary-data literal of some bytes.
-void append_binary_literal(CoreString& out, std::string_view bytes);
+void put_binary_literal(TextBuffer& out, std::string_view bytes);
 
 } // namespace bk

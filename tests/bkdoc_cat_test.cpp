@@ -9,7 +9,8 @@ namespace {
 
 TEST(bkdoc_cat, the_document_is_written_as_the_library_writes_it) {
     const ScratchFolder folder;
-    const std::string document = folder.write("a.bkd", "a 1.50 \"x\\ny\"\nb { c yes } f( 1,2 ) e <empty>\n");
+    const std::string document = folder.write(
+        "a.bkd", "#Brellwick_Serial_Version 1.2\na 1.50 \"x\\ny\"\nb { c yes } f( 1,2 ) e <empty>\n");
     ParserFile file{folder.core_path("a.bkd")};
     ASSERT_TRUE(file.read(CoreString(), CoreString(), nullptr));
     ASSERT_TRUE(file.write(ParserFile::MODE_TEXT, folder.core_path("b.bkd"), CoreString()));

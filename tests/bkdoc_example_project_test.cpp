@@ -35,10 +35,11 @@ TEST(example_project, every_file_of_its_folders_is_a_dependency) {
     for (const char* name : {"project/library", "project/shots"}) {
         for (const auto& item : std::filesystem::directory_iterator(example_path(name))) {
             const std::string path = example_path(name) + "/" + item.path().filename().string();
-            EXPECT_NE(out.find("  " + path + "  found in the search folder "), std::string::npos) << path;
+            EXPECT_NE(out.find("\n  " + path + "  "), std::string::npos) << path;
             ++count;
         }
     }
+    EXPECT_EQ(out.find("found as named"), std::string::npos) << out;
     EXPECT_NE(out.find("\ndependencies  " + std::to_string(count) + "\n"), std::string::npos) << out;
 }
 

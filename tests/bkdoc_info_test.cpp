@@ -6,13 +6,13 @@ namespace {
 
 TEST(bkdoc_info, a_document_is_counted) {
     const ScratchFolder folder;
-    const std::string top = folder.write("top.bkd", "#Brellwick_Serial_Version 1.2\r\n"
-                                                    "#units \"metre\"\r\n"
-                                                    "camera<wide> {\r\n"
-                                                    "    position[3] 1.0 2.0 3\r\n"
-                                                    "    look_at(0, 1)\r\n"
-                                                    "    #include \"part.bkd\"\r\n"
-                                                    "}\r\n");
+    const std::string top = folder.write("top.bkd", "#Brellwick_Serial_Version 1.2\n"
+                                                    "#units \"metre\"\n"
+                                                    "camera<wide> {\n"
+                                                    "    position[3] 1.0 2.0 3\n"
+                                                    "    look_at(0, 1)\n"
+                                                    "    #include \"part.bkd\"\n"
+                                                    "}\n");
     const std::string part = folder.write("library/part.bkd", "// a part\nmask 0x01FF00010000\non yes");
     const BkdocRun run = run_bkdoc({"info", "-I", folder.path("library"), top});
     EXPECT_EQ(run.code, 0);
@@ -20,7 +20,7 @@ TEST(bkdoc_info, a_document_is_counted) {
     EXPECT_EQ(run.out, "document      " + top + "\n" +
                            "version       1.2\n"
                            "files         2\n"
-                           "size          185 bytes, 133 bytes after includes and comments\n"
+                           "size          166 bytes, 107 bytes after includes and comments\n"
                            "lines         10\n"
                            "entries       6  (4 ordinary, 1 keyword, 1 function call)\n"
                            "templates     1\n"

@@ -17,7 +17,7 @@ int run_shell(const std::string& line) {
 }
 
 std::string tool() {
-    return bkdoc_run_detail::quoted(BK_PARSER_BKDOC);
+    return bkdoc_run_detail::shell_word(BK_PARSER_BKDOC);
 }
 
 TEST(bkdoc_output, a_full_disk_is_noticed) {

@@ -54,7 +54,7 @@ private:
 std::string shown_with(const std::string& environment, const std::string& arguments) {
     Terminal terminal;
     EXPECT_TRUE(terminal.works());
-    const std::string tool = bkdoc_run_detail::quoted(BK_PARSER_BKDOC);
+    const std::string tool = bkdoc_run_detail::shell_word(BK_PARSER_BKDOC);
     return terminal.show("unset NO_COLOR; printf 'a 1\\nb @ 2\\n' | " + environment + " " + tool + " " +
                          arguments + " 2>/dev/null");
 }

@@ -31,7 +31,8 @@ protected:
         if (!open(name, SysFile::MODE_READ, type)) {
             return "not opened";
         }
-        EXPECT_EQ(file.read(text, file.get_size()), text.get_length());
+        const core_int64 size = file.read(text, file.get_size());
+        EXPECT_EQ(size, text.get_length());
         EXPECT_TRUE(file.close());
         return plain(text);
     }
@@ -193,13 +194,14 @@ TEST_F(core_file, a_failed_open_leaves_the_object_closed) {
     EXPECT_TRUE(store("data", "abc"));
 }
 
-TEST_F(core_file, the_destructor_closes_the_file) {
-    {
+TEST_F(core_file, the_destructor_closes_the_file_and_leaves_nothing_that_was_not_closed_well) {
+    folder.write("old", "old content");
+    for (const char* name : {"old", "new"}) {
         SysFile written;
-        ASSERT_TRUE(written.open(folder.core_path("data"), SysFile::MODE_WRITE, SysFile::TYPE_BINARY));
+        ASSERT_TRUE(written.open(folder.core_path(name), SysFile::MODE_WRITE, SysFile::TYPE_BINARY));
         EXPECT_EQ(written.write("abc", 3), 3);
     }
-    EXPECT_EQ(folder.read("data"), "abc");
+    EXPECT_EQ(folder.read("old"), "old content");
     EXPECT_EQ(folder.count(), 1u);
 }
 

@@ -341,7 +341,7 @@ TEST(core_number, doubles_are_written_as_the_shortest_text_without_format_or_pre
                                                     {1.0, "1"},
                                                     {-1.5, "-1.5"},
                                                     {0.1, "0.1"},
-                                                    {1e5, "100000"},
+                                                    {1e5, "1e+05"},
                                                     {123456789.0, "123456789"},
                                                     {1e-4, "1e-04"},
                                                     {0.001, "0.001"},

@@ -1,6 +1,5 @@
 #include "tests/support/parsed_text.h"
 #include "tests/support/plain_text.h"
-#include "tests/support/recording_progress.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +10,7 @@ namespace {
 using Messages = std::vector<std::string>;
 
 constexpr unsigned int million = 1000000;
+constexpr unsigned int many = 100000;
 
 std::string repeated(std::string_view part, unsigned int count = million) {
     std::string text;
@@ -21,17 +21,38 @@ std::string repeated(std::string_view part, unsigned int count = million) {
     return text;
 }
 
+/// Takes every message and keeps none.
+class CountingLog : public CoreLogHandler {
+public:
+    CountingLog() : previous_(s_main_log_handler) { s_main_log_handler = this; }
+    ~CountingLog() override { s_main_log_handler = previous_; }
+    CountingLog(const CountingLog&) = delete;
+    CountingLog& operator=(const CountingLog&) = delete;
+
+    void log(const int&, const CoreLogStream&) override { ++count; }
+
+    unsigned int count = 0;
+
+private:
+    CoreLogHandler* previous_;
+};
+
+/// Sees to it that a bar gets fractions.
+class CheckedProgress : public AppProgressBar {
+public:
+    void set_value(const float& value) override { is_sound = is_sound && value >= 0.0f && value <= 1.0f; }
+
+    bool is_sound = true;
+};
+
 /// Parses, prints and parses again, with a bar and with messages; returns how many messages the first parse gave.
-std::size_t survive(const std::string& text) {
-    RecordingLog log;
-    RecordingProgress progress;
+unsigned int survive(const std::string& text) {
+    CountingLog log;
+    CheckedProgress progress;
     ParserGroup group("g");
     group.set_text(core(text), CoreVersion(1.2), &progress);
-    const std::size_t messages = log.messages.size();
-    for (const float value : progress.values) {
-        EXPECT_GE(value, 0.0f);
-        EXPECT_LE(value, 1.0f);
-    }
+    const unsigned int messages = log.count;
+    EXPECT_TRUE(progress.is_sound);
     CoreString printed;
     group.get_text(printed, true, false, 1);
     ParserGroup again("g");
@@ -119,10 +140,10 @@ TEST(hostile_text, a_quote_left_open_at_the_end_takes_the_rest) {
     EXPECT_FALSE(parsed.result());
 }
 
-TEST(hostile_text, a_million_quotes_are_words) {
+TEST(hostile_text, quotes_alone_are_words) {
     EXPECT_EQ(survive(repeated("\"")), 1u);
-    EXPECT_EQ(survive(repeated("\"\n")), million);
-    EXPECT_EQ(survive(repeated("\\\" ")), million);
+    EXPECT_EQ(survive(repeated("\"\n", many)), many);
+    EXPECT_EQ(survive(repeated("\\\" ", many)), many);
 }
 
 TEST(hostile_text, a_million_backslashes_are_a_word) {
@@ -152,9 +173,9 @@ TEST(hostile_text, a_million_faults_are_reported_each_in_its_place) {
     EXPECT_EQ(parsed.messages().back(), fault_at(million, 0, "Unknown word type: ':'"));
 }
 
-TEST(hostile_text, a_million_refused_names_are_reported) {
-    ParsedText parsed(repeated("yes[] "));
-    EXPECT_EQ(parsed.messages().size(), million); // the last one has no text after it
+TEST(hostile_text, many_refused_names_are_reported) {
+    ParsedText parsed(repeated("yes[] ", many));
+    EXPECT_EQ(parsed.messages().size(), many); // the last one has no text after it
     EXPECT_EQ(parsed.count(), 0u);
 }
 
@@ -183,15 +204,15 @@ TEST(hostile_text, a_million_brackets_are_an_unknown_word) {
     EXPECT_EQ(survive("p 0 a" + repeated("[") + repeated("]") + " 1 "), 1u);
 }
 
-TEST(hostile_text, a_million_parentheses_are_faults) {
-    EXPECT_EQ(survive(repeated("(")), million);
-    EXPECT_EQ(survive(repeated(")")), million);
-    EXPECT_EQ(survive("f" + repeated("(")), million - 1);
+TEST(hostile_text, many_parentheses_are_faults) {
+    EXPECT_EQ(survive(repeated("(", many)), many);
+    EXPECT_EQ(survive(repeated(")", many)), many);
+    EXPECT_EQ(survive("f" + repeated("(", many)), many - 1);
 }
 
-TEST(hostile_text, a_million_commas_or_operators_are_faults) {
-    EXPECT_EQ(survive("a 1 " + repeated(",")), million - 1);
-    EXPECT_EQ(survive("a " + repeated("=")), million - 1);
+TEST(hostile_text, many_commas_or_operators_are_faults) {
+    EXPECT_EQ(survive("a 1 " + repeated(",", many)), many - 1);
+    EXPECT_EQ(survive("a " + repeated("=", many)), many - 1);
 }
 
 TEST(hostile_text, a_name_of_a_million_letters_is_a_name) {

@@ -144,7 +144,7 @@ TEST_F(text_carry, a_string_that_ends_in_a_backslash_takes_in_the_rest_of_its_li
 }
 
 TEST_F(text_carry, a_string_that_ends_in_a_backslash_takes_in_the_parenthesis_of_a_call) {
-    EXPECT_EQ(read_back("f(\"x\\\\\"\n) b 1 "), " f() b 1");
+    EXPECT_EQ(read_back("f(\"x\\\\\"\n) b 1 "), " f(1)");
 }
 
 TEST_F(text_carry, a_number_whose_spelling_leaves_a_quote_open_takes_in_a_further_value) {

@@ -13,7 +13,8 @@
 
 namespace {
 
-/// Every document under examples/, in an order that does not change, and one with everything that the syntax has.
+/// A document with everything that the syntax has, and every one of the example project, in an order that does
+/// not change.
 const std::vector<std::string>& documents() {
     static const std::vector<std::string> all = [] {
         std::vector<std::string> texts = {
@@ -22,7 +23,7 @@ const std::vector<std::string>& documents() {
             "e<t> 5 f<t[2]> 6 g.h 7 }\ni(1, \"j\", yes) k() l( { m 1 } )\nn { } o \"\" p {q{r{s 1}}}\n"};
         std::vector<std::filesystem::path> paths;
         for (const auto& item :
-             std::filesystem::recursive_directory_iterator(BK_PARSER_SOURCE_DIR "/examples")) {
+             std::filesystem::recursive_directory_iterator(BK_PARSER_SOURCE_DIR "/examples/project")) {
             if (item.path().extension() == ".bkd") {
                 paths.push_back(item.path());
             }
@@ -134,10 +135,9 @@ TEST_P(text_round_trip_of_mutations, a_tree_reads_back_from_its_print_unless_the
         ASSERT_EQ(difference.empty(), is_carried) << testing::PrintToString(text) << "\nprints as\n"
                                                   << trip.first_print << "\n"
                                                   << difference;
-        ASSERT_EQ(trip.first_print == trip.second_print, is_carried)
-            << testing::PrintToString(text) << "\nprints as\n"
-            << trip.first_print << "\nand then as\n"
-            << trip.second_print;
+        if (is_carried) {
+            ASSERT_EQ(trip.first_print, trip.second_print) << testing::PrintToString(text);
+        }
     }
     EXPECT_GT(not_carried, 0u);
     EXPECT_LT(not_carried, mutations_a_shard / 10);

@@ -21,7 +21,7 @@ struct BkdocRun {
 namespace bkdoc_run_detail {
 
 #if defined(_WIN32)
-inline std::string quoted(std::string_view word) {
+inline std::string shell_word(std::string_view word) {
     return "\"" + std::string(word) + "\"";
 }
 // The shell takes off the outermost quotes of a line.
@@ -32,7 +32,7 @@ inline int exit_code(int status) {
     return status;
 }
 #else
-inline std::string quoted(std::string_view word) {
+inline std::string shell_word(std::string_view word) {
     std::string result = "'";
     for (const char character : word) {
         result += character == '\'' ? std::string("'\\''") : std::string(1, character);
@@ -60,12 +60,12 @@ inline BkdocRun run_bkdoc(const std::vector<std::string>& arguments, std::string
     using namespace bkdoc_run_detail;
     const ScratchFolder folder;
     folder.write("in", input);
-    std::string line = quoted(BK_PARSER_BKDOC);
+    std::string line = shell_word(BK_PARSER_BKDOC);
     for (const std::string& argument : arguments) {
-        line += " " + quoted(argument);
+        line += " " + shell_word(argument);
     }
-    line += " <" + quoted(folder.path("in")) + " >" + quoted(folder.path("out")) + " 2>" +
-            quoted(folder.path("err"));
+    line += " <" + shell_word(folder.path("in")) + " >" + shell_word(folder.path("out")) + " 2>" +
+            shell_word(folder.path("err"));
     BkdocRun run;
     run.code = exit_code(std::system(shell_line(line).c_str()));
     run.out = folder.read("out");

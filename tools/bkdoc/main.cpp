@@ -17,7 +17,9 @@ namespace bkdoc {
 namespace {
 
 constexpr const char* version_text = "bkdoc " BKDOC_VERSION;
-constexpr const char* exit_text = "Exit code: 0 clean, 1 the document has faults, 2 it could not be read.";
+constexpr const char* version_help = "Show the version, and end.";
+constexpr const char* exit_text =
+    "Exit code: 0 clean, 1 the document has faults, 2 it could not be read or written.";
 
 using Action = std::function<ExitCode(Streams&, StreamDevice&)>;
 
@@ -25,10 +27,14 @@ using Action = std::function<ExitCode(Streams&, StreamDevice&)>;
 class CommandLine {
 public:
     CommandLine() {
-        app_.set_version_flag("--version", version_text);
+        app_.set_version_flag("--version", version_text, version_help);
+        app_.get_formatter()->label("SUBCOMMAND", "VERB");
+        app_.get_formatter()->label("Positionals", "Arguments");
+        app_.get_formatter()->label("REQUIRED", "");
         app_.set_help_flag("-h,--help", "Show what can be done, and end.");
+        app_.allow_windows_style_options(false);
         app_.require_subcommand(1);
-        app_.footer(std::string("A FILE of - is standard input.\n") + exit_text);
+        app_.footer(exit_text);
         add_check();
         add_cat();
         add_tree();
@@ -53,65 +59,60 @@ public:
     }
 
 private:
-    CLI::App& add_verb(const char* name, const char* description, Action action, OpenOptions& open) {
-        CLI::App& verb = *app_.add_subcommand(name, description);
-        verb.callback([this, action] { action_ = action; });
-        verb.set_version_flag("--version", version_text);
-        verb.add_option("-I", open.search_paths,
+    /// A verb whose options are filled in by the command line and then handed to `run`.
+    template <class Options>
+    CLI::App& add_verb(const char* name, const char* description,
+                       ExitCode (*run)(const Options&, Streams&, StreamDevice&), Options& options) {
+        CLI::App& verb = *app_.add_subcommand(name, description)->group("Verbs");
+        verb.callback([this, run, &options] {
+            action_ = [run, &options](Streams& streams, StreamDevice& device) {
+                return run(options, streams, device);
+            };
+        });
+        verb.set_version_flag("--version", version_text, version_help);
+        verb.add_option("-I", options.open.search_paths,
                         "Look for included files in this folder; may be given again.")
             ->allow_extra_args(false)
             ->type_name("DIR");
-        verb.allow_windows_style_options(false);
+        verb.footer(exit_text);
         return verb;
     }
 
+    template <class Target>
+    static void add_document(CLI::App& verb, const char* name, Target& target) {
+        verb.add_option(name, target, "Document; - is standard input.")->required()->type_name("");
+    }
+
     void add_check() {
-        auto run = [this](Streams& streams, StreamDevice& device) {
-            return run_check(check_, streams, device);
-        };
         CLI::App& verb =
-            add_verb("check", "Report the faults of documents, with the place of each.", run, check_.open);
-        verb.add_option("FILE", check_.files, "Documents")->required()->type_name("");
-        verb.footer(exit_text);
+            add_verb("check", "Report the faults of documents, with the place of each.", run_check, check_);
+        add_document(verb, "FILE", check_.files);
     }
 
     void add_cat() {
-        auto run = [this](Streams& streams, StreamDevice& device) { return run_cat(cat_, streams, device); };
-        CLI::App& verb = add_verb("cat", "Write a document as the library writes it, includes spliced in.",
-                                  run, cat_.open);
-        verb.add_option("FILE", cat_.file, "Document")->required()->type_name("");
+        CLI::App& verb =
+            add_verb("cat", "Write a document as the library writes it, includes spliced in.", run_cat, cat_);
+        add_document(verb, "FILE", cat_.file);
         verb.add_flag("--compact", cat_.compact, "All entries on one line.");
-        verb.footer(exit_text);
     }
 
     void add_tree() {
-        auto run = [this](Streams& streams, StreamDevice& device) {
-            return run_tree(tree_, streams, device);
-        };
         CLI::App& verb =
-            add_verb("tree", "Draw the groups, entries and values of a document.", run, tree_.open);
-        verb.add_option("FILE", tree_.file, "Document")->required()->type_name("");
+            add_verb("tree", "Draw the groups, entries and values of a document.", run_tree, tree_);
+        add_document(verb, "FILE", tree_.file);
         verb.add_option("--depth", tree_.depth, "Draw only so many levels.")->type_name("N");
-        verb.footer(exit_text);
     }
 
     void add_info() {
-        auto run = [this](Streams& streams, StreamDevice& device) {
-            return run_info(info_, streams, device);
-        };
         CLI::App& verb =
-            add_verb("info", "Say what a document is made of and which files it needs.", run, info_.open);
-        verb.add_option("FILE", info_.file, "Document")->required()->type_name("");
-        verb.footer(exit_text);
+            add_verb("info", "Say what a document is made of and which files it needs.", run_info, info_);
+        add_document(verb, "FILE", info_.file);
     }
 
     void add_same() {
-        auto run = [this](Streams& streams, StreamDevice& device) {
-            return run_same(same_, streams, device);
-        };
-        CLI::App& verb = add_verb("same", "Say whether two documents hold the same tree.", run, same_.open);
-        verb.add_option("A", same_.first, "Document")->required()->type_name("");
-        verb.add_option("B", same_.second, "Document")->required()->type_name("");
+        CLI::App& verb = add_verb("same", "Say whether two documents hold the same tree.", run_same, same_);
+        add_document(verb, "A", same_.first);
+        add_document(verb, "B", same_.second);
         verb.footer("Exit code: 0 the same, 1 different, 2 one could not be read.");
     }
 

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "parser/parser_entry.h"
+#include "parser/parser_group.h"
+
+#include <string>
+#include <string_view>
+
+/// The names of a group's entries in document order, each after a blank; those that have an ordinal stand in
+/// parentheses, which are read through the ordinals and not through the types: " (a) #k (b)".
+inline std::string outline(const ParserGroup& group) {
+    std::string result;
+    unsigned int ordinal = 0;
+    for (const ParserEntry* entry : group.get_entries()) {
+        const std::string name = entry == nullptr ? "null" : std::string(entry->get_name().get_view());
+        const bool ordinary = ordinal < group.get_entry_count() && group.get_entry(ordinal) == entry;
+        ordinal += ordinary ? 1 : 0;
+        result += ordinary ? " (" + name + ")" : " " + name;
+    }
+    return ordinal == group.get_entry_count() ? result : result + " and ordinals that are not in order";
+}
+
+/// Adds entries of the given names, which are separated by blanks.
+inline void add_names(ParserGroup& group, std::string_view names) {
+    while (!names.empty()) {
+        const std::size_t end = names.find(' ');
+        group.add_entry(CoreString(names.substr(0, end)), 0, 0);
+        names.remove_prefix(end == std::string_view::npos ? names.size() : end + 1);
+    }
+}
