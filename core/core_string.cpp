@@ -176,6 +176,19 @@ void CoreString::assign(const char* data, unsigned int size) {
 }
 
 // The bytes may lie in the storage that is given up, so it goes last.
+bool CoreString::append(const char* data, const std::size_t& size) {
+    if (size > room()) {
+        return append_growing(data, size);
+    }
+    if (size != 0) {
+        const unsigned int length = get_length();
+        char* const text = writable_data();
+        std::memcpy(text + length, data, size);
+        close_at(text, length + static_cast<unsigned int>(size));
+    }
+    return true;
+}
+
 bool CoreString::append_growing(const char* data, std::size_t size) {
     const unsigned int length = get_length();
     if (size > max_length - length) {

@@ -128,18 +128,7 @@ public:
 
     /// Appends `size` bytes, which may lie inside this very string. False, and no change, when the length
     /// would pass `max_length`. Amortised constant time per byte.
-    bool append(const char* data, const std::size_t& size) {
-        const unsigned int length = get_length();
-        if (size > room()) {
-            return append_growing(data, size);
-        }
-        if (size != 0) {
-            char* const text = writable_data();
-            std::memcpy(text + length, data, size);
-            close_at(text, length + static_cast<unsigned int>(size));
-        }
-        return true;
-    }
+    bool append(const char* data, const std::size_t& size);
     bool append(std::string_view text) { return append(text.data(), text.size()); }
 
     CoreString& operator+=(const char* text);

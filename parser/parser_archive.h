@@ -20,10 +20,10 @@ struct BK_PARSER_API ParserArchive {
     void operator+=(const CoreString& word);
 
 private:
-    /// Finds words: by a linear search while they are few, then by their Jenkins hash. Which of the two is at work
-    /// never changes the index that a word gets.
+    /// Finds words: by a linear search while they are few and this is empty, then by their hash. Which of the two is
+    /// at work never changes the index that a word gets.
     CoreVector<unsigned int> lookup_;
-    unsigned char lookup_kind_ = 0; // 0 none, 1 linear, 2 hashed
+    unsigned int known_words_ = 0; // how many of `strings` the lookup finds
 
 public:
     /// Each distinct word once, in order of first appearance.

@@ -5,6 +5,7 @@
 #include "parser/parser_group.h"
 
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -50,9 +51,9 @@ void encipher_into(CoreString& out, const CoreString& text, const CoreString& ke
         return;
     }
     CoreString made;
-    made.reserve(static_cast<unsigned int>(digit_count + suffix.size()));
-    write_hexadecimal(made.resize(static_cast<unsigned int>(digit_count)), data);
-    made.append(suffix);
+    char* const characters = made.resize(static_cast<unsigned int>(digit_count + suffix.size()));
+    write_hexadecimal(characters, data);
+    suffix.copy(characters + digit_count, suffix.size());
     out = std::move(made);
 }
 

@@ -165,4 +165,34 @@ TEST(bkdoc_check, an_empty_document_has_no_faults) {
     EXPECT_EQ(check_text("// nothing\n").code, 0);
 }
 
+TEST(bkdoc_check, a_name_without_a_value_is_told_apart_from_the_name_that_shows_it) {
+    const BkdocRun run = check_text("a b 1\n");
+    EXPECT_EQ(run.out, "<stdin>:1:3: warning: Entry 'b' has no value.\na b 1\n  ^\n"
+                       "  note: it is the entry before this one that has no value; this name is left out\n"
+                       "1 fault\n");
+    for (const char* text : {"a 1 b", "a 1 b\n"}) {
+        EXPECT_NE(check_text(text).out.find("\n  note: the document ends behind this name\n"),
+                  std::string::npos);
+    }
+}
+
+TEST(bkdoc_check, a_string_that_its_line_ends_is_explained) {
+    EXPECT_NE(check_text("a 1 \"x\nb 2\n").out.find("\n  note: a string ends with its line;"),
+              std::string::npos);
+}
+
+TEST(bkdoc_check, a_byte_order_mark_is_made_visible) {
+    const BkdocRun run = check_text("\xEF\xBB\xBF"
+                                    "a 1\n");
+    EXPECT_TRUE(run.out.starts_with("<stdin>:1:1: warning: Unknown word type: '\\xEF\\xBB\\xBFa'\n?a 1\n^~\n"
+                                    "  note: an invisible byte order mark "))
+        << run.out;
+}
+
+TEST(bkdoc_check, marks_that_turn_the_direction_of_writing_are_made_visible) {
+    EXPECT_TRUE(
+        check_text("a @\xE2\x80\xAE 1\n")
+            .out.starts_with("<stdin>:1:3: warning: Unknown word type: '@\\xE2\\x80\\xAE'\na @? 1\n"));
+}
+
 } // namespace

@@ -69,6 +69,13 @@ TEST(bkdoc_command_line, a_file_that_is_not_there_is_refused_by_every_verb) {
     }
 }
 
+TEST(bkdoc_command_line, a_refusal_stays_on_its_line_whatever_the_file_is_called) {
+    EXPECT_EQ(run_bkdoc({"cat", "a\x1B"
+                                "b"})
+                  .err,
+              "bkdoc: a\\x1Bb: no such file\n");
+}
+
 TEST(bkdoc_command_line, a_folder_is_refused_as_a_folder) {
     const ScratchFolder folder;
     EXPECT_EQ(run_bkdoc({"cat", folder.path()}).err, "bkdoc: " + folder.path() + ": is a directory\n");

@@ -1,5 +1,7 @@
 #include "output.h"
 
+#include "text_display.h"
+
 #include <cerrno>
 
 namespace bkdoc {
@@ -7,6 +9,7 @@ namespace bkdoc {
 namespace {
 
 constexpr std::size_t buffer_size = 64 * 1024;
+constexpr std::size_t message_limit = 1000; // characters
 
 std::string_view start_of(Tone tone) {
     switch (tone) {
@@ -98,7 +101,7 @@ bool Output::close() {
 
 void complain(Streams& streams, std::string_view message) {
     streams.out.flush();
-    streams.err << "bkdoc: " << message << "\n";
+    streams.err << "bkdoc: " << shown(message, message_limit) << "\n";
     streams.err.flush();
 }
 

@@ -10,7 +10,8 @@ namespace bkdoc {
 /// The words of the command line after the tool's own name, in UTF-8.
 std::vector<std::string> command_line(int argc, char** argv);
 
-/// Lets bytes pass the standard streams untranslated, and makes writing to a closed pipe an error that can be seen.
+/// Lets bytes pass the standard streams untranslated, and makes writing to a closed pipe an error that can
+/// be seen.
 void prepare_streams();
 
 /// Whether colours suit the stream: it is a terminal that knows them, and NO_COLOR is not set.

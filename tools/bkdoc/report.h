@@ -7,8 +7,8 @@
 namespace bkdoc {
 
 /// Writes every fault of the document, and the include that stopped its reading, each as
-/// "file:line:column: warning: message" with the source line and a caret under it. Before a fault of an included file
-/// stands how it was included, once for faults that follow each other in it.
+/// "file:line:column: warning: message" with the source line and a caret under it. Before a fault of an
+/// included file stands how it was included, once for faults that follow each other in it.
 void report(const Document& document, Output& out);
 
 /// What the reading of the document alone means for the exit code.

@@ -11,7 +11,8 @@
 
 namespace bkdoc {
 
-/// How a file is called in reports, and the search folder that it was found in: empty when it was found as named.
+/// How a file is called in reports, and the search folder that it was found in: empty when it was found as
+/// named.
 struct SourceName {
     std::string shown;
     std::string folder;
@@ -49,8 +50,8 @@ public:
     /// The inclusion that is being read.
     std::size_t current() const noexcept { return open_.empty() ? 0 : open_.back(); }
 
-    /// Where a piece of the expanded text came from, as far as it is of one piece there too. Past the end: the
-    /// end of the last piece. Only after something was entered.
+    /// Where a piece of the expanded text came from, as far as it is of one piece there too. Past the end:
+    /// the end of the last piece. Only after something was entered.
     Spot find(std::size_t expanded, std::size_t length) const;
 
     bool is_empty() const noexcept { return inclusions_.empty(); }

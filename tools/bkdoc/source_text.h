@@ -21,7 +21,8 @@ public:
 
     std::string_view get_text() const noexcept { return text_; }
     std::size_t get_line_count() const;
-    /// Logarithmic in the lines, and linear in the line; places asked for from left to right cost one walk of it.
+    /// Logarithmic in the lines, and linear in the line; places asked for from left to right cost one walk
+    /// of it.
     Place place_of(std::size_t offset) const;
     /// Where the line of an offset begins and ends, its line end left out.
     std::size_t line_begin(std::size_t offset) const;

@@ -8,7 +8,8 @@
 namespace bkdoc {
 
 /// Lets the library read standard input as a file named <stdin> and write to an Output as a file named
-/// <stdout>, so that both take the same way as any file. Every other path goes to the device that was there before.
+/// <stdout>, so that both take the same way as any file. Every other path goes to the device that was there
+/// before.
 class StreamDevice : public SysDevice {
 public:
     explicit StreamDevice(Output& out);

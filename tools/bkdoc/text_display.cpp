@@ -1,5 +1,8 @@
 #include "text_display.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace bkdoc {
 
 namespace {
@@ -26,6 +29,27 @@ std::size_t length_from_lead(unsigned lead) noexcept {
 bool is_scalar(unsigned code_point) noexcept {
     return code_point <= 0x10FFFF && (code_point < 0xD800 || code_point > 0xDFFF);
 }
+
+/// The code point of a well-formed character.
+unsigned decode(std::string_view character) noexcept {
+    if (character.size() == 1) {
+        return byte_at(character, 0);
+    }
+    unsigned code_point = byte_at(character, 0) & (0x7Fu >> character.size());
+    for (std::size_t i = 1; i < character.size(); ++i) {
+        code_point = code_point << 6 | (byte_at(character, i) & 0x3F);
+    }
+    return code_point;
+}
+
+struct Range {
+    unsigned first;
+    unsigned last;
+};
+
+/// Control characters, marks that turn the direction of writing, and marks that nobody sees.
+constexpr Range not_shown[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x200B, 0x200F},
+                               {0x2028, 0x202E}, {0x2060, 0x2069}, {0xFEFF, 0xFEFF}};
 
 std::string hex_escape(unsigned byte) {
     constexpr char digits[] = "0123456789ABCDEF";
@@ -83,14 +107,12 @@ std::size_t utf8_length(std::string_view text, std::size_t position) noexcept {
     if (length > text.size() - position) {
         return 0;
     }
-    unsigned code_point = lead & (0x7Fu >> length);
     for (std::size_t i = 1; i < length; ++i) {
-        const unsigned byte = byte_at(text, position + i);
-        if ((byte & 0xC0) != 0x80) {
+        if ((byte_at(text, position + i) & 0xC0) != 0x80) {
             return 0;
         }
-        code_point = code_point << 6 | (byte & 0x3F);
     }
+    const unsigned code_point = decode(text.substr(position, length));
     return code_point >= smallest_code_point[length] && is_scalar(code_point) ? length : 0;
 }
 
@@ -113,12 +135,13 @@ std::size_t character_start(std::string_view text, std::size_t position) noexcep
 }
 
 bool is_showable(std::string_view character) noexcept {
-    const unsigned first = byte_at(character, 0);
-    if (character.size() == 1) {
-        return first >= 0x20 && first < 0x7F;
+    if (utf8_length(character, 0) != character.size()) {
+        return false;
     }
-    // U+0080 to U+009F are control characters too.
-    return first != 0xC2 || byte_at(character, 1) >= 0xA0;
+    const unsigned code_point = decode(character);
+    return std::none_of(std::begin(not_shown), std::end(not_shown), [code_point](const Range& range) {
+        return code_point >= range.first && code_point <= range.last;
+    });
 }
 
 std::string shown(std::string_view text, std::size_t limit) {

@@ -4,22 +4,26 @@
 #include <string>
 #include <string_view>
 
-/// Texts of documents as they may be shown: nothing in them can move the cursor or break a line, and a long one is cut.
+/// Texts of documents as they may be shown: nothing in them can move the cursor or break a line, and a long
+/// one is cut.
 namespace bkdoc {
 
 /// The length of the well-formed UTF-8 character at `position`; 0 when the byte there begins none.
 std::size_t utf8_length(std::string_view text, std::size_t position) noexcept;
 
-/// The number of characters: each well-formed UTF-8 character is one, and so is each byte that belongs to none.
+/// The number of characters: each well-formed UTF-8 character is one, and so is each byte that belongs to
+/// none.
 std::size_t count_characters(std::string_view text) noexcept;
 
 /// The first byte at or after `position` that begins a character, when the text is well-formed there.
 std::size_t character_start(std::string_view text, std::size_t position) noexcept;
 
-/// Whether the character may be shown as it is: no control character, and well-formed.
+/// Whether the character may be shown as it is: well-formed, visible or a blank, and without power over its
+/// neighbours.
 bool is_showable(std::string_view character) noexcept;
 
-/// The text on one line, control characters and stray bytes as escapes, cut with an ellipsis after `limit` characters.
+/// The text on one line, control characters and stray bytes as escapes, cut with an ellipsis after `limit`
+/// characters.
 std::string shown(std::string_view text, std::size_t limit);
 
 /// The text as a string of the document syntax, in quotes, cut in the same way.

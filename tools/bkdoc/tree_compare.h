@@ -15,8 +15,8 @@ struct Difference {
     std::string second; // what the second has
 };
 
-/// The first difference in document order; nothing when the trees are equal. Names, kinds, templates, array counts and
-/// values count; a number counts by its value, not by its spelling. Any depth will do.
+/// The first difference in document order; nothing when the trees are equal. Names, kinds, templates, array
+/// counts and values count; a number counts by its value, not by its spelling. Any depth will do.
 std::optional<Difference> find_difference(const ParserGroup& first, const ParserGroup& second);
 
 } // namespace bkdoc

@@ -14,14 +14,15 @@ std::string shown_name(const ParserEntry& entry);
 /// "int", "string", ...
 std::string_view type_word(ParserValue::Type type);
 
-/// "int", "3 doubles", "string, 2 ints": the types of the values that are no groups; empty when there are none.
+/// "int", "3 doubles", "string, 2 ints": the types of the values that are no groups; empty when there are
+/// none.
 std::string shown_types(const ParserEntry& entry);
 
 /// What the entry is beside its name: "keyword", "call", "template", "array", or nothing.
 std::string shown_kind(const ParserEntry& entry);
 
-/// The value on one line, not longer than a line: of a longer one the beginning and the full length. Of a group, how
-/// many entries it has.
+/// The value on one line, not longer than a line: of a longer one the beginning and the full length. Of a
+/// group, how many entries it has.
 std::string shown_value(const ParserEntry& entry, unsigned int i);
 
 /// The tone that shows a value of this type.

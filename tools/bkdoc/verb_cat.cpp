@@ -8,7 +8,8 @@ namespace {
 
 constexpr const char* version_name = "#Brellwick_Serial_Version";
 
-// On one line a version entry would take all that follows for the version: the line before the document says it.
+// On one line a version entry would take all that follows for the version: the line before the document
+// says it.
 void write_compact(Document& document, Output& out) {
     ParserGroup& root = document.get_file().get_root();
     root.remove_entry(CoreString(version_name));

@@ -8,8 +8,9 @@
 #include <string>
 #include <vector>
 
-/// The verbs of the tool: each takes what the command line says and does one thing. A verb that writes something other
-/// than a report puts the faults of the document on the error stream, and gives EXIT_FAULTS for them.
+/// The verbs of the tool: each takes what the command line says and does one thing. A verb that writes
+/// something other than a report puts the faults of the document on the error stream, and gives EXIT_FAULTS
+/// for them.
 namespace bkdoc {
 
 struct CheckOptions {
@@ -47,8 +48,8 @@ struct SameOptions {
     std::string first;
     std::string second;
 };
-/// Says whether two documents hold the same tree, else where they differ first. Where an entry stood in its file does
-/// not count, nor how a number was spelled.
+/// Says whether two documents hold the same tree, else where they differ first. Where an entry stood in its
+/// file does not count, nor how a number was spelled.
 ExitCode run_same(const SameOptions& options, Streams& streams, StreamDevice& device);
 
 } // namespace bkdoc
