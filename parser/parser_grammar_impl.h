@@ -125,7 +125,7 @@ private:
         if (kind == NameKind::none) {
             take_value(word, classify_value(word));
         } else if (kind == NameKind::invalid) {
-            fault(ParserReadObserver::FAULT_UNKNOWN_WORD, word);
+            fault(ParserReadObserver::FAULT_UNKNOWN_WORD, name.base);
         } else if (template_name.has_template) {
             fault(ParserReadObserver::FAULT_TEMPLATE_INSIDE_TEMPLATE, name.base);
         } else {

@@ -176,6 +176,8 @@ bool ParserWord::is_identifier() const {
         take_name(name);
     } else if (kind == bk::NameKind::invalid) {
         type_ = TYPE_INVALID;
+        length_ = static_cast<unsigned int>(name.base.size());
+        string_stale_ = true;
     }
     return type_ == TYPE_IDENTIFIER;
 }

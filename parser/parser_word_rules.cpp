@@ -48,6 +48,7 @@ char decoded_escape(char escaped) noexcept {
 } // namespace
 
 NameKind classify_name_level(std::string_view word, NameParts& parts) noexcept {
+    parts.base = word;
     if (word.empty() || !is_char(word[0], CHAR_NAME_START) || is_bool_word(word)) {
         return NameKind::none;
     }

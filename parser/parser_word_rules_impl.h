@@ -13,7 +13,8 @@ namespace bk {
 
 /// A name and what it carries. Its template is a name again, still with all that it carries itself.
 struct NameParts {
-    std::string_view base; // without template and array suffix
+    std::string_view
+        base; // without template and array suffix; a bad suffix stays, a template that is no name does not
     unsigned int array_count = 0xFFFFFFFFu;
     bool has_template = false;
     std::string_view template_word; // between "<" and ">"

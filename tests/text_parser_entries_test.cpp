@@ -103,13 +103,18 @@ TEST(text_parser_entries, a_deeper_template_is_the_same_fault) {
 }
 
 TEST(text_parser_entries, a_malformed_suffix_is_an_unknown_word_that_keeps_the_entry) {
-    ParsedText parsed("p 0 m<> 1 l[x] 2 l[-1] 3 l[3 4 m<1> 5 ");
-    EXPECT_EQ(
-        parsed.messages(),
-        (Messages{fault_at(1, 5, "Unknown word type: 'm<>'"), fault_at(1, 11, "Unknown word type: 'l[x]'"),
-                  fault_at(1, 18, "Unknown word type: 'l[-1]'"), fault_at(1, 26, "Unknown word type: 'l[3'"),
-                  fault_at(1, 32, "Unknown word type: 'm'")}));
-    EXPECT_EQ(parsed.print(), " p 0 1 2 3 4 5");
+    ParsedText parsed("p 0 m<> 1 l[x] 2 l[-1] 3 l[3 4 ");
+    EXPECT_EQ(parsed.messages(), (Messages{fault_at(1, 5, "Unknown word type: 'm<>'"),
+                                           fault_at(1, 11, "Unknown word type: 'l[x]'"),
+                                           fault_at(1, 18, "Unknown word type: 'l[-1]'"),
+                                           fault_at(1, 26, "Unknown word type: 'l[3'")}));
+    EXPECT_EQ(parsed.print(), " p 0 1 2 3 4");
+}
+
+TEST(text_parser_entries, a_template_that_is_no_name_is_taken_off_the_unknown_word) {
+    ParsedText parsed("p 0 m<1> 2 ");
+    EXPECT_EQ(parsed.messages(), (Messages{fault_at(1, 5, "Unknown word type: 'm'")}));
+    EXPECT_EQ(parsed.print(), " p 0 2");
 }
 
 TEST(text_parser_entries, names_may_repeat) {
