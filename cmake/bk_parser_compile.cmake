@@ -1,5 +1,6 @@
 # How the project's own code is compiled. A project that takes this one in with add_subdirectory keeps its own
-# rules: warnings are errors only when this is the top-level project.
+# rules: warnings are errors only when this is the top-level project, and not under the sanitizers, whose checks mislead the
+# compiler's own.
 
 include(CMakeDependentOption)
 
@@ -10,9 +11,13 @@ cmake_dependent_option(BK_PARSER_SLABS "Take small objects from slabs instead of
     "NOT BK_PARSER_SANITIZE MATCHES \"address|memory|leak\"" OFF)
 
 add_library(bk_parser_own_code INTERFACE)
+set(warnings_are_errors OFF)
+if(PROJECT_IS_TOP_LEVEL AND NOT BK_PARSER_SANITIZE)
+    set(warnings_are_errors ON)
+endif()
 if(MSVC)
     target_compile_options(bk_parser_own_code INTERFACE /W4 /utf-8 /permissive-)
-    if(PROJECT_IS_TOP_LEVEL)
+    if(warnings_are_errors)
         target_compile_options(bk_parser_own_code INTERFACE /WX)
     endif()
 else()
@@ -21,7 +26,7 @@ else()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
         target_compile_options(bk_parser_own_code INTERFACE -Wno-restrict)
     endif()
-    if(PROJECT_IS_TOP_LEVEL)
+    if(warnings_are_errors)
         target_compile_options(bk_parser_own_code INTERFACE -Werror)
     endif()
 endif()

@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace bk {
 namespace {
@@ -181,7 +182,9 @@ public:
             if (target.empty()) {
                 return place;
             }
-            place = target[0] == '/' ? target : std::string(folder_prefix(place, "/")) + target;
+            std::string next(target[0] == '/' ? std::string_view() : folder_prefix(place, "/"));
+            next += target;
+            place = std::move(next);
         }
         return std::string();
     }
@@ -194,7 +197,8 @@ public:
             }
             folder.resize(folder.size() * 2);
         }
-        return folder.c_str();
+        folder.resize(folder.find('\0'));
+        return folder;
     }
 
 private:

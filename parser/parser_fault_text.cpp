@@ -8,29 +8,29 @@ namespace {
 
 struct FaultText {
     const char* before;
-    bool shows_word;
     const char* after;
+    bool shows_word;
     bool is_logged;
 };
 
 /// In the order of ParserReadObserver::Fault.
 constexpr FaultText texts[] = {
-    {"Entry '", true, "' wrongly placed.", true},
-    {"Entry '", true, "' has no value.", true},
-    {"Entry '", true, "' has template inside template declaration.", true},
-    {"Value without entry: ", true, "", true},
-    {"Group without entry", false, "", true},
-    {"Argument list without entry", false, "", true},
-    {"Cannot mix argument list with entry values", false, "", true},
-    {"Argument list inside an argument list", false, "", true},
-    {"Function call on keyword", false, "", true},
-    {"Closing an argument list without entry", false, "", true},
-    {"Closing an argument list in a non function call", false, "", true},
-    {"Unknown word type: '", true, "'", true},
-    {"'", true, "' is not a valid entry name", true},
-    {"Closing brace without a group: the text after it is not read", false, "", false},
-    {"Group is not closed", false, "", false},
-    {"Include directive without a closing quote", false, "", false},
+    {"Entry '", "' wrongly placed.", true, true},
+    {"Entry '", "' has no value.", true, true},
+    {"Entry '", "' has template inside template declaration.", true, true},
+    {"Value without entry: ", "", true, true},
+    {"Group without entry", "", false, true},
+    {"Argument list without entry", "", false, true},
+    {"Cannot mix argument list with entry values", "", false, true},
+    {"Argument list inside an argument list", "", false, true},
+    {"Function call on keyword", "", false, true},
+    {"Closing an argument list without entry", "", false, true},
+    {"Closing an argument list in a non function call", "", false, true},
+    {"Unknown word type: '", "'", true, true},
+    {"'", "' is not a valid entry name", true, true},
+    {"Closing brace without a group: the text after it is not read", "", false, false},
+    {"Group is not closed", "", false, false},
+    {"Include directive without a closing quote", "", false, false},
 };
 static_assert(std::size(texts) == ParserReadObserver::FAULT_INCLUDE_LEFT_OPEN + 1);
 

@@ -74,8 +74,8 @@ private:
 
     bool preprocess(CoreString& text, const CoreString& key, AppProgressBar* progress);
     bool write_encrypted(SysFile& file, const CoreString& key);
-    bool write_text(SysFile& file, const CoreString& key);
-    bool write_binary(SysFile& file, const CoreString& key);
+    bool write_text(SysFile& file);
+    bool write_binary(SysFile& file) const;
     void release_root() noexcept;
 
     CoreString filename_;

@@ -47,24 +47,20 @@ bool ParserFile::write(const Mode& mode, const CoreString& filename, const CoreS
     if (is_given(filename)) {
         set_filename(filename);
     }
-    bool (ParserFile::*write_form)(SysFile&, const CoreString&) = nullptr;
-    SysFile::Type type = SysFile::TYPE_BINARY;
-    if (is_given(key)) {
-        write_form = &ParserFile::write_encrypted;
-    } else if (mode == MODE_TEXT) {
-        write_form = &ParserFile::write_text;
-        type = SysFile::TYPE_TEXT;
-    } else if (mode == MODE_BINARY) {
-        write_form = &ParserFile::write_binary;
-    } else {
+    const bool is_encrypted = is_given(key);
+    if (!is_encrypted && mode != MODE_TEXT && mode != MODE_BINARY) {
         bk::report_error("ParserFile.write: Unknown file mode\n");
         return false;
     }
+    const bool is_text = !is_encrypted && mode == MODE_TEXT;
     SysFile file;
-    if (!file.open(filename_, SysFile::MODE_WRITE, type)) {
+    if (!file.open(filename_, SysFile::MODE_WRITE, is_text ? SysFile::TYPE_TEXT : SysFile::TYPE_BINARY)) {
         return false;
     }
-    if (!(this->*write_form)(file, key)) {
+    const bool is_stored = is_encrypted ? write_encrypted(file, key)
+                           : is_text    ? write_text(file)
+                                        : write_binary(file);
+    if (!is_stored) {
         bk::report_error("ParserFile.write: Can't save project '", filename, "'.\n");
     }
     return true;
@@ -85,7 +81,7 @@ bool ParserFile::write_encrypted(SysFile& file, const CoreString& key) {
     return store(file, bk::cipher_magic, {reinterpret_cast<const char*>(block.data()), block.size()});
 }
 
-bool ParserFile::write_text(SysFile& file, const CoreString&) {
+bool ParserFile::write_text(SysFile& file) {
     CoreString head;
     if (ParserEntry* const version = find_version_entry(*root_)) {
         set_written_version(*version);
@@ -98,7 +94,7 @@ bool ParserFile::write_text(SysFile& file, const CoreString&) {
     return print_document(*root_, text) && store(file, head.get_view(), text.get_view());
 }
 
-bool ParserFile::write_binary(SysFile& file, const CoreString&) {
+bool ParserFile::write_binary(SysFile& file) const {
     const CoreVector<char> data = get_binary();
     return store(file, {}, {data.get_data(), data.get_count()});
 }

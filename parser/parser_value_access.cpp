@@ -67,7 +67,7 @@ void ValueAccess::relocate(ParserValue& from, void* to) noexcept {
 }
 
 void ValueAccess::rebase_text(ParserValue& value, const char* old_begin, const char* old_end,
-                              char* begin) noexcept {
+                              const char* begin) noexcept {
     const auto moved = [=](const char* text) -> const char* {
         return text >= old_begin && text < old_end ? begin + (text - old_begin) : nullptr;
     };

@@ -101,7 +101,7 @@ public:
     static void relocate(ParserValue& from, void* to) noexcept;
     /// Follows a text area that has moved.
     static void rebase_text(ParserValue& value, const char* old_begin, const char* old_end,
-                            char* begin) noexcept;
+                            const char* begin) noexcept;
     /// Makes the value independent of any text area.
     static void own_text(ParserValue& value);
     /// Leaves the value with nothing to release.

@@ -37,29 +37,27 @@ ParserValue& ParserValueList::append(ParserValue& value) {
 void ParserValueList::grow() {
     const std::uint64_t capacity = count_ == 0 ? 1 : std::uint64_t{count_} * 2;
     auto* const old_block = static_cast<Block*>(storage_);
-    if (in_cells_) {
-        Block* const block = Block::make(capacity, sizeof(Cell*), 0);
-        if (old_block != nullptr) {
-            std::copy_n(old_block->cells(), count_, block->cells());
-        }
-        Block::destroy(old_block, sizeof(Cell*));
-        storage_ = block;
-        return;
+    const std::size_t slot_size = in_cells_ ? sizeof(Cell*) : sizeof(ParserValue);
+    Block* const block = Block::make(capacity, slot_size, old_block == nullptr ? 0 : old_block->text_size);
+    if (old_block != nullptr && in_cells_) {
+        std::copy_n(old_block->cells(), count_, block->cells());
+    } else if (old_block != nullptr) {
+        move_values(*old_block, *block);
     }
-    const std::uint64_t text_size = old_block == nullptr ? 0 : old_block->text_size;
-    Block* const block = Block::make(capacity, sizeof(ParserValue), text_size);
-    if (text_size != 0) {
-        std::copy_n(old_block->text(), text_size, block->text());
-    }
-    for (unsigned int i = 0; i < count_; ++i) {
-        bk::ValueAccess::relocate(old_block->values()[i], block->values() + i);
-        if (text_size != 0) {
-            bk::ValueAccess::rebase_text(block->values()[i], old_block->text(), old_block->text() + text_size,
-                                         block->text());
-        }
-    }
-    Block::destroy(old_block, sizeof(ParserValue));
+    Block::destroy(old_block, slot_size);
     storage_ = block;
+}
+
+/// The text area is moved as it stands, and the values follow it.
+void ParserValueList::move_values(Block& from, Block& to) const noexcept {
+    const std::size_t text_size = from.text_size;
+    std::copy_n(from.text(), text_size, to.text());
+    for (unsigned int i = 0; i < count_; ++i) {
+        bk::ValueAccess::relocate(from.values()[i], to.values() + i);
+        if (text_size != 0) {
+            bk::ValueAccess::rebase_text(to.values()[i], from.text(), from.text() + text_size, to.text());
+        }
+    }
 }
 
 void ParserValueList::move(unsigned int from, unsigned int to) {

@@ -48,6 +48,7 @@ private:
 
     ParserValue& at(unsigned int i) const noexcept;
     void grow();
+    void move_values(Block& from, Block& to) const noexcept;
     void split_into_cells();
     static void release_cell(Cell* cell) noexcept;
 

@@ -64,7 +64,7 @@ Document::Document(const std::string& argument, const OpenOptions& options, Stre
 // An argument names a file as it stands: its absolute path keeps the search folders out of it.
 bool Document::find_file(const std::string& argument, StreamDevice& device) {
     if (argument == "-") {
-        path_ = StreamDevice::input_path;
+        path_ = SysFilesystem::get_full_file_path(StreamDevice::input_path).get_view();
         if (!device.load_input()) {
             refusal_ = "standard input cannot be read";
         }
