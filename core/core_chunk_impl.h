@@ -4,11 +4,12 @@
 
 namespace bk {
 
-/// Slabs get their memory from the operating system in chunks of this size, aligned to their size.
+/// Slabs and very large blocks get their memory from the operating system in chunks of this size, aligned to it.
 inline constexpr std::size_t chunk_size = std::size_t{2} << 20;
 
-/// A chunk, all zeros, or null when there is no memory. The kernel is asked to back it with one huge page.
-void* take_chunk() noexcept;
-void give_chunk_back(void* chunk) noexcept;
+/// Memory of a whole number of chunks side by side, all zeros, or null when there is none. The kernel is asked to
+/// back it with huge pages.
+void* take_chunks(std::size_t size) noexcept;
+void give_chunks_back(void* chunks, std::size_t size) noexcept;
 
 } // namespace bk

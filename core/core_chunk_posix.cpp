@@ -19,9 +19,9 @@ bool is_aligned(const char* chunk) noexcept {
     return reinterpret_cast<std::uintptr_t>(chunk) % chunk_size == 0;
 }
 
-/// Maps twice the size and gives back what lies outside the aligned part.
-char* map_and_trim() noexcept {
-    char* const mapped = map(2 * chunk_size);
+/// Maps a chunk more than is needed and gives back what lies outside the aligned part.
+char* map_and_trim(std::size_t size) noexcept {
+    char* const mapped = map(size + chunk_size);
     if (mapped == nullptr) {
         return nullptr;
     }
@@ -30,29 +30,29 @@ char* map_and_trim() noexcept {
     if (before != 0) {
         munmap(mapped, before);
     }
-    munmap(mapped + before + chunk_size, chunk_size - before);
+    munmap(mapped + before + size, chunk_size - before);
     return mapped + before;
 }
 
 } // namespace
 
-void* take_chunk() noexcept {
+void* take_chunks(std::size_t size) noexcept {
     // Chunks are often mapped one beside the other, so that the next one is aligned as it comes.
-    char* chunk = map(chunk_size);
-    if (chunk != nullptr && !is_aligned(chunk)) {
-        munmap(chunk, chunk_size);
-        chunk = map_and_trim();
+    char* chunks = map(size);
+    if (chunks != nullptr && !is_aligned(chunks)) {
+        munmap(chunks, size);
+        chunks = map_and_trim(size);
     }
 #if defined(MADV_HUGEPAGE)
-    if (chunk != nullptr) {
-        madvise(chunk, chunk_size, MADV_HUGEPAGE);
+    if (chunks != nullptr) {
+        madvise(chunks, size, MADV_HUGEPAGE);
     }
 #endif
-    return chunk;
+    return chunks;
 }
 
-void give_chunk_back(void* chunk) noexcept {
-    munmap(chunk, chunk_size);
+void give_chunks_back(void* chunks, std::size_t size) noexcept {
+    munmap(chunks, size);
 }
 
 } // namespace bk

@@ -14,9 +14,9 @@ void* map(void* place, std::size_t size) noexcept {
     return VirtualAlloc(place, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
 }
 
-/// Finds room for an aligned chunk; another thread may take it before this one does.
-void* find_aligned_place() noexcept {
-    void* const room = VirtualAlloc(nullptr, 2 * chunk_size, MEM_RESERVE, PAGE_NOACCESS);
+/// Finds room for aligned chunks; another thread may take it before this one does.
+void* find_aligned_place(std::size_t size) noexcept {
+    void* const room = VirtualAlloc(nullptr, size + chunk_size, MEM_RESERVE, PAGE_NOACCESS);
     if (room == nullptr) {
         return nullptr;
     }
@@ -27,22 +27,22 @@ void* find_aligned_place() noexcept {
 
 } // namespace
 
-void* take_chunk() noexcept {
+void* take_chunks(std::size_t size) noexcept {
     constexpr int attempts = 16;
     for (int i = 0; i < attempts; ++i) {
-        void* const place = find_aligned_place();
+        void* const place = find_aligned_place(size);
         if (place == nullptr) {
             return nullptr;
         }
-        if (void* chunk = map(place, chunk_size)) {
+        if (void* chunk = map(place, size)) {
             return chunk;
         }
     }
     return nullptr;
 }
 
-void give_chunk_back(void* chunk) noexcept {
-    VirtualFree(chunk, 0, MEM_RELEASE);
+void give_chunks_back(void* chunks, std::size_t) noexcept {
+    VirtualFree(chunks, 0, MEM_RELEASE);
 }
 
 } // namespace bk

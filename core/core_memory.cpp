@@ -3,6 +3,7 @@
 #include "core/core_slab_impl.h"
 
 #include <algorithm>
+#include <limits>
 #include <new>
 
 #if defined(BK_PARSER_NO_SLABS)
@@ -25,11 +26,37 @@ std::size_t size_class_of(std::size_t size) noexcept {
     return (std::max<std::size_t>(size, 1) - 1) / bk::slab_granularity;
 }
 
+/// From this size on a block has chunks of its own: filling fresh memory is several times as fast in huge pages.
+constexpr std::size_t smallest_chunked_block = 2 * bk::chunk_size;
+
+std::size_t whole_chunks(std::size_t size) noexcept {
+    return (size + bk::chunk_size - 1) / bk::chunk_size * bk::chunk_size;
+}
+
+void* allocate_large(std::size_t size) {
+    if (size < smallest_chunked_block || size > std::numeric_limits<std::size_t>::max() / 2) {
+        return ::operator new(size);
+    }
+    void* const block = bk::take_chunks(whole_chunks(size));
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    return block;
+}
+
+void release_large(void* block, std::size_t size) noexcept {
+    if (size < smallest_chunked_block) {
+        ::operator delete(block);
+    } else {
+        bk::give_chunks_back(block, whole_chunks(size));
+    }
+}
+
 } // namespace
 
 void* CoreMemory::allocate(std::size_t size) {
     if (size > largest_slab_block) {
-        return ::operator new(size);
+        return allocate_large(size);
     }
     bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread();
     void* const block = heap == nullptr ? nullptr : heap->allocate(size_class_of(size));
@@ -44,7 +71,7 @@ void CoreMemory::release(void* block, std::size_t size) noexcept {
         return;
     }
     if (size > largest_slab_block) {
-        ::operator delete(block);
+        release_large(block, size);
         return;
     }
     bk::SlabPage* const page = bk::SlabPage::of(block);

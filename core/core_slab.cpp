@@ -197,11 +197,11 @@ void SlabHeap::give_page_back(SlabPage* page) noexcept {
         return;
     }
     unlink(chunks_with_room_, chunk);
-    give_chunk_back(chunk->page(0));
+    give_chunks_back(chunk->page(0), chunk_size);
 }
 
 SlabChunk* SlabHeap::add_chunk() noexcept {
-    void* const memory = take_chunk();
+    void* const memory = take_chunks(chunk_size);
     if (memory == nullptr) {
         return nullptr;
     }

@@ -149,6 +149,10 @@ TEST(text_writer_values, a_cleared_value_is_empty) {
     EXPECT_EQ(written(string), "\"\"");
 }
 
+TEST(text_writer_values, a_value_of_an_unknown_type_is_nothing) {
+    EXPECT_EQ(written_as_read(static_cast<ParserValue::Type>(99), "text"), "");
+}
+
 TEST(text_writer_values, text_is_appended) {
     CoreString text("before ");
     ParserValue(5).get_text(text, true, 1);

@@ -15,14 +15,12 @@ public:
         result_ = group_.set_text(CoreString(text), CoreVersion(version), nullptr);
         for (const auto& message : log.messages) {
             messages_.push_back(message.text);
-            levels_.push_back(message.level);
         }
     }
 
     ParserGroup& group() { return group_; }
     bool result() const { return result_; }
     const std::vector<std::string>& messages() const { return messages_; }
-    const std::vector<int>& levels() const { return levels_; }
 
     /// The entry at a position.
     ParserEntry& entry(unsigned int position) { return *group_.get_entries()[position]; }
@@ -39,7 +37,6 @@ private:
     ParserGroup group_;
     bool result_ = false;
     std::vector<std::string> messages_;
-    std::vector<int> levels_;
 };
 
 /// The message of a fault at a place.
