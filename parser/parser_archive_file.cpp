@@ -76,7 +76,7 @@ bool take_strings(bk::ByteCursor& cursor, std::uint32_t count, CoreVector<CoreSt
     for (std::uint32_t i = 0; i < count && !cursor.at_end(); ++i) {
         const std::string_view rest = cursor.rest();
         const std::size_t size = rest.find('\0');
-        if (size == std::string_view::npos || size > CoreString::max_length) {
+        if (size > CoreString::max_length) { // no NUL, or further on than a string reaches
             return false;
         }
         CoreString string;

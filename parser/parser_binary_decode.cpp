@@ -192,7 +192,7 @@ BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
         EntryAccess::make(level.name, ParserEntry::TYPE_ENTRY, 0, 0, ParserEntry::not_an_array));
     fill_values(EntryAccess::values(*entry), level.first_value);
     entries_.push_back(entry.get());
-    entry.release();
+    static_cast<void>(entry.release());
     level.is_in_entry = false;
     return Step::more;
 }

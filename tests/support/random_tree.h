@@ -12,13 +12,19 @@
 /// Trees with values of every type that can be stored, the same for the same seed.
 class RandomTree {
 public:
-    explicit RandomTree(unsigned int seed) : random_(seed) {}
+    /// The text syntax takes no value after a group, and a backslash at the end of a string hides the quote after it.
+    enum Form { any_form, text_form };
+
+    explicit RandomTree(unsigned int seed, Form form = any_form) : random_(seed), form_(form) {}
 
     void fill(ParserGroup& group, unsigned int levels = 3) {
         for (auto entries = below(5); entries > 0; --entries) {
             ParserEntry* const entry = group.add_entry(core(name()), 0, 0);
             for (auto values = below(4); values > 0; --values) {
                 add_value(*entry, levels);
+                if (form_ == text_form && entry->is_value_group(entry->get_value_count() - 1)) {
+                    break;
+                }
             }
         }
     }
@@ -30,6 +36,9 @@ public:
         std::string result;
         for (auto length = below(20); length > 0; --length) {
             result += static_cast<char>(1 + below(255));
+        }
+        if (form_ == text_form && result.ends_with('\\')) {
+            result.back() = '/';
         }
         return result;
     }
@@ -67,4 +76,5 @@ private:
     }
 
     std::mt19937 random_;
+    Form form_;
 };

@@ -1,8 +1,6 @@
 #include "document.h"
 
-#include "core/sys_device.h"
 #include "core/sys_file.h"
-#include "stream_device.h"
 
 #include <algorithm>
 
@@ -33,17 +31,6 @@ SourceName name_of(const std::vector<std::string>& folders, std::string_view nam
     return {std::string(name), {}};
 }
 
-std::string why_missing(const std::string& path) {
-    switch (SysDevice::get().inspect(path).kind) {
-    case SysPathKind::directory:
-        return "is a directory";
-    case SysPathKind::missing:
-        return "no such file";
-    default:
-        return "cannot be read";
-    }
-}
-
 } // namespace
 
 std::string candidate_path(std::string_view folder, std::string_view name) {
@@ -54,38 +41,50 @@ std::string candidate_path(std::string_view folder, std::string_view name) {
     return path.append(name);
 }
 
+void remove_version_entry(ParserGroup& root) {
+    root.remove_entry(CoreString("#Brellwick_Serial_Version"));
+}
+
 Document::Document(const std::string& argument, const OpenOptions& options, StreamDevice& device)
-    : options_(options), name_(argument == "-" ? "<stdin>" : argument), file_(CoreString()) {
-    if (find_file(argument, device)) {
+    : options_(options), input_(argument, device), refusal_(input_.get_refusal()), file_(CoreString()) {
+    if (refusal_.empty()) {
         read();
     }
 }
 
-// An argument names a file as it stands: its absolute path keeps the search folders out of it.
-bool Document::find_file(const std::string& argument, StreamDevice& device) {
-    if (argument == "-") {
-        path_ = SysFilesystem::get_full_file_path(StreamDevice::input_path).get_view();
-        if (!device.load_input()) {
-            refusal_ = "standard input cannot be read";
+void Document::read() {
+    switch (get_form()) {
+    case DocumentForm::binary:
+        read_binary();
+        break;
+    case DocumentForm::archive:
+        read_archive();
+        break;
+    case DocumentForm::enciphered:
+        if (options_.key.empty()) {
+            refusal_ = get_name() + ": is enciphered; its key is given by --key, --key-file or BKDOC_KEY";
+            return;
         }
-    } else if (argument.empty() || !SysFilesystem::file_exists(core(argument))) {
-        refusal_ = (argument.empty() ? "''" : argument) + ": " +
-                   (argument.empty() ? "no such file" : why_missing(argument));
-    } else {
-        path_ = SysFilesystem::get_full_file_path(core(argument)).get_view();
+        read_text();
+        break;
+    case DocumentForm::text:
+        read_text();
+        return;
     }
-    return refusal_.empty();
+    if (read_) {
+        remove_version_entry(file_.get_root());
+    }
 }
 
-void Document::read() {
+void Document::read_text() {
     ReadRecorder recorder([this](const CoreString& name, const CoreString& path) {
-        return path.get_view() == path_ ? SourceName{name_, {}}
-                                        : name_of(options_.search_paths, name.get_view(), path);
+        return path.get_view() == input_.get_path() ? SourceName{get_name(), {}}
+                                                    : name_of(options_.search_paths, name.get_view(), path);
     });
     LogCollector log;
     file_.set_search_paths(core(options_.search_paths));
     file_.set_read_observer(&recorder);
-    read_ = file_.read(core(path_), CoreString(), nullptr);
+    read_ = file_.read(core(input_.get_path()), core(options_.key), nullptr);
     file_.set_read_observer(nullptr);
 
     failed_directive_ = recorder.get_open_directive();
@@ -93,7 +92,14 @@ void Document::read() {
     messages_ = std::move(log.get_messages());
     take_faults(recorder.get_faults());
     if (!read_ && faults_.empty() && !failed_directive_) {
-        refusal_ = messages_.empty() ? name_ + ": cannot be read" : messages_.front();
+        refuse_text();
+    }
+}
+
+void Document::refuse_text() {
+    refusal_ = messages_.empty() ? get_name() + ": cannot be read" : messages_.front();
+    if (get_form() == DocumentForm::enciphered) {
+        refusal_ += " Its key is another one, or the file is damaged.";
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "input.h"
 #include "parser/parser_file.h"
 #include "read_recorder.h"
 
@@ -16,9 +17,18 @@ class StreamDevice;
 /// How documents are opened: the same for every verb.
 struct OpenOptions {
     std::vector<std::string> search_paths;
+    std::string key; // for what is stored enciphered; empty when there is none
 };
 
-/// A document as the library read it, with all that was found on the way.
+/// What an archive is made of.
+struct ArchiveFacts {
+    unsigned int strings = 0;
+    unsigned int words = 0;
+};
+
+/// A document as the library read it, with all that was found on the way. It may be stored in any form. The version
+/// entry that writing puts into an enciphered document is the version line in another place: it is taken off the
+/// tree, as the line is.
 class Document {
 public:
     /// Reads the file that an argument of the command line names; "-" is standard input.
@@ -30,32 +40,47 @@ public:
     /// What the library says of an include that stopped the reading, and where the directive is.
     const std::vector<std::string>& get_messages() const noexcept { return messages_; }
     const std::optional<Spot>& get_failed_directive() const noexcept { return failed_directive_; }
+    /// Faults of the storage, which have no place in a text: one line each.
+    const std::vector<std::string>& get_damage() const noexcept { return damage_; }
+    bool has_faults() const noexcept { return !faults_.empty() || !damage_.empty(); }
 
     /// As it is called in reports.
-    const std::string& get_name() const noexcept { return name_; }
+    const std::string& get_name() const noexcept { return input_.get_name(); }
+    const Input& get_input() const noexcept { return input_; }
+    DocumentForm get_form() const noexcept { return input_.get_form(); }
+    /// Only of an archive.
+    const ArchiveFacts& get_archive_facts() const noexcept { return archive_facts_; }
     ParserFile& get_file() noexcept { return file_; }
     const ParserFile& get_file() const noexcept { return file_; }
-    const ParserGroup& get_root() const noexcept { return file_.get_root(); }
+    ParserGroup& get_root() const noexcept { return file_.get_root(); }
     const SourceMap& get_sources() const noexcept { return sources_; }
     const std::vector<DocumentFault>& get_faults() const noexcept { return faults_; }
     const OpenOptions& get_options() const noexcept { return options_; }
 
 private:
-    bool find_file(const std::string& argument, StreamDevice& device);
     void read();
+    void read_text();
+    void read_binary();
+    void read_archive();
+    void parse_archive(const CoreString& text);
+    void refuse_text();
     void take_faults(std::vector<DocumentFault>& faults);
 
     OpenOptions options_;
-    std::string name_;
-    std::string path_;
+    Input input_;
     std::string refusal_;
     ParserFile file_;
+    ArchiveFacts archive_facts_;
     SourceMap sources_;
     std::vector<DocumentFault> faults_;
     std::vector<std::string> messages_;
+    std::vector<std::string> damage_;
     std::optional<Spot> failed_directive_;
     bool read_ = false;
 };
+
+/// Takes the version entry off a root group.
+void remove_version_entry(ParserGroup& root);
 
 /// Where the library looks for `name` in a search folder; the empty folder is for the name as it stands.
 std::string candidate_path(std::string_view folder, std::string_view name);

@@ -60,6 +60,12 @@ std::vector<std::string> command_line(int argc, char** argv) {
     return result;
 }
 
+std::string environment_variable(const char* name) {
+    const std::wstring wide(name, name + std::string_view(name).size());
+    const wchar_t* value = _wgetenv(wide.c_str());
+    return value == nullptr ? std::string() : to_utf8(value);
+}
+
 void prepare_streams() {
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
@@ -80,6 +86,11 @@ bool is_closed_pipe(int error) noexcept {
 
 std::vector<std::string> command_line(int argc, char** argv) {
     return {argv + (argc > 0 ? 1 : 0), argv + argc};
+}
+
+std::string environment_variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::string() : value;
 }
 
 void prepare_streams() {

@@ -10,6 +10,9 @@ namespace bkdoc {
 /// The words of the command line after the tool's own name, in UTF-8.
 std::vector<std::string> command_line(int argc, char** argv);
 
+/// The value in UTF-8; empty when the variable is not set.
+std::string environment_variable(const char* name);
+
 /// Lets bytes pass the standard streams untranslated, and makes writing to a closed pipe an error that can
 /// be seen.
 void prepare_streams();

@@ -82,9 +82,21 @@ void write_failed_include(const Document& document, Reporter& reporter, Output& 
     write_places(document, out);
 }
 
+void write_damage(const Document& document, Output& out) {
+    for (const std::string& damage : document.get_damage()) {
+        out.paint(Tone::strong, shown(document.get_name(), message_limit) + ":");
+        out << " ";
+        out.paint(Tone::warning, "warning:");
+        out << " ";
+        out.paint(Tone::strong, damage);
+        out << "\n";
+    }
+}
+
 } // namespace
 
 void report(const Document& document, Output& out) {
+    write_damage(document, out);
     Reporter reporter(document.get_sources(), out);
     for (const DocumentFault& fault : document.get_faults()) {
         if (out.has_failed()) {
@@ -104,7 +116,7 @@ ExitCode reading_result(const Document& document) {
     if (!document.is_read()) {
         return EXIT_UNREADABLE;
     }
-    return document.get_faults().empty() ? EXIT_CLEAN : EXIT_FAULTS;
+    return document.has_faults() ? EXIT_FAULTS : EXIT_CLEAN;
 }
 
 ExitCode report_aside(const Document& document, Streams& streams) {

@@ -38,6 +38,11 @@ bool same_scalar(const ParserEntry& a, const ParserEntry& b, unsigned int i) {
     }
 }
 
+bool is_number(ParserValue::Type type) noexcept {
+    return type == ParserValue::TYPE_CHAR || type == ParserValue::TYPE_INT ||
+           type == ParserValue::TYPE_DOUBLE;
+}
+
 /// A pair of groups that are compared, and how far.
 struct Pair {
     const ParserGroup* first;
@@ -52,7 +57,9 @@ const ParserEntry& entry_of(const ParserGroup& group, unsigned int i) {
 
 class Comparison {
 public:
-    Comparison(const ParserGroup& first, const ParserGroup& second) { pairs_.push_back({&first, &second}); }
+    Comparison(const ParserGroup& first, const ParserGroup& second, Likeness likeness) : likeness_(likeness) {
+        pairs_.push_back({&first, &second});
+    }
 
     std::optional<Difference> run() {
         while (!pairs_.empty() && !difference_) {
@@ -85,6 +92,8 @@ private:
     bool same_heads(const Pair& pair, const ParserEntry& a, const ParserEntry& b) {
         if (a.get_name() != b.get_name()) {
             report_entry(pair);
+        } else if (likeness_ == Likeness::content) {
+            return true;
         } else if (shown_kind_of(a) != shown_kind_of(b)) {
             report("kind", shown_kind_of(a), shown_kind_of(b));
         } else if (a.get_template() != b.get_template()) {
@@ -100,6 +109,9 @@ private:
         while (pair.value < count) {
             const unsigned int i = pair.value++;
             if (a.get_value_type(i) != b.get_value_type(i)) {
+                if (are_same_number(a, b, i)) {
+                    continue;
+                }
                 report_value(a, b, i);
                 return;
             }
@@ -118,6 +130,11 @@ private:
         }
         ++pair.entry;
         pair.value = 0;
+    }
+
+    bool are_same_number(const ParserEntry& a, const ParserEntry& b, unsigned int i) const {
+        return likeness_ == Likeness::content && is_number(a.get_value_type(i)) &&
+               is_number(b.get_value_type(i)) && a.get_double(i) == b.get_double(i);
     }
 
     static std::string shown_kind_of(const ParserEntry& entry) {
@@ -190,14 +207,16 @@ private:
         return shown(name.get_view(), 60) + (namesakes == 0 ? "" : ":" + std::to_string(namesakes + 1));
     }
 
+    Likeness likeness_;
     std::vector<Pair> pairs_;
     std::optional<Difference> difference_;
 };
 
 } // namespace
 
-std::optional<Difference> find_difference(const ParserGroup& first, const ParserGroup& second) {
-    return Comparison(first, second).run();
+std::optional<Difference> find_difference(const ParserGroup& first, const ParserGroup& second,
+                                          Likeness likeness) {
+    return Comparison(first, second, likeness).run();
 }
 
 } // namespace bkdoc

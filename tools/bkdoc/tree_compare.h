@@ -15,8 +15,12 @@ struct Difference {
     std::string second; // what the second has
 };
 
-/// The first difference in document order; nothing when the trees are equal. Names, kinds, templates, array
-/// counts and values count; a number counts by its value, not by its spelling. Any depth will do.
-std::optional<Difference> find_difference(const ParserGroup& first, const ParserGroup& second);
+/// What counts. Everything: names, kinds, templates, array counts, and values with their types; a number by its value,
+/// not by its spelling. The content: names and values, a number whatever its type.
+enum class Likeness { everything, content };
+
+/// The first difference in document order; nothing when the trees are equal. Any depth will do.
+std::optional<Difference> find_difference(const ParserGroup& first, const ParserGroup& second,
+                                          Likeness likeness);
 
 } // namespace bkdoc

@@ -12,7 +12,7 @@ constexpr const char* version_name = "#Brellwick_Serial_Version";
 // says it.
 void write_compact(Document& document, Output& out) {
     ParserGroup& root = document.get_file().get_root();
-    root.remove_entry(CoreString(version_name));
+    remove_version_entry(root);
     CoreString text(version_name);
     text += " ";
     text += default_parser_serial_version.get_value();

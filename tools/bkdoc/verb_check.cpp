@@ -15,7 +15,8 @@ ExitCode check_file(const std::string& file, const CheckOptions& options, Stream
         complain(streams, document.get_refusal());
     }
     report(document, streams.out);
-    fault_count += document.get_faults().size() + (document.get_failed_directive() ? 1 : 0);
+    fault_count += document.get_faults().size() + document.get_damage().size() +
+                   (document.get_failed_directive() ? 1 : 0);
     return reading_result(document);
 }
 

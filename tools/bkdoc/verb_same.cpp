@@ -37,12 +37,15 @@ ExitCode run_same(const SameOptions& options, Streams& streams, StreamDevice& de
     }
     const std::string first_name = shown(first.get_name(), name_limit);
     const std::string second_name = shown(second.get_name(), name_limit);
-    const std::optional<Difference> difference = find_difference(first.get_root(), second.get_root());
+    const Likeness likeness = options.content ? Likeness::content : Likeness::everything;
+    const std::optional<Difference> difference =
+        find_difference(first.get_root(), second.get_root(), likeness);
     if (difference) {
         write_difference(*difference, first_name, second_name, streams.out);
         return EXIT_FAULTS;
     }
-    streams.out << first_name << " and " << second_name << " hold the same tree\n";
+    streams.out << first_name << " and " << second_name << " hold the same "
+                << (options.content ? "names and values" : "tree") << "\n";
     return EXIT_CLEAN;
 }
 
