@@ -16,6 +16,7 @@ public:
     /// Throws std::bad_alloc when memory has run out. Amortised constant time.
     [[nodiscard]] static void* allocate(std::size_t size);
 
-    /// Gives back a block; `size` must be the size that it was taken with. Null is legal.
+    /// Gives back a block; `size` is the size that it was taken with, or that of an object at its beginning when
+    /// both are at most `largest_slab_block`. Null is legal.
     static void release(void* block, std::size_t size) noexcept;
 };

@@ -188,8 +188,9 @@ BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
     if (level.group == nullptr) {
         return Step::done;
     }
+    const auto count = static_cast<unsigned int>(pending_.size() - level.first_value);
     std::unique_ptr<ParserEntry> entry(
-        EntryAccess::make(level.name, ParserEntry::TYPE_ENTRY, 0, 0, ParserEntry::not_an_array));
+        EntryAccess::make({.name = level.name}, count, text_need_from(level.first_value)));
     fill_values(EntryAccess::values(*entry), level.first_value);
     entries_.push_back(entry.get());
     static_cast<void>(entry.release());
@@ -244,22 +245,26 @@ BinaryDecoder::PendingValue BinaryDecoder::take_scalar(ParserValue::Type type) {
     return pending;
 }
 
-/// Puts the values from `first` on side by side into an empty list.
+std::size_t BinaryDecoder::text_need_from(std::size_t first) const noexcept {
+    std::size_t text_size = 0;
+    for (std::size_t i = first; i < pending_.size(); ++i) {
+        text_size += text_need(pending_[i]);
+    }
+    return text_size;
+}
+
+/// Puts the values from `first` on into the room that an empty list has for them.
 void BinaryDecoder::fill_values(ParserValueList& values, std::size_t first) {
     const auto count = static_cast<unsigned int>(pending_.size() - first);
     if (count == 0) {
         return;
     }
-    std::size_t text_size = 0;
     bool is_plain = true;
-    for (std::size_t i = first; i < pending_.size(); ++i) {
-        text_size += text_need(pending_[i]);
-        is_plain = is_plain && keeps_nothing_outside(pending_[i].type);
-    }
-    values.make_room(count, text_size);
     char* text = values.text_room();
     for (unsigned int i = 0; i < count; ++i) {
-        make_value(values.room() + i, pending_[first + i], text);
+        PendingValue& pending = pending_[first + i];
+        is_plain = is_plain && keeps_nothing_outside(pending.type);
+        make_value(values.room() + i, pending, text);
         values.set_count(i + 1);
     }
     if (is_plain) {
@@ -271,6 +276,9 @@ void BinaryDecoder::fill_values(ParserValueList& values, std::size_t first) {
 /// Adds all values to a list that may hold some.
 void BinaryDecoder::append_values(ParserValueList& values) {
     ParserValueList made;
+    if (!pending_.empty()) {
+        made.make_room(static_cast<unsigned int>(pending_.size()), text_need_from(0));
+    }
     fill_values(made, 0);
     if (values.get_count() == 0) {
         values.swap(made);

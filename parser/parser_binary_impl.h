@@ -125,6 +125,7 @@ private:
     bool take_tag(ParserValue::Type& type) noexcept;
     PendingValue take_scalar(ParserValue::Type type);
 
+    std::size_t text_need_from(std::size_t first) const noexcept;
     void fill_values(ParserValueList& values, std::size_t first);
     void append_values(ParserValueList& values);
     static ParserValue* make_value(void* place, PendingValue& pending, char*& text);

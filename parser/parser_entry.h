@@ -11,7 +11,8 @@ class ParserGroup;
 class ParserWord;
 namespace bk {
 class EntryAccess;
-}
+struct EntryFields;
+} // namespace bk
 
 /// One named line of a document: a name, a kind, an optional template name, an optional array mark, the place
 /// where it was read, and an ordered list of values, which the entry owns.
@@ -161,9 +162,7 @@ private:
         unsigned int other_owners = 0; // lists that hold the entry beside the first
     };
 
-    ParserEntry(std::string_view name, Type type, core_ulong line, core_ulong column,
-                unsigned int array_count)
-        : name_(name), line_(line), column_(column), array_count_(array_count), type_(type) {}
+    explicit ParserEntry(const bk::EntryFields& fields) noexcept;
 
     Rare& make_rare();
     void copy_fields(const ParserEntry& other);

@@ -5,13 +5,21 @@
 
 namespace bk {
 
+/// What an entry is made with.
+struct EntryFields {
+    std::string_view name;
+    ParserEntry::Type type = ParserEntry::TYPE_ENTRY;
+    core_ulong line = 0;
+    core_ulong column = 0;
+    unsigned int array_count = ParserEntry::not_an_array;
+};
+
 /// What the library's other parts see of an entry.
 class EntryAccess {
 public:
-    static ParserEntry* make(std::string_view name, ParserEntry::Type type, core_ulong line,
-                             core_ulong column, unsigned int array_count) {
-        return new ParserEntry(name, type, line, column, array_count);
-    }
+    /// A new entry whose list has room for `count` values and `text_size` bytes of their text. If it is small enough,
+    /// all of it, a long name too, is one block.
+    static ParserEntry* make(const EntryFields& fields, unsigned int count, std::size_t text_size);
     static ParserValueList& values(const ParserEntry& entry) noexcept { return entry.values_; }
     static const ParserValue& value(const ParserEntry& entry, unsigned int i) noexcept {
         return entry.values_[i];

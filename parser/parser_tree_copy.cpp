@@ -8,26 +8,39 @@
 
 namespace bk {
 
+namespace {
+
+std::size_t text_need(const ParserValueList& values) noexcept {
+    std::size_t text_size = 0;
+    for (unsigned int i = 0; i < values.get_count(); ++i) {
+        text_size += ValueAccess::text_need(values[i]);
+    }
+    return text_size;
+}
+
+} // namespace
+
 ParserEntry* TreeCopier::copy_entry(const ParserEntry& entry) {
-    auto copied = std::make_unique<ParserEntry>(entry.get_name(), entry.get_type(), entry.get_line(),
-                                                entry.get_column());
-    EntryAccess::copy_fields(*copied, entry);
-    copy_values(EntryAccess::values(entry), EntryAccess::values(*copied));
+    const ParserValueList& values = EntryAccess::values(entry);
+    const EntryFields fields{entry.get_name().get_view(), entry.get_type(), entry.get_line(),
+                             entry.get_column(), entry.get_array_count()};
+    std::unique_ptr<ParserEntry> copied(EntryAccess::make(fields, values.get_count(), text_need(values)));
+    copied->set_template(entry.get_template());
+    fill_values(values, EntryAccess::values(*copied));
     return copied.release();
 }
 
 void TreeCopier::copy_values(const ParserValueList& from, ParserValueList& to) {
-    const unsigned int count = from.get_count();
-    if (count == 0) {
-        return;
+    if (from.get_count() != 0) {
+        to.make_room(from.get_count(), text_need(from));
+        fill_values(from, to);
     }
-    std::size_t text_size = 0;
-    for (unsigned int i = 0; i < count; ++i) {
-        text_size += ValueAccess::text_need(from[i]);
-    }
-    to.make_room(count, text_size);
-    char* text = to.text_room();
-    for (unsigned int i = 0; i < count; ++i) {
+}
+
+/// Into the room that the list has for them.
+void TreeCopier::fill_values(const ParserValueList& from, ParserValueList& to) {
+    char* text = from.get_count() == 0 ? nullptr : to.text_room();
+    for (unsigned int i = 0; i < from.get_count(); ++i) {
         ParserGroup* made = nullptr;
         if (const ParserGroup* group = ValueAccess::group(from[i])) {
             made = new ParserGroup(group->get_name());

@@ -17,6 +17,8 @@ public:
     void finish();
 
 private:
+    void fill_values(const ParserValueList& from, ParserValueList& to);
+
     struct Nested {
         const ParserGroup* from;
         ParserGroup* to;

@@ -99,28 +99,27 @@ void TreeSink::finish_entry() {
 
 ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
     has_entry_ = false;
-    std::unique_ptr<ParserEntry> made(
-        EntryAccess::make(head_.name, type_, token_.line, token_.column, head_.array_count));
+    const auto count = static_cast<unsigned int>(values_.size()) + extra_values;
+    std::unique_ptr<ParserEntry> made(EntryAccess::make(
+        {head_.name, type_, token_.line, token_.column, head_.array_count}, count, text_size_));
     entries_.push_back(made.get());
     ParserEntry* const entry = made.release();
     if (!head_.template_name.empty()) {
         entry->set_template(CoreString(head_.template_name));
     }
-    make_values(EntryAccess::values(*entry), extra_values);
+    if (!values_.empty()) {
+        fill_values(EntryAccess::values(*entry), extra_values == 0);
+    }
     values_.clear();
     text_size_ = 0;
     return entry;
 }
 
-void TreeSink::make_values(ParserValueList& values, unsigned int extra_values) const {
-    const auto count = static_cast<unsigned int>(values_.size());
-    if (count + extra_values == 0) {
-        return;
-    }
-    values.make_room(count + extra_values, text_size_);
+/// Puts the values into the room that the list has for them.
+void TreeSink::fill_values(ParserValueList& values, bool are_all) const {
     ParserValue* place = values.room();
     char* text = values.text_room();
-    bool is_plain = extra_values == 0;
+    bool is_plain = are_all;
     for (const PendingValue& value : values_) {
         if (value.has_escapes) {
             ValueAccess::make_escaped_string(place, value.text(), text);

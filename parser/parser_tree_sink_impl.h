@@ -44,7 +44,7 @@ private:
     CoreString shown_word(std::string_view word) const;
     void finish_entry();
     ParserEntry* make_entry(unsigned int extra_values);
-    void make_values(ParserValueList& values, unsigned int extra_values) const;
+    void fill_values(ParserValueList& values, bool are_all) const;
     void attach_entries();
 
     bool has_escapes_;

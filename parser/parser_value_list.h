@@ -9,7 +9,7 @@ struct ParserValue;
 /// The values of one entry, in order. Used by ParserEntry alone.
 ///
 /// As a rule the values stand side by side in one block, followed by the spellings of those that were read from
-/// text: one block an entry. Only after a shallow assignment, when two entries list the same values, each
+/// text. Only after a shallow assignment, when two entries list the same values, each
 /// value gets a cell of its own that counts the lists it is in, and the list holds the cells.
 class ParserValueList {
 public:
@@ -27,6 +27,9 @@ public:
     /// in the room, in order, by whoever asked for it, and counted by set_count. As long as none of them keeps anything
     /// outside this room, `keep_plain` spares the list their destruction.
     void make_room(unsigned int count, std::size_t text_size);
+    /// The same in a place of room_size bytes that the list does not give back.
+    void take_room(void* place, unsigned int count, std::size_t text_size) noexcept;
+    static std::size_t room_size(unsigned int count, std::size_t text_size);
     ParserValue* room() const noexcept;
     char* text_room() const noexcept;
     void set_count(unsigned int count) noexcept { count_ = count; }

@@ -9,28 +9,32 @@
 #include <stdexcept>
 
 /// The block that holds the values: this head, then room for `capacity` values, then the text area. After a split
-/// into cells: the head, then room for `capacity` pointers.
+/// into cells: the head, then room for `capacity` pointers. The block of a parsed entry stands right behind the entry.
 struct ParserValueList::Block {
     static constexpr std::uint64_t max_capacity = (std::uint64_t{1} << 30) - 1;
-    static constexpr std::uint64_t max_text_size = (std::uint64_t{1} << 33) - 1;
+    static constexpr std::uint64_t max_text_size = (std::uint64_t{1} << 32) - 1;
 
     std::uint64_t capacity : 30;
-    std::uint64_t text_size : 33;
-    std::uint64_t is_plain : 1; // no value keeps anything outside this block
+    std::uint64_t text_size : 32;
+    std::uint64_t is_plain : 1;    // no value keeps anything outside this block
+    std::uint64_t is_embedded : 1; // a part of the entry's own block, which is given back with the entry
 
     ParserValue* values() noexcept { return reinterpret_cast<ParserValue*>(this + 1); }
     Cell** cells() noexcept { return reinterpret_cast<Cell**>(this + 1); }
     char* text() noexcept { return reinterpret_cast<char*>(values() + capacity); }
 
-    static Block* make(std::uint64_t capacity, std::size_t slot_size, std::uint64_t text_size) {
+    static std::size_t byte_size(std::uint64_t capacity, std::size_t slot_size, std::uint64_t text_size) {
         if (capacity > max_capacity || text_size > max_text_size) {
             throw std::length_error("ParserEntry: too many values");
         }
-        void* place = CoreMemory::allocate(sizeof(Block) + capacity * slot_size + text_size);
-        return new (place) Block{capacity & max_capacity, text_size & max_text_size, 0};
+        return sizeof(Block) + capacity * slot_size + text_size;
+    }
+    static Block* make(std::uint64_t capacity, std::size_t slot_size, std::uint64_t text_size) {
+        void* const place = CoreMemory::allocate(byte_size(capacity, slot_size, text_size));
+        return new (place) Block{capacity & max_capacity, text_size & max_text_size, 0, 0};
     }
     static void destroy(Block* block, std::size_t slot_size) noexcept {
-        if (block != nullptr) {
+        if (block != nullptr && !block->is_embedded) {
             CoreMemory::release(block, sizeof(Block) + block->capacity * slot_size + block->text_size);
         }
     }
@@ -52,6 +56,14 @@ inline ParserValue& ParserValueList::at(unsigned int i) const noexcept {
 
 inline void ParserValueList::make_room(unsigned int count, std::size_t text_size) {
     storage_ = Block::make(count, sizeof(ParserValue), text_size);
+}
+
+inline std::size_t ParserValueList::room_size(unsigned int count, std::size_t text_size) {
+    return Block::byte_size(count, sizeof(ParserValue), text_size);
+}
+
+inline void ParserValueList::take_room(void* place, unsigned int count, std::size_t text_size) noexcept {
+    storage_ = new (place) Block{count & Block::max_capacity, text_size & Block::max_text_size, 0, 1};
 }
 
 inline ParserValue* ParserValueList::room() const noexcept {

@@ -1,4 +1,5 @@
 #include "core/core_event.h"
+#include "parser/parser_file.h"
 
 #include "tests/support/plain_text.h"
 
@@ -60,6 +61,11 @@ unsigned int registered_by_tests = 0;
 bool register_new(unsigned int hash, const char* name) {
     ++registered_by_tests;
     return event_debug_collisions(hash, CoreString(name));
+}
+
+// Names are registered where the parser is loaded; a program linked with the static library takes it in by any use.
+TEST(core_event, the_default_serial_version_is_set_when_the_library_is_loaded) {
+    EXPECT_EQ(default_parser_serial_version.get_value(), 1.2);
 }
 
 TEST(core_event, the_thirty_names_of_the_host_are_registered_with_their_hashes) {

@@ -24,6 +24,9 @@ struct OpenOptions {
 struct ArchiveFacts {
     unsigned int strings = 0;
     unsigned int words = 0;
+
+    /// The bytes that the number of a string takes.
+    unsigned int index_width() const noexcept { return strings < 256 ? 1 : strings < 65536 ? 2 : 4; }
 };
 
 /// A document as the library read it, with all that was found on the way. It may be stored in any form. The version

@@ -51,7 +51,8 @@ void Document::read_archive() {
     } else {
         archive_facts_ = {archive.strings.get_count(), archive.indices.get_count()};
         if (nameless != 0) {
-            damage_.push_back(counted(nameless, "word is", "words are") + " left out: no string has the number");
+            damage_.push_back(counted(nameless, "word is", "words are") +
+                              " left out: no string has the number");
         }
         parse_archive(text);
     }
@@ -59,8 +60,9 @@ void Document::read_archive() {
 
 // The library parses the same words with ParserImpl::group_set_archive, but tells no places.
 void Document::parse_archive(const CoreString& text) {
-    ReadRecorder recorder(
-        [this](const CoreString&, const CoreString&) { return SourceName{get_name(), {}}; });
+    ReadRecorder recorder([this](const CoreString&, const CoreString&) {
+        return SourceName{get_name(), {}};
+    });
     const CoreString path{std::string_view(input_.get_path())};
     recorder.file_entered(path, path, text);
     recorder.piece_copied(0, text.get_length(), 0);

@@ -31,6 +31,9 @@ bool is_usable(const std::string& key) {
 } // namespace
 
 std::optional<std::string> find_key(const KeySource& source, std::string& key) {
+    if (source.key && source.file) {
+        return "--key and --key-file are both given";
+    }
     if (source.key) {
         key = *source.key;
         return is_usable(key) ? std::nullopt : std::optional<std::string>("--key: the key is empty");

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <string_view>
 
 #if defined(_WIN32)
@@ -30,6 +31,10 @@ bool is_set(const char* variable) {
 bool is_dumb_terminal() {
     const char* kind = std::getenv("TERM");
     return kind != nullptr && std::string_view(kind) == "dumb";
+}
+
+std::filesystem::path utf8_path(const std::string& path) {
+    return std::filesystem::path(std::u8string(path.begin(), path.end()));
 }
 
 #if defined(_WIN32)
@@ -109,6 +114,11 @@ bool is_closed_pipe(int error) noexcept {
 
 bool takes_colours(std::FILE* stream) {
     return is_terminal(stream) && !is_set("NO_COLOR") && !is_dumb_terminal();
+}
+
+bool are_same_file(const std::string& first, const std::string& second) {
+    std::error_code error;
+    return std::filesystem::equivalent(utf8_path(first), utf8_path(second), error) && !error;
 }
 
 } // namespace bkdoc

@@ -23,6 +23,9 @@ bool takes_colours(std::FILE* stream);
 /// Whether the stream is a terminal.
 bool is_terminal(std::FILE* stream);
 
+/// Whether two paths, in UTF-8, lead to one file that is there.
+bool are_same_file(const std::string& first, const std::string& second);
+
 /// Whether the failure of a write, given by its errno, only says that the reader has had enough.
 bool is_closed_pipe(int error) noexcept;
 

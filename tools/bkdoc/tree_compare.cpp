@@ -158,11 +158,19 @@ private:
         return entry.is_array() ? "[" + std::to_string(entry.get_array_count()) + "]" : "no array";
     }
 
+    // A spelling outside the range of ints gives the nearest limit.
+    static bool is_beyond_int(const ParserEntry& entry, unsigned int i) {
+        return entry.get_value_type(i) == ParserValue::TYPE_INT &&
+               entry.get_double(i) != static_cast<double>(entry.get_word(i));
+    }
+
     static std::string value_text(const ParserEntry& entry, unsigned int i) {
         if (i >= entry.get_value_count()) {
             return std::string(nothing);
         }
-        return std::string(type_word(entry.get_value_type(i))) + " " + shown_value(entry, i);
+        const std::string text =
+            std::string(type_word(entry.get_value_type(i))) + " " + shown_value(entry, i);
+        return is_beyond_int(entry, i) ? text + ", taken for " + std::to_string(entry.get_int(i)) : text;
     }
 
     static std::string entry_text(const ParserGroup& group, unsigned int i) {

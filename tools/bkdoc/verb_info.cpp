@@ -126,6 +126,37 @@ void write_sizes(const SourceMap& sources, InfoWriter& writer) {
     writer.write("lines", grouped(lines));
 }
 
+std::string stored_size(const Document& document) {
+    return counted(static_cast<unsigned long long>(document.get_input().get_size()), "byte", "bytes");
+}
+
+void write_archive(const Document& document, InfoWriter& writer) {
+    const ArchiveFacts& facts = document.get_archive_facts();
+    writer.write("size", stored_size(document));
+    writer.write("strings", grouped(facts.strings));
+    writer.write("words", grouped(facts.words) + ", each the number of a string in " +
+                              counted(facts.index_width(), "byte", "bytes"));
+}
+
+void write_form(const Document& document, InfoWriter& writer) {
+    writer.write("form", form_word(document.get_form()));
+    switch (document.get_form()) {
+    case DocumentForm::binary:
+        writer.write("size", stored_size(document));
+        break;
+    case DocumentForm::archive:
+        write_archive(document, writer);
+        break;
+    case DocumentForm::enciphered:
+        writer.write("stored", stored_size(document));
+        [[fallthrough]];
+    case DocumentForm::text:
+        writer.write("version", version_text(document));
+        write_sizes(document.get_sources(), writer);
+        break;
+    }
+}
+
 void write_counts(const Counts& counts, InfoWriter& writer) {
     writer.write("entries", sum_of(counts.entries) + entry_kinds_of(counts));
     writer.write("templates", grouped(counts.templates));
@@ -169,10 +200,9 @@ ExitCode run_info(const InfoOptions& options, Streams& streams, StreamDevice& de
     }
     InfoWriter writer(streams.out);
     writer.write("document", shown(document.get_name(), name_limit));
-    writer.write("version", version_text(document));
-    write_sizes(document.get_sources(), writer);
+    write_form(document, writer);
     write_counts(count_tree(document.get_root()), writer);
-    writer.write("faults", grouped(document.get_faults().size()));
+    writer.write("faults", grouped(document.get_faults().size() + document.get_damage().size()));
     write_dependencies(document, streams.out, writer);
     return result;
 }

@@ -160,11 +160,20 @@ private:
     std::vector<Columns> columns_;
 };
 
-void write_heading(const Document& document, Output& out) {
+// Of the version of a form that stores none, the form itself is told.
+std::string storage_text(const Document& document) {
+    if (document.get_form() == DocumentForm::binary || document.get_form() == DocumentForm::archive) {
+        return std::string(form_word(document.get_form()));
+    }
     CoreString version;
     version += document.get_file().get_serial_version().get_value();
+    const bool is_text = document.get_form() == DocumentForm::text;
+    return (is_text ? "version " : "enciphered, version ") + std::string(version.get_view());
+}
+
+void write_heading(const Document& document, Output& out) {
     out.paint(Tone::strong, shown(document.get_name(), values_width));
-    out.paint(Tone::dim, "  version " + std::string(version.get_view()) + ", " +
+    out.paint(Tone::dim, "  " + storage_text(document) + ", " +
                              counted(document.get_root().get_entries().get_count(), "entry", "entries"));
     out << "\n";
 }

@@ -47,9 +47,28 @@ struct SameOptions {
     OpenOptions open;
     std::string first;
     std::string second;
+    bool content = false;
 };
 /// Says whether two documents hold the same tree, else where they differ first. Where an entry stood in its
-/// file does not count, nor how a number was spelled.
+/// file does not count, nor how a number was spelled. With `content`, only names and values count.
 ExitCode run_same(const SameOptions& options, Streams& streams, StreamDevice& device);
+
+struct ConvertOptions {
+    OpenOptions open;
+    std::string file;
+    std::string target; // "-" is standard output
+    DocumentForm form = DocumentForm::text;
+    bool lossy = false;
+};
+/// Stores the document in another form. What was made is read back and compared before it takes the target's name;
+/// a target that cannot be written, or would hold something else, stays as it was.
+ExitCode run_convert(const ConvertOptions& options, Streams& streams, StreamDevice& device);
+
+struct DumpOptions {
+    OpenOptions open;
+    std::string file;
+};
+/// Writes what each byte of a binary, enciphered or archive file means, up to the first that cannot be explained.
+ExitCode run_dump(const DumpOptions& options, Streams& streams, StreamDevice& device);
 
 } // namespace bkdoc

@@ -1,0 +1,46 @@
+#include "core/core_copy_impl.h"
+#include "core/core_memory.h"
+#include "parser/parser_entry_impl.h"
+
+#include <memory>
+
+ParserEntry::ParserEntry(const bk::EntryFields& fields) noexcept
+    : line_(fields.line), column_(fields.column), array_count_(fields.array_count), type_(fields.type) {}
+
+namespace bk {
+
+namespace {
+
+/// A name that is too long to stand inside its string has its text, and a NUL, behind the values.
+std::size_t name_need(std::string_view name) noexcept {
+    return name.size() <= CoreString::inline_capacity ? 0 : name.size() + 1;
+}
+
+} // namespace
+
+ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, std::size_t text_size) {
+    const std::size_t values_size = count == 0 ? 0 : ParserValueList::room_size(count, text_size);
+    const std::size_t size = sizeof(ParserEntry) + values_size + name_need(fields.name);
+    if (size > CoreMemory::largest_slab_block) {
+        std::unique_ptr<ParserEntry> entry(new ParserEntry(fields));
+        entry->name_ = CoreString(fields.name);
+        entry->values_.make_room(count, text_size);
+        return entry.release();
+    }
+    char* const block = static_cast<char*>(CoreMemory::allocate(size));
+    auto* const entry = new (block) ParserEntry(fields);
+    if (count != 0) {
+        entry->values_.take_room(block + sizeof(ParserEntry), count, text_size);
+    }
+    const char* name = fields.name.data();
+    if (name_need(fields.name) != 0) {
+        char* const behind_values = block + sizeof(ParserEntry) + values_size;
+        copy_text(behind_values, name, fields.name.size());
+        behind_values[fields.name.size()] = '\0';
+        name = behind_values;
+    }
+    entry->name_.set_borrowed(name, static_cast<unsigned int>(fields.name.size()));
+    return entry;
+}
+
+} // namespace bk
