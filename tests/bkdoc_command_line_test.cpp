@@ -6,7 +6,19 @@
 
 namespace {
 
-const std::vector<std::string> verbs = {"check", "cat", "tree", "info", "same"};
+const std::vector<std::string> verbs = {"check", "cat", "tree", "info", "same", "convert", "dump"};
+
+/// What each verb needs, with `file` for its first file.
+std::vector<std::string> complete(const std::string& verb, const std::string& file) {
+    std::vector<std::string> arguments = {verb, file};
+    if (verb == "same" || verb == "convert") {
+        arguments.emplace_back("-");
+    }
+    if (verb == "convert") {
+        arguments.insert(arguments.end(), {"--to", "text"});
+    }
+    return arguments;
+}
 
 bool is_one_line(const std::string& text) {
     return std::count(text.begin(), text.end(), '\n') == 1 && text.ends_with('\n');
@@ -33,7 +45,9 @@ TEST(bkdoc_command_line, every_verb_has_help_and_the_version) {
     for (const std::string& verb : verbs) {
         const BkdocRun help = run_bkdoc({verb, "--help"});
         EXPECT_EQ(help.code, 0);
-        EXPECT_NE(help.out.find("-I DIR"), std::string::npos) << help.out;
+        EXPECT_EQ(help.out.find("-I DIR") == std::string::npos, verb == "dump") << help.out;
+        EXPECT_NE(help.out.find("--key KEY"), std::string::npos) << help.out;
+        EXPECT_NE(help.out.find("BKDOC_KEY"), std::string::npos) << help.out;
         EXPECT_NE(help.out.find("Exit code: 0"), std::string::npos) << help.out;
         EXPECT_EQ(run_bkdoc({verb, "--version"}).out, run_bkdoc({"--version"}).out);
     }
@@ -54,15 +68,16 @@ TEST(bkdoc_command_line, what_is_missing_or_too_much_is_refused) {
     expect_refusal({"tree", "--depth", "many", "a.bkd"});
     expect_refusal({"tree", "--colour", "a.bkd"});
     expect_refusal({"check", "-I"});
+    expect_refusal({"convert", "a.bkd", "--to", "text"});
+    expect_refusal({"convert", "a.bkd", "b.bkd"});
+    expect_refusal({"convert", "a.bkd", "b.bkd", "--to", "paper"});
+    expect_refusal({"dump"});
+    expect_refusal({"dump", "a.bkd", "b.bkd"});
 }
 
 TEST(bkdoc_command_line, a_file_that_is_not_there_is_refused_by_every_verb) {
     for (const std::string& verb : verbs) {
-        std::vector<std::string> arguments = {verb, "no_such_file.bkd"};
-        if (verb == "same") {
-            arguments.push_back("-");
-        }
-        const BkdocRun run = run_bkdoc(arguments, "a 1\n");
+        const BkdocRun run = run_bkdoc(complete(verb, "no_such_file.bkd"), "a 1\n");
         EXPECT_EQ(run.code, 2) << verb;
         EXPECT_EQ(run.out, "") << verb;
         EXPECT_EQ(run.err, "bkdoc: no_such_file.bkd: no such file\n") << verb;

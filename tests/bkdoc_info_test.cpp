@@ -18,6 +18,7 @@ TEST(bkdoc_info, a_document_is_counted) {
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.err, "");
     EXPECT_EQ(run.out, "document      " + top + "\n" +
+                           "form          text\n"
                            "version       1.2\n"
                            "files         2\n"
                            "size          166 bytes, 107 bytes after includes and comments\n"

@@ -1,3 +1,4 @@
+#include "core/core_log.h"
 #include "parser/parser_file.h"
 #include "tests/support/archive_form.h"
 #include "tests/support/binary_form.h"
@@ -38,7 +39,7 @@ private:
 
 /// Reads documents of every form, sees to what must hold whatever is in them, and counts those that were accepted.
 class HostileForms : public testing::Test {
-protected:
+public:
     using Take = void (HostileForms::*)(std::string_view);
 
     void take(Take form, std::string_view bytes) {

@@ -15,7 +15,8 @@ constexpr std::size_t preview_width = 72; // characters
 void preview(std::string_view text, ByteMapWriter& map) {
     for (std::size_t i = 0; i < preview_lines && !text.empty(); ++i) {
         const std::size_t end = text.find('\n');
-        map.remark("| " + shown(text.substr(0, end), preview_width));
+        const std::string_view line = text.substr(0, end);
+        map.remark(line.empty() ? "|" : "| " + shown(line, preview_width));
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     if (!text.empty()) {

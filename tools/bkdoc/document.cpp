@@ -99,7 +99,7 @@ void Document::read_text() {
 void Document::refuse_text() {
     refusal_ = messages_.empty() ? get_name() + ": cannot be read" : messages_.front();
     if (get_form() == DocumentForm::enciphered) {
-        refusal_ += " Its key is another one, or the file is damaged.";
+        refusal_ += " The key is another one, or the file is damaged.";
     }
 }
 
