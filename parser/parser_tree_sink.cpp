@@ -6,6 +6,7 @@
 #include "parser/parser_group_impl.h"
 #include "parser/parser_value_impl.h"
 
+#include <exception>
 #include <memory>
 
 namespace bk {
@@ -16,9 +17,15 @@ TreeSink::TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* obse
 }
 
 TreeSink::~TreeSink() {
-    finish_entry();
-    while (!groups_.empty()) {
-        attach_entries();
+    try {
+        finish_entry();
+        while (!groups_.empty()) {
+            attach_entries();
+        }
+    } catch (const std::exception&) { // memory has run out: the tree keeps what it has
+        for (ParserEntry* entry : entries_) {
+            delete entry;
+        }
     }
 }
 
@@ -141,11 +148,11 @@ void TreeSink::fill_values(ParserValueList& values, bool are_all) const {
     }
 }
 void TreeSink::attach_entries() {
-    const OpenGroup open = groups_.back();
-    groups_.pop_back();
+    const OpenGroup& open = groups_.back();
     GroupAccess::append(*open.group, entries_.data() + open.first_entry,
                         static_cast<unsigned int>(entries_.size() - open.first_entry));
     entries_.resize(open.first_entry);
+    groups_.pop_back();
 }
 
 } // namespace bk

@@ -103,7 +103,7 @@ TEST(bkdoc_dump, groups_are_indented_and_come_back) {
 
 TEST(bkdoc_dump, what_the_library_writes_is_explained_in_every_form) {
     const ScratchFolder folder;
-    for (const std::string form : {"binary", "cipher", "archive"}) {
+    for (const char* form : {"binary", "cipher", "archive"}) {
         const std::string file =
             write_in_form(folder, form, "a { b 1 c \"x\" 0x01FF00010000 } d(yes) e <empty>");
         const BkdocRun run = run_with_key({"dump", file});

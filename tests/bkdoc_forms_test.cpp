@@ -262,7 +262,7 @@ TEST(bkdoc_forms, an_enciphered_file_that_ends_early_is_refused) {
     const ScratchFolder folder;
     write_in_form(folder, "cipher", document);
     const std::string whole = folder.read("cipher.bkd");
-    for (std::size_t size = form_size + 1; size < whole.size(); ++size) {
+    for (std::size_t size = form_size; size < whole.size(); ++size) {
         const BkdocRun run = run_with_key({"check", folder.write("cut.bkd", whole.substr(0, size))});
         ASSERT_EQ(run.code, 2) << size << run.out;
         ASSERT_EQ(lines_of(run.err), 1u) << size << run.err;

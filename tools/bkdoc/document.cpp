@@ -61,8 +61,8 @@ void Document::read() {
         read_archive();
         break;
     case DocumentForm::enciphered:
-        if (options_.key.empty()) {
-            refusal_ = get_name() + ": is enciphered; its key is given by --key, --key-file or BKDOC_KEY";
+        refusal_ = why_not_deciphered();
+        if (!refusal_.empty()) {
             return;
         }
         read_text();
@@ -74,6 +74,15 @@ void Document::read() {
     if (read_) {
         remove_version_entry(file_.get_root());
     }
+}
+
+// The library takes the mark alone for a text.
+std::string Document::why_not_deciphered() const {
+    if (options_.key.empty()) {
+        return get_name() + ": is enciphered; its key is given by --key, --key-file or BKDOC_KEY";
+    }
+    return input_.get_size() > core_int64{form_mark_size} ? ""
+                                                          : get_name() + ": ends before the enciphered text";
 }
 
 void Document::read_text() {

@@ -62,6 +62,7 @@ public:
 
 private:
     void read();
+    std::string why_not_deciphered() const;
     void read_text();
     void read_binary();
     void read_archive();
