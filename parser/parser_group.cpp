@@ -83,12 +83,19 @@ void ParserGroup::append(ParserEntry* entry) {
 }
 
 void bk::GroupAccess::append(ParserGroup& group, ParserEntry* const* entries, unsigned int count) {
+    // The index first, and only then the entries, which cannot be taken in half.
     const unsigned int first = group.entries_.get_count();
-    group.entries_.add_range(entries, count);
-    for (unsigned int i = 0; i < count; ++i) {
-        if (entries[i]->get_type() == ParserEntry::TYPE_KEYWORD) {
-            group.keyword_index_.add(first + i);
+    const unsigned int first_keyword = group.keyword_index_.get_count();
+    try {
+        for (unsigned int i = 0; i < count; ++i) {
+            if (entries[i]->get_type() == ParserEntry::TYPE_KEYWORD) {
+                group.keyword_index_.add(first + i);
+            }
         }
+        group.entries_.add_range(entries, count);
+    } catch (...) {
+        group.keyword_index_.truncate(first_keyword);
+        throw;
     }
 }
 
