@@ -1,5 +1,6 @@
-// Times the steps in the life of a document over a small scene and a large one. What grows with the size of a
-// document faster than the document shows in the ratio of the two times per value.
+// Times the steps in the life of a document over a small scene, many small scenes one after the other, and a large one.
+// A step whose cost grows faster than the document is seen in the time per value: the large scene against the small one
+// shows it together with what the caches of the machine do, against the many small ones by itself.
 
 #include "bench/footprint.h"
 #include "bench/phases.h"
@@ -10,118 +11,130 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 #include <map>
 #include <string>
-#include <utility>
 
 namespace {
 
-constexpr unsigned int small_scene = 1000;
-constexpr unsigned int large_scene = 1000000;
-constexpr int repetitions = 5;
+/// Documents of so many values each.
+struct Load {
+    const char* name;
+    unsigned int value_count;
+    unsigned int copies;
+};
 
-const CoreString& scene_text(unsigned int value_count) {
+constexpr Load small = {"small", 1000, 1};
+constexpr Load many = {"many", 1000, 1000};
+constexpr Load large = {"large", 1000000, 1};
+constexpr double none = -1.0;
+
+const CoreString& text_of(const Load& load) {
     static std::map<unsigned int, CoreString> texts;
-    const auto [place, is_new] = texts.try_emplace(value_count);
+    const auto [place, is_new] = texts.try_emplace(load.value_count);
     if (is_new) {
-        place->second = CoreString(bench::make_scene_text(value_count, 1));
+        place->second = CoreString(bench::make_scene_text(load.value_count, 1));
     }
     return place->second;
 }
 
-void run_phase(benchmark::State& state, const bench::Phase& phase, unsigned int value_count) {
-    const CoreString& text = scene_text(value_count);
-    for ([[maybe_unused]] auto iteration : state) {
-        state.SetIterationTime(phase.run(text));
-    }
+double per_value(const Load& load, double amount) {
+    return amount / load.value_count / load.copies;
 }
 
-std::string run_name(const bench::Phase& phase, unsigned int value_count) {
-    return std::string(phase.name) + "/" + std::to_string(value_count);
-}
-
-/// Prints a line a benchmark and keeps its best time; a disturbance only ever makes a run longer.
-class BestTimes : public benchmark::BenchmarkReporter {
+/// The shortest time of each step: a disturbance only ever makes a run longer.
+class BestTimes {
 public:
-    bool ReportContext(const Context& context) override {
-        PrintBasicContext(&GetErrorStream(), context);
-        return true;
+    void keep(const bench::Phase& phase, const Load& load, double seconds) {
+        const auto place = seconds_.try_emplace(key(phase, load), std::numeric_limits<double>::max()).first;
+        place->second = std::min(place->second, seconds);
     }
 
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
-                keep(run.run_name.function_name,
-                     run.real_accumulated_time / static_cast<double>(run.iterations));
-            }
-        }
-    }
-
-    /// In nanoseconds; negative when that benchmark did not run.
-    double per_value(const bench::Phase& phase, unsigned int value_count) const {
-        const auto found = seconds_.find(run_name(phase, value_count));
-        return found == seconds_.end() ? -1.0 : found->second * 1e9 / value_count;
+    /// Nanoseconds a value, or `none`.
+    double of(const bench::Phase& phase, const Load& load) const {
+        const auto found = seconds_.find(key(phase, load));
+        return found == seconds_.end() ? none : per_value(load, found->second * 1e9);
     }
 
 private:
-    void keep(const std::string& name, double seconds) {
-        const auto [place, is_new] = seconds_.try_emplace(name, seconds);
-        place->second = std::min(place->second, seconds);
-        if (is_new) {
-            std::fprintf(stderr, "%s\n", name.c_str());
-        }
+    static std::string key(const bench::Phase& phase, const Load& load) {
+        return std::string(phase.name) + "/" + load.name;
     }
 
     std::map<std::string, double> seconds_;
 };
 
-void print_row(const char* name, double small, double large, const char* unit) {
-    if (small > 0.0 && large > 0.0) {
-        std::printf("%-12s %12.1f %12.1f %-6s %8.2f\n", name, small, large, unit, large / small);
-    } else if (small > 0.0) {
-        std::printf("%-12s %12.1f %12s %-6s\n", name, small, "", unit);
+void register_all(BestTimes& times) {
+    for (const bench::Phase& phase : bench::phases) {
+        for (const Load* load : {&small, &many, &large}) {
+            const auto run = [&times, &phase, load](benchmark::State& state) {
+                for ([[maybe_unused]] auto iteration : state) {
+                    const double seconds = phase.run(text_of(*load), load->copies);
+                    times.keep(phase, *load, seconds);
+                    state.SetIterationTime(seconds);
+                }
+            };
+            const std::string name = std::string(phase.name) + "/" + load->name;
+            benchmark::RegisterBenchmark(name.c_str(), run)->UseManualTime()->Unit(benchmark::kMicrosecond);
+        }
     }
 }
 
-void print_table(const BestTimes& times) {
-    std::printf("\n%-12s %12u %12u %-6s %8s\n", "per value", small_scene, large_scene, "", "ratio");
-    for (const bench::Phase& phase : bench::phases) {
-        print_row(phase.name, times.per_value(phase, small_scene), times.per_value(phase, large_scene), "ns");
+void print_amount(double amount) {
+    if (amount > 0.0) {
+        std::printf(" %9.1f", amount);
+    } else {
+        std::printf(" %9s", "");
     }
+}
+
+void print_ratio(double amount, double base) {
+    if (amount > 0.0 && base > 0.0) {
+        std::printf(" %12.2f", amount / base);
+    } else {
+        std::printf(" %12s", "");
+    }
+}
+
+void print_row(const char* name, const char* unit, double of_small, double of_many, double of_large) {
+    std::printf("%-11s %-5s", name, unit);
+    print_amount(of_small);
+    print_amount(of_many);
+    print_amount(of_large);
+    print_ratio(of_large, of_small);
+    print_ratio(of_large, of_many);
+    std::printf("\n");
 }
 
 struct Footprint {
-    double small = bench::resident_bytes_per_copy(scene_text(small_scene), large_scene / small_scene);
-    double large = bench::resident_bytes_per_copy(scene_text(large_scene), 1);
+    double of_many = per_value(small, bench::resident_bytes_per_copy(text_of(many), many.copies));
+    double of_large = per_value(large, bench::resident_bytes_per_copy(text_of(large), large.copies));
 };
 
-void print_footprint(const Footprint& footprint) {
-    print_row("memory", footprint.small / small_scene, footprint.large / large_scene, "bytes");
-    print_row("text", static_cast<double>(scene_text(small_scene).get_length()) / small_scene,
-              static_cast<double>(scene_text(large_scene).get_length()) / large_scene, "bytes");
+void print_table(const BestTimes& times, const Footprint& footprint) {
+    std::printf("\nsmall: %u values; many: %u documents of %u values; large: %u values\n", small.value_count,
+                many.copies, many.value_count, large.value_count);
+    std::printf("%-11s %-5s %9s %9s %9s %12s %12s\n", "per value", "", small.name, many.name, large.name,
+                "large/small", "large/many");
+    for (const bench::Phase& phase : bench::phases) {
+        print_row(phase.name, "ns", times.of(phase, small), times.of(phase, many), times.of(phase, large));
+    }
+    print_row("memory", "bytes", none, footprint.of_many, footprint.of_large);
+    print_row("text", "bytes", none, per_value(small, text_of(small).get_length()),
+              per_value(large, text_of(large).get_length()));
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    for (const bench::Phase& phase : bench::phases) {
-        for (const unsigned int value_count : {small_scene, large_scene}) {
-            benchmark::RegisterBenchmark(
-                run_name(phase, value_count).c_str(),
-                [&phase, value_count](benchmark::State& state) { run_phase(state, phase, value_count); })
-                ->UseManualTime()
-                ->Unit(benchmark::kMicrosecond)
-                ->Repetitions(repetitions);
-        }
-    }
+    BestTimes times;
+    register_all(times);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;
     }
     const Footprint footprint; // first, while nothing has been allocated and given back
-    BestTimes times;
-    benchmark::RunSpecifiedBenchmarks(&times);
-    print_table(times);
-    print_footprint(footprint);
+    benchmark::RunSpecifiedBenchmarks();
+    print_table(times, footprint);
     return 0;
 }

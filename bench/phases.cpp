@@ -14,6 +14,7 @@ namespace bench {
 namespace {
 
 using Document = std::unique_ptr<ParserGroup>;
+using Documents = std::vector<Document>;
 
 template <class Step>
 double seconds_of(Step step) {
@@ -22,18 +23,24 @@ double seconds_of(Step step) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-Document new_document() {
-    return std::make_unique<ParserGroup>("root");
+Documents empty_documents(unsigned int count) {
+    Documents documents;
+    for (unsigned int i = 0; i < count; ++i) {
+        documents.push_back(std::make_unique<ParserGroup>("root"));
+    }
+    return documents;
 }
 
-void parse_into(ParserGroup& root, const CoreString& text) {
-    root.set_text(text, CoreVersion(1.2), nullptr);
+void parse_into(const Documents& documents, const CoreString& text) {
+    for (const Document& document : documents) {
+        document->set_text(text, CoreVersion(1.2), nullptr);
+    }
 }
 
-Document parsed(const CoreString& text) {
-    Document document = new_document();
-    parse_into(*document, text);
-    return document;
+Documents parsed(const CoreString& text, unsigned int copies) {
+    Documents documents = empty_documents(copies);
+    parse_into(documents, text);
+    return documents;
 }
 
 double read_value(const ParserEntry& entry, unsigned int i) {
@@ -71,31 +78,41 @@ double walk(const ParserGroup& root) {
     return sum;
 }
 
-double time_parse(const CoreString& text) {
-    const Document document = new_document();
-    return seconds_of([&] { parse_into(*document, text); });
+void walk_all(const Documents& documents) {
+    for (const Document& document : documents) {
+        benchmark::DoNotOptimize(walk(*document));
+    }
 }
 
-double time_first_walk(const CoreString& text) {
-    const Document document = parsed(text);
-    return seconds_of([&] { benchmark::DoNotOptimize(walk(*document)); });
+double time_parse(const CoreString& text, unsigned int copies) {
+    const Documents documents = empty_documents(copies);
+    return seconds_of([&] { parse_into(documents, text); });
 }
 
-double time_second_walk(const CoreString& text) {
-    const Document document = parsed(text);
-    benchmark::DoNotOptimize(walk(*document));
-    return seconds_of([&] { benchmark::DoNotOptimize(walk(*document)); });
+double time_first_walk(const CoreString& text, unsigned int copies) {
+    const Documents documents = parsed(text, copies);
+    return seconds_of([&] { walk_all(documents); });
 }
 
-double time_print(const CoreString& text) {
-    const Document document = parsed(text);
-    CoreString out;
-    return seconds_of([&] { document->get_text(out, false, true, 1); });
+double time_second_walk(const CoreString& text, unsigned int copies) {
+    const Documents documents = parsed(text, copies);
+    walk_all(documents);
+    return seconds_of([&] { walk_all(documents); });
 }
 
-double time_destroy(const CoreString& text) {
-    Document document = parsed(text);
-    return seconds_of([&] { document.reset(); });
+double time_print(const CoreString& text, unsigned int copies) {
+    const Documents documents = parsed(text, copies);
+    std::vector<CoreString> printed(copies);
+    return seconds_of([&] {
+        for (unsigned int i = 0; i < copies; ++i) {
+            documents[i]->get_text(printed[i], false, true, 1);
+        }
+    });
+}
+
+double time_destroy(const CoreString& text, unsigned int copies) {
+    Documents documents = parsed(text, copies);
+    return seconds_of([&] { documents.clear(); });
 }
 
 } // namespace

@@ -4,11 +4,11 @@
 
 namespace bench {
 
-/// One step in the life of a document. `run` gives the seconds that this step alone took; what it needs before
-/// and leaves behind is not counted.
+/// One step in the life of a document. `run` takes it for so many documents of the same text, one after the other, and
+/// gives the seconds that this step alone took; what it needs before and leaves behind is not counted.
 struct Phase {
     const char* name;
-    double (*run)(const CoreString& text);
+    double (*run)(const CoreString& text, unsigned int copies);
 };
 
 /// Parse, typed walk (first, which converts, and again), print, destroy.

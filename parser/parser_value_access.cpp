@@ -89,8 +89,7 @@ void ValueAccess::own_text(ParserValue& value) {
         }
         return;
     }
-    if (is_spelled(value) && !value.has(ParserValue::TEXT_OWNED) &&
-        value.get_type() != ParserValue::TYPE_BINARY_DATA) {
+    if (is_spelled(value) && value.size_ != 0 && !value.has(ParserValue::TEXT_OWNED)) {
         char* const text = static_cast<char*>(CoreMemory::allocate(value.size_));
         copy_text(text, value.spelled_.text, value.size_);
         value.spelled_.text = text;
