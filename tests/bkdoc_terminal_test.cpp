@@ -81,6 +81,11 @@ TEST(bkdoc_terminal, cat_leaves_the_prompt_a_line_of_its_own) {
     EXPECT_TRUE(shown_with("TERM=xterm", "cat -").ends_with("b 2\r\n"));
 }
 
+TEST(bkdoc_terminal, only_a_text_is_converted_onto_it) {
+    EXPECT_TRUE(shown_with("TERM=xterm", "convert - - --to text").ends_with("b 2\r\n"));
+    EXPECT_EQ(shown_with("TERM=xterm", "convert - - --to binary"), "");
+}
+
 } // namespace
 
 #endif

@@ -115,7 +115,7 @@ TEST(cipher, a_length_that_leaves_bytes_over_is_taken) {
 }
 
 TEST(cipher, a_length_that_does_not_fit_after_itself_is_refused) {
-    for (const core_uint64 length : {13, 14, 19, 20, 21, 1000}) {
+    for (const core_uint64 length : {13u, 14u, 19u, 20u, 21u, 1000u}) {
         EXPECT_EQ(deciphered(enciphered_stating(length, "hello world!", "key"), "key"), "refused") << length;
     }
     EXPECT_EQ(deciphered(enciphered_stating(0xFFFFFFFF, "hello world!", "key"), "key"), "refused");

@@ -152,7 +152,7 @@ TEST_F(cipher_read, a_key_of_another_sum_is_refused) {
 }
 
 TEST_F(cipher_read, a_length_not_below_the_number_of_bytes_is_refused) {
-    for (const core_uint64 length : {16, 17, 1000}) {
+    for (const core_uint64 length : {16u, 17u, 1000u}) {
         EXPECT_FALSE(set_bytes(enciphered_stating(length, "a 1 b 2 ", "key"))) << length;
     }
     EXPECT_FALSE(set_bytes(enciphered_stating(0xFFFFFFFF, "a 1 b 2 ", "key")));

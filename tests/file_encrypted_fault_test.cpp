@@ -55,7 +55,7 @@ using file_encrypted_fault = Refused;
 
 TEST_F(file_encrypted_fault, a_length_not_below_the_size_of_the_file_is_unreadable) {
     // The file has 4 + 8 + 8 bytes.
-    for (const core_uint64 length : {20, 21, 1000}) {
+    for (const core_uint64 length : {20u, 21u, 1000u}) {
         EXPECT_EQ(faults_of("KWBF" + enciphered_stating(length, "a 1 b 2 ", "key")), is_unreadable) << length;
     }
     EXPECT_EQ(faults_of("KWBF" + enciphered_stating(0xFFFFFFFF, "a 1 b 2 ", "key")), is_unreadable);
@@ -116,7 +116,7 @@ TEST_F(file_encrypted_fault, a_file_that_ends_inside_its_length_is_peeked_with_z
         ++seed;
     }
     const std::string key = cipher_reference::key_of_seed(seed);
-    for (const core_uint64 length : {0, 3, 6}) {
+    for (const core_uint64 length : {0u, 3u, 6u}) {
         EXPECT_EQ(faults_of("KWBF" + enciphered_stating(length, "", key).substr(0, 3), key), is_incompatible);
     }
     EXPECT_EQ(faults_of("KWBF" + enciphered_stating(7, "", key).substr(0, 3), key), is_unreadable);

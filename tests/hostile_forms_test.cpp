@@ -16,10 +16,9 @@ namespace {
 
 constexpr unsigned int mutations = 200000;
 
-/// What reading a document may take: room for the reading itself, and a small multiple of the document. An empty
-/// group is nine bytes in a binary document and two in a text, and an object with its lists in memory.
-constexpr std::size_t room = 96 * 1024;
-constexpr std::size_t multiple = 512;
+/// What reading a document may take: a buffer to read from an empty file, and a small multiple of the document.
+constexpr std::size_t room = 68 * 1024;
+constexpr std::size_t multiple = 64;
 
 /// Takes every message and keeps none.
 class CountingLog : public CoreLogHandler {

@@ -96,7 +96,7 @@ bool StreamDevice::hold(const std::string& path) {
         return false;
     }
     std::string bytes;
-    std::string piece(64 * 1024, '\0');
+    std::string piece(std::size_t{64} * 1024, '\0');
     core_int64 count = 0;
     while ((count = handle->read(piece.data(), piece.size())) > 0 && bytes.size() < unreadable_size) {
         bytes.append(piece, 0, static_cast<std::size_t>(count));
