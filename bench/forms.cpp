@@ -131,9 +131,9 @@ void race(benchmark::State& state, const Scene& scene, std::size_t bytes, const 
         state.SetIterationTime(of_form.back());
     }
     const double seconds = median(of_form);
-    state.counters["MB/s"] = static_cast<double>(bytes) / seconds / 1e6;
-    state.counters["Mvalues/s"] = scene.value_count / seconds / 1e6;
-    state.counters["memcpy_MB/s"] = static_cast<double>(bytes) / median(of_copy) / 1e6;
+    state.counters["bytes/s"] = static_cast<double>(bytes) / seconds;
+    state.counters["values/s"] = scene.value_count / seconds;
+    state.counters["memcpy_bytes/s"] = static_cast<double>(bytes) / median(of_copy);
     state.counters["of_memcpy"] = median(of_copy) / seconds;
     if (text) {
         state.counters["times_text"] = median(of_text) / seconds;
