@@ -95,7 +95,7 @@ std::string hexadecimal(const ParserGroup& group) {
     return plain(text);
 }
 
-/// Reads bytes into a new group; empty where they cannot be read to the end.
+/// What a new group holds once it has read the bytes from that position to their end.
 std::string decoded(const std::string& form, core_uint64 position) {
     const CoreVector<char> data = buffer(form);
     ParserGroup group("root");
@@ -116,8 +116,10 @@ TEST(formats_page, a_char_is_these_bytes) {
     core_uint64 position = 0;
     const std::unique_ptr<ParserValue> again(ParserValue::bin_to_value(buffer(bytes("char")), position));
     ASSERT_NE(again, nullptr);
-    EXPECT_EQ(again->get_type(), ParserValue::TYPE_CHAR);
     EXPECT_EQ(again->get_as_char(), 'A');
+    CoreVector<char> encoded;
+    again->get_binary(encoded, count, true);
+    EXPECT_EQ(hex(encoded), hex(bytes("char")));
 }
 
 TEST(formats_page, an_entry_with_every_type_of_the_syntax_is_these_bytes) {
