@@ -155,3 +155,12 @@ TEST_F(cipher_text, bytes_of_every_kind_are_enciphered) {
     group.get_text(text, false, false, 1);
     EXPECT_EQ(hex(array_of(group, "key")), hex(enciphered(plain(text), "key")));
 }
+
+TEST_F(cipher_text, a_text_of_many_rounds_of_the_generator_is_enciphered_to_its_end) {
+    for (const unsigned int size : {2480u, 2490u, 2500u, 40000u}) {
+        const std::string text(size, 'x');
+        group.clear();
+        group.add_entry("a", 0, 0)->add_string(core(text));
+        EXPECT_TRUE(array_of(group, "key") == enciphered(" a \"" + text + "\"", "key")) << size;
+    }
+}

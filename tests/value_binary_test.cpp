@@ -178,3 +178,18 @@ TEST(value_binary, a_group_value_holds_groups_at_any_depth) {
         binary_form::group_value(binary_form::entry("b", binary_form::group_value(inner)));
     EXPECT_EQ(binary_of(ParserValue(outer)), hex(expected));
 }
+
+TEST(value_binary, a_cleared_value_is_an_empty_one_of_its_type) {
+    std::string bytes = "\x07";
+    const auto cleared = [](ParserValue&& value) {
+        value.clear();
+        return binary_of(value);
+    };
+    EXPECT_EQ(cleared(ParserValue(new ParserGroup("g"))), "00 00 00 00 00 00 00 00 00");
+    EXPECT_EQ(cleared(ParserValue(true)), "01 00");
+    EXPECT_EQ(cleared(ParserValue('A')), "02 00");
+    EXPECT_EQ(cleared(ParserValue(7)), "03 00 00 00 00");
+    EXPECT_EQ(cleared(ParserValue(1.5)), "04 00 00 00 00 00 00 00 00");
+    EXPECT_EQ(cleared(ParserValue(core("ab"))), "05 00");
+    EXPECT_EQ(cleared(ParserValue(bytes.data(), 1)), "06 00 00 00 00 00 00 00 00");
+}
