@@ -63,6 +63,23 @@ inline std::uint64_t load_le(const unsigned char* bytes, std::size_t width) noex
     return value;
 }
 
+/// Reads numbers from bytes of which there are enough.
+class SureCursor {
+public:
+    explicit SureCursor(const char* bytes) noexcept : next_(bytes) {}
+
+    template <std::unsigned_integral T>
+    T take() noexcept {
+        const T value = load_le<T>(reinterpret_cast<const unsigned char*>(next_));
+        next_ += sizeof(T);
+        return value;
+    }
+    const char* next() const noexcept { return next_; }
+
+private:
+    const char* next_;
+};
+
 /// Reads numbers from a buffer. A read past the end takes the missing bytes as zero and advances all the same.
 class ByteCursor {
 public:
@@ -93,6 +110,7 @@ public:
         position_ = count > ~position_ ? ~core_uint64{0} : position_ + count;
     }
     void move_to_end() noexcept { position_ = size_; }
+    void move_to(core_uint64 position) noexcept { position_ = position; }
 
     core_uint64 position() const noexcept { return position_; }
     bool at_end() const noexcept { return position_ >= size_; }

@@ -7,6 +7,10 @@
 #include <cstring>
 #include <string_view>
 
+namespace bk {
+class StringAccess;
+}
+
 /// Lines and columns: 32 bits on every platform.
 #if defined(_WIN32)
 using core_ulong = unsigned long;
@@ -157,6 +161,8 @@ public:
     CoreString& operator+=(double number);
 
 private:
+    friend class bk::StringAccess;
+
     void release() noexcept {
         if (!is_inline() && long_.capacity != 0) {
             release_block();

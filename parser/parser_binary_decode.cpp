@@ -6,6 +6,7 @@
 #include "parser/parser_teardown_impl.h"
 #include "parser/parser_value_impl.h"
 
+#include <algorithm>
 #include <bit>
 #include <memory>
 #include <utility>
@@ -79,8 +80,7 @@ bool BinaryDecoder::read_group(ParserGroup& group) {
 
 bool BinaryDecoder::read_entry(ParserEntry& entry) {
     Level level{};
-    level.name = entry.get_name().get_view();
-    if (!open_entry(level)) {
+    if (!open_entry(level, entry.get_name().get_view())) {
         return false;
     }
     levels_.push_back(level);
@@ -99,7 +99,8 @@ ParserValue* BinaryDecoder::read_value() {
         read_group(*ValueAccess::group(*value));
         return value.release();
     }
-    PendingValue pending = take_scalar(type);
+    take_plain(type);
+    PendingValue& pending = pending_.back();
     if (type == ParserValue::TYPE_STRING) {
         return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
     }
@@ -116,26 +117,26 @@ bool BinaryDecoder::open_group(ParserGroup& group) {
         report_warning("ParserGroup.set_binary: ParserGroup size larger than the given data\n");
         return false;
     }
-    Level level{};
+    Level& level = levels_.emplace_back();
     level.group = &group;
     level.group_end = start + size;
     level.first_entry = static_cast<unsigned int>(entries_.size());
-    levels_.push_back(level);
     return true;
 }
 
 /// The size is compared with the whole buffer, not with what is left of it: an entry may claim more than there is,
 /// and fails where its data end.
-bool BinaryDecoder::open_entry(Level& level) {
+bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
     const std::uint64_t size = cursor_.take<std::uint64_t>();
     if (size > data_.get_count()) {
-        report_large_entry(level.name, size, data_.get_count());
+        report_large_entry(name, size, data_.get_count());
         return false;
     }
     constexpr std::uint64_t reserved_size = 1;
     cursor_.skip(reserved_size);
     level.entry_end = cursor_.position() + (size < reserved_size ? 0 : size - reserved_size);
     level.first_value = static_cast<unsigned int>(pending_.size());
+    level.text_size = 0;
     level.is_in_entry = true;
     return true;
 }
@@ -155,33 +156,40 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
     if (!level.is_in_entry) {
         return begin_entry(level);
     }
-    while (cursor_.position() < level.entry_end) {
+    while (true) {
+        take_scalars(level);
+        if (cursor_.position() >= level.entry_end) {
+            return finish_entry(level);
+        }
         ParserValue::Type type{};
         if (!take_tag(type)) {
             return Step::failed;
         }
         if (type != ParserValue::TYPE_GROUP) {
-            pending_.push_back(take_scalar(type));
+            take_plain(type);
+            level.text_size += text_need(pending_.back());
             continue;
         }
-        PendingValue nested{type, 0, {.group = new ParserGroup(CoreString())}};
-        pending_.push_back(nested);
-        open_group(*nested.group); // `level` may have moved; a group that cannot be opened stays empty
+        pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
+        ParserGroup* const group = new ParserGroup(CoreString());
+        pending_.back().group = group;
+        open_group(*group); // `level` may have moved; a group that cannot be opened stays empty
         return Step::more;
     }
-    return finish_entry(level);
 }
 
 BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
     if (cursor_.position() >= level.group_end) {
         return Step::done;
     }
-    level.name = take_string(cursor_);
-    if (level.name.empty()) {
+    const std::string_view name = take_string(cursor_);
+    if (name.empty()) {
         report_warning("ParserGroup.set_binary: Failed to read entry name\n");
         return Step::failed;
     }
-    return open_entry(level) ? Step::more : Step::failed;
+    level.name_at = static_cast<unsigned int>(name.data() - data_.get_data());
+    level.name_size = static_cast<unsigned int>(name.size());
+    return open_entry(level, name) ? Step::more : Step::failed;
 }
 
 BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
@@ -189,8 +197,8 @@ BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
         return Step::done;
     }
     const auto count = static_cast<unsigned int>(pending_.size() - level.first_value);
-    std::unique_ptr<ParserEntry> entry(
-        EntryAccess::make({.name = level.name}, count, text_need_from(level.first_value)));
+    const std::string_view name(data_.get_data() + level.name_at, level.name_size);
+    std::unique_ptr<ParserEntry> entry(EntryAccess::make({.name = name}, count, level.text_size));
     fill_values(EntryAccess::values(*entry), level.first_value);
     entries_.push_back(entry.get());
     static_cast<void>(entry.release());
@@ -199,17 +207,17 @@ BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
 }
 
 void BinaryDecoder::close_level() {
-    const Level level = levels_.back();
+    const Level& level = levels_.back();
+    if (level.group != nullptr) { // else the values are the caller's
+        if (level.is_in_entry) {
+            discard_values(level.first_value);
+        }
+        const unsigned int first = level.first_entry;
+        GroupAccess::append(*level.group, entries_.data() + first,
+                            static_cast<unsigned int>(entries_.size() - first));
+        entries_.resize(first);
+    }
     levels_.pop_back();
-    if (level.group == nullptr) {
-        return; // the values are the caller's
-    }
-    if (level.is_in_entry) {
-        discard_values(level.first_value);
-    }
-    GroupAccess::append(*level.group, entries_.data() + level.first_entry,
-                        static_cast<unsigned int>(entries_.size() - level.first_entry));
-    entries_.resize(level.first_entry);
 }
 
 bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
@@ -219,41 +227,52 @@ bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
     return is_there && tag <= ParserValue::TYPE_BINARY_DATA;
 }
 
-BinaryDecoder::PendingValue BinaryDecoder::take_scalar(ParserValue::Type type) {
-    PendingValue pending{type, 0, {.text = nullptr}};
+/// False, and nothing taken, when the type is none of a scalar.
+template <class Cursor>
+bool BinaryDecoder::take_scalar(Cursor& cursor, ParserValue::Type type) {
     switch (type) {
     case ParserValue::TYPE_BOOL:
-        pending.as_bool = cursor_.take<std::uint8_t>() != 0;
-        break;
+        pending_.emplace_back(type, std::uint64_t{cursor.template take<std::uint8_t>() != 0});
+        return true;
     case ParserValue::TYPE_CHAR:
-        pending.as_char = static_cast<char>(cursor_.take<std::uint8_t>());
-        break;
+        pending_.emplace_back(type, std::uint64_t{cursor.template take<std::uint8_t>()});
+        return true;
     case ParserValue::TYPE_INT:
-        pending.as_int = static_cast<int>(cursor_.take<std::uint32_t>());
-        break;
-    case ParserValue::TYPE_DOUBLE:
-        pending.as_double = std::bit_cast<double>(cursor_.take<std::uint64_t>());
-        break;
-    default: {
-        const std::string_view bytes =
-            type == ParserValue::TYPE_STRING ? take_string(cursor_) : take_binary_data(cursor_);
-        pending.text = bytes.data();
-        pending.size = static_cast<unsigned int>(bytes.size());
-        break;
+        pending_.emplace_back(type, std::uint64_t{cursor.template take<std::uint32_t>()});
+        return true;
+    case ParserValue::TYPE_DOUBLE: {
+        const auto number = std::bit_cast<double>(cursor.template take<std::uint64_t>());
+        pending_.emplace_back(type, std::bit_cast<std::uint64_t>(clamp_to_finite(number)));
+        return true;
     }
+    default:
+        return false;
     }
-    return pending;
 }
 
-std::size_t BinaryDecoder::text_need_from(std::size_t first) const noexcept {
-    std::size_t text_size = 0;
-    for (std::size_t i = first; i < pending_.size(); ++i) {
-        text_size += text_need(pending_[i]);
+/// Takes the scalars up to the first value that is none, or that may not stand in the buffer whole.
+void BinaryDecoder::take_scalars(const Level& level) {
+    constexpr core_uint64 largest = 1 + sizeof(std::uint64_t); // with its tag
+    const core_uint64 count = data_.get_count();
+    const core_uint64 end = std::min(level.entry_end, count < largest ? 0 : count - largest + 1);
+    core_uint64 position = cursor_.position();
+    while (position < end) {
+        SureCursor cursor(data_.get_data() + position);
+        if (!take_scalar(cursor, static_cast<ParserValue::Type>(cursor.take<std::uint8_t>()))) {
+            break;
+        }
+        position = static_cast<core_uint64>(cursor.next() - data_.get_data());
     }
-    return text_size;
+    cursor_.move_to(position);
 }
 
-/// Puts the values from `first` on into the room that an empty list has for them.
+void BinaryDecoder::take_plain(ParserValue::Type type) {
+    if (!take_scalar(cursor_, type)) {
+        pending_.emplace_back(type, type == ParserValue::TYPE_STRING ? take_string(cursor_)
+                                                                     : take_binary_data(cursor_));
+    }
+}
+
 void BinaryDecoder::fill_values(ParserValueList& values, std::size_t first) {
     const auto count = static_cast<unsigned int>(pending_.size() - first);
     if (count == 0) {
@@ -261,23 +280,27 @@ void BinaryDecoder::fill_values(ParserValueList& values, std::size_t first) {
     }
     bool is_plain = true;
     char* text = values.text_room();
+    ParserValue* const places = values.room();
+    PendingValue* const pending = pending_.data() + first;
     for (unsigned int i = 0; i < count; ++i) {
-        PendingValue& pending = pending_[first + i];
-        is_plain = is_plain && keeps_nothing_outside(pending.type);
-        make_value(values.room() + i, pending, text);
+        is_plain = is_plain && keeps_nothing_outside(pending[i].type);
+        make_value(places + i, pending[i], text);
         values.set_count(i + 1);
     }
     if (is_plain) {
         values.keep_plain();
     }
-    pending_.resize(first);
+    pending_.erase(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
 }
 
-/// Adds all values to a list that may hold some.
 void BinaryDecoder::append_values(ParserValueList& values) {
+    std::size_t text_size = 0;
+    for (const PendingValue& pending : pending_) {
+        text_size += text_need(pending);
+    }
     ParserValueList made;
     if (!pending_.empty()) {
-        made.make_room(static_cast<unsigned int>(pending_.size()), text_need_from(0));
+        made.make_room(static_cast<unsigned int>(pending_.size()), text_size);
     }
     fill_values(made, 0);
     if (values.get_count() == 0) {
@@ -293,25 +316,22 @@ std::size_t BinaryDecoder::text_need(const PendingValue& pending) noexcept {
     return pending.type == ParserValue::TYPE_STRING ? ValueAccess::string_need(pending.size) : 0;
 }
 
-ParserValue* BinaryDecoder::make_value(void* place, PendingValue& pending, char*& text) {
-    switch (pending.type) {
-    case ParserValue::TYPE_GROUP:
+inline ParserValue* BinaryDecoder::make_value(void* place, PendingValue& pending, char*& text) {
+    if (pending.type >= ParserValue::TYPE_BOOL && pending.type <= ParserValue::TYPE_DOUBLE) {
+        return ValueAccess::make_scalar(place, pending.type, pending.bits);
+    }
+    return make_other(place, pending, text);
+}
+
+ParserValue* BinaryDecoder::make_other(void* place, PendingValue& pending, char*& text) {
+    if (pending.type == ParserValue::TYPE_GROUP) {
         return ValueAccess::make_group(place, std::exchange(pending.group, nullptr));
-    case ParserValue::TYPE_BOOL:
-        return ValueAccess::make_bool(place, pending.as_bool);
-    case ParserValue::TYPE_CHAR:
-        return ValueAccess::make_char(place, pending.as_char);
-    case ParserValue::TYPE_INT:
-        return ValueAccess::make_int(place, pending.as_int);
-    case ParserValue::TYPE_DOUBLE:
-        return ValueAccess::make_double(place, pending.as_double);
-    case ParserValue::TYPE_STRING:
+    }
+    if (pending.type == ParserValue::TYPE_STRING) {
         return ValueAccess::make_string(place, {pending.text, pending.size}, text);
-    default: {
-        unsigned char* const bytes = pending.size == 0 ? nullptr : copy_bytes(pending.text, pending.size);
-        return ValueAccess::make_binary_data(place, bytes, pending.size);
     }
-    }
+    unsigned char* const bytes = pending.size == 0 ? nullptr : copy_bytes(pending.text, pending.size);
+    return ValueAccess::make_binary_data(place, bytes, pending.size);
 }
 
 void BinaryDecoder::discard_values(std::size_t first) noexcept {
@@ -320,7 +340,7 @@ void BinaryDecoder::discard_values(std::size_t first) noexcept {
             destroy_group(pending_[i].group);
         }
     }
-    pending_.resize(first);
+    pending_.erase(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
 }
 
 } // namespace bk

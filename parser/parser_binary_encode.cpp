@@ -2,53 +2,86 @@
 
 #include "core/core_copy_impl.h"
 #include "core/core_diagnostic_impl.h"
+#include "core/core_prefetch_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_value_impl.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace bk {
 
 namespace {
 
-/// Stores what a scalar is written as; nothing for any other value. The number of bytes.
-std::size_t store_scalar(unsigned char* out, const ParserValue& value) {
+constexpr std::ptrdiff_t largest_scalar = 1 + sizeof(std::uint64_t); // with its tag
+
+/// Stores what a scalar is written as; nothing for any other value. The place behind it.
+inline char* put_scalar(char* out, const ParserValue& value) {
+    auto* const bytes = reinterpret_cast<unsigned char*>(out);
     switch (ValueAccess::type(value)) {
     case ParserValue::TYPE_BOOL:
-        *out = value.get_as_bool() ? 1 : 0;
-        return 1;
+        *out = ValueAccess::scalar(value).as_bool ? 1 : 0;
+        return out + 1;
     case ParserValue::TYPE_CHAR:
-        *out = static_cast<unsigned char>(value.get_as_char());
-        return 1;
+        *out = ValueAccess::scalar(value).as_char;
+        return out + 1;
     case ParserValue::TYPE_INT:
-        store_le32(out, static_cast<std::uint32_t>(value.get_as_int()));
-        return sizeof(std::uint32_t);
+        store_le32(bytes, static_cast<std::uint32_t>(ValueAccess::scalar(value).as_int));
+        return out + sizeof(std::uint32_t);
     case ParserValue::TYPE_DOUBLE:
-        store_le64(out, std::bit_cast<std::uint64_t>(value.get_as_double()));
-        return sizeof(std::uint64_t);
+        store_le64(bytes, std::bit_cast<std::uint64_t>(ValueAccess::scalar(value).as_double));
+        return out + sizeof(std::uint64_t);
     default:
-        return 0;
+        return out;
     }
+}
+
+constexpr unsigned int ahead = 4; // in a large tree each entry has to come from memory first
+
+void prefetch_entry(const ParserEntry* entry) noexcept {
+    prefetch(entry);
+    prefetch(entry + 1); // its values begin there
 }
 
 } // namespace
 
-void BinaryEncoder::write_bytes(const void* bytes, core_uint64 size) {
-    fits_ = fits_ && size <= max_binary_size - out_.get_count();
-    if (fits_) {
-        char* const room = out_.extend(static_cast<unsigned int>(size));
-        copy_text(room, static_cast<const char*>(bytes), static_cast<std::size_t>(size));
+void BinaryEncoder::take_storage(unsigned int used) noexcept {
+    end_ = out_.get_data() + used;
+    limit_ = out_.get_data() + out_.get_capacity();
+}
+
+bool BinaryEncoder::grow(std::size_t size) {
+    const core_uint64 needed = core_uint64{used()} + size;
+    if (!fits_ || size > max_binary_size || needed > max_binary_size) {
+        fits_ = false;
+        limit_ = end_; // nothing more, however small
+        return false;
+    }
+    out_.extend(used() - out_.get_count()); // what is counted is kept
+    const core_uint64 doubled = core_uint64{out_.get_capacity()} * 2;
+    out_.reserve(static_cast<unsigned int>(std::min(std::max(needed, doubled), max_binary_size)));
+    take_storage(out_.get_count());
+    return true;
+}
+
+void BinaryEncoder::write_bytes(const void* bytes, std::size_t size) {
+    if (has_room(size)) {
+        copy_text(end_, static_cast<const char*>(bytes), size);
+        end_ += size;
     }
 }
 
 void BinaryEncoder::write_size(std::uint64_t size) {
-    unsigned char bytes[sizeof(size)];
-    store_le64(bytes, size);
-    write_bytes(bytes, sizeof(bytes));
+    if (has_room(sizeof(size))) {
+        store_le64(reinterpret_cast<unsigned char*>(end_), size);
+        end_ += sizeof(size);
+    }
 }
 
 void BinaryEncoder::write_string(const CoreString& text) {
-    write_bytes(text.get_data(), core_uint64{text.get_length()} + 1);
+    if (has_room(StringAccess::put_room(text))) {
+        end_ = StringAccess::put(end_, text);
+    }
 }
 
 void BinaryEncoder::write_binary_data(const void* data, unsigned int size) {
@@ -57,7 +90,9 @@ void BinaryEncoder::write_binary_data(const void* data, unsigned int size) {
 }
 
 core_uint64 BinaryEncoder::finish(const char* operation) {
-    if (!fits_) {
+    if (fits_) {
+        out_.extend(used() - out_.get_count());
+    } else {
         out_.truncate(begin_);
         report_warning(operation, ": data too large\n");
     }
@@ -65,7 +100,7 @@ core_uint64 BinaryEncoder::finish(const char* operation) {
 }
 
 unsigned int BinaryEncoder::leave_size() {
-    const unsigned int place = out_.get_count();
+    const unsigned int place = used();
     write_size(0);
     return place;
 }
@@ -73,33 +108,28 @@ unsigned int BinaryEncoder::leave_size() {
 void BinaryEncoder::fill_size(unsigned int place) noexcept {
     if (fits_) {
         auto* const bytes = reinterpret_cast<unsigned char*>(out_.get_data() + place);
-        store_le64(bytes, out_.get_count() - place - sizeof(std::uint64_t));
+        store_le64(bytes, used() - place - sizeof(std::uint64_t));
     }
 }
 
 void BinaryEncoder::write_value(const ParserValue& value, bool with_type) {
-    unsigned char bytes[1 + sizeof(std::uint64_t)]; // the tag and a scalar
-    bytes[0] = static_cast<unsigned char>(ValueAccess::type(value));
-    const std::size_t scalar_size = store_scalar(bytes + 1, value);
-    write_bytes(with_type ? bytes : bytes + 1, scalar_size + (with_type ? 1 : 0));
-    switch (ValueAccess::type(value)) {
-    case ParserValue::TYPE_GROUP:
+    if (!has_room(largest_scalar)) {
+        return;
+    }
+    const ParserValue::Type type = ValueAccess::type(value);
+    *end_ = static_cast<char>(type);
+    end_ = put_scalar(with_type ? end_ + 1 : end_, value);
+    if (type == ParserValue::TYPE_STRING) {
+        write_string(value.get_as_string());
+    } else if (type == ParserValue::TYPE_BINARY_DATA) {
+        const std::string_view data = ValueAccess::bytes(value);
+        write_binary_data(data.data(), static_cast<unsigned int>(data.size()));
+    } else if (type == ParserValue::TYPE_GROUP) {
         if (const ParserGroup* group = ValueAccess::group(value)) {
             write_group(*group);
         } else {
             write_size(0);
         }
-        break;
-    case ParserValue::TYPE_STRING:
-        write_string(value.get_as_string());
-        break;
-    case ParserValue::TYPE_BINARY_DATA: {
-        const std::string_view data = ValueAccess::bytes(value);
-        write_binary_data(data.data(), static_cast<unsigned int>(data.size()));
-        break;
-    }
-    default: // a word is its tag alone
-        break;
     }
 }
 
@@ -116,6 +146,9 @@ void BinaryEncoder::write_entry(const ParserEntry& entry) {
 
 void BinaryEncoder::open_group(const ParserGroup& group) {
     const CoreVector<ParserEntry*>& entries = group.get_entries();
+    for (unsigned int i = 0; i < std::min(entries.get_count(), ahead); ++i) {
+        prefetch_entry(entries[i]);
+    }
     levels_.push_back({entries.get_data(), entries.get_count(), 0, 0, leave_size(), 0, true, false});
 }
 
@@ -128,6 +161,9 @@ void BinaryEncoder::run() {
                 level.is_in_entry = false;
             }
         } else if (fits_ && level.next_entry < level.entry_count) {
+            if (level.entry_count - level.next_entry > ahead) {
+                prefetch_entry(level.entries[level.next_entry + ahead]);
+            }
             if (const ParserEntry* entry = level.entries[level.next_entry++]) {
                 begin_entry(level, *entry);
             }
@@ -141,19 +177,26 @@ void BinaryEncoder::run() {
 }
 
 void BinaryEncoder::begin_entry(Level& level, const ParserEntry& entry) {
-    static constexpr char reserved = 0;
-    write_string(entry.get_name());
-    level.entry_size_at = leave_size();
-    write_bytes(&reserved, sizeof(reserved));
+    constexpr std::size_t reserved = 1; // a byte that is 0
+    const std::size_t name_room = StringAccess::put_room(entry.get_name());
+    if (has_room(name_room + sizeof(std::uint64_t) + reserved)) {
+        write_string(entry.get_name());
+        level.entry_size_at = leave_size();
+        *end_++ = 0;
+    }
     level.next_value = 0;
     level.is_in_entry = true;
 }
 
 /// False when a group stands in between, which is to be written first.
 bool BinaryEncoder::write_values(Level& level) {
-    const ParserEntry& entry = *level.entries[level.next_entry - 1];
-    while (fits_ && level.next_value < entry.get_value_count()) {
-        const ParserValue& value = EntryAccess::value(entry, level.next_value++);
+    const ParserValueList& values = EntryAccess::values(*level.entries[level.next_entry - 1]);
+    while (fits_) {
+        write_scalars(values, level.next_value);
+        if (level.next_value == values.get_count()) {
+            break;
+        }
+        const ParserValue& value = values[level.next_value++];
         if (const ParserGroup* group = ValueAccess::group(value)) {
             static constexpr char tag = ParserValue::TYPE_GROUP;
             write_bytes(&tag, sizeof(tag));
@@ -163,6 +206,23 @@ bool BinaryEncoder::write_values(Level& level) {
         write_value(value, true);
     }
     return true;
+}
+
+/// Up to the first value that is no scalar, or for which there may be no room.
+void BinaryEncoder::write_scalars(const ParserValueList& values, unsigned int& next) {
+    const unsigned int count = values.get_count();
+    char* end = end_; // a store through a pointer to char could change the member
+    while (next < count && limit_ - end >= largest_scalar) {
+        const ParserValue& value = values[next];
+        char* const behind = put_scalar(end + 1, value);
+        if (behind == end + 1) {
+            break;
+        }
+        *end = static_cast<char>(ValueAccess::type(value));
+        end = behind;
+        ++next;
+    }
+    end_ = end;
 }
 
 } // namespace bk

@@ -17,12 +17,14 @@ namespace bk {
 inline constexpr core_uint64 max_binary_size = 0xFFFFFFFFu;
 
 /// Appends the binary form to a buffer. Sizes are written as zeros and filled in when what they measure is
-/// complete, so that every byte is written once.
+/// complete, so that every byte is written once. The buffer counts the bytes only when `finish` is called.
 class BinaryEncoder {
 public:
-    explicit BinaryEncoder(CoreVector<char>& out) noexcept : out_(out), begin_(out.get_count()) {}
+    explicit BinaryEncoder(CoreVector<char>& out) noexcept : out_(out), begin_(out.get_count()) {
+        take_storage(begin_);
+    }
 
-    void write_bytes(const void* bytes, core_uint64 size);
+    void write_bytes(const void* bytes, std::size_t size);
     void write_size(std::uint64_t size);
     /// The characters and a NUL.
     void write_string(const CoreString& text);
@@ -51,13 +53,21 @@ private:
     void open_group(const ParserGroup& group);
     void run();
     bool write_values(Level& level);
+    void write_scalars(const ParserValueList& values, unsigned int& next);
     void begin_entry(Level& level, const ParserEntry& entry);
     unsigned int leave_size();
     void fill_size(unsigned int place) noexcept;
 
+    bool has_room(std::size_t size) { return static_cast<std::size_t>(limit_ - end_) >= size || grow(size); }
+    bool grow(std::size_t size);
+    void take_storage(unsigned int used) noexcept;
+    unsigned int used() const noexcept { return static_cast<unsigned int>(end_ - out_.get_data()); }
+
     CoreVector<char>& out_;
     unsigned int begin_;
     bool fits_ = true;
+    char* end_ = nullptr; // of what is written
+    char* limit_ = nullptr;
     std::vector<Level> levels_;
 };
 
@@ -87,15 +97,19 @@ public:
     core_uint64 position() const noexcept { return cursor_.position(); }
 
 private:
-    /// A value that waits for the end of its entry.
+    /// A value that waits for the end of its entry. It is filled field by field where it stands: copying what was
+    /// just stored in parts would wait for the stores.
     struct PendingValue {
+        PendingValue(ParserValue::Type scalar_type, std::uint64_t scalar_bits) noexcept
+            : type(scalar_type), bits(scalar_bits) {}
+        PendingValue(ParserValue::Type text_type, std::string_view shown) noexcept
+            : type(text_type), size(static_cast<unsigned int>(shown.size())), text(shown.data()) {}
+        explicit PendingValue(ParserGroup* nested) noexcept : type(ParserValue::TYPE_GROUP), group(nested) {}
+
         ParserValue::Type type;
-        unsigned int size; // of a string or of binary data, which `text` shows in the buffer
+        unsigned int size = 0; // of a string or of binary data, which `text` shows in the buffer
         union {
-            bool as_bool;
-            char as_char;
-            int as_int;
-            double as_double;
+            std::uint64_t bits; // of a scalar
             const char* text;
             ParserGroup* group;
         };
@@ -106,16 +120,18 @@ private:
         ParserGroup* group; // null when an entry is read by itself
         core_uint64 group_end;
         core_uint64 entry_end;
-        std::string_view name; // of the entry
+        unsigned int name_at; // of the entry, in the buffer
+        unsigned int name_size;
         unsigned int first_entry;
         unsigned int first_value;
+        std::size_t text_size; // what the strings of the entry's values need
         bool is_in_entry;
     };
 
     enum class Step { more, done, failed };
 
     bool open_group(ParserGroup& group);
-    bool open_entry(Level& level);
+    bool open_entry(Level& level, std::string_view name);
     bool run();
     Step advance(Level& level);
     Step begin_entry(Level& level);
@@ -123,12 +139,14 @@ private:
     void close_level();
 
     bool take_tag(ParserValue::Type& type) noexcept;
-    PendingValue take_scalar(ParserValue::Type type);
-
-    std::size_t text_need_from(std::size_t first) const noexcept;
+    void take_scalars(const Level& level);
+    void take_plain(ParserValue::Type type);
+    template <class Cursor>
+    bool take_scalar(Cursor& cursor, ParserValue::Type type);
     void fill_values(ParserValueList& values, std::size_t first);
     void append_values(ParserValueList& values);
     static ParserValue* make_value(void* place, PendingValue& pending, char*& text);
+    static ParserValue* make_other(void* place, PendingValue& pending, char*& text);
     static std::size_t text_need(const PendingValue& pending) noexcept;
     void discard_values(std::size_t first) noexcept;
 

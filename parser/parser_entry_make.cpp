@@ -1,5 +1,5 @@
-#include "core/core_copy_impl.h"
 #include "core/core_memory.h"
+#include "core/core_string_impl.h"
 #include "parser/parser_entry_impl.h"
 
 #include <memory>
@@ -39,7 +39,7 @@ ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, st
         behind_values[fields.name.size()] = '\0';
         name = behind_values;
     }
-    entry->name_.set_borrowed(name, static_cast<unsigned int>(fields.name.size()));
+    StringAccess::show(entry->name_, {name, fields.name.size()});
     return entry;
 }
 

@@ -44,18 +44,20 @@ bool TreeSink::begin_entry(const EntryHead& head, const Token& token) {
     return true;
 }
 
+// The value is made where it stands: copying what was just stored in parts would wait for the stores.
 void TreeSink::add_value(ParserWord::Type kind, std::string_view word) {
-    PendingValue value{word.data(), static_cast<unsigned int>(word.size()), value_type_of(kind), false};
     if (kind == ParserWord::TYPE_STRING) {
-        value.begin += 1; // the quotes are not a part of it
-        value.size -= 2;
-        value.has_escapes = has_escapes_ && value.text().find('\\') != std::string_view::npos;
-        text_size_ += value.has_escapes ? ValueAccess::escaped_string_need(value.size)
-                                        : ValueAccess::string_need(value.size);
-    } else if (kind != ParserWord::TYPE_BINARY_DATA) {
-        text_size_ += ValueAccess::spelling_need(value.size);
+        word = word.substr(1, word.size() - 2); // the quotes are not a part of it
+        const bool has_escapes = has_escapes_ && word.find('\\') != std::string_view::npos;
+        text_size_ += has_escapes ? ValueAccess::escaped_string_need(word.size())
+                                  : ValueAccess::string_need(word.size());
+        values_.emplace_back(ParserValue::TYPE_STRING, word, has_escapes);
+        return;
     }
-    values_.push_back(value);
+    if (kind != ParserWord::TYPE_BINARY_DATA) {
+        text_size_ += ValueAccess::spelling_need(word.size());
+    }
+    values_.emplace_back(value_type_of(kind), word, false);
 }
 
 void TreeSink::open_group() {

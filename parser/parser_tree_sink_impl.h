@@ -28,6 +28,10 @@ public:
 private:
     /// A value of the entry that is being read; of a string what stands between its quotes.
     struct PendingValue {
+        PendingValue(ParserValue::Type value_type, std::string_view word, bool with_escapes) noexcept
+            : begin(word.data()), size(static_cast<unsigned int>(word.size())), type(value_type),
+              has_escapes(with_escapes) {}
+
         const char* begin;
         unsigned int size;
         ParserValue::Type type;

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "core/core_copy_impl.h"
-#include "core/core_string.h"
+#include "core/core_string_impl.h"
 #include "core/core_text_buffer_impl.h"
 #include "parser/parser_value.h"
 
+#include <bit>
+#include <cstdint>
 #include <limits>
 #include <string_view>
 
@@ -26,6 +28,13 @@ public:
     /// Null for a value that is no group, and for one that was cleared.
     static ParserGroup* group(const ParserValue& value) noexcept {
         return value.get_type() == ParserValue::TYPE_GROUP ? value.spelled_.scalar.group : nullptr;
+    }
+    /// What a bool, char, int or double holds, converted when it was not yet.
+    static const ParserValue::Scalar& scalar(const ParserValue& value) {
+        if (!value.has(ParserValue::VALUE_HELD)) {
+            value.make_value();
+        }
+        return value.spelled_.scalar;
     }
     static std::string_view string(const ParserValue& value) noexcept {
         return value.get_as_string().get_view();
@@ -52,22 +61,18 @@ public:
         auto* value = new (place) ParserValue(ParserValue::TYPE_STRING);
         const auto size = static_cast<unsigned int>(word.size());
         const bool is_short = size <= CoreString::inline_capacity;
-        value->string_.set_borrowed(is_short ? word.data() : put_string(word, text), size);
+        StringAccess::show(value->string_, {is_short ? word.data() : put_string(word, text), size});
         return value;
     }
     /// The same for a string with escapes.
     static ParserValue* make_escaped_string(void* place, std::string_view word, char*& text) noexcept;
-    static ParserValue* make_bool(void* place, bool value) noexcept {
-        return make_held(place, ParserValue::TYPE_BOOL, {.as_bool = value});
-    }
-    static ParserValue* make_char(void* place, char value) noexcept {
-        return make_held(place, ParserValue::TYPE_CHAR, {.as_char = value});
-    }
-    static ParserValue* make_int(void* place, int value) noexcept {
-        return make_held(place, ParserValue::TYPE_INT, {.as_int = value});
-    }
-    static ParserValue* make_double(void* place, double value) noexcept {
-        return make_held(place, ParserValue::TYPE_DOUBLE, {.as_double = clamp_to_finite(value)});
+    /// A bool, char, int or double from its bits, in the low end of the number. A double has to be finite, as
+    /// `clamp_to_finite` makes it.
+    static ParserValue* make_scalar(void* place, ParserValue::Type type, std::uint64_t bits) noexcept {
+        auto* value = new (place) ParserValue(type);
+        value->bits_ |= ParserValue::VALUE_HELD;
+        value->spelled_.scalar = scalar_of(type, bits);
+        return value;
     }
     static ParserValue* make_group(void* place, ParserGroup* group) noexcept {
         auto* value = new (place) ParserValue(ParserValue::TYPE_GROUP);
@@ -108,13 +113,16 @@ public:
     static void forget(ParserValue& value) noexcept;
 
 private:
-    static ParserValue* make_held(void* place, ParserValue::Type type, ParserValue::Scalar scalar) noexcept {
-        auto* value = new (place) ParserValue(type);
-        value->bits_ |= ParserValue::VALUE_HELD;
-        value->spelled_.scalar = scalar;
-        return value;
+    /// Stored whole: a narrow store is slow to read back in a wide load.
+    static ParserValue::Scalar scalar_of([[maybe_unused]] ParserValue::Type type,
+                                         std::uint64_t bits) noexcept {
+        static_assert(sizeof(ParserValue::Scalar) == sizeof(bits));
+        if constexpr (std::endian::native == std::endian::big) { // every member begins at the first byte
+            const bool is_byte = type == ParserValue::TYPE_BOOL || type == ParserValue::TYPE_CHAR;
+            bits <<= is_byte ? 56 : type == ParserValue::TYPE_INT ? 32 : 0;
+        }
+        return std::bit_cast<ParserValue::Scalar>(bits);
     }
-    /// Copies a string into an area, a NUL after it.
     static const char* put_string(std::string_view string, char*& text) noexcept {
         char* const begin = text;
         copy_text(begin, string.data(), string.size());

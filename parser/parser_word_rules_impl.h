@@ -49,7 +49,7 @@ ParserWord::Type classify_value(std::string_view word) noexcept;
 
 /// The same for a word that begins with a digit, or with "-" and one, given all classes that its characters have.
 inline ParserWord::Type classify_number(std::string_view word, unsigned int classes) noexcept {
-    if (word[0] == '0' && word.size() > 2 && word[1] == 'x') {
+    if (word.size() > 2 && word[1] == 'x' && word[0] == '0') {
         return ParserWord::TYPE_BINARY_DATA;
     }
     // A digit converts as an int and as a double, whatever follows it: only two marks tell them apart.

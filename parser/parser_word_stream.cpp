@@ -27,8 +27,9 @@ const char* WordStream::find_end_past(const char* p) noexcept {
 /// From inside a string: its closing quote, the line break that cuts it off, or the end of the text. Only the
 /// one byte before a quote tells whether it is escaped.
 const char* WordStream::find_string_end(const char* p) const noexcept {
-    while (p != end_ && !is_char(*p, CHAR_LINE_BREAK) && !(*p == '"' && p[-1] != '\\')) {
-        ++p;
+    p = find_string_stop(p, end_);
+    while (p != end_ && *p == '"' && p[-1] == '\\') {
+        p = find_string_stop(p + 1, end_);
     }
     return p;
 }

@@ -2,6 +2,7 @@
 
 #include "core/core_string.h"
 #include "parser/parser_characters_impl.h"
+#include "parser/parser_text_scan_impl.h"
 
 #include <string_view>
 
@@ -50,7 +51,8 @@ public:
 
     /// The word that was cut last.
     std::string_view word() const noexcept { return {start_, static_cast<std::size_t>(word_end_ - start_)}; }
-    /// All classes that its characters have, but for those between quotes; none for a delimiter.
+    /// Which of CHAR_NOT_IN_NAME, CHAR_DOUBLE_MARK and CHAR_QUOTE its characters have, but for those between quotes;
+    /// none for a delimiter.
     unsigned int classes() const noexcept { return classes_; }
     Token token() const noexcept {
         return {static_cast<unsigned int>(start_ - begin_), static_cast<unsigned int>(word_end_ - start_),
@@ -66,8 +68,8 @@ private:
     void skip_blanks() noexcept {
         const char* p = position_;
         for (;;) {
-            while (*p == ' ') { // most of them
-                ++p;
+            if (*p == ' ') { // most of them
+                p = skip_spaces(p, end_);
             }
             if (!is_char(*p, CHAR_BLANK)) {
                 break;
@@ -77,24 +79,20 @@ private:
         position_ = p;
     }
 
+    /// Without a branch: whether a line ends after a word is anybody's guess.
     const char* past_blank(const char* p) noexcept {
-        if (is_char(*p++, CHAR_LINE_BREAK)) {
-            ++line_;
-            line_start_ = p;
-        }
+        const bool ends_line = is_char(*p, CHAR_LINE_BREAK);
+        ++p;
+        line_ += ends_line ? 1 : 0;
+        line_start_ = ends_line ? p : line_start_;
         return p;
     }
 
     const char* find_word_end() noexcept {
-        const char* p = start_;
-        unsigned int classes = 0;
-        unsigned int found = classes_of(*p);
-        while ((found & CHAR_ENDS_RUN) == 0) {
-            classes |= found;
-            found = classes_of(*++p);
-        }
-        classes_ = classes;
-        return (found & (CHAR_BLANK | CHAR_DELIMITER)) != 0 || p == end_ ? p : find_end_past(p);
+        const TextRun run = scan_run(start_, end_);
+        classes_ = run.classes;
+        return is_char(*run.end, CHAR_BLANK | CHAR_DELIMITER) || run.end == end_ ? run.end
+                                                                                 : find_end_past(run.end);
     }
 
     const char* find_end_past(const char* p) noexcept;
