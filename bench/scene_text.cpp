@@ -11,6 +11,9 @@ std::string escaped(std::string_view text) {
         case '\n':
             out += "\\n";
             break;
+        case '\r':
+            out += "\\r";
+            break;
         case '\t':
             out += "\\t";
             break;

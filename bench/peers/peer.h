@@ -1,0 +1,108 @@
+#pragma once
+
+#include "bench/peers/checksum.h"
+#include "bench/peers/forms.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+/// What a peer is given: the content in its form, and the kinds of the values where the form does not tell them.
+struct Source {
+    std::string text;
+    std::string kinds;
+};
+
+/// A library with one document. Steps that a peer does not have stay as they are here, and its entry in the
+/// list of peers does not name them. Every step that can fail says so; a peer that fails is not timed.
+class Peer {
+public:
+    virtual ~Peer() = default;
+
+    /// Before each parse, not timed: for peers that work in the text itself, a fresh copy of it.
+    virtual void prepare() {}
+    virtual bool parse() = 0;
+    /// Reads every value in its own type.
+    virtual Checksum walk() const = 0;
+    /// Not timed: puts a tree in place of the parsed one that was built by calls, value by value.
+    virtual bool build() { return false; }
+    /// Of each ten entries that hold values, in turn: one renamed, one more added, one removed, one moved to the end of
+    /// its group. Gives the number of changes.
+    virtual std::size_t edit() { return 0; }
+    /// Gives the size of what was written, which is kept until `forget`.
+    virtual std::size_t print(bool) { return 0; }
+    virtual std::size_t encode() { return 0; }
+    /// Reads what the last `encode` wrote into a new document.
+    virtual bool decode() { return false; }
+    virtual void destroy() = 0;
+    /// Not timed: drops what was printed.
+    virtual void forget() {}
+    /// Not timed: drops a copy of the text that the tree does not need.
+    virtual void drop_text() {}
+};
+
+enum class Operation {
+    parse,
+    parse_walk,
+    walk,
+    walk_again,
+    edit,
+    print_pretty,
+    print_compact,
+    built_pretty,
+    built_compact,
+    encode,
+    decode_walk,
+    destroy,
+    first,
+    memory
+};
+constexpr unsigned int operation_count = 14;
+const char* operation_name(Operation operation);
+
+constexpr unsigned int bit(Operation operation) {
+    return 1u << static_cast<unsigned int>(operation);
+}
+constexpr unsigned int reads = bit(Operation::parse) | bit(Operation::parse_walk) | bit(Operation::walk) |
+                               bit(Operation::walk_again) | bit(Operation::destroy) | bit(Operation::first) |
+                               bit(Operation::memory);
+constexpr unsigned int prints = bit(Operation::print_pretty) | bit(Operation::print_compact);
+constexpr unsigned int built_prints = bit(Operation::built_pretty) | bit(Operation::built_compact);
+constexpr unsigned int stores = bit(Operation::encode) | bit(Operation::decode_walk);
+constexpr unsigned int edits = bit(Operation::edit);
+
+/// What is known of a peer beforehand.
+struct PeerKind {
+    enum Trait : unsigned int {
+        NONE = 0,
+        IN_PLACE =
+            1, // works in the caller's text, which is gone afterwards and must stay while the tree does
+        READ_ONLY = 2,
+        LOOSE_DECIMALS = 4,      // does not promise the nearest double
+        KEEPS_TEXT = 8,          // the text must stay though it is not changed
+        STORES_NO_TEMPLATES = 16 // in bytes
+    };
+
+    const char* name;
+    Form form;
+    unsigned int traits;
+    unsigned int operations;
+    std::unique_ptr<Peer> (*make)(const Source& source);
+
+    bool is(Trait trait) const { return (traits & trait) != 0; }
+    bool can(Operation operation) const { return (operations & bit(operation)) != 0; }
+};
+
+/// bk_parser first.
+const std::vector<PeerKind>& all_peers();
+const PeerKind* find_peer(const std::string& name);
+
+template <class P>
+std::unique_ptr<Peer> make_peer(const Source& source) {
+    return std::make_unique<P>(source);
+}
+
+} // namespace bench

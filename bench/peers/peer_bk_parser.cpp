@@ -1,0 +1,171 @@
+#include "bench/peers/peer_list.h"
+#include "bench/peers/turns.h"
+#include "core/core_version.h"
+#include "parser/parser_group.h"
+
+#include <algorithm>
+
+namespace bench {
+
+namespace {
+
+void walk_value(const ParserEntry& entry, unsigned int i, Checksum& sum) {
+    switch (entry.get_value_type(i)) {
+    case ParserValue::TYPE_BOOL:
+        sum.flag(entry.get_bool(i));
+        break;
+    case ParserValue::TYPE_INT:
+        sum.integer(entry.get_int(i));
+        break;
+    case ParserValue::TYPE_DOUBLE:
+        sum.decimal(entry.get_double(i));
+        break;
+    case ParserValue::TYPE_STRING:
+        sum.string(entry.get_string(i).get_view());
+        break;
+    default:
+        break;
+    }
+}
+
+void walk_group(const ParserGroup& group, Checksum& sum) {
+    for (const ParserEntry* entry : group.get_entries()) {
+        if (entry->is_group()) {
+            if (entry->is_template()) {
+                sum.string(entry->get_template().get_view());
+            }
+            walk_group(*entry->get_group(0), sum);
+            continue;
+        }
+        const unsigned int count = entry->get_value_count();
+        for (unsigned int i = 0; i < count; ++i) {
+            walk_value(*entry, i, sum);
+        }
+    }
+}
+
+void add_value(ParserEntry& to, const ParserEntry& from, unsigned int i) {
+    switch (from.get_value_type(i)) {
+    case ParserValue::TYPE_BOOL:
+        to.add_bool(from.get_bool(i));
+        break;
+    case ParserValue::TYPE_INT:
+        to.add_int(from.get_int(i));
+        break;
+    case ParserValue::TYPE_DOUBLE:
+        to.add_double(from.get_double(i));
+        break;
+    default:
+        to.add_string(from.get_string(i));
+    }
+}
+
+void build_group(ParserGroup& to, const ParserGroup& from) {
+    for (const ParserEntry* entry : from.get_entries()) {
+        ParserEntry* made = to.add_entry(*new ParserEntry(entry->get_name(), entry->get_type(), 0, 0));
+        made->set_array(entry->is_array(), entry->get_array_count());
+        made->set_template(entry->get_template());
+        if (entry->is_group()) {
+            build_group(*made->add_group(nullptr), *entry->get_group(0));
+            continue;
+        }
+        for (unsigned int i = 0; i < entry->get_value_count(); ++i) {
+            add_value(*made, *entry, i);
+        }
+    }
+}
+
+/// Removing is done for all of a group at once, as the library offers it.
+void edit_group(ParserGroup& group, Turns& turns) {
+    const unsigned int count = group.get_entries().get_count();
+    std::vector<unsigned int> removed;
+    std::vector<unsigned int> moved; // positions after the removal
+    for (unsigned int i = 0; i < count; ++i) {
+        ParserEntry& entry = *group.get_entries()[i];
+        if (entry.is_group()) {
+            edit_group(*entry.get_group(0), turns);
+            continue;
+        }
+        switch (turns.next()) {
+        case Turns::RENAME:
+            entry.rename("renamed");
+            break;
+        case Turns::ADD:
+            group.add_entry("added", 0, 0)->add_int(7);
+            break;
+        case Turns::REMOVE:
+            removed.push_back(i);
+            break;
+        case Turns::MOVE:
+            moved.push_back(i - static_cast<unsigned int>(removed.size()));
+            break;
+        case Turns::NOTHING:
+            break;
+        }
+    }
+    if (!removed.empty()) {
+        CoreBasicArray<unsigned int> positions(static_cast<unsigned int>(removed.size()));
+        std::copy(removed.begin(), removed.end(), positions.begin());
+        group.remove_entries(positions);
+    }
+    for (unsigned int i = 0; i < moved.size(); ++i) {
+        group.move_entry(moved[i] - i, group.get_entries().get_count() - 1);
+    }
+}
+
+class BkParser : public Peer {
+public:
+    explicit BkParser(const Source& source) : text_(source.text) {}
+
+    bool parse() override {
+        root_ = std::make_unique<ParserGroup>("root");
+        return root_->set_text(text_, CoreVersion(1.2), nullptr);
+    }
+    Checksum walk() const override {
+        Checksum sum;
+        walk_group(*root_, sum);
+        return sum;
+    }
+    bool build() override {
+        auto built = std::make_unique<ParserGroup>("root");
+        build_group(*built, *root_);
+        root_ = std::move(built);
+        return true;
+    }
+    std::size_t edit() override {
+        Turns turns;
+        edit_group(*root_, turns);
+        return turns.changes();
+    }
+    std::size_t print(bool pretty) override {
+        root_->get_text(printed_, false, pretty, 1);
+        return printed_.get_length();
+    }
+    void forget() override { printed_ = CoreString(); }
+    std::size_t encode() override {
+        encoded_ = root_->get_binary(false);
+        return encoded_.get_count();
+    }
+    bool decode() override {
+        root_ = std::make_unique<ParserGroup>("root");
+        core_uint64 position = 0;
+        return root_->set_binary(encoded_, position);
+    }
+    void destroy() override { root_.reset(); }
+    void drop_text() override { text_ = CoreString(); }
+
+private:
+    CoreString text_;
+    std::unique_ptr<ParserGroup> root_;
+    CoreString printed_;
+    CoreVector<char> encoded_;
+};
+
+} // namespace
+
+void add_bk_parser(PeerList& peers) {
+    peers.push_back({"bk_parser", Form::text, PeerKind::STORES_NO_TEMPLATES,
+                     reads | edits | prints | built_prints | stores, make_peer<BkParser>});
+}
+
+} // namespace bench

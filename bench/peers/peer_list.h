@@ -1,0 +1,20 @@
+#pragma once
+
+#include "bench/peers/peer.h"
+
+/// One function a peer's file, which adds the peer in each of the ways in which it is used.
+namespace bench {
+
+using PeerList = std::vector<PeerKind>;
+
+void add_bk_parser(PeerList& peers);
+void add_pugixml(PeerList& peers);
+void add_rapidxml(PeerList& peers);
+void add_rapidjson(PeerList& peers);
+void add_nlohmann(PeerList& peers);
+void add_simdjson(PeerList& peers);
+void add_tomlplusplus(PeerList& peers);
+void add_libconfig(PeerList& peers);
+void add_msgpack(PeerList& peers);
+
+} // namespace bench
