@@ -17,6 +17,16 @@ is_there() {
         libgtest-dev) has_header gtest/gtest.h ;;
         libcli11-dev) has_header CLI/CLI.hpp ;;
         libbenchmark-dev) has_header benchmark/benchmark.h ;;
+        rapidjson-dev) has_header rapidjson/document.h ;;
+        libpugixml-dev) has_header pugixml.hpp ;;
+        librapidxml-dev) has_header rapidxml/rapidxml.hpp ;;
+        libsimdjson-dev) has_header simdjson.h ;;
+        nlohmann-json3-dev) has_header nlohmann/json.hpp ;;
+        libtomlplusplus-dev) has_header toml++/toml.h ;;
+        libconfig++-dev) has_header libconfig.h++ ;;
+        libmsgpack-cxx-dev) has_header msgpack.hpp ;;
+        gnuplot-nox) command -v gnuplot ;;
+        valgrind) command -v valgrind && has_header valgrind/callgrind.h ;;
         clang) command -v clang++ ;;
         *) command -v "$1" ;;
     esac >/dev/null

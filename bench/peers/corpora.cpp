@@ -1,6 +1,6 @@
 #include "bench/peers/corpora.h"
 
-#include "bench/peers/curves.h"
+#include "bench/curves.h"
 #include "bench/peers/json_source.h"
 
 #include <algorithm>

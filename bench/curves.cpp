@@ -1,4 +1,4 @@
-#include "bench/peers/curves.h"
+#include "bench/curves.h"
 
 #include "bench/scene_random.h"
 

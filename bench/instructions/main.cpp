@@ -1,0 +1,101 @@
+// Takes a document through its life, each step by itself under the eyes of callgrind, which writes one file a step. The
+// script beside this file reads them. The counts are the same on every run, however busy the machine is.
+
+#include "bench/curves.h"
+#include "bench/scene.h"
+#include "bench/scene_text.h"
+#include "core/core_version.h"
+#include "parser/parser_group.h"
+
+#include <valgrind/callgrind.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+namespace {
+
+using Document = std::unique_ptr<ParserGroup>;
+
+constexpr unsigned int value_count = 20000;
+
+/// What the compiler must not leave out.
+volatile double kept_sum = 0.0;
+
+/// A step that holds nothing of what it made is not the step that is meant: results go out through here.
+template <class Step>
+void counted(const char* name, Step step) {
+    CALLGRIND_START_INSTRUMENTATION;
+    CALLGRIND_ZERO_STATS;
+    step();
+    CALLGRIND_DUMP_STATS_AT(name);
+    CALLGRIND_STOP_INSTRUMENTATION;
+}
+
+double read_value(const ParserEntry& entry, unsigned int i) {
+    switch (entry.get_value_type(i)) {
+    case ParserValue::TYPE_BOOL:
+        return entry.get_bool(i) ? 1.0 : 0.0;
+    case ParserValue::TYPE_INT:
+        return entry.get_int(i);
+    case ParserValue::TYPE_DOUBLE:
+        return entry.get_double(i);
+    case ParserValue::TYPE_STRING:
+        return entry.get_string(i).get_length();
+    default:
+        return 0.0;
+    }
+}
+
+double walk(const ParserGroup& group) {
+    double sum = 0.0;
+    for (const ParserEntry* entry : group.get_entries()) {
+        if (entry->is_group()) {
+            sum += walk(*entry->get_group(0));
+            continue;
+        }
+        const unsigned int count = entry->get_value_count();
+        for (unsigned int i = 0; i < count; ++i) {
+            sum += read_value(*entry, i);
+        }
+    }
+    return sum;
+}
+
+bool live(const CoreString& text) {
+    Document document = std::make_unique<ParserGroup>("root");
+    bool is_read = false;
+    counted("parse", [&] { is_read = document->set_text(text, CoreVersion(1.2), nullptr); });
+    CoreString pretty;
+    CoreString compact;
+    counted("print_pretty", [&] { document->get_text(pretty, false, true, 1); });
+    counted("print_compact", [&] { document->get_text(compact, false, false, 1); });
+    counted("walk_first", [&] { kept_sum = walk(*document); });
+    counted("walk_again", [&] { kept_sum = walk(*document); });
+    CoreVector<char> bytes;
+    counted("encode", [&] { bytes = document->get_binary(false); });
+    counted("destroy", [&] { document.reset(); });
+
+    Document decoded = std::make_unique<ParserGroup>("root");
+    core_uint64 position = 0;
+    bool is_decoded = false;
+    counted("decode", [&] { is_decoded = decoded->set_binary(bytes, position); });
+    CoreString printed;
+    counted("print_numbers", [&] { decoded->get_text(printed, false, true, 1); });
+    return is_read && is_decoded && !pretty.is_empty() && !compact.is_empty() && !printed.is_empty();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::string_view input = argc > 1 ? argv[1] : "";
+    if (input != "scene" && input != "curves") {
+        std::fputs("usage: bk_parser_instructions scene|curves\n", stderr);
+        return 2;
+    }
+    bench::SceneText sink;
+    (input == "scene" ? bench::make_scene : bench::make_curves)(sink, value_count, 1);
+    std::printf("%u values\n", value_count);
+    return live(CoreString(sink.get_text())) ? 0 : 1;
+}
