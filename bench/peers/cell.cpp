@@ -14,13 +14,6 @@ constexpr std::size_t least_repetitions = 7;
 constexpr std::size_t most_repetitions = 301;
 constexpr double least_seconds = 0.3;
 
-/// Seconds of this thread's work: unlike the time on the wall, they do not pass while other programs run.
-double now() {
-    timespec time = {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
 double resident_bytes() {
     long total_pages = 0;
     long resident_pages = 0;
@@ -83,9 +76,9 @@ private:
 
     template <class Step>
     auto timed(Step step) {
-        const double start = now();
+        const double start = thread_seconds();
         const auto outcome = step();
-        result_.samples.push_back(now() - start);
+        result_.samples.push_back(thread_seconds() - start);
         return outcome;
     }
 
@@ -230,6 +223,12 @@ std::optional<CellResult> measure_memory(const PeerKind& kind, const std::string
 }
 
 } // namespace
+
+double thread_seconds() {
+    timespec time = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
 
 double median(std::vector<double> samples) {
     if (samples.empty()) {

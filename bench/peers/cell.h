@@ -26,6 +26,9 @@ std::optional<CellResult> run_cell_apart(const PeerKind& kind, Operation operati
 /// The child's side of it: measures and reports.
 int answer_cell(const std::string& peer, const std::string& operation, const std::string& corpus);
 
+/// Seconds of this thread's work: unlike the time on the wall, they do not pass while other programs run.
+double thread_seconds();
+
 /// The middle one.
 double median(std::vector<double> samples);
 

@@ -18,7 +18,11 @@ void write_file(const std::string& path, const std::string& text) {
 }
 
 Corpus write_all(const std::string& name, const Document& document, const std::string& target) {
-    Corpus corpus{name, target + "/" + name, static_cast<double>(document.value_count())};
+    Corpus corpus;
+    corpus.name = name;
+    corpus.path = target + "/" + name;
+    corpus.values = static_cast<double>(document.value_count());
+    corpus.is_numeric = document.decimal_count() > document.value_count() * 9 / 10;
     for (const Form form : all_forms) {
         write_file(corpus.path + "." + form_name(form), write_form(document, form));
     }
@@ -70,6 +74,7 @@ std::vector<Corpus> make_corpora(const std::string& folder, const std::string& o
             Document document;
             from.make(document, from.value_count, 1);
             corpora.push_back(write_all(from.name, document, target));
+            corpora.back().is_scene = from.make == make_scene;
         }
     }
     if (folder.empty()) {

@@ -27,6 +27,7 @@ void Document::entry(SceneShape shape, std::string_view name, std::span<const Sc
     entry.name = name;
     for (const SceneValue& value : values) {
         entry.values.push_back({value.kind, std::string(value.text)});
+        decimal_count_ += value.kind == SceneValue::Kind::decimal ? 1 : 0;
     }
     value_count_ += values.size();
 }

@@ -44,10 +44,12 @@ public:
     const Entry& root() const { return open_.front(); }
     /// Values, templates not counted.
     std::size_t value_count() const { return value_count_; }
+    std::size_t decimal_count() const { return decimal_count_; }
 
 private:
     std::vector<Entry> open_; // the root and the groups that have not ended
     std::size_t value_count_ = 0;
+    std::size_t decimal_count_ = 0;
 };
 
 /// The entries of a group by their names, in the order in which a name first comes: formats that have no repeated

@@ -3,6 +3,8 @@
 // meets all of them alike. A typed walk of each tree must see the same values, or the run fails.
 
 #include "bench/peers/corpora.h"
+#include "bench/peers/plot.h"
+#include "bench/peers/targets.h"
 
 #include <cmath>
 #include <cstdio>
@@ -17,14 +19,15 @@ using bench::Corpus;
 using bench::Operation;
 using bench::PeerKind;
 
-constexpr const char* usage =
-    "usage: bk_parser_peers [--corpus DIR] [--only CORPUS] [--operations A,B] [--peers A,B] [--rounds N]\n";
+constexpr const char* usage = "usage: bk_parser_peers [--corpus DIR] [--only CORPUS] [--operations A,B] "
+                              "[--peers A,B] [--rounds N] [--plot DIR]\n";
 
 struct Options {
     std::string folder;
     std::string only;
     std::string operations;
     std::string peers;
+    std::string pictures; // the folder for them
     unsigned int rounds = 3;
 };
 
@@ -36,7 +39,8 @@ bool take_options(int argc, char** argv, Options& options) {
     const std::map<std::string_view, std::string*> texts = {{"--corpus", &options.folder},
                                                             {"--only", &options.only},
                                                             {"--operations", &options.operations},
-                                                            {"--peers", &options.peers}};
+                                                            {"--peers", &options.peers},
+                                                            {"--plot", &options.pictures}};
     for (int i = 1; i < argc; i += 2) {
         const auto found = texts.find(argv[i]);
         const bool is_rounds = std::string_view(argv[i]) == "--rounds";
@@ -100,9 +104,12 @@ public:
             }
         }
         bench::print_table(corpus_, results_);
+        bench::print_targets(corpus_, results_);
         std::fflush(stdout);
         return failures_;
     }
+
+    const bench::Results& results() const { return results_; }
 
 private:
     void race(Operation operation) {
@@ -165,11 +172,19 @@ int main(int argc, char** argv) {
     }
     const bench::TemporaryFolder folder;
     unsigned int failures = 0;
+    std::vector<bench::Raced> raced;
     for (const Corpus& corpus : bench::make_corpora(options.folder, options.only, folder.path())) {
-        failures += Race(corpus, options).run();
+        Race race(corpus, options);
+        failures += race.run();
+        raced.push_back({corpus, race.results()});
+    }
+    bench::print_keystream_target();
+    if (!options.pictures.empty() && !bench::plot(raced, folder.path(), options.pictures)) {
+        std::fputs("the pictures could not be drawn\n", stderr);
+        ++failures;
     }
     if (failures != 0) {
-        std::fprintf(stderr, "%u cells failed\n", failures);
+        std::fprintf(stderr, "%u failed\n", failures);
     }
     return failures == 0 ? 0 : 1;
 }

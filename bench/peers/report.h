@@ -13,6 +13,8 @@ struct Corpus {
     std::string name;
     std::string path;
     double values = 0.0;
+    bool is_scene = false;
+    bool is_numeric = false; // hardly anything but decimals
 };
 
 /// The median of each cell of one corpus. Rates are millions a second, of values or, for the edit, of changes.

@@ -1,0 +1,106 @@
+#include "bench/peers/targets.h"
+
+#include "parser/parser_keystream_impl.h"
+
+#include <cstdio>
+#include <string_view>
+
+namespace bench {
+
+namespace {
+
+void print_target(const std::string& what, double reached, double wanted, bool is_reached) {
+    std::printf("  %-11s  %-58s %8.2f, wanted %.2f\n", is_reached ? "reached" : "NOT REACHED", what.c_str(),
+                reached, wanted);
+}
+
+/// The targets over one corpus.
+class Targets {
+public:
+    Targets(const Corpus& corpus, const Results& results) : corpus_(corpus), results_(results) {}
+
+    void print() const {
+        std::printf("\ntargets over %s\n", corpus_.name.c_str());
+        times("pugixml", Operation::parse_walk, 1.0);
+        times("pugixml+fc", Operation::parse_walk, 1.0);
+        times("rapidjson", Operation::parse_walk, 1.2);
+        if (!corpus_.is_numeric) {
+            times(best_editable(), Operation::parse_walk, 1.0);
+        }
+        if (corpus_.is_scene) {
+            times("pugixml_inplace", Operation::first, 1.2);
+            at_most("bytes per value", results_.bytes_per_value(our_name()), 110.0);
+        }
+        times("pugixml", Operation::print_pretty, 1.0);
+        times("pugixml", Operation::print_compact, 1.0);
+        times("rapidjson", Operation::built_pretty, 1.0);
+        times("rapidjson", Operation::built_compact, 1.0);
+        times("msgpack-cxx", Operation::encode, 1.0);
+        times("msgpack-cxx", Operation::decode_walk, 1.0);
+        at_least("destroy, millions of values a second", results_.rate(our_name(), Operation::destroy),
+                 100.0);
+        times("pugixml", Operation::edit, 1.5);
+    }
+
+private:
+    static const char* our_name() { return all_peers()[0].name; }
+
+    void times(const std::string& peer, Operation operation, double wanted) const {
+        const double ours = results_.rate(our_name(), operation);
+        const double theirs = results_.rate(peer, operation);
+        if (ours > 0.0 && theirs > 0.0) {
+            const std::string what = std::string(operation_name(operation)) + ", times " + peer;
+            print_target(what, ours / theirs, wanted, ours >= wanted * theirs);
+        }
+    }
+
+    static void at_least(const char* what, double reached, double wanted) {
+        if (reached > 0.0) {
+            print_target(what, reached, wanted, reached >= wanted);
+        }
+    }
+
+    static void at_most(const char* what, double reached, double wanted) {
+        if (reached > 0.0) {
+            print_target(what, reached, wanted, reached <= wanted);
+        }
+    }
+
+    std::string best_editable() const {
+        std::string best;
+        for (const PeerKind& peer : all_peers()) {
+            if (peer.name != std::string_view(our_name()) && !peer.is(PeerKind::READ_ONLY) &&
+                results_.rate(peer.name, Operation::parse_walk) >
+                    results_.rate(best, Operation::parse_walk)) {
+                best = peer.name;
+            }
+        }
+        return best;
+    }
+
+    const Corpus& corpus_;
+    const Results& results_;
+};
+
+} // namespace
+
+void print_targets(const Corpus& corpus, const Results& results) {
+    Targets(corpus, results).print();
+}
+
+void print_keystream_target() {
+    constexpr std::size_t size = 1u << 20;
+    std::vector<unsigned char> bytes(size);
+    std::vector<double> samples;
+    for (unsigned int i = 0; i < 31; ++i) {
+        const double start = thread_seconds();
+        bk::Keystream keystream(7);
+        keystream.add_to(bytes.data(), bytes.data(), size / 4);
+        samples.push_back(thread_seconds() - start);
+    }
+    const double rate = static_cast<double>(size) / median(samples) * 1e-9;
+    std::printf("\n");
+    print_target("keystream, GB a second", rate, 6.0, rate >= 6.0);
+}
+
+} // namespace bench
