@@ -122,6 +122,29 @@ double time_print(const CoreString& text, unsigned int copies) {
     });
 }
 
+/// Of a tree whose numbers have been read: converting them is the walk's.
+double time_encode(const CoreString& text, unsigned int copies) {
+    const Documents documents = parsed(text, copies);
+    walk_all(documents);
+    std::vector<CoreVector<char>> encoded(copies);
+    return seconds_of([&] {
+        for (unsigned int i = 0; i < copies; ++i) {
+            encoded[i] = documents[i]->get_binary(false);
+        }
+    });
+}
+
+double time_decode(const CoreString& text, unsigned int copies) {
+    const CoreVector<char> encoded = parsed(text, 1).front()->get_binary(false);
+    const Documents documents = empty_documents(copies);
+    return seconds_of([&] {
+        for (const Document& document : documents) {
+            core_uint64 position = 0;
+            document->set_binary(encoded, position);
+        }
+    });
+}
+
 double time_destroy(const CoreString& text, unsigned int copies) {
     Documents documents = parsed(text, copies);
     return seconds_of([&] { documents.clear(); });
@@ -129,10 +152,9 @@ double time_destroy(const CoreString& text, unsigned int copies) {
 
 } // namespace
 
-const Phase phases[5] = {{"parse", time_parse},
-                         {"walk_first", time_first_walk},
-                         {"walk_again", time_second_walk},
-                         {"print", time_print},
-                         {"destroy", time_destroy}};
+const Phase phases[7] = {
+    {"parse", time_parse},    {"walk_first", time_first_walk}, {"walk_again", time_second_walk},
+    {"print", time_print},    {"encode", time_encode},         {"decode", time_decode},
+    {"destroy", time_destroy}};
 
 } // namespace bench

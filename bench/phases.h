@@ -11,7 +11,7 @@ struct Phase {
     double (*run)(const CoreString& text, unsigned int copies);
 };
 
-/// Parse, typed walk (first, which converts, and again), print, destroy.
-extern const Phase phases[5];
+/// Parse, typed walk (first, which converts, and again), print, encode, decode, destroy.
+extern const Phase phases[7];
 
 } // namespace bench

@@ -23,6 +23,15 @@ bool is_measured(const Results& results, Operation operation) {
     return false;
 }
 
+bool takes_part(const Results& results, const PeerKind& peer) {
+    for (unsigned int i = 0; i < operation_count; ++i) {
+        if (figure(results, peer.name, static_cast<Operation>(i)) >= 0.0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 template <class Cell>
 void print_rows(const Results& results, const char* title, Cell cell) {
     std::printf("%-20s", title);
@@ -33,6 +42,9 @@ void print_rows(const Results& results, const char* title, Cell cell) {
     }
     std::printf("\n");
     for (const PeerKind& peer : all_peers()) {
+        if (!takes_part(results, peer)) {
+            continue;
+        }
         std::printf("%-20s", peer.name);
         for (unsigned int i = 0; i < operation_count; ++i) {
             const auto operation = static_cast<Operation>(i);

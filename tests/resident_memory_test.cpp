@@ -1,0 +1,78 @@
+#include "core/core_version.h"
+#include "parser/parser_group.h"
+#include "tests/support/live_document.h"
+#include "tests/support/resident_memory.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace {
+
+constexpr double mebibyte = 1024.0 * 1024.0;
+
+CoreString lines(unsigned int count) {
+    std::string text;
+    for (unsigned int i = 0; i < count; ++i) {
+        text += "group { name \"entry number " + std::to_string(i) + "\" place 0.5 1.25 " +
+                std::to_string(i) + " }\n";
+    }
+    return CoreString(text);
+}
+
+std::unique_ptr<ParserGroup> parsed(const CoreString& text) {
+    auto root = std::make_unique<ParserGroup>("root");
+    root->set_text(text, CoreVersion(1.2), nullptr);
+    return root;
+}
+
+TEST(resident_memory, what_a_large_document_took_is_given_back_when_it_dies) {
+    const CoreString text = lines(100000);
+    parsed(lines(30000)).reset(); // what the library keeps for the next document is there from here on
+    const double before = resident_memory();
+    if (before < 0.0) {
+        GTEST_SKIP() << "resident memory cannot be told here";
+    }
+    auto root = parsed(text);
+    EXPECT_GT(resident_memory(), before + 20.0 * mebibyte) << "the document's memory is not seen";
+    root.reset();
+    EXPECT_LT(resident_memory(), 1.1 * before);
+}
+
+TEST(resident_memory, what_printing_and_storing_a_large_document_took_is_given_back) {
+    const CoreString text = lines(100000);
+    parsed(lines(30000)).reset();
+    const double before = resident_memory();
+    if (before < 0.0) {
+        GTEST_SKIP() << "resident memory cannot be told here";
+    }
+    {
+        const auto root = parsed(text);
+        CoreString printed;
+        root->get_text(printed, false, true, 1);
+        const CoreVector<char> bytes = root->get_binary(false);
+        ParserGroup decoded("root");
+        core_uint64 position = 0;
+        ASSERT_TRUE(decoded.set_binary(bytes, position));
+        ASSERT_EQ(decoded.get_entry_count(), root->get_entry_count());
+    }
+    EXPECT_LT(resident_memory(), 1.1 * before);
+}
+
+TEST(resident_memory, a_document_that_is_edited_on_and_on_takes_no_more) {
+    LiveDocument document(1);
+    for (unsigned int i = 0; i < 200000; ++i) {
+        document.edit();
+    }
+    const double before = resident_memory();
+    if (before < 0.0) {
+        GTEST_SKIP() << "resident memory cannot be told here";
+    }
+    for (unsigned int i = 0; i < 1000000; ++i) {
+        document.edit();
+    }
+    EXPECT_LT(resident_memory(), before + 4.0 * mebibyte); // a leak of five bytes an edit would pass that
+}
+
+} // namespace
