@@ -3,6 +3,7 @@
 // meets all of them alike. A typed walk of each tree must see the same values, or the run fails.
 
 #include "bench/peers/corpora.h"
+#include "bench/peers/figures.h"
 #include "bench/peers/plot.h"
 #include "bench/peers/targets.h"
 
@@ -104,7 +105,10 @@ public:
             }
         }
         bench::print_table(corpus_, results_);
-        bench::print_targets(corpus_, results_);
+        std::printf("\ntargets over %s\n", corpus_.name.c_str());
+        for (const bench::Target& target : bench::targets_over(corpus_, results_)) {
+            bench::print_target(target);
+        }
         std::fflush(stdout);
         return failures_;
     }
@@ -178,10 +182,14 @@ int main(int argc, char** argv) {
         failures += race.run();
         raced.push_back({corpus, race.results()});
     }
-    bench::print_keystream_target();
-    if (!options.pictures.empty() && !bench::plot(raced, folder.path(), options.pictures)) {
-        std::fputs("the pictures could not be drawn\n", stderr);
-        ++failures;
+    std::printf("\n");
+    bench::print_target(bench::keystream_target());
+    if (!options.pictures.empty()) {
+        bench::write_figures(raced, options.pictures + "/performance_figures.md");
+        if (!bench::plot(raced, folder.path(), options.pictures)) {
+            std::fputs("the pictures could not be drawn\n", stderr);
+            ++failures;
+        }
     }
     if (failures != 0) {
         std::fprintf(stderr, "%u failed\n", failures);

@@ -61,7 +61,10 @@ void write_script(const Picture& picture, std::size_t corpus_count, const std::s
                         << "set title '" << picture.title << "'\n"
                         << "set datafile separator '\\t'\n"
                         << "set style data histograms\nset style histogram clustered gap 1\n"
-                        << "set style fill solid 0.85 border -1\nset boxwidth 0.9\n"
+                        << "set style fill solid 1.0 noborder\nset boxwidth 0.9\n"
+                        << "set linetype 1 lc rgb '#1f4e79'\nset linetype 2 lc rgb '#5b9bd5'\n"
+                        << "set linetype 3 lc rgb '#e0a030'\nset linetype 4 lc rgb '#3a7d44'\n"
+                        << "set linetype 5 lc rgb '#b5446e'\n"
                         << "set key outside top right noenhanced\nset grid ytics\n"
                         << "set xtics rotate by -35 noenhanced\nset yrange [0:*]\n"
                         << "plot for [i=2:" << corpus_count + 1 << "] '" << data

@@ -6,38 +6,12 @@ namespace bench {
 
 namespace {
 
-constexpr const char* titles[operation_count] = {"parse",    "parse+walk", "walk",     "again",    "edit",
-                                                 "pretty",   "compact",    "built/pr", "built/co", "encode",
-                                                 "dec+walk", "destroy",    "first",    "bytes"};
-
-double figure(const Results& results, const std::string& peer, Operation operation) {
-    return operation == Operation::memory ? results.bytes_per_value(peer) : results.rate(peer, operation);
-}
-
-bool is_measured(const Results& results, Operation operation) {
-    for (const PeerKind& peer : all_peers()) {
-        if (figure(results, peer.name, operation) >= 0.0) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool takes_part(const Results& results, const PeerKind& peer) {
-    for (unsigned int i = 0; i < operation_count; ++i) {
-        if (figure(results, peer.name, static_cast<Operation>(i)) >= 0.0) {
-            return true;
-        }
-    }
-    return false;
-}
-
 template <class Cell>
 void print_rows(const Results& results, const char* title, Cell cell) {
     std::printf("%-20s", title);
     for (unsigned int i = 0; i < operation_count; ++i) {
         if (is_measured(results, static_cast<Operation>(i))) {
-            std::printf(" %10s", titles[i]);
+            std::printf(" %10s", operation_titles[i]);
         }
     }
     std::printf("\n");
@@ -77,16 +51,33 @@ double Results::bytes_per_value(const std::string& peer) const {
     return rate(peer, Operation::memory);
 }
 
+bool is_measured(const Results& results, Operation operation) {
+    for (const PeerKind& peer : all_peers()) {
+        if (results.rate(peer.name, operation) >= 0.0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool takes_part(const Results& results, const PeerKind& peer) {
+    for (unsigned int i = 0; i < operation_count; ++i) {
+        if (results.rate(peer.name, static_cast<Operation>(i)) >= 0.0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void print_table(const Corpus& corpus, const Results& results) {
     std::printf("\n%s, %.0f values; millions of values a second, of changes for the edit\n",
                 corpus.name.c_str(), corpus.values);
-    print_rows(results, "", [&](const PeerKind& peer, Operation operation) {
-        return figure(results, peer.name, operation);
-    });
+    print_rows(results, "",
+               [&](const PeerKind& peer, Operation operation) { return results.rate(peer.name, operation); });
     std::printf("\n");
     print_rows(results, "bk_parser is, times", [&](const PeerKind& peer, Operation operation) {
-        const double ours = figure(results, all_peers()[0].name, operation);
-        const double theirs = figure(results, peer.name, operation);
+        const double ours = results.rate(all_peers()[0].name, operation);
+        const double theirs = results.rate(peer.name, operation);
         if (ours <= 0.0 || theirs <= 0.0) {
             return -1.0;
         }

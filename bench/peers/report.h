@@ -29,6 +29,19 @@ private:
     std::map<std::pair<std::string, Operation>, double> figures_;
 };
 
+constexpr const char* operation_titles[operation_count] = {
+    "parse",    "parse+walk", "walk",   "again",    "edit",    "pretty", "compact",
+    "built/pr", "built/co",   "encode", "dec+walk", "destroy", "first",  "bytes"};
+
+/// A corpus and what came of it.
+struct Raced {
+    Corpus corpus;
+    Results results;
+};
+
+bool is_measured(const Results& results, Operation operation);
+bool takes_part(const Results& results, const PeerKind& peer);
+
 /// The rates of all peers, and beside each how many times faster bk_parser is.
 void print_table(const Corpus& corpus, const Results& results);
 

@@ -9,18 +9,12 @@ namespace bench {
 
 namespace {
 
-void print_target(const std::string& what, double reached, double wanted, bool is_reached) {
-    std::printf("  %-11s  %-58s %8.2f, wanted %.2f\n", is_reached ? "reached" : "NOT REACHED", what.c_str(),
-                reached, wanted);
-}
-
 /// The targets over one corpus.
 class Targets {
 public:
     Targets(const Corpus& corpus, const Results& results) : corpus_(corpus), results_(results) {}
 
-    void print() const {
-        std::printf("\ntargets over %s\n", corpus_.name.c_str());
+    std::vector<Target> all() {
         times("pugixml", Operation::parse_walk, 1.0);
         times("pugixml+fc", Operation::parse_walk, 1.0);
         times("rapidjson", Operation::parse_walk, 1.2);
@@ -40,29 +34,30 @@ public:
         at_least("destroy, millions of values a second", results_.rate(our_name(), Operation::destroy),
                  100.0);
         times("pugixml", Operation::edit, 1.5);
+        return std::move(targets_);
     }
 
 private:
     static const char* our_name() { return all_peers()[0].name; }
 
-    void times(const std::string& peer, Operation operation, double wanted) const {
+    void times(const std::string& peer, Operation operation, double wanted) {
         const double ours = results_.rate(our_name(), operation);
         const double theirs = results_.rate(peer, operation);
         if (ours > 0.0 && theirs > 0.0) {
             const std::string what = std::string(operation_name(operation)) + ", times " + peer;
-            print_target(what, ours / theirs, wanted, ours >= wanted * theirs);
+            targets_.push_back({what, ours / theirs, wanted, ours >= wanted * theirs});
         }
     }
 
-    static void at_least(const char* what, double reached, double wanted) {
+    void at_least(const char* what, double reached, double wanted) {
         if (reached > 0.0) {
-            print_target(what, reached, wanted, reached >= wanted);
+            targets_.push_back({what, reached, wanted, reached >= wanted});
         }
     }
 
-    static void at_most(const char* what, double reached, double wanted) {
+    void at_most(const char* what, double reached, double wanted) {
         if (reached > 0.0) {
-            print_target(what, reached, wanted, reached <= wanted);
+            targets_.push_back({what, reached, wanted, reached <= wanted});
         }
     }
 
@@ -80,15 +75,16 @@ private:
 
     const Corpus& corpus_;
     const Results& results_;
+    std::vector<Target> targets_;
 };
 
 } // namespace
 
-void print_targets(const Corpus& corpus, const Results& results) {
-    Targets(corpus, results).print();
+std::vector<Target> targets_over(const Corpus& corpus, const Results& results) {
+    return Targets(corpus, results).all();
 }
 
-void print_keystream_target() {
+Target keystream_target() {
     constexpr std::size_t size = 1u << 20;
     std::vector<unsigned char> bytes(size);
     std::vector<double> samples;
@@ -99,8 +95,12 @@ void print_keystream_target() {
         samples.push_back(thread_seconds() - start);
     }
     const double rate = static_cast<double>(size) / median(samples) * 1e-9;
-    std::printf("\n");
-    print_target("keystream, GB a second", rate, 6.0, rate >= 6.0);
+    return {"keystream, GB a second", rate, 6.0, rate >= 6.0};
+}
+
+void print_target(const Target& target) {
+    std::printf("  %-11s  %-58s %8.2f, wanted %.2f\n", target.is_reached ? "reached" : "NOT REACHED",
+                target.what.c_str(), target.reached, target.wanted);
 }
 
 } // namespace bench
