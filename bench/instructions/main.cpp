@@ -4,6 +4,7 @@
 #include "bench/curves.h"
 #include "bench/scene.h"
 #include "bench/scene_text.h"
+#include "bench/walk.h"
 #include "core/core_version.h"
 #include "parser/parser_group.h"
 
@@ -33,36 +34,6 @@ void counted(const char* name, Step step) {
     CALLGRIND_STOP_INSTRUMENTATION;
 }
 
-double read_value(const ParserEntry& entry, unsigned int i) {
-    switch (entry.get_value_type(i)) {
-    case ParserValue::TYPE_BOOL:
-        return entry.get_bool(i) ? 1.0 : 0.0;
-    case ParserValue::TYPE_INT:
-        return entry.get_int(i);
-    case ParserValue::TYPE_DOUBLE:
-        return entry.get_double(i);
-    case ParserValue::TYPE_STRING:
-        return entry.get_string(i).get_length();
-    default:
-        return 0.0;
-    }
-}
-
-double walk(const ParserGroup& group) {
-    double sum = 0.0;
-    for (const ParserEntry* entry : group.get_entries()) {
-        if (entry->is_group()) {
-            sum += walk(*entry->get_group(0));
-            continue;
-        }
-        const unsigned int count = entry->get_value_count();
-        for (unsigned int i = 0; i < count; ++i) {
-            sum += read_value(*entry, i);
-        }
-    }
-    return sum;
-}
-
 bool live(const CoreString& text) {
     Document document = std::make_unique<ParserGroup>("root");
     bool is_read = false;
@@ -71,8 +42,8 @@ bool live(const CoreString& text) {
     CoreString compact;
     counted("print_pretty", [&] { document->get_text(pretty, false, true, 1); });
     counted("print_compact", [&] { document->get_text(compact, false, false, 1); });
-    counted("walk_first", [&] { kept_sum = walk(*document); });
-    counted("walk_again", [&] { kept_sum = walk(*document); });
+    counted("walk_first", [&] { kept_sum = bench::walk(*document); });
+    counted("walk_again", [&] { kept_sum = bench::walk(*document); });
     CoreVector<char> bytes;
     counted("encode", [&] { bytes = document->get_binary(false); });
     counted("destroy", [&] { document.reset(); });

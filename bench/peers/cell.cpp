@@ -210,9 +210,7 @@ std::optional<CellResult> measure_memory(const PeerKind& kind, const std::string
         }
         documents.back()->drop_text();
         kinds_size += source->kinds.size();
-        if (!kind.is(PeerKind::KEEPS_TEXT)) {
-            source->text = std::string();
-        }
+        source->text = std::string();
         sources.push_back(std::move(source));
     }
     malloc_trim(0);

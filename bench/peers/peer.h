@@ -78,12 +78,11 @@ constexpr unsigned int edits = bit(Operation::edit);
 struct PeerKind {
     enum Trait : unsigned int {
         NONE = 0,
-        IN_PLACE =
-            1, // works in the caller's text, which is gone afterwards and must stay while the tree does
+        /// Works in the caller's text, which is gone afterwards and must stay as long as the tree.
+        IN_PLACE = 1,
         READ_ONLY = 2,
-        LOOSE_DECIMALS = 4,      // does not promise the nearest double
-        KEEPS_TEXT = 8,          // the text must stay though it is not changed
-        STORES_NO_TEMPLATES = 16 // in bytes
+        LOOSE_DECIMALS = 4,     // does not promise the nearest double
+        STORES_NO_TEMPLATES = 8 // in bytes
     };
 
     const char* name;
