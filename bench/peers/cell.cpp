@@ -10,7 +10,6 @@ namespace bench {
 
 namespace {
 
-constexpr std::size_t least_repetitions = 7;
 constexpr std::size_t most_repetitions = 301;
 constexpr double least_seconds = 0.3;
 
@@ -47,8 +46,8 @@ bool load_source(const PeerKind& kind, const std::string& corpus, Source& source
 /// The rounds of one operation: each does what is needed before, times the step and clears up.
 class Cell {
 public:
-    Cell(const PeerKind& kind, Operation operation, const Source& source)
-        : peer_(kind.make(source)), operation_(operation) {}
+    Cell(const PeerKind& kind, Operation operation, const Source& source, std::size_t repetitions)
+        : peer_(kind.make(source)), operation_(operation), least_(repetitions) {}
 
     bool run() {
         if (!begin()) {
@@ -57,7 +56,7 @@ public:
         double total = 0.0;
         const std::size_t rounds = operation_ == Operation::first ? 1 : most_repetitions;
         while (result_.samples.size() < rounds &&
-               (result_.samples.size() < least_repetitions || total < least_seconds)) {
+               (result_.samples.size() < least_ || total < least_seconds)) {
             if (!round()) {
                 return false;
             }
@@ -183,6 +182,7 @@ private:
 
     std::unique_ptr<Peer> peer_;
     Operation operation_;
+    std::size_t least_;
     CellResult result_;
 };
 
@@ -237,7 +237,8 @@ double median(std::vector<double> samples) {
     return *middle;
 }
 
-std::optional<CellResult> run_cell(const PeerKind& kind, Operation operation, const std::string& corpus) {
+std::optional<CellResult> run_cell(const PeerKind& kind, Operation operation, const std::string& corpus,
+                                   std::size_t repetitions) {
     if (operation == Operation::memory) {
         return measure_memory(kind, corpus);
     }
@@ -245,7 +246,7 @@ std::optional<CellResult> run_cell(const PeerKind& kind, Operation operation, co
     if (!load_source(kind, corpus, source)) {
         return std::nullopt;
     }
-    Cell cell(kind, operation, source);
+    Cell cell(kind, operation, source, repetitions);
     if (!cell.run()) {
         return std::nullopt;
     }

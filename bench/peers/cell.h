@@ -16,15 +16,17 @@ struct CellResult {
     std::size_t amount = 0; // changes made, or bytes written
 };
 
-/// Runs it in this process. Nothing when the peer fails.
-std::optional<CellResult> run_cell(const PeerKind& kind, Operation operation, const std::string& corpus);
+/// Runs it in this process, so many times at least. Nothing when the peer fails.
+std::optional<CellResult> run_cell(const PeerKind& kind, Operation operation, const std::string& corpus,
+                                   std::size_t repetitions);
 
 /// Runs it in a child process, which is this program once more, so that each cell finds a fresh heap.
-std::optional<CellResult> run_cell_apart(const PeerKind& kind, Operation operation,
-                                         const std::string& corpus);
+std::optional<CellResult> run_cell_apart(const PeerKind& kind, Operation operation, const std::string& corpus,
+                                         std::size_t repetitions);
 
 /// The child's side of it: measures and reports.
-int answer_cell(const std::string& peer, const std::string& operation, const std::string& corpus);
+int answer_cell(const std::string& peer, const std::string& operation, const std::string& corpus,
+                std::size_t repetitions);
 
 /// Seconds of this thread's work: unlike the time on the wall, they do not pass while other programs run.
 double thread_seconds();

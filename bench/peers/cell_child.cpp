@@ -12,11 +12,11 @@ namespace {
 constexpr unsigned int longest_seconds = 600;
 
 [[noreturn]] void become_child(const PeerKind& kind, Operation operation, const std::string& corpus,
-                               int output) {
+                               std::size_t repetitions, int output) {
     dup2(output, STDOUT_FILENO);
     alarm(longest_seconds);
     execl("/proc/self/exe", "bk_parser_peers", "--cell", kind.name, operation_name(operation), corpus.c_str(),
-          static_cast<char*>(nullptr));
+          std::to_string(repetitions).c_str(), static_cast<char*>(nullptr));
     _exit(127);
 }
 
@@ -48,8 +48,8 @@ void take_line(const char* line, CellResult& result) {
 
 } // namespace
 
-std::optional<CellResult> run_cell_apart(const PeerKind& kind, Operation operation,
-                                         const std::string& corpus) {
+std::optional<CellResult> run_cell_apart(const PeerKind& kind, Operation operation, const std::string& corpus,
+                                         std::size_t repetitions) {
     int ends[2];
     if (pipe(ends) != 0) {
         return std::nullopt;
@@ -57,7 +57,7 @@ std::optional<CellResult> run_cell_apart(const PeerKind& kind, Operation operati
     const pid_t child = fork();
     if (child == 0) {
         close(ends[0]);
-        become_child(kind, operation, corpus, ends[1]);
+        become_child(kind, operation, corpus, repetitions, ends[1]);
     }
     close(ends[1]);
     const std::string answer = read_all(ends[0]);
@@ -75,7 +75,8 @@ std::optional<CellResult> run_cell_apart(const PeerKind& kind, Operation operati
     return result;
 }
 
-int answer_cell(const std::string& peer, const std::string& operation, const std::string& corpus) {
+int answer_cell(const std::string& peer, const std::string& operation, const std::string& corpus,
+                std::size_t repetitions) {
     const PeerKind* const kind = find_peer(peer);
     if (kind == nullptr) {
         return 2;
@@ -84,7 +85,8 @@ int answer_cell(const std::string& peer, const std::string& operation, const std
         if (operation != operation_name(static_cast<Operation>(i))) {
             continue;
         }
-        const std::optional<CellResult> result = run_cell(*kind, static_cast<Operation>(i), corpus);
+        const std::optional<CellResult> result =
+            run_cell(*kind, static_cast<Operation>(i), corpus, repetitions);
         if (!result) {
             return 1;
         }

@@ -7,6 +7,7 @@
 #include "bench/peers/plot.h"
 #include "bench/peers/targets.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -22,6 +23,9 @@ using bench::PeerKind;
 
 constexpr const char* usage = "usage: bk_parser_peers [--corpus DIR] [--only CORPUS] [--operations A,B] "
                               "[--peers A,B] [--rounds N] [--plot DIR]\n";
+
+/// Of each cell, in all its rounds.
+constexpr unsigned int least_repetitions = 7;
 
 struct Options {
     std::string folder;
@@ -147,11 +151,13 @@ private:
         if (operation == Operation::memory) {
             return 1;
         }
-        return operation == Operation::first ? std::max(7u, options_.rounds) : options_.rounds;
+        return operation == Operation::first ? std::max(least_repetitions, options_.rounds) : options_.rounds;
     }
 
     void run(const PeerKind& peer, Operation operation, CellResult& all) {
-        const std::optional<CellResult> result = bench::run_cell_apart(peer, operation, corpus_.path);
+        const std::size_t repetitions = (least_repetitions + options_.rounds - 1) / options_.rounds;
+        const std::optional<CellResult> result =
+            bench::run_cell_apart(peer, operation, corpus_.path, repetitions);
         if (!result) {
             std::fprintf(stderr, "%s, %s over %s: failed\n", peer.name, bench::operation_name(operation),
                          corpus_.name.c_str());
@@ -177,8 +183,8 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc == 5 && std::string_view(argv[1]) == "--cell") {
-        return bench::answer_cell(argv[2], argv[3], argv[4]);
+    if (argc == 6 && std::string_view(argv[1]) == "--cell") {
+        return bench::answer_cell(argv[2], argv[3], argv[4], std::strtoul(argv[5], nullptr, 10));
     }
     Options options;
     if (!take_options(argc, argv, options)) {
