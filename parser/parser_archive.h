@@ -5,6 +5,7 @@
 #include "core/core_export.h"
 #include "core/core_string.h"
 #include "parser/parser_group.h"
+#include "parser/parser_limits.h"
 
 /// A group's text as a sequence of words, each distinct word kept once.
 struct BK_PARSER_API ParserArchive {
@@ -39,8 +40,16 @@ public:
                               AppProgressBar* progress);
     static void archive_entry(ParserEntry& entry, ParserArchive& archive, AppProgressBar* progress);
     static void archive_value(ParserValue& value, ParserArchive& archive, AppProgressBar* progress);
-    /// Parses the archive's words into the group. Indices that name no string are skipped.
+    /// Parses the archive's words into the group. Indices that name no string are skipped. An archive whose text would
+    /// pass the limits is refused with "ParserImpl.group_set_archive: text too large\n" at level 2.
     static void group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar* progress);
+    /// The same within other limits than the usual ones. False when one ends the reading; faults of the syntax are
+    /// logged, and are no failure.
+    static bool group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar* progress,
+                                  const ParserLimits& limits);
+    /// The text that the words make, each with a blank after it, replaces `text`. False, with `text` as it was, when
+    /// it would pass the limits.
+    static bool get_archive_text(const ParserArchive& archive, CoreString& text, const ParserLimits& limits);
 
     /// Empty on success, else "empty filename" or "cannot open file".
     static CoreString save_archive(const ParserArchive& archive, const CoreString& filename,

@@ -2,6 +2,7 @@
 #include "core/core_bytes_impl.h"
 #include "core/sys_file.h"
 #include "parser/parser_archive.h"
+#include "parser/parser_archive_impl.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -31,11 +32,6 @@ char shifted(char character) noexcept {
 
 char restored(char byte) noexcept {
     return static_cast<char>(static_cast<unsigned char>(byte) + shift);
-}
-
-/// The bytes of an index in a file with so many strings.
-constexpr std::size_t index_width(std::uint32_t string_count) noexcept {
-    return string_count < 256 ? 1 : string_count < 65536 ? 2 : 4;
 }
 
 void append_number(std::string& out, std::uint32_t number, std::size_t width) {
@@ -119,7 +115,7 @@ const char* take_archive(std::string_view bytes, ParserArchive& archive) {
     bk::ByteCursor cursor(bytes.data(), bytes.size(), magic.size() + reserved_size);
     const auto string_count = cursor.take<std::uint32_t>();
     const bool is_whole = take_strings(cursor, string_count, archive.strings) &&
-                          take_indices(cursor, index_width(string_count), archive.indices);
+                          take_indices(cursor, bk::archive_index_width(string_count), archive.indices);
     return is_whole ? no_error : invalid_size;
 }
 
@@ -150,7 +146,7 @@ CoreString ParserImpl::save_archive(const ParserArchive& archive, const CoreStri
     bar.set_value(0.0f);
     write_all(file, string_block(archive.strings));
     bar.set_value(0.5f);
-    write_all(file, index_block(archive.indices, index_width(archive.strings.get_count())));
+    write_all(file, index_block(archive.indices, bk::archive_index_width(archive.strings.get_count())));
     bar.set_value(1.0f);
     file.close();
     return no_error;

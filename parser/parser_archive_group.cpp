@@ -1,14 +1,17 @@
 #include "core/app_progress_impl.h"
 #include "core/core_diagnostic_impl.h"
 #include "parser/parser_archive.h"
+#include "parser/parser_archive_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_file.h"
+#include "parser/parser_text_reader_impl.h"
 #include "parser/parser_value_impl.h"
 #include "parser/parser_word_rules_impl.h"
 
 #include <deque>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -166,6 +169,22 @@ core_uint64 text_size(const ParserArchive& archive) noexcept {
     return size;
 }
 
+/// The size of the file that holds the archive.
+core_uint64 stored_size(const ParserArchive& archive) noexcept {
+    core_uint64 size = bk::archive_frame_size;
+    for (const CoreString& string : archive.strings) {
+        size += core_uint64{string.get_length()} + 1;
+    }
+    const std::size_t width = bk::archive_index_width(archive.strings.get_count());
+    return size + core_uint64{archive.indices.get_count()} * width;
+}
+
+/// Whether so much may come of so much. The product is not formed: it could wrap.
+bool is_within(const ParserLimits& limits, core_uint64 size, core_uint64 stored) noexcept {
+    return size <= limits.archive_size &&
+           (size <= limits.archive_free_size || (size - 1) / stored < limits.archive_ratio);
+}
+
 void write_words(char* out, const ParserArchive& archive) noexcept {
     for (const unsigned int index : archive.indices) {
         if (index < archive.strings.get_count()) {
@@ -191,14 +210,31 @@ void ParserImpl::archive_value(ParserValue& value, ParserArchive& archive, AppPr
     Archiver(archive, progress).add_value(value);
 }
 
-/// A short archive can stand for a very long text: its size is known before any room is taken for it.
-void ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar*) {
-    const core_uint64 size = text_size(archive);
-    if (size > CoreString::max_length) {
-        bk::report_warning("ParserImpl.group_set_archive: text too large\n");
-        return;
-    }
+void ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& archive,
+                                   AppProgressBar* progress) {
+    group_set_archive(group, archive, progress, ParserLimits());
+}
+
+bool ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar*,
+                                   const ParserLimits& limits) {
     CoreString text;
-    write_words(text.resize(static_cast<unsigned int>(size)), archive);
-    group.set_text(text, default_parser_serial_version, nullptr);
+    if (!get_archive_text(archive, text, limits)) {
+        bk::report_warning("ParserImpl.group_set_archive: text too large\n");
+        return false;
+    }
+    return bk::read_text(group, text, default_parser_serial_version, bk::Progress(nullptr), nullptr,
+                         limits) != bk::TextResult::stopped;
+}
+
+/// The size is known before any room is taken for the text.
+bool ParserImpl::get_archive_text(const ParserArchive& archive, CoreString& text,
+                                  const ParserLimits& limits) {
+    const core_uint64 size = text_size(archive);
+    if (size > CoreString::max_length || !is_within(limits, size, stored_size(archive))) {
+        return false;
+    }
+    CoreString made;
+    write_words(made.resize(static_cast<unsigned int>(size)), archive);
+    text = std::move(made);
+    return true;
 }

@@ -149,7 +149,7 @@ bool BinaryDecoder::run() {
             close_level();
         }
     }
-    return step == Step::done;
+    return step == Step::done && !is_stopped_;
 }
 
 BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
@@ -170,12 +170,23 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
             level.text_size += text_need(pending_.back());
             continue;
         }
+        if (levels_.size() > nesting_depth_) {
+            return stop_at_depth();
+        }
         pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
         ParserGroup* const group = new ParserGroup(CoreString());
         pending_.back().group = group;
         open_group(*group); // `level` may have moved; a group that cannot be opened stays empty
         return Step::more;
     }
+}
+
+/// Nothing is left to be read: every group that is open ends with the entries that are whole.
+BinaryDecoder::Step BinaryDecoder::stop_at_depth() {
+    report_warning("ParserGroup.set_binary: Group is nested too deeply\n");
+    is_stopped_ = true;
+    cursor_.move_to_end();
+    return Step::failed;
 }
 
 BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
@@ -353,7 +364,12 @@ bool ParserEntry::set_binary(const CoreVector<char>& data, core_uint64& position
 }
 
 bool ParserGroup::set_binary(const CoreVector<char>& data, core_uint64& position) {
-    bk::BinaryDecoder decoder(data, position);
+    return set_binary(data, position, ParserLimits());
+}
+
+bool ParserGroup::set_binary(const CoreVector<char>& data, core_uint64& position,
+                             const ParserLimits& limits) {
+    bk::BinaryDecoder decoder(data, position, limits.nesting_depth);
     const bool is_whole = decoder.read_group(*this);
     position = decoder.position();
     return is_whole;

@@ -3,6 +3,7 @@
 #include "core/core_bytes_impl.h"
 #include "core/core_containers.h"
 #include "parser/parser_group.h"
+#include "parser/parser_limits.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -83,8 +84,9 @@ std::string_view take_binary_data(ByteCursor& cursor);
 /// that group keeps the group as far as it was read and goes on at the place where the reading stopped.
 class BinaryDecoder {
 public:
-    BinaryDecoder(const CoreVector<char>& data, core_uint64 position) noexcept
-        : data_(data), cursor_(data.get_data(), data.get_count(), position) {}
+    BinaryDecoder(const CoreVector<char>& data, core_uint64 position,
+                  unsigned int nesting_depth = ParserLimits::no_limit) noexcept
+        : data_(data), cursor_(data.get_data(), data.get_count(), position), nesting_depth_(nesting_depth) {}
     ~BinaryDecoder();
     BinaryDecoder(const BinaryDecoder&) = delete;
     BinaryDecoder& operator=(const BinaryDecoder&) = delete;
@@ -130,6 +132,8 @@ private:
 
     enum class Step { more, done, failed };
 
+    Step stop_at_depth();
+
     bool open_group(ParserGroup& group);
     bool open_entry(Level& level, std::string_view name);
     bool run();
@@ -152,6 +156,8 @@ private:
 
     const CoreVector<char>& data_;
     ByteCursor cursor_;
+    unsigned int nesting_depth_;
+    bool is_stopped_ = false;
     std::vector<Level> levels_;
     std::vector<ParserEntry*> entries_; // of all open groups, the outermost first
     std::vector<PendingValue> pending_; // of all open entries, the outermost first

@@ -31,8 +31,9 @@ constexpr FaultText texts[] = {
     {"Closing brace without a group: the text after it is not read", "", false, false},
     {"Group is not closed", "", false, false},
     {"Include directive without a closing quote", "", false, false},
+    {"Group is nested too deeply: the text from here on is not read", "", false, true},
 };
-static_assert(std::size(texts) == ParserReadObserver::FAULT_INCLUDE_LEFT_OPEN + 1);
+static_assert(std::size(texts) == ParserReadObserver::FAULT_NESTED_TOO_DEEPLY + 1);
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "core/app_progress_impl.h"
 #include "core/sys_file.h"
 #include "parser/parser_file_preprocess_impl.h"
+#include "parser/parser_text_reader_impl.h"
 
 #include <utility>
 
@@ -16,7 +17,7 @@ ParserFile::ParserFile(const CoreString& filename) : ParserFile(*new ParserGroup
 ParserFile::ParserFile(const ParserFile& other)
     : CoreBaseObject(other), filename_(other.filename_), folder_(other.folder_), root_(other.root_),
       search_paths_(other.search_paths_), storage_(other.storage_), serial_version_(other.serial_version_),
-      dependencies_(other.dependencies_), root_owners_(other.root_owners_) {
+      dependencies_(other.dependencies_), root_owners_(other.root_owners_), limits_(other.limits_) {
     ++*root_owners_;
 }
 
@@ -34,6 +35,7 @@ ParserFile& ParserFile::operator=(const ParserFile& other) {
     storage_ = other.storage_;
     serial_version_ = other.serial_version_;
     dependencies_ = other.dependencies_;
+    limits_ = other.limits_;
     return *this;
 }
 
@@ -76,7 +78,10 @@ bool ParserFile::read(const CoreString& filename, const CoreString& key, AppProg
         return false;
     }
     const bk::ProgressTask task(bar);
-    root_->set_text(text, serial_version_, progress, observer_);
+    if (bk::read_text(*root_, text, serial_version_, bar, observer_, limits_) == bk::TextResult::stopped) {
+        serial_version_ = CoreVersion();
+        return false;
+    }
     return true;
 }
 
@@ -85,7 +90,7 @@ bool ParserFile::preprocess(CoreString& text, const CoreString& key, AppProgress
     places.add(CoreString()); // last, the name as it stands
     const bk::Progress bar(progress);
     const bk::ProgressTask task(bar, 0.5F);
-    bk::Preprocessor preprocessor(places, key, observer_);
+    bk::Preprocessor preprocessor(places, key, observer_, limits_);
     serial_version_ = preprocessor.run(filename_, bar, text);
     dependencies_ = preprocessor.included_paths();
     if (storage_ == STORAGE_UNKNOWN && preprocessor.has_loaded()) {

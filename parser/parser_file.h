@@ -7,6 +7,7 @@
 #include "core/core_string.h"
 #include "core/core_version.h"
 #include "parser/parser_group.h"
+#include "parser/parser_limits.h"
 #include "parser/parser_read_observer.h"
 
 class SysFile;
@@ -50,12 +51,17 @@ public:
     /// Tells an observer, which the caller keeps alive, how later reads go; null ends that.
     void set_read_observer(ParserReadObserver* observer) noexcept { observer_ = observer; }
 
+    /// What later reads may cost.
+    void set_limits(const ParserLimits& limits) noexcept { limits_ = limits; }
+    const ParserLimits& get_limits() const noexcept { return limits_; }
+
     /// Appends the root group's text, without a version line.
     void get_text(CoreString& out) const;
 
     /// Reads a file (the stored one when `filename` is empty), with its includes, and appends it to the root
     /// group. `key` deciphers what is stored enciphered. False when the file or an include cannot be found, opened or
-    /// deciphered, with level-2 messages, and then the root group is as it was. Faults of the syntax are logged, and are no failure.
+    /// deciphered, with level-2 messages, and then the root group is as it was; and when a limit ends the parsing: then
+    /// it has what was read before. Faults of the syntax are logged, and are no failure.
     bool read(const CoreString& filename, const CoreString& key, AppProgressBar* progress);
 
     /// Writes to the stored filename, after storing `filename` when it is not empty. A key that is not empty
@@ -87,4 +93,5 @@ private:
     CoreSet<CoreString> dependencies_;
     unsigned int* root_owners_; // shared by all copies
     ParserReadObserver* observer_ = nullptr;
+    ParserLimits limits_;
 };

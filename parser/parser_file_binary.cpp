@@ -37,5 +37,5 @@ bool ParserFile::set_binary(const CoreVector<char>& data) {
         return false;
     }
     core_uint64 position = data_tag.size();
-    return root_->set_binary(data, position);
+    return root_->set_binary(data, position, limits_);
 }

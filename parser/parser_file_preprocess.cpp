@@ -12,9 +12,7 @@ namespace bk {
 
 namespace {
 
-/// How deep includes may nest: enough for any project, and little enough for the stack.
-constexpr std::size_t max_include_depth = 200;
-constexpr core_int64 max_file_size = CoreString::max_length;
+constexpr core_uint64 max_file_size = CoreString::max_length;
 constexpr double failed = 0.0;
 
 void report_for_file(const char* before, const CoreString& name, const char* after) {
@@ -24,29 +22,45 @@ void report_for_file(const char* before, const CoreString& name, const char* aft
 } // namespace
 
 Preprocessor::Preprocessor(const CoreVector<CoreString>& search_paths, const CoreString& key,
-                           ParserReadObserver* observer)
-    : search_paths_(search_paths), key_(key), observer_(observer) {}
+                           ParserReadObserver* observer, const ParserLimits& limits)
+    : search_paths_(search_paths), key_(key), observer_(observer), limits_(limits) {}
 
 double Preprocessor::run(const CoreString& name, Progress progress, CoreString& text) {
     out_ = &text;
-    return preprocess(name, progress);
+    if (!enter(name, progress)) {
+        return failed;
+    }
+    const double version = scan(progress);
+    while (!open_files_.empty()) { // of a reading that failed
+        leave();
+    }
+    return version;
 }
 
-double Preprocessor::preprocess(const CoreString& name, Progress progress) {
+/// Opens a file, inside those that are open.
+bool Preprocessor::enter(const CoreString& name, Progress progress) {
     CoreString path;
     Source source;
     if (!find(name, path) || !may_open(name, path) || !load(name, path, source, progress)) {
-        return failed;
+        return false;
     }
-    open_paths_.push_back(path);
+    OpenFile& file = open_files_.emplace_back(name, path, std::move(source), progress);
+    if (file.source.is_encrypted && open_files_.size() == 1) {
+        file.scanner.keep_later_version_lines(); // the entry that writing put there
+    }
     if (observer_ != nullptr) {
-        observer_->file_entered(name, path, source.text);
+        observer_->file_entered(file.name, file.path, file.source.text);
     }
-    const double version = scan(name, source, progress);
+    return true;
+}
+
+/// Closes the innermost file; the result is its version.
+double Preprocessor::leave() {
     if (observer_ != nullptr) {
         observer_->file_left();
     }
-    open_paths_.pop_back();
+    const double version = open_files_.back().version;
+    open_files_.pop_back();
     return version;
 }
 
@@ -59,7 +73,7 @@ bool Preprocessor::find(const CoreString& name, CoreString& path) {
         candidate += name;
         if (SysFilesystem::file_exists(candidate)) {
             path = SysFilesystem::get_full_file_path(candidate);
-            if (open_paths_.empty()) {
+            if (open_files_.empty()) {
                 top_path_ = path;
             } else if (!(path == top_path_)) {
                 included_paths_.add(path);
@@ -75,13 +89,18 @@ bool Preprocessor::find(const CoreString& name, CoreString& path) {
     return false;
 }
 
-bool Preprocessor::may_open(const CoreString& name, const CoreString& path) const {
-    if (std::find(open_paths_.begin(), open_paths_.end(), path) != open_paths_.end()) {
+bool Preprocessor::may_open(const CoreString& name, const CoreString& path) {
+    const auto is_open = [&path](const OpenFile& file) { return file.path == path; };
+    if (std::any_of(open_files_.begin(), open_files_.end(), is_open)) {
         report_for_file("File '", name, "' includes itself.\n");
         return false;
     }
-    if (open_paths_.size() > max_include_depth) {
+    if (open_files_.size() > limits_.include_depth) {
         report_for_file("File '", name, "' is included too deeply.\n");
+        return false;
+    }
+    if (!open_files_.empty() && include_count_++ >= limits_.include_count) {
+        report_for_file("File '", name, "' is one include too many.\n");
         return false;
     }
     return true;
@@ -93,10 +112,12 @@ bool Preprocessor::load(const CoreString& name, const CoreString& path, Source& 
         report_for_file("Failed to open file '", name, "'.\n");
         return false;
     }
-    if (file.get_size() > max_file_size) {
+    const auto size = static_cast<core_uint64>(file.get_size());
+    if (size > max_file_size || size > limits_.source_size - source_size_) {
         report_for_file("File '", name, "' is too large.\n");
         return false;
     }
+    source_size_ += size;
     file.read(source.text, file.get_size());
     file.close();
     if (source.text.get_length() > cipher_magic.size()) {
@@ -148,25 +169,26 @@ void Preprocessor::note_storage(bool is_encrypted) noexcept {
     }
 }
 
-double Preprocessor::scan(const CoreString& name, const Source& source, Progress progress) {
+/// Scans the innermost file that is open until the outermost one has come to its end.
+double Preprocessor::scan(Progress progress) {
     const ProgressTask task(progress, 0.7F);
-    progress.set_step_count(source.text.get_length());
-
-    SourceScanner scanner(source.text.get_view(), progress);
-    if (source.is_encrypted && open_paths_.size() == 1) {
-        scanner.keep_later_version_lines(); // the entry that writing put there
-    }
-    double version = 1.0;
-    for (;;) {
-        const SourcePiece piece = scanner.next();
-        if (!append_piece(name, piece)) {
+    progress.set_step_count(open_files_.back().source.text.get_length());
+    double version = failed;
+    while (!open_files_.empty()) {
+        OpenFile& file = open_files_.back();
+        const SourcePiece piece = file.scanner.next();
+        if (!append_piece(file.name, piece)) {
             return failed;
         }
         switch (piece.then) {
         case SourcePiece::Then::end:
-            return version;
+            version = leave();
+            if (version == failed) { // an include whose version line says so fails, too
+                return failed;
+            }
+            break;
         case SourcePiece::Then::version:
-            version = static_cast<double>(CoreString(piece.argument));
+            file.version = static_cast<double>(CoreString(piece.argument));
             break;
         case SourcePiece::Then::include:
             if (!include(piece)) {
@@ -180,6 +202,7 @@ double Preprocessor::scan(const CoreString& name, const Source& source, Progress
             break;
         }
     }
+    return version;
 }
 
 bool Preprocessor::append_piece(const CoreString& name, const SourcePiece& piece) {
@@ -187,7 +210,8 @@ bool Preprocessor::append_piece(const CoreString& name, const SourcePiece& piece
         observer_->piece_copied(piece.offset, static_cast<unsigned int>(piece.text.size()),
                                 out_->get_length());
     }
-    if (!out_->append(piece.text)) {
+    const core_uint64 size = core_uint64{out_->get_length()} + piece.text.size();
+    if (size > limits_.expanded_size || !out_->append(piece.text)) {
         report_for_file("File '", name, "' is too large.\n");
         return false;
     }
@@ -199,7 +223,7 @@ bool Preprocessor::include(const SourcePiece& piece) {
     if (observer_ != nullptr) {
         observer_->include_found(piece.directive_offset, piece.directive_length, name);
     }
-    return preprocess(name, Progress(nullptr)) != failed;
+    return enter(name, Progress(nullptr));
 }
 
 void Preprocessor::report_open_include(const SourcePiece& piece) {

@@ -23,7 +23,8 @@ struct EntryHead {
 ///     bool begin_entry(const EntryHead&, const Token&)   false when the name is refused
 ///     void add_value(ParserWord::Type, std::string_view) a value of the entry begun last
 ///     void make_function_call()                          that entry holds an argument list
-///     void open_group()                                  that entry holds a group, whose entries follow
+///     bool open_group(const Token&)                      that entry holds a group, whose entries follow; false
+///                                                        when the text is not to be read any further
 ///     void close_group()
 ///     void report_fault(ParserReadObserver::Fault, const Token&, std::string_view word)
 ///
@@ -35,8 +36,8 @@ public:
 
     Grammar(std::string_view text, Sink& sink) : words_(text), sink_(sink) {}
 
-    /// False when the text is empty or its last word was a fault or the empty tag. `on_word` is called before
-    /// each word of the outermost group, with the stream.
+    /// False when the text is empty, its last word was a fault or the empty tag, or the sink wanted no more. `on_word`
+    /// is called before each word of the outermost group, with the stream.
     template <class OnWord>
     bool run(OnWord on_word) {
         if (words_.at_end()) {
@@ -47,6 +48,9 @@ public:
                 on_word(words_);
             }
             if (words_.next() && !take(words_.word())) {
+                if (is_stopped_) {
+                    return false;
+                }
                 sink_.report_fault(ParserReadObserver::FAULT_TEXT_AFTER_END, words_.token(), "}");
                 return true;
             }
@@ -70,7 +74,7 @@ private:
         Token brace; // where the group inside was opened
     };
 
-    /// False at the brace that ends the outermost group.
+    /// False at the brace that ends the outermost group, and when the sink wants no more.
     bool take(std::string_view word) {
         switch (word[0]) {
         case '=':
@@ -80,8 +84,7 @@ private:
             take_separator(word);
             return true;
         case '{':
-            open_group(word);
-            return true;
+            return open_group(word);
         case '}':
             return close_group();
         case '(':
@@ -180,16 +183,20 @@ private:
         }
     }
 
-    void open_group(std::string_view word) {
+    bool open_group(std::string_view word) {
         if (!level_.has_entry) {
             fault(ParserReadObserver::FAULT_GROUP_WITHOUT_ENTRY, word);
-            return;
+            return true;
         }
-        sink_.open_group();
+        if (!sink_.open_group(words_.token())) {
+            is_stopped_ = true;
+            return false;
+        }
         level_.has_entry = false; // it ends with its group
         level_.brace = words_.token();
         outer_.push_back(level_);
         level_ = Level();
+        return true;
     }
 
     bool close_group() {
@@ -241,6 +248,7 @@ private:
     Sink& sink_;
     Level level_;              // the innermost group
     std::vector<Level> outer_; // the groups around it, the outermost first
+    bool is_stopped_ = false;
 };
 
 } // namespace bk

@@ -8,6 +8,7 @@
 #include "parser/parser_entry.h"
 
 class ParserReadObserver;
+struct ParserLimits;
 namespace bk {
 class GroupAccess;
 }
@@ -93,6 +94,9 @@ public:
     /// The same, telling an observer (may be null) the place of every fault.
     bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress,
                   ParserReadObserver* observer);
+    /// The same within limits. Where one ends the reading the result is false, and the group has what was read before.
+    bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress,
+                  ParserReadObserver* observer, const ParserLimits& limits);
 
     /// Appends the entries as the text syntax writes them, with the group's name and braces around them or
     /// without. Pretty: an entry a line, four blanks a level (a level below 1 counts as 1). Compact: one line.
@@ -115,6 +119,8 @@ public:
     /// kept, when the data is bad; at level 2 "ParserGroup.set_binary: ParserGroup size larger than the given
     /// data\n" or "ParserGroup.set_binary: Failed to read entry name\n".
     bool set_binary(const CoreVector<char>& data, core_uint64& position);
+    /// The same within limits: at level 2 "ParserGroup.set_binary: Group is nested too deeply\n", and false.
+    bool set_binary(const CoreVector<char>& data, core_uint64& position, const ParserLimits& limits);
 
     static void* operator new(std::size_t size);
     static void* operator new(std::size_t, void* place) noexcept { return place; }

@@ -1,7 +1,24 @@
-#include "core/app_progress_impl.h"
 #include "parser/parser_grammar_impl.h"
 #include "parser/parser_group.h"
+#include "parser/parser_text_reader_impl.h"
 #include "parser/parser_tree_sink_impl.h"
+
+namespace bk {
+
+TextResult read_text(ParserGroup& group, const CoreString& text, const CoreVersion& version,
+                     Progress progress, ParserReadObserver* observer, const ParserLimits& limits) {
+    TreeSink sink(group, has_escapes(version), observer, limits);
+    Grammar<TreeSink> grammar(text.get_view(), sink);
+    const bool is_clean = grammar.run([progress](const WordStream& words) {
+        if (progress) {
+            progress.set_value(words.fraction());
+        }
+    });
+    sink.finish();
+    return sink.is_stopped() ? TextResult::stopped : is_clean ? TextResult::clean : TextResult::faulty;
+}
+
+} // namespace bk
 
 bool ParserGroup::set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress) {
     return set_text(text, version, progress, nullptr);
@@ -9,12 +26,11 @@ bool ParserGroup::set_text(const CoreString& text, const CoreVersion& version, A
 
 bool ParserGroup::set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress,
                            ParserReadObserver* observer) {
-    const bk::Progress bar(progress);
-    bk::TreeSink sink(*this, bk::has_escapes(version), observer);
-    bk::Grammar<bk::TreeSink> grammar(text.get_view(), sink);
-    return grammar.run([&bar](const bk::WordStream& words) {
-        if (bar) {
-            bar.set_value(words.fraction());
-        }
-    });
+    return set_text(text, version, progress, observer, ParserLimits());
+}
+
+bool ParserGroup::set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress,
+                           ParserReadObserver* observer, const ParserLimits& limits) {
+    return bk::read_text(*this, text, version, bk::Progress(progress), observer, limits) ==
+           bk::TextResult::clean;
 }

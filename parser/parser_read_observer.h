@@ -22,10 +22,11 @@ public:
         FAULT_CLOSING_WITHOUT_ENTRY,
         FAULT_CLOSING_NO_ARGUMENTS,
         FAULT_UNKNOWN_WORD,
-        FAULT_INVALID_NAME,     ///< the name of an entry is refused
-        FAULT_TEXT_AFTER_END,   ///< a "}" that closes nothing ends the document; not logged
-        FAULT_GROUP_LEFT_OPEN,  ///< the text ends inside this group; not logged
-        FAULT_INCLUDE_LEFT_OPEN ///< an include directive without a closing quote; not logged
+        FAULT_INVALID_NAME,      ///< the name of an entry is refused
+        FAULT_TEXT_AFTER_END,    ///< a "}" that closes nothing ends the document; not logged
+        FAULT_GROUP_LEFT_OPEN,   ///< the text ends inside this group; not logged
+        FAULT_INCLUDE_LEFT_OPEN, ///< an include directive without a closing quote; not logged
+        FAULT_NESTED_TOO_DEEPLY  ///< the text is not read from here on: ParserLimits::nesting_depth
     };
 
     ParserReadObserver() = default;

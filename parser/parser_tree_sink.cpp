@@ -11,21 +11,31 @@
 
 namespace bk {
 
-TreeSink::TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer)
-    : has_escapes_(has_escapes), observer_(observer) {
+TreeSink::TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer,
+                   const ParserLimits& limits)
+    : has_escapes_(has_escapes), observer_(observer), limits_(limits) {
     groups_.push_back({&root, 0});
 }
 
 TreeSink::~TreeSink() {
-    try {
-        finish_entry();
-        while (!groups_.empty()) {
+    while (!groups_.empty()) {
+        try {
             attach_entries();
+        } catch (const std::exception&) { // no memory: what cannot be handed over has to go
+            discard_entries();
         }
-    } catch (const std::exception&) { // memory has run out: the tree keeps what it has
-        for (ParserEntry* entry : entries_) {
-            delete entry;
-        }
+    }
+}
+
+void TreeSink::finish() {
+    if (message_count_ > limits_.message_count) {
+        report_warning("ParserGroup.set_text: ", message_count_ - limits_.message_count, " more messages\n");
+    }
+    if (!is_stopped_) {
+        finish_entry();
+    }
+    while (!groups_.empty()) {
+        attach_entries();
     }
 }
 
@@ -60,14 +70,21 @@ void TreeSink::add_value(ParserWord::Type kind, std::string_view word) {
     values_.emplace_back(value_type_of(kind), word, false);
 }
 
-void TreeSink::open_group() {
+bool TreeSink::open_group(const Token& brace) {
+    if (groups_.size() > limits_.nesting_depth) {
+        is_stopped_ = true;
+        report_fault(ParserReadObserver::FAULT_NESTED_TOO_DEEPLY, brace, "{");
+        return false;
+    }
     auto group = std::make_unique<ParserGroup>(CoreString());
     ParserEntry* const entry = make_entry(1);
     ParserValueList& values = EntryAccess::values(*entry);
     group->set_source_entry(entry);
-    groups_.push_back({group.get(), entries_.size()});
-    ValueAccess::make_group(values.room() + values.get_count(), group.release());
+    ParserGroup* const opened = group.release();
+    ValueAccess::make_group(values.room() + values.get_count(), opened);
     values.set_count(values.get_count() + 1);
+    groups_.push_back({opened, entries_.size()});
+    return true;
 }
 
 void TreeSink::close_group() {
@@ -76,7 +93,8 @@ void TreeSink::close_group() {
 }
 
 void TreeSink::report_fault(ParserReadObserver::Fault fault, const Token& token, std::string_view word) {
-    const bool is_logged = is_logged_fault(fault) && is_reported(CoreLogHandler::level_warning);
+    const bool is_logged =
+        is_logged_fault(fault) && is_reported(CoreLogHandler::level_warning) && may_log(fault);
     if (!is_logged && observer_ == nullptr) {
         return;
     }
@@ -89,6 +107,10 @@ void TreeSink::report_fault(ParserReadObserver::Fault fault, const Token& token,
     if (observer_ != nullptr) {
         observer_->fault_found(fault, token.start, token.length, text);
     }
+}
+
+bool TreeSink::may_log(ParserReadObserver::Fault fault) noexcept {
+    return fault == ParserReadObserver::FAULT_NESTED_TOO_DEEPLY || ++message_count_ <= limits_.message_count;
 }
 
 CoreString TreeSink::shown_word(std::string_view word) const {
@@ -111,17 +133,16 @@ ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
     const auto count = static_cast<unsigned int>(values_.size()) + extra_values;
     std::unique_ptr<ParserEntry> made(EntryAccess::make(
         {head_.name, type_, token_.line, token_.column, head_.array_count}, count, text_size_));
-    entries_.push_back(made.get());
-    ParserEntry* const entry = made.release();
     if (!head_.template_name.empty()) {
-        entry->set_template(CoreString(head_.template_name));
+        made->set_template(CoreString(head_.template_name));
     }
     if (!values_.empty()) {
-        fill_values(EntryAccess::values(*entry), extra_values == 0);
+        fill_values(EntryAccess::values(*made), extra_values == 0);
     }
+    entries_.push_back(made.get());
     values_.clear();
     text_size_ = 0;
-    return entry;
+    return made.release();
 }
 
 /// Puts the values into the room that the list has for them.
@@ -149,12 +170,23 @@ void TreeSink::fill_values(ParserValueList& values, bool are_all) const {
         values.keep_plain();
     }
 }
+
 void TreeSink::attach_entries() {
     const OpenGroup& open = groups_.back();
     GroupAccess::append(*open.group, entries_.data() + open.first_entry,
                         static_cast<unsigned int>(entries_.size() - open.first_entry));
     entries_.resize(open.first_entry);
     groups_.pop_back();
+}
+
+/// Deletes the entries of the innermost group.
+void TreeSink::discard_entries() noexcept {
+    const std::size_t first = groups_.back().first_entry;
+    groups_.pop_back();
+    while (entries_.size() > first) {
+        delete entries_.back();
+        entries_.pop_back();
+    }
 }
 
 } // namespace bk

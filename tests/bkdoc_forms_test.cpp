@@ -283,4 +283,21 @@ TEST(bkdoc_forms, faults_of_an_enciphered_text_have_their_place_in_the_plain_tex
     EXPECT_TRUE(contains(run.out, file + ":3:3: warning: ")) << run.out;
 }
 
+TEST(bkdoc_forms, an_archive_that_would_become_far_too_large_is_refused_unless_it_is_trusted) {
+    const ScratchFolder folder;
+    ParserArchive archive;
+    archive += CoreString("a");
+    archive += CoreString(std::string_view(std::string(30000, '1')));
+    for (int i = 0; i < 2500; ++i) {
+        archive += archive.strings[1];
+    }
+    const CoreString path = folder.core_path("bomb.bkd");
+    ASSERT_TRUE(ParserImpl::save_archive(archive, path, nullptr).is_empty());
+    const BkdocRun refused = run_bkdoc({"info", folder.path("bomb.bkd")});
+    EXPECT_EQ(refused.code, 2);
+    EXPECT_TRUE(contains(refused.err, "the text of the archive is too large")) << refused.err;
+    const BkdocRun read = run_bkdoc({"info", "--trusted", folder.path("bomb.bkd")});
+    EXPECT_EQ(read.code, 0) << read.err;
+}
+
 } // namespace

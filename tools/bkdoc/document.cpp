@@ -3,6 +3,7 @@
 #include "core/sys_file.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace bkdoc {
 
@@ -43,6 +44,17 @@ std::string candidate_path(std::string_view folder, std::string_view name) {
 
 void remove_version_entry(ParserGroup& root) {
     root.remove_entry(CoreString("#Brellwick_Serial_Version"));
+}
+
+ParserLimits OpenOptions::get_limits() const noexcept {
+    ParserLimits limits;
+    if (trusted) {
+        limits.include_count = ParserLimits::no_limit;
+        limits.source_size = std::numeric_limits<core_uint64>::max();
+        limits.archive_size = std::numeric_limits<core_uint64>::max();
+        limits.archive_free_size = limits.archive_size;
+    }
+    return limits;
 }
 
 Document::Document(const std::string& argument, const OpenOptions& options, StreamDevice& device)
@@ -92,6 +104,7 @@ void Document::read_text() {
     });
     LogCollector log;
     file_.set_search_paths(core(options_.search_paths));
+    file_.set_limits(options_.get_limits());
     file_.set_read_observer(&recorder);
     read_ = file_.read(core(input_.get_path()), core(options_.key), nullptr);
     file_.set_read_observer(nullptr);

@@ -18,6 +18,10 @@ class StreamDevice;
 struct OpenOptions {
     std::vector<std::string> search_paths;
     std::string key; // for what is stored enciphered; empty when there is none
+    bool trusted = false;
+
+    /// What reading may cost: of a document that is trusted, whatever it takes.
+    ParserLimits get_limits() const noexcept;
 };
 
 /// What an archive is made of.

@@ -6,17 +6,13 @@ namespace bkdoc {
 
 namespace {
 
-/// The words of an archive, each with a blank after it, as the library joins them. False when that would be longer than
-/// any text.
-bool join_words(const ParserArchive& archive, CoreString& text, unsigned int& nameless) {
+/// How many words name no string.
+unsigned int count_nameless(const ParserArchive& archive) {
+    unsigned int count = 0;
     for (const unsigned int index : archive.indices) {
-        if (index >= archive.strings.get_count()) {
-            ++nameless;
-        } else if (!text.append(archive.strings[index].get_view()) || !text.append(" ")) {
-            return false;
-        }
+        count += index >= archive.strings.get_count() ? 1 : 0;
     }
-    return true;
+    return count;
 }
 
 } // namespace
@@ -43,12 +39,12 @@ void Document::read_archive() {
     const CoreString path{std::string_view(input_.get_path())};
     const CoreString error = ParserImpl::load_archive(archive, path, nullptr);
     CoreString text;
-    unsigned int nameless = 0;
     if (!error.is_empty()) {
         refusal_ = get_name() + ": " + std::string(error.get_view());
-    } else if (!join_words(archive, text, nameless)) {
-        refusal_ = get_name() + ": the text of the archive is too large";
+    } else if (!ParserImpl::get_archive_text(archive, text, options_.get_limits())) {
+        refusal_ = get_name() + ": the text of the archive is too large for its size; --trusted reads it";
     } else {
+        const unsigned int nameless = count_nameless(archive);
         archive_facts_ = {archive.strings.get_count(), archive.indices.get_count()};
         if (nameless != 0) {
             damage_.push_back(counted(nameless, "word is", "words are") +

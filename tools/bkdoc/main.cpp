@@ -110,6 +110,8 @@ private:
                         "Look for included files in this folder; may be given again.")
             ->allow_extra_args(false)
             ->type_name("DIR");
+        verb.add_flag("--trusted", open.trusted,
+                      "Read the document however much includes or an archive make of it.");
     }
 
     template <class Target>
