@@ -18,10 +18,10 @@ template <class T>
 class CoreVector {
 public:
     CoreVector() noexcept = default;
-    CoreVector(std::initializer_list<T> elements) {
+    CoreVector(std::initializer_list<T> elements) : CoreVector() {
         add_range(elements.begin(), static_cast<unsigned int>(elements.size()));
     }
-    CoreVector(const CoreVector& other) { add_range(other.data_, other.count_); }
+    CoreVector(const CoreVector& other) : CoreVector() { add_range(other.data_, other.count_); }
     CoreVector(CoreVector&& other) noexcept { swap(other); }
     CoreVector& operator=(const CoreVector& other) {
         if (this != &other) {
@@ -270,11 +270,9 @@ private:
         slots_[slot] = index;
     }
     void rehash(unsigned int slot_count) {
-        slots_.clear();
-        slots_.reserve(slot_count);
-        while (slots_.get_count() < slot_count) {
-            slots_.add(vacant);
-        }
+        CoreVector<unsigned int> fresh; // the old ones stay when there is no memory for these
+        std::fill_n(fresh.extend(slot_count), slot_count, vacant);
+        slots_.swap(fresh);
         for (unsigned int i = 0; i < elements_.get_count(); ++i) {
             enter(i);
         }

@@ -2,6 +2,8 @@
 
 #include "core/core_log.h"
 
+#include <new>
+
 namespace bk {
 
 /// True when the main log handler takes messages of this level.
@@ -10,15 +12,20 @@ inline bool is_reported(int level) {
     return handler != nullptr && handler->get_verbosity() >= level;
 }
 
-/// Composes a message out of its parts and delivers it; nothing is composed when nobody takes it.
+/// Composes a message out of its parts and delivers it; nothing is composed when nobody takes it. A message for which
+/// there is no memory is left out: what it is about is a fault of the document and goes on as such.
 template <class... Parts>
 void report(int level, const Parts&... parts) {
     if (!is_reported(level)) {
         return;
     }
-    CoreLogStream stream;
-    ((stream += parts), ...);
-    CoreLogHandler::s_main_log_handler->log(level, stream);
+    try {
+        CoreLogStream stream;
+        ((stream += parts), ...);
+        CoreLogHandler::s_main_log_handler->log(level, stream);
+    } catch (const std::bad_alloc&) {
+        return;
+    }
 }
 
 template <class... Parts>

@@ -13,6 +13,10 @@ constinit bk::Immortal<CoreLogHandler> default_handler;
 CoreLogStream::CoreLogStream() = default;
 CoreLogStream::~CoreLogStream() = default;
 
+CoreLogStream::CoreLogStream(const char* text, const unsigned int& size) {
+    message_.set_borrowed(text, size);
+}
+
 CoreLogHandler::~CoreLogHandler() = default;
 
 void CoreLogHandler::log(const int& /*level*/, const CoreLogStream& stream) {

@@ -7,6 +7,9 @@
 class BK_PARSER_API CoreLogStream : public CoreBaseObject {
 public:
     CoreLogStream();
+    /// A message that is shown where it lies, so that it takes no memory. The caller keeps the bytes, and a NUL after
+    /// them, as long as the stream is there.
+    CoreLogStream(const char* text, const unsigned int& size);
     ~CoreLogStream() override;
 
     const CoreString& get_message() const noexcept { return message_; }

@@ -13,7 +13,11 @@ namespace bk {
 class TextBuffer {
 public:
     explicit TextBuffer(CoreString& out) noexcept : out_(out), old_length_(out.get_length()) {}
-    ~TextBuffer() { out_.resize(is_too_long_ ? old_length_ : length()); }
+    ~TextBuffer() {
+        if (begin_ != nullptr) { // else nothing was written, and a borrowed text stays borrowed
+            out_.resize(is_too_long_ ? old_length_ : length());
+        }
+    }
     TextBuffer(const TextBuffer&) = delete;
     TextBuffer& operator=(const TextBuffer&) = delete;
 

@@ -1,12 +1,11 @@
 #include "core/sys_file.h"
 
+#include "core/core_guard_impl.h"
 #include "core/sys_file_input_impl.h"
 #include "core/sys_file_output_impl.h"
 
 #include <algorithm>
 #include <limits>
-#include <new>
-#include <stdexcept>
 
 /// An open file is either of the two.
 struct SysFile::Stream {
@@ -17,16 +16,6 @@ struct SysFile::Stream {
 namespace {
 
 constexpr core_int64 smallest_request = 4096;
-
-// Runs what may run out of memory, and gives `failure` when it does.
-template <class Result, class Action>
-Result guarded(Result failure, Action action) noexcept {
-    try {
-        return action();
-    } catch (const std::exception&) {
-        return failure;
-    }
-}
 
 bool is_usable(std::string_view path) {
     return !path.empty() && path.find('\0') == std::string_view::npos;
@@ -50,16 +39,20 @@ core_int64 read_text(bk::FileInput& input, CoreString& text, core_int64 wanted) 
 
 SysFile::SysFile() = default;
 
-SysFile::~SysFile() = default;
+SysFile::~SysFile() {
+    const bk::KeptErrno kept;
+    stream_.reset();
+}
 
 bool SysFile::open(const CoreString& path, const Mode& mode, const Type& type) {
+    const bk::KeptErrno kept;
     stream_.reset();
     size_ = 0;
     const bool is_text = type == TYPE_TEXT;
     if (!is_usable(path.get_view()) || (!is_text && type != TYPE_BINARY)) {
         return false;
     }
-    return guarded(false, [&] {
+    return bk::guarded("SysFile.open", false, [&] {
         const std::string name(path.get_view());
         const bool translates_text = is_text && bk::platform_translates_text;
         auto stream = std::make_unique<Stream>();
@@ -87,10 +80,15 @@ core_int64 SysFile::read(void* buffer, const core_int64& item_size, const core_i
         item_size > std::numeric_limits<core_int64>::max() / count) {
         return 0;
     }
-    return guarded(core_int64{0}, [&] {
+    const core_int64 read = bk::guarded("SysFile.read", core_int64{-1}, [&] {
         const std::size_t size = static_cast<std::size_t>(item_size * count);
         return static_cast<core_int64>(stream_->input->read(static_cast<char*>(buffer), size));
     });
+    if (read < 0) {
+        stream_->input->fail();
+        return 0;
+    }
+    return read;
 }
 
 core_int64 SysFile::read(CoreString& text, const core_int64& size) {
@@ -98,10 +96,11 @@ core_int64 SysFile::read(CoreString& text, const core_int64& size) {
     if (stream_ == nullptr || stream_->input == nullptr || size <= 0) {
         return 0;
     }
-    const core_int64 read = guarded(core_int64{-1}, [&] {
+    const core_int64 read = bk::guarded("SysFile.read", core_int64{-1}, [&] {
         return read_text(*stream_->input, text, std::min<core_int64>(size, CoreString::max_length));
     });
     if (read < 0) {
+        stream_->input->fail();
         text.clear();
         return 0;
     }
@@ -112,7 +111,7 @@ core_int64 SysFile::write(const char* data, const core_int64& size) {
     if (stream_ == nullptr || stream_->output == nullptr || size <= 0) {
         return 0;
     }
-    const core_int64 taken = guarded(core_int64{-1}, [&] {
+    const core_int64 taken = bk::guarded("SysFile.write", core_int64{-1}, [&] {
         return static_cast<core_int64>(stream_->output->write(data, static_cast<std::size_t>(size)));
     });
     if (taken < 0) {
@@ -127,11 +126,13 @@ core_int64 SysFile::write(const CoreString& text) {
 }
 
 bool SysFile::close() {
+    const bk::KeptErrno kept; // put back when the stream is gone
     const std::unique_ptr<Stream> stream = std::move(stream_);
     size_ = 0;
     if (stream == nullptr) {
         return true;
     }
-    return guarded(
-        false, [&] { return stream->input != nullptr ? stream->input->close() : stream->output->close(); });
+    return bk::guarded("SysFile.close", false, [&] {
+        return stream->input != nullptr ? stream->input->close() : stream->output->close();
+    });
 }

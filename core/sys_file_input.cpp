@@ -40,19 +40,24 @@ std::size_t FileInput::read(char* buffer, std::size_t size) {
             have += take_ahead(buffer + have, size - have);
             continue;
         }
-        const core_int64 got = handle_->read(buffer + have, size - have);
-        ended_ = got <= 0;
-        if (!ended_) {
-            have += static_cast<std::size_t>(got);
-        }
+        have += take(buffer + have, size - have);
     }
     taken_ += static_cast<core_int64>(have);
     return have;
 }
 
-bool FileInput::close() {
-    const std::unique_ptr<SysHandle> handle = std::move(handle_);
-    return handle == nullptr || handle->close();
+// Whether the file could be closed does not matter: what was read was read.
+bool FileInput::close() noexcept {
+    handle_.reset();
+    return !failed_;
+}
+
+/// Reads from the handle; 0 at the end, and at an error.
+std::size_t FileInput::take(char* buffer, std::size_t size) {
+    const core_int64 got = handle_->read(buffer, size);
+    failed_ = failed_ || got < 0;
+    ended_ = got <= 0;
+    return ended_ ? 0 : static_cast<std::size_t>(got);
 }
 
 std::size_t FileInput::take_ahead(char* buffer, std::size_t size) {
@@ -71,9 +76,7 @@ std::size_t FileInput::take_ahead(char* buffer, std::size_t size) {
 // Reads one more piece; returns its bytes in the file.
 core_int64 FileInput::read_ahead() {
     const std::unique_ptr<char[]> piece(new char[piece_size]);
-    const core_int64 got = handle_->read(piece.get(), piece_size);
-    ended_ = got <= 0;
-    const std::string_view bytes(piece.get(), ended_ ? 0 : static_cast<std::size_t>(got));
+    const std::string_view bytes(piece.get(), take(piece.get(), piece_size));
     if (translates_text_) {
         line_ends_.append(ahead_, bytes);
     } else {
@@ -83,7 +86,7 @@ core_int64 FileInput::read_ahead() {
         line_ends_.finish(ahead_);
         return 0;
     }
-    return got;
+    return static_cast<core_int64>(bytes.size());
 }
 
 void FileInput::read_all_ahead() {

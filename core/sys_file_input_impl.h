@@ -18,9 +18,13 @@ public:
     core_int64 left() const noexcept { return taken_ < size_ ? size_ - taken_ : 0; }
     /// Reads until `size` bytes are there or the file ends; returns their number.
     std::size_t read(char* buffer, std::size_t size);
-    bool close();
+    /// Something that was to be read is missing: `close` will fail.
+    void fail() noexcept { failed_ = true; }
+    /// Whether no read met an error.
+    bool close() noexcept;
 
 private:
+    std::size_t take(char* buffer, std::size_t size);
     std::size_t take_ahead(char* buffer, std::size_t size);
     core_int64 read_ahead();
     void read_all_ahead();
@@ -30,6 +34,7 @@ private:
     core_int64 taken_ = 0;
     bool translates_text_ = false;
     bool ended_ = false;
+    bool failed_ = false;
     LineEndReader line_ends_;
     std::string ahead_; // bytes that were read from the handle and not yet given out
     std::size_t ahead_at_ = 0;

@@ -1,5 +1,6 @@
 #include "core/app_progress_impl.h"
 #include "core/core_bytes_impl.h"
+#include "core/core_guard_impl.h"
 #include "core/sys_file.h"
 #include "parser/parser_archive.h"
 #include "parser/parser_archive_impl.h"
@@ -8,7 +9,6 @@
 #include <cstddef>
 #include <cstring>
 #include <memory>
-#include <new>
 #include <string>
 #include <string_view>
 
@@ -119,21 +119,23 @@ const char* take_archive(std::string_view bytes, ParserArchive& archive) {
     return is_whole ? no_error : invalid_size;
 }
 
-/// The whole file at once. Null when there is no room for it.
+/// The whole file at once.
 std::unique_ptr<char[]> read_all(SysFile& file, std::size_t& size) {
     size = static_cast<std::size_t>(file.get_size());
-    std::unique_ptr<char[]> bytes(new (std::nothrow) char[size]);
-    if (bytes != nullptr) {
-        const core_int64 got = file.read(bytes.get(), 1, static_cast<core_int64>(size));
-        size = static_cast<std::size_t>(std::max(got, core_int64{0}));
-    }
+    std::unique_ptr<char[]> bytes(new char[size]);
+    const core_int64 got = file.read(bytes.get(), 1, static_cast<core_int64>(size));
+    size = static_cast<std::size_t>(std::max(got, core_int64{0}));
     return bytes;
 }
 
-} // namespace
+/// A text for the caller, which takes no memory.
+CoreString answer(const char* text) {
+    CoreString shown;
+    shown.set_borrowed(text, static_cast<unsigned int>(std::strlen(text)));
+    return shown;
+}
 
-CoreString ParserImpl::save_archive(const ParserArchive& archive, const CoreString& filename,
-                                    AppProgressBar* progress) {
+const char* save(const ParserArchive& archive, const CoreString& filename, bk::Progress bar) {
     if (filename.is_empty()) {
         return empty_filename;
     }
@@ -141,7 +143,6 @@ CoreString ParserImpl::save_archive(const ParserArchive& archive, const CoreStri
     if (!file.open(filename, SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
         return cannot_open;
     }
-    const bk::Progress bar(progress);
     write_all(file, std::string(magic) + std::string(reserved_size, '\0'));
     bar.set_value(0.0f);
     write_all(file, string_block(archive.strings));
@@ -152,7 +153,7 @@ CoreString ParserImpl::save_archive(const ParserArchive& archive, const CoreStri
     return no_error;
 }
 
-CoreString ParserImpl::load_archive(ParserArchive& archive, const CoreString& filename, AppProgressBar*) {
+const char* load(ParserArchive& archive, const CoreString& filename) {
     if (filename.is_empty()) {
         return empty_filename;
     }
@@ -162,6 +163,21 @@ CoreString ParserImpl::load_archive(ParserArchive& archive, const CoreString& fi
     }
     std::size_t size = 0;
     const std::unique_ptr<char[]> bytes = read_all(file, size);
-    file.close();
-    return bytes == nullptr ? invalid_size : take_archive({bytes.get(), size}, archive);
+    if (!file.close()) {
+        return cannot_open;
+    }
+    return take_archive({bytes.get(), size}, archive);
+}
+
+} // namespace
+
+CoreString ParserImpl::save_archive(const ParserArchive& archive, const CoreString& filename,
+                                    AppProgressBar* progress) {
+    return answer(bk::guarded("ParserImpl.save_archive", cannot_open,
+                              [&] { return save(archive, filename, bk::Progress(progress)); }));
+}
+
+CoreString ParserImpl::load_archive(ParserArchive& archive, const CoreString& filename, AppProgressBar*) {
+    return answer(
+        bk::guarded("ParserImpl.load_archive", invalid_size, [&] { return load(archive, filename); }));
 }

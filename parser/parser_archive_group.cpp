@@ -1,10 +1,11 @@
 #include "core/app_progress_impl.h"
-#include "core/core_diagnostic_impl.h"
+#include "core/core_guard_impl.h"
 #include "parser/parser_archive.h"
 #include "parser/parser_archive_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_file.h"
 #include "parser/parser_text_reader_impl.h"
+#include "parser/parser_text_writer_impl.h"
 #include "parser/parser_value_impl.h"
 #include "parser/parser_word_rules_impl.h"
 
@@ -149,7 +150,7 @@ private:
 
     void add_word_of(const ParserValue& value) {
         CoreString word;
-        value.get_text(word, false, 0);
+        bk::TextWriter(word, false).write_value(value, 0);
         archive_ += word;
     }
 
@@ -179,13 +180,16 @@ core_uint64 stored_size(const ParserArchive& archive) noexcept {
     return size + core_uint64{archive.indices.get_count()} * width;
 }
 
-/// Whether so much may come of so much. The product is not formed: it could wrap.
-bool is_within(const ParserLimits& limits, core_uint64 size, core_uint64 stored) noexcept {
-    return size <= limits.archive_size &&
-           (size <= limits.archive_free_size || (size - 1) / stored < limits.archive_ratio);
+/// The size is known before any room is taken for the text. The product of ratio and size is not formed: it could wrap.
+bool is_text_within(const ParserArchive& archive, const ParserLimits& limits) noexcept {
+    const core_uint64 size = text_size(archive);
+    return size <= CoreString::max_length && size <= limits.archive_size &&
+           (size <= limits.archive_free_size || (size - 1) / stored_size(archive) < limits.archive_ratio);
 }
 
-void write_words(char* out, const ParserArchive& archive) noexcept {
+CoreString join_words(const ParserArchive& archive) {
+    CoreString text;
+    char* out = text.resize(static_cast<unsigned int>(text_size(archive)));
     for (const unsigned int index : archive.indices) {
         if (index < archive.strings.get_count()) {
             const std::string_view word = archive.strings[index].get_view();
@@ -193,21 +197,34 @@ void write_words(char* out, const ParserArchive& archive) noexcept {
             *out++ = ' ';
         }
     }
+    return text;
+}
+
+/// All of them or, when memory runs out, none.
+template <class Action>
+void add_words(ParserArchive& archive, const char* operation, Action action) {
+    const unsigned int string_count = archive.strings.get_count();
+    const unsigned int index_count = archive.indices.get_count();
+    if (!bk::completed(operation, action)) {
+        archive.strings.truncate(string_count);
+        archive.indices.truncate(index_count);
+    }
 }
 
 } // namespace
 
 void ParserImpl::archive_group(ParserGroup& group, ParserArchive& archive, const bool& with_braces,
                                AppProgressBar* progress) {
-    Archiver(archive, progress).add_group(group, with_braces);
+    add_words(archive, "ParserImpl.archive_group",
+              [&] { Archiver(archive, progress).add_group(group, with_braces); });
 }
 
 void ParserImpl::archive_entry(ParserEntry& entry, ParserArchive& archive, AppProgressBar* progress) {
-    Archiver(archive, progress).add_entry(entry);
+    add_words(archive, "ParserImpl.archive_entry", [&] { Archiver(archive, progress).add_entry(entry); });
 }
 
 void ParserImpl::archive_value(ParserValue& value, ParserArchive& archive, AppProgressBar* progress) {
-    Archiver(archive, progress).add_value(value);
+    add_words(archive, "ParserImpl.archive_value", [&] { Archiver(archive, progress).add_value(value); });
 }
 
 void ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& archive,
@@ -217,24 +234,18 @@ void ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& arch
 
 bool ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar*,
                                    const ParserLimits& limits) {
-    CoreString text;
-    if (!get_archive_text(archive, text, limits)) {
+    if (!is_text_within(archive, limits)) {
         bk::report_warning("ParserImpl.group_set_archive: text too large\n");
         return false;
     }
-    return bk::read_text(group, text, default_parser_serial_version, bk::Progress(nullptr), nullptr,
+    CoreString text;
+    return get_archive_text(archive, text, limits) &&
+           bk::read_text(group, text, default_parser_serial_version, bk::Progress(nullptr), nullptr,
                          limits) != bk::TextResult::stopped;
 }
 
-/// The size is known before any room is taken for the text.
 bool ParserImpl::get_archive_text(const ParserArchive& archive, CoreString& text,
                                   const ParserLimits& limits) {
-    const core_uint64 size = text_size(archive);
-    if (size > CoreString::max_length || !is_within(limits, size, stored_size(archive))) {
-        return false;
-    }
-    CoreString made;
-    write_words(made.resize(static_cast<unsigned int>(size)), archive);
-    text = std::move(made);
-    return true;
+    return is_text_within(archive, limits) &&
+           bk::completed("ParserImpl.get_archive_text", [&] { text = join_words(archive); });
 }

@@ -1,6 +1,6 @@
 #include "parser/parser_binary_impl.h"
 
-#include "core/core_diagnostic_impl.h"
+#include "core/core_guard_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_group_impl.h"
 #include "parser/parser_teardown_impl.h"
@@ -75,7 +75,32 @@ BinaryDecoder::~BinaryDecoder() {
 }
 
 bool BinaryDecoder::read_group(ParserGroup& group) {
-    return open_group(group) && run();
+    try {
+        return open_group(group) && run();
+    } catch (...) {
+        keep_whole_entries();
+        throw;
+    }
+}
+
+/// Memory has run out: of the group that is being read the entries that are whole stay.
+void BinaryDecoder::keep_whole_entries() noexcept {
+    discard_values(0);
+    if (levels_.empty()) {
+        return;
+    }
+    const std::size_t whole_count = levels_.size() > 1 ? levels_[1].first_entry : entries_.size();
+    while (entries_.size() > whole_count) {
+        delete entries_.back();
+        entries_.pop_back();
+    }
+    levels_.erase(levels_.begin() + 1, levels_.end());
+    levels_[0].is_in_entry = false;
+    try {
+        close_level();
+    } catch (const std::exception&) {
+        return; // there is not even memory to list them
+    }
 }
 
 bool BinaryDecoder::read_entry(ParserEntry& entry) {
@@ -105,8 +130,9 @@ ParserValue* BinaryDecoder::read_value() {
         return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
     }
     char* no_text = nullptr;
-    void* const place = ParserValue::operator new(sizeof(ParserValue));
-    return make_value(place, pending, no_text);
+    auto value = std::make_unique<ParserValue>(false); // a bool has nothing to release
+    make_value(value.get(), pending, no_text);
+    return value.release();
 }
 
 /// False when the group does not fit what is left of the buffer.
@@ -358,7 +384,8 @@ void BinaryDecoder::discard_values(std::size_t first) noexcept {
 
 bool ParserEntry::set_binary(const CoreVector<char>& data, core_uint64& position) {
     bk::BinaryDecoder decoder(data, position);
-    const bool is_whole = decoder.read_entry(*this);
+    const bool is_whole =
+        bk::guarded("ParserEntry.set_binary", false, [&] { return decoder.read_entry(*this); });
     position = decoder.position();
     return is_whole;
 }
@@ -370,7 +397,8 @@ bool ParserGroup::set_binary(const CoreVector<char>& data, core_uint64& position
 bool ParserGroup::set_binary(const CoreVector<char>& data, core_uint64& position,
                              const ParserLimits& limits) {
     bk::BinaryDecoder decoder(data, position, limits.nesting_depth);
-    const bool is_whole = decoder.read_group(*this);
+    const bool is_whole =
+        bk::guarded("ParserGroup.set_binary", false, [&] { return decoder.read_group(*this); });
     position = decoder.position();
     return is_whole;
 }

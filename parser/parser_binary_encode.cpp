@@ -1,7 +1,7 @@
 #include "parser/parser_binary_impl.h"
 
 #include "core/core_copy_impl.h"
-#include "core/core_diagnostic_impl.h"
+#include "core/core_guard_impl.h"
 #include "core/core_prefetch_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_value_impl.h"
@@ -229,19 +229,18 @@ void BinaryEncoder::write_scalars(const ParserValueList& values, unsigned int& n
 
 CoreVector<char> ParserEntry::get_binary() const {
     CoreVector<char> out;
-    bk::BinaryEncoder encoder(out);
-    encoder.write_entry(*this);
-    encoder.finish("ParserEntry.get_binary");
+    bk::encode(out, "ParserEntry.get_binary",
+               [&](bk::BinaryEncoder& encoder) { encoder.write_entry(*this); });
     return out;
 }
 
 CoreVector<char> ParserGroup::get_binary(const bool& with_name) const {
     CoreVector<char> out;
-    bk::BinaryEncoder encoder(out);
-    if (with_name) {
-        encoder.write_string(name_);
-    }
-    encoder.write_group(*this);
-    encoder.finish("ParserGroup.get_binary");
+    bk::encode(out, "ParserGroup.get_binary", [&](bk::BinaryEncoder& encoder) {
+        if (with_name) {
+            encoder.write_string(name_);
+        }
+        encoder.write_group(*this);
+    });
     return out;
 }

@@ -2,6 +2,7 @@
 
 #include "core/core_bytes_impl.h"
 #include "core/core_containers.h"
+#include "core/core_guard_impl.h"
 #include "parser/parser_group.h"
 #include "parser/parser_limits.h"
 
@@ -72,6 +73,22 @@ private:
     std::vector<Level> levels_;
 };
 
+/// Appends what `write` writes with an encoder; the number of bytes. When there is no room for all of it, 0: the
+/// buffer is as it was, and that is logged.
+template <class Write>
+core_uint64 encode(CoreVector<char>& out, const char* operation, Write write) {
+    const unsigned int begin = out.get_count();
+    const core_uint64 size = guarded(operation, core_uint64{0}, [&] {
+        BinaryEncoder encoder(out);
+        write(encoder);
+        return encoder.finish(operation);
+    });
+    if (size == 0) {
+        out.truncate(begin);
+    }
+    return size;
+}
+
 /// The characters up to a NUL, which is passed. Without one: logged, no characters, and the cursor at the end.
 std::string_view take_string(ByteCursor& cursor);
 
@@ -133,6 +150,7 @@ private:
     enum class Step { more, done, failed };
 
     Step stop_at_depth();
+    void keep_whole_entries() noexcept;
 
     bool open_group(ParserGroup& group);
     bool open_entry(Level& level, std::string_view name);

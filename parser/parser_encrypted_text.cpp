@@ -1,8 +1,10 @@
-#include "core/core_diagnostic_impl.h"
+#include "core/core_guard_impl.h"
 #include "parser/parser_cipher_impl.h"
 #include "parser/parser_entry.h"
 #include "parser/parser_file.h"
 #include "parser/parser_group.h"
+#include "parser/parser_text_reader_impl.h"
+#include "parser/parser_text_writer_impl.h"
 
 #include <string_view>
 #include <utility>
@@ -68,39 +70,57 @@ constexpr unsigned int digit_value(char character) noexcept {
 void ParserGroup::get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key,
                                      const bool& braces, const bool& pretty,
                                      const unsigned int& level) const {
-    CoreString plain;
-    get_text(plain, braces, pretty, level);
-    encipher_into(data, plain, key, "ParserGroup.get_encrypted_text");
+    static constexpr const char* operation = "ParserGroup.get_encrypted_text";
+    bk::completed(operation, [&] {
+        CoreString plain;
+        if (bk::print_group(plain, *this, braces, pretty, level)) {
+            encipher_into(data, plain, key, operation);
+        }
+    });
 }
 
 void ParserGroup::get_encrypted_text(CoreString& text, const CoreString& key, const bool& braces,
                                      const bool& pretty, const unsigned int& level) const {
-    CoreString plain;
-    get_text(plain, braces, pretty, level);
-    encipher_into(text, plain, key, plain.get_view(), "ParserGroup.get_encrypted_text");
+    static constexpr const char* operation = "ParserGroup.get_encrypted_text";
+    bk::completed(operation, [&] {
+        CoreString plain;
+        if (bk::print_group(plain, *this, braces, pretty, level)) {
+            encipher_into(text, plain, key, plain.get_view(), operation);
+        }
+    });
 }
 
 void ParserEntry::get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key,
                                      const bool& pretty, const unsigned int& level) const {
-    CoreString plain;
-    get_text(plain, pretty, level);
-    encipher_into(data, plain, key, "ParserEntry.get_encrypted_text");
+    static constexpr const char* operation = "ParserEntry.get_encrypted_text";
+    bk::completed(operation, [&] {
+        CoreString plain;
+        if (bk::print_entry(plain, *this, pretty, level)) {
+            encipher_into(data, plain, key, operation);
+        }
+    });
 }
 
 void ParserEntry::get_encrypted_text(CoreString& text, const CoreString& key, const bool& pretty,
                                      const unsigned int& level) const {
-    CoreString plain;
-    get_text(plain, pretty, level);
-    encipher_into(text, plain, key, {}, "ParserEntry.get_encrypted_text");
+    static constexpr const char* operation = "ParserEntry.get_encrypted_text";
+    bk::completed(operation, [&] {
+        CoreString plain;
+        if (bk::print_entry(plain, *this, pretty, level)) {
+            encipher_into(text, plain, key, {}, operation);
+        }
+    });
 }
 
 bool ParserGroup::set_encrypted_text(const CoreArray<unsigned char>& data, const CoreString& key) {
-    CoreString plain;
-    if (!bk::decipher(view_of(data), key.get_view(), plain)) {
-        return false;
-    }
-    set_text(plain, default_parser_serial_version, nullptr);
-    return true;
+    return bk::guarded("ParserGroup.set_encrypted_text", false, [&] {
+        CoreString plain;
+        if (!bk::decipher(view_of(data), key.get_view(), plain)) {
+            return false;
+        }
+        return bk::read_text(*this, plain, default_parser_serial_version, bk::Progress(nullptr), nullptr,
+                             ParserLimits()) != bk::TextResult::stopped;
+    });
 }
 
 bool ParserGroup::set_encrypted_text(const CoreString& text, const CoreString& key) {
@@ -108,10 +128,12 @@ bool ParserGroup::set_encrypted_text(const CoreString& text, const CoreString& k
     if (length % 2 != 0) {
         return false;
     }
-    CoreArray<unsigned char> data(length / 2);
-    const char* const pairs = text.get_data();
-    for (unsigned int i = 0; i < length; i += 2) {
-        data[i / 2] = static_cast<unsigned char>(16 * digit_value(pairs[i]) + digit_value(pairs[i + 1]));
-    }
-    return set_encrypted_text(data, key);
+    return bk::guarded("ParserGroup.set_encrypted_text", false, [&] {
+        CoreArray<unsigned char> data(length / 2);
+        const char* const pairs = text.get_data();
+        for (unsigned int i = 0; i < length; i += 2) {
+            data[i / 2] = static_cast<unsigned char>(16 * digit_value(pairs[i]) + digit_value(pairs[i + 1]));
+        }
+        return set_encrypted_text(data, key);
+    });
 }

@@ -1,6 +1,7 @@
 #include "parser/parser_file.h"
 
 #include "core/app_progress_impl.h"
+#include "core/core_guard_impl.h"
 #include "core/sys_file.h"
 #include "parser/parser_file_preprocess_impl.h"
 #include "parser/parser_text_reader_impl.h"
@@ -10,7 +11,12 @@
 ParserFile::ParserFile(ParserGroup& root)
     : root_(&root), serial_version_(default_parser_serial_version), root_owners_(new unsigned int(1)) {}
 
-ParserFile::ParserFile(const CoreString& filename) : ParserFile(*new ParserGroup("root")) {
+/// The group is the file's once the file is there.
+ParserFile::ParserFile(std::unique_ptr<ParserGroup> root) : ParserFile(*root) {
+    static_cast<void>(root.release());
+}
+
+ParserFile::ParserFile(const CoreString& filename) : ParserFile(std::make_unique<ParserGroup>("root")) {
     set_filename(filename);
 }
 
@@ -68,6 +74,15 @@ void ParserFile::get_text(CoreString& out) const {
 }
 
 bool ParserFile::read(const CoreString& filename, const CoreString& key, AppProgressBar* progress) {
+    const bool is_read =
+        bk::guarded("ParserFile.read", false, [&] { return read_document(filename, key, progress); });
+    if (!is_read) {
+        serial_version_ = CoreVersion();
+    }
+    return is_read;
+}
+
+bool ParserFile::read_document(const CoreString& filename, const CoreString& key, AppProgressBar* progress) {
     const bk::Progress bar(progress);
     bar.set_value(0.0F);
     if (!filename.is_empty()) {
@@ -78,11 +93,7 @@ bool ParserFile::read(const CoreString& filename, const CoreString& key, AppProg
         return false;
     }
     const bk::ProgressTask task(bar);
-    if (bk::read_text(*root_, text, serial_version_, bar, observer_, limits_) == bk::TextResult::stopped) {
-        serial_version_ = CoreVersion();
-        return false;
-    }
-    return true;
+    return bk::read_text(*root_, text, serial_version_, bar, observer_, limits_) != bk::TextResult::stopped;
 }
 
 bool ParserFile::preprocess(CoreString& text, const CoreString& key, AppProgressBar* progress) {

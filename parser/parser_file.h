@@ -10,6 +10,8 @@
 #include "parser/parser_limits.h"
 #include "parser/parser_read_observer.h"
 
+#include <memory>
+
 class SysFile;
 
 /// The version of texts without a version line, and of archives: 1.2.
@@ -78,6 +80,9 @@ public:
 private:
     enum Storage : unsigned char { STORAGE_UNKNOWN = 0, STORAGE_PLAIN = 1, STORAGE_ENCRYPTED = 2 };
 
+    explicit ParserFile(std::unique_ptr<ParserGroup> root);
+    bool read_document(const CoreString& filename, const CoreString& key, AppProgressBar* progress);
+    bool write_document(const Mode& mode, const CoreString& filename, const CoreString& key);
     bool preprocess(CoreString& text, const CoreString& key, AppProgressBar* progress);
     bool write_encrypted(SysFile& file, const CoreString& key);
     bool write_text(SysFile& file);

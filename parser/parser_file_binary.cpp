@@ -1,4 +1,4 @@
-#include "core/core_diagnostic_impl.h"
+#include "core/core_guard_impl.h"
 #include "parser/parser_binary_impl.h"
 #include "parser/parser_file.h"
 
@@ -24,10 +24,10 @@ bool is_known_format(const CoreVector<char>& data) {
 
 CoreVector<char> ParserFile::get_binary() const {
     CoreVector<char> out;
-    bk::BinaryEncoder encoder(out);
-    encoder.write_bytes(data_tag.data(), data_tag.size());
-    encoder.write_group(*root_);
-    encoder.finish("ParserFile.get_binary");
+    bk::encode(out, "ParserFile.get_binary", [&](bk::BinaryEncoder& encoder) {
+        encoder.write_bytes(data_tag.data(), data_tag.size());
+        encoder.write_group(*root_);
+    });
     return out;
 }
 

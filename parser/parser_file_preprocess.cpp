@@ -2,6 +2,7 @@
 
 #include "core/core_diagnostic_impl.h"
 #include "core/sys_file.h"
+#include "core/sys_filesystem_impl.h"
 #include "core/sys_line_ends_impl.h"
 #include "parser/parser_cipher_impl.h"
 #include "parser/parser_fault_text_impl.h"
@@ -17,6 +18,12 @@ constexpr double failed = 0.0;
 
 void report_for_file(const char* before, const CoreString& name, const char* after) {
     report_warning(before, name, after);
+}
+
+/// False when a read met an error: half a document must not pass for a whole one.
+bool read_whole(SysFile& file, CoreString& text) {
+    file.read(text, file.get_size());
+    return file.close();
 }
 
 } // namespace
@@ -71,8 +78,8 @@ bool Preprocessor::find(const CoreString& name, CoreString& path) {
             candidate += '/';
         }
         candidate += name;
-        if (SysFilesystem::file_exists(candidate)) {
-            path = SysFilesystem::get_full_file_path(candidate);
+        if (is_file(candidate.get_view())) {
+            path = absolute_path(candidate);
             if (open_files_.empty()) {
                 top_path_ = path;
             } else if (!(path == top_path_)) {
@@ -118,8 +125,10 @@ bool Preprocessor::load(const CoreString& name, const CoreString& path, Source& 
         return false;
     }
     source_size_ += size;
-    file.read(source.text, file.get_size());
-    file.close();
+    if (!read_whole(file, source.text)) {
+        report_for_file("Failed to open file '", name, "'.\n");
+        return false;
+    }
     if (source.text.get_length() > cipher_magic.size()) {
         progress.set_value(0.3F);
         if (source.text.get_view().starts_with(cipher_magic)) {
@@ -136,12 +145,10 @@ bool Preprocessor::load(const CoreString& name, const CoreString& path, Source& 
 
 bool Preprocessor::read_as_text(const CoreString& name, const CoreString& path, CoreString& text) {
     SysFile file;
-    if (!file.open(path, SysFile::MODE_READ, SysFile::TYPE_TEXT)) {
+    if (!file.open(path, SysFile::MODE_READ, SysFile::TYPE_TEXT) || !read_whole(file, text)) {
         report_for_file("Failed to open file '", name, "'.\n");
         return false;
     }
-    file.read(text, file.get_size());
-    file.close();
     return true;
 }
 

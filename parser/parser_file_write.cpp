@@ -1,4 +1,4 @@
-#include "core/core_diagnostic_impl.h"
+#include "core/core_guard_impl.h"
 #include "core/sys_file.h"
 #include "parser/parser_cipher_impl.h"
 #include "parser/parser_document_impl.h"
@@ -44,6 +44,10 @@ bool store(SysFile& file, std::string_view head, std::string_view body) {
 } // namespace
 
 bool ParserFile::write(const Mode& mode, const CoreString& filename, const CoreString& key) {
+    return bk::guarded("ParserFile.write", false, [&] { return write_document(mode, filename, key); });
+}
+
+bool ParserFile::write_document(const Mode& mode, const CoreString& filename, const CoreString& key) {
     if (is_given(filename)) {
         set_filename(filename);
     }
@@ -57,9 +61,9 @@ bool ParserFile::write(const Mode& mode, const CoreString& filename, const CoreS
     if (!file.open(filename_, SysFile::MODE_WRITE, is_text ? SysFile::TYPE_TEXT : SysFile::TYPE_BINARY)) {
         return false;
     }
-    const bool is_stored = is_encrypted ? write_encrypted(file, key)
-                           : is_text    ? write_text(file)
-                                        : write_binary(file);
+    const bool is_stored = bk::guarded("ParserFile.write", false, [&] {
+        return is_encrypted ? write_encrypted(file, key) : is_text ? write_text(file) : write_binary(file);
+    });
     if (!is_stored) {
         bk::report_error("ParserFile.write: Can't save project '", filename, "'.\n");
     }
@@ -96,5 +100,5 @@ bool ParserFile::write_text(SysFile& file) {
 
 bool ParserFile::write_binary(SysFile& file) const {
     const CoreVector<char> data = get_binary();
-    return store(file, {}, {data.get_data(), data.get_count()});
+    return !data.is_empty() && store(file, {}, {data.get_data(), data.get_count()});
 }

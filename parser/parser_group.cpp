@@ -62,7 +62,7 @@ void ParserGroup::set(const ParserGroup& other) {
     bk::TreeCopier copier;
     for (const ParserEntry* entry : other.entries_) {
         if (entry != nullptr) {
-            copied.append(copier.copy_entry(*entry));
+            bk::GroupAccess::adopt(copied, copier.copy_entry(*entry));
         }
     }
     copier.finish();
@@ -76,9 +76,15 @@ void ParserGroup::swap_content(ParserGroup& other) noexcept {
 }
 
 void ParserGroup::append(ParserEntry* entry) {
-    entries_.add(entry);
+    const unsigned int keyword_count = keyword_index_.get_count();
     if (entry->get_type() != ParserEntry::TYPE_ENTRY) {
-        keyword_index_.add(entries_.get_count() - 1);
+        keyword_index_.add(entries_.get_count());
+    }
+    try {
+        entries_.add(entry);
+    } catch (...) {
+        keyword_index_.truncate(keyword_count);
+        throw;
     }
 }
 

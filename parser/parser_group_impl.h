@@ -2,6 +2,8 @@
 
 #include "parser/parser_group.h"
 
+#include <memory>
+
 namespace bk {
 
 /// What the library's other parts see of a group.
@@ -10,6 +12,12 @@ public:
     /// Appends entries that nobody else owns, filing each by its type.
     static void append(ParserGroup& group, ParserEntry* const* entries, unsigned int count);
     static void append(ParserGroup& group, ParserEntry* entry) { group.append(entry); }
+    /// Appends an entry that dies when there is no memory for that.
+    static void adopt(ParserGroup& group, ParserEntry* entry) {
+        std::unique_ptr<ParserEntry> owned(entry);
+        group.append(entry);
+        static_cast<void>(owned.release());
+    }
 
     /// A link between groups that wait for their deletion.
     static ParserGroup*& next_doomed(ParserGroup& group) noexcept { return group.next_doomed_; }

@@ -1,3 +1,4 @@
+#include "core/core_guard_impl.h"
 #include "parser/parser_grammar_impl.h"
 #include "parser/parser_group.h"
 #include "parser/parser_text_reader_impl.h"
@@ -5,8 +6,10 @@
 
 namespace bk {
 
-TextResult read_text(ParserGroup& group, const CoreString& text, const CoreVersion& version,
-                     Progress progress, ParserReadObserver* observer, const ParserLimits& limits) {
+namespace {
+
+TextResult parse(ParserGroup& group, const CoreString& text, const CoreVersion& version, Progress progress,
+                 ParserReadObserver* observer, const ParserLimits& limits) {
     TreeSink sink(group, has_escapes(version), observer, limits);
     Grammar<TreeSink> grammar(text.get_view(), sink);
     const bool is_clean = grammar.run([progress](const WordStream& words) {
@@ -16,6 +19,14 @@ TextResult read_text(ParserGroup& group, const CoreString& text, const CoreVersi
     });
     sink.finish();
     return sink.is_stopped() ? TextResult::stopped : is_clean ? TextResult::clean : TextResult::faulty;
+}
+
+} // namespace
+
+TextResult read_text(ParserGroup& group, const CoreString& text, const CoreVersion& version,
+                     Progress progress, ParserReadObserver* observer, const ParserLimits& limits) {
+    return guarded("ParserGroup.set_text", TextResult::stopped,
+                   [&] { return parse(group, text, version, progress, observer, limits); });
 }
 
 } // namespace bk

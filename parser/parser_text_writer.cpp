@@ -1,6 +1,6 @@
 #include "parser/parser_text_writer_impl.h"
 
-#include "core/core_diagnostic_impl.h"
+#include "core/core_guard_impl.h"
 #include "parser/parser_characters_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_value_impl.h"
@@ -63,10 +63,28 @@ void put_plain_text(TextBuffer& out, const ParserValue& value) {
     }
 }
 
+namespace {
+
+/// False, with the output as it was and a message, when there is no room for the whole text.
+template <class Write>
+bool print(CoreString& out, bool pretty, const char* operation, Write write) {
+    const unsigned int old_length = out.get_length();
+    const bool is_whole = guarded(operation, false, [&] {
+        TextWriter writer(out, pretty);
+        write(writer);
+        return !writer.is_too_long();
+    });
+    if (!is_whole && out.get_length() != old_length) {
+        out.resize(old_length);
+    }
+    return is_whole;
+}
+
+} // namespace
+
 bool print_group(CoreString& out, const ParserGroup& group, bool braces, bool pretty, unsigned int level) {
-    TextWriter writer(out, pretty);
-    writer.write_group(group, braces, level);
-    return !writer.is_too_long();
+    return print(out, pretty, "ParserGroup.get_text",
+                 [&](TextWriter& writer) { writer.write_group(group, braces, level); });
 }
 
 TextWriter::~TextWriter() {
@@ -237,6 +255,21 @@ void TextWriter::begin_line(unsigned int depth) {
     out_.put_repeated(' ', std::size_t{depth} * indentation_width);
 }
 
+bool print_entry(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level) {
+    return print(out, pretty, "ParserEntry.get_text",
+                 [&](TextWriter& writer) { writer.write_entry(entry, level); });
+}
+
+bool print_entry_values(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level) {
+    return print(out, pretty, "ParserEntry.get_value_text",
+                 [&](TextWriter& writer) { writer.write_entry_values(entry, level); });
+}
+
+bool print_value(CoreString& out, const ParserValue& value, bool pretty, unsigned int level) {
+    return print(out, pretty, "ParserValue.get_text",
+                 [&](TextWriter& writer) { writer.write_value(value, level); });
+}
+
 } // namespace bk
 
 void ParserGroup::get_text(CoreString& out, const bool& braces, const bool& pretty,
@@ -245,13 +278,13 @@ void ParserGroup::get_text(CoreString& out, const bool& braces, const bool& pret
 }
 
 void ParserEntry::get_text(CoreString& out, const bool& pretty, const unsigned int& level) const {
-    bk::TextWriter(out, pretty).write_entry(*this, level);
+    bk::print_entry(out, *this, pretty, level);
 }
 
 void ParserEntry::get_value_text(CoreString& out, const bool& pretty, const unsigned int& level) const {
-    bk::TextWriter(out, pretty).write_entry_values(*this, level);
+    bk::print_entry_values(out, *this, pretty, level);
 }
 
 void ParserValue::get_text(CoreString& out, const bool& pretty, const unsigned int& level) const {
-    bk::TextWriter(out, pretty).write_value(*this, level);
+    bk::print_value(out, *this, pretty, level);
 }

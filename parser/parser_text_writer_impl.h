@@ -10,8 +10,11 @@ namespace bk {
 /// Appends a value's text without quotes and escapes, whatever its type; nothing for a group.
 void put_plain_text(TextBuffer& out, const ParserValue& value);
 
-/// Appends a group's text. False, with the output as it was and a message, when the text would be too long.
+/// Each appends a text. False, with the output as it was and a message, when it would be too long or memory runs out.
 bool print_group(CoreString& out, const ParserGroup& group, bool braces, bool pretty, unsigned int level);
+bool print_entry(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level);
+bool print_entry_values(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level);
+bool print_value(CoreString& out, const ParserValue& value, bool pretty, unsigned int level);
 
 /// Prints trees as the text syntax writes them. It walks with an explicit stack: the depth of a tree costs
 /// no stack of the thread's.

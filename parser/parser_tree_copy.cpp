@@ -41,12 +41,13 @@ void TreeCopier::copy_values(const ParserValueList& from, ParserValueList& to) {
 void TreeCopier::fill_values(const ParserValueList& from, ParserValueList& to) {
     char* text = from.get_count() == 0 ? nullptr : to.text_room();
     for (unsigned int i = 0; i < from.get_count(); ++i) {
-        ParserGroup* made = nullptr;
+        std::unique_ptr<ParserGroup> made;
         if (const ParserGroup* group = ValueAccess::group(from[i])) {
-            made = new ParserGroup(group->get_name());
-            nested_.push_back({group, made});
+            made = std::make_unique<ParserGroup>(group->get_name());
+            nested_.push_back({group, made.get()});
         }
-        ValueAccess::copy(to.room() + i, from[i], made, text);
+        ValueAccess::copy(to.room() + i, from[i], made.get(), text);
+        static_cast<void>(made.release());
         to.set_count(i + 1);
     }
 }
@@ -57,7 +58,7 @@ void TreeCopier::finish() {
         nested_.pop_back();
         for (const ParserEntry* entry : nested.from->get_entries()) {
             if (entry != nullptr) {
-                GroupAccess::append(*nested.to, copy_entry(*entry));
+                GroupAccess::adopt(*nested.to, copy_entry(*entry));
             }
         }
     }

@@ -1,6 +1,6 @@
 #include "parser/parser_value.h"
 
-#include "core/core_diagnostic_impl.h"
+#include "core/core_guard_impl.h"
 #include "core/core_memory.h"
 #include "core/core_number_impl.h"
 #include "parser/parser_group.h"
@@ -323,7 +323,10 @@ CoreString ParserValue::get_type_name(const Type& type) {
 void ParserValue::word_to_binary_data(void*& data, unsigned int& size, const ParserWord& word) {
     const std::string_view literal =
         word.is_empty() ? std::string_view() : std::string_view(&word[0], word.get_length());
-    data = bk::decode_binary_literal(literal, size);
+    data = nullptr;
+    size = 0;
+    bk::completed("ParserValue.word_to_binary_data",
+                  [&] { data = bk::decode_binary_literal(literal, size); });
 }
 
 void* ParserValue::operator new(std::size_t size) {

@@ -22,9 +22,8 @@ std::uint64_t take_number(const CoreVector<char>& data, unsigned long long& posi
 } // namespace
 
 void ParserValue::get_binary(CoreVector<char>& out, unsigned long long& count, const bool& with_type) const {
-    bk::BinaryEncoder encoder(out);
-    encoder.write_value(*this, with_type);
-    count += encoder.finish("ParserValue.get_binary");
+    count += bk::encode(out, "ParserValue.get_binary",
+                        [&](bk::BinaryEncoder& encoder) { encoder.write_value(*this, with_type); });
 }
 
 unsigned long long ParserValue::bool_to_bin(CoreVector<char>& out, const bool& value) {
@@ -33,17 +32,15 @@ unsigned long long ParserValue::bool_to_bin(CoreVector<char>& out, const bool& v
 
 unsigned long long ParserValue::char_to_bin(CoreVector<char>& out, const char& value) {
     const char byte = value; // may lie in `out`, which grows
-    bk::BinaryEncoder encoder(out);
-    encoder.write_bytes(&byte, sizeof(byte));
-    return encoder.finish("ParserValue.char_to_bin");
+    return bk::encode(out, "ParserValue.char_to_bin",
+                      [&](bk::BinaryEncoder& encoder) { encoder.write_bytes(&byte, sizeof(byte)); });
 }
 
 unsigned long long ParserValue::int_to_bin(CoreVector<char>& out, const int& value) {
-    bk::BinaryEncoder encoder(out);
     unsigned char bytes[sizeof(std::uint32_t)];
     bk::store_le32(bytes, static_cast<std::uint32_t>(value));
-    encoder.write_bytes(bytes, sizeof(bytes));
-    return encoder.finish("ParserValue.int_to_bin");
+    return bk::encode(out, "ParserValue.int_to_bin",
+                      [&](bk::BinaryEncoder& encoder) { encoder.write_bytes(bytes, sizeof(bytes)); });
 }
 
 unsigned long long ParserValue::double_to_bin(CoreVector<char>& out, const double& value) {
@@ -51,28 +48,24 @@ unsigned long long ParserValue::double_to_bin(CoreVector<char>& out, const doubl
 }
 
 unsigned long long ParserValue::size_to_bin(CoreVector<char>& out, const unsigned long long& value) {
-    bk::BinaryEncoder encoder(out);
-    encoder.write_size(value);
-    return encoder.finish("ParserValue.size_to_bin");
+    return bk::encode(out, "ParserValue.size_to_bin",
+                      [&](bk::BinaryEncoder& encoder) { encoder.write_size(value); });
 }
 
 unsigned long long ParserValue::string_to_bin(CoreVector<char>& out, const CoreString& value) {
-    bk::BinaryEncoder encoder(out);
-    encoder.write_string(value);
-    return encoder.finish("ParserValue.string_to_bin");
+    return bk::encode(out, "ParserValue.string_to_bin",
+                      [&](bk::BinaryEncoder& encoder) { encoder.write_string(value); });
 }
 
 unsigned long long ParserValue::binary_data_to_bin(CoreVector<char>& out, void* data,
                                                    const unsigned int& size) {
-    bk::BinaryEncoder encoder(out);
-    encoder.write_binary_data(data, size);
-    return encoder.finish("ParserValue.binary_data_to_bin");
+    return bk::encode(out, "ParserValue.binary_data_to_bin",
+                      [&](bk::BinaryEncoder& encoder) { encoder.write_binary_data(data, size); });
 }
 
 unsigned long long ParserValue::group_to_bin(CoreVector<char>& out, const ParserGroup& group) {
-    bk::BinaryEncoder encoder(out);
-    encoder.write_group(group);
-    return encoder.finish("ParserValue.group_to_bin");
+    return bk::encode(out, "ParserValue.group_to_bin",
+                      [&](bk::BinaryEncoder& encoder) { encoder.write_group(group); });
 }
 
 bool ParserValue::bin_to_bool(const CoreVector<char>& data, unsigned long long& position) {
@@ -99,7 +92,9 @@ CoreString ParserValue::bin_to_string(const CoreVector<char>& data, unsigned lon
     bk::ByteCursor cursor = cursor_at(data, position);
     const std::string_view text = bk::take_string(cursor);
     position = cursor.position();
-    return CoreString(text);
+    CoreString string;
+    bk::completed("ParserValue.bin_to_string", [&] { string = CoreString(text); });
+    return string;
 }
 
 void* ParserValue::bin_to_binary_data(const CoreVector<char>& data, unsigned long long& position,
@@ -107,13 +102,19 @@ void* ParserValue::bin_to_binary_data(const CoreVector<char>& data, unsigned lon
     bk::ByteCursor cursor = cursor_at(data, position);
     const std::string_view bytes = bk::take_binary_data(cursor);
     position = cursor.position();
-    size = static_cast<unsigned int>(bytes.size());
-    return bytes.empty() ? nullptr : bk::copy_bytes(bytes.data(), size);
+    unsigned char* copy = nullptr;
+    if (!bytes.empty()) {
+        const auto count = static_cast<unsigned int>(bytes.size());
+        bk::completed("ParserValue.bin_to_binary_data", [&] { copy = bk::copy_bytes(bytes.data(), count); });
+    }
+    size = copy == nullptr ? 0 : static_cast<unsigned int>(bytes.size());
+    return copy;
 }
 
 ParserValue* ParserValue::bin_to_value(const CoreVector<char>& data, unsigned long long& position) {
     bk::BinaryDecoder decoder(data, position);
-    ParserValue* const value = decoder.read_value();
+    ParserValue* value = nullptr;
+    bk::completed("ParserValue.bin_to_value", [&] { value = decoder.read_value(); });
     position = decoder.position();
     return value;
 }

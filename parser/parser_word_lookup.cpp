@@ -88,10 +88,11 @@ void WordLookup::grow() {
     if (slot_count() == most_slots) {
         throw std::length_error("ParserArchive: too many words");
     }
-    CoreVector<unsigned int> old;
-    old.swap(table_);
-    const unsigned int size = 2 * std::max(first_slot_count, old.get_count());
-    std::fill_n(table_.extend(size), size, vacant);
+    const unsigned int size = 2 * std::max(first_slot_count, table_.get_count());
+    CoreVector<unsigned int> fresh; // the old table stays when there is no memory for a new one
+    std::fill_n(fresh.extend(size), size, vacant);
+    table_.swap(fresh);
+    const CoreVector<unsigned int>& old = fresh;
     for (unsigned int i = 0; i < old.get_count(); i += 2) {
         if (old[i + 1] != vacant) {
             enter(old[i], old[i + 1]);

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/core_diagnostic_impl.h"
+
+#include <cerrno>
+#include <new>
+#include <stdexcept>
+
+/// What stands between the library's insides, where memory that has run out is an exception, and its callers, who
+/// get a result that says so.
+namespace bk {
+
+/// Puts errno back: what the library does on the way is not the caller's business.
+class KeptErrno {
+public:
+    KeptErrno() noexcept : kept_(errno) {}
+    ~KeptErrno() { errno = kept_; }
+    KeptErrno(const KeptErrno&) = delete;
+    KeptErrno& operator=(const KeptErrno&) = delete;
+
+private:
+    int kept_;
+};
+
+/// "<operation>: out of memory\n" at level 1, composed without memory. Nothing is logged when the handler itself has none.
+void report_out_of_memory(const char* operation) noexcept;
+
+/// Runs an operation. When memory runs out, or a count of it passes 32 bits, that is logged and the result is `failure`.
+template <class Result, class Action>
+Result guarded(const char* operation, Result failure, Action action) {
+    const KeptErrno kept;
+    try {
+        return action();
+    } catch (const std::bad_alloc&) {
+        report_out_of_memory(operation);
+    } catch (const std::length_error&) {
+        report_out_of_memory(operation);
+    }
+    return failure;
+}
+
+/// The same for an operation that can only be whole or not.
+template <class Action>
+bool completed(const char* operation, Action action) {
+    return guarded(operation, false, [&action] {
+        action();
+        return true;
+    });
+}
+
+} // namespace bk

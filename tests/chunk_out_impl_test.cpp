@@ -1,0 +1,116 @@
+#include "core/core_chunk_impl.h"
+#include "core/core_memory.h"
+#include "parser/parser_file.h"
+#include "parser/parser_group.h"
+#include "tests/support/plain_text.h"
+#include "tests/support/recording_log.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <vector>
+
+// The operating system gives no chunk to the slabs, from every one on that they ask for. The chunks are the test's own: a
+// static library leaves these functions to the program.
+
+namespace {
+
+std::size_t chunks_left = SIZE_MAX;
+std::size_t chunks_asked = 0;
+
+/// By their aligned addresses.
+std::map<void*, std::unique_ptr<char[]>>& chunk_memory() {
+    static std::map<void*, std::unique_ptr<char[]>> memory;
+    return memory;
+}
+
+} // namespace
+
+void* bk::take_chunks(std::size_t size) noexcept {
+    ++chunks_asked;
+    if (chunks_left == 0) {
+        return nullptr;
+    }
+    --chunks_left;
+    auto memory = std::make_unique<char[]>(size + chunk_size);
+    void* place = memory.get();
+    std::size_t room = size + chunk_size;
+    std::align(chunk_size, size, place, room);
+    chunk_memory()[place] = std::move(memory);
+    return place;
+}
+
+void bk::give_chunks_back(void* chunks, std::size_t) noexcept {
+    chunk_memory().erase(chunks);
+}
+
+namespace {
+
+/// Large enough for several chunks.
+CoreString long_text() {
+    CoreString text;
+    for (int i = 0; i < 60000; ++i) {
+        text += "entry ";
+        text += i;
+        text += " ";
+    }
+    return text;
+}
+
+class chunk_out : public testing::Test {
+protected:
+    void SetUp() override {
+#if defined(BK_PARSER_NO_SLABS)
+        GTEST_SKIP() << "the library was built without slabs";
+#endif
+    }
+    ~chunk_out() override {
+        chunks_left = SIZE_MAX;
+    }
+};
+
+} // namespace
+
+TEST_F(chunk_out, a_parse_that_gets_no_further_chunk_keeps_what_it_read) {
+    const CoreString text = long_text();
+    unsigned int most = 0;
+    for (std::size_t chunks = 0;; ++chunks) {
+        const std::size_t in_use = chunk_memory().size();
+        bool result = false;
+        unsigned int count = 0;
+        {
+            RecordingLog log;
+            ParserGroup group("root");
+            chunks_left = chunks;
+            result = group.set_text(text, default_parser_serial_version, nullptr);
+            chunks_left = SIZE_MAX;
+            count = group.get_entries().get_count();
+            EXPECT_EQ(log.messages.empty(), result);
+            if (count != 0) {
+                EXPECT_EQ(group.get_entry(count - 1)->get_int(0), static_cast<int>(count) - 1);
+            }
+        }
+        EXPECT_LE(chunk_memory().size(), in_use + 1) << "one empty chunk may be kept";
+        EXPECT_GE(count, most);
+        most = count;
+        if (result) {
+            EXPECT_EQ(count, 60000u);
+            EXPECT_GE(chunks, 2u);
+            return;
+        }
+    }
+}
+
+TEST_F(chunk_out, a_large_block_that_cannot_be_had_is_an_exception_of_its_own_request_alone) {
+    chunks_left = 0;
+    const std::size_t asked = chunks_asked;
+    EXPECT_THROW(static_cast<void>(CoreMemory::allocate(std::size_t{8} << 20)), std::bad_alloc);
+    EXPECT_EQ(chunks_asked, asked + 1);
+    chunks_left = SIZE_MAX;
+    void* const block = CoreMemory::allocate(std::size_t{8} << 20);
+    std::memset(block, 1, std::size_t{8} << 20);
+    CoreMemory::release(block, std::size_t{8} << 20);
+}
