@@ -2,6 +2,7 @@
 
 #include "core/core_chunk_impl.h"
 
+#include <cerrno>
 #include <cstdint>
 
 #include <sys/mman.h>
@@ -45,7 +46,9 @@ void* take_chunks(std::size_t size) noexcept {
     }
 #if defined(MADV_HUGEPAGE)
     if (chunks != nullptr) {
+        const int kept = errno; // some kernels have none
         madvise(chunks, size, MADV_HUGEPAGE);
+        errno = kept;
     }
 #endif
     return chunks;

@@ -2,9 +2,22 @@
 
 #include "core/core_log.h"
 
+#include <cerrno>
 #include <new>
 
 namespace bk {
+
+/// Puts errno back: what the library does on the way is not the caller's business.
+class KeptErrno {
+public:
+    KeptErrno() noexcept : kept_(errno) {}
+    ~KeptErrno() { errno = kept_; }
+    KeptErrno(const KeptErrno&) = delete;
+    KeptErrno& operator=(const KeptErrno&) = delete;
+
+private:
+    int kept_;
+};
 
 /// True when the main log handler takes messages of this level.
 inline bool is_reported(int level) {
@@ -19,6 +32,7 @@ void report(int level, const Parts&... parts) {
     if (!is_reported(level)) {
         return;
     }
+    const KeptErrno kept;
     try {
         CoreLogStream stream;
         ((stream += parts), ...);

@@ -2,25 +2,12 @@
 
 #include "core/core_diagnostic_impl.h"
 
-#include <cerrno>
 #include <new>
 #include <stdexcept>
 
 /// What stands between the library's insides, where memory that has run out is an exception, and its callers, who
 /// get a result that says so.
 namespace bk {
-
-/// Puts errno back: what the library does on the way is not the caller's business.
-class KeptErrno {
-public:
-    KeptErrno() noexcept : kept_(errno) {}
-    ~KeptErrno() { errno = kept_; }
-    KeptErrno(const KeptErrno&) = delete;
-    KeptErrno& operator=(const KeptErrno&) = delete;
-
-private:
-    int kept_;
-};
 
 /// "<operation>: out of memory\n" at level 1, composed without memory. Nothing is logged when the handler itself has none.
 void report_out_of_memory(const char* operation) noexcept;

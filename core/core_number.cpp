@@ -3,7 +3,10 @@
 #include "core/core_number_text_impl.h"
 
 #include <algorithm>
+#include <bit>
+#include <cfenv>
 #include <charconv>
+#include <cstdint>
 #include <limits>
 
 namespace bk {
@@ -12,6 +15,28 @@ namespace {
 std::size_t written(const char* out, const std::to_chars_result& result) noexcept {
     return static_cast<std::size_t>(result.ptr - out);
 }
+
+/// Below the smallest double of full precision. Bits tell: a processor may be set to take these for zeros.
+bool is_subnormal(double number) noexcept {
+    constexpr std::uint64_t fraction = (std::uint64_t{1} << 52) - 1;
+    const std::uint64_t magnitude = std::bit_cast<std::uint64_t>(number) << 1 >> 1;
+    return magnitude != 0 && magnitude <= fraction;
+}
+
+/// The floating-point environment as a program begins with it, as long as it lives.
+class DefaultFloatingPoint {
+public:
+    DefaultFloatingPoint() noexcept {
+        std::fegetenv(&before_);
+        std::fesetenv(FE_DFL_ENV);
+    }
+    ~DefaultFloatingPoint() { std::fesetenv(&before_); }
+    DefaultFloatingPoint(const DefaultFloatingPoint&) = delete;
+    DefaultFloatingPoint& operator=(const DefaultFloatingPoint&) = delete;
+
+private:
+    std::fenv_t before_;
+};
 
 } // namespace
 
@@ -66,6 +91,10 @@ std::size_t write_unsigned(char* out, unsigned long long number) noexcept {
 }
 
 std::size_t write_double(char* out, double number) noexcept {
+    if (is_subnormal(number)) {
+        const DefaultFloatingPoint environment;
+        return written(out, std::to_chars(out, out + number_text_capacity, number));
+    }
     return written(out, std::to_chars(out, out + number_text_capacity, number));
 }
 

@@ -239,7 +239,7 @@ bool ParserValue::get_as_bool() const {
     case TYPE_INT:
         return spelled_.scalar.as_int != 0;
     case TYPE_DOUBLE:
-        return spelled_.scalar.as_double != 0.0;
+        return bk::is_not_zero(spelled_.scalar.as_double);
     default:
         report_mismatch("get_as_bool");
         return false;

@@ -12,13 +12,21 @@
 
 namespace bk {
 
-/// Not-a-number fails the first test and becomes the lowest double.
+/// Infinities become the largest double of their sign, not-a-number the lowest one. Bits are compared: a comparison of
+/// doubles would raise a floating-point exception for not-a-number, which a host may have set to be fatal.
 inline double clamp_to_finite(double value) noexcept {
-    constexpr double limit = std::numeric_limits<double>::max();
-    if (!(value >= -limit)) {
-        return -limit;
+    constexpr std::uint64_t infinity = std::uint64_t{0x7FF} << 52;
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    if ((bits & infinity) != infinity) {
+        return value;
     }
-    return value > limit ? limit : value;
+    constexpr double limit = std::numeric_limits<double>::max();
+    return bits == infinity ? limit : -limit;
+}
+
+/// Whether a double is neither zero. A processor that takes the smallest doubles for zeros is not asked.
+inline bool is_not_zero(double value) noexcept {
+    return std::bit_cast<std::uint64_t>(value) << 1 != 0;
 }
 
 /// What the library's other parts see of a value.

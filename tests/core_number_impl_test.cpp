@@ -2,6 +2,8 @@
 
 #include "tests/support/number_reference.h"
 
+#include "tests/support/comma_locale.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -359,18 +361,14 @@ TEST(core_number, doubles_are_written_as_the_shortest_text_without_format_or_pre
 }
 
 TEST(core_number, the_locale_of_the_process_does_not_matter) {
-    const char* with_comma = nullptr;
-    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "fr_FR.utf8", "German"}) {
-        with_comma = with_comma != nullptr ? with_comma : std::setlocale(LC_ALL, name);
-    }
-    if (with_comma == nullptr) {
-        GTEST_SKIP() << "no locale with a decimal comma is installed";
+    const CommaLocale locale;
+    if (!locale.is_set()) {
+        GTEST_SKIP() << CommaLocale::reason;
     }
     const double read = bk::text_to_double("1.5").value;
     const double hexadecimal = bk::text_to_double("0x1.8").value;
     const std::size_t comma = bk::text_to_double("1,5").length;
     const std::string text = double_text(1.5);
-    std::setlocale(LC_ALL, "C");
     EXPECT_EQ(read, 1.5);
     EXPECT_EQ(hexadecimal, 1.5);
     EXPECT_EQ(comma, 1u);
