@@ -28,6 +28,7 @@ is_there() {
         gnuplot-nox) command -v gnuplot ;;
         valgrind) command -v valgrind && has_header valgrind/callgrind.h ;;
         clang) command -v clang++ ;;
+        locales) [ -e /usr/share/i18n/locales/de_DE ] ;;
         *) command -v "$1" ;;
     esac >/dev/null
 }

@@ -10,6 +10,9 @@ set(BK_PARSER_SANITIZE "" CACHE STRING "Sanitizers to build with, as in \"addres
 cmake_dependent_option(BK_PARSER_SLABS "Take small objects from slabs instead of the global heap" ON
     "NOT BK_PARSER_SANITIZE MATCHES \"address|memory|leak\"" OFF)
 
+option(BK_PARSER_COVERAGE "Count which lines and branches of the library run (g++)" OFF)
+mark_as_advanced(BK_PARSER_COVERAGE)
+
 add_library(bk_parser_own_code INTERFACE)
 set(warnings_are_errors OFF)
 if(PROJECT_IS_TOP_LEVEL AND NOT BK_PARSER_SANITIZE)
