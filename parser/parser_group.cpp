@@ -31,7 +31,12 @@ ParserGroup& ParserGroup::operator=(const ParserGroup& other) {
         if (entry != nullptr) {
             bk::EntryAccess::share(*entry);
         }
-        shared.entries_.add(entry);
+        try {
+            shared.entries_.add(entry);
+        } catch (...) {
+            bk::EntryAccess::release(entry);
+            throw;
+        }
     }
     shared.keyword_index_ = other.keyword_index_;
     ParserEntry* const source_entry = other.source_entry_;

@@ -113,7 +113,8 @@ ParserValue& ParserValue::operator=(const ParserValue& other) {
 }
 
 void ParserValue::box_string() const {
-    auto* boxed = new (CoreMemory::allocate(sizeof(CoreString))) CoreString(string_);
+    CoreString owned(string_);
+    auto* boxed = new (CoreMemory::allocate(sizeof(CoreString))) CoreString(std::move(owned));
     std::destroy_at(&string_);
     boxed_string_ = boxed;
     bits_ |= STRING_BOXED;

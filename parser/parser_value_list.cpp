@@ -149,9 +149,19 @@ void ParserValueList::split_into_cells() {
     }
     auto* const old_block = static_cast<Block*>(storage_);
     Block* const block = count_ == 0 ? nullptr : Block::make(count_, sizeof(Cell*), 0);
-    for (unsigned int i = 0; i < count_; ++i) {
-        bk::ValueAccess::own_text(old_block->values()[i]);
-        block->cells()[i] = Cell::make();
+    unsigned int made = 0;
+    try {
+        for (; made < count_; ++made) {
+            old_block->is_plain = 0; // a text of its own is kept outside the block
+            bk::ValueAccess::own_text(old_block->values()[made]);
+            block->cells()[made] = Cell::make();
+        }
+    } catch (...) {
+        while (made != 0) {
+            CoreMemory::release(block->cells()[--made], sizeof(Cell));
+        }
+        Block::destroy(block, sizeof(Cell*));
+        throw;
     }
     for (unsigned int i = 0; i < count_; ++i) {
         bk::ValueAccess::relocate(old_block->values()[i], block->cells()[i]->storage);

@@ -606,3 +606,38 @@ TEST(memory_out_of_a_copy, a_copy_that_could_not_be_made_leaves_nothing) {
         break;
     }
 }
+
+TEST(memory_out_of_an_assignment, what_could_not_be_shared_is_as_it_was) {
+    const CoreString text("a 1 \"a text of its own, behind the values\" b 2 #k 3 c { d 4 } ");
+    for (std::size_t n = 1;; ++n) {
+        const long live = FailingMemory::live();
+        bool has_failed = false;
+        {
+            ParserGroup source("root");
+            source.set_text(text, default_parser_serial_version, nullptr);
+            const std::string before = print(source);
+            ParserGroup target("target");
+            ParserEntry entry("entry", ParserEntry::TYPE_ENTRY, 0, 0);
+            ParserValue value(CoreString("a string that is longer than eleven characters"));
+            FailingMemory::fail_at(n);
+            try {
+                target = source;
+                entry = *source.get_entry("a");
+                ParserValue other(1);
+                other = value;
+                new (&other) ParserValue(1); // the string stays the source's
+            } catch (const std::bad_alloc&) {
+                FailingMemory::disarm();
+                has_failed = true;
+            }
+            FailingMemory::disarm();
+            EXPECT_EQ(print(source), before) << n;
+            EXPECT_EQ(value.get_as_string().get_length(), 46u);
+        }
+        EXPECT_EQ(FailingMemory::live(), live) << n;
+        if (!has_failed) {
+            EXPECT_GT(n, 6u);
+            return;
+        }
+    }
+}
