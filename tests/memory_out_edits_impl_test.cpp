@@ -1,0 +1,104 @@
+#include "tests/support/run_out.h"
+
+#include <gtest/gtest.h>
+
+// Memory runs out while objects are edited and copied: that is an exception, and nothing is lost.
+
+TEST(memory_out_of_a_set, a_set_that_could_not_grow_still_knows_what_it_holds) {
+    for (std::size_t n = 1; n < 60; ++n) {
+        CoreSet<int> set;
+        int added = 0;
+        FailingMemory::fail_at(n);
+        try {
+            for (; added < 200; ++added) {
+                set.add(added);
+            }
+        } catch (const std::bad_alloc&) {
+            FailingMemory::disarm();
+        }
+        FailingMemory::disarm();
+        for (int i = 0; i < 200; ++i) {
+            set.add(i);
+        }
+        EXPECT_EQ(set.get_count(), 200u) << n;
+        EXPECT_TRUE(set.exists(0) && set.exists(199));
+    }
+}
+
+TEST(memory_out_of_a_group, a_group_that_could_not_grow_lists_only_what_it_owns) {
+    for (std::size_t n = 1; n < 40; ++n) {
+        const long live = FailingMemory::live();
+        {
+            ParserGroup group("root");
+            FailingMemory::fail_at(n);
+            try {
+                for (int i = 0; i < 12; ++i) {
+                    group.add_entry("a_name_of_some_length", 0, 0);
+                    group.add_entry("#a_name_of_some_length", 0, 0);
+                }
+            } catch (const std::bad_alloc&) {
+                FailingMemory::disarm();
+            }
+            FailingMemory::disarm();
+            const unsigned int count = group.get_entries().get_count();
+            EXPECT_EQ(group.get_entry_count(), (count + 1) / 2);
+            for (unsigned int i = 0; i < group.get_entry_count(); ++i) {
+                EXPECT_EQ(group.get_entry(i)->get_type(), ParserEntry::TYPE_ENTRY);
+            }
+        }
+        EXPECT_EQ(FailingMemory::live(), live) << n;
+    }
+}
+
+TEST(memory_out_of_a_copy, a_copy_that_could_not_be_made_leaves_nothing) {
+    ParserGroup tree("root");
+    tree.set_text(core_text(scene()), default_parser_serial_version, nullptr);
+    for (std::size_t n = 1;; ++n) {
+        const long live = FailingMemory::live();
+        FailingMemory::fail_at(n);
+        try {
+            const ParserGroup copy(tree);
+        } catch (const std::bad_alloc&) { // a constructor has no other way to say so
+            FailingMemory::disarm();
+            EXPECT_EQ(FailingMemory::live(), live) << n;
+            continue;
+        }
+        EXPECT_FALSE(FailingMemory::disarm());
+        break;
+    }
+}
+
+TEST(memory_out_of_an_assignment, what_could_not_be_shared_is_as_it_was) {
+    const CoreString text("a 1 \"a text of its own, behind the values\" b 2 #k 3 c { d 4 } ");
+    for (std::size_t n = 1;; ++n) {
+        const long live = FailingMemory::live();
+        bool has_failed = false;
+        {
+            ParserGroup source("root");
+            source.set_text(text, default_parser_serial_version, nullptr);
+            const std::string before = print(source);
+            ParserGroup target("target");
+            ParserEntry entry("entry", ParserEntry::TYPE_ENTRY, 0, 0);
+            ParserValue value(CoreString("a string that is longer than eleven characters"));
+            FailingMemory::fail_at(n);
+            try {
+                target = source;
+                entry = *source.get_entry("a");
+                ParserValue other(1);
+                other = value;
+                new (&other) ParserValue(1); // the string stays the source's
+            } catch (const std::bad_alloc&) {
+                FailingMemory::disarm();
+                has_failed = true;
+            }
+            FailingMemory::disarm();
+            EXPECT_EQ(print(source), before) << n;
+            EXPECT_EQ(value.get_as_string().get_length(), 46u);
+        }
+        EXPECT_EQ(FailingMemory::live(), live) << n;
+        if (!has_failed) {
+            EXPECT_GT(n, 6u);
+            return;
+        }
+    }
+}
