@@ -4,7 +4,15 @@
 
 include(CMakeDependentOption)
 
-set(BK_PARSER_SANITIZE "" CACHE STRING "Sanitizers to build with, as in \"address,undefined\"")
+if(BK_PARSER_FUZZ AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    message(FATAL_ERROR "The fuzzers need clang++: set CMAKE_CXX_COMPILER to it, or BK_PARSER_FUZZ to OFF.")
+endif()
+
+set(usual_sanitizers "")
+if(BK_PARSER_FUZZ)
+    set(usual_sanitizers "fuzzer-no-link,address,undefined")
+endif()
+set(BK_PARSER_SANITIZE "${usual_sanitizers}" CACHE STRING "Sanitizers to build with, as in \"address,undefined\"")
 
 # The address and memory sanitizers see every object only when each has a block of its own.
 cmake_dependent_option(BK_PARSER_SLABS "Take small objects from slabs instead of the global heap" ON

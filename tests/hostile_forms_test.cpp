@@ -1,8 +1,8 @@
-#include "core/core_log.h"
 #include "parser/parser_file.h"
 #include "tests/support/archive_form.h"
 #include "tests/support/binary_form.h"
 #include "tests/support/cipher_reference.h"
+#include "tests/support/counting_log.h"
 #include "tests/support/golden.h"
 #include "tests/support/heap_meter.h"
 #include "tests/support/memory_device.h"
@@ -19,22 +19,6 @@ constexpr unsigned int mutations = 200000;
 /// What reading a document may take: a buffer to read from an empty file, and a small multiple of the document.
 constexpr std::size_t room = 68 * 1024;
 constexpr std::size_t multiple = 64;
-
-/// Takes every message and keeps none.
-class CountingLog : public CoreLogHandler {
-public:
-    CountingLog() : previous_(s_main_log_handler) { s_main_log_handler = this; }
-    ~CountingLog() override { s_main_log_handler = previous_; }
-    CountingLog(const CountingLog&) = delete;
-    CountingLog& operator=(const CountingLog&) = delete;
-
-    void log(const int&, const CoreLogStream& stream) override { bytes += stream.get_message().get_length(); }
-
-    std::size_t bytes = 0;
-
-private:
-    CoreLogHandler* previous_;
-};
 
 /// Reads documents of every form, sees to what must hold whatever is in them, and counts those that were accepted.
 class HostileForms : public testing::Test {

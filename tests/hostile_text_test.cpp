@@ -1,3 +1,4 @@
+#include "tests/support/counting_log.h"
 #include "tests/support/parsed_text.h"
 #include "tests/support/plain_text.h"
 
@@ -20,22 +21,6 @@ std::string repeated(std::string_view part, unsigned int count = million) {
     }
     return text;
 }
-
-/// Takes every message and keeps none.
-class CountingLog : public CoreLogHandler {
-public:
-    CountingLog() : previous_(s_main_log_handler) { s_main_log_handler = this; }
-    ~CountingLog() override { s_main_log_handler = previous_; }
-    CountingLog(const CountingLog&) = delete;
-    CountingLog& operator=(const CountingLog&) = delete;
-
-    void log(const int&, const CoreLogStream&) override { ++count; }
-
-    unsigned int count = 0;
-
-private:
-    CoreLogHandler* previous_;
-};
 
 /// Sees to it that a bar gets fractions.
 class CheckedProgress : public AppProgressBar {
