@@ -9,6 +9,12 @@ has_header() {
         "${CXX:-c++}" -x c++ -std=c++20 -E - >/dev/null 2>&1
 }
 
+# Whether clang++ links a fuzzer, for which it has a library of its own.
+has_fuzzer() {
+    printf 'extern "C" int LLVMFuzzerTestOneInput(const char*, unsigned long) { return 0; }\n' |
+        clang++ -fsanitize=fuzzer -x c++ - -o /dev/null 2>/dev/null
+}
+
 # Whether there is what the Debian package of that name would bring; it may have come another way.
 is_there() {
     case $1 in
@@ -29,6 +35,7 @@ is_there() {
         valgrind) command -v valgrind && has_header valgrind/callgrind.h ;;
         clang) command -v clang++ ;;
         locales) [ -e /usr/share/i18n/locales/de_DE ] ;;
+        libclang-rt-14-dev) has_fuzzer ;;
         *) command -v "$1" ;;
     esac >/dev/null
 }

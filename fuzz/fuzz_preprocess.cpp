@@ -71,7 +71,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ExpandedText expanded;
     CheckedProgress progress;
     ParserFile file(CoreString{});
-    file.set_search_paths((options & 1) != 0 ? CoreVector<CoreString>{"", "lib/"} : CoreVector<CoreString>{"."});
+    file.set_search_paths((options & 1) != 0 ? CoreVector<CoreString>{"", "lib/"}
+                                             : CoreVector<CoreString>{"."});
     file.set_read_observer(&expanded);
     const bool result = file.read("a", core(key), (options & 2) != 0 ? &progress : nullptr);
     file.set_read_observer(nullptr);

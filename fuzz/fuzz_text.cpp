@@ -64,10 +64,11 @@ void read_all(const ParserGroup& root) {
 
 /// Whatever a word is, one kind at most fits it.
 void classify(const CoreString& text, const CoreVersion& version) {
-    bool (ParserWord::*const classifiers[])() const = {
-        &ParserWord::is_operator, &ParserWord::is_separator,   &ParserWord::is_brace,  &ParserWord::is_bool,
-        &ParserWord::is_int,      &ParserWord::is_double,      &ParserWord::is_string, &ParserWord::is_keyword,
-        &ParserWord::is_empty_tag, &ParserWord::is_binary_data, &ParserWord::is_identifier};
+    bool (ParserWord::*const classifiers[])()
+        const = {&ParserWord::is_operator,    &ParserWord::is_separator, &ParserWord::is_brace,
+                 &ParserWord::is_bool,        &ParserWord::is_int,       &ParserWord::is_double,
+                 &ParserWord::is_string,      &ParserWord::is_keyword,   &ParserWord::is_empty_tag,
+                 &ParserWord::is_binary_data, &ParserWord::is_identifier};
     for (const auto first : classifiers) {
         ParserWord word(text, true, version);
         int kinds = (word.*first)() ? 1 : 0;

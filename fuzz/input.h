@@ -9,7 +9,8 @@
 /// What the fuzzer gives: first some bytes that choose how the rest is used, then the rest.
 class FuzzInput {
 public:
-    FuzzInput(const std::uint8_t* data, std::size_t size) : rest_(reinterpret_cast<const char*>(data), size) {}
+    FuzzInput(const std::uint8_t* data, std::size_t size)
+        : rest_(reinterpret_cast<const char*>(data), size) {}
 
     /// The next byte modulo the limit; 0 at the end.
     unsigned int choose(unsigned int limit) {

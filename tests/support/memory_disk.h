@@ -52,7 +52,5 @@ private:
         std::string& file_;
     };
 
-    static std::string name_of(const std::string& path) {
-        return path.substr(path.find_last_of("/\\") + 1);
-    }
+    static std::string name_of(const std::string& path) { return path.substr(path.find_last_of("/\\") + 1); }
 };

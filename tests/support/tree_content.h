@@ -46,8 +46,8 @@ inline std::string content_difference(const ParserGroup& left, const ParserGroup
             }
             for (unsigned int i = 0; i < a.get_value_count(); ++i) {
                 if (value_content(a, i) != value_content(b, i)) {
-                    return "'" + value_content(a, i) + "' and '" + value_content(b, i) + "' differ in entry '" +
-                           plain(a.get_name()) + "'";
+                    return "'" + value_content(a, i) + "' and '" + value_content(b, i) +
+                           "' differ in entry '" + plain(a.get_name()) + "'";
                 }
                 if (a.is_value_group(i)) {
                     pending.emplace_back(a.get_group(i), b.get_group(i));
