@@ -1,6 +1,7 @@
 #include "parser/parser_file_preprocess_impl.h"
 
 #include "core/core_diagnostic_impl.h"
+#include "core/core_number_impl.h"
 #include "core/sys_file.h"
 #include "core/sys_filesystem_impl.h"
 #include "core/sys_line_ends_impl.h"
@@ -195,7 +196,7 @@ double Preprocessor::scan(Progress progress) {
             }
             break;
         case SourcePiece::Then::version:
-            file.version = static_cast<double>(CoreString(piece.argument));
+            file.version = text_to_double(piece.argument).value;
             break;
         case SourcePiece::Then::include:
             if (!include(piece)) {

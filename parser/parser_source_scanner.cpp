@@ -96,9 +96,11 @@ void SourceScanner::take_include(SourcePiece& piece) noexcept {
 
 void SourceScanner::take_version(SourcePiece& piece) noexcept {
     const std::size_t number = position_ + version_directive.size();
-    const std::size_t line_end = std::min(source_.find('\n', number), source_.size());
-    piece.argument = source_.substr(number, line_end - number);
-    piece.directive_length = static_cast<unsigned int>(line_end - position_);
+    if (line_end_ < number) { // a line may hold many that are kept
+        line_end_ = std::min(source_.find('\n', number), source_.size());
+    }
+    piece.argument = source_.substr(number, line_end_ - number);
+    piece.directive_length = static_cast<unsigned int>(line_end_ - position_);
     if (keeps_later_version_lines_ && position_ != 0) {
         // The line is a part of the next piece, which begins with it and does not look at its first byte again.
         finish_piece(piece, SourcePiece::Then::version, position_);

@@ -51,6 +51,7 @@ private:
     Progress progress_;
     std::size_t position_ = 0;
     std::size_t piece_begin_ = 0;
+    std::size_t line_end_ = 0; // of the version line found last
     bool in_string_ = false;
     bool keeps_later_version_lines_ = false;
     bool skips_directive_ = false; // the next piece begins with a version line that is kept

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 namespace {
 
 using Messages = std::vector<std::string>;
@@ -53,6 +55,23 @@ TEST(file_encrypted_version, the_last_line_counts) {
     EXPECT_EQ(reading.version, 1.1);
     EXPECT_EQ(reading.expanded, entries);
     EXPECT_EQ(reading.tree, " a 1 #Brellwick_Serial_Version 1.0 #Brellwick_Serial_Version 1.1");
+}
+
+TEST(file_encrypted_version, many_in_one_line_take_time_in_proportion) {
+    std::string text = "a 1";
+    for (int i = 0; i < 100000; ++i) {
+        text += " #Brellwick_Serial_Version 1.0";
+    }
+    text += " #Brellwick_Serial_Version 1.1";
+    const EncipheredFolder folder;
+    folder.write_enciphered("main.bkd", text, "key");
+    ParserFile file(core(folder.path("main.bkd")));
+    const std::clock_t start = std::clock();
+    const Reading reading = folder.read_into(file, "", "key");
+    EXPECT_LT(std::clock() - start,
+              5 * CLOCKS_PER_SEC); // a look at the rest of the line for each takes longer
+    EXPECT_EQ(reading.version, 1.1);
+    EXPECT_EQ(reading.expanded, text);
 }
 
 TEST(file_encrypted_version, a_second_line_after_the_header_is_an_entry) {
