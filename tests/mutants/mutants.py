@@ -22,7 +22,7 @@ BINARY = ["value_binary_*", "entry_binary_*", "group_binary_*", "file_binary_*",
           "formats_page_*", "hostile_forms_*"]
 CIPHER = ["cipher_*", "keystream_*", "file_encrypted_*", "golden_forms_*", "formats_page_*"]
 ARCHIVE = ["word_hash_*", "archive_*", "golden_forms_*", "formats_page_*"]
-NUMBERS = ["core_number_*", "core_string_test", "value_*", "word_value_*", "text_parser_values_*", "text_writer_values_*",
+NUMBERS = ["core_number_*", "environment_*", "core_string_test", "value_*", "word_value_*", "text_parser_values_*", "text_writer_values_*",
            "text_parser_words_*"]
 TESTS = {
     "parser/parser_word.cpp": WORDS,
@@ -34,7 +34,7 @@ TESTS = {
     "parser/parser_word_lookup_impl.h": ARCHIVE,
     "parser/parser_word_hash_impl.h": ARCHIVE,
     "parser/parser_grammar_impl.h": WORDS,
-    "parser/parser_characters_impl.h": WORDS + ["preprocess_*"],
+    "parser/parser_characters_impl.h": ["characters_*"] + WORDS + ["preprocess_*"],
     "parser/parser_binary_data.cpp": BINARY,
     "parser/parser_binary_decode.cpp": BINARY,
     "parser/parser_binary_encode.cpp": BINARY,
