@@ -1,16 +1,15 @@
 #pragma once
 
-#include "tests/support/edit_entries.h"
+#include "tests/support/edit_values.h"
 
 #include <iterator>
 #include <string>
 
 /// Reads bytes as a sequence of edits, makes each on trees of the library and on plain lists, and compares all of them
 /// after each. Any bytes are a script.
-class EditScript : private EntryEdits {
+class EditScript : private ValueEdits {
 public:
-    using EntryEdits::EntryEdits;
-    explicit EditScript(std::string_view bytes) : EntryEdits(bytes) {}
+    explicit EditScript(std::string_view bytes) : ValueEdits(bytes) {}
 
     /// The first difference, with the number of its step; empty when there is none.
     std::string run() {
@@ -20,6 +19,7 @@ public:
             step();
             keep_small();
             compare();
+            compare_values();
         }
         return check_.difference.empty() ? std::string()
                                          : check_.difference + " differs after step " +
@@ -45,6 +45,8 @@ private:
             &EditScript::set_binary_data, &EditScript::read, &EditScript::move_value, &EditScript::remove_values,
             &EditScript::change_fields, &EditScript::reset, &EditScript::copy_entry, &EditScript::copy_loose,
             &EditScript::assign_entry, &EditScript::decode_entry, &EditScript::renew_loose,
+            &EditScript::renew_value, &EditScript::set_value, &EditScript::set_value, &EditScript::read_value,
+            &EditScript::clear_value, &EditScript::copy_value, &EditScript::assign_value,
             // clang-format on
         };
         edit_ = choose(std::size(edits));
