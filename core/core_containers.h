@@ -8,7 +8,6 @@
 #include <initializer_list>
 #include <memory>
 #include <new>
-#include <stdexcept>
 #include <type_traits>
 #include <utility>
 
@@ -115,7 +114,7 @@ private:
     unsigned int doubled_capacity(core_uint64 needed) const {
         constexpr core_uint64 limit = 0xFFFFFFFFu;
         if (needed > limit) {
-            throw std::length_error("CoreVector: more than 4294967295 elements");
+            CoreMemory::refuse_count();
         }
         core_uint64 capacity = capacity_ == 0 ? 1 : capacity_;
         while (capacity < needed) {

@@ -10,6 +10,10 @@ constinit bk::Immortal<CoreLogHandler> default_handler;
 
 } // namespace
 
+// In a shared library for Windows a constant has no place for callers to import without this.
+constexpr int CoreLogHandler::level_error;   // NOLINT(readability-redundant-declaration)
+constexpr int CoreLogHandler::level_warning; // NOLINT(readability-redundant-declaration)
+
 CoreLogStream::CoreLogStream() = default;
 CoreLogStream::~CoreLogStream() = default;
 

@@ -19,4 +19,7 @@ public:
     /// Gives back a block; `size` is the size that it was taken with, or that of an object at its beginning when
     /// both are at most `largest_slab_block`. Null is legal.
     static void release(void* block, std::size_t size) noexcept;
+
+    /// Throws what says that a container would hold more elements than can be counted.
+    [[noreturn]] static void refuse_count();
 };

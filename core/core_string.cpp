@@ -28,6 +28,10 @@ char* take_block(unsigned int capacity) {
 
 } // namespace
 
+// In a shared library for Windows a constant has no place for callers to import without this.
+constexpr unsigned int CoreBasicString::inline_capacity; // NOLINT(readability-redundant-declaration)
+constexpr unsigned int CoreString::max_length;           // NOLINT(readability-redundant-declaration)
+
 CoreString::CoreString(const char* text) {
     set_data(text);
 }

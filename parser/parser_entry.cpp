@@ -8,6 +8,9 @@
 #include <utility>
 #include <vector>
 
+// In a shared library for Windows a constant has no place for callers to import without this.
+constexpr unsigned int ParserEntry::not_an_array; // NOLINT(readability-redundant-declaration)
+
 ParserEntry::ParserEntry(const CoreString& name, const Type& type, const core_ulong& line,
                          const core_ulong& column)
     : name_(name), line_(line), column_(column), type_(type) {
