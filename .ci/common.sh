@@ -36,6 +36,10 @@ is_there() {
         clang) command -v clang++ ;;
         locales) [ -e /usr/share/i18n/locales/de_DE ] ;;
         libclang-rt-14-dev) has_fuzzer ;;
+        g++-mingw-w64-x86-64-posix) command -v x86_64-w64-mingw32-g++-posix ;;
+        g++-s390x-linux-gnu) command -v s390x-linux-gnu-g++ ;;
+        qemu-user-static) command -v qemu-s390x-static ;;
+        googletest) [ -f /usr/src/googletest/googletest/src/gtest-all.cc ] ;;
         *) command -v "$1" ;;
     esac >/dev/null
 }

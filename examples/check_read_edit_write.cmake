@@ -1,4 +1,4 @@
-# Runs PROGRAM on a copy of DOCUMENT in FOLDER, and compares what it prints and what it leaves in the file.
+# Runs PROGRAM, before which an emulator may stand, on a copy of DOCUMENT in FOLDER, and compares what it prints and what it leaves in the file.
 
 file(REMOVE_RECURSE ${FOLDER})
 file(COPY ${DOCUMENT} DESTINATION ${FOLDER})
@@ -15,6 +15,7 @@ endif()
 
 file(READ ${DOCUMENT} expected)
 file(READ ${FOLDER}/lamp.bkd written)
+string(REPLACE "\r\n" "\n" written "${written}")
 # The header line is followed by an empty one, and the last line has no end.
 string(REPLACE "1.2\n" "1.2\n\n" expected "${expected}")
 string(REPLACE "power 40.0" "power 80" expected "${expected}")

@@ -235,7 +235,7 @@ TEST(bkdoc_convert, numbers_that_only_change_their_type_are_noted) {
 
 TEST(bkdoc_convert, characters_that_end_a_string_too_early_are_refused) {
     const ScratchFolder folder;
-    const std::string with_nul = folder.write("nul.bkd", std::string("a \"x\0y\"\n", 8));
+    const std::string with_nul = folder.write("zero.bkd", std::string("a \"x\0y\"\n", 8));
     expect_refusal(folder, with_nul, {"--to", "binary"}, "cannot hold the document");
     const std::string with_shift = folder.write("shift.bkd", "a \"x\x0Fy\"\n");
     expect_refusal(folder, with_shift, {"--to", "archive"}, "cannot hold the document");

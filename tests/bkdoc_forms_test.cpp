@@ -254,7 +254,7 @@ TEST(bkdoc_forms, another_key_is_refused_with_the_message_of_the_library) {
     const BkdocRun run = run_bkdoc({"cat", file, "--key", "portal"});
     EXPECT_EQ(run.code, 2);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "bkdoc: Failed to read binary data from file '" + file +
+    EXPECT_EQ(run.err, "bkdoc: Failed to read binary data from file '" + folder.full_path("cipher.bkd") +
                            "'. The key is another one, or the file is damaged.\n");
 }
 

@@ -48,19 +48,18 @@ TEST(core_filesystem, a_relative_path_is_looked_for_in_the_current_folder) {
 }
 
 TEST(core_filesystem, the_full_path_of_a_relative_one_begins_with_the_current_folder) {
-    const std::string here = fs::current_path().generic_string();
-    const std::string root = here == "/" ? "" : here;
-    EXPECT_EQ(full("file"), root + "/file");
-    EXPECT_EQ(full("folder/file.txt"), root + "/folder/file.txt");
-    EXPECT_EQ(full("./file"), root + "/file");
-    EXPECT_EQ(full("folder/../file"), root + "/file");
+    const fs::path here = fs::current_path();
+    EXPECT_EQ(full("file"), (here / "file").string());
+    EXPECT_EQ(full("folder/file.txt"), (here / "folder" / "file.txt").string());
+    EXPECT_EQ(full("./file"), (here / "file").string());
+    EXPECT_EQ(full("folder/../file"), (here / "file").string());
 }
 
 TEST(core_filesystem, the_full_path_does_not_depend_on_whether_the_file_is_there) {
     const ScratchFolder folder;
     folder.write("file", "content");
-    EXPECT_EQ(full(folder.path("file")), folder.path("file"));
-    EXPECT_EQ(full(folder.path("missing")), folder.path("missing"));
+    EXPECT_EQ(full(folder.path("file")), folder.full_path("file"));
+    EXPECT_EQ(full(folder.path("missing")), folder.full_path("missing"));
 }
 
 #if defined(_WIN32)

@@ -59,7 +59,7 @@ TEST(file_copies, version_dependencies_and_storage_are_copied) {
     for (const ParserFile* other : {&copy, static_cast<const ParserFile*>(&assigned)}) {
         EXPECT_EQ(other->get_serial_version().get_value(), 1.1);
         EXPECT_EQ(other->get_dependencies().get_count(), 1u);
-        EXPECT_TRUE(other->get_dependencies().exists(folder.core_path("x.bkd")));
+        EXPECT_TRUE(other->get_dependencies().exists(core(folder.full_path("x.bkd"))));
         EXPECT_FALSE(other->is_encrypted());
         EXPECT_EQ(&other->get_root(), &file.get_root());
     }

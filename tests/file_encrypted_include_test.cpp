@@ -17,7 +17,7 @@ TEST(file_encrypted_include, an_enciphered_file_stands_in_a_plain_one) {
     EXPECT_EQ(reading.messages, Messages{});
     EXPECT_EQ(reading.expanded, "a 1 b 2 c 3\n");
     EXPECT_EQ(reading.tree, " a 1 b 2 c 3");
-    EXPECT_EQ(reading.dependencies, Messages{folder.path("x.bkd")});
+    EXPECT_EQ(reading.dependencies, Messages{folder.full_path("x.bkd")});
 }
 
 TEST(file_encrypted_include, a_plain_file_stands_in_an_enciphered_one) {
@@ -27,7 +27,7 @@ TEST(file_encrypted_include, a_plain_file_stands_in_an_enciphered_one) {
     const Reading reading = folder.read_with_key("main.bkd", "key");
     EXPECT_TRUE(reading.result);
     EXPECT_EQ(reading.expanded, "a 1 b 2 c 3\n");
-    EXPECT_EQ(reading.dependencies, Messages{folder.path("x.bkd")});
+    EXPECT_EQ(reading.dependencies, Messages{folder.full_path("x.bkd")});
 }
 
 TEST(file_encrypted_include, enciphered_files_include_each_other_at_any_depth) {
@@ -41,7 +41,7 @@ TEST(file_encrypted_include, enciphered_files_include_each_other_at_any_depth) {
     EXPECT_EQ(reading.messages, Messages{});
     EXPECT_EQ(reading.tree, " a { b 2 c 3 d 4 } e 5");
     EXPECT_EQ(reading.dependencies,
-              (Messages{folder.path("x.bkd"), folder.path("y.bkd"), folder.path("z.bkd")}));
+              (Messages{folder.full_path("x.bkd"), folder.full_path("y.bkd"), folder.full_path("z.bkd")}));
 }
 
 TEST(file_encrypted_include, the_same_enciphered_file_is_expanded_twice) {
@@ -50,7 +50,7 @@ TEST(file_encrypted_include, the_same_enciphered_file_is_expanded_twice) {
     folder.write_enciphered("x.bkd", "b 2 ", "key");
     const Reading reading = folder.read_with_key("main.bkd", "key");
     EXPECT_EQ(reading.tree, " b 2 b 2");
-    EXPECT_EQ(reading.dependencies, Messages{folder.path("x.bkd")});
+    EXPECT_EQ(reading.dependencies, Messages{folder.full_path("x.bkd")});
 }
 
 TEST(file_encrypted_include, a_directive_is_expanded_inside_a_string_of_an_enciphered_file) {
@@ -81,7 +81,7 @@ TEST(file_encrypted_include, a_file_under_another_key_fails_the_whole_read) {
         EXPECT_EQ(reading.version, 0.0);
         EXPECT_EQ(reading.messages, Messages{unreadable("x.bkd")});
         EXPECT_EQ(reading.tree, "");
-        EXPECT_EQ(reading.dependencies, Messages{folder.path("x.bkd")}) << "it was found";
+        EXPECT_EQ(reading.dependencies, Messages{folder.full_path("x.bkd")}) << "it was found";
     }
 }
 

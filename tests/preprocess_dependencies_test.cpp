@@ -27,7 +27,7 @@ TEST(preprocess_dependencies, every_included_file_is_listed_by_its_absolute_path
     folder.write("deep/y.bkd", "b 2\n");
     folder.write("z.bkd", "");
     EXPECT_EQ(sorted(folder.read_text("#include \"x.bkd\"\n#include \"z.bkd\"\n").dependencies),
-              sorted({folder.path("x.bkd"), folder.path("deep/y.bkd"), folder.path("z.bkd")}));
+              sorted({folder.full_path("x.bkd"), folder.full_path("deep/y.bkd"), folder.full_path("z.bkd")}));
 }
 
 TEST(preprocess_dependencies, a_file_included_twice_is_listed_once) {
@@ -35,14 +35,15 @@ TEST(preprocess_dependencies, a_file_included_twice_is_listed_once) {
     folder.write("x.bkd", "a 1\n");
     const Reading reading = folder.read_text("#include \"x.bkd\"#include \"x.bkd\"");
     EXPECT_EQ(reading.tree, " a 1 a 1");
-    EXPECT_EQ(reading.dependencies, Paths{folder.path("x.bkd")});
+    EXPECT_EQ(reading.dependencies, Paths{folder.full_path("x.bkd")});
 }
 
 TEST(preprocess_dependencies, paths_are_without_steps) {
     const DocumentFolder folder;
     folder.make_folder("sub");
     folder.write("x.bkd", "a 1\n");
-    EXPECT_EQ(folder.read_text("#include \"sub/../././x.bkd\"").dependencies, Paths{folder.path("x.bkd")});
+    EXPECT_EQ(folder.read_text("#include \"sub/../././x.bkd\"").dependencies,
+              Paths{folder.full_path("x.bkd")});
 }
 
 TEST(preprocess_dependencies, relative_names_are_listed_absolute) {
@@ -55,7 +56,7 @@ TEST(preprocess_dependencies, relative_names_are_listed_absolute) {
     const Reading reading = DocumentFolder::read_into(file, "");
     std::filesystem::current_path(before);
     EXPECT_TRUE(reading.result);
-    EXPECT_EQ(reading.dependencies, Paths{folder.path("x.bkd")});
+    EXPECT_EQ(reading.dependencies, Paths{folder.full_path("x.bkd")});
 }
 
 TEST(preprocess_dependencies, the_top_level_file_is_never_listed_even_when_a_search_path_led_to_it) {
@@ -64,7 +65,7 @@ TEST(preprocess_dependencies, the_top_level_file_is_never_listed_even_when_a_sea
     folder.write("x.bkd", "a 1\n");
     ParserFile file(CoreString{});
     file.set_search_paths({core(folder.path())});
-    EXPECT_EQ(DocumentFolder::read_into(file, "top.bkd").dependencies, Paths{folder.path("x.bkd")});
+    EXPECT_EQ(DocumentFolder::read_into(file, "top.bkd").dependencies, Paths{folder.full_path("x.bkd")});
 }
 
 TEST(preprocess_dependencies, each_read_starts_with_none) {
@@ -85,5 +86,5 @@ TEST(preprocess_dependencies, files_found_before_a_failure_are_listed) {
     folder.write("x.bkd", "a 1\n");
     const Reading reading = folder.read_text("#include \"x.bkd\"\n#include \"missing.bkd\"\n");
     EXPECT_FALSE(reading.result);
-    EXPECT_EQ(reading.dependencies, Paths{folder.path("x.bkd")});
+    EXPECT_EQ(reading.dependencies, Paths{folder.full_path("x.bkd")});
 }

@@ -41,7 +41,7 @@ TEST(preprocess_search, a_search_path_may_end_in_a_slash) {
     folder.write("main.bkd", "#include \"x.bkd\"\n");
     const Reading reading = folder.read_document("main.bkd", {"one/"});
     EXPECT_EQ(reading.tree, " from 1");
-    EXPECT_EQ(reading.dependencies, Messages{folder.path("one/x.bkd")});
+    EXPECT_EQ(reading.dependencies, Messages{folder.full_path("one/x.bkd")});
 }
 
 TEST(preprocess_search, a_name_may_have_folders_in_it) {

@@ -116,19 +116,21 @@ std::string fault(ParserReadObserver::Fault number, unsigned int offset, unsigne
 
 TEST(read_observer, a_plain_file_is_entered_copied_and_left) {
     const DocumentFolder folder;
-    EXPECT_EQ(calls_of(folder, "a 1\n"),
-              (Lines{"enter " + folder.path("main.bkd") + " at " + folder.path("main.bkd") + " with a 1\n",
-                     "piece 0+4 0", "leave"}));
+    EXPECT_EQ(calls_of(folder, "a 1\n"), (Lines{"enter " + folder.path("main.bkd") + " at " +
+                                                    folder.full_path("main.bkd") + " with a 1\n",
+                                                "piece 0+4 0", "leave"}));
 }
 
 TEST(read_observer, an_include_is_found_then_entered_by_its_name_and_left) {
     const DocumentFolder folder;
-    const std::string x = folder.write("x.bkd", "b 2\n");
+    folder.write("x.bkd", "b 2\n");
+    const std::string x = folder.full_path("x.bkd");
     const std::string text = "a 1 #include \"x.bkd\" c 3";
     const std::string main = folder.path("main.bkd");
-    EXPECT_EQ(calls_of(folder, text), (Lines{"enter " + main + " at " + main + " with " + text, "piece 0+4 0",
-                                             "include 4+16 x.bkd", "enter x.bkd at " + x + " with b 2\n",
-                                             "piece 0+4 4", "leave", "piece 20+4 8", "leave"}));
+    EXPECT_EQ(calls_of(folder, text),
+              (Lines{"enter " + main + " at " + folder.full_path("main.bkd") + " with " + text, "piece 0+4 0",
+                     "include 4+16 x.bkd", "enter x.bkd at " + x + " with b 2\n", "piece 0+4 4", "leave",
+                     "piece 20+4 8", "leave"}));
 }
 
 TEST(read_observer, what_is_dropped_is_in_no_piece) {
@@ -294,8 +296,8 @@ TEST(read_observer, a_fault_in_an_included_file_maps_back_to_its_word_there) {
         void fault_found(const Fault&, const unsigned int& expanded, const unsigned int& length,
                          const CoreString&) override {
             const Source& source = sources.at(expanded);
-            found += source.path.substr(source.path.rfind('/') + 1) + ":" + std::to_string(source.offset) +
-                     "+" + std::to_string(length) + " ";
+            found += source.path.substr(source.path.find_last_of("/\\") + 1) + ":" +
+                     std::to_string(source.offset) + "+" + std::to_string(length) + " ";
         }
     };
     const DocumentFolder folder;
@@ -335,9 +337,10 @@ TEST(read_observer, every_byte_of_the_expanded_text_maps_back_to_its_source) {
                 const std::string& part = parts[random() % usable];
                 text += name[0] == 'x' && part == parts[9] ? parts[12] : part;
             }
-            contents[folder.write(name, text)] = text;
+            folder.write(name, text);
+            contents[folder.full_path(name)] = text;
         }
-        SCOPED_TRACE(contents[folder.path("main.bkd")]);
+        SCOPED_TRACE(contents[folder.full_path("main.bkd")]);
 
         const RecordingLog log;
         SourceMap map;

@@ -7,7 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include "tests/support/wide_text.h"
+#else
 #include <sys/wait.h>
 #endif
 
@@ -25,8 +27,8 @@ inline std::string shell_word(std::string_view word) {
     return "\"" + std::string(word) + "\"";
 }
 // The shell takes off the outermost quotes of a line.
-inline std::string shell_line(const std::string& line) {
-    return "\"" + line + "\"";
+inline int run_line(const std::string& line) {
+    return _wsystem(to_wide("\"" + line + "\"").c_str());
 }
 inline int exit_code(int status) {
     return status;
@@ -39,8 +41,8 @@ inline std::string shell_word(std::string_view word) {
     }
     return result + "'";
 }
-inline std::string shell_line(const std::string& line) {
-    return line;
+inline int run_line(const std::string& line) {
+    return std::system(line.c_str());
 }
 inline int exit_code(int status) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -67,7 +69,7 @@ inline BkdocRun run_bkdoc(const std::vector<std::string>& arguments, std::string
     line += " <" + shell_word(folder.path("in")) + " >" + shell_word(folder.path("out")) + " 2>" +
             shell_word(folder.path("err"));
     BkdocRun run;
-    run.code = exit_code(std::system(shell_line(line).c_str()));
+    run.code = exit_code(run_line(line));
     run.out = folder.read("out");
     run.err = folder.read("err");
     return run;

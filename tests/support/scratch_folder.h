@@ -29,6 +29,8 @@ public:
     /// The path of a file or folder in it, whether it is there or not; slashes separate.
     std::string path(std::string_view name) const { return (root_ / name).generic_string(); }
     std::string path() const { return root_.generic_string(); }
+    /// The path as the library gives it back where it makes paths absolute: in the platform's own spelling.
+    std::string full_path(std::string_view name) const { return (root_ / name).make_preferred().string(); }
     CoreString core_path(std::string_view name) const { return CoreString(std::string_view(path(name))); }
 
     /// Makes the folder, with those above it, and returns its path.
