@@ -19,9 +19,16 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/bk_parser-config-version.
     COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/bk_parser-config-version.cmake DESTINATION ${package_dir})
 
+# The file says where things are from where it stands, so that an installed copy can be moved.
+set(pc_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH pc_prefix ${CMAKE_INSTALL_PREFIX}/${pc_dir} ${CMAKE_INSTALL_PREFIX})
 set(pc_definitions "")
 if(NOT BUILD_SHARED_LIBS)
     set(pc_definitions "-DBK_PARSER_STATIC")
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/bk_parser.pc.in ${PROJECT_BINARY_DIR}/bk_parser.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/bk_parser.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/bk_parser.pc DESTINATION ${pc_dir})
+
+set(documents README.md CHANGELOG.md docs/syntax.md docs/formats.md docs/building.md docs/abi.md)
+install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
