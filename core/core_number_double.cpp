@@ -247,6 +247,35 @@ bool take_named(NumberScanner& scanner, double& value) noexcept {
     return false;
 }
 
+#if defined(__SIZEOF_INT128__)
+__extension__ using Wide = unsigned __int128;
+
+/// Divides by a power of ten in whole numbers: up to 19 digits, 19 of them behind the point. Both numbers are shifted
+/// up until their highest bit is set, so that the quotient has at least 63 bits; what is left over only decides
+/// a tie. False when the number is another one.
+bool convert_by_division(const Decimal& number, double& value) noexcept {
+    if (number.significant > 19 || number.mantissa == 0 || number.exponent > 0 || number.exponent < -19) {
+        return false;
+    }
+    std::uint64_t divisor = 1;
+    for (std::int64_t i = number.exponent; i < 0; ++i) {
+        divisor *= 10;
+    }
+    const int up = std::countl_zero(number.mantissa);
+    const int divisor_up = std::countl_zero(divisor);
+    const Wide dividend = static_cast<Wide>(number.mantissa << up) << 63;
+    const std::uint64_t shifted = divisor << divisor_up;
+    const auto quotient = static_cast<std::uint64_t>(dividend / shifted);
+    const bool is_exact = dividend == static_cast<Wide>(quotient) * shifted;
+    value = convert_hexadecimal({quotient | (is_exact ? 0u : 1u), divisor_up - up - 63, true});
+    return true;
+}
+#else
+bool convert_by_division(const Decimal&, double&) noexcept {
+    return false;
+}
+#endif
+
 /// What nearly every number in a document is: a sign, a few digits and a point, and nothing else in the text.
 bool read_plain_decimal(std::string_view text, double& value) noexcept {
     const char* p = text.data();
@@ -268,7 +297,8 @@ bool read_plain_decimal(std::string_view text, double& value) noexcept {
         number.significant += behind_point;
         number.exponent = -behind_point;
     }
-    if (p != end || number.significant == 0 || !convert_exactly(number, value)) {
+    if (p != end || number.significant == 0 ||
+        !(convert_exactly(number, value) || convert_by_division(number, value))) {
         return false;
     }
     value = negative ? -value : value;

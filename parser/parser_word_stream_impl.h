@@ -89,6 +89,9 @@ private:
     }
 
     const char* find_word_end() noexcept {
+        if (*start_ == '"') {
+            return find_end_past(start_);
+        }
         const TextRun run = scan_run(start_, end_);
         classes_ = run.classes;
         return is_char(*run.end, CHAR_BLANK | CHAR_DELIMITER) || run.end == end_ ? run.end
