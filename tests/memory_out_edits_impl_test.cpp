@@ -1,5 +1,7 @@
 #include "tests/support/run_out.h"
 
+#include "core/core_guard_impl.h"
+
 #include <gtest/gtest.h>
 
 // Memory runs out while objects are edited and copied: that is an exception, and nothing is lost.
@@ -101,4 +103,50 @@ TEST(memory_out_of_an_assignment, what_could_not_be_shared_is_as_it_was) {
             return;
         }
     }
+}
+
+namespace {
+
+/// A host's handler that has no memory itself.
+class StarvingLog : public CountingLog {
+public:
+    void log(const int&, const CoreLogStream&) override {
+        ++calls;
+        throw std::bad_alloc();
+    }
+
+    int calls = 0;
+};
+
+} // namespace
+
+TEST(memory_out_of_a_handler, what_the_handler_cannot_take_is_left_out_and_the_parse_goes_on) {
+    StarvingLog log;
+    ParserGroup group("root");
+    EXPECT_TRUE(group.set_text("1 2 a 1 ", default_parser_serial_version, nullptr));
+    EXPECT_EQ(log.calls, 2);
+    EXPECT_EQ(print(group), " a 1");
+    CoreString text("a text that is longer than what a string keeps inside");
+    FailingMemory::fail_at(1, true);
+    const bool is_read = group.set_text(text, default_parser_serial_version, nullptr);
+    FailingMemory::disarm();
+    EXPECT_FALSE(is_read);
+    EXPECT_EQ(log.calls, 3) << "it is told of the end of memory as well";
+}
+
+TEST(memory_out_of_a_handler, the_end_of_memory_is_not_told_below_verbosity_1) {
+    CountingLog log;
+    log.set_verbosity(0);
+    ParserGroup group("root");
+    FailingMemory::fail_at(1, true);
+    const bool is_read = group.set_text("a 1 ", default_parser_serial_version, nullptr);
+    FailingMemory::disarm();
+    EXPECT_FALSE(is_read);
+    EXPECT_EQ(log.out_of_memory, 0);
+}
+
+TEST(memory_out_of_a_count, a_count_beyond_32_bits_is_memory_that_there_is_not) {
+    const CountingLog log;
+    EXPECT_FALSE(bk::completed("test", [] { throw std::length_error("too many"); }));
+    EXPECT_EQ(log.out_of_memory, 1);
 }

@@ -6,9 +6,10 @@
 #include <cstddef>
 #include <cstdlib>
 #include <new>
+#include <stdexcept>
 
-// Replaces the program's operator new and the library's CoreMemory, which a static library leaves to the program. To be
-// included by the one source of a test of internals.
+// Replaces the program's operator new and the library's CoreMemory, all of it, which a static library leaves to the
+// program. To be included by the one source of a test of internals.
 
 /// Memory whose blocks are counted, and that runs out when it is told to.
 class FailingMemory {
@@ -103,4 +104,7 @@ void* CoreMemory::allocate(std::size_t size) {
 }
 void CoreMemory::release(void* block, std::size_t) noexcept {
     FailingMemory::give_back(block);
+}
+void CoreMemory::refuse_count() {
+    throw std::length_error("more than 4294967295 elements");
 }
