@@ -8,8 +8,6 @@
 #include "parser/parser_cipher_impl.h"
 #include "parser/parser_fault_text_impl.h"
 
-#include <algorithm>
-
 namespace bk {
 
 namespace {
@@ -53,6 +51,7 @@ bool Preprocessor::enter(const CoreString& name, Progress progress) {
         return false;
     }
     OpenFile& file = open_files_.emplace_back(name, path, std::move(source), progress);
+    open_paths_.insert(file.path.get_view());
     if (file.source.is_encrypted && open_files_.size() == 1) {
         file.scanner.keep_later_version_lines(); // the entry that writing put there
     }
@@ -68,6 +67,7 @@ double Preprocessor::leave() {
         observer_->file_left();
     }
     const double version = open_files_.back().version;
+    open_paths_.erase(open_files_.back().path.get_view());
     open_files_.pop_back();
     return version;
 }
@@ -98,8 +98,7 @@ bool Preprocessor::find(const CoreString& name, CoreString& path) {
 }
 
 bool Preprocessor::may_open(const CoreString& name, const CoreString& path) {
-    const auto is_open = [&path](const OpenFile& file) { return file.path == path; };
-    if (std::any_of(open_files_.begin(), open_files_.end(), is_open)) {
+    if (open_paths_.contains(path.get_view())) {
         report_for_file("File '", name, "' includes itself.\n");
         return false;
     }

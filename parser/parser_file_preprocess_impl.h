@@ -8,6 +8,8 @@
 #include "parser/parser_source_scanner_impl.h"
 
 #include <deque>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace bk {
@@ -71,6 +73,7 @@ private:
     CoreString top_path_;
     CoreSet<CoreString> included_paths_;
     std::deque<OpenFile> open_files_; // each included by the one before; they stay where they are
+    std::unordered_set<std::string_view> open_paths_;
     unsigned int include_count_ = 0;
     core_uint64 source_size_ = 0; // of all files loaded
     bool has_loaded_ = false;
