@@ -79,7 +79,10 @@ void BinaryEncoder::write_size(std::uint64_t size) {
 }
 
 void BinaryEncoder::write_string(const CoreString& text) {
-    if (has_room(StringAccess::put_room(text))) {
+    const std::size_t room = StringAccess::put_room(text);
+    if (is_last_room(room)) {
+        write_bytes(text.get_data(), std::size_t{text.get_length()} + 1);
+    } else if (has_room(room)) {
         end_ = StringAccess::put(end_, text);
     }
 }
@@ -113,12 +116,18 @@ void BinaryEncoder::fill_size(unsigned int place) noexcept {
 }
 
 void BinaryEncoder::write_value(const ParserValue& value, bool with_type) {
-    if (!has_room(largest_scalar)) {
+    const ParserValue::Type type = ValueAccess::type(value);
+    if (is_last_room(largest_scalar)) {
+        char scalar[largest_scalar] = {static_cast<char>(type)};
+        const char* const end = put_scalar(with_type ? scalar + 1 : scalar, value);
+        write_bytes(scalar, static_cast<std::size_t>(end - scalar));
+    } else if (has_room(largest_scalar)) {
+        *end_ = static_cast<char>(type);
+        end_ = put_scalar(with_type ? end_ + 1 : end_, value);
+    }
+    if (!fits_) {
         return;
     }
-    const ParserValue::Type type = ValueAccess::type(value);
-    *end_ = static_cast<char>(type);
-    end_ = put_scalar(with_type ? end_ + 1 : end_, value);
     if (type == ParserValue::TYPE_STRING) {
         write_string(value.get_as_string());
     } else if (type == ParserValue::TYPE_BINARY_DATA) {
@@ -179,7 +188,11 @@ void BinaryEncoder::run() {
 void BinaryEncoder::begin_entry(Level& level, const ParserEntry& entry) {
     constexpr std::size_t reserved = 1; // a byte that is 0
     const std::size_t name_room = StringAccess::put_room(entry.get_name());
-    if (has_room(name_room + sizeof(std::uint64_t) + reserved)) {
+    if (is_last_room(name_room + sizeof(std::uint64_t) + reserved)) {
+        write_string(entry.get_name());
+        level.entry_size_at = leave_size();
+        write_bytes("", reserved);
+    } else if (has_room(name_room + sizeof(std::uint64_t) + reserved)) {
         write_string(entry.get_name());
         level.entry_size_at = leave_size();
         *end_++ = 0;

@@ -61,6 +61,11 @@ private:
     void fill_size(unsigned int place) noexcept;
 
     bool has_room(std::size_t size) { return static_cast<std::size_t>(limit_ - end_) >= size || grow(size); }
+    /// Whether the largest buffer has no room for so much. What is asked for in advance may still be more than what
+    /// is written, which then is to be written by its size.
+    bool is_last_room(std::size_t size) const noexcept {
+        return static_cast<std::size_t>(limit_ - end_) < size && core_uint64{used()} + size > max_binary_size;
+    }
     bool grow(std::size_t size);
     void take_storage(unsigned int used) noexcept;
     unsigned int used() const noexcept { return static_cast<unsigned int>(end_ - out_.get_data()); }
