@@ -1,6 +1,7 @@
 #include "fuzz/input.h"
 #include "parser/parser_file.h"
 #include "tests/support/binary_form.h"
+#include "tests/support/binary_reader.h"
 #include "tests/support/counting_log.h"
 #include "tests/support/tree_content.h"
 #include "tests/support/tree_equal.h"
@@ -13,6 +14,11 @@ namespace {
 void take_document(std::string_view bytes) {
     ParserFile file(CoreString{});
     const bool result = file.set_binary(buffer(bytes));
+    if (bytes.size() >= 9 && bytes.starts_with("UDFS")) {
+        std::string said;
+        require(BinaryReader(bytes, 4).group(said) == result, "a document is read as described, or is not");
+        require(said_of(file.get_root()) == said, "a document holds what is described", said);
+    }
     const CoreVector<char> kept = file.get_binary();
     require(bytes_of(kept) == binary_form::file(binary_form::entries_of(file.get_root())),
             "the bytes are as described");
@@ -31,8 +37,13 @@ void take_document(std::string_view bytes) {
 void take_group(std::string_view bytes, core_uint64 position) {
     const core_uint64 start = position;
     ParserGroup group("g");
-    group.set_binary(buffer(bytes), position);
+    const bool result = group.set_binary(buffer(bytes), position);
     require(position >= start, "reading goes forward");
+    BinaryReader reader(bytes, start);
+    std::string said;
+    require(reader.group(said) == result, "a group is read as described, or is not");
+    require(said_of(group) == said, "a group holds what is described", said);
+    require(!result || reader.position() == position, "reading ends where it is described to end");
     ParserGroup again("g");
     core_uint64 at = 0;
     require(again.set_binary(group.get_binary(false), at), "what was encoded is decoded");
@@ -42,8 +53,12 @@ void take_group(std::string_view bytes, core_uint64 position) {
 void take_entry(std::string_view bytes, core_uint64 position) {
     const core_uint64 start = position;
     ParserEntry entry("e", ParserEntry::TYPE_ENTRY, 0, 0);
-    entry.set_binary(buffer(bytes), position);
+    const bool result = entry.set_binary(buffer(bytes), position);
     require(position >= start, "reading goes forward");
+    BinaryReader reader(bytes, start);
+    std::string said;
+    require(reader.entry(said) == result, "an entry is read as described, or is not");
+    require(said_of(entry) == said, "an entry holds what is described", said);
     ParserEntry again("e", ParserEntry::TYPE_ENTRY, 0, 0);
     const CoreVector<char> kept = entry.get_binary();
     core_uint64 at = 2; // past the name

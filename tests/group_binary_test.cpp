@@ -266,6 +266,14 @@ TEST(group_binary, a_group_inside_that_fails_does_not_fail_the_outer_one) {
     EXPECT_EQ(written(read.group()), "g { a { x 1 } b 2 }");
 }
 
+TEST(group_binary, the_values_of_an_entry_that_fails_inside_go_with_it) {
+    const std::string cut = "c" + std::string(1, '\0') + size_field(20) + std::string(1, '\0') + int_value(1);
+    ReadGroup read(group(entry("a", int_value(2) + group_value(cut))));
+    EXPECT_TRUE(read.result());
+    ASSERT_EQ(read.group().get_entries().get_count(), 1u);
+    EXPECT_EQ(written(*read.group().get_entries()[0]), "a 2 { }");
+}
+
 TEST(group_binary, an_empty_name_inside_does_not_fail_the_outer_group) {
     // The inner group stops after the NUL; the values of the entry around it go on there.
     const std::string inner = std::string(1, '\0');
