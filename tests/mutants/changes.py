@@ -70,7 +70,7 @@ def changes_of_line(line):
             return
         yield "condition negated", f"{code[:start]}!({match[2]}){code[end:]}{rest}"
     if CALL_OR_ASSIGNMENT.match(code) and not KEYWORDS.match(code) and not DECLARED_FUNCTION.search(code):
-        yield "statement removed", re.match(r"\s*", code)[0] + "{}" + rest
+        yield f"removed {code.strip()}", re.match(r"\s*", code)[0] + "{}" + rest
     for match in TRUTH.finditer(code):
         new = "false" if match[0] == "true" else "true"
         yield f"{match[0]} to {new}", code[:match.start()] + new + code[match.end():] + rest

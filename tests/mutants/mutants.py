@@ -34,6 +34,7 @@ TESTS = {
     "parser/parser_word_lookup_impl.h": ARCHIVE,
     "parser/parser_word_hash_impl.h": ARCHIVE,
     "parser/parser_grammar_impl.h": WORDS,
+    "parser/parser_text_scan_impl.h": WORDS,
     "parser/parser_characters_impl.h": ["characters_*"] + WORDS + ["preprocess_*"],
     "parser/parser_binary_data.cpp": BINARY,
     "parser/parser_binary_decode.cpp": BINARY,
@@ -47,6 +48,12 @@ TESTS = {
     "core/core_number_impl.h": NUMBERS,
     "core/core_number_text_impl.h": NUMBERS,
 }
+
+
+def explained():
+    """The changes of which it is known why no test can notice them."""
+    with open(os.path.dirname(__file__) + "/explained.txt", encoding="utf-8") as file:
+        return {line.rstrip("\n") for line in file if not line.startswith((" ", "#", "\n"))}
 
 
 def run(command, timeout=None):
@@ -151,11 +158,14 @@ def main():
     mutants = Mutants()
     mutants.prepare(sources)
     print(f"{len(changes)} changes can be made", flush=True)
-    noticed, survived = 0, []
+    noticed, survived, known = 0, [], explained()
     for index in order:
         if noticed + len(survived) >= arguments.count:
             break
         source, number, kind, line = changes[index]
+        if f"{source} {kind}: {line.strip()}" in known:
+            print(f"{index:5} {'explained':28} {source}:{number} {kind}: {line.strip()}", flush=True)
+            continue
         verdict = mutants.judge(source, number, line)
         print(f"{index:5} {verdict:28} {source}:{number} {kind}: {line.strip()}", flush=True)
         if verdict == "survived":
