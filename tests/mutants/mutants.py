@@ -16,14 +16,14 @@ TREE = "build/mutants/tree"
 BUILD = "build/mutants/build"
 
 # Sources, and the tests that should notice a change of them, those that notice soonest first.
-WORDS = ["word_*", "text_parser_*", "text_writer_*", "text_carry_*", "read_observer_*", "preprocess_scan_*",
-         "value_text_*", "value_read_*", "entry_add_*", "entry_read_*", "group_add_*", "hostile_text_*"]
+WORDS = ["text_scan_*", "word_*", "text_parser_*", "text_writer_*", "text_carry_*", "read_observer_*",
+         "preprocess_scan_*", "value_text_*", "value_read_*", "entry_add_*", "entry_read_*", "group_add_*", "hostile_text_*"]
 BINARY = ["value_binary_*", "entry_binary_*", "group_binary_*", "file_binary_*", "binary_*", "golden_forms_*",
           "formats_page_*", "hostile_forms_*"]
 CIPHER = ["cipher_*", "keystream_*", "file_encrypted_*", "golden_forms_*", "formats_page_*"]
 ARCHIVE = ["word_hash_*", "archive_*", "golden_forms_*", "formats_page_*"]
-NUMBERS = ["core_number_*", "environment_*", "core_string_test", "value_*", "word_value_*", "text_parser_values_*", "text_writer_values_*",
-           "text_parser_words_*"]
+NUMBERS = ["core_number_*", "environment_*", "core_string_test", "value_*", "word_value_*", "text_parser_values_*",
+           "text_writer_values_*", "text_parser_words_*"]
 TESTS = {
     "parser/parser_word.cpp": WORDS,
     "parser/parser_word_rules.cpp": WORDS,
