@@ -109,6 +109,23 @@ run_tests() {
     [ "$skipped" -eq 0 ] || echo "$skipped skipped"
 }
 
+# run_programs <build folder>: the same with a process a program instead of a process a test, for builds that are slow to
+# start. A program that dies counts as one failure.
+run_programs() {
+    local logs=$root/$1/test_logs log
+    rm -rf "$logs" && mkdir -p "$logs"
+    find "$root/$1" -maxdepth 1 -name '*_test' -type f -print0 |
+        xargs -0 -P "$jobs" -I{} sh -c 'timeout 900 "$1" --gtest_brief=1 >"$2/${1##*/}.log" 2>&1 || echo "exit $?" >>"$2/${1##*/}.log"' \
+            sh {} "$logs"
+    passed=0 failed=0
+    for log in "$logs"/*.log; do
+        passed=$((passed + $(sed -nE 's/^\[  PASSED  \] ([0-9]+) tests?\.$/\1/p' "$log" | head -n 1 | grep . || echo 0)))
+        grep -q '^exit ' "$log" || continue
+        cat "$log" >&2
+        failed=$((failed + $(grep -cE '^\[  FAILED  \] [^ ]+\.[^ ]+ \(' "$log" | sed 's/^0$/1/')))
+    done
+}
+
 count_tests() {
     counted=0
     [ ! -f "$report" ] || counted=$(grep -cE "^[[:space:]]*<testcase .* status=\"$1\"" "$report") || true
