@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <limits>
 #include <new>
-#include <stdexcept>
 
 #if defined(BK_PARSER_NO_SLABS)
 
@@ -84,10 +83,3 @@ void CoreMemory::release(void* block, std::size_t size) noexcept {
 }
 
 #endif
-
-// In a shared library for Windows a constant has no place for callers to import without this.
-constexpr std::size_t CoreMemory::largest_slab_block; // NOLINT(readability-redundant-declaration)
-
-void CoreMemory::refuse_count() {
-    throw std::length_error("more than 4294967295 elements");
-}

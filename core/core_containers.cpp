@@ -1,0 +1,12 @@
+#include "core/core_containers.h"
+
+#include <stdexcept>
+
+// Apart from the storage itself, so that a program that brings its own can still link this.
+
+// In a shared library for Windows a constant has no place for callers to import without this.
+constexpr std::size_t CoreMemory::largest_slab_block; // NOLINT(readability-redundant-declaration)
+
+void CoreMemory::refuse_count() {
+    throw std::length_error("more than 4294967295 elements");
+}
