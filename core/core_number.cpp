@@ -9,6 +9,11 @@
 #include <cstdint>
 #include <limits>
 
+#if defined(__SSE2__) || defined(_M_X64)
+#define BK_HAS_CONTROL_WORD 1
+#include <xmmintrin.h>
+#endif
+
 namespace bk {
 namespace {
 
@@ -23,19 +28,32 @@ bool is_subnormal(double number) noexcept {
     return magnitude != 0 && magnitude <= fraction;
 }
 
-/// The floating-point environment as a program begins with it, as long as it lives.
+/// The floating-point environment as a program begins with it, as long as it lives. Where the vector unit has a control
+/// word of its own, that is set as well: not every C library's default environment takes it back.
 class DefaultFloatingPoint {
 public:
     DefaultFloatingPoint() noexcept {
         std::fegetenv(&before_);
         std::fesetenv(FE_DFL_ENV);
+#if defined(BK_HAS_CONTROL_WORD)
+        constexpr unsigned int all_masked = 0x1F80;
+        _mm_setcsr(all_masked);
+#endif
     }
-    ~DefaultFloatingPoint() { std::fesetenv(&before_); }
+    ~DefaultFloatingPoint() {
+        std::fesetenv(&before_);
+#if defined(BK_HAS_CONTROL_WORD)
+        _mm_setcsr(control_word_);
+#endif
+    }
     DefaultFloatingPoint(const DefaultFloatingPoint&) = delete;
     DefaultFloatingPoint& operator=(const DefaultFloatingPoint&) = delete;
 
 private:
     std::fenv_t before_;
+#if defined(BK_HAS_CONTROL_WORD)
+    unsigned int control_word_ = _mm_getcsr();
+#endif
 };
 
 } // namespace
