@@ -194,7 +194,16 @@ public:
                              MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
     }
 
-    bool remove(const std::string& path) override { return ::DeleteFileW(native_path(path).c_str()) != 0; }
+    /// Takes memory for long paths only: what is removed may be the beginning of a file for which there was none.
+    bool remove(const std::string& path) override {
+        wchar_t wide[longest_plain_path];
+        const int size = path.size() < longest_plain_path ? static_cast<int>(path.size()) + 1 : 0;
+        const int length = size == 0
+                               ? 0
+                               : ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, path.c_str(), size,
+                                                       wide, static_cast<int>(longest_plain_path));
+        return ::DeleteFileW(length > 0 ? wide : native_path(path).c_str()) != 0;
+    }
 
     std::string resolve_links(const std::string& path) override {
         const DWORD attributes = ::GetFileAttributesW(native_path(path).c_str());
