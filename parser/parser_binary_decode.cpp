@@ -126,7 +126,7 @@ ParserValue* BinaryDecoder::read_value() {
     }
     take_plain(type);
     PendingValue& pending = pending_.back();
-    if (type == ParserValue::TYPE_STRING) {
+    if (pending.type == ParserValue::TYPE_STRING) {
         return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
     }
     char* no_text = nullptr;
