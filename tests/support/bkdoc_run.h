@@ -26,9 +26,14 @@ namespace bkdoc_run_detail {
 inline std::string shell_word(std::string_view word) {
     return "\"" + std::string(word) + "\"";
 }
-// The shell takes off the outermost quotes of a line.
+// The shell takes off the outermost quotes of a line. On a busy machine it cannot always be started at once.
 inline int run_line(const std::string& line) {
-    return _wsystem(to_wide("\"" + line + "\"").c_str());
+    const std::wstring quoted = to_wide("\"" + line + "\"");
+    int status = -1;
+    for (int attempt = 0; attempt < 5 && status == -1; ++attempt) {
+        status = _wsystem(quoted.c_str());
+    }
+    return status;
 }
 inline int exit_code(int status) {
     return status;
