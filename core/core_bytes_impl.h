@@ -54,31 +54,17 @@ inline std::uint64_t load_le64(const unsigned char* bytes) noexcept {
     return load_le<std::uint64_t>(bytes);
 }
 
-/// A number of up to 8 bytes.
+/// A number of up to 8 bytes: two halves that may overlap, or up to three bytes.
 inline std::uint64_t load_le(const unsigned char* bytes, std::size_t width) noexcept {
-    std::uint64_t value = 0;
-    for (std::size_t i = 0; i < width; ++i) {
-        value |= std::uint64_t{bytes[i]} << (8 * i);
+    if (width >= 4) {
+        return load_le32(bytes) | std::uint64_t{load_le32(bytes + width - 4)} << (8 * (width - 4));
     }
-    return value;
+    if (width == 0) {
+        return 0;
+    }
+    const auto placed = [bytes](std::size_t i) { return std::uint64_t{bytes[i]} << (8 * i); };
+    return placed(0) | placed(width / 2) | placed(width - 1);
 }
-
-/// Reads numbers from bytes of which there are enough.
-class SureCursor {
-public:
-    explicit SureCursor(const char* bytes) noexcept : next_(bytes) {}
-
-    template <std::unsigned_integral T>
-    T take() noexcept {
-        const T value = load_le<T>(reinterpret_cast<const unsigned char*>(next_));
-        next_ += sizeof(T);
-        return value;
-    }
-    const char* next() const noexcept { return next_; }
-
-private:
-    const char* next_;
-};
 
 /// Reads numbers from a buffer. A read past the end takes the missing bytes as zero and advances all the same.
 class ByteCursor {

@@ -5,12 +5,11 @@
 
 namespace bk {
 
-/// Copies a text. Words are short, and a call costs more than they do: up to 16 bytes are moved in two
-/// pieces that may overlap.
-inline void copy_text(char* out, const char* text, std::size_t size) noexcept {
-    if (size > 16) {
-        std::memcpy(out, text, size);
-    } else if (size >= 8) {
+inline constexpr std::size_t copy_piece = 16;
+
+/// Copies at most 16 bytes: in two pieces that may overlap.
+inline void copy_short_text(char* out, const char* text, std::size_t size) noexcept {
+    if (size >= 8) {
         std::memcpy(out, text, 8);
         std::memcpy(out + size - 8, text + size - 8, 8);
     } else if (size >= 4) {
@@ -20,6 +19,20 @@ inline void copy_text(char* out, const char* text, std::size_t size) noexcept {
         out[0] = text[0];
         out[size / 2] = text[size / 2];
         out[size - 1] = text[size - 1];
+    }
+}
+
+/// Copies a text. Words are short, and a call costs more than they do.
+inline void copy_text(char* out, const char* text, std::size_t size) noexcept {
+    if (size <= copy_piece) {
+        copy_short_text(out, text, size);
+    } else if (size <= 4 * copy_piece) {
+        for (std::size_t i = 0; i < size - copy_piece; i += copy_piece) {
+            std::memcpy(out + i, text + i, copy_piece);
+        }
+        std::memcpy(out + size - copy_piece, text + size - copy_piece, copy_piece);
+    } else {
+        std::memcpy(out, text, size);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "core/core_number_impl.h"
 
+#include "core/core_bytes_impl.h"
+#include "core/core_number_digits_impl.h"
 #include "core/core_number_text_impl.h"
 
 #include <algorithm>
@@ -60,22 +62,19 @@ private:
 
 namespace {
 
-/// What nearly every int in a document is: a sign and at most nine digits, and nothing else in the text.
+/// What nearly every int in a document is: a sign and at most eight digits, and nothing else in the text.
 bool read_plain_int(std::string_view text, int& value) noexcept {
-    constexpr std::size_t most_digits = 9;
     const bool negative = !text.empty() && text[0] == '-';
     text.remove_prefix(negative ? 1 : 0);
-    if (text.empty() || text.size() > most_digits) {
+    if (text.empty() || text.size() > most_short_digits) {
         return false;
     }
-    int number = 0;
-    for (const char character : text) {
-        if (character < '0' || character > '9') {
-            return false;
-        }
-        number = number * 10 + (character - '0');
+    std::uint32_t number = 0;
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
+    if (!read_short_digits(load_le(bytes, text.size()), text.size(), number)) {
+        return false;
     }
-    value = negative ? -number : number;
+    value = negative ? -static_cast<int>(number) : static_cast<int>(number);
     return true;
 }
 

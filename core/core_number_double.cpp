@@ -1,5 +1,7 @@
 #include "core/core_number_impl.h"
 
+#include "core/core_bytes_impl.h"
+#include "core/core_number_digits_impl.h"
 #include "core/core_number_text_impl.h"
 
 #include <bit>
@@ -276,7 +278,34 @@ bool convert_by_division(const Decimal&, double&) noexcept {
 }
 #endif
 
-/// What nearly every number in a document is: a sign, a few digits and a point, and nothing else in the text.
+/// What most numbers in a document are: a sign, and up to eight digits and a point.
+bool read_short_decimal(std::string_view text, double& value) noexcept {
+    const bool negative = !text.empty() && text[0] == '-';
+    text.remove_prefix(negative ? 1 : 0);
+    if (text.empty() || text.size() > most_short_digits) {
+        return false;
+    }
+    std::uint64_t characters = load_le(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+    std::size_t count = text.size();
+    Decimal number;
+    if (const std::size_t point = find_point(characters, count); point != count) {
+        characters = without(characters, point);
+        --count;
+        number.exponent = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(count);
+    }
+    std::uint32_t mantissa = 0;
+    if (count == 0 || !read_short_digits(characters, count, mantissa)) {
+        return false;
+    }
+    number.mantissa = mantissa;
+    if (!convert_exactly(number, value)) {
+        return false;
+    }
+    value = negative ? -value : value;
+    return true;
+}
+
+/// What nearly all the others are: a sign, some more digits and a point, and nothing else in the text.
 bool read_plain_decimal(std::string_view text, double& value) noexcept {
     const char* p = text.data();
     const char* const end = p + text.size();
@@ -315,7 +344,7 @@ bool take_decimal(std::string_view text, NumberScanner& scanner, double& value) 
 } // namespace
 
 DoubleText text_to_double(std::string_view text) noexcept {
-    if (double plain = 0.0; read_plain_decimal(text, plain)) {
+    if (double plain = 0.0; read_short_decimal(text, plain) || read_plain_decimal(text, plain)) {
         return {plain, text.size()};
     }
     NumberScanner scanner(text);

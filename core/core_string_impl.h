@@ -16,7 +16,7 @@ public:
     static void show(CoreString& empty, std::string_view text) noexcept {
         const auto size = static_cast<unsigned int>(text.size());
         if (size <= CoreString::inline_capacity) {
-            copy_text(empty.short_.text, text.data(), size);
+            copy_short_text(empty.short_.text, text.data(), size);
             empty.short_.length = size;
         } else {
             empty.long_ = {size, 0, const_cast<char*>(text.data())};

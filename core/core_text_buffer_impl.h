@@ -34,11 +34,27 @@ public:
             end_ += text.size();
         }
     }
-    void put_repeated(char character, std::size_t count) {
-        if (has_room(count)) {
-            std::memset(end_, character, count);
-            end_ += count;
+    void put_quoted(std::string_view text) {
+        if (has_room(text.size() + 2)) {
+            *end_ = '"';
+            copy_text(end_ + 1, text.data(), text.size());
+            end_ += text.size() + 2;
+            end_[-1] = '"';
         }
+    }
+    /// A line feed and blanks.
+    void put_line(std::size_t indentation) {
+        if (!has_room(indentation + 1)) {
+            return;
+        }
+        *end_++ = '\n';
+        constexpr std::size_t usual = 32;
+        if (indentation <= usual && static_cast<std::size_t>(limit_ - end_) >= usual) {
+            std::memset(end_, ' ', usual); // of a size that is known, and needs no call
+        } else {
+            std::memset(end_, ' ', indentation);
+        }
+        end_ += indentation;
     }
     void put_number(int number) { put_number(write_int, number); }
     void put_number(unsigned int number) { put_number(write_unsigned, number); }

@@ -1,6 +1,7 @@
 #include "parser/parser_binary_impl.h"
 
 #include "core/core_guard_impl.h"
+#include "parser/parser_binary_scalar_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_group_impl.h"
 #include "parser/parser_teardown_impl.h"
@@ -215,18 +216,76 @@ BinaryDecoder::Step BinaryDecoder::stop_at_depth() {
     return Step::failed;
 }
 
+/// Begins the next entry; those of scalars alone are read at once.
 BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
-    if (cursor_.position() >= level.group_end) {
-        return Step::done;
+    do {
+        if (cursor_.position() >= level.group_end) {
+            return Step::done;
+        }
+        const std::string_view name = take_string(cursor_);
+        if (name.empty()) {
+            report_warning("ParserGroup.set_binary: Failed to read entry name\n");
+            return Step::failed;
+        }
+        level.name_at = static_cast<unsigned int>(name.data() - data_.get_data());
+        level.name_size = static_cast<unsigned int>(name.size());
+        if (!open_entry(level, name)) {
+            return Step::failed;
+        }
+    } while (read_scalar_entry(level));
+    return Step::more;
+}
+
+/// Reads an entry whose values are all scalars and stand in the buffer whole. False, and nothing read, when it is
+/// another one.
+bool BinaryDecoder::read_scalar_entry(Level& level) {
+    const core_uint64 begin = cursor_.position();
+    const core_uint64 end = sure_end(level);
+    core_uint64 position = begin;
+    unsigned int count = 0;
+    for (; position < end; ++count) {
+        const std::size_t size = stored_size(data_[static_cast<unsigned int>(position)]);
+        if (size == 0) {
+            return false;
+        }
+        position += size;
     }
-    const std::string_view name = take_string(cursor_);
-    if (name.empty()) {
-        report_warning("ParserGroup.set_binary: Failed to read entry name\n");
-        return Step::failed;
+    if (position < level.entry_end) {
+        return false;
     }
-    level.name_at = static_cast<unsigned int>(name.data() - data_.get_data());
-    level.name_size = static_cast<unsigned int>(name.size());
-    return open_entry(level, name) ? Step::more : Step::failed;
+    std::unique_ptr<ParserEntry> entry(EntryAccess::make({.name = entry_name(level)}, count, 0));
+    if (count != 0) {
+        ParserValueList& values = EntryAccess::values(*entry);
+        ParserValue* const places = values.room();
+        const char* stored = data_.get_data() + begin;
+        for (unsigned int i = 0; i < count; ++i) {
+            const auto type = static_cast<ParserValue::Type>(*stored);
+            const auto* const bytes = reinterpret_cast<const unsigned char*>(stored + 1);
+            ValueAccess::make_scalar(places + i, type, stored_scalar(type, load_le64(bytes)));
+            stored += stored_size(*stored);
+        }
+        values.set_count(count);
+        values.keep_plain();
+    }
+    cursor_.move_to(position);
+    keep_entry(level, std::move(entry));
+    return true;
+}
+
+/// Up to here a scalar with its tag stands in the buffer whole, whichever it is, if it begins in the entry.
+core_uint64 BinaryDecoder::sure_end(const Level& level) const noexcept {
+    const core_uint64 count = data_.get_count();
+    return std::min(level.entry_end, count < largest_stored_size ? 0 : count - largest_stored_size + 1);
+}
+
+std::string_view BinaryDecoder::entry_name(const Level& level) const noexcept {
+    return {data_.get_data() + level.name_at, level.name_size};
+}
+
+void BinaryDecoder::keep_entry(Level& level, std::unique_ptr<ParserEntry> entry) {
+    entries_.push_back(entry.get());
+    static_cast<void>(entry.release());
+    level.is_in_entry = false;
 }
 
 BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
@@ -234,12 +293,10 @@ BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
         return Step::done;
     }
     const auto count = static_cast<unsigned int>(pending_.size() - level.first_value);
-    const std::string_view name(data_.get_data() + level.name_at, level.name_size);
-    std::unique_ptr<ParserEntry> entry(EntryAccess::make({.name = name}, count, level.text_size));
+    std::unique_ptr<ParserEntry> entry(
+        EntryAccess::make({.name = entry_name(level)}, count, level.text_size));
     fill_values(EntryAccess::values(*entry), level.first_value);
-    entries_.push_back(entry.get());
-    static_cast<void>(entry.release());
-    level.is_in_entry = false;
+    keep_entry(level, std::move(entry));
     return Step::more;
 }
 
@@ -264,49 +321,33 @@ bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
     return is_there && tag <= ParserValue::TYPE_BINARY_DATA;
 }
 
-/// False, and nothing taken, when the type is none of a scalar.
-template <class Cursor>
-bool BinaryDecoder::take_scalar(Cursor& cursor, ParserValue::Type type) {
-    switch (type) {
-    case ParserValue::TYPE_BOOL:
-        pending_.emplace_back(type, std::uint64_t{cursor.template take<std::uint8_t>() != 0});
-        return true;
-    case ParserValue::TYPE_CHAR:
-        pending_.emplace_back(type, std::uint64_t{cursor.template take<std::uint8_t>()});
-        return true;
-    case ParserValue::TYPE_INT:
-        pending_.emplace_back(type, std::uint64_t{cursor.template take<std::uint32_t>()});
-        return true;
-    case ParserValue::TYPE_DOUBLE: {
-        const auto number = std::bit_cast<double>(cursor.template take<std::uint64_t>());
-        pending_.emplace_back(type, std::bit_cast<std::uint64_t>(clamp_to_finite(number)));
-        return true;
-    }
-    default:
-        return false;
-    }
-}
-
 /// Takes the scalars up to the first value that is none, or that may not stand in the buffer whole.
 void BinaryDecoder::take_scalars(const Level& level) {
-    constexpr core_uint64 largest = 1 + sizeof(std::uint64_t); // with its tag
-    const core_uint64 count = data_.get_count();
-    const core_uint64 end = std::min(level.entry_end, count < largest ? 0 : count - largest + 1);
+    const core_uint64 end = sure_end(level);
     core_uint64 position = cursor_.position();
     while (position < end) {
-        SureCursor cursor(data_.get_data() + position);
-        if (!take_scalar(cursor, static_cast<ParserValue::Type>(cursor.take<std::uint8_t>()))) {
+        const char* const stored = data_.get_data() + position;
+        const std::size_t size = stored_size(*stored);
+        if (size == 0) {
             break;
         }
-        position = static_cast<core_uint64>(cursor.next() - data_.get_data());
+        const auto type = static_cast<ParserValue::Type>(*stored);
+        const auto* const bytes = reinterpret_cast<const unsigned char*>(stored + 1);
+        pending_.emplace_back(type, stored_scalar(type, load_le64(bytes)));
+        position += size;
     }
     cursor_.move_to(position);
 }
 
+/// A value of any type but a group.
 void BinaryDecoder::take_plain(ParserValue::Type type) {
-    if (!take_scalar(cursor_, type)) {
-        pending_.emplace_back(type, type == ParserValue::TYPE_STRING ? take_string(cursor_)
-                                                                     : take_binary_data(cursor_));
+    if (type == ParserValue::TYPE_STRING) {
+        pending_.emplace_back(type, take_string(cursor_));
+    } else if (type == ParserValue::TYPE_BINARY_DATA) {
+        pending_.emplace_back(type, take_binary_data(cursor_));
+    } else {
+        const std::size_t size = stored_size(static_cast<char>(type)) - 1;
+        pending_.emplace_back(type, stored_scalar(type, cursor_.take(size)));
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -162,14 +163,16 @@ private:
     bool run();
     Step advance(Level& level);
     Step begin_entry(Level& level);
+    bool read_scalar_entry(Level& level);
+    core_uint64 sure_end(const Level& level) const noexcept;
+    std::string_view entry_name(const Level& level) const noexcept;
     Step finish_entry(Level& level);
+    void keep_entry(Level& level, std::unique_ptr<ParserEntry> entry);
     void close_level();
 
     bool take_tag(ParserValue::Type& type) noexcept;
     void take_scalars(const Level& level);
     void take_plain(ParserValue::Type type);
-    template <class Cursor>
-    bool take_scalar(Cursor& cursor, ParserValue::Type type);
     void fill_values(ParserValueList& values, std::size_t first);
     void append_values(ParserValueList& values);
     static ParserValue* make_value(void* place, PendingValue& pending, char*& text);

@@ -76,6 +76,14 @@ private:
 
     /// False at the brace that ends the outermost group, and when the sink wants no more.
     bool take(std::string_view word) {
+        if (is_char(word[0], CHAR_DELIMITER) && word[0] != ':') { // a colon stands for nothing
+            return take_delimiter(word);
+        }
+        take_word(word);
+        return true;
+    }
+
+    bool take_delimiter(std::string_view word) {
         switch (word[0]) {
         case '=':
             take_operator(word);
@@ -90,11 +98,8 @@ private:
         case '(':
             open_arguments(word);
             return true;
-        case ')':
-            close_arguments(word);
-            return true;
         default:
-            take_word(word);
+            close_arguments(word);
             return true;
         }
     }
@@ -116,9 +121,12 @@ private:
     }
 
     void take_name(std::string_view word) {
-        const bool is_plain = (words_.classes() & CHAR_NOT_IN_NAME) == 0;
-        if (is_plain && !is_bool_word(word)) {
-            begin_entry({word, {}, 0xFFFFFFFFu, false, false});
+        if (words_.is_plain()) {
+            if (is_bool_word(word)) {
+                take_value(word, ParserWord::TYPE_BOOL);
+            } else {
+                begin_entry({word, {}, 0xFFFFFFFFu, false, false});
+            }
             return;
         }
         NameParts name;
@@ -151,7 +159,7 @@ private:
     }
 
     void take_value(std::string_view word, ParserWord::Type kind) {
-        if (!ParserWord::is_value_type(kind)) {
+        if (!is_value_kind(kind)) {
             fault(ParserReadObserver::FAULT_UNKNOWN_WORD, word);
             return;
         }
@@ -176,7 +184,7 @@ private:
     }
 
     void take_separator(std::string_view word) {
-        if (ParserWord::is_value_type(level_.last_kind)) {
+        if (is_value_kind(level_.last_kind)) {
             level_.last_kind = ParserWord::TYPE_SEPARATOR;
         } else {
             drop_entry(ParserReadObserver::FAULT_WRONGLY_PLACED, word);
@@ -188,12 +196,12 @@ private:
             fault(ParserReadObserver::FAULT_GROUP_WITHOUT_ENTRY, word);
             return true;
         }
-        if (!sink_.open_group(words_.token())) {
+        level_.brace = words_.token();
+        if (!sink_.open_group(level_.brace)) {
             is_stopped_ = true;
             return false;
         }
         level_.has_entry = false; // it ends with its group
-        level_.brace = words_.token();
         outer_.push_back(level_);
         level_ = Level();
         return true;

@@ -4,48 +4,45 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 #if defined(__SSE2__) || defined(_M_X64)
 #define BK_SCAN_SSE2 1
 #include <emmintrin.h>
+#if !defined(BK_PARSER_PORTABLE)
+#define BK_SCAN_VECTORS 1
+#endif
 #endif
 
-/// The loops over characters that cutting words spends its time in. Words are short: leaving a loop costs more than
-/// going round in it, because nobody can foresee when. So where there are vectors, 16 characters are looked at without
-/// a branch. Every function is there twice, and both do the same; x86-64 always has the vectors, so nothing needs
-/// to be asked at run time.
+/// Searches for characters: sixteen at a time where there are vectors, else one at a time. Every function is there
+/// twice, and both do the same; x86-64 always has the vectors, so nothing needs to be asked at run time.
 namespace bk {
 
-/// A run of characters up to the one that may end a word.
-struct TextRun {
-    const char* end;      // the first character with a class of CHAR_ENDS_RUN
-    unsigned int classes; // of the characters before; CHAR_NOT_IN_NAME and CHAR_DOUBLE_MARK are always right
-};
-
-/// One character at a time. They need a NUL behind the text, but for find_string_stop.
+/// One character at a time.
 namespace portable {
 
-inline TextRun scan_run(const char* p, const char* /*end*/) noexcept {
-    unsigned int classes = 0;
-    unsigned int found = classes_of(*p);
-    while ((found & CHAR_ENDS_RUN) == 0) {
-        classes |= found;
-        found = classes_of(*++p);
+/// Whether all are letters, digits or '_'.
+inline bool are_name_characters(const char* p, std::size_t size, const char* /*end*/) noexcept {
+    for (const char* const last = p + size; p != last; ++p) {
+        if (is_char(*p, CHAR_NOT_IN_NAME)) {
+            return false;
+        }
     }
-    return {p, classes};
-}
-
-/// The first character that is no space.
-inline const char* skip_spaces(const char* p, const char* /*end*/) noexcept {
-    while (*p == ' ') {
-        ++p;
-    }
-    return p;
+    return true;
 }
 
 /// The first quote or line break, or the end.
 inline const char* find_string_stop(const char* p, const char* end) noexcept {
     while (p != end && !is_char(*p, CHAR_LINE_BREAK | CHAR_QUOTE)) {
+        ++p;
+    }
+    return p;
+}
+
+/// The first character that a string spells with a backslash, or the end.
+inline const char* find_escaped(const char* p, const char* end) noexcept {
+    while (p != end && !is_char(*p, CHAR_ESCAPED)) {
         ++p;
     }
     return p;
@@ -60,11 +57,58 @@ namespace vector {
 
 inline constexpr std::ptrdiff_t width = 16;
 
+/// Sixteen characters. What is found is 0xFF in the place of the character, and 0 elsewhere.
 class Block {
 public:
     explicit Block(const char* text) noexcept
         : bytes_(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text))) {}
+    /// All of at most sixteen characters, in any order, some of them twice, and NULs.
+    Block(const char* text, std::size_t size) noexcept {
+        std::uint64_t low = 0;
+        std::uint64_t high = 0;
+        if (size >= 8) {
+            std::memcpy(&low, text, 8);
+            std::memcpy(&high, text + size - 8, 8);
+        } else if (size >= 4) {
+            std::memcpy(&low, text, 4);
+            std::memcpy(&high, text + size - 4, 4);
+        } else if (size != 0) {
+            std::memcpy(&low, text, 1);
+            std::memcpy(&high, text + size / 2, 1);
+            high = high << 8 | static_cast<unsigned char>(text[size - 1]);
+        }
+        bytes_ = _mm_set_epi64x(static_cast<long long>(high), static_cast<long long>(low));
+    }
 
+    /// A bit a character, the first one's the lowest.
+    static unsigned int mask(__m128i found) noexcept {
+        return static_cast<unsigned int>(_mm_movemask_epi8(found));
+    }
+
+    __m128i line_breaks() const noexcept { return either(is('\n'), is('\r')); }
+    __m128i blanks(__m128i line_breaks) const noexcept {
+        return either(line_breaks, either(is(' '), is('\t')));
+    }
+    __m128i run_ends(__m128i blanks) const noexcept {
+        const __m128i brackets = either(is_but_for(1, ')'), either(is('{'), is('}')));
+        const __m128i marks = either(either(is(','), is(':')), either(is('='), is('"')));
+        return either(either(blanks, is('\0')), either(brackets, marks));
+    }
+    __m128i double_marks() const noexcept { return either(is('.'), is('e')); }
+    __m128i name_characters() const noexcept {
+        const __m128i lower = _mm_or_si128(bytes_, _mm_set1_epi8(0x20));
+        const __m128i letters = at_most(_mm_sub_epi8(lower, _mm_set1_epi8('a')), 'z' - 'a');
+        const __m128i digits = at_most(_mm_sub_epi8(bytes_, _mm_set1_epi8('0')), 9);
+        return either(letters, either(digits, is('_')));
+    }
+    __m128i string_stops() const noexcept { return either(is('"'), line_breaks()); }
+    __m128i escaped() const noexcept {
+        const __m128i marks = either(is('\\'), either(is('"'), is('\'')));
+        return either(marks, either(is('\t'), line_breaks()));
+    }
+
+private:
+    static __m128i either(__m128i a, __m128i b) noexcept { return _mm_or_si128(a, b); }
     __m128i is(char character) const noexcept { return _mm_cmpeq_epi8(bytes_, _mm_set1_epi8(character)); }
     /// Either of two characters that differ in this bit alone, which is set in `character`.
     __m128i is_but_for(char bit, char character) const noexcept {
@@ -75,87 +119,48 @@ public:
         return _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(limit)), bytes);
     }
 
-    /// What may end a run, and all other control characters.
-    unsigned int run_ends() const noexcept {
-        const __m128i low = at_most(bytes_, ' ');
-        const __m128i brackets = either(is_but_for(1, ')'), either(is('{'), is('}')));
-        const __m128i marks = either(either(is(','), is(':')), either(is('='), is('"')));
-        return mask(either(low, either(brackets, marks)));
-    }
-    unsigned int double_marks() const noexcept { return mask(either(is('.'), is('e'))); }
-    unsigned int name_characters() const noexcept {
-        const __m128i lower = _mm_or_si128(bytes_, _mm_set1_epi8(0x20));
-        const __m128i letters = at_most(_mm_sub_epi8(lower, _mm_set1_epi8('a')), 'z' - 'a');
-        const __m128i digits = at_most(_mm_sub_epi8(bytes_, _mm_set1_epi8('0')), 9);
-        return mask(either(letters, either(digits, is('_'))));
-    }
-    unsigned int spaces() const noexcept { return mask(is(' ')); }
-    unsigned int string_stops() const noexcept { return mask(either(is('"'), either(is('\n'), is('\r')))); }
-
-private:
-    static __m128i either(__m128i a, __m128i b) noexcept { return _mm_or_si128(a, b); }
-    /// A bit a character, the first one's the lowest.
-    static unsigned int mask(__m128i bytes) noexcept {
-        return static_cast<unsigned int>(_mm_movemask_epi8(bytes));
-    }
-
     __m128i bytes_;
 };
 
-inline TextRun scan_run(const char* p, const char* end) noexcept {
-    unsigned int classes = 0;
-    while (end - p >= width) {
-        const Block block(p);
-        const unsigned int ends = block.run_ends();
-        const unsigned int within = (ends - 1) & ~ends & 0xFFFFu; // the bits below the lowest of the ends
-        classes |= unsigned{(within & ~block.name_characters()) != 0} * CHAR_NOT_IN_NAME;
-        classes |= unsigned{(within & block.double_marks()) != 0} * CHAR_DOUBLE_MARK;
-        if (ends != 0) {
-            p += std::countr_zero(ends);
-            break;
-        }
-        p += width;
+inline bool are_name_characters(const char* p, std::size_t size, const char* end) noexcept {
+    if (size > static_cast<std::size_t>(width) || end - p < width) {
+        return portable::are_name_characters(p, size, end);
     }
-    if (is_char(*p, CHAR_ENDS_RUN)) {
-        return {p, classes};
-    }
-    const TextRun rest = portable::scan_run(p, end); // near the end of the text, or a control character
-    return {rest.end, rest.classes | classes};
-}
-
-inline const char* skip_spaces(const char* p, const char* end) noexcept {
-    while (end - p >= width) {
-        const unsigned int others = ~Block(p).spaces() & 0xFFFFu;
-        if (others != 0) {
-            return p + std::countr_zero(others);
-        }
-        p += width;
-    }
-    return portable::skip_spaces(p, end);
+    const unsigned int others = ~Block::mask(Block(p).name_characters());
+    return (others & ((1u << size) - 1)) == 0;
 }
 
 inline const char* find_string_stop(const char* p, const char* end) noexcept {
-    while (end - p >= width) {
-        if (const unsigned int stops = Block(p).string_stops(); stops != 0) {
+    for (; end - p >= width; p += width) {
+        if (const unsigned int stops = Block::mask(Block(p).string_stops()); stops != 0) {
             return p + std::countr_zero(stops);
         }
-        p += width;
     }
     return portable::find_string_stop(p, end);
+}
+
+inline const char* find_escaped(const char* p, const char* end) noexcept {
+    for (; end - p >= width; p += width) {
+        if (const unsigned int escaped = Block::mask(Block(p).escaped()); escaped != 0) {
+            return p + std::countr_zero(escaped);
+        }
+    }
+    const Block rest(p, static_cast<std::size_t>(end - p));
+    return Block::mask(rest.escaped()) == 0 ? end : portable::find_escaped(p, end);
 }
 
 } // namespace vector
 
 #endif
 
-#if defined(BK_SCAN_SSE2) && !defined(BK_PARSER_PORTABLE)
+#if defined(BK_SCAN_VECTORS)
+using vector::are_name_characters;
+using vector::find_escaped;
 using vector::find_string_stop;
-using vector::scan_run;
-using vector::skip_spaces;
 #else
+using portable::are_name_characters;
+using portable::find_escaped;
 using portable::find_string_stop;
-using portable::scan_run;
-using portable::skip_spaces;
 #endif
 
 } // namespace bk

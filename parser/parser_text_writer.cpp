@@ -3,6 +3,7 @@
 #include "core/core_guard_impl.h"
 #include "parser/parser_characters_impl.h"
 #include "parser/parser_entry_impl.h"
+#include "parser/parser_text_scan_impl.h"
 #include "parser/parser_value_impl.h"
 #include "parser/parser_word_rules_impl.h"
 
@@ -219,12 +220,32 @@ bool TextWriter::write_values(Frame& frame, const ParserEntry& entry) {
             open_group(*group, Scope::braced_group, level); // `frame` may have moved
             return false;
         }
-        write_scalar(value);
+        if (ValueAccess::is_spelled(value) && type != ParserEntry::TYPE_FUNCTION_CALL) {
+            write_spellings(frame, entry, value);
+        } else {
+            write_scalar(value);
+        }
     }
     if (type == ParserEntry::TYPE_FUNCTION_CALL) {
         out_.put(')');
     }
     return true;
+}
+
+/// The spelling of a value, and of those behind it that are kept as they are written: one blank apart.
+void TextWriter::write_spellings(Frame& frame, const ParserEntry& entry, const ParserValue& first) {
+    std::string_view run = ValueAccess::spelling(first);
+    const ParserValue* last = &first;
+    while (frame.next_value < entry.get_value_count()) {
+        const ParserValue& next = EntryAccess::value(entry, frame.next_value);
+        if (!ValueAccess::is_spelled_behind(*last, next)) {
+            break;
+        }
+        run = {run.data(), run.size() + 1 + ValueAccess::spelling(next).size()};
+        last = &next;
+        ++frame.next_value;
+    }
+    out_.put(run);
 }
 
 void TextWriter::write_scalar(const ParserValue& value) {
@@ -236,23 +257,28 @@ void TextWriter::write_scalar(const ParserValue& value) {
 }
 
 void TextWriter::write_string(std::string_view text) {
-    out_.put('"');
-    std::size_t written = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (is_char(text[i], CHAR_ESCAPED)) {
-            out_.put(text.substr(written, i - written));
-            out_.put('\\');
-            out_.put(escape_of(text[i]));
-            written = i + 1;
-        }
+    const char* const end = text.data() + text.size();
+    const char* escaped = find_escaped(text.data(), end);
+    if (escaped == end) {
+        out_.put_quoted(text);
+        return;
     }
-    out_.put(text.substr(written));
+    out_.put('"');
+    for (const char* written = text.data();;) {
+        out_.put({written, static_cast<std::size_t>(escaped - written)});
+        if (escaped == end) {
+            break;
+        }
+        out_.put('\\');
+        out_.put(escape_of(*escaped));
+        written = escaped + 1;
+        escaped = find_escaped(written, end);
+    }
     out_.put('"');
 }
 
 void TextWriter::begin_line(unsigned int depth) {
-    out_.put('\n');
-    out_.put_repeated(' ', std::size_t{depth} * indentation_width);
+    out_.put_line(std::size_t{depth} * indentation_width);
 }
 
 bool print_entry(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level) {

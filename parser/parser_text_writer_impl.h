@@ -53,6 +53,7 @@ private:
     bool write_values(Frame& frame, const ParserEntry& entry);
     void begin_entry(const Frame& frame, const ParserEntry& entry);
     void write_head(const ParserEntry& entry);
+    void write_spellings(Frame& frame, const ParserEntry& entry, const ParserValue& first);
     void write_scalar(const ParserValue& value);
     void write_string(std::string_view text);
     void begin_line(unsigned int depth);

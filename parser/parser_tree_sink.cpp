@@ -39,35 +39,12 @@ void TreeSink::finish() {
     }
 }
 
-bool TreeSink::begin_entry(const EntryHead& head, const Token& token) {
-    finish_entry();
-    bool is_keyword = false;
-    if (head.had_suffix && !is_entry_name(head.name, is_keyword)) {
-        // A word can be a name with its suffix and none without, as in "yes[2]".
-        report_fault(ParserReadObserver::FAULT_INVALID_NAME, token, head.name);
-        return false;
-    }
-    has_entry_ = true;
-    head_ = head;
-    token_ = token;
-    type_ = head.is_keyword ? ParserEntry::TYPE_KEYWORD : ParserEntry::TYPE_ENTRY;
-    return true;
-}
-
-// The value is made where it stands: copying what was just stored in parts would wait for the stores.
-void TreeSink::add_value(ParserWord::Type kind, std::string_view word) {
-    if (kind == ParserWord::TYPE_STRING) {
-        word = word.substr(1, word.size() - 2); // the quotes are not a part of it
-        const bool has_escapes = has_escapes_ && word.find('\\') != std::string_view::npos;
-        text_size_ += has_escapes ? ValueAccess::escaped_string_need(word.size())
-                                  : ValueAccess::string_need(word.size());
-        values_.emplace_back(ParserValue::TYPE_STRING, word, has_escapes);
-        return;
-    }
-    if (kind != ParserWord::TYPE_BINARY_DATA) {
-        text_size_ += ValueAccess::spelling_need(word.size());
-    }
-    values_.emplace_back(value_type_of(kind), word, false);
+void TreeSink::add_string(std::string_view word) {
+    word = word.substr(1, word.size() - 2); // the quotes are not a part of it
+    const bool has_escapes = has_escapes_ && word.find('\\') != std::string_view::npos;
+    text_size_ +=
+        has_escapes ? ValueAccess::escaped_string_need(word.size()) : ValueAccess::string_need(word.size());
+    values_.emplace_back(ParserValue::TYPE_STRING, word, has_escapes);
 }
 
 bool TreeSink::open_group(const Token& brace) {
@@ -122,19 +99,13 @@ CoreString TreeSink::shown_word(std::string_view word) const {
     return decoded;
 }
 
-void TreeSink::finish_entry() {
-    if (has_entry_) {
-        make_entry(0);
-    }
-}
-
 ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
     has_entry_ = false;
     const auto count = static_cast<unsigned int>(values_.size()) + extra_values;
-    std::unique_ptr<ParserEntry> made(EntryAccess::make(
-        {head_.name, type_, token_.line, token_.column, head_.array_count}, count, text_size_));
-    if (!head_.template_name.empty()) {
-        made->set_template(CoreString(head_.template_name));
+    const std::size_t text_size = keeps_run() ? text_run().size() : text_size_;
+    std::unique_ptr<ParserEntry> made(EntryAccess::make(fields_, count, text_size));
+    if (!template_name_.empty()) {
+        made->set_template(CoreString(template_name_));
     }
     if (!values_.empty()) {
         fill_values(EntryAccess::values(*made), extra_values == 0);
@@ -142,32 +113,61 @@ ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
     entries_.push_back(made.get());
     values_.clear();
     text_size_ = 0;
+    has_binary_data_ = false;
     return made.release();
+}
+
+/// The text from the first value to the last, and the quote behind that if it is a string.
+std::string_view TreeSink::text_run() const noexcept {
+    const PendingValue& first = values_.front();
+    const PendingValue& last = values_.back();
+    const char* const end = last.begin + last.size + (last.type == ParserValue::TYPE_STRING ? 1 : 0);
+    return {first.begin, static_cast<std::size_t>(end - first.begin)};
+}
+
+/// Whether the run is kept as it stands. As a rule values stand one blank apart, and one copy is made faster than many.
+bool TreeSink::keeps_run() const noexcept {
+    constexpr std::size_t spare = 2; // bytes between two values
+    return values_.size() > 1 && text_run().size() <= text_size_ + spare * values_.size();
 }
 
 /// Puts the values into the room that the list has for them.
 void TreeSink::fill_values(ParserValueList& values, bool are_all) const {
     ParserValue* place = values.room();
-    char* text = values.text_room();
-    bool is_plain = are_all;
+    char* const room = values.text_room();
+    const bool is_run = keeps_run();
+    const char* const run = values_.front().begin;
+    if (is_run) {
+        copy_text(room, run, text_run().size());
+    }
+    char* text = room;
     for (const PendingValue& value : values_) {
-        if (value.has_escapes) {
-            ValueAccess::make_escaped_string(place, value.text(), text);
-        } else if (value.type == ParserValue::TYPE_STRING) {
-            ValueAccess::make_string(place, value.text(), text);
-        } else if (value.type == ParserValue::TYPE_BINARY_DATA) {
-            unsigned int size = 0;
-            void* const data = decode_binary_literal(value.text(), size);
-            ValueAccess::make_binary_data(place, data, size);
-            is_plain = false;
-        } else {
-            ValueAccess::make_spelled(place, value.type, value.text(), text);
+        if (is_run) {
+            text = room + (value.begin - run);
         }
+        fill_value(place, value, text, is_run);
         ++place;
         values.set_count(values.get_count() + 1);
     }
-    if (is_plain) {
+    if (are_all && !has_binary_data_) {
         values.keep_plain();
+    }
+}
+
+/// `text` is where the value's text is to stand, if it is to stand outside the value, or stands already.
+void TreeSink::fill_value(ParserValue* place, const PendingValue& value, char*& text, bool is_copied) {
+    if (value.has_escapes) {
+        ValueAccess::make_escaped_string(place, value.text(), text);
+    } else if (value.type == ParserValue::TYPE_STRING) {
+        ValueAccess::make_string(place, value.text(), text);
+    } else if (value.type == ParserValue::TYPE_BINARY_DATA) {
+        unsigned int size = 0;
+        void* const data = decode_binary_literal(value.text(), size);
+        ValueAccess::make_binary_data(place, data, size);
+    } else if (is_copied) {
+        ValueAccess::show_spelled(place, value.type, {text, value.size});
+    } else {
+        ValueAccess::make_spelled(place, value.type, value.text(), text);
     }
 }
 

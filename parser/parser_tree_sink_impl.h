@@ -1,8 +1,10 @@
 #pragma once
 
+#include "parser/parser_entry_impl.h"
 #include "parser/parser_grammar_impl.h"
 #include "parser/parser_group.h"
 #include "parser/parser_limits.h"
+#include "parser/parser_value_impl.h"
 
 #include <string_view>
 #include <vector>
@@ -20,9 +22,34 @@ public:
     TreeSink(const TreeSink&) = delete;
     TreeSink& operator=(const TreeSink&) = delete;
 
-    bool begin_entry(const EntryHead& head, const Token& token);
-    void add_value(ParserWord::Type kind, std::string_view word);
-    void make_function_call() noexcept { type_ = ParserEntry::TYPE_FUNCTION_CALL; }
+    bool begin_entry(const EntryHead& head, const Token& token) {
+        finish_entry();
+        if (head.had_suffix && !is_name_by_itself(head.name)) { // as in "yes[2]"
+            report_fault(ParserReadObserver::FAULT_INVALID_NAME, token, head.name);
+            return false;
+        }
+        has_entry_ = true;
+        fields_ = {head.name, head.is_keyword ? ParserEntry::TYPE_KEYWORD : ParserEntry::TYPE_ENTRY,
+                   token.line, token.column, head.array_count};
+        template_name_ = head.template_name;
+        return true;
+    }
+
+    // The value is made where it stands: copying what was just stored in parts would wait for the stores.
+    void add_value(ParserWord::Type kind, std::string_view word) {
+        if (kind == ParserWord::TYPE_STRING) {
+            add_string(word);
+            return;
+        }
+        if (kind == ParserWord::TYPE_BINARY_DATA) {
+            has_binary_data_ = true;
+        } else {
+            text_size_ += ValueAccess::spelling_need(word.size());
+        }
+        values_.emplace_back(value_type_of(kind), word, false);
+    }
+
+    void make_function_call() noexcept { fields_.type = ParserEntry::TYPE_FUNCTION_CALL; }
     bool open_group(const Token& brace);
     void close_group();
     void report_fault(ParserReadObserver::Fault fault, const Token& token, std::string_view word);
@@ -54,9 +81,17 @@ private:
 
     bool may_log(ParserReadObserver::Fault fault) noexcept;
     CoreString shown_word(std::string_view word) const;
-    void finish_entry();
+    void add_string(std::string_view word);
+    void finish_entry() {
+        if (has_entry_) {
+            make_entry(0);
+        }
+    }
     ParserEntry* make_entry(unsigned int extra_values);
+    std::string_view text_run() const noexcept;
+    bool keeps_run() const noexcept;
     void fill_values(ParserValueList& values, bool are_all) const;
+    static void fill_value(ParserValue* place, const PendingValue& value, char*& text, bool is_copied);
     void attach_entries();
     void discard_entries() noexcept;
 
@@ -67,11 +102,11 @@ private:
     core_uint64 message_count_ = 0; // those beyond the limit counted, too
 
     bool has_entry_ = false; // the entry begun last is not made yet
-    EntryHead head_;
-    Token token_;
-    ParserEntry::Type type_ = ParserEntry::TYPE_ENTRY;
+    EntryFields fields_;
+    std::string_view template_name_;
     std::vector<PendingValue> values_;
     std::size_t text_size_ = 0; // of the text area that these values need
+    bool has_binary_data_ = false;
 
     std::vector<OpenGroup> groups_;     // the outermost first
     std::vector<ParserEntry*> entries_; // of all open groups

@@ -52,6 +52,13 @@ public:
     static std::string_view spelling(const ParserValue& value) noexcept {
         return {value.spelled_.text, value.get_type() == ParserValue::TYPE_BINARY_DATA ? 0 : value.size_};
     }
+    /// Whether the spellings of two values of a list stand in one text area with just a blank between.
+    static bool is_spelled_behind(const ParserValue& value, const ParserValue& next) noexcept {
+        constexpr unsigned int flags = ParserValue::TEXT_HELD | ParserValue::TEXT_OWNED;
+        return (value.bits_ & flags) == ParserValue::TEXT_HELD &&
+               (next.bits_ & flags) == ParserValue::TEXT_HELD &&
+               next.spelled_.text == value.spelled_.text + value.size_ + 1 && next.spelled_.text[-1] == ' ';
+    }
     static std::string_view bytes(const ParserValue& value) noexcept {
         return {reinterpret_cast<const char*>(value.spelled_.scalar.bytes), value.size_};
     }
@@ -64,6 +71,11 @@ public:
         copy_text(begin, word.data(), word.size());
         text += word.size();
         return new (place) ParserValue(type, begin, static_cast<unsigned int>(word.size()));
+    }
+    /// The same of a spelling that stands in the area already.
+    static ParserValue* show_spelled(void* place, ParserValue::Type type,
+                                     std::string_view spelling) noexcept {
+        return new (place) ParserValue(type, spelling.data(), static_cast<unsigned int>(spelling.size()));
     }
     static ParserValue* make_string(void* place, std::string_view word, char*& text) noexcept {
         auto* value = new (place) ParserValue(ParserValue::TYPE_STRING);

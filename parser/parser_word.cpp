@@ -215,6 +215,5 @@ bool ParserWord::is_value(ParserValue::Type& type) const {
 }
 
 bool ParserWord::is_value_type(const Type& type) {
-    return type == TYPE_BOOL || type == TYPE_BINARY_DATA || type == TYPE_INT || type == TYPE_DOUBLE ||
-           type == TYPE_STRING || type == TYPE_EMPTY_TAG;
+    return bk::is_value_kind(type);
 }

@@ -108,10 +108,6 @@ bool is_keyword_word(std::string_view word) noexcept {
     return true;
 }
 
-bool is_bool_word(std::string_view word) noexcept {
-    return word == "yes" || word == "no";
-}
-
 namespace {
 
 /// A word with one of these is a double where another number is an int; an upper-case 'E' is none of them.

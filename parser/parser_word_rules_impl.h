@@ -37,11 +37,17 @@ NameKind classify_name(std::string_view word, NameParts& name, NameParts& templa
 bool is_entry_name(std::string_view name, bool& is_keyword) noexcept;
 
 bool is_keyword_word(std::string_view word) noexcept;
-bool is_bool_word(std::string_view word) noexcept;
+inline bool is_bool_word(std::string_view word) noexcept {
+    return word == "yes" || word == "no";
+}
 bool is_int_word(std::string_view word) noexcept;
 bool is_double_word(std::string_view word) noexcept;
 bool is_binary_data_word(std::string_view word) noexcept;
 bool is_string_word(std::string_view word) noexcept;
+/// Whether the base of a name that has a suffix is a name without it, too.
+inline bool is_name_by_itself(std::string_view base) noexcept {
+    return base.back() != '.' && !is_bool_word(base);
+}
 inline constexpr std::string_view empty_tag = "<empty>";
 
 /// The first kind of value that fits, TYPE_UNKNOWN when none does.
@@ -54,6 +60,21 @@ inline ParserWord::Type classify_number(std::string_view word, unsigned int clas
     }
     // A digit converts as an int and as a double, whatever follows it: only two marks tell them apart.
     return (classes & CHAR_DOUBLE_MARK) != 0 ? ParserWord::TYPE_DOUBLE : ParserWord::TYPE_INT;
+}
+
+/// Whether a word of this kind stands where values do.
+inline bool is_value_kind(ParserWord::Type kind) noexcept {
+    switch (kind) {
+    case ParserWord::TYPE_BOOL:
+    case ParserWord::TYPE_BINARY_DATA:
+    case ParserWord::TYPE_INT:
+    case ParserWord::TYPE_DOUBLE:
+    case ParserWord::TYPE_STRING:
+    case ParserWord::TYPE_EMPTY_TAG:
+        return true;
+    default:
+        return false;
+    }
 }
 
 /// The type of value that a word of a value kind makes.

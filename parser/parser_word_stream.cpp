@@ -1,9 +1,75 @@
 #include "parser/parser_word_stream_impl.h"
 
+#include <algorithm>
+
 namespace bk {
+
+Token WordStream::token() noexcept {
+    const std::uint64_t before = (std::uint64_t{1} << (start_ - block_)) - 1;
+    count_lines(masks_.breaks & before);
+    masks_.breaks &= ~before;
+    const bool ends_at_blank = position_ != word_end_;
+    return {static_cast<unsigned int>(start_ - begin_), static_cast<unsigned int>(word_end_ - start_), line_,
+            static_cast<core_ulong>(start_ - line_start_) + (ends_at_blank ? 1 : 0)};
+}
 
 float WordStream::fraction() const noexcept {
     return begin_ == end_ ? 1.0F : static_cast<float>(position_ - begin_) / static_cast<float>(end_ - begin_);
+}
+
+/// Goes on behind the block, or at what ends a word that is longer: that may be a line break. There was none in the
+/// part of the word behind the block.
+void WordStream::take_block() noexcept {
+    count_lines(masks_.breaks);
+    fill_block(std::max(block_ + std::min(TextMasks::width, end_ - block_), word_end_));
+}
+
+void WordStream::fill_block(const char* from) noexcept {
+    block_ = from;
+    masks_ =
+        end_ - block_ >= TextMasks::width ? make_masks_(block_) : make_last_masks(make_masks_, block_, end_);
+    unread_ = ~masks_.blanks;
+}
+
+void WordStream::count_lines(std::uint64_t breaks) noexcept {
+    for (; breaks != 0; breaks &= breaks - 1) {
+        ++line_;
+        line_start_ = block_ + std::countr_zero(breaks) + 1;
+    }
+}
+
+/// A word from the bit `first` on that does not end at a blank of the block: a delimiter; a word that ends at one, or
+/// has a quote, or goes on behind the block; or the end of the text.
+bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept {
+    classes_ = 0;
+    if (is_char(*start_, CHAR_DELIMITER)) {
+        word_end_ = start_ + 1;
+        position_ = word_end_;
+        unread_ &= unread_ - 1;
+        return true;
+    }
+    if (end == 0) {
+        word_end_ = find_run_end(start_);
+    } else {
+        word_end_ = block_ + std::countr_zero(end);
+        classes_ = (masks_.double_marks & (end - first)) != 0 ? CHAR_DOUBLE_MARK : 0;
+    }
+    if (!is_char(*word_end_, CHAR_BLANK | CHAR_DELIMITER)) { // a quote, or a NUL, which may be the text's end
+        word_end_ = find_end_past(word_end_);
+    }
+    position_ = word_end_ + (is_char(*word_end_, CHAR_BLANK) ? 1 : 0);
+    const std::ptrdiff_t at = word_end_ - block_;
+    unread_ = at < TextMasks::width ? unread_ & ~std::uint64_t{0} << at : 0;
+    return word_end_ != start_;
+}
+
+const char* WordStream::find_run_end(const char* p) noexcept {
+    unsigned int found = classes_of(*p);
+    while ((found & CHAR_ENDS_RUN) == 0) {
+        classes_ |= found;
+        found = classes_of(*++p);
+    }
+    return p;
 }
 
 /// Goes on behind a quote or a NUL that is a part of the word.

@@ -1,31 +1,112 @@
+#include "parser/parser_text_block_impl.h"
 #include "parser/parser_text_scan_impl.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
+#include <vector>
 
 namespace {
 
-constexpr unsigned int told_classes = bk::CHAR_NOT_IN_NAME | bk::CHAR_DOUBLE_MARK;
+constexpr std::size_t block = bk::TextMasks::width;
 
-/// Compares what the scans find from every place of a text with what the slow ones find.
+/// The masks by one look at each character's classes.
+bk::TextMasks expected_masks(const std::string& text) {
+    bk::TextMasks masks;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto bit = [&](unsigned int classes) {
+            return std::uint64_t{bk::is_char(text[i], classes)} << i;
+        };
+        masks.blanks |= bit(bk::CHAR_BLANK);
+        masks.breaks |= bit(bk::CHAR_LINE_BREAK);
+        masks.run_ends |= bit(bk::CHAR_ENDS_RUN);
+        masks.double_marks |= bit(bk::CHAR_DOUBLE_MARK);
+    }
+    return masks;
+}
+
+std::vector<bk::MakeMasks> all_ways() {
+    return {
+        bk::portable::make_masks,
+#if defined(BK_SCAN_SSE2)
+            bk::vector::make_masks,
+#endif
+            bk::fastest_make_masks(),
+    };
+}
+
+void expect_masks(const std::string& text) {
+    const bk::TextMasks expected = expected_masks(text);
+    for (const bk::MakeMasks make_masks : all_ways()) {
+        const bk::TextMasks masks = make_masks(text.data());
+        ASSERT_EQ(masks.blanks, expected.blanks) << text;
+        ASSERT_EQ(masks.breaks, expected.breaks) << text;
+        ASSERT_EQ(masks.run_ends, expected.run_ends) << text;
+        ASSERT_EQ(masks.double_marks, expected.double_marks) << text;
+    }
+}
+
+/// Compares what the searches find from every place of a text with what the slow ones find.
 void expect_same_from_everywhere(const std::string& text) {
     const char* const end = text.data() + text.size();
     for (const char* p = text.data(); p <= end; ++p) {
-        const bk::TextRun run = bk::scan_run(p, end);
-        const bk::TextRun expected = bk::portable::scan_run(p, end);
-        ASSERT_EQ(run.end - p, expected.end - p) << "from " << p - text.data() << " of " << text;
-        ASSERT_EQ(run.classes & told_classes, expected.classes & told_classes)
-            << "from " << p - text.data() << " of " << text;
-        ASSERT_EQ(bk::skip_spaces(p, end), bk::portable::skip_spaces(p, end));
-        ASSERT_EQ(bk::find_string_stop(p, end), bk::portable::find_string_stop(p, end));
+        ASSERT_EQ(bk::find_string_stop(p, end), bk::portable::find_string_stop(p, end)) << text;
+        ASSERT_EQ(bk::find_escaped(p, end), bk::portable::find_escaped(p, end)) << text;
+        const auto left = static_cast<std::size_t>(end - p);
+        for (const std::size_t size : {std::size_t{0}, left / 2, left}) {
+            ASSERT_EQ(bk::are_name_characters(p, size, end), bk::portable::are_name_characters(p, size, end))
+                << size << " from " << p - text.data() << " of " << text;
+        }
     }
+}
+
+std::string random_text(std::mt19937& random, std::size_t size) {
+    static const std::string alphabet =
+        std::string("aez AEZ_059.-+#\"\\'{}(),:=<>[]/\t\n\r\v\f|~\x01\x7f\x80\xff") + '\0';
+    const std::size_t few =
+        1 + random() % alphabet.size(); // some texts are of few characters, with long runs
+    std::string text(size, ' ');
+    for (char& character : text) {
+        character = alphabet[random() % few];
+    }
+    return text;
 }
 
 } // namespace
 
-TEST(text_scan, every_byte_is_seen_at_every_place_of_a_block) {
+TEST(text_block, every_byte_is_seen_at_every_place) {
+    for (int byte = 0; byte < 256; ++byte) {
+        for (std::size_t place = 0; place < block; ++place) {
+            for (const char around : {'a', ' '}) {
+                std::string text(block, around);
+                text[place] = static_cast<char>(byte);
+                expect_masks(text);
+            }
+        }
+    }
+}
+
+TEST(text_block, random_blocks_have_the_masks_of_their_characters) {
+    std::mt19937 random(20240611);
+    for (int round = 0; round < 20000; ++round) {
+        expect_masks(random_text(random, block));
+    }
+}
+
+TEST(text_block, behind_the_end_of_a_text_stand_nuls) {
+    for (std::size_t size = 0; size < block; ++size) {
+        const std::string text(size, '.');
+        const bk::TextMasks masks =
+            bk::make_last_masks(bk::fastest_make_masks(), text.data(), text.data() + size);
+        const bk::TextMasks expected = expected_masks(text + std::string(block - size, '\0'));
+        EXPECT_EQ(masks.double_marks, expected.double_marks) << size;
+        EXPECT_EQ(masks.run_ends, expected.run_ends) << size;
+        EXPECT_EQ(masks.blanks, 0u) << size;
+    }
+}
+
+TEST(text_scan, every_byte_is_seen_at_every_place) {
     for (int byte = 0; byte < 256; ++byte) {
         for (std::size_t place = 0; place < 20; ++place) {
             std::string text(40, 'a');
@@ -35,52 +116,17 @@ TEST(text_scan, every_byte_is_seen_at_every_place_of_a_block) {
     }
 }
 
-TEST(text_scan, every_byte_among_spaces_is_seen) {
-    for (int byte = 0; byte < 256; ++byte) {
-        std::string text(37, ' ');
-        text[17] = static_cast<char>(byte);
-        expect_same_from_everywhere(text);
-    }
-}
-
-TEST(text_scan, every_byte_tells_its_classes) {
-    for (int byte = 1; byte < 256; ++byte) {
-        const std::string text = std::string("x") + static_cast<char>(byte) + "x                    ";
-        if (bk::is_char(text[1], bk::CHAR_ENDS_RUN)) {
-            continue;
-        }
-        const bk::TextRun run = bk::scan_run(text.data(), text.data() + text.size());
-        EXPECT_EQ(run.end - text.data(), 3) << byte;
-        EXPECT_EQ(run.classes & told_classes, bk::classes_of(text[1]) & told_classes) << byte;
-    }
-}
-
-TEST(text_scan, what_stands_behind_a_run_tells_nothing_of_it) {
-    const std::string text = "nama 1.5e+3 #%$ 1e5 \"a.b\" 0.5";
-    const bk::TextRun run = bk::scan_run(text.data(), text.data() + text.size());
-    EXPECT_EQ(run.end - text.data(), 4);
-    EXPECT_EQ(run.classes & told_classes, 0u);
-}
-
 TEST(text_scan, texts_of_every_length_end_where_they_end) {
     for (std::size_t length = 0; length < 70; ++length) {
-        expect_same_from_everywhere(std::string(length, '7'));
-        expect_same_from_everywhere(std::string(length, ' '));
-        expect_same_from_everywhere(std::string(length, '\\'));
+        for (const char character : {'7', ' ', '\\'}) {
+            expect_same_from_everywhere(std::string(length, character));
+        }
     }
 }
 
-TEST(text_scan, random_texts_are_scanned_alike) {
-    const std::string alphabet =
-        std::string("aez AEZ_059.-+#\"\\'{}(),:=<>[]/\t\n\r\v\f|~\x01\x7f\x80\xff") + '\0';
+TEST(text_scan, random_texts_are_searched_alike) {
     std::mt19937 random(20240607);
     for (int round = 0; round < 2000; ++round) {
-        std::string text(random() % 80, ' ');
-        const std::size_t few =
-            1 + random() % alphabet.size(); // some texts are of few characters, with long runs
-        for (char& character : text) {
-            character = alphabet[random() % few];
-        }
-        expect_same_from_everywhere(text);
+        expect_same_from_everywhere(random_text(random, random() % 80));
     }
 }

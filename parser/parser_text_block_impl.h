@@ -1,0 +1,93 @@
+#pragma once
+
+#include "parser/parser_characters_impl.h"
+#include "parser/parser_text_scan_impl.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+/// 64 characters of a text as bit masks, the first character's bit the lowest. Words are short: a loop over characters
+/// is left every few of them, at a place that nobody can foresee, while in a mask the next place of interest is one
+/// instruction away. The masks are made by vectors or by a table; all ways give the same.
+namespace bk {
+
+struct TextMasks {
+    static constexpr std::ptrdiff_t width = 64;
+
+    std::uint64_t blanks = 0;
+    std::uint64_t breaks = 0;       // CHAR_LINE_BREAK
+    std::uint64_t run_ends = 0;     // CHAR_ENDS_RUN
+    std::uint64_t double_marks = 0; // CHAR_DOUBLE_MARK
+};
+
+namespace portable {
+
+/// What a character adds to the masks of eight: a bit in each of four bytes.
+constexpr std::array<std::uint32_t, 256> make_mask_table() {
+    constexpr unsigned int classes[] = {CHAR_BLANK, CHAR_LINE_BREAK, CHAR_ENDS_RUN, CHAR_DOUBLE_MARK};
+    std::array<std::uint32_t, 256> table{};
+    for (std::size_t character = 0; character < table.size(); ++character) {
+        for (unsigned int i = 0; i < std::size(classes); ++i) {
+            const bool is_in = is_char(static_cast<char>(character), classes[i]);
+            table[character] |= (is_in ? std::uint32_t{1} : 0) << (8 * i);
+        }
+    }
+    return table;
+}
+
+inline constexpr std::array<std::uint32_t, 256> mask_table = make_mask_table();
+
+inline TextMasks make_masks(const char* text) noexcept {
+    TextMasks masks;
+    for (unsigned int i = 0; i < TextMasks::width; i += 8) {
+        std::uint32_t of_eight = 0;
+        for (unsigned int k = 0; k < 8; ++k) {
+            of_eight |= mask_table[static_cast<unsigned char>(text[i + k])] << k;
+        }
+        masks.blanks |= std::uint64_t{of_eight & 0xFF} << i;
+        masks.breaks |= std::uint64_t{of_eight >> 8 & 0xFF} << i;
+        masks.run_ends |= std::uint64_t{of_eight >> 16 & 0xFF} << i;
+        masks.double_marks |= std::uint64_t{of_eight >> 24} << i;
+    }
+    return masks;
+}
+
+} // namespace portable
+
+#if defined(BK_SCAN_SSE2)
+
+namespace vector {
+
+inline TextMasks make_masks(const char* text) noexcept {
+    TextMasks masks;
+    for (unsigned int i = 0; i < TextMasks::width; i += width) {
+        const Block block(text + i);
+        const __m128i breaks = block.line_breaks();
+        const __m128i blanks = block.blanks(breaks);
+        masks.blanks |= std::uint64_t{Block::mask(blanks)} << i;
+        masks.breaks |= std::uint64_t{Block::mask(breaks)} << i;
+        masks.run_ends |= std::uint64_t{Block::mask(block.run_ends(blanks))} << i;
+        masks.double_marks |= std::uint64_t{Block::mask(block.double_marks())} << i;
+    }
+    return masks;
+}
+
+} // namespace vector
+
+#endif
+
+using MakeMasks = TextMasks (*)(const char* text) noexcept;
+
+/// The fastest of the functions above, and of those that need more than every processor has.
+MakeMasks fastest_make_masks() noexcept;
+
+/// Of the characters up to `end`, of which there are fewer than a block has; a NUL stands for each that is missing.
+inline TextMasks make_last_masks(MakeMasks make_masks, const char* text, const char* end) noexcept {
+    char padded[TextMasks::width] = {};
+    std::memcpy(padded, text, static_cast<std::size_t>(end - text));
+    return make_masks(padded);
+}
+
+} // namespace bk
