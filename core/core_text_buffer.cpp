@@ -1,5 +1,7 @@
 #include "core/core_text_buffer_impl.h"
 
+#include "core/core_room_impl.h"
+
 #include <algorithm>
 
 namespace bk {
@@ -12,8 +14,8 @@ bool TextBuffer::grow(std::size_t size) {
         return false;
     }
     const unsigned int used = length();
-    const core_uint64 doubled = std::max(core_uint64{used} * 2, first_room);
-    const core_uint64 room = std::min<core_uint64>(std::max(needed, doubled), CoreString::max_length);
+    const core_uint64 grown = std::max(next_room(used), first_room);
+    const core_uint64 room = std::min<core_uint64>(std::max(needed, grown), CoreString::max_length);
     begin_ = out_.resize(static_cast<unsigned int>(room));
     end_ = begin_ + used;
     limit_ = begin_ + room;

@@ -3,6 +3,7 @@
 #include "core/core_copy_impl.h"
 #include "core/core_guard_impl.h"
 #include "core/core_prefetch_impl.h"
+#include "core/core_room_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_value_impl.h"
 
@@ -58,8 +59,8 @@ bool BinaryEncoder::grow(std::size_t size) {
         return false;
     }
     out_.extend(used() - out_.get_count()); // what is counted is kept
-    const core_uint64 doubled = core_uint64{out_.get_capacity()} * 2;
-    out_.reserve(static_cast<unsigned int>(std::min(std::max(needed, doubled), max_binary_size)));
+    const core_uint64 grown = next_room(out_.get_capacity());
+    out_.reserve(static_cast<unsigned int>(std::min(std::max(needed, grown), max_binary_size)));
     take_storage(out_.get_count());
     return true;
 }

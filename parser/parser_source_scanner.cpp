@@ -2,6 +2,7 @@
 
 #include "parser/parser_characters_impl.h"
 #include "parser/parser_document_impl.h"
+#include "parser/parser_text_scan_impl.h"
 
 #include <algorithm>
 
@@ -33,10 +34,8 @@ SourcePiece SourceScanner::next() noexcept {
 }
 
 std::size_t SourceScanner::find_special(std::size_t from) const noexcept {
-    while (from != source_.size() && !is_char(source_[from], CHAR_DIRECTIVE)) {
-        ++from;
-    }
-    return from;
+    const char* const begin = source_.data();
+    return static_cast<std::size_t>(find_directive(begin + from, begin + source_.size()) - begin);
 }
 
 /// True when the piece ends here.

@@ -83,6 +83,7 @@ static_assert(half_tables.next_bit <= 0x100, "the classes fit a byte");
         masks.breaks |= mask_of(breaks) << i;
         masks.run_ends |= others(classes, half_tables.run_ends) << i;
         masks.double_marks |= others(classes, half_tables.double_marks) << i;
+        masks.quotes |= mask_of(_mm256_cmpeq_epi8(bytes, _mm256_set1_epi8('"'))) << i;
     }
     masks.blanks = ~masks.blanks;
     masks.run_ends = ~masks.run_ends;

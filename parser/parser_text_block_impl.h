@@ -20,36 +20,39 @@ struct TextMasks {
     std::uint64_t breaks = 0;       // CHAR_LINE_BREAK
     std::uint64_t run_ends = 0;     // CHAR_ENDS_RUN
     std::uint64_t double_marks = 0; // CHAR_DOUBLE_MARK
+    std::uint64_t quotes = 0;
 };
 
 namespace portable {
 
-/// What a character adds to the masks of eight: a bit in each of four bytes.
-constexpr std::array<std::uint32_t, 256> make_mask_table() {
-    constexpr unsigned int classes[] = {CHAR_BLANK, CHAR_LINE_BREAK, CHAR_ENDS_RUN, CHAR_DOUBLE_MARK};
-    std::array<std::uint32_t, 256> table{};
+/// What a character adds to the masks of eight: a bit in each of five bytes.
+constexpr std::array<std::uint64_t, 256> make_mask_table() {
+    constexpr unsigned int classes[] = {CHAR_BLANK, CHAR_LINE_BREAK, CHAR_ENDS_RUN, CHAR_DOUBLE_MARK,
+                                        CHAR_QUOTE};
+    std::array<std::uint64_t, 256> table{};
     for (std::size_t character = 0; character < table.size(); ++character) {
         for (unsigned int i = 0; i < std::size(classes); ++i) {
             const bool is_in = is_char(static_cast<char>(character), classes[i]);
-            table[character] |= (is_in ? std::uint32_t{1} : 0) << (8 * i);
+            table[character] |= (is_in ? std::uint64_t{1} : 0) << (8 * i);
         }
     }
     return table;
 }
 
-inline constexpr std::array<std::uint32_t, 256> mask_table = make_mask_table();
+inline constexpr std::array<std::uint64_t, 256> mask_table = make_mask_table();
 
 inline TextMasks make_masks(const char* text) noexcept {
     TextMasks masks;
     for (unsigned int i = 0; i < TextMasks::width; i += 8) {
-        std::uint32_t of_eight = 0;
+        std::uint64_t of_eight = 0;
         for (unsigned int k = 0; k < 8; ++k) {
             of_eight |= mask_table[static_cast<unsigned char>(text[i + k])] << k;
         }
-        masks.blanks |= std::uint64_t{of_eight & 0xFF} << i;
-        masks.breaks |= std::uint64_t{of_eight >> 8 & 0xFF} << i;
-        masks.run_ends |= std::uint64_t{of_eight >> 16 & 0xFF} << i;
-        masks.double_marks |= std::uint64_t{of_eight >> 24} << i;
+        masks.blanks |= (of_eight & 0xFF) << i;
+        masks.breaks |= (of_eight >> 8 & 0xFF) << i;
+        masks.run_ends |= (of_eight >> 16 & 0xFF) << i;
+        masks.double_marks |= (of_eight >> 24 & 0xFF) << i;
+        masks.quotes |= (of_eight >> 32 & 0xFF) << i;
     }
     return masks;
 }
@@ -70,6 +73,7 @@ inline TextMasks make_masks(const char* text) noexcept {
         masks.breaks |= std::uint64_t{Block::mask(breaks)} << i;
         masks.run_ends |= std::uint64_t{Block::mask(block.run_ends(blanks))} << i;
         masks.double_marks |= std::uint64_t{Block::mask(block.double_marks())} << i;
+        masks.quotes |= std::uint64_t{Block::mask(block.quotes())} << i;
     }
     return masks;
 }

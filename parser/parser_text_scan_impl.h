@@ -48,6 +48,17 @@ inline const char* find_escaped(const char* p, const char* end) noexcept {
     return p;
 }
 
+/// The first character that may begin or end what the preprocessor looks for, or the end. A '0' does with an 'x' only.
+inline const char* find_directive(const char* p, const char* end) noexcept {
+    const auto begins = [end](const char* at) {
+        return is_char(*at, CHAR_DIRECTIVE) && (*at != '0' || (at + 1 != end && at[1] == 'x'));
+    };
+    while (p != end && !begins(p)) {
+        ++p;
+    }
+    return p;
+}
+
 } // namespace portable
 
 #if defined(BK_SCAN_SSE2)
@@ -94,6 +105,7 @@ public:
         const __m128i marks = either(either(is(','), is(':')), either(is('='), is('"')));
         return either(either(blanks, is('\0')), either(brackets, marks));
     }
+    __m128i quotes() const noexcept { return is('"'); }
     __m128i double_marks() const noexcept { return either(is('.'), is('e')); }
     __m128i name_characters() const noexcept {
         const __m128i lower = _mm_or_si128(bytes_, _mm_set1_epi8(0x20));
@@ -101,10 +113,16 @@ public:
         const __m128i digits = at_most(_mm_sub_epi8(bytes_, _mm_set1_epi8('0')), 9);
         return either(letters, either(digits, is('_')));
     }
-    __m128i string_stops() const noexcept { return either(is('"'), line_breaks()); }
+    __m128i string_stops() const noexcept { return either(quotes(), line_breaks()); }
     __m128i escaped() const noexcept {
         const __m128i marks = either(is('\\'), either(is('"'), is('\'')));
         return either(marks, either(is('\t'), line_breaks()));
+    }
+
+    /// `next` are the characters one place further on.
+    __m128i directives(const Block& next) const noexcept {
+        const __m128i hexadecimal = _mm_and_si128(is('0'), next.is('x'));
+        return either(either(is('#'), is('"')), either(is('/'), hexadecimal));
     }
 
 private:
@@ -149,16 +167,27 @@ inline const char* find_escaped(const char* p, const char* end) noexcept {
     return Block::mask(rest.escaped()) == 0 ? end : portable::find_escaped(p, end);
 }
 
+inline const char* find_directive(const char* p, const char* end) noexcept {
+    for (; end - p > width; p += width) {
+        if (const unsigned int found = Block::mask(Block(p).directives(Block(p + 1))); found != 0) {
+            return p + std::countr_zero(found);
+        }
+    }
+    return portable::find_directive(p, end);
+}
+
 } // namespace vector
 
 #endif
 
 #if defined(BK_SCAN_VECTORS)
 using vector::are_name_characters;
+using vector::find_directive;
 using vector::find_escaped;
 using vector::find_string_stop;
 #else
 using portable::are_name_characters;
+using portable::find_directive;
 using portable::find_escaped;
 using portable::find_string_stop;
 #endif

@@ -1,3 +1,4 @@
+#include "core/core_copy_impl.h"
 #include "core/core_number_impl.h"
 #include "parser/parser_characters_impl.h"
 #include "parser/parser_word_rules_impl.h"
@@ -169,15 +170,14 @@ void decode_escapes(std::string_view text, CoreString& out) {
 
 std::size_t decode_escapes(std::string_view text, char* out) noexcept {
     char* end = out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char character = text[i];
-        if (character == '\\') {
-            if (++i == text.size()) {
-                break;
-            }
-            character = decoded_escape(text[i]);
+    while (!text.empty()) {
+        const std::size_t plain = std::min(text.find('\\'), text.size());
+        copy_text(end, text.data(), plain);
+        end += plain;
+        if (plain + 1 < text.size()) {
+            *end++ = decoded_escape(text[plain + 1]);
         }
-        *end++ = character;
+        text.remove_prefix(std::min(plain + 2, text.size()));
     }
     return static_cast<std::size_t>(end - out);
 }

@@ -48,6 +48,9 @@ bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept 
         unread_ &= unread_ - 1;
         return true;
     }
+    if (*start_ == '"' && end_string(first)) {
+        return true;
+    }
     if (end == 0) {
         word_end_ = find_run_end(start_);
     } else {
@@ -61,6 +64,26 @@ bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept 
     const std::ptrdiff_t at = word_end_ - block_;
     unread_ = at < TextMasks::width ? unread_ & ~std::uint64_t{0} << at : 0;
     return word_end_ != start_;
+}
+
+/// What most strings are: one that ends in the block, at a quote that is not escaped, with a blank behind. False when it is
+/// another one.
+bool WordStream::end_string(std::uint64_t first) noexcept {
+    const std::uint64_t quotes = masks_.quotes & -(first << 1);
+    const std::uint64_t closing = quotes & -quotes;
+    const std::uint64_t behind = closing << 1;
+    if ((masks_.blanks & behind) == 0 || (masks_.breaks & (closing - first)) != 0) {
+        return false;
+    }
+    const char* const quote = block_ + std::countr_zero(closing);
+    if (quote[-1] == '\\') {
+        return false;
+    }
+    classes_ = CHAR_QUOTE;
+    word_end_ = quote + 1;
+    position_ = word_end_ + 1;
+    unread_ &= -behind;
+    return true;
 }
 
 const char* WordStream::find_run_end(const char* p) noexcept {

@@ -22,6 +22,7 @@ bk::TextMasks expected_masks(const std::string& text) {
         masks.breaks |= bit(bk::CHAR_LINE_BREAK);
         masks.run_ends |= bit(bk::CHAR_ENDS_RUN);
         masks.double_marks |= bit(bk::CHAR_DOUBLE_MARK);
+        masks.quotes |= bit(bk::CHAR_QUOTE);
     }
     return masks;
 }
@@ -44,6 +45,7 @@ void expect_masks(const std::string& text) {
         ASSERT_EQ(masks.breaks, expected.breaks) << text;
         ASSERT_EQ(masks.run_ends, expected.run_ends) << text;
         ASSERT_EQ(masks.double_marks, expected.double_marks) << text;
+        ASSERT_EQ(masks.quotes, expected.quotes) << text;
     }
 }
 
@@ -53,6 +55,7 @@ void expect_same_from_everywhere(const std::string& text) {
     for (const char* p = text.data(); p <= end; ++p) {
         ASSERT_EQ(bk::find_string_stop(p, end), bk::portable::find_string_stop(p, end)) << text;
         ASSERT_EQ(bk::find_escaped(p, end), bk::portable::find_escaped(p, end)) << text;
+        ASSERT_EQ(bk::find_directive(p, end), bk::portable::find_directive(p, end)) << text;
         const auto left = static_cast<std::size_t>(end - p);
         for (const std::size_t size : {std::size_t{0}, left / 2, left}) {
             ASSERT_EQ(bk::are_name_characters(p, size, end), bk::portable::are_name_characters(p, size, end))
@@ -63,7 +66,7 @@ void expect_same_from_everywhere(const std::string& text) {
 
 std::string random_text(std::mt19937& random, std::size_t size) {
     static const std::string alphabet =
-        std::string("aez AEZ_059.-+#\"\\'{}(),:=<>[]/\t\n\r\v\f|~\x01\x7f\x80\xff") + '\0';
+        std::string("aez AEZ_0x59.-+#\"\\'{}(),:=<>[]/\t\n\r\v\f|~\x01\x7f\x80\xff") + '\0';
     const std::size_t few =
         1 + random() % alphabet.size(); // some texts are of few characters, with long runs
     std::string text(size, ' ');
