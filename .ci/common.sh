@@ -102,7 +102,7 @@ run_tests() {
     shift
     rm -f "$report"
     ctest --test-dir "$folder" -j "$jobs" --output-on-failure --output-junit "$report" "$@" 2>&1 |
-        grep --line-buffered -vE '^ +Start +[0-9]+: |^ *[0-9]+/[0-9]+ Test +#.* Passed +[0-9.]+ sec$'
+        grep -a --line-buffered -vE '^ +Start +[0-9]+: |^ *[0-9]+/[0-9]+ Test +#.* Passed +[0-9.]+ sec$'
     count_tests run && passed=$counted
     count_tests fail && failed=$counted
     count_tests '(notrun|disabled)' && skipped=$counted
@@ -122,11 +122,11 @@ run_programs() {
         passed=$((passed + $(sed -nE 's/^\[  PASSED  \] ([0-9]+) tests?\.$/\1/p' "$log" | head -n 1 | grep . || echo 0)))
         grep -q '^exit ' "$log" || continue
         cat "$log" >&2
-        failed=$((failed + $(grep -cE '^\[  FAILED  \] [^ ]+\.[^ ]+ \(' "$log" | sed 's/^0$/1/')))
+        failed=$((failed + $(grep -acE '^\[  FAILED  \] [^ ]+\.[^ ]+ \(' "$log" | sed 's/^0$/1/')))
     done
 }
 
 count_tests() {
     counted=0
-    [ ! -f "$report" ] || counted=$(grep -cE "^[[:space:]]*<testcase .* status=\"$1\"" "$report") || true
+    [ ! -f "$report" ] || counted=$(grep -acE "^[[:space:]]*<testcase .* status=\"$1\"" "$report") || true
 }
