@@ -2,6 +2,7 @@
 
 #include "core/core_bytes_impl.h"
 #include "core/core_number_digits_impl.h"
+#include "core/core_number_short_impl.h"
 #include "core/core_number_text_impl.h"
 
 #include <algorithm>
@@ -108,6 +109,10 @@ std::size_t write_unsigned(char* out, unsigned long long number) noexcept {
 }
 
 std::size_t write_double(char* out, double number) noexcept {
+    static_assert(short_double_capacity <= number_text_capacity);
+    if (const std::size_t size = write_short_double(out, number); size != 0) {
+        return size;
+    }
     if (is_subnormal(number)) {
         const DefaultFloatingPoint environment;
         return written(out, std::to_chars(out, out + number_text_capacity, number));
