@@ -16,12 +16,8 @@ constexpr std::uint64_t eight_of(char character) noexcept {
     return 0x0101010101010101u * static_cast<unsigned char>(character);
 }
 
-/// The number that `count` decimal digits make, from 1 to 8 of them; false when another character is among them.
-constexpr bool read_short_digits(std::uint64_t characters, std::size_t count,
-                                 std::uint32_t& number) noexcept {
-    // Zeros are put in front: the digits go to the high end.
-    std::uint64_t digits = characters << (8 * (most_short_digits - count));
-    digits |= eight_of('0') >> (4 * count) >> (4 * count);
+/// The number that eight decimal digits make; false when another character is among them.
+constexpr bool read_eight_digits(std::uint64_t digits, std::uint32_t& number) noexcept {
     constexpr std::uint64_t high_halves = eight_of('\xF0');
     const std::uint64_t is_above_nine = ((digits + eight_of('\x06')) & high_halves) >> 4;
     if (((digits & high_halves) | is_above_nine) != eight_of('\x33')) {
@@ -33,6 +29,20 @@ constexpr bool read_short_digits(std::uint64_t characters, std::size_t count,
     digits = (digits & 0x0000FFFF0000FFFFu) * (10000 * 0x100000000u + 1) >> 32;
     number = static_cast<std::uint32_t>(digits);
     return true;
+}
+
+/// Zeros in place of all but the last `count` of eight characters, from 1 to 8.
+constexpr std::uint64_t with_zeros_in_front(std::uint64_t characters, std::size_t count) noexcept {
+    const std::size_t others = 8 * (most_short_digits - count);
+    const std::uint64_t kept = ~std::uint64_t{0} << others;
+    return (characters & kept) | (eight_of('0') & ~kept);
+}
+
+/// The number that the first `count` characters make, from 1 to 8 of them.
+constexpr bool read_short_digits(std::uint64_t characters, std::size_t count,
+                                 std::uint32_t& number) noexcept {
+    const std::uint64_t moved = characters << (8 * (most_short_digits - count));
+    return read_eight_digits(with_zeros_in_front(moved, count), number);
 }
 
 /// The place of the first '.' among `count` characters, or `count`.
