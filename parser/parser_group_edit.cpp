@@ -4,6 +4,15 @@
 #include <algorithm>
 #include <vector>
 
+namespace {
+
+void take_slot_out(CoreVector<ParserEntry*>& entries, unsigned int position) noexcept {
+    std::copy(entries.begin() + position + 1, entries.end(), entries.begin() + position);
+    entries.truncate(entries.get_count() - 1);
+}
+
+} // namespace
+
 void ParserGroup::rebuild_index() {
     keyword_index_.truncate(0);
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
@@ -30,8 +39,7 @@ void ParserGroup::move_entry(const unsigned int& from, const unsigned int& to) {
 
 void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
     ParserEntry* const entry = entries_[position];
-    std::copy(entries_.begin() + position + 1, entries_.end(), entries_.begin() + position);
-    entries_.truncate(entries_.get_count() - 1);
+    take_slot_out(entries_, position);
     rebuild_index();
     dest.append(entry);
 }
@@ -69,13 +77,15 @@ void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
 }
 
 void ParserGroup::remove_entries(CoreBasicArray<unsigned int> positions) {
-    std::vector<bool> is_removed(entries_.get_count());
+    const unsigned int count = entries_.get_count();
+    CoreVector<unsigned char> is_removed;
+    std::fill_n(is_removed.extend(count), count, static_cast<unsigned char>(0));
     for (const unsigned int position : positions) {
-        if (position < is_removed.size()) {
-            is_removed[position] = true;
+        if (position < count) {
+            is_removed[position] = 1;
         }
     }
-    take_out([&](unsigned int position) { return is_removed[position]; });
+    take_out([&](unsigned int position) { return is_removed[position] != 0; });
 }
 
 void ParserGroup::remove_entry(const CoreString& name) {
@@ -86,17 +96,23 @@ void ParserGroup::remove_entry(const CoreString& name) {
 }
 
 void ParserGroup::remove_entry(unsigned int position) {
-    take_out([=](unsigned int other) { return other == position; });
+    ParserEntry* removed = nullptr;
+    if (position < entries_.get_count()) {
+        removed = entries_[position];
+        take_slot_out(entries_, position);
+    }
+    rebuild_index();
+    bk::EntryAccess::release(removed);
 }
 
 /// Removes the entries at the positions that the predicate names. They are deleted when the group is whole again.
 template <class IsRemoved>
 void ParserGroup::take_out(IsRemoved is_removed) {
-    std::vector<ParserEntry*> removed;
+    CoreVector<ParserEntry*> removed;
     unsigned int kept = 0;
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
         if (is_removed(position)) {
-            removed.push_back(entries_[position]);
+            removed.add(entries_[position]);
         } else {
             entries_[kept++] = entries_[position];
         }

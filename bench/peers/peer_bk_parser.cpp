@@ -75,18 +75,31 @@ void build_group(ParserGroup& to, const ParserGroup& from) {
     }
 }
 
-/// Removing is done for all of a group at once, as the library offers it.
-void edit_group(ParserGroup& group, Turns& turns) {
-    const unsigned int count = group.get_entries().get_count();
-    std::vector<unsigned int> removed;
-    std::vector<unsigned int> moved; // positions after the removal
-    for (unsigned int i = 0; i < count; ++i) {
-        ParserEntry& entry = *group.get_entries()[i];
-        if (entry.is_group()) {
-            edit_group(*entry.get_group(0), turns);
-            continue;
+/// Edits trees. Removing is done for all of a group at once, as the library offers it. What is to be removed and moved is
+/// noted in lists that groups inside each other share.
+class Editor {
+public:
+    explicit Editor(Turns& turns) : turns_(turns) {}
+
+    void edit(ParserGroup& group) {
+        const std::size_t first_removed = removed_.size();
+        const std::size_t first_moved = moved_.size();
+        const unsigned int count = group.get_entries().get_count();
+        for (unsigned int i = 0; i < count; ++i) {
+            ParserEntry& entry = *group.get_entries()[i];
+            if (entry.is_group()) {
+                edit(*entry.get_group(0));
+            } else {
+                change(group, entry, i, static_cast<unsigned int>(removed_.size() - first_removed));
+            }
         }
-        switch (turns.next()) {
+        remove(group, first_removed);
+        move(group, first_moved);
+    }
+
+private:
+    void change(ParserGroup& group, ParserEntry& entry, unsigned int position, unsigned int removed_before) {
+        switch (turns_.next()) {
         case Turns::RENAME:
             entry.rename("renamed");
             break;
@@ -94,24 +107,40 @@ void edit_group(ParserGroup& group, Turns& turns) {
             group.add_entry("added", 0, 0)->add_int(7);
             break;
         case Turns::REMOVE:
-            removed.push_back(i);
+            removed_.push_back(position);
             break;
         case Turns::MOVE:
-            moved.push_back(i - static_cast<unsigned int>(removed.size()));
+            moved_.push_back(position - removed_before);
             break;
         case Turns::NOTHING:
             break;
         }
     }
-    if (!removed.empty()) {
-        CoreBasicArray<unsigned int> positions(static_cast<unsigned int>(removed.size()));
-        std::copy(removed.begin(), removed.end(), positions.begin());
-        group.remove_entries(positions);
+
+    void remove(ParserGroup& group, std::size_t first) {
+        const auto count = static_cast<unsigned int>(removed_.size() - first);
+        if (count == 1) {
+            group.remove_entry(removed_.back());
+        } else if (count != 0) {
+            CoreBasicArray<unsigned int> positions(count);
+            std::copy_n(removed_.data() + first, count, positions.begin());
+            group.remove_entries(positions);
+        }
+        removed_.resize(first);
     }
-    for (unsigned int i = 0; i < moved.size(); ++i) {
-        group.move_entry(moved[i] - i, group.get_entries().get_count() - 1);
+
+    void move(ParserGroup& group, std::size_t first) {
+        const unsigned int last = group.get_entries().get_count() - 1;
+        for (std::size_t i = first; i < moved_.size(); ++i) {
+            group.move_entry(moved_[i] - static_cast<unsigned int>(i - first), last);
+        }
+        moved_.resize(first);
     }
-}
+
+    Turns& turns_;
+    std::vector<unsigned int> removed_;
+    std::vector<unsigned int> moved_; // positions after the removal
+};
 
 class BkParser : public Peer {
 public:
@@ -134,7 +163,7 @@ public:
     }
     std::size_t edit() override {
         Turns turns;
-        edit_group(*root_, turns);
+        Editor(turns).edit(*root_);
         return turns.changes();
     }
     std::size_t print(bool pretty) override {
