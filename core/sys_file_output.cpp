@@ -7,7 +7,7 @@
 namespace bk {
 namespace {
 
-constexpr std::size_t piece_size = 65536;
+constexpr std::size_t write_size = 65536;
 
 } // namespace
 
@@ -45,7 +45,7 @@ std::size_t FileOutput::write(const char* data, std::size_t size) {
     std::string piece;
     std::size_t taken = 0;
     while (!failed_ && taken < size) {
-        const std::size_t part = std::min(size - taken, piece_size);
+        const std::size_t part = std::min(size - taken, write_size);
         piece.clear();
         append_with_cr_lf(piece, {data + taken, part});
         write_bytes(piece.data(), piece.size());

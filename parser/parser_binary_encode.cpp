@@ -37,7 +37,7 @@ inline char* put_scalar(char* out, const ParserValue& value) {
     }
 }
 
-constexpr unsigned int ahead = 4; // in a large tree each entry has to come from memory first
+constexpr unsigned int entries_ahead = 4; // in a large tree each entry has to come from memory first
 
 void prefetch_entry(const ParserEntry* entry) noexcept {
     prefetch(entry);
@@ -156,7 +156,7 @@ void BinaryEncoder::write_entry(const ParserEntry& entry) {
 
 void BinaryEncoder::open_group(const ParserGroup& group) {
     const CoreVector<ParserEntry*>& entries = group.get_entries();
-    for (unsigned int i = 0; i < std::min(entries.get_count(), ahead); ++i) {
+    for (unsigned int i = 0; i < std::min(entries.get_count(), entries_ahead); ++i) {
         prefetch_entry(entries[i]);
     }
     levels_.push_back({entries.get_data(), entries.get_count(), 0, 0, leave_size(), 0, true, false});
@@ -171,8 +171,8 @@ void BinaryEncoder::run() {
                 level.is_in_entry = false;
             }
         } else if (fits_ && level.next_entry < level.entry_count) {
-            if (level.entry_count - level.next_entry > ahead) {
-                prefetch_entry(level.entries[level.next_entry + ahead]);
+            if (level.entry_count - level.next_entry > entries_ahead) {
+                prefetch_entry(level.entries[level.next_entry + entries_ahead]);
             }
             if (const ParserEntry* entry = level.entries[level.next_entry++]) {
                 begin_entry(level, *entry);

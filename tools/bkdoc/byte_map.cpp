@@ -12,21 +12,18 @@ constexpr std::size_t shown_bytes = 10;
 constexpr std::size_t offset_digits = 8;
 constexpr std::size_t bytes_width = shown_bytes * 3 + 3;
 constexpr std::size_t field_width = 20; // with what it is indented by
-constexpr std::size_t indented_levels = 24;
-constexpr std::string_view ellipsis = "\xE2\x80\xA6";
-constexpr char digits[] = "0123456789ABCDEF";
 
 std::string hex_number(std::size_t number) {
     std::string result;
     for (std::size_t i = offset_digits; i > 0; --i) {
-        result += digits[number >> (4 * (i - 1)) & 15];
+        result += hexadecimal_digits[number >> (4 * (i - 1)) & 15];
     }
     return result;
 }
 
 std::string hex_byte(char byte) {
     const unsigned code = static_cast<unsigned char>(byte);
-    return {digits[code >> 4], digits[code & 15]};
+    return {hexadecimal_digits[code >> 4], hexadecimal_digits[code & 15]};
 }
 
 std::string hex_bytes(std::string_view bytes) {

@@ -11,6 +11,9 @@
 /// Maps of the bytes of files: line by line what stands where, and what it means.
 namespace bkdoc {
 
+/// How many characters of a text in the file are shown in a line.
+inline constexpr std::size_t row_text_limit = 60;
+
 /// The first byte that could not be explained.
 struct Unexplained {
     std::size_t offset;

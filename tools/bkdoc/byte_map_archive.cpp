@@ -13,7 +13,6 @@ namespace {
 constexpr std::size_t reserved_size = 8;
 constexpr std::size_t count_width = 4;
 constexpr std::size_t index_bytes_in_row = 10;
-constexpr std::size_t text_limit = 60; // characters
 constexpr unsigned shift = 15;
 
 std::string restored(std::string_view stored) {
@@ -91,7 +90,7 @@ private:
         }
         strings_.push_back(cursor_.rest().substr(0, length));
         map_.row(cursor_, length + 1, 1, "string " + grouped(strings_.size() - 1),
-                 shown(restored(strings_.back()), text_limit), Tone::text);
+                 shown(restored(strings_.back()), row_text_limit), Tone::text);
         return true;
     }
 
@@ -127,7 +126,7 @@ private:
                 break;
             }
             words += (count == 0 ? "" : " ") +
-                     shown(restored(strings_[static_cast<std::size_t>(index)]), text_limit);
+                     shown(restored(strings_[static_cast<std::size_t>(index)]), row_text_limit);
         }
         if (count != 0) {
             map_.row(cursor_, count * width_, 1, "word " + grouped(done), words);

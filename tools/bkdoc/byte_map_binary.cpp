@@ -15,7 +15,6 @@ namespace bkdoc {
 namespace {
 
 constexpr std::size_t size_width = 8;
-constexpr std::size_t text_limit = 60; // characters
 
 std::string double_text(std::uint64_t bits) {
     CoreString text;
@@ -124,7 +123,7 @@ private:
         if (length == 0) {
             return stop("expected the name of an entry, found an empty one");
         }
-        map_.row(cursor_, length + 1, depth() - 1, "entry", shown(rest.substr(0, length), text_limit),
+        map_.row(cursor_, length + 1, depth() - 1, "entry", shown(rest.substr(0, length), row_text_limit),
                  Tone::name);
         return take_entry_head();
     }
@@ -203,7 +202,7 @@ private:
         if (length == std::string_view::npos) {
             return stop("expected a string, but no 00 byte ends it inside " + where());
         }
-        value_row(1 + length + 1, shown_quoted(rest.substr(0, length), text_limit));
+        value_row(1 + length + 1, shown_quoted(rest.substr(0, length), row_text_limit));
         return true;
     }
 

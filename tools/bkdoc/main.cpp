@@ -18,7 +18,7 @@ namespace bkdoc {
 
 namespace {
 
-constexpr const char* version_text = "bkdoc " BKDOC_VERSION;
+constexpr const char* version_line = "bkdoc " BKDOC_VERSION;
 constexpr const char* version_help = "Show the version, and end.";
 constexpr const char* exit_text =
     "Exit code: 0 clean, 1 the document has faults, 2 it could not be read or written.";
@@ -39,7 +39,7 @@ using Action = std::function<ExitCode(Streams&, StreamDevice&)>;
 class CommandLine {
 public:
     CommandLine() {
-        app_.set_version_flag("--version", version_text, version_help);
+        app_.set_version_flag("--version", version_line, version_help);
         app_.get_formatter()->label("SUBCOMMAND", "VERB");
         app_.get_formatter()->label("Positionals", "Arguments");
         app_.get_formatter()->label("REQUIRED", "");
@@ -87,7 +87,7 @@ private:
                 return run(options, streams, device);
             };
         });
-        verb.set_version_flag("--version", version_text, version_help);
+        verb.set_version_flag("--version", version_line, version_help);
         add_key(verb);
         verb.footer(exit_text);
         return verb;

@@ -10,12 +10,12 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t message_limit = 300; // characters: a word of the document may be of any length
+constexpr std::size_t word_limit = 300; // characters: a word of the document may be of any length
 
 std::string place_text(const SourceMap& sources, const Spot& spot) {
     const SourceFile& file = sources.file_of(spot);
     const Place place = file.text.place_of(spot.offset);
-    return shown(file.name.shown, message_limit) + ":" + std::to_string(place.line) + ":" +
+    return shown(file.name.shown, word_limit) + ":" + std::to_string(place.line) + ":" +
            std::to_string(place.column) + ":";
 }
 
@@ -45,7 +45,7 @@ public:
         out_ << " ";
         out_.paint(tone, severity);
         out_ << " ";
-        out_.paint(Tone::strong, shown(message, message_limit));
+        out_.paint(Tone::strong, shown(message, word_limit));
         out_ << "\n";
         write_snippet(sources_.file_of(spot).text, spot, out_);
     }
@@ -67,10 +67,10 @@ void write_places(const Document& document, Output& out) {
             line.remove_prefix(item.size());
             line.remove_suffix(1);
             const std::string path = candidate_path(folder < folders.size() ? folders[folder] : "", line);
-            out << item << shown(path, message_limit) << "'\n";
+            out << item << shown(path, word_limit) << "'\n";
             ++folder;
         } else {
-            out << shown(line, message_limit) << "\n";
+            out << shown(line, word_limit) << "\n";
         }
     }
 }
@@ -84,7 +84,7 @@ void write_failed_include(const Document& document, Reporter& reporter, Output& 
 
 void write_damage(const Document& document, Output& out) {
     for (const std::string& damage : document.get_damage()) {
-        out.paint(Tone::strong, shown(document.get_name(), message_limit) + ":");
+        out.paint(Tone::strong, shown(document.get_name(), word_limit) + ":");
         out << " ";
         out.paint(Tone::warning, "warning:");
         out << " ";

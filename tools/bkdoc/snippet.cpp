@@ -8,7 +8,6 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::string_view ellipsis = "\xE2\x80\xA6";
 constexpr std::size_t shown_before = 100; // bytes of a line
 constexpr std::size_t shown_after = 60;
 

@@ -7,8 +7,6 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::string_view ellipsis = "\xE2\x80\xA6";
-
 unsigned byte_at(std::string_view text, std::size_t position) noexcept {
     return static_cast<unsigned char>(text[position]);
 }
@@ -52,8 +50,7 @@ constexpr Range not_shown[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x200B, 0x20
                                {0x2028, 0x202E}, {0x2060, 0x2069}, {0xFEFF, 0xFEFF}};
 
 std::string hex_escape(unsigned byte) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    return {'\\', 'x', digits[byte >> 4], digits[byte & 15]};
+    return {'\\', 'x', hexadecimal_digits[byte >> 4], hexadecimal_digits[byte & 15]};
 }
 
 std::string escape_of(std::string_view character) {

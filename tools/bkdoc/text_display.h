@@ -22,6 +22,17 @@ std::size_t character_start(std::string_view text, std::size_t position) noexcep
 /// neighbours.
 bool is_showable(std::string_view character) noexcept;
 
+/// Stands for what is left out.
+inline constexpr std::string_view ellipsis = "\xE2\x80\xA6";
+
+/// What is nested deeper says its depth instead of being indented.
+inline constexpr std::size_t indented_levels = 24;
+
+inline constexpr char hexadecimal_digits[] = "0123456789ABCDEF";
+
+/// How many characters of a file's name are shown.
+inline constexpr std::size_t file_name_limit = 300;
+
 /// The text on one line, control characters and stray bytes as escapes, cut with an ellipsis after `limit`
 /// characters.
 std::string shown(std::string_view text, std::size_t limit);

@@ -9,15 +9,15 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t name_limit = 60;  // characters
-constexpr std::size_t text_limit = 48;  // characters
-constexpr unsigned int data_limit = 16; // bytes
+constexpr std::size_t short_name_limit = 60; // characters
+constexpr std::size_t short_text_limit = 48; // characters
+constexpr unsigned int data_limit = 16;      // bytes
 constexpr std::size_t run_limit = 4;
 
 std::string shown_string(std::string_view text) {
     const std::size_t length = count_characters(text);
-    std::string result = shown_quoted(text, text_limit);
-    if (length > text_limit) {
+    std::string result = shown_quoted(text, short_text_limit);
+    if (length > short_text_limit) {
         result += " (" + grouped(length) + " characters)";
     }
     return result;
@@ -25,20 +25,19 @@ std::string shown_string(std::string_view text) {
 
 std::string shown_word(std::string_view text) {
     const std::size_t length = count_characters(text);
-    std::string result = shown(text, text_limit);
-    if (length > text_limit) {
+    std::string result = shown(text, short_text_limit);
+    if (length > short_text_limit) {
         result += " (" + grouped(length) + " characters)";
     }
     return result;
 }
 
 std::string shown_data(const ParserEntry& entry, unsigned int i) {
-    constexpr char digits[] = "0123456789ABCDEF";
     const unsigned int size = entry.get_binary_data_size(i);
     const auto* bytes = static_cast<const unsigned char*>(entry.get_binary_data(i));
     std::string result = "0x";
     for (unsigned int k = 0; k < std::min(size, data_limit); ++k) {
-        result += {digits[bytes[k] >> 4], digits[bytes[k] & 15]};
+        result += {hexadecimal_digits[bytes[k] >> 4], hexadecimal_digits[bytes[k] & 15]};
     }
     if (size > data_limit) {
         result += "\xE2\x80\xA6";
@@ -55,9 +54,9 @@ std::string counted_type(std::size_t count, ParserValue::Type type) {
 } // namespace
 
 std::string shown_name(const ParserEntry& entry) {
-    std::string name = shown(entry.get_name().get_view(), name_limit);
+    std::string name = shown(entry.get_name().get_view(), short_name_limit);
     if (entry.is_template()) {
-        name += "<" + shown(entry.get_template().get_view(), name_limit) + ">";
+        name += "<" + shown(entry.get_template().get_view(), short_name_limit) + ">";
     }
     if (entry.is_array()) {
         name += "[" + (entry.get_array_count() == 0 ? "" : std::to_string(entry.get_array_count())) + "]";

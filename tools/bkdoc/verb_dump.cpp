@@ -6,8 +6,6 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t name_limit = 300;
-
 /// The text of an enciphered file, as the library deciphers it.
 std::optional<Unexplained> map_with_key(std::string_view bytes, const DumpOptions& options,
                                         StreamDevice& device, ByteMapWriter& map) {
@@ -39,7 +37,7 @@ std::optional<Unexplained> map_file(std::string_view bytes, DocumentForm form, c
 }
 
 void write_heading(const Input& input, Output& out, ByteMapWriter& map) {
-    out.paint(Tone::strong, shown(input.get_name(), name_limit));
+    out.paint(Tone::strong, shown(input.get_name(), file_name_limit));
     out.paint(Tone::dim, "  " + std::string(form_word(input.get_form())) + ", " +
                              counted(static_cast<unsigned long long>(input.get_size()), "byte", "bytes"));
     out << "\n";

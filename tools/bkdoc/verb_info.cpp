@@ -12,7 +12,6 @@ namespace bkdoc {
 namespace {
 
 constexpr std::size_t label_width = 14;
-constexpr std::size_t name_limit = 300;
 
 /// What a tree is made of.
 struct Counts {
@@ -165,10 +164,10 @@ void write_counts(const Counts& counts, InfoWriter& writer) {
     writer.write("depth", grouped(counts.depth));
 }
 
-std::size_t widest_name(const SourceMap& sources) {
+std::size_t width_of_names(const SourceMap& sources) {
     std::size_t width = 0;
     for (const auto& file : sources.get_files()) {
-        width = std::max(width, count_characters(shown(file->name.shown, name_limit)));
+        width = std::max(width, count_characters(shown(file->name.shown, file_name_limit)));
     }
     return width;
 }
@@ -176,16 +175,16 @@ std::size_t widest_name(const SourceMap& sources) {
 void write_dependencies(const Document& document, Output& out, InfoWriter& writer) {
     const CoreSet<CoreString>& dependencies = document.get_file().get_dependencies();
     writer.write("dependencies", grouped(dependencies.get_count()));
-    const std::size_t width = widest_name(document.get_sources());
+    const std::size_t width = width_of_names(document.get_sources());
     for (const auto& file : document.get_sources().get_files()) {
         if (!dependencies.exists(CoreString(file->path))) {
             continue;
         }
-        const std::string name = shown(file->name.shown, name_limit);
+        const std::string name = shown(file->name.shown, file_name_limit);
         out << "  " << name << std::string(width - count_characters(name), ' ');
-        out.paint(Tone::dim, file->name.folder.empty()
-                                 ? "  found as named"
-                                 : "  found in the search folder " + shown(file->name.folder, name_limit));
+        out.paint(Tone::dim, file->name.folder.empty() ? "  found as named"
+                                                       : "  found in the search folder " +
+                                                             shown(file->name.folder, file_name_limit));
         out << "\n";
     }
 }
@@ -199,7 +198,7 @@ ExitCode run_info(const InfoOptions& options, Streams& streams, StreamDevice& de
         return result;
     }
     InfoWriter writer(streams.out);
-    writer.write("document", shown(document.get_name(), name_limit));
+    writer.write("document", shown(document.get_name(), file_name_limit));
     write_form(document, writer);
     write_counts(count_tree(document.get_root()), writer);
     writer.write("faults", grouped(document.get_faults().size() + document.get_damage().size()));

@@ -9,8 +9,6 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t name_limit = 300;
-
 void write_side(std::string_view name, std::string_view text, std::size_t width, Output& out) {
     out << "  " << name << ":" << std::string(width - count_characters(name) + 1, ' ') << text << "\n";
 }
@@ -35,8 +33,8 @@ ExitCode run_same(const SameOptions& options, Streams& streams, StreamDevice& de
     if (!first.is_read() || !second.is_read()) {
         return EXIT_UNREADABLE;
     }
-    const std::string first_name = shown(first.get_name(), name_limit);
-    const std::string second_name = shown(second.get_name(), name_limit);
+    const std::string first_name = shown(first.get_name(), file_name_limit);
+    const std::string second_name = shown(second.get_name(), file_name_limit);
     const Likeness likeness = options.content ? Likeness::content : Likeness::everything;
     const std::optional<Difference> difference =
         find_difference(first.get_root(), second.get_root(), likeness);

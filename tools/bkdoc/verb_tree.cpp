@@ -10,11 +10,9 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t indented_levels = 24; // deeper entries say their depth instead
-constexpr std::size_t widest_name = 28;     // a longer one pushes its own line only
+constexpr std::size_t widest_name = 28; // a longer one pushes its own line only
 constexpr std::size_t widest_types = 20;
 constexpr std::size_t values_width = 72;
-constexpr std::string_view ellipsis = "\xE2\x80\xA6";
 
 bool has_group(const ParserEntry& entry) {
     for (unsigned int i = entry.get_value_count(); i > 0; --i) {
