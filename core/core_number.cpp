@@ -1,7 +1,6 @@
 #include "core/core_number_impl.h"
 
-#include "core/core_bytes_impl.h"
-#include "core/core_number_digits_impl.h"
+#include "core/core_number_plain_impl.h"
 #include "core/core_number_short_impl.h"
 #include "core/core_number_text_impl.h"
 
@@ -58,26 +57,6 @@ private:
     unsigned int control_word_ = _mm_getcsr();
 #endif
 };
-
-} // namespace
-
-namespace {
-
-/// What nearly every int in a document is: a sign and at most eight digits, and nothing else in the text.
-bool read_plain_int(std::string_view text, int& value) noexcept {
-    const bool negative = !text.empty() && text[0] == '-';
-    text.remove_prefix(negative ? 1 : 0);
-    if (text.empty() || text.size() > most_short_digits) {
-        return false;
-    }
-    std::uint32_t number = 0;
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
-    if (!read_short_digits(load_le(bytes, text.size()), text.size(), number)) {
-        return false;
-    }
-    value = negative ? -static_cast<int>(number) : static_cast<int>(number);
-    return true;
-}
 
 } // namespace
 

@@ -105,7 +105,9 @@ core_uint64 BinaryEncoder::finish(const char* operation) {
 
 unsigned int BinaryEncoder::leave_size() {
     const unsigned int place = used();
-    write_size(0);
+    if (has_room(sizeof(std::uint64_t))) {
+        end_ += sizeof(std::uint64_t);
+    }
     return place;
 }
 

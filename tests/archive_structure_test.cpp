@@ -86,6 +86,20 @@ TEST(archive_structure, the_lookup_never_changes_what_index_a_word_gets) {
     EXPECT_GT(expected.size(), 1000u);
 }
 
+TEST(archive_structure, strings_that_a_host_has_listed_are_found_one_and_all) {
+    constexpr unsigned int count = 101;
+    const auto word = [](unsigned int i) { return CoreString(("word" + std::to_string(i)).c_str()); };
+    ParserArchive archive;
+    for (unsigned int i = 0; i < count; ++i) {
+        archive.strings.add(word(i));
+    }
+    for (unsigned int i = 0; i < count; ++i) {
+        archive += word(i);
+        ASSERT_EQ(archive.indices[i], i);
+    }
+    EXPECT_EQ(archive.strings.get_count(), count);
+}
+
 TEST(archive_structure, words_of_equal_hash_are_told_apart) {
     std::unordered_map<unsigned int, std::string> seen;
     Strings pairs;

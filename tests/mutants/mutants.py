@@ -48,8 +48,10 @@ TESTS = {
     "parser/parser_keystream_impl.h": CIPHER,
     "core/core_number.cpp": NUMBERS,
     "core/core_number_double.cpp": NUMBERS,
+    "core/core_number_decimal_impl.h": NUMBERS,
     "core/core_number_digits_impl.h": NUMBERS,
     "core/core_number_impl.h": NUMBERS,
+    "core/core_number_plain.cpp": NUMBERS,
     "core/core_number_short_impl.h": NUMBERS,
     "core/core_number_text_impl.h": NUMBERS,
 }
