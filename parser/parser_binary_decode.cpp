@@ -184,7 +184,6 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
         return begin_entry(level);
     }
     while (true) {
-        take_scalars(level);
         if (cursor_.position() >= level.entry_end) {
             return finish_entry(level);
         }
@@ -319,24 +318,6 @@ bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
     const std::uint64_t tag = cursor_.take<std::uint8_t>();
     type = static_cast<ParserValue::Type>(tag);
     return is_there && tag <= ParserValue::TYPE_BINARY_DATA;
-}
-
-/// Takes the scalars up to the first value that is none, or that may not stand in the buffer whole.
-void BinaryDecoder::take_scalars(const Level& level) {
-    const core_uint64 end = sure_end(level);
-    core_uint64 position = cursor_.position();
-    while (position < end) {
-        const char* const stored = data_.get_data() + position;
-        const std::size_t size = stored_size(*stored);
-        if (size == 0) {
-            break;
-        }
-        const auto type = static_cast<ParserValue::Type>(*stored);
-        const auto* const bytes = reinterpret_cast<const unsigned char*>(stored + 1);
-        pending_.emplace_back(type, stored_scalar(type, load_le64(bytes)));
-        position += size;
-    }
-    cursor_.move_to(position);
 }
 
 /// A value of any type but a group.

@@ -171,7 +171,6 @@ private:
     void close_level();
 
     bool take_tag(ParserValue::Type& type) noexcept;
-    void take_scalars(const Level& level);
     void take_plain(ParserValue::Type type);
     void fill_values(ParserValueList& values, std::size_t first);
     void append_values(ParserValueList& values);

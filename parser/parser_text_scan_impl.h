@@ -73,7 +73,7 @@ class Block {
 public:
     explicit Block(const char* text) noexcept
         : bytes_(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text))) {}
-    /// All of at most sixteen characters, in any order, some of them twice, and NULs.
+    /// All of fewer than sixteen characters, in any order, some of them twice, and NULs.
     Block(const char* text, std::size_t size) noexcept {
         std::uint64_t low = 0;
         std::uint64_t high = 0;
