@@ -4,6 +4,9 @@ root=$PWD
 jobs=$(nproc 2>/dev/null || echo 2)
 newly_installed=""
 
+# For builds that only have to run: the sources of a folder are compiled sixteen together, which is several times as fast.
+together=(-DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=16)
+
 has_header() {
     printf '#if !__has_include(<%s>)\n#error\n#endif\n' "$1" |
         "${CXX:-c++}" -x c++ -std=c++20 -E - >/dev/null 2>&1
