@@ -1,6 +1,7 @@
 #include "parser/parser_text_block_impl.h"
 
-#if defined(BK_SCAN_VECTORS) && defined(__GNUC__)
+// MinGW's g++ does not align the stack for such vectors.
+#if defined(BK_SCAN_VECTORS) && defined(__GNUC__) && !defined(__MINGW32__)
 #define BK_SCAN_AVX2 1
 #include <immintrin.h>
 #endif
