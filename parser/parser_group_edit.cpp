@@ -108,7 +108,12 @@ void ParserGroup::remove_entry(unsigned int position) {
 /// Removes the entries at the positions that the predicate names. They are deleted when the group is whole again.
 template <class IsRemoved>
 void ParserGroup::take_out(IsRemoved is_removed) {
+    unsigned int removed_count = 0;
+    for (unsigned int position = 0; position < entries_.get_count(); ++position) {
+        removed_count += is_removed(position) ? 1 : 0;
+    }
     CoreVector<ParserEntry*> removed;
+    removed.reserve(removed_count); // memory may end here, where no entry has moved yet
     unsigned int kept = 0;
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
         if (is_removed(position)) {

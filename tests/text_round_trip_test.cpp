@@ -182,3 +182,30 @@ TEST(text_round_trip, a_print_reads_without_faults) {
         }
     }
 }
+
+TEST(text_round_trip, values_that_stood_together_are_written_one_by_one_after_an_edit) {
+    ParserGroup group("root");
+    ASSERT_TRUE(group.set_text("a 1 2.50 3 yes 5", CoreVersion(1.2), nullptr));
+    const auto printed = [&group] {
+        CoreString text;
+        group.get_text(text, false, false, 1);
+        return std::string(text.get_view());
+    };
+    EXPECT_EQ(printed(), " a 1 2.50 3 yes 5");
+    group.get_entry(0)->remove_value(2u);
+    EXPECT_EQ(printed(), " a 1 2.50 yes 5");
+    group.get_entry(0)->move_value(0, 1);
+    EXPECT_EQ(printed(), " a 2.50 1 yes 5");
+    group.get_entry(0)->set_int(7, 2);
+    EXPECT_EQ(printed(), " a 2.50 1 7 5");
+    group.get_entry(0)->add_int(8);
+    EXPECT_EQ(printed(), " a 2.50 1 7 5 8");
+}
+
+TEST(text_round_trip, one_blank_is_written_whatever_stood_between_values) {
+    ParserGroup group("root");
+    ASSERT_TRUE(group.set_text("a 1\t2\n3,4  5\r6 \"seven seven\" 8", CoreVersion(1.2), nullptr));
+    CoreString text;
+    group.get_text(text, false, false, 1);
+    EXPECT_EQ(std::string(text.get_view()), " a 1 2 3 4 5 6 \"seven seven\" 8");
+}
