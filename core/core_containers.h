@@ -5,6 +5,7 @@
 #include "core/core_string.h"
 
 #include <algorithm>
+#include <bit>
 #include <initializer_list>
 #include <memory>
 #include <new>
@@ -116,7 +117,10 @@ private:
         if (needed > limit) {
             CoreMemory::refuse_count();
         }
-        core_uint64 capacity = capacity_ == 0 ? 1 : capacity_;
+        if (capacity_ == 0) {
+            return static_cast<unsigned int>(std::min(std::bit_ceil(needed), limit));
+        }
+        core_uint64 capacity = capacity_;
         while (capacity < needed) {
             capacity *= 2;
         }

@@ -26,25 +26,43 @@ inline bool rounds_to_nearest() noexcept {
     return 1.0f + value == 1.0f - value;
 }
 
-/// A whole number below 2^53 and a power of ten up to 10^22 are both exact doubles, so that one multiplication or
-/// division gives the nearest double. False, and nothing converted, for other numbers.
+/// Powers of ten that are doubles.
+inline constexpr double exact_powers_of_ten[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+inline constexpr std::int64_t most_exact_power = 22;
+
+/// Whether one operation with a power of ten gives the nearest double: when both are exact.
+inline bool is_exact_operand(std::uint64_t mantissa) noexcept {
+    return FLT_EVAL_METHOD == 0 && mantissa <= std::uint64_t{1} << 53 && rounds_to_nearest();
+}
+
+/// A number with up to 22 places behind the point. False, and nothing converted, where that is not exact.
+inline bool divide_exactly(std::uint64_t mantissa, std::size_t places, double& value) noexcept {
+    if (!is_exact_operand(mantissa)) {
+        return false;
+    }
+    value = static_cast<double>(static_cast<std::int64_t>(mantissa)) / exact_powers_of_ten[places];
+    return true;
+}
+
+/// The nearest double to a number of up to 19 digits of which so many stand behind the point. False, and nothing converted,
+/// for 0, and where there are no numbers of 128 bits.
+bool divide_by_ten_to(std::size_t places, std::uint64_t number, double& value) noexcept;
+
+/// As divide_exactly, of a number with an exponent. False for one that is far from 1, too.
 inline bool convert_exactly(const Decimal& number, double& value) noexcept {
-    static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-    if (number.significant > 19 || number.mantissa > (std::uint64_t{1} << 53) || number.exponent < -22 ||
-        number.exponent > 22) {
+    if (number.significant > 19 || number.exponent < -most_exact_power ||
+        number.exponent > most_exact_power) {
         return false;
     }
-    const double mantissa = static_cast<double>(number.mantissa);
-    if (number.exponent == 0) {
-        value = mantissa;
-        return true;
+    if (number.exponent <= 0) {
+        return divide_exactly(number.mantissa, static_cast<std::size_t>(-number.exponent), value);
     }
-    if (FLT_EVAL_METHOD != 0 || !rounds_to_nearest()) {
+    if (!is_exact_operand(number.mantissa)) {
         return false;
     }
-    value = number.exponent < 0 ? mantissa / powers[-number.exponent] : mantissa * powers[number.exponent];
+    value = static_cast<double>(number.mantissa) * exact_powers_of_ten[number.exponent];
     return true;
 }
 

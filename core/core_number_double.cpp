@@ -222,7 +222,7 @@ double nearest_double(std::uint64_t mantissa, std::int64_t exponent_of_lowest) n
 }
 
 DoubleText text_to_double(std::string_view text) noexcept {
-    if (double plain = 0.0; read_short_decimal(text, plain) || read_long_decimal(text, plain)) {
+    if (double plain = 0.0; read_plain_decimal(text, plain)) {
         return {plain, text.size()};
     }
     NumberScanner scanner(text);

@@ -36,6 +36,9 @@ public:
 
     Grammar(std::string_view text, Sink& sink) : words_(text), sink_(sink) {}
 
+    /// Somebody asks for each word of the outermost group, so that there they are taken one by one.
+    void watch_outermost() noexcept { is_watched_ = true; }
+
     /// False when the text is empty, its last word was a fault or the empty tag, or the sink wanted no more. `on_word`
     /// is called before each word of the outermost group, with the stream.
     template <class OnWord>
@@ -111,6 +114,7 @@ private:
         } else if (is_char(word.data()[word[0] == '-' ? 1 : 0], CHAR_DIGIT)) { // no digit follows a lone "-"
             const bool has_quotes = (words_.classes() & CHAR_QUOTE) != 0;
             take_value(word, has_quotes ? classify_value(word) : classify_number(word, words_.classes()));
+            take_numbers();
         } else if (is_string_word(word)) {
             take_value(word, ParserWord::TYPE_STRING); // a quote begins nothing else
         } else if (is_keyword_word(word)) {
@@ -173,6 +177,23 @@ private:
         }
         level_.has_taken = true;
         level_.last_kind = kind;
+    }
+
+    /// Numbers come in rows: the next ones are taken without asking what else they could be.
+    void take_numbers() {
+        if (!level_.has_entry || (is_watched_ && outer_.empty())) { // without an entry they are faults
+            return;
+        }
+        Sink& sink = sink_;
+        bool has_values = false;
+        words_.cut_numbers([&sink, &has_values](std::string_view word, unsigned int classes) {
+            sink.add_value(classify_number(word, classes), word);
+            has_values = true;
+        });
+        if (has_values) {
+            level_.last_kind = classify_number(words_.word(), words_.classes());
+            level_.has_values = true;
+        }
     }
 
     void take_operator(std::string_view word) {
@@ -257,6 +278,7 @@ private:
     Level level_;              // the innermost group
     std::vector<Level> outer_; // the groups around it, the outermost first
     bool is_stopped_ = false;
+    bool is_watched_ = false;
 };
 
 } // namespace bk

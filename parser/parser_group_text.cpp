@@ -12,6 +12,9 @@ TextResult parse(ParserGroup& group, const CoreString& text, const CoreVersion& 
                  ParserReadObserver* observer, const ParserLimits& limits) {
     TreeSink sink(group, has_escapes(version), observer, limits);
     Grammar<TreeSink> grammar(text.get_view(), sink);
+    if (progress) {
+        grammar.watch_outermost();
+    }
     const bool is_clean = grammar.run([progress](const WordStream& words) {
         if (progress) {
             progress.set_value(words.fraction());

@@ -1,7 +1,7 @@
 #include "parser/parser_text_block_impl.h"
 
 // MinGW's g++ does not align the stack for such vectors.
-#if defined(BK_SCAN_VECTORS) && defined(__GNUC__) && !defined(__MINGW32__)
+#if defined(BK_USE_VECTORS) && defined(__GNUC__) && !defined(__MINGW32__)
 #define BK_SCAN_AVX2 1
 #include <immintrin.h>
 #endif
@@ -105,7 +105,7 @@ MakeMasks fastest_make_masks() noexcept {
 #if defined(BK_SCAN_AVX2)
     static const MakeMasks chosen = has_avx2() ? make_masks_avx2 : vector::make_masks;
     return chosen;
-#elif defined(BK_SCAN_VECTORS)
+#elif defined(BK_USE_VECTORS)
     return vector::make_masks;
 #else
     return portable::make_masks;

@@ -59,7 +59,7 @@ inline TextMasks make_masks(const char* text) noexcept {
 
 } // namespace portable
 
-#if defined(BK_SCAN_SSE2)
+#if defined(BK_HAS_VECTORS)
 
 namespace vector {
 

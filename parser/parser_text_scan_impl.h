@@ -1,19 +1,12 @@
 #pragma once
 
+#include "core/core_vectors_impl.h"
 #include "parser/parser_characters_impl.h"
 
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-
-#if defined(__SSE2__) || defined(_M_X64)
-#define BK_SCAN_SSE2 1
-#include <emmintrin.h>
-#if !defined(BK_PARSER_PORTABLE)
-#define BK_SCAN_VECTORS 1
-#endif
-#endif
 
 /// Searches for characters: sixteen at a time where there are vectors, else one at a time. Every function is there
 /// twice, and both do the same; x86-64 always has the vectors, so nothing needs to be asked at run time.
@@ -61,7 +54,7 @@ inline const char* find_directive(const char* p, const char* end) noexcept {
 
 } // namespace portable
 
-#if defined(BK_SCAN_SSE2)
+#if defined(BK_HAS_VECTORS)
 
 /// Sixteen characters at a time, as long as there are so many.
 namespace vector {
@@ -180,7 +173,7 @@ inline const char* find_directive(const char* p, const char* end) noexcept {
 
 #endif
 
-#if defined(BK_SCAN_VECTORS)
+#if defined(BK_USE_VECTORS)
 using vector::are_name_characters;
 using vector::find_directive;
 using vector::find_escaped;

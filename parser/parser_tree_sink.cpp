@@ -44,6 +44,7 @@ void TreeSink::add_string(std::string_view word) {
     const bool has_escapes = has_escapes_ && word.find('\\') != std::string_view::npos;
     text_size_ +=
         has_escapes ? ValueAccess::escaped_string_need(word.size()) : ValueAccess::string_need(word.size());
+    has_strings_ = true;
     values_.emplace_back(ParserValue::TYPE_STRING, word, has_escapes);
 }
 
@@ -102,56 +103,84 @@ CoreString TreeSink::shown_word(std::string_view word) const {
 ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
     has_entry_ = false;
     const auto count = static_cast<unsigned int>(values_.size()) + extra_values;
-    const std::size_t text_size = keeps_run() ? text_run().size() : text_size_;
-    std::unique_ptr<ParserEntry> made(EntryAccess::make(fields_, count, text_size));
+    const std::string_view run = text_run();
+    std::unique_ptr<ParserEntry> made(
+        EntryAccess::make(fields_, count, run.empty() ? text_size_ : run.size()));
     if (!template_name_.empty()) {
         made->set_template(CoreString(template_name_));
     }
     if (!values_.empty()) {
-        fill_values(EntryAccess::values(*made), extra_values == 0);
+        ParserValueList& values = EntryAccess::values(*made);
+        fill_values(values, run);
+        if (extra_values == 0 && !has_binary_data_) {
+            values.keep_plain();
+        }
     }
     entries_.push_back(made.get());
     values_.clear();
     text_size_ = 0;
+    has_strings_ = false;
     has_binary_data_ = false;
     return made.release();
 }
 
-/// The text from the first value to the last, and the quote behind that if it is a string.
+/// The text from the first value to the last, and the quote behind that if it is a string, when it is kept as it stands:
+/// as a rule values stand one blank apart, and one copy is made faster than many. Else nothing.
 std::string_view TreeSink::text_run() const noexcept {
+    constexpr std::size_t spare = 2; // bytes between two values
+    if (values_.empty() || (values_.size() == 1 && !are_scalars())) {
+        return {};
+    }
     const PendingValue& first = values_.front();
     const PendingValue& last = values_.back();
     const char* const end = last.begin + last.size + (last.type == ParserValue::TYPE_STRING ? 1 : 0);
-    return {first.begin, static_cast<std::size_t>(end - first.begin)};
-}
-
-/// Whether the run is kept as it stands. As a rule values stand one blank apart, and one copy is made faster than many.
-bool TreeSink::keeps_run() const noexcept {
-    constexpr std::size_t spare = 2; // bytes between two values
-    return values_.size() > 1 && text_run().size() <= text_size_ + spare * values_.size();
+    const auto size = static_cast<std::size_t>(end - first.begin);
+    return size <= text_size_ + spare * values_.size() ? std::string_view(first.begin, size)
+                                                       : std::string_view();
 }
 
 /// Puts the values into the room that the list has for them.
-void TreeSink::fill_values(ParserValueList& values, bool are_all) const {
-    ParserValue* place = values.room();
-    char* const room = values.text_room();
-    const bool is_run = keeps_run();
-    const char* const run = values_.front().begin;
-    if (is_run) {
-        copy_text(room, run, text_run().size());
+void TreeSink::fill_values(ParserValueList& values, std::string_view run) const {
+    if (run.empty()) {
+        fill_apart(values);
+        return;
     }
-    char* text = room;
+    copy_text(values.text_room(), run.data(), run.size());
+    if (are_scalars()) {
+        fill_scalar_run(values);
+    } else {
+        fill_run(values);
+    }
+}
+
+void TreeSink::fill_apart(ParserValueList& values) const {
+    ParserValue* place = values.room();
+    char* text = values.text_room();
     for (const PendingValue& value : values_) {
-        if (is_run) {
-            text = room + (value.begin - run);
-        }
-        fill_value(place, value, text, is_run);
-        ++place;
+        fill_value(place++, value, text, false);
         values.set_count(values.get_count() + 1);
     }
-    if (are_all && !has_binary_data_) {
-        values.keep_plain();
+}
+
+/// The text of all stands in its room.
+void TreeSink::fill_run(ParserValueList& values) const {
+    ParserValue* place = values.room();
+    for (const PendingValue& value : values_) {
+        char* text = values.text_room() + (value.begin - values_.front().begin);
+        fill_value(place++, value, text, true);
+        values.set_count(values.get_count() + 1);
     }
+}
+
+/// The same of scalars.
+void TreeSink::fill_scalar_run(ParserValueList& values) const noexcept {
+    ParserValue* place = values.room();
+    const char* const text = values.text_room();
+    const char* const run = values_.front().begin;
+    for (const PendingValue& value : values_) {
+        ValueAccess::show_spelled(place++, value.type, {text + (value.begin - run), value.size});
+    }
+    values.set_count(static_cast<unsigned int>(values_.size()));
 }
 
 /// `text` is where the value's text is to stand, if it is to stand outside the value, or stands already.

@@ -89,8 +89,12 @@ private:
     }
     ParserEntry* make_entry(unsigned int extra_values);
     std::string_view text_run() const noexcept;
-    bool keeps_run() const noexcept;
-    void fill_values(ParserValueList& values, bool are_all) const;
+    /// Whether the values are nothing but their spellings.
+    bool are_scalars() const noexcept { return !has_strings_ && !has_binary_data_; }
+    void fill_values(ParserValueList& values, std::string_view run) const;
+    void fill_apart(ParserValueList& values) const;
+    void fill_run(ParserValueList& values) const;
+    void fill_scalar_run(ParserValueList& values) const noexcept;
     static void fill_value(ParserValue* place, const PendingValue& value, char*& text, bool is_copied);
     void attach_entries();
     void discard_entries() noexcept;
@@ -106,6 +110,7 @@ private:
     std::string_view template_name_;
     std::vector<PendingValue> values_;
     std::size_t text_size_ = 0; // of the text area that these values need
+    bool has_strings_ = false;
     bool has_binary_data_ = false;
 
     std::vector<OpenGroup> groups_;     // the outermost first

@@ -2,7 +2,6 @@
 
 #include "core/core_guard_impl.h"
 #include "core/core_memory.h"
-#include "core/core_number_impl.h"
 #include "parser/parser_group.h"
 #include "parser/parser_teardown_impl.h"
 #include "parser/parser_value_impl.h"
@@ -201,26 +200,9 @@ void ParserValue::set_binary_data(void* data, const unsigned int& size) {
 }
 
 void ParserValue::make_value() const {
-    const Type type = get_type();
-    if (has(VALUE_HELD) || type < TYPE_BOOL || type > TYPE_DOUBLE) {
-        return;
+    if (!has(VALUE_HELD)) {
+        bk::ValueAccess::convert_spelling(*this);
     }
-    const std::string_view text(spelled_.text, size_);
-    switch (type) {
-    case TYPE_BOOL:
-        spelled_.scalar.as_bool = text == "yes";
-        break;
-    case TYPE_CHAR:
-        spelled_.scalar.as_char = static_cast<char>(bk::text_to_int(text).value);
-        break;
-    case TYPE_INT:
-        spelled_.scalar.as_int = bk::text_to_int(text).value;
-        break;
-    default:
-        spelled_.scalar.as_double = bk::clamp_to_finite(bk::text_to_double(text).value);
-        break;
-    }
-    bits_ |= VALUE_HELD;
 }
 
 void ParserValue::report_mismatch(const char* read) const {
@@ -231,7 +213,9 @@ void ParserValue::report_mismatch(const char* read) const {
 }
 
 bool ParserValue::get_as_bool() const {
-    make_value();
+    if (!has(VALUE_HELD)) {
+        bk::ValueAccess::convert_spelling(*this);
+    }
     switch (get_type()) {
     case TYPE_BOOL:
         return spelled_.scalar.as_bool;
@@ -248,7 +232,9 @@ bool ParserValue::get_as_bool() const {
 }
 
 char ParserValue::get_as_char() const {
-    make_value();
+    if (!has(VALUE_HELD)) {
+        bk::ValueAccess::convert_spelling(*this);
+    }
     switch (get_type()) {
     case TYPE_BOOL:
         return spelled_.scalar.as_bool ? 1 : 0;
@@ -265,7 +251,9 @@ char ParserValue::get_as_char() const {
 }
 
 int ParserValue::get_as_int() const {
-    make_value();
+    if (!has(VALUE_HELD)) {
+        bk::ValueAccess::convert_spelling(*this);
+    }
     switch (get_type()) {
     case TYPE_BOOL:
         return spelled_.scalar.as_bool ? 1 : 0;
@@ -282,7 +270,9 @@ int ParserValue::get_as_int() const {
 }
 
 double ParserValue::get_as_double() const {
-    make_value();
+    if (!has(VALUE_HELD)) {
+        bk::ValueAccess::convert_spelling(*this);
+    }
     switch (get_type()) {
     case TYPE_BOOL:
         return spelled_.scalar.as_bool ? 1.0 : 0.0;

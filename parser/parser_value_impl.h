@@ -44,6 +44,8 @@ public:
         }
         return value.spelled_.scalar;
     }
+    /// Makes the scalar of a bool, char, int or double out of its spelling.
+    static void convert_spelling(const ParserValue& value) noexcept;
     static std::string_view string(const ParserValue& value) noexcept {
         return value.get_as_string().get_view();
     }
@@ -133,6 +135,9 @@ public:
     static void forget(ParserValue& value) noexcept;
 
 private:
+    static bool has_margin(const ParserValue& value) noexcept;
+    static int spelled_int(const ParserValue& value) noexcept;
+    static double spelled_double(const ParserValue& value) noexcept;
     /// Stored whole: a narrow store is slow to read back in a wide load.
     static ParserValue::Scalar scalar_of([[maybe_unused]] ParserValue::Type type,
                                          std::uint64_t bits) noexcept {

@@ -4,6 +4,18 @@
 
 namespace bk {
 
+namespace {
+
+/// As std::popcount, which is a call where not every processor has an instruction for it.
+constexpr unsigned int count_bits(std::uint64_t bits) noexcept {
+    bits -= bits >> 1 & 0x5555555555555555u;
+    bits = (bits & 0x3333333333333333u) + (bits >> 2 & 0x3333333333333333u);
+    bits = (bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0Fu;
+    return static_cast<unsigned int>(bits * 0x0101010101010101u >> 56);
+}
+
+} // namespace
+
 Token WordStream::token() noexcept {
     const std::uint64_t before = (std::uint64_t{1} << (start_ - block_)) - 1;
     count_lines(masks_.breaks & before);
@@ -24,6 +36,12 @@ void WordStream::take_block() noexcept {
     fill_block(std::max(block_ + std::min(TextMasks::width, end_ - block_), word_end_));
 }
 
+/// Goes on at the bit `first`.
+void WordStream::restart_block(std::uint64_t first) noexcept {
+    count_lines(masks_.breaks & (first - 1));
+    fill_block(block_ + std::countr_zero(first));
+}
+
 void WordStream::fill_block(const char* from) noexcept {
     block_ = from;
     masks_ =
@@ -32,10 +50,8 @@ void WordStream::fill_block(const char* from) noexcept {
 }
 
 void WordStream::count_lines(std::uint64_t breaks) noexcept {
-    for (; breaks != 0; breaks &= breaks - 1) {
-        ++line_;
-        line_start_ = block_ + std::countr_zero(breaks) + 1;
-    }
+    line_ += count_bits(breaks);
+    line_start_ = breaks == 0 ? line_start_ : block_ + 64 - std::countl_zero(breaks);
 }
 
 /// A word from the bit `first` on that does not end at a blank of the block: a delimiter; a word that ends at one, or
@@ -47,6 +63,10 @@ bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept 
         position_ = word_end_;
         unread_ &= unread_ - 1;
         return true;
+    }
+    if (first != 1 && is_cut_off(first, end)) {
+        restart_block(first);
+        return next();
     }
     if (*start_ == '"' && end_string(first)) {
         return true;
@@ -64,6 +84,12 @@ bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept 
     const std::ptrdiff_t at = word_end_ - block_;
     unread_ = at < TextMasks::width ? unread_ & ~std::uint64_t{0} << at : 0;
     return word_end_ != start_;
+}
+
+/// Whether the block ends before the word from the bit `first` on, or what follows its closing quote, is seen. As a rule the
+/// word is short, and then whole in a block that begins with it.
+bool WordStream::is_cut_off(std::uint64_t first, std::uint64_t end) const noexcept {
+    return *start_ == '"' ? (masks_.quotes & -(first << 1)) << 1 == 0 : end == 0;
 }
 
 /// What most strings are: one that ends in the block, at a quote that is not escaped, with a blank behind. False when it is

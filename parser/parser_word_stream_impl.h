@@ -54,6 +54,38 @@ public:
         return true;
     }
 
+    /// Cuts words as long as each is a number that is followed by a blank, and hands each over: take(word, classes). Numbers
+    /// come in rows, and what the stream knows of its last word is told once a row.
+    template <class Take>
+    void cut_numbers(Take take) {
+        const TextMasks masks = masks_;
+        std::uint64_t unread = unread_;
+        const char* start = start_;
+        std::size_t size = 0;
+        unsigned int classes = classes_;
+        while (unread != 0) { // cut as in next()
+            const std::uint64_t first = unread & -unread;
+            const std::uint64_t ends = masks.run_ends & -first;
+            const std::uint64_t end = ends & -ends;
+            const char* const begin = block_ + std::countr_zero(first);
+            if ((masks.blanks & end) == 0 || !is_char(begin[*begin == '-' ? 1 : 0], CHAR_DIGIT)) {
+                break;
+            }
+            start = begin;
+            size = static_cast<std::size_t>(std::countr_zero(end) - std::countr_zero(first));
+            classes = (masks.double_marks & (end - first)) != 0 ? CHAR_DOUBLE_MARK : 0;
+            unread &= -end;
+            take(std::string_view(start, size), classes);
+        }
+        if (size != 0) {
+            unread_ = unread;
+            start_ = start;
+            classes_ = classes;
+            word_end_ = start + size;
+            position_ = word_end_ + 1;
+        }
+    }
+
     /// The word that was cut last.
     std::string_view word() const noexcept { return {start_, static_cast<std::size_t>(word_end_ - start_)}; }
     /// Which of CHAR_DOUBLE_MARK and CHAR_QUOTE its characters have, but for those between quotes.
@@ -71,9 +103,11 @@ public:
 
 private:
     void take_block() noexcept;
+    void restart_block(std::uint64_t first) noexcept;
     void fill_block(const char* from) noexcept;
     void count_lines(std::uint64_t breaks) noexcept;
     bool end_otherwise(std::uint64_t first, std::uint64_t end) noexcept;
+    bool is_cut_off(std::uint64_t first, std::uint64_t end) const noexcept;
     bool end_string(std::uint64_t first) noexcept;
     const char* find_run_end(const char* p) noexcept;
     const char* find_end_past(const char* p) noexcept;

@@ -1,4 +1,3 @@
-#include "core/core_number_digits_impl.h"
 #include "core/core_number_impl.h"
 #include "core/core_number_short_impl.h"
 
@@ -100,53 +99,5 @@ TEST(core_number_short, random_doubles_keep_their_text) {
         const double number =
             std::ldexp(static_cast<double>(random() >> 11), static_cast<int>(random() % 40) - 60);
         ASSERT_TRUE(is_short_or_left(number)) << number;
-    }
-}
-
-TEST(core_number_digits, one_to_eight_digits_are_read) {
-    std::uint32_t number = 1;
-    for (std::uint32_t expected : {0u, 7u, 10u, 99u, 123u, 4096u, 70000u, 999999u, 1234567u, 99999999u}) {
-        const std::string text = std::to_string(expected);
-        const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
-        ASSERT_TRUE(bk::read_short_digits(bk::load_le(bytes, text.size()), text.size(), number)) << text;
-        EXPECT_EQ(number, expected);
-    }
-    const unsigned char zeros[] = {'0', '0', '0', '4', '2'};
-    ASSERT_TRUE(bk::read_short_digits(bk::load_le(zeros, 5), 5, number));
-    EXPECT_EQ(number, 42u);
-}
-
-TEST(core_number_digits, any_other_character_is_refused_at_every_place) {
-    std::uint32_t number = 0;
-    for (std::size_t size = 1; size <= bk::most_short_digits; ++size) {
-        for (std::size_t place = 0; place < size; ++place) {
-            for (int byte = 0; byte < 256; ++byte) {
-                std::string text(size, '9');
-                text[place] = static_cast<char>(byte);
-                const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
-                ASSERT_EQ(bk::read_short_digits(bk::load_le(bytes, size), size, number),
-                          byte >= '0' && byte <= '9')
-                    << size << ' ' << place << ' ' << byte;
-            }
-        }
-    }
-}
-
-TEST(core_number_digits, the_first_point_is_found_and_taken_out) {
-    for (std::size_t size = 1; size <= bk::most_short_digits; ++size) {
-        const std::string digits = std::string("12345678").substr(0, size);
-        const auto* bytes = reinterpret_cast<const unsigned char*>(digits.data());
-        EXPECT_EQ(bk::find_point(bk::load_le(bytes, size), size), size);
-        for (std::size_t place = 0; place < size; ++place) {
-            std::string text = digits;
-            text[place] = '.';
-            text[size - 1] = '.';
-            bytes = reinterpret_cast<const unsigned char*>(text.data());
-            const std::uint64_t characters = bk::load_le(bytes, size);
-            ASSERT_EQ(bk::find_point(characters, size), place);
-            text.erase(place, 1);
-            bytes = reinterpret_cast<const unsigned char*>(text.data());
-            EXPECT_EQ(bk::without(characters, place), bk::load_le(bytes, text.size()));
-        }
     }
 }

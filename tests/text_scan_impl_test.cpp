@@ -30,7 +30,7 @@ bk::TextMasks expected_masks(const std::string& text) {
 std::vector<bk::MakeMasks> all_ways() {
     return {
         bk::portable::make_masks,
-#if defined(BK_SCAN_SSE2)
+#if defined(BK_HAS_VECTORS)
             bk::vector::make_masks,
 #endif
             bk::fastest_make_masks(),
