@@ -41,6 +41,15 @@ bool read_digits(std::string_view text, PointedDigits& digits) noexcept {
            add_first_characters(end - most_pointed_digits, text.size() - most_pointed_digits, digits);
 }
 
+int starts_with_minus(std::string_view text) noexcept {
+    return !text.empty() && text[0] == '-' ? 1 : 0;
+}
+
+/// Without a branch: signs cannot be foreseen either.
+int with_sign(std::uint32_t magnitude, int is_negative) noexcept {
+    return (static_cast<int>(magnitude) ^ -is_negative) + is_negative;
+}
+
 /// A copy of a text, with a margin.
 class MarginedCopy {
 public:
@@ -60,25 +69,19 @@ private:
 } // namespace
 
 bool read_margined_int(std::string_view text, int& value) noexcept {
-    if (text.empty()) {
-        return false;
-    }
-    const int is_negative = text[0] == '-' ? 1 : 0;
+    const int is_negative = starts_with_minus(text);
     const std::size_t size = text.size() - static_cast<std::size_t>(is_negative);
     std::uint32_t number = 0;
     if (size - 1 >= most_short_digits || // also without any
         !read_eight_digits(eight_before(text.data() + text.size(), size), number)) {
         return false;
     }
-    value = (static_cast<int>(number) ^ -is_negative) + is_negative;
+    value = with_sign(number, is_negative);
     return true;
 }
 
 bool read_margined_decimal(std::string_view text, double& value) noexcept {
-    if (text.empty()) {
-        return false;
-    }
-    const std::uint64_t is_negative = text[0] == '-' ? 1 : 0;
+    const auto is_negative = static_cast<std::uint64_t>(starts_with_minus(text));
     text.remove_prefix(is_negative);
     PointedDigits digits;
     if (text.size() < 2 || text.size() > most_characters ||
@@ -96,8 +99,18 @@ bool read_margined_decimal(std::string_view text, double& value) noexcept {
 }
 
 bool read_plain_int(std::string_view text, int& value) noexcept {
-    return text.size() <= MarginedCopy::most_characters &&
-           read_margined_int(MarginedCopy(text).text(), value);
+    const int is_negative = starts_with_minus(text);
+    text.remove_prefix(static_cast<std::size_t>(is_negative));
+    if (text.empty() || text.size() > most_short_digits) {
+        return false;
+    }
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
+    std::uint32_t number = 0;
+    if (!read_short_digits(load_le(bytes, text.size()), text.size(), number)) {
+        return false;
+    }
+    value = with_sign(number, is_negative);
+    return true;
 }
 
 bool read_plain_decimal(std::string_view text, double& value) noexcept {

@@ -71,7 +71,7 @@ static_assert(half_tables.next_bit <= 0x100, "the classes fit a byte");
 }
 
 /// Thirty-two characters at a time. A character from 0x80 up has no class: looking up its low half gives none.
-[[gnu::target("avx2")]] TextMasks make_masks_avx2(const char* text) noexcept {
+[[gnu::target("avx2")]] void make_masks_avx2(const char* text, TextMasks& out) noexcept {
     TextMasks masks;
     for (unsigned int i = 0; i < TextMasks::width; i += 32) {
         const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + i));
@@ -89,7 +89,7 @@ static_assert(half_tables.next_bit <= 0x100, "the classes fit a byte");
     masks.blanks = ~masks.blanks;
     masks.run_ends = ~masks.run_ends;
     masks.double_marks = ~masks.double_marks;
-    return masks;
+    out = masks;
 }
 
 bool has_avx2() noexcept {

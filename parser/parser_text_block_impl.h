@@ -41,7 +41,7 @@ constexpr std::array<std::uint64_t, 256> make_mask_table() {
 
 inline constexpr std::array<std::uint64_t, 256> mask_table = make_mask_table();
 
-inline TextMasks make_masks(const char* text) noexcept {
+inline void make_masks(const char* text, TextMasks& out) noexcept {
     TextMasks masks;
     for (unsigned int i = 0; i < TextMasks::width; i += 8) {
         std::uint64_t of_eight = 0;
@@ -54,7 +54,7 @@ inline TextMasks make_masks(const char* text) noexcept {
         masks.double_marks |= (of_eight >> 24 & 0xFF) << i;
         masks.quotes |= (of_eight >> 32 & 0xFF) << i;
     }
-    return masks;
+    out = masks;
 }
 
 } // namespace portable
@@ -63,7 +63,7 @@ inline TextMasks make_masks(const char* text) noexcept {
 
 namespace vector {
 
-inline TextMasks make_masks(const char* text) noexcept {
+inline void make_masks(const char* text, TextMasks& out) noexcept {
     TextMasks masks;
     for (unsigned int i = 0; i < TextMasks::width; i += width) {
         const Block block(text + i);
@@ -75,23 +75,25 @@ inline TextMasks make_masks(const char* text) noexcept {
         masks.double_marks |= std::uint64_t{Block::mask(block.double_marks())} << i;
         masks.quotes |= std::uint64_t{Block::mask(block.quotes())} << i;
     }
-    return masks;
+    out = masks;
 }
 
 } // namespace vector
 
 #endif
 
-using MakeMasks = TextMasks (*)(const char* text) noexcept;
+/// Into a place of the caller's: masks that are handed over by copies are read before they have arrived.
+using MakeMasks = void (*)(const char* text, TextMasks& out) noexcept;
 
 /// The fastest of the functions above, and of those that need more than every processor has.
 MakeMasks fastest_make_masks() noexcept;
 
 /// Of the characters up to `end`, of which there are fewer than a block has; a NUL stands for each that is missing.
-inline TextMasks make_last_masks(MakeMasks make_masks, const char* text, const char* end) noexcept {
+inline void make_last_masks(MakeMasks make_masks, const char* text, const char* end,
+                            TextMasks& out) noexcept {
     char padded[TextMasks::width] = {};
     std::memcpy(padded, text, static_cast<std::size_t>(end - text));
-    return make_masks(padded);
+    make_masks(padded, out);
 }
 
 } // namespace bk

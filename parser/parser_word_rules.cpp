@@ -9,6 +9,16 @@ namespace bk {
 
 namespace {
 
+/// A word with one of these is a double where another number is an int; an upper-case 'E' is none of them.
+bool has_double_mark(std::string_view word) noexcept {
+    return std::any_of(word.begin(), word.end(), [](char c) { return is_char(c, CHAR_DOUBLE_MARK); });
+}
+
+/// `number` is what the word begins with.
+bool is_int_word(std::string_view word, const IntText& number) noexcept {
+    return number.length != 0 && !has_double_mark(word);
+}
+
 NameKind take_name(std::string_view word, std::size_t length, NameParts& parts) noexcept {
     parts.base = word.substr(0, length);
     return NameKind::identifier;
@@ -25,11 +35,11 @@ NameKind take_template(std::string_view word, std::size_t at, NameParts& parts) 
 
 NameKind take_array_count(std::string_view word, std::size_t at, NameParts& parts) noexcept {
     const std::string_view count = word.substr(at + 1, word.size() - at - 2);
-    const int value = text_to_int(count).value;
-    if (!count.empty() && (!is_int_word(count) || value < 0)) {
+    const IntText number = text_to_int(count);
+    if (!count.empty() && (!is_int_word(count, number) || number.value < 0)) {
         return NameKind::invalid;
     }
-    parts.array_count = static_cast<unsigned int>(value);
+    parts.array_count = static_cast<unsigned int>(number.value);
     return take_name(word, at, parts);
 }
 
@@ -109,17 +119,8 @@ bool is_keyword_word(std::string_view word) noexcept {
     return true;
 }
 
-namespace {
-
-/// A word with one of these is a double where another number is an int; an upper-case 'E' is none of them.
-bool has_double_mark(std::string_view word) noexcept {
-    return std::any_of(word.begin(), word.end(), [](char c) { return is_char(c, CHAR_DOUBLE_MARK); });
-}
-
-} // namespace
-
 bool is_int_word(std::string_view word) noexcept {
-    return !has_double_mark(word) && text_to_int(word).length != 0;
+    return is_int_word(word, text_to_int(word));
 }
 
 bool is_double_word(std::string_view word) noexcept {

@@ -4,18 +4,6 @@
 
 namespace bk {
 
-namespace {
-
-/// As std::popcount, which is a call where not every processor has an instruction for it.
-constexpr unsigned int count_bits(std::uint64_t bits) noexcept {
-    bits -= bits >> 1 & 0x5555555555555555u;
-    bits = (bits & 0x3333333333333333u) + (bits >> 2 & 0x3333333333333333u);
-    bits = (bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0Fu;
-    return static_cast<unsigned int>(bits * 0x0101010101010101u >> 56);
-}
-
-} // namespace
-
 Token WordStream::token() noexcept {
     const std::uint64_t before = (std::uint64_t{1} << (start_ - block_)) - 1;
     count_lines(masks_.breaks & before);
@@ -44,14 +32,19 @@ void WordStream::restart_block(std::uint64_t first) noexcept {
 
 void WordStream::fill_block(const char* from) noexcept {
     block_ = from;
-    masks_ =
-        end_ - block_ >= TextMasks::width ? make_masks_(block_) : make_last_masks(make_masks_, block_, end_);
+    if (end_ - block_ >= TextMasks::width) {
+        make_masks_(block_, masks_);
+    } else {
+        make_last_masks(make_masks_, block_, end_, masks_);
+    }
     unread_ = ~masks_.blanks;
 }
 
 void WordStream::count_lines(std::uint64_t breaks) noexcept {
-    line_ += count_bits(breaks);
-    line_start_ = breaks == 0 ? line_start_ : block_ + 64 - std::countl_zero(breaks);
+    for (; breaks != 0; breaks &= breaks - 1) {
+        ++line_;
+        line_start_ = block_ + std::countr_zero(breaks) + 1;
+    }
 }
 
 /// A word from the bit `first` on that does not end at a blank of the block: a delimiter; a word that ends at one, or
@@ -64,12 +57,14 @@ bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept 
         unread_ &= unread_ - 1;
         return true;
     }
-    if (first != 1 && is_cut_off(first, end)) {
+    if (*start_ == '"') {
+        if (end_string(first)) {
+            return true;
+        }
+    } else if (end == 0 &&
+               first != 1) { // a word is short, as a rule, and whole in a block that begins with it
         restart_block(first);
         return next();
-    }
-    if (*start_ == '"' && end_string(first)) {
-        return true;
     }
     if (end == 0) {
         word_end_ = find_run_end(start_);
@@ -84,12 +79,6 @@ bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept 
     const std::ptrdiff_t at = word_end_ - block_;
     unread_ = at < TextMasks::width ? unread_ & ~std::uint64_t{0} << at : 0;
     return word_end_ != start_;
-}
-
-/// Whether the block ends before the word from the bit `first` on, or what follows its closing quote, is seen. As a rule the
-/// word is short, and then whole in a block that begins with it.
-bool WordStream::is_cut_off(std::uint64_t first, std::uint64_t end) const noexcept {
-    return *start_ == '"' ? (masks_.quotes & -(first << 1)) << 1 == 0 : end == 0;
 }
 
 /// What most strings are: one that ends in the block, at a quote that is not escaped, with a blank behind. False when it is

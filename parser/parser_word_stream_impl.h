@@ -107,7 +107,6 @@ private:
     void fill_block(const char* from) noexcept;
     void count_lines(std::uint64_t breaks) noexcept;
     bool end_otherwise(std::uint64_t first, std::uint64_t end) noexcept;
-    bool is_cut_off(std::uint64_t first, std::uint64_t end) const noexcept;
     bool end_string(std::uint64_t first) noexcept;
     const char* find_run_end(const char* p) noexcept;
     const char* find_end_past(const char* p) noexcept;

@@ -40,7 +40,8 @@ std::vector<bk::MakeMasks> all_ways() {
 void expect_masks(const std::string& text) {
     const bk::TextMasks expected = expected_masks(text);
     for (const bk::MakeMasks make_masks : all_ways()) {
-        const bk::TextMasks masks = make_masks(text.data());
+        bk::TextMasks masks;
+        make_masks(text.data(), masks);
         ASSERT_EQ(masks.blanks, expected.blanks) << text;
         ASSERT_EQ(masks.breaks, expected.breaks) << text;
         ASSERT_EQ(masks.run_ends, expected.run_ends) << text;
@@ -100,8 +101,8 @@ TEST(text_block, random_blocks_have_the_masks_of_their_characters) {
 TEST(text_block, behind_the_end_of_a_text_stand_nuls) {
     for (std::size_t size = 0; size < block; ++size) {
         const std::string text(size, '.');
-        const bk::TextMasks masks =
-            bk::make_last_masks(bk::fastest_make_masks(), text.data(), text.data() + size);
+        bk::TextMasks masks;
+        bk::make_last_masks(bk::fastest_make_masks(), text.data(), text.data() + size, masks);
         const bk::TextMasks expected = expected_masks(text + std::string(block - size, '\0'));
         EXPECT_EQ(masks.double_marks, expected.double_marks) << size;
         EXPECT_EQ(masks.run_ends, expected.run_ends) << size;
