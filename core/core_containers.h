@@ -51,10 +51,7 @@ public:
     /// Appends `count` elements; they must not lie in this vector. The capacity is what adding them one by one
     /// would have made it.
     void add_range(const T* elements, const unsigned int& count) {
-        const core_uint64 needed = core_uint64{count_} + count;
-        if (needed > capacity_) {
-            grow_to(doubled_capacity(needed));
-        }
+        make_room(count);
         std::uninitialized_copy_n(elements, count, data_ + count_);
         count_ += count;
     }
@@ -62,10 +59,7 @@ public:
     /// Appends `count` elements that hold anything until they are written, and gives the first. The capacity is
     /// what adding them one by one would have made it.
     T* extend(const unsigned int& count) requires std::is_trivially_copyable_v<T> {
-        const core_uint64 needed = core_uint64{count_} + count;
-        if (needed > capacity_) {
-            grow_to(doubled_capacity(needed));
-        }
+        make_room(count);
         T* const first = data_ + count_;
         count_ += count;
         return first;
@@ -91,6 +85,13 @@ public:
     void truncate(const unsigned int& count) noexcept {
         std::destroy(data_ + count, data_ + count_);
         count_ = count;
+    }
+    /// Makes room for `count` more elements. The capacity is what adding them one by one would have made it.
+    void make_room(const unsigned int& count) {
+        const core_uint64 needed = core_uint64{count_} + count;
+        if (needed > capacity_) {
+            grow_to(doubled_capacity(needed));
+        }
     }
     /// Makes room for exactly `capacity` elements in all, when there is less.
     void reserve(const unsigned int& capacity) {

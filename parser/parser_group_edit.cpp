@@ -2,9 +2,35 @@
 #include "parser/parser_group.h"
 
 #include <algorithm>
-#include <vector>
+#include <memory>
+
+// Memory may end anywhere below. What an edit needs is therefore taken before an entry moves, and a moved entry is listed at
+// its new place before it leaves the old one. Only the index may need some afterwards, when a host has changed types.
 
 namespace {
+
+struct ReleaseEntry {
+    void operator()(ParserEntry* entry) const noexcept { bk::EntryAccess::release(entry); }
+};
+
+/// Entries that are deleted when their group is whole again.
+class RemovedEntries {
+public:
+    explicit RemovedEntries(unsigned int count) { entries_.reserve(count); }
+    ~RemovedEntries() { std::for_each(entries_.begin(), entries_.end(), ReleaseEntry()); }
+    RemovedEntries(const RemovedEntries&) = delete;
+    RemovedEntries& operator=(const RemovedEntries&) = delete;
+
+    /// As many as were announced.
+    void add(ParserEntry* entry) { entries_.add(entry); }
+
+private:
+    CoreVector<ParserEntry*> entries_;
+};
+
+bool is_ordinary(const ParserEntry* entry) noexcept {
+    return entry != nullptr && entry->get_type() == ParserEntry::TYPE_ENTRY;
+}
 
 void take_slot_out(CoreVector<ParserEntry*>& entries, unsigned int position) noexcept {
     std::copy(entries.begin() + position + 1, entries.end(), entries.begin() + position);
@@ -38,27 +64,32 @@ void ParserGroup::move_entry(const unsigned int& from, const unsigned int& to) {
 }
 
 void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
-    ParserEntry* const entry = entries_[position];
+    if (this == &dest) {
+        move_entry(position, entries_.get_count() - 1);
+        return;
+    }
+    dest.append(entries_[position]);
     take_slot_out(entries_, position);
     rebuild_index();
-    dest.append(entry);
 }
 
 void ParserGroup::move_entries(ParserGroup& dest) {
-    std::vector<ParserEntry*> moved;
+    const auto moved_count =
+        static_cast<unsigned int>(std::count_if(entries_.begin(), entries_.end(), is_ordinary));
+    CoreVector<ParserEntry*> moved;
+    moved.reserve(moved_count);
+    dest.entries_.make_room(&dest == this ? 0 : moved_count);
     unsigned int kept = 0;
     for (ParserEntry* entry : entries_) {
-        if (entry != nullptr && entry->get_type() == ParserEntry::TYPE_ENTRY) {
-            moved.push_back(entry);
+        if (is_ordinary(entry)) {
+            moved.add(entry);
         } else {
             entries_[kept++] = entry;
         }
     }
     entries_.truncate(kept);
+    dest.entries_.add_range(moved.begin(), moved_count);
     rebuild_index();
-    for (ParserEntry* entry : moved) {
-        dest.append(entry);
-    }
 }
 
 void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
@@ -70,10 +101,11 @@ void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
     merged.add_range(dest.entries_.begin(), position);
     merged.add_range(entries_.begin(), entries_.get_count());
     merged.add_range(dest.entries_.begin() + position, dest.entries_.get_count() - position);
+    dest.keyword_index_.make_room(keyword_index_.get_count());
     dest.entries_.swap(merged);
-    dest.rebuild_index();
     entries_.truncate(0);
     keyword_index_.truncate(0);
+    dest.rebuild_index();
 }
 
 void ParserGroup::remove_entries(CoreBasicArray<unsigned int> positions) {
@@ -96,24 +128,22 @@ void ParserGroup::remove_entry(const CoreString& name) {
 }
 
 void ParserGroup::remove_entry(unsigned int position) {
-    ParserEntry* removed = nullptr;
+    std::unique_ptr<ParserEntry, ReleaseEntry> removed; // deleted when the group is whole again
     if (position < entries_.get_count()) {
-        removed = entries_[position];
+        removed.reset(entries_[position]);
         take_slot_out(entries_, position);
     }
     rebuild_index();
-    bk::EntryAccess::release(removed);
 }
 
-/// Removes the entries at the positions that the predicate names. They are deleted when the group is whole again.
+/// Removes the entries at the positions that the predicate names.
 template <class IsRemoved>
 void ParserGroup::take_out(IsRemoved is_removed) {
     unsigned int removed_count = 0;
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
         removed_count += is_removed(position) ? 1 : 0;
     }
-    CoreVector<ParserEntry*> removed;
-    removed.reserve(removed_count); // memory may end here, where no entry has moved yet
+    RemovedEntries removed(removed_count);
     unsigned int kept = 0;
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
         if (is_removed(position)) {
@@ -124,7 +154,4 @@ void ParserGroup::take_out(IsRemoved is_removed) {
     }
     entries_.truncate(kept);
     rebuild_index();
-    for (ParserEntry* entry : removed) {
-        bk::EntryAccess::release(entry);
-    }
 }
