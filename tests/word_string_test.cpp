@@ -28,6 +28,13 @@ TEST(word_string, the_older_rule_does_not_classify) {
     EXPECT_EQ(word->get_type(), ParserWord::TYPE_UNKNOWN);
 }
 
+TEST(word_string, a_word_that_turns_out_to_be_no_name_is_shown_without_its_template) {
+    OwnedWord word("name<inner[x]>", 1.0);
+    EXPECT_EQ(plain(word->get_string()), "name<inner[x]>");
+    EXPECT_FALSE(word->is_identifier());
+    EXPECT_EQ(plain(word->get_string()), "name");
+}
+
 TEST(word_string, under_the_newer_rule_a_quoted_word_is_decoded_and_keeps_its_quotes) {
     const std::pair<std::string, std::string> cases[] = {{"\"\"", "\"\""},
                                                          {"\"abc\"", "\"abc\""},
