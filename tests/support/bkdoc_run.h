@@ -26,11 +26,14 @@ namespace bkdoc_run_detail {
 inline std::string shell_word(std::string_view word) {
     return "\"" + std::string(word) + "\"";
 }
-// The shell takes off the outermost quotes of a line. On a busy machine it cannot always be started at once.
+// The shell takes off the outermost quotes of a line. On a busy machine it cannot always be started at once, nor can it always
+// start a program.
 inline int run_line(const std::string& line) {
+    constexpr int no_shell = -1;
+    constexpr int no_program = 9009;
     const std::wstring quoted = to_wide("\"" + line + "\"");
-    int status = -1;
-    for (int attempt = 0; attempt < 5 && status == -1; ++attempt) {
+    int status = no_shell;
+    for (int attempt = 0; attempt < 5 && (status == no_shell || status == no_program); ++attempt) {
         status = _wsystem(quoted.c_str());
     }
     return status;
