@@ -213,9 +213,7 @@ void ParserValue::report_mismatch(const char* read) const {
 }
 
 bool ParserValue::get_as_bool() const {
-    if (!has(VALUE_HELD)) {
-        bk::ValueAccess::convert_spelling(*this);
-    }
+    make_value();
     switch (get_type()) {
     case TYPE_BOOL:
         return spelled_.scalar.as_bool;
@@ -232,9 +230,7 @@ bool ParserValue::get_as_bool() const {
 }
 
 char ParserValue::get_as_char() const {
-    if (!has(VALUE_HELD)) {
-        bk::ValueAccess::convert_spelling(*this);
-    }
+    make_value();
     switch (get_type()) {
     case TYPE_BOOL:
         return spelled_.scalar.as_bool ? 1 : 0;
@@ -251,9 +247,7 @@ char ParserValue::get_as_char() const {
 }
 
 int ParserValue::get_as_int() const {
-    if (!has(VALUE_HELD)) {
-        bk::ValueAccess::convert_spelling(*this);
-    }
+    make_value();
     switch (get_type()) {
     case TYPE_BOOL:
         return spelled_.scalar.as_bool ? 1 : 0;
@@ -270,9 +264,7 @@ int ParserValue::get_as_int() const {
 }
 
 double ParserValue::get_as_double() const {
-    if (!has(VALUE_HELD)) {
-        bk::ValueAccess::convert_spelling(*this);
-    }
+    make_value();
     switch (get_type()) {
     case TYPE_BOOL:
         return spelled_.scalar.as_bool ? 1.0 : 0.0;

@@ -50,7 +50,8 @@ private:
             // clang-format on
         };
         edit_ = choose(std::size(edits));
-        (this->*edits[edit_])();
+        const auto edit = edits[edit_]; // g++ 12 checks the index of a call through a member pointer wrongly
+        (this->*edit)();
     }
 
     unsigned int edit_ = 0;
