@@ -1,6 +1,6 @@
 # How the project's own code is compiled. A project that takes this one in with add_subdirectory keeps its own
-# rules: warnings are errors only when this is the top-level project, and not under the sanitizers, whose checks mislead the
-# compiler's own.
+# rules: warnings are errors only when this is the top-level project, and not under g++'s sanitizers, whose checks mislead
+# the compiler's own.
 
 include(CMakeDependentOption)
 
@@ -23,7 +23,7 @@ mark_as_advanced(BK_PARSER_COVERAGE)
 
 add_library(bk_parser_own_code INTERFACE)
 set(warnings_are_errors OFF)
-if(PROJECT_IS_TOP_LEVEL AND NOT BK_PARSER_SANITIZE)
+if(PROJECT_IS_TOP_LEVEL AND NOT (BK_PARSER_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU"))
     set(warnings_are_errors ON)
 endif()
 if(MSVC)

@@ -9,17 +9,15 @@
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
 
 namespace {
 
-/// The lower bound is tested first, and so decides for not-a-number.
+/// What does not fit, and not-a-number, gives the least int. Only what fits is converted, even when the compiler takes both
+/// ways and chooses afterwards: another number would raise the invalid-operation exception.
 int truncate_to_int(double value) noexcept {
     constexpr double above = 2147483648.0;
-    if (value > -above - 1.0 && value < above) {
-        return static_cast<int>(value);
-    }
-    return std::numeric_limits<int>::min();
+    const bool fits = value > -above - 1.0 && value < above;
+    return static_cast<int>(fits ? value : -above);
 }
 
 } // namespace
