@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/core_bytes_impl.h"
+#include "core/core_eight_impl.h"
 #include "core/core_vectors_impl.h"
 
 #include <array>
@@ -21,11 +21,6 @@ struct PointedDigits {
     std::uint64_t number = 0;
     int places = 0; // behind the point, -1 when there is none
 };
-
-/// The same character eight times.
-constexpr std::uint64_t eight_of(char character) noexcept {
-    return 0x0101010101010101u * static_cast<unsigned char>(character);
-}
 
 /// The number that eight decimal digits make, the first one lowest; false when another character is among them.
 constexpr bool read_eight_digits(std::uint64_t digits, std::uint32_t& number) noexcept {
@@ -62,18 +57,16 @@ alignas(32) inline constexpr std::array<unsigned char, 32> byte_windows = [] {
 
 /// The eight characters in front of `end`, with zeros in place of all but the last `count`.
 inline std::uint64_t eight_before(const char* end, std::size_t count) noexcept {
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(end) - most_short_digits;
     const std::uint64_t kept = load_le64(byte_windows.data() + most_short_digits + count);
-    return (load_le64(bytes) & kept) | (eight_of('0') & ~kept);
+    return (load_eight(end - most_short_digits) & kept) | (eight_of('0') & ~kept);
 }
 
 namespace portable {
 
-/// The top bit of the first byte that is a point; bits behind that one mean nothing. 0 when none is.
+/// The top bit of the first byte that is a point; 0 when none is.
 constexpr std::uint64_t first_point(std::uint64_t characters) noexcept {
-    const std::uint64_t others = characters ^ eight_of('.'); // a point has become zero
-    const std::uint64_t zeros = (others - eight_of('\x01')) & ~others & eight_of('\x80');
-    return zeros & -zeros;
+    const std::uint64_t points = find_in_eight(characters, '.');
+    return points & -points;
 }
 
 /// What is before the point is moved to where it stood, and `in_front` with it.

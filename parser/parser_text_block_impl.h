@@ -25,16 +25,16 @@ struct TextMasks {
 
 namespace portable {
 
-/// What a character adds to the masks of eight: a bit in each of five bytes.
+/// What the masks tell of a character, in the lowest bits of three numbers of sixteen bits: whether it is more than an
+/// ordinary one of its kind, whether it ends a run without being a blank, and whether it is a blank.
 constexpr std::array<std::uint64_t, 256> make_mask_table() {
-    constexpr unsigned int classes[] = {CHAR_BLANK, CHAR_LINE_BREAK, CHAR_ENDS_RUN, CHAR_DOUBLE_MARK,
-                                        CHAR_QUOTE};
     std::array<std::uint64_t, 256> table{};
-    for (std::size_t character = 0; character < table.size(); ++character) {
-        for (unsigned int i = 0; i < std::size(classes); ++i) {
-            const bool is_in = is_char(static_cast<char>(character), classes[i]);
-            table[character] |= (is_in ? std::uint64_t{1} : 0) << (8 * i);
-        }
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const auto character = static_cast<char>(i);
+        const bool is_blank = is_char(character, CHAR_BLANK);
+        const bool is_end = !is_blank && is_char(character, CHAR_ENDS_RUN);
+        const bool is_special = is_char(character, CHAR_LINE_BREAK | CHAR_QUOTE | CHAR_DOUBLE_MARK);
+        table[i] = std::uint64_t{is_blank} << 32 | std::uint64_t{is_end} << 16 | std::uint64_t{is_special};
     }
     return table;
 }
@@ -42,19 +42,21 @@ constexpr std::array<std::uint64_t, 256> make_mask_table() {
 inline constexpr std::array<std::uint64_t, 256> mask_table = make_mask_table();
 
 inline void make_masks(const char* text, TextMasks& out) noexcept {
-    TextMasks masks;
-    for (unsigned int i = 0; i < TextMasks::width; i += 8) {
-        std::uint64_t of_eight = 0;
-        for (unsigned int k = 0; k < 8; ++k) {
-            of_eight |= mask_table[static_cast<unsigned char>(text[i + k])] << k;
+    constexpr unsigned int count = 16;
+    std::uint64_t blanks = 0;
+    std::uint64_t ends = 0;
+    std::uint64_t specials = 0;
+    for (unsigned int i = 0; i < TextMasks::width; i += count) {
+        std::uint64_t of_sixteen = 0;
+        for (unsigned int k = count; k-- != 0;) { // each moves those behind it up
+            of_sixteen = 2 * of_sixteen + mask_table[static_cast<unsigned char>(text[i + k])];
         }
-        masks.blanks |= (of_eight & 0xFF) << i;
-        masks.breaks |= (of_eight >> 8 & 0xFF) << i;
-        masks.run_ends |= (of_eight >> 16 & 0xFF) << i;
-        masks.double_marks |= (of_eight >> 24 & 0xFF) << i;
-        masks.quotes |= (of_eight >> 32 & 0xFF) << i;
+        blanks |= (of_sixteen >> 32) << i;
+        ends |= (of_sixteen >> 16 & 0xFFFF) << i;
+        specials |= (of_sixteen & 0xFFFF) << i;
     }
-    out = masks;
+    const std::uint64_t run_ends = blanks | ends;
+    out = {blanks, blanks & specials, run_ends, specials & ~run_ends, specials & ends};
 }
 
 } // namespace portable

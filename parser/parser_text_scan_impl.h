@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/core_eight_impl.h"
 #include "core/core_vectors_impl.h"
 #include "parser/parser_characters_impl.h"
 
@@ -8,11 +9,11 @@
 #include <cstdint>
 #include <cstring>
 
-/// Searches for characters: sixteen at a time where there are vectors, else one at a time. Every function is there
+/// Searches for characters: sixteen at a time where there are vectors, else one or eight. Every function is there
 /// twice, and both do the same; x86-64 always has the vectors, so nothing needs to be asked at run time.
 namespace bk {
 
-/// One character at a time.
+/// One character at a time, or eight.
 namespace portable {
 
 /// Whether all are letters, digits or '_'.
@@ -27,6 +28,14 @@ inline bool are_name_characters(const char* p, std::size_t size, const char* /*e
 
 /// The first quote or line break, or the end.
 inline const char* find_string_stop(const char* p, const char* end) noexcept {
+    for (; end - p >= 8; p += 8) {
+        const std::uint64_t eight = load_eight(p);
+        const std::uint64_t stops =
+            find_in_eight(eight, '"') | find_in_eight(eight, '\n') | find_in_eight(eight, '\r');
+        if (stops != 0) {
+            return p + before_first(stops);
+        }
+    }
     while (p != end && !is_char(*p, CHAR_LINE_BREAK | CHAR_QUOTE)) {
         ++p;
     }

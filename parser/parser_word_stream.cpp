@@ -61,9 +61,8 @@ bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept 
         if (end_string(first)) {
             return true;
         }
-    } else if (end == 0 &&
-               first != 1) { // a word is short, as a rule, and whole in a block that begins with it
-        restart_block(first);
+    } else if (end == 0 && first != 1) {
+        restart_block(first); // a word is short, as a rule, and whole in a block that begins with it
         return next();
     }
     if (end == 0) {
