@@ -19,7 +19,7 @@ BUILD = "build/mutants/build"
 WORDS = ["text_scan_*", "word_*", "text_parser_*", "text_writer_*", "text_carry_*", "read_observer_*",
          "preprocess_scan_*", "value_text_*", "value_read_*", "entry_add_*", "entry_read_*", "group_add_*", "hostile_text_*"]
 BINARY = ["value_binary_*", "entry_binary_*", "group_binary_*", "file_binary_*", "binary_*", "golden_forms_*",
-          "formats_page_*", "hostile_forms_*"]
+          "formats_page_*", "hostile_forms_*", "memory_out_*"]
 CIPHER = ["cipher_*", "keystream_*", "file_encrypted_*", "golden_forms_*", "formats_page_*"]
 ARCHIVE = ["word_hash_*", "archive_*", "golden_forms_*", "formats_page_*"]
 NUMBERS = ["core_number_*", "environment_*", "core_string_test", "value_*", "word_value_*", "text_parser_values_*",
@@ -47,6 +47,7 @@ TESTS = {
     "parser/parser_cipher.cpp": CIPHER,
     "parser/parser_keystream.cpp": CIPHER,
     "parser/parser_keystream_impl.h": CIPHER,
+    "core/core_eight_impl.h": ["text_scan_*"] + NUMBERS,
     "core/core_number.cpp": NUMBERS,
     "core/core_number_division.cpp": NUMBERS,
     "core/core_number_double.cpp": NUMBERS,
