@@ -51,17 +51,19 @@ public:
     /// Appends `count` elements; they must not lie in this vector. The capacity is what adding them one by one
     /// would have made it.
     void add_range(const T* elements, const unsigned int& count) {
-        make_room(count);
-        std::uninitialized_copy_n(elements, count, data_ + count_);
-        count_ += count;
+        const unsigned int added = count;
+        make_room(added);
+        std::uninitialized_copy_n(elements, added, data_ + count_);
+        count_ += added;
     }
 
     /// Appends `count` elements that hold anything until they are written, and gives the first. The capacity is
     /// what adding them one by one would have made it.
     T* extend(const unsigned int& count) requires std::is_trivially_copyable_v<T> {
-        make_room(count);
+        const unsigned int added = count; // may lie in the storage that is given up, as a count of add_range
+        make_room(added);
         T* const first = data_ + count_;
-        count_ += count;
+        count_ += added;
         return first;
     }
 
@@ -162,12 +164,13 @@ public:
 
 protected:
     void extend_to(const unsigned int& count) {
-        elements_.reserve(count);
+        const unsigned int wanted = count; // may be an element
+        elements_.reserve(wanted);
         if constexpr (std::is_trivially_copyable_v<T>) {
-            const unsigned int added = count - elements_.get_count();
+            const unsigned int added = wanted - elements_.get_count();
             std::uninitialized_value_construct_n(elements_.extend(added), added);
         } else {
-            while (elements_.get_count() < count) {
+            while (elements_.get_count() < wanted) {
                 elements_.add(T());
             }
         }

@@ -38,8 +38,10 @@ public:
 
     /// Byte-wise equality, length included.
     bool operator==(const CoreBasicString& other) const noexcept { return get_view() == other.get_view(); }
-    /// Compares with a NUL-terminated text.
-    bool operator==(const char* text) const noexcept { return get_view() == std::string_view(text); }
+    /// Compares with a NUL-terminated text; null is an empty one.
+    bool operator==(const char* text) const noexcept {
+        return get_view() == (text == nullptr ? std::string_view() : std::string_view(text));
+    }
 
     CoreBasicString(const CoreBasicString&) = delete;
     CoreBasicString& operator=(const CoreBasicString&) = delete;

@@ -2,7 +2,6 @@
 
 #include "core/core_copy_impl.h"
 #include "core/core_guard_impl.h"
-#include "core/core_prefetch_impl.h"
 #include "core/core_room_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_value_impl.h"
@@ -39,11 +38,6 @@ inline char* put_scalar(char* out, const ParserValue& value) {
 
 constexpr unsigned int entries_ahead = 4; // in a large tree each entry has to come from memory first
 
-void prefetch_entry(const ParserEntry* entry) noexcept {
-    prefetch(entry);
-    prefetch(entry + 1); // its values begin there
-}
-
 } // namespace
 
 void BinaryEncoder::take_storage(unsigned int used) noexcept {
@@ -60,7 +54,8 @@ bool BinaryEncoder::grow(std::size_t size) {
     }
     out_.extend(used() - out_.get_count()); // what is counted is kept
     const core_uint64 grown = next_room(out_.get_capacity());
-    out_.reserve(static_cast<unsigned int>(std::min(std::max(needed, grown), max_binary_size)));
+    const core_uint64 wanted = std::min(std::max(needed, grown), max_binary_size);
+    out_.make_room(static_cast<unsigned int>(wanted - out_.get_count()));
     take_storage(out_.get_count());
     return true;
 }

@@ -26,6 +26,7 @@ ParserEntry::ParserEntry(const ParserEntry& other)
 }
 
 ParserEntry::~ParserEntry() {
+    values_.clear(); // a host's own group among them may still look at its entry
     if (rare_ != nullptr) {
         std::destroy_at(rare_);
         CoreMemory::release(rare_, sizeof(Rare));

@@ -48,6 +48,7 @@ public:
 
     const CoreString& get_name() const noexcept { return name_; }
     const Type& get_type() const noexcept { return type_; }
+    /// Empty when there is none. To be asked for again after set_template.
     const CoreString& get_template() const noexcept;
     /// Where the entry was read: a line counted from 1, and a column; 0 for an entry made by add_group.
     const core_ulong& get_line() const noexcept { return line_; }

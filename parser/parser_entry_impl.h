@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/core_prefetch_impl.h"
 #include "parser/parser_entry.h"
 #include "parser/parser_value_list_impl.h"
 
@@ -31,5 +32,13 @@ public:
     static void share(ParserEntry& entry) { ++entry.make_rare().other_owners; }
     static void release(ParserEntry* entry) noexcept;
 };
+
+/// Asks for an entry that will be looked at soon, and for its values, which begin behind it. Null is legal.
+inline void prefetch_entry(const ParserEntry* entry) noexcept {
+    if (entry != nullptr) {
+        prefetch(entry);
+        prefetch(entry + 1);
+    }
+}
 
 } // namespace bk

@@ -3,7 +3,7 @@
 #include "parser/parser_group.h"
 #include "parser/parser_text_writer_impl.h"
 #include "parser/parser_value_impl.h"
-#include "parser/parser_word.h"
+#include "parser/parser_word_rules_impl.h"
 
 #include <algorithm>
 
@@ -36,6 +36,10 @@ void ParserEntry::add_binary_data(void* data, const unsigned int& size) {
 }
 
 void ParserEntry::add_word(const ParserWord& word, const ParserValue::Type& type) {
+    if (type == ParserValue::TYPE_BINARY_DATA) {
+        append(ParserValue(type, CoreString(bk::characters_of(word))));
+        return;
+    }
     if (type != ParserValue::TYPE_STRING) {
         append(ParserValue(type, word.get_string()));
         return;

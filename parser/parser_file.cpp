@@ -99,6 +99,7 @@ bool ParserFile::read_document(const CoreString& filename, const CoreString& key
 bool ParserFile::preprocess(CoreString& text, const CoreString& key, AppProgressBar* progress) {
     CoreVector<CoreString> places(search_paths_);
     places.add(CoreString()); // last, the name as it stands
+    dependencies_ = CoreSet<CoreString>();
     const bk::Progress bar(progress);
     const bk::ProgressTask task(bar, 0.5F);
     bk::Preprocessor preprocessor(places, key, observer_, limits_);

@@ -44,7 +44,10 @@ bool store(SysFile& file, std::string_view head, std::string_view body) {
 } // namespace
 
 bool ParserFile::write(const Mode& mode, const CoreString& filename, const CoreString& key) {
-    return bk::guarded("ParserFile.write", false, [&] { return write_document(mode, filename, key); });
+    return bk::guarded("ParserFile.write", false,
+                       [&] { // of copies: writing sets the version, which may be either string
+                           return write_document(mode, CoreString(filename), CoreString(key));
+                       });
 }
 
 bool ParserFile::write_document(const Mode& mode, const CoreString& filename, const CoreString& key) {

@@ -13,7 +13,7 @@ namespace bk {
 struct EntryHead {
     std::string_view name;
     std::string_view template_name;
-    unsigned int array_count = 0xFFFFFFFFu;
+    unsigned int array_count = no_array;
     bool is_keyword = false;
     bool had_suffix = false; // the name is only a part of the word
 };
@@ -118,7 +118,7 @@ private:
         } else if (is_string_word(word)) {
             take_value(word, ParserWord::TYPE_STRING); // a quote begins nothing else
         } else if (is_keyword_word(word)) {
-            begin_entry({word, {}, 0xFFFFFFFFu, true, false});
+            begin_entry({word, {}, no_array, true, false});
         } else {
             take_value(word, classify_value(word));
         }
@@ -129,7 +129,7 @@ private:
             if (is_bool_word(word)) {
                 take_value(word, ParserWord::TYPE_BOOL);
             } else {
-                begin_entry({word, {}, 0xFFFFFFFFu, false, false});
+                begin_entry({word, {}, no_array, false, false});
             }
             return;
         }

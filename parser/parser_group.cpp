@@ -2,7 +2,6 @@
 
 #include "core/core_diagnostic_impl.h"
 #include "core/core_memory.h"
-#include "core/core_prefetch_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_group_impl.h"
 #include "parser/parser_tree_copy_impl.h"
@@ -50,8 +49,7 @@ void ParserGroup::clear() {
     const unsigned int count = entries_.get_count();
     for (unsigned int i = 0; i < count; ++i) {
         if (i + ahead < count) {
-            bk::prefetch(entries_[i + ahead]);
-            bk::prefetch(entries_[i + ahead] + 1); // its values begin there
+            bk::prefetch_entry(entries_[i + ahead]);
         }
         bk::EntryAccess::release(entries_[i]);
     }

@@ -68,8 +68,9 @@ void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
         move_entry(position, entries_.get_count() - 1);
         return;
     }
-    dest.append(entries_[position]);
-    take_slot_out(entries_, position);
+    const unsigned int from = position; // may be the count of `dest`
+    dest.append(entries_[from]);
+    take_slot_out(entries_, from);
     rebuild_index();
 }
 
@@ -96,13 +97,13 @@ void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
     if (this == &dest) {
         return;
     }
-    CoreVector<ParserEntry*> merged;
-    merged.reserve(std::max(dest.entries_.get_capacity(), entries_.get_count() + dest.entries_.get_count()));
-    merged.add_range(dest.entries_.begin(), position);
-    merged.add_range(entries_.begin(), entries_.get_count());
-    merged.add_range(dest.entries_.begin() + position, dest.entries_.get_count() - position);
+    const unsigned int moved_count = entries_.get_count();
     dest.keyword_index_.make_room(keyword_index_.get_count());
-    dest.entries_.swap(merged);
+    dest.entries_.reserve(dest.entries_.get_count() + moved_count);
+    dest.entries_.extend(moved_count);
+    ParserEntry** const place = dest.entries_.begin() + position;
+    std::copy_backward(place, dest.entries_.end() - moved_count, dest.entries_.end());
+    std::copy(entries_.begin(), entries_.end(), place);
     entries_.truncate(0);
     keyword_index_.truncate(0);
     dest.rebuild_index();

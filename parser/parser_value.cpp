@@ -5,7 +5,7 @@
 #include "parser/parser_group.h"
 #include "parser/parser_teardown_impl.h"
 #include "parser/parser_value_impl.h"
-#include "parser/parser_word.h"
+#include "parser/parser_word_rules_impl.h"
 
 #include <algorithm>
 #include <cstring>
@@ -141,6 +141,7 @@ void ParserValue::release() noexcept {
     }
 }
 
+/// What a setter was given may lie in the content that is released here: it is copied first.
 void ParserValue::become(Type type) noexcept {
     release();
     bits_ = type;
@@ -160,38 +161,42 @@ void ParserValue::clear() {
 }
 
 void ParserValue::set_bool(const bool& value) {
+    const bool given = value;
     become(TYPE_BOOL);
-    spelled_.scalar.as_bool = value;
+    spelled_.scalar.as_bool = given;
     bits_ |= VALUE_HELD;
 }
 
 void ParserValue::set_char(const char& value) {
+    const char given = value;
     become(TYPE_CHAR);
-    spelled_.scalar.as_char = value;
+    spelled_.scalar.as_char = given;
     bits_ |= VALUE_HELD;
 }
 
 void ParserValue::set_int(const int& value) {
+    const int given = value;
     become(TYPE_INT);
-    spelled_.scalar.as_int = value;
+    spelled_.scalar.as_int = given;
     bits_ |= VALUE_HELD;
 }
 
 void ParserValue::set_double(const double& value) {
+    const double given = bk::clamp_to_finite(value);
     become(TYPE_DOUBLE);
-    spelled_.scalar.as_double = bk::clamp_to_finite(value);
+    spelled_.scalar.as_double = given;
     bits_ |= VALUE_HELD;
 }
 
 void ParserValue::set_string(const CoreString& value) {
-    CoreString copy(value); // may be this value's own string
+    CoreString copy(value);
     become(TYPE_STRING);
     string_ = std::move(copy);
 }
 
 void ParserValue::set_binary_data(void* data, const unsigned int& size) {
     const unsigned int count = size;
-    unsigned char* const bytes = bk::copy_bytes(data, count); // may be this value's own bytes
+    unsigned char* const bytes = bk::copy_bytes(data, count);
     become(TYPE_BINARY_DATA);
     spelled_.scalar.bytes = bytes;
     size_ = count;
@@ -302,12 +307,10 @@ CoreString ParserValue::get_type_name(const Type& type) {
 }
 
 void ParserValue::word_to_binary_data(void*& data, unsigned int& size, const ParserWord& word) {
-    const std::string_view literal =
-        word.is_empty() ? std::string_view() : std::string_view(&word[0], word.get_length());
     data = nullptr;
     size = 0;
     bk::completed("ParserValue.word_to_binary_data",
-                  [&] { data = bk::decode_binary_literal(literal, size); });
+                  [&] { data = bk::decode_binary_literal(bk::characters_of(word), size); });
 }
 
 void* ParserValue::operator new(std::size_t size) {

@@ -77,8 +77,9 @@ struct BK_PARSER_API ParserValue {
     char get_as_char() const;
     int get_as_int() const;
     double get_as_double() const;
-    /// The string of a TYPE_STRING value, else the empty string. Valid until the value is changed or, for a
-    /// value of an entry, until values of that entry are added, moved or removed.
+    /// The string of a TYPE_STRING value, else the empty string. Valid until the value is changed or assigned to another
+    /// one; of a value of an entry also until values of that entry are added, moved or removed, or the entry is assigned
+    /// to another one.
     const CoreString& get_as_string() const;
     /// The bytes of a TYPE_BINARY_DATA value, which keeps them; else null, and `size` stays as it was.
     void* get_as_binary_data(unsigned int& size) const;

@@ -3,6 +3,8 @@
 #include "parser/parser_value_impl.h"
 
 #include <bit>
+#include <functional>
+#include <vector>
 
 namespace {
 
@@ -17,6 +19,10 @@ std::uint64_t take_number(const CoreVector<char>& data, unsigned long long& posi
     const std::uint64_t number = cursor.take(width);
     position = cursor.position();
     return number;
+}
+
+bool lies_in(const CoreVector<char>& buffer, const char* bytes) noexcept {
+    return std::less_equal<>()(buffer.begin(), bytes) && std::less<>()(bytes, buffer.end());
 }
 
 } // namespace
@@ -59,8 +65,15 @@ unsigned long long ParserValue::string_to_bin(CoreVector<char>& out, const CoreS
 
 unsigned long long ParserValue::binary_data_to_bin(CoreVector<char>& out, void* data,
                                                    const unsigned int& size) {
-    return bk::encode(out, "ParserValue.binary_data_to_bin",
-                      [&](bk::BinaryEncoder& encoder) { encoder.write_binary_data(data, size); });
+    const auto* const bytes = static_cast<const char*>(data);
+    return bk::encode(out, "ParserValue.binary_data_to_bin", [&](bk::BinaryEncoder& encoder) {
+        if (lies_in(out, bytes)) { // which grows
+            const std::vector<char> copy(bytes, bytes + size);
+            encoder.write_binary_data(copy.data(), size);
+        } else {
+            encoder.write_binary_data(bytes, size);
+        }
+    });
 }
 
 unsigned long long ParserValue::group_to_bin(CoreVector<char>& out, const ParserGroup& group) {

@@ -187,7 +187,9 @@ void ParserWord::take_name(bk::NameParts parts) const {
     for (;;) {
         word->type_ = TYPE_IDENTIFIER;
         word->length_ = static_cast<unsigned int>(parts.base.size());
-        word->array_count_ = parts.array_count;
+        if (parts.array_count != bk::no_array) { // a plain name leaves what an earlier one has set
+            word->array_count_ = parts.array_count;
+        }
         word->string_stale_ = true;
         if (!parts.has_template) {
             return;

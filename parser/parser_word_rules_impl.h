@@ -11,11 +11,13 @@
 /// the grammar alike.
 namespace bk {
 
+inline constexpr unsigned int no_array = 0xFFFFFFFFu;
+
 /// A name and what it carries. Its template is a name again, still with all that it carries itself.
 struct NameParts {
     std::string_view
         base; // without template and array suffix; a bad suffix stays, a template that is no name does not
-    unsigned int array_count = 0xFFFFFFFFu;
+    unsigned int array_count = no_array;
     bool has_template = false;
     std::string_view template_word; // between "<" and ">"
 };
@@ -49,6 +51,11 @@ inline bool is_name_by_itself(std::string_view base) noexcept {
     return base.back() != '.' && !is_bool_word(base);
 }
 inline constexpr std::string_view empty_tag = "<empty>";
+
+/// The word as it stands in the text, escapes and all.
+inline std::string_view characters_of(const ParserWord& word) noexcept {
+    return word.is_empty() ? std::string_view() : std::string_view(&word[0], word.get_length());
+}
 
 /// The first kind of value that fits, TYPE_UNKNOWN when none does.
 ParserWord::Type classify_value(std::string_view word) noexcept;

@@ -59,6 +59,15 @@ TEST(core_array, shrinking_keeps_the_first_elements) {
     EXPECT_EQ(array.get_count(), 0u);
 }
 
+TEST(core_array, an_element_may_be_the_new_count) {
+    CoreArray<unsigned int> array{5, 1};
+    array.resize(array[0]);
+    EXPECT_EQ(std::vector<unsigned int>(array.begin(), array.end()),
+              (std::vector<unsigned int>{5, 1, 0, 0, 0}));
+    array.resize(array[1]);
+    EXPECT_EQ(array.get_count(), 1u);
+}
+
 TEST(core_array, it_is_handed_on_as_a_basic_array) {
     const CoreArray<unsigned int> array{7, 8};
     const CoreBasicArray<unsigned int>& basic = array;

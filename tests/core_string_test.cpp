@@ -34,6 +34,12 @@ TEST(core_string, a_null_text_gives_the_empty_string) {
     EXPECT_TRUE(CoreString(static_cast<const char*>(nullptr), 0).is_empty());
 }
 
+TEST(core_string, a_null_text_equals_the_empty_string) {
+    const char* const null = nullptr;
+    EXPECT_TRUE(CoreString() == null);
+    EXPECT_FALSE(CoreString("a") == null);
+}
+
 TEST(core_string, a_text_with_a_size_is_taken_whole_with_its_nul_bytes) {
     const std::string bytes = "ab\0cd\0"s;
     const CoreString text(bytes.data(), static_cast<unsigned int>(bytes.size()));

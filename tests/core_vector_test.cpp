@@ -22,6 +22,17 @@ std::vector<int> values(const CoreVector<Counted>& vector) {
     return result;
 }
 
+TEST(core_vector, an_element_may_be_the_count_of_what_is_added) {
+    CoreVector<unsigned int> vector;
+    vector.add(3);
+    vector.extend(vector[0])[2] = 2;
+    EXPECT_EQ(vector.get_count(), 4u);
+    const unsigned int more[] = {7, 8};
+    vector.add_range(more, vector[3]);
+    EXPECT_EQ(vector.get_count(), 6u);
+    EXPECT_EQ(vector[5], 8u);
+}
+
 TEST(core_vector, a_new_vector_has_neither_elements_nor_storage) {
     const CoreVector<int> vector;
     EXPECT_EQ(vector.get_count(), 0u);

@@ -93,6 +93,28 @@ TEST_F(file_write_text, a_version_entry_without_values_gets_one) {
     EXPECT_EQ(version->get_double(0), 1.2);
 }
 
+TEST_F(file_write_text, the_string_of_the_version_entry_may_be_the_name) {
+    const CoreString name = folder.core_path("a_name_that_stands_in_a_block.bkd");
+    file.get_root().add_entry("#Brellwick_Serial_Version", 0, 0)->add_string(name);
+    EXPECT_TRUE(file.write(ParserFile::MODE_TEXT,
+                           file.get_root().get_keyword("#Brellwick_Serial_Version")->get_string(0), ""));
+    EXPECT_TRUE(log.is_empty());
+    EXPECT_EQ(folder.read("a_name_that_stands_in_a_block.bkd"),
+              on_disk("\na 1\n#Brellwick_Serial_Version 1.2"));
+}
+
+TEST_F(file_write_text, the_string_of_the_version_entry_may_be_the_key) {
+    for (const char* key : {"short", "a key that stands in a block of its own"}) {
+        file.get_root().remove_entry("#Brellwick_Serial_Version");
+        const ParserEntry* const entry = file.get_root().add_entry("#Brellwick_Serial_Version", 0, 0);
+        const_cast<ParserEntry*>(entry)->add_string(key);
+        EXPECT_TRUE(file.write(ParserFile::MODE_TEXT, folder.core_path("out.bkd"), entry->get_string(0)));
+        ParserFile again(CoreString{});
+        EXPECT_TRUE(again.read(folder.core_path("out.bkd"), key, nullptr));
+        EXPECT_EQ(again.get_root().get_entry("a")->get_int(0), 1);
+    }
+}
+
 TEST_F(file_write_text, the_first_of_several_version_entries_is_set) {
     file.get_root().add_entry("#Brellwick_Serial_Version", 0, 0)->add_int(7);
     file.get_root().add_entry("#Brellwick_Serial_Version", 0, 0)->add_int(8);

@@ -83,6 +83,13 @@ TEST_F(group_move, an_entry_is_moved_to_the_end_of_another_group) {
     EXPECT_EQ(outline(dest), " (x) #y (a) #k (b)");
 }
 
+TEST_F(group_move, the_position_may_be_the_count_of_the_other_group) {
+    add_names(dest, "x");
+    group.move_entry(dest.get_entries().get_count(), dest);
+    EXPECT_EQ(outline(group), " (a) (b)");
+    EXPECT_EQ(outline(dest), " (x) #k");
+}
+
 TEST_F(group_move, moving_one_out_rebuilds_the_indexes_here_and_extends_them_there) {
     add_names(dest, "x");
     group.get_entry(1u)->set_as_raw_text(true);
@@ -145,6 +152,25 @@ TEST_F(group_move, all_entries_are_moved_to_a_position_of_another_group) {
         EXPECT_EQ(group.get_entry(CoreString("a")), nullptr);
         EXPECT_EQ(group.get_keyword(CoreString("#k")), nullptr);
     }
+}
+
+TEST_F(group_move, entries_that_fit_the_storage_there_are_moved_into_it) {
+    add_names(dest, "u v w x y");
+    ASSERT_EQ(dest.get_entries().get_capacity(), 8u);
+    ParserEntry* const* const storage = dest.get_entries().get_data();
+    group.move_entries(dest, 4);
+    EXPECT_EQ(outline(dest), " (u) (v) (w) (x) (a) #k (b) (y)");
+    EXPECT_EQ(dest.get_entries().get_data(), storage);
+}
+
+TEST_F(group_move, entries_that_do_not_fit_get_storage_of_just_their_number) {
+    add_names(dest, "x");
+    group.move_entries(dest, 1);
+    EXPECT_EQ(dest.get_entries().get_capacity(), 4u);
+    add_names(group, "c d e");
+    group.move_entries(dest, 0);
+    EXPECT_EQ(dest.get_entries().get_capacity(), 7u);
+    EXPECT_EQ(outline(dest), " (c) (d) (e) (x) (a) #k (b)");
 }
 
 TEST_F(group_move, moving_everything_rebuilds_the_indexes_there) {

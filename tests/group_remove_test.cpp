@@ -237,6 +237,17 @@ TEST_F(group_detach, clear_skips_the_empty_slot) {
     EXPECT_EQ(group->get_entries().get_count(), 0u);
 }
 
+TEST_F(group_detach, clear_skips_empty_slots_far_from_the_first) {
+    ParserGroup many("many");
+    add_names(many, "a b c d e f g h i j k l");
+    delete many.get_entry(7u);
+    many.detach_entry(7);
+    delete many.get_entry(11u);
+    many.detach_entry(11);
+    many.clear();
+    EXPECT_EQ(many.get_entries().get_count(), 0u);
+}
+
 TEST_F(group_detach, the_destructor_skips_the_empty_slot) {
     detach(1);
     group.reset();

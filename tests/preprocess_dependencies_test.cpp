@@ -1,4 +1,5 @@
 #include "tests/support/document_folder.h"
+#include "tests/support/recording_progress.h"
 
 #include <gtest/gtest.h>
 
@@ -79,6 +80,31 @@ TEST(preprocess_dependencies, each_read_starts_with_none) {
     EXPECT_EQ(DocumentFolder::read_into(file, "two.bkd").dependencies, Paths{});
     EXPECT_EQ(DocumentFolder::read_into(file, "one.bkd").dependencies.size(), 1u);
     EXPECT_EQ(DocumentFolder::read_into(file, "missing.bkd").dependencies, Paths{});
+}
+
+TEST(preprocess_dependencies, those_of_the_last_read_are_gone_when_the_next_one_begins) {
+    class Watcher : public RecordingProgress {
+    public:
+        explicit Watcher(const ParserFile& file) : file_(file) {}
+        void begin_task(const CoreString&, const float&, const bool&) override {
+            counts.push_back(file_.get_dependencies().get_count());
+        }
+        std::vector<unsigned int> counts;
+
+    private:
+        const ParserFile& file_;
+    };
+    const DocumentFolder folder;
+    folder.write("x.bkd", "a 1\n");
+    folder.write("one.bkd", "#include \"x.bkd\"\n");
+    ParserFile file(CoreString{});
+    file.set_search_paths({core(folder.path())});
+    ASSERT_TRUE(file.read("one.bkd", "", nullptr));
+    ASSERT_EQ(file.get_dependencies().get_count(), 1u);
+    Watcher watcher(file);
+    ASSERT_TRUE(file.read("one.bkd", "", &watcher));
+    ASSERT_FALSE(watcher.counts.empty());
+    EXPECT_EQ(watcher.counts.front(), 0u);
 }
 
 TEST(preprocess_dependencies, files_found_before_a_failure_are_listed) {

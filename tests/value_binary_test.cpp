@@ -1,3 +1,5 @@
+#include "parser/parser_file.h"
+
 #include "tests/support/binary_form.h"
 #include "tests/support/recording_log.h"
 
@@ -87,6 +89,31 @@ TEST(value_binary, a_string_ends_with_a_nul) {
     EXPECT_EQ(of("ab"), "61 62 00");
     EXPECT_EQ(of("\x01\x7F\x80\xFF"), "01 7F 80 FF 00");
     EXPECT_EQ(of({"a\0b", 3}), "61 00 62 00");
+}
+
+TEST(value_binary, binary_data_may_lie_in_the_buffer_they_are_appended_to) {
+    for (unsigned int size = 1; size <= 70; ++size) {
+        CoreVector<char> out;
+        for (unsigned int i = 0; i < size; ++i) {
+            out.add(static_cast<char>(i + 1));
+        }
+        const std::string bytes(out.begin(), out.end());
+        EXPECT_EQ(ParserValue::binary_data_to_bin(out, out.get_data(), size), size + 8u);
+        EXPECT_EQ(std::string(out.begin(), size), bytes);
+        EXPECT_EQ(std::string(out.begin() + size + 8, out.end()), bytes);
+    }
+}
+
+TEST(value_binary, buffers_grow_by_doubling) {
+    CoreVector<char> text;
+    ParserValue::string_to_bin(text, CoreString("a text of 20 letters"));
+    EXPECT_EQ(text.get_capacity(), 32u);
+    CoreVector<char> number;
+    ParserValue::int_to_bin(number, 1);
+    EXPECT_EQ(number.get_capacity(), 4u);
+    ParserValue::bool_to_bin(number, true);
+    EXPECT_EQ(number.get_capacity(), 8u);
+    EXPECT_EQ(ParserFile(CoreString()).get_binary().get_capacity(), 16u);
 }
 
 TEST(value_binary, binary_data_follow_their_size) {

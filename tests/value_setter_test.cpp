@@ -118,6 +118,41 @@ TEST(value_setter, bytes_are_set_to_a_piece_of_the_own_bytes) {
     EXPECT_EQ(std::string(own, size), "234");
 }
 
+TEST(value_setter, a_scalar_is_set_to_what_stands_in_the_own_string) {
+    for (const char* text : {"AB", "A text that stands in a block"}) {
+        ParserValue value{CoreString(text)};
+        value.set_char(value.get_as_string().get_data()[0]);
+        EXPECT_EQ(value.get_as_int(), 'A');
+    }
+}
+
+/// A value whose bytes are those of a scalar.
+template <class Scalar>
+ParserValue bytes_of(Scalar scalar) {
+    return ParserValue(&scalar, sizeof(scalar));
+}
+
+template <class Scalar>
+const Scalar& own(const ParserValue& value) {
+    unsigned int size = 0;
+    return *static_cast<const Scalar*>(value.get_as_binary_data(size));
+}
+
+TEST(value_setter, a_scalar_is_set_to_what_stands_in_the_own_bytes) {
+    ParserValue value = bytes_of(true);
+    value.set_bool(own<bool>(value));
+    EXPECT_TRUE(value.get_as_bool());
+    ParserValue character = bytes_of('x');
+    character.set_char(own<char>(character));
+    EXPECT_EQ(character.get_as_char(), 'x');
+    ParserValue number = bytes_of(77);
+    number.set_int(own<int>(number));
+    EXPECT_EQ(number.get_as_int(), 77);
+    ParserValue decimal = bytes_of(2.5);
+    decimal.set_double(own<double>(decimal));
+    EXPECT_EQ(decimal.get_as_double(), 2.5);
+}
+
 TEST(value_setter, set_bytes_are_copied_and_may_be_changed_in_place) {
     char bytes[] = "abc";
     ParserValue value(1);

@@ -57,6 +57,20 @@ TEST(word_identifier, a_plain_name_has_neither_template_nor_array_count) {
     EXPECT_EQ(word->get_array_count(), 0xFFFFFFFFu);
 }
 
+TEST(word_identifier, a_name_without_brackets_leaves_the_count_of_an_earlier_one) {
+    OwnedWord word("list[3]");
+    ASSERT_TRUE(word->is_identifier());
+    word->set_brace(false);
+    EXPECT_TRUE(word->is_identifier());
+    EXPECT_EQ(plain(word->get_string()), "list");
+    EXPECT_EQ(word->get_array_count(), 3u);
+    word->clear();
+    *word += 0;
+    EXPECT_TRUE(word->is_identifier());
+    EXPECT_EQ(plain(word->get_string()), "l");
+    EXPECT_EQ(word->get_array_count(), 3u);
+}
+
 TEST(word_identifier, a_number_in_brackets_is_the_array_count) {
     expect_array("list[3]", "list", 3);
     expect_array("list[0]", "list", 0);
