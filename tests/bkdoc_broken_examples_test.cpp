@@ -55,7 +55,7 @@ const std::vector<Expectation>& expectations() {
         {"group_left_open.bkd", 1, {"group_left_open.bkd:2:13: warning: Group is not closed"}},
         {"include_left_open.bkd",
          2,
-         {"include_left_open.bkd:5:1: warning: Include directive without a closing quote"}},
+         {"include_left_open.bkd:5:1: error: Include directive without a closing quote"}},
         {"include_missing.bkd",
          2,
          {"include_missing.bkd:3:5: error: File 'parts/no_such_file.bkd' not found."}},

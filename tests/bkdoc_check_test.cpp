@@ -181,6 +181,31 @@ TEST(bkdoc_check, a_string_that_its_line_ends_is_explained) {
               std::string::npos);
 }
 
+TEST(bkdoc_check, a_string_that_a_backslash_keeps_open_is_explained) {
+    EXPECT_NE(check_text("a \"C:\\\" 1\nb 2\n").out.find("; a quote behind a backslash does not close it\n"),
+              std::string::npos);
+}
+
+TEST(bkdoc_check, a_version_that_is_none_is_told) {
+    for (const char* version : {"abc", "0", "-1"}) {
+        const BkdocRun run = check_text("#Brellwick_Serial_Version " + std::string(version) + "\na 1\n");
+        EXPECT_EQ(run.code, 2);
+        EXPECT_EQ(run.err,
+                  "bkdoc: <stdin>: its version line, or that of an included file, gives no number above 0\n");
+    }
+}
+
+TEST(bkdoc_check, a_long_chain_of_includes_is_read_when_it_is_trusted) {
+    const ScratchFolder folder;
+    for (int i = 0; i < 300; ++i) {
+        folder.write("f" + std::to_string(i), "#include \"f" + std::to_string(i + 1) + "\"\n");
+    }
+    folder.write("f300", "a 1\n");
+    EXPECT_EQ(run_bkdoc({"check", "-I", folder.path(""), folder.path("f0")}).code, 2);
+    const BkdocRun run = run_bkdoc({"check", "--trusted", "-I", folder.path(""), folder.path("f0")});
+    EXPECT_EQ(run.code, 0) << run.out << run.err;
+}
+
 TEST(bkdoc_check, a_byte_order_mark_is_made_visible) {
     const BkdocRun run = check_text("\xEF\xBB\xBF"
                                     "a 1\n");

@@ -161,6 +161,29 @@ TEST(bkdoc_convert, a_file_with_faults_is_not_written_over_itself) {
     EXPECT_EQ(folder.read("a.bkd"), text);
 }
 
+TEST(bkdoc_convert, a_file_with_faults_is_not_written_over_itself_when_it_is_standard_input) {
+    const ScratchFolder folder;
+    const std::string text = "a @ 1\nb 2\n";
+    const std::string file = folder.write("a.bkd", text);
+    const BkdocRun run = run_bkdoc_on(file, {"convert", "-", file, "--to", "text"});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_TRUE(contains(run.err, "has faults, and would be written over itself; nothing is written\n"))
+        << run.err;
+    EXPECT_EQ(folder.read("a.bkd"), text);
+    EXPECT_EQ(run_bkdoc_on(file, {"convert", "-", folder.path("b.bkd"), "--to", "text"}).code, 1);
+}
+
+TEST(bkdoc_convert, what_a_text_would_take_for_an_include_is_refused) {
+    const ScratchFolder folder;
+    ParserFile file(folder.core_path("a.bkd"));
+    file.get_root().add_entry("a", 0, 0)->add_string("see #include ");
+    file.write(ParserFile::MODE_BINARY, "", "");
+    for (const char* form : {"text", "cipher"}) {
+        expect_refusal(folder, folder.path("a.bkd"), {"--to", form, "--key", std::string(bkdoc_key)},
+                       "bkdoc: this form cannot hold the document: ");
+    }
+}
+
 TEST(bkdoc_convert, a_file_that_the_document_includes_is_not_written_over) {
     const ScratchFolder folder;
     const std::string part = folder.write("part.bkd", "b 2\n");

@@ -65,22 +65,28 @@ inline std::string with_plain_line_ends(std::string text) {
     return text;
 }
 
-/// Runs the tool with these arguments, `input` on its standard input, and waits for it.
-inline BkdocRun run_bkdoc(const std::vector<std::string>& arguments, std::string_view input = {}) {
+/// Runs the tool with these arguments, a file on its standard input, and waits for it.
+inline BkdocRun run_bkdoc_on(const std::string& input_path, const std::vector<std::string>& arguments) {
     using namespace bkdoc_run_detail;
     const ScratchFolder folder;
-    folder.write("in", input);
     std::string line = shell_word(BK_PARSER_BKDOC);
     for (const std::string& argument : arguments) {
         line += " " + shell_word(argument);
     }
-    line += " <" + shell_word(folder.path("in")) + " >" + shell_word(folder.path("out")) + " 2>" +
+    line += " <" + shell_word(input_path) + " >" + shell_word(folder.path("out")) + " 2>" +
             shell_word(folder.path("err"));
     BkdocRun run;
     run.code = exit_code(run_line(line));
     run.out = folder.read("out");
     run.err = folder.read("err");
     return run;
+}
+
+/// The same with `input` on the standard input.
+inline BkdocRun run_bkdoc(const std::vector<std::string>& arguments, std::string_view input = {}) {
+    const ScratchFolder folder;
+    folder.write("in", input);
+    return run_bkdoc_on(folder.path("in"), arguments);
 }
 
 /// The arguments that read the example project.

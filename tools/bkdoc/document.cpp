@@ -49,6 +49,7 @@ void remove_version_entry(ParserGroup& root) {
 ParserLimits OpenOptions::get_limits() const noexcept {
     ParserLimits limits;
     if (trusted) {
+        limits.include_depth = ParserLimits::no_limit;
         limits.include_count = ParserLimits::no_limit;
         limits.source_size = std::numeric_limits<core_uint64>::max();
         limits.archive_size = std::numeric_limits<core_uint64>::max();
@@ -119,7 +120,10 @@ void Document::read_text() {
 }
 
 void Document::refuse_text() {
-    refusal_ = messages_.empty() ? get_name() + ": cannot be read" : messages_.front();
+    // The library says why, but for a version that is none.
+    refusal_ = messages_.empty()
+                   ? get_name() + ": its version line, or that of an included file, gives no number above 0"
+                   : messages_.front();
     if (get_form() == DocumentForm::enciphered) {
         refusal_ += " The key is another one, or the file is damaged.";
     }

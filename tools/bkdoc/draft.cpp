@@ -36,6 +36,16 @@ bool write_form(Document& document, DocumentForm form, const std::string& key) {
     return write_file(document, ParserFile::MODE_TEXT, {});
 }
 
+/// Why a draft was not read: never empty, whatever stopped the reading.
+std::string why_unread(const Document& draft) {
+    std::string reason = draft.get_messages().empty() ? draft.get_refusal() : draft.get_messages().front();
+    const std::string name = draft.get_name() + ": ";
+    if (reason.starts_with(name)) { // no file that anybody could look at
+        reason.erase(0, name.size());
+    }
+    return reason.empty() ? "what would be written cannot be read back" : reason;
+}
+
 } // namespace
 
 std::optional<std::string> write_draft(Document& document, DocumentForm form, const std::string& key,
@@ -56,7 +66,7 @@ DraftProof prove_draft(const Document& document, const std::string& key, StreamD
     options.key = key;
     const Document draft(StreamDevice::draft_path, options, device);
     if (!draft.is_read()) {
-        return {draft.get_messages().empty() ? draft.get_refusal() : draft.get_messages().front(), {}, {}};
+        return {why_unread(draft), {}, {}};
     }
     const ParserGroup& root = document.get_root();
     return {{},

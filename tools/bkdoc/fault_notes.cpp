@@ -20,7 +20,9 @@ std::string_view word_of(const DocumentFault& fault, const SourceMap& sources) {
 
 std::string_view note_for_word(std::string_view word) {
     if (is_open_string(word)) {
-        return "a string ends with its line; its closing quote is missing";
+        return word.find("\\\"") != std::string_view::npos
+                   ? "a string ends with its line; a quote behind a backslash does not close it"
+                   : "a string ends with its line; its closing quote is missing";
     }
     if (word.starts_with("\xEF\xBB\xBF")) {
         return "an invisible byte order mark stands before this word; the file is to be stored without it";

@@ -24,12 +24,13 @@ constexpr const char* exit_text =
     "Exit code: 0 clean, 1 the document has faults, 2 it could not be read or written.";
 
 constexpr const char* convert_text =
-    "The form of IN shows in its first bytes. Includes are spliced in. What is made is read back and "
-    "compared\n"
-    "before OUT is replaced, in one step; OUT may be IN when IN has no faults. The binary form keeps names "
-    "and\n"
-    "values only, without kinds, templates and array counts; a text tells numbers apart by their spelling "
-    "alone.\n"
+    "The form of IN shows in its first bytes. Includes are spliced in. No form keeps comments and the "
+    "layout\n"
+    "of a text. What is made is read back and compared before OUT is replaced, in one step; OUT may be IN "
+    "when\n"
+    "IN has no faults. The binary form keeps names and values only, without kinds, templates and array "
+    "counts;\n"
+    "a text tells numbers apart by their spelling alone.\n"
     "Exit code: 0 converted, 1 converted, but IN has faults (what is good of it is in OUT) or --lossy lost\n"
     "something, 2 not converted: OUT is as it was.";
 
@@ -101,7 +102,7 @@ private:
             ->type_name("KEY");
         verb.add_option_function<std::string>(
                 "--key-file", [this](const std::string& path) { key_source_.file = path; },
-                "The first line of this file is the key.")
+                "The first line of this file is the key; here - is a name as any other.")
             ->type_name("FILE");
     }
 
@@ -232,10 +233,15 @@ private:
         if (dynamic_cast<const CLI::ExtrasError*>(&stop) == nullptr) {
             return stop.what();
         }
+        bool has_option = false;
         for (const std::string& word : app_.remaining(true)) {
             if (word.starts_with("--")) {
                 return "unknown option " + word.substr(0, word.find('=')) + "; --help lists them";
             }
+            has_option = has_option || word.starts_with("-");
+        }
+        if (has_option) {
+            return "an option that the verb does not know; --help lists them";
         }
         return "more words than the verb takes; --help lists what it does";
     }

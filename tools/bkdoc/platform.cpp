@@ -16,6 +16,7 @@
 // After windows.h, which it needs.
 #include <shellapi.h>
 #else
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -82,6 +83,22 @@ bool is_terminal(std::FILE* stream) {
     return _isatty(_fileno(stream)) != 0;
 }
 
+bool is_standard_input(const std::string& path) {
+    const HANDLE file =
+        CreateFileW(utf8_path(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    BY_HANDLE_FILE_INFORMATION input;
+    BY_HANDLE_FILE_INFORMATION named;
+    const bool are_known = GetFileInformationByHandle(GetStdHandle(STD_INPUT_HANDLE), &input) != 0 &&
+                           GetFileInformationByHandle(file, &named) != 0;
+    CloseHandle(file);
+    return are_known && input.dwVolumeSerialNumber == named.dwVolumeSerialNumber &&
+           input.nFileIndexHigh == named.nFileIndexHigh && input.nFileIndexLow == named.nFileIndexLow;
+}
+
 // A pipe whose reader has gone is reported as an invalid argument.
 bool is_closed_pipe(int error) noexcept {
     return error == EPIPE || error == EINVAL;
@@ -104,6 +121,13 @@ void prepare_streams() {
 
 bool is_terminal(std::FILE* stream) {
     return isatty(fileno(stream)) != 0;
+}
+
+bool is_standard_input(const std::string& path) {
+    struct stat input;
+    struct stat named;
+    return fstat(STDIN_FILENO, &input) == 0 && stat(path.c_str(), &named) == 0 &&
+           input.st_dev == named.st_dev && input.st_ino == named.st_ino;
 }
 
 bool is_closed_pipe(int error) noexcept {

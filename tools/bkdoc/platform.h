@@ -26,6 +26,9 @@ bool is_terminal(std::FILE* stream);
 /// Whether two paths, in UTF-8, lead to one file that is there.
 bool are_same_file(const std::string& first, const std::string& second);
 
+/// Whether a path, in UTF-8, leads to the file that standard input comes from.
+bool is_standard_input(const std::string& path);
+
 /// Whether the failure of a write, given by its errno, only says that the reader has had enough.
 bool is_closed_pipe(int error) noexcept;
 

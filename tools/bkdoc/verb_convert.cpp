@@ -12,6 +12,7 @@ namespace bkdoc {
 
 namespace {
 
+constexpr const char* standard_input = "-";
 constexpr const char* standard_output = "-";
 
 std::string place_of(const Difference& difference) {
@@ -58,12 +59,16 @@ private:
         return true;
     }
 
+    bool is_source(const std::string& path) const {
+        return options_.file == standard_input ? is_standard_input(path) : are_same_file(options_.file, path);
+    }
+
     // What a document with faults holds is not all that its file says.
     bool may_replace(const Document& document) {
         if (options_.target == standard_output) {
             return true;
         }
-        if (document.has_faults() && are_same_file(options_.file, options_.target)) {
+        if (document.has_faults() && is_source(options_.target)) {
             return refuse(options_.target + ": has faults, and would be written over itself");
         }
         const CoreSet<CoreString>& includes = document.get_file().get_dependencies();
@@ -101,8 +106,7 @@ private:
     std::string note_on(const Difference& leaving) const {
         return options_.form == DocumentForm::binary
                    ? "note: the binary form keeps names and values only; kinds, templates and array counts "
-                     "are "
-                     "left out, first at " +
+                     "are left out, first at " +
                          place_of(leaving)
                    : "note: in text, kinds and types follow from the spelling; first at " +
                          change_of(leaving);
