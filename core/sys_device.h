@@ -29,7 +29,7 @@ struct SysPathInfo {
 };
 
 /// Every way by which the library reaches a disk. Tests put their own device in place of the platform's to
-/// let call number n fail or to serve files from memory.
+/// let call number n fail or to serve files from memory. `inspect` is given paths as they were named, also relative ones.
 class BK_PARSER_API SysDevice {
 public:
     virtual ~SysDevice();

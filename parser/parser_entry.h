@@ -17,8 +17,8 @@ struct EntryFields;
 /// One named line of a document: a name, a kind, an optional template name, an optional array mark, the place
 /// where it was read, and an ordered list of values, which the entry owns.
 ///
-/// Indexed operations do not check the index unless they say so. References and pointers to names, templates
-/// and fields are valid as long as the entry is; for strings see ParserValue::get_as_string.
+/// Indexed operations do not check the index unless they say so. References and pointers to names and fields are valid
+/// as long as the entry is; for templates see get_template, for strings ParserValue::get_as_string.
 ///
 /// Layout: 64 bytes, one cache line.
 class BK_PARSER_API ParserEntry {
@@ -27,7 +27,7 @@ public:
         TYPE_ENTRY = 0,         ///< ordinary; the name is an identifier
         TYPE_KEYWORD = 1,       ///< the name is a keyword, "#" and a name
         TYPE_FUNCTION_CALL = 2, ///< the values are an argument list in parentheses
-        TYPE_RAW_TEXT = 3       ///< the values are written verbatim, without name or separators
+        TYPE_RAW_TEXT = 3       ///< its strings are written verbatim, without name or separators
     };
 
     /// What get_array_count gives for an entry that is not an array.
@@ -50,7 +50,8 @@ public:
     const Type& get_type() const noexcept { return type_; }
     /// Empty when there is none. To be asked for again after set_template.
     const CoreString& get_template() const noexcept;
-    /// Where the entry was read: a line counted from 1, and a column; 0 for an entry made by add_group.
+    /// Where the entry was read: a line counted from 1, and a column, of the text that was parsed (which is not the
+    /// file's, see docs/syntax.md); 0 for an entry made by add_group.
     const core_ulong& get_line() const noexcept { return line_; }
     const core_ulong& get_column() const noexcept { return column_; }
     /// The declared size, 0 when none was stated, not_an_array otherwise.

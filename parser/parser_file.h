@@ -14,7 +14,8 @@
 
 class SysFile;
 
-/// The version of texts without a version line, and of archives: 1.2.
+/// The version of a file object that has read nothing, and of the texts of archives: 1.2. A text without a version line is
+/// of version 1.0, and what is written of 1.2, whatever this says.
 extern BK_PARSER_API CoreVersion default_parser_serial_version;
 
 /// A document on disk: the tree under its root group, the name of its file, and where its includes are found.
@@ -39,7 +40,8 @@ public:
 
     void set_filename(const CoreString& filename);
     const CoreString& get_filename() const noexcept { return filename_; }
-    /// The folders in which files are looked for, in this order, before the name is tried as it stands.
+    /// The folders in which reading looks for files, in this order, before the name is tried as it stands. Writing does not
+    /// look there.
     void set_search_paths(const CoreVector<CoreString>& paths);
     const CoreVector<CoreString>& get_search_paths() const noexcept { return search_paths_; }
     /// The absolute paths of the files that the last read included.
@@ -60,14 +62,18 @@ public:
     /// Appends the root group's text, without a version line.
     void get_text(CoreString& out) const;
 
-    /// Reads a file (the stored one when `filename` is empty), with its includes, and appends it to the root
-    /// group. `key` deciphers what is stored enciphered. False when the file or an include cannot be found, opened or
-    /// deciphered, with level-2 messages, and then the root group is as it was; and when a limit ends the parsing: then
-    /// it has what was read before. Faults of the syntax are logged, and are no failure.
+    /// Reads a file (the stored one when `filename` is empty; else `filename` is stored, whatever comes of it), with its
+    /// includes, and appends it to the root group. `key` deciphers what is stored enciphered. False when the file or an
+    /// include cannot be found, opened or deciphered, with level-2 messages, and without one for an include directive
+    /// that lacks its closing quote and for a version that is not above 0; then the root group is as it was. False also
+    /// when a limit ends the parsing: then it has what was read before. Faults of the syntax are logged, and are no failure;
+    /// that the document was cut off, or ended early at a "}", is told to an observer alone. What MODE_BINARY wrote is
+    /// read by set_binary, and taken for a text here.
     bool read(const CoreString& filename, const CoreString& key, AppProgressBar* progress);
 
-    /// Writes to the stored filename, after storing `filename` when it is not empty. A key that is not empty
-    /// writes the enciphered form, whatever the mode. False when the file cannot be opened, and for an unknown mode with
+    /// Writes to the stored filename as it stands, after storing `filename` when it is not empty. A key that is not empty
+    /// writes the enciphered form, whatever the mode, and leaves the version in the tree, as the keyword entry
+    /// "#Brellwick_Serial_Version". False when the file cannot be opened, and for an unknown mode with
     /// "ParserFile.write: Unknown file mode\n" at level 1. What cannot be stored whole is logged at level 1 as
     /// "ParserFile.write: Can't save project '<filename>'.\n"; the result is true all the same, and the old file stays.
     bool write(const Mode& mode, const CoreString& filename, const CoreString& key);

@@ -26,8 +26,8 @@ public:
     ParserGroup(const ParserGroup& other);
     virtual ~ParserGroup();
 
-    /// Shallow: afterwards both groups list the same entries. An entry dies with the last group that lists
-    /// it. Use set for an independent copy.
+    /// Shallow: afterwards both groups have one name and list the same entries. An entry dies with the last group that
+    /// lists it. Use set for an independent copy.
     ParserGroup& operator=(const ParserGroup& other);
     /// Deletes all entries; name and source entry stay.
     void clear();
@@ -43,7 +43,8 @@ public:
     /// Adds an entry that holds a new group, whose own name is empty and whose source entry is that entry.
     /// Null when the name is not valid.
     ParserGroup* add_group(const CoreString& name);
-    /// Adopts `group` under its own name, which must be a valid entry name, and returns it.
+    /// Adopts `group` under its own name and returns it. Null when that is not a valid entry name: the group then still is
+    /// the caller's. The group keeps its name, which texts cannot carry back (docs/syntax.md).
     ParserGroup* add_group(ParserGroup* group);
 
     const CoreString& get_name() const noexcept { return name_; }
@@ -88,8 +89,9 @@ public:
     void remove_entry(unsigned int position);
 
     /// Parses a text and appends what it holds. Faults are logged at level 2 as
-    /// "ParserGroup.set_text: (<line>:<column>) ..." and do not stop the parse. False when the text is empty, or when
-    /// its last word was a fault or "<empty>". Linear in the text; nesting costs heap, not stack.
+    /// "ParserGroup.set_text: (<line>:<column>) ..." and do not stop the parse; lines and columns are those of this
+    /// text. False when it has no word, and when the last word outside of the groups in it, braces not counted, was a
+    /// fault or "<empty>". Linear in the text; nesting costs heap, not stack.
     bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress);
     /// The same, telling an observer (may be null) the place of every fault.
     bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress,

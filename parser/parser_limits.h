@@ -11,7 +11,7 @@
 struct ParserLimits {
     static constexpr unsigned int no_limit = 0xFFFFFFFFu;
 
-    /// How many files may be open inside each other. Projects use a handful.
+    /// How many includes may be open inside each other. Projects use a handful.
     unsigned int include_depth = 200;
     /// How many files one reading may include, each counted as often as it is named. Without it thirty small files
     /// of which each names the next one twice would take for ever. This many take some ten seconds.
