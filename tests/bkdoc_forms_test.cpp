@@ -283,6 +283,18 @@ TEST(bkdoc_forms, faults_of_an_enciphered_text_have_their_place_in_the_plain_tex
     EXPECT_TRUE(contains(run.out, file + ":3:3: warning: ")) << run.out;
 }
 
+TEST(bkdoc_forms, an_enciphered_include_asks_for_its_key) {
+    const ScratchFolder folder;
+    const std::string part = write_in_form(folder, "cipher", "a 1\n");
+    const std::string top = folder.write("top.bkd", "#include \"" + part + "\"\nb 2\n");
+    const BkdocRun run = run_bkdoc({"check", top});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_TRUE(
+        contains(run.out, "note: the file is enciphered; --key, --key-file or BKDOC_KEY gives its key\n"))
+        << run.out;
+    EXPECT_EQ(run_bkdoc({"check", top, "--key", std::string(bkdoc_key)}).code, 0);
+}
+
 TEST(bkdoc_forms, an_archive_that_would_become_far_too_large_is_refused_unless_it_is_trusted) {
     const ScratchFolder folder;
     ParserArchive archive;

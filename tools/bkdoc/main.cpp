@@ -12,6 +12,7 @@
 #include <exception>
 #include <functional>
 #include <map>
+#include <new>
 #include <sstream>
 
 namespace bkdoc {
@@ -293,6 +294,8 @@ int main(int argc, char** argv) {
     bkdoc::ExitCode code = bkdoc::EXIT_UNREADABLE;
     try {
         code = bkdoc::run(bkdoc::command_line(argc, argv), streams);
+    } catch (const std::bad_alloc&) {
+        bkdoc::complain(streams, "out of memory");
     } catch (const std::exception& fault) {
         bkdoc::complain(streams, fault.what());
     }

@@ -75,10 +75,19 @@ void write_places(const Document& document, Output& out) {
     }
 }
 
+/// What the library says of an enciphered file that the key does not fit.
+bool is_undeciphered(std::string_view message) noexcept {
+    return message.starts_with("Failed to read binary data from file ") ||
+           message.starts_with("Incompatible binary data found in file ");
+}
+
 void write_failed_include(const Document& document, Reporter& reporter, Output& out) {
     const std::vector<std::string>& messages = document.get_messages();
     const std::string message = messages.empty() ? "The file cannot be included." : messages.front();
     reporter.write(Tone::error, "error:", message, *document.get_failed_directive());
+    if (is_undeciphered(message)) {
+        out << "  note: the file is enciphered; --key, --key-file or BKDOC_KEY gives its key\n";
+    }
     write_places(document, out);
 }
 
