@@ -27,7 +27,6 @@ ParserEntry::ParserEntry(const ParserEntry& other)
 
 ParserEntry::~ParserEntry() {
     if (rare_ != nullptr) {
-        values_.clear(); // a host's own group among them may still look at its entry
         std::destroy_at(rare_);
         CoreMemory::release(rare_, sizeof(Rare));
     }

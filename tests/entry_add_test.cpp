@@ -256,28 +256,6 @@ TEST_F(entry_add_group, a_group_is_adopted_and_its_source_is_left_as_it_is) {
     EXPECT_EQ(CountedGroup::alive, 0);
 }
 
-TEST_F(entry_add_group, a_dying_group_may_look_at_its_entry) {
-    class LookingGroup : public ParserGroup {
-    public:
-        LookingGroup(const ParserEntry& entry, std::string& seen)
-            : ParserGroup(CoreString()), entry_(entry), seen_(seen) {}
-        ~LookingGroup() override {
-            seen_ = plain(entry_.get_name()) + "<" + plain(entry_.get_template()) + ">";
-        }
-
-    private:
-        const ParserEntry& entry_;
-        std::string& seen_;
-    };
-    std::string seen;
-    {
-        ParserEntry holder("holder", ParserEntry::TYPE_ENTRY, 0, 0);
-        holder.set_template("a_template_that_stands_in_a_block");
-        holder.add_group(new LookingGroup(holder, seen));
-    }
-    EXPECT_EQ(seen, "holder<a_template_that_stands_in_a_block>");
-}
-
 TEST_F(entry_add_group, groups_stay_where_they_are_while_values_are_added) {
     ParserGroup* group = entry.add_group(nullptr);
     for (int i = 0; i < 1000; ++i) {
