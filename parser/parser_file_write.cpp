@@ -44,10 +44,9 @@ bool store(SysFile& file, std::string_view head, std::string_view body) {
 } // namespace
 
 bool ParserFile::write(const Mode& mode, const CoreString& filename, const CoreString& key) {
+    // Writing sets the version of the document, whose string may be either of the two: they are copied.
     return bk::guarded("ParserFile.write", false,
-                       [&] { // of copies: writing sets the version, which may be either string
-                           return write_document(mode, CoreString(filename), CoreString(key));
-                       });
+                       [&] { return write_document(mode, CoreString(filename), CoreString(key)); });
 }
 
 bool ParserFile::write_document(const Mode& mode, const CoreString& filename, const CoreString& key) {
