@@ -51,7 +51,7 @@ public:
     /// Appends `count` elements; they must not lie in this vector. The capacity is what adding them one by one
     /// would have made it.
     void add_range(const T* elements, const unsigned int& count) {
-        const unsigned int added = count;
+        const unsigned int added = count; // read before growing: it may be an element
         make_room(added);
         std::uninitialized_copy_n(elements, added, data_ + count_);
         count_ += added;
@@ -60,7 +60,7 @@ public:
     /// Appends `count` elements that hold anything until they are written, and gives the first. The capacity is
     /// what adding them one by one would have made it.
     T* extend(const unsigned int& count) requires std::is_trivially_copyable_v<T> {
-        const unsigned int added = count; // may lie in the storage that is given up, as a count of add_range
+        const unsigned int added = count; // read before growing: it may be an element
         make_room(added);
         T* const first = data_ + count_;
         count_ += added;
@@ -164,7 +164,7 @@ public:
 
 protected:
     void extend_to(const unsigned int& count) {
-        const unsigned int wanted = count; // may be an element
+        const unsigned int wanted = count; // read before growing: it may be an element
         elements_.reserve(wanted);
         if constexpr (std::is_trivially_copyable_v<T>) {
             const unsigned int added = wanted - elements_.get_count();

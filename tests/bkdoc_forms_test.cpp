@@ -283,6 +283,15 @@ TEST(bkdoc_forms, faults_of_an_enciphered_text_have_their_place_in_the_plain_tex
     EXPECT_TRUE(contains(run.out, file + ":3:3: warning: ")) << run.out;
 }
 
+TEST(bkdoc_forms, a_version_that_is_none_is_told_of_an_enciphered_document_too) {
+    const ScratchFolder folder;
+    folder.write("part.bkd", "#Brellwick_Serial_Version 0\n");
+    const std::string top = write_in_form(folder, "cipher", "#include \"part.bkd\"\n");
+    const BkdocRun run = run_with_key({"check", "-I", folder.path(""), top});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_TRUE(run.err.ends_with("gives no number above 0\n")) << run.err;
+}
+
 TEST(bkdoc_forms, an_enciphered_include_asks_for_its_key) {
     const ScratchFolder folder;
     const std::string part = write_in_form(folder, "cipher", "a 1\n");

@@ -120,10 +120,11 @@ void Document::read_text() {
 }
 
 void Document::refuse_text() {
-    // The library says why, but for a version that is none.
-    refusal_ = messages_.empty()
-                   ? get_name() + ": its version line, or that of an included file, gives no number above 0"
-                   : messages_.front();
+    if (messages_.empty()) { // the library says why, but for a version that is none
+        refusal_ = get_name() + ": its version line, or that of an included file, gives no number above 0";
+        return;
+    }
+    refusal_ = messages_.front();
     if (get_form() == DocumentForm::enciphered) {
         refusal_ += " The key is another one, or the file is damaged.";
     }

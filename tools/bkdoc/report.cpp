@@ -91,12 +91,6 @@ void write_failed_include(const Document& document, Reporter& reporter, Output& 
     write_places(document, out);
 }
 
-/// Whether there is no document behind such a fault.
-bool ends_reading(ParserReadObserver::Fault fault) noexcept {
-    return fault == ParserReadObserver::FAULT_INCLUDE_LEFT_OPEN ||
-           fault == ParserReadObserver::FAULT_NESTED_TOO_DEEPLY;
-}
-
 void write_damage(const Document& document, Output& out) {
     for (const std::string& damage : document.get_damage()) {
         out.paint(Tone::strong, shown(document.get_name(), word_limit) + ":");
@@ -117,7 +111,7 @@ void report(const Document& document, Output& out) {
         if (out.has_failed()) {
             return;
         }
-        const bool is_end = ends_reading(fault.kind);
+        const bool is_end = fault.kind == ParserReadObserver::FAULT_INCLUDE_LEFT_OPEN; // the reading's, too
         reporter.write(is_end ? Tone::error : Tone::warning, is_end ? "error:" : "warning:", fault.message,
                        fault.spot);
         if (const std::string_view note = note_for(fault, document.get_sources()); !note.empty()) {
