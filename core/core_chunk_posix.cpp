@@ -35,15 +35,20 @@ char* map_and_trim(std::size_t size) noexcept {
     return mapped + before;
 }
 
+char* map_aligned(std::size_t size) noexcept {
+    // Chunks are often mapped one beside the other, so that the next one is aligned as it comes.
+    char* const chunks = map(size);
+    if (chunks == nullptr || is_aligned(chunks)) {
+        return chunks;
+    }
+    munmap(chunks, size);
+    return map_and_trim(size);
+}
+
 } // namespace
 
 void* take_chunks(std::size_t size) noexcept {
-    // Chunks are often mapped one beside the other, so that the next one is aligned as it comes.
-    char* chunks = map(size);
-    if (chunks != nullptr && !is_aligned(chunks)) {
-        munmap(chunks, size);
-        chunks = map_and_trim(size);
-    }
+    char* const chunks = map_aligned(size);
 #if defined(MADV_HUGEPAGE)
     if (chunks != nullptr) {
         const int kept = errno; // some kernels have none
@@ -52,6 +57,25 @@ void* take_chunks(std::size_t size) noexcept {
     }
 #endif
     return chunks;
+}
+
+void* grow_chunks([[maybe_unused]] void* chunks, [[maybe_unused]] std::size_t size,
+                  [[maybe_unused]] std::size_t grown) noexcept {
+#if defined(MREMAP_FIXED)
+    if (size == grown) {
+        return chunks;
+    }
+    char* const place = map_aligned(grown); // the kernel would not align one of its own choice
+    if (place == nullptr) {
+        return nullptr;
+    }
+    void* const moved = mremap(chunks, size, grown, MREMAP_MAYMOVE | MREMAP_FIXED, place);
+    if (moved != MAP_FAILED) {
+        return moved;
+    }
+    munmap(place, grown);
+#endif
+    return nullptr;
 }
 
 void give_chunks_back(void* chunks, std::size_t size) noexcept {

@@ -41,6 +41,11 @@ void* take_chunks(std::size_t size) noexcept {
     return nullptr;
 }
 
+/// Memory cannot be moved there.
+void* grow_chunks(void* chunks, std::size_t size, std::size_t grown) noexcept {
+    return size == grown ? chunks : nullptr;
+}
+
 void give_chunks_back(void* chunks, std::size_t) noexcept {
     VirtualFree(chunks, 0, MEM_RELEASE);
 }

@@ -131,11 +131,16 @@ private:
     }
 
     void grow_to(unsigned int capacity) {
-        T* grown = static_cast<T*>(CoreMemory::allocate(byte_size(capacity)));
-        std::uninitialized_move_n(data_, count_, grown);
-        std::destroy_n(data_, count_);
-        CoreMemory::release(data_, byte_size(capacity_));
-        data_ = grown;
+        if constexpr (std::is_trivially_copyable_v<T>) {
+            data_ = static_cast<T*>(
+                CoreMemory::grow(data_, byte_size(capacity_), byte_size(count_), byte_size(capacity)));
+        } else {
+            T* grown = static_cast<T*>(CoreMemory::allocate(byte_size(capacity)));
+            std::uninitialized_move_n(data_, count_, grown);
+            std::destroy_n(data_, count_);
+            CoreMemory::release(data_, byte_size(capacity_));
+            data_ = grown;
+        }
         capacity_ = capacity;
     }
 

@@ -3,13 +3,31 @@
 #include "core/core_slab_impl.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <new>
+
+namespace {
+
+void* move_to_larger(void* block, std::size_t size, std::size_t kept, std::size_t grown) {
+    void* const larger = CoreMemory::allocate(grown);
+    if (kept != 0) {
+        std::memcpy(larger, block, kept);
+    }
+    CoreMemory::release(block, size);
+    return larger;
+}
+
+} // namespace
 
 #if defined(BK_PARSER_NO_SLABS)
 
 void* CoreMemory::allocate(std::size_t size) {
     return ::operator new(size);
+}
+
+void* CoreMemory::grow(void* block, std::size_t size, std::size_t kept, std::size_t grown) {
+    return move_to_larger(block, size, kept, grown);
 }
 
 void CoreMemory::release(void* block, std::size_t) noexcept {
@@ -22,10 +40,6 @@ namespace {
 
 static_assert(CoreMemory::largest_slab_block == bk::slab_largest_block);
 
-std::size_t size_class_of(std::size_t size) noexcept {
-    return (std::max<std::size_t>(size, 1) - 1) / bk::slab_granularity;
-}
-
 /// From this size on a block has chunks of its own: filling fresh memory is several times as fast in huge pages.
 constexpr std::size_t smallest_chunked_block = 2 * bk::chunk_size;
 
@@ -33,8 +47,12 @@ std::size_t whole_chunks(std::size_t size) noexcept {
     return (size + bk::chunk_size - 1) / bk::chunk_size * bk::chunk_size;
 }
 
+bool has_chunks(std::size_t size) noexcept {
+    return size >= smallest_chunked_block && size <= std::numeric_limits<std::size_t>::max() / 2;
+}
+
 void* allocate_large(std::size_t size) {
-    if (size < smallest_chunked_block || size > std::numeric_limits<std::size_t>::max() / 2) {
+    if (!has_chunks(size)) {
         return ::operator new(size);
     }
     void* const block = bk::take_chunks(whole_chunks(size));
@@ -45,7 +63,7 @@ void* allocate_large(std::size_t size) {
 }
 
 void release_large(void* block, std::size_t size) noexcept {
-    if (size < smallest_chunked_block) {
+    if (!has_chunks(size)) {
         ::operator delete(block);
     } else {
         bk::give_chunks_back(block, whole_chunks(size));
@@ -59,11 +77,20 @@ void* CoreMemory::allocate(std::size_t size) {
         return allocate_large(size);
     }
     bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread();
-    void* const block = heap == nullptr ? nullptr : heap->allocate(size_class_of(size));
+    void* const block = heap == nullptr ? nullptr : heap->allocate(bk::slab_class_of(size));
     if (block == nullptr) {
         throw std::bad_alloc();
     }
     return block;
+}
+
+void* CoreMemory::grow(void* block, std::size_t size, std::size_t kept, std::size_t grown) {
+    if (has_chunks(size) && has_chunks(grown)) {
+        if (void* larger = bk::grow_chunks(block, whole_chunks(size), whole_chunks(grown))) {
+            return larger;
+        }
+    }
+    return move_to_larger(block, size, kept, grown);
 }
 
 void CoreMemory::release(void* block, std::size_t size) noexcept {

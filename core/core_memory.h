@@ -10,11 +10,16 @@
 class BK_PARSER_API CoreMemory {
 public:
     /// Blocks of up to this many bytes come from slabs.
-    static constexpr std::size_t largest_slab_block = 1024;
+    static constexpr std::size_t largest_slab_block = 16320;
 
     /// A block of at least `size` bytes, aligned for any object of up to 16 bytes' alignment.
     /// Throws std::bad_alloc when memory has run out. Amortised constant time.
     [[nodiscard]] static void* allocate(std::size_t size);
+
+    /// A block of at least `grown` bytes for one that was taken with `size`, which is given back; its first `kept` bytes
+    /// are moved. Where the operating system can, a block of several MiB is moved without being copied. A null block
+    /// of no size is legal. Throws std::bad_alloc when memory has run out; the block then stays as it is.
+    [[nodiscard]] static void* grow(void* block, std::size_t size, std::size_t kept, std::size_t grown);
 
     /// Gives back a block; `size` is the size that it was taken with, or that of an object at its beginning when
     /// both are at most `largest_slab_block`. Null is legal.

@@ -166,7 +166,7 @@ SlabPage* SlabHeap::take_page(std::size_t size_class) noexcept {
     SlabPage* const page = chunk->page(index);
     char* const begin = reinterpret_cast<char*>(page);
     const std::size_t head_size = index == 0 ? first_page_head_size : page_head_size;
-    const std::size_t block_size = (size_class + 1) * slab_granularity;
+    const std::size_t block_size = slab_block_size(size_class);
     const std::size_t block_count = (slab_page_size - head_size) / block_size;
     char* const blocks = begin + head_size;
     return new (page) SlabPage{this,

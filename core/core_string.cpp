@@ -26,6 +26,17 @@ char* take_block(unsigned int capacity) {
     return static_cast<char*>(CoreMemory::allocate(std::size_t{capacity} + 1));
 }
 
+char* copy_to_block(const char* text, std::size_t size, unsigned int capacity) {
+    char* const block = take_block(capacity);
+    std::memcpy(block, text, size);
+    return block;
+}
+
+char* grow_block(char* block, unsigned int capacity, unsigned int kept, unsigned int grown) {
+    return static_cast<char*>(
+        CoreMemory::grow(block, std::size_t{capacity} + 1, kept, std::size_t{grown} + 1));
+}
+
 } // namespace
 
 // In a shared library for Windows a constant has no place for callers to import without this.
@@ -112,9 +123,8 @@ char* CoreString::resize(const unsigned int& length) {
     } else if (length > capacity()) {
         const unsigned int kept = std::min(get_length(), length);
         const unsigned int grown = grown_capacity(capacity(), length);
-        char* const block = take_block(grown);
-        std::memcpy(block, get_data(), kept);
-        release();
+        char* const block = owns_block() ? grow_block(long_.data, long_.capacity, kept, grown)
+                                         : copy_to_block(get_data(), kept, grown);
         long_ = {length, grown, block};
     }
     char* const text = writable_data();
@@ -171,8 +181,7 @@ void CoreString::assign(const char* data, unsigned int size) {
         long_.length = size;
     } else {
         const unsigned int fresh_capacity = round_capacity(size);
-        char* const block = take_block(fresh_capacity);
-        std::memcpy(block, data, size);
+        char* const block = copy_to_block(data, size, fresh_capacity);
         block[size] = '\0';
         release();
         long_ = {size, fresh_capacity, block};
@@ -200,8 +209,7 @@ bool CoreString::append_growing(const char* data, std::size_t size) {
     }
     const unsigned int total = length + static_cast<unsigned int>(size);
     const unsigned int grown = grown_capacity(capacity(), total);
-    char* const block = take_block(grown);
-    std::memcpy(block, get_data(), length);
+    char* const block = copy_to_block(get_data(), length, grown);
     std::memcpy(block + length, data, size);
     block[total] = '\0';
     release();
@@ -215,9 +223,8 @@ void CoreString::append_growing(char character) {
 
 // For text that is longer than inline_capacity.
 void CoreString::move_to_block(unsigned int new_capacity) {
-    char* const block = take_block(new_capacity);
     const unsigned int length = get_length();
-    std::memcpy(block, get_data(), std::size_t{length} + 1);
+    char* const block = copy_to_block(get_data(), std::size_t{length} + 1, new_capacity);
     release();
     long_ = {length, new_capacity, block};
 }

@@ -166,7 +166,7 @@ private:
     friend class bk::StringAccess;
 
     void release() noexcept {
-        if (!is_inline() && long_.capacity != 0) {
+        if (owns_block()) {
             release_block();
         }
     }
@@ -181,6 +181,7 @@ private:
         other.short_ = {0, {}};
     }
 
+    bool owns_block() const noexcept { return !is_inline() && long_.capacity != 0; }
     unsigned int capacity() const noexcept { return is_inline() ? inline_capacity : long_.capacity; }
     /// Characters that can be appended where the text stands: none to borrowed text.
     unsigned int room() const noexcept { return capacity() > get_length() ? capacity() - get_length() : 0; }

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <map>
@@ -41,6 +42,11 @@ void* bk::take_chunks(std::size_t size) noexcept {
     std::align(chunk_size, size, place, room);
     chunk_memory()[place] = std::move(memory);
     return place;
+}
+
+/// As where memory cannot be moved.
+void* bk::grow_chunks(void* chunks, std::size_t size, std::size_t grown) noexcept {
+    return size == grown ? chunks : nullptr;
 }
 
 void bk::give_chunks_back(void* chunks, std::size_t) noexcept {
@@ -102,6 +108,21 @@ TEST_F(chunk_out, a_parse_that_gets_no_further_chunk_keeps_what_it_read) {
             return;
         }
     }
+}
+
+TEST_F(chunk_out, a_large_block_that_cannot_grow_stays_as_it_is) {
+    constexpr std::size_t size = std::size_t{8} << 20;
+    auto* block = static_cast<char*>(CoreMemory::allocate(size));
+    std::memset(block, 1, size);
+    chunks_left = 0;
+    EXPECT_THROW(static_cast<void>(CoreMemory::grow(block, size, size, 2 * size)), std::bad_alloc);
+    EXPECT_EQ(std::count(block, block + size, 1), std::ptrdiff_t{size});
+    chunks_left = SIZE_MAX;
+    block = static_cast<char*>(CoreMemory::grow(block, size, size, 2 * size));
+    std::memset(block + size, 2, size);
+    EXPECT_EQ(std::count(block, block + size, 1), std::ptrdiff_t{size});
+    CoreMemory::release(block, 2 * size);
+    EXPECT_EQ(chunk_memory().count(block), 0u);
 }
 
 TEST_F(chunk_out, a_large_block_that_cannot_be_had_is_an_exception_of_its_own_request_alone) {

@@ -36,8 +36,11 @@ void give_back(const Block& block) {
 }
 
 TEST(core_memory, blocks_of_every_size_are_aligned_for_any_object) {
+    constexpr std::size_t small = 2000;
+    constexpr std::size_t stride = 61;
     std::vector<Block> blocks;
-    for (std::size_t size = 1; size <= 2 * CoreMemory::largest_slab_block; ++size) {
+    for (std::size_t size = 1; size <= 2 * CoreMemory::largest_slab_block;
+         size += size < small ? 1 : stride) {
         blocks.push_back(take(size, static_cast<unsigned char>(size)));
         if (size >= 16) {
             EXPECT_EQ(reinterpret_cast<std::uintptr_t>(blocks.back().data) % 16, 0u) << size;
@@ -57,13 +60,62 @@ TEST(core_memory, releasing_nothing_is_legal) {
     give_back(block);
 }
 
+TEST(core_memory, a_block_that_grows_keeps_what_is_asked_for) {
+    constexpr std::size_t mebibyte = std::size_t{1} << 20;
+    const std::size_t sizes[] = {0,
+                                 1,
+                                 16,
+                                 1024,
+                                 1025,
+                                 4096,
+                                 mebibyte,
+                                 2 * mebibyte,
+                                 4 * mebibyte,
+                                 4 * mebibyte + 1,
+                                 5 * mebibyte,
+                                 6 * mebibyte,
+                                 9 * mebibyte,
+                                 40 * mebibyte};
+    for (const std::size_t size : sizes) {
+        for (const std::size_t grown : sizes) {
+            if (grown < size) {
+                continue;
+            }
+            Block block = size == 0 ? Block{nullptr, 0, 7} : take(size, 7);
+            block.data = static_cast<unsigned char*>(CoreMemory::grow(block.data, size, size, grown));
+            EXPECT_TRUE(holds_its_mark(block)) << size << " to " << grown;
+            std::memset(block.data, 8, grown);
+            give_back({block.data, grown, 8});
+        }
+    }
+}
+
+TEST(core_memory, a_block_that_grows_step_by_step_never_mixes_with_its_neighbours) {
+    std::vector<Block> blocks = {take(1, 1), take(3000, 2), take(std::size_t{3} << 20, 3)};
+    for (int step = 0; step < 12; ++step) {
+        for (Block& block : blocks) {
+            const std::size_t grown = block.size + block.size / 2 + 1;
+            const std::size_t kept = block.size - block.size / 3;
+            block.data = static_cast<unsigned char*>(CoreMemory::grow(block.data, block.size, kept, grown));
+            std::memset(block.data + kept, block.mark, grown - kept);
+            block.size = grown;
+        }
+        for (const Block& block : blocks) {
+            ASSERT_TRUE(holds_its_mark(block)) << "step " << step << ", " << block.size;
+        }
+    }
+    for (const Block& block : blocks) {
+        give_back(block);
+    }
+}
+
 TEST(core_memory, blocks_that_are_alive_at_the_same_time_do_not_overlap) {
     std::mt19937 random(3);
     std::vector<Block> blocks;
     for (int step = 0; step < 50000; ++step) {
         if (blocks.empty() || random() % 3 != 0) {
             blocks.push_back(
-                take(1 + random() % (random() % 8 == 0 ? 3000 : 150), static_cast<unsigned char>(random())));
+                take(1 + random() % (random() % 8 == 0 ? 20000 : 150), static_cast<unsigned char>(random())));
         } else {
             std::swap(blocks[random() % blocks.size()], blocks.back());
             ASSERT_TRUE(holds_its_mark(blocks.back())) << "step " << step;

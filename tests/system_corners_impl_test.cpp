@@ -39,6 +39,25 @@ TEST(system_corners, chunks_that_are_larger_than_any_memory_are_not_there) {
     EXPECT_EQ(bk::take_chunks(std::size_t{1} << 60), nullptr);
 }
 
+TEST(system_corners, chunks_that_grow_stay_aligned_keep_what_they_hold_and_are_followed_by_zeros) {
+    std::size_t size = bk::chunk_size;
+    auto* chunks = static_cast<char*>(bk::take_chunks(size));
+    ASSERT_NE(chunks, nullptr);
+    for (std::size_t step = 0; step < 8; ++step) {
+        std::fill(chunks, chunks + size, '\1');
+        const std::size_t grown = size + step % 3 * bk::chunk_size;
+        chunks = static_cast<char*>(bk::grow_chunks(chunks, size, grown));
+        ASSERT_NE(chunks, nullptr);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(chunks) % bk::chunk_size, 0u);
+        EXPECT_EQ(std::count(chunks, chunks + size, '\1'), static_cast<std::ptrdiff_t>(size));
+        EXPECT_EQ(std::count(chunks + size, chunks + grown, '\0'), static_cast<std::ptrdiff_t>(grown - size));
+        size = grown;
+    }
+    EXPECT_EQ(bk::grow_chunks(chunks, size, std::size_t{1} << 60), nullptr);
+    std::fill(chunks, chunks + size, '\2'); // they are still there
+    bk::give_chunks_back(chunks, size);
+}
+
 TEST(system_corners, a_link_may_lead_to_a_name_of_any_length) {
     const ScratchFolder folder;
     std::string target = folder.path();

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <stdexcept>
 
@@ -101,6 +102,14 @@ void operator delete[](void* block, const std::nothrow_t&) noexcept {
 
 void* CoreMemory::allocate(std::size_t size) {
     return FailingMemory::take_or_throw(size);
+}
+void* CoreMemory::grow(void* block, std::size_t, std::size_t kept, std::size_t grown) {
+    void* const larger = FailingMemory::take_or_throw(grown);
+    if (kept != 0) {
+        std::memcpy(larger, block, kept);
+    }
+    FailingMemory::give_back(block);
+    return larger;
 }
 void CoreMemory::release(void* block, std::size_t) noexcept {
     FailingMemory::give_back(block);
