@@ -3,38 +3,18 @@
 #include "core/core_copy_impl.h"
 #include "core/core_guard_impl.h"
 #include "core/core_room_impl.h"
+#include "parser/parser_binary_scalar_impl.h"
 #include "parser/parser_entry_impl.h"
 #include "parser/parser_value_impl.h"
 
 #include <algorithm>
-#include <bit>
 
 namespace bk {
 
 namespace {
 
-constexpr std::ptrdiff_t largest_scalar = 1 + sizeof(std::uint64_t); // with its tag
-
-/// Stores what a scalar is written as; nothing for any other value. The place behind it.
-inline char* put_scalar(char* out, const ParserValue& value) {
-    auto* const bytes = reinterpret_cast<unsigned char*>(out);
-    switch (ValueAccess::type(value)) {
-    case ParserValue::TYPE_BOOL:
-        *out = ValueAccess::scalar(value).as_bool ? 1 : 0;
-        return out + 1;
-    case ParserValue::TYPE_CHAR:
-        *out = ValueAccess::scalar(value).as_char;
-        return out + 1;
-    case ParserValue::TYPE_INT:
-        store_le32(bytes, static_cast<std::uint32_t>(ValueAccess::scalar(value).as_int));
-        return out + sizeof(std::uint32_t);
-    case ParserValue::TYPE_DOUBLE:
-        store_le64(bytes, std::bit_cast<std::uint64_t>(ValueAccess::scalar(value).as_double));
-        return out + sizeof(std::uint64_t);
-    default:
-        return out;
-    }
-}
+constexpr std::size_t reserved_size = 1; // a byte that is 0
+constexpr std::size_t entry_head_size = sizeof(std::uint64_t) + reserved_size;
 
 constexpr unsigned int entries_ahead = 4; // in a large tree each entry has to come from memory first
 
@@ -115,19 +95,19 @@ void BinaryEncoder::fill_size(unsigned int place) noexcept {
 
 void BinaryEncoder::write_value(const ParserValue& value, bool with_type) {
     const ParserValue::Type type = ValueAccess::type(value);
-    if (is_last_room(largest_scalar)) {
-        char scalar[largest_scalar] = {static_cast<char>(type)};
-        const char* const end = put_scalar(with_type ? scalar + 1 : scalar, value);
-        write_bytes(scalar, static_cast<std::size_t>(end - scalar));
-    } else if (has_room(largest_scalar)) {
-        *end_ = static_cast<char>(type);
-        end_ = put_scalar(with_type ? end_ + 1 : end_, value);
-    }
-    if (!fits_) {
+    char stored[largest_stored_size];
+    const char* const end = put_scalar(stored, value);
+    if (end != stored) {
+        const char* const begin = with_type ? stored : stored + 1;
+        write_bytes(begin, static_cast<std::size_t>(end - begin));
         return;
     }
+    if (with_type) {
+        const char tag = static_cast<char>(type);
+        write_bytes(&tag, sizeof(tag));
+    }
     if (type == ParserValue::TYPE_STRING) {
-        write_string(value.get_as_string());
+        write_string(ValueAccess::held_string(value));
     } else if (type == ParserValue::TYPE_BINARY_DATA) {
         const std::string_view data = ValueAccess::bytes(value);
         write_binary_data(data.data(), static_cast<unsigned int>(data.size()));
@@ -167,13 +147,11 @@ void BinaryEncoder::run() {
                 fill_size(level.entry_size_at);
                 level.is_in_entry = false;
             }
-        } else if (fits_ && level.next_entry < level.entry_count) {
-            if (level.entry_count - level.next_entry > entries_ahead) {
-                prefetch_entry(level.entries[level.next_entry + entries_ahead]);
-            }
-            if (const ParserEntry* entry = level.entries[level.next_entry++]) {
-                begin_entry(level, *entry);
-            }
+            continue;
+        }
+        put_entries(level);
+        if (fits_ && level.next_entry < level.entry_count) {
+            begin_entry(level, *level.entries[level.next_entry++]);
         } else {
             if (level.has_size) {
                 fill_size(level.size_at);
@@ -184,17 +162,9 @@ void BinaryEncoder::run() {
 }
 
 void BinaryEncoder::begin_entry(Level& level, const ParserEntry& entry) {
-    constexpr std::size_t reserved = 1; // a byte that is 0
-    const std::size_t name_room = StringAccess::put_room(entry.get_name());
-    if (is_last_room(name_room + sizeof(std::uint64_t) + reserved)) {
-        write_string(entry.get_name());
-        level.entry_size_at = leave_size();
-        write_bytes("", reserved);
-    } else if (has_room(name_room + sizeof(std::uint64_t) + reserved)) {
-        write_string(entry.get_name());
-        level.entry_size_at = leave_size();
-        *end_++ = 0;
-    }
+    write_string(entry.get_name());
+    level.entry_size_at = leave_size();
+    write_bytes("", reserved_size);
     level.next_value = 0;
     level.is_in_entry = true;
 }
@@ -203,7 +173,7 @@ void BinaryEncoder::begin_entry(Level& level, const ParserEntry& entry) {
 bool BinaryEncoder::write_values(Level& level) {
     const ParserValueList& values = EntryAccess::values(*level.entries[level.next_entry - 1]);
     while (fits_) {
-        write_scalars(values, level.next_value);
+        end_ = put_values(end_, values, level.next_value);
         if (level.next_value == values.get_count()) {
             break;
         }
@@ -219,21 +189,78 @@ bool BinaryEncoder::write_values(Level& level) {
     return true;
 }
 
-/// Up to the first value that is no scalar, or for which there may be no room.
-void BinaryEncoder::write_scalars(const ParserValueList& values, unsigned int& next) {
-    const unsigned int count = values.get_count();
-    char* end = end_; // a store through a pointer to char could change the member
-    while (next < count && limit_ - end >= largest_scalar) {
-        const ParserValue& value = values[next];
-        char* const behind = put_scalar(end + 1, value);
-        if (behind == end + 1) {
-            break;
+/// Stores whole entries, up to the first that holds more than scalars and strings, or for which there may be no room.
+void BinaryEncoder::put_entries(Level& level) {
+    const ParserEntry* const* const entries = level.entries;
+    const unsigned int count = level.entry_count;
+    unsigned int next = level.next_entry;
+    char* end = end_;
+    for (; next < count; ++next) {
+        if (count - next > entries_ahead) {
+            prefetch_entry(entries[next + entries_ahead]);
         }
-        *end = static_cast<char>(ValueAccess::type(value));
-        end = behind;
-        ++next;
+        if (entries[next] != nullptr) {
+            char* const behind = put_entry(end, *entries[next]);
+            if (behind == nullptr) {
+                break;
+            }
+            end = behind;
+        }
     }
     end_ = end;
+    level.next_entry = next;
+}
+
+/// The place behind an entry that is stored whole. Null when it cannot be; what was stored then counts for nothing.
+char* BinaryEncoder::put_entry(char* end, const ParserEntry& entry) const {
+    const CoreString& name = entry.get_name();
+    const ParserValueList& values = EntryAccess::values(entry);
+    if (static_cast<std::size_t>(limit_ - end) < StringAccess::put_room(name) + entry_head_size) {
+        return nullptr;
+    }
+    char* const head = StringAccess::put(end, name);
+    char* const begin = head + sizeof(std::uint64_t);
+    *begin = 0;
+    unsigned int next = 0;
+    end = put_values(begin + reserved_size, values, next);
+    store_le64(reinterpret_cast<unsigned char*>(head), static_cast<std::uint64_t>(end - begin));
+    return next == values.get_count() ? end : nullptr;
+}
+
+/// Stores scalars and strings, up to the first value that is neither, or for which there may be no room. Gives the place
+/// behind them.
+char* BinaryEncoder::put_values(char* end, const ParserValueList& values, unsigned int& next) const {
+    constexpr std::size_t tag_size = 1;
+    const ParserValue* const first = values.side_by_side();
+    if (first == nullptr) {
+        return end;
+    }
+    const char* const limit =
+        limit_; // a store through a pointer to char could change members, and would read them again
+    const ParserValue* const last = first + values.get_count();
+    const ParserValue* value = first + next;
+    for (; value != last; ++value) {
+        const std::ptrdiff_t room = limit - end;
+        if (room < std::ptrdiff_t{largest_stored_size}) {
+            break;
+        }
+        if (ValueAccess::type(*value) == ParserValue::TYPE_STRING) {
+            const CoreString& text = ValueAccess::held_string(*value);
+            if (static_cast<std::size_t>(room) < StringAccess::put_room(text) + tag_size) {
+                break;
+            }
+            *end = ParserValue::TYPE_STRING;
+            end = StringAccess::put(end + tag_size, text);
+        } else {
+            char* const behind = put_scalar(end, *value);
+            if (behind == end) {
+                break;
+            }
+            end = behind;
+        }
+    }
+    next = static_cast<unsigned int>(value - first);
+    return end;
 }
 
 } // namespace bk

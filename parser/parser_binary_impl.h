@@ -56,16 +56,19 @@ private:
     void open_group(const ParserGroup& group);
     void run();
     bool write_values(Level& level);
-    void write_scalars(const ParserValueList& values, unsigned int& next);
+    void put_entries(Level& level);
+    char* put_entry(char* end, const ParserEntry& entry) const;
+    char* put_values(char* end, const ParserValueList& values, unsigned int& next) const;
     void begin_entry(Level& level, const ParserEntry& entry);
     unsigned int leave_size();
     void fill_size(unsigned int place) noexcept;
 
-    bool has_room(std::size_t size) { return static_cast<std::size_t>(limit_ - end_) >= size || grow(size); }
+    std::size_t room() const noexcept { return static_cast<std::size_t>(limit_ - end_); }
+    bool has_room(std::size_t size) { return room() >= size || grow(size); }
     /// Whether the largest buffer has no room for so much. What is asked for in advance may still be more than what
     /// is written, which then is to be written by its size.
     bool is_last_room(std::size_t size) const noexcept {
-        return static_cast<std::size_t>(limit_ - end_) < size && core_uint64{used()} + size > max_binary_size;
+        return room() < size && core_uint64{used()} + size > max_binary_size;
     }
     bool grow(std::size_t size);
     void take_storage(unsigned int used) noexcept;

@@ -22,10 +22,22 @@ constexpr std::array<unsigned char, 256> make_stored_sizes() {
 }
 
 inline constexpr std::array<unsigned char, 256> stored_sizes = make_stored_sizes();
-inline constexpr std::size_t largest_stored_size = 1 + sizeof(std::uint64_t);
+inline constexpr std::size_t largest_stored_size = 1 + sizeof(std::uint64_t); // with its tag
 
 inline std::size_t stored_size(char tag) noexcept {
     return stored_sizes[static_cast<unsigned char>(tag)];
+}
+
+/// Stores a tag and its scalar, and gives the place behind them, which is `out` itself when the value is no scalar. As many
+/// bytes as the largest needs may be written.
+inline char* put_scalar(char* out, const ParserValue& value) {
+    const ParserValue::Type type = ValueAccess::type(value);
+    const std::size_t size = type < stored_sizes.size() ? stored_sizes[type] : 0;
+    if (size != 0) {
+        *out = static_cast<char>(type);
+        store_le64(reinterpret_cast<unsigned char*>(out) + 1, ValueAccess::scalar_bits(value));
+    }
+    return out + size;
 }
 
 /// The scalar that stands at the low end of `bytes`, whatever stands above, as ValueAccess::make_scalar takes it.

@@ -44,10 +44,18 @@ public:
         }
         return value.spelled_.scalar;
     }
+    /// The same as bits, in the low end of the number. What stands above them is of no account.
+    static std::uint64_t scalar_bits(const ParserValue& value) {
+        return std::bit_cast<std::uint64_t>(scalar(value)) >> bits_below(type(value));
+    }
     /// Makes the scalar of a bool, char, int or double out of its spelling.
     static void convert_spelling(const ParserValue& value) noexcept;
     static std::string_view string(const ParserValue& value) noexcept {
         return value.get_as_string().get_view();
+    }
+    /// Of a value that is a string.
+    static const CoreString& held_string(const ParserValue& value) noexcept {
+        return value.has(ParserValue::STRING_BOXED) ? *value.boxed_string_ : value.string_;
     }
     /// Whether a value that is no string has a spelling, which is then written as it stands.
     static bool is_spelled(const ParserValue& value) noexcept { return value.has(ParserValue::TEXT_HELD); }
@@ -139,14 +147,17 @@ private:
     static int spelled_int(const ParserValue& value) noexcept;
     static double spelled_double(const ParserValue& value) noexcept;
     /// Stored whole: a narrow store is slow to read back in a wide load.
-    static ParserValue::Scalar scalar_of([[maybe_unused]] ParserValue::Type type,
-                                         std::uint64_t bits) noexcept {
+    static ParserValue::Scalar scalar_of(ParserValue::Type type, std::uint64_t bits) noexcept {
         static_assert(sizeof(ParserValue::Scalar) == sizeof(bits));
-        if constexpr (std::endian::native == std::endian::big) { // every member begins at the first byte
+        return std::bit_cast<ParserValue::Scalar>(bits << bits_below(type));
+    }
+    /// Every member of a scalar begins at its first byte. How many bits of the whole stand below it.
+    static int bits_below([[maybe_unused]] ParserValue::Type type) noexcept {
+        if constexpr (std::endian::native == std::endian::big) {
             const bool is_byte = type == ParserValue::TYPE_BOOL || type == ParserValue::TYPE_CHAR;
-            bits <<= is_byte ? 56 : type == ParserValue::TYPE_INT ? 32 : 0;
+            return is_byte ? 56 : type == ParserValue::TYPE_INT ? 32 : 0;
         }
-        return std::bit_cast<ParserValue::Scalar>(bits);
+        return 0;
     }
     static const char* put_string(std::string_view string, char*& text) noexcept {
         char* const begin = text;

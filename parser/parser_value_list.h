@@ -22,6 +22,8 @@ public:
     const ParserValue& operator[](unsigned int i) const noexcept { return at(i); }
     /// A value that is about to be given a new content.
     ParserValue& change(unsigned int i) noexcept;
+    /// Null when there are none, or when each stands in a cell of its own.
+    const ParserValue* side_by_side() const noexcept;
 
     /// Room for `count` values and `text_size` bytes of their spellings; the list is empty. The values are constructed
     /// in the room, in order, by whoever asked for it, and counted by set_count. As long as none of them keeps anything

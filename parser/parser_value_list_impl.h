@@ -54,6 +54,10 @@ inline ParserValue& ParserValueList::at(unsigned int i) const noexcept {
     return in_cells_ ? block->cells()[i]->value() : block->values()[i];
 }
 
+inline const ParserValue* ParserValueList::side_by_side() const noexcept {
+    return count_ == 0 || in_cells_ ? nullptr : static_cast<Block*>(storage_)->values();
+}
+
 inline void ParserValueList::make_room(unsigned int count, std::size_t text_size) {
     storage_ = Block::make(count, sizeof(ParserValue), text_size);
 }
