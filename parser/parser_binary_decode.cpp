@@ -38,6 +38,60 @@ std::size_t find_nul(std::string_view text) noexcept {
     return text.find('\0');
 }
 
+/// An entry's values that are all scalars and strings, and stand in the buffer whole.
+struct PlainValues {
+    const char* begin;
+    const char* end;
+    unsigned int count;
+    std::size_t text_size;
+};
+
+/// Looks for such values from `begin` on. The last one begins before `last_begin`, up to where a scalar is sure to stand in
+/// the buffer whole. The sizes of the strings are kept. False when something else stands there.
+bool find_plain_values(PlainValues& found, const char* last_begin, const char* buffer_end,
+                       std::vector<unsigned int>& string_sizes) {
+    const char* place = found.begin;
+    unsigned int count = 0;
+    string_sizes.clear();
+    for (; place < last_begin; ++count) {
+        std::size_t size = stored_size(*place);
+        if (size == 0) {
+            const std::string_view rest(place + 1, static_cast<std::size_t>(buffer_end - place) - 1);
+            const std::size_t length =
+                *place == ParserValue::TYPE_STRING ? find_nul(rest) : std::string_view::npos;
+            if (length == std::string_view::npos) {
+                return false;
+            }
+            string_sizes.push_back(static_cast<unsigned int>(length));
+            found.text_size += ValueAccess::string_need(length);
+            size = length + 2; // with its tag and the NUL
+        }
+        place += size;
+    }
+    found.end = place;
+    found.count = count;
+    return true;
+}
+
+void make_plain_values(ParserValueList& values, const PlainValues& found,
+                       const unsigned int* string_size) noexcept {
+    ParserValue* value = values.room();
+    char* text = values.text_room();
+    for (const char* place = found.begin; place != found.end; ++value) {
+        const auto type = static_cast<ParserValue::Type>(*place);
+        if (const std::size_t size = stored_size(*place)) {
+            const auto* const bytes = reinterpret_cast<const unsigned char*>(place + 1);
+            ValueAccess::make_scalar(value, type, stored_scalar(type, load_le64(bytes)));
+            place += size;
+        } else {
+            ValueAccess::make_string(value, {place + 1, *string_size}, text);
+            place += *string_size++ + 2;
+        }
+    }
+    values.set_count(found.count);
+    values.keep_plain();
+}
+
 bool keeps_nothing_outside(ParserValue::Type type) noexcept {
     return type != ParserValue::TYPE_GROUP && type != ParserValue::TYPE_BINARY_DATA;
 }
@@ -215,7 +269,7 @@ BinaryDecoder::Step BinaryDecoder::stop_at_depth() {
     return Step::failed;
 }
 
-/// Begins the next entry; those of scalars alone are read at once.
+/// Begins the next entry; those of scalars and strings are read at once.
 BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
     do {
         if (cursor_.position() >= level.group_end) {
@@ -231,42 +285,28 @@ BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
         if (!open_entry(level, name)) {
             return Step::failed;
         }
-    } while (read_scalar_entry(level));
+    } while (read_plain_entry(level));
     return Step::more;
 }
 
-/// Reads an entry whose values are all scalars and stand in the buffer whole. False, and nothing read, when it is
-/// another one.
-bool BinaryDecoder::read_scalar_entry(Level& level) {
-    const core_uint64 begin = cursor_.position();
-    const core_uint64 end = sure_end(level);
-    core_uint64 position = begin;
-    unsigned int count = 0;
-    for (; position < end; ++count) {
-        const std::size_t size = stored_size(data_[static_cast<unsigned int>(position)]);
-        if (size == 0) {
-            return false;
-        }
-        position += size;
-    }
-    if (position < level.entry_end) {
+/// Reads an entry whose values are all scalars and strings and stand in the buffer whole. False, and nothing read, when it
+/// is another one.
+bool BinaryDecoder::read_plain_entry(Level& level) {
+    const char* const data = data_.get_data();
+    PlainValues found{data + cursor_.position(), nullptr, 0, 0};
+    if (!find_plain_values(found, data + sure_end(level), data + data_.get_count(), string_sizes_)) {
         return false;
     }
-    std::unique_ptr<ParserEntry> entry(EntryAccess::make({.name = entry_name(level)}, count, 0));
-    if (count != 0) {
-        ParserValueList& values = EntryAccess::values(*entry);
-        ParserValue* const places = values.room();
-        const char* stored = data_.get_data() + begin;
-        for (unsigned int i = 0; i < count; ++i) {
-            const auto type = static_cast<ParserValue::Type>(*stored);
-            const auto* const bytes = reinterpret_cast<const unsigned char*>(stored + 1);
-            ValueAccess::make_scalar(places + i, type, stored_scalar(type, load_le64(bytes)));
-            stored += stored_size(*stored);
-        }
-        values.set_count(count);
-        values.keep_plain();
+    const auto end = static_cast<core_uint64>(found.end - data);
+    if (end < level.entry_end) { // there may be more of it, or less than it claims
+        return false;
     }
-    cursor_.move_to(position);
+    std::unique_ptr<ParserEntry> entry(
+        EntryAccess::make({.name = entry_name(level)}, found.count, found.text_size));
+    if (found.count != 0) {
+        make_plain_values(EntryAccess::values(*entry), found, string_sizes_.data());
+    }
+    cursor_.move_to(end);
     keep_entry(level, std::move(entry));
     return true;
 }

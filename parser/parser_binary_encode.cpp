@@ -142,15 +142,15 @@ void BinaryEncoder::open_group(const ParserGroup& group) {
 void BinaryEncoder::run() {
     while (!levels_.empty()) {
         Level& level = levels_.back();
+        if (!level.is_in_entry) {
+            put_entries(level);
+        }
         if (level.is_in_entry) {
             if (write_values(level)) {
                 fill_size(level.entry_size_at);
                 level.is_in_entry = false;
             }
-            continue;
-        }
-        put_entries(level);
-        if (fits_ && level.next_entry < level.entry_count) {
+        } else if (fits_ && level.next_entry < level.entry_count) {
             begin_entry(level, *level.entries[level.next_entry++]);
         } else {
             if (level.has_size) {
@@ -161,75 +161,9 @@ void BinaryEncoder::run() {
     }
 }
 
-void BinaryEncoder::begin_entry(Level& level, const ParserEntry& entry) {
-    write_string(entry.get_name());
-    level.entry_size_at = leave_size();
-    write_bytes("", reserved_size);
-    level.next_value = 0;
-    level.is_in_entry = true;
-}
-
-/// False when a group stands in between, which is to be written first.
-bool BinaryEncoder::write_values(Level& level) {
-    const ParserValueList& values = EntryAccess::values(*level.entries[level.next_entry - 1]);
-    while (fits_) {
-        end_ = put_values(end_, values, level.next_value);
-        if (level.next_value == values.get_count()) {
-            break;
-        }
-        const ParserValue& value = values[level.next_value++];
-        if (const ParserGroup* group = ValueAccess::group(value)) {
-            static constexpr char tag = ParserValue::TYPE_GROUP;
-            write_bytes(&tag, sizeof(tag));
-            open_group(*group); // `level` may have moved
-            return false;
-        }
-        write_value(value, true);
-    }
-    return true;
-}
-
-/// Stores whole entries, up to the first that holds more than scalars and strings, or for which there may be no room.
-void BinaryEncoder::put_entries(Level& level) {
-    const ParserEntry* const* const entries = level.entries;
-    const unsigned int count = level.entry_count;
-    unsigned int next = level.next_entry;
-    char* end = end_;
-    for (; next < count; ++next) {
-        if (count - next > entries_ahead) {
-            prefetch_entry(entries[next + entries_ahead]);
-        }
-        if (entries[next] != nullptr) {
-            char* const behind = put_entry(end, *entries[next]);
-            if (behind == nullptr) {
-                break;
-            }
-            end = behind;
-        }
-    }
-    end_ = end;
-    level.next_entry = next;
-}
-
-/// The place behind an entry that is stored whole. Null when it cannot be; what was stored then counts for nothing.
-char* BinaryEncoder::put_entry(char* end, const ParserEntry& entry) const {
-    const CoreString& name = entry.get_name();
-    const ParserValueList& values = EntryAccess::values(entry);
-    if (static_cast<std::size_t>(limit_ - end) < StringAccess::put_room(name) + entry_head_size) {
-        return nullptr;
-    }
-    char* const head = StringAccess::put(end, name);
-    char* const begin = head + sizeof(std::uint64_t);
-    *begin = 0;
-    unsigned int next = 0;
-    end = put_values(begin + reserved_size, values, next);
-    store_le64(reinterpret_cast<unsigned char*>(head), static_cast<std::uint64_t>(end - begin));
-    return next == values.get_count() ? end : nullptr;
-}
-
 /// Stores scalars and strings, up to the first value that is neither, or for which there may be no room. Gives the place
 /// behind them.
-char* BinaryEncoder::put_values(char* end, const ParserValueList& values, unsigned int& next) const {
+inline char* BinaryEncoder::put_values(char* end, const ParserValueList& values, unsigned int& next) const {
     constexpr std::size_t tag_size = 1;
     const ParserValue* const first = values.side_by_side();
     if (first == nullptr) {
@@ -261,6 +195,66 @@ char* BinaryEncoder::put_values(char* end, const ParserValueList& values, unsign
     }
     next = static_cast<unsigned int>(value - first);
     return end;
+}
+
+void BinaryEncoder::begin_entry(Level& level, const ParserEntry& entry) {
+    write_string(entry.get_name());
+    level.entry_size_at = leave_size();
+    write_bytes("", reserved_size);
+    level.next_value = 0;
+    level.is_in_entry = true;
+}
+
+/// Goes on in an entry. False when a group stands in between, which is to be written first.
+bool BinaryEncoder::write_values(Level& level) {
+    const ParserValueList& values = EntryAccess::values(*level.entries[level.next_entry - 1]);
+    while (fits_ && level.next_value != values.get_count()) {
+        const ParserValue& value = values[level.next_value++];
+        if (const ParserGroup* group = ValueAccess::group(value)) {
+            static constexpr char tag = ParserValue::TYPE_GROUP;
+            write_bytes(&tag, sizeof(tag));
+            open_group(*group); // `level` may have moved
+            return false;
+        }
+        write_value(value, true);
+        end_ = put_values(end_, values, level.next_value);
+    }
+    return true;
+}
+
+/// Stores entries of scalars and strings. Stops in the first one that holds more, or before one for whose head there may be
+/// no room.
+void BinaryEncoder::put_entries(Level& level) {
+    const unsigned int count = level.entry_count;
+    char* end = end_;
+    while (level.next_entry < count) {
+        const unsigned int i = level.next_entry;
+        if (count - i > entries_ahead) {
+            prefetch_entry(level.entries[i + entries_ahead]);
+        }
+        if (const ParserEntry* const entry = level.entries[i]) {
+            const CoreString& name = entry->get_name();
+            if (static_cast<std::size_t>(limit_ - end) < StringAccess::put_room(name) + entry_head_size) {
+                break;
+            }
+            char* const head = StringAccess::put(end, name);
+            char* const begin = head + sizeof(std::uint64_t);
+            *begin = 0;
+            const ParserValueList& values = EntryAccess::values(*entry);
+            unsigned int next_value = 0;
+            end = put_values(begin + reserved_size, values, next_value);
+            if (next_value != values.get_count()) {
+                level.is_in_entry = true;
+                level.next_value = next_value;
+                level.entry_size_at = static_cast<unsigned int>(head - out_.get_data());
+                ++level.next_entry;
+                break;
+            }
+            store_le64(reinterpret_cast<unsigned char*>(head), static_cast<std::uint64_t>(end - begin));
+        }
+        ++level.next_entry;
+    }
+    end_ = end;
 }
 
 } // namespace bk

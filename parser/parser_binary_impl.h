@@ -57,7 +57,6 @@ private:
     void run();
     bool write_values(Level& level);
     void put_entries(Level& level);
-    char* put_entry(char* end, const ParserEntry& entry) const;
     char* put_values(char* end, const ParserValueList& values, unsigned int& next) const;
     void begin_entry(Level& level, const ParserEntry& entry);
     unsigned int leave_size();
@@ -166,7 +165,7 @@ private:
     bool run();
     Step advance(Level& level);
     Step begin_entry(Level& level);
-    bool read_scalar_entry(Level& level);
+    bool read_plain_entry(Level& level);
     core_uint64 sure_end(const Level& level) const noexcept;
     std::string_view entry_name(const Level& level) const noexcept;
     Step finish_entry(Level& level);
@@ -187,8 +186,9 @@ private:
     unsigned int nesting_depth_;
     bool is_stopped_ = false;
     std::vector<Level> levels_;
-    std::vector<ParserEntry*> entries_; // of all open groups, the outermost first
-    std::vector<PendingValue> pending_; // of all open entries, the outermost first
+    std::vector<ParserEntry*> entries_;      // of all open groups, the outermost first
+    std::vector<PendingValue> pending_;      // of all open entries, the outermost first
+    std::vector<unsigned int> string_sizes_; // of the entry that is read at once
 };
 
 } // namespace bk

@@ -28,7 +28,7 @@ ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, st
         return entry.release();
     }
     char* const block = static_cast<char*>(CoreMemory::allocate(size));
-    auto* const entry = new (block) ParserEntry(fields);
+    auto* const entry = ::new (block) ParserEntry(fields);
     if (count != 0) {
         entry->values_.take_room(block + sizeof(ParserEntry), count, text_size);
     }

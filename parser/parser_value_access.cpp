@@ -9,7 +9,7 @@
 namespace bk {
 
 ParserValue* ValueAccess::make_escaped_string(void* place, std::string_view word, char*& text) noexcept {
-    auto* value = new (place) ParserValue(ParserValue::TYPE_STRING);
+    auto* value = ::new (place) ParserValue(ParserValue::TYPE_STRING);
     const std::size_t size = decode_escapes(word, text);
     text[size] = '\0';
     value->string_.set_borrowed(text, static_cast<unsigned int>(size));
@@ -43,7 +43,7 @@ void ValueAccess::copy_content(ParserValue& copied, const ParserValue& value, Pa
 }
 
 ParserValue* ValueAccess::copy(void* place, const ParserValue& value, ParserGroup* group, char*& text) {
-    auto* copied = new (place) ParserValue(value.get_type());
+    auto* copied = ::new (place) ParserValue(value.get_type());
     copy_content(*copied, value, group);
     if (value.get_type() == ParserValue::TYPE_STRING) {
         if (string(value).size() > CoreString::inline_capacity) {
@@ -58,7 +58,7 @@ ParserValue* ValueAccess::copy(void* place, const ParserValue& value, ParserGrou
 }
 
 void ValueAccess::relocate(ParserValue& from, void* to) noexcept {
-    auto* made = new (to) ParserValue(ParserValue::TYPE_GROUP);
+    auto* made = ::new (to) ParserValue(ParserValue::TYPE_GROUP);
     made->bits_ = from.bits_;
     made->size_ = from.size_;
     static_assert(sizeof(from.spelled_) == sizeof(from.string_), "both fill the union");

@@ -80,15 +80,15 @@ public:
         char* const begin = text;
         copy_text(begin, word.data(), word.size());
         text += word.size();
-        return new (place) ParserValue(type, begin, static_cast<unsigned int>(word.size()));
+        return ::new (place) ParserValue(type, begin, static_cast<unsigned int>(word.size()));
     }
     /// The same of a spelling that stands in the area already.
     static ParserValue* show_spelled(void* place, ParserValue::Type type,
                                      std::string_view spelling) noexcept {
-        return new (place) ParserValue(type, spelling.data(), static_cast<unsigned int>(spelling.size()));
+        return ::new (place) ParserValue(type, spelling.data(), static_cast<unsigned int>(spelling.size()));
     }
     static ParserValue* make_string(void* place, std::string_view word, char*& text) noexcept {
-        auto* value = new (place) ParserValue(ParserValue::TYPE_STRING);
+        auto* value = ::new (place) ParserValue(ParserValue::TYPE_STRING);
         const auto size = static_cast<unsigned int>(word.size());
         const bool is_short = size <= CoreString::inline_capacity;
         StringAccess::show(value->string_, {is_short ? word.data() : put_string(word, text), size});
@@ -99,19 +99,16 @@ public:
     /// A bool, char, int or double from its bits, in the low end of the number. A double has to be finite, as
     /// `clamp_to_finite` makes it.
     static ParserValue* make_scalar(void* place, ParserValue::Type type, std::uint64_t bits) noexcept {
-        auto* value = new (place) ParserValue(type);
-        value->bits_ |= ParserValue::VALUE_HELD;
-        value->spelled_.scalar = scalar_of(type, bits);
-        return value;
+        return ::new (place) ParserValue(type, scalar_of(type, bits));
     }
     static ParserValue* make_group(void* place, ParserGroup* group) noexcept {
-        auto* value = new (place) ParserValue(ParserValue::TYPE_GROUP);
+        auto* value = ::new (place) ParserValue(ParserValue::TYPE_GROUP);
         value->spelled_.scalar.group = group;
         return value;
     }
     /// Adopts bytes taken from CoreMemory.
     static ParserValue* make_binary_data(void* place, void* data, unsigned int size) noexcept {
-        auto* value = new (place) ParserValue(ParserValue::TYPE_BINARY_DATA);
+        auto* value = ::new (place) ParserValue(ParserValue::TYPE_BINARY_DATA);
         value->spelled_.scalar.bytes = static_cast<unsigned char*>(data);
         value->size_ = size;
         return value;
