@@ -169,8 +169,8 @@ inline char* BinaryEncoder::put_values(char* end, const ParserValueList& values,
     if (first == nullptr) {
         return end;
     }
-    const char* const limit =
-        limit_; // a store through a pointer to char could change members, and would read them again
+    // A store through a pointer to char could change a member, and each would be read again.
+    const char* const limit = limit_;
     const ParserValue* const last = first + values.get_count();
     const ParserValue* value = first + next;
     for (; value != last; ++value) {
@@ -197,6 +197,44 @@ inline char* BinaryEncoder::put_values(char* end, const ParserValueList& values,
     return end;
 }
 
+/// Stores an entry as far as it is scalars and strings. False, and nothing stored, when there may be no room for its head.
+inline bool BinaryEncoder::put_entry(Level& level, const ParserEntry& entry) {
+    const CoreString& name = entry.get_name();
+    const ParserValueList& values = EntryAccess::values(entry);
+    if (room() < StringAccess::put_room(name) + entry_head_size) {
+        return false;
+    }
+    char* const head = StringAccess::put(end_, name);
+    char* const begin = head + sizeof(std::uint64_t);
+    *begin = 0;
+    unsigned int next_value = 0;
+    end_ = put_values(begin + reserved_size, values, next_value);
+    if (next_value == values.get_count()) {
+        store_le64(reinterpret_cast<unsigned char*>(head), static_cast<std::uint64_t>(end_ - begin));
+    } else {
+        level.next_value = next_value;
+        level.entry_size_at = static_cast<unsigned int>(head - out_.get_data());
+        level.is_in_entry = true;
+    }
+    return true;
+}
+
+/// Stores entries of scalars and strings. Stops in the first one that holds more, or before one for whose head there may be
+/// no room.
+void BinaryEncoder::put_entries(Level& level) {
+    while (!level.is_in_entry && level.next_entry < level.entry_count) {
+        if (level.entry_count - level.next_entry > entries_ahead) {
+            prefetch_entry(level.entries[level.next_entry + entries_ahead]);
+        }
+        const ParserEntry* const entry = level.entries[level.next_entry];
+        if (entry != nullptr && !put_entry(level, *entry)) {
+            break;
+        }
+        ++level.next_entry;
+    }
+}
+
+/// Begins an entry whose head may need more room.
 void BinaryEncoder::begin_entry(Level& level, const ParserEntry& entry) {
     write_string(entry.get_name());
     level.entry_size_at = leave_size();
@@ -220,41 +258,6 @@ bool BinaryEncoder::write_values(Level& level) {
         end_ = put_values(end_, values, level.next_value);
     }
     return true;
-}
-
-/// Stores entries of scalars and strings. Stops in the first one that holds more, or before one for whose head there may be
-/// no room.
-void BinaryEncoder::put_entries(Level& level) {
-    const unsigned int count = level.entry_count;
-    char* end = end_;
-    while (level.next_entry < count) {
-        const unsigned int i = level.next_entry;
-        if (count - i > entries_ahead) {
-            prefetch_entry(level.entries[i + entries_ahead]);
-        }
-        if (const ParserEntry* const entry = level.entries[i]) {
-            const CoreString& name = entry->get_name();
-            if (static_cast<std::size_t>(limit_ - end) < StringAccess::put_room(name) + entry_head_size) {
-                break;
-            }
-            char* const head = StringAccess::put(end, name);
-            char* const begin = head + sizeof(std::uint64_t);
-            *begin = 0;
-            const ParserValueList& values = EntryAccess::values(*entry);
-            unsigned int next_value = 0;
-            end = put_values(begin + reserved_size, values, next_value);
-            if (next_value != values.get_count()) {
-                level.is_in_entry = true;
-                level.next_value = next_value;
-                level.entry_size_at = static_cast<unsigned int>(head - out_.get_data());
-                ++level.next_entry;
-                break;
-            }
-            store_le64(reinterpret_cast<unsigned char*>(head), static_cast<std::uint64_t>(end - begin));
-        }
-        ++level.next_entry;
-    }
-    end_ = end;
 }
 
 } // namespace bk

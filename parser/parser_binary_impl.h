@@ -57,6 +57,7 @@ private:
     void run();
     bool write_values(Level& level);
     void put_entries(Level& level);
+    bool put_entry(Level& level, const ParserEntry& entry);
     char* put_values(char* end, const ParserValueList& values, unsigned int& next) const;
     void begin_entry(Level& level, const ParserEntry& entry);
     unsigned int leave_size();

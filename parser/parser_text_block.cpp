@@ -1,14 +1,8 @@
 #include "parser/parser_text_block_impl.h"
 
-// MinGW's g++ does not align the stack for such vectors.
-#if defined(BK_USE_VECTORS) && defined(__GNUC__) && !defined(__MINGW32__)
-#define BK_SCAN_AVX2 1
-#include <immintrin.h>
-#endif
-
 namespace bk {
 
-#if defined(BK_SCAN_AVX2)
+#if defined(BK_USE_AVX2)
 
 namespace {
 
@@ -92,17 +86,12 @@ static_assert(half_tables.next_bit <= 0x100, "the classes fit a byte");
     out = masks;
 }
 
-bool has_avx2() noexcept {
-    __builtin_cpu_init(); // a host's own constructors may parse before everything is set up
-    return __builtin_cpu_supports("avx2") != 0;
-}
-
 } // namespace
 
 #endif
 
 MakeMasks fastest_make_masks() noexcept {
-#if defined(BK_SCAN_AVX2)
+#if defined(BK_USE_AVX2)
     static const MakeMasks chosen = has_avx2() ? make_masks_avx2 : vector::make_masks;
     return chosen;
 #elif defined(BK_USE_VECTORS)

@@ -18,13 +18,6 @@ std::uint32_t word_at(const Bytes& bytes, std::size_t i) {
     return word;
 }
 
-/// The first outputs, found by adding them to zeros.
-Bytes outputs(std::uint32_t seed, std::size_t count) {
-    Bytes bytes(4 * count);
-    bk::Keystream(seed).add_to(bytes.data(), bytes.data(), count);
-    return bytes;
-}
-
 Bytes random_words(std::size_t count, std::uint32_t seed) {
     std::mt19937 random(seed);
     Bytes bytes(4 * count);
@@ -34,13 +27,30 @@ Bytes random_words(std::size_t count, std::uint32_t seed) {
     return bytes;
 }
 
+/// The same by the loops for any processor, and by the fastest ones for this one.
+class keystream : public testing::TestWithParam<const bk::KeystreamLoops*> {
+protected:
+    static bk::Keystream stream(std::uint32_t seed) { return bk::Keystream(seed, *GetParam()); }
+
+    /// The first outputs, found by adding them to zeros.
+    static Bytes outputs(std::uint32_t seed, std::size_t count) {
+        Bytes bytes(4 * count);
+        stream(seed).add_to(bytes.data(), bytes.data(), count);
+        return bytes;
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(loops, keystream,
+                         testing::Values(&bk::plain_keystream_loops, &bk::fastest_keystream_loops()),
+                         [](const auto& tested) { return tested.index == 0 ? "plain" : "fastest"; });
+
 } // namespace
 
-TEST(keystream, the_10000th_output_for_the_seed_5489_is_the_published_one) {
+TEST_P(keystream, the_10000th_output_for_the_seed_5489_is_the_published_one) {
     EXPECT_EQ(word_at(outputs(5489, 10000), 9999), 4123659995u);
 }
 
-TEST(keystream, the_outputs_are_those_of_the_standard_generator) {
+TEST_P(keystream, the_outputs_are_those_of_the_standard_generator) {
     std::vector<std::uint32_t> seeds = {0, 1, 2, 5489, 0x7FFFFFFF, 0x80000000, 0xFFFFFF80, 0xFFFFFFFF};
     std::mt19937 random(1);
     while (seeds.size() < 300) {
@@ -55,7 +65,7 @@ TEST(keystream, the_outputs_are_those_of_the_standard_generator) {
     }
 }
 
-TEST(keystream, every_length_around_the_rounds_is_that_of_the_standard_generator) {
+TEST_P(keystream, every_length_around_the_rounds_is_that_of_the_standard_generator) {
     for (const std::size_t around : {std::size_t{0}, std::size_t{227}, std::size_t{397}, std::size_t{624},
                                      std::size_t{1248}, std::size_t{6240}}) {
         for (std::size_t count = around < 3 ? 0 : around - 3; count <= around + 3; ++count) {
@@ -71,67 +81,67 @@ TEST(keystream, every_length_around_the_rounds_is_that_of_the_standard_generator
     }
 }
 
-TEST(keystream, words_are_added_modulo_2_to_the_32) {
+TEST_P(keystream, words_are_added_modulo_2_to_the_32) {
     const Bytes in = random_words(2000, 3);
     Bytes out(in.size());
-    bk::Keystream(9).add_to(in.data(), out.data(), 2000);
+    stream(9).add_to(in.data(), out.data(), 2000);
     std::mt19937 standard(9);
     for (std::size_t i = 0; i < 2000; ++i) {
         ASSERT_EQ(word_at(out, i), static_cast<std::uint32_t>(word_at(in, i) + standard())) << i;
     }
 }
 
-TEST(keystream, words_are_subtracted_modulo_2_to_the_32) {
+TEST_P(keystream, words_are_subtracted_modulo_2_to_the_32) {
     const Bytes in = random_words(2000, 4);
     Bytes out(in.size());
-    bk::Keystream(9).subtract_from(in.data(), out.data(), 2000);
+    stream(9).subtract_from(in.data(), out.data(), 2000);
     std::mt19937 standard(9);
     for (std::size_t i = 0; i < 2000; ++i) {
         ASSERT_EQ(word_at(out, i), static_cast<std::uint32_t>(word_at(in, i) - standard())) << i;
     }
 }
 
-TEST(keystream, subtracting_undoes_adding_in_place) {
+TEST_P(keystream, subtracting_undoes_adding_in_place) {
     for (std::size_t count = 0; count < 1300; count += 13) {
         const Bytes before = random_words(count, 5);
         Bytes bytes = before;
-        bk::Keystream(10).add_to(bytes.data(), bytes.data(), count);
+        stream(10).add_to(bytes.data(), bytes.data(), count);
         EXPECT_EQ(bytes == before, count == 0);
-        bk::Keystream(10).subtract_from(bytes.data(), bytes.data(), count);
+        stream(10).subtract_from(bytes.data(), bytes.data(), count);
         EXPECT_TRUE(bytes == before) << count;
     }
 }
 
-TEST(keystream, a_stream_goes_on_where_the_last_call_ended) {
+TEST_P(keystream, a_stream_goes_on_where_the_last_call_ended) {
     const Bytes whole = outputs(11, 3000);
     std::mt19937 random(6);
     for (int round = 0; round < 50; ++round) {
         Bytes pieces(whole.size());
-        bk::Keystream keystream(11);
+        bk::Keystream cipher = stream(11);
         std::size_t at = 0;
         while (at < 3000) {
             const std::size_t count = std::min<std::size_t>(random() % 700, 3000 - at);
-            keystream.add_to(pieces.data() + 4 * at, pieces.data() + 4 * at, count);
+            cipher.add_to(pieces.data() + 4 * at, pieces.data() + 4 * at, count);
             at += count;
         }
         EXPECT_TRUE(pieces == whole);
     }
 }
 
-TEST(keystream, adding_and_subtracting_take_from_the_same_stream) {
+TEST_P(keystream, adding_and_subtracting_take_from_the_same_stream) {
     Bytes bytes(8);
-    bk::Keystream keystream(12);
-    keystream.add_to(bytes.data(), bytes.data(), 1);
-    keystream.subtract_from(bytes.data() + 4, bytes.data() + 4, 1);
+    bk::Keystream cipher = stream(12);
+    cipher.add_to(bytes.data(), bytes.data(), 1);
+    cipher.subtract_from(bytes.data() + 4, bytes.data() + 4, 1);
     std::mt19937 standard(12);
     EXPECT_EQ(word_at(bytes, 0), standard());
     EXPECT_EQ(word_at(bytes, 1), static_cast<std::uint32_t>(0 - standard()));
 }
 
-TEST(keystream, bytes_outside_the_words_are_not_touched) {
+TEST_P(keystream, bytes_outside_the_words_are_not_touched) {
     Bytes bytes(4 * 10 + 2, 0xAA);
     const Bytes zeros(4 * 10);
-    bk::Keystream(13).add_to(zeros.data(), bytes.data() + 1, 10);
+    stream(13).add_to(zeros.data(), bytes.data() + 1, 10);
     EXPECT_EQ(bytes.front(), 0xAA);
     EXPECT_EQ(bytes.back(), 0xAA);
     EXPECT_EQ(Bytes(bytes.begin() + 1, bytes.end() - 1), outputs(13, 10)) << "wherever the words lie";
