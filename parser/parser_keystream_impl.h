@@ -41,8 +41,8 @@ private:
                  std::size_t count) noexcept;
 
     const KeystreamLoops& loops_;
-    std::array<std::uint32_t, state_size> state_;
-    std::size_t used_ = state_size; // words of the round
+    alignas(64) std::array<std::uint32_t, state_size> state_; // a vector less often stands in two cache lines
+    std::size_t used_ = state_size;                           // words of the round
 };
 
 } // namespace bk
