@@ -11,8 +11,8 @@ inline constexpr std::size_t chunk_size = std::size_t{2} << 20;
 /// back it with huge pages.
 void* take_chunks(std::size_t size) noexcept;
 
-/// Makes chunks more, elsewhere if need be, without a copy of what they hold. Null where that cannot be done; they then
-/// stay as they are.
+/// Adds chunks, all zeros, behind those that there are, by giving what these hold another address instead of copying it.
+/// Null where that cannot be done; they then stay as they are.
 void* grow_chunks(void* chunks, std::size_t size, std::size_t grown) noexcept;
 
 void give_chunks_back(void* chunks, std::size_t size) noexcept;

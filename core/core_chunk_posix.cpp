@@ -62,18 +62,15 @@ void* take_chunks(std::size_t size) noexcept {
 void* grow_chunks([[maybe_unused]] void* chunks, [[maybe_unused]] std::size_t size,
                   [[maybe_unused]] std::size_t grown) noexcept {
 #if defined(MREMAP_FIXED)
-    if (size == grown) {
-        return chunks;
-    }
+    const int kept = errno;
     char* const place = map_aligned(grown); // the kernel would not align one of its own choice
-    if (place == nullptr) {
-        return nullptr;
-    }
-    void* const moved = mremap(chunks, size, grown, MREMAP_MAYMOVE | MREMAP_FIXED, place);
+    void* const moved =
+        place == nullptr ? MAP_FAILED : mremap(chunks, size, grown, MREMAP_MAYMOVE | MREMAP_FIXED, place);
     if (moved != MAP_FAILED) {
         return moved;
     }
-    munmap(place, grown);
+    // The place may have been unmapped before the move failed, and be another thread's by now: it is left alone.
+    errno = kept;
 #endif
     return nullptr;
 }

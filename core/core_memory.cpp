@@ -86,7 +86,12 @@ void* CoreMemory::allocate(std::size_t size) {
 
 void* CoreMemory::grow(void* block, std::size_t size, std::size_t kept, std::size_t grown) {
     if (has_chunks(size) && has_chunks(grown)) {
-        if (void* larger = bk::grow_chunks(block, whole_chunks(size), whole_chunks(grown))) {
+        const std::size_t old_room = whole_chunks(size);
+        const std::size_t room = whole_chunks(grown);
+        if (room == old_room) {
+            return block;
+        }
+        if (void* larger = bk::grow_chunks(block, old_room, room)) {
             return larger;
         }
     }
@@ -105,7 +110,7 @@ void CoreMemory::release(void* block, std::size_t size) noexcept {
     if (page->heap == bk::SlabHeap::of_this_thread_if_any()) {
         page->heap->release(page, block);
     } else {
-        page->heap->release_from_afar(block);
+        page->heap->release_from_afar(page, block);
     }
 }
 

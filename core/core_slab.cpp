@@ -16,12 +16,23 @@ constexpr std::uint32_t all_pages_used = 0xFFFFFFFFu;
 static_assert(pages_per_chunk == 32, "a chunk counts its pages in 32 bits");
 static_assert(sizeof(SlabPage) <= page_head_size &&
               page_head_size + sizeof(SlabChunk) <= first_page_head_size);
+static_assert(slab_page_size - first_page_head_size == slab_page_room);
+
+constexpr bool holds_every_size() {
+    for (std::size_t size = 1; size <= slab_largest_block; ++size) {
+        if (slab_class_of(size) >= slab_class_count || slab_block_size(slab_class_of(size)) < size) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(holds_every_size());
 
 /// Every heap there ever was: a thread that ends leaves its heap to one that begins.
 std::atomic<SlabHeap*> all_heaps{nullptr};
 
-/// How many blocks may come back to a heap without a thread before somebody puts them away.
-constexpr std::uint32_t patience = 1024;
+/// How many bytes may come back to a heap without a thread before somebody puts them away.
+constexpr std::uint32_t patience = std::uint32_t{1} << 18;
 
 /// Links of a doubly linked list whose head is `first`.
 template <class Item>
@@ -87,12 +98,14 @@ bool SlabHeap::try_to_own() noexcept {
     return !is_owned_.load(std::memory_order_relaxed) && !is_owned_.exchange(true, std::memory_order_acquire);
 }
 
-void SlabHeap::release_from_afar(void* block) noexcept {
+void SlabHeap::release_from_afar(SlabPage* page, void* block) noexcept {
+    const std::uint32_t size = page->block_size; // once the block is listed, its page may be given back
     auto* const freed = new (block) FreeBlock{from_afar_.load(std::memory_order_relaxed)};
     while (!from_afar_.compare_exchange_weak(freed->next, freed, std::memory_order_release)) {
     }
     // A heap without a thread would never look at the list.
-    if (from_afar_count_.fetch_add(1, std::memory_order_relaxed) % patience == 0 && try_to_own()) {
+    const std::uint32_t before = from_afar_size_.fetch_add(size, std::memory_order_relaxed);
+    if ((before == 0 || before / patience != (before + size) / patience) && try_to_own()) {
         take_back_from_afar();
         is_owned_.store(false, std::memory_order_release);
     }

@@ -25,7 +25,8 @@ inline constexpr std::size_t slab_page_room =
 /// equal blocks that fill a page.
 inline constexpr std::size_t slab_largest_small_block = 1024;
 inline constexpr std::size_t slab_small_class_count = slab_largest_small_block / slab_granularity;
-inline constexpr std::size_t slab_most_blocks = slab_page_room / slab_largest_small_block;
+inline constexpr std::size_t slab_most_blocks =
+    slab_page_room / (slab_largest_small_block + slab_granularity);
 inline constexpr std::size_t slab_fewest_blocks = 4;
 inline constexpr std::size_t slab_largest_block = slab_page_room / slab_fewest_blocks;
 inline constexpr std::size_t slab_class_count =
@@ -117,7 +118,7 @@ public:
     }
 
     /// By any other thread.
-    void release_from_afar(void* block) noexcept;
+    void release_from_afar(SlabPage* page, void* block) noexcept;
 
     /// The heap of this thread; null when there is no memory for one.
     static SlabHeap* of_this_thread() noexcept {
@@ -147,7 +148,7 @@ private:
     SlabChunk* chunks_with_room_ = nullptr;
     SlabChunk* spare_chunk_ = nullptr; // one that is empty is kept
     std::atomic<FreeBlock*> from_afar_{nullptr};
-    std::atomic<std::uint32_t> from_afar_count_{0};
+    std::atomic<std::uint32_t> from_afar_size_{0}; // of all blocks that ever came, in bytes
     std::atomic<bool> is_owned_{true};
     SlabHeap* next_heap_ = nullptr;
 };

@@ -46,14 +46,15 @@ struct PlainValues {
     std::size_t text_size;
 };
 
-/// Looks for such values from `begin` on. The last one begins before `last_begin`, up to where a scalar is sure to stand in
-/// the buffer whole. The sizes of the strings are kept. False when something else stands there.
-bool find_plain_values(PlainValues& found, const char* last_begin, const char* buffer_end,
+/// Reads over scalars and strings from `found.begin` on, until one would begin at `sure_end` or behind it: a scalar that begins
+/// before is sure to stand in the buffer whole. Keeps the sizes of the strings. False when something else stands there, or a
+/// string without a NUL.
+bool find_plain_values(PlainValues& found, const char* sure_end, const char* buffer_end,
                        std::vector<unsigned int>& string_sizes) {
     const char* place = found.begin;
     unsigned int count = 0;
     string_sizes.clear();
-    for (; place < last_begin; ++count) {
+    for (; place < sure_end; ++count) {
         std::size_t size = stored_size(*place);
         if (size == 0) {
             const std::string_view rest(place + 1, static_cast<std::size_t>(buffer_end - place) - 1);
@@ -85,7 +86,7 @@ void make_plain_values(ParserValueList& values, const PlainValues& found,
             place += size;
         } else {
             ValueAccess::make_string(value, {place + 1, *string_size}, text);
-            place += *string_size++ + 2;
+            place += std::size_t{*string_size++} + 2;
         }
     }
     values.set_count(found.count);
@@ -213,7 +214,6 @@ bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
         report_large_entry(name, size, data_.get_count());
         return false;
     }
-    constexpr std::uint64_t reserved_size = 1;
     cursor_.skip(reserved_size);
     level.entry_end = cursor_.position() + (size < reserved_size ? 0 : size - reserved_size);
     level.first_value = static_cast<unsigned int>(pending_.size());
@@ -292,6 +292,9 @@ BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
 /// Reads an entry whose values are all scalars and strings and stand in the buffer whole. False, and nothing read, when it
 /// is another one.
 bool BinaryDecoder::read_plain_entry(Level& level) {
+    if (cursor_.position() > data_.get_count()) { // behind an entry that is cut in its head
+        return false;
+    }
     const char* const data = data_.get_data();
     PlainValues found{data + cursor_.position(), nullptr, 0, 0};
     if (!find_plain_values(found, data + sure_end(level), data + data_.get_count(), string_sizes_)) {
@@ -415,7 +418,7 @@ std::size_t BinaryDecoder::text_need(const PendingValue& pending) noexcept {
     return pending.type == ParserValue::TYPE_STRING ? ValueAccess::string_need(pending.size) : 0;
 }
 
-inline ParserValue* BinaryDecoder::make_value(void* place, PendingValue& pending, char*& text) {
+ParserValue* BinaryDecoder::make_value(void* place, PendingValue& pending, char*& text) {
     if (pending.type >= ParserValue::TYPE_BOOL && pending.type <= ParserValue::TYPE_DOUBLE) {
         return ValueAccess::make_scalar(place, pending.type, pending.bits);
     }

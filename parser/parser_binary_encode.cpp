@@ -13,10 +13,43 @@ namespace bk {
 
 namespace {
 
-constexpr std::size_t reserved_size = 1; // a byte that is 0
 constexpr std::size_t entry_head_size = sizeof(std::uint64_t) + reserved_size;
 
 constexpr unsigned int entries_ahead = 4; // in a large tree each entry has to come from memory first
+
+/// Stores scalars and strings from the value at `next` on, and leaves there the first value that is neither, for which there may
+/// be no room before `limit`, or that stands in a cell of its own. Gives the place behind what is stored.
+inline char* put_values(char* end, const char* limit, const ParserValueList& values, unsigned int& next) {
+    constexpr std::size_t tag_size = 1;
+    const ParserValue* const first = values.side_by_side();
+    if (first == nullptr) {
+        return end;
+    }
+    const ParserValue* const last = first + values.get_count();
+    const ParserValue* value = first + next;
+    for (; value != last; ++value) {
+        const auto room = static_cast<std::size_t>(limit - end);
+        if (room < largest_stored_size) {
+            break;
+        }
+        if (ValueAccess::type(*value) == ParserValue::TYPE_STRING) {
+            const CoreString& text = ValueAccess::held_string(*value);
+            if (room < StringAccess::put_room(text) + tag_size) {
+                break;
+            }
+            *end = ParserValue::TYPE_STRING;
+            end = StringAccess::put(end + tag_size, text);
+        } else {
+            char* const behind = put_scalar(end, *value);
+            if (behind == end) {
+                break;
+            }
+            end = behind;
+        }
+    }
+    next = static_cast<unsigned int>(value - first);
+    return end;
+}
 
 } // namespace
 
@@ -161,44 +194,8 @@ void BinaryEncoder::run() {
     }
 }
 
-/// Stores scalars and strings, up to the first value that is neither, or for which there may be no room. Gives the place
-/// behind them.
-inline char* BinaryEncoder::put_values(char* end, const ParserValueList& values, unsigned int& next) const {
-    constexpr std::size_t tag_size = 1;
-    const ParserValue* const first = values.side_by_side();
-    if (first == nullptr) {
-        return end;
-    }
-    // A store through a pointer to char could change a member, and each would be read again.
-    const char* const limit = limit_;
-    const ParserValue* const last = first + values.get_count();
-    const ParserValue* value = first + next;
-    for (; value != last; ++value) {
-        const std::ptrdiff_t room = limit - end;
-        if (room < std::ptrdiff_t{largest_stored_size}) {
-            break;
-        }
-        if (ValueAccess::type(*value) == ParserValue::TYPE_STRING) {
-            const CoreString& text = ValueAccess::held_string(*value);
-            if (static_cast<std::size_t>(room) < StringAccess::put_room(text) + tag_size) {
-                break;
-            }
-            *end = ParserValue::TYPE_STRING;
-            end = StringAccess::put(end + tag_size, text);
-        } else {
-            char* const behind = put_scalar(end, *value);
-            if (behind == end) {
-                break;
-            }
-            end = behind;
-        }
-    }
-    next = static_cast<unsigned int>(value - first);
-    return end;
-}
-
 /// Stores an entry as far as it is scalars and strings. False, and nothing stored, when there may be no room for its head.
-inline bool BinaryEncoder::put_entry(Level& level, const ParserEntry& entry) {
+bool BinaryEncoder::put_entry(Level& level, const ParserEntry& entry) {
     const CoreString& name = entry.get_name();
     const ParserValueList& values = EntryAccess::values(entry);
     if (room() < StringAccess::put_room(name) + entry_head_size) {
@@ -208,7 +205,7 @@ inline bool BinaryEncoder::put_entry(Level& level, const ParserEntry& entry) {
     char* const begin = head + sizeof(std::uint64_t);
     *begin = 0;
     unsigned int next_value = 0;
-    end_ = put_values(begin + reserved_size, values, next_value);
+    end_ = put_values(begin + reserved_size, limit_, values, next_value);
     if (next_value == values.get_count()) {
         store_le64(reinterpret_cast<unsigned char*>(head), static_cast<std::uint64_t>(end_ - begin));
     } else {
@@ -219,8 +216,8 @@ inline bool BinaryEncoder::put_entry(Level& level, const ParserEntry& entry) {
     return true;
 }
 
-/// Stores entries of scalars and strings. Stops in the first one that holds more, or before one for whose head there may be
-/// no room.
+/// Stores entries of scalars and strings. Stops in the first one that holds more or for whose values there may be no room, or
+/// before one for whose head there may be none.
 void BinaryEncoder::put_entries(Level& level) {
     while (!level.is_in_entry && level.next_entry < level.entry_count) {
         if (level.entry_count - level.next_entry > entries_ahead) {
@@ -255,7 +252,7 @@ bool BinaryEncoder::write_values(Level& level) {
             return false;
         }
         write_value(value, true);
-        end_ = put_values(end_, values, level.next_value);
+        end_ = put_values(end_, limit_, values, level.next_value);
     }
     return true;
 }

@@ -19,6 +19,9 @@ namespace bk {
 /// The largest buffer: counts are 32-bit.
 inline constexpr core_uint64 max_binary_size = 0xFFFFFFFFu;
 
+/// Between an entry's size and its values stands a byte that is 0, which the size counts.
+inline constexpr std::size_t reserved_size = 1;
+
 /// Appends the binary form to a buffer. Sizes are written as zeros and filled in when what they measure is
 /// complete, so that every byte is written once. The buffer counts the bytes only when `finish` is called.
 class BinaryEncoder {
@@ -58,7 +61,6 @@ private:
     bool write_values(Level& level);
     void put_entries(Level& level);
     bool put_entry(Level& level, const ParserEntry& entry);
-    char* put_values(char* end, const ParserValueList& values, unsigned int& next) const;
     void begin_entry(Level& level, const ParserEntry& entry);
     unsigned int leave_size();
     void fill_size(unsigned int place) noexcept;

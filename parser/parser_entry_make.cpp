@@ -3,6 +3,7 @@
 #include "parser/parser_entry_impl.h"
 
 #include <memory>
+#include <new>
 
 ParserEntry::ParserEntry(const bk::EntryFields& fields) noexcept
     : line_(fields.line), column_(fields.column), array_count_(fields.array_count), type_(fields.type) {}
@@ -10,6 +11,9 @@ ParserEntry::ParserEntry(const bk::EntryFields& fields) noexcept
 namespace bk {
 
 namespace {
+
+/// What stands in an entry's block cannot be given back before the entry: a long list that grows would leave much behind.
+constexpr std::size_t largest_embedding_block = 1024;
 
 /// A name that is too long to stand inside its string has its text, and a NUL, behind the values.
 std::size_t name_need(std::string_view name) noexcept {
@@ -21,7 +25,7 @@ std::size_t name_need(std::string_view name) noexcept {
 ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, std::size_t text_size) {
     const std::size_t values_size = count == 0 ? 0 : ParserValueList::room_size(count, text_size);
     const std::size_t size = sizeof(ParserEntry) + values_size + name_need(fields.name);
-    if (size > CoreMemory::largest_slab_block) {
+    if (size > largest_embedding_block) {
         std::unique_ptr<ParserEntry> entry(new ParserEntry(fields));
         entry->name_ = CoreString(fields.name);
         entry->values_.make_room(count, text_size);

@@ -1,7 +1,7 @@
 #include "parser/parser_keystream_impl.h"
 
+#include "core/core_avx2_impl.h"
 #include "core/core_bytes_impl.h"
-#include "core/core_vectors_impl.h"
 
 #include <algorithm>
 
@@ -30,7 +30,7 @@ constexpr std::uint32_t temper(std::uint32_t word) noexcept {
 
 /// The distant word lies ahead in the old round first, then behind in the new one, and the last word's
 /// neighbour is the first of the new round: three loops without a wrapping index.
-[[gnu::always_inline]] inline void make_round(std::uint32_t* state) {
+BK_ALWAYS_INLINE void make_round(std::uint32_t* state) {
     constexpr std::size_t size = Keystream::state_size;
     constexpr std::size_t ahead = size - middle;
     for (std::size_t i = 0; i < ahead; ++i) {
@@ -42,15 +42,15 @@ constexpr std::uint32_t temper(std::uint32_t word) noexcept {
     state[size - 1] = twist(state[size - 1], state[0], state[middle - 1]);
 }
 
-[[gnu::always_inline]] inline void add(const std::uint32_t* state, const unsigned char* in,
-                                       unsigned char* out, std::size_t count) {
+BK_ALWAYS_INLINE void add(const std::uint32_t* state, const unsigned char* in, unsigned char* out,
+                          std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         store_le32(out + 4 * i, load_le32(in + 4 * i) + temper(state[i]));
     }
 }
 
-[[gnu::always_inline]] inline void subtract(const std::uint32_t* state, const unsigned char* in,
-                                            unsigned char* out, std::size_t count) {
+BK_ALWAYS_INLINE void subtract(const std::uint32_t* state, const unsigned char* in, unsigned char* out,
+                               std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         store_le32(out + 4 * i, load_le32(in + 4 * i) - temper(state[i]));
     }

@@ -1,5 +1,7 @@
 #include "parser/parser_text_block_impl.h"
 
+#include "core/core_avx2_impl.h"
+
 namespace bk {
 
 #if defined(BK_USE_AVX2)

@@ -165,8 +165,8 @@ private:
             new (&string_) CoreString();
         }
     }
-    ParserValue(Type type, Scalar scalar) noexcept
-        : bits_(static_cast<unsigned int>(type) | VALUE_HELD), size_(0), spelled_{scalar, nullptr} {}
+    ParserValue(Type type, Scalar scalar, Flag held) noexcept
+        : bits_(static_cast<unsigned int>(type) | held), size_(0), spelled_{scalar, nullptr} {}
     ParserValue(Type type, const char* spelling, unsigned int size) noexcept
         : bits_(static_cast<unsigned int>(type) | TEXT_HELD),
           size_(size), spelled_{{.as_double = 0.0}, spelling} {}

@@ -8,6 +8,7 @@
 #include <bit>
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <string_view>
 
 namespace bk {
@@ -99,7 +100,7 @@ public:
     /// A bool, char, int or double from its bits, in the low end of the number. A double has to be finite, as
     /// `clamp_to_finite` makes it.
     static ParserValue* make_scalar(void* place, ParserValue::Type type, std::uint64_t bits) noexcept {
-        return ::new (place) ParserValue(type, scalar_of(type, bits));
+        return ::new (place) ParserValue(type, scalar_of(type, bits), ParserValue::VALUE_HELD);
     }
     static ParserValue* make_group(void* place, ParserGroup* group) noexcept {
         auto* value = ::new (place) ParserValue(ParserValue::TYPE_GROUP);

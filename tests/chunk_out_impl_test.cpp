@@ -45,8 +45,8 @@ void* bk::take_chunks(std::size_t size) noexcept {
 }
 
 /// As where memory cannot be moved.
-void* bk::grow_chunks(void* chunks, std::size_t size, std::size_t grown) noexcept {
-    return size == grown ? chunks : nullptr;
+void* bk::grow_chunks(void*, std::size_t, std::size_t) noexcept {
+    return nullptr;
 }
 
 void bk::give_chunks_back(void* chunks, std::size_t) noexcept {

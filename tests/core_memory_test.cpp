@@ -92,7 +92,7 @@ TEST(core_memory, a_block_that_grows_keeps_what_is_asked_for) {
 
 TEST(core_memory, a_block_that_grows_step_by_step_never_mixes_with_its_neighbours) {
     std::vector<Block> blocks = {take(1, 1), take(3000, 2), take(std::size_t{3} << 20, 3)};
-    for (int step = 0; step < 12; ++step) {
+    for (int step = 0; step < 8; ++step) {
         for (Block& block : blocks) {
             const std::size_t grown = block.size + block.size / 2 + 1;
             const std::size_t kept = block.size - block.size / 3;
