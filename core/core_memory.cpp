@@ -2,7 +2,6 @@
 
 #include "core/core_slab_impl.h"
 
-#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <new>

@@ -1,3 +1,4 @@
+#include "core/core_memory.h"
 #include "core/core_version.h"
 #include "parser/parser_group.h"
 #include "tests/support/live_document.h"
@@ -5,8 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <latch>
 #include <memory>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -58,6 +63,39 @@ TEST(resident_memory, what_printing_and_storing_a_large_document_took_is_given_b
         ASSERT_EQ(decoded.get_entry_count(), root->get_entry_count());
     }
     EXPECT_LT(resident_memory(), 1.1 * before);
+}
+
+TEST(resident_memory, blocks_of_threads_that_have_ended_are_given_back) {
+    constexpr unsigned int thread_count = 8;
+    constexpr unsigned int block_count = 900;
+    constexpr std::size_t size = CoreMemory::largest_slab_block;
+    const double before = resident_memory();
+    if (before < 0.0) {
+        GTEST_SKIP() << "resident memory cannot be told here";
+    }
+    std::vector<std::vector<void*>> blocks(thread_count);
+    std::latch all_have_taken(thread_count); // else one thread could take over the memory of another
+    std::vector<std::thread> threads;
+    for (std::vector<void*>& taken : blocks) {
+        threads.emplace_back([&taken, &all_have_taken] {
+            for (unsigned int i = 0; i < block_count; ++i) {
+                taken.push_back(CoreMemory::allocate(size));
+                std::memset(taken.back(), 1, size);
+            }
+            all_have_taken.arrive_and_wait();
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_GT(resident_memory(), before + 100.0 * mebibyte) << "the blocks' memory is not seen";
+    for (const std::vector<void*>& taken : blocks) {
+        for (void* const block : taken) {
+            CoreMemory::release(block, size);
+        }
+    }
+    EXPECT_LT(resident_memory(),
+              before + 6.0 * thread_count * mebibyte); // each heap keeps a chunk, and a few blocks wait
 }
 
 TEST(resident_memory, a_document_that_is_edited_on_and_on_takes_no_more) {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <vector>
@@ -55,6 +56,21 @@ TEST(system_corners, chunks_that_grow_stay_aligned_keep_what_they_hold_and_are_f
     }
     EXPECT_EQ(bk::grow_chunks(chunks, size, std::size_t{1} << 60), nullptr);
     std::fill(chunks, chunks + size, '\2'); // they are still there
+    bk::give_chunks_back(chunks, size);
+}
+
+TEST(system_corners, chunks_that_the_kernel_does_not_move_stay_where_they_are) {
+    constexpr std::size_t size = 2 * bk::chunk_size;
+    constexpr int kept = 7;
+    auto* const chunks = static_cast<char*>(bk::take_chunks(size));
+    ASSERT_NE(chunks, nullptr);
+    std::fill(chunks, chunks + size, '\1');
+    ASSERT_EQ(::madvise(chunks, 4096, MADV_DONTDUMP),
+              0); // they are two mappings now, which cannot grow as one
+    errno = kept;
+    EXPECT_EQ(bk::grow_chunks(chunks, size, 2 * size), nullptr);
+    EXPECT_EQ(errno, kept);
+    EXPECT_EQ(std::count(chunks, chunks + size, '\1'), static_cast<std::ptrdiff_t>(size));
     bk::give_chunks_back(chunks, size);
 }
 
