@@ -4,8 +4,8 @@
 
 #include "bench/scene_text.h"
 #include "core/core_version.h"
+#include "parser/cipher/parser_cipher_impl.h"
 #include "parser/parser_archive.h"
-#include "parser/parser_cipher_impl.h"
 #include "parser/parser_group.h"
 #include "tests/support/scratch_folder.h"
 

@@ -11,8 +11,10 @@ install(TARGETS bk_parser EXPORT bk_parser_targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(DIRECTORY core parser DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-    FILES_MATCHING PATTERN "*.h" PATTERN "*_impl.h" EXCLUDE)
+foreach(floor core parser)
+    file(GLOB public_headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${floor}/*.h)
+    install(FILES ${public_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${floor})
+endforeach()
 install(EXPORT bk_parser_targets NAMESPACE bk_parser:: FILE bk_parser-config.cmake DESTINATION ${package_dir})
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/bk_parser-config-version.cmake

@@ -1,4 +1,4 @@
-#include "parser/parser_characters_impl.h"
+#include "parser/words/parser_characters_impl.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "parser/parser_cipher_impl.h"
+#include "parser/cipher/parser_cipher_impl.h"
 #include "tests/support/cipher_reference.h"
 #include "tests/support/plain_text.h"
 

@@ -1,4 +1,4 @@
-#include "core/core_bytes_impl.h"
+#include "core/text/core_bytes_impl.h"
 
 #include <gtest/gtest.h>
 

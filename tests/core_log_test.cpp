@@ -1,5 +1,5 @@
-#include "core/core_diagnostic_impl.h"
 #include "core/core_log.h"
+#include "core/reports/core_diagnostic_impl.h"
 
 #include "tests/support/plain_text.h"
 #include "tests/support/recording_log.h"

@@ -1,4 +1,4 @@
-#include "core/core_number_plain_impl.h"
+#include "core/numbers/core_number_plain_impl.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "core/core_number_impl.h"
+#include "core/numbers/core_number_impl.h"
 
 #include "tests/support/number_reference.h"
 

@@ -1,5 +1,5 @@
-#include "core/core_number_impl.h"
-#include "core/core_number_short_impl.h"
+#include "core/numbers/core_number_impl.h"
+#include "core/numbers/core_number_short_impl.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "core/app_progress_bar.h"
-#include "core/app_progress_impl.h"
+#include "core/reports/app_progress_impl.h"
 
 #include "tests/support/recording_progress.h"
 

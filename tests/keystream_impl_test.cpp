@@ -1,4 +1,4 @@
-#include "parser/parser_keystream_impl.h"
+#include "parser/cipher/parser_keystream_impl.h"
 #include "tests/support/bytes.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "tests/support/run_out.h"
 
-#include "core/core_guard_impl.h"
+#include "core/reports/core_guard_impl.h"
 
 #include <gtest/gtest.h>
 

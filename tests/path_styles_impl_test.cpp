@@ -1,4 +1,4 @@
-#include "core/sys_path_impl.h"
+#include "core/files/sys_path_impl.h"
 
 #include <gtest/gtest.h>
 

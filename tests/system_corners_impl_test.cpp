@@ -1,8 +1,8 @@
 #if defined(__linux__)
 
-#include "core/core_chunk_impl.h"
+#include "core/files/sys_device_impl.h"
+#include "core/memory/core_chunk_impl.h"
 #include "core/sys_device.h"
-#include "core/sys_device_impl.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>

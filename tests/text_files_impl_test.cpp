@@ -1,6 +1,6 @@
-#include "core/sys_file_input_impl.h"
-#include "core/sys_file_output_impl.h"
-#include "core/sys_line_ends_impl.h"
+#include "core/files/sys_file_input_impl.h"
+#include "core/files/sys_file_output_impl.h"
+#include "core/files/sys_line_ends_impl.h"
 #include "tests/support/counted_faults.h"
 #include "tests/support/scratch_folder.h"
 

@@ -1,5 +1,5 @@
-#include "parser/parser_text_block_impl.h"
-#include "parser/parser_text_scan_impl.h"
+#include "parser/text/parser_text_block_impl.h"
+#include "parser/text/parser_text_scan_impl.h"
 
 #include <gtest/gtest.h>
 

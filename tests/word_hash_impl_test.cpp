@@ -1,4 +1,4 @@
-#include "parser/parser_word_hash_impl.h"
+#include "parser/archive/parser_word_hash_impl.h"
 
 #include <gtest/gtest.h>
 

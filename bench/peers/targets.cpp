@@ -1,6 +1,6 @@
 #include "bench/peers/targets.h"
 
-#include "parser/parser_keystream_impl.h"
+#include "parser/cipher/parser_keystream_impl.h"
 
 #include <cstdio>
 #include <string_view>

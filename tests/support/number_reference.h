@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/core_number_impl.h"
+#include "core/numbers/core_number_impl.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,102 @@
+#include "core/numbers/core_number_impl.h"
+
+#include "core/numbers/core_number_plain_impl.h"
+#include "core/numbers/core_number_short_impl.h"
+#include "core/numbers/core_number_text_impl.h"
+
+#include <algorithm>
+#include <bit>
+#include <cfenv>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#define BK_HAS_CONTROL_WORD 1
+#include <xmmintrin.h>
+#endif
+
+namespace bk {
+namespace {
+
+std::size_t written(const char* out, const std::to_chars_result& result) noexcept {
+    return static_cast<std::size_t>(result.ptr - out);
+}
+
+/// Below the smallest double of full precision. Bits tell: a processor may be set to take these for zeros.
+bool is_subnormal(double number) noexcept {
+    constexpr std::uint64_t fraction = (std::uint64_t{1} << 52) - 1;
+    const std::uint64_t magnitude = std::bit_cast<std::uint64_t>(number) << 1 >> 1;
+    return magnitude != 0 && magnitude <= fraction;
+}
+
+/// The floating-point environment as a program begins with it, as long as it lives. Where the vector unit has a control
+/// word of its own, that is set as well: not every C library's default environment takes it back.
+class DefaultFloatingPoint {
+public:
+    DefaultFloatingPoint() noexcept {
+        std::fegetenv(&before_);
+        std::fesetenv(FE_DFL_ENV);
+#if defined(BK_HAS_CONTROL_WORD)
+        constexpr unsigned int all_masked = 0x1F80;
+        _mm_setcsr(all_masked);
+#endif
+    }
+    ~DefaultFloatingPoint() {
+        std::fesetenv(&before_);
+#if defined(BK_HAS_CONTROL_WORD)
+        _mm_setcsr(control_word_);
+#endif
+    }
+    DefaultFloatingPoint(const DefaultFloatingPoint&) = delete;
+    DefaultFloatingPoint& operator=(const DefaultFloatingPoint&) = delete;
+
+private:
+    std::fenv_t before_;
+#if defined(BK_HAS_CONTROL_WORD)
+    unsigned int control_word_ = _mm_getcsr();
+#endif
+};
+
+} // namespace
+
+IntText text_to_int(std::string_view text) noexcept {
+    if (int plain = 0; read_plain_int(text, plain)) {
+        return {plain, text.size()};
+    }
+    constexpr long long limit = std::numeric_limits<int>::max();
+    NumberScanner scanner(text);
+    const bool negative = scanner.skip_space_and_sign();
+    const std::size_t first = scanner.position();
+    long long value = 0;
+    for (; scanner.at_digit(); scanner.advance()) {
+        value = std::min(value * 10 + (scanner.peek() - '0'), limit + 1);
+    }
+    if (scanner.position() == first) {
+        return {};
+    }
+    value = negative ? -value : std::min(value, limit);
+    return {static_cast<int>(value), scanner.position()};
+}
+
+std::size_t write_int(char* out, int number) noexcept {
+    return written(out, std::to_chars(out, out + number_text_capacity, number));
+}
+
+std::size_t write_unsigned(char* out, unsigned long long number) noexcept {
+    return written(out, std::to_chars(out, out + number_text_capacity, number));
+}
+
+std::size_t write_double(char* out, double number) noexcept {
+    static_assert(short_double_capacity <= number_text_capacity);
+    if (const std::size_t size = write_short_double(out, number); size != 0) {
+        return size;
+    }
+    if (is_subnormal(number)) {
+        const DefaultFloatingPoint environment;
+        return written(out, std::to_chars(out, out + number_text_capacity, number));
+    }
+    return written(out, std::to_chars(out, out + number_text_capacity, number));
+}
+
+} // namespace bk

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "core/text/core_bytes_impl.h"
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+/// Eight characters of a text in one whole number, the first one lowest: what a processor without vectors can look at in one
+/// step.
+namespace bk {
+
+/// The same character eight times.
+constexpr std::uint64_t eight_of(char character) noexcept {
+    return 0x0101010101010101u * static_cast<unsigned char>(character);
+}
+
+inline std::uint64_t load_eight(const char* text) noexcept {
+    return load_le64(reinterpret_cast<const unsigned char*>(text));
+}
+
+/// The top bit of each of the characters that is the wanted one. Above the lowest one that is, bits mean nothing. (Warren,
+/// "Hacker's Delight", second edition 2012, section 6-1.)
+constexpr std::uint64_t find_in_eight(std::uint64_t characters, char wanted) noexcept {
+    const std::uint64_t others = characters ^ eight_of(wanted); // what is wanted has become zero
+    return (others - eight_of('\x01')) & ~others & eight_of('\x80');
+}
+
+/// How many characters stand before the first one that was found.
+constexpr std::size_t before_first(std::uint64_t found) noexcept {
+    return static_cast<std::size_t>(std::countr_zero(found)) / 8;
+}
+
+} // namespace bk

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "core/core_string.h"
+#include "core/text/core_copy_impl.h"
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+namespace bk {
+
+/// What the hot paths do to strings in fewer steps than the public functions.
+class StringAccess {
+public:
+    /// As CoreString::set_borrowed, of a string that is empty and has kept no block.
+    static void show(CoreString& empty, std::string_view text) noexcept {
+        const auto size = static_cast<unsigned int>(text.size());
+        if (size <= CoreString::inline_capacity) {
+            copy_short_text(empty.short_.text, text.data(), size);
+            empty.short_.length = size;
+        } else {
+            empty.long_ = {size, 0, const_cast<char*>(text.data())};
+        }
+    }
+
+    /// The room that `put` may write to.
+    static std::size_t put_room(const CoreString& text) noexcept {
+        return text.is_inline() ? CoreString::inline_capacity + 1 : std::size_t{text.get_length()} + 1;
+    }
+    /// Stores the characters and a NUL, and gives the place behind them.
+    static char* put(char* out, const CoreString& text) noexcept {
+        if (text.is_inline()) {
+            std::memcpy(out, text.short_.text,
+                        sizeof(text.short_.text)); // all of it: shorter than asking how much
+        } else {
+            copy_text(out, text.long_.data, text.get_length());
+            out[text.get_length()] = '\0';
+        }
+        return out + text.get_length() + 1;
+    }
+};
+
+} // namespace bk

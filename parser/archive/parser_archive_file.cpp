@@ -1,0 +1,183 @@
+#include "core/reports/app_progress_impl.h"
+#include "core/reports/core_guard_impl.h"
+#include "core/sys_file.h"
+#include "core/text/core_bytes_impl.h"
+#include "parser/archive/parser_archive_impl.h"
+#include "parser/parser_archive.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+
+/// An archive file: the magic, eight reserved bytes, the number of strings, the strings with a NUL after each, the
+/// number of indices, the indices. Every character of a string is stored less the shift, modulo 256.
+namespace {
+
+constexpr std::string_view magic = "KWAF";
+constexpr std::size_t reserved_size = 8;
+constexpr unsigned int shift = 15;
+
+constexpr const char* no_error = "";
+constexpr const char* empty_filename = "empty filename";
+constexpr const char* cannot_open = "cannot open file";
+constexpr const char* invalid_size = "invalid file size";
+constexpr const char* unknown_format = "unknown file format";
+
+char shifted(char character) noexcept {
+    return static_cast<char>(static_cast<unsigned char>(character) - shift);
+}
+
+char restored(char byte) noexcept {
+    return static_cast<char>(static_cast<unsigned char>(byte) + shift);
+}
+
+void append_number(std::string& out, std::uint32_t number, std::size_t width) {
+    unsigned char bytes[sizeof(number)];
+    bk::store_le32(bytes, number);
+    out.append(reinterpret_cast<const char*>(bytes), width);
+}
+
+std::string string_block(const CoreVector<CoreString>& strings) {
+    std::string block;
+    append_number(block, strings.get_count(), sizeof(std::uint32_t));
+    for (const CoreString& string : strings) {
+        const std::string_view text = string.get_view();
+        const std::size_t start = block.size();
+        block.append(text);
+        std::transform(text.begin(), text.end(), block.begin() + static_cast<std::ptrdiff_t>(start), shifted);
+        block.push_back('\0');
+    }
+    return block;
+}
+
+std::string index_block(const CoreVector<unsigned int>& indices, std::size_t width) {
+    std::string block;
+    block.reserve(sizeof(std::uint32_t) + indices.get_count() * width);
+    append_number(block, indices.get_count(), sizeof(std::uint32_t));
+    for (const unsigned int index : indices) {
+        append_number(block, index, width);
+    }
+    return block;
+}
+
+void write_all(SysFile& file, std::string_view bytes) {
+    file.write(bytes.data(), static_cast<core_int64>(bytes.size()));
+}
+
+/// Appends strings as long as there are bytes. False when they end within a string.
+bool take_strings(bk::ByteCursor& cursor, std::uint32_t count, CoreVector<CoreString>& strings) {
+    for (std::uint32_t i = 0; i < count && !cursor.at_end(); ++i) {
+        const std::string_view rest = cursor.rest();
+        const std::size_t size = rest.find('\0');
+        if (size > CoreString::max_length) { // no NUL, or further on than a string reaches
+            return false;
+        }
+        CoreString string;
+        std::transform(rest.begin(), rest.begin() + size, string.resize(static_cast<unsigned int>(size)),
+                       restored);
+        strings.add(string);
+        cursor.skip(size + 1);
+    }
+    return true;
+}
+
+/// False when there are fewer bytes than the number of indices asks for.
+bool take_indices(bk::ByteCursor& cursor, std::size_t width, CoreVector<unsigned int>& indices) {
+    if (cursor.rest().size() < sizeof(std::uint32_t)) {
+        return false;
+    }
+    const auto count = cursor.take<std::uint32_t>();
+    const std::string_view bytes = cursor.rest();
+    if (bytes.size() < core_uint64{count} * width) {
+        return false;
+    }
+    unsigned int* const out = indices.extend(count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const char* const index = bytes.data() + i * width;
+        out[i] = static_cast<unsigned int>(bk::load_le(reinterpret_cast<const unsigned char*>(index), width));
+    }
+    return true;
+}
+
+const char* take_archive(std::string_view bytes, ParserArchive& archive) {
+    if (bytes.size() < magic.size()) {
+        return invalid_size;
+    }
+    if (!bytes.starts_with(magic)) {
+        return unknown_format;
+    }
+    if (bytes.size() < magic.size() + reserved_size + sizeof(std::uint32_t)) {
+        return invalid_size;
+    }
+    bk::ByteCursor cursor(bytes.data(), bytes.size(), magic.size() + reserved_size);
+    const auto string_count = cursor.take<std::uint32_t>();
+    const bool is_whole = take_strings(cursor, string_count, archive.strings) &&
+                          take_indices(cursor, bk::archive_index_width(string_count), archive.indices);
+    return is_whole ? no_error : invalid_size;
+}
+
+/// The whole file at once.
+std::unique_ptr<char[]> read_all(SysFile& file, std::size_t& size) {
+    size = static_cast<std::size_t>(file.get_size());
+    std::unique_ptr<char[]> bytes(new char[size]);
+    const core_int64 got = file.read(bytes.get(), 1, static_cast<core_int64>(size));
+    size = static_cast<std::size_t>(std::max(got, core_int64{0}));
+    return bytes;
+}
+
+/// A text for the caller, which takes no memory.
+CoreString answer(const char* text) {
+    CoreString shown;
+    shown.set_borrowed(text, static_cast<unsigned int>(std::strlen(text)));
+    return shown;
+}
+
+const char* save(const ParserArchive& archive, const CoreString& filename, bk::Progress bar) {
+    if (filename.is_empty()) {
+        return empty_filename;
+    }
+    SysFile file;
+    if (!file.open(filename, SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
+        return cannot_open;
+    }
+    write_all(file, std::string(magic) + std::string(reserved_size, '\0'));
+    bar.set_value(0.0f);
+    write_all(file, string_block(archive.strings));
+    bar.set_value(0.5f);
+    write_all(file, index_block(archive.indices, bk::archive_index_width(archive.strings.get_count())));
+    bar.set_value(1.0f);
+    file.close();
+    return no_error;
+}
+
+const char* load(ParserArchive& archive, const CoreString& filename) {
+    if (filename.is_empty()) {
+        return empty_filename;
+    }
+    SysFile file;
+    if (!file.open(filename, SysFile::MODE_READ, SysFile::TYPE_BINARY)) {
+        return cannot_open;
+    }
+    std::size_t size = 0;
+    const std::unique_ptr<char[]> bytes = read_all(file, size);
+    if (!file.close()) {
+        return cannot_open;
+    }
+    return take_archive({bytes.get(), size}, archive);
+}
+
+} // namespace
+
+CoreString ParserImpl::save_archive(const ParserArchive& archive, const CoreString& filename,
+                                    AppProgressBar* progress) {
+    return answer(bk::guarded("ParserImpl.save_archive", cannot_open,
+                              [&] { return save(archive, filename, bk::Progress(progress)); }));
+}
+
+CoreString ParserImpl::load_archive(ParserArchive& archive, const CoreString& filename, AppProgressBar*) {
+    return answer(
+        bk::guarded("ParserImpl.load_archive", invalid_size, [&] { return load(archive, filename); }));
+}

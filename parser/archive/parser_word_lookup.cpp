@@ -1,0 +1,114 @@
+#include "parser/archive/parser_word_lookup_impl.h"
+
+#include "core/core_hash.h"
+#include "parser/archive/parser_word_hash_impl.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace bk {
+
+namespace {
+
+/// Up to so many words a linear search is faster.
+constexpr unsigned int most_unhashed = 8;
+constexpr unsigned int first_slot_count = 4 * most_unhashed;
+constexpr unsigned int most_slots = 1u << 30;
+/// How many slots the Jenkins hash names.
+constexpr unsigned int near_slots = 16;
+constexpr unsigned int vacant = 0xFFFFFFFFu;
+
+unsigned int hash_of(std::string_view word) noexcept {
+    return CoreHash::generate_jenkins(word.data(), word.size());
+}
+
+} // namespace
+
+void WordLookup::catch_up() {
+    if (covered_ > words_.get_count()) {
+        table_.clear();
+        covered_ = 0;
+    }
+    while (covered_ < words_.get_count()) {
+        const unsigned int next = covered_;
+        find_or_cover(words_[next].get_view());
+        covered_ = next + 1; // a word that is there twice is found by its first index
+    }
+}
+
+unsigned int WordLookup::find_or_cover(std::string_view word) {
+    if (covered_ >= (table_.is_empty() ? most_unhashed : slot_count() / 2)) {
+        grow();
+    }
+    if (table_.is_empty()) {
+        const unsigned int found = find_linearly(word);
+        covered_ += found == covered_ ? 1 : 0;
+        return found;
+    }
+    const unsigned int hash = hash_of(word);
+    const unsigned int slot = find_slot(hash, word);
+    if (index_at(slot) == vacant) {
+        hash_at(slot) = hash;
+        index_at(slot) = covered_++;
+    }
+    return index_at(slot);
+}
+
+unsigned int WordLookup::find_linearly(std::string_view word) const noexcept {
+    unsigned int index = 0;
+    while (index < covered_ && words_[index].get_view() != word) {
+        ++index;
+    }
+    return index;
+}
+
+/// The slot of the word, or the vacant one where it belongs. Slots are never vacated, so that a vacant one ends the
+/// way on which the word would stand.
+unsigned int WordLookup::find_slot(unsigned int hash, std::string_view word) const noexcept {
+    const unsigned int mask = slot_count() - 1;
+    for (unsigned int i = 0; i < near_slots; ++i) {
+        const unsigned int slot = (hash + i) & mask;
+        if (ends_search(slot, hash, word)) {
+            return slot;
+        }
+    }
+    auto slot = static_cast<unsigned int>(WordHash::of(word)) & mask;
+    while (!ends_search(slot, hash, word)) {
+        slot = (slot + 1) & mask;
+    }
+    return slot;
+}
+
+bool WordLookup::ends_search(unsigned int slot, unsigned int hash, std::string_view word) const noexcept {
+    const unsigned int index = index_at(slot);
+    return index == vacant || (hash_at(slot) == hash && words_[index].get_view() == word);
+}
+
+void WordLookup::grow() {
+    if (slot_count() == most_slots) {
+        throw std::length_error("ParserArchive: too many words");
+    }
+    const unsigned int size = 2 * std::max(first_slot_count, table_.get_count());
+    CoreVector<unsigned int> fresh; // the old table stays when there is no memory for a new one
+    std::fill_n(fresh.extend(size), size, vacant);
+    table_.swap(fresh);
+    const CoreVector<unsigned int>& old = fresh;
+    for (unsigned int i = 0; i < old.get_count(); i += 2) {
+        if (old[i + 1] != vacant) {
+            enter(old[i], old[i + 1]);
+        }
+    }
+    for (unsigned int index = 0; old.is_empty() && index < covered_; ++index) {
+        enter(hash_of(words_[index].get_view()), index);
+    }
+}
+
+void WordLookup::enter(unsigned int hash, unsigned int index) noexcept {
+    const unsigned int slot = find_slot(hash, words_[index].get_view());
+    if (index_at(slot) == vacant) {
+        hash_at(slot) = hash;
+        index_at(slot) = index;
+    }
+}
+
+} // namespace bk

@@ -1,0 +1,469 @@
+#include "parser/binary/parser_binary_impl.h"
+
+#include "core/reports/core_guard_impl.h"
+#include "parser/binary/parser_binary_scalar_impl.h"
+#include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_group_impl.h"
+#include "parser/model/parser_teardown_impl.h"
+#include "parser/model/parser_value_impl.h"
+
+#include <algorithm>
+#include <bit>
+#include <memory>
+#include <utility>
+
+namespace bk {
+
+namespace {
+
+void report_large_entry(std::string_view name, core_uint64 size, unsigned int buffer_size) {
+    if (is_reported(CoreLogHandler::level_warning)) {
+        report_warning("ParserEntry.set_binary: ParserEntry '", CoreString(name), "', chunk size (", size,
+                       ") is larger than the given buffer (", buffer_size, ")\n");
+    }
+}
+
+/// Where the first NUL stands. Names are short, and a call costs more than they do: of the first bytes eight are
+/// looked at together. The lowest bit set is the top bit of the first byte that is zero.
+std::size_t find_nul(std::string_view text) noexcept {
+    constexpr std::uint64_t ones = 0x0101010101010101u;
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
+    constexpr std::size_t step = sizeof(std::uint64_t);
+    for (std::size_t i = 0; i < 2 * step && text.size() - i >= step; i += step) {
+        const std::uint64_t eight = load_le64(bytes + i);
+        if (const std::uint64_t zeros = (eight - ones) & ~eight & (ones << 7)) {
+            return i + static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
+        }
+    }
+    return text.find('\0');
+}
+
+/// An entry's values that are all scalars and strings, and stand in the buffer whole.
+struct PlainValues {
+    const char* begin;
+    const char* end;
+    unsigned int count;
+    std::size_t text_size;
+};
+
+/// Reads over scalars and strings from `found.begin` on, until one would begin at `sure_end` or behind it: a scalar that begins
+/// before is sure to stand in the buffer whole. Keeps the sizes of the strings. False when something else stands there, or a
+/// string without a NUL.
+bool find_plain_values(PlainValues& found, const char* sure_end, const char* buffer_end,
+                       std::vector<unsigned int>& string_sizes) {
+    const char* place = found.begin;
+    unsigned int count = 0;
+    string_sizes.clear();
+    for (; place < sure_end; ++count) {
+        std::size_t size = stored_size(*place);
+        if (size == 0) {
+            const std::string_view rest(place + 1, static_cast<std::size_t>(buffer_end - place) - 1);
+            const std::size_t length =
+                *place == ParserValue::TYPE_STRING ? find_nul(rest) : std::string_view::npos;
+            if (length == std::string_view::npos) {
+                return false;
+            }
+            string_sizes.push_back(static_cast<unsigned int>(length));
+            found.text_size += ValueAccess::string_need(length);
+            size = length + 2; // with its tag and the NUL
+        }
+        place += size;
+    }
+    found.end = place;
+    found.count = count;
+    return true;
+}
+
+void make_plain_values(ParserValueList& values, const PlainValues& found,
+                       const unsigned int* string_size) noexcept {
+    ParserValue* value = values.room();
+    char* text = values.text_room();
+    for (const char* place = found.begin; place != found.end; ++value) {
+        const auto type = static_cast<ParserValue::Type>(*place);
+        if (const std::size_t size = stored_size(*place)) {
+            const auto* const bytes = reinterpret_cast<const unsigned char*>(place + 1);
+            ValueAccess::make_scalar(value, type, stored_scalar(type, load_le64(bytes)));
+            place += size;
+        } else {
+            ValueAccess::make_string(value, {place + 1, *string_size}, text);
+            place += std::size_t{*string_size++} + 2;
+        }
+    }
+    values.set_count(found.count);
+    values.keep_plain();
+}
+
+bool keeps_nothing_outside(ParserValue::Type type) noexcept {
+    return type != ParserValue::TYPE_GROUP && type != ParserValue::TYPE_BINARY_DATA;
+}
+
+} // namespace
+
+std::string_view take_string(ByteCursor& cursor) {
+    const std::string_view rest = cursor.rest();
+    const std::size_t size = find_nul(rest);
+    if (size == std::string_view::npos) {
+        report_warning("ParserValue.bin_to_string: Failed to parse string\n");
+        cursor.move_to_end();
+        return {};
+    }
+    cursor.skip(size + 1);
+    return rest.substr(0, size);
+}
+
+std::string_view take_binary_data(ByteCursor& cursor) {
+    const auto size = static_cast<std::uint32_t>(cursor.take<std::uint64_t>());
+    const std::string_view rest = cursor.rest();
+    if (size > rest.size()) {
+        report_warning("ParserValue.bin_to_binary_data: Failed to parse string\n");
+        cursor.skip(rest.size());
+        return {};
+    }
+    cursor.skip(size);
+    return rest.substr(0, size);
+}
+
+BinaryDecoder::~BinaryDecoder() {
+    discard_values(0);
+    for (ParserEntry* entry : entries_) {
+        delete entry;
+    }
+}
+
+bool BinaryDecoder::read_group(ParserGroup& group) {
+    try {
+        return open_group(group) && run();
+    } catch (...) {
+        keep_whole_entries();
+        throw;
+    }
+}
+
+/// Memory has run out: of the group that is being read the entries that are whole stay.
+void BinaryDecoder::keep_whole_entries() noexcept {
+    discard_values(0);
+    if (levels_.empty()) {
+        return;
+    }
+    const std::size_t whole_count = levels_.size() > 1 ? levels_[1].first_entry : entries_.size();
+    while (entries_.size() > whole_count) {
+        delete entries_.back();
+        entries_.pop_back();
+    }
+    levels_.erase(levels_.begin() + 1, levels_.end());
+    levels_[0].is_in_entry = false;
+    try {
+        close_level();
+    } catch (const std::exception&) {
+        return; // there is not even memory to list them
+    }
+}
+
+bool BinaryDecoder::read_entry(ParserEntry& entry) {
+    Level level{};
+    if (!open_entry(level, entry.get_name().get_view())) {
+        return false;
+    }
+    levels_.push_back(level);
+    const bool is_whole = run();
+    append_values(EntryAccess::values(entry));
+    return is_whole;
+}
+
+ParserValue* BinaryDecoder::read_value() {
+    ParserValue::Type type{};
+    if (!take_tag(type)) {
+        return nullptr;
+    }
+    if (type == ParserValue::TYPE_GROUP) {
+        auto value = std::make_unique<ParserValue>(static_cast<ParserGroup*>(nullptr));
+        read_group(*ValueAccess::group(*value));
+        return value.release();
+    }
+    take_plain(type);
+    PendingValue& pending = pending_.back();
+    if (pending.type == ParserValue::TYPE_STRING) {
+        return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
+    }
+    char* no_text = nullptr;
+    auto value = std::make_unique<ParserValue>(false); // a bool has nothing to release
+    make_value(value.get(), pending, no_text);
+    return value.release();
+}
+
+/// False when the group does not fit what is left of the buffer.
+bool BinaryDecoder::open_group(ParserGroup& group) {
+    const std::uint64_t size = cursor_.take<std::uint64_t>();
+    const core_uint64 start = cursor_.position();
+    if (start > data_.get_count() || size > data_.get_count() - start) {
+        report_warning("ParserGroup.set_binary: ParserGroup size larger than the given data\n");
+        return false;
+    }
+    Level& level = levels_.emplace_back();
+    level.group = &group;
+    level.group_end = start + size;
+    level.first_entry = static_cast<unsigned int>(entries_.size());
+    return true;
+}
+
+/// The size is compared with the whole buffer, not with what is left of it: an entry may claim more than there is,
+/// and fails where its data end.
+bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
+    const std::uint64_t size = cursor_.take<std::uint64_t>();
+    if (size > data_.get_count()) {
+        report_large_entry(name, size, data_.get_count());
+        return false;
+    }
+    cursor_.skip(reserved_size);
+    level.entry_end = cursor_.position() + (size < reserved_size ? 0 : size - reserved_size);
+    level.first_value = static_cast<unsigned int>(pending_.size());
+    level.text_size = 0;
+    level.is_in_entry = true;
+    return true;
+}
+
+bool BinaryDecoder::run() {
+    Step step = Step::more;
+    while (!levels_.empty()) {
+        step = advance(levels_.back());
+        if (step != Step::more) {
+            close_level();
+        }
+    }
+    return step == Step::done && !is_stopped_;
+}
+
+BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
+    if (!level.is_in_entry) {
+        return begin_entry(level);
+    }
+    while (true) {
+        if (cursor_.position() >= level.entry_end) {
+            return finish_entry(level);
+        }
+        ParserValue::Type type{};
+        if (!take_tag(type)) {
+            return Step::failed;
+        }
+        if (type != ParserValue::TYPE_GROUP) {
+            take_plain(type);
+            level.text_size += text_need(pending_.back());
+            continue;
+        }
+        if (levels_.size() > nesting_depth_) {
+            return stop_at_depth();
+        }
+        pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
+        ParserGroup* const group = new ParserGroup(CoreString());
+        pending_.back().group = group;
+        open_group(*group); // `level` may have moved; a group that cannot be opened stays empty
+        return Step::more;
+    }
+}
+
+/// Nothing is left to be read: every group that is open ends with the entries that are whole.
+BinaryDecoder::Step BinaryDecoder::stop_at_depth() {
+    report_warning("ParserGroup.set_binary: Group is nested too deeply\n");
+    is_stopped_ = true;
+    cursor_.move_to_end();
+    return Step::failed;
+}
+
+/// Begins the next entry; those of scalars and strings are read at once.
+BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
+    do {
+        if (cursor_.position() >= level.group_end) {
+            return Step::done;
+        }
+        const std::string_view name = take_string(cursor_);
+        if (name.empty()) {
+            report_warning("ParserGroup.set_binary: Failed to read entry name\n");
+            return Step::failed;
+        }
+        level.name_at = static_cast<unsigned int>(name.data() - data_.get_data());
+        level.name_size = static_cast<unsigned int>(name.size());
+        if (!open_entry(level, name)) {
+            return Step::failed;
+        }
+    } while (read_plain_entry(level));
+    return Step::more;
+}
+
+/// Reads an entry whose values are all scalars and strings and stand in the buffer whole. False, and nothing read, when it
+/// is another one.
+bool BinaryDecoder::read_plain_entry(Level& level) {
+    if (cursor_.position() > data_.get_count()) { // behind an entry that is cut in its head
+        return false;
+    }
+    const char* const data = data_.get_data();
+    PlainValues found{data + cursor_.position(), nullptr, 0, 0};
+    if (!find_plain_values(found, data + sure_end(level), data + data_.get_count(), string_sizes_)) {
+        return false;
+    }
+    const auto end = static_cast<core_uint64>(found.end - data);
+    if (end < level.entry_end) { // there may be more of it, or less than it claims
+        return false;
+    }
+    std::unique_ptr<ParserEntry> entry(
+        EntryAccess::make({.name = entry_name(level)}, found.count, found.text_size));
+    if (found.count != 0) {
+        make_plain_values(EntryAccess::values(*entry), found, string_sizes_.data());
+    }
+    cursor_.move_to(end);
+    keep_entry(level, std::move(entry));
+    return true;
+}
+
+/// Up to here a scalar with its tag stands in the buffer whole, whichever it is, if it begins in the entry.
+core_uint64 BinaryDecoder::sure_end(const Level& level) const noexcept {
+    const core_uint64 count = data_.get_count();
+    return std::min(level.entry_end, count < largest_stored_size ? 0 : count - largest_stored_size + 1);
+}
+
+std::string_view BinaryDecoder::entry_name(const Level& level) const noexcept {
+    return {data_.get_data() + level.name_at, level.name_size};
+}
+
+void BinaryDecoder::keep_entry(Level& level, std::unique_ptr<ParserEntry> entry) {
+    entries_.push_back(entry.get());
+    static_cast<void>(entry.release());
+    level.is_in_entry = false;
+}
+
+BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
+    if (level.group == nullptr) {
+        return Step::done;
+    }
+    const auto count = static_cast<unsigned int>(pending_.size() - level.first_value);
+    std::unique_ptr<ParserEntry> entry(
+        EntryAccess::make({.name = entry_name(level)}, count, level.text_size));
+    fill_values(EntryAccess::values(*entry), level.first_value);
+    keep_entry(level, std::move(entry));
+    return Step::more;
+}
+
+void BinaryDecoder::close_level() {
+    const Level& level = levels_.back();
+    if (level.group != nullptr) { // else the values are the caller's
+        if (level.is_in_entry) {
+            discard_values(level.first_value);
+        }
+        const unsigned int first = level.first_entry;
+        GroupAccess::append(*level.group, entries_.data() + first,
+                            static_cast<unsigned int>(entries_.size() - first));
+        entries_.resize(first);
+    }
+    levels_.pop_back();
+}
+
+bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
+    const bool is_there = !cursor_.at_end();
+    const std::uint64_t tag = cursor_.take<std::uint8_t>();
+    type = static_cast<ParserValue::Type>(tag);
+    return is_there && tag <= ParserValue::TYPE_BINARY_DATA;
+}
+
+/// A value of any type but a group.
+void BinaryDecoder::take_plain(ParserValue::Type type) {
+    if (type == ParserValue::TYPE_STRING) {
+        pending_.emplace_back(type, take_string(cursor_));
+    } else if (type == ParserValue::TYPE_BINARY_DATA) {
+        pending_.emplace_back(type, take_binary_data(cursor_));
+    } else {
+        const std::size_t size = stored_size(static_cast<char>(type)) - 1;
+        pending_.emplace_back(type, stored_scalar(type, cursor_.take(size)));
+    }
+}
+
+void BinaryDecoder::fill_values(ParserValueList& values, std::size_t first) {
+    const auto count = static_cast<unsigned int>(pending_.size() - first);
+    if (count == 0) {
+        return;
+    }
+    bool is_plain = true;
+    char* text = values.text_room();
+    ParserValue* const places = values.room();
+    PendingValue* const pending = pending_.data() + first;
+    for (unsigned int i = 0; i < count; ++i) {
+        is_plain = is_plain && keeps_nothing_outside(pending[i].type);
+        make_value(places + i, pending[i], text);
+        values.set_count(i + 1);
+    }
+    if (is_plain) {
+        values.keep_plain();
+    }
+    pending_.erase(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
+}
+
+void BinaryDecoder::append_values(ParserValueList& values) {
+    std::size_t text_size = 0;
+    for (const PendingValue& pending : pending_) {
+        text_size += text_need(pending);
+    }
+    ParserValueList made;
+    if (!pending_.empty()) {
+        made.make_room(static_cast<unsigned int>(pending_.size()), text_size);
+    }
+    fill_values(made, 0);
+    if (values.get_count() == 0) {
+        values.swap(made);
+        return;
+    }
+    for (unsigned int i = 0; i < made.get_count(); ++i) {
+        values.append(made.change(i));
+    }
+}
+
+std::size_t BinaryDecoder::text_need(const PendingValue& pending) noexcept {
+    return pending.type == ParserValue::TYPE_STRING ? ValueAccess::string_need(pending.size) : 0;
+}
+
+ParserValue* BinaryDecoder::make_value(void* place, PendingValue& pending, char*& text) {
+    if (pending.type >= ParserValue::TYPE_BOOL && pending.type <= ParserValue::TYPE_DOUBLE) {
+        return ValueAccess::make_scalar(place, pending.type, pending.bits);
+    }
+    return make_other(place, pending, text);
+}
+
+ParserValue* BinaryDecoder::make_other(void* place, PendingValue& pending, char*& text) {
+    if (pending.type == ParserValue::TYPE_GROUP) {
+        return ValueAccess::make_group(place, std::exchange(pending.group, nullptr));
+    }
+    if (pending.type == ParserValue::TYPE_STRING) {
+        return ValueAccess::make_string(place, {pending.text, pending.size}, text);
+    }
+    unsigned char* const bytes = pending.size == 0 ? nullptr : copy_bytes(pending.text, pending.size);
+    return ValueAccess::make_binary_data(place, bytes, pending.size);
+}
+
+void BinaryDecoder::discard_values(std::size_t first) noexcept {
+    for (std::size_t i = first; i < pending_.size(); ++i) {
+        if (pending_[i].type == ParserValue::TYPE_GROUP) {
+            destroy_group(pending_[i].group);
+        }
+    }
+    pending_.erase(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
+}
+
+} // namespace bk
+
+bool ParserEntry::set_binary(const CoreVector<char>& data, core_uint64& position) {
+    bk::BinaryDecoder decoder(data, position);
+    const bool is_whole =
+        bk::guarded("ParserEntry.set_binary", false, [&] { return decoder.read_entry(*this); });
+    position = decoder.position();
+    return is_whole;
+}
+
+bool ParserGroup::set_binary(const CoreVector<char>& data, core_uint64& position) {
+    return set_binary(data, position, ParserLimits());
+}
+
+bool ParserGroup::set_binary(const CoreVector<char>& data, core_uint64& position,
+                             const ParserLimits& limits) {
+    bk::BinaryDecoder decoder(data, position, limits.nesting_depth);
+    const bool is_whole =
+        bk::guarded("ParserGroup.set_binary", false, [&] { return decoder.read_group(*this); });
+    position = decoder.position();
+    return is_whole;
+}

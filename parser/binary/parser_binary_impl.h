@@ -1,0 +1,197 @@
+#pragma once
+
+#include "core/core_containers.h"
+#include "core/reports/core_guard_impl.h"
+#include "core/text/core_bytes_impl.h"
+#include "parser/parser_group.h"
+#include "parser/parser_limits.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+/// The binary form of trees, which docs/formats.md describes byte by byte. Both directions walk with an explicit
+/// stack: the depth of a tree costs no stack of the thread's.
+namespace bk {
+
+/// The largest buffer: counts are 32-bit.
+inline constexpr core_uint64 max_binary_size = 0xFFFFFFFFu;
+
+/// Between an entry's size and its values stands a byte that is 0, which the size counts.
+inline constexpr std::size_t reserved_size = 1;
+
+/// Appends the binary form to a buffer. Sizes are written as zeros and filled in when what they measure is
+/// complete, so that every byte is written once. The buffer counts the bytes only when `finish` is called.
+class BinaryEncoder {
+public:
+    explicit BinaryEncoder(CoreVector<char>& out) noexcept : out_(out), begin_(out.get_count()) {
+        take_storage(begin_);
+    }
+
+    void write_bytes(const void* bytes, std::size_t size);
+    void write_size(std::uint64_t size);
+    /// The characters and a NUL.
+    void write_string(const CoreString& text);
+    void write_binary_data(const void* data, unsigned int size);
+    void write_value(const ParserValue& value, bool with_type);
+    void write_entry(const ParserEntry& entry);
+    void write_group(const ParserGroup& group);
+
+    /// The number of bytes appended. When the buffer would have passed max_binary_size, 0: the buffer is as it was,
+    /// and the warning "<operation>: data too large\n" is logged.
+    core_uint64 finish(const char* operation);
+
+private:
+    /// A run of entries that is being written, and how far it has come.
+    struct Level {
+        const ParserEntry* const* entries;
+        unsigned int entry_count;
+        unsigned int next_entry;
+        unsigned int next_value;
+        unsigned int size_at;       // the place of the group's size
+        unsigned int entry_size_at; // the place of the size of the entry that is being written
+        bool has_size;
+        bool is_in_entry;
+    };
+
+    void open_group(const ParserGroup& group);
+    void run();
+    bool write_values(Level& level);
+    void put_entries(Level& level);
+    bool put_entry(Level& level, const ParserEntry& entry);
+    void begin_entry(Level& level, const ParserEntry& entry);
+    unsigned int leave_size();
+    void fill_size(unsigned int place) noexcept;
+
+    std::size_t room() const noexcept { return static_cast<std::size_t>(limit_ - end_); }
+    bool has_room(std::size_t size) { return room() >= size || grow(size); }
+    /// Whether the largest buffer has no room for so much. What is asked for in advance may still be more than what
+    /// is written, which then is to be written by its size.
+    bool is_last_room(std::size_t size) const noexcept {
+        return room() < size && core_uint64{used()} + size > max_binary_size;
+    }
+    bool grow(std::size_t size);
+    void take_storage(unsigned int used) noexcept;
+    unsigned int used() const noexcept { return static_cast<unsigned int>(end_ - out_.get_data()); }
+
+    CoreVector<char>& out_;
+    unsigned int begin_;
+    bool fits_ = true;
+    char* end_ = nullptr; // of what is written
+    char* limit_ = nullptr;
+    std::vector<Level> levels_;
+};
+
+/// Appends what `write` writes with an encoder; the number of bytes. When there is no room for all of it, 0: the
+/// buffer is as it was, and that is logged.
+template <class Write>
+core_uint64 encode(CoreVector<char>& out, const char* operation, Write write) {
+    const unsigned int begin = out.get_count();
+    const core_uint64 size = guarded(operation, core_uint64{0}, [&] {
+        BinaryEncoder encoder(out);
+        write(encoder);
+        return encoder.finish(operation);
+    });
+    if (size == 0) {
+        out.truncate(begin);
+    }
+    return size;
+}
+
+/// The characters up to a NUL, which is passed. Without one: logged, no characters, and the cursor at the end.
+std::string_view take_string(ByteCursor& cursor);
+
+/// Bytes that follow their number. When the buffer ends before: logged, no bytes, and the cursor at the end.
+std::string_view take_binary_data(ByteCursor& cursor);
+
+/// Builds what a buffer holds. A size in the buffer is never believed: nothing is allocated for what is not there.
+///
+/// Failures do not go all the way up. An entry that fails is discarded and ends its group, and the entry that holds
+/// that group keeps the group as far as it was read and goes on at the place where the reading stopped.
+class BinaryDecoder {
+public:
+    BinaryDecoder(const CoreVector<char>& data, core_uint64 position,
+                  unsigned int nesting_depth = ParserLimits::no_limit) noexcept
+        : data_(data), cursor_(data.get_data(), data.get_count(), position), nesting_depth_(nesting_depth) {}
+    ~BinaryDecoder();
+    BinaryDecoder(const BinaryDecoder&) = delete;
+    BinaryDecoder& operator=(const BinaryDecoder&) = delete;
+
+    bool read_group(ParserGroup& group);
+    bool read_entry(ParserEntry& entry);
+    /// Null when there is no value.
+    ParserValue* read_value();
+
+    core_uint64 position() const noexcept { return cursor_.position(); }
+
+private:
+    /// A value that waits for the end of its entry. It is filled field by field where it stands: copying what was
+    /// just stored in parts would wait for the stores.
+    struct PendingValue {
+        PendingValue(ParserValue::Type scalar_type, std::uint64_t scalar_bits) noexcept
+            : type(scalar_type), bits(scalar_bits) {}
+        PendingValue(ParserValue::Type text_type, std::string_view shown) noexcept
+            : type(text_type), size(static_cast<unsigned int>(shown.size())), text(shown.data()) {}
+        explicit PendingValue(ParserGroup* nested) noexcept : type(ParserValue::TYPE_GROUP), group(nested) {}
+
+        ParserValue::Type type;
+        unsigned int size = 0; // of a string or of binary data, which `text` shows in the buffer
+        union {
+            std::uint64_t bits; // of a scalar
+            const char* text;
+            ParserGroup* group;
+        };
+    };
+
+    /// A group that is being read, and the entry of it that is.
+    struct Level {
+        ParserGroup* group; // null when an entry is read by itself
+        core_uint64 group_end;
+        core_uint64 entry_end;
+        unsigned int name_at; // of the entry, in the buffer
+        unsigned int name_size;
+        unsigned int first_entry;
+        unsigned int first_value;
+        std::size_t text_size; // what the strings of the entry's values need
+        bool is_in_entry;
+    };
+
+    enum class Step { more, done, failed };
+
+    Step stop_at_depth();
+    void keep_whole_entries() noexcept;
+
+    bool open_group(ParserGroup& group);
+    bool open_entry(Level& level, std::string_view name);
+    bool run();
+    Step advance(Level& level);
+    Step begin_entry(Level& level);
+    bool read_plain_entry(Level& level);
+    core_uint64 sure_end(const Level& level) const noexcept;
+    std::string_view entry_name(const Level& level) const noexcept;
+    Step finish_entry(Level& level);
+    void keep_entry(Level& level, std::unique_ptr<ParserEntry> entry);
+    void close_level();
+
+    bool take_tag(ParserValue::Type& type) noexcept;
+    void take_plain(ParserValue::Type type);
+    void fill_values(ParserValueList& values, std::size_t first);
+    void append_values(ParserValueList& values);
+    static ParserValue* make_value(void* place, PendingValue& pending, char*& text);
+    static ParserValue* make_other(void* place, PendingValue& pending, char*& text);
+    static std::size_t text_need(const PendingValue& pending) noexcept;
+    void discard_values(std::size_t first) noexcept;
+
+    const CoreVector<char>& data_;
+    ByteCursor cursor_;
+    unsigned int nesting_depth_;
+    bool is_stopped_ = false;
+    std::vector<Level> levels_;
+    std::vector<ParserEntry*> entries_;      // of all open groups, the outermost first
+    std::vector<PendingValue> pending_;      // of all open entries, the outermost first
+    std::vector<unsigned int> string_sizes_; // of the entry that is read at once
+};
+
+} // namespace bk

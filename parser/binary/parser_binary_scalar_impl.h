@@ -1,0 +1,58 @@
+#pragma once
+
+#include "core/text/core_bytes_impl.h"
+#include "parser/model/parser_value_impl.h"
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+/// Bools, chars, ints and doubles in the binary form: a byte for the type, and the value in as many as it needs.
+namespace bk {
+
+/// The bytes that a tag and its scalar take; 0 when the tag is of something else.
+constexpr std::array<unsigned char, 256> make_stored_sizes() {
+    std::array<unsigned char, 256> sizes{};
+    sizes[ParserValue::TYPE_BOOL] = 1 + sizeof(std::uint8_t);
+    sizes[ParserValue::TYPE_CHAR] = 1 + sizeof(std::uint8_t);
+    sizes[ParserValue::TYPE_INT] = 1 + sizeof(std::uint32_t);
+    sizes[ParserValue::TYPE_DOUBLE] = 1 + sizeof(std::uint64_t);
+    return sizes;
+}
+
+inline constexpr std::array<unsigned char, 256> stored_sizes = make_stored_sizes();
+inline constexpr std::size_t largest_stored_size = 1 + sizeof(std::uint64_t); // with its tag
+
+inline std::size_t stored_size(char tag) noexcept {
+    return stored_sizes[static_cast<unsigned char>(tag)];
+}
+
+/// Stores a tag and its scalar, and gives the place behind them, which is `out` itself when the value is no scalar. As many
+/// bytes as the largest needs may be written.
+inline char* put_scalar(char* out, const ParserValue& value) {
+    const ParserValue::Type type = ValueAccess::type(value);
+    const std::size_t size = type < stored_sizes.size() ? stored_sizes[type] : 0;
+    if (size != 0) {
+        *out = static_cast<char>(type);
+        store_le64(reinterpret_cast<unsigned char*>(out) + 1, ValueAccess::scalar_bits(value));
+    }
+    return out + size;
+}
+
+/// The scalar that stands at the low end of `bytes`, whatever stands above, as ValueAccess::make_scalar takes it.
+inline std::uint64_t stored_scalar(ParserValue::Type type, std::uint64_t bytes) noexcept {
+    constexpr std::uint64_t lowest_byte = 0xFF;
+    switch (type) {
+    case ParserValue::TYPE_BOOL:
+        return (bytes & lowest_byte) != 0 ? 1 : 0;
+    case ParserValue::TYPE_CHAR:
+        return bytes & lowest_byte;
+    case ParserValue::TYPE_INT:
+        return bytes & 0xFFFFFFFFu;
+    default:
+        return std::bit_cast<std::uint64_t>(clamp_to_finite(std::bit_cast<double>(bytes)));
+    }
+}
+
+} // namespace bk

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "core/reports/app_progress_impl.h"
+
+#include <cstddef>
+#include <string_view>
+
+namespace bk {
+
+/// A stretch of a source that is kept, and what ends it.
+struct SourcePiece {
+    enum class Then { end, comment, version, include, open_include };
+
+    std::string_view text;
+    unsigned int offset = 0;
+    Then then = Then::end;
+    std::string_view argument; // of the directive: the number, or the name between the quotes
+    unsigned int directive_offset = 0;
+    unsigned int directive_length = 0;
+};
+
+/// Cuts a source at comments and directives. Comments stand outside strings only; directives are found inside
+/// strings as well. The quote at the very beginning of a source does not open a string.
+class SourceScanner {
+public:
+    SourceScanner(std::string_view source, Progress progress) noexcept
+        : source_(source), progress_(progress) {}
+
+    /// Version lines that do not stand at the very beginning are kept as text, too.
+    void keep_later_version_lines() noexcept { keeps_later_version_lines_ = true; }
+
+    /// The last piece ends with Then::end.
+    SourcePiece next() noexcept;
+
+private:
+    bool take_special(SourcePiece& piece) noexcept;
+    bool take_directive(SourcePiece& piece) noexcept;
+    void take_include(SourcePiece& piece) noexcept;
+    void take_version(SourcePiece& piece) noexcept;
+    void take_quote() noexcept;
+    void copy_hexadecimal() noexcept;
+    std::size_t find_special(std::size_t from) const noexcept;
+    std::size_t after_line(std::size_t from) const noexcept;
+    bool looking_at(std::string_view word) const noexcept {
+        return source_.substr(position_).starts_with(word);
+    }
+    void step_to(std::size_t end) noexcept;
+    void finish_piece(SourcePiece& piece, SourcePiece::Then then, std::size_t resume_at) noexcept;
+
+    std::string_view source_;
+    Progress progress_;
+    std::size_t position_ = 0;
+    std::size_t piece_begin_ = 0;
+    std::size_t line_end_ = 0; // of the version line found last
+    bool in_string_ = false;
+    bool keeps_later_version_lines_ = false;
+    bool skips_directive_ = false; // the next piece begins with a version line that is kept
+};
+
+} // namespace bk

@@ -1,0 +1,146 @@
+#include "parser/parser_entry.h"
+
+#include "core/core_memory.h"
+#include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_tree_copy_impl.h"
+#include "parser/model/parser_value_impl.h"
+
+#include <utility>
+#include <vector>
+
+// In a shared library for Windows a constant has no place for callers to import without this.
+constexpr unsigned int ParserEntry::not_an_array; // NOLINT(readability-redundant-declaration)
+
+ParserEntry::ParserEntry(const CoreString& name, const Type& type, const core_ulong& line,
+                         const core_ulong& column)
+    : name_(name), line_(line), column_(column), type_(type) {
+    static_assert(sizeof(ParserEntry) == 64, "an entry fills one cache line");
+}
+
+ParserEntry::ParserEntry(const ParserEntry& other)
+    : ParserEntry(other.name_, other.type_, other.line_, other.column_) {
+    copy_fields(other);
+    bk::TreeCopier copier;
+    copier.copy_values(other.values_, values_);
+    copier.finish();
+}
+
+ParserEntry::~ParserEntry() {
+    if (rare_ != nullptr) {
+        std::destroy_at(rare_);
+        CoreMemory::release(rare_, sizeof(Rare));
+    }
+}
+
+ParserEntry& ParserEntry::operator=(const ParserEntry& other) {
+    if (this != &other) {
+        ParserValueList shared;
+        shared.share(other.values_);
+        copy_fields(other);
+        values_.swap(shared); // what was listed goes last: `other` may be a part of it
+    }
+    return *this;
+}
+
+void ParserEntry::copy_from(const ParserEntry& other) {
+    if (this == &other) {
+        return;
+    }
+    ParserValueList copied;
+    bk::TreeCopier copier;
+    copier.copy_values(other.values_, copied);
+    copier.finish();
+    copy_fields(other);
+    values_.swap(copied);
+}
+
+void ParserEntry::copy_fields(const ParserEntry& other) {
+    name_ = other.name_;
+    line_ = other.line_;
+    column_ = other.column_;
+    array_count_ = other.array_count_;
+    type_ = other.type_;
+    set_template(other.get_template());
+}
+
+void ParserEntry::reset() {
+    values_.clear();
+}
+
+const CoreString& ParserEntry::get_template() const noexcept {
+    return rare_ == nullptr ? CoreString::get_null_string() : rare_->template_name;
+}
+
+bool ParserEntry::is_group() const {
+    return values_.get_count() == 1 && is_value_group(0);
+}
+
+void ParserEntry::rename(const CoreString& name) {
+    name_ = name;
+}
+
+void ParserEntry::set_template(const CoreString& name) {
+    if (rare_ != nullptr || !name.is_empty()) {
+        make_rare().template_name = name;
+    }
+}
+
+void ParserEntry::set_array(const bool& is_array, const unsigned int& count) {
+    array_count_ = is_array ? count : not_an_array;
+}
+
+void ParserEntry::set_as_raw_text(bool raw) {
+    type_ = raw ? TYPE_RAW_TEXT : TYPE_ENTRY;
+}
+
+ParserEntry::Rare& ParserEntry::make_rare() {
+    if (rare_ == nullptr) {
+        rare_ = new (CoreMemory::allocate(sizeof(Rare))) Rare;
+    }
+    return *rare_;
+}
+
+void ParserEntry::move_value(const unsigned int& from, const unsigned int& to) {
+    if (from != to) {
+        values_.move(from, to);
+    }
+}
+
+void ParserEntry::remove_value(const unsigned int& i) {
+    remove_value(CoreBasicArray<unsigned int>{i});
+}
+
+void ParserEntry::remove_value(const CoreBasicArray<unsigned int>& indices) {
+    std::vector<unsigned char> marks(values_.get_count());
+    for (const unsigned int i : indices) {
+        if (i < marks.size()) {
+            marks[i] = 1;
+        }
+    }
+    values_.remove_marked(marks.data());
+}
+
+void ParserEntry::remove_value(const CoreList<unsigned int>& indices) {
+    CoreBasicArray<unsigned int> array(indices.get_count());
+    std::copy(indices.begin(), indices.end(), array.begin());
+    remove_value(array);
+}
+
+void* ParserEntry::operator new(std::size_t size) {
+    return CoreMemory::allocate(size);
+}
+
+void ParserEntry::operator delete(void* block, std::size_t size) noexcept {
+    CoreMemory::release(block, size);
+}
+
+void bk::EntryAccess::release(ParserEntry* entry) noexcept {
+    if (entry == nullptr) {
+        return;
+    }
+    if (entry->rare_ != nullptr && entry->rare_->other_owners != 0) {
+        --entry->rare_->other_owners;
+    } else {
+        delete entry;
+    }
+}

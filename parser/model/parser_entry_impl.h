@@ -1,0 +1,44 @@
+#pragma once
+
+#include "core/memory/core_prefetch_impl.h"
+#include "parser/model/parser_value_list_impl.h"
+#include "parser/parser_entry.h"
+
+namespace bk {
+
+/// What an entry is made with.
+struct EntryFields {
+    std::string_view name;
+    ParserEntry::Type type = ParserEntry::TYPE_ENTRY;
+    core_ulong line = 0;
+    core_ulong column = 0;
+    unsigned int array_count = ParserEntry::not_an_array;
+};
+
+/// What the library's other parts see of an entry.
+class EntryAccess {
+public:
+    /// A new entry whose list has room for `count` values and `text_size` bytes of their text. If it is small enough,
+    /// all of it, a long name too, is one block.
+    static ParserEntry* make(const EntryFields& fields, unsigned int count, std::size_t text_size);
+    static ParserValueList& values(const ParserEntry& entry) noexcept { return entry.values_; }
+    static const ParserValue& value(const ParserEntry& entry, unsigned int i) noexcept {
+        return entry.values_[i];
+    }
+    static void set_type(ParserEntry& entry, ParserEntry::Type type) noexcept { entry.type_ = type; }
+    static void copy_fields(ParserEntry& entry, const ParserEntry& other) { entry.copy_fields(other); }
+
+    /// One more list holds the entry; one list less does, and the last one deletes it. Null is legal there.
+    static void share(ParserEntry& entry) { ++entry.make_rare().other_owners; }
+    static void release(ParserEntry* entry) noexcept;
+};
+
+/// Asks for an entry that will be looked at soon, and for its values, which begin behind it. Null is legal.
+inline void prefetch_entry(const ParserEntry* entry) noexcept {
+    if (entry != nullptr) {
+        prefetch(entry);
+        prefetch(entry + 1);
+    }
+}
+
+} // namespace bk

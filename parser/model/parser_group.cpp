@@ -1,0 +1,260 @@
+#include "parser/parser_group.h"
+
+#include "core/core_memory.h"
+#include "core/reports/core_diagnostic_impl.h"
+#include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_group_impl.h"
+#include "parser/model/parser_tree_copy_impl.h"
+#include "parser/model/parser_value_impl.h"
+#include "parser/words/parser_word_rules_impl.h"
+
+#include <memory>
+#include <vector>
+
+ParserGroup::ParserGroup(const CoreString& name) : name_(name) {}
+
+ParserGroup::ParserGroup(const ParserGroup& other) : ParserGroup(CoreString()) {
+    set(other);
+}
+
+ParserGroup::~ParserGroup() {
+    clear();
+}
+
+ParserGroup& ParserGroup::operator=(const ParserGroup& other) {
+    if (this == &other) {
+        return *this;
+    }
+    ParserGroup shared(other.name_); // what was listed goes with it, last: `other` may be a part of it
+    for (ParserEntry* entry : other.entries_) {
+        if (entry != nullptr) {
+            bk::EntryAccess::share(*entry);
+        }
+        try {
+            shared.entries_.add(entry);
+        } catch (...) {
+            bk::EntryAccess::release(entry);
+            throw;
+        }
+    }
+    shared.keyword_index_ = other.keyword_index_;
+    ParserEntry* const source_entry = other.source_entry_;
+    swap_content(shared);
+    source_entry_ = source_entry;
+    return *this;
+}
+
+void ParserGroup::clear() {
+    constexpr unsigned int ahead = 6; // in a large tree each entry has to come from memory first
+    const unsigned int count = entries_.get_count();
+    for (unsigned int i = 0; i < count; ++i) {
+        if (i + ahead < count) {
+            bk::prefetch_entry(entries_[i + ahead]);
+        }
+        bk::EntryAccess::release(entries_[i]);
+    }
+    entries_.clear();
+    keyword_index_.clear();
+}
+
+void ParserGroup::set(const ParserGroup& other) {
+    if (this == &other) {
+        return;
+    }
+    ParserGroup copied(other.name_);
+    bk::TreeCopier copier;
+    for (const ParserEntry* entry : other.entries_) {
+        if (entry != nullptr) {
+            bk::GroupAccess::adopt(copied, copier.copy_entry(*entry));
+        }
+    }
+    copier.finish();
+    swap_content(copied);
+}
+
+void ParserGroup::swap_content(ParserGroup& other) noexcept {
+    std::swap(name_, other.name_);
+    entries_.swap(other.entries_);
+    keyword_index_.swap(other.keyword_index_);
+}
+
+void ParserGroup::append(ParserEntry* entry) {
+    const unsigned int keyword_count = keyword_index_.get_count();
+    if (entry->get_type() != ParserEntry::TYPE_ENTRY) {
+        keyword_index_.add(entries_.get_count());
+    }
+    try {
+        entries_.add(entry);
+    } catch (...) {
+        keyword_index_.truncate(keyword_count);
+        throw;
+    }
+}
+
+void bk::GroupAccess::append(ParserGroup& group, ParserEntry* const* entries, unsigned int count) {
+    // The index first, and only then the entries, which cannot be taken in half.
+    const unsigned int first = group.entries_.get_count();
+    const unsigned int first_keyword = group.keyword_index_.get_count();
+    try {
+        for (unsigned int i = 0; i < count; ++i) {
+            if (entries[i]->get_type() == ParserEntry::TYPE_KEYWORD) {
+                group.keyword_index_.add(first + i);
+            }
+        }
+        group.entries_.add_range(entries, count);
+    } catch (...) {
+        group.keyword_index_.truncate(first_keyword);
+        throw;
+    }
+}
+
+ParserEntry* ParserGroup::add_entry(const CoreString& name, const core_ulong& line,
+                                    const core_ulong& column) {
+    bool is_keyword = false;
+    if (!bk::is_entry_name(name.get_view(), is_keyword)) {
+        bk::report_warning("ParserGroup.add_entry: '", name, "' is not a valid entry name\n");
+        return nullptr;
+    }
+    auto entry = std::make_unique<ParserEntry>(
+        name, is_keyword ? ParserEntry::TYPE_KEYWORD : ParserEntry::TYPE_ENTRY, line, column);
+    append(entry.get());
+    return entry.release();
+}
+
+ParserEntry* ParserGroup::add_entry(const ParserEntry& entry) {
+    auto* const adopted = const_cast<ParserEntry*>(&entry);
+    append(adopted);
+    return adopted;
+}
+
+ParserGroup* ParserGroup::add_group(const CoreString& name) {
+    ParserEntry* const entry = add_entry(name, 0, 0);
+    return entry == nullptr ? nullptr : entry->add_group(nullptr);
+}
+
+ParserGroup* ParserGroup::add_group(ParserGroup* group) {
+    ParserEntry* const entry = add_entry(group->get_name(), 0, 0);
+    return entry == nullptr ? nullptr : entry->add_group(group);
+}
+
+/// With k keywords before an entry, its position is its ordinal plus k. The i-th keyword position less i is the number
+/// of entries before that keyword, which never falls: k is how many of these are not above the ordinal.
+unsigned int ParserGroup::position_of(unsigned int ordinal) const noexcept {
+    unsigned int low = 0;
+    unsigned int high = keyword_index_.get_count();
+    while (low < high) {
+        const unsigned int middle = low + (high - low) / 2;
+        if (keyword_index_[middle] - middle <= ordinal) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    return ordinal + low;
+}
+
+ParserEntry* ParserGroup::get_entry(const unsigned int& ordinal) const {
+    return entries_[position_of(ordinal)];
+}
+
+ParserEntry* ParserGroup::get_entry(const CoreString& name) const {
+    unsigned int keyword = 0;
+    for (unsigned int position = 0; position < entries_.get_count(); ++position) {
+        if (keyword < keyword_index_.get_count() && keyword_index_[keyword] == position) {
+            ++keyword;
+        } else if (entries_[position] != nullptr && entries_[position]->get_name() == name) {
+            return entries_[position];
+        }
+    }
+    return nullptr;
+}
+
+ParserEntry* ParserGroup::get_keyword(const CoreString& name) const {
+    for (const unsigned int position : keyword_index_) {
+        if (entries_[position] != nullptr && entries_[position]->get_name() == name) {
+            return entries_[position];
+        }
+    }
+    return nullptr;
+}
+
+namespace {
+
+/// Walks the entries that have ordinals, of a group and of the groups below, depth first.
+class EntrySearch {
+public:
+    EntrySearch(const CoreString& name, bool recursive) : name_(name), recursive_(recursive) {}
+
+    CoreVector<ParserEntry*> run(const ParserGroup& group) {
+        places_.push_back({&group, 0, 0});
+        while (!places_.empty()) {
+            if (!advance(places_.back())) {
+                places_.pop_back();
+            }
+        }
+        return std::move(found_);
+    }
+
+private:
+    struct Place {
+        const ParserGroup* group;
+        unsigned int ordinal;
+        unsigned int value; // of the entry at `ordinal`, when its values are being searched
+    };
+
+    /// False when the group is done.
+    bool advance(Place& place) {
+        const ParserGroup& group = *place.group;
+        for (; place.ordinal < group.get_entry_count(); ++place.ordinal, place.value = 0) {
+            ParserEntry* const entry = group.get_entry(place.ordinal);
+            if (entry == nullptr) {
+                continue;
+            }
+            if (place.value == 0 && entry->get_name() == name_) {
+                found_.add(entry);
+            } else if (recursive_ && descend(place, *entry)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    bool descend(Place& place, const ParserEntry& entry) {
+        while (place.value < entry.get_value_count()) {
+            if (const ParserGroup* nested =
+                    bk::ValueAccess::group(bk::EntryAccess::value(entry, place.value++))) {
+                places_.push_back({nested, 0, 0});
+                return true;
+            }
+        }
+        return false;
+    }
+
+    const CoreString& name_;
+    bool recursive_;
+    CoreVector<ParserEntry*> found_;
+    std::vector<Place> places_;
+};
+
+} // namespace
+
+CoreVector<ParserEntry*> ParserGroup::get_entries(const CoreString& name, bool recursive) const {
+    return EntrySearch(name, recursive).run(*this);
+}
+
+unsigned int ParserGroup::get_first_entry_index(ParserEntry::Type type) const {
+    for (unsigned int position = 0; position < entries_.get_count(); ++position) {
+        if (entries_[position] != nullptr && entries_[position]->get_type() == type) {
+            return position;
+        }
+    }
+    return 0xFFFFFFFFu;
+}
+
+void* ParserGroup::operator new(std::size_t size) {
+    return CoreMemory::allocate(size);
+}
+
+void ParserGroup::operator delete(void* block, std::size_t size) noexcept {
+    CoreMemory::release(block, size);
+}

@@ -1,0 +1,158 @@
+#include "parser/model/parser_entry_impl.h"
+#include "parser/parser_group.h"
+
+#include <algorithm>
+#include <memory>
+
+// Memory may end anywhere below. What an edit needs is therefore taken before an entry moves, and a moved entry is listed at
+// its new place before it leaves the old one. Only the index may need some afterwards, when a host has changed types.
+
+namespace {
+
+struct ReleaseEntry {
+    void operator()(ParserEntry* entry) const noexcept { bk::EntryAccess::release(entry); }
+};
+
+/// Entries that are deleted when their group is whole again.
+class RemovedEntries {
+public:
+    explicit RemovedEntries(unsigned int count) { entries_.reserve(count); }
+    ~RemovedEntries() { std::for_each(entries_.begin(), entries_.end(), ReleaseEntry()); }
+    RemovedEntries(const RemovedEntries&) = delete;
+    RemovedEntries& operator=(const RemovedEntries&) = delete;
+
+    /// As many as were announced.
+    void add(ParserEntry* entry) { entries_.add(entry); }
+
+private:
+    CoreVector<ParserEntry*> entries_;
+};
+
+bool is_ordinary(const ParserEntry* entry) noexcept {
+    return entry != nullptr && entry->get_type() == ParserEntry::TYPE_ENTRY;
+}
+
+void take_slot_out(CoreVector<ParserEntry*>& entries, unsigned int position) noexcept {
+    std::copy(entries.begin() + position + 1, entries.end(), entries.begin() + position);
+    entries.truncate(entries.get_count() - 1);
+}
+
+} // namespace
+
+void ParserGroup::rebuild_index() {
+    keyword_index_.truncate(0);
+    for (unsigned int position = 0; position < entries_.get_count(); ++position) {
+        const ParserEntry* const entry = entries_[position];
+        if (entry != nullptr && entry->get_type() != ParserEntry::TYPE_ENTRY) {
+            keyword_index_.add(position);
+        }
+    }
+}
+
+void ParserGroup::detach_entry(const unsigned int& ordinal) {
+    entries_[position_of(ordinal)] = nullptr;
+}
+
+void ParserGroup::move_entry(const unsigned int& from, const unsigned int& to) {
+    ParserEntry** const entries = entries_.get_data();
+    if (from < to) {
+        std::rotate(entries + from, entries + from + 1, entries + to + 1);
+    } else if (from > to) {
+        std::rotate(entries + to, entries + from, entries + from + 1);
+    }
+    rebuild_index();
+}
+
+void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
+    if (this == &dest) {
+        move_entry(position, entries_.get_count() - 1);
+        return;
+    }
+    const unsigned int from = position; // may be the count of `dest`
+    dest.append(entries_[from]);
+    take_slot_out(entries_, from);
+    rebuild_index();
+}
+
+void ParserGroup::move_entries(ParserGroup& dest) {
+    const auto moved_count =
+        static_cast<unsigned int>(std::count_if(entries_.begin(), entries_.end(), is_ordinary));
+    CoreVector<ParserEntry*> moved;
+    moved.reserve(moved_count);
+    dest.entries_.make_room(&dest == this ? 0 : moved_count);
+    unsigned int kept = 0;
+    for (ParserEntry* entry : entries_) {
+        if (is_ordinary(entry)) {
+            moved.add(entry);
+        } else {
+            entries_[kept++] = entry;
+        }
+    }
+    entries_.truncate(kept);
+    dest.entries_.add_range(moved.begin(), moved_count);
+    rebuild_index();
+}
+
+void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
+    if (this == &dest) {
+        return;
+    }
+    const unsigned int moved_count = entries_.get_count();
+    dest.keyword_index_.make_room(keyword_index_.get_count());
+    dest.entries_.reserve(dest.entries_.get_count() + moved_count);
+    dest.entries_.extend(moved_count);
+    ParserEntry** const place = dest.entries_.begin() + position;
+    std::copy_backward(place, dest.entries_.end() - moved_count, dest.entries_.end());
+    std::copy(entries_.begin(), entries_.end(), place);
+    entries_.truncate(0);
+    keyword_index_.truncate(0);
+    dest.rebuild_index();
+}
+
+void ParserGroup::remove_entries(CoreBasicArray<unsigned int> positions) {
+    const unsigned int count = entries_.get_count();
+    CoreVector<unsigned char> is_removed;
+    std::fill_n(is_removed.extend(count), count, static_cast<unsigned char>(0));
+    for (const unsigned int position : positions) {
+        if (position < count) {
+            is_removed[position] = 1;
+        }
+    }
+    take_out([&](unsigned int position) { return is_removed[position] != 0; });
+}
+
+void ParserGroup::remove_entry(const CoreString& name) {
+    const CoreString removed_name(name); // may be the name of an entry that goes
+    take_out([&](unsigned int position) {
+        return entries_[position] != nullptr && entries_[position]->get_name() == removed_name;
+    });
+}
+
+void ParserGroup::remove_entry(unsigned int position) {
+    std::unique_ptr<ParserEntry, ReleaseEntry> removed; // deleted when the group is whole again
+    if (position < entries_.get_count()) {
+        removed.reset(entries_[position]);
+        take_slot_out(entries_, position);
+    }
+    rebuild_index();
+}
+
+/// Removes the entries at the positions that the predicate names.
+template <class IsRemoved>
+void ParserGroup::take_out(IsRemoved is_removed) {
+    unsigned int removed_count = 0;
+    for (unsigned int position = 0; position < entries_.get_count(); ++position) {
+        removed_count += is_removed(position) ? 1 : 0;
+    }
+    RemovedEntries removed(removed_count);
+    unsigned int kept = 0;
+    for (unsigned int position = 0; position < entries_.get_count(); ++position) {
+        if (is_removed(position)) {
+            removed.add(entries_[position]);
+        } else {
+            entries_[kept++] = entries_[position];
+        }
+    }
+    entries_.truncate(kept);
+    rebuild_index();
+}

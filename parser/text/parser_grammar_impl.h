@@ -1,0 +1,284 @@
+#pragma once
+
+#include "parser/parser_read_observer.h"
+#include "parser/text/parser_word_stream_impl.h"
+#include "parser/words/parser_characters_impl.h"
+#include "parser/words/parser_word_rules_impl.h"
+
+#include <vector>
+
+namespace bk {
+
+/// The name of an entry as the grammar hands it to a sink.
+struct EntryHead {
+    std::string_view name;
+    std::string_view template_name;
+    unsigned int array_count = no_array;
+    bool is_keyword = false;
+    bool had_suffix = false; // the name is only a part of the word
+};
+
+/// The grammar of documents, one loop over the words of a text. What the text says goes to a sink:
+///
+///     bool begin_entry(const EntryHead&, const Token&)   false when the name is refused
+///     void add_value(ParserWord::Type, std::string_view) a value of the entry begun last
+///     void make_function_call()                          that entry holds an argument list
+///     bool open_group(const Token&)                      that entry holds a group, whose entries follow; false
+///                                                        when the text is not to be read any further
+///     void close_group()
+///     void report_fault(ParserReadObserver::Fault, const Token&, std::string_view word)
+///
+/// Faults do not stop the loop. Groups nest on a stack of the loop's own.
+template <class Sink>
+class Grammar {
+public:
+    using Fault = ParserReadObserver::Fault;
+
+    Grammar(std::string_view text, Sink& sink) : words_(text), sink_(sink) {}
+
+    /// Somebody asks for each word of the outermost group, so that there they are taken one by one.
+    void watch_outermost() noexcept { is_watched_ = true; }
+
+    /// False when the text is empty, its last word was a fault or the empty tag, or the sink wanted no more. `on_word`
+    /// is called before each word of the outermost group, with the stream.
+    template <class OnWord>
+    bool run(OnWord on_word) {
+        if (words_.at_end()) {
+            return false;
+        }
+        while (!words_.at_end()) {
+            if (outer_.empty()) {
+                on_word(words_);
+            }
+            if (words_.next() && !take(words_.word())) {
+                if (is_stopped_) {
+                    return false;
+                }
+                sink_.report_fault(ParserReadObserver::FAULT_TEXT_AFTER_END, words_.token(), "}");
+                return true;
+            }
+        }
+        for (const Level& level : outer_) {
+            sink_.report_fault(ParserReadObserver::FAULT_GROUP_LEFT_OPEN, level.brace, "{");
+        }
+        const ParserWord::Type last = (outer_.empty() ? level_ : outer_.front()).last_kind;
+        return last != ParserWord::TYPE_EMPTY_TAG && last != ParserWord::TYPE_INVALID;
+    }
+
+private:
+    /// What the loop knows of a group that is being read.
+    struct Level {
+        bool has_entry = false;
+        bool has_taken = false;  // the entry took a value, the empty tag counted
+        bool has_values = false; // values are stored in it
+        bool is_keyword = false;
+        bool is_function_call = false;
+        ParserWord::Type last_kind = ParserWord::TYPE_INVALID;
+        Token brace; // where the group inside was opened
+    };
+
+    /// False at the brace that ends the outermost group, and when the sink wants no more.
+    bool take(std::string_view word) {
+        if (is_char(word[0], CHAR_DELIMITER) && word[0] != ':') { // a colon stands for nothing
+            return take_delimiter(word);
+        }
+        take_word(word);
+        return true;
+    }
+
+    bool take_delimiter(std::string_view word) {
+        switch (word[0]) {
+        case '=':
+            take_operator(word);
+            return true;
+        case ',':
+            take_separator(word);
+            return true;
+        case '{':
+            return open_group(word);
+        case '}':
+            return close_group();
+        case '(':
+            open_arguments(word);
+            return true;
+        default:
+            close_arguments(word);
+            return true;
+        }
+    }
+
+    void take_word(std::string_view word) {
+        const unsigned int first = classes_of(word[0]);
+        if ((first & CHAR_NAME_START) != 0) {
+            take_name(word);
+        } else if (is_char(word.data()[word[0] == '-' ? 1 : 0], CHAR_DIGIT)) { // no digit follows a lone "-"
+            const bool has_quotes = (words_.classes() & CHAR_QUOTE) != 0;
+            take_value(word, has_quotes ? classify_value(word) : classify_number(word, words_.classes()));
+            take_numbers();
+        } else if (is_string_word(word)) {
+            take_value(word, ParserWord::TYPE_STRING); // a quote begins nothing else
+        } else if (is_keyword_word(word)) {
+            begin_entry({word, {}, no_array, true, false});
+        } else {
+            take_value(word, classify_value(word));
+        }
+    }
+
+    void take_name(std::string_view word) {
+        if (words_.is_plain()) {
+            if (is_bool_word(word)) {
+                take_value(word, ParserWord::TYPE_BOOL);
+            } else {
+                begin_entry({word, {}, no_array, false, false});
+            }
+            return;
+        }
+        NameParts name;
+        NameParts template_name;
+        const NameKind kind = classify_name(word, name, template_name);
+        if (kind == NameKind::none) {
+            take_value(word, classify_value(word));
+        } else if (kind == NameKind::invalid) {
+            fault(ParserReadObserver::FAULT_UNKNOWN_WORD, name.base);
+        } else if (template_name.has_template) {
+            fault(ParserReadObserver::FAULT_TEMPLATE_INSIDE_TEMPLATE, name.base);
+        } else {
+            begin_entry(
+                {name.base, template_name.base, name.array_count, false, name.base.size() != word.size()});
+        }
+    }
+
+    void begin_entry(const EntryHead& head) {
+        const bool has_empty_entry = level_.has_entry & !level_.has_taken;
+        if (words_.at_end() | has_empty_entry) { // seldom both, and one branch is foreseen better than three
+            fault(ParserReadObserver::FAULT_NO_VALUE, head.name);
+            return;
+        }
+        level_.has_entry = sink_.begin_entry(head, words_.token());
+        level_.has_taken = false;
+        level_.has_values = false;
+        level_.is_keyword = head.is_keyword;
+        level_.is_function_call = false;
+        level_.last_kind = ParserWord::TYPE_IDENTIFIER;
+    }
+
+    void take_value(std::string_view word, ParserWord::Type kind) {
+        if (!is_value_kind(kind)) {
+            fault(ParserReadObserver::FAULT_UNKNOWN_WORD, word);
+            return;
+        }
+        if (!level_.has_entry) {
+            fault(ParserReadObserver::FAULT_VALUE_WITHOUT_ENTRY, word);
+            return;
+        }
+        if (kind != ParserWord::TYPE_EMPTY_TAG) {
+            sink_.add_value(kind, word);
+            level_.has_values = true;
+        }
+        level_.has_taken = true;
+        level_.last_kind = kind;
+    }
+
+    /// Numbers come in rows: the next ones are taken without asking what else they could be.
+    void take_numbers() {
+        if (!level_.has_entry || (is_watched_ && outer_.empty())) { // without an entry they are faults
+            return;
+        }
+        Sink& sink = sink_;
+        bool has_values = false;
+        words_.cut_numbers([&sink, &has_values](std::string_view word, unsigned int classes) {
+            sink.add_value(classify_number(word, classes), word);
+            has_values = true;
+        });
+        if (has_values) {
+            level_.last_kind = classify_number(words_.word(), words_.classes());
+            level_.has_values = true;
+        }
+    }
+
+    void take_operator(std::string_view word) {
+        if (level_.last_kind == ParserWord::TYPE_IDENTIFIER) {
+            level_.last_kind = ParserWord::TYPE_OPERATOR;
+        } else {
+            drop_entry(ParserReadObserver::FAULT_WRONGLY_PLACED, word);
+        }
+    }
+
+    void take_separator(std::string_view word) {
+        if (is_value_kind(level_.last_kind)) {
+            level_.last_kind = ParserWord::TYPE_SEPARATOR;
+        } else {
+            drop_entry(ParserReadObserver::FAULT_WRONGLY_PLACED, word);
+        }
+    }
+
+    bool open_group(std::string_view word) {
+        if (!level_.has_entry) {
+            fault(ParserReadObserver::FAULT_GROUP_WITHOUT_ENTRY, word);
+            return true;
+        }
+        level_.brace = words_.token();
+        if (!sink_.open_group(level_.brace)) {
+            is_stopped_ = true;
+            return false;
+        }
+        level_.has_entry = false; // it ends with its group
+        outer_.push_back(level_);
+        level_ = Level();
+        return true;
+    }
+
+    bool close_group() {
+        if (outer_.empty()) {
+            return false;
+        }
+        sink_.close_group();
+        level_ = outer_.back();
+        outer_.pop_back();
+        return true;
+    }
+
+    void open_arguments(std::string_view word) {
+        if (!level_.has_entry) {
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_WITHOUT_ENTRY, word);
+        } else if (level_.has_values) {
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_AFTER_VALUES, word);
+        } else if (level_.is_function_call) {
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_INSIDE_ARGUMENTS, word);
+        } else if (level_.is_keyword) {
+            drop_entry(ParserReadObserver::FAULT_ARGUMENTS_ON_KEYWORD, word);
+        } else {
+            sink_.make_function_call();
+            level_.is_function_call = true;
+        }
+    }
+
+    void close_arguments(std::string_view word) {
+        if (!level_.has_entry) {
+            drop_entry(ParserReadObserver::FAULT_CLOSING_WITHOUT_ENTRY, word);
+        } else if (!level_.is_function_call) {
+            drop_entry(ParserReadObserver::FAULT_CLOSING_NO_ARGUMENTS, word);
+        } else {
+            level_.has_entry = false;
+        }
+    }
+
+    void fault(Fault fault, std::string_view word) {
+        level_.last_kind = ParserWord::TYPE_INVALID;
+        sink_.report_fault(fault, words_.token(), word);
+    }
+
+    void drop_entry(Fault reason, std::string_view word) {
+        level_.has_entry = false;
+        fault(reason, word);
+    }
+
+    WordStream words_;
+    Sink& sink_;
+    Level level_;              // the innermost group
+    std::vector<Level> outer_; // the groups around it, the outermost first
+    bool is_stopped_ = false;
+    bool is_watched_ = false;
+};
+
+} // namespace bk

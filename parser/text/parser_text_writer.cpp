@@ -1,0 +1,316 @@
+#include "parser/text/parser_text_writer_impl.h"
+
+#include "core/reports/core_guard_impl.h"
+#include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_value_impl.h"
+#include "parser/text/parser_text_scan_impl.h"
+#include "parser/words/parser_characters_impl.h"
+#include "parser/words/parser_word_rules_impl.h"
+
+#include <algorithm>
+
+namespace bk {
+
+namespace {
+
+constexpr unsigned int indentation_width = 4;
+
+/// What stands behind the backslash by which a string spells this character.
+constexpr char escape_of(char character) noexcept {
+    switch (character) {
+    case '\t':
+        return 't';
+    case '\n':
+        return 'n';
+    case '\r':
+        return 'r';
+    default:
+        return character;
+    }
+}
+
+std::string_view bool_word(bool value) noexcept {
+    return value ? "yes" : "no";
+}
+
+} // namespace
+
+void put_plain_text(TextBuffer& out, const ParserValue& value) {
+    const ParserValue::Type type = ValueAccess::type(value);
+    if (type == ParserValue::TYPE_STRING) {
+        out.put(ValueAccess::string(value));
+        return;
+    }
+    if (ValueAccess::is_spelled(value)) {
+        out.put(ValueAccess::spelling(value));
+        return;
+    }
+    switch (type) {
+    case ParserValue::TYPE_BOOL:
+        out.put(bool_word(value.get_as_bool()));
+        break;
+    case ParserValue::TYPE_CHAR:
+    case ParserValue::TYPE_INT:
+        out.put_number(value.get_as_int());
+        break;
+    case ParserValue::TYPE_DOUBLE:
+        out.put_number(value.get_as_double());
+        break;
+    case ParserValue::TYPE_BINARY_DATA:
+        put_binary_literal(out, ValueAccess::bytes(value));
+        break;
+    default:
+        break;
+    }
+}
+
+namespace {
+
+/// False, with the output as it was and a message, when there is no room for the whole text.
+template <class Write>
+bool print(CoreString& out, bool pretty, const char* operation, Write write) {
+    const unsigned int old_length = out.get_length();
+    const bool is_whole = guarded(operation, false, [&] {
+        TextWriter writer(out, pretty);
+        write(writer);
+        return !writer.is_too_long();
+    });
+    if (!is_whole && out.get_length() != old_length) {
+        out.resize(old_length);
+    }
+    return is_whole;
+}
+
+} // namespace
+
+bool print_group(CoreString& out, const ParserGroup& group, bool braces, bool pretty, unsigned int level) {
+    return print(out, pretty, "ParserGroup.get_text",
+                 [&](TextWriter& writer) { writer.write_group(group, braces, level); });
+}
+
+TextWriter::~TextWriter() {
+    if (is_too_long()) {
+        report_warning("ParserGroup.get_text: the text is larger than ", CoreString::max_length, " bytes\n");
+    }
+}
+
+void TextWriter::write_group(const ParserGroup& group, bool braces, unsigned int level) {
+    open_group(group, braces ? Scope::braced_group : Scope::bare_group, level);
+    run();
+}
+
+void TextWriter::write_entry(const ParserEntry& entry, unsigned int level) {
+    const ParserEntry* const one = &entry;
+    frames_.push_back({&one, 1, 0, 0, level, Scope::entry});
+    run();
+}
+
+void TextWriter::write_entry_values(const ParserEntry& entry, unsigned int level) {
+    const ParserEntry* const one = &entry;
+    frames_.push_back({&one, 1, 0, 0, level, Scope::entry_values});
+    run();
+}
+
+void TextWriter::write_value(const ParserValue& value, unsigned int level) {
+    if (const ParserGroup* group = ValueAccess::group(value)) {
+        write_group(*group, true, level);
+    } else {
+        write_scalar(value);
+    }
+}
+
+void TextWriter::open_group(const ParserGroup& group, Scope scope, unsigned int level) {
+    level = std::max(level, 1u);
+    if (scope == Scope::braced_group) {
+        out_.put(group.get_name().get_view());
+        out_.put(group.get_name().is_empty() ? "{" : " {");
+        ++level;
+    }
+    const CoreVector<ParserEntry*>& entries = group.get_entries();
+    frames_.push_back({entries.get_data(), entries.get_count(), 0, 0, level, scope});
+}
+
+void TextWriter::close_frame(const Frame& frame) {
+    if (frame.scope == Scope::braced_group) {
+        if (pretty_) {
+            begin_line(frame.level - 2);
+        } else {
+            out_.put(' ');
+        }
+        out_.put('}');
+    }
+}
+
+void TextWriter::run() {
+    while (!frames_.empty()) {
+        if (write_entries(frames_.back())) {
+            close_frame(frames_.back());
+            frames_.pop_back();
+        }
+    }
+}
+
+/// False when a nested group has been opened and comes first.
+bool TextWriter::write_entries(Frame& frame) {
+    for (; frame.next_entry < frame.entry_count; ++frame.next_entry, frame.next_value = 0) {
+        const ParserEntry* const entry = frame.entries[frame.next_entry];
+        if (entry == nullptr) {
+            continue;
+        }
+        if (frame.next_value == 0) {
+            begin_entry(frame, *entry);
+        }
+        if (!write_values(frame, *entry)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void TextWriter::begin_entry(const Frame& frame, const ParserEntry& entry) {
+    if (frame.scope == Scope::braced_group || frame.scope == Scope::bare_group) {
+        if (pretty_) {
+            begin_line(frame.level - 1);
+        } else {
+            out_.put(' ');
+        }
+    }
+    if (frame.scope != Scope::entry_values && entry.get_type() != ParserEntry::TYPE_RAW_TEXT) {
+        write_head(entry);
+    }
+    if (entry.get_type() == ParserEntry::TYPE_FUNCTION_CALL) {
+        out_.put('(');
+    } else if (!entry.has_value()) {
+        out_.put(' ');
+        out_.put(empty_tag);
+    }
+}
+
+void TextWriter::write_head(const ParserEntry& entry) {
+    out_.put(entry.get_name().get_view());
+    if (entry.is_template()) {
+        out_.put('<');
+        out_.put(entry.get_template().get_view());
+        out_.put('>');
+    }
+    if (entry.is_array()) {
+        out_.put('[');
+        if (entry.get_array_count() != 0) {
+            out_.put_number(entry.get_array_count());
+        }
+        out_.put(']');
+    }
+}
+
+bool TextWriter::write_values(Frame& frame, const ParserEntry& entry) {
+    const ParserEntry::Type type = entry.get_type();
+    const unsigned int level = frame.level;
+    while (frame.next_value < entry.get_value_count()) {
+        const ParserValue& value = EntryAccess::value(entry, frame.next_value++);
+        if (type == ParserEntry::TYPE_RAW_TEXT) {
+            out_.put(value.get_as_string().get_view());
+            continue;
+        }
+        if (type != ParserEntry::TYPE_FUNCTION_CALL) {
+            out_.put(' ');
+        } else if (frame.next_value != 1) {
+            out_.put(", ");
+        }
+        if (const ParserGroup* group = ValueAccess::group(value)) {
+            open_group(*group, Scope::braced_group, level); // `frame` may have moved
+            return false;
+        }
+        if (ValueAccess::is_spelled(value) && type != ParserEntry::TYPE_FUNCTION_CALL) {
+            write_spellings(frame, entry, value);
+        } else {
+            write_scalar(value);
+        }
+    }
+    if (type == ParserEntry::TYPE_FUNCTION_CALL) {
+        out_.put(')');
+    }
+    return true;
+}
+
+/// The spelling of a value, and of those behind it that are kept as they are written: one blank apart.
+void TextWriter::write_spellings(Frame& frame, const ParserEntry& entry, const ParserValue& first) {
+    std::string_view run = ValueAccess::spelling(first);
+    const ParserValue* last = &first;
+    while (frame.next_value < entry.get_value_count()) {
+        const ParserValue& next = EntryAccess::value(entry, frame.next_value);
+        if (!ValueAccess::is_spelled_behind(*last, next)) {
+            break;
+        }
+        run = {run.data(), run.size() + 1 + ValueAccess::spelling(next).size()};
+        last = &next;
+        ++frame.next_value;
+    }
+    out_.put(run);
+}
+
+void TextWriter::write_scalar(const ParserValue& value) {
+    if (ValueAccess::type(value) == ParserValue::TYPE_STRING) {
+        write_string(ValueAccess::string(value));
+    } else {
+        put_plain_text(out_, value);
+    }
+}
+
+void TextWriter::write_string(std::string_view text) {
+    const char* const end = text.data() + text.size();
+    const char* escaped = find_escaped(text.data(), end);
+    if (escaped == end) {
+        out_.put_quoted(text);
+        return;
+    }
+    out_.put('"');
+    for (const char* written = text.data();;) {
+        out_.put({written, static_cast<std::size_t>(escaped - written)});
+        if (escaped == end) {
+            break;
+        }
+        out_.put('\\');
+        out_.put(escape_of(*escaped));
+        written = escaped + 1;
+        escaped = find_escaped(written, end);
+    }
+    out_.put('"');
+}
+
+void TextWriter::begin_line(unsigned int depth) {
+    out_.put_line(std::size_t{depth} * indentation_width);
+}
+
+bool print_entry(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level) {
+    return print(out, pretty, "ParserEntry.get_text",
+                 [&](TextWriter& writer) { writer.write_entry(entry, level); });
+}
+
+bool print_entry_values(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level) {
+    return print(out, pretty, "ParserEntry.get_value_text",
+                 [&](TextWriter& writer) { writer.write_entry_values(entry, level); });
+}
+
+bool print_value(CoreString& out, const ParserValue& value, bool pretty, unsigned int level) {
+    return print(out, pretty, "ParserValue.get_text",
+                 [&](TextWriter& writer) { writer.write_value(value, level); });
+}
+
+} // namespace bk
+
+void ParserGroup::get_text(CoreString& out, const bool& braces, const bool& pretty,
+                           const unsigned int& level) const {
+    bk::print_group(out, *this, braces, pretty, level);
+}
+
+void ParserEntry::get_text(CoreString& out, const bool& pretty, const unsigned int& level) const {
+    bk::print_entry(out, *this, pretty, level);
+}
+
+void ParserEntry::get_value_text(CoreString& out, const bool& pretty, const unsigned int& level) const {
+    bk::print_entry_values(out, *this, pretty, level);
+}
+
+void ParserValue::get_text(CoreString& out, const bool& pretty, const unsigned int& level) const {
+    bk::print_value(out, *this, pretty, level);
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "core/text/core_text_buffer_impl.h"
+#include "parser/parser_group.h"
+
+#include <vector>
+
+namespace bk {
+
+/// Appends a value's text without quotes and escapes, whatever its type; nothing for a group.
+void put_plain_text(TextBuffer& out, const ParserValue& value);
+
+/// Each appends a text. False, with the output as it was and a message, when it would be too long or memory runs out.
+bool print_group(CoreString& out, const ParserGroup& group, bool braces, bool pretty, unsigned int level);
+bool print_entry(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level);
+bool print_entry_values(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level);
+bool print_value(CoreString& out, const ParserValue& value, bool pretty, unsigned int level);
+
+/// Prints trees as the text syntax writes them. It walks with an explicit stack: the depth of a tree costs
+/// no stack of the thread's.
+class TextWriter {
+public:
+    TextWriter(CoreString& out, bool pretty) noexcept : out_(out), pretty_(pretty) {}
+    /// Says so when the text has become too long, and left the output as it was.
+    ~TextWriter();
+    TextWriter(const TextWriter&) = delete;
+    TextWriter& operator=(const TextWriter&) = delete;
+
+    bool is_too_long() const noexcept { return out_.is_too_long(); }
+
+    void write_group(const ParserGroup& group, bool braces, unsigned int level);
+    void write_entry(const ParserEntry& entry, unsigned int level);
+    void write_entry_values(const ParserEntry& entry, unsigned int level);
+    void write_value(const ParserValue& value, unsigned int level);
+
+private:
+    enum class Scope { braced_group, bare_group, entry, entry_values };
+
+    /// A run of entries that is being written, and how far it has come.
+    struct Frame {
+        const ParserEntry* const* entries;
+        unsigned int entry_count;
+        unsigned int next_entry;
+        unsigned int next_value;
+        unsigned int level; // of the values; entries stand one level less deep
+        Scope scope;
+    };
+
+    void open_group(const ParserGroup& group, Scope scope, unsigned int level);
+    void close_frame(const Frame& frame);
+    void run();
+    bool write_entries(Frame& frame);
+    bool write_values(Frame& frame, const ParserEntry& entry);
+    void begin_entry(const Frame& frame, const ParserEntry& entry);
+    void write_head(const ParserEntry& entry);
+    void write_spellings(Frame& frame, const ParserEntry& entry, const ParserValue& first);
+    void write_scalar(const ParserValue& value);
+    void write_string(std::string_view text);
+    void begin_line(unsigned int depth);
+
+    TextBuffer out_;
+    bool pretty_;
+    std::vector<Frame> frames_;
+};
+
+} // namespace bk

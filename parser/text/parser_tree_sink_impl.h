@@ -1,0 +1,120 @@
+#pragma once
+
+#include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_value_impl.h"
+#include "parser/parser_group.h"
+#include "parser/parser_limits.h"
+#include "parser/text/parser_grammar_impl.h"
+
+#include <string_view>
+#include <vector>
+
+namespace bk {
+
+/// Builds the tree that a text describes. An entry is made when everything about it is known: its name, its
+/// values side by side and their spellings behind them then go into storage of the right size.
+class TreeSink {
+public:
+    /// `limits` outlive the sink.
+    TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer, const ParserLimits& limits);
+    /// Hands over the entries that are whole, even when reading ends early.
+    ~TreeSink();
+    TreeSink(const TreeSink&) = delete;
+    TreeSink& operator=(const TreeSink&) = delete;
+
+    bool begin_entry(const EntryHead& head, const Token& token) {
+        finish_entry();
+        if (head.had_suffix && !is_name_by_itself(head.name)) { // as in "yes[2]"
+            report_fault(ParserReadObserver::FAULT_INVALID_NAME, token, head.name);
+            return false;
+        }
+        has_entry_ = true;
+        fields_ = {head.name, head.is_keyword ? ParserEntry::TYPE_KEYWORD : ParserEntry::TYPE_ENTRY,
+                   token.line, token.column, head.array_count};
+        template_name_ = head.template_name;
+        return true;
+    }
+
+    // The value is made where it stands: copying what was just stored in parts would wait for the stores.
+    void add_value(ParserWord::Type kind, std::string_view word) {
+        if (kind == ParserWord::TYPE_STRING) {
+            add_string(word);
+            return;
+        }
+        if (kind == ParserWord::TYPE_BINARY_DATA) {
+            has_binary_data_ = true;
+        } else {
+            text_size_ += ValueAccess::spelling_need(word.size());
+        }
+        values_.emplace_back(value_type_of(kind), word, false);
+    }
+
+    void make_function_call() noexcept { fields_.type = ParserEntry::TYPE_FUNCTION_CALL; }
+    bool open_group(const Token& brace);
+    void close_group();
+    void report_fault(ParserReadObserver::Fault fault, const Token& token, std::string_view word);
+    /// The text has come to its end.
+    void finish();
+
+    /// Whether a limit ended the reading.
+    bool is_stopped() const noexcept { return is_stopped_; }
+
+private:
+    /// A value of the entry that is being read; of a string what stands between its quotes.
+    struct PendingValue {
+        PendingValue(ParserValue::Type value_type, std::string_view word, bool with_escapes) noexcept
+            : begin(word.data()), size(static_cast<unsigned int>(word.size())), type(value_type),
+              has_escapes(with_escapes) {}
+
+        const char* begin;
+        unsigned int size;
+        ParserValue::Type type;
+        bool has_escapes;
+
+        std::string_view text() const noexcept { return {begin, size}; }
+    };
+    /// A group whose entries are being collected, and how many of the collected ones belong to groups around it.
+    struct OpenGroup {
+        ParserGroup* group;
+        std::size_t first_entry;
+    };
+
+    bool may_log(ParserReadObserver::Fault fault) noexcept;
+    CoreString shown_word(std::string_view word) const;
+    void add_string(std::string_view word);
+    void finish_entry() {
+        if (has_entry_) {
+            make_entry(0);
+        }
+    }
+    ParserEntry* make_entry(unsigned int extra_values);
+    std::string_view text_run() const noexcept;
+    /// Whether the values are nothing but their spellings.
+    bool are_scalars() const noexcept { return !has_strings_ && !has_binary_data_; }
+    void fill_values(ParserValueList& values, std::string_view run) const;
+    void fill_apart(ParserValueList& values) const;
+    void fill_run(ParserValueList& values) const;
+    void fill_scalar_run(ParserValueList& values) const noexcept;
+    static void fill_value(ParserValue* place, const PendingValue& value, char*& text, bool is_copied);
+    void attach_entries();
+    void discard_entries() noexcept;
+
+    bool has_escapes_;
+    ParserReadObserver* observer_;
+    const ParserLimits& limits_;
+    bool is_stopped_ = false;
+    core_uint64 message_count_ = 0; // those beyond the limit counted, too
+
+    bool has_entry_ = false; // the entry begun last is not made yet
+    EntryFields fields_;
+    std::string_view template_name_;
+    std::vector<PendingValue> values_;
+    std::size_t text_size_ = 0; // of the text area that these values need
+    bool has_strings_ = false;
+    bool has_binary_data_ = false;
+
+    std::vector<OpenGroup> groups_;     // the outermost first
+    std::vector<ParserEntry*> entries_; // of all open groups
+};
+
+} // namespace bk

@@ -1,0 +1,131 @@
+#pragma once
+
+#include "core/core_string.h"
+#include "parser/text/parser_text_block_impl.h"
+#include "parser/text/parser_text_scan_impl.h"
+#include "parser/words/parser_characters_impl.h"
+
+#include <bit>
+#include <string_view>
+
+namespace bk {
+
+/// A word as it stands in the text.
+struct Token {
+    unsigned int start = 0;
+    unsigned int length = 0; // 0 at the end of the text
+    core_ulong line = 0;
+    core_ulong column = 0;
+};
+
+/// Cuts a text into words. A word is a span of the text; nothing is copied. The text is looked at in blocks of 64
+/// characters, each from where the last one was left.
+///
+/// Lines count from 1; carriage return and line feed count one line each. The column of a word that ends at white
+/// space is that of its first byte counted from 1; of a delimiter, of a word that ends at a delimiter and of the last
+/// word of the text it is counted from 0. Both are worked out for the words that are asked for them.
+class WordStream {
+public:
+    /// A NUL follows the text, as in every CoreString.
+    explicit WordStream(std::string_view text) noexcept
+        : begin_(text.data()), end_(begin_ + text.size()), position_(begin_), word_end_(begin_),
+          line_start_(begin_), make_masks_(fastest_make_masks()) {
+        fill_block(begin_);
+    }
+
+    /// Cuts the next word. False at the end, where only an empty word is left.
+    bool next() noexcept {
+        while (unread_ == 0) {
+            take_block();
+        }
+        // With x the lowest bit of a mask, -x has that bit and all above, and the difference of two such bits has
+        // the bits from the lower one up to the other. Nothing is shifted.
+        const std::uint64_t first = unread_ & -unread_;
+        const std::uint64_t ends = masks_.run_ends & -first;
+        const std::uint64_t end = ends & -ends;
+        start_ = block_ + std::countr_zero(first);
+        if ((masks_.blanks & end) == 0) { // not there, or something else
+            return end_otherwise(first, end);
+        }
+        classes_ = (masks_.double_marks & (end - first)) != 0 ? CHAR_DOUBLE_MARK : 0;
+        word_end_ = block_ + std::countr_zero(end);
+        position_ = word_end_ + 1; // the byte that ends a word goes with it
+        unread_ &= -end;
+        return true;
+    }
+
+    /// Cuts words as long as each is a number that is followed by a blank, and hands each over: take(word, classes). Numbers
+    /// come in rows, and what the stream knows of its last word is told once a row.
+    template <class Take>
+    void cut_numbers(Take take) {
+        const TextMasks masks = masks_;
+        std::uint64_t unread = unread_;
+        const char* start = start_;
+        std::size_t size = 0;
+        unsigned int classes = classes_;
+        while (unread != 0) { // cut as in next()
+            const std::uint64_t first = unread & -unread;
+            const std::uint64_t ends = masks.run_ends & -first;
+            const std::uint64_t end = ends & -ends;
+            const char* const begin = block_ + std::countr_zero(first);
+            if ((masks.blanks & end) == 0 || !is_char(begin[*begin == '-' ? 1 : 0], CHAR_DIGIT)) {
+                break;
+            }
+            start = begin;
+            size = static_cast<std::size_t>(std::countr_zero(end) - std::countr_zero(first));
+            classes = (masks.double_marks & (end - first)) != 0 ? CHAR_DOUBLE_MARK : 0;
+            unread &= -end;
+            take(std::string_view(start, size), classes);
+        }
+        if (size != 0) {
+            unread_ = unread;
+            start_ = start;
+            classes_ = classes;
+            word_end_ = start + size;
+            position_ = word_end_ + 1;
+        }
+    }
+
+    /// The word that was cut last.
+    std::string_view word() const noexcept { return {start_, static_cast<std::size_t>(word_end_ - start_)}; }
+    /// Which of CHAR_DOUBLE_MARK and CHAR_QUOTE its characters have, but for those between quotes.
+    unsigned int classes() const noexcept { return classes_; }
+    /// Whether it is of letters, digits and '_' alone.
+    bool is_plain() const noexcept {
+        return are_name_characters(start_, static_cast<std::size_t>(word_end_ - start_), end_);
+    }
+    Token token() noexcept;
+
+    /// Whether every byte has been consumed.
+    bool at_end() const noexcept { return position_ == end_; }
+    /// How far the text is consumed, from 0 to 1.
+    float fraction() const noexcept;
+
+private:
+    void take_block() noexcept;
+    void restart_block(std::uint64_t first) noexcept;
+    void fill_block(const char* from) noexcept;
+    void count_lines(std::uint64_t breaks) noexcept;
+    bool end_otherwise(std::uint64_t first, std::uint64_t end) noexcept;
+    bool end_string(std::uint64_t first) noexcept;
+    const char* find_run_end(const char* p) noexcept;
+    const char* find_end_past(const char* p) noexcept;
+    const char* find_string_end(const char* p) const noexcept;
+
+    const char* begin_;
+    const char* end_;
+    const char* position_; // what is before is consumed
+    const char* start_ = nullptr;
+    const char* word_end_;
+    unsigned int classes_ = 0;
+
+    core_ulong line_ = 1; // both are those of the first line break that is not counted
+    const char* line_start_;
+
+    MakeMasks make_masks_;
+    const char* block_ = nullptr;
+    TextMasks masks_;          // of the line breaks only those that are not counted yet
+    std::uint64_t unread_ = 0; // what is no blank, behind the last word
+};
+
+} // namespace bk
