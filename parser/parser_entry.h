@@ -18,7 +18,7 @@ struct EntryFields;
 /// where it was read, and an ordered list of values, which the entry owns.
 ///
 /// Indexed operations do not check the index unless they say so. References and pointers to names and fields are valid
-/// as long as the entry is; for templates see get_template, for strings ParserValue::get_as_string.
+/// as long as the entry is; for templates see get_template, for strings get_string.
 ///
 /// Layout: 64 bytes, one cache line.
 class BK_PARSER_API ParserEntry {
@@ -46,6 +46,7 @@ public:
     /// Deletes all values; name, type, place, array count and template stay.
     void reset();
 
+    /// Valid, and the same, until the entry is renamed or assigned to, or dies.
     const CoreString& get_name() const noexcept { return name_; }
     const Type& get_type() const noexcept { return type_; }
     /// Empty when there is none. To be asked for again after set_template.
@@ -96,6 +97,8 @@ public:
     char get_char(const unsigned int& i) const;
     int get_int(const unsigned int& i) const;
     double get_double(const unsigned int& i) const;
+    /// The string is valid, at its address and with its characters where they are, until its own value is set or removed or
+    /// the last entry that lists the value dies: whatever happens to other values, to the list, or to the entry's place.
     const CoreString& get_string(const unsigned int& i) const;
     void* get_binary_data(const unsigned int& i) const;
     unsigned int get_binary_data_size(const unsigned int& i) const;
@@ -152,8 +155,11 @@ public:
     bool set_binary(const CoreVector<char>& data, core_uint64& position);
 
     static void* operator new(std::size_t size);
+    /// Null when memory has run out, and for a derived class of more than CoreMemory::largest_slab_block bytes.
+    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
     static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void* block, std::size_t size) noexcept;
+    static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:
     friend class bk::EntryAccess;
@@ -167,6 +173,7 @@ private:
     explicit ParserEntry(const bk::EntryFields& fields) noexcept;
 
     Rare& make_rare();
+    void leave_followers() noexcept;
     void copy_fields(const ParserEntry& other);
     void append(ParserValue&& value);
 

@@ -125,8 +125,11 @@ public:
     bool set_binary(const CoreVector<char>& data, core_uint64& position, const ParserLimits& limits);
 
     static void* operator new(std::size_t size);
+    /// Null when memory has run out, and for a derived class of more than CoreMemory::largest_slab_block bytes.
+    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
     static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void* block, std::size_t size) noexcept;
+    static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:
     friend class bk::GroupAccess;

@@ -4,13 +4,17 @@
 
 #include <cstddef>
 
+class ParserEntry;
 struct ParserValue;
+namespace bk {
+class StringHome;
+}
 
 /// The values of one entry, in order. Used by ParserEntry alone.
 ///
 /// As a rule the values stand side by side in one block, followed by the spellings of those that were read from
-/// text. Only after a shallow assignment, when two entries list the same values, each
-/// value gets a cell of its own that counts the lists it is in, and the list holds the cells.
+/// text. When two entries list the same values, after a shallow assignment, and when a value has to make way whose string
+/// a host may hold, each value gets a cell of its own that counts the lists it is in, and the list holds the cells.
 class ParserValueList {
 public:
     ParserValueList() noexcept = default;
@@ -41,23 +45,37 @@ public:
     ParserValue& append(ParserValue& value);
     void move(unsigned int from, unsigned int to);
     /// Removes every value whose mark is set; `marks` has one byte a value. Linear.
-    void remove_marked(const unsigned char* marks);
+    void remove_marked(const unsigned char* marks, const ParserEntry& owner);
     void clear() noexcept;
     void swap(ParserValueList& other) noexcept;
     /// Lists the same values as `other`, in place of what was listed.
     void share(ParserValueList& other);
 
+    /// The strings that are inside the values now are handed out, and stay where they are from now on.
+    void show_strings() const noexcept;
+    /// Before the owner gives up these values, for those of `next` or, when that is null, for none: groups that others list
+    /// as well, and the owner no more, forget that it is their source entry.
+    void forget_source(ParserEntry& owner, const ParserValueList* next) noexcept;
+    /// Whether the entry that dies has to say so, to these values or to strings in its block.
+    bool has_followers() const noexcept { return in_cells_ || left_entry_; }
+    /// Of an entry's own list that was cleared: false when strings stay in the entry's block, which they give back.
+    bool let_go_of_entry(ParserEntry& entry) noexcept;
+
 private:
     struct Block;
     struct Cell;
 
+    class Departure;
+
     ParserValue& at(unsigned int i) const noexcept;
+    bool shows_string(unsigned int i) const noexcept;
     void grow();
-    void move_values(Block& from, Block& to) const noexcept;
     void split_into_cells();
     static void release_cell(Cell* cell) noexcept;
 
-    void* storage_ = nullptr; // Block, or an array of Cell*
+    Block* block_ = nullptr;
     unsigned int count_ = 0;
     bool in_cells_ = false;
+    bool left_entry_ = false;                 // strings have stayed behind in the entry's block
+    mutable unsigned char shows_strings_ = 0; // a host may hold strings that are inside of values
 };

@@ -103,6 +103,7 @@ double ParserEntry::get_double(const unsigned int& i) const {
 }
 
 const CoreString& ParserEntry::get_string(const unsigned int& i) const {
+    values_.show_strings();
     return values_[i].get_as_string();
 }
 

@@ -1,6 +1,7 @@
 #include "parser/parser_group.h"
 
 #include "core/core_memory.h"
+#include "core/memory/core_nothrow_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
@@ -255,6 +256,14 @@ void* ParserGroup::operator new(std::size_t size) {
     return CoreMemory::allocate(size);
 }
 
+void* ParserGroup::operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return bk::allocate_or_null(size);
+}
+
 void ParserGroup::operator delete(void* block, std::size_t size) noexcept {
     CoreMemory::release(block, size);
+}
+
+void ParserGroup::operator delete(void* block, const std::nothrow_t&) noexcept {
+    CoreMemory::release(block, sizeof(ParserGroup));
 }

@@ -1,7 +1,9 @@
 #include "parser/parser_value.h"
 
 #include "core/core_memory.h"
+#include "core/memory/core_nothrow_impl.h"
 #include "core/reports/core_guard_impl.h"
+#include "parser/model/parser_string_home_impl.h"
 #include "parser/model/parser_teardown_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/parser_group.h"
@@ -96,13 +98,13 @@ ParserValue::~ParserValue() {
 }
 
 ParserValue& ParserValue::operator=(const ParserValue& other) {
-    if (other.get_type() == TYPE_STRING && !other.has(STRING_BOXED)) {
+    if (other.get_type() == TYPE_STRING && !other.has(STRING_AWAY)) {
         other.box_string();
     }
     bits_ = other.bits_;
     size_ = other.size_;
-    if (other.has(STRING_BOXED)) {
-        boxed_string_ = other.boxed_string_;
+    if (other.has(STRING_AWAY)) {
+        away_ = other.away_;
     } else {
         spelled_ = other.spelled_;
     }
@@ -113,8 +115,8 @@ void ParserValue::box_string() const {
     CoreString owned(string_);
     auto* boxed = new (CoreMemory::allocate(sizeof(CoreString))) CoreString(std::move(owned));
     std::destroy_at(&string_);
-    boxed_string_ = boxed;
-    bits_ |= STRING_BOXED;
+    away_ = {boxed, nullptr};
+    bits_ |= STRING_AWAY;
 }
 
 void ParserValue::release() noexcept {
@@ -123,9 +125,8 @@ void ParserValue::release() noexcept {
         bk::destroy_group(spelled_.scalar.group);
         break;
     case TYPE_STRING:
-        if (has(STRING_BOXED)) {
-            std::destroy_at(boxed_string_);
-            CoreMemory::release(boxed_string_, sizeof(CoreString));
+        if (has(STRING_AWAY)) {
+            release_away();
         } else {
             std::destroy_at(&string_);
         }
@@ -138,6 +139,15 @@ void ParserValue::release() noexcept {
             CoreMemory::release(const_cast<char*>(spelled_.text), size_);
         }
         break;
+    }
+}
+
+void ParserValue::release_away() noexcept {
+    std::destroy_at(away_.string);
+    if (away_.home != nullptr) {
+        away_.home->let_go();
+    } else {
+        CoreMemory::release(away_.string, sizeof(CoreString));
     }
 }
 
@@ -288,7 +298,7 @@ const CoreString& ParserValue::get_as_string() const {
         report_mismatch("get_as_string");
         return CoreString::get_null_string();
     }
-    return has(STRING_BOXED) ? *boxed_string_ : string_;
+    return bk::ValueAccess::held_string(*this);
 }
 
 void* ParserValue::get_as_binary_data(unsigned int& size) const {
@@ -317,6 +327,14 @@ void* ParserValue::operator new(std::size_t size) {
     return CoreMemory::allocate(size);
 }
 
+void* ParserValue::operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return bk::allocate_or_null(size);
+}
+
 void ParserValue::operator delete(void* block, std::size_t size) noexcept {
     CoreMemory::release(block, size);
+}
+
+void ParserValue::operator delete(void* block, const std::nothrow_t&) noexcept {
+    CoreMemory::release(block, sizeof(ParserValue));
 }

@@ -1,4 +1,5 @@
 #include "core/core_memory.h"
+#include "parser/model/parser_string_home_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/parser_group.h"
 #include "parser/words/parser_word_rules_impl.h"
@@ -66,6 +67,13 @@ void ValueAccess::relocate(ParserValue& from, void* to) noexcept {
                 sizeof(from.spelled_));
 }
 
+void ValueAccess::leave_string(ParserValue& from, void* to, StringHome& home) noexcept {
+    auto* made = ::new (to) ParserValue(ParserValue::TYPE_GROUP);
+    made->bits_ = from.bits_ | ParserValue::STRING_AWAY;
+    made->away_ = {&from.string_, &home};
+    home.add_user();
+}
+
 void ValueAccess::rebase_text(ParserValue& value, const char* old_begin, const char* old_end,
                               const char* begin) noexcept {
     const auto moved = [=](const char* text) -> const char* {
@@ -75,7 +83,7 @@ void ValueAccess::rebase_text(ParserValue& value, const char* old_begin, const c
         if (const char* text = moved(value.spelled_.text)) {
             value.spelled_.text = text;
         }
-    } else if (!value.has(ParserValue::STRING_BOXED)) {
+    } else if (!value.has(ParserValue::STRING_AWAY)) {
         if (const char* text = moved(value.string_.get_data())) {
             value.string_.set_borrowed(text, value.string_.get_length());
         }
@@ -84,7 +92,7 @@ void ValueAccess::rebase_text(ParserValue& value, const char* old_begin, const c
 
 void ValueAccess::own_text(ParserValue& value) {
     if (value.get_type() == ParserValue::TYPE_STRING) {
-        if (!value.has(ParserValue::STRING_BOXED) && value.string_.is_borrowed()) {
+        if (has_string_inside(value) && value.string_.is_borrowed()) {
             value.string_ = CoreString(value.string_);
         }
         return;

@@ -56,7 +56,7 @@ public:
     }
     /// Of a value that is a string.
     static const CoreString& held_string(const ParserValue& value) noexcept {
-        return value.has(ParserValue::STRING_BOXED) ? *value.boxed_string_ : value.string_;
+        return value.has(ParserValue::STRING_AWAY) ? *value.away_.string : value.string_;
     }
     /// Whether a value that is no string has a spelling, which is then written as it stands.
     static bool is_spelled(const ParserValue& value) noexcept { return value.has(ParserValue::TEXT_HELD); }
@@ -132,6 +132,12 @@ public:
 
     /// Moves a value to another place, bit for bit; nothing is left at the old one.
     static void relocate(ParserValue& from, void* to) noexcept;
+    /// Whether the value is a string that stands inside of it.
+    static bool has_string_inside(const ParserValue& value) noexcept {
+        return value.get_type() == ParserValue::TYPE_STRING && !value.has(ParserValue::STRING_AWAY);
+    }
+    /// Moves a string value to another place without its string, which stays where it is, in `home`.
+    static void leave_string(ParserValue& from, void* to, StringHome& home) noexcept;
     /// Follows a text area that has moved.
     static void rebase_text(ParserValue& value, const char* old_begin, const char* old_end,
                             const char* begin) noexcept;
