@@ -52,7 +52,8 @@ public:
     unsigned int get_entry_count() const noexcept {
         return entries_.get_count() - keyword_index_.get_count();
     }
-    /// By ordinal. Constant time in a group without keywords, else logarithmic in their number.
+    /// By ordinal. A function call that was parsed has an ordinal until the index is rebuilt, by the first move or removal.
+    /// Constant time in a group without keywords, else logarithmic in their number.
     ParserEntry* get_entry(const unsigned int& ordinal) const;
     /// The first with an ordinal and that name; null when there is none. Linear.
     ParserEntry* get_entry(const CoreString& name) const;
@@ -75,11 +76,17 @@ public:
 
     /// Moves the entry at a position to position `to`; those between shift by one place.
     void move_entry(const unsigned int& from, const unsigned int& to);
-    /// Moves the entry at a position to the end of `dest`.
+    /// Moves the entry at a position to the end of `dest`. When `dest` lies inside that entry, at any depth, nothing moves, and
+    /// level 2 says "ParserGroup.move_entry: an entry cannot move into itself\n". Linear in the entries of this group. An entry
+    /// that holds groups is searched for `dest`, in time linear in what is below it, unless `dest` is held by another entry
+    /// of this group alone.
     void move_entry(const unsigned int& position, ParserGroup& dest);
-    /// Moves the entries of TYPE_ENTRY to the end of `dest`; the others stay.
+    /// Moves the entries of TYPE_ENTRY to the end of `dest`; the others stay. When `dest` lies inside one of those to be moved,
+    /// nothing moves, and level 2 says "ParserGroup.move_entries: an entry cannot move into itself\n". Takes the time of
+    /// move_entry for each.
     void move_entries(ParserGroup& dest);
-    /// Moves every entry into `dest` at a position of it, which must not exceed its number of entries.
+    /// Moves every entry into `dest` at a position of it, which must not exceed its number of entries. Refused in the same
+    /// way.
     void move_entries(ParserGroup& dest, unsigned int position);
     /// The survivors keep their order. Positions may come in any order and repeat; those past the end are ignored.
     void remove_entries(CoreBasicArray<unsigned int> positions);

@@ -28,6 +28,8 @@ public:
     ParserValue& change(unsigned int i) noexcept;
     /// Null when there are none, or when each stands in a cell of its own.
     const ParserValue* side_by_side() const noexcept;
+    /// False when that is known without looking at each value.
+    bool may_hold_groups() const noexcept;
 
     /// Room for `count` values and `text_size` bytes of their spellings; the list is empty. The values are constructed
     /// in the room, in order, by whoever asked for it, and counted by set_count. As long as none of them keeps anything

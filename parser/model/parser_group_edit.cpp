@@ -1,4 +1,6 @@
+#include "core/reports/core_diagnostic_impl.h"
 #include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_group_search_impl.h"
 #include "parser/parser_group.h"
 
 #include <algorithm>
@@ -37,6 +39,21 @@ void take_slot_out(CoreVector<ParserEntry*>& entries, unsigned int position) noe
     entries.truncate(entries.get_count() - 1);
 }
 
+/// Whether entries of a group, all that the predicate takes, would be moved into themselves. If so, says so.
+template <class IsMoved>
+bool is_refused(const char* operation, const ParserGroup& from, const ParserGroup& dest, IsMoved is_moved) {
+    bk::GroupSearch search(dest);
+    bool is_inside = false;
+    for (const ParserEntry* entry : from.get_entries()) {
+        is_inside = is_inside || (entry != nullptr && is_moved(entry) && search.enter(*entry));
+    }
+    is_inside = is_inside || (search.is_open() && !bk::is_only_holder(from, dest) && search.run());
+    if (is_inside) {
+        bk::report_warning("ParserGroup.", operation, ": an entry cannot move into itself\n");
+    }
+    return is_inside;
+}
+
 } // namespace
 
 void ParserGroup::rebuild_index() {
@@ -69,12 +86,19 @@ void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
         return;
     }
     const unsigned int from = position; // may be the count of `dest`
+    const auto is_moved = [moved = entries_[from]](const ParserEntry* entry) { return entry == moved; };
+    if (is_refused("move_entry", *this, dest, is_moved)) {
+        return;
+    }
     dest.append(entries_[from]);
     take_slot_out(entries_, from);
     rebuild_index();
 }
 
 void ParserGroup::move_entries(ParserGroup& dest) {
+    if (this != &dest && is_refused("move_entries", *this, dest, is_ordinary)) {
+        return;
+    }
     const auto moved_count =
         static_cast<unsigned int>(std::count_if(entries_.begin(), entries_.end(), is_ordinary));
     CoreVector<ParserEntry*> moved;
@@ -94,7 +118,8 @@ void ParserGroup::move_entries(ParserGroup& dest) {
 }
 
 void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
-    if (this == &dest) {
+    const auto is_any = [](const ParserEntry*) { return true; };
+    if (this == &dest || is_refused("move_entries", *this, dest, is_any)) {
         return;
     }
     const unsigned int moved_count = entries_.get_count();

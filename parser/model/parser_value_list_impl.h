@@ -65,6 +65,10 @@ inline const ParserValue* ParserValueList::side_by_side() const noexcept {
     return count_ == 0 || in_cells_ ? nullptr : block_->values();
 }
 
+inline bool ParserValueList::may_hold_groups() const noexcept {
+    return count_ != 0 && !block_->is_plain;
+}
+
 inline void ParserValueList::make_room(unsigned int count, std::size_t text_size) {
     block_ = Block::make(count, sizeof(ParserValue), text_size);
 }
