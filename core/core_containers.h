@@ -222,7 +222,7 @@ private:
     CoreVector<T> elements_;
 };
 
-/// The bytes that a set hashes an element by; a type of the host's provides its own overload.
+/// What a set files an element by; a type of the host's provides its own overload.
 inline unsigned int core_set_hash(const CoreString& text) noexcept {
     return CoreHash::generate_jenkins(text.get_data(), text.get_length());
 }

@@ -95,9 +95,7 @@ CoreString TreeSink::shown_word(std::string_view word) const {
     if (!has_escapes_ || !is_string_word(word)) {
         return CoreString(word);
     }
-    CoreString decoded;
-    decode_escapes(word, decoded);
-    return decoded;
+    return decoded(word);
 }
 
 ParserEntry* TreeSink::make_entry(unsigned int extra_values) {

@@ -111,8 +111,7 @@ void ParserWord::get_string_0110(CoreString& out) const {
         get_string_0100(out);
         return;
     }
-    out.clear();
-    bk::decode_escapes(characters(), out);
+    out = bk::decoded(characters());
 }
 
 bool ParserWord::classify(Type type, bool matches) const {

@@ -109,11 +109,10 @@ inline ParserValue::Type value_type_of(ParserWord::Type kind) noexcept {
 /// Whether strings of this serial version have escapes.
 bool has_escapes(const CoreVersion& version) noexcept;
 
-/// Appends `text` with its escapes resolved.
-void decode_escapes(std::string_view text, CoreString& out);
-
 /// Resolves the escapes of `text` into `out`, which has room for as many characters, and returns the length.
 /// A backslash at the very end is dropped.
 std::size_t decode_escapes(std::string_view text, char* out) noexcept;
+/// The same as a string of its own; `text` is a part of a document, and no longer than a string may be.
+CoreString decoded(std::string_view text);
 
 } // namespace bk
