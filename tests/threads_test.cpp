@@ -209,6 +209,24 @@ TEST(threads, one_tree_may_be_read_by_all_once_its_numbers_are_converted) {
     EXPECT_EQ(same, thread_count);
 }
 
+TEST(threads, strings_of_one_tree_may_be_asked_for_by_all) {
+    for (int round = 0; round < 50; ++round) { // each begins with strings that nobody has asked for
+        ParserEntry entry("e", ParserEntry::TYPE_ENTRY, 0, 0);
+        entry.add_string("short");
+        entry.add_string("a string that is long enough for a block of its own");
+        const CoreString* seen[thread_count] = {};
+        on_all_threads([&](int i) {
+            const ParserEntry& shared = entry;
+            seen[i] = &shared.get_string(1);
+            EXPECT_EQ(shared.get_string(0), "short");
+        });
+        entry.add_int(1);
+        for (const CoreString* string : seen) {
+            EXPECT_EQ(string, &entry.get_string(1));
+        }
+    }
+}
+
 TEST(threads, faults_are_logged_from_every_thread) {
     CountingLog log;
     on_all_threads([](int) {
