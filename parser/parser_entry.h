@@ -173,7 +173,7 @@ private:
     explicit ParserEntry(const bk::EntryFields& fields) noexcept;
 
     Rare& make_rare();
-    void leave_followers() noexcept;
+    void leave_values() noexcept;
     void copy_fields(const ParserEntry& other);
     void append(ParserValue&& value);
 

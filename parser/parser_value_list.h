@@ -18,7 +18,7 @@ class StringHome;
 class ParserValueList {
 public:
     ParserValueList() noexcept = default;
-    ~ParserValueList() { clear(); }
+    ~ParserValueList();
     ParserValueList(const ParserValueList&) = delete;
     ParserValueList& operator=(const ParserValueList&) = delete;
 
@@ -58,8 +58,8 @@ public:
     /// Before the owner gives up these values, for those of `next` or, when that is null, for none: groups that others list
     /// as well, and the owner no more, forget that it is their source entry.
     void forget_source(ParserEntry& owner, const ParserValueList* next) noexcept;
-    /// Whether the entry that dies has to say so, to these values or to strings in its block.
-    bool has_followers() const noexcept { return in_cells_ || left_entry_; }
+    /// Whether nothing has to be done about the values when their entry dies, because everything is in its block.
+    bool dies_with_entry() const noexcept;
     /// Of an entry's own list that was cleared: false when strings stay in the entry's block, which they give back.
     bool let_go_of_entry(ParserEntry& entry) noexcept;
 

@@ -35,8 +35,8 @@ ParserEntry::ParserEntry(const ParserEntry& other)
 }
 
 ParserEntry::~ParserEntry() {
-    if (values_.has_followers()) {
-        leave_followers();
+    if (!values_.dies_with_entry()) [[unlikely]] {
+        leave_values();
     }
     if (rare_ != nullptr) {
         std::destroy_at(rare_);
@@ -44,7 +44,8 @@ ParserEntry::~ParserEntry() {
     }
 }
 
-void ParserEntry::leave_followers() noexcept {
+/// Some may live on, in other entries.
+void ParserEntry::leave_values() noexcept {
     values_.forget_source(*this, nullptr);
     values_.clear();
     if (!values_.let_go_of_entry(*this)) {

@@ -65,6 +65,16 @@ inline const ParserValue* ParserValueList::side_by_side() const noexcept {
     return count_ == 0 || in_cells_ ? nullptr : block_->values();
 }
 
+inline bool ParserValueList::dies_with_entry() const noexcept {
+    return block_ != nullptr && block_->is_plain && block_->is_embedded;
+}
+
+inline ParserValueList::~ParserValueList() {
+    if (block_ != nullptr && !dies_with_entry()) {
+        clear();
+    }
+}
+
 inline bool ParserValueList::may_hold_groups() const noexcept {
     return count_ != 0 && !block_->is_plain;
 }
