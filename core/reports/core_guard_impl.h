@@ -9,10 +9,12 @@
 /// get a result that says so.
 namespace bk {
 
-/// "<operation>: out of memory\n" at level 1, composed without memory. Nothing is logged when the handler itself has none.
-void report_out_of_memory(const char* operation) noexcept;
+/// "<operation>: out of memory\n" at level 1, composed without memory. Nothing is logged when the handler itself has none;
+/// anything else that it throws passes.
+void report_out_of_memory(const char* operation);
 
 /// Runs an operation. When memory runs out, or a count of it passes 32 bits, that is logged and the result is `failure`.
+/// The handler may throw: what the operation has to undo, it undoes itself, on its way out.
 template <class Result, class Action>
 Result guarded(const char* operation, Result failure, Action action) {
     const KeptErrno kept;

@@ -1,0 +1,149 @@
+#include "tests/support/host_operations.h"
+
+#include <gtest/gtest.h>
+
+// Every call of a host's progress bar, log handler, observer and disk throws once in every operation: the same exception
+// comes out of the operation, what was begun is ended, and nothing is left behind.
+
+namespace {
+
+std::string print(const ParserGroup& group) {
+    CoreString text;
+    group.get_text(text, false, false, 1);
+    return plain(text);
+}
+
+class HostExceptions : public testing::TestWithParam<HostOperation> {
+protected:
+    /// Runs the operation with call number n of a kind throwing. False when it makes fewer.
+    static bool throws_at(HostCall call, unsigned int n, bool goes_on) {
+        const long live = FailingMemory::live();
+        bool has_thrown = false;
+        {
+            Stage stage;
+            std::optional<HostFault> arrived;
+            Trap::set(call, n, goes_on);
+            try {
+                GetParam().run(stage);
+            } catch (const HostFault& fault) {
+                arrived = fault;
+            }
+            has_thrown = Trap::take_away();
+            EXPECT_EQ(arrived.has_value(), has_thrown) << "what was thrown has to arrive, and nothing else";
+            if (arrived.has_value()) {
+                EXPECT_EQ(arrived->call, call);
+                EXPECT_EQ(arrived->number, n) << "the exception that came first has to arrive";
+            }
+            look(stage, call == HostCall::remove || goes_on);
+        }
+        EXPECT_EQ(FailingMemory::live(), live) << "blocks are left behind";
+        return has_thrown;
+    }
+
+    static void look(Stage& stage, bool may_leave_file) {
+        EXPECT_EQ(stage.bar.open_tasks, 0);
+        EXPECT_EQ(stage.observer.open_files, 0);
+        EXPECT_EQ(stage.disk.open_handles, 0);
+        for (const auto& [name, bytes] : stage.disk.files) {
+            EXPECT_TRUE(may_leave_file || !name.ends_with(".new") || name == "written_in_place.new") << name;
+        }
+        EXPECT_EQ(stage.disk.files.at("stuck"), "the old document");
+        EXPECT_EQ(stage.disk.files.at("full"), "the old document");
+        EXPECT_FALSE(stage.disk.files.at("out").empty());
+        EXPECT_NO_THROW(GetParam().run(stage)) << "everything can be used further";
+        EXPECT_EQ(stage.bar.open_tasks, 0);
+        for (ParserGroup* group : {&stage.group, &stage.tree, &stage.file.get_root()}) {
+            for (const ParserEntry* entry : group->get_entries()) {
+                ASSERT_NE(entry, nullptr);
+            }
+            EXPECT_EQ(print(ParserGroup(*group)), print(*group));
+        }
+    }
+
+    static void expect_all_to_pass(bool goes_on) {
+        GetParam().run(*std::make_unique<Stage>()); // what is made once, is made here
+        for (int call = 0; call < static_cast<int>(HostCall::count); ++call) {
+            unsigned int n = 1;
+            while (throws_at(static_cast<HostCall>(call), n, goes_on)) {
+                ASSERT_LT(n, 4000u);
+                ASSERT_FALSE(HasFailure()) << "call " << call << ", number " << n;
+                ++n;
+            }
+            ASSERT_FALSE(HasFailure()) << "call " << call << ", number " << n;
+            made_calls_ += n - 1;
+        }
+        EXPECT_GT(made_calls_, 0u) << "an operation without calls tests nothing";
+        made_calls_ = 0;
+    }
+
+private:
+    static inline unsigned int made_calls_ = 0;
+};
+
+using host_exceptions = HostExceptions;
+
+std::string name_of(const testing::TestParamInfo<HostOperation>& info) {
+    return info.param.name;
+}
+
+} // namespace
+
+TEST_P(host_exceptions, pass_through) {
+    expect_all_to_pass(false);
+}
+
+TEST_P(host_exceptions, pass_through_when_the_calls_that_end_what_was_begun_throw_too) {
+    expect_all_to_pass(true);
+}
+
+INSTANTIATE_TEST_SUITE_P(of_every_call, host_exceptions, testing::ValuesIn(host_operations()), name_of);
+
+namespace {
+
+class HostEndOfMemory : public testing::TestWithParam<HostOperation> {
+protected:
+    static void expect_no_leak(bool for_good) {
+        GetParam().run(*std::make_unique<Stage>());
+        for (std::size_t n = 1;; ++n) {
+            ASSERT_LT(n, 20000u);
+            ASSERT_FALSE(HasFailure()) << "request " << n;
+            const long live = FailingMemory::live();
+            bool has_failed = false;
+            bool has_told = false;
+            {
+                Stage stage;
+                stage.log.throws_at_the_end_of_memory = true;
+                FailingMemory::fail_at(n, for_good);
+                try {
+                    GetParam().run(stage);
+                } catch (const HostFault&) {
+                    has_told = true;
+                } catch (const std::bad_alloc&) {
+                    EXPECT_TRUE(GetParam().is_edit) << "the operation has a result that says so";
+                }
+                has_failed = FailingMemory::disarm();
+                EXPECT_TRUE(has_failed || !has_told);
+                stage.log.throws_at_the_end_of_memory = false;
+                EXPECT_EQ(stage.bar.open_tasks, 0);
+                EXPECT_EQ(stage.observer.open_files, 0);
+                EXPECT_EQ(stage.disk.open_handles, 0);
+                EXPECT_NO_THROW(GetParam().run(stage)) << "everything can be used further";
+            }
+            EXPECT_EQ(FailingMemory::live(), live) << "blocks are left behind";
+            if (!has_failed) {
+                return;
+            }
+        }
+    }
+};
+
+using host_end_of_memory = HostEndOfMemory;
+
+} // namespace
+
+TEST_P(host_end_of_memory, is_an_exception_when_the_handler_that_is_told_throws_one) {
+    expect_no_leak(false);
+    expect_no_leak(true);
+}
+
+INSTANTIATE_TEST_SUITE_P(of_every_request, host_end_of_memory, testing::ValuesIn(host_operations()), name_of);
