@@ -98,6 +98,76 @@ TEST_P(host_exceptions, pass_through_when_the_calls_that_end_what_was_begun_thro
 
 INSTANTIATE_TEST_SUITE_P(of_every_call, host_exceptions, testing::ValuesIn(host_operations()), name_of);
 
+TEST(host_exceptions_of_a_disk, a_file_in_which_a_write_threw_never_takes_its_name) {
+    Stage stage;
+    SysFile file;
+    ASSERT_TRUE(file.open(stage.out_path, SysFile::MODE_WRITE, SysFile::TYPE_BINARY));
+    EXPECT_EQ(file.write("first", 5), 5);
+    Trap::set(HostCall::write, 1, false);
+    EXPECT_THROW(file.write("second", 6), HostFault);
+    Trap::take_away();
+    EXPECT_EQ(file.write("third", 5), 0);
+    EXPECT_FALSE(file.close());
+    EXPECT_EQ(stage.disk.files.at("out"), "the old document");
+    EXPECT_FALSE(stage.disk.has("out.new"));
+}
+
+TEST(host_exceptions_of_a_disk, a_file_in_which_a_read_threw_is_not_all_there) {
+    Stage stage;
+    SysFile file;
+    CoreString text("what was there before");
+    ASSERT_TRUE(file.open(stage.main_path, SysFile::MODE_READ, SysFile::TYPE_BINARY));
+    Trap::set(HostCall::read, 1, false);
+    EXPECT_THROW(file.read(text, 10), HostFault);
+    Trap::take_away();
+    EXPECT_TRUE(text.is_empty());
+    EXPECT_FALSE(file.close());
+}
+
+TEST(host_exceptions_of_a_read, the_document_is_as_it_was_when_a_file_cannot_be_had) {
+    Stage stage;
+    stage.file.get_root().set(stage.deep);
+    Trap::set(HostCall::piece_copied, 2, false);
+    EXPECT_THROW(stage.read(stage.main_path, stage.none), HostFault);
+    Trap::take_away();
+    EXPECT_EQ(print(stage.file.get_root()), print(stage.deep));
+    EXPECT_EQ(stage.file.get_serial_version().get_value(), 0.0);
+}
+
+TEST(host_exceptions_of_a_read, the_entries_before_stay_when_the_parse_is_ended) {
+    Stage stage;
+    Trap::set(HostCall::fault_found, 1, false);
+    EXPECT_THROW(stage.read(stage.main_path, stage.none), HostFault);
+    Trap::take_away();
+    EXPECT_EQ(print(stage.file.get_root()), " part { in 1 }");
+    EXPECT_EQ(stage.file.get_serial_version().get_value(), 0.0);
+}
+
+TEST(host_exceptions_of_a_print, a_text_that_is_too_long_leaves_the_output_as_it_was) {
+    Stage stage;
+    CoreString full("longer than eleven"); // of which nothing but the last byte will be touched
+    try {
+        full.resize(CoreString::max_length);
+    } catch (const std::bad_alloc&) {
+        GTEST_SKIP() << "there are not enough addresses for a text of 4 GiB";
+    }
+    Trap::set(HostCall::log, 1, false);
+    EXPECT_THROW(stage.tree.get_text(full, true, true, 1), HostFault);
+    Trap::set(HostCall::log, 1, false);
+    EXPECT_THROW(stage.tree.get_entry(0u)->get_value_text(full, true, 1), HostFault);
+    Trap::take_away();
+    EXPECT_EQ(full.get_length(), CoreString::max_length);
+}
+
+TEST(host_exceptions_of_an_archive, none_of_the_words_stays) {
+    Stage stage;
+    Trap::set(HostCall::begin_labelled_task, 3, false);
+    EXPECT_THROW(ParserImpl::archive_group(stage.tree, stage.faulty_archive, true, &stage.bar), HostFault);
+    Trap::take_away();
+    EXPECT_EQ(stage.faulty_archive.strings.get_count(), 5u);
+    EXPECT_EQ(stage.faulty_archive.indices.get_count(), 5u);
+}
+
 namespace {
 
 class HostEndOfMemory : public testing::TestWithParam<HostOperation> {

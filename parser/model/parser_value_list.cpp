@@ -100,6 +100,17 @@ void ParserValueList::remove_marked(const unsigned char* marks) {
     count_ = kept;
 }
 
+void ParserValueList::truncate(unsigned int count) noexcept {
+    while (count_ > count) {
+        --count_;
+        if (in_cells_) {
+            release_cell(static_cast<Block*>(storage_)->cells()[count_]);
+        } else {
+            room()[count_].ParserValue::~ParserValue();
+        }
+    }
+}
+
 void ParserValueList::clear() noexcept {
     auto* const block = static_cast<Block*>(storage_);
     if (block == nullptr) {
