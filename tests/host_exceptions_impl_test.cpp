@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+#include <string_view>
+
 // Every call of a host's progress bar, log handler, observer and disk throws once in every operation: the same exception
 // comes out of the operation, what was begun is ended, and nothing is left behind.
 
@@ -40,6 +43,36 @@ protected:
         return has_thrown;
     }
 
+    /// The same with std::bad_alloc, which no operation lets out.
+    static bool runs_out_at(HostCall call, unsigned int n, bool) {
+        const long live = FailingMemory::live();
+        bool has_thrown = false;
+        {
+            Stage stage;
+            Trap::set_other(call, n, std::bad_alloc());
+            EXPECT_NO_THROW(GetParam().run(stage));
+            has_thrown = Trap::take_away();
+            look(stage, call == HostCall::remove);
+        }
+        EXPECT_EQ(FailingMemory::live(), live) << "blocks are left behind";
+        return has_thrown;
+    }
+
+    /// The same with std::length_error, which is not the library's when a host throws it.
+    static bool is_too_long_at(HostCall call, unsigned int n, bool) {
+        Stage stage;
+        bool has_arrived = false;
+        Trap::set_other(call, n, std::length_error("a host's"));
+        try {
+            GetParam().run(stage);
+        } catch (const std::length_error& error) {
+            has_arrived = std::string_view(error.what()) == "a host's";
+        }
+        const bool has_thrown = Trap::take_away();
+        EXPECT_EQ(has_arrived, has_thrown);
+        return has_thrown;
+    }
+
     static void look(Stage& stage, bool may_leave_file) {
         EXPECT_EQ(stage.bar.open_tasks, 0);
         EXPECT_EQ(stage.observer.open_files, 0);
@@ -60,11 +93,13 @@ protected:
         }
     }
 
-    static void expect_all_to_pass(bool goes_on) {
+    using Attempt = bool (*)(HostCall call, unsigned int n, bool goes_on);
+
+    static void try_all(Attempt attempt, bool goes_on) {
         GetParam().run(*std::make_unique<Stage>()); // what is made once, is made here
         for (int call = 0; call < static_cast<int>(HostCall::count); ++call) {
             unsigned int n = 1;
-            while (throws_at(static_cast<HostCall>(call), n, goes_on)) {
+            while (attempt(static_cast<HostCall>(call), n, goes_on)) {
                 ASSERT_LT(n, 4000u);
                 ASSERT_FALSE(HasFailure()) << "call " << call << ", number " << n;
                 ++n;
@@ -89,11 +124,19 @@ std::string name_of(const testing::TestParamInfo<HostOperation>& info) {
 } // namespace
 
 TEST_P(host_exceptions, pass_through) {
-    expect_all_to_pass(false);
+    try_all(throws_at, false);
 }
 
 TEST_P(host_exceptions, pass_through_when_the_calls_that_end_what_was_begun_throw_too) {
-    expect_all_to_pass(true);
+    try_all(throws_at, true);
+}
+
+TEST_P(host_exceptions, that_say_that_memory_ran_out_are_taken_for_the_library_s_own) {
+    try_all(runs_out_at, false);
+}
+
+TEST_P(host_exceptions, that_say_that_something_is_too_long_are_not_taken_for_the_library_s_own) {
+    try_all(is_too_long_at, false);
 }
 
 INSTANTIATE_TEST_SUITE_P(of_every_call, host_exceptions, testing::ValuesIn(host_operations()), name_of);

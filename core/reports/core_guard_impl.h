@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/memory/core_count_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
 
 #include <new>
-#include <stdexcept>
 
 /// What stands between the library's insides, where memory that has run out is an exception, and its callers, who
 /// get a result that says so.
@@ -22,7 +22,7 @@ Result guarded(const char* operation, Result failure, Action action) {
         return action();
     } catch (const std::bad_alloc&) {
         report_out_of_memory(operation);
-    } catch (const std::length_error&) {
+    } catch (const CountRefused&) {
         report_out_of_memory(operation);
     }
     return failure;

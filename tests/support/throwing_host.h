@@ -5,6 +5,7 @@
 #include "parser/parser_read_observer.h"
 #include "tests/support/memory_disk.h"
 
+#include <exception>
 #include <memory>
 #include <string>
 #include <utility>
@@ -48,7 +49,14 @@ struct HostFault {
 /// Makes call number n of a kind throw; with `goes_on` every call of every kind after it as well, each an exception of its own.
 class Trap {
 public:
+    /// What is thrown is `thrown` instead.
+    template <class Thrown>
+    static void set_other(HostCall call, unsigned int n, const Thrown& thrown) {
+        set(call, n, false);
+        other_ = std::make_exception_ptr(thrown);
+    }
     static void set(HostCall call, unsigned int n, bool goes_on) {
+        other_ = nullptr;
         call_ = call;
         number_ = n;
         count_ = 0;
@@ -70,6 +78,9 @@ public:
         }
         if (call == call_ && ++count_ == number_) {
             has_thrown_ = true;
+            if (other_ != nullptr) {
+                std::rethrow_exception(other_);
+            }
             throw HostFault{call, number_};
         }
     }
@@ -80,6 +91,7 @@ private:
     static inline unsigned int count_ = 0;
     static inline bool goes_on_ = false;
     static inline bool has_thrown_ = false;
+    static inline std::exception_ptr other_;
     static inline bool is_set_ = false;
 };
 
