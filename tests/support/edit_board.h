@@ -38,6 +38,9 @@ public:
         other_file.set_search_paths(strings);
         other_file.get_root().set(dest);
         archive += long_text;
+        while (archive.indices.get_count() < archive.indices.get_capacity()) { // the next one needs room
+            archive += long_text;
+        }
     }
 
     std::string describe() const {
