@@ -20,6 +20,9 @@ struct EntryFields;
 /// Indexed operations do not check the index unless they say so. References and pointers to names and fields are valid
 /// as long as the entry is; for templates see get_template, for strings get_string.
 ///
+/// When memory ends, constructors and edits throw std::bad_alloc (std::length_error where a count would pass its limit) and
+/// leave everything as it was; nothing else throws.
+///
 /// Layout: 64 bytes, one cache line.
 class BK_PARSER_API ParserEntry {
 public:
@@ -84,15 +87,16 @@ public:
     void add_binary_data(void* data, const unsigned int& size);
     /// A value of the given type from a word of the text syntax; a string loses its enclosing quotes.
     void add_word(const ParserWord& word, const ParserValue::Type& type);
-    /// Adopts `group` and returns it, leaving its source entry as it is. Null makes a new group, without a
-    /// name, whose source entry is this entry.
+    /// Adopts `group` and returns it, leaving its source entry as it is; when memory ends it still is the caller's. Null
+    /// makes a new group, without a name, whose source entry is this entry.
     ParserGroup* add_group(ParserGroup* group);
     void add_vec2d(const GMathVec2<double>& value);
     void add_vec2i(const GMathVec2<int>& value);
     void add_vec3d(const GMathVec3<double>& value);
     void add_vec4d(const GMathVec4<double>& value);
 
-    /// Typed reads of value `i`; see ParserValue for conversions and messages.
+    /// Typed reads of value `i`; see ParserValue for conversions and messages. A message for which there is no memory is left
+    /// out.
     bool get_bool(const unsigned int& i) const;
     char get_char(const unsigned int& i) const;
     int get_int(const unsigned int& i) const;
@@ -102,9 +106,10 @@ public:
     const CoreString& get_string(const unsigned int& i) const;
     void* get_binary_data(const unsigned int& i) const;
     unsigned int get_binary_data_size(const unsigned int& i) const;
-    /// The value's text, unquoted, whatever its type; empty for a group. Never logs.
+    /// The value's text, unquoted, whatever its type; empty for a group. Logs nothing but that memory ran out; it is empty
+    /// then, too.
     CoreString get_word(const unsigned int& i) const;
-    /// Null when value `i` is no group. An entry without values gets a new group, whatever `i` is.
+    /// Null when value `i` is no group. An entry without values gets a new group, whatever `i` is: that is an edit.
     ParserGroup* get_group(const unsigned int& i) const;
     /// Components from value `i` on; those for which there is no value are 0.
     GMathVec2<double> get_vec2d(const unsigned int& i) const;

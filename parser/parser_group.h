@@ -19,6 +19,9 @@ class GroupAccess;
 /// Two numberings are in use. An ordinal counts entries of TYPE_ENTRY alone; a position counts every entry.
 /// Both indexes go by the type that an entry had when it was added or when the indexes were last rebuilt: every
 /// move and removal rebuilds them. Ordinals and positions are not checked unless an operation says so.
+///
+/// When memory ends, constructors and edits throw std::bad_alloc (std::length_error where a count would pass 32 bits) and
+/// leave everything as it was; nothing else throws.
 class BK_PARSER_API ParserGroup {
 public:
     explicit ParserGroup(const CoreString& name);
@@ -38,13 +41,14 @@ public:
     /// stays part of the name), of TYPE_KEYWORD when it is a keyword. Otherwise null, and at level 2
     /// "ParserGroup.add_entry: '<name>' is not a valid entry name\n". Names may repeat.
     ParserEntry* add_entry(const CoreString& name, const core_ulong& line, const core_ulong& column);
-    /// Adopts this very object, which must be a heap object that nobody else owns, and returns its address.
+    /// Adopts this very object, which must be a heap object that nobody else owns, and returns its address. When memory ends
+    /// it still is the caller's.
     ParserEntry* add_entry(const ParserEntry& entry);
     /// Adds an entry that holds a new group, whose own name is empty and whose source entry is that entry.
     /// Null when the name is not valid.
     ParserGroup* add_group(const CoreString& name);
     /// Adopts `group` under its own name and returns it. Null when that is not a valid entry name: the group then still is
-    /// the caller's. The group keeps its name, which texts cannot carry back (docs/syntax.md).
+    /// the caller's, as when memory ends. The group keeps its name, which texts cannot carry back (docs/syntax.md).
     ParserGroup* add_group(ParserGroup* group);
 
     const CoreString& get_name() const noexcept { return name_; }
@@ -62,7 +66,8 @@ public:
     /// Every entry, in document order. A slot is null after detach_entry.
     const CoreVector<ParserEntry*>& get_entries() const noexcept { return entries_; }
     /// The entries with an ordinal and that name, in document order; with `recursive` also those in groups
-    /// below, depth first. What an entry of that name holds is not searched. Linear in what is searched.
+    /// below, depth first. What an entry of that name holds is not searched. Linear in what is searched. None, with
+    /// "ParserGroup.get_entries: out of memory\n" at level 1, when there is no memory for them.
     CoreVector<ParserEntry*> get_entries(const CoreString& name, bool recursive) const;
     /// The position of the first entry of that type; 0xFFFFFFFF when there is none.
     unsigned int get_first_entry_index(ParserEntry::Type type) const;
@@ -143,7 +148,7 @@ private:
 
     void append(ParserEntry* entry);
     void swap_content(ParserGroup& other) noexcept;
-    void rebuild_index();
+    void rebuild_index() noexcept;
     template <class IsRemoved>
     void take_out(IsRemoved is_removed);
     unsigned int position_of(unsigned int ordinal) const noexcept;

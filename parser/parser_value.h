@@ -71,7 +71,7 @@ struct BK_PARSER_API ParserValue {
 
     /// Typed reads. Bool, char, int and double convert into each other: an int is read as a char by its low
     /// 8 bits, a double is truncated toward zero, and one outside the int range reads as -2147483648.
-    /// A value of another type gives the neutral result and logs, at level 2,
+    /// A value of another type gives the neutral result, and logs if there is memory for that, at level 2,
     /// "ParserValue.<read>: type mismatch, value type is '<type name>' \n".
     bool get_as_bool() const;
     char get_as_char() const;

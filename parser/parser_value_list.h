@@ -48,6 +48,8 @@ public:
     void move(unsigned int from, unsigned int to);
     /// Removes every value whose mark is set; `marks` has one byte a value. Linear.
     void remove_marked(const unsigned char* marks, const ParserEntry& owner);
+    /// Deletes all but the first `count` values.
+    void truncate(unsigned int count) noexcept;
     void clear() noexcept;
     void swap(ParserValueList& other) noexcept;
     /// Lists the same values as `other`, in place of what was listed.

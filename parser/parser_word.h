@@ -55,7 +55,8 @@ public:
     /// only "", and "" equals every word.
     bool operator==(const char* s) const;
 
-    /// The word's text, with the escapes of a string resolved (from version 1.1 on) and its quotes kept.
+    /// The word's text, with the escapes of a string resolved (from version 1.1 on) and its quotes kept: a copy, made when it is
+    /// first asked for, as by the classifiers below. Memory that ends is an exception, and the word is as it was.
     const CoreString& get_string() const;
 
     const Type& get_type() const noexcept { return type_; }

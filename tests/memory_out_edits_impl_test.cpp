@@ -147,7 +147,7 @@ TEST(memory_out_of_a_handler, the_end_of_memory_is_not_told_below_verbosity_1) {
 
 TEST(memory_out_of_a_count, a_count_beyond_32_bits_is_memory_that_there_is_not) {
     const CountingLog log;
-    EXPECT_FALSE(bk::completed("test", [] { throw std::length_error("too many"); }));
+    EXPECT_FALSE(bk::completed("test", [] { throw bk::CountRefused("too many"); }));
     EXPECT_EQ(log.out_of_memory, 1);
 }
 

@@ -17,10 +17,15 @@ namespace bk {
 namespace {
 
 void report_large_entry(std::string_view name, core_uint64 size, unsigned int buffer_size) {
-    if (is_reported(CoreLogHandler::level_warning)) {
-        report_warning("ParserEntry.set_binary: ParserEntry '", CoreString(name), "', chunk size (", size,
-                       ") is larger than the given buffer (", buffer_size, ")\n");
-    }
+    report_composed(CoreLogHandler::level_warning, [&](CoreLogStream& stream) {
+        stream += "ParserEntry.set_binary: ParserEntry '";
+        stream += CoreString(name);
+        stream += "', chunk size (";
+        stream += size;
+        stream += ") is larger than the given buffer (";
+        stream += buffer_size;
+        stream += ")\n";
+    });
 }
 
 /// Where the first NUL stands. Names are short, and a call costs more than they do: of the first bytes eight are
@@ -136,7 +141,7 @@ bool BinaryDecoder::read_group(ParserGroup& group) {
     }
 }
 
-/// Memory has run out: of the group that is being read the entries that are whole stay.
+/// Memory has run out, or the host has thrown: of the group that is being read the entries that are whole stay.
 void BinaryDecoder::keep_whole_entries() noexcept {
     discard_values(0);
     if (levels_.empty()) {

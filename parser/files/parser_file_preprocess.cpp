@@ -36,11 +36,23 @@ double Preprocessor::run(const CoreString& name, Progress progress, CoreString& 
     if (!enter(name, progress)) {
         return failed;
     }
-    const double version = scan(progress);
+    const double version = within_task(
+        progress, [&] { return scan(progress); }, 0.7F);
     while (!open_files_.empty()) { // of a reading that failed
         leave();
     }
     return version;
+}
+
+/// The files that are still open when an exception ends the reading are left, too; that one is not to be replaced by another.
+Preprocessor::~Preprocessor() {
+    while (!open_files_.empty()) {
+        try {
+            leave();
+        } catch (...) {
+            continue;
+        }
+    }
 }
 
 /// Opens a file, inside those that are open.
@@ -57,17 +69,19 @@ bool Preprocessor::enter(const CoreString& name, Progress progress) {
     }
     if (observer_ != nullptr) {
         observer_->file_entered(file.name, file.path, file.source.text);
+        file.is_told = true;
     }
     return true;
 }
 
 /// Closes the innermost file; the result is its version.
 double Preprocessor::leave() {
-    if (observer_ != nullptr) {
+    OpenFile& file = open_files_.back();
+    if (std::exchange(file.is_told, false)) {
         observer_->file_left();
     }
-    const double version = open_files_.back().version;
-    open_paths_.erase(open_files_.back().path.get_view());
+    const double version = file.version;
+    open_paths_.erase(file.path.get_view());
     open_files_.pop_back();
     return version;
 }
@@ -178,7 +192,6 @@ void Preprocessor::note_storage(bool is_encrypted) noexcept {
 
 /// Scans the innermost file that is open until the outermost one has come to its end.
 double Preprocessor::scan(Progress progress) {
-    const ProgressTask task(progress, 0.7F);
     progress.set_step_count(open_files_.back().source.text.get_length());
     double version = failed;
     while (!open_files_.empty()) {

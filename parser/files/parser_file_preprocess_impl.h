@@ -21,6 +21,9 @@ public:
     /// `search_paths`, `key` and `limits` outlive the preprocessor. `observer` may be null.
     Preprocessor(const CoreVector<CoreString>& search_paths, const CoreString& key,
                  ParserReadObserver* observer, const ParserLimits& limits);
+    ~Preprocessor();
+    Preprocessor(const Preprocessor&) = delete;
+    Preprocessor& operator=(const Preprocessor&) = delete;
 
     /// Appends the text of the file and what it includes to `text`. The result is the serial version, 1.0 when the
     /// file states none, and 0.0 when it, or an include, cannot be had; why is logged at level 2.
@@ -50,6 +53,7 @@ private:
         Source source;
         SourceScanner scanner;
         double version = 1.0;
+        bool is_told = false; // the observer knows that it was entered
     };
 
     bool enter(const CoreString& name, Progress progress);

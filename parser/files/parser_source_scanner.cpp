@@ -14,7 +14,7 @@ constexpr std::string_view include_directive = "#include \"";
 
 } // namespace
 
-SourcePiece SourceScanner::next() noexcept {
+SourcePiece SourceScanner::next() {
     SourcePiece piece;
     piece_begin_ = position_;
     if (skips_directive_) {
@@ -39,7 +39,7 @@ std::size_t SourceScanner::find_special(std::size_t from) const noexcept {
 }
 
 /// True when the piece ends here.
-bool SourceScanner::take_special(SourcePiece& piece) noexcept {
+bool SourceScanner::take_special(SourcePiece& piece) {
     switch (source_[position_]) {
     case '#':
         if (take_directive(piece)) {
@@ -120,7 +120,7 @@ void SourceScanner::take_quote() noexcept {
     }
 }
 
-void SourceScanner::copy_hexadecimal() noexcept {
+void SourceScanner::copy_hexadecimal() {
     position_ += 2;
     std::size_t end = position_;
     while (end != source_.size() && is_char(source_[end], CHAR_HEX_DIGIT)) {
@@ -134,7 +134,7 @@ std::size_t SourceScanner::after_line(std::size_t from) const noexcept {
     return line_feed == std::string_view::npos ? source_.size() : line_feed + 1;
 }
 
-void SourceScanner::step_to(std::size_t end) noexcept {
+void SourceScanner::step_to(std::size_t end) {
     if (progress_) {
         for (std::size_t i = position_; i < end; ++i) {
             progress_.step(static_cast<unsigned int>(i + 1));

@@ -29,22 +29,22 @@ public:
     /// Version lines that do not stand at the very beginning are kept as text, too.
     void keep_later_version_lines() noexcept { keeps_later_version_lines_ = true; }
 
-    /// The last piece ends with Then::end.
-    SourcePiece next() noexcept;
+    /// The last piece ends with Then::end. What the host's progress bar throws passes, and ends the scanning.
+    SourcePiece next();
 
 private:
-    bool take_special(SourcePiece& piece) noexcept;
+    bool take_special(SourcePiece& piece);
     bool take_directive(SourcePiece& piece) noexcept;
     void take_include(SourcePiece& piece) noexcept;
     void take_version(SourcePiece& piece) noexcept;
     void take_quote() noexcept;
-    void copy_hexadecimal() noexcept;
+    void copy_hexadecimal();
     std::size_t find_special(std::size_t from) const noexcept;
     std::size_t after_line(std::size_t from) const noexcept;
     bool looking_at(std::string_view word) const noexcept {
         return source_.substr(position_).starts_with(word);
     }
-    void step_to(std::size_t end) noexcept;
+    void step_to(std::size_t end);
     void finish_piece(SourcePiece& piece, SourcePiece::Then then, std::size_t resume_at) noexcept;
 
     std::string_view source_;

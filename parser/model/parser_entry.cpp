@@ -77,13 +77,15 @@ void ParserEntry::copy_from(const ParserEntry& other) {
     values_.swap(copied);
 }
 
+/// What can fail comes before anything changes.
 void ParserEntry::copy_fields(const ParserEntry& other) {
-    name_ = other.name_;
+    CoreString name(other.name_);
+    set_template(other.get_template());
+    name_ = std::move(name);
     line_ = other.line_;
     column_ = other.column_;
     array_count_ = other.array_count_;
     type_ = other.type_;
-    set_template(other.get_template());
 }
 
 void ParserEntry::reset() {

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <memory>
 
-// Memory may end anywhere below. What an edit needs is therefore taken before an entry moves, and a moved entry is listed at
-// its new place before it leaves the old one. Only the index may need some afterwards, when a host has changed types.
+// Memory may end anywhere below. What an edit needs is therefore taken before an entry moves: room for the entries, and for the
+// index, which may become longer when a host has changed types.
 
 namespace {
 
@@ -34,6 +34,13 @@ bool is_ordinary(const ParserEntry* entry) noexcept {
     return entry != nullptr && entry->get_type() == ParserEntry::TYPE_ENTRY;
 }
 
+unsigned int count_without_ordinal(const CoreVector<ParserEntry*>& entries) noexcept {
+    return static_cast<unsigned int>(
+        std::count_if(entries.begin(), entries.end(), [](const ParserEntry* entry) {
+            return entry != nullptr && entry->get_type() != ParserEntry::TYPE_ENTRY;
+        }));
+}
+
 void take_slot_out(CoreVector<ParserEntry*>& entries, unsigned int position) noexcept {
     std::copy(entries.begin() + position + 1, entries.end(), entries.begin() + position);
     entries.truncate(entries.get_count() - 1);
@@ -56,7 +63,8 @@ bool is_refused(const char* operation, const ParserGroup& from, const ParserGrou
 
 } // namespace
 
-void ParserGroup::rebuild_index() {
+/// Whoever calls this has seen to it that there is room.
+void ParserGroup::rebuild_index() noexcept {
     keyword_index_.truncate(0);
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
         const ParserEntry* const entry = entries_[position];
@@ -71,6 +79,7 @@ void ParserGroup::detach_entry(const unsigned int& ordinal) {
 }
 
 void ParserGroup::move_entry(const unsigned int& from, const unsigned int& to) {
+    keyword_index_.reserve(count_without_ordinal(entries_));
     ParserEntry** const entries = entries_.get_data();
     if (from < to) {
         std::rotate(entries + from, entries + from + 1, entries + to + 1);
@@ -90,6 +99,7 @@ void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
     if (is_refused("move_entry", *this, dest, is_moved)) {
         return;
     }
+    keyword_index_.reserve(count_without_ordinal(entries_));
     dest.append(entries_[from]);
     take_slot_out(entries_, from);
     rebuild_index();
@@ -103,6 +113,7 @@ void ParserGroup::move_entries(ParserGroup& dest) {
         static_cast<unsigned int>(std::count_if(entries_.begin(), entries_.end(), is_ordinary));
     CoreVector<ParserEntry*> moved;
     moved.reserve(moved_count);
+    keyword_index_.reserve(count_without_ordinal(entries_));
     dest.entries_.make_room(&dest == this ? 0 : moved_count);
     unsigned int kept = 0;
     for (ParserEntry* entry : entries_) {
@@ -123,7 +134,7 @@ void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
         return;
     }
     const unsigned int moved_count = entries_.get_count();
-    dest.keyword_index_.make_room(keyword_index_.get_count());
+    dest.keyword_index_.reserve(count_without_ordinal(dest.entries_) + count_without_ordinal(entries_));
     dest.entries_.reserve(dest.entries_.get_count() + moved_count);
     dest.entries_.extend(moved_count);
     ParserEntry** const place = dest.entries_.begin() + position;
@@ -154,6 +165,7 @@ void ParserGroup::remove_entry(const CoreString& name) {
 }
 
 void ParserGroup::remove_entry(unsigned int position) {
+    keyword_index_.reserve(count_without_ordinal(entries_));
     std::unique_ptr<ParserEntry, ReleaseEntry> removed; // deleted when the group is whole again
     if (position < entries_.get_count()) {
         removed.reset(entries_[position]);
@@ -170,6 +182,7 @@ void ParserGroup::take_out(IsRemoved is_removed) {
         removed_count += is_removed(position) ? 1 : 0;
     }
     RemovedEntries removed(removed_count);
+    keyword_index_.reserve(count_without_ordinal(entries_));
     unsigned int kept = 0;
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
         if (is_removed(position)) {

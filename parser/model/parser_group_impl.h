@@ -19,6 +19,10 @@ public:
         static_cast<void>(owned.release());
     }
 
+    /// Lists an entry that holds `value`, or a new group for null, when all of it is there: until then `value` is the
+    /// caller's. Null for a null entry.
+    static ParserGroup* add_group(ParserGroup& group, std::unique_ptr<ParserEntry> entry, ParserGroup* value);
+
     /// A link between groups that wait for their deletion.
     static ParserGroup*& next_doomed(ParserGroup& group) noexcept { return group.next_doomed_; }
     static void forget_source_entry(ParserGroup& group) noexcept { group.source_entry_ = nullptr; }

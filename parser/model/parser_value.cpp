@@ -22,6 +22,12 @@ int truncate_to_int(double value) noexcept {
     return static_cast<int>(fits ? value : -above);
 }
 
+const char* type_name(ParserValue::Type type) noexcept {
+    static constexpr const char* names[] = {"TYPE_GROUP",  "TYPE_BOOL",   "TYPE_CHAR",        "TYPE_INT",
+                                            "TYPE_DOUBLE", "TYPE_STRING", "TYPE_BINARY_DATA", "TYPE_WORD"};
+    return type < std::size(names) ? names[type] : "TYPE_UNKNOWN";
+}
+
 } // namespace
 
 ParserValue::ParserValue(const char& value) : ParserValue(TYPE_CHAR) {
@@ -219,10 +225,8 @@ void ParserValue::make_value() const {
 }
 
 void ParserValue::report_mismatch(const char* read) const {
-    if (bk::is_reported(CoreLogHandler::level_warning)) {
-        bk::report_warning("ParserValue.", read, ": type mismatch, value type is '",
-                           get_type_name(get_type()), "' \n");
-    }
+    bk::report_warning("ParserValue.", read, ": type mismatch, value type is '", type_name(get_type()),
+                       "' \n");
 }
 
 bool ParserValue::get_as_bool() const {
@@ -311,9 +315,10 @@ void* ParserValue::get_as_binary_data(unsigned int& size) const {
 }
 
 CoreString ParserValue::get_type_name(const Type& type) {
-    static constexpr const char* names[] = {"TYPE_GROUP",  "TYPE_BOOL",   "TYPE_CHAR",        "TYPE_INT",
-                                            "TYPE_DOUBLE", "TYPE_STRING", "TYPE_BINARY_DATA", "TYPE_WORD"};
-    return type < std::size(names) ? names[type] : "TYPE_UNKNOWN";
+    CoreString name; // which takes no memory
+    const char* const text = type_name(type);
+    name.set_borrowed(text, static_cast<unsigned int>(std::strlen(text)));
+    return name;
 }
 
 void ParserValue::word_to_binary_data(void*& data, unsigned int& size, const ParserWord& word) {

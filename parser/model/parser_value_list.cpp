@@ -181,6 +181,17 @@ void ParserValueList::remove_marked(const unsigned char* marks, const ParserEntr
     count_ = kept;
 }
 
+void ParserValueList::truncate(unsigned int count) noexcept {
+    while (count_ > count) {
+        --count_;
+        if (in_cells_) {
+            release_cell(block_->cells()[count_]);
+        } else {
+            room()[count_].ParserValue::~ParserValue();
+        }
+    }
+}
+
 void ParserValueList::clear() noexcept {
     shows_strings_ = 0;
     if (block_ == nullptr) {

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "core/core_memory.h"
+#include "core/memory/core_count_impl.h"
 #include "parser/parser_value.h"
 #include "parser/parser_value_list.h"
 
 #include <atomic>
 #include <cstdint>
 #include <new>
-#include <stdexcept>
 
 /// The block that holds the values: this head, then room for `capacity` values, then the text area. After a split
 /// into cells: the head, then room for `capacity` pointers. The block of a parsed entry stands right behind the entry; when its
@@ -27,7 +27,7 @@ struct ParserValueList::Block {
 
     static std::size_t byte_size(std::uint64_t capacity, std::size_t slot_size, std::uint64_t text_size) {
         if (capacity > max_capacity || text_size > max_text_size) {
-            throw std::length_error("ParserEntry: too many values");
+            throw bk::CountRefused("ParserEntry: too many values");
         }
         return sizeof(Block) + capacity * slot_size + text_size;
     }

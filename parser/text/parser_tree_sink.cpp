@@ -8,6 +8,7 @@
 
 #include <exception>
 #include <memory>
+#include <new>
 
 namespace bk {
 
@@ -76,10 +77,12 @@ void TreeSink::report_fault(ParserReadObserver::Fault fault, const Token& token,
     if (!is_logged && observer_ == nullptr) {
         return;
     }
-    const CoreString text = fault_text(fault, shown_word(word));
-    if (is_logged && fault == ParserReadObserver::FAULT_INVALID_NAME) {
+    const CoreString text = message_of(fault, word);
+    if (text.is_empty() || !is_logged) {
+        // There is nothing to log.
+    } else if (fault == ParserReadObserver::FAULT_INVALID_NAME) {
         report_warning("ParserGroup.add_entry: ", text, "\n");
-    } else if (is_logged) {
+    } else {
         report_warning("ParserGroup.set_text: (", token.line, ":", token.column, ") ", text, "\n");
     }
     if (observer_ != nullptr) {
@@ -89,6 +92,15 @@ void TreeSink::report_fault(ParserReadObserver::Fault fault, const Token& token,
 
 bool TreeSink::may_log(ParserReadObserver::Fault fault) noexcept {
     return fault == ParserReadObserver::FAULT_NESTED_TOO_DEEPLY || ++message_count_ <= limits_.message_count;
+}
+
+/// Empty when there is no memory for it: the parse goes on.
+CoreString TreeSink::message_of(ParserReadObserver::Fault fault, std::string_view word) const {
+    try {
+        return fault_text(fault, shown_word(word));
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
 }
 
 CoreString TreeSink::shown_word(std::string_view word) const {

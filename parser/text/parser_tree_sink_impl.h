@@ -80,6 +80,7 @@ private:
     };
 
     bool may_log(ParserReadObserver::Fault fault) noexcept;
+    CoreString message_of(ParserReadObserver::Fault fault, std::string_view word) const;
     CoreString shown_word(std::string_view word) const;
     void add_string(std::string_view word);
     void finish_entry() {

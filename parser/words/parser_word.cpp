@@ -45,6 +45,7 @@ ParserWord::~ParserWord() {
 }
 
 void ParserWord::copy_without_template(const ParserWord& other) {
+    string_ = other.string_; // what can fail comes before anything changes
     type_ = other.type_;
     text_ = other.text_;
     start_ = other.start_;
@@ -52,7 +53,6 @@ void ParserWord::copy_without_template(const ParserWord& other) {
     line_ = other.line_;
     column_ = other.column_;
     array_count_ = other.array_count_;
-    string_ = other.string_;
     string_stale_ = other.string_stale_;
     string_rule_ = other.string_rule_;
 }
@@ -104,14 +104,14 @@ void ParserWord::get_string_0100(CoreString& out) const {
 }
 
 void ParserWord::get_string_0110(CoreString& out) const {
-    if (type_ == TYPE_UNKNOWN && bk::is_string_word(characters())) {
-        type_ = TYPE_STRING;
-    }
-    if (type_ != TYPE_STRING) {
+    const bool is_string =
+        type_ == TYPE_STRING || (type_ == TYPE_UNKNOWN && bk::is_string_word(characters()));
+    if (!is_string) {
         get_string_0100(out);
         return;
     }
     out = bk::decoded(characters());
+    type_ = TYPE_STRING; // last: there may be no memory for the text
 }
 
 bool ParserWord::classify(Type type, bool matches) const {
@@ -181,26 +181,34 @@ bool ParserWord::is_identifier() const {
     return type_ == TYPE_IDENTIFIER;
 }
 
+/// The templates are made, which can fail, before the word changes.
 void ParserWord::take_name(bk::NameParts parts) const {
-    const ParserWord* word = this;
-    for (;;) {
-        word->type_ = TYPE_IDENTIFIER;
-        word->length_ = static_cast<unsigned int>(parts.base.size());
-        if (parts.array_count != bk::no_array) { // a plain name leaves what an earlier one has set
-            word->array_count_ = parts.array_count;
+    const auto take_level = [](const ParserWord& word, const bk::NameParts& level) {
+        word.type_ = TYPE_IDENTIFIER;
+        word.length_ = static_cast<unsigned int>(level.base.size());
+        if (level.array_count != bk::no_array) { // a plain name leaves what an earlier one has set
+            word.array_count_ = level.array_count;
         }
-        word->string_stale_ = true;
-        if (!parts.has_template) {
-            return;
-        }
+        word.string_stale_ = true;
+    };
+    const bk::NameParts outermost = parts;
+    std::shared_ptr<ParserWord> made;
+    ParserWord* innermost = nullptr;
+    while (parts.has_template) {
         auto inner = std::make_shared<ParserWord>();
         inner->text_ = text_;
         inner->start_ = static_cast<unsigned int>(parts.template_word.data() - text_);
-        bk::NameParts inner_parts;
-        bk::classify_name_level(parts.template_word, inner_parts);
-        word->template_ = std::move(inner);
-        word = word->template_.get();
-        parts = inner_parts;
+        bk::NameParts level;
+        bk::classify_name_level(parts.template_word, level);
+        take_level(*inner, level);
+        ParserWord* const next = inner.get();
+        (innermost == nullptr ? made : innermost->template_) = std::move(inner);
+        innermost = next;
+        parts = level;
+    }
+    take_level(*this, outermost);
+    if (made != nullptr) {
+        template_ = std::move(made);
     }
 }
 
