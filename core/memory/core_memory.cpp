@@ -1,6 +1,7 @@
 #include "core/core_memory.h"
 
 #include "core/memory/core_slab_impl.h"
+#include "core/memory/core_slab_pool_impl.h"
 
 #include <cstring>
 #include <limits>
@@ -76,10 +77,12 @@ void* CoreMemory::allocate(std::size_t size) {
         return allocate_large(size);
     }
     bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread();
-    void* const block = heap == nullptr ? nullptr : heap->allocate(bk::slab_class_of(size));
+    const std::size_t size_class = bk::slab_class_of(size);
+    void* const block = heap == nullptr ? bk::slab_pool.allocate(size_class) : heap->allocate(size_class);
     if (block == nullptr) {
         throw std::bad_alloc();
     }
+    bk::unpoison(block, size);
     return block;
 }
 
@@ -106,10 +109,11 @@ void CoreMemory::release(void* block, std::size_t size) noexcept {
         return;
     }
     bk::SlabPage* const page = bk::SlabPage::of(block);
-    if (page->heap == bk::SlabHeap::of_this_thread_if_any()) {
-        page->heap->release(page, block);
+    bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread_if_any();
+    if (page->is_owned_by(heap)) {
+        heap->release(page, block);
     } else {
-        page->heap->release_from_afar(page, block);
+        bk::SlabHeap::release_elsewhere(bk::SlabHeap::of_this_thread(), page, block);
     }
 }
 
