@@ -1,7 +1,7 @@
 #include "core/core_memory.h"
 
+#include "core/memory/core_chunk_impl.h"
 #include "core/memory/core_slab_impl.h"
-#include "core/memory/core_slab_pool_impl.h"
 
 #include <cstring>
 #include <limits>
@@ -78,7 +78,8 @@ void* CoreMemory::allocate(std::size_t size) {
     }
     bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread();
     const std::size_t size_class = bk::slab_class_of(size);
-    void* const block = heap == nullptr ? bk::slab_pool.allocate(size_class) : heap->allocate(size_class);
+    void* const block =
+        heap != nullptr ? heap->allocate(size_class) : bk::SlabHeap::allocate_without_heap(size_class);
     if (block == nullptr) {
         throw std::bad_alloc();
     }
@@ -109,11 +110,11 @@ void CoreMemory::release(void* block, std::size_t size) noexcept {
         return;
     }
     bk::SlabPage* const page = bk::SlabPage::of(block);
-    bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread_if_any();
+    bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread();
     if (page->is_owned_by(heap)) {
         heap->release(page, block);
     } else {
-        bk::SlabHeap::release_elsewhere(bk::SlabHeap::of_this_thread(), page, block);
+        bk::SlabHeap::release_from_afar(page, block);
     }
 }
 

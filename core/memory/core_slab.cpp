@@ -29,6 +29,7 @@ struct SlabHeap::Owner {
     }
 };
 
+/// The heap of this thread, from here on; null when there is no memory for one, or the thread is at its end.
 SlabHeap* SlabHeap::adopt() noexcept {
     if (is_at_its_end) {
         return nullptr;
@@ -74,13 +75,20 @@ void SlabHeap::leave() noexcept {
         }
     }
     BK_ASSERT(with_room_count_ == 0);
-    if (SlabPage* const page = std::exchange(spare_page_, nullptr)) {
-        slab_pool.give_page_back(page);
-    }
     is_owned_.store(false);
     take_back_from_afar(nullptr);
 }
 
+void* SlabHeap::allocate_without_heap(std::size_t size_class) noexcept {
+    SlabHeap* const heap = adopt();
+    return heap != nullptr ? heap->allocate(size_class) : slab_pool.allocate(size_class);
+}
+
+void SlabHeap::release_from_afar(SlabPage* page, void* block) noexcept {
+    release_elsewhere(this_threads_heap != nullptr ? this_threads_heap : adopt(), page, block);
+}
+
+/// By the thread whose heap is `mine`, which is null when it has none. The page may become another's at any moment.
 void SlabHeap::release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) noexcept {
     for (;;) {
         SlabOwner* const owner = page->owner.load(std::memory_order_acquire);
@@ -155,16 +163,9 @@ bool SlabHeap::change_page(std::size_t size_class) noexcept {
         remove_with_room(page);
         current = page;
     } else {
-        current = find_page(size_class);
+        current = slab_pool.take_page(size_class, this);
     }
     return current != nullptr;
-}
-
-SlabPage* SlabHeap::find_page(std::size_t size_class) noexcept {
-    if (SlabPage* const page = std::exchange(spare_page_, nullptr)) {
-        return lay_out_page(page, size_class, this);
-    }
-    return slab_pool.take_page(size_class, this);
 }
 
 /// Where these are too many, the one of its class that waits longest goes to the pool.
@@ -192,11 +193,7 @@ void SlabHeap::retire(SlabPage* page) noexcept {
     } else {
         remove_with_room(page);
     }
-    if (spare_page_ == nullptr) {
-        spare_page_ = page;
-    } else {
-        slab_pool.give_page_back(page);
-    }
+    slab_pool.give_page_back(page);
 }
 
 } // namespace bk

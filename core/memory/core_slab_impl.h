@@ -25,9 +25,10 @@ public:
     /// Null when there is no memory.
     void* allocate(std::size_t size_class) noexcept {
         SlabPage* const page = current_[size_class];
-        void* const block = page == nullptr ? nullptr : page->take_block();
-        return block != nullptr ? block : allocate_elsewhere(size_class);
+        return page != nullptr && page->has_room() ? page->take_block() : allocate_elsewhere(size_class);
     }
+    /// The first block of this thread, or one at its end, when it has given its heap up; null when there is no memory.
+    static void* allocate_without_heap(std::size_t size_class) noexcept;
 
     /// By the thread that the heap belongs to, of a page that does, too.
     void release(SlabPage* page, void* block) noexcept {
@@ -37,16 +38,11 @@ public:
         }
     }
 
-    /// Of a page that is not that of `mine`, the heap of this thread, which is null when it has none.
-    static void release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) noexcept;
+    /// Of a page that is not this thread's.
+    static void release_from_afar(SlabPage* page, void* block) noexcept;
 
-    /// The heap of this thread; null when there is no memory for one, or the thread is at its end.
-    static SlabHeap* of_this_thread() noexcept {
-        SlabHeap* const heap = this_threads_heap;
-        return heap != nullptr ? heap : adopt();
-    }
     /// Null when this thread has taken no block yet, or is at its end.
-    static SlabHeap* of_this_thread_if_any() noexcept { return this_threads_heap; }
+    static SlabHeap* of_this_thread() noexcept { return this_threads_heap; }
 
 private:
     struct Owner;
@@ -59,11 +55,11 @@ private:
     void leave() noexcept;
     void* allocate_elsewhere(std::size_t size_class) noexcept;
     bool change_page(std::size_t size_class) noexcept;
-    SlabPage* find_page(std::size_t size_class) noexcept;
     bool claim(SlabPage* page) noexcept;
     void add_with_room(SlabPage* page) noexcept;
     void remove_with_room(SlabPage* page) noexcept;
     void retire(SlabPage* page) noexcept;
+    static void release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) noexcept;
     void receive(SlabHeap* sender, SlabPage* page, void* block) noexcept;
     void take_back_from_afar(SlabHeap* mine) noexcept;
 
@@ -72,7 +68,6 @@ private:
     SlabPage* current_[slab_class_count] = {};   // the page that blocks are taken from
     SlabPageList with_room_[slab_class_count];   // other pages that have room
     unsigned int with_room_count_ = 0;           // of all classes
-    SlabPage* spare_page_ = nullptr;             // one that is empty is kept
     std::atomic<FreeBlock*> from_afar_{nullptr}; // what other threads gave back
     std::atomic<bool> is_owned_{true};
     SlabHeap* next_heap_ = nullptr;

@@ -45,20 +45,17 @@ struct SlabPage {
     }
     bool has_room() const noexcept { return free_blocks != nullptr || fresh != end; }
 
-    /// Null when there is none. The bytes are still poisoned.
+    /// When there is one. Its bytes are still poisoned.
     void* take_block() noexcept {
+        BK_ASSERT(has_room());
+        ++live_count;
         if (FreeBlock* const block = free_blocks) {
             unpoison(block, sizeof(FreeBlock));
             free_blocks = block->next;
-            ++live_count;
             return block;
-        }
-        if (fresh == end) {
-            return nullptr;
         }
         char* const block = fresh;
         fresh += block_size;
-        ++live_count;
         BK_ASSERT(fresh <= end);
         return block;
     }

@@ -19,8 +19,6 @@ constexpr unsigned int pages_per_chunk = chunk_size / slab_page_size;
 constexpr std::size_t page_head_size = 128; // blocks of 64 bytes then lie in one cache line each
 constexpr std::size_t first_page_head_size = 256;
 constexpr std::uint32_t all_pages_used = 0xFFFFFFFFu;
-/// While the other chunks have fewer, one that is empty is kept, so that not every few pages mean a system call.
-constexpr std::size_t enough_free_pages = pages_per_chunk / 2;
 static_assert(pages_per_chunk == 32, "a chunk counts its pages in 32 bits");
 static_assert(sizeof(SlabPage) <= page_head_size &&
               page_head_size + sizeof(SlabChunk) <= first_page_head_size);
@@ -161,14 +159,15 @@ void* SlabPool::find_page(Lock& lock) noexcept {
         if (memory != nullptr) {
             search_for_leaks(memory, chunk_size);
             link(new (static_cast<char*>(memory) + page_head_size) SlabChunk{0, nullptr, nullptr});
-            free_page_count_ += pages_per_chunk;
         } else if (chunks_with_room_ == nullptr) { // else another thread has had more luck
             return nullptr;
         }
     }
     SlabChunk* const chunk = chunks_with_room_;
-    BK_ASSERT(chunk->used_pages != all_pages_used && free_page_count_ != 0);
-    --free_page_count_;
+    BK_ASSERT(chunk->used_pages != all_pages_used);
+    if (chunk == spare_chunk_) {
+        spare_chunk_ = nullptr;
+    }
     const auto index = static_cast<unsigned int>(std::countr_one(chunk->used_pages));
     chunk->used_pages |= 1u << index;
     if (chunk->used_pages == all_pages_used) {
@@ -177,7 +176,7 @@ void* SlabPool::find_page(Lock& lock) noexcept {
     return chunk->page(index);
 }
 
-/// The chunk, when it has become empty and is not needed: it is the caller's to give back.
+/// The chunk, when it has become empty and there is a spare one already: it is the caller's to give back.
 SlabChunk* SlabPool::drop_page(SlabPage* page) noexcept {
     SlabChunk* const chunk = SlabChunk::of(page);
     BK_ASSERT((chunk->used_pages >> index_in_chunk(page) & 1u) == 1u);
@@ -185,12 +184,14 @@ SlabChunk* SlabPool::drop_page(SlabPage* page) noexcept {
         link(chunk);
     }
     chunk->used_pages &= ~(1u << index_in_chunk(page));
-    ++free_page_count_;
-    if (chunk->used_pages != 0 || free_page_count_ - pages_per_chunk < enough_free_pages) {
+    if (chunk->used_pages != 0) {
+        return nullptr;
+    }
+    if (spare_chunk_ == nullptr) {
+        spare_chunk_ = chunk;
         return nullptr;
     }
     unlink(chunk);
-    free_page_count_ -= pages_per_chunk;
     return chunk;
 }
 

@@ -53,7 +53,7 @@ private:
     std::mutex mutex_;
     SlabPageList parked_[slab_class_count];
     SlabChunk* chunks_with_room_ = nullptr;
-    std::size_t free_page_count_ = 0; // in these
+    SlabChunk* spare_chunk_ = nullptr; // one that is empty is kept
 };
 
 /// The only one. It is there before the first static constructor runs, and nothing takes it away.
