@@ -109,6 +109,7 @@ void CoreMemory::release(void* block, std::size_t size) noexcept {
         release_large(block, size);
         return;
     }
+    BK_ASSERT(size == 0 || !bk::is_poisoned(block)); // else it is given back for the second time
     bk::SlabPage* const page = bk::SlabPage::of(block);
     bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread();
     if (page->is_owned_by(heap)) {

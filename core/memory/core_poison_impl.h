@@ -31,6 +31,15 @@ inline void unpoison([[maybe_unused]] const void* begin, [[maybe_unused]] std::s
 #endif
 }
 
+/// Whether the first of these bytes may not be touched; false in builds that cannot tell.
+inline bool is_poisoned([[maybe_unused]] const void* begin) noexcept {
+#if defined(BK_PARSER_POISONS)
+    return __asan_address_is_poisoned(begin) != 0;
+#else
+    return false;
+#endif
+}
+
 /// What is reached only through these bytes, which no global heap knows of, is no leak.
 inline void search_for_leaks([[maybe_unused]] const void* begin, [[maybe_unused]] std::size_t size) noexcept {
 #if defined(BK_PARSER_POISONS) && !defined(_WIN32)

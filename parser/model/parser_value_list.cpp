@@ -1,5 +1,6 @@
 #include "parser/model/parser_value_list_impl.h"
 
+#include "core/memory/core_assert_impl.h"
 #include "parser/model/parser_value_impl.h"
 
 #include <algorithm>
@@ -21,6 +22,7 @@ ParserValue& ParserValueList::append(ParserValue& value) {
         grow();
     }
     auto* const block = static_cast<Block*>(storage_);
+    BK_ASSERT(count_ < block->capacity);
     block->is_plain = 0;
     if (in_cells_) {
         Cell* const cell = Cell::make();
@@ -61,6 +63,7 @@ void ParserValueList::move_values(Block& from, Block& to) const noexcept {
 }
 
 void ParserValueList::move(unsigned int from, unsigned int to) {
+    BK_ASSERT(from < count_ && to < count_);
     const unsigned int step = from < to ? 1 : 0xFFFFFFFFu; // modulo 2^32: one up or one down
     if (in_cells_) {
         Cell** const cells = static_cast<Block*>(storage_)->cells();
@@ -106,6 +109,9 @@ void ParserValueList::clear() noexcept {
         in_cells_ = false;
         return;
     }
+    BK_ASSERT(count_ <= block->capacity);
+    BK_ASSERT(!block->is_plain ||
+              (!in_cells_ && bk::ValueAccess::keep_nothing_outside(block->values(), count_)));
     for (unsigned int i = 0; i < count_ && !block->is_plain; ++i) {
         if (in_cells_) {
             release_cell(block->cells()[i]);
@@ -172,6 +178,7 @@ void ParserValueList::split_into_cells() {
 }
 
 void ParserValueList::release_cell(Cell* cell) noexcept {
+    BK_ASSERT(cell->list_count != 0);
     if (--cell->list_count == 0) {
         cell->value().ParserValue::~ParserValue();
         CoreMemory::release(cell, sizeof(Cell));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/core_memory.h"
+#include "core/memory/core_assert_impl.h"
 #include "parser/parser_value.h"
 #include "parser/parser_value_list.h"
 
@@ -50,6 +51,7 @@ struct ParserValueList::Cell {
 };
 
 inline ParserValue& ParserValueList::at(unsigned int i) const noexcept {
+    BK_ASSERT(i < count_);
     auto* const block = static_cast<Block*>(storage_);
     return in_cells_ ? block->cells()[i]->value() : block->values()[i];
 }
