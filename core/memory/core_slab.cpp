@@ -92,14 +92,14 @@ void SlabHeap::release_from_afar(SlabPage* page, void* block) noexcept {
 void SlabHeap::release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) noexcept {
     for (;;) {
         SlabOwner* const owner = page->owner.load(std::memory_order_acquire);
-        if (owner == &pooled_page || (owner == &full_page && mine == nullptr)) {
-            if (slab_pool.release(page, block)) {
-                return;
-            }
-        } else if (owner == &full_page) {
+        if (mine != nullptr && owner == &full_page) {
             if (mine->claim(page)) {
                 mine->release(page, block);
                 mine->add_with_room(page);
+                return;
+            }
+        } else if (owner == &full_page || owner == &pooled_page) {
+            if (slab_pool.release(page, block)) {
                 return;
             }
         } else {

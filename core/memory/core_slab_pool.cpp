@@ -24,9 +24,12 @@ static_assert(sizeof(SlabPage) <= page_head_size &&
               page_head_size + sizeof(SlabChunk) <= first_page_head_size);
 static_assert(slab_page_size - first_page_head_size == slab_page_room);
 
+/// Every size has a class, whose blocks are large enough, and the next smaller class's are not.
 constexpr bool holds_every_size() {
     for (std::size_t size = 1; size <= slab_largest_block; ++size) {
-        if (slab_class_of(size) >= slab_class_count || slab_block_size(slab_class_of(size)) < size) {
+        const std::size_t size_class = slab_class_of(size);
+        if (size_class >= slab_class_count || slab_block_size(size_class) < size ||
+            (size_class != 0 && slab_block_size(size_class - 1) >= size)) {
             return false;
         }
     }
@@ -85,7 +88,7 @@ SlabPage* lay_out_page(void* place, std::size_t size_class, SlabOwner* owner) no
 }
 
 SlabPage* SlabPool::take_page(std::size_t size_class, SlabOwner* owner) noexcept {
-    Lock lock(mutex_);
+    Lock lock(lock_);
     if (SlabPage* const page = parked_[size_class].first()) {
         BK_ASSERT(page->is_owned_by(&pooled_page) && page->live_count != 0 && page->has_room());
         parked_[size_class].remove(page);
@@ -99,7 +102,7 @@ SlabPage* SlabPool::take_page(std::size_t size_class, SlabOwner* owner) noexcept
 
 void SlabPool::give_page_back(SlabPage* page) noexcept {
     BK_ASSERT(page->live_count == 0);
-    Lock lock(mutex_);
+    Lock lock(lock_);
     SlabChunk* const emptied = drop_page(page);
     lock.unlock();
     unmap(emptied);
@@ -107,13 +110,13 @@ void SlabPool::give_page_back(SlabPage* page) noexcept {
 
 void SlabPool::park(SlabPage* page) noexcept {
     BK_ASSERT(page->live_count != 0 && page->has_room());
-    const Lock lock(mutex_);
+    const Lock lock(lock_);
     parked_[page->size_class].push_front(page);
     page->owner.store(&pooled_page, std::memory_order_release);
 }
 
 void* SlabPool::allocate(std::size_t size_class) noexcept {
-    Lock lock(mutex_);
+    Lock lock(lock_);
     SlabPageList& parked = parked_[size_class];
     if (parked.first() == nullptr) {
         void* const place = find_page(lock);
@@ -132,7 +135,7 @@ void* SlabPool::allocate(std::size_t size_class) noexcept {
 }
 
 bool SlabPool::release(SlabPage* page, void* block) noexcept {
-    Lock lock(mutex_);
+    Lock lock(lock_);
     SlabPageList& parked = parked_[page->size_class];
     SlabOwner* owner = &full_page;
     if (page->owner.compare_exchange_strong(owner, &pooled_page, std::memory_order_acquire)) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/memory/core_chunk_impl.h"
+#include "core/memory/core_lock_impl.h"
 #include "core/memory/core_slab_page_impl.h"
 
 #include <cstddef>
@@ -39,18 +40,18 @@ public:
     bool release(SlabPage* page, void* block) noexcept;
 
     /// Around a fork: the child must find the pool in order, and open.
-    void lock() noexcept { mutex_.lock(); }
-    void unlock() noexcept { mutex_.unlock(); }
+    void lock() noexcept { lock_.lock(); }
+    void unlock() noexcept { lock_.unlock(); }
 
 private:
-    using Lock = std::unique_lock<std::mutex>;
+    using Lock = std::unique_lock<StaticLock>;
 
     void* find_page(Lock& lock) noexcept;
     SlabChunk* drop_page(SlabPage* page) noexcept;
     void link(SlabChunk* chunk) noexcept;
     void unlink(SlabChunk* chunk) noexcept;
 
-    std::mutex mutex_;
+    StaticLock lock_;
     SlabPageList parked_[slab_class_count];
     SlabChunk* chunks_with_room_ = nullptr;
     SlabChunk* spare_chunk_ = nullptr; // one that is empty is kept
