@@ -1,6 +1,7 @@
 #include "parser/parser_value.h"
 
 #include "core/core_memory.h"
+#include "core/memory/core_assert_impl.h"
 #include "core/memory/core_nothrow_impl.h"
 #include "core/reports/core_guard_impl.h"
 #include "parser/model/parser_string_home_impl.h"
@@ -126,6 +127,7 @@ void ParserValue::box_string() const {
 }
 
 void ParserValue::release() noexcept {
+    BK_ASSERT(bk::ValueAccess::is_sound(*this));
     switch (get_type()) {
     case TYPE_GROUP:
         bk::destroy_group(spelled_.scalar.group);

@@ -4,6 +4,7 @@
 #include "parser/parser_group.h"
 #include "parser/words/parser_word_rules_impl.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -104,6 +105,39 @@ void ValueAccess::own_text(ParserValue& value) {
         value.bits_ |= ParserValue::TEXT_OWNED;
     }
 }
+
+#if defined(BK_PARSER_ASSERTIONS)
+
+bool ValueAccess::is_sound(const ParserValue& value) noexcept {
+    switch (value.get_type()) {
+    case ParserValue::TYPE_GROUP:
+    case ParserValue::TYPE_BINARY_DATA:
+        return !value.has(ParserValue::TEXT_OWNED) && !value.has(ParserValue::STRING_BOXED);
+    case ParserValue::TYPE_STRING:
+        return !value.has(ParserValue::TEXT_OWNED) && !value.has(ParserValue::TEXT_HELD);
+    default:
+        return !value.has(ParserValue::STRING_BOXED) &&
+               (!value.has(ParserValue::TEXT_OWNED) || (is_spelled(value) && value.size_ != 0));
+    }
+}
+
+bool ValueAccess::keep_nothing_outside(const ParserValue* values, unsigned int count) noexcept {
+    return std::all_of(values, values + count, [](const ParserValue& value) {
+        switch (value.get_type()) {
+        case ParserValue::TYPE_GROUP:
+            return value.spelled_.scalar.group == nullptr;
+        case ParserValue::TYPE_BINARY_DATA:
+            return value.spelled_.scalar.bytes == nullptr;
+        case ParserValue::TYPE_STRING:
+            return !value.has(ParserValue::STRING_BOXED) &&
+                   (value.string_.is_borrowed() || string(value).size() <= CoreString::inline_capacity);
+        default:
+            return !value.has(ParserValue::TEXT_OWNED);
+        }
+    });
+}
+
+#endif
 
 void ValueAccess::forget(ParserValue& value) noexcept {
     value.bits_ = ParserValue::TYPE_WORD;

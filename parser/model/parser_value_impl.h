@@ -143,6 +143,10 @@ public:
                             const char* begin) noexcept;
     /// Makes the value independent of any text area.
     static void own_text(ParserValue& value);
+    /// Whether the flags fit the type and each other. For assertions, as the next one.
+    static bool is_sound(const ParserValue& value) noexcept;
+    /// Whether values may be dropped without being destroyed, as far as blocks of their own go.
+    static bool keep_nothing_outside(const ParserValue* values, unsigned int count) noexcept;
     /// Leaves the value with nothing to release.
     static void forget(ParserValue& value) noexcept;
 

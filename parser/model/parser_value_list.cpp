@@ -1,5 +1,6 @@
 #include "parser/model/parser_value_list_impl.h"
 
+#include "core/memory/core_assert_impl.h"
 #include "parser/model/parser_group_impl.h"
 #include "parser/model/parser_string_home_impl.h"
 #include "parser/model/parser_value_impl.h"
@@ -87,6 +88,7 @@ ParserValue& ParserValueList::append(ParserValue& value) {
     if (block_ == nullptr || count_ == block_->capacity) {
         grow();
     }
+    BK_ASSERT(count_ < block_->capacity);
     block_->is_plain = 0;
     if (in_cells_) {
         Cell* const cell = Cell::make();
@@ -129,6 +131,7 @@ void ParserValueList::grow() {
 }
 
 void ParserValueList::move(unsigned int from, unsigned int to) {
+    BK_ASSERT(from < count_ && to < count_);
     for (unsigned int i = std::min(from, to); shows_strings_ != 0 && i <= std::max(from, to); ++i) {
         if (shows_string(i)) {
             split_into_cells();
@@ -198,6 +201,9 @@ void ParserValueList::clear() noexcept {
         in_cells_ = false;
         return;
     }
+    BK_ASSERT(count_ <= block_->capacity);
+    BK_ASSERT(!block_->is_plain ||
+              (!in_cells_ && bk::ValueAccess::keep_nothing_outside(block_->values(), count_)));
     for (unsigned int i = 0; i < count_ && !block_->is_plain; ++i) {
         if (in_cells_) {
             release_cell(block_->cells()[i]);
@@ -272,6 +278,7 @@ void ParserValueList::split_into_cells() {
 }
 
 void ParserValueList::release_cell(Cell* cell) noexcept {
+    BK_ASSERT(cell->list_count != 0);
     if (--cell->list_count == 0) {
         cell->value().ParserValue::~ParserValue();
         CoreMemory::release(cell, sizeof(Cell));

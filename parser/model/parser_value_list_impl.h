@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/core_memory.h"
+#include "core/memory/core_assert_impl.h"
 #include "core/memory/core_count_impl.h"
 #include "parser/parser_value.h"
 #include "parser/parser_value_list.h"
@@ -58,6 +59,7 @@ struct ParserValueList::Cell {
 };
 
 inline ParserValue& ParserValueList::at(unsigned int i) const noexcept {
+    BK_ASSERT(i < count_);
     return in_cells_ ? block_->cells()[i]->value() : block_->values()[i];
 }
 

@@ -1,5 +1,6 @@
 #include "parser/text/parser_tree_sink_impl.h"
 
+#include "core/memory/core_assert_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
@@ -122,6 +123,7 @@ ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
     if (!values_.empty()) {
         ParserValueList& values = EntryAccess::values(*made);
         fill_values(values, run);
+        BK_ASSERT(values.get_count() == values_.size());
         if (extra_values == 0 && !has_binary_data_) {
             values.keep_plain();
         }
@@ -170,6 +172,7 @@ void TreeSink::fill_apart(ParserValueList& values) const {
         fill_value(place++, value, text, false);
         values.set_count(values.get_count() + 1);
     }
+    BK_ASSERT(text <= values.text_room() + text_size_);
 }
 
 /// The text of all stands in its room.
