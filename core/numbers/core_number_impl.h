@@ -36,7 +36,8 @@ inline constexpr std::size_t number_text_capacity = 32;
 /// Write a number into `out`, which has room for number_text_capacity characters, and return its length.
 std::size_t write_int(char* out, int number) noexcept;
 std::size_t write_unsigned(char* out, unsigned long long number) noexcept;
-/// The shortest text that reads back to the same double (std::to_chars without format or precision).
+/// The shortest text that reads back to the same double (std::to_chars without format or precision), with ".0" behind it
+/// where it has neither a point nor an exponent: a double never reads back as an int.
 std::size_t write_double(char* out, double number) noexcept;
 
 } // namespace bk
