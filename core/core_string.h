@@ -159,7 +159,8 @@ public:
     CoreString& operator+=(unsigned int number);
     CoreString& operator+=(unsigned long number);
     CoreString& operator+=(unsigned long long number);
-    /// The shortest text that reads back to the same double.
+    /// The shortest text that reads back to the same double, with ".0" behind it where it has neither a point nor an "e"
+    /// (60.0, -0.0, 1e+300). Infinities are "inf" and "-inf"; not-a-number is "nan" or "-nan".
     CoreString& operator+=(double number);
 
 private:

@@ -39,7 +39,7 @@ public:
     virtual void include_found(const unsigned int& offset, const unsigned int& length,
                                const CoreString& name);
     /// The current file is now this one: found at `path` and loaded; `text` is what it holds, deciphered, and
-    /// stays where it is until file_left.
+    /// stays where it is until file_left. A byte order mark at its beginning is counted in offsets and copied in no piece.
     virtual void file_entered(const CoreString& name, const CoreString& path, const CoreString& text);
     virtual void file_left();
     /// A piece of the current file became part of the expanded text.

@@ -93,7 +93,8 @@ bool Preprocessor::find(const CoreString& name, CoreString& path) {
             candidate += '/';
         }
         candidate += name;
-        if (is_file(candidate.get_view())) {
+        // The shell hands over a pipe as a document; a document that names one as an include could wait for ever.
+        if (open_files_.empty() ? is_file(candidate.get_view()) : is_regular_file(candidate.get_view())) {
             path = absolute_path(candidate);
             if (open_files_.empty()) {
                 top_path_ = path;

@@ -100,7 +100,7 @@ void SourceScanner::take_version(SourcePiece& piece) noexcept {
     }
     piece.argument = source_.substr(number, line_end_ - number);
     piece.directive_length = static_cast<unsigned int>(line_end_ - position_);
-    if (keeps_later_version_lines_ && position_ != 0) {
+    if (keeps_later_version_lines_ && position_ != begin_) {
         // The line is a part of the next piece, which begins with it and does not look at its first byte again.
         finish_piece(piece, SourcePiece::Then::version, position_);
         skips_directive_ = true;
@@ -112,10 +112,10 @@ void SourceScanner::take_version(SourcePiece& piece) noexcept {
 /// A quote is escaped when an odd number of backslashes stands before it.
 void SourceScanner::take_quote() noexcept {
     std::size_t run_begin = position_;
-    while (run_begin != 0 && source_[run_begin - 1] == '\\') {
+    while (run_begin != begin_ && source_[run_begin - 1] == '\\') {
         --run_begin;
     }
-    if (position_ != 0 && (position_ - run_begin) % 2 == 0) {
+    if (position_ != begin_ && (position_ - run_begin) % 2 == 0) {
         in_string_ = !in_string_;
     }
 }

@@ -7,6 +7,9 @@
 
 namespace bk {
 
+/// That of UTF-8, which some editors put in front of a text.
+inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
 /// A stretch of a source that is kept, and what ends it.
 struct SourcePiece {
     enum class Then { end, comment, version, include, open_include };
@@ -19,12 +22,14 @@ struct SourcePiece {
     unsigned int directive_length = 0;
 };
 
-/// Cuts a source at comments and directives. Comments stand outside strings only; directives are found inside
+/// Cuts a source at comments and directives. A byte order mark at the very beginning is skipped: the source begins behind
+/// it, and offsets count it. Comments stand outside strings only; directives are found inside
 /// strings as well. The quote at the very beginning of a source does not open a string.
 class SourceScanner {
 public:
     SourceScanner(std::string_view source, Progress progress) noexcept
-        : source_(source), progress_(progress) {}
+        : source_(source), progress_(progress),
+          begin_(source.starts_with(byte_order_mark) ? byte_order_mark.size() : 0) {}
 
     /// Version lines that do not stand at the very beginning are kept as text, too.
     void keep_later_version_lines() noexcept { keeps_later_version_lines_ = true; }
@@ -49,7 +54,8 @@ private:
 
     std::string_view source_;
     Progress progress_;
-    std::size_t position_ = 0;
+    std::size_t begin_;
+    std::size_t position_ = begin_;
     std::size_t piece_begin_ = 0;
     std::size_t line_end_ = 0; // of the version line found last
     bool in_string_ = false;

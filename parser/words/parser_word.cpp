@@ -121,12 +121,17 @@ bool ParserWord::classify(Type type, bool matches) const {
     return type_ == type;
 }
 
+// Decoding classifies a quoted word: an unclassified word may be a string when its text has been compared.
+bool ParserWord::is_text(std::string_view text) const {
+    return type_ == TYPE_UNKNOWN && get_string().get_view() == text;
+}
+
 bool ParserWord::is_operator() const {
-    return classify(TYPE_OPERATOR, characters() == "=");
+    return classify(TYPE_OPERATOR, is_text("="));
 }
 
 bool ParserWord::is_separator() const {
-    return classify(TYPE_SEPARATOR, characters() == ",");
+    return classify(TYPE_SEPARATOR, is_text(","));
 }
 
 bool ParserWord::is_brace() const {
@@ -134,11 +139,11 @@ bool ParserWord::is_brace() const {
 }
 
 bool ParserWord::is_bool() const {
-    return classify(TYPE_BOOL, bk::is_bool_word(characters()));
+    return classify(TYPE_BOOL, type_ == TYPE_UNKNOWN && bk::is_bool_word(get_string().get_view()));
 }
 
 bool ParserWord::is_empty_tag() const {
-    return classify(TYPE_EMPTY_TAG, characters() == bk::empty_tag);
+    return classify(TYPE_EMPTY_TAG, is_text(bk::empty_tag));
 }
 
 bool ParserWord::is_binary_data() const {
@@ -154,19 +159,19 @@ bool ParserWord::is_int() const {
 }
 
 bool ParserWord::is_double() const {
-    return classify(TYPE_DOUBLE, type_ == TYPE_UNKNOWN && bk::is_double_word(characters()));
+    return classify(TYPE_DOUBLE, type_ == TYPE_UNKNOWN && bk::is_double_word(get_string().get_view()));
 }
 
 bool ParserWord::is_keyword() const {
+    if (type_ != TYPE_UNKNOWN || length_ < 2 || is_bool()) {
+        return type_ == TYPE_KEYWORD;
+    }
     return classify(TYPE_KEYWORD, bk::is_keyword_word(characters()));
 }
 
 bool ParserWord::is_identifier() const {
-    if (type_ != TYPE_UNKNOWN) {
+    if (type_ != TYPE_UNKNOWN || length_ == 0 || is_bool() || type_ == TYPE_STRING) {
         return type_ == TYPE_IDENTIFIER;
-    }
-    if (is_bool()) {
-        return false;
     }
     bk::NameParts name;
     bk::NameParts template_name;
@@ -213,7 +218,8 @@ void ParserWord::take_name(bk::NameParts parts) const {
 }
 
 bool ParserWord::is_value(ParserValue::Type& type) const {
-    if (type_ == TYPE_UNKNOWN) {
+    // Asking for the empty tag decodes the word, which settles what a quoted one is.
+    if (!is_empty_tag() && type_ == TYPE_UNKNOWN) {
         type_ = bk::classify_value(characters());
     }
     if (!is_value_type(type_)) {

@@ -124,7 +124,7 @@ bool is_int_word(std::string_view word) noexcept {
 }
 
 bool is_double_word(std::string_view word) noexcept {
-    return text_to_double(word).length != 0;
+    return is_scanned_double(word);
 }
 
 bool is_binary_data_word(std::string_view word) noexcept {

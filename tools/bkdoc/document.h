@@ -72,6 +72,7 @@ private:
     void read_archive();
     void parse_archive(const CoreString& text);
     void refuse_text();
+    void refuse(LogCollector& log, const std::string& reason);
     void take_faults(std::vector<DocumentFault>& faults);
 
     OpenOptions options_;

@@ -35,14 +35,15 @@ void Document::read_binary() {
 }
 
 void Document::read_archive() {
+    LogCollector log;
     ParserArchive archive;
     const CoreString path{std::string_view(input_.get_path())};
     const CoreString error = ParserImpl::load_archive(archive, path, nullptr);
     CoreString text;
     if (!error.is_empty()) {
-        refusal_ = get_name() + ": " + std::string(error.get_view());
+        refuse(log, std::string(error.get_view()));
     } else if (!ParserImpl::get_archive_text(archive, text, options_.get_limits())) {
-        refusal_ = get_name() + ": the text of the archive is too large for its size; --trusted reads it";
+        refuse(log, "the text of the archive is too large for its size; --trusted reads it");
     } else {
         const unsigned int nameless = count_nameless(archive);
         archive_facts_ = {archive.strings.get_count(), archive.indices.get_count()};
@@ -66,7 +67,15 @@ void Document::parse_archive(const CoreString& text) {
     file_.get_root().set_text(text, default_parser_serial_version, nullptr, &recorder);
     sources_ = std::move(recorder.get_sources());
     take_faults(recorder.get_faults());
-    read_ = true;
+    read_ = log.get_messages().empty();
+    if (!read_) {
+        refuse(log, {});
+    }
+}
+
+/// For what the library logged and, if it logged nothing, for this reason.
+void Document::refuse(LogCollector& log, const std::string& reason) {
+    refusal_ = get_name() + ": " + (log.get_messages().empty() ? reason : log.get_messages().front());
 }
 
 } // namespace bkdoc

@@ -25,7 +25,7 @@ std::string_view note_for_word(std::string_view word) {
                    : "a string ends with its line; its closing quote is missing";
     }
     if (word.starts_with("\xEF\xBB\xBF")) {
-        return "an invisible byte order mark stands before this word; the file is to be stored without it";
+        return "an invisible byte order mark stands before this word; only the first of a file is skipped";
     }
     return {};
 }

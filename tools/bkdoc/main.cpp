@@ -3,6 +3,7 @@
 #include "output.h"
 #include "platform.h"
 #include "stream_device.h"
+#include "unfinished_file.h"
 #include "verbs.h"
 
 #include <CLI/CLI.hpp>
@@ -288,6 +289,7 @@ ExitCode finish(Streams& streams, ExitCode code) {
 
 int main(int argc, char** argv) {
     bkdoc::prepare_streams();
+    bkdoc::watch_ending_signals();
     bkdoc::Output out(stdout, bkdoc::takes_colours(stdout), bkdoc::is_terminal(stdout));
     bkdoc::Output err(stderr, bkdoc::takes_colours(stderr), bkdoc::is_terminal(stderr));
     bkdoc::Streams streams{out, err};

@@ -70,7 +70,8 @@ std::string mark_under(std::string_view text) {
 void write_snippet(const SourceText& source, const Spot& spot, Output& out) {
     const Window window = window_of(source, spot.offset);
     const std::string_view text = source.get_text();
-    const std::size_t begin = std::min(spot.offset, window.end); // a line end is past the line's text
+    const std::size_t begin =
+        std::clamp(spot.offset, window.begin, window.end); // a line end is past the line's text
     const std::size_t end = std::clamp(spot.offset + spot.length, begin, window.end);
 
     out << (window.cut_before ? ellipsis : "")

@@ -1,6 +1,7 @@
 #include "stream_device.h"
 
 #include "core/sys_file.h"
+#include "unfinished_file.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -148,14 +149,26 @@ std::unique_ptr<SysHandle> StreamDevice::open_in_place(const std::string& path) 
 }
 
 std::unique_ptr<SysHandle> StreamDevice::create_beside(const std::string& target, std::string& created_path) {
-    return beneath_.create_beside(target, created_path);
+    const SignalsHeld held;
+    auto handle = beneath_.create_beside(target, created_path);
+    if (handle != nullptr) {
+        note_unfinished_file(created_path);
+    }
+    return handle;
 }
 
 bool StreamDevice::replace(const std::string& from, const std::string& to) {
-    return beneath_.replace(from, to);
+    const SignalsHeld held;
+    const bool is_replaced = beneath_.replace(from, to);
+    if (is_replaced) {
+        forget_unfinished_file(from);
+    }
+    return is_replaced;
 }
 
 bool StreamDevice::remove(const std::string& path) {
+    const SignalsHeld held;
+    forget_unfinished_file(path);
     return beneath_.remove(path);
 }
 

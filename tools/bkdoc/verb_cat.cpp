@@ -17,19 +17,20 @@ void write_compact(Document& document, Output& out) {
     text += " ";
     text += default_parser_serial_version.get_value();
     text += "\n";
+    const unsigned int head_length = text.get_length();
     root.get_text(text, false, false, 1);
+    if (text.get_length() == head_length && !root.get_entries().is_empty()) {
+        return; // why is in the log
+    }
     text += "\n";
     out << text.get_view();
 }
 
-bool write_whole(Document& document, Output& out) {
-    const LogCollector quiet; // a write that fails is seen by the stream itself
-    const bool opened =
-        document.get_file().write(ParserFile::MODE_TEXT, CoreString(StreamDevice::output_path), CoreString());
+void write_whole(Document& document, Output& out) {
+    document.get_file().write(ParserFile::MODE_TEXT, CoreString(StreamDevice::output_path), CoreString());
     if (out.is_terminal()) {
         out << "\n"; // a document ends without a line end, and the prompt would stand on its last line
     }
-    return opened;
 }
 
 } // namespace
@@ -40,10 +41,11 @@ ExitCode run_cat(const CatOptions& options, Streams& streams, StreamDevice& devi
     if (!document.is_read()) {
         return result;
     }
-    if (options.compact) {
-        write_compact(document, streams.out);
-    } else if (!write_whole(document, streams.out)) {
-        complain(streams, "the document cannot be written");
+    LogCollector log;
+    (options.compact ? write_compact : write_whole)(document, streams.out);
+    // A write that failed is told when the stream is closed.
+    if (!log.get_messages().empty() && !streams.out.has_failed()) {
+        complain(streams, document.get_name() + ": cannot be written: " + log.get_messages().front());
         return EXIT_UNREADABLE;
     }
     return result;
