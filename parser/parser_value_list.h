@@ -62,6 +62,8 @@ public:
     void forget_source(ParserEntry& owner, const ParserValueList* next) noexcept;
     /// Whether nothing has to be done about the values when their entry dies, because everything is in its block.
     bool dies_with_entry() const noexcept;
+    /// Whether values, or strings in the entry's block, may live longer than the entry.
+    bool may_outlive_entry() const noexcept { return in_cells_ || left_entry_; }
     /// Of an entry's own list that was cleared: false when strings stay in the entry's block, which they give back.
     bool let_go_of_entry(ParserEntry& entry) noexcept;
 

@@ -35,7 +35,7 @@ ParserEntry::ParserEntry(const ParserEntry& other)
 }
 
 ParserEntry::~ParserEntry() {
-    if (!values_.dies_with_entry()) [[unlikely]] {
+    if (!values_.dies_with_entry() && values_.may_outlive_entry()) [[unlikely]] {
         leave_values();
     }
     if (rare_ != nullptr) {
