@@ -1,7 +1,6 @@
 #include "parser/model/parser_value_list_impl.h"
 
 #include "parser/model/parser_group_impl.h"
-#include "parser/model/parser_string_home_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/parser_entry.h"
 
