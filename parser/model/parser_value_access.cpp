@@ -1,5 +1,4 @@
 #include "core/core_memory.h"
-#include "parser/model/parser_string_home_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/parser_group.h"
 #include "parser/words/parser_word_rules_impl.h"

@@ -2,7 +2,6 @@
 
 #include "core/memory/core_assert_impl.h"
 #include "parser/model/parser_group_impl.h"
-#include "parser/model/parser_string_home_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/parser_entry.h"
 
