@@ -65,7 +65,7 @@ TEST_F(entry_add, a_double_is_stored_as_its_shortest_text) {
     expect_last(ParserValue::TYPE_DOUBLE, "0.30000000000000004");
     EXPECT_EQ(entry.get_double(1), 0.1 + 0.2);
     entry.add_double(3.0);
-    expect_last(ParserValue::TYPE_DOUBLE, "3");
+    expect_last(ParserValue::TYPE_DOUBLE, "3.0");
 }
 
 TEST_F(entry_add, a_double_is_brought_to_the_finite_range) {
