@@ -48,6 +48,11 @@ T get_or(const ParserGroup& group, PathRef path, T fallback) {
     std::optional<T> found = get<T>(group, path);
     return found ? std::move(*found) : std::move(fallback);
 }
+template <ReadableValue T>
+T get_or(const ParserEntry& entry, unsigned int value, T fallback) {
+    std::optional<T> found = get<T>(entry, value);
+    return found ? std::move(*found) : std::move(fallback);
+}
 inline std::string get_or(const ParserGroup& group, PathRef path, const char* fallback) {
     return get_or<std::string>(group, path, fallback);
 }

@@ -31,25 +31,36 @@ protected:
 };
 
 template <class T>
-concept CanGet = requires(const ParserGroup& group) { get<T>(group, "a"); };
+concept CanGet = requires(const ParserGroup& group) {
+    get<T>(group, "a");
+};
 template <class T>
-concept CanSet = requires(ParserGroup& group, const T& value) { bk_parser::set(group, "a", value); };
+concept CanSet = requires(ParserGroup& group, const T& value) {
+    bk_parser::set(group, "a", value);
+};
 
 static_assert(CanGet<bool> && CanGet<int> && CanGet<std::uint64_t> && CanGet<float> && CanGet<std::string>);
 static_assert(CanGet<std::span<const std::byte>> && CanGet<std::vector<std::byte>> && CanGet<ParserGroup*>);
 static_assert(CanGet<GMathVec3<double>> && CanGet<std::array<int, 4>> && CanGet<std::vector<std::string>>);
-static_assert(!CanGet<const char*> && !CanGet<void*> && !CanGet<wchar_t> && !CanGet<char32_t> && !CanGet<std::byte>);
-static_assert(!CanGet<std::array<int, 0>> && !CanGet<std::vector<void*>> && !CanGet<ParserEntry*> && !CanGet<long double>);
+static_assert(!CanGet<const char*> && !CanGet<void*> && !CanGet<wchar_t> && !CanGet<char32_t> &&
+              !CanGet<std::byte>);
+static_assert(!CanGet<std::array<int, 0>> && !CanGet<std::vector<void*>> && !CanGet<ParserEntry*> &&
+              !CanGet<long double>);
 
-static_assert(CanSet<bool> && CanSet<char> && CanSet<unsigned short> && CanSet<double> && CanSet<std::string>);
+static_assert(CanSet<bool> && CanSet<char> && CanSet<unsigned short> && CanSet<double> &&
+              CanSet<std::string>);
 static_assert(CanSet<char[3]> && CanSet<const char*> && CanSet<CoreString> && CanSet<std::string_view>);
 static_assert(CanSet<std::vector<int>> && CanSet<std::vector<bool>> && CanSet<std::span<const float>> &&
               CanSet<GMathVec2<int>>);
-static_assert(!CanSet<void*> && !CanSet<int*> && !CanSet<std::nullptr_t> && !CanSet<ParserGroup*> && !CanSet<wchar_t>);
-static_assert(!CanSet<std::vector<int*>> && !CanSet<const unsigned char*> && !CanSet<std::vector<std::vector<int>>>);
+static_assert(!CanSet<void*> && !CanSet<int*> && !CanSet<std::nullptr_t> && !CanSet<ParserGroup*> &&
+              !CanSet<wchar_t>);
+static_assert(!CanSet<std::vector<int*>> && !CanSet<const unsigned char*> &&
+              !CanSet<std::vector<std::vector<int>>>);
 
 template <class T>
-concept CanGiveAnEntry = requires(ParserEntry& entry, T value) { bk_parser::set(entry, 0, value); };
+concept CanGiveAnEntry = requires(ParserEntry& entry, T value) {
+    bk_parser::set(entry, 0, value);
+};
 static_assert(CanGiveAnEntry<bool> && !CanGiveAnEntry<void*>);
 
 } // namespace

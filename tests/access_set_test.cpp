@@ -155,7 +155,8 @@ TEST_F(access_set, a_value_may_be_set_from_texts_of_the_same_entry) {
     const auto second = *get<std::string_view>(root_, "a@1");
     EXPECT_TRUE(set(root_, "a", std::vector<std::string_view>{second, first, second, first, first}));
     EXPECT_EQ(get<std::vector<std::string>>(root_, "a"),
-              (std::vector<std::string>{"another that is longer", "short", "another that is longer", "short", "short"}));
+              (std::vector<std::string>{"another that is longer", "short", "another that is longer", "short",
+                                        "short"}));
 }
 
 TEST_F(access_set, a_right_array_count_stays_right) {
@@ -184,8 +185,10 @@ TEST_F(access_set, keys_templates_and_next_numbers_are_made) {
     EXPECT_TRUE(set(root_, "shot[\"020\"]/light[1]/power", 3));
     EXPECT_TRUE(set(root_, "shot[\"010\"][0]@1/light<spot>/power", 4));
     EXPECT_TRUE(set(root_, "key[\"k\"]@1", 5));
-    EXPECT_EQ(text(), " shot \"010\" { light<spot> { power 4 } } shot \"020\" { light { power 2 } light { power 3 } } "
-                      "key \"k\" 5");
+    EXPECT_EQ(
+        text(),
+        " shot \"010\" { light<spot> { power 4 } } shot \"020\" { light { power 2 } light { power 3 } } "
+        "key \"k\" 5");
 }
 
 TEST_F(access_set, a_group_is_made_behind_the_values_of_an_entry) {
@@ -209,10 +212,31 @@ TEST_F(access_set, the_part_that_is_there_may_be_found_in_any_way) {
 TEST_F(access_set, what_a_path_does_not_say_is_not_made) {
     fill("a { } ");
     const std::string before = text();
-    for (const char* path : {"b[0", "", "*x", "b/*", "b/**/c", "**/c", "b[1]/c", "b[x=1]/c", "b[\"k\"][\"l\"]/c",
-                             "b[0][\"k\"]/c", "b@1/c", "b[\"k\"]@0/c", "b@1", "b[\"k\"]", "yes", "\"odd name\"",
-                             "\"list[3]\"", "\"map<k>\"", "b<\"odd one\">/c", "b<#k>/c", "#k./x", "a/\"1\"/c",
-                             "a/**/c/d", "a/c/**/d/e", "*/c/d[5]/e"}) {
+    for (const char* path : {"b[0",
+                             "",
+                             "*x",
+                             "b/*",
+                             "b/**/c",
+                             "**/c",
+                             "b[1]/c",
+                             "b[x=1]/c",
+                             "b[\"k\"][\"l\"]/c",
+                             "b[0][\"k\"]/c",
+                             "b@1/c",
+                             "b[\"k\"]@0/c",
+                             "b@1",
+                             "b[\"k\"]",
+                             "yes",
+                             "\"odd name\"",
+                             "\"list[3]\"",
+                             "\"map<k>\"",
+                             "b<\"odd one\">/c",
+                             "b<#k>/c",
+                             "#k./x",
+                             "a/\"1\"/c",
+                             "a/**/c/d",
+                             "a/c/**/d/e",
+                             "*/c/d[5]/e"}) {
         EXPECT_FALSE(set(root_, path, 1)) << path;
         EXPECT_EQ(text(), before) << path;
     }

@@ -90,7 +90,8 @@ TEST_F(ranges, entries_are_those_of_one_group_of_every_kind) {
     }
     EXPECT_EQ(names, "#kaae");
     EXPECT_EQ(std::ranges::distance(bk_parser::entries(root_, "a")), 2);
-    EXPECT_EQ(std::ranges::distance(bk_parser::entries(root_, std::string("no such name, and a long one"))), 0);
+    EXPECT_EQ(std::ranges::distance(bk_parser::entries(root_, std::string("no such name, and a long one"))),
+              0);
 }
 
 TEST_F(ranges, the_current_entry_may_be_removed_while_entries_are_walked) {

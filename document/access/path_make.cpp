@@ -3,6 +3,7 @@
 #include "document/paths/path_match_impl.h"
 #include "document/paths/path_search_impl.h"
 #include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_group_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
 #include <algorithm>
@@ -141,36 +142,36 @@ bool make_steps(const PathWay& way, const ParsedPath& path, std::size_t step_cou
     return true;
 }
 
-Attachment::Attachment(const PathWay& way, MadeEntries made) {
-    ParserEntry* const innermost = made.innermost;
-    std::unique_ptr<ParserGroup> new_group;
+Attachment::Attachment(const PathWay& way, MadeEntries made) : group_(way.group) {
     if (way.has_no_group) {
-        new_group = std::make_unique<ParserGroup>(CoreString());
-        new_group->set_source_entry(way.holder());
         marks_.resize(std::size_t{way.holder()->get_value_count()} + 1);
-    }
-    group_ = way.has_no_group ? new_group.get() : way.group;
-    if (made.outermost != nullptr) {
-        group_->add_entry(*made.outermost);
-        static_cast<void>(made.outermost.release());
-    }
-    if (new_group != nullptr) {
-        way.holder()->add_group(new_group.get());
-        static_cast<void>(new_group.release());
+        group_ = way.holder()->add_group(nullptr);
         holder_ = way.holder();
-    } else if (innermost != nullptr) {
-        listed_in_ = group_;
     }
-    if (innermost != nullptr) {
-        ParserGroup* const inside = held_group(*innermost, no_value);
-        group_ = inside != nullptr ? inside : group_;
+    if (made.outermost == nullptr) {
+        return;
+    }
+    try {
+        bk::GroupAccess::make_index_room(*group_, 1);
+        group_->add_entry(*made.outermost);
+    } catch (...) {
+        undo();
+        throw;
+    }
+    static_cast<void>(made.outermost.release());
+    listed_in_ = group_;
+    if (ParserGroup* const inside = held_group(*made.innermost, no_value)) {
+        group_ = inside;
     }
 }
 
 Attachment::~Attachment() {
-    if (is_kept_) {
-        return;
+    if (!is_kept_) {
+        undo();
     }
+}
+
+void Attachment::undo() noexcept {
     if (holder_ != nullptr) {
         marks_.back() = 1;
         bk::EntryAccess::values(*holder_).remove_marked(marks_.data());

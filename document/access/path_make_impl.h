@@ -51,6 +51,8 @@ public:
     void keep() noexcept { is_kept_ = true; }
 
 private:
+    void undo() noexcept;
+
     ParserGroup* listed_in_ = nullptr; // has the outermost entry as its last
     ParserEntry* holder_ = nullptr;    // has a new group as its last value
     ParserGroup* group_ = nullptr;

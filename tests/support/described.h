@@ -19,9 +19,10 @@ inline std::string described(const ParserGroup& group) {
                 continue;
             }
             const std::string word = plain(entry->get_word(i));
-            const bool is_bare_double =
-                entry->get_value_type(i) == ParserValue::TYPE_DOUBLE && word.find_first_of(".e") == std::string::npos;
-            text += entry->is_value_string(i) ? " \"" + word + '"' : ' ' + word + (is_bare_double ? ".0" : "");
+            const bool is_bare_double = entry->get_value_type(i) == ParserValue::TYPE_DOUBLE &&
+                                        word.find_first_of(".e") == std::string::npos;
+            text +=
+                entry->is_value_string(i) ? " \"" + word + '"' : ' ' + word + (is_bare_double ? ".0" : "");
         }
     }
     return text;

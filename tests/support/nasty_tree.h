@@ -23,9 +23,9 @@ public:
     std::string_view name() {
         using namespace std::string_view_literals;
         static constexpr std::string_view names[] = {
-            "a"sv,   "b"sv,       "a"sv,        "light"sv,    "a.b"sv,     ""sv,          "odd name"sv, "a[0]"sv,
-            "#key"sv, "#"sv,      "yes"sv,      "**"sv,       "x/y"sv,     "a\"b\\"sv,    "a\0b"sv,     "\n\t\x01"sv,
-            "é"sv,   "\xFF\xC3"sv, "map<key>"sv, "@1"sv,      "1a"sv,      "a."sv};
+            "a"sv,    "b"sv,        "a"sv,        "light"sv, "a.b"sv, ""sv,       "odd name"sv, "a[0]"sv,
+            "#key"sv, "#"sv,        "yes"sv,      "**"sv,    "x/y"sv, "a\"b\\"sv, "a\0b"sv,     "\n\t\x01"sv,
+            "é"sv,    "\xFF\xC3"sv, "map<key>"sv, "@1"sv,    "1a"sv,  "a."sv};
         return names[below(std::size(names))];
     }
 
@@ -50,8 +50,11 @@ private:
     std::string_view key() {
         using namespace std::string_view_literals;
         static constexpr std::string_view keys[] = {
-            "010"sv, "020"sv, "a"sv, ""sv, "\n"sv, "a\"]"sv, "\xFF"sv, "é"sv, "\0"sv,
-            "0123456789012345678901234567890123456789012345678901234567890123456789"sv};
+            "010"sv,  "020"sv,
+            "a"sv,    ""sv,
+            "\n"sv,   "a\"]"sv,
+            "\xFF"sv, "é"sv,
+            "\0"sv,   "0123456789012345678901234567890123456789012345678901234567890123456789"sv};
         return keys[below(std::size(keys))];
     }
 

@@ -59,7 +59,8 @@ private:
             return depth + 1 == way_.size() &&
                    (step.value == bk_parser::no_value || step.value < place.entry->get_value_count());
         }
-        return (step.value == bk_parser::no_value || step.value == place.value) && fits(depth + 1, number + 1);
+        return (step.value == bk_parser::no_value || step.value == place.value) &&
+               fits(depth + 1, number + 1);
     }
 
     /// The name, the template and the first so many selectors.
@@ -97,7 +98,8 @@ private:
             const ParserGroup* const group = group_of(entry, i);
             for (unsigned int k = 0; group != nullptr && k < group->get_entries().get_count(); ++k) {
                 const ParserEntry& below = *group->get_entries()[k];
-                if (plain(below.get_name()) == condition.fields[field] && holds(below, condition, field + 1)) {
+                if (plain(below.get_name()) == condition.fields[field] &&
+                    holds(below, condition, field + 1)) {
                     return true;
                 }
             }
@@ -118,13 +120,14 @@ private:
         }
         switch (condition.literal.kind) {
         case Kind::boolean:
-            return entry.is_value_bool(i) &&
-                   agrees(condition, static_cast<int>(entry.get_bool(i)), static_cast<int>(condition.literal.boolean));
+            return entry.is_value_bool(i) && agrees(condition, static_cast<int>(entry.get_bool(i)),
+                                                    static_cast<int>(condition.literal.boolean));
         case Kind::number:
             return (entry.is_value_double(i) || entry.is_value_char(i)) &&
                    agrees(condition, entry.get_double(i), condition.literal.number);
         default:
-            return entry.is_value_string(i) && agrees(condition, plain(entry.get_string(i)), condition.literal.string);
+            return entry.is_value_string(i) &&
+                   agrees(condition, plain(entry.get_string(i)), condition.literal.string);
         }
     }
 

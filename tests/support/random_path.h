@@ -23,7 +23,8 @@ private:
     unsigned int below(unsigned int limit) { return static_cast<unsigned int>(random_() % limit); }
 
     std::string name() {
-        static constexpr std::string_view names[] = {"a", "b", "light", "a.b", "", "odd name", "#key", "yes", "é"};
+        static constexpr std::string_view names[] = {"a",        "b",    "light", "a.b", "",
+                                                     "odd name", "#key", "yes",   "é"};
         return bk_parser::path_name(names[below(std::size(names))]);
     }
 
