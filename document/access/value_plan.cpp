@@ -11,7 +11,7 @@ namespace bk_parser {
 
 namespace {
 
-using Kind = GivenValue::Kind;
+using GivenKind = GivenValue::Kind;
 constexpr ParserValue::Type no_type = static_cast<ParserValue::Type>(0xFFu);
 
 PlannedValue plan_integer(ParserValue::Type type, int number) {
@@ -59,19 +59,19 @@ std::optional<PlannedValue> plan_value(const GivenValue& given, const ParserValu
     const bool is_number =
         type == ParserValue::TYPE_CHAR || type == ParserValue::TYPE_INT || type == ParserValue::TYPE_DOUBLE;
     switch (given.kind) {
-    case Kind::boolean:
+    case GivenKind::boolean:
         return plan_integer(ParserValue::TYPE_BOOL, static_cast<int>(given.integer));
-    case Kind::character:
+    case GivenKind::character:
         return plan_whole(given.integer, is_number ? type : ParserValue::TYPE_CHAR);
-    case Kind::integer:
+    case GivenKind::integer:
         return plan_whole(given.integer, type);
-    case Kind::real:
+    case GivenKind::real:
         return plan_real(given.real, type);
-    case Kind::text:
+    case GivenKind::text:
         return given.text.size() > CoreString::max_length
                    ? std::nullopt
                    : std::optional(plan_text(ParserValue::TYPE_STRING, given.text));
-    case Kind::bytes:
+    case GivenKind::bytes:
         return given.text.size() > std::numeric_limits<std::uint32_t>::max()
                    ? std::nullopt
                    : std::optional(plan_text(ParserValue::TYPE_BINARY_DATA, given.text));

@@ -113,15 +113,11 @@ bool read(const ParserEntry& entry, unsigned int value, ParserGroup*& out) {
 
 const ParserEntry* find_value(const ParserGroup& group, PathRef path, unsigned int& value) {
     const PathArgument argument(path);
-    if (!argument.ok()) {
-        return nullptr;
+    const ParserEntry* const entry = find_first(group, argument);
+    if (entry != nullptr) {
+        value = argument.last().value == no_value ? 0 : argument.last().value;
     }
-    PathMatcher matcher(group, argument.get(), argument.steps().size());
-    if (!matcher.next()) {
-        return nullptr;
-    }
-    value = argument.last().value == no_value ? 0 : argument.last().value;
-    return matcher.cursor().entry();
+    return entry;
 }
 
 } // namespace bk_parser::access

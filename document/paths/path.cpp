@@ -4,6 +4,7 @@
 #include "document/paths/path_steps_impl.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace bk_parser {
 
@@ -21,7 +22,11 @@ std::string on_one_line(std::string_view path) {
 
 } // namespace
 
-Path::Path(std::string_view text) : parsed_(std::make_shared<const ParsedPath>(parse_path(text))) {}
+Path::Path(std::string_view text) {
+    ParsedPath parsed = parse_path(text);
+    parsed.text = text;
+    parsed_ = std::make_shared<const ParsedPath>(std::move(parsed));
+}
 Path::Path(const Path& other) noexcept = default;
 // A path that was moved from is used as before: a move is a copy.
 Path::Path(Path&& other) noexcept : parsed_(other.parsed_) {}

@@ -57,7 +57,20 @@ struct PathIndex::State {
         Likeness likeness;
     };
 
+    /// Comparing all with all is faster than hashing where there are few.
     void add_group(const ParserGroup& group, ParserEntry* parent, unsigned int value) {
+        constexpr unsigned int few = 16;
+        if (group.get_entries().get_count() > few) {
+            add_large_group(group, parent, value);
+            return;
+        }
+        for (const ParserEntry* entry : group.get_entries()) {
+            if (entry != nullptr) {
+                nodes.try_emplace(entry, Node{parent, value, Likeness::of(group, *entry)});
+            }
+        }
+    }
+    void add_large_group(const ParserGroup& group, ParserEntry* parent, unsigned int value) {
         LikenessCounter counter(group);
         for (const ParserEntry* entry : group.get_entries()) {
             if (entry != nullptr) {

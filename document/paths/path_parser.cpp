@@ -3,6 +3,7 @@
 
 #include "core/numbers/core_number_impl.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace bk_parser {
@@ -212,7 +213,7 @@ private:
 
 ParsedPath parse_path(std::string_view text) {
     ParsedPath parsed;
-    parsed.text = text;
+    parsed.steps.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '/')) + 2);
     PathParser parser(text);
     if (!parser.parse(parsed.steps)) {
         parsed.steps.clear();

@@ -1,6 +1,7 @@
 #include "document/paths/path_search_impl.h"
 
 #include "document/paths/path_match_impl.h"
+#include "document/paths/plain_search_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"
 
@@ -145,17 +146,16 @@ const Visit& PathSearch::visit() const noexcept {
     return state_->visit;
 }
 
-namespace {
-
 ParserEntry* find_first(const ParserGroup& group, const PathArgument& path) {
     if (!path.ok()) {
         return nullptr;
     }
+    if (is_plain(path.get())) {
+        return find_plain(group, path.get());
+    }
     PathMatcher matcher(group, path.get(), path.steps().size());
     return matcher.next() ? matcher.cursor().entry() : nullptr;
 }
-
-} // namespace
 
 ParserEntry* find(const ParserGroup& group, PathRef path) {
     return find_first(group, PathArgument(path));

@@ -11,6 +11,9 @@ namespace bk_parser {
 /// The group that is that value of an entry, or the first group when the value is no_value; null when there is none.
 ParserGroup* held_group(const ParserEntry& entry, unsigned int value) noexcept;
 
+/// The entry that a path finds first; null when there is none, or the path is malformed.
+ParserEntry* find_first(const ParserGroup& group, const PathArgument& path);
+
 /// Matches the steps of a path as a machine that is in several states at once: for each open group, the set of steps that its
 /// entries may be. No step is tried twice on an entry, so that no path takes exponential time.
 class PathMatcher {

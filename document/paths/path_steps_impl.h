@@ -47,7 +47,7 @@ struct PathStep {
 
 /// The steps of a path. Two "**" never follow each other, and none is the last.
 struct ParsedPath {
-    std::string text;
+    std::string text;            // of a Path
     std::vector<PathStep> steps; // none when there is an error
     std::optional<PathError> error;
 
