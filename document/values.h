@@ -123,12 +123,13 @@ public:
             integer = value ? 1 : 0;
         } else if constexpr (std::same_as<T, char>) {
             kind = Kind::character;
-            integer = static_cast<signed char>(value);
+            // A char is signed here on every platform, as in the model.
+            integer = static_cast<signed char>(value); // NOLINT(bugprone-signed-char-misuse)
         } else if constexpr (std::unsigned_integral<T>) {
             take_unsigned(value);
         } else if constexpr (std::integral<T>) {
             kind = Kind::integer;
-            integer = value;
+            integer = static_cast<long long>(value); // NOLINT(bugprone-signed-char-misuse)
         } else if constexpr (std::floating_point<T>) {
             kind = Kind::real;
             real = static_cast<double>(value);

@@ -26,10 +26,11 @@ std::size_t remove_values(PathMatcher& matcher, unsigned int value) {
     while (matcher.next()) {
         found.push_back(matcher.cursor().entry());
     }
-    for (auto entry = found.rbegin(); entry != found.rend(); ++entry) {
-        remove_value(**entry, value);
+    const std::size_t count = found.size();
+    for (; !found.empty(); found.pop_back()) {
+        remove_value(*found.back(), value);
     }
-    return found.size();
+    return count;
 }
 
 /// Those of a group at once: removing is linear in the group.
