@@ -113,11 +113,12 @@ std::string PathIndex::path_of(const ParserEntry& entry) const {
         way.emplace_back(at, node);
     }
     std::string path;
-    for (auto step = way.rbegin(); step != way.rend(); ++step) {
-        if (step->second->parent != nullptr) {
-            append_descent(path, *step->second->parent, step->second->value);
+    for (; !way.empty(); way.pop_back()) {
+        const auto& [step, node] = way.back();
+        if (node->parent != nullptr) {
+            append_descent(path, *node->parent, node->value);
         }
-        append_step(path, *step->first, step->second->likeness);
+        append_step(path, *step, node->likeness);
     }
     return path;
 }

@@ -14,17 +14,17 @@ using Operator = PathSelector::Operator;
 bool holds(Operator comparison, std::partial_ordering order) noexcept {
     switch (comparison) {
     case Operator::equal:
-        return order == 0;
+        return std::is_eq(order);
     case Operator::not_equal:
-        return order != 0;
+        return std::is_neq(order);
     case Operator::less:
-        return order < 0;
+        return std::is_lt(order);
     case Operator::at_most:
-        return order <= 0;
+        return std::is_lteq(order);
     case Operator::greater:
-        return order > 0;
+        return std::is_gt(order);
     case Operator::at_least:
-        return order >= 0;
+        return std::is_gteq(order);
     default:
         return true;
     }
