@@ -174,7 +174,7 @@ Attachment::~Attachment() {
 void Attachment::undo() noexcept {
     if (holder_ != nullptr) {
         marks_.back() = 1;
-        bk::EntryAccess::values(*holder_).remove_marked(marks_.data());
+        bk::EntryAccess::values(*holder_).remove_marked(marks_.data(), *holder_);
     } else if (listed_in_ != nullptr) {
         listed_in_->remove_entry(listed_in_->get_entries().get_count() - 1);
     }

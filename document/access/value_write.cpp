@@ -109,7 +109,7 @@ private:
     void remove(unsigned int begin, unsigned int end) noexcept {
         if (begin != end) {
             std::fill(marks_.begin() + begin, marks_.begin() + end, static_cast<unsigned char>(1));
-            bk::EntryAccess::values(entry_).remove_marked(marks_.data());
+            bk::EntryAccess::values(entry_).remove_marked(marks_.data(), entry_);
         }
     }
 
