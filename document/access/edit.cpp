@@ -56,12 +56,6 @@ bool may_be_renamed(const ParserEntry& entry, std::string_view name) noexcept {
     return is_plain_name(name, is_keyword) && is_keyword == (entry.get_type() == ParserEntry::TYPE_KEYWORD);
 }
 
-/// Back to where it stood, which needs no memory: the group had room for it before.
-void move_back(ParserGroup& from, ParserGroup& to, unsigned int position) {
-    from.move_entry(from.get_entries().get_count() - 1, to);
-    to.move_entry(to.get_entries().get_count() - 1, position);
-}
-
 bool move_to(const Visit& moved, const PathWay& way, MadeEntries made, std::string_view name) {
     const CoreString new_name(name);
     ParserGroup& source = moved.parent();
@@ -72,16 +66,11 @@ bool move_to(const Visit& moved, const PathWay& way, MadeEntries made, std::stri
         attachment.keep();
         return true;
     }
-    bk::GroupAccess::make_index_room(source, 1);
-    bk::GroupAccess::make_index_room(target, 1);
-    const unsigned int count = target.get_entries().get_count();
+    bk::GroupAccess::transfer(source, moved.position(), target, 0xFFFFFFFFu);
     try {
-        source.move_entry(moved.position(), target);
         moved.entry().rename(new_name);
     } catch (...) {
-        if (target.get_entries().get_count() != count) {
-            move_back(target, source, moved.position());
-        }
+        bk::GroupAccess::transfer(target, target.get_entries().get_count() - 1, source, moved.position());
         throw;
     }
     attachment.keep();

@@ -28,12 +28,18 @@ public:
     /// Takes out the entry at a position, whatever its type; null for an empty slot and past the end. The caller owns it. An
     /// entry that other groups list too stays theirs, and the caller gets a copy. All or nothing.
     static std::unique_ptr<ParserEntry> take(ParserGroup& group, unsigned int position);
+    /// Moves an entry to a position of another group, which is not inside of that entry. All or nothing; moving it back
+    /// right after needs no memory.
+    static void transfer(ParserGroup& from, unsigned int position, ParserGroup& to, unsigned int to_position);
     /// Lists an entry that nobody else owns at a position, past the end at the end. All or nothing.
     static void insert(ParserGroup& group, unsigned int position, ParserEntry* entry);
 
     /// A link between groups that wait for their deletion.
     static ParserGroup*& next_doomed(ParserGroup& group) noexcept { return group.next_doomed_; }
     static void forget_source_entry(ParserGroup& group) noexcept { group.source_entry_ = nullptr; }
+
+private:
+    static void drop_slot(ParserGroup& group, unsigned int position);
 };
 
 } // namespace bk

@@ -14,6 +14,12 @@ void GroupAccess::make_index_room(ParserGroup& group, unsigned int extra) {
     group.keyword_index_.reserve(count + extra);
 }
 
+void GroupAccess::drop_slot(ParserGroup& group, unsigned int position) {
+    std::copy(group.entries_.begin() + position + 1, group.entries_.end(), group.entries_.begin() + position);
+    group.entries_.truncate(group.entries_.get_count() - 1);
+    group.rebuild_index();
+}
+
 std::unique_ptr<ParserEntry> GroupAccess::take(ParserGroup& group, unsigned int position) {
     if (position >= group.entries_.get_count() || group.entries_[position] == nullptr) {
         return nullptr;
@@ -27,10 +33,15 @@ std::unique_ptr<ParserEntry> GroupAccess::take(ParserGroup& group, unsigned int 
     } else {
         taken.reset(entry);
     }
-    std::copy(group.entries_.begin() + position + 1, group.entries_.end(), group.entries_.begin() + position);
-    group.entries_.truncate(group.entries_.get_count() - 1);
-    group.rebuild_index();
+    drop_slot(group, position);
     return taken;
+}
+
+void GroupAccess::transfer(ParserGroup& from, unsigned int position, ParserGroup& to,
+                           unsigned int to_position) {
+    make_index_room(from, 1); // moving it back asks for one more
+    insert(to, to_position, from.entries_[position]);
+    drop_slot(from, position);
 }
 
 void GroupAccess::insert(ParserGroup& group, unsigned int position, ParserEntry* entry) {
