@@ -1,0 +1,11 @@
+#pragma once
+
+/// Everything that a host needs for a day's work with documents: load, find out what is wrong, ask, change, save.
+
+#include "document/access.h"
+#include "document/load.h"
+#include "document/path.h"
+#include "document/problem.h"
+#include "document/ranges.h"
+#include "document/save.h"
+#include "document/strings.h"
