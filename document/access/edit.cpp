@@ -66,11 +66,12 @@ bool move_to(const Visit& moved, const PathWay& way, MadeEntries made, std::stri
         attachment.keep();
         return true;
     }
-    bk::GroupAccess::transfer(source, moved.position(), target, 0xFFFFFFFFu);
+    bk::GroupAccess::transfer(source, moved.position(), target);
     try {
         moved.entry().rename(new_name);
     } catch (...) {
-        bk::GroupAccess::transfer(target, target.get_entries().get_count() - 1, source, moved.position());
+        bk::GroupAccess::transfer_back(target, target.get_entries().get_count() - 1, source,
+                                       moved.position());
         throw;
     }
     attachment.keep();

@@ -28,9 +28,11 @@ public:
     /// Takes out the entry at a position, whatever its type; null for an empty slot and past the end. The caller owns it. An
     /// entry that other groups list too stays theirs, and the caller gets a copy. All or nothing.
     static std::unique_ptr<ParserEntry> take(ParserGroup& group, unsigned int position);
-    /// Moves an entry to a position of another group, which is not inside of that entry. All or nothing; moving it back
-    /// right after needs no memory.
-    static void transfer(ParserGroup& from, unsigned int position, ParserGroup& to, unsigned int to_position);
+    /// Moves an entry to the end of another group, which is not inside of that entry. All or nothing.
+    static void transfer(ParserGroup& from, unsigned int position, ParserGroup& to);
+    /// Undoes that, which needs no memory as long as neither group was edited meanwhile.
+    static void transfer_back(ParserGroup& from, unsigned int position, ParserGroup& to,
+                              unsigned int to_position) noexcept;
     /// Lists an entry that nobody else owns at a position, past the end at the end. All or nothing.
     static void insert(ParserGroup& group, unsigned int position, ParserEntry* entry);
 

@@ -37,11 +37,19 @@ std::unique_ptr<ParserEntry> GroupAccess::take(ParserGroup& group, unsigned int 
     return taken;
 }
 
-void GroupAccess::transfer(ParserGroup& from, unsigned int position, ParserGroup& to,
-                           unsigned int to_position) {
-    make_index_room(from, 1); // moving it back asks for one more
-    insert(to, to_position, from.entries_[position]);
+void GroupAccess::transfer(ParserGroup& from, unsigned int position, ParserGroup& to) {
+    make_index_room(from, 0);
+    make_index_room(to, 1);
+    to.entries_.make_room(1);
+    transfer_back(from, position, to, to.entries_.get_count());
+}
+
+void GroupAccess::transfer_back(ParserGroup& from, unsigned int position, ParserGroup& to,
+                                unsigned int to_position) noexcept {
+    to.entries_.add(from.entries_[position]);
     drop_slot(from, position);
+    std::rotate(to.entries_.begin() + to_position, to.entries_.end() - 1, to.entries_.end());
+    to.rebuild_index();
 }
 
 void GroupAccess::insert(ParserGroup& group, unsigned int position, ParserEntry* entry) {
