@@ -1,6 +1,6 @@
 #include "document/sources/source_text_impl.h"
 
-#include "text_display.h"
+#include "core/text/core_utf8_impl.h"
 
 #include <algorithm>
 
@@ -39,7 +39,7 @@ Place SourceText::place_of(std::size_t offset) const {
         counted_column_ = 1;
     }
     const std::string_view passed = std::string_view(text_).substr(counted_offset_, offset - counted_offset_);
-    counted_column_ += count_characters(passed);
+    counted_column_ += bk::count_characters(passed);
     counted_offset_ = offset;
     return {line + 1, counted_column_};
 }
