@@ -16,7 +16,7 @@
 /// number of indices, the indices. Every character of a string is stored less the shift, modulo 256.
 namespace {
 
-constexpr std::string_view magic = "KWAF";
+using bk::archive_magic;
 constexpr std::size_t reserved_size = 8;
 constexpr unsigned int shift = 15;
 
@@ -103,16 +103,16 @@ bool take_indices(bk::ByteCursor& cursor, std::size_t width, CoreVector<unsigned
 }
 
 const char* take_archive(std::string_view bytes, ParserArchive& archive) {
-    if (bytes.size() < magic.size()) {
+    if (bytes.size() < archive_magic.size()) {
         return invalid_size;
     }
-    if (!bytes.starts_with(magic)) {
+    if (!bytes.starts_with(archive_magic)) {
         return unknown_format;
     }
-    if (bytes.size() < magic.size() + reserved_size + sizeof(std::uint32_t)) {
+    if (bytes.size() < archive_magic.size() + reserved_size + sizeof(std::uint32_t)) {
         return invalid_size;
     }
-    bk::ByteCursor cursor(bytes.data(), bytes.size(), magic.size() + reserved_size);
+    bk::ByteCursor cursor(bytes.data(), bytes.size(), archive_magic.size() + reserved_size);
     const auto string_count = cursor.take<std::uint32_t>();
     const bool is_whole = take_strings(cursor, string_count, archive.strings) &&
                           take_indices(cursor, bk::archive_index_width(string_count), archive.indices);
@@ -143,7 +143,7 @@ const char* save(const ParserArchive& archive, const CoreString& filename, bk::P
     if (!file.open(filename, SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
         return cannot_open;
     }
-    write_all(file, std::string(magic) + std::string(reserved_size, '\0'));
+    write_all(file, std::string(archive_magic) + std::string(reserved_size, '\0'));
     bar.set_value(0.0f);
     write_all(file, string_block(archive.strings));
     bar.set_value(0.5f);

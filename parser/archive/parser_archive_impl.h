@@ -2,8 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace bk {
+
+/// The first four bytes of the file of an archive.
+inline constexpr std::string_view archive_magic = "KWAF";
 
 /// The bytes of an index in the file of an archive with so many strings.
 constexpr std::size_t archive_index_width(std::uint32_t string_count) noexcept {

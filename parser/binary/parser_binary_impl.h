@@ -16,6 +16,9 @@
 /// stack: the depth of a tree costs no stack of the thread's.
 namespace bk {
 
+/// The first four bytes of a document in the binary form.
+inline constexpr std::string_view binary_tag = "UDFS";
+
 /// The largest buffer: counts are 32-bit.
 inline constexpr core_uint64 max_binary_size = 0xFFFFFFFFu;
 
