@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,8 @@ struct DocumentState {
     std::filesystem::path path;
     std::vector<std::filesystem::path> dependencies;
     CoreVersion version{1.2}; // of the syntax that the text was read by
+    // Where the entry of the version stood that was taken off the root, in the forms that have it as an entry.
+    std::optional<unsigned int> version_entry;
     std::vector<std::filesystem::path> search;
     bool beside = true;
     std::string key;

@@ -23,6 +23,8 @@ inline constexpr std::string_view wrong_key = "wrong-key";
 inline constexpr std::string_view no_key = "no-key";
 inline constexpr std::string_view no_version = "no-version";
 inline constexpr std::string_view group_left_open = "group-left-open";
+inline constexpr std::string_view nested_too_deeply = "nested-too-deeply";
+inline constexpr std::string_view bytes_after_end = "bytes-after-end";
 } // namespace codes
 
 /// The code and the words of a failure.

@@ -62,10 +62,10 @@ void Loader::read_any(CoreString&& bytes, const Meter::Range& range) {
     state_->form = form_of(bytes.get_view());
     switch (state_->form) {
     case Form::binary:
-        read_binary(std::move(bytes), range);
+        read_binary(bytes.get_view(), range);
         break;
     case Form::archive:
-        read_archive(std::move(bytes), range);
+        read_archive(bytes.get_view(), range);
         break;
     case Form::enciphered:
     case Form::text:
@@ -81,8 +81,7 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     const std::string_view kind =
         state_->form == Form::text ? foreign_kind(bytes.get_view()) : std::string_view();
     if (!kind.empty()) {
-        refuse(codes::not_a_document,
-               (name_.empty() ? "this" : name_) + " is " + std::string(kind) + ", not a document");
+        refuse(codes::not_a_document, shown_name() + " is " + std::string(kind) + ", not a document");
         return;
     }
     const CoreVector<CoreString> folders = search_folders();
@@ -114,19 +113,32 @@ void Loader::parse_text(std::string_view text, const Meter::Range& range) {
                   meter_);
 }
 
-void Loader::read_binary(CoreString&&, const Meter::Range&) {}
-
-void Loader::read_archive(CoreString&&, const Meter::Range&) {}
-
-/// A problem of the whole document, which stays empty.
-void Loader::refuse(std::string_view code, std::string message) {
+/// A problem of the whole document.
+void Loader::tell_whole(std::string_view code, std::string message) {
     problems_.add(Severity::error, code, std::move(message), state_->path);
+}
+
+/// The same of one that stays empty.
+void Loader::refuse(std::string_view code, std::string message) {
+    tell_whole(code, std::move(message));
     state_->files.clear();
 }
 
-/// The version is an entry where there is no line for it, and no part of what the document says.
+std::string Loader::shown_name() const {
+    return name_.empty() ? "the document" : name_;
+}
+
+/// The version is an entry where there is no line for it, and no part of what the document says. A save puts it back.
 void Loader::take_version_entry() {
-    state_->root->remove_entry(CoreString(bk::version_keyword));
+    const CoreString name(bk::version_keyword);
+    const CoreVector<ParserEntry*>& entries = state_->root->get_entries();
+    for (unsigned int i = 0; i < entries.get_count(); ++i) {
+        if (entries[i]->get_name() == name) {
+            state_->version_entry = i;
+            state_->root->remove_entry(name);
+            return;
+        }
+    }
 }
 
 /// The last place is the name as it stands; a text in memory does not reach outside of its folders.

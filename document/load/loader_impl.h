@@ -4,6 +4,7 @@
 #include "document/load/meter_impl.h"
 #include "document/problems/problem_list_impl.h"
 #include "document/sources/source_map_impl.h"
+#include "parser/parser_archive.h"
 
 #include <memory>
 #include <string>
@@ -22,10 +23,15 @@ public:
 private:
     void read_any(CoreString&& bytes, const Meter::Range& range);
     void read_text(CoreString&& bytes, const Meter::Range& range);
-    void read_binary(CoreString&& bytes, const Meter::Range& range);
-    void read_archive(CoreString&& bytes, const Meter::Range& range);
+    void read_binary(std::string_view bytes, const Meter::Range& range);
+    void read_archive(std::string_view bytes, const Meter::Range& range);
+    void read_words(CoreString&& text, const Meter::Range& range);
+    void tell_nameless(const std::string& name, const ParserArchive& archive);
+    void tell_rest(const std::string& name, core_uint64 present, core_uint64 used);
     void parse_text(std::string_view text, const Meter::Range& range);
     void refuse(std::string_view code, std::string message);
+    void tell_whole(std::string_view code, std::string message);
+    std::string shown_name() const;
     void take_version_entry();
     CoreVector<CoreString> search_folders() const;
     LoadResult finish();

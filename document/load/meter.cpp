@@ -5,13 +5,13 @@
 namespace bk_parser {
 
 void Meter::begin() {
-    if (is_watched()) {
+    if (has_callback()) {
         call(0);
     }
 }
 
 void Meter::finish() {
-    if (is_watched()) {
+    if (has_callback()) {
         call(1);
     }
 }
@@ -52,7 +52,7 @@ void Meter::call(double value) {
 
 /// The bytes by which the value has risen by a step, or enough work was done.
 void Meter::set_due() noexcept {
-    if (!is_watched()) {
+    if (!has_callback()) {
         due_ = never;
         return;
     }

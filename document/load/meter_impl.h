@@ -1,8 +1,9 @@
 #pragma once
 
+#include "core/reports/core_pace_impl.h"
+
 #include <cstddef>
 #include <functional>
-#include <limits>
 
 namespace bk_parser {
 
@@ -12,7 +13,7 @@ struct LoadCancelled {};
 /// Tells a callback how much of a load is done, about a hundred times. The load is cut into ranges of 0 to 1; whoever works
 /// through a range says how far it is and how many bytes that took. Throws LoadCancelled when the callback returns
 /// false; what the callback throws passes through.
-class Meter {
+class Meter final : public bk::Pace {
 public:
     /// A part of the load.
     struct Range {
@@ -26,8 +27,6 @@ public:
     /// The callback may be empty, and is kept by the caller.
     explicit Meter(const std::function<bool(double)>& progress) noexcept : progress_(progress) {}
 
-    bool is_watched() const noexcept { return static_cast<bool>(progress_); }
-
     /// The load begins, or is done.
     void begin();
     void finish();
@@ -36,24 +35,16 @@ public:
     void start(const Range& range, std::size_t total, std::size_t done = 0) noexcept;
     /// The range is left, with so much of it done.
     void stop(std::size_t done) noexcept;
-    /// Of the total so much is done. Costs a comparison unless a call is due.
-    void reach(std::size_t done) {
-        if (done >= due_) {
-            tell(done);
-        }
-    }
-    /// When the next call is due; past every size when nobody watches.
-    std::size_t due() const noexcept { return due_; }
 
 private:
     static constexpr double step = 0.01;
     static constexpr std::size_t least_work = std::size_t{1}
                                               << 20; // bytes between two calls, the value notwithstanding
     static constexpr std::size_t work_share = 16;
-    static constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
 
-    void tell(std::size_t done);
+    void tell(std::size_t done) override;
     void call(double value);
+    bool has_callback() const noexcept { return static_cast<bool>(progress_); }
     void set_due() noexcept;
 
     const std::function<bool(double)>& progress_;
