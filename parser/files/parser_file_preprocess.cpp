@@ -61,6 +61,7 @@ bool Preprocessor::enter(const CoreString& name, Progress progress) {
 void Preprocessor::open(Place&& place, Source&& source, Progress progress) {
     OpenFile& file = open_files_.emplace_back(std::move(place), std::move(source), progress);
     open_paths_.insert(file.place.path.get_view());
+    file.scanner.set_longest_piece(rules_.longest_piece);
     if (file.source.is_encrypted && open_files_.size() == 1) {
         file.scanner.keep_later_version_lines(); // the entry that writing put there
     }
@@ -213,6 +214,7 @@ double Preprocessor::scan(Progress progress) {
             is_had = fail(SourceFault::include_left_open, file.place, piece);
             break;
         case SourcePiece::Then::comment:
+        case SourcePiece::Then::pause:
             break;
         }
         if (!is_had && (!rules_.goes_on || is_ended_)) {
