@@ -123,11 +123,15 @@ bool Preprocessor::may_open(const Place& place) {
     if (open_files_.size() > limits_.include_depth) {
         return fail(SourceFault::included_too_deeply, place);
     }
-    if (!open_files_.empty() && include_count_++ >= limits_.include_count) {
-        is_ended_ = true;
-        return fail(SourceFault::too_many_includes, place);
+    return rules_.goes_on || may_include(place); // else it was asked before
+}
+
+bool Preprocessor::may_include(const Place& place) {
+    if (open_files_.empty() || include_count_++ < limits_.include_count) {
+        return true;
     }
-    return true;
+    is_ended_ = true;
+    return fail(SourceFault::too_many_includes, place);
 }
 
 bool Preprocessor::is_too_large(const Place& place, core_uint64 size) {
@@ -246,7 +250,11 @@ bool Preprocessor::append_piece(const OpenFile& file, const SourcePiece& piece) 
 
 bool Preprocessor::include(const SourcePiece& piece) {
     host_.include_found(piece);
-    return enter(CoreString(piece.argument), Progress(nullptr));
+    const CoreString name(piece.argument);
+    if (rules_.goes_on && !may_include({name, {}, {}})) { // those that fail are counted, too
+        return false;
+    }
+    return enter(name, Progress(nullptr));
 }
 
 /// Tells the host. The result is false.

@@ -78,6 +78,7 @@ private:
     bool find(Place& place);
     bool find_at(const CoreString& folder, Place& place);
     bool may_open(const Place& place);
+    bool may_include(const Place& place);
     bool load(const Place& place, Source& source, Progress progress);
     bool is_too_large(const Place& place, core_uint64 size);
     bool decipher_source(const Place& place, Source& source);
