@@ -245,6 +245,10 @@ bool Preprocessor::append_piece(const OpenFile& file, const SourcePiece& piece) 
         is_ended_ = true;
         return fail(SourceFault::text_too_large, file.place, piece);
     }
+    if (!has_room_ && out_->get_length() > CoreString::inline_capacity) {
+        has_room_ = true; // at once for as much as the first file, instead of by doubling
+        out_->reserve(open_files_.front().source.text.get_length());
+    }
     return true;
 }
 

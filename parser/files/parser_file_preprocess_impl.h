@@ -106,6 +106,7 @@ private:
     bool has_loaded_ = false;
     bool is_encrypted_ = false;
     bool is_ended_ = false;
+    bool has_room_ = false; // `out_` has
 };
 
 } // namespace bk
