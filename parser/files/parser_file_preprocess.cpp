@@ -71,6 +71,9 @@ void Preprocessor::open(Place&& place, Source&& source, Progress progress) {
 
 /// Closes the innermost file; the result is its version.
 double Preprocessor::leave() {
+    if (open_files_.size() == 1 && !shown_.empty()) {
+        finish_shown();
+    }
     OpenFile& file = open_files_.back();
     const double version = file.version;
     host_.left(std::move(file.source.text));
@@ -238,15 +241,55 @@ bool Preprocessor::end_file(double& version) {
 
 bool Preprocessor::append_piece(const OpenFile& file, const SourcePiece& piece) {
     if (!piece.text.empty()) {
-        host_.copied(piece, out_->get_length());
+        host_.copied(piece, static_cast<unsigned int>(out_->get_length() + shown_.size()));
     }
-    const core_uint64 size = core_uint64{out_->get_length()} + piece.text.size();
-    if (size > limits_.expanded_size || !out_->append(piece.text)) {
+    const core_uint64 size = core_uint64{out_->get_length()} + shown_.size() + piece.text.size();
+    if (size > limits_.expanded_size || !(show_piece(piece) || (copy_shown() && append(piece.text)))) {
         is_ended_ = true;
         return fail(SourceFault::text_too_large, file.place, piece);
     }
+    return true;
+}
+
+/// As long as the text is one stretch of the first file, that is not copied. False when this piece ends that.
+bool Preprocessor::show_piece(const SourcePiece& piece) noexcept {
+    if (!rules_.shows_source || open_files_.size() != 1 || !out_->is_empty()) {
+        return false;
+    }
+    if (shown_.empty()) {
+        shown_ = piece.text;
+        return true;
+    }
+    if (!piece.text.empty() && shown_.data() + shown_.size() != piece.text.data()) {
+        return false;
+    }
+    shown_ = {shown_.data(), shown_.size() + piece.text.size()};
+    return true;
+}
+
+bool Preprocessor::copy_shown() {
+    return shown_.empty() || append(std::exchange(shown_, {}));
+}
+
+/// The first file ends. What runs up to its end is followed by a NUL, and stays where it is when the file's text moves to the host.
+void Preprocessor::finish_shown() {
+    const std::string_view source = open_files_.back().source.text.get_view();
+    const bool is_rest = shown_.data() + shown_.size() == source.data() + source.size();
+    if (is_rest && shown_.size() > CoreString::inline_capacity) {
+        out_->set_borrowed(shown_.data(), static_cast<unsigned int>(shown_.size()));
+        shown_ = {};
+    } else {
+        copy_shown();
+    }
+}
+
+/// Takes room for as much as the first file at once, instead of by doubling.
+bool Preprocessor::append(std::string_view text) {
+    if (!out_->append(text)) {
+        return false;
+    }
     if (!has_room_ && out_->get_length() > CoreString::inline_capacity) {
-        has_room_ = true; // at once for as much as the first file, instead of by doubling
+        has_room_ = true;
         out_->reserve(open_files_.front().source.text.get_length());
     }
     return true;

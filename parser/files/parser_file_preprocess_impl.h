@@ -23,6 +23,8 @@ struct IncludeRules {
     bool goes_on = false;
     /// The text is copied in pieces of at most so many bytes, about each of which the host is told.
     std::size_t longest_piece = std::string_view::npos;
+    /// A text that is the rest of the first file, as it stands, shows that file's text, which the host keeps.
+    bool shows_source = false;
 };
 
 /// Turns a file into the text that is parsed: finds it along the search paths, deciphers it, splices in its
@@ -85,6 +87,10 @@ private:
     void note_storage(bool is_encrypted) noexcept;
     double scan(Progress progress);
     bool append_piece(const OpenFile& file, const SourcePiece& piece);
+    bool show_piece(const SourcePiece& piece) noexcept;
+    bool copy_shown();
+    void finish_shown();
+    bool append(std::string_view text);
     bool include(const SourcePiece& piece);
     bool end_file(double& version);
     bool fail(SourceFault fault, const Place& place, const SourcePiece& piece = {}, core_uint64 announced = 0,
@@ -96,6 +102,7 @@ private:
     const ParserLimits& limits_;
     IncludeRules rules_;
     CoreString* out_ = nullptr;
+    std::string_view shown_; // of the first file's text, to come in `out_`
     CoreString top_path_;
     CoreSet<CoreString> included_paths_;
     std::deque<OpenFile> open_files_; // each included by the one before; they stay where they are
