@@ -20,6 +20,8 @@ public:
 
     bool is_empty() const noexcept { return noticed_.empty(); }
     bool has_errors() const noexcept;
+    /// Takes back the problems of a code.
+    void forget(std::string_view code);
     /// In the order of the expanded text, those of allowed codes left out.
     std::vector<Problem> take(const SourceMap& sources, const std::vector<std::string>& allow);
 

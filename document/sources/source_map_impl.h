@@ -3,6 +3,7 @@
 #include "document/sources/source_text_impl.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,7 +22,7 @@ struct SourceName {
 /// A file that took part in a reading.
 struct SourceFile {
     SourceName name;
-    std::string path;
+    std::string path; // absolute, UTF-8; empty for a document in memory
     SourceText text;
 };
 
@@ -30,6 +31,7 @@ struct Spot {
     std::size_t inclusion = 0;
     std::size_t offset = 0; // in the file's text
     std::size_t length = 0;
+    std::size_t expanded = 0; // where the expanded text has it, or what comes next: the order of the reading
 };
 
 /// A file at one place of the chain of includes. The first inclusion is the document itself.
@@ -42,14 +44,19 @@ struct Inclusion {
 class SourceMap {
 public:
     /// A file begins, at the place of a directive in the file that was current until now.
-    void enter(const SourceName& name, std::string_view path, std::string_view text, const Spot& directive);
-    void leave();
+    void enter(const SourceName& name, std::string_view path, const Spot& directive);
+    /// The current file ends. Its text is kept, of a file that is included more than once the first.
+    void leave(CoreString&& text);
     /// A piece of the current file becomes part of the expanded text, after all that came before.
     void copy(std::size_t offset, std::size_t length, std::size_t expanded);
 
     /// The inclusion that is being read.
     std::size_t current() const noexcept { return open_.empty() ? 0 : open_.back(); }
 
+    /// A place of the current file.
+    Spot here(std::size_t offset, std::size_t length) const noexcept {
+        return {current(), offset, length, get_expanded_size()};
+    }
     /// Where a piece of the expanded text came from, as far as it is of one piece there too. Past the end:
     /// the end of the last piece. Only after something was entered.
     Spot find(std::size_t expanded, std::size_t length) const;
@@ -65,14 +72,14 @@ public:
     std::size_t get_expanded_size() const noexcept;
 
 private:
-    struct Piece {
-        std::size_t expanded;
-        std::size_t offset;
-        std::size_t length;
-        std::size_t inclusion;
+    struct Piece { // texts have lengths of 32 bits
+        std::uint32_t expanded;
+        std::uint32_t offset;
+        std::uint32_t length;
+        std::uint32_t inclusion;
     };
 
-    std::size_t file_index(const SourceName& name, std::string_view path, std::string_view text);
+    std::size_t file_index(const SourceName& name, std::string_view path);
 
     std::vector<std::unique_ptr<SourceFile>> files_;
     std::unordered_map<std::string, std::size_t> files_by_path_;

@@ -11,7 +11,7 @@ void SourceText::find_lines() const {
         return;
     }
     starts_.push_back(0);
-    const std::string_view text = text_;
+    const std::string_view text = get_text();
     for (std::size_t i = text.find_first_of("\r\n"); i != std::string_view::npos;
          i = text.find_first_of("\r\n", i)) {
         i += text.substr(i, 2) == "\r\n" ? 2 : 1;
@@ -21,7 +21,7 @@ void SourceText::find_lines() const {
 
 std::size_t SourceText::get_line_count() const {
     find_lines();
-    const bool ends_with_line_end = starts_.back() == text_.size();
+    const bool ends_with_line_end = starts_.back() == get_text().size();
     return starts_.size() - (ends_with_line_end ? 1 : 0);
 }
 
@@ -38,7 +38,7 @@ Place SourceText::place_of(std::size_t offset) const {
         counted_offset_ = starts_[line];
         counted_column_ = 1;
     }
-    const std::string_view passed = std::string_view(text_).substr(counted_offset_, offset - counted_offset_);
+    const std::string_view passed = get_text().substr(counted_offset_, offset - counted_offset_);
     counted_column_ += bk::count_characters(passed);
     counted_offset_ = offset;
     return {line + 1, counted_column_};
@@ -50,9 +50,10 @@ std::size_t SourceText::line_begin(std::size_t offset) const {
 
 std::size_t SourceText::line_end(std::size_t offset) const {
     const std::size_t next = line_index(offset) + 1;
-    std::size_t end = next < starts_.size() ? starts_[next] : text_.size();
+    std::size_t end = next < starts_.size() ? starts_[next] : get_text().size();
     const std::size_t begin = starts_[next - 1];
-    while (end > begin && (text_[end - 1] == '\n' || text_[end - 1] == '\r')) {
+    const std::string_view text = get_text();
+    while (end > begin && (text[end - 1] == '\n' || text[end - 1] == '\r')) {
         --end;
     }
     return end;

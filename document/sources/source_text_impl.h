@@ -1,8 +1,10 @@
 #pragma once
 
+#include "core/core_string.h"
+
 #include <cstddef>
-#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace bk_parser {
@@ -17,9 +19,10 @@ struct Place {
 /// The text of a file, by lines. LF, CR LF and CR each end a line.
 class SourceText {
 public:
-    explicit SourceText(std::string_view text) : text_(text) {}
+    SourceText() = default;
+    explicit SourceText(CoreString&& text) noexcept : text_(std::move(text)) {}
 
-    std::string_view get_text() const noexcept { return text_; }
+    std::string_view get_text() const noexcept { return text_.get_view(); }
     std::size_t get_line_count() const;
     /// Logarithmic in the lines, and linear in the line; places asked for from left to right cost one walk
     /// of it.
@@ -32,7 +35,7 @@ private:
     void find_lines() const;
     std::size_t line_index(std::size_t offset) const;
 
-    std::string text_;
+    CoreString text_;
     mutable std::vector<std::size_t> starts_; // of lines; found when first asked for
     // Where the last column was counted, from which the next one is counted on.
     mutable std::size_t counted_line_ = 0;

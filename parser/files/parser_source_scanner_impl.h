@@ -12,7 +12,7 @@ inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 /// A stretch of a source that is kept, and what ends it.
 struct SourcePiece {
-    enum class Then { end, comment, version, include, open_include };
+    enum class Then { end, comment, version, include, open_include, pause };
 
     std::string_view text;
     unsigned int offset = 0;
@@ -34,6 +34,9 @@ public:
     /// Version lines that do not stand at the very beginning are kept as text, too.
     void keep_later_version_lines() noexcept { keeps_later_version_lines_ = true; }
 
+    /// Ends pieces that are longer than this, with Then::pause.
+    void set_longest_piece(std::size_t size) noexcept { longest_piece_ = size; }
+
     /// The last piece ends with Then::end. What the host's progress bar throws passes, and ends the scanning.
     SourcePiece next();
 
@@ -44,7 +47,7 @@ private:
     void take_version(SourcePiece& piece) noexcept;
     void take_quote() noexcept;
     void copy_hexadecimal();
-    std::size_t find_special(std::size_t from) const noexcept;
+    std::size_t find_special(std::size_t from, std::size_t end) const noexcept;
     std::size_t after_line(std::size_t from) const noexcept;
     bool looking_at(std::string_view word) const noexcept {
         return source_.substr(position_).starts_with(word);
@@ -57,6 +60,7 @@ private:
     std::size_t begin_;
     std::size_t position_ = begin_;
     std::size_t piece_begin_ = 0;
+    std::size_t longest_piece_ = std::string_view::npos;
     std::size_t line_end_ = 0; // of the version line found last
     bool in_string_ = false;
     bool keeps_later_version_lines_ = false;
