@@ -1,12 +1,14 @@
 #include "document/problems/parse_checked_impl.h"
 
+#include "document/problems/checked_sink_impl.h"
+#include "document/problems/fault_story_impl.h"
+#include "document/problems/joins_impl.h"
+#include "document/problems/source_checks_impl.h"
 #include "parser/text/parser_grammar_impl.h"
-#include "parser/text/parser_tree_sink_impl.h"
-
-#include <string>
 
 namespace bk_parser {
 
+<<<<<<< HEAD
 namespace {
 
 std::string_view code_of(ParserReadObserver::Fault fault) noexcept {
@@ -42,14 +44,18 @@ private:
 
 } // namespace
 
+=======
+>>>>>>> cbd1568 (Tell what the grammar refuses and what is read as something else as problems)
 void parse_checked(ParserGroup& root, std::string_view expanded, bool has_escapes, const SourceMap& sources,
                    const ParserLimits& limits, ProblemList& problems, Meter& meter) {
-    FaultCollector faults(sources, problems);
-    bk::TreeSink sink(root, has_escapes, &faults, limits);
-    sink.leave_log_out();
-    bk::Grammar<bk::TreeSink> grammar(expanded, sink);
+    const Joins joins(expanded, sources);
+    CheckedSink sink(root, expanded, has_escapes, limits, sources, joins, problems);
+    bk::Grammar<CheckedSink> grammar(expanded, sink);
     grammar.run([&meter](const bk::WordStream& words, bool) { meter.reach(words.consumed()); });
     sink.finish();
+    joins.tell(expanded, sources, problems);
+    check_sources(sources, has_escapes, problems);
+    FaultStory(sink.get_faults(), sources, joins, limits, problems).tell();
 }
 
 } // namespace bk_parser

@@ -1,5 +1,6 @@
 #include "document/problems/problem_list_impl.h"
 
+#include "document/problems/problem_codes_impl.h"
 #include "document/sources/path_text_impl.h"
 
 #include <algorithm>
@@ -10,8 +11,10 @@ namespace bk_parser {
 namespace {
 
 constexpr std::size_t longest_line = 4096;
+/// Of all source lines together: a document of one line may have a million problems.
+constexpr std::size_t most_line_bytes = std::size_t{64} << 20;
 
-void add_place(Problem& problem, const SourceMap& sources, const Spot& spot) {
+void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std::size_t& line_bytes) {
     const SourceFile& file = sources.file_of(spot);
     const Place place = file.text.place_of(spot.offset);
     const std::size_t begin = file.text.line_begin(spot.offset);
@@ -21,7 +24,11 @@ void add_place(Problem& problem, const SourceMap& sources, const Spot& spot) {
     problem.column = static_cast<unsigned int>(place.column);
     problem.offset = spot.offset;
     problem.length = spot.length;
-    problem.source_line = file.text.get_text().substr(begin, std::min(end - begin, longest_line));
+    const std::size_t shown = std::min(end - begin, longest_line);
+    if (shown <= line_bytes) {
+        problem.source_line = file.text.get_text().substr(begin, shown);
+        line_bytes -= shown;
+    }
     for (std::size_t inclusion = spot.inclusion; inclusion != 0;) {
         const Spot& directive = sources.inclusion(inclusion).directive;
         problem.included_from.push_back(path_of_text(sources.file_of(directive).name.shown));
@@ -40,6 +47,10 @@ void ProblemList::add(Severity severity, std::string_view code, std::string mess
     noticed_.push_back({severity, code, std::move(message), std::move(file), {}, false});
 }
 
+void ProblemList::add(std::string_view code, std::string message, const Spot& spot) {
+    add(severity_of(code), code, std::move(message), spot);
+}
+
 bool ProblemList::has_errors() const noexcept {
     return std::any_of(noticed_.begin(), noticed_.end(),
                        [](const Noticed& noticed) { return noticed.severity == Severity::error; });
@@ -52,6 +63,7 @@ void ProblemList::forget(std::string_view code) {
 std::vector<Problem> ProblemList::take(const SourceMap& sources, const std::vector<std::string>& allow) {
     std::stable_sort(noticed_.begin(), noticed_.end(),
                      [](const Noticed& a, const Noticed& b) { return a.spot.expanded < b.spot.expanded; });
+    std::size_t line_bytes = most_line_bytes;
     std::vector<Problem> problems;
     for (Noticed& noticed : noticed_) {
         if (std::find(allow.begin(), allow.end(), noticed.code) != allow.end()) {
@@ -62,7 +74,7 @@ std::vector<Problem> ProblemList::take(const SourceMap& sources, const std::vect
         problem.code = noticed.code;
         problem.message = std::move(noticed.message);
         if (noticed.has_spot && !sources.is_empty()) {
-            add_place(problem, sources, noticed.spot);
+            add_place(problem, sources, noticed.spot, line_bytes);
         } else {
             problem.file = std::move(noticed.file);
         }

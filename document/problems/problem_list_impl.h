@@ -15,6 +15,8 @@ class ProblemList {
 public:
     /// A problem at a place of a file.
     void add(Severity severity, std::string_view code, std::string message, const Spot& spot);
+    /// The same; the severity is that of the table.
+    void add(std::string_view code, std::string message, const Spot& spot);
     /// A problem of a whole file, or of none.
     void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
 
