@@ -22,6 +22,15 @@ bool are_equal_but_for_case(std::string_view a, std::string_view b) noexcept {
                       [](char x, char y) { return lowered(x) == lowered(y); });
 }
 
+/// Of digits alone, in their brackets.
+bool is_plain_count(std::string_view suffix) noexcept {
+    std::size_t i = 1;
+    while (bk::is_char(suffix[i], bk::CHAR_DIGIT)) {
+        ++i;
+    }
+    return i + 1 == suffix.size() && i != 1;
+}
+
 } // namespace
 
 void CheckedSink::watch_entry(const bk::EntryHead& head, const bk::Token& token) {
@@ -33,22 +42,15 @@ void CheckedSink::watch_entry(const bk::EntryHead& head, const bk::Token& token)
     if (head.array_count == bk::no_array) {
         return;
     }
-    const std::string_view suffix = head_.substr(head.name.size());
-    const std::string_view count = suffix.substr(1, suffix.size() - 2);
-    if (count.empty()) {
-        return;
-    }
-    const bool is_plain =
-        std::all_of(count.begin(), count.end(), [](char c) { return bk::is_char(c, bk::CHAR_DIGIT); });
-    if (!is_plain) {
+    if (is_plain_count(head_.substr(head.name.size()))) {
+        array_count_ = head.array_count;
+        is_watched_ = true;
+    } else if (!head_.ends_with("[]")) {
         problems_.add(codes::array_count,
                       shown(head_) + " declares " + counted(head.array_count, "value") +
                           ": what follows the number is ignored",
                       spot_of(head_));
-        return;
     }
-    array_count_ = head.array_count;
-    is_watched_ = true;
 }
 
 /// Directives that are not spelled as they have to be are keywords.
@@ -64,10 +66,10 @@ void CheckedSink::check_keyword(const bk::EntryHead& head, const bk::Token& toke
     }
 }
 
-void CheckedSink::check_entry(std::size_t group_count) {
+void CheckedSink::check_entry() {
     is_watched_ = false;
     const unsigned int declared = std::exchange(array_count_, bk::no_array);
-    const std::size_t count = tree_.get_pending_count() + group_count;
+    const std::size_t count = tree_.get_pending_count();
     if (declared == bk::no_array || declared == count || faults_.has_any_in_epoch()) {
         return;
     }
@@ -94,14 +96,20 @@ void CheckedSink::check_call() const {
                   spot_of(name));
 }
 
-void CheckedSink::check_number(std::string_view word, bool is_int) const {
+void CheckedSink::check_number(std::string_view word, bool is_int) {
     tell(word, find_number_flaw(word, is_int));
 }
 
-void CheckedSink::check_string(std::string_view word) const {
+void CheckedSink::check_string(std::string_view word) {
     for (std::size_t from = 1;;) {
         ValueFlaw flaw = find_string_flaw(word, has_escapes_, from);
         if (flaw.code.empty()) {
+            return;
+        }
+        if (flaw.code == codes::escape_without_version) {
+            if (escape_count_++ == 0) {
+                first_escape_ = word.substr(flaw.offset, flaw.length);
+            }
             return;
         }
         const bool is_last = flaw.code != codes::unknown_escape; // a string that runs on does so once
@@ -113,12 +121,27 @@ void CheckedSink::check_string(std::string_view word) const {
     }
 }
 
-void CheckedSink::tell(std::string_view word, ValueFlaw&& flaw) const {
+/// The reason is one, however many strings there are.
+void CheckedSink::tell_escapes() {
+    if (escape_count_ != 0) {
+        const std::string others =
+            escape_count_ == 1 ? "" : ", here and in " + counted(escape_count_ - 1, "other string");
+        problems_.add(codes::escape_without_version,
+                      "before version 1.1 a backslash stands for itself" + others +
+                          ": begin the document with #Brellwick_Serial_Version 1.2",
+                      spot_of(first_escape_));
+    }
+}
+
+void CheckedSink::tell(std::string_view word, ValueFlaw&& flaw) {
     if (flaw.code.empty() ||
         joins_.is_inside(static_cast<std::size_t>(word.data() - text_.data()), word.size())) {
         return;
     }
-    problems_.add(flaw.code, std::move(flaw.message), spot_of(word.substr(flaw.offset, flaw.length)));
+    const Spot spot = spot_of(word.substr(flaw.offset, flaw.length));
+    if (lines_.state_at(spot) != LineReader::State::comment) { // else an open quote is what is wrong
+        problems_.add(flaw.code, std::move(flaw.message), spot);
+    }
 }
 
 } // namespace bk_parser

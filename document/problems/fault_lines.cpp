@@ -77,7 +77,7 @@ bool FaultStory::tell_conflict(const Spot& spot) {
 /// Behind a quote that was left open, comments are taken for strings, and strings for what may hold a comment.
 bool FaultStory::tell_comment_as_text(const Spot& spot) {
     const std::size_t file = sources_.file_of_inclusion(spot.inclusion);
-    const LineReader::State state = state_at(spot);
+    const LineReader::State state = lines_.state_at(spot);
     if (state == LineReader::State::comment) {
         if (!has_open_quote_[file]) {
             has_open_quote_[file] = true;
@@ -90,7 +90,7 @@ bool FaultStory::tell_comment_as_text(const Spot& spot) {
     if (state == LineReader::State::string && has_open_quote_[file]) {
         const std::size_t end = sources_.file_of(spot).text.line_end(spot.offset);
         const bool is_closed =
-            end != spot.offset && state_at({spot.inclusion, end, 0, 0}) != LineReader::State::string &&
+            end != spot.offset && lines_.state_at({spot.inclusion, end, 0, 0}) != LineReader::State::string &&
             text_of(spot).substr(spot.offset, end - spot.offset).find("//") != std::string_view::npos;
         if (is_closed) {
             cover_line(spot);

@@ -34,7 +34,7 @@ constexpr PlaceText place_texts[] = {
      " follows a keyword, which takes no arguments"},
     {Observer::FAULT_CLOSING_WITHOUT_ENTRY, codes::bad_arguments, " closes no argument list"},
     {Observer::FAULT_CLOSING_NO_ARGUMENTS, codes::bad_arguments, " closes no argument list"},
-    {Observer::FAULT_INVALID_NAME, codes::bad_name, " is no name"},
+    {Observer::FAULT_INVALID_NAME, codes::bad_name, " is no name: yes and no are values"},
     {FaultRecord::misspelled_include, codes::include_misspelled,
      " is a keyword here, and nothing is included: it is spelled #include \"name\", with one blank"},
     {FaultRecord::misspelled_version, codes::version_misspelled,

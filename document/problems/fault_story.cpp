@@ -35,7 +35,7 @@ bool is_mark(std::string_view word) noexcept {
 FaultStory::FaultStory(const FaultRecorder& faults, const SourceMap& sources, const Joins& joins,
                        const ParserLimits& limits, ProblemList& problems)
     : faults_(faults), records_(faults.get_records()), text_(faults.get_text()), sources_(sources),
-      joins_(joins), limits_(limits), problems_(problems), readers_(sources.get_files().size()),
+      joins_(joins), limits_(limits), problems_(problems), lines_(sources),
       has_open_quote_(sources.get_files().size()) {}
 
 void FaultStory::tell() {
@@ -57,8 +57,7 @@ std::size_t FaultStory::tell_from(std::size_t i) {
     if (record.kind == Observer::FAULT_GROUP_WITHOUT_ENTRY && lost_brace_ == nullptr) {
         lost_brace_ = &record;
     }
-    if (is_covered(spot) || tell_conflict(spot) || tell_comment_as_text(spot) ||
-        is_consequence(record, spot)) {
+    if (is_covered(spot) || tell_conflict(spot) || tell_comment_as_text(spot) || is_consequence(record)) {
         return i + 1;
     }
     if (record.kind == Observer::FAULT_NO_VALUE) {
@@ -72,8 +71,8 @@ std::size_t FaultStory::tell_from(std::size_t i) {
     return i + 1;
 }
 
-bool FaultStory::is_consequence(const FaultRecord& record, const Spot&) const {
-    if (joins_.is_inside(record.start, record.length)) {
+bool FaultStory::is_consequence(const FaultRecord& record) const {
+    if (record.kind != Observer::FAULT_NO_VALUE && joins_.is_inside(record.start, record.length)) {
         return true;
     }
     if (last_ == nullptr || last_->epoch != record.epoch || !needs_entry(record.kind)) {
@@ -113,14 +112,6 @@ std::string_view FaultStory::text_of(const Spot& spot) const noexcept {
 
 Spot FaultStory::spot_of(std::string_view word) const {
     return sources_.find(static_cast<std::size_t>(word.data() - text_.data()), word.size());
-}
-
-LineReader::State FaultStory::state_at(const Spot& spot) {
-    std::unique_ptr<LineReader>& reader = readers_[sources_.file_of_inclusion(spot.inclusion)];
-    if (reader == nullptr) {
-        reader = std::make_unique<LineReader>(text_of(spot));
-    }
-    return reader->state_at(spot.offset);
 }
 
 void FaultStory::add(std::string_view code, std::string message, const Spot& spot) {

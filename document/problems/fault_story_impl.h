@@ -7,7 +7,6 @@
 #include "parser/parser_limits.h"
 
 #include <cstddef>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -49,14 +48,13 @@ private:
 
     // fault_story.cpp
     std::size_t tell_from(std::size_t i);
-    bool is_consequence(const FaultRecord& record, const Spot& spot) const;
+    bool is_consequence(const FaultRecord& record) const;
     bool is_covered(const Spot& spot) const noexcept;
     void cover(const Spot& spot, std::size_t begin, std::size_t end) noexcept;
     void cover_line(const Spot& spot) noexcept;
     std::string_view word_of(const FaultRecord& record) const noexcept;
     std::string_view text_of(const Spot& spot) const noexcept;
     Spot spot_of(std::string_view word) const;
-    LineReader::State state_at(const Spot& spot);
     void add(std::string_view code, std::string message, const Spot& spot);
 
     // fault_words.cpp
@@ -88,8 +86,8 @@ private:
     const ParserLimits& limits_;
     ProblemList& problems_;
 
-    std::vector<std::unique_ptr<LineReader>> readers_; // a file each
-    std::vector<bool> has_open_quote_;                 // of files
+    LineReaders lines_;
+    std::vector<bool> has_open_quote_; // of files
     Cover cover_;
     Cover conflict_;
     const FaultRecord* last_ = nullptr;       // told or explained

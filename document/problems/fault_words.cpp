@@ -1,6 +1,8 @@
 #include "document/problems/fault_story_impl.h"
 #include "document/problems/problem_codes_impl.h"
 #include "document/problems/shown_word_impl.h"
+#include "document/problems/value_checks_impl.h"
+#include "parser/files/parser_document_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
 #include <algorithm>
@@ -62,6 +64,16 @@ void FaultStory::tell_word(const FaultRecord& record, const Spot& spot) {
 }
 
 void FaultStory::tell_string(std::string_view word, const Spot& spot) {
+    const std::string_view behind = text_of(spot).substr(spot.offset + spot.length);
+    if (behind.starts_with("#include \"") || behind.starts_with(bk::version_directive)) {
+        cover_line(spot); // the directive is told
+        return;
+    }
+    if (const std::size_t last = word.find("\\\\\""); last != std::string_view::npos) {
+        add(codes::quote_inside_string, std::string(string_runs_on), spot_of(word.substr(last + 2, 1)));
+        cover_line(spot);
+        return;
+    }
     const std::size_t quote = find_closing_quote(word);
     if (quote != std::string_view::npos) {
         const std::string_view rest = word.substr(quote + 1);

@@ -81,11 +81,11 @@ bool Joins::is_inside(std::size_t start, std::size_t length) const noexcept {
 }
 
 void Joins::tell(std::string_view expanded, const SourceMap& sources, ProblemList& problems) const {
+    LineReaders lines(sources);
     for (const std::size_t i : pieces_) {
         const Piece& piece = sources.get_pieces()[i];
         const Taken taken = taken_before(sources, sources.get_pieces()[i - 1], piece);
-        LineReader reader(text_of(sources, taken.spot.inclusion));
-        if (reader.state_at(taken.spot.offset) == LineReader::State::string) {
+        if (lines.state_at(taken.spot) == LineReader::State::string) {
             continue; // what is told of the string is the reason
         }
         const std::string words = shown(word_from(expanded, piece.expanded)) + " joins " +

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "document/sources/source_map_impl.h"
+
 #include <cstddef>
+#include <optional>
 #include <string_view>
+#include <vector>
 
 namespace bk_parser {
 
@@ -65,6 +69,25 @@ private:
     std::size_t position_ = 0; // the next character to take
     State state_ = State::outside;
     State state_of_last_ = State::outside;
+};
+
+/// One for each file of a reading that is asked about.
+class LineReaders {
+public:
+    explicit LineReaders(const SourceMap& sources)
+        : sources_(sources), readers_(sources.get_files().size()) {}
+
+    LineReader::State state_at(const Spot& spot) {
+        std::optional<LineReader>& reader = readers_[sources_.file_of_inclusion(spot.inclusion)];
+        if (!reader) {
+            reader.emplace(sources_.file_of(spot).text.get_text());
+        }
+        return reader->state_at(spot.offset);
+    }
+
+private:
+    const SourceMap& sources_;
+    std::vector<std::optional<LineReader>> readers_;
 };
 
 } // namespace bk_parser

@@ -118,7 +118,7 @@ inline constexpr ProblemCode problem_codes[] = {
     {codes::binary_data_checksum, Severity::warning, "a binary literal does not fit its checksum"},
     {codes::unknown_escape, Severity::warning, "a backslash in a string is dropped"},
     {codes::escape_without_version, Severity::warning, "escapes are used before version 1.1"},
-    {codes::quote_inside_string, Severity::warning, "a string runs on behind a quote"},
+    {codes::quote_inside_string, Severity::error, "a string runs on behind a quote"},
     {codes::array_count, Severity::warning, "an array has another number of values"},
     {codes::arguments_left_open, Severity::warning, "an argument list is not closed"},
     {codes::include_misspelled, Severity::warning, "an include is spelled as a keyword"},

@@ -4,6 +4,9 @@
 #include "document/sources/path_text_impl.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
+#include <unordered_set>
 #include <utility>
 
 namespace bk_parser {
@@ -36,6 +39,30 @@ void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std
     }
 }
 
+/// Which problems were told already.
+class ToldProblems {
+public:
+    explicit ToldProblems(const SourceMap& sources) noexcept : sources_(sources) {}
+
+    /// False when the same was told of the same place of a file.
+    bool add(const Spot& spot, std::string_view code, std::string_view message) {
+        const std::size_t file = sources_.file_of_inclusion(spot.inclusion);
+        const std::size_t what =
+            std::hash<std::string_view>()(code) ^ std::hash<std::string_view>()(message) * 31;
+        return told_.insert({file, spot.offset, what}).second;
+    }
+
+private:
+    struct Hash {
+        std::size_t operator()(const std::array<std::size_t, 3>& key) const noexcept {
+            return (key[0] * 1000003 + key[1]) * 1000003 ^ key[2];
+        }
+    };
+
+    const SourceMap& sources_;
+    std::unordered_set<std::array<std::size_t, 3>, Hash> told_;
+};
+
 } // namespace
 
 void ProblemList::add(Severity severity, std::string_view code, std::string message, const Spot& spot) {
@@ -64,8 +91,14 @@ std::vector<Problem> ProblemList::take(const SourceMap& sources, const std::vect
     std::stable_sort(noticed_.begin(), noticed_.end(),
                      [](const Noticed& a, const Noticed& b) { return a.spot.expanded < b.spot.expanded; });
     std::size_t line_bytes = most_line_bytes;
+    const bool may_repeat = sources.get_inclusion_count() > sources.get_files().size();
+    ToldProblems told(sources);
     std::vector<Problem> problems;
     for (Noticed& noticed : noticed_) {
+        const bool has_place = noticed.has_spot && !sources.is_empty();
+        if (may_repeat && has_place && !told.add(noticed.spot, noticed.code, noticed.message)) {
+            continue;
+        }
         if (std::find(allow.begin(), allow.end(), noticed.code) != allow.end()) {
             continue;
         }
@@ -73,7 +106,7 @@ std::vector<Problem> ProblemList::take(const SourceMap& sources, const std::vect
         problem.severity = noticed.severity;
         problem.code = noticed.code;
         problem.message = std::move(noticed.message);
-        if (noticed.has_spot && !sources.is_empty()) {
+        if (has_place) {
             add_place(problem, sources, noticed.spot, line_bytes);
         } else {
             problem.file = std::move(noticed.file);

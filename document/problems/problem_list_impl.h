@@ -24,7 +24,8 @@ public:
     bool has_errors() const noexcept;
     /// Takes back the problems of a code.
     void forget(std::string_view code);
-    /// In the order of the expanded text, those of allowed codes left out.
+    /// In the order of the expanded text, those of allowed codes left out. What is wrong in a file that is included more than
+    /// once is told at the first place.
     std::vector<Problem> take(const SourceMap& sources, const std::vector<std::string>& allow);
 
 private:

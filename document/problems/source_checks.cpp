@@ -32,13 +32,14 @@ public:
 
     void take_piece(const SourceMap::Piece& piece) {
         take_gap(piece.offset, piece.expanded);
+        tell_stray_bytes(piece.offset, piece.expanded, 0);
         read_ = std::size_t{piece.offset} + piece.length;
         expanded_ = std::size_t{piece.expanded} + piece.length;
-        tell_stray_bytes(read_, expanded_);
+        tell_stray_bytes(read_, expanded_, piece.length);
     }
     void finish() {
         take_gap(text_.size(), expanded_);
-        tell_stray_bytes(text_.size(), expanded_);
+        tell_stray_bytes(text_.size(), expanded_, 0);
     }
 
 private:
@@ -121,11 +122,11 @@ private:
                       spot(number_at + begin, end - begin, expanded));
     }
 
-    /// Those before `end`, which is at `expanded` there.
-    void tell_stray_bytes(std::size_t end, std::size_t expanded) {
+    /// Those before `end`, which is at `expanded` there; so many bytes before it are a part of the expanded text.
+    void tell_stray_bytes(std::size_t end, std::size_t expanded, std::size_t length_there) {
         const auto place = [&](std::size_t at, std::size_t length) {
-            const std::size_t distance = end - at;
-            return spot(at, length, expanded - std::min(distance, expanded));
+            const std::size_t distance = std::min(end - at, length_there);
+            return spot(at, length, expanded - distance);
         };
         if (stray_.nul_count != 0 && stray_.first_nul < end) {
             problems_.add(codes::nul_byte,

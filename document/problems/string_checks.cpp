@@ -13,11 +13,7 @@ bool is_dropped_escape(char escaped) noexcept {
 
 ValueFlaw flaw_of_quote(std::string_view word, std::size_t quote) {
     if (word[quote - 1] == '\\') {
-        return {codes::quote_inside_string,
-                "the string runs on behind this quote, as a backslash stands before it: put another value "
-                "first, or let "
-                "the string end otherwise",
-                quote, 1};
+        return {codes::quote_inside_string, std::string(string_runs_on), quote, 1};
     }
     return {codes::quote_inside_string,
             "the string runs on behind this quote: a blank is missing between two strings", quote, 1};
@@ -26,16 +22,15 @@ ValueFlaw flaw_of_quote(std::string_view word, std::size_t quote) {
 } // namespace
 
 ValueFlaw find_string_flaw(std::string_view word, bool has_escapes, std::size_t from) {
-    for (std::size_t i = from; i + 1 < word.size(); ++i) {
+    const char* const closing = word.data() + word.size() - 1;
+    for (const char* p = bk::find_escaped(word.data() + from, closing); p < closing;
+         p = bk::find_escaped(p + 1, closing)) {
+        const auto i = static_cast<std::size_t>(p - word.data());
         if (word[i] == '"') {
             if (has_escapes || word[i - 1] != '\\') {
                 return flaw_of_quote(word, i);
             }
-            return {codes::escape_without_version,
-                    "before version 1.1 a backslash stands for itself; '#Brellwick_Serial_Version 1.2' as "
-                    "the first line "
-                    "makes this an escape",
-                    i - 1, 2};
+            return {codes::escape_without_version, {}, i - 1, 2};
         }
         if (word[i] != '\\' || !has_escapes) {
             continue;
@@ -46,7 +41,10 @@ ValueFlaw find_string_flaw(std::string_view word, bool has_escapes, std::size_t 
                         ": a backslash is spelled '\\\\'",
                     i, 2};
         }
-        ++i;
+        if (++p == closing) { // what it escapes is passed with it
+            return {codes::unknown_escape,
+                    "a backslash at the end of a string is dropped: it is spelled '\\\\'", i, 1};
+        }
     }
     return {};
 }

@@ -23,6 +23,11 @@ struct ValueFlaw {
     std::size_t length = 0;
 };
 
+inline constexpr std::string_view string_runs_on =
+    "the string runs on behind this quote, as a backslash stands before it: put another value first, or let "
+    "the string end "
+    "otherwise";
+
 #if defined(BK_USE_VECTORS)
 /// The characters that are no digits, the first one's bit the lowest. Sixteen characters can be read there.
 inline std::uint32_t find_others_than_digits(const char* text) noexcept {
