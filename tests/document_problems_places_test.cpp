@@ -67,8 +67,9 @@ INSTANTIATE_TEST_SUITE_P(rows, DocumentProblemsOfPlaces, testing::ValuesIn(rows)
 TEST(document_problems_places, groups_that_nest_too_deeply_are_told) {
     bk_parser::LoadOptions options;
     options.limits.nesting_depth = 2;
-    const std::vector<ToldProblem> told = {{"nested-too-deeply", true, 1, 11, 1,
-                                            "groups nest deeper than 2: the text from here on is not read"}};
+    const std::vector<ToldProblem> told = {
+        {"nested-too-deeply", true, 1, 11, 1,
+         "groups nest deeper than 2: ParserLimits::nesting_depth; the text from here on is not read"}};
     EXPECT_EQ(told_of(bk_parser::parse("a { b { c { d 1 } } }", options)), told);
 }
 

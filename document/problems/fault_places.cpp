@@ -61,7 +61,7 @@ void FaultStory::tell_place(const FaultRecord& record, const Spot& spot) {
     case Observer::FAULT_NESTED_TOO_DEEPLY:
         add(codes::nested_too_deeply,
             "groups nest deeper than " + std::to_string(limits_.nesting_depth) +
-                ": the text from here on is not read",
+                ": ParserLimits::nesting_depth; the text from here on is not read",
             spot);
         return;
     default:

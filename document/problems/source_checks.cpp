@@ -97,7 +97,8 @@ private:
                               "; the latest that is known is 1.2",
                           place);
         }
-        if (inclusion_ != 0 && bk::has_escapes(CoreVersion(version.value)) != has_escapes_) {
+        if (inclusion_ != 0 && text_.find('\\') != std::string_view::npos &&
+            bk::has_escapes(CoreVersion(version.value)) != has_escapes_) {
             problems_.add(codes::version_of_include,
                           std::string("the version of an included file does not count: here a backslash ") +
                               (has_escapes_ ? "begins an escape" : "stands for itself"),
