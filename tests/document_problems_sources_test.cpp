@@ -213,4 +213,12 @@ TEST_F(document_problems_files, a_hundred_thousand_problems_on_one_line_are_told
     EXPECT_TRUE(result.problems[99999].source_line.empty());
 }
 
+TEST_F(document_problems_files, many_mistakes_on_one_line_are_told_in_linear_time) {
+    std::string text;
+    for (int i = 0; i < 100000; ++i) {
+        text += "a ' b ";
+    }
+    EXPECT_FALSE(bk_parser::parse(text).problems.empty());
+}
+
 } // namespace

@@ -87,9 +87,8 @@ std::vector<FaultStory::Name> FaultStory::names_of_run(Records run, bool has_hea
         const Spot spot = spot_of(word);
         bool begins_line = true;
         if (!names.empty() && names.back().spot.inclusion == spot.inclusion) {
-            const std::size_t from = names.back().spot.offset;
-            begins_line = text_of(spot).substr(from, spot.offset - from).find_first_of("\r\n") !=
-                          std::string_view::npos;
+            const SourceText& source = sources_.file_of(spot).text;
+            begins_line = source.line_begin(spot.offset) != source.line_begin(names.back().spot.offset);
         }
         names.push_back({word, spot, begins_line});
     }
