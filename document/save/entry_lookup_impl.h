@@ -29,9 +29,7 @@ private:
     static std::uint64_t key_of(core_ulong line, core_ulong column) noexcept {
         return std::uint64_t{line} << 32 | column;
     }
-    const ParserEntry* at(std::uint32_t position) const noexcept {
-        return group_->get_entries()[position];
-    }
+    const ParserEntry* at(std::uint32_t position) const noexcept { return group_->get_entries()[position]; }
     void make_index();
     std::uint32_t find_in_index(std::uint64_t key, std::string_view name);
 

@@ -20,7 +20,8 @@ bool LayoutEdits::find_anchor(const Gap& gap, Anchor& anchor) {
         left = {brace.inclusion, brace.offset, brace.offset + 1};
     }
     if (gap.behind != nullptr || has_close) {
-        const Spot next = sources_.map().find(gap.behind != nullptr ? gap.behind->name.begin : gap.group->close, 1);
+        const Spot next =
+            sources_.map().find(gap.behind != nullptr ? gap.behind->name.begin : gap.group->close, 1);
         right = {next.inclusion, next.offset, next.offset + 1};
     }
     anchor.inclusion = common(left.inclusion, right.inclusion);
@@ -72,8 +73,8 @@ std::string LayoutEdits::indent_behind(const FileRange& place, const Gap& gap) {
         return indent;
     }
     const Spot brace = sources_.map().find(gap.group->open - 1, 1);
-    const bool is_inside = brace.inclusion == place.inclusion &&
-                           line_begin(text, brace.offset) == line_begin(text, first.begin);
+    const bool is_inside =
+        brace.inclusion == place.inclusion && line_begin(text, brace.offset) == line_begin(text, first.begin);
     return is_inside ? indent + unit_of(place.inclusion) : indent;
 }
 
@@ -130,7 +131,8 @@ std::string LayoutEdits::addition_lines(const Anchor& anchor, const Addition& ad
             end = trimmed_back(text, next_line(text, place.end));
             end = text.substr(0, end).ends_with('\n') ? trimmed_back(text, end - 1) : end;
         }
-        return indented_anew(text.substr(place.begin, end - place.begin), indent_of(text, place.begin), anchor.indent);
+        return indented_anew(text.substr(place.begin, end - place.begin), indent_of(text, place.begin),
+                             anchor.indent);
     }
     const PrintLayout layout = layout_at(anchor);
     std::string result;

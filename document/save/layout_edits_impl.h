@@ -54,7 +54,13 @@ private:
         std::size_t inclusion = 0;
         std::size_t at = 0;
         std::string indent;
-        enum class Way { lines_behind, in_line_behind, lines_before, in_line_before, at_end } way = Way::at_end;
+        enum class Way {
+            lines_behind,
+            in_line_behind,
+            lines_before,
+            in_line_before,
+            at_end
+        } way = Way::at_end;
     };
 
     std::string_view text_of(std::size_t inclusion) const noexcept;
@@ -112,7 +118,7 @@ private:
     std::string reason_;
     std::vector<Edit> edits_;
     std::vector<std::uint32_t> pending_; // changed groups
-    std::vector<std::string> units_; // of indentation, by file
+    std::vector<std::string> units_;     // of indentation, by file
 };
 
 } // namespace bk_parser

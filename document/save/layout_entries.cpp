@@ -42,7 +42,8 @@ bool has_type_of(const OldEntry& old, char first, const ParserEntry& now) noexce
 
 bool LayoutEdits::edit_entry(const OldGroup& group, const OldEntry& old, const ParserEntry& now) {
     const std::uint32_t count = count_before_group(now);
-    const bool has_odd_group = now.get_value_count() > count + 1 || (old.is_call && count < now.get_value_count());
+    const bool has_odd_group =
+        now.get_value_count() > count + 1 || (old.is_call && count < now.get_value_count());
     if (has_odd_group || !has_type_of(old, words(old.name).front(), now)) {
         return reprint(old, now);
     }

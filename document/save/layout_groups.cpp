@@ -11,12 +11,12 @@ namespace {
 
 /// The longest run of entries that are in their old order: their positions in `order`, which is sorted by new position.
 std::vector<bool> longest_in_order(const std::vector<std::uint32_t>& order) {
-    std::vector<std::uint32_t> tails;     // the last element of the best run of each length
+    std::vector<std::uint32_t> tails; // the last element of the best run of each length
     std::vector<std::uint32_t> before(order.size(), no_index);
     for (std::uint32_t i = 0; i < order.size(); ++i) {
-        const auto place = std::lower_bound(tails.begin(), tails.end(), i, [&order](std::uint32_t a, std::uint32_t b) {
-            return order[a] < order[b];
-        });
+        const auto place =
+            std::lower_bound(tails.begin(), tails.end(), i,
+                             [&order](std::uint32_t a, std::uint32_t b) { return order[a] < order[b]; });
         if (place != tails.begin()) {
             before[i] = *std::prev(place);
         }

@@ -42,8 +42,9 @@ std::string laid_out(const std::string& printed, const PrintLayout& layout) {
 } // namespace
 
 std::string print_lines(const ParserEntry& entry, const PrintLayout& layout) {
-    return laid_out(print(true, layout.has_escapes, [&](bk::TextWriter& writer) { writer.write_entry(entry, 1); }),
-                    layout);
+    return laid_out(
+        print(true, layout.has_escapes, [&](bk::TextWriter& writer) { writer.write_entry(entry, 1); }),
+        layout);
 }
 
 std::string print_in_line(const ParserEntry& entry, bool has_escapes) {
@@ -55,8 +56,9 @@ std::string print_head(const ParserEntry& entry) {
 }
 
 std::string print_value(const ParserValue& value, const PrintLayout& layout) {
-    return laid_out(print(true, layout.has_escapes, [&](bk::TextWriter& writer) { writer.write_value(value, 1); }),
-                    layout);
+    return laid_out(
+        print(true, layout.has_escapes, [&](bk::TextWriter& writer) { writer.write_value(value, 1); }),
+        layout);
 }
 
 } // namespace bk_parser

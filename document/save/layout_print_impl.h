@@ -16,7 +16,8 @@ struct PrintLayout {
 };
 
 /// Each is empty when it would be longer than a text can be.
-std::string print_lines(const ParserEntry& entry, const PrintLayout& layout); // without first indentation and last line end
+std::string print_lines(const ParserEntry& entry,
+                        const PrintLayout& layout); // without first indentation and last line end
 std::string print_in_line(const ParserEntry& entry, bool has_escapes);
 std::string print_head(const ParserEntry& entry);
 /// One value, a group with its braces.

@@ -79,9 +79,8 @@ void LayoutRecord::add_value(ParserWord::Type kind, std::string_view word) {
     last_end_ = begin + static_cast<std::uint32_t>(word.size());
     values_.push_back({begin, last_end_});
     const std::uint32_t i = entry.value_count++;
-    entry.has_changed =
-        entry.has_changed || i >= level.match->get_value_count() ||
-        !reads_as(kind, word, bk::EntryAccess::value(*level.match, i), has_escapes_);
+    entry.has_changed = entry.has_changed || i >= level.match->get_value_count() ||
+                        !reads_as(kind, word, bk::EntryAccess::value(*level.match, i), has_escapes_);
 }
 
 bool LayoutRecord::open_group(const bk::Token& brace) {

@@ -42,8 +42,8 @@ struct OldEntry {
 
 /// A group of the old text in which something has changed.
 struct OldGroup {
-    std::uint32_t open = 0;  // behind the "{"
-    std::uint32_t close = 0; // before the "}"
+    std::uint32_t open = 0;           // behind the "{"
+    std::uint32_t close = 0;          // before the "}"
     const ParserGroup* now = nullptr; // what has become of it
     std::vector<OldEntry> entries;
     std::vector<TextRange> values;

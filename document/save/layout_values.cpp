@@ -28,7 +28,8 @@ bool LayoutEdits::edit_values(const OldGroup& group, const OldEntry& old, const 
     }
     const std::uint32_t replaced = least - tail;
     for (std::uint32_t i = head; i < replaced; ++i) {
-        if (!is_kept(i, i) && !replace(value_of(group, old, i), value_text(now, i, value_of(group, old, i).begin), now)) {
+        if (!is_kept(i, i) &&
+            !replace(value_of(group, old, i), value_text(now, i, value_of(group, old, i).begin), now)) {
             return false;
         }
     }
@@ -92,8 +93,8 @@ bool LayoutEdits::insert_values(const OldGroup& group, const OldEntry& old, cons
 /// What stands between the last two values, where that is on one line.
 std::string LayoutEdits::separator(const OldGroup& group, const OldEntry& old) const {
     if (old.value_count > 1) {
-        const std::string_view between =
-            words({value_of(group, old, old.value_count - 2).end, value_of(group, old, old.value_count - 1).begin});
+        const std::string_view between = words(
+            {value_of(group, old, old.value_count - 2).end, value_of(group, old, old.value_count - 1).begin});
         if (between.find('\n') == std::string_view::npos) {
             return std::string(between);
         }

@@ -40,9 +40,7 @@ public:
         directive_ = map_.here(piece.directive_offset, piece.directive_length);
     }
     void version_found(const bk::SourcePiece&, double) override {}
-    void entered(const bk::SourceEntered& file) override {
-        map_.enter({}, file.path.get_view(), directive_);
-    }
+    void entered(const bk::SourceEntered& file) override { map_.enter({}, file.path.get_view(), directive_); }
     void left(CoreString&& text) override { map_.leave(std::move(text)); }
     void copied(const bk::SourcePiece& piece, unsigned int expanded) override {
         map_.copy(piece.offset, piece.text.size(), expanded);
