@@ -4,12 +4,14 @@
 #include "document/save/file_set_impl.h"
 #include "document/save/layout_record_impl.h"
 #include "document/save/losses_impl.h"
+#include "document/save/proof_impl.h"
 #include "document/save/read_back_impl.h"
 #include "document/save/save_sources_impl.h"
 #include "document/sources/path_text_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace bk_parser {
@@ -31,7 +33,8 @@ DocumentState moved_to(const DocumentState& state, const std::string& path) {
 class LayoutSave {
 public:
     LayoutSave(DocumentState& state, const std::string& path, const SaveOptions& options)
-        : state_(state), path_(path), options_(options), is_elsewhere_(path != state.files.front().path) {}
+        : state_(state), path_(path), options_(options), is_elsewhere_(path != state.files.front().path),
+          old_(state, none_) {}
 
     SaveResult run() {
         if (!compose()) {
@@ -40,7 +43,7 @@ public:
         if (bytes_.empty()) {
             return std::move(result_); // nothing has changed
         }
-        if (prove()) {
+        if (is_proven()) {
             write();
         }
         return std::move(result_);
@@ -54,33 +57,30 @@ private:
 
     /// Fills in the new bytes of the files that change.
     bool compose() {
-        const NewBytes none;
-        SaveSources old(state_, none);
-        if (!old.read(state_.files.front().path)) {
-            return fail(old.reason());
+        if (!old_.read(state_.files.front().path)) {
+            return fail(old_.reason());
         }
-        has_escapes_ = bk::has_escapes(CoreVersion(old.version()));
-        LayoutRecord record(old.text(), *state_.root, has_escapes_);
-        record.run();
-        if (record.has_changes()) {
-            LayoutEdits edits(old, record, has_escapes_);
+        has_escapes_ = bk::has_escapes(CoreVersion(old_.version()));
+        record_.emplace(old_.text(), *state_.root, has_escapes_);
+        record_->run();
+        if (record_->has_changes()) {
+            LayoutEdits edits(old_, *record_, has_escapes_);
             if (!edits.run()) {
                 return fail(path_ + ": " + edits.reason() + ": the layout cannot be kept");
             }
             std::string reason;
-            if (!may_edit(old, edits.edits()) ||
-                !apply_edits(old, edits.edits(), state_.key, bytes_, reason)) {
+            if (!may_edit(edits.edits()) || !apply_edits(old_, edits.edits(), state_.key, bytes_, reason)) {
                 return result_.reason.empty() ? fail(std::move(reason)) : false;
             }
         }
         if (is_elsewhere_) {
-            move_document(old);
+            move_document();
         }
         return true;
     }
 
     /// Whether included files may change.
-    bool may_edit(const SaveSources& old, const std::vector<Edit>& edits) {
+    bool may_edit(const std::vector<Edit>& edits) {
         const auto inside =
             std::find_if(edits.begin(), edits.end(), [](const Edit& edit) { return edit.inclusion != 0; });
         if (inside == edits.end() || (options_.into_includes && !is_elsewhere_)) {
@@ -88,18 +88,18 @@ private:
         }
         Spot spot;
         spot.inclusion = inside->inclusion;
-        return fail(old.map().file_of(spot).path + ": holds entry '" + inside->about +
+        return fail(old_.map().file_of(spot).path + ": holds entry '" + inside->about +
                     "', which has changed, and " +
                     (is_elsewhere_ ? "is included by " + state_.files.front().path + ", too"
                                    : "is not to be changed"));
     }
 
     /// The document's own file goes to another path; what it includes stays where it is.
-    void move_document(const SaveSources& old) {
+    void move_document() {
         const auto changed = bytes_.find(state_.files.front().path);
         std::string bytes;
         if (changed == bytes_.end()) {
-            bytes = old.map().get_files().front()->text.get_text();
+            bytes = old_.map().get_files().front()->text.get_text();
         } else {
             bytes = std::move(changed->second);
             bytes_.erase(changed);
@@ -108,7 +108,7 @@ private:
     }
 
     /// Reads what would be on the disk, and compares it with the tree.
-    bool prove() {
+    bool is_proven() {
         const bool is_included = std::any_of(state_.files.begin() + 1, state_.files.end(),
                                              [this](const ReadFile& file) { return file.path == path_; });
         if (is_included) {
@@ -119,15 +119,12 @@ private:
         if (!fresh.read(path_)) {
             return fail(fresh.reason());
         }
-        ReadBack back(fresh.text(), *state_.root, has_escapes_);
-        const bool is_equal = back.run() && bk::has_escapes(CoreVersion(fresh.version())) == has_escapes_;
+        const bool is_same_syntax = bk::has_escapes(CoreVersion(fresh.version())) == has_escapes_;
+        const Proof proof = prove(old_.text(), *record_, fresh.text(), *state_.root, has_escapes_);
         files_ = fresh.files();
         included_ = fresh.included();
-        if (is_equal) {
-            shifts_ = back.shifts();
-            return true;
-        }
-        return explain(back.difference(), fresh);
+        shifts_ = proof.shifts;
+        return (proof.is_equal && is_same_syntax) || explain(proof.difference, fresh);
     }
 
     /// True when what does not read back is what no text can carry, and the host takes the loss.
@@ -146,6 +143,7 @@ private:
         CoreString text;
         state_.root->get_text(text, false, true, 1);
         expected.set_text(text, CoreVersion(has_escapes_ ? 1.2 : 1.0), nullptr);
+        shifts_ = PlaceShifts();
         ReadBack lossy(fresh.text(), expected, has_escapes_);
         return lossy.run() || fail(path_ + ": the layout cannot be kept with these losses");
     }
@@ -175,7 +173,7 @@ private:
             return;
         }
         state_.files = std::move(files_);
-        shifts_.apply(*state_.root);
+        shifts_.apply();
         if (is_elsewhere_) {
             state_.path = std::move(path);
         }
@@ -187,6 +185,9 @@ private:
     const SaveOptions& options_;
     bool is_elsewhere_;
     bool has_escapes_ = true;
+    const NewBytes none_;
+    SaveSources old_;
+    std::optional<LayoutRecord> record_;
     SaveResult result_;
     NewBytes bytes_;
     std::vector<ReadFile> files_;

@@ -107,7 +107,6 @@ void LayoutRecord::close_group() {
     entry.braces.end = std::min(close + 1, static_cast<std::uint32_t>(text_.size()));
     entry.has_same_group = is_same;
     entry.group = group;
-    entry.has_changed = entry.has_changed || !is_same;
 }
 
 /// Whether every entry of the group is there, in its order, and as it was.
@@ -135,9 +134,10 @@ void LayoutRecord::finish_entry(std::uint32_t end) {
     OldEntry& entry = level.entry;
     entry.end = end;
     const bool has_group = entry.braces.end != 0;
-    entry.has_changed = entry.has_changed ||
-                        level.match->get_value_count() != entry.value_count + (has_group ? 1u : 0u) ||
-                        level.match->get_type() != type_of(entry, text_[entry.name.begin]);
+    entry.has_own_change = entry.has_changed ||
+                           level.match->get_value_count() != entry.value_count + (has_group ? 1u : 0u) ||
+                           level.match->get_type() != type_of(entry, text_[entry.name.begin]);
+    entry.has_changed = entry.has_own_change || (has_group && !entry.has_same_group);
     if (entry.has_changed) {
         entries_.push_back(entry);
         return;

@@ -27,6 +27,7 @@ struct OldEntry {
     std::uint32_t count = 1;
     std::uint32_t new_index = no_index; // in its new group, of the first; none when the entry is not there
     bool has_changed = false;
+    bool has_own_change = false; // in something else than its group
     // Of a single entry that has changed:
     bool is_call = false;
     bool has_same_group = false;      // its group is there and as it was

@@ -5,63 +5,12 @@
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"
 
-#include <new>
-
 namespace bk_parser {
 
-void PlaceShifts::apply(const ParserGroup& root) const noexcept {
-    try {
-        apply_runs(root);
-    } catch (const std::bad_alloc&) {
-        return;
-    }
-}
-
-void PlaceShifts::apply_runs(const ParserGroup& root) const {
-    std::size_t run = 0;
-    std::uint64_t left = runs_.empty() ? 0 : runs_.front().count;
-    std::size_t end = runs_.size(); // behind the last run that moves anything
-    while (end != 0 && runs_[end - 1].lines == 0 && runs_[end - 1].columns == 0) {
-        --end;
-    }
-    struct Level {
-        const ParserGroup* group;
-        unsigned int entry;
-        unsigned int value;
-    };
-    std::vector<Level> levels{{&root, 0, 0}};
-    while (!levels.empty() && run < end) {
-        Level& level = levels.back();
-        if (level.entry == level.group->get_entries().get_count()) {
-            levels.pop_back();
-            continue;
-        }
-        ParserEntry* const entry = level.group->get_entries()[level.entry];
-        if (entry != nullptr && level.value == 0) {
-            bk::EntryAccess::set_place(*entry, entry->get_line() + runs_[run].lines,
-                                       entry->get_column() + runs_[run].columns);
-            if (--left == 0 && ++run < end) {
-                left = runs_[run].count;
-            }
-        }
-        const unsigned int count = entry == nullptr ? 0 : entry->get_value_count();
-        const ParserGroup* group = nullptr;
-        if (level.value == 0 && count != 0) { // what a text says has its group as the last value
-            group = bk::ValueAccess::group(bk::EntryAccess::value(*entry, count - 1));
-        }
-        if (group != nullptr) {
-            level.value = 1;
-            levels.push_back({group, 0, 0});
-        } else {
-            level.value = 0;
-            ++level.entry;
-        }
-    }
-}
-
-ReadBack::ReadBack(std::string_view text, const ParserGroup& root, bool has_escapes)
+ReadBack::ReadBack(std::string_view text, const ParserGroup& group, unsigned int first, unsigned int end,
+                   bool has_escapes)
     : text_(text), has_escapes_(has_escapes) {
-    enter(root);
+    enter(group, first, end);
 }
 
 bool ReadBack::run() {
@@ -73,12 +22,14 @@ bool ReadBack::run() {
     if (is_equal_) {
         finish_group();
     }
+    if (!name_behind_.empty() && !has_seen_behind_) {
+        fail(nullptr);
+    }
     return is_equal_;
 }
 
-void ReadBack::enter(const ParserGroup& group) {
-    const CoreVector<ParserEntry*>& entries = group.get_entries();
-    levels_.push_back({entries.get_data(), entries.get_count()});
+void ReadBack::enter(const ParserGroup& group, unsigned int first, unsigned int end) {
+    levels_.push_back({group.get_entries().get_data() + first, end - first});
 }
 
 const ParserEntry* ReadBack::take_entry(Level& level) noexcept {
@@ -95,6 +46,7 @@ bool ReadBack::begin_entry(const bk::EntryHead& head, const bk::Token& token) {
         return false;
     }
     finish_entry();
+    has_begun_ = true;
     if (!is_equal_) {
         return true;
     }
@@ -103,6 +55,13 @@ bool ReadBack::begin_entry(const bk::EntryHead& head, const bk::Token& token) {
         return true;
     }
     Level& level = levels_.back();
+    if (!name_behind_.empty() && levels_.size() == 1 && level.next == level.count) {
+        is_passing_over_ = head.name == name_behind_ && !has_seen_behind_;
+        has_seen_behind_ = is_passing_over_;
+    }
+    if (is_passing_over_) {
+        return true;
+    }
     level.entry = take_entry(level);
     level.value_count = 0;
     level.is_call = false;
@@ -112,7 +71,8 @@ bool ReadBack::begin_entry(const bk::EntryHead& head, const bk::Token& token) {
         fail(level.entry);
         return true;
     }
-    shifts_.add(*level.entry, token.line, token.column);
+    shifts_.add(*level.entry, token.line + lines_before_,
+                token.column + (token.line == 1 ? columns_before_ : 0));
     return true;
 }
 
@@ -144,7 +104,7 @@ bool ReadBack::open_group(const bk::Token&) {
         fail(&entry);
         return false;
     }
-    enter(*group);
+    enter(*group, 0, group->get_entries().get_count());
     return true;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/save/place_shifts_impl.h"
 #include "parser/parser_group.h"
 #include "parser/text/parser_grammar_impl.h"
 
@@ -10,41 +11,25 @@
 
 namespace bk_parser {
 
-/// By how much the places of entries differ from what the entries say, in the order of the document: neighbours that
-/// moved by as much are one run.
-class PlaceShifts {
-public:
-    void add(const ParserEntry& entry, core_ulong line, core_ulong column) {
-        const Run shift{1, line - entry.get_line(), column - entry.get_column()};
-        if (!runs_.empty() && runs_.back().lines == shift.lines && runs_.back().columns == shift.columns) {
-            ++runs_.back().count;
-        } else {
-            runs_.push_back(shift);
-        }
-    }
-    /// Lets the entries of the tree say their new places. When memory runs out, some keep the old ones: a later save that keeps
-    /// the layout then knows them as new.
-    void apply(const ParserGroup& root) const noexcept;
-
-private:
-    void apply_runs(const ParserGroup& root) const;
-
-    struct Run {
-        std::uint64_t count;
-        core_ulong lines; // modulo 2^32, as columns
-        core_ulong columns;
-    };
-
-    std::vector<Run> runs_;
-};
-
 /// Reads a text and compares it, word by word, with the tree that it shall say. Nothing is built.
 class ReadBack {
 public:
-    ReadBack(std::string_view text, const ParserGroup& root, bool has_escapes);
+    ReadBack(std::string_view text, const ParserGroup& root, bool has_escapes)
+        : ReadBack(text, root, 0, root.get_entries().get_count(), has_escapes) {}
+    /// The text shall say some entries of a group alone.
+    ReadBack(std::string_view text, const ParserGroup& group, unsigned int first, unsigned int end,
+             bool has_escapes);
 
     /// The version of an enciphered text is an entry, which is not compared.
     void pass_over_version() noexcept { passes_over_version_ = true; }
+
+    /// The text is a piece that begins with an entry, at this line and column, both from 0, of a larger one. One more entry, of this
+    /// name, stands behind the others.
+    void read_piece(core_ulong line, core_ulong column, std::string_view name_behind) noexcept {
+        lines_before_ = line;
+        columns_before_ = column;
+        name_behind_ = name_behind;
+    }
 
     /// Whether the text says just that tree.
     bool run();
@@ -58,7 +43,11 @@ public:
     void make_function_call() noexcept { levels_.back().is_call = true; }
     bool open_group(const bk::Token&);
     void close_group();
-    void report_fault(ParserReadObserver::Fault, const bk::Token&, std::string_view) noexcept {}
+    void report_fault(ParserReadObserver::Fault, const bk::Token&, std::string_view) noexcept {
+        if (!name_behind_.empty() && !has_begun_) {
+            fail(nullptr); // it may be a value of the entry before the piece
+        }
+    }
 
 private:
     struct Level {
@@ -70,7 +59,7 @@ private:
         bool is_call = false;
     };
 
-    void enter(const ParserGroup& group);
+    void enter(const ParserGroup& group, unsigned int first, unsigned int end);
     const ParserEntry* take_entry(Level& level) noexcept;
     void finish_entry();
     void finish_group();
@@ -82,6 +71,11 @@ private:
     std::string_view text_;
     bool has_escapes_;
     bool passes_over_version_ = false;
+    core_ulong lines_before_ = 0;
+    core_ulong columns_before_ = 0;
+    std::string_view name_behind_;
+    bool has_begun_ = false;
+    bool has_seen_behind_ = false;
     bool is_passing_over_ = false;
     bool is_equal_ = true;
     const ParserEntry* difference_ = nullptr;

@@ -101,6 +101,7 @@ private:
             ReadBack back(stored_.text.get_view(), *state_.root, true);
             if (back.run()) {
                 shifts = back.shifts();
+                shifts.set_range(*state_.root, 0, state_.root->get_entries().get_count());
             }
         }
         FileSet files;
@@ -118,7 +119,7 @@ private:
         if (form_ == Form::enciphered) {
             state_.key = std::move(key_);
         }
-        shifts.apply(*state_.root);
+        shifts.apply();
     }
 
     DocumentState& state_;
