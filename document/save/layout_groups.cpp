@@ -9,29 +9,55 @@ namespace bk_parser {
 
 namespace {
 
-/// The longest run of entries that are in their old order: their positions in `order`, which is sorted by new position.
-std::vector<bool> longest_in_order(const std::vector<std::uint32_t>& order) {
-    std::vector<std::uint32_t> tails; // the last element of the best run of each length
-    std::vector<std::uint32_t> before(order.size(), no_index);
-    for (std::uint32_t i = 0; i < order.size(); ++i) {
-        const auto place =
-            std::lower_bound(tails.begin(), tails.end(), i,
-                             [&order](std::uint32_t a, std::uint32_t b) { return order[a] < order[b]; });
-        if (place != tails.begin()) {
-            before[i] = *std::prev(place);
+/// Which of the entries, given by their old positions in their new order, are in their old order: the choice that leaves
+/// most entries where they are.
+class KeptInOrder {
+public:
+    KeptInOrder(const OldGroup& group, const std::vector<std::uint32_t>& order)
+        : best_(group.entries.size() + 1), runs_(order.size()) {
+        Best all;
+        for (std::uint32_t i = 0; i < order.size(); ++i) {
+            const Best before = best_before(order[i]);
+            runs_[i] = before.last;
+            // Of two equal ones, the one that has changed: the other takes its layout along when it moves.
+            const OldEntry& entry = group.entries[order[i]];
+            const Best run{before.count + 2 * std::uint64_t{entry.count} + (entry.has_changed ? 1 : 0), i};
+            note(order[i], run);
+            all = run.count > all.count ? run : all;
         }
-        if (place == tails.end()) {
-            tails.push_back(i);
-        } else {
-            *place = i;
+        stays_.resize(order.size());
+        for (std::uint32_t i = all.last; i != no_index; i = runs_[i]) {
+            stays_[i] = true;
         }
     }
-    std::vector<bool> stays(order.size());
-    for (std::uint32_t i = tails.empty() ? no_index : tails.back(); i != no_index; i = before[i]) {
-        stays[i] = true;
+
+    bool stays(std::size_t i) const { return stays_[i]; }
+
+private:
+    /// A run of entries that are in their old order: what they count for, and the last one.
+    struct Best {
+        std::uint64_t count = 0;
+        std::uint32_t last = no_index;
+    };
+
+    // A tree over the old positions, in which each node knows the best of the positions that it covers.
+    Best best_before(std::uint32_t position) const noexcept {
+        Best best;
+        for (std::uint32_t node = position; node != 0; node &= node - 1) {
+            best = best_[node].count > best.count ? best_[node] : best;
+        }
+        return best;
     }
-    return stays;
-}
+    void note(std::uint32_t position, const Best& run) noexcept {
+        for (std::size_t node = position + 1; node < best_.size(); node += node & (~node + 1)) {
+            best_[node] = run.count > best_[node].count ? run : best_[node];
+        }
+    }
+
+    std::vector<Best> best_;
+    std::vector<std::uint32_t> runs_; // of each entry the one before it in its run
+    std::vector<bool> stays_;
+};
 
 } // namespace
 
@@ -46,7 +72,7 @@ bool LayoutEdits::edit_group(std::uint32_t index) {
     std::sort(order.begin(), order.end(), [&group](std::uint32_t a, std::uint32_t b) {
         return group.entries[a].new_index < group.entries[b].new_index;
     });
-    const std::vector<bool> stays = longest_in_order(order);
+    const KeptInOrder kept(group, order);
     std::vector<bool> is_kept(group.entries.size());
     const CoreVector<ParserEntry*>& now = group.now->get_entries();
     std::vector<Addition> additions;
@@ -63,7 +89,7 @@ bool LayoutEdits::edit_group(std::uint32_t index) {
         const OldEntry& old = group.entries[order[i]];
         add_new_up_to(old.new_index);
         at = old.new_index + old.count;
-        if (!stays[i]) {
+        if (!kept.stays(i)) {
             additions.push_back({&now[old.new_index], old.count, &old});
             continue;
         }
