@@ -10,7 +10,7 @@
 #include <string>
 
 // A process that saves a document of three files is killed before and after each of its system calls. Each file is then whole, the old
-// one or the new one, and they turn new in the order in which a save takes their names: what is included before what includes it.
+// one or the new one, and the document's own file is the last to turn new.
 
 using namespace bk_parser;
 using namespace killed_child;

@@ -3,6 +3,7 @@
 #include "core/files/sys_file_input_impl.h"
 #include "core/files/sys_reason_impl.h"
 
+#include <new>
 #include <utility>
 
 namespace bk_parser {
@@ -92,14 +93,27 @@ std::string FileSet::replace() {
     }
     for (File& file : files_) {
         bk::forget_system_reason();
-        if (!SysDevice::get().replace(file.created, file.target)) {
-            std::string reason = reason_of(file.path, "cannot be replaced");
+        std::string reason;
+        if (!put_in_place(file)) {
+            reason = is_out_of_memory_ ? "out of memory" : reason_of(file.path, "cannot be replaced");
             return restore() ? reason : reason + "; files that were replaced before it could not be restored";
         }
-        file.created.clear();
-        file.is_replaced = true;
     }
     return {};
+}
+
+/// Memory may run out when the file has its new name already: then it is in place.
+bool FileSet::put_in_place(File& file) {
+    try {
+        file.is_replaced = SysDevice::get().replace(file.created, file.target);
+    } catch (const std::bad_alloc&) {
+        is_out_of_memory_ = true;
+        file.is_replaced = SysDevice::get().inspect(file.created).kind == SysPathKind::missing;
+    }
+    if (file.is_replaced) {
+        file.created.clear();
+    }
+    return file.is_replaced;
 }
 
 /// Writes the new file beside its target.

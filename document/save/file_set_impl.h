@@ -44,9 +44,11 @@ private:
     std::string prepare(File& file);
     std::string keep_old(File& file);
     std::string write_in_place(File& file);
+    bool put_in_place(File& file);
     bool restore() noexcept;
 
     std::vector<File> files_;
+    bool is_out_of_memory_ = false;
 };
 
 } // namespace bk_parser

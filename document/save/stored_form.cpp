@@ -50,14 +50,13 @@ bool reads_back_from_file(std::string bytes, const ParserGroup& root, const std:
     return is_equal;
 }
 
-bool reads_back_from_archive(const ParserGroup& root, std::string& difference) {
+bool reads_back_from_archive(std::string_view bytes, const ParserGroup& root, std::string& difference) {
     ParserArchive archive;
-    ParserGroup copy(root);
-    ParserImpl::archive_group(copy, archive, false, nullptr);
-    CoreString text;
-    if (!ParserImpl::get_archive_text(archive, text, ParserLimits())) {
+    if (bk::take_archive(bytes, archive, false, nullptr).result != bk::ArchiveBytes::whole ||
+        !bk::is_text_within(archive, ParserLimits())) {
         return false;
     }
+    const CoreString text = bk::join_words(archive, nullptr);
     ReadBack back(text.get_view(), root, true);
     const bool is_equal = back.run();
     if (!is_equal && back.difference() != nullptr) {
@@ -125,7 +124,7 @@ bool reads_back(const StoredForm& stored, Form form, const ParserGroup& root, co
     case Form::binary:
         return reads_back_from_binary(stored.binary, root, difference);
     case Form::archive:
-        return reads_back_from_archive(root, difference);
+        return reads_back_from_archive(stored.bytes, root, difference);
     }
     return false;
 }
