@@ -81,7 +81,7 @@ bool SaveSources::load(const std::string& path, CoreString& bytes) {
     ReadFile file{path, 0, 0, false};
     const auto replaced = replaced_.find(path);
     if (replaced != replaced_.end()) {
-        bytes = CoreString(std::string_view(replaced->second));
+        bytes.set_borrowed(replaced->second.data(), static_cast<unsigned int>(replaced->second.size()));
         file.size = bytes.get_length();
         file.hash = find_file(files_, path) == nullptr ? ByteHash::of(bytes.get_view()) : 0;
     } else if (!load_stored(path, bytes, file)) {
