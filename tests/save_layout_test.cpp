@@ -244,6 +244,9 @@ const std::vector<Row>& rows() {
         {"what_is_behind_the_end", "a 1\n}\nb 2\n", add_int("c", 3), "a 1\nc 3\n}\nb 2\n"},
         {"two_entries_of_one_name", "a 1\na 2\na 3\n", remove(1), "a 1\na 3\n"},
         {"a_replaced_entry", "a 1 // x\nb 2\n", both(remove(0), add_int_at("n", 3, 0)), "n 3\nb 2\n"},
+        {"a_string_under_a_version_that_is_none", "#Brellwick_Serial_Version \na 1\n",
+         [](ParserGroup& root) { entry(root, "a").set_string("x\\", 0); },
+         "#Brellwick_Serial_Version \na \"x\\\\\"\n"},
         {"a_cleared_document", "// c\na 1\nb 2\n", [](ParserGroup& root) { root.clear(); }, "// c\n"},
     };
     return all;

@@ -5,6 +5,7 @@
 #include "document/sources/byte_hash_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
+#include "parser/files/parser_document_impl.h"
 #include "parser/files/parser_file_preprocess_impl.h"
 
 #include <algorithm>
@@ -46,6 +47,7 @@ bool SaveSources::read(const std::string& path) {
     const CoreString name{std::string_view(path)};
     bk::Preprocessor preprocessor(folders, key, *this, state_.limits, {state_.beside, true});
     version_ = preprocessor.run(name, name, std::move(bytes), text_);
+    version_ = version_ > 0 ? version_ : bk::written_version; // as a load takes it
     if (!reason_.empty()) {
         return false;
     }
