@@ -249,7 +249,8 @@ public:
     CoreSet(CoreSet&&) noexcept = default;
     CoreSet& operator=(const CoreSet& other) {
         CoreSet copy(other); // what can fail comes before anything changes
-        return *this = std::move(copy);
+        *this = std::move(copy);
+        return *this;
     }
     CoreSet& operator=(CoreSet&&) noexcept = default;
     ~CoreSet() = default;

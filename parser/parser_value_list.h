@@ -65,7 +65,7 @@ public:
     /// Whether values, or strings in the entry's block, may live longer than the entry.
     bool may_outlive_entry() const noexcept { return in_cells_ || left_entry_; }
     /// Of an entry's own list that was cleared: false when strings stay in the entry's block, which they give back.
-    bool let_go_of_entry(ParserEntry& entry) noexcept;
+    bool let_go_of_entry(ParserEntry& entry) const noexcept;
 
 private:
     struct Block;

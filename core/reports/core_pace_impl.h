@@ -21,10 +21,11 @@ public:
     /// Whether anybody will be told.
     bool is_watched() const noexcept { return due_ != never; }
 
+    virtual ~Pace() = default;
+
 protected:
     static constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
 
-    ~Pace() = default;
     /// Sets when the next call is due.
     virtual void tell(std::size_t done) = 0;
 

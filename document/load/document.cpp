@@ -14,7 +14,8 @@ Document& Document::operator=(Document&& other) noexcept = default;
 
 Document::~Document() = default;
 
-ParserGroup& Document::root() {
+ParserGroup&
+Document::root() { // NOLINT(readability-make-member-function-const): a constant document has a constant tree
     return *DocumentState::of(*this).root;
 }
 

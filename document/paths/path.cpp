@@ -29,7 +29,8 @@ Path::Path(std::string_view text) {
 }
 Path::Path(const Path& other) noexcept = default;
 // A path that was moved from is used as before: a move is a copy.
-Path::Path(Path&& other) noexcept : Path(static_cast<const Path&>(other)) {}
+Path::Path(Path&& other) noexcept
+    : Path(static_cast<const Path&>(other)) {} // NOLINT(performance-move-constructor-init)
 Path& Path::operator=(const Path& other) noexcept = default;
 Path& Path::operator=(Path&& other) noexcept {
     parsed_ = other.parsed_;

@@ -12,8 +12,6 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
-
 /// The quote that closes the string that a word begins with; npos when there is none.
 std::size_t find_closing_quote(std::string_view word) noexcept {
     std::size_t at = word.find('"', 1);
@@ -39,9 +37,9 @@ std::string unexpected(std::string_view word) {
 
 void FaultStory::tell_word(const FaultRecord& record, const Spot& spot) {
     const std::string_view word = word_of(record);
-    if (word.find(byte_order_mark) != std::string_view::npos) {
-        const std::size_t at = word.find(byte_order_mark);
-        const Spot mark = sources_.find(record.start + at, byte_order_mark.size());
+    if (word.find(bk::byte_order_mark) != std::string_view::npos) {
+        const std::size_t at = word.find(bk::byte_order_mark);
+        const Spot mark = sources_.find(record.start + at, bk::byte_order_mark.size());
         add(codes::byte_order_mark,
             "an invisible byte order mark stands here: save the file without a byte order mark", mark);
     } else if (word[0] == '"') {

@@ -3,6 +3,7 @@
 #include "document/problems/line_reader_impl.h"
 #include "document/problems/problem_codes_impl.h"
 #include "document/problems/shown_word_impl.h"
+#include "parser/files/parser_document_impl.h"
 #include "parser/words/parser_characters_impl.h"
 
 #include <algorithm>
@@ -12,8 +13,6 @@ namespace bk_parser {
 namespace {
 
 using Piece = SourceMap::Piece;
-
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 bool ends_word(char character) noexcept {
     return bk::is_char(character, bk::CHAR_BLANK | bk::CHAR_DELIMITER);
@@ -68,7 +67,7 @@ Joins::Joins(std::string_view expanded, const SourceMap& sources) {
     for (std::size_t i = 1; i < pieces.size(); ++i) {
         const std::size_t at = pieces[i].expanded;
         if (at < expanded.size() && !ends_word(expanded[at - 1]) && !ends_word(expanded[at]) &&
-            !expanded.substr(0, at).ends_with(byte_order_mark)) {
+            !expanded.substr(0, at).ends_with(bk::byte_order_mark)) {
             pieces_.push_back(i);
             offsets_.push_back(pieces[i].expanded);
         }

@@ -17,7 +17,6 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::string_view include_directive = "#include \"";
 constexpr std::string_view blanks = " \t\r\n";
 
 /// What becomes known of a file while its pieces go by, at the first place where it is included.
@@ -54,8 +53,8 @@ private:
             const std::string_view rest = text_.substr(at);
             if (rest.starts_with("//")) {
                 at = after_line(at);
-            } else if (rest.starts_with(include_directive)) {
-                const std::size_t quote = text_.find('"', at + include_directive.size());
+            } else if (rest.starts_with(bk::include_directive)) {
+                const std::size_t quote = text_.find('"', at + bk::include_directive.size());
                 const std::size_t stop = std::min(quote, text_.size() - 1) + 1;
                 check_directive(at, stop - at, expanded);
                 at = stop;

@@ -68,7 +68,7 @@ std::string LayoutEdits::indent_behind(const FileRange& place, const Gap& gap) {
             return std::string(indent_of(text, first.begin));
         }
     }
-    const std::string indent(indent_of(text, first.begin));
+    std::string indent(indent_of(text, first.begin));
     if (gap.group->open == 0) {
         return indent;
     }
@@ -145,7 +145,7 @@ std::string LayoutEdits::addition_lines(const Anchor& anchor, const Addition& ad
     return result;
 }
 
-std::string LayoutEdits::addition_in_line(const Addition& addition) {
+std::string LayoutEdits::addition_in_line(const Addition& addition) const {
     std::string result;
     for (std::uint32_t i = 0; i < addition.count; ++i) {
         if (addition.entries[i] != nullptr) {

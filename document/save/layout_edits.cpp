@@ -86,7 +86,7 @@ bool LayoutEdits::is_same(TextRange word, const ParserValue& value) const {
     return reads_as(bk::classify_value(words(word)), words(word), value, has_escapes_);
 }
 
-bool LayoutEdits::refuse(std::string about, const char* why) {
+bool LayoutEdits::refuse(const std::string& about, const char* why) {
     reason_ = "entry '" + about + "' " + why;
     return false;
 }

@@ -82,7 +82,7 @@ private:
     std::string indent_behind(const FileRange& place, const Gap& gap);
     std::string compose(const Anchor& anchor, const std::vector<Addition>& additions);
     std::string addition_lines(const Anchor& anchor, const Addition& addition);
-    std::string addition_in_line(const Addition& addition);
+    std::string addition_in_line(const Addition& addition) const;
     PrintLayout layout_at(const Anchor& anchor);
 
     // layout_entries.cpp
@@ -106,7 +106,7 @@ private:
         return group.values[old.first_value + i];
     }
     bool is_same(TextRange word, const ParserValue& value) const;
-    bool refuse(std::string about, const char* why);
+    bool refuse(const std::string& about, const char* why);
 
     std::string_view words(TextRange range) const noexcept {
         return sources_.text().substr(range.begin, range.end - range.begin);

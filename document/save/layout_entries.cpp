@@ -102,7 +102,7 @@ bool LayoutEdits::replace(TextRange range, std::string text, const ParserEntry& 
         const Spot last = sources_.map().find(range.begin - 1, 1);
         place = {last.inclusion, last.offset + 1, last.offset + 1};
     } else if (!locate(range, place)) {
-        return refuse(std::move(name), "begins in one file and ends in another");
+        return refuse(name, "begins in one file and ends in another");
     }
     edits_.push_back({place.inclusion, place.begin, place.end, std::move(text), std::move(name)});
     return true;

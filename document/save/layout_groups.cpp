@@ -15,7 +15,7 @@ class KeptInOrder {
 public:
     KeptInOrder(const OldGroup& group, const std::vector<std::uint32_t>& order)
         : best_(group.entries.size() + 1), runs_(order.size()) {
-        Best all;
+        Best overall;
         for (std::uint32_t i = 0; i < order.size(); ++i) {
             const Best before = best_before(order[i]);
             runs_[i] = before.last;
@@ -23,10 +23,10 @@ public:
             const OldEntry& entry = group.entries[order[i]];
             const Best run{before.count + 2 * std::uint64_t{entry.count} + (entry.has_changed ? 1 : 0), i};
             note(order[i], run);
-            all = run.count > all.count ? run : all;
+            overall = run.count > overall.count ? run : overall;
         }
         stays_.resize(order.size());
-        for (std::uint32_t i = all.last; i != no_index; i = runs_[i]) {
+        for (std::uint32_t i = overall.last; i != no_index; i = runs_[i]) {
             stays_[i] = true;
         }
     }
@@ -131,7 +131,7 @@ bool LayoutEdits::edit_group(std::uint32_t index) {
 bool LayoutEdits::remove_range(TextRange range, std::string about) {
     FileRange place;
     if (!locate(range, place)) {
-        return refuse(std::move(about), "begins in one file and ends in another");
+        return refuse(about, "begins in one file and ends in another");
     }
     const LineRange lines = removal_of(text_of(place.inclusion), place.begin, place.end);
     edits_.push_back({place.inclusion, lines.begin, lines.end, {}, std::move(about)});

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t deepest_unit = 8;
 
-bool is_blank(char c) noexcept {
+bool is_blank_in_line(char c) noexcept {
     return c == ' ' || c == '\t' || c == '\r';
 }
 
@@ -25,14 +25,14 @@ std::size_t next_line(std::string_view text, std::size_t at) noexcept {
 }
 
 std::size_t trimmed_back(std::string_view text, std::size_t at) noexcept {
-    while (at != 0 && is_blank(text[at - 1])) {
+    while (at != 0 && is_blank_in_line(text[at - 1])) {
         --at;
     }
     return at;
 }
 
 std::size_t skip_blanks(std::string_view text, std::size_t at) noexcept {
-    while (at != text.size() && is_blank(text[at])) {
+    while (at != text.size() && is_blank_in_line(text[at])) {
         ++at;
     }
     return at;

@@ -13,7 +13,6 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::string_view include_directive = "#include \"";
 constexpr char lost_in_archives = 0x0F;
 
 class LossFinder {
@@ -195,7 +194,7 @@ private:
                 lose("string-cut", "an archive ends a string at the byte 0x0F");
             }
         } else if (text.find(bk::version_directive) != std::string_view::npos ||
-                   (std::string(text) + '"').find(include_directive) != std::string::npos) {
+                   (std::string(text) + '"').find(bk::include_directive) != std::string::npos) {
             lose("directive", "a string with a directive, which is found there, too");
         }
     }

@@ -5,7 +5,7 @@ namespace bk {
 namespace {
 
 /// The size of the file that holds the archive.
-core_uint64 stored_size(const ParserArchive& archive) noexcept {
+core_uint64 file_size_of(const ParserArchive& archive) noexcept {
     core_uint64 size = archive_frame_size;
     for (const CoreString& string : archive.strings) {
         size += core_uint64{string.get_length()} + 1;
@@ -30,7 +30,7 @@ core_uint64 archive_text_size(const ParserArchive& archive) noexcept {
 bool is_text_within(const ParserArchive& archive, const ParserLimits& limits) noexcept {
     const core_uint64 size = archive_text_size(archive);
     return size <= CoreString::max_length && size <= limits.archive_size &&
-           (size <= limits.archive_free_size || (size - 1) / stored_size(archive) < limits.archive_ratio);
+           (size <= limits.archive_free_size || (size - 1) / file_size_of(archive) < limits.archive_ratio);
 }
 
 CoreString join_words(const ParserArchive& archive, Pace* pace) {

@@ -132,10 +132,9 @@ public:
     BinaryHost(const BinaryHost&) = delete;
     BinaryHost& operator=(const BinaryHost&) = delete;
 
-    virtual void damaged(const BinaryDamage& damage) = 0;
+    virtual ~BinaryHost() = default;
 
-protected:
-    ~BinaryHost() = default;
+    virtual void damaged(const BinaryDamage& damage) = 0;
 };
 
 /// Builds what a buffer holds. A size in the buffer is never believed: nothing is allocated for what is not there.

@@ -8,12 +8,6 @@
 
 namespace bk {
 
-namespace {
-
-constexpr std::string_view include_directive = "#include \"";
-
-} // namespace
-
 SourcePiece SourceScanner::next() {
     SourcePiece piece;
     piece_begin_ = position_;

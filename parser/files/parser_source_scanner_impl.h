@@ -1,14 +1,12 @@
 #pragma once
 
 #include "core/reports/app_progress_impl.h"
+#include "parser/files/parser_document_impl.h"
 
 #include <cstddef>
 #include <string_view>
 
 namespace bk {
-
-/// That of UTF-8, which some editors put in front of a text.
-inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 /// A stretch of a source that is kept, and what ends it.
 struct SourcePiece {

@@ -149,7 +149,7 @@ void ParserValue::release() noexcept {
     }
 }
 
-void ParserValue::release_away() noexcept {
+void ParserValue::release_away() noexcept { // NOLINT(readability-make-member-function-const): it destroys
     std::destroy_at(away_.string);
     if (away_.home != nullptr) {
         away_.home->let_go();

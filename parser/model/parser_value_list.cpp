@@ -309,7 +309,7 @@ void ParserValueList::forget_source(ParserEntry& owner, const ParserValueList* n
     }
 }
 
-bool ParserValueList::let_go_of_entry(ParserEntry& entry) noexcept {
+bool ParserValueList::let_go_of_entry(ParserEntry& entry) const noexcept {
     if (!left_entry_) {
         return true;
     }

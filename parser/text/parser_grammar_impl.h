@@ -80,7 +80,7 @@ private:
 
     /// False at the brace that ends the outermost group, and when the sink wants no more.
     bool take(std::string_view word) {
-        if constexpr (requires(Sink& sink) { sink.see_word(word); }) {
+        if constexpr (requires(Sink & sink) { sink.see_word(word); }) {
             sink_.see_word(word);
         }
         if (is_char(word[0], CHAR_DELIMITER) && word[0] != ':') { // a colon stands for nothing

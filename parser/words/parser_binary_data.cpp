@@ -15,21 +15,21 @@ namespace {
 constexpr std::size_t prefix_length = 2;
 constexpr std::size_t checksum_length = 8;
 
-constexpr std::array<signed char, 256> make_digit_values() {
-    std::array<signed char, 256> values{};
+constexpr std::array<unsigned char, 256> make_digit_values() {
+    std::array<unsigned char, 256> values{};
     for (std::size_t i = 0; i < values.size(); ++i) {
-        values[i] = static_cast<signed char>(hexadecimal_value(static_cast<char>(i)));
+        values[i] = static_cast<unsigned char>(hexadecimal_value(static_cast<char>(i)));
     }
     return values;
 }
 
-constexpr std::array<signed char, 256> digit_values = make_digit_values();
+constexpr std::array<unsigned char, 256> digit_values = make_digit_values();
 
 /// The byte of two digits; 0 when either is none.
 unsigned char decode_pair(const char* pair) noexcept {
-    const int high = digit_values[static_cast<unsigned char>(pair[0])];
-    const int low = digit_values[static_cast<unsigned char>(pair[1])];
-    return high < 0 || low < 0 ? 0 : static_cast<unsigned char>(high * 16 + low);
+    const unsigned int high = digit_values[static_cast<unsigned char>(pair[0])];
+    const unsigned int low = digit_values[static_cast<unsigned char>(pair[1])];
+    return (high | low) > 15 ? 0 : static_cast<unsigned char>(high * 16 + low);
 }
 
 void put_byte(TextBuffer& out, unsigned char byte) {
