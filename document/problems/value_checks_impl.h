@@ -32,8 +32,8 @@ inline constexpr std::string_view string_runs_on =
 /// The characters that are no digits, the first one's bit the lowest. Sixteen characters can be read there.
 inline std::uint32_t find_others_than_digits(const char* text) noexcept {
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-    const __m128i digits = _mm_sub_epi8(bytes, _mm_set1_epi8('0'));
-    const __m128i are_digits = _mm_cmpeq_epi8(_mm_min_epu8(digits, _mm_set1_epi8(9)), digits);
+    const __m128i offsets = _mm_sub_epi8(bytes, _mm_set1_epi8('0'));
+    const __m128i are_digits = _mm_cmpeq_epi8(_mm_min_epu8(offsets, _mm_set1_epi8(9)), offsets);
     return ~static_cast<std::uint32_t>(_mm_movemask_epi8(are_digits)) & 0xFFFFu;
 }
 #endif

@@ -111,11 +111,11 @@ bool ValueAccess::is_sound(const ParserValue& value) noexcept {
     switch (value.get_type()) {
     case ParserValue::TYPE_GROUP:
     case ParserValue::TYPE_BINARY_DATA:
-        return !value.has(ParserValue::TEXT_OWNED) && !value.has(ParserValue::STRING_BOXED);
+        return !value.has(ParserValue::TEXT_OWNED) && !value.has(ParserValue::STRING_AWAY);
     case ParserValue::TYPE_STRING:
         return !value.has(ParserValue::TEXT_OWNED) && !value.has(ParserValue::TEXT_HELD);
     default:
-        return !value.has(ParserValue::STRING_BOXED) &&
+        return !value.has(ParserValue::STRING_AWAY) &&
                (!value.has(ParserValue::TEXT_OWNED) || (is_spelled(value) && value.size_ != 0));
     }
 }
@@ -128,7 +128,7 @@ bool ValueAccess::keep_nothing_outside(const ParserValue* values, unsigned int c
         case ParserValue::TYPE_BINARY_DATA:
             return value.spelled_.scalar.bytes == nullptr;
         case ParserValue::TYPE_STRING:
-            return !value.has(ParserValue::STRING_BOXED) &&
+            return !value.has(ParserValue::STRING_AWAY) &&
                    (value.string_.is_borrowed() || string(value).size() <= CoreString::inline_capacity);
         default:
             return !value.has(ParserValue::TEXT_OWNED);
