@@ -24,7 +24,6 @@ is_there() {
         g++) command -v "${CXX:-c++}" ;;
         ninja-build) command -v ninja ;;
         libgtest-dev) has_header gtest/gtest.h ;;
-        libcli11-dev) has_header CLI/CLI.hpp ;;
         libbenchmark-dev) has_header benchmark/benchmark.h ;;
         rapidjson-dev) has_header rapidjson/document.h ;;
         libpugixml-dev) has_header pugixml.hpp ;;

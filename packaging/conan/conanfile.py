@@ -19,7 +19,7 @@ class BkParserRecipe(ConanFile):
 
     def export_sources(self):
         tree = os.path.join(self.recipe_folder, "..", "..")
-        for pattern in ("CMakeLists.txt", "LICENSE", "*.md", "cmake/*", "core/*", "parser/*", "tools/*", "docs/*"):
+        for pattern in ("CMakeLists.txt", "LICENSE", "*.md", "cmake/*", "core/*", "parser/*", "document/*", "tools/*", "docs/*"):
             copy(self, pattern, src=tree, dst=self.export_sources_folder)
 
     def config_options(self):
@@ -32,10 +32,6 @@ class BkParserRecipe(ConanFile):
 
     def layout(self):
         cmake_layout(self)
-
-    def requirements(self):
-        if self.options.tools:
-            self.requires("cli11/[>=2.1]")
 
     def validate(self):
         check_min_cppstd(self, 20)

@@ -1,5 +1,6 @@
 #include "platform.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -16,6 +17,7 @@
 // After windows.h, which it needs.
 #include <shellapi.h>
 #else
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -48,7 +50,31 @@ std::string to_utf8(const wchar_t* text) {
 }
 #endif
 
+constexpr std::size_t usual_width = 80;
+
+#if defined(_WIN32)
+std::size_t columns_of(std::FILE* stream) {
+    CONSOLE_SCREEN_BUFFER_INFO info;
+    const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+    return GetConsoleScreenBufferInfo(handle, &info) == 0
+               ? usual_width
+               : static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+}
+#else
+std::size_t columns_of(std::FILE* stream) {
+    winsize size{};
+    const bool is_known = ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
+    return is_known ? size.ws_col : usual_width;
+}
+#endif
+
 } // namespace
+
+std::size_t terminal_width(std::FILE* stream) {
+    constexpr std::size_t narrowest = 40;
+    constexpr std::size_t widest = 100;
+    return is_terminal(stream) ? std::clamp(columns_of(stream), narrowest, widest) : usual_width;
+}
 
 #if defined(_WIN32)
 

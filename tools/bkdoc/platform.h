@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -22,6 +23,9 @@ bool takes_colours(std::FILE* stream);
 
 /// Whether the stream is a terminal.
 bool is_terminal(std::FILE* stream);
+
+/// How many columns a terminal has; 80 where that is not known. At least 40, at most 100: longer lines are hard to read.
+std::size_t terminal_width(std::FILE* stream);
 
 /// Whether two paths, in UTF-8, lead to one file that is there.
 bool are_same_file(const std::string& first, const std::string& second);
