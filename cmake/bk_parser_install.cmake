@@ -11,7 +11,7 @@ install(TARGETS bk_parser EXPORT bk_parser_targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-foreach(floor core parser)
+foreach(floor core parser document)
     file(GLOB public_headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${floor}/*.h)
     install(FILES ${public_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${floor})
 endforeach()

@@ -16,9 +16,8 @@
 /// number of indices, the indices. Every character of a string is stored less the shift, modulo 256.
 namespace {
 
-constexpr std::string_view magic = "KWAF";
-constexpr std::size_t reserved_size = 8;
-constexpr unsigned int shift = 15;
+using bk::archive_magic;
+constexpr std::size_t reserved_size = bk::archive_reserved_size;
 
 constexpr const char* no_error = "";
 constexpr const char* empty_filename = "empty filename";
@@ -27,11 +26,7 @@ constexpr const char* invalid_size = "invalid file size";
 constexpr const char* unknown_format = "unknown file format";
 
 char shifted(char character) noexcept {
-    return static_cast<char>(static_cast<unsigned char>(character) - shift);
-}
-
-char restored(char byte) noexcept {
-    return static_cast<char>(static_cast<unsigned char>(byte) + shift);
+    return static_cast<char>(static_cast<unsigned char>(character) - bk::archive_shift);
 }
 
 void append_number(std::string& out, std::uint32_t number, std::size_t width) {
@@ -67,58 +62,6 @@ void write_all(SysFile& file, std::string_view bytes) {
     file.write(bytes.data(), static_cast<core_int64>(bytes.size()));
 }
 
-/// Appends strings as long as there are bytes. False when they end within a string.
-bool take_strings(bk::ByteCursor& cursor, std::uint32_t count, CoreVector<CoreString>& strings) {
-    for (std::uint32_t i = 0; i < count && !cursor.at_end(); ++i) {
-        const std::string_view rest = cursor.rest();
-        const std::size_t size = rest.find('\0');
-        if (size > CoreString::max_length) { // no NUL, or further on than a string reaches
-            return false;
-        }
-        CoreString string;
-        std::transform(rest.begin(), rest.begin() + size, string.resize(static_cast<unsigned int>(size)),
-                       restored);
-        strings.add(string);
-        cursor.skip(size + 1);
-    }
-    return true;
-}
-
-/// False when there are fewer bytes than the number of indices asks for.
-bool take_indices(bk::ByteCursor& cursor, std::size_t width, CoreVector<unsigned int>& indices) {
-    if (cursor.rest().size() < sizeof(std::uint32_t)) {
-        return false;
-    }
-    const auto count = cursor.take<std::uint32_t>();
-    const std::string_view bytes = cursor.rest();
-    if (bytes.size() < core_uint64{count} * width) {
-        return false;
-    }
-    unsigned int* const out = indices.extend(count);
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const char* const index = bytes.data() + i * width;
-        out[i] = static_cast<unsigned int>(bk::load_le(reinterpret_cast<const unsigned char*>(index), width));
-    }
-    return true;
-}
-
-const char* take_archive(std::string_view bytes, ParserArchive& archive) {
-    if (bytes.size() < magic.size()) {
-        return invalid_size;
-    }
-    if (!bytes.starts_with(magic)) {
-        return unknown_format;
-    }
-    if (bytes.size() < magic.size() + reserved_size + sizeof(std::uint32_t)) {
-        return invalid_size;
-    }
-    bk::ByteCursor cursor(bytes.data(), bytes.size(), magic.size() + reserved_size);
-    const auto string_count = cursor.take<std::uint32_t>();
-    const bool is_whole = take_strings(cursor, string_count, archive.strings) &&
-                          take_indices(cursor, bk::archive_index_width(string_count), archive.indices);
-    return is_whole ? no_error : invalid_size;
-}
-
 /// The whole file at once.
 std::unique_ptr<char[]> read_all(SysFile& file, std::size_t& size) {
     size = static_cast<std::size_t>(file.get_size());
@@ -143,7 +86,7 @@ const char* save(const ParserArchive& archive, const CoreString& filename, bk::P
     if (!file.open(filename, SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
         return cannot_open;
     }
-    write_all(file, std::string(magic) + std::string(reserved_size, '\0'));
+    write_all(file, std::string(archive_magic) + std::string(reserved_size, '\0'));
     bar.set_value(0.0f);
     write_all(file, string_block(archive.strings));
     bar.set_value(0.5f);
@@ -151,6 +94,13 @@ const char* save(const ParserArchive& archive, const CoreString& filename, bk::P
     bar.set_value(1.0f);
     file.close();
     return no_error;
+}
+
+const char* answer_to(bk::ArchiveBytes result) noexcept {
+    if (result == bk::ArchiveBytes::whole) {
+        return no_error;
+    }
+    return result == bk::ArchiveBytes::unknown_format ? unknown_format : invalid_size;
 }
 
 const char* load(ParserArchive& archive, const CoreString& filename) {
@@ -166,7 +116,7 @@ const char* load(ParserArchive& archive, const CoreString& filename) {
     if (!file.close()) {
         return cannot_open;
     }
-    return take_archive({bytes.get(), size}, archive);
+    return answer_to(bk::take_archive({bytes.get(), size}, archive, false, nullptr).result);
 }
 
 } // namespace

@@ -159,47 +159,6 @@ private:
     std::deque<Level> levels_; // levels stay where they are: a task cannot be moved
 };
 
-/// The size of the text that an archive's words make, each with a blank after it.
-core_uint64 text_size(const ParserArchive& archive) noexcept {
-    core_uint64 size = 0;
-    for (const unsigned int index : archive.indices) {
-        if (index < archive.strings.get_count()) {
-            size += core_uint64{archive.strings[index].get_length()} + 1;
-        }
-    }
-    return size;
-}
-
-/// The size of the file that holds the archive.
-core_uint64 stored_size(const ParserArchive& archive) noexcept {
-    core_uint64 size = bk::archive_frame_size;
-    for (const CoreString& string : archive.strings) {
-        size += core_uint64{string.get_length()} + 1;
-    }
-    const std::size_t width = bk::archive_index_width(archive.strings.get_count());
-    return size + core_uint64{archive.indices.get_count()} * width;
-}
-
-/// The size is known before any room is taken for the text. The product of ratio and size is not formed: it could wrap.
-bool is_text_within(const ParserArchive& archive, const ParserLimits& limits) noexcept {
-    const core_uint64 size = text_size(archive);
-    return size <= CoreString::max_length && size <= limits.archive_size &&
-           (size <= limits.archive_free_size || (size - 1) / stored_size(archive) < limits.archive_ratio);
-}
-
-CoreString join_words(const ParserArchive& archive) {
-    CoreString text;
-    char* out = text.resize(static_cast<unsigned int>(text_size(archive)));
-    for (const unsigned int index : archive.indices) {
-        if (index < archive.strings.get_count()) {
-            const std::string_view word = archive.strings[index].get_view();
-            out += word.copy(out, word.size());
-            *out++ = ' ';
-        }
-    }
-    return text;
-}
-
 /// All of them or, when memory runs out, none.
 template <class Action>
 void add_words(ParserArchive& archive, const char* operation, Action action) {
@@ -234,7 +193,7 @@ void ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& arch
 
 bool ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar*,
                                    const ParserLimits& limits) {
-    if (!is_text_within(archive, limits)) {
+    if (!bk::is_text_within(archive, limits)) {
         bk::report_warning("ParserImpl.group_set_archive: text too large\n");
         return false;
     }
@@ -246,6 +205,6 @@ bool ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& arch
 
 bool ParserImpl::get_archive_text(const ParserArchive& archive, CoreString& text,
                                   const ParserLimits& limits) {
-    return is_text_within(archive, limits) &&
-           bk::completed("ParserImpl.get_archive_text", [&] { text = join_words(archive); });
+    return bk::is_text_within(archive, limits) &&
+           bk::completed("ParserImpl.get_archive_text", [&] { text = bk::join_words(archive, nullptr); });
 }

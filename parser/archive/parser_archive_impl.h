@@ -1,9 +1,20 @@
 #pragma once
 
+#include "core/reports/core_pace_impl.h"
+#include "parser/parser_archive.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace bk {
+
+/// The first four bytes of the file of an archive.
+inline constexpr std::string_view archive_magic = "KWAF";
+
+inline constexpr std::size_t archive_reserved_size = 8;
+/// What is taken off each character.
+inline constexpr unsigned int archive_shift = 15;
 
 /// The bytes of an index in the file of an archive with so many strings.
 constexpr std::size_t archive_index_width(std::uint32_t string_count) noexcept {
@@ -12,5 +23,32 @@ constexpr std::size_t archive_index_width(std::uint32_t string_count) noexcept {
 
 /// What the file of an archive has beside strings and indices: the magic, eight reserved bytes, and both counts.
 inline constexpr std::size_t archive_frame_size = 4 + 8 + 4 + 4;
+
+/// How the bytes of an archive were taken.
+enum class ArchiveBytes {
+    whole,
+    unknown_format,
+    cut_in_head,
+    cut_in_strings,
+    cut_in_indices ///< the announced size is that of the whole archive
+};
+
+struct ArchiveTaken {
+    ArchiveBytes result;
+    core_uint64 size; // that the bytes need to be whole, when that is known; of a whole archive its own
+};
+
+/// Appends what the file of an archive holds. Of one that is cut off in its indices the indices that are there are taken only
+/// when `takes_rest` says so. `pace`, which may be null, is told the bytes that were taken.
+ArchiveTaken take_archive(std::string_view bytes, ParserArchive& archive, bool takes_rest, Pace* pace);
+
+/// Whether the text that the words make is within the limits.
+bool is_text_within(const ParserArchive& archive, const ParserLimits& limits) noexcept;
+
+/// That text. `pace`, which may be null, is told its bytes.
+CoreString join_words(const ParserArchive& archive, Pace* pace);
+
+/// The size of that text.
+core_uint64 archive_text_size(const ParserArchive& archive) noexcept;
 
 } // namespace bk

@@ -1,6 +1,7 @@
 #include "parser/binary/parser_binary_impl.h"
 
 #include "core/reports/core_guard_impl.h"
+#include "parser/binary/parser_binary_cut_impl.h"
 #include "parser/binary/parser_binary_scalar_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
@@ -21,21 +22,6 @@ void report_large_entry(std::string_view name, core_uint64 size, unsigned int bu
         report_warning("ParserEntry.set_binary: ParserEntry '", CoreString(name), "', chunk size (", size,
                        ") is larger than the given buffer (", buffer_size, ")\n");
     }
-}
-
-/// Where the first NUL stands. Names are short, and a call costs more than they do: of the first bytes eight are
-/// looked at together. The lowest bit set is the top bit of the first byte that is zero.
-std::size_t find_nul(std::string_view text) noexcept {
-    constexpr std::uint64_t ones = 0x0101010101010101u;
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
-    constexpr std::size_t step = sizeof(std::uint64_t);
-    for (std::size_t i = 0; i < 2 * step && text.size() - i >= step; i += step) {
-        const std::uint64_t eight = load_le64(bytes + i);
-        if (const std::uint64_t zeros = (eight - ones) & ~eight & (ones << 7)) {
-            return i + static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
-        }
-    }
-    return text.find('\0');
 }
 
 /// An entry's values that are all scalars and strings, and stand in the buffer whole.
@@ -98,30 +84,6 @@ bool keeps_nothing_outside(ParserValue::Type type) noexcept {
 }
 
 } // namespace
-
-std::string_view take_string(ByteCursor& cursor) {
-    const std::string_view rest = cursor.rest();
-    const std::size_t size = find_nul(rest);
-    if (size == std::string_view::npos) {
-        report_warning("ParserValue.bin_to_string: Failed to parse string\n");
-        cursor.move_to_end();
-        return {};
-    }
-    cursor.skip(size + 1);
-    return rest.substr(0, size);
-}
-
-std::string_view take_binary_data(ByteCursor& cursor) {
-    const auto size = static_cast<std::uint32_t>(cursor.take<std::uint64_t>());
-    const std::string_view rest = cursor.rest();
-    if (size > rest.size()) {
-        report_warning("ParserValue.bin_to_binary_data: Failed to parse string\n");
-        cursor.skip(rest.size());
-        return {};
-    }
-    cursor.skip(size);
-    return rest.substr(0, size);
-}
 
 BinaryDecoder::~BinaryDecoder() {
     discard_values(0);
@@ -193,11 +155,13 @@ ParserValue* BinaryDecoder::read_value() {
 
 /// False when the group does not fit what is left of the buffer.
 bool BinaryDecoder::open_group(ParserGroup& group) {
-    const std::uint64_t size = cursor_.take<std::uint64_t>();
+    std::uint64_t size = cursor_.take<std::uint64_t>();
     const core_uint64 start = cursor_.position();
-    if (start > data_.get_count() || size > data_.get_count() - start) {
-        report_warning("ParserGroup.set_binary: ParserGroup size larger than the given data\n");
-        return false;
+    if (start > data_.size() || size > data_.size() - start) {
+        if (!take_rest_of_cut_group(size)) {
+            return false;
+        }
+        size = cursor_.rest().size();
     }
     Level& level = levels_.emplace_back();
     level.group = &group;
@@ -210,8 +174,12 @@ bool BinaryDecoder::open_group(ParserGroup& group) {
 /// and fails where its data end.
 bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
     const std::uint64_t size = cursor_.take<std::uint64_t>();
-    if (size > data_.get_count()) {
-        report_large_entry(name, size, data_.get_count());
+    const core_uint64 start = cursor_.position();
+    if (host_ != nullptr && (start > data_.size() || size > data_.size() - start)) {
+        return !damage(BinaryDamage::Kind::entry_too_large, start, size, cursor_.rest().size());
+    }
+    if (size > data_.size()) {
+        report_large_entry(name, size, static_cast<unsigned int>(data_.size()));
         return false;
     }
     cursor_.skip(reserved_size);
@@ -238,15 +206,23 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
         return begin_entry(level);
     }
     while (true) {
+        if (pace_ != nullptr) {
+            pace_->reach(cursor_.position());
+        }
         if (cursor_.position() >= level.entry_end) {
-            return finish_entry(level);
+            return ends_at(level.entry_end) ? finish_entry(level) : Step::failed;
         }
         ParserValue::Type type{};
+        const core_uint64 start = cursor_.position();
         if (!take_tag(type)) {
+            damage(BinaryDamage::Kind::unknown_value, start);
             return Step::failed;
         }
         if (type != ParserValue::TYPE_GROUP) {
             take_plain(type);
+            if (is_stopped_ || is_past_end()) {
+                return Step::failed;
+            }
             level.text_size += text_need(pending_.back());
             continue;
         }
@@ -261,26 +237,21 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
     }
 }
 
-/// Nothing is left to be read: every group that is open ends with the entries that are whole.
-BinaryDecoder::Step BinaryDecoder::stop_at_depth() {
-    report_warning("ParserGroup.set_binary: Group is nested too deeply\n");
-    is_stopped_ = true;
-    cursor_.move_to_end();
-    return Step::failed;
-}
-
 /// Begins the next entry; those of scalars and strings are read at once.
 BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
     do {
-        if (cursor_.position() >= level.group_end) {
-            return Step::done;
+        const core_uint64 start = cursor_.position();
+        if (pace_ != nullptr) {
+            pace_->reach(start);
         }
-        const std::string_view name = take_string(cursor_);
+        if (start >= level.group_end) {
+            return ends_at(level.group_end) ? Step::done : Step::failed;
+        }
+        const std::string_view name = take_name();
         if (name.empty()) {
-            report_warning("ParserGroup.set_binary: Failed to read entry name\n");
-            return Step::failed;
+            return fail_at_name(start);
         }
-        level.name_at = static_cast<unsigned int>(name.data() - data_.get_data());
+        level.name_at = static_cast<unsigned int>(name.data() - data_.data());
         level.name_size = static_cast<unsigned int>(name.size());
         if (!open_entry(level, name)) {
             return Step::failed;
@@ -292,16 +263,18 @@ BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
 /// Reads an entry whose values are all scalars and strings and stand in the buffer whole. False, and nothing read, when it
 /// is another one.
 bool BinaryDecoder::read_plain_entry(Level& level) {
-    if (cursor_.position() > data_.get_count()) { // behind an entry that is cut in its head
+    if (cursor_.position() > data_.size() ||
+        !may_be_plain(level)) { // behind an entry that is cut in its head
         return false;
     }
-    const char* const data = data_.get_data();
+    const char* const data = data_.data();
     PlainValues found{data + cursor_.position(), nullptr, 0, 0};
-    if (!find_plain_values(found, data + sure_end(level), data + data_.get_count(), string_sizes_)) {
+    if (!find_plain_values(found, data + sure_end(level), data + data_.size(), string_sizes_)) {
         return false;
     }
     const auto end = static_cast<core_uint64>(found.end - data);
-    if (end < level.entry_end) { // there may be more of it, or less than it claims
+    if (end < level.entry_end ||
+        (host_ != nullptr && end != level.entry_end)) { // more of it, or less than it claims
         return false;
     }
     std::unique_ptr<ParserEntry> entry(
@@ -316,12 +289,12 @@ bool BinaryDecoder::read_plain_entry(Level& level) {
 
 /// Up to here a scalar with its tag stands in the buffer whole, whichever it is, if it begins in the entry.
 core_uint64 BinaryDecoder::sure_end(const Level& level) const noexcept {
-    const core_uint64 count = data_.get_count();
+    const core_uint64 count = data_.size();
     return std::min(level.entry_end, count < largest_stored_size ? 0 : count - largest_stored_size + 1);
 }
 
 std::string_view BinaryDecoder::entry_name(const Level& level) const noexcept {
-    return {data_.get_data() + level.name_at, level.name_size};
+    return {data_.data() + level.name_at, level.name_size};
 }
 
 void BinaryDecoder::keep_entry(Level& level, std::unique_ptr<ParserEntry> entry) {
@@ -366,9 +339,9 @@ bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
 /// A value of any type but a group.
 void BinaryDecoder::take_plain(ParserValue::Type type) {
     if (type == ParserValue::TYPE_STRING) {
-        pending_.emplace_back(type, take_string(cursor_));
+        pending_.emplace_back(type, take_text());
     } else if (type == ParserValue::TYPE_BINARY_DATA) {
-        pending_.emplace_back(type, take_binary_data(cursor_));
+        pending_.emplace_back(type, take_bytes());
     } else {
         const std::size_t size = stored_size(static_cast<char>(type)) - 1;
         pending_.emplace_back(type, stored_scalar(type, cursor_.take(size)));

@@ -2,6 +2,7 @@
 
 #include "core/core_containers.h"
 #include "core/reports/core_guard_impl.h"
+#include "core/reports/core_pace_impl.h"
 #include "core/text/core_bytes_impl.h"
 #include "parser/parser_group.h"
 #include "parser/parser_limits.h"
@@ -15,6 +16,9 @@
 /// The binary form of trees, which docs/formats.md describes byte by byte. Both directions walk with an explicit
 /// stack: the depth of a tree costs no stack of the thread's.
 namespace bk {
+
+/// The first four bytes of a document in the binary form.
+inline constexpr std::string_view binary_tag = "UDFS";
 
 /// The largest buffer: counts are 32-bit.
 inline constexpr core_uint64 max_binary_size = 0xFFFFFFFFu;
@@ -100,11 +104,38 @@ core_uint64 encode(CoreVector<char>& out, const char* operation, Write write) {
     return size;
 }
 
-/// The characters up to a NUL, which is passed. Without one: logged, no characters, and the cursor at the end.
-std::string_view take_string(ByteCursor& cursor);
+/// What is wrong with binary data, and where.
+struct BinaryDamage {
+    enum class Kind {
+        group_too_large,  ///< the size of a group is more than what is left
+        entry_too_large,  ///< the same of an entry
+        size_mismatch,    ///< an entry or a group does not end where its size says
+        no_entry_name,    ///< the name of an entry is empty, or does not end
+        open_string,      ///< a string does not end
+        open_binary_data, ///< binary data are more than what is left
+        unknown_value,    ///< no value has this tag
+        data_end,         ///< the data end inside a value
+        nested_too_deeply ///< ParserLimits::nesting_depth
+    };
 
-/// Bytes that follow their number. When the buffer ends before: logged, no bytes, and the cursor at the end.
-std::string_view take_binary_data(ByteCursor& cursor);
+    Kind kind;
+    core_uint64 position;      // in the data
+    core_uint64 announced = 0; // of what is too large
+    core_uint64 present = 0;
+};
+
+/// Who decodes strictly: the first damage ends the decoding, and is told here instead of the log.
+class BinaryHost {
+public:
+    BinaryHost() = default;
+    BinaryHost(const BinaryHost&) = delete;
+    BinaryHost& operator=(const BinaryHost&) = delete;
+
+    virtual void damaged(const BinaryDamage& damage) = 0;
+
+protected:
+    ~BinaryHost() = default;
+};
 
 /// Builds what a buffer holds. A size in the buffer is never believed: nothing is allocated for what is not there.
 ///
@@ -114,7 +145,9 @@ class BinaryDecoder {
 public:
     BinaryDecoder(const CoreVector<char>& data, core_uint64 position,
                   unsigned int nesting_depth = ParserLimits::no_limit) noexcept
-        : data_(data), cursor_(data.get_data(), data.get_count(), position), nesting_depth_(nesting_depth) {}
+        : BinaryDecoder(std::string_view(data.get_data(), data.get_count()), position, nesting_depth) {}
+    BinaryDecoder(std::string_view data, core_uint64 position, unsigned int nesting_depth) noexcept
+        : data_(data), cursor_(data.data(), data.size(), position), nesting_depth_(nesting_depth) {}
     ~BinaryDecoder();
     BinaryDecoder(const BinaryDecoder&) = delete;
     BinaryDecoder& operator=(const BinaryDecoder&) = delete;
@@ -125,6 +158,11 @@ public:
     ParserValue* read_value();
 
     core_uint64 position() const noexcept { return cursor_.position(); }
+
+    /// Decodes strictly: every group has the entries that are whole, up to the first damage.
+    void be_strict(BinaryHost& host) noexcept { host_ = &host; }
+    /// Tells somebody how many bytes of the data are decoded.
+    void set_pace(Pace& pace) noexcept { pace_ = &pace; }
 
 private:
     /// A value that waits for the end of its entry. It is filled field by field where it stands: copying what was
@@ -161,6 +199,16 @@ private:
     enum class Step { more, done, failed };
 
     Step stop_at_depth();
+    bool damage(BinaryDamage::Kind kind, core_uint64 position, core_uint64 announced = 0,
+                core_uint64 present = 0);
+    bool take_rest_of_cut_group(core_uint64 size);
+    Step fail_at_name(core_uint64 start);
+    std::string_view take_name();
+    std::string_view take_text();
+    std::string_view take_bytes();
+    bool is_past_end();
+    bool ends_at(core_uint64 end);
+    bool may_be_plain(const Level& level) const noexcept;
     void keep_whole_entries() noexcept;
 
     bool open_group(ParserGroup& group);
@@ -184,10 +232,13 @@ private:
     static std::size_t text_need(const PendingValue& pending) noexcept;
     void discard_values(std::size_t first) noexcept;
 
-    const CoreVector<char>& data_;
+    std::string_view data_;
     ByteCursor cursor_;
     unsigned int nesting_depth_;
+    BinaryHost* host_ = nullptr;
+    Pace* pace_ = nullptr;
     bool is_stopped_ = false;
+    bool is_told_ = false;
     std::vector<Level> levels_;
     std::vector<ParserEntry*> entries_;      // of all open groups, the outermost first
     std::vector<PendingValue> pending_;      // of all open entries, the outermost first

@@ -1,3 +1,4 @@
+#include "parser/binary/parser_binary_cut_impl.h"
 #include "parser/binary/parser_binary_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/parser_value.h"

@@ -53,9 +53,9 @@ void encipher(std::string_view text, std::string_view key, unsigned char* block)
     }
 }
 
-std::uint32_t peek_cipher_length(std::string_view block, std::string_view key) noexcept {
+std::uint64_t announced_cipher_length(std::string_view block, std::string_view key) noexcept {
     Keystream keystream(cipher_seed(key));
-    return static_cast<std::uint32_t>(decipher_length(block, keystream));
+    return decipher_length(block, keystream);
 }
 
 bool decipher(std::string_view block, std::string_view key, CoreString& text) {

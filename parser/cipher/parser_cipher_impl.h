@@ -23,8 +23,12 @@ std::uint64_t cipher_block_size(std::uint64_t length) noexcept;
 /// Enciphers `text` into `block`, which has room for cipher_block_size(text.size()) bytes.
 void encipher(std::string_view text, std::string_view key, unsigned char* block) noexcept;
 
-/// The low 32 bits of the length that the block states for its text; missing bytes count as zero.
-std::uint32_t peek_cipher_length(std::string_view block, std::string_view key) noexcept;
+/// The length that the block states for its text; missing bytes count as zero. A key that is not the block's makes any 64 bits of it.
+std::uint64_t announced_cipher_length(std::string_view block, std::string_view key) noexcept;
+/// Its low 32 bits.
+inline std::uint32_t peek_cipher_length(std::string_view block, std::string_view key) noexcept {
+    return static_cast<std::uint32_t>(announced_cipher_length(block, key));
+}
 
 /// Deciphers a block. False, and `text` is as it was, when no text can be in it: the length that it states does not
 /// fit, or its size is no multiple of 4. A block of no bytes holds the empty text. A wrong key may pass.

@@ -4,6 +4,7 @@
 #include "core/reports/core_guard_impl.h"
 #include "core/sys_file.h"
 #include "parser/files/parser_file_preprocess_impl.h"
+#include "parser/files/parser_log_host_impl.h"
 #include "parser/text/parser_text_reader_impl.h"
 
 #include <utility>
@@ -102,7 +103,8 @@ bool ParserFile::preprocess(CoreString& text, const CoreString& key, AppProgress
     dependencies_ = CoreSet<CoreString>();
     const bk::Progress bar(progress);
     const bk::ProgressTask task(bar, 0.5F);
-    bk::Preprocessor preprocessor(places, key, observer_, limits_);
+    bk::LogHost host(places.get_count(), observer_);
+    bk::Preprocessor preprocessor(places, key, host, limits_);
     serial_version_ = preprocessor.run(filename_, bar, text);
     dependencies_ = preprocessor.included_paths();
     if (storage_ == STORAGE_UNKNOWN && preprocessor.has_loaded()) {

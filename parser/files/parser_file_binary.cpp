@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr std::string_view data_tag = "UDFS";
+using bk::binary_tag;
 /// A buffer of the tag and only a part of the size is left to the group to refuse.
 constexpr unsigned int least_size = 9;
 
@@ -13,7 +13,7 @@ bool is_known_format(const CoreVector<char>& data) {
         bk::report_warning("ParserFile.set_binary: data too short\n");
         return false;
     }
-    if (std::string_view(data.get_data(), data_tag.size()) != data_tag) {
+    if (std::string_view(data.get_data(), binary_tag.size()) != binary_tag) {
         bk::report_warning("ParserFile.set_binary: Unknown data tag\n");
         return false;
     }
@@ -25,7 +25,7 @@ bool is_known_format(const CoreVector<char>& data) {
 CoreVector<char> ParserFile::get_binary() const {
     CoreVector<char> out;
     bk::encode(out, "ParserFile.get_binary", [&](bk::BinaryEncoder& encoder) {
-        encoder.write_bytes(data_tag.data(), data_tag.size());
+        encoder.write_bytes(binary_tag.data(), binary_tag.size());
         encoder.write_group(*root_);
     });
     return out;
@@ -36,6 +36,6 @@ bool ParserFile::set_binary(const CoreVector<char>& data) {
         bk::report_warning("ParserFile.set_binary: Unknown format\n");
         return false;
     }
-    core_uint64 position = data_tag.size();
+    core_uint64 position = binary_tag.size();
     return root_->set_binary(data, position, limits_);
 }

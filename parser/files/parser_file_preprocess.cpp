@@ -1,12 +1,11 @@
 #include "parser/files/parser_file_preprocess_impl.h"
 
 #include "core/files/sys_filesystem_impl.h"
-#include "core/files/sys_line_ends_impl.h"
+#include "core/files/sys_path_impl.h"
 #include "core/numbers/core_number_impl.h"
-#include "core/reports/core_diagnostic_impl.h"
-#include "core/sys_file.h"
 #include "parser/cipher/parser_cipher_impl.h"
-#include "parser/text/parser_fault_text_impl.h"
+
+#include <algorithm>
 
 namespace bk {
 
@@ -15,27 +14,32 @@ namespace {
 constexpr core_uint64 max_file_size = CoreString::max_length;
 constexpr double failed = 0.0;
 
-void report_for_file(const char* before, const CoreString& name, const char* after) {
-    report_warning(before, name, after);
-}
-
-/// False when a read met an error: half a document must not pass for a whole one.
-bool read_whole(SysFile& file, CoreString& text) {
-    file.read(text, file.get_size());
-    return file.close();
-}
-
 } // namespace
 
 Preprocessor::Preprocessor(const CoreVector<CoreString>& search_paths, const CoreString& key,
-                           ParserReadObserver* observer, const ParserLimits& limits)
-    : search_paths_(search_paths), key_(key), observer_(observer), limits_(limits) {}
+                           SourceHost& host, const ParserLimits& limits, IncludeRules rules)
+    : search_paths_(search_paths), key_(key), host_(host), limits_(limits), rules_(rules) {}
 
 double Preprocessor::run(const CoreString& name, Progress progress, CoreString& text) {
     out_ = &text;
-    if (!enter(name, progress)) {
+    return enter(name, progress) ? finish(progress) : failed;
+}
+
+double Preprocessor::run(const CoreString& name, const CoreString& path, CoreString&& bytes,
+                         CoreString& text) {
+    out_ = &text;
+    top_path_ = path;
+    Place place{name, name, path};
+    Source source{std::move(bytes), false};
+    if (is_too_large(place, source.text.get_length()) ||
+        (source.text.get_view().starts_with(cipher_magic) && !decipher_source(place, source))) {
         return failed;
     }
+    open(std::move(place), std::move(source), Progress(nullptr));
+    return finish(Progress(nullptr));
+}
+
+double Preprocessor::finish(Progress progress) {
     const double version = scan(progress);
     while (!open_files_.empty()) { // of a reading that failed
         leave();
@@ -45,123 +49,129 @@ double Preprocessor::run(const CoreString& name, Progress progress, CoreString& 
 
 /// Opens a file, inside those that are open.
 bool Preprocessor::enter(const CoreString& name, Progress progress) {
-    CoreString path;
+    Place place{name, {}, {}};
     Source source;
-    if (!find(name, path) || !may_open(name, path) || !load(name, path, source, progress)) {
+    if (!find(place) || !may_open(place) || !load(place, source, progress)) {
         return false;
     }
-    OpenFile& file = open_files_.emplace_back(name, path, std::move(source), progress);
-    open_paths_.insert(file.path.get_view());
+    open(std::move(place), std::move(source), progress);
+    return true;
+}
+
+void Preprocessor::open(Place&& place, Source&& source, Progress progress) {
+    OpenFile& file = open_files_.emplace_back(std::move(place), std::move(source), progress);
+    open_paths_.insert(file.place.path.get_view());
     if (file.source.is_encrypted && open_files_.size() == 1) {
         file.scanner.keep_later_version_lines(); // the entry that writing put there
     }
-    if (observer_ != nullptr) {
-        observer_->file_entered(file.name, file.path, file.source.text);
-    }
-    return true;
+    host_.entered(
+        {file.place.name, file.place.found, file.place.path, file.source.text, file.source.is_encrypted});
 }
 
 /// Closes the innermost file; the result is its version.
 double Preprocessor::leave() {
-    if (observer_ != nullptr) {
-        observer_->file_left();
-    }
-    const double version = open_files_.back().version;
-    open_paths_.erase(open_files_.back().path.get_view());
+    OpenFile& file = open_files_.back();
+    const double version = file.version;
+    host_.left(std::move(file.source.text));
+    open_paths_.erase(file.place.path.get_view());
     open_files_.pop_back();
     return version;
 }
 
-bool Preprocessor::find(const CoreString& name, CoreString& path) {
-    for (const CoreString& folder : search_paths_) {
-        CoreString candidate(folder);
-        if (!folder.is_empty() && folder.get_view().back() != '/') {
-            candidate += '/';
-        }
-        candidate += name;
-        if (is_file(candidate.get_view())) {
-            path = absolute_path(candidate);
-            if (open_files_.empty()) {
-                top_path_ = path;
-            } else if (!(path == top_path_)) {
-                included_paths_.add(path);
-            }
+bool Preprocessor::find(Place& place) {
+    tried_.clear();
+    if (rules_.searches_beside && !open_files_.empty()) {
+        const std::string_view beside =
+            folder_of(open_files_.back().place.found.get_view(), native_path_style);
+        if (find_at(CoreString(beside), place)) {
             return true;
         }
     }
-    report_for_file("File '", name, "' not found.\n");
-    report_warning("  Looked for:\n");
-    for (unsigned int i = 0; i < search_paths_.get_count(); ++i) {
-        report_for_file("    - '", name, "'\n");
+    for (const CoreString& folder : search_paths_) {
+        if (find_at(folder, place)) {
+            return true;
+        }
     }
-    return false;
+    return fail(SourceFault::not_found, place);
 }
 
-bool Preprocessor::may_open(const CoreString& name, const CoreString& path) {
-    if (open_paths_.contains(path.get_view())) {
-        report_for_file("File '", name, "' includes itself.\n");
+bool Preprocessor::find_at(const CoreString& folder, Place& place) {
+    CoreString candidate(folder);
+    if (!folder.is_empty() && folder.get_view().back() != '/') {
+        candidate += '/';
+    }
+    candidate += place.name;
+    if (!is_file(candidate.get_view())) {
+        tried_.push_back(std::move(candidate));
         return false;
     }
-    if (open_files_.size() > limits_.include_depth) {
-        report_for_file("File '", name, "' is included too deeply.\n");
-        return false;
-    }
-    if (!open_files_.empty() && include_count_++ >= limits_.include_count) {
-        report_for_file("File '", name, "' is one include too many.\n");
-        return false;
+    place.path = absolute_path(candidate);
+    place.found = std::move(candidate);
+    if (open_files_.empty()) {
+        top_path_ = place.path;
+    } else if (!(place.path == top_path_)) {
+        included_paths_.add(place.path);
     }
     return true;
 }
 
-bool Preprocessor::load(const CoreString& name, const CoreString& path, Source& source, Progress progress) {
-    SysFile file;
-    if (!file.open(path, SysFile::MODE_READ, SysFile::TYPE_BINARY)) {
-        report_for_file("Failed to open file '", name, "'.\n");
-        return false;
+bool Preprocessor::may_open(const Place& place) {
+    if (open_paths_.contains(place.path.get_view())) {
+        return fail(SourceFault::includes_itself, place);
     }
-    const auto size = static_cast<core_uint64>(file.get_size());
+    if (open_files_.size() > limits_.include_depth) {
+        return fail(SourceFault::included_too_deeply, place);
+    }
+    if (!open_files_.empty() && include_count_++ >= limits_.include_count) {
+        is_ended_ = true;
+        return fail(SourceFault::too_many_includes, place);
+    }
+    return true;
+}
+
+bool Preprocessor::is_too_large(const Place& place, core_uint64 size) {
     if (size > max_file_size || size > limits_.source_size - source_size_) {
-        report_for_file("File '", name, "' is too large.\n");
-        return false;
+        is_ended_ = true;
+        return !fail(SourceFault::file_too_large, place);
     }
     source_size_ += size;
-    if (!read_whole(file, source.text)) {
-        report_for_file("Failed to open file '", name, "'.\n");
-        return false;
+    return false;
+}
+
+bool Preprocessor::load(const Place& place, Source& source, Progress progress) {
+    const core_uint64 most = std::min<core_uint64>(max_file_size, limits_.source_size - source_size_);
+    const SourceRead read = host_.read(place.path, most, source.text);
+    if (read == SourceRead::unreadable) {
+        return fail(SourceFault::unreadable, place);
     }
+    if (read == SourceRead::too_large) {
+        is_ended_ = true;
+        return fail(SourceFault::file_too_large, place);
+    }
+    source_size_ += source.text.get_length();
     if (source.text.get_length() > cipher_magic.size()) {
         progress.set_value(0.3F);
         if (source.text.get_view().starts_with(cipher_magic)) {
-            return decipher_source(name, source);
+            return decipher_source(place, source);
         }
     }
-    if (platform_translates_text && !read_as_text(name, path, source.text)) {
-        return false;
+    if (!host_.read_as_text(place.path, source.text)) {
+        return fail(SourceFault::unreadable, place);
     }
     progress.set_value(0.3F);
     note_storage(false);
     return true;
 }
 
-bool Preprocessor::read_as_text(const CoreString& name, const CoreString& path, CoreString& text) {
-    SysFile file;
-    if (!file.open(path, SysFile::MODE_READ, SysFile::TYPE_TEXT) || !read_whole(file, text)) {
-        report_for_file("Failed to open file '", name, "'.\n");
-        return false;
-    }
-    return true;
-}
-
-bool Preprocessor::decipher_source(const CoreString& name, Source& source) {
+bool Preprocessor::decipher_source(const Place& place, Source& source) {
     const std::string_view block = source.text.get_view().substr(cipher_magic.size());
-    if (peek_cipher_length(block, key_.get_view()) >= source.text.get_length()) {
-        report_for_file("Failed to read binary data from file '", name, "'.\n");
-        return false;
+    const core_uint64 length = announced_cipher_length(block, key_.get_view());
+    if (static_cast<std::uint32_t>(length) >= source.text.get_length()) {
+        return fail(SourceFault::enciphered_length, place, {}, length, block.size());
     }
     CoreString text;
-    if (!decipher(block, key_.get_view(), text)) {
-        report_for_file("Incompatible binary data found in file '", name, "'.\n");
-        return false;
+    if (!decipher(block, key_.get_view(), text) || !host_.accepts_deciphered(text)) {
+        return fail(SourceFault::enciphered_block, place, {}, length, block.size());
     }
     source.text = std::move(text);
     source.is_encrypted = true;
@@ -184,61 +194,64 @@ double Preprocessor::scan(Progress progress) {
     while (!open_files_.empty()) {
         OpenFile& file = open_files_.back();
         const SourcePiece piece = file.scanner.next();
-        if (!append_piece(file.name, piece)) {
+        if (!append_piece(file, piece)) {
             return failed;
         }
+        bool is_had = true;
         switch (piece.then) {
         case SourcePiece::Then::end:
-            version = leave();
-            if (version == failed) { // an include whose version line says so fails, too
-                return failed;
-            }
+            is_had = end_file(version);
             break;
         case SourcePiece::Then::version:
             file.version = text_to_double(piece.argument).value;
+            host_.version_found(piece, file.version);
             break;
         case SourcePiece::Then::include:
-            if (!include(piece)) {
-                return failed;
-            }
+            is_had = include(piece);
             break;
         case SourcePiece::Then::open_include:
-            report_open_include(piece);
-            return failed;
+            is_had = fail(SourceFault::include_left_open, file.place, piece);
+            break;
         case SourcePiece::Then::comment:
             break;
+        }
+        if (!is_had && (!rules_.goes_on || is_ended_)) {
+            return failed;
         }
     }
     return version;
 }
 
-bool Preprocessor::append_piece(const CoreString& name, const SourcePiece& piece) {
-    if (observer_ != nullptr && !piece.text.empty()) {
-        observer_->piece_copied(piece.offset, static_cast<unsigned int>(piece.text.size()),
-                                out_->get_length());
+/// False of a file whose version line says that it fails.
+bool Preprocessor::end_file(double& version) {
+    const OpenFile& file = open_files_.back();
+    const bool is_good = file.version != failed || fail(SourceFault::no_version, file.place);
+    version = leave();
+    return is_good;
+}
+
+bool Preprocessor::append_piece(const OpenFile& file, const SourcePiece& piece) {
+    if (!piece.text.empty()) {
+        host_.copied(piece, out_->get_length());
     }
     const core_uint64 size = core_uint64{out_->get_length()} + piece.text.size();
     if (size > limits_.expanded_size || !out_->append(piece.text)) {
-        report_for_file("File '", name, "' is too large.\n");
-        return false;
+        is_ended_ = true;
+        return fail(SourceFault::text_too_large, file.place, piece);
     }
     return true;
 }
 
 bool Preprocessor::include(const SourcePiece& piece) {
-    const CoreString name(piece.argument);
-    if (observer_ != nullptr) {
-        observer_->include_found(piece.directive_offset, piece.directive_length, name);
-    }
-    return enter(name, Progress(nullptr));
+    host_.include_found(piece);
+    return enter(CoreString(piece.argument), Progress(nullptr));
 }
 
-void Preprocessor::report_open_include(const SourcePiece& piece) {
-    if (observer_ != nullptr) {
-        const auto fault = ParserReadObserver::FAULT_INCLUDE_LEFT_OPEN;
-        observer_->directive_fault_found(fault, piece.directive_offset, piece.directive_length,
-                                         fault_text(fault, {}));
-    }
+/// Tells the host. The result is false.
+bool Preprocessor::fail(SourceFault fault, const Place& place, const SourcePiece& piece,
+                        core_uint64 announced, core_uint64 present) {
+    host_.failed({fault, place.name, place.found, tried_, piece, announced, present});
+    return false;
 }
 
 } // namespace bk

@@ -3,34 +3,47 @@
 #include "core/core_containers.h"
 #include "core/core_string.h"
 #include "core/reports/app_progress_impl.h"
+#include "parser/files/parser_source_host_impl.h"
 #include "parser/files/parser_source_scanner_impl.h"
 #include "parser/parser_limits.h"
-#include "parser/parser_read_observer.h"
 
 #include <deque>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 namespace bk {
+
+/// How a preprocessor goes about includes. The defaults are ParserFile's.
+struct IncludeRules {
+    /// An included file is searched for in the folder of the file that includes it, before the search paths.
+    bool searches_beside = false;
+    /// An include that cannot be had is left out, and what is behind it is read. Limits on the whole still end the reading.
+    bool goes_on = false;
+};
 
 /// Turns a file into the text that is parsed: finds it along the search paths, deciphers it, splices in its
 /// includes, drops comments and takes the version out of its version line.
 class Preprocessor {
 public:
-    /// `search_paths`, `key` and `limits` outlive the preprocessor. `observer` may be null.
-    Preprocessor(const CoreVector<CoreString>& search_paths, const CoreString& key,
-                 ParserReadObserver* observer, const ParserLimits& limits);
+    /// The arguments outlive the preprocessor.
+    Preprocessor(const CoreVector<CoreString>& search_paths, const CoreString& key, SourceHost& host,
+                 const ParserLimits& limits, IncludeRules rules = {});
 
     /// Appends the text of the file and what it includes to `text`. The result is the serial version, 1.0 when the
-    /// file states none, and 0.0 when it, or an include, cannot be had; why is logged at level 2.
+    /// file states none, and 0.0 when it, or an include, cannot be had; the host is told why.
     double run(const CoreString& name, Progress progress, CoreString& text);
+    /// The same for a file whose bytes are at hand: `path` is its absolute path, or empty when it is none.
+    double run(const CoreString& name, const CoreString& path, CoreString&& bytes, CoreString& text);
 
     /// The absolute paths of the files that were included, failures included.
     const CoreSet<CoreString>& included_paths() const noexcept { return included_paths_; }
     bool has_loaded() const noexcept { return has_loaded_; }
     /// Whether the first file loaded was an enciphered one.
     bool is_encrypted() const noexcept { return is_encrypted_; }
+    /// Whether a limit on the whole ended the reading.
+    bool is_ended() const noexcept { return is_ended_; }
 
 private:
     /// A file while it is read.
@@ -38,46 +51,58 @@ private:
         CoreString text;
         bool is_encrypted = false;
     };
+    /// What a file is called: as it was asked for, where it was found, and its absolute path.
+    struct Place {
+        CoreString name;
+        CoreString found;
+        CoreString path;
+    };
     /// A file that is being scanned, or waits for the end of one that it includes.
     struct OpenFile {
-        OpenFile(const CoreString& file_name, const CoreString& file_path, Source&& file_source,
-                 Progress progress)
-            : name(file_name), path(file_path), source(std::move(file_source)),
+        OpenFile(Place&& file_place, Source&& file_source, Progress progress)
+            : place(std::move(file_place)), source(std::move(file_source)),
               scanner(source.text.get_view(), progress) {}
 
-        CoreString name;
-        CoreString path;
+        Place place;
         Source source;
         SourceScanner scanner;
         double version = 1.0;
     };
 
     bool enter(const CoreString& name, Progress progress);
+    void open(Place&& place, Source&& source, Progress progress);
     double leave();
-    bool find(const CoreString& name, CoreString& path);
-    bool may_open(const CoreString& name, const CoreString& path);
-    bool load(const CoreString& name, const CoreString& path, Source& source, Progress progress);
-    static bool read_as_text(const CoreString& name, const CoreString& path, CoreString& text);
-    bool decipher_source(const CoreString& name, Source& source);
+    double finish(Progress progress);
+    bool find(Place& place);
+    bool find_at(const CoreString& folder, Place& place);
+    bool may_open(const Place& place);
+    bool load(const Place& place, Source& source, Progress progress);
+    bool is_too_large(const Place& place, core_uint64 size);
+    bool decipher_source(const Place& place, Source& source);
     void note_storage(bool is_encrypted) noexcept;
     double scan(Progress progress);
-    bool append_piece(const CoreString& name, const SourcePiece& piece);
+    bool append_piece(const OpenFile& file, const SourcePiece& piece);
     bool include(const SourcePiece& piece);
-    void report_open_include(const SourcePiece& piece);
+    bool end_file(double& version);
+    bool fail(SourceFault fault, const Place& place, const SourcePiece& piece = {}, core_uint64 announced = 0,
+              core_uint64 present = 0);
 
     const CoreVector<CoreString>& search_paths_;
     const CoreString& key_;
-    ParserReadObserver* observer_;
+    SourceHost& host_;
     const ParserLimits& limits_;
+    IncludeRules rules_;
     CoreString* out_ = nullptr;
     CoreString top_path_;
     CoreSet<CoreString> included_paths_;
     std::deque<OpenFile> open_files_; // each included by the one before; they stay where they are
     std::unordered_set<std::string_view> open_paths_;
+    std::vector<CoreString> tried_; // of the file that is looked for
     unsigned int include_count_ = 0;
     core_uint64 source_size_ = 0; // of all files loaded
     bool has_loaded_ = false;
     bool is_encrypted_ = false;
+    bool is_ended_ = false;
 };
 
 } // namespace bk

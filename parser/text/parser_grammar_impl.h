@@ -40,16 +40,15 @@ public:
     void watch_outermost() noexcept { is_watched_ = true; }
 
     /// False when the text is empty, its last word was a fault or the empty tag, or the sink wanted no more. `on_word`
-    /// is called before each word of the outermost group, with the stream.
+    /// is called before each word, with the stream and whether the word is one of the outermost group. A row of numbers may
+    /// count as one word, of at most 64 characters.
     template <class OnWord>
     bool run(OnWord on_word) {
         if (words_.at_end()) {
             return false;
         }
         while (!words_.at_end()) {
-            if (outer_.empty()) {
-                on_word(words_);
-            }
+            on_word(words_, outer_.empty());
             if (words_.next() && !take(words_.word())) {
                 if (is_stopped_) {
                     return false;

@@ -15,8 +15,8 @@ TextResult parse(ParserGroup& group, const CoreString& text, const CoreVersion& 
     if (progress) {
         grammar.watch_outermost();
     }
-    const bool is_clean = grammar.run([progress](const WordStream& words) {
-        if (progress) {
+    const bool is_clean = grammar.run([progress](const WordStream& words, bool is_outermost) {
+        if (progress && is_outermost) {
             progress.set_value(words.fraction());
         }
     });

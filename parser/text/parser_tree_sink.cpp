@@ -72,7 +72,7 @@ void TreeSink::close_group() {
 
 void TreeSink::report_fault(ParserReadObserver::Fault fault, const Token& token, std::string_view word) {
     const bool is_logged =
-        is_logged_fault(fault) && is_reported(CoreLogHandler::level_warning) && may_log(fault);
+        logs_ && is_logged_fault(fault) && is_reported(CoreLogHandler::level_warning) && may_log(fault);
     if (!is_logged && observer_ == nullptr) {
         return;
     }

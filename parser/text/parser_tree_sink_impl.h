@@ -55,6 +55,8 @@ public:
     void report_fault(ParserReadObserver::Fault fault, const Token& token, std::string_view word);
     /// The text has come to its end.
     void finish();
+    /// Faults are told to the observer alone.
+    void leave_log_out() noexcept { logs_ = false; }
 
     /// Whether a limit ended the reading.
     bool is_stopped() const noexcept { return is_stopped_; }
@@ -103,6 +105,7 @@ private:
     ParserReadObserver* observer_;
     const ParserLimits& limits_;
     bool is_stopped_ = false;
+    bool logs_ = true;
     core_uint64 message_count_ = 0; // those beyond the limit counted, too
 
     bool has_entry_ = false; // the entry begun last is not made yet

@@ -98,6 +98,8 @@ public:
 
     /// Whether every byte has been consumed.
     bool at_end() const noexcept { return position_ == end_; }
+    /// How many bytes have been consumed.
+    std::size_t consumed() const noexcept { return static_cast<std::size_t>(position_ - begin_); }
     /// How far the text is consumed, from 0 to 1.
     float fraction() const noexcept;
 

@@ -1,0 +1,7 @@
+#pragma once
+
+/// Everything that a host needs for a day's work with documents: load, find out what is wrong, ask, change, save.
+
+#include "document/load.h"
+#include "document/problem.h"
+#include "document/save.h"

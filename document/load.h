@@ -1,0 +1,84 @@
+#pragma once
+
+#include "core/core_export.h"
+#include "document/problem.h"
+#include "parser/parser_group.h"
+#include "parser/parser_limits.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bk_parser {
+
+struct DocumentState;
+
+/// How a document is stored (docs/formats.md).
+enum class Form { text, binary, enciphered, archive };
+
+/// A tree together with where it came from. Movable, not copyable; a document that was moved from is an empty one.
+class BK_PARSER_API Document {
+public:
+    /// An empty document without a path, in the text form.
+    Document();
+    Document(Document&& other) noexcept;
+    Document& operator=(Document&& other) noexcept;
+    ~Document();
+
+    /// The group that holds everything; the document owns it.
+    ParserGroup& root();
+    const ParserGroup& root() const;
+    /// The form that it was loaded from, or was saved in last.
+    Form form() const;
+    /// The file that it was loaded from, or was saved to last; empty when there is none.
+    const std::filesystem::path& path() const;
+    /// Absolute paths of the files that it includes, each once, in the order of their first inclusion.
+    const std::vector<std::filesystem::path>& dependencies() const;
+
+private:
+    friend struct DocumentState;
+    explicit Document(std::unique_ptr<DocumentState> state) noexcept;
+    mutable std::unique_ptr<DocumentState> state_;
+};
+
+/// How to load a document.
+struct LoadOptions {
+    /// Folders to search for included files, in this order.
+    std::vector<std::filesystem::path> search;
+    /// Whether an included file is searched for beside the file that includes it, before the search folders.
+    bool beside = true;
+    /// Decrypts an enciphered document and its enciphered includes.
+    std::string key;
+    /// What the load may cost.
+    ParserLimits limits = ParserLimits();
+    /// Called about a hundred times with how much of the load is done, from 0 to 1 and never falling. When it
+    /// returns false, the load is cancelled. What it throws passes through `load`.
+    std::function<bool(double)> progress;
+    /// Codes of problems that are not told.
+    std::vector<std::string> allow;
+};
+
+/// What a load gives.
+struct LoadResult {
+    /// Everything that could be read; empty when the load was cancelled or refused.
+    Document document;
+    /// In the order of the text.
+    std::vector<Problem> problems;
+    bool cancelled = false;
+    /// Whether the whole document was read: not cancelled, and no problem is an error.
+    BK_PARSER_API bool ok() const;
+};
+
+/// Loads a document in any stored form, which is found from its first bytes. Never fails without a problem that says why:
+/// a file that cannot be opened, or that is no document (JSON, an image, UTF-16), is one problem, and the
+/// document is empty. Linear in the size of the files.
+[[nodiscard]] BK_PARSER_API LoadResult load(const std::filesystem::path& path,
+                                            const LoadOptions& options = {});
+
+/// The same for a text in memory. Includes are searched for in the search folders alone.
+[[nodiscard]] BK_PARSER_API LoadResult parse(std::string_view text, const LoadOptions& options = {});
+
+} // namespace bk_parser

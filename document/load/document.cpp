@@ -1,0 +1,49 @@
+#include "document/load/document_state_impl.h"
+
+#include <utility>
+
+namespace bk_parser {
+
+Document::Document() : state_(std::make_unique<DocumentState>()) {}
+
+Document::Document(std::unique_ptr<DocumentState> state) noexcept : state_(std::move(state)) {}
+
+Document::Document(Document&& other) noexcept = default;
+
+Document& Document::operator=(Document&& other) noexcept = default;
+
+Document::~Document() = default;
+
+ParserGroup& Document::root() {
+    return *DocumentState::of(*this).root;
+}
+
+const ParserGroup& Document::root() const {
+    return *DocumentState::of(*this).root;
+}
+
+Form Document::form() const {
+    return DocumentState::of(*this).form;
+}
+
+const std::filesystem::path& Document::path() const {
+    return DocumentState::of(*this).path;
+}
+
+const std::vector<std::filesystem::path>& Document::dependencies() const {
+    return DocumentState::of(*this).dependencies;
+}
+
+/// A document that was moved from gets a new state when it is used.
+DocumentState& DocumentState::of(const Document& document) {
+    if (document.state_ == nullptr) {
+        document.state_ = std::make_unique<DocumentState>();
+    }
+    return *document.state_;
+}
+
+Document DocumentState::document(std::unique_ptr<DocumentState> state) noexcept {
+    return Document(std::move(state));
+}
+
+} // namespace bk_parser

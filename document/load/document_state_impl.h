@@ -1,0 +1,44 @@
+#pragma once
+
+#include "document/load.h"
+
+#include "core/core_version.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace bk_parser {
+
+/// A file that a document was read from, as it was then: a save that keeps the layout refuses when it has changed since.
+struct ReadFile {
+    std::string path;       // absolute, UTF-8
+    std::uint64_t size = 0; // of its bytes as they are stored
+    std::uint64_t hash = 0; // ByteHash of these
+    bool is_enciphered = false;
+};
+
+/// What a document knows beside its tree.
+struct DocumentState {
+    std::unique_ptr<ParserGroup> root = std::make_unique<ParserGroup>(CoreString("root"));
+    Form form = Form::text;
+    std::filesystem::path path;
+    std::vector<std::filesystem::path> dependencies;
+    CoreVersion version{1.2}; // of the syntax that the text was read by
+    // Where the entry of the version stood that was taken off the root, in the forms that have it as an entry.
+    std::optional<unsigned int> version_entry;
+    std::vector<std::filesystem::path> search;
+    bool beside = true;
+    std::string key;
+    ParserLimits limits;
+    std::vector<ReadFile>
+        files; // the document first; each once. Empty when it was not read whole, or from memory
+
+    static DocumentState& of(const Document& document);
+    static Document document(std::unique_ptr<DocumentState> state) noexcept;
+};
+
+} // namespace bk_parser

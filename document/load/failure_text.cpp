@@ -1,0 +1,124 @@
+#include "document/load/failure_text_impl.h"
+
+#include "document/load/form_impl.h"
+#include "parser/cipher/parser_cipher_impl.h"
+
+namespace bk_parser {
+
+namespace {
+
+std::string_view code_of_enciphered(const bk::SourceFailure& failure, bool has_key) {
+    // Under another key all 64 bits of the length are anything; no text is longer than 32 bits tell.
+    if (failure.announced >> 32 != 0) {
+        return has_key ? codes::wrong_key : codes::no_key;
+    }
+    return bk::cipher_block_size(failure.announced) > failure.present ? codes::cut_off : codes::damaged;
+}
+
+std::string text_of_enciphered(const bk::SourceFailure& failure, bool has_key) {
+    const std::string name(failure.found.get_view());
+    const std::string_view code = code_of_enciphered(failure, has_key);
+    if (code == codes::cut_off) {
+        const core_uint64 mark = bk::cipher_magic.size();
+        return cut_off_text(name, bk::cipher_block_size(failure.announced) + mark, failure.present + mark);
+    }
+    if (code == codes::no_key) {
+        return name + " is encrypted, and no key is given";
+    }
+    return name + (code == codes::damaged ? ": damaged file" : ": wrong key, or a damaged file");
+}
+
+std::string text_of_missing(const bk::SourceFailure& failure) {
+    std::string text = "'" + std::string(failure.name.get_view()) + "' not found; tried ";
+    for (std::size_t i = 0; i < failure.tried.size(); ++i) {
+        text += i == 0 ? "" : ", ";
+        text += failure.tried[i].get_view();
+    }
+    return text + "; a search folder adds a place";
+}
+
+} // namespace
+
+std::string_view failure_code(const bk::SourceFailure& failure, bool has_key) {
+    using bk::SourceFault;
+    switch (failure.fault) {
+    case SourceFault::not_found:
+        return codes::include_not_found;
+    case SourceFault::includes_itself:
+        return codes::include_circle;
+    case SourceFault::included_too_deeply:
+        return codes::included_too_deeply;
+    case SourceFault::too_many_includes:
+        return codes::too_many_includes;
+    case SourceFault::file_too_large:
+    case SourceFault::text_too_large:
+        return codes::too_large;
+    case SourceFault::unreadable:
+        return codes::unreadable;
+    case SourceFault::enciphered_length:
+    case SourceFault::enciphered_block:
+        return code_of_enciphered(failure, has_key);
+    case SourceFault::no_version:
+        return codes::no_version;
+    case SourceFault::include_left_open:
+        break;
+    }
+    return codes::include_left_open;
+}
+
+std::string failure_text(const bk::SourceFailure& failure, bool has_key) {
+    using bk::SourceFault;
+    const std::string name(failure.name.get_view());
+    switch (failure.fault) {
+    case SourceFault::not_found:
+        return text_of_missing(failure);
+    case SourceFault::includes_itself:
+        return "'" + name + "' includes itself";
+    case SourceFault::included_too_deeply:
+        return "'" + name + "' is included too deeply: ParserLimits::include_depth";
+    case SourceFault::too_many_includes:
+        return "too many includes: ParserLimits::include_count";
+    case SourceFault::file_too_large:
+        return "'" + name + "' is too large: ParserLimits::source_size";
+    case SourceFault::text_too_large:
+        return "the text with its includes is too large: ParserLimits::expanded_size";
+    case SourceFault::enciphered_length:
+    case SourceFault::enciphered_block:
+        return text_of_enciphered(failure, has_key);
+    case SourceFault::include_left_open:
+        return "no closing quote behind #include; the rest of the file is not read";
+    case SourceFault::unreadable:
+    case SourceFault::no_version:
+        break;
+    }
+    return "'" + name + "' cannot be read";
+}
+
+std::string grouped_number(core_uint64 number) {
+    std::string text = std::to_string(number);
+    for (std::size_t at = text.size(); at > 3;) {
+        at -= 3;
+        text.insert(at, 1, ',');
+    }
+    return text;
+}
+
+std::string cut_off_text(std::string_view name, core_uint64 announced, core_uint64 present) {
+    return std::string(name) + " is cut off: " + grouped_number(announced) + " bytes announced, " +
+           grouped_number(present) + " present";
+}
+
+std::string why_no_text(std::string_view bytes) {
+    switch (form_of(bytes)) {
+    case Form::binary:
+        return "is a binary document; only texts can be included";
+    case Form::archive:
+        return "is an archive; only texts can be included";
+    default:
+        break;
+    }
+    const std::string_view kind = foreign_kind(bytes);
+    return kind.empty() ? std::string() : "is " + std::string(kind) + ", not a document";
+}
+
+} // namespace bk_parser

@@ -1,0 +1,164 @@
+#include "document/load/loader_impl.h"
+
+#include "core/files/sys_filesystem_impl.h"
+#include "document/load/failure_text_impl.h"
+#include "document/load/form_impl.h"
+#include "document/load/source_loader_impl.h"
+#include "document/problems/parse_checked_impl.h"
+#include "document/sources/file_bytes_impl.h"
+#include "document/sources/path_text_impl.h"
+#include "parser/files/parser_document_impl.h"
+#include "parser/files/parser_file_preprocess_impl.h"
+#include "parser/words/parser_word_rules_impl.h"
+
+#include <utility>
+
+namespace bk_parser {
+
+namespace {
+
+constexpr Meter::Range all{};
+
+} // namespace
+
+Loader::Loader(const LoadOptions& options)
+    : options_(options), meter_(options.progress), state_(std::make_unique<DocumentState>()) {
+    state_->search = options.search;
+    state_->beside = options.beside;
+    state_->key = options.key;
+    state_->limits = options.limits;
+}
+
+LoadResult Loader::load(const std::filesystem::path& path) {
+    meter_.begin();
+    name_ = path_text(path);
+    state_->path = path;
+    path_ = bk::absolute_path(CoreString(std::string_view(name_))).get_view();
+    const core_uint64 most = std::min<core_uint64>(CoreString::max_length, options_.limits.source_size);
+    FileBytes file = read_file(name_, most, all.part(0, 0.1), meter_);
+    if (!file.reason.empty()) {
+        refuse(codes::unreadable, name_ + ": " + file.reason);
+    } else if (file.is_too_large) {
+        refuse(codes::too_large, name_ + " is too large: ParserLimits::source_size");
+    } else {
+        const bool is_enciphered = form_of(file.bytes.get_view()) == Form::enciphered;
+        state_->files.push_back({path_, file.bytes.get_length(), file.hash, is_enciphered});
+        read_any(std::move(file.bytes), all.part(0.1, 1));
+    }
+    return finish();
+}
+
+LoadResult Loader::parse(std::string_view text) {
+    meter_.begin();
+    if (text.size() > CoreString::max_length || text.size() > options_.limits.source_size) {
+        refuse(codes::too_large, "the text is too large: ParserLimits::source_size");
+    } else {
+        read_any(CoreString(text), all);
+    }
+    return finish();
+}
+
+void Loader::read_any(CoreString&& bytes, const Meter::Range& range) {
+    state_->form = form_of(bytes.get_view());
+    switch (state_->form) {
+    case Form::binary:
+        read_binary(bytes.get_view(), range);
+        break;
+    case Form::archive:
+        read_archive(bytes.get_view(), range);
+        break;
+    case Form::enciphered:
+    case Form::text:
+        read_text(std::move(bytes), range);
+        break;
+    }
+    if (state_->form != Form::text) {
+        take_version_entry();
+    }
+}
+
+void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
+    const std::string_view kind =
+        state_->form == Form::text ? foreign_kind(bytes.get_view()) : std::string_view();
+    if (!kind.empty()) {
+        refuse(codes::not_a_document, shown_name() + " is " + std::string(kind) + ", not a document");
+        return;
+    }
+    const CoreVector<CoreString> folders = search_folders();
+    const CoreString key{std::string_view(options_.key)};
+    SourceLoader host(*state_, sources_, problems_, meter_, range.part(0, 0.2));
+    const bool is_file = !path_.empty();
+    bk::Preprocessor preprocessor(folders, key, host, options_.limits, {options_.beside && is_file, true});
+    CoreString text;
+    const double version = preprocessor.run(CoreString(std::string_view(name_)),
+                                            CoreString(std::string_view(path_)), std::move(bytes), text);
+    for (const CoreString& path : preprocessor.included_paths()) {
+        state_->dependencies.push_back(path_of_text(path.get_view()));
+    }
+    state_->version = CoreVersion(version > 0 ? version : bk::written_version);
+    if (preprocessor.is_ended()) {
+        state_->files.clear();
+    }
+    if (!sources_.is_empty()) {
+        parse_text(text.get_view(), range.part(0.2, 1));
+    }
+    if (preprocessor.is_ended()) {
+        problems_.forget(codes::group_left_open); // they are not: the text was not read to its end
+    }
+}
+
+void Loader::parse_text(std::string_view text, const Meter::Range& range) {
+    meter_.start(range, text.size());
+    parse_checked(*state_->root, text, bk::has_escapes(state_->version), sources_, options_.limits, problems_,
+                  meter_);
+}
+
+/// A problem of the whole document.
+void Loader::tell_whole(std::string_view code, std::string message) {
+    problems_.add(Severity::error, code, std::move(message), state_->path);
+}
+
+/// The same of one that stays empty.
+void Loader::refuse(std::string_view code, std::string message) {
+    tell_whole(code, std::move(message));
+    state_->files.clear();
+}
+
+std::string Loader::shown_name() const {
+    return name_.empty() ? "the document" : name_;
+}
+
+/// The version is an entry where there is no line for it, and no part of what the document says. A save puts it back.
+void Loader::take_version_entry() {
+    const CoreString name(bk::version_keyword);
+    const CoreVector<ParserEntry*>& entries = state_->root->get_entries();
+    for (unsigned int i = 0; i < entries.get_count(); ++i) {
+        if (entries[i]->get_name() == name) {
+            state_->version_entry = i;
+            state_->root->remove_entry(name);
+            return;
+        }
+    }
+}
+
+/// The last place is the name as it stands; a text in memory does not reach outside of its folders.
+CoreVector<CoreString> Loader::search_folders() const {
+    CoreVector<CoreString> folders;
+    for (const std::filesystem::path& folder : options_.search) {
+        folders.add(CoreString(std::string_view(path_text(folder))));
+    }
+    if (!path_.empty()) {
+        folders.add(CoreString());
+    }
+    return folders;
+}
+
+LoadResult Loader::finish() {
+    meter_.finish();
+    LoadResult result;
+    result.problems = problems_.take(sources_, options_.allow);
+    result.document = DocumentState::document(std::move(state_));
+    return result;
+}
+
+} // namespace bk_parser

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "document/load/document_state_impl.h"
+#include "document/load/meter_impl.h"
+#include "document/problems/problem_list_impl.h"
+#include "document/sources/source_map_impl.h"
+#include "parser/parser_archive.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace bk_parser {
+
+/// One load: from bytes in any form to a document and its problems.
+class Loader {
+public:
+    explicit Loader(const LoadOptions& options);
+
+    LoadResult load(const std::filesystem::path& path);
+    LoadResult parse(std::string_view text);
+
+private:
+    void read_any(CoreString&& bytes, const Meter::Range& range);
+    void read_text(CoreString&& bytes, const Meter::Range& range);
+    void read_binary(std::string_view bytes, const Meter::Range& range);
+    void read_archive(std::string_view bytes, const Meter::Range& range);
+    void read_words(CoreString&& text, const Meter::Range& range);
+    void tell_nameless(const std::string& name, const ParserArchive& archive);
+    void tell_rest(const std::string& name, core_uint64 present, core_uint64 used);
+    void parse_text(std::string_view text, const Meter::Range& range);
+    void refuse(std::string_view code, std::string message);
+    void tell_whole(std::string_view code, std::string message);
+    std::string shown_name() const;
+    void take_version_entry();
+    CoreVector<CoreString> search_folders() const;
+    LoadResult finish();
+
+    const LoadOptions& options_;
+    Meter meter_;
+    std::unique_ptr<DocumentState> state_;
+    std::string name_; // of the document as it was given; empty in memory
+    std::string path_; // absolute
+    SourceMap sources_;
+    ProblemList problems_;
+};
+
+} // namespace bk_parser

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/reports/core_pace_impl.h"
+
+#include <cstddef>
+#include <functional>
+
+namespace bk_parser {
+
+/// Passes from the inside of a load to its caller when the progress callback said not to go on.
+struct LoadCancelled {};
+
+/// Tells a callback how much of a load is done, about a hundred times. The load is cut into ranges of 0 to 1; whoever works
+/// through a range says how far it is and how many bytes that took. Throws LoadCancelled when the callback returns
+/// false; what the callback throws passes through.
+class Meter final : public bk::Pace {
+public:
+    /// A part of the load.
+    struct Range {
+        double begin = 0;
+        double end = 1;
+
+        double at(double fraction) const noexcept { return begin + (end - begin) * fraction; }
+        Range part(double from, double to) const noexcept { return {at(from), at(to)}; }
+    };
+
+    /// The callback may be empty, and is kept by the caller.
+    explicit Meter(const std::function<bool(double)>& progress) noexcept : progress_(progress) {}
+
+    /// The load begins, or is done.
+    void begin();
+    void finish();
+
+    /// What is told next belongs to this range, which comes to `total` bytes; `done` of them are done already.
+    void start(const Range& range, std::size_t total, std::size_t done = 0) noexcept;
+    /// The range is left, with so much of it done.
+    void stop(std::size_t done) noexcept;
+
+private:
+    static constexpr double step = 0.01;
+    static constexpr std::size_t least_work = std::size_t{1}
+                                              << 20; // bytes between two calls, the value notwithstanding
+    static constexpr std::size_t work_share = 16;
+
+    void tell(std::size_t done) override;
+    void call(double value);
+    bool has_callback() const noexcept { return static_cast<bool>(progress_); }
+    void set_due() noexcept;
+
+    const std::function<bool(double)>& progress_;
+    Range range_;
+    std::size_t total_ = 0;
+    std::size_t done_ = 0;               // of the range, as far as it is counted in the work
+    std::size_t due_ = never;            // how much of the range is done when a call is due
+    std::size_t work_ = 0;               // bytes, of all ranges
+    std::size_t next_work_ = least_work; // a call is due when so much was done
+    double next_value_ = step;
+    double value_ = 0; // of the last call
+};
+
+} // namespace bk_parser

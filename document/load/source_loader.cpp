@@ -1,0 +1,131 @@
+#include "document/load/source_loader_impl.h"
+
+#include "document/load/failure_text_impl.h"
+#include "document/load/form_impl.h"
+#include "document/sources/file_bytes_impl.h"
+#include "document/sources/path_text_impl.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace bk_parser {
+
+namespace {
+
+constexpr double reading_share = 0.3; // of what a file costs before it is parsed
+
+double fraction(std::size_t part, std::size_t whole) noexcept {
+    return whole == 0 ? 1.0 : static_cast<double>(part) / static_cast<double>(whole);
+}
+
+} // namespace
+
+bk::SourceRead SourceLoader::read(const CoreString& path, core_uint64 most, CoreString& bytes) {
+    std::string name(path.get_view());
+    FileBytes file = read_file(name, most, range_.part(0, reading_share), meter_);
+    range_ = range_.part(reading_share, 1);
+    if (file.is_too_large) {
+        return bk::SourceRead::too_large;
+    }
+    reason_ = std::move(file.reason);
+    reason_code_ = codes::unreadable;
+    if (reason_.empty() && form_of(file.bytes.get_view()) != Form::enciphered) {
+        reason_ = why_no_text(file.bytes.get_view());
+        reason_code_ = codes::not_a_document;
+    }
+    if (!reason_.empty()) {
+        return bk::SourceRead::unreadable;
+    }
+    if (read_paths_.insert(name).second) {
+        const bool is_enciphered = form_of(file.bytes.get_view()) == Form::enciphered;
+        state_.files.push_back({std::move(name), file.bytes.get_length(), file.hash, is_enciphered});
+    }
+    bytes = std::move(file.bytes);
+    return bk::SourceRead::done;
+}
+
+bool SourceLoader::read_as_text(const CoreString&, CoreString&) {
+    return true; // places count in the bytes of the file, and its line ends are kept
+}
+
+bool SourceLoader::accepts_deciphered(const CoreString& text) {
+    return foreign_kind(text.get_view()).empty();
+}
+
+void SourceLoader::failed(const bk::SourceFailure& failure) {
+    using bk::SourceFault;
+    switch (failure.fault) {
+    case SourceFault::no_version: // told where the version stands
+        return;
+    case SourceFault::include_left_open:
+        problems_.add(Severity::error, codes::include_left_open, failure_text(failure, has_key_),
+                      sources_.here(failure.piece.directive_offset, failure.piece.directive_length));
+        return;
+    case SourceFault::text_too_large:
+        problems_.add(Severity::error, codes::too_large, failure_text(failure, has_key_),
+                      sources_.here(failure.piece.offset, 0));
+        return;
+    case SourceFault::unreadable:
+        tell(reason_code_, std::string(failure.found.get_view()) + ": " + reason_);
+        break;
+    default:
+        tell(failure_code(failure, has_key_), failure_text(failure, has_key_));
+        break;
+    }
+    resume();
+}
+
+/// A problem of the file that is asked for: at the directive, or of the document itself.
+void SourceLoader::tell(std::string_view code, std::string message) {
+    if (sources_.is_empty()) {
+        problems_.add(Severity::error, code, std::move(message), state_.path);
+        state_.files.clear();
+    } else {
+        problems_.add(Severity::error, code, std::move(message), directive_);
+    }
+}
+
+void SourceLoader::include_found(const bk::SourcePiece& piece) {
+    directive_ = sources_.here(piece.directive_offset, piece.directive_length);
+    Open& open = open_.back();
+    open.done = std::size_t{piece.directive_offset} + piece.directive_length;
+    meter_.stop(open.done);
+    range_ = open.range.part(fraction(piece.directive_offset, open.size), fraction(open.done, open.size));
+}
+
+void SourceLoader::version_found(const bk::SourcePiece& piece, double version) {
+    if (!(version > 0)) {
+        problems_.add(Severity::error, codes::no_version,
+                      "'" + std::string(piece.argument) + "' is no version; the latest is 1.2",
+                      sources_.here(piece.directive_offset, piece.directive_length));
+    }
+}
+
+void SourceLoader::entered(const bk::SourceEntered& file) {
+    sources_.enter({std::string(file.found.get_view()), {}}, file.path.get_view(), directive_);
+    open_.push_back({range_, file.text.get_length(), 0});
+    resume();
+}
+
+void SourceLoader::left(CoreString&& text) {
+    meter_.stop(open_.back().size);
+    open_.pop_back();
+    sources_.leave(std::move(text));
+    resume();
+}
+
+/// Goes on with the innermost file.
+void SourceLoader::resume() {
+    if (!open_.empty()) {
+        const Open& open = open_.back();
+        meter_.start(open.range, open.size, open.done);
+    }
+}
+
+void SourceLoader::copied(const bk::SourcePiece& piece, unsigned int expanded) {
+    sources_.copy(piece.offset, piece.text.size(), expanded);
+    open_.back().done = std::size_t{piece.offset} + piece.text.size();
+    meter_.reach(open_.back().done);
+}
+
+} // namespace bk_parser

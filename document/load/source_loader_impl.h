@@ -1,0 +1,59 @@
+#pragma once
+
+#include "document/load/document_state_impl.h"
+#include "document/load/meter_impl.h"
+#include "document/problems/problem_list_impl.h"
+#include "document/sources/source_map_impl.h"
+#include "parser/files/parser_source_host_impl.h"
+
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace bk_parser {
+
+/// Reads the files of a text for the preprocessor, and keeps what is needed to tell problems: which file each byte of the expanded
+/// text came from, and what was wrong with files and directives.
+class SourceLoader final : public bk::SourceHost {
+public:
+    /// The arguments outlive the loader. The range is all of the preprocessing, the document's own bytes read.
+    SourceLoader(DocumentState& state, SourceMap& sources, ProblemList& problems, Meter& meter,
+                 const Meter::Range& range)
+        : state_(state), sources_(sources), problems_(problems), meter_(meter), range_(range),
+          has_key_(!state.key.empty()) {}
+
+    bk::SourceRead read(const CoreString& path, core_uint64 most, CoreString& bytes) override;
+    bool read_as_text(const CoreString& path, CoreString& text) override;
+    bool accepts_deciphered(const CoreString& text) override;
+    void failed(const bk::SourceFailure& failure) override;
+    void include_found(const bk::SourcePiece& piece) override;
+    void version_found(const bk::SourcePiece& piece, double version) override;
+    void entered(const bk::SourceEntered& file) override;
+    void left(CoreString&& text) override;
+    void copied(const bk::SourcePiece& piece, unsigned int expanded) override;
+
+private:
+    /// A file that is open, and what of the progress is its.
+    struct Open {
+        Meter::Range range;
+        std::size_t size;
+        std::size_t done;
+    };
+
+    void tell(std::string_view code, std::string message);
+    void resume();
+
+    DocumentState& state_;
+    SourceMap& sources_;
+    ProblemList& problems_;
+    Meter& meter_;
+    Meter::Range range_; // of the file that is entered next
+    bool has_key_;
+    std::vector<Open> open_;
+    std::unordered_set<std::string> read_paths_;
+    Spot directive_;     // of the include that is looked for
+    std::string reason_; // why it was not read
+    std::string_view reason_code_;
+};
+
+} // namespace bk_parser

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "core/core_export.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace bk_parser {
+
+/// How bad a problem is.
+enum class Severity {
+    warning, ///< the document was read as it is spelled, and surely says something else than its author meant
+    error    ///< something was lost: a word, an entry, a file, or the whole document
+};
+
+/// Something that was wrong with a document, or looks wrong, and where.
+struct Problem {
+    Severity severity = Severity::error;
+    /// Stable across versions, such as "comment-joins-line". docs/problems.md has a section for each code.
+    std::string code;
+    /// What was found and what to do, in plain words, on one line, without the place.
+    std::string message;
+    /// The file that holds the place; empty for a document in memory.
+    std::filesystem::path file;
+    /// From 1; columns count UTF-8 characters, and a byte that belongs to none counts as one. 0 where there is no place.
+    unsigned int line = 0;
+    unsigned int column = 0;
+    /// The place in bytes of that file, as it is after deciphering.
+    std::size_t offset = 0;
+    std::size_t length = 0;
+    /// The line that holds the place, without its line end; cut after 4096 bytes.
+    std::string source_line;
+    /// The files that led to `file`, the innermost first: each includes the one before it.
+    std::vector<std::filesystem::path> included_from;
+};
+
+} // namespace bk_parser

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/text/core_bytes_impl.h"
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace bk_parser {
+
+/// A hash of many bytes that tells whether a file has changed, eight bytes at a time in four lanes: about as fast as the bytes
+/// come from memory. It is no protection against somebody who looks for two files of one hash.
+class ByteHash {
+public:
+    /// Pieces may be of any size. The hash depends on the bytes, not on how they are cut.
+    void add(std::string_view piece) noexcept;
+    std::uint64_t finish() const noexcept;
+
+    static std::uint64_t of(std::string_view bytes) noexcept {
+        ByteHash hash;
+        hash.add(bytes);
+        return hash.finish();
+    }
+
+private:
+    static constexpr std::size_t lane_count = 4;
+    static constexpr std::size_t block_size = lane_count * sizeof(std::uint64_t);
+    // Odd, with about as many ones as zeros.
+    static constexpr std::uint64_t factor = 0x9E3779B97F4A7C15u;
+    static constexpr std::uint64_t last_factor = 0xA4093822299F31D1u;
+
+    static std::uint64_t mix(std::uint64_t lane, std::uint64_t word) noexcept {
+        return std::rotl((lane ^ word) * factor, 29);
+    }
+    void add_blocks(const unsigned char* bytes, std::size_t count) noexcept;
+
+    std::array<std::uint64_t, lane_count> lanes_{0x243F6A8885A308D3u, 0x13198A2E03707344u,
+                                                 0xA4093822299F31D0u, 0x082EFA98EC4E6C89u};
+    std::array<unsigned char, block_size> rest_{}; // bytes that do not fill a block yet
+    std::size_t rest_size_ = 0;
+    std::uint64_t size_ = 0;
+};
+
+} // namespace bk_parser

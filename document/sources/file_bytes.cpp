@@ -1,0 +1,94 @@
+#include "document/sources/file_bytes_impl.h"
+
+#include "core/files/sys_file_input_impl.h"
+#include "core/files/sys_reason_impl.h"
+#include "core/sys_device.h"
+#include "document/sources/byte_hash_impl.h"
+
+#include <algorithm>
+
+namespace bk_parser {
+
+namespace {
+
+constexpr std::size_t piece_size = std::size_t{1} << 18; // hashed while it is in the processor's cache
+
+/// The last reason, or a general one when the device gives none.
+std::string reason_or(const char* general) {
+    std::string reason = bk::last_system_reason();
+    return reason.empty() ? general : reason;
+}
+
+/// Reads until the file ends. A file may be longer or shorter than it was when it was opened.
+bool read_pieces(bk::FileInput& input, core_uint64 most, FileBytes& file, Meter& meter) {
+    ByteHash hash;
+    std::size_t have = 0;
+    auto room = static_cast<std::size_t>(input.size());
+    bool is_whole = false;
+    while (!is_whole) {
+        if (have == room) {
+            room = have + 1; // to see that there is no more
+        }
+        if (room > most + 1) {
+            file.is_too_large = true;
+            return true;
+        }
+        char* const bytes = file.bytes.resize(static_cast<unsigned int>(room));
+        const std::size_t wanted = std::min(piece_size, room - have);
+        const std::size_t got = input.read(bytes + have, wanted);
+        hash.add({bytes + have, got});
+        have += got;
+        is_whole = got < wanted;
+        meter.reach(have);
+    }
+    file.bytes.resize(static_cast<unsigned int>(have));
+    file.hash = hash.finish();
+    file.is_too_large = have > most;
+    return input.close();
+}
+
+} // namespace
+
+std::string why_no_file(const std::string& path) {
+    if (path.empty() || path.find('\0') != std::string::npos) {
+        return "no such file";
+    }
+    bk::forget_system_reason();
+    switch (SysDevice::get().inspect(path).kind) {
+    case SysPathKind::missing:
+        return reason_or("no such file");
+    case SysPathKind::directory:
+        return "is a directory";
+    default:
+        return {};
+    }
+}
+
+FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Range& range, Meter& meter) {
+    FileBytes file;
+    file.reason = why_no_file(path);
+    if (!file.reason.empty()) {
+        return file;
+    }
+    bk::FileInput input;
+    bk::forget_system_reason();
+    if (!input.open(path, false)) {
+        file.reason = reason_or("cannot be opened");
+        return file;
+    }
+    const auto size = static_cast<core_uint64>(input.size());
+    if (size > most) {
+        file.is_too_large = true;
+        return file;
+    }
+    meter.start(range, static_cast<std::size_t>(size));
+    bk::forget_system_reason();
+    if (!read_pieces(input, most, file, meter)) {
+        file.reason = reason_or("cannot be read");
+        file.bytes.clear();
+    }
+    meter.stop(file.bytes.get_length());
+    return file;
+}
+
+} // namespace bk_parser

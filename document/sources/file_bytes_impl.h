@@ -1,0 +1,25 @@
+#pragma once
+
+#include "core/core_string.h"
+#include "document/load/meter_impl.h"
+
+#include <cstdint>
+#include <string>
+
+namespace bk_parser {
+
+/// A file as it is stored.
+struct FileBytes {
+    CoreString bytes;
+    std::uint64_t hash = 0; // ByteHash of them
+    std::string reason;     // why it could not be read, in plain words; else empty
+    bool is_too_large = false;
+};
+
+/// Reads a file, of at most `most` bytes, through the device in use. The meter's range is the reading.
+FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Range& range, Meter& meter);
+
+/// Why no file can be read there: "permission denied". Empty when there is one.
+std::string why_no_file(const std::string& path);
+
+} // namespace bk_parser

@@ -1,0 +1,60 @@
+#include "document/sources/source_map_impl.h"
+
+#include <algorithm>
+
+namespace bk_parser {
+
+std::size_t SourceMap::file_index(const SourceName& name, std::string_view path) {
+    const auto [found, is_new] = files_by_path_.try_emplace(std::string(path), files_.size());
+    if (is_new) {
+        files_.push_back(std::make_unique<SourceFile>(SourceFile{name, std::string(path), SourceText()}));
+    }
+    return found->second;
+}
+
+void SourceMap::enter(const SourceName& name, std::string_view path, const Spot& directive) {
+    open_.push_back(inclusions_.size());
+    inclusions_.push_back({file_index(name, path), directive});
+}
+
+void SourceMap::leave(CoreString&& text) {
+    if (open_.empty()) {
+        return;
+    }
+    SourceText& kept = files_[inclusions_[current()].file]->text;
+    if (kept.get_text().empty()) {
+        kept = SourceText(std::move(text));
+    }
+    open_.pop_back();
+}
+
+void SourceMap::copy(std::size_t offset, std::size_t length, std::size_t expanded) {
+    if (!pieces_.empty()) {
+        Piece& last = pieces_.back();
+        if (last.inclusion == current() && std::size_t{last.offset} + last.length == offset &&
+            std::size_t{last.expanded} + last.length == expanded) {
+            last.length += static_cast<std::uint32_t>(length);
+            return;
+        }
+    }
+    pieces_.push_back({static_cast<std::uint32_t>(expanded), static_cast<std::uint32_t>(offset),
+                       static_cast<std::uint32_t>(length), static_cast<std::uint32_t>(current())});
+}
+
+Spot SourceMap::find(std::size_t expanded, std::size_t length) const {
+    const auto after =
+        std::upper_bound(pieces_.begin(), pieces_.end(), expanded,
+                         [](std::size_t at, const Piece& piece) { return at < piece.expanded; });
+    if (after == pieces_.begin()) {
+        return {0, 0, 0, expanded};
+    }
+    const Piece& piece = *std::prev(after);
+    const std::size_t within = std::min<std::size_t>(expanded - piece.expanded, piece.length);
+    return {piece.inclusion, piece.offset + within, std::min(length, piece.length - within), expanded};
+}
+
+std::size_t SourceMap::get_expanded_size() const noexcept {
+    return pieces_.empty() ? 0 : std::size_t{pieces_.back().expanded} + pieces_.back().length;
+}
+
+} // namespace bk_parser

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "document/sources/source_text_impl.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace bk_parser {
+
+/// How a file is called in reports, and the search folder that it was found in: empty when it was found as
+/// named.
+struct SourceName {
+    std::string shown;
+    std::string folder;
+};
+
+/// A file that took part in a reading.
+struct SourceFile {
+    SourceName name;
+    std::string path; // absolute, UTF-8; empty for a document in memory
+    SourceText text;
+};
+
+/// A piece of a file, in one of the places that the file was included at.
+struct Spot {
+    std::size_t inclusion = 0;
+    std::size_t offset = 0; // in the file's text
+    std::size_t length = 0;
+    std::size_t expanded = 0; // where the expanded text has it, or what comes next: the order of the reading
+};
+
+/// A file at one place of the chain of includes. The first inclusion is the document itself.
+struct Inclusion {
+    std::size_t file = 0;
+    Spot directive; // where the including file says so; the document itself has none
+};
+
+/// Which file each byte of the expanded text came from.
+class SourceMap {
+public:
+    /// A file begins, at the place of a directive in the file that was current until now.
+    void enter(const SourceName& name, std::string_view path, const Spot& directive);
+    /// The current file ends. Its text is kept, of a file that is included more than once the first.
+    void leave(CoreString&& text);
+    /// A piece of the current file becomes part of the expanded text, after all that came before.
+    void copy(std::size_t offset, std::size_t length, std::size_t expanded);
+
+    /// The inclusion that is being read.
+    std::size_t current() const noexcept { return open_.empty() ? 0 : open_.back(); }
+
+    /// A place of the current file.
+    Spot here(std::size_t offset, std::size_t length) const noexcept {
+        return {current(), offset, length, get_expanded_size()};
+    }
+    /// Where a piece of the expanded text came from, as far as it is of one piece there too. Past the end:
+    /// the end of the last piece. Only after something was entered.
+    Spot find(std::size_t expanded, std::size_t length) const;
+
+    bool is_empty() const noexcept { return inclusions_.empty(); }
+    const Inclusion& inclusion(std::size_t i) const noexcept { return inclusions_[i]; }
+    const SourceFile& file_of(const Spot& spot) const noexcept {
+        return *files_[inclusions_[spot.inclusion].file];
+    }
+    /// Each file once, in the order of its first inclusion.
+    const std::vector<std::unique_ptr<SourceFile>>& get_files() const noexcept { return files_; }
+    std::size_t get_inclusion_count() const noexcept { return inclusions_.size(); }
+    std::size_t get_expanded_size() const noexcept;
+
+private:
+    struct Piece { // texts have lengths of 32 bits
+        std::uint32_t expanded;
+        std::uint32_t offset;
+        std::uint32_t length;
+        std::uint32_t inclusion;
+    };
+
+    std::size_t file_index(const SourceName& name, std::string_view path);
+
+    std::vector<std::unique_ptr<SourceFile>> files_;
+    std::unordered_map<std::string, std::size_t> files_by_path_;
+    std::vector<Inclusion> inclusions_;
+    std::vector<std::size_t> open_; // inclusions that were entered and not left, outermost first
+    std::vector<Piece> pieces_;     // by ascending expanded offset
+};
+
+} // namespace bk_parser

@@ -1,0 +1,105 @@
+#include "core/reports/core_diagnostic_impl.h"
+#include "parser/binary/parser_binary_cut_impl.h"
+#include "parser/binary/parser_binary_impl.h"
+
+// How the decoder meets what is wrong: as it always did, or strictly.
+
+namespace bk {
+
+/// Nothing is left to be read: every group that is open ends with the entries that are whole.
+BinaryDecoder::Step BinaryDecoder::stop_at_depth() {
+    if (!damage(BinaryDamage::Kind::nested_too_deeply, cursor_.position())) {
+        report_warning("ParserGroup.set_binary: Group is nested too deeply\n");
+        is_stopped_ = true;
+        cursor_.move_to_end();
+    }
+    return Step::failed;
+}
+
+/// False when this decoder is not strict. Else nothing is left to be read, and only the first damage is told.
+bool BinaryDecoder::damage(BinaryDamage::Kind kind, core_uint64 position, core_uint64 announced,
+                           core_uint64 present) {
+    if (host_ == nullptr) {
+        return false;
+    }
+    if (!is_told_) {
+        is_told_ = true;
+        host_->damaged({kind, position, announced, present});
+    }
+    is_stopped_ = true;
+    cursor_.move_to_end();
+    return true;
+}
+
+/// Whether a value that was read ends behind the data.
+bool BinaryDecoder::is_past_end() {
+    return cursor_.position() > data_.size() && damage(BinaryDamage::Kind::data_end, data_.size());
+}
+
+/// False when an entry or a group should have ended at `end`, and that matters.
+bool BinaryDecoder::ends_at(core_uint64 end) {
+    return is_stopped_ || cursor_.position() == end || !damage(BinaryDamage::Kind::size_mismatch, end);
+}
+
+/// A group is larger than what is left. Of a document that is cut off strict decoding takes what there is.
+bool BinaryDecoder::take_rest_of_cut_group(core_uint64 size) {
+    const core_uint64 start = cursor_.position();
+    const core_uint64 present = cursor_.rest().size();
+    if (host_ != nullptr && levels_.empty() && start <= data_.size()) {
+        is_told_ = true;
+        host_->damaged({BinaryDamage::Kind::group_too_large, start, size, present});
+        return true;
+    }
+    if (!damage(BinaryDamage::Kind::group_too_large, start, size, present)) {
+        report_warning("ParserGroup.set_binary: ParserGroup size larger than the given data\n");
+    }
+    return false;
+}
+
+BinaryDecoder::Step BinaryDecoder::fail_at_name(core_uint64 start) {
+    if (!damage(BinaryDamage::Kind::no_entry_name, start)) {
+        report_warning("ParserGroup.set_binary: Failed to read entry name\n");
+    }
+    return Step::failed;
+}
+
+std::string_view BinaryDecoder::take_name() {
+    if (host_ == nullptr) {
+        return take_string(cursor_);
+    }
+    std::string_view name;
+    cut_string(cursor_, name);
+    return name;
+}
+
+std::string_view BinaryDecoder::take_text() {
+    if (host_ == nullptr) {
+        return take_string(cursor_);
+    }
+    const core_uint64 start = cursor_.position();
+    std::string_view text;
+    if (!cut_string(cursor_, text)) {
+        damage(BinaryDamage::Kind::open_string, start);
+    }
+    return text;
+}
+
+std::string_view BinaryDecoder::take_bytes() {
+    if (host_ == nullptr) {
+        return take_binary_data(cursor_);
+    }
+    const core_uint64 start = cursor_.position();
+    std::string_view bytes;
+    if (!cut_binary_data(cursor_, bytes)) {
+        damage(BinaryDamage::Kind::open_binary_data, start);
+    }
+    return bytes;
+}
+
+/// A large entry is read value by value for somebody who wants to know how far that is.
+bool BinaryDecoder::may_be_plain(const Level& level) const noexcept {
+    return pace_ == nullptr || !pace_->is_watched() || level.entry_end - cursor_.position() <= pace_step ||
+           level.entry_end < cursor_.position();
+}
+
+} // namespace bk

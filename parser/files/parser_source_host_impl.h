@@ -1,0 +1,77 @@
+#pragma once
+
+#include "core/core_string.h"
+#include "parser/files/parser_source_scanner_impl.h"
+
+#include <string_view>
+#include <vector>
+
+namespace bk {
+
+/// Why a file is not a part of the text, or not all of it.
+enum class SourceFault {
+    not_found,
+    includes_itself,
+    included_too_deeply, ///< ParserLimits::include_depth
+    too_many_includes,   ///< ParserLimits::include_count
+    file_too_large,      ///< the file, or all files together: ParserLimits::source_size
+    text_too_large,      ///< the expanded text: ParserLimits::expanded_size
+    unreadable,          ///< SourceHost::read said so
+    enciphered_length,   ///< the length that is enciphered is larger than the file
+    enciphered_block,    ///< the enciphered block does not hold what its length says
+    no_version,          ///< its version line says no number above 0
+    include_left_open    ///< an include directive without a closing quote
+};
+
+/// What went wrong with a file.
+struct SourceFailure {
+    SourceFault fault;
+    const CoreString& name;               // as it was asked for
+    const CoreString& found;              // the place that was taken; empty when there is none
+    const std::vector<CoreString>& tried; // the places that were looked at, as they were named
+    const SourcePiece& piece;             // of a fault that stands in the file itself
+    core_uint64 announced =
+        0; // of enciphered_length and enciphered_block: the bytes of text that its length says,
+    core_uint64 present = 0; // and those of the block that is there
+};
+
+/// How a file was read.
+enum class SourceRead { done, unreadable, too_large };
+
+/// A file that takes part in a reading.
+struct SourceEntered {
+    const CoreString& name;  // as it was asked for
+    const CoreString& found; // the place that was taken, as it was named
+    const CoreString& path;  // absolute
+    const CoreString& text;  // stays where it is until `left`
+    bool is_enciphered;
+};
+
+/// What the preprocessor asks of the world, and whom it tells what it does. What is thrown here passes through it.
+class SourceHost {
+public:
+    SourceHost() = default;
+    virtual ~SourceHost() = default;
+    SourceHost(const SourceHost&) = delete;
+    SourceHost& operator=(const SourceHost&) = delete;
+
+    /// The bytes of a file, at most `most` of them.
+    virtual SourceRead read(const CoreString& path, core_uint64 most, CoreString& bytes) = 0;
+    /// Replaces the bytes of a file by what the platform makes of a text. False when it cannot be read.
+    virtual bool read_as_text(const CoreString& path, CoreString& text) = 0;
+    /// Whether what was deciphered can be a text; a wrong key gives anything.
+    virtual bool accepts_deciphered(const CoreString& text) = 0;
+    virtual void failed(const SourceFailure& failure) = 0;
+
+    /// A piece ends at an include directive, whose file is looked for now.
+    virtual void include_found(const SourcePiece& piece) = 0;
+    /// A piece ends at a version line.
+    virtual void version_found(const SourcePiece& piece, double version) = 0;
+    virtual void entered(const SourceEntered& file) = 0;
+    /// The innermost file is done; its text is the host's now.
+    virtual void left(CoreString&& text) = 0;
+    /// A piece of the innermost file becomes part of the expanded text.
+    virtual void copied(const SourcePiece& piece, unsigned int expanded) = 0;
+};
+
+} // namespace bk
