@@ -1,9 +1,9 @@
 #include "command/command_line.h"
 #include "command/command_table.h"
-#include "exit_code.h"
-#include "output.h"
-#include "platform.h"
-#include "stream_device.h"
+#include "input/stream_device.h"
+#include "output/output.h"
+#include "platform/platform.h"
+#include "verbs/exit_code.h"
 
 #include <cstring>
 #include <exception>

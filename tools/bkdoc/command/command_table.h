@@ -1,8 +1,8 @@
 #pragma once
 
 #include "command/arguments.h"
-#include "exit_code.h"
-#include "output.h"
+#include "output/output.h"
+#include "verbs/exit_code.h"
 
 #include <cstddef>
 #include <span>

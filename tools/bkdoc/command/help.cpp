@@ -1,7 +1,7 @@
 #include "command/help.h"
 
 #include "command/command_table.h"
-#include "text_display.h"
+#include "output/text_display.h"
 
 #include <algorithm>
 

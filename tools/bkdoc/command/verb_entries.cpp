@@ -1,7 +1,7 @@
 #include "command/verb_entries.h"
 
-#include "key_source.h"
-#include "verbs.h"
+#include "input/key_source.h"
+#include "verbs/verbs.h"
 
 #include <limits>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "command/arguments.h"
-#include "exit_code.h"
-#include "output.h"
+#include "output/output.h"
+#include "verbs/exit_code.h"
 
 /// What the command table calls: each takes the options of its verb out of the command line and runs it.
 namespace bkdoc {

@@ -1,0 +1,50 @@
+#include "output/report.h"
+#include "output/text_display.h"
+#include "tree/tree_compare.h"
+#include "verbs/verbs.h"
+
+#include <algorithm>
+
+namespace bkdoc {
+
+namespace {
+
+void write_side(std::string_view name, std::string_view text, std::size_t width, Output& out) {
+    out << "  " << name << ":" << std::string(width - count_characters(name) + 1, ' ') << text << "\n";
+}
+
+void write_difference(const Difference& difference, std::string_view first, std::string_view second,
+                      Output& out) {
+    const std::size_t width = std::max(count_characters(first), count_characters(second));
+    out << first << " and " << second << " differ at ";
+    out.paint(Tone::strong, difference.path.empty() ? "the root" : difference.path);
+    out << ", " << difference.what << ":\n";
+    write_side(first, difference.first, width, out);
+    write_side(second, difference.second, width, out);
+}
+
+} // namespace
+
+ExitCode run_same(const SameOptions& options, Streams& streams, StreamDevice& device) {
+    const Document first(options.first, options.open, device);
+    const Document second(options.second, options.open, device);
+    report_aside(first, streams);
+    report_aside(second, streams);
+    if (!first.is_read() || !second.is_read()) {
+        return EXIT_UNREADABLE;
+    }
+    const std::string first_name = shown(first.get_name(), file_name_limit);
+    const std::string second_name = shown(second.get_name(), file_name_limit);
+    const Likeness likeness = options.content ? Likeness::content : Likeness::everything;
+    const std::optional<Difference> difference =
+        find_difference(first.get_root(), second.get_root(), likeness);
+    if (difference) {
+        write_difference(*difference, first_name, second_name, streams.out);
+        return EXIT_FAULTS;
+    }
+    streams.out << first_name << " and " << second_name << " hold the same "
+                << (options.content ? "names and values" : "tree") << "\n";
+    return EXIT_CLEAN;
+}
+
+} // namespace bkdoc
