@@ -7,7 +7,13 @@ namespace bk_parser {
 
 namespace {
 
+/// The bytes of an enciphered length.
+constexpr core_uint64 length_size = 8;
+
 std::string_view code_of_enciphered(const bk::SourceFailure& failure, bool has_key) {
+    if (failure.present < length_size) {
+        return codes::cut_off;
+    }
     // Under another key all 64 bits of the length are anything; no text is longer than 32 bits tell.
     if (failure.announced >> 32 != 0) {
         return has_key ? codes::wrong_key : codes::no_key;
@@ -18,6 +24,9 @@ std::string_view code_of_enciphered(const bk::SourceFailure& failure, bool has_k
 std::string text_of_enciphered(const bk::SourceFailure& failure, bool has_key) {
     const std::string name(failure.found.get_view());
     const std::string_view code = code_of_enciphered(failure, has_key);
+    if (failure.present < length_size) {
+        return name + " is cut off: it ends before the encrypted text";
+    }
     if (code == codes::cut_off) {
         const core_uint64 mark = bk::cipher_magic.size();
         return cut_off_text(name, bk::cipher_block_size(failure.announced) + mark, failure.present + mark);

@@ -16,8 +16,4 @@ Form form_of(std::string_view bytes) noexcept {
     return bytes.starts_with(bk::archive_magic) ? Form::archive : Form::text;
 }
 
-std::string_view foreign_kind(std::string_view) noexcept {
-    return {};
-}
-
 } // namespace bk_parser

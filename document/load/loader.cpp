@@ -88,7 +88,8 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     const CoreString key{std::string_view(options_.key)};
     SourceLoader host(*state_, sources_, problems_, meter_, range.part(0, 0.2));
     const bool is_file = !path_.empty();
-    bk::Preprocessor preprocessor(folders, key, host, options_.limits, {options_.beside && is_file, true});
+    bk::Preprocessor preprocessor(folders, key, host, options_.limits,
+                                  {options_.beside && is_file, true, bk::pace_step});
     CoreString text;
     const double version = preprocessor.run(CoreString(std::string_view(name_)),
                                             CoreString(std::string_view(path_)), std::move(bytes), text);

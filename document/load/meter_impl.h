@@ -38,8 +38,8 @@ public:
 
 private:
     static constexpr double step = 0.01;
-    static constexpr std::size_t least_work = std::size_t{1}
-                                              << 20; // bytes between two calls, the value notwithstanding
+    // Bytes between two calls, the value notwithstanding.
+    static constexpr std::size_t least_work = std::size_t{1} << 20;
     static constexpr std::size_t work_share = 16;
 
     void tell(std::size_t done) override;
@@ -51,7 +51,6 @@ private:
     Range range_;
     std::size_t total_ = 0;
     std::size_t done_ = 0;               // of the range, as far as it is counted in the work
-    std::size_t due_ = never;            // how much of the range is done when a call is due
     std::size_t work_ = 0;               // bytes, of all ranges
     std::size_t next_work_ = least_work; // a call is due when so much was done
     double next_value_ = step;

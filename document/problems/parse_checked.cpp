@@ -29,7 +29,9 @@ public:
 
     void fault_found(const Fault& fault, const unsigned int& expanded, const unsigned int& length,
                      const CoreString& message) override {
-        problems_.add(Severity::error, code_of(fault), std::string(message.get_view()),
+        const bool is_limit = fault == FAULT_NESTED_TOO_DEEPLY;
+        problems_.add(Severity::error, code_of(fault),
+                      std::string(message.get_view()) + (is_limit ? ": ParserLimits::nesting_depth" : ""),
                       sources_.find(expanded, length));
     }
 

@@ -45,15 +45,41 @@ bool BinaryDecoder::ends_at(core_uint64 end) {
 bool BinaryDecoder::take_rest_of_cut_group(core_uint64 size) {
     const core_uint64 start = cursor_.position();
     const core_uint64 present = cursor_.rest().size();
-    if (host_ != nullptr && levels_.empty() && start <= data_.size()) {
-        is_told_ = true;
-        host_->damaged({BinaryDamage::Kind::group_too_large, start, size, present});
+    if (host_ != nullptr && (levels_.empty() || is_cut_) && start <= data_.size()) {
+        is_cut_ = true;
+        if (!is_told_) {
+            is_told_ = true;
+            host_->damaged({BinaryDamage::Kind::group_too_large, start, size, present});
+        }
         return true;
     }
     if (!damage(BinaryDamage::Kind::group_too_large, start, size, present)) {
         report_warning("ParserGroup.set_binary: ParserGroup size larger than the given data\n");
     }
     return false;
+}
+
+/// Strictly, an entry lies in the data whole, or is the one that a document is cut off in.
+bool BinaryDecoder::may_hold_entry(Level& level, core_uint64 size) {
+    const core_uint64 start = cursor_.position();
+    const core_uint64 present = cursor_.rest().size();
+    level.is_cut = false;
+    if (start <= data_.size() && size <= present) {
+        return true;
+    }
+    level.is_cut = is_cut_ && start < data_.size();
+    return level.is_cut || !damage(BinaryDamage::Kind::entry_too_large, start, size, present);
+}
+
+/// Whether an entry is whole that has come to its end. The entry that a document is cut off in may end with a group, which
+/// has what is whole of it.
+bool BinaryDecoder::ends_well(const Level& level) {
+    if (!level.is_cut) {
+        return ends_at(level.entry_end);
+    }
+    const bool ends_with_group =
+        pending_.size() > level.first_value && pending_.back().type == ParserValue::TYPE_GROUP;
+    return ends_with_group || !damage(BinaryDamage::Kind::data_end, data_.size());
 }
 
 BinaryDecoder::Step BinaryDecoder::fail_at_name(core_uint64 start) {
@@ -98,6 +124,9 @@ std::string_view BinaryDecoder::take_bytes() {
 
 /// A large entry is read value by value for somebody who wants to know how far that is.
 bool BinaryDecoder::may_be_plain(const Level& level) const noexcept {
+    if (level.is_cut) {
+        return false;
+    }
     return pace_ == nullptr || !pace_->is_watched() || level.entry_end - cursor_.position() <= pace_step ||
            level.entry_end < cursor_.position();
 }

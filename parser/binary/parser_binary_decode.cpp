@@ -174,16 +174,16 @@ bool BinaryDecoder::open_group(ParserGroup& group) {
 /// and fails where its data end.
 bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
     const std::uint64_t size = cursor_.take<std::uint64_t>();
-    const core_uint64 start = cursor_.position();
-    if (host_ != nullptr && (start > data_.size() || size > data_.size() - start)) {
-        return !damage(BinaryDamage::Kind::entry_too_large, start, size, cursor_.rest().size());
+    if (host_ != nullptr && !may_hold_entry(level, size)) {
+        return false;
     }
-    if (size > data_.size()) {
+    if (!level.is_cut && size > data_.size()) {
         report_large_entry(name, size, static_cast<unsigned int>(data_.size()));
         return false;
     }
     cursor_.skip(reserved_size);
-    level.entry_end = cursor_.position() + (size < reserved_size ? 0 : size - reserved_size);
+    level.entry_end =
+        level.is_cut ? data_.size() : cursor_.position() + (size < reserved_size ? 0 : size - reserved_size);
     level.first_value = static_cast<unsigned int>(pending_.size());
     level.text_size = 0;
     level.is_in_entry = true;
@@ -210,7 +210,7 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
             pace_->reach(cursor_.position());
         }
         if (cursor_.position() >= level.entry_end) {
-            return ends_at(level.entry_end) ? finish_entry(level) : Step::failed;
+            return ends_well(level) ? finish_entry(level) : Step::failed;
         }
         ParserValue::Type type{};
         const core_uint64 start = cursor_.position();

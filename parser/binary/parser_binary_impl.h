@@ -194,6 +194,7 @@ private:
         unsigned int first_value;
         std::size_t text_size; // what the strings of the entry's values need
         bool is_in_entry;
+        bool is_cut; // the data end in the entry
     };
 
     enum class Step { more, done, failed };
@@ -202,6 +203,8 @@ private:
     bool damage(BinaryDamage::Kind kind, core_uint64 position, core_uint64 announced = 0,
                 core_uint64 present = 0);
     bool take_rest_of_cut_group(core_uint64 size);
+    bool may_hold_entry(Level& level, core_uint64 size);
+    bool ends_well(const Level& level);
     Step fail_at_name(core_uint64 start);
     std::string_view take_name();
     std::string_view take_text();
@@ -238,7 +241,8 @@ private:
     BinaryHost* host_ = nullptr;
     Pace* pace_ = nullptr;
     bool is_stopped_ = false;
-    bool is_told_ = false;
+    bool is_told_ = false; // what was damaged first
+    bool is_cut_ = false;  // the data are a part of a document
     std::vector<Level> levels_;
     std::vector<ParserEntry*> entries_;      // of all open groups, the outermost first
     std::vector<PendingValue> pending_;      // of all open entries, the outermost first

@@ -61,6 +61,7 @@ bool Preprocessor::enter(const CoreString& name, Progress progress) {
 void Preprocessor::open(Place&& place, Source&& source, Progress progress) {
     OpenFile& file = open_files_.emplace_back(std::move(place), std::move(source), progress);
     open_paths_.insert(file.place.path.get_view());
+    file.scanner.set_longest_piece(rules_.longest_piece);
     if (file.source.is_encrypted && open_files_.size() == 1) {
         file.scanner.keep_later_version_lines(); // the entry that writing put there
     }
@@ -122,11 +123,15 @@ bool Preprocessor::may_open(const Place& place) {
     if (open_files_.size() > limits_.include_depth) {
         return fail(SourceFault::included_too_deeply, place);
     }
-    if (!open_files_.empty() && include_count_++ >= limits_.include_count) {
-        is_ended_ = true;
-        return fail(SourceFault::too_many_includes, place);
+    return rules_.goes_on || may_include(place); // else it was asked before
+}
+
+bool Preprocessor::may_include(const Place& place) {
+    if (open_files_.empty() || include_count_++ < limits_.include_count) {
+        return true;
     }
-    return true;
+    is_ended_ = true;
+    return fail(SourceFault::too_many_includes, place);
 }
 
 bool Preprocessor::is_too_large(const Place& place, core_uint64 size) {
@@ -213,6 +218,7 @@ double Preprocessor::scan(Progress progress) {
             is_had = fail(SourceFault::include_left_open, file.place, piece);
             break;
         case SourcePiece::Then::comment:
+        case SourcePiece::Then::pause:
             break;
         }
         if (!is_had && (!rules_.goes_on || is_ended_)) {
@@ -244,7 +250,11 @@ bool Preprocessor::append_piece(const OpenFile& file, const SourcePiece& piece) 
 
 bool Preprocessor::include(const SourcePiece& piece) {
     host_.include_found(piece);
-    return enter(CoreString(piece.argument), Progress(nullptr));
+    const CoreString name(piece.argument);
+    if (rules_.goes_on && !may_include({name, {}, {}})) { // those that fail are counted, too
+        return false;
+    }
+    return enter(name, Progress(nullptr));
 }
 
 /// Tells the host. The result is false.

@@ -21,6 +21,8 @@ struct IncludeRules {
     bool searches_beside = false;
     /// An include that cannot be had is left out, and what is behind it is read. Limits on the whole still end the reading.
     bool goes_on = false;
+    /// The text is copied in pieces of at most so many bytes, about each of which the host is told.
+    std::size_t longest_piece = std::string_view::npos;
 };
 
 /// Turns a file into the text that is parsed: finds it along the search paths, deciphers it, splices in its
@@ -76,6 +78,7 @@ private:
     bool find(Place& place);
     bool find_at(const CoreString& folder, Place& place);
     bool may_open(const Place& place);
+    bool may_include(const Place& place);
     bool load(const Place& place, Source& source, Progress progress);
     bool is_too_large(const Place& place, core_uint64 size);
     bool decipher_source(const Place& place, Source& source);

@@ -21,10 +21,16 @@ SourcePiece SourceScanner::next() noexcept {
         skips_directive_ = false;
         step_to(position_ + 1);
     }
+    const std::size_t left = source_.size() - piece_begin_;
+    const std::size_t end = piece_begin_ + std::min(left, longest_piece_);
     for (;;) {
-        step_to(find_special(position_));
+        step_to(find_special(position_, std::max(position_, end)));
         if (position_ == source_.size()) {
             finish_piece(piece, SourcePiece::Then::end, position_);
+            return piece;
+        }
+        if (position_ >= end) {
+            finish_piece(piece, SourcePiece::Then::pause, position_);
             return piece;
         }
         if (take_special(piece)) {
@@ -33,9 +39,9 @@ SourcePiece SourceScanner::next() noexcept {
     }
 }
 
-std::size_t SourceScanner::find_special(std::size_t from) const noexcept {
+std::size_t SourceScanner::find_special(std::size_t from, std::size_t end) const noexcept {
     const char* const begin = source_.data();
-    return static_cast<std::size_t>(find_directive(begin + from, begin + source_.size()) - begin);
+    return static_cast<std::size_t>(find_directive(begin + from, begin + end) - begin);
 }
 
 /// True when the piece ends here.

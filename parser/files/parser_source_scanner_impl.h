@@ -9,7 +9,7 @@ namespace bk {
 
 /// A stretch of a source that is kept, and what ends it.
 struct SourcePiece {
-    enum class Then { end, comment, version, include, open_include };
+    enum class Then { end, comment, version, include, open_include, pause };
 
     std::string_view text;
     unsigned int offset = 0;
@@ -29,6 +29,9 @@ public:
     /// Version lines that do not stand at the very beginning are kept as text, too.
     void keep_later_version_lines() noexcept { keeps_later_version_lines_ = true; }
 
+    /// Ends pieces that are longer than this, with Then::pause.
+    void set_longest_piece(std::size_t size) noexcept { longest_piece_ = size; }
+
     /// The last piece ends with Then::end.
     SourcePiece next() noexcept;
 
@@ -39,7 +42,7 @@ private:
     void take_version(SourcePiece& piece) noexcept;
     void take_quote() noexcept;
     void copy_hexadecimal() noexcept;
-    std::size_t find_special(std::size_t from) const noexcept;
+    std::size_t find_special(std::size_t from, std::size_t end) const noexcept;
     std::size_t after_line(std::size_t from) const noexcept;
     bool looking_at(std::string_view word) const noexcept {
         return source_.substr(position_).starts_with(word);
@@ -51,6 +54,7 @@ private:
     Progress progress_;
     std::size_t position_ = 0;
     std::size_t piece_begin_ = 0;
+    std::size_t longest_piece_ = std::string_view::npos;
     std::size_t line_end_ = 0; // of the version line found last
     bool in_string_ = false;
     bool keeps_later_version_lines_ = false;

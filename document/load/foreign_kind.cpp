@@ -1,0 +1,191 @@
+#include "document/load/form_impl.h"
+
+#include <algorithm>
+#include <array>
+
+namespace bk_parser {
+
+namespace {
+
+constexpr std::size_t sample_size = 4096;
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
+struct Mark {
+    std::string_view bytes;
+    std::string_view kind;
+    bool may_be_text; // bytes that a document may begin with, too
+};
+
+using namespace std::string_view_literals;
+
+constexpr Mark marks[] = {
+    {"\x7F"
+     "ELF"sv,
+     "an ELF program", false},
+    {"MZ"sv, "a Windows program", true},
+    {"\xCA\xFE\xBA\xBE"sv, "a compiled program", false},
+    {"\xCF\xFA\xED\xFE"sv, "a compiled program", false},
+    {"\x89PNG\r\n\x1A\n"sv, "a PNG image", false},
+    {"\xFF\xD8\xFF"sv, "a JPEG image", false},
+    {"GIF87a"sv, "a GIF image", true},
+    {"GIF89a"sv, "a GIF image", true},
+    {"BM"sv, "a BMP image", true},
+    {"II*\0"sv, "a TIFF image", false},
+    {"MM\0*"sv, "a TIFF image", false},
+    {"RIFF"sv, "a RIFF file", true},
+    {"v/1\x01"sv, "an OpenEXR image", false},
+    {"\0\0\1\0"sv, "an icon", false},
+    {"PK\x03\x04"sv, "a ZIP archive", false},
+    {"\x1F\x8B"sv, "gzip data", false},
+    {"BZh"sv, "bzip2 data", true},
+    {"\xFD"
+     "7zXZ\0"sv,
+     "xz data", false},
+    {"\x28\xB5\x2F\xFD"sv, "Zstandard data", false},
+    {"7z\xBC\xAF\x27\x1C"sv, "a 7z archive", false},
+    {"%PDF-"sv, "a PDF document", false},
+    {"%!PS"sv, "a PostScript document", false},
+    {"SQLite format 3\0"sv, "an SQLite database", false},
+    {"\0asm"sv, "a WebAssembly module", false},
+};
+
+bool is_blank(char byte) noexcept {
+    return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
+}
+
+/// What no text has: control characters but for white space.
+bool is_control(char byte) noexcept {
+    const auto code = static_cast<unsigned char>(byte);
+    return (code < 0x20 && (code < '\t' || code > '\r')) || code == 0x7F;
+}
+
+std::size_t count_controls(std::string_view sample) noexcept {
+    return static_cast<std::size_t>(std::count_if(sample.begin(), sample.end(), is_control));
+}
+
+std::string_view kind_of_mark(std::string_view sample) noexcept {
+    for (const Mark& mark : marks) {
+        if (sample.starts_with(mark.bytes) && (!mark.may_be_text || count_controls(sample) != 0)) {
+            return mark.kind;
+        }
+    }
+    return {};
+}
+
+/// Text of 16 or 32 bits a character, most of them Latin: three of four or every other byte is NUL.
+std::string_view kind_of_wide_text(std::string_view sample) noexcept {
+    if (sample.starts_with("\xFF\xFE\0\0"sv) || sample.starts_with("\0\0\xFE\xFF"sv)) {
+        return "UTF-32 text";
+    }
+    if (sample.starts_with("\xFF\xFE"sv) || sample.starts_with("\xFE\xFF"sv)) {
+        return "UTF-16 text";
+    }
+    std::array<std::size_t, 4> nuls{}; // by the place in four bytes
+    for (std::size_t i = 0; i < sample.size(); ++i) {
+        nuls[i % 4] += sample[i] == '\0' ? 1 : 0;
+    }
+    const std::size_t quarter = sample.size() / 4;
+    if (quarter == 0) {
+        return {};
+    }
+    const auto is_full = [&](std::size_t i) { return nuls[i] * 10 >= quarter * 7; };
+    const auto is_bare = [&](std::size_t i) { return nuls[i] * 10 <= quarter; };
+    if ((is_bare(0) && is_full(1) && is_full(2) && is_full(3)) ||
+        (is_full(0) && is_full(1) && is_full(2) && is_bare(3))) {
+        return "UTF-32 text";
+    }
+    if ((is_bare(0) && is_full(1) && is_bare(2) && is_full(3)) ||
+        (is_full(0) && is_bare(1) && is_full(2) && is_bare(3))) {
+        return "UTF-16 text";
+    }
+    return {};
+}
+
+/// The text from its first word on: behind a byte order mark, blanks and comments.
+std::string_view from_first_word(std::string_view text) noexcept {
+    if (text.starts_with(byte_order_mark)) {
+        text.remove_prefix(byte_order_mark.size());
+    }
+    for (;;) {
+        text.remove_prefix(
+            static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), is_blank) - text.begin()));
+        if (!text.starts_with("//")) {
+            return text;
+        }
+        text.remove_prefix(std::min(text.find('\n'), text.size()));
+    }
+}
+
+char next_but_blanks(std::string_view text) noexcept {
+    const auto next = std::find_if_not(text.begin(), text.end(), is_blank);
+    return next == text.end() ? '\0' : *next;
+}
+
+/// `{ "name":` or `{}`: a document that begins with a brace by mistake does not go on so.
+bool is_json_object(std::string_view text) noexcept {
+    text.remove_prefix(1);
+    const char first = next_but_blanks(text);
+    if (first == '}') {
+        return from_first_word(text.substr(text.find('}') + 1)).empty();
+    }
+    if (first != '"') {
+        return false;
+    }
+    text.remove_prefix(text.find('"') + 1);
+    const std::size_t quote = text.find('"');
+    return quote != std::string_view::npos && next_but_blanks(text.substr(quote + 1)) == ':';
+}
+
+/// No word of a document begins with a bracket.
+std::string_view kind_of_bracket(std::string_view text) noexcept {
+    const char first = next_but_blanks(text.substr(1));
+    constexpr std::string_view value_starts = "{[]\"-0123456789";
+    if (value_starts.find(first) != std::string_view::npos) {
+        return "JSON";
+    }
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+    return line.find(']') == std::string_view::npos ? std::string_view() : "an INI file";
+}
+
+bool is_markup(std::string_view text) noexcept {
+    if (text.starts_with("<?xml") || text.starts_with("<!")) {
+        return true;
+    }
+    const auto is_letter = [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; };
+    return text.size() > 1 && is_letter(text[1]) && !text.starts_with("<empty>") &&
+           (text.find("</") != std::string_view::npos || text.find("/>") != std::string_view::npos);
+}
+
+std::string_view kind_of_other_syntax(std::string_view sample) noexcept {
+    const std::string_view text = from_first_word(sample);
+    if (text.starts_with('{')) {
+        return is_json_object(text) ? "JSON" : std::string_view();
+    }
+    if (text.starts_with('[')) {
+        return kind_of_bracket(text);
+    }
+    return text.starts_with('<') && is_markup(text) ? "XML or HTML" : std::string_view();
+}
+
+/// A text may hold a stray control character, and a file that was cut by a crash may end with NULs.
+bool is_binary(std::string_view sample) noexcept {
+    constexpr std::size_t least = 4;
+    const std::size_t end = sample.find_last_not_of('\0');
+    const std::string_view body = sample.substr(0, end == std::string_view::npos ? 0 : end + 1);
+    const std::size_t controls = count_controls(body);
+    return (body.empty() && sample.size() >= least) || (controls >= least && controls * 20 >= body.size());
+}
+
+} // namespace
+
+std::string_view foreign_kind(std::string_view bytes) noexcept {
+    const std::string_view sample = bytes.substr(0, sample_size);
+    for (const auto look : {kind_of_mark, kind_of_wide_text, kind_of_other_syntax}) {
+        if (const std::string_view kind = look(sample); !kind.empty()) {
+            return kind;
+        }
+    }
+    return is_binary(sample) ? "binary data of another kind" : std::string_view();
+}
+
+} // namespace bk_parser
