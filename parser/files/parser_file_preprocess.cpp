@@ -65,8 +65,8 @@ void Preprocessor::open(Place&& place, Source&& source, Progress progress) {
     if (file.source.is_encrypted && open_files_.size() == 1) {
         file.scanner.keep_later_version_lines(); // the entry that writing put there
     }
-    host_.entered(
-        {file.place.name, file.place.found, file.place.path, file.source.text, file.source.is_encrypted});
+    host_.entered({file.place.name, file.place.found, file.place.path, file.source.text,
+                   file.source.is_encrypted, tried_});
 }
 
 /// Closes the innermost file; the result is its version.
@@ -250,6 +250,9 @@ bool Preprocessor::append_piece(const OpenFile& file, const SourcePiece& piece) 
 
 bool Preprocessor::include(const SourcePiece& piece) {
     host_.include_found(piece);
+    if (!rules_.follows_includes) {
+        return true;
+    }
     const CoreString name(piece.argument);
     if (rules_.goes_on && !may_include({name, {}, {}})) { // those that fail are counted, too
         return false;

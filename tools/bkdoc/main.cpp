@@ -1,6 +1,5 @@
 #include "command/command_line.h"
 #include "command/command_table.h"
-#include "input/stream_device.h"
 #include "output/output.h"
 #include "platform/platform.h"
 #include "verbs/exit_code.h"
@@ -22,8 +21,7 @@ ExitCode run(const CommandLine& line, Streams& streams) {
         streams.out << line.answer;
         return EXIT_CLEAN;
     }
-    StreamDevice device(streams.out);
-    return line.arguments->verb().run(*line.arguments, streams, device);
+    return line.arguments->verb().run(*line.arguments, streams);
 }
 
 // A reader that went away wants no more; anything else that stops the output has to be told.

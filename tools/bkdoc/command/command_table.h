@@ -10,8 +10,6 @@
 
 namespace bkdoc {
 
-class StreamDevice;
-
 /// What follows an option.
 enum class ValueKind { none, word, whole_number, folder, file, choice };
 
@@ -46,16 +44,16 @@ struct VerbSpec {
     bool opens_documents;                ///< takes the options of opening_options()
     std::string_view example;            ///< a command line with its answer in words
     std::string_view exit_codes;
-    ExitCode (*run)(const Arguments&, Streams&, StreamDevice&);
+    ExitCode (*run)(const Arguments&, Streams&);
 };
 
 /// The heading of a task in the help.
 std::string_view task_heading(Task task) noexcept;
 
 /// Every verb, in the order of the help.
-std::span<const VerbSpec> all_verbs() noexcept;
+std::span<const VerbSpec> all_verbs();
 /// Null when there is none of that name.
-const VerbSpec* find_verb(std::string_view name) noexcept;
+const VerbSpec* find_verb(std::string_view name);
 
 /// The options that every command line takes: --help, --version, --color.
 std::span<const OptionSpec> general_options() noexcept;

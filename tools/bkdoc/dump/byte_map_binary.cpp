@@ -1,7 +1,7 @@
 #include "core/core_string.h"
 #include "dump/byte_map.h"
 #include "dump/little_cursor.h"
-#include "input/document_form.h"
+#include "input/form_mark.h"
 #include "output/text_display.h"
 #include "output/value_display.h"
 #include "parser/parser_value.h"

@@ -1,6 +1,6 @@
 #include "dump/byte_map.h"
 #include "dump/little_cursor.h"
-#include "input/document_form.h"
+#include "input/form_mark.h"
 #include "output/text_display.h"
 
 namespace bkdoc {

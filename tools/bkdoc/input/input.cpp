@@ -1,74 +1,62 @@
 #include "input/input.h"
 
 #include "core/sys_device.h"
-#include "core/sys_file.h"
-#include "input/stream_device.h"
+#include "document/load.h"
+#include "platform/paths.h"
 
-#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <memory>
 
 namespace bkdoc {
 
 namespace {
 
-std::string why_missing(const std::string& path) {
-    switch (SysDevice::get().inspect(path).kind) {
-    case SysPathKind::directory:
-        return "is a directory";
-    case SysPathKind::missing:
-        return "no such file";
-    default:
-        return "cannot be read";
+/// What standard input gave: it can be read only once.
+struct StandardInput {
+    std::string bytes;
+    bool is_whole = false;
+
+    StandardInput() {
+        char buffer[64 * 1024];
+        while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, stdin)) {
+            bytes.append(buffer, count);
+        }
+        is_whole = std::ferror(stdin) == 0;
     }
+};
+
+/// The reason of the system, as the library tells it.
+std::string why_unread(const std::string& path) {
+    const bk_parser::LoadResult result = bk_parser::load(path_of(path));
+    return result.problems.empty() ? path + ": cannot be read" : result.problems.front().message;
 }
 
 } // namespace
 
-Input::Input(const std::string& argument, StreamDevice& device)
-    : name_(argument == "-" ? "<stdin>" : argument) {
-    find(argument, device);
-    if (refusal_.empty()) {
-        look_at_form();
-    }
+bool read_standard_input(std::string& bytes) {
+    static const StandardInput input;
+    bytes = input.bytes;
+    return input.is_whole;
 }
 
-// An argument names a file as it stands: its absolute path keeps the search folders out of it.
-void Input::find(const std::string& argument, StreamDevice& device) {
-    const CoreString name{std::string_view(argument)};
-    if (argument == "-") {
-        path_ = SysFilesystem::get_full_file_path(StreamDevice::input_path).get_view();
-        refusal_ = device.load_input() ? "" : "standard input cannot be read";
-    } else if (argument.empty()) {
-        refusal_ = "'': no such file";
-    } else if (!SysFilesystem::file_exists(name)) {
-        refusal_ = argument + ": " + why_missing(argument);
-    } else {
-        path_ = SysFilesystem::get_full_file_path(name).get_view();
-        const bool reads_twice = device.inspect(path_).kind == SysPathKind::regular;
-        refusal_ = reads_twice || device.hold(path_) ? "" : argument + ": cannot be read";
+Input::Input(const std::string& operand) {
+    if (operand == "-") {
+        refusal = read_standard_input(bytes) ? "" : "standard input cannot be read";
+        return;
     }
-}
-
-// A file that cannot be opened is left to the reading, which says so.
-void Input::look_at_form() {
-    SysFile file;
-    if (file.open(CoreString(std::string_view(path_)), SysFile::MODE_READ, SysFile::TYPE_BINARY)) {
-        char mark[form_mark_size];
-        size_ = file.get_size();
-        const core_int64 count = std::max(file.read(mark, 1, sizeof mark), core_int64{0});
-        form_ = form_of({mark, static_cast<std::size_t>(count)});
+    const std::unique_ptr<SysHandle> handle =
+        operand.empty() || SysDevice::get().inspect(operand).kind == SysPathKind::directory
+            ? nullptr
+            : SysDevice::get().open_for_reading(operand);
+    char buffer[64 * 1024];
+    core_int64 count = handle == nullptr ? -1 : 0;
+    while (handle != nullptr && (count = handle->read(buffer, sizeof buffer)) > 0) {
+        bytes.append(buffer, static_cast<std::size_t>(count));
     }
-}
-
-bool Input::load(CoreVector<char>& bytes) const {
-    SysFile file;
-    if (size_ > CoreString::max_length ||
-        !file.open(CoreString(std::string_view(path_)), SysFile::MODE_READ, SysFile::TYPE_BINARY)) {
-        return false;
+    if (count < 0) {
+        refusal = operand.empty() ? "'': no such file" : why_unread(operand);
     }
-    const auto size = static_cast<unsigned int>(size_);
-    bytes.clear();
-    bytes.reserve(size);
-    return size == 0 || file.read(bytes.extend(size), 1, size_) == size_;
 }
 
 } // namespace bkdoc

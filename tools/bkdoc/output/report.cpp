@@ -1,142 +1,137 @@
 #include "output/report.h"
 
-#include "output/fault_notes.h"
 #include "output/snippet.h"
 #include "output/text_display.h"
+#include "platform/paths.h"
 
-#include <vector>
+#include <algorithm>
+#include <string_view>
 
 namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t word_limit = 300; // characters: a word of the document may be of any length
+constexpr std::size_t message_limit = 600; // characters: a word of the document may be of any length
 
-std::string place_text(const SourceMap& sources, const Spot& spot) {
-    const SourceFile& file = sources.file_of(spot);
-    const Place place = file.text.place_of(spot.offset);
-    return shown(file.name.shown, word_limit) + ":" + std::to_string(place.line) + ":" +
-           std::to_string(place.column) + ":";
-}
-
-void write_chain(const SourceMap& sources, std::size_t inclusion, Output& out) {
-    bool first = true;
-    while (inclusion != 0) {
-        const Spot& directive = sources.inclusion(inclusion).directive;
-        out << (first ? "in file included from " : "                 from ");
-        out.paint(Tone::strong, place_text(sources, directive));
-        out << "\n";
-        first = false;
-        inclusion = directive.inclusion;
-    }
-}
-
-/// Writes what is found at places of the document, one after the other.
-class Reporter {
-public:
-    Reporter(const SourceMap& sources, Output& out) : sources_(sources), out_(out) {}
-
-    void write(Tone tone, std::string_view severity, std::string_view message, const Spot& spot) {
-        if (spot.inclusion != inclusion_) {
-            write_chain(sources_, spot.inclusion, out_);
-            inclusion_ = spot.inclusion;
-        }
-        out_.paint(Tone::strong, place_text(sources_, spot));
-        out_ << " ";
-        out_.paint(tone, severity);
-        out_ << " ";
-        out_.paint(Tone::strong, shown(message, word_limit));
-        out_ << "\n";
-        write_snippet(sources_.file_of(spot).text, spot, out_);
-    }
-
-private:
-    const SourceMap& sources_;
-    Output& out_;
-    std::size_t inclusion_ = 0; // of the fault written last
+/// What the library says of its options, and what the tool says of its own.
+struct Wording {
+    std::string_view library;
+    std::string_view tool;
+};
+constexpr Wording wordings[] = {
+    {"; a search folder adds a place", "; -I adds a folder"},
+    {": ParserLimits::source_size", "; --trusted reads on"},
+    {": ParserLimits::expanded_size", ""},
+    {": ParserLimits::include_depth", "; --trusted reads on"},
+    {": ParserLimits::include_count", "; --trusted reads on"},
+    {": ParserLimits::archive_ratio and archive_size", "; --trusted reads it"},
+    {", and no key is given", ", and no key is given: --key, --key-file or BKDOC_KEY does"},
 };
 
-// The library names what it looked for as often as there were folders to look in: each such line says which.
-void write_places(const Document& document, Output& out) {
-    constexpr std::string_view item = "    - '";
-    const std::vector<std::string>& folders = document.get_options().search_paths;
-    std::size_t folder = 0;
-    for (std::size_t i = 1; i < document.get_messages().size(); ++i) {
-        std::string_view line = document.get_messages()[i];
-        if (line.starts_with(item) && line.ends_with('\'')) {
-            line.remove_prefix(item.size());
-            line.remove_suffix(1);
-            const std::string path = candidate_path(folder < folders.size() ? folders[folder] : "", line);
-            out << item << shown(path, word_limit) << "'\n";
-            ++folder;
-        } else {
-            out << shown(line, word_limit) << "\n";
-        }
-    }
+std::string_view severity_word(bk_parser::Severity severity) noexcept {
+    return severity == bk_parser::Severity::error ? "error:" : "warning:";
 }
 
-/// What the library says of an enciphered file that the key does not fit.
-bool is_undeciphered(std::string_view message) noexcept {
-    return message.starts_with("Failed to read binary data from file ") ||
-           message.starts_with("Incompatible binary data found in file ");
-}
-
-void write_failed_include(const Document& document, Reporter& reporter, Output& out) {
-    const std::vector<std::string>& messages = document.get_messages();
-    const std::string message = messages.empty() ? "The file cannot be included." : messages.front();
-    reporter.write(Tone::error, "error:", message, *document.get_failed_directive());
-    if (is_undeciphered(message)) {
-        out << "  note: the file is enciphered; --key, --key-file or BKDOC_KEY gives its key\n";
+std::string place_text(const std::string& file, unsigned int line, unsigned int column) {
+    std::string text = shown(file, file_name_limit) + ":";
+    if (line != 0) {
+        text += std::to_string(line) + ":" + std::to_string(column) + ":";
     }
-    write_places(document, out);
-}
-
-void write_damage(const Document& document, Output& out) {
-    for (const std::string& damage : document.get_damage()) {
-        out.paint(Tone::strong, shown(document.get_name(), word_limit) + ":");
-        out << " ";
-        out.paint(Tone::warning, "warning:");
-        out << " ";
-        out.paint(Tone::strong, damage);
-        out << "\n";
-    }
+    return text;
 }
 
 } // namespace
 
-void report(const Document& document, Output& out) {
-    write_damage(document, out);
-    Reporter reporter(document.get_sources(), out);
-    for (const DocumentFault& fault : document.get_faults()) {
+std::string shown_file(const std::filesystem::path& file, const std::string& memory_name) {
+    return file.empty() ? memory_name : text_of(file);
+}
+
+std::string tool_message(const bk_parser::Problem& problem, const std::string& name) {
+    std::string message = problem.message;
+    for (const Wording& wording : wordings) {
+        if (message.ends_with(wording.library)) {
+            message.replace(message.size() - wording.library.size(), wording.library.size(), wording.tool);
+        }
+    }
+    if (!name.empty() && message.starts_with(name)) {
+        const std::string_view rest = std::string_view(message).substr(name.size());
+        if (rest.starts_with(": ") || rest.starts_with(" ")) {
+            return std::string(rest.substr(rest.starts_with(": ") ? 2 : 1));
+        }
+    }
+    return message;
+}
+
+std::vector<InclusionPlace> chain_of(const bk_parser::Problem& problem,
+                                     const std::vector<bk_parser::Include>& includes) {
+    std::vector<InclusionPlace> chain;
+    std::filesystem::path included = problem.file;
+    for (const std::filesystem::path& file : problem.included_from) {
+        const auto found =
+            std::find_if(includes.begin(), includes.end(), [&](const bk_parser::Include& include) {
+                return include.file == file && include.found == included;
+            });
+        chain.push_back(found == includes.end() ? InclusionPlace{file}
+                                                : InclusionPlace{file, found->line, found->column});
+        included = file;
+    }
+    return chain;
+}
+
+void ProblemWriter::write(const bk_parser::Problem& problem, const std::vector<InclusionPlace>& chain) {
+    if (chain.empty()) {
+        last_file_.clear();
+    } else if (problem.file != last_file_) {
+        write_chain(chain);
+        last_file_ = problem.file;
+    }
+    write_line(problem);
+    write_snippet(problem, out_);
+}
+
+void ProblemWriter::write_line(const bk_parser::Problem& problem) {
+    const std::string file = shown_file(problem.file, memory_name_);
+    const std::string message = tool_message(problem, problem.line == 0 ? file : std::string());
+    out_.paint(Tone::strong, place_text(file, problem.line, problem.column));
+    out_ << " ";
+    out_.paint(problem.severity == bk_parser::Severity::error ? Tone::error : Tone::warning,
+               severity_word(problem.severity));
+    out_ << " ";
+    out_.paint(Tone::strong, shown(message, message_limit));
+    out_.paint(Tone::dim, " [" + problem.code + "]");
+    out_ << "\n";
+}
+
+void ProblemWriter::write_chain(const std::vector<InclusionPlace>& chain) {
+    for (std::size_t i = 0; i < chain.size(); ++i) {
+        out_ << (i == 0 ? "in file included from " : "                 from ");
+        out_.paint(Tone::strong,
+                   place_text(shown_file(chain[i].file, memory_name_), chain[i].line, chain[i].column));
+        out_ << "\n";
+    }
+}
+
+void report(const OpenedDocument& document, Output& out) {
+    ProblemWriter writer(out, document.name());
+    for (const bk_parser::Problem& problem : document.problems()) {
         if (out.has_failed()) {
             return;
         }
-        const bool is_end = fault.kind == ParserReadObserver::FAULT_INCLUDE_LEFT_OPEN; // the reading's, too
-        reporter.write(is_end ? Tone::error : Tone::warning, is_end ? "error:" : "warning:", fault.message,
-                       fault.spot);
-        if (const std::string_view note = note_for(fault, document.get_sources()); !note.empty()) {
-            out << "  note: " << note << "\n";
+        if (&problem != document.refusal()) {
+            writer.write(problem, chain_of(problem, document.document().includes()));
         }
     }
-    if (document.get_failed_directive()) {
-        write_failed_include(document, reporter, out);
-    }
 }
 
-ExitCode reading_result(const Document& document) {
-    if (!document.is_read()) {
-        return EXIT_UNREADABLE;
-    }
-    return document.has_faults() ? EXIT_FAULTS : EXIT_CLEAN;
-}
-
-ExitCode report_aside(const Document& document, Streams& streams) {
-    if (!document.get_refusal().empty()) {
-        complain(streams, document.get_refusal());
+ExitCode report_aside(const OpenedDocument& document, Streams& streams) {
+    if (document.is_cancelled()) {
+        complain(streams, "interrupted");
+    } else if (const bk_parser::Problem* const refusal = document.refusal()) {
+        complain(streams, tool_message(*refusal, {}));
     }
     report(document, streams.err);
     streams.err.flush();
-    return reading_result(document);
+    return document.exit_code();
 }
 
 } // namespace bkdoc

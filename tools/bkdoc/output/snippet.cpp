@@ -3,6 +3,8 @@
 #include "output/text_display.h"
 
 #include <algorithm>
+#include <optional>
+#include <string>
 
 namespace bkdoc {
 
@@ -19,16 +21,14 @@ struct Window {
     bool cut_after;
 };
 
-Window window_of(const SourceText& source, std::size_t offset) {
-    const std::size_t line_begin = source.line_begin(offset);
-    const std::size_t line_end = std::max(source.line_end(offset), line_begin);
-    Window window{line_begin, line_end, false, false};
-    if (offset > line_begin + shown_before) {
-        window.begin = character_start(source.get_text(), offset - shown_before);
+Window window_of(std::string_view line, std::size_t offset) {
+    Window window{0, line.size(), false, false};
+    if (offset > shown_before) {
+        window.begin = character_start(line, offset - shown_before);
         window.cut_before = true;
     }
-    if (line_end > offset + shown_after) {
-        window.end = character_start(source.get_text(), offset + shown_after);
+    if (line.size() > offset + shown_after) {
+        window.end = character_start(line, offset + shown_after);
         window.cut_after = true;
     }
     return window;
@@ -65,19 +65,38 @@ std::string mark_under(std::string_view text) {
     return "^" + std::string(count > 1 ? count - 1 : 0, '~');
 }
 
+/// Nothing when the line was cut before the column.
+std::optional<std::size_t> byte_of_column(std::string_view line, unsigned int column) {
+    std::size_t offset = 0;
+    for (unsigned int passed = 1; passed < column; ++passed) {
+        if (offset >= line.size()) {
+            return std::nullopt;
+        }
+        offset += std::max<std::size_t>(utf8_length(line, offset), 1);
+    }
+    return offset;
+}
+
 } // namespace
 
-void write_snippet(const SourceText& source, const Spot& spot, Output& out) {
-    const Window window = window_of(source, spot.offset);
-    const std::string_view text = source.get_text();
-    const std::size_t begin = std::min(spot.offset, window.end); // a line end is past the line's text
-    const std::size_t end = std::clamp(spot.offset + spot.length, begin, window.end);
+void write_snippet(const bk_parser::Problem& problem, Output& out) {
+    const std::string_view line = problem.source_line;
+    if (problem.line == 0 || line.empty()) {
+        return;
+    }
+    const auto offset = byte_of_column(line, problem.column);
+    if (!offset) {
+        return;
+    }
+    const Window window = window_of(line, *offset);
+    const std::size_t begin = std::min(*offset, window.end); // a line end is past the line's text
+    const std::size_t end = std::clamp(*offset + problem.length, begin, window.end);
 
     out << (window.cut_before ? ellipsis : "")
-        << shown_line(text.substr(window.begin, window.end - window.begin))
+        << shown_line(line.substr(window.begin, window.end - window.begin))
         << (window.cut_after ? ellipsis : "") << "\n"
-        << (window.cut_before ? " " : "") << space_under(text.substr(window.begin, begin - window.begin));
-    out.paint(Tone::caret, mark_under(text.substr(begin, end - begin)));
+        << (window.cut_before ? " " : "") << space_under(line.substr(window.begin, begin - window.begin));
+    out.paint(Tone::caret, mark_under(line.substr(begin, end - begin)));
     out << "\n";
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "input/source_map.h"
+#include "document/problem.h"
 #include "output/output.h"
 
 namespace bkdoc {
 
-/// Writes the line that a spot of a file begins in, and a line with "^~~~" under the spot. Tabs stay, so
-/// that both lines align. Of a long line, the part around the spot is shown.
-void write_snippet(const SourceText& source, const Spot& spot, Output& out);
+/// Writes the source line of a problem, and a line with "^~~~" under the place. Tabs stay, so that both lines align. Of a
+/// long line, the part around the place is shown; nothing when the line is not known that far.
+void write_snippet(const bk_parser::Problem& problem, Output& out);
 
 } // namespace bkdoc

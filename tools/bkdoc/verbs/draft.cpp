@@ -1,77 +1,83 @@
 #include "verbs/draft.h"
 
+#include "input/form_mark.h"
+#include "input/log_keeper.h"
+#include "input/memory_file.h"
+#include "output/document_text.h"
 #include "parser/parser_archive.h"
+#include "parser/parser_file.h"
 
 namespace bkdoc {
 
 namespace {
 
-CoreString draft_path() {
-    return CoreString(StreamDevice::draft_path);
-}
+using bk_parser::Form;
 
-bool write_archive(Document& document) {
+std::string archive_bytes(ParserGroup& root) {
     ParserArchive archive;
-    ParserImpl::archive_group(document.get_root(), archive, false, nullptr);
-    return ParserImpl::save_archive(archive, draft_path(), nullptr).is_empty();
+    ParserImpl::archive_group(root, archive, false, nullptr);
+    const MemoryFile file;
+    const CoreString refusal = ParserImpl::save_archive(archive, CoreString(MemoryFile::name), nullptr);
+    return refusal.is_empty() ? file.bytes() : std::string();
 }
 
-bool write_file(Document& document, ParserFile::Mode mode, const std::string& key) {
-    const bool written = document.get_file().write(mode, draft_path(), CoreString(std::string_view(key)));
-    remove_version_entry(document.get_root());
-    return written;
+std::string enciphered_bytes(ParserGroup& root, const std::string& key) {
+    const CoreString version("#Brellwick_Serial_Version");
+    root.add_entry(version, 0, 0)->add_double(default_parser_serial_version.get_value());
+    CoreArray<unsigned char> block;
+    root.get_encrypted_text(block, CoreString(std::string_view(key)), false, true, 1);
+    root.remove_entry(version);
+    std::string bytes(form_mark(Form::enciphered));
+    bytes.append(reinterpret_cast<const char*>(block.get_data()), block.get_count());
+    return bytes;
 }
 
-bool write_form(Document& document, DocumentForm form, const std::string& key) {
+std::string bytes_in_form(ParserGroup& root, Form form, const std::string& key) {
     switch (form) {
-    case DocumentForm::binary:
-        return write_file(document, ParserFile::MODE_BINARY, {});
-    case DocumentForm::enciphered:
-        return write_file(document, ParserFile::MODE_TEXT, key);
-    case DocumentForm::archive:
-        return write_archive(document);
-    case DocumentForm::text:
+    case Form::binary: {
+        const CoreVector<char> binary = root.get_binary(false);
+        return std::string(form_mark(form)) + std::string(binary.get_data(), binary.get_count());
+    }
+    case Form::enciphered:
+        return enciphered_bytes(root, key);
+    case Form::archive:
+        return archive_bytes(root);
+    case Form::text:
         break;
     }
-    return write_file(document, ParserFile::MODE_TEXT, {});
+    return document_text(root);
 }
 
-/// Why a draft was not read: never empty, whatever stopped the reading.
-std::string why_unread(const Document& draft) {
-    std::string reason = draft.get_messages().empty() ? draft.get_refusal() : draft.get_messages().front();
-    const std::string name = draft.get_name() + ": ";
-    if (reason.starts_with(name)) { // no file that anybody could look at
-        reason.erase(0, name.size());
+/// Why a draft was not read whole.
+std::string why_unread(const OpenedDocument& read) {
+    for (const bk_parser::Problem& problem : read.problems()) {
+        if (problem.severity == bk_parser::Severity::error) {
+            return problem.message;
+        }
     }
-    return reason.empty() ? "what would be written cannot be read back" : reason;
+    return "what would be written cannot be read back";
 }
 
 } // namespace
 
-std::optional<std::string> write_draft(Document& document, DocumentForm form, const std::string& key,
-                                       StreamDevice& device) {
-    LogCollector log;
-    const bool written = write_form(document, form, key);
-    if (!log.get_messages().empty()) {
-        return log.get_messages().front();
-    }
-    if (!written || device.get_draft().empty()) {
-        return "the document cannot be written";
-    }
-    return std::nullopt;
+Draft make_draft(OpenedDocument& document, Form form, const std::string& key) {
+    const LogKeeper log;
+    Draft draft;
+    draft.bytes = bytes_in_form(document.root(), form, key);
+    draft.refusal = !log.first().empty()  ? log.first()
+                    : draft.bytes.empty() ? "the document cannot be written"
+                                          : "";
+    return draft;
 }
 
-DraftProof prove_draft(const Document& document, const std::string& key, StreamDevice& device) {
-    OpenOptions options = document.get_options();
-    options.key = key;
-    const Document draft(StreamDevice::draft_path, options, device);
-    if (!draft.is_read()) {
-        return {why_unread(draft), {}, {}};
+DraftProof prove_draft(const OpenedDocument& document, const Draft& draft, const OpenOptions& options) {
+    const OpenedDocument read = open_bytes("<draft>", draft.bytes, options);
+    if (!read.is_read()) {
+        return {why_unread(read), {}, {}};
     }
-    const ParserGroup& root = document.get_root();
     return {{},
-            find_difference(root, draft.get_root(), Likeness::content),
-            find_difference(root, draft.get_root(), Likeness::everything)};
+            find_difference(document.root(), read.root(), Likeness::content),
+            find_difference(document.root(), read.root(), Likeness::everything)};
 }
 
 } // namespace bkdoc

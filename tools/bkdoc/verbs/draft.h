@@ -1,7 +1,6 @@
 #pragma once
 
-#include "input/document.h"
-#include "input/stream_device.h"
+#include "input/opened_document.h"
 #include "tree/tree_compare.h"
 
 #include <optional>
@@ -9,16 +8,19 @@
 
 namespace bkdoc {
 
-/// Stores the document in a form as the draft of the device. Else why that cannot be, as one line.
-std::optional<std::string> write_draft(Document& document, DocumentForm form, const std::string& key,
-                                       StreamDevice& device);
+/// A document as it would be stored in a form.
+struct Draft {
+    std::string bytes;
+    std::string refusal; // why it cannot be written, as one line; else empty
+};
+Draft make_draft(OpenedDocument& document, bk_parser::Form form, const std::string& key);
 
-/// What the draft gives back when it is read.
+/// What a draft gives back when it is read.
 struct DraftProof {
     std::string refusal;               // why it cannot be read; else empty
     std::optional<Difference> loss;    // of names or values
     std::optional<Difference> leaving; // of anything
 };
-DraftProof prove_draft(const Document& document, const std::string& key, StreamDevice& device);
+DraftProof prove_draft(const OpenedDocument& document, const Draft& draft, const OpenOptions& options);
 
 } // namespace bkdoc

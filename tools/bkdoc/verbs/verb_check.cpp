@@ -1,35 +1,23 @@
 #include "output/report.h"
-#include "output/text_display.h"
 #include "verbs/verbs.h"
 
 #include <algorithm>
 
 namespace bkdoc {
 
-namespace {
-
-ExitCode check_file(const std::string& file, const CheckOptions& options, Streams& streams,
-                    StreamDevice& device, std::size_t& fault_count) {
-    const Document document(file, options.open, device);
-    if (!document.get_refusal().empty()) {
-        complain(streams, document.get_refusal());
+ExitCode run_check(const Arguments& arguments, Streams& streams) {
+    OpenOptions open;
+    if (!take_opening(arguments, open, streams)) {
+        return EXIT_UNREADABLE;
     }
-    report(document, streams.out);
-    fault_count += document.get_faults().size() + document.get_damage().size() +
-                   (document.get_failed_directive() ? 1 : 0);
-    return reading_result(document);
-}
-
-} // namespace
-
-ExitCode run_check(const CheckOptions& options, Streams& streams, StreamDevice& device) {
     ExitCode worst = EXIT_CLEAN;
-    std::size_t fault_count = 0;
-    for (const std::string& file : options.files) {
-        worst = std::max(worst, check_file(file, options, streams, device, fault_count));
-    }
-    if (fault_count != 0) {
-        streams.out << counted(fault_count, "fault", "faults") << "\n";
+    for (const std::string& operand : arguments.operands()) {
+        const OpenedDocument document = open_document(operand, open, streams);
+        if (const bk_parser::Problem* const refusal = document.refusal()) {
+            complain(streams, tool_message(*refusal, {}));
+        }
+        report(document, streams.out);
+        worst = std::max(worst, document.exit_code());
     }
     return worst;
 }

@@ -1,7 +1,7 @@
-#include "core/sys_device.h"
 #include "core/sys_file.h"
 #include "output/report.h"
 #include "output/text_display.h"
+#include "platform/paths.h"
 #include "platform/platform.h"
 #include "verbs/draft.h"
 #include "verbs/verbs.h"
@@ -11,6 +11,8 @@
 namespace bkdoc {
 
 namespace {
+
+using bk_parser::Form;
 
 constexpr const char* standard_input = "-";
 constexpr const char* standard_output = "-";
@@ -24,19 +26,37 @@ std::string change_of(const Difference& difference) {
     return place_of(difference) + " reads back as " + difference.second;
 }
 
+/// What the command line says of a conversion.
+struct Request {
+    OpenOptions open;
+    std::string source;
+    std::string target; // "-" is standard output
+    Form form = Form::text;
+    bool lossy = false;
+};
+
+Form form_named(std::string_view name) {
+    return name == "binary"    ? Form::binary
+           : name == "cipher"  ? Form::enciphered
+           : name == "archive" ? Form::archive
+                               : Form::text;
+}
+
 /// One conversion, up to the place where it fails.
 class Conversion {
 public:
-    Conversion(const ConvertOptions& options, Streams& streams, StreamDevice& device)
-        : options_(options), streams_(streams), device_(device) {}
+    Conversion(const Request& request, Streams& streams) : request_(request), streams_(streams) {}
 
     ExitCode run() {
         if (!may_begin()) {
             return EXIT_UNREADABLE;
         }
-        Document document(options_.file, options_.open, device_);
+        OpenedDocument document = open_document(request_.source, request_.open, streams_);
         const ExitCode result = report_aside(document, streams_);
-        if (!document.is_read() || !may_replace(document) || !write(document)) {
+        if (!document.is_read()) {
+            return result;
+        }
+        if (!may_replace(document) || !write(document)) {
             return EXIT_UNREADABLE;
         }
         return std::max(result, lossy_ ? EXIT_FAULTS : EXIT_CLEAN);
@@ -49,41 +69,46 @@ private:
     }
 
     bool may_begin() {
-        if (options_.form == DocumentForm::enciphered && options_.open.key.empty()) {
+        if (request_.form == Form::enciphered && request_.open.key.empty()) {
             return refuse("--to cipher needs a key, given by --key, --key-file or BKDOC_KEY");
         }
-        const bool is_text = options_.form == DocumentForm::text;
-        if (!is_text && options_.target == standard_output && streams_.out.is_terminal()) {
-            return refuse("standard output is a terminal, which shows text alone");
+        const bool is_text = request_.form == Form::text;
+        if (!is_text && request_.target == standard_output && streams_.out.is_terminal()) {
+            return refuse("refusing to write binary data to a terminal; give a file name or a pipe");
         }
         return true;
     }
 
     bool is_source(const std::string& path) const {
-        return options_.file == standard_input ? is_standard_input(path) : are_same_file(options_.file, path);
+        return request_.source == standard_input ? is_standard_input(path)
+                                                 : are_same_file(request_.source, path);
     }
 
-    // What a document with faults holds is not all that its file says.
-    bool may_replace(const Document& document) {
-        if (options_.target == standard_output) {
+    // What a document with problems holds is not all that its file says.
+    bool may_replace(const OpenedDocument& document) {
+        if (document.is_damaged()) {
+            return refuse(document.name() + ": is damaged");
+        }
+        if (request_.target == standard_output) {
             return true;
         }
-        if (document.has_faults() && is_source(options_.target)) {
-            return refuse(options_.target + ": has faults, and would be written over itself");
+        if (document.has_errors() && is_source(request_.target)) {
+            return refuse(request_.target + ": has errors, and would be written over itself");
         }
-        const CoreSet<CoreString>& includes = document.get_file().get_dependencies();
+        const auto& includes = document.document().dependencies();
         const bool is_include =
-            std::any_of(includes.begin(), includes.end(), [this](const CoreString& include) {
-                return are_same_file(std::string(include.get_view()), options_.target);
+            std::any_of(includes.begin(), includes.end(), [this](const std::filesystem::path& include) {
+                return are_same_file(text_of(include), request_.target);
             });
-        return !is_include || refuse(options_.target + ": is included by the document");
+        return !is_include || refuse(request_.target + ": is included by the document");
     }
 
-    bool write(Document& document) {
-        if (const auto reason = write_draft(document, options_.form, options_.open.key, device_)) {
-            return refuse(*reason);
+    bool write(OpenedDocument& document) {
+        const Draft draft = make_draft(document, request_.form, request_.open.key);
+        if (!draft.refusal.empty()) {
+            return refuse(draft.refusal);
         }
-        return accept(prove_draft(document, options_.open.key, device_)) && store(device_.get_draft());
+        return accept(prove_draft(document, draft, request_.open)) && store(draft.bytes);
     }
 
     bool accept(const DraftProof& proof) {
@@ -91,7 +116,7 @@ private:
             return refuse("this form cannot hold the document: " + proof.refusal);
         }
         if (proof.loss) {
-            if (!options_.lossy) {
+            if (!request_.lossy) {
                 return refuse("this form cannot hold the document (--lossy converts it all the same): at " +
                               change_of(*proof.loss));
             }
@@ -104,7 +129,7 @@ private:
     }
 
     std::string note_on(const Difference& leaving) const {
-        return options_.form == DocumentForm::binary
+        return request_.form == Form::binary
                    ? "note: the binary form keeps names and values only; kinds, templates and array counts "
                      "are left out, first at " +
                          place_of(leaving)
@@ -113,7 +138,7 @@ private:
     }
 
     bool store(const std::string& bytes) {
-        if (options_.target == standard_output) {
+        if (request_.target == standard_output) {
             streams_.out << bytes;
             if (streams_.out.is_terminal()) {
                 streams_.out << "\n";
@@ -122,24 +147,34 @@ private:
         }
         SysFile file;
         const auto size = static_cast<core_int64>(bytes.size());
-        const CoreString target{std::string_view(options_.target)};
+        const CoreString target{std::string_view(request_.target)};
         if (!file.open(target, SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
-            return refuse(options_.target + ": cannot be opened for writing");
+            return refuse(request_.target + ": cannot be opened for writing");
         }
         const bool taken = file.write(bytes.data(), size) == size;
-        return (file.close() && taken) || refuse(options_.target + ": cannot be stored");
+        return (file.close() && taken) || refuse(request_.target + ": cannot be stored");
     }
 
-    const ConvertOptions& options_;
+    const Request& request_;
     Streams& streams_;
-    StreamDevice& device_;
     bool lossy_ = false;
 };
 
 } // namespace
 
-ExitCode run_convert(const ConvertOptions& options, Streams& streams, StreamDevice& device) {
-    return Conversion(options, streams, device).run();
+ExitCode run_convert(const Arguments& arguments, Streams& streams) {
+    const auto form = arguments.value("--to");
+    if (!form) {
+        complain(streams, "--to needs a form: text, binary, cipher, archive");
+        return EXIT_UNREADABLE;
+    }
+    Request request;
+    request.source = arguments.operands().at(0);
+    request.target = arguments.operands().at(1);
+    request.form = form_named(*form);
+    request.lossy = arguments.has("--lossy");
+    return take_opening(arguments, request.open, streams) ? Conversion(request, streams).run()
+                                                          : EXIT_UNREADABLE;
 }
 
 } // namespace bkdoc

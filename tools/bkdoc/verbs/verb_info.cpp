@@ -1,7 +1,10 @@
-#include "output/report.h"
+#include "input/archive_facts.h"
+#include "input/input.h"
 #include "output/text_display.h"
 #include "output/value_display.h"
+#include "platform/paths.h"
 #include "tree/tree_walk.h"
+#include "verbs/each_document.h"
 #include "verbs/verbs.h"
 
 #include <algorithm>
@@ -104,54 +107,55 @@ private:
     Output& out_;
 };
 
-std::string version_text(const Document& document) {
+std::string version_text(const bk_parser::Document& document) {
     CoreString version;
-    version += document.get_file().get_serial_version().get_value();
+    version += document.version();
     return std::string(version.get_view());
 }
 
-void write_sizes(const SourceMap& sources, InfoWriter& writer) {
+void write_sizes(const bk_parser::Document& document, InfoWriter& writer) {
     unsigned long long bytes = 0;
     unsigned long long lines = 0;
-    for (const auto& file : sources.get_files()) {
-        bytes += file->text.get_text().size();
-        lines += file->text.get_line_count();
+    for (const bk_parser::DocumentFile& file : document.files()) {
+        bytes += file.text_size;
+        lines += file.line_count;
     }
-    const std::size_t files = sources.get_files().size();
-    writer.write("files", grouped(files));
+    writer.write("files", grouped(document.files().size()));
     writer.write("size", counted(bytes, "byte", "bytes") + ", " +
-                             counted(sources.get_expanded_size(), "byte", "bytes") +
+                             counted(document.expanded_size(), "byte", "bytes") +
                              " after includes and comments");
     writer.write("lines", grouped(lines));
 }
 
-std::string stored_size(const Document& document) {
-    return counted(static_cast<unsigned long long>(document.get_input().get_size()), "byte", "bytes");
+std::string stored_size(const bk_parser::Document& document) {
+    return counted(document.files().empty() ? 0 : document.files().front().stored_size, "byte", "bytes");
 }
 
-void write_archive(const Document& document, InfoWriter& writer) {
-    const ArchiveFacts& facts = document.get_archive_facts();
+void write_archive(const bk_parser::Document& document, const std::string& operand, InfoWriter& writer) {
     writer.write("size", stored_size(document));
-    writer.write("strings", grouped(facts.strings));
-    writer.write("words", grouped(facts.words) + ", each the number of a string in " +
-                              counted(facts.index_width(), "byte", "bytes"));
+    if (const auto facts = archive_facts(Input(operand).bytes)) {
+        writer.write("strings", grouped(facts->strings));
+        writer.write("words", grouped(facts->words) + ", each the number of a string in " +
+                                  counted(facts->index_width(), "byte", "bytes"));
+    }
 }
 
-void write_form(const Document& document, InfoWriter& writer) {
-    writer.write("form", form_word(document.get_form()));
-    switch (document.get_form()) {
-    case DocumentForm::binary:
+void write_form(const bk_parser::Document& document, const std::string& operand, InfoWriter& writer) {
+    using bk_parser::Form;
+    writer.write("form", form_word(document.form()));
+    switch (document.form()) {
+    case Form::binary:
         writer.write("size", stored_size(document));
         break;
-    case DocumentForm::archive:
-        write_archive(document, writer);
+    case Form::archive:
+        write_archive(document, operand, writer);
         break;
-    case DocumentForm::enciphered:
+    case Form::enciphered:
         writer.write("stored", stored_size(document));
         [[fallthrough]];
-    case DocumentForm::text:
+    case Form::text:
         writer.write("version", version_text(document));
-        write_sizes(document.get_sources(), writer);
+        write_sizes(document, writer);
         break;
     }
 }
@@ -164,46 +168,56 @@ void write_counts(const Counts& counts, InfoWriter& writer) {
     writer.write("depth", grouped(counts.depth));
 }
 
-std::size_t width_of_names(const SourceMap& sources) {
-    std::size_t width = 0;
-    for (const auto& file : sources.get_files()) {
-        width = std::max(width, count_characters(shown(file->name.shown, file_name_limit)));
-    }
-    return width;
-}
-
-void write_dependencies(const Document& document, Output& out, InfoWriter& writer) {
-    const CoreSet<CoreString>& dependencies = document.get_file().get_dependencies();
-    writer.write("dependencies", grouped(dependencies.get_count()));
-    const std::size_t width = width_of_names(document.get_sources());
-    for (const auto& file : document.get_sources().get_files()) {
-        if (!dependencies.exists(CoreString(file->path))) {
+std::string how_found(const bk_parser::DocumentFile& file, const bk_parser::Document& document) {
+    for (const bk_parser::Include& include : document.includes()) {
+        if (include.path != file.path || !include.problem.empty()) {
             continue;
         }
-        const std::string name = shown(file->name.shown, file_name_limit);
+        const std::string name = include.name;
+        const std::string found = text_of(include.found);
+        if (found == name) {
+            return "found as named";
+        }
+        const std::string folder = found.substr(0, found.size() - std::min(found.size(), name.size() + 1));
+        return folder == text_of(include.file.parent_path())
+                   ? "found beside " + shown(text_of(include.file.filename()), file_name_limit)
+                   : "found in the search folder " + shown(folder, file_name_limit);
+    }
+    return "found as named";
+}
+
+void write_dependencies(const bk_parser::Document& document, Output& out, InfoWriter& writer) {
+    const auto& files = document.files();
+    const std::size_t count = files.empty() ? 0 : files.size() - 1;
+    writer.write("dependencies", grouped(count));
+    std::size_t width = 0;
+    for (std::size_t i = 1; i < files.size(); ++i) {
+        width = std::max(width, count_characters(shown(text_of(files[i].file), file_name_limit)));
+    }
+    for (std::size_t i = 1; i < files.size(); ++i) {
+        const std::string name = shown(text_of(files[i].file), file_name_limit);
         out << "  " << name << std::string(width - count_characters(name), ' ');
-        out.paint(Tone::dim, file->name.folder.empty() ? "  found as named"
-                                                       : "  found in the search folder " +
-                                                             shown(file->name.folder, file_name_limit));
+        out.paint(Tone::dim, "  " + how_found(files[i], document));
         out << "\n";
     }
 }
 
 } // namespace
 
-ExitCode run_info(const InfoOptions& options, Streams& streams, StreamDevice& device) {
-    const Document document(options.file, options.open, device);
-    const ExitCode result = report_aside(document, streams);
-    if (!document.is_read()) {
-        return result;
-    }
-    InfoWriter writer(streams.out);
-    writer.write("document", shown(document.get_name(), file_name_limit));
-    write_form(document, writer);
-    write_counts(count_tree(document.get_root()), writer);
-    writer.write("faults", grouped(document.get_faults().size() + document.get_damage().size()));
-    write_dependencies(document, streams.out, writer);
-    return result;
+ExitCode run_info(const Arguments& arguments, Streams& streams) {
+    bool is_first = true;
+    return for_each_document(arguments, streams, [&](OpenedDocument& opened) {
+        const bk_parser::Document& document = opened.document();
+        streams.out << (is_first ? "" : "\n");
+        is_first = false;
+        InfoWriter writer(streams.out);
+        writer.write("document", shown(opened.name(), file_name_limit));
+        write_form(document, opened.operand(), writer);
+        write_counts(count_tree(opened.root()), writer);
+        writer.write("problems", grouped(opened.problems().size()));
+        write_dependencies(document, streams.out, writer);
+        return EXIT_CLEAN;
+    });
 }
 
 } // namespace bkdoc

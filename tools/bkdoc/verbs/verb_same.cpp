@@ -25,25 +25,28 @@ void write_difference(const Difference& difference, std::string_view first, std:
 
 } // namespace
 
-ExitCode run_same(const SameOptions& options, Streams& streams, StreamDevice& device) {
-    const Document first(options.first, options.open, device);
-    const Document second(options.second, options.open, device);
-    report_aside(first, streams);
-    report_aside(second, streams);
-    if (!first.is_read() || !second.is_read()) {
+ExitCode run_same(const Arguments& arguments, Streams& streams) {
+    OpenOptions open;
+    if (!take_opening(arguments, open, streams)) {
         return EXIT_UNREADABLE;
     }
-    const std::string first_name = shown(first.get_name(), file_name_limit);
-    const std::string second_name = shown(second.get_name(), file_name_limit);
-    const Likeness likeness = options.content ? Likeness::content : Likeness::everything;
+    const OpenedDocument first = open_document(arguments.operands().at(0), open, streams);
+    const OpenedDocument second = open_document(arguments.operands().at(1), open, streams);
+    const ExitCode result = std::max(report_aside(first, streams), report_aside(second, streams));
+    if (!first.is_read() || !second.is_read()) {
+        return result;
+    }
+    const bool content = arguments.has("--content");
+    const std::string first_name = shown(first.name(), file_name_limit);
+    const std::string second_name = shown(second.name(), file_name_limit);
     const std::optional<Difference> difference =
-        find_difference(first.get_root(), second.get_root(), likeness);
+        find_difference(first.root(), second.root(), content ? Likeness::content : Likeness::everything);
     if (difference) {
         write_difference(*difference, first_name, second_name, streams.out);
         return EXIT_FAULTS;
     }
     streams.out << first_name << " and " << second_name << " hold the same "
-                << (options.content ? "names and values" : "tree") << "\n";
+                << (content ? "names and values" : "tree") << "\n";
     return EXIT_CLEAN;
 }
 

@@ -1,10 +1,11 @@
-#include "output/report.h"
 #include "output/text_display.h"
 #include "output/value_display.h"
 #include "tree/tree_walk.h"
+#include "verbs/each_document.h"
 #include "verbs/verbs.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace bkdoc {
 
@@ -159,44 +160,50 @@ private:
 };
 
 // Of the version of a form that stores none, the form itself is told.
-std::string storage_text(const Document& document) {
-    if (document.get_form() == DocumentForm::binary || document.get_form() == DocumentForm::archive) {
-        return std::string(form_word(document.get_form()));
+std::string storage_text(const OpenedDocument& document) {
+    using bk_parser::Form;
+    if (document.form() == Form::binary || document.form() == Form::archive) {
+        return std::string(form_word(document.form()));
     }
     CoreString version;
-    version += document.get_file().get_serial_version().get_value();
-    const bool is_text = document.get_form() == DocumentForm::text;
-    return (is_text ? "version " : "enciphered, version ") + std::string(version.get_view());
+    version += document.document().version();
+    return (document.form() == Form::text ? "version " : "enciphered, version ") +
+           std::string(version.get_view());
 }
 
-void write_heading(const Document& document, Output& out) {
-    out.paint(Tone::strong, shown(document.get_name(), values_width));
+void write_heading(const OpenedDocument& document, Output& out) {
+    out.paint(Tone::strong, shown(document.name(), values_width));
     out.paint(Tone::dim, "  " + storage_text(document) + ", " +
-                             counted(document.get_root().get_entries().get_count(), "entry", "entries"));
+                             counted(document.root().get_entries().get_count(), "entry", "entries"));
     out << "\n";
+}
+
+void draw(const ParserGroup& root, std::size_t depth, Output& out) {
+    if (depth == 0) {
+        return;
+    }
+    TreePainter painter(out);
+    TreeWalk walk(root);
+    while (!out.has_failed() && walk.next()) {
+        painter.paint_stop(walk);
+        if (walk.depth() >= depth) {
+            walk.skip();
+        }
+    }
 }
 
 } // namespace
 
-ExitCode run_tree(const TreeOptions& options, Streams& streams, StreamDevice& device) {
-    const Document document(options.file, options.open, device);
-    const ExitCode result = report_aside(document, streams);
-    if (!document.is_read()) {
-        return result;
-    }
-    write_heading(document, streams.out);
-    if (options.depth == 0) {
-        return result;
-    }
-    TreePainter painter(streams.out);
-    TreeWalk walk(document.get_root());
-    while (!streams.out.has_failed() && walk.next()) {
-        painter.paint_stop(walk);
-        if (walk.depth() >= options.depth) {
-            walk.skip();
-        }
-    }
-    return result;
+ExitCode run_tree(const Arguments& arguments, Streams& streams) {
+    const std::size_t depth = arguments.number_or("--depth", std::numeric_limits<std::size_t>::max());
+    bool is_first = true;
+    return for_each_document(arguments, streams, [&](OpenedDocument& document) {
+        streams.out << (is_first ? "" : "\n");
+        is_first = false;
+        write_heading(document, streams.out);
+        draw(document.root(), depth, streams.out);
+        return EXIT_CLEAN;
+    });
 }
 
 } // namespace bkdoc

@@ -1,0 +1,118 @@
+#include "input/opened_document.h"
+
+#include "input/config.h"
+#include "input/input.h"
+#include "output/progress_line.h"
+#include "platform/interruption.h"
+#include "platform/paths.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <utility>
+
+namespace bkdoc {
+
+namespace {
+
+bool is_one_of(std::string_view code, std::span<const std::string_view> codes) noexcept {
+    return std::find(codes.begin(), codes.end(), code) != codes.end();
+}
+
+constexpr std::array<std::string_view, 5> refusals = {"unreadable", "not-a-document", "too-large",
+                                                      "wrong-key", "no-key"};
+constexpr std::array<std::string_view, 3> damages = {"cut-off", "damaged", "nested-too-deeply"};
+
+/// Text in memory has no folder of its own: names count from the current one.
+OpenedDocument parse_bytes(std::string name, std::string_view bytes, bk_parser::LoadOptions options) {
+    options.search.emplace_back();
+    return {std::move(name), bk_parser::parse(bytes, options)};
+}
+
+OpenedDocument refused(std::string name, std::string reason) {
+    bk_parser::LoadResult result;
+    bk_parser::Problem& problem = result.problems.emplace_back();
+    problem.code = refusals.front();
+    problem.message = std::move(reason);
+    return {std::move(name), std::move(result)};
+}
+
+OpenedDocument open_with(const std::string& operand, const OpenOptions& options,
+                         std::function<bool(double)> progress) {
+    bk_parser::LoadOptions load_options = options.load_options();
+    if (options.use_config) {
+        add_config_search(operand, load_options.search);
+    }
+    load_options.progress = std::move(progress);
+    if (operand == "-") {
+        std::string bytes;
+        if (!read_standard_input(bytes)) {
+            return refused(operand, "standard input cannot be read");
+        }
+        return parse_bytes(operand, bytes, std::move(load_options));
+    }
+    if (operand.empty()) {
+        return refused(operand, "'': no such file");
+    }
+    return {operand, bk_parser::load(path_of(operand), load_options)};
+}
+
+} // namespace
+
+const bk_parser::Problem* OpenedDocument::refusal() const noexcept {
+    const auto found =
+        std::find_if(result_.problems.begin(), result_.problems.end(), [](const auto& problem) {
+            return problem.line == 0 && is_one_of(problem.code, refusals);
+        });
+    return found == result_.problems.end() ? nullptr : &*found;
+}
+
+bool OpenedDocument::is_damaged() const noexcept {
+    return std::any_of(result_.problems.begin(), result_.problems.end(), [](const auto& problem) {
+        return problem.line == 0 && is_one_of(problem.code, damages);
+    });
+}
+
+ExitCode OpenedDocument::exit_code() const noexcept {
+    return result_.cancelled      ? EXIT_INTERRUPTED
+           : refusal() != nullptr ? EXIT_UNREADABLE
+           : has_errors()         ? EXIT_FAULTS
+                                  : EXIT_CLEAN;
+}
+
+OpenedDocument open_document(const std::string& operand, const OpenOptions& options, Streams& streams) {
+    const Interruption interruption;
+    ProgressLine line(streams.err, "reading " + shown_operand(operand));
+    return open_with(operand, options, [&line](double done) {
+        line.show(done);
+        return !Interruption::is_wanted();
+    });
+}
+
+OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options) {
+    return open_with(operand, options, [](double) { return !Interruption::is_wanted(); });
+}
+
+OpenedDocument open_bytes(std::string name, std::string_view bytes, const OpenOptions& options) {
+    return parse_bytes(std::move(name), bytes, options.load_options());
+}
+
+std::string shown_operand(const std::string& operand) {
+    return operand == "-" ? "<stdin>" : operand;
+}
+
+std::string_view form_word(bk_parser::Form form) noexcept {
+    switch (form) {
+    case bk_parser::Form::binary:
+        return "binary";
+    case bk_parser::Form::enciphered:
+        return "enciphered text";
+    case bk_parser::Form::archive:
+        return "archive";
+    case bk_parser::Form::text:
+        break;
+    }
+    return "text";
+}
+
+} // namespace bkdoc

@@ -1,0 +1,29 @@
+#include "verbs/each_document.h"
+
+#include "output/report.h"
+
+#include <algorithm>
+
+namespace bkdoc {
+
+ExitCode for_each_document(const Arguments& arguments, Streams& streams,
+                           const std::function<ExitCode(OpenedDocument&)>& visit) {
+    OpenOptions open;
+    if (!take_opening(arguments, open, streams)) {
+        return EXIT_UNREADABLE;
+    }
+    ExitCode worst = EXIT_CLEAN;
+    for (const std::string& operand : arguments.operands()) {
+        OpenedDocument document = open_document(operand, open, streams);
+        worst = std::max(worst, report_aside(document, streams));
+        if (document.is_read()) {
+            worst = std::max(worst, visit(document));
+        }
+        if (document.is_cancelled() || streams.out.has_failed()) {
+            break;
+        }
+    }
+    return worst;
+}
+
+} // namespace bkdoc
