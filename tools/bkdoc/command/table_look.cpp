@@ -6,22 +6,51 @@ namespace bkdoc {
 
 namespace {
 
+constexpr OperandSpec files_or_folders[] = {{"FILE", true, true}};
+
+constexpr OptionSpec check_options[] = {
+    {"--ext", "", ValueKind::word, "EXT", true,
+     "Of folders, check the files with this extension; may be given again. Without it the content decides."},
+    {"--files-from", "", ValueKind::file, "FILE", false,
+     "Check what the lines of this file name, too; - is standard input."},
+    {"-0", "", ValueKind::none, "", false, "The names of --files-from end with a NUL, not with their line."},
+    {"--jobs", "-j", ValueKind::whole_number, "N", false,
+     "Check so many files at a time; as many as there are processors when it is 0 or not given."},
+    {"--strict", "", ValueKind::none, "", false, "Take warnings for errors."},
+    {"--allow", "", ValueKind::word, "CODE", true,
+     "Do not tell problems of this code, as in comment-joins-line; may be given again."},
+    {"--max-problems", "", ValueKind::whole_number, "N", false,
+     "Tell at most so many problems of a file; 50 when it is not given, all when it is 0."},
+    {"--format", "", ValueKind::choice, "text|json|sarif|gcc", false,
+     "For people, for programs, or a line a problem for editors."},
+    {"--json", "", ValueKind::none, "", false, "The same as --format json."},
+    {"--watch", "", ValueKind::none, "", false,
+     "Check again whenever one of the files changes, or one that they include."},
+};
 constexpr OptionSpec cat_options[] = {
     {"--compact", "", ValueKind::none, "", false, "All entries on one line."}};
 constexpr OptionSpec tree_options[] = {
     {"--depth", "", ValueKind::whole_number, "N", false, "Draw only so many levels."}};
 
 constexpr VerbSpec verbs[] = {
-    {"check",
-     Task::look,
-     "Report the problems of documents, with the place of each.",
-     "",
-     several_files,
-     {},
-     true,
-     "bkdoc check -I library harbour.bkd",
-     "0 no errors, 1 errors, 2 something could not be read.",
-     run_check},
+    {"check", Task::look, "Report the problems of documents, with the place of each.",
+     "A FILE may be a folder, which stands for the documents in it and below it: without --ext those are the "
+     "files that begin as a document does, and those whose names end in .bkd. Names that begin with a dot "
+     "are "
+     "left out. A FILE may be a pattern, too: * is any number of characters, ** any number of folders.\n"
+     "\n"
+     "A problem of a file that several documents include is told once. Errors lost something of the "
+     "document; "
+     "warnings are read otherwise than they were surely meant.\n"
+     "\n"
+     "A file .bkdoc.bkd in the folder of a document, or above it, says search folders and rules, as in:\n"
+     "  search \"library\" \"shots\"\n"
+     "  allow \"comment-joins-line\"\n"
+     "  strict yes\n"
+     "  max_problems 20\n"
+     "  ext \"bkd\"",
+     files_or_folders, check_options, true, "bkdoc check -I library harbour.bkd shots",
+     "0 no errors, 1 errors, 2 something could not be read, 130 interrupted.", run_check},
     {"tree", Task::look, "Draw the groups, entries and values of documents.", "", several_files, tree_options,
      true, "bkdoc tree --depth 2 harbour.bkd", reading_exit_codes, run_tree},
     {"cat", Task::look, "Write documents as the library writes them, includes spliced in.",

@@ -48,7 +48,7 @@ private:
 /// Loads the document that an operand names; "-" is standard input, and so is what a pipe gives. Shows the progress on a
 /// terminal, and stops at an interrupt.
 OpenedDocument open_document(const std::string& operand, const OpenOptions& options, Streams& streams);
-/// The same without a progress line, for threads.
+/// The same for threads, without a progress line.
 OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options);
 /// The same for a document in memory.
 OpenedDocument open_bytes(std::string name, std::string_view bytes, const OpenOptions& options);

@@ -16,4 +16,10 @@ inline std::string text_of(const std::filesystem::path& path) {
     return {text.begin(), text.end()};
 }
 
+/// With slashes between the names, on every platform.
+inline std::string slashed(const std::filesystem::path& path) {
+    const std::u8string text = path.generic_u8string();
+    return {text.begin(), text.end()};
+}
+
 } // namespace bkdoc
