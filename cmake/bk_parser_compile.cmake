@@ -2,8 +2,6 @@
 # rules: warnings are errors only when this is the top-level project, and not under g++'s sanitizers, whose checks mislead
 # the compiler's own.
 
-include(CMakeDependentOption)
-
 if(BK_PARSER_FUZZ AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     message(FATAL_ERROR "The fuzzers need clang++: set CMAKE_CXX_COMPILER to it, or BK_PARSER_FUZZ to OFF.")
 endif()
@@ -14,14 +12,24 @@ if(BK_PARSER_FUZZ)
 endif()
 set(BK_PARSER_SANITIZE "${usual_sanitizers}" CACHE STRING "Sanitizers to build with, as in \"address,undefined\"")
 
-# The address and memory sanitizers see every object only when each has a block of its own.
-cmake_dependent_option(BK_PARSER_SLABS "Take small objects from slabs instead of the global heap" ON
-    "NOT BK_PARSER_SANITIZE MATCHES \"address|memory|leak\"" OFF)
+# The address and memory sanitizers see every object only when each has a block of its own. Switched on all the same, the
+# slabs tell the address sanitizer which of their blocks are free.
+set(usual_slabs ON)
+if(BK_PARSER_SANITIZE MATCHES "address|memory|leak")
+    set(usual_slabs OFF)
+endif()
+option(BK_PARSER_SLABS "Take small objects from slabs instead of the global heap" ${usual_slabs})
 
 option(BK_PARSER_COVERAGE "Count which lines and branches of the library run (g++)" OFF)
 mark_as_advanced(BK_PARSER_COVERAGE)
 
 add_library(bk_parser_own_code INTERFACE)
+# Invariants are tested (BK_ASSERT) where time does not matter.
+if(BK_PARSER_SANITIZE)
+    target_compile_definitions(bk_parser_own_code INTERFACE BK_PARSER_ASSERTIONS)
+else()
+    target_compile_definitions(bk_parser_own_code INTERFACE $<$<CONFIG:Debug>:BK_PARSER_ASSERTIONS>)
+endif()
 set(warnings_are_errors OFF)
 if(PROJECT_IS_TOP_LEVEL AND NOT (BK_PARSER_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU"))
     set(warnings_are_errors ON)

@@ -1,19 +1,21 @@
-# What an installed copy consists of: the library, its public headers under their paths in this tree, and the
-# files by which find_package(bk_parser CONFIG) and pkg-config find it.
+# What an installed copy consists of: the library, its public headers under their paths in this tree, the files by which
+# find_package(bk_parser CONFIG) and pkg-config find it, and the documents.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/bk_parser)
+# A folder of their own: core/ and parser/ are names that others have, too.
+set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/bk_parser)
 
 install(TARGETS bk_parser EXPORT bk_parser_targets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-foreach(floor core parser document)
+    INCLUDES DESTINATION ${header_dir})
+foreach(floor IN LISTS bk_parser_floors)
     file(GLOB public_headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${floor}/*.h)
-    install(FILES ${public_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${floor})
+    install(FILES ${public_headers} DESTINATION ${header_dir}/${floor})
 endforeach()
 install(EXPORT bk_parser_targets NAMESPACE bk_parser:: FILE bk_parser-config.cmake DESTINATION ${package_dir})
 
@@ -31,6 +33,9 @@ endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/bk_parser.pc.in ${PROJECT_BINARY_DIR}/bk_parser.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/bk_parser.pc DESTINATION ${pc_dir})
 
-set(documents README.md CHANGELOG.md docs/syntax.md docs/formats.md docs/building.md docs/abi.md)
-install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
+# As they stand in the tree, so that the links from page to page lead somewhere.
+install(FILES README.md CHANGELOG.md SECURITY.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents)
+install(DIRECTORY docs abi examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents
+    PATTERN CMakeLists.txt EXCLUDE
+    PATTERN *.cmake EXCLUDE)
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents RENAME copyright) # the name that Debian asks for

@@ -4,7 +4,9 @@
 #include "core/core_string.h"
 
 /// Shows the progress of long operations. Tasks nest: each `begin_task` opens one inside the current one and
-/// each `end_task` closes the innermost. The operations of this base do nothing; a host overrides those it shows.
+/// each `end_task` closes the innermost. The operations of this base do nothing; a host overrides those it shows. What they
+/// throw ends the operation and passes to its caller; the tasks that were begun are ended first, where what `end_task`
+/// throws is dropped.
 class BK_PARSER_API AppProgressBar {
 public:
     AppProgressBar() = default;

@@ -175,8 +175,14 @@ protected:
             const unsigned int added = wanted - elements_.get_count();
             std::uninitialized_value_construct_n(elements_.extend(added), added);
         } else {
-            while (elements_.get_count() < wanted) {
-                elements_.add(T());
+            const unsigned int kept = elements_.get_count();
+            try {
+                while (elements_.get_count() < wanted) {
+                    elements_.add(T());
+                }
+            } catch (...) {
+                elements_.truncate(kept);
+                throw;
             }
         }
     }
@@ -222,7 +228,7 @@ private:
     CoreVector<T> elements_;
 };
 
-/// The bytes that a set hashes an element by; a type of the host's provides its own overload.
+/// What a set files an element by; a type of the host's provides its own overload.
 inline unsigned int core_set_hash(const CoreString& text) noexcept {
     return CoreHash::generate_jenkins(text.get_data(), text.get_length());
 }
@@ -238,6 +244,16 @@ unsigned int core_set_hash(const T& value) noexcept {
 template <class T>
 class CoreSet {
 public:
+    CoreSet() noexcept = default;
+    CoreSet(const CoreSet&) = default;
+    CoreSet(CoreSet&&) noexcept = default;
+    CoreSet& operator=(const CoreSet& other) {
+        CoreSet copy(other); // what can fail comes before anything changes
+        return *this = std::move(copy);
+    }
+    CoreSet& operator=(CoreSet&&) noexcept = default;
+    ~CoreSet() = default;
+
     void add(const T& element) {
         if (exists(element)) {
             return;

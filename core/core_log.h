@@ -26,7 +26,8 @@ private:
 
 /// Takes the messages of the library. Level 1 is an error, level 2 a warning; a message is composed only when
 /// the handler's verbosity is at least its level. A host overrides `log` and points `s_main_log_handler` at its
-/// own handler, which it keeps alive as long as the library may log.
+/// own handler, which it keeps alive as long as the library may log. What `log` throws ends the operation and passes to its
+/// caller, but for std::bad_alloc: the message is then left out.
 class BK_PARSER_API CoreLogHandler : public CoreBaseObject {
 public:
     static constexpr int level_error = 1;

@@ -120,9 +120,9 @@ public:
     /// The `length` characters from `start`, fewer where the string ends before.
     CoreString sub_string(const unsigned int& start, const unsigned int& length) const;
 
-    /// The leading decimal integer, as `core_text_to_int` reads it.
+    /// The leading decimal integer: white space, a sign and digits. 0 without digits; the nearest int when it is out of range.
     explicit operator int() const noexcept;
-    /// The leading decimal number, as `core_text_to_double` reads it.
+    /// The longest prefix that `strtod` takes in the "C" locale; 0 when there is none.
     explicit operator double() const noexcept;
 
     /// Makes room for `length` characters in all. A text that stands inside the object has nowhere to keep such
@@ -159,7 +159,8 @@ public:
     CoreString& operator+=(unsigned int number);
     CoreString& operator+=(unsigned long number);
     CoreString& operator+=(unsigned long long number);
-    /// The shortest text that reads back to the same double.
+    /// The shortest text that reads back to the same double, with ".0" behind it where it has neither a point nor an "e"
+    /// (60.0, -0.0, 1e+300). Infinities are "inf" and "-inf"; not-a-number is "nan" or "-nan".
     CoreString& operator+=(double number);
 
 private:

@@ -30,6 +30,8 @@ struct SysPathInfo {
 
 /// Every way by which the library reaches a disk. Tests put their own device in place of the platform's to
 /// let call number n fail or to serve files from memory. `inspect` is given paths as they were named, also relative ones.
+/// What a call throws ends the operation and passes to its caller, but for std::bad_alloc, which is memory that ran out. A file
+/// that was being written is removed first, where what `remove` throws is dropped.
 class BK_PARSER_API SysDevice {
 public:
     virtual ~SysDevice();

@@ -38,8 +38,9 @@ public:
     /// The size in bytes of the file as it was opened for reading; 0 otherwise.
     const core_int64& get_size() const noexcept { return size_; }
 
-    /// False when something that was written is not safely stored; the target is then as it was before `open`. False,
-    /// too, when a read met an error, so that what was read may not be all. Closing a closed file is legal and true.
+    /// False when something that was written is not safely stored, as after a transfer that the device ended by an
+    /// exception; the target is then as it was before `open`. False, too, when a read met an error, so that what was read may
+    /// not be all. Closing a closed file is legal and true.
     bool close();
 
 private:

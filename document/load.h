@@ -66,7 +66,7 @@ struct LoadOptions {
     /// Decrypts an enciphered document and its enciphered includes.
     std::string key;
     /// What the load may cost.
-    ParserLimits limits = ParserLimits();
+    ParserLimits limits = ParserLimits::untrusted();
     /// Called about a hundred times with how much of the load is done, from 0 to 1 and never falling. When it
     /// returns false, the load is cancelled. What it throws passes through `load`.
     std::function<bool(double)> progress;

@@ -30,7 +30,8 @@ struct Problem {
     /// The place in bytes of that file, as it is after deciphering.
     std::size_t offset = 0;
     std::size_t length = 0;
-    /// The line that holds the place, without its line end; cut after 4096 bytes.
+    /// The line that holds the place, without its line end; cut after 4096 bytes, and left out
+    /// when the lines of the problems before it take 64 MB.
     std::string source_line;
     /// The files that led to `file`, the innermost first: each includes the one before it.
     std::vector<std::filesystem::path> included_from;

@@ -18,7 +18,7 @@ file(READ ${FOLDER}/lamp.bkd written)
 string(REPLACE "\r\n" "\n" written "${written}")
 # The header line is followed by an empty one, and the last line has no end.
 string(REPLACE "1.2\n" "1.2\n\n" expected "${expected}")
-string(REPLACE "power 40.0" "power 80" expected "${expected}")
+string(REPLACE "power 40.0" "power 80.0" expected "${expected}")
 string(REGEX REPLACE "\n$" "" expected "${expected}")
 if(NOT written STREQUAL expected)
     message(FATAL_ERROR "written:\n${written}\nexpected:\n${expected}")

@@ -1,5 +1,6 @@
 #include "fuzz/input.h"
 #include "parser/parser_archive.h"
+#include "parser/parser_limits.h"
 #include "tests/support/archive_form.h"
 #include "tests/support/carried_back.h"
 #include "tests/support/counting_log.h"
@@ -48,7 +49,7 @@ void take_bytes(std::string_view bytes) {
     require(error.empty() || error == "invalid file size" || error == "unknown file format",
             "loading says what is wrong", error);
     ParserGroup group("g");
-    ParserImpl::group_set_archive(group, archive, nullptr);
+    ParserImpl::group_set_archive(group, archive, nullptr, ParserLimits::untrusted());
     ParserGroup expected("g");
     expected.set_text(core(joined(archive)), CoreVersion(1.2), nullptr);
     require_none(tree_difference(group, expected), "an archive is read as the text of its words");

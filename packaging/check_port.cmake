@@ -44,7 +44,8 @@ function(vcpkg_cmake_config_fixup)
 endfunction()
 
 function(vcpkg_fixup_pkgconfig)
-    must_exist(${CURRENT_PACKAGES_DIR}/lib/pkgconfig/bk_parser.pc)
+    must_exist(${CURRENT_PACKAGES_DIR}/lib/pkgconfig/bk_parser.pc
+        ${CURRENT_PACKAGES_DIR}/include/bk_parser/parser/parser_file.h)
 endfunction()
 
 function(vcpkg_copy_tools)

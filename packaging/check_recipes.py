@@ -53,7 +53,9 @@ def check_conan():
         expect(pathlib.Path(source).resolve() == tree, f"conanfile.py copies from {source}")
         expect(any(fnmatch.fnmatch(name, pattern) for name in files), f"conanfile.py: no file is {pattern}")
     taken = {name.split("/")[0] for name in files if any(fnmatch.fnmatch(name, p) for p, _ in copied)}
-    needed = {"CMakeLists.txt", "LICENSE", "README.md", "CHANGELOG.md", "cmake", "core", "parser", "tools", "docs"}
+    floors = re.search(r"set\(bk_parser_floors ([^)]*)\)", (tree / "CMakeLists.txt").read_text()).group(1).split()
+    needed = {"CMakeLists.txt", "LICENSE", "README.md", "CHANGELOG.md", "SECURITY.md", "cmake", *floors, "tools"}
+    needed |= {"docs", "abi", "examples"}
     expect(needed <= taken, f"conanfile.py leaves out {sorted(needed - taken)}")
     test, _ = load_recipe(tree / "packaging/conan/test_package/conanfile.py")
     expect(hasattr(test.BkParserTest, "test"), "the test of the Conan package tests nothing")

@@ -51,7 +51,9 @@ public:
     /// it would pass the limits.
     static bool get_archive_text(const ParserArchive& archive, CoreString& text, const ParserLimits& limits);
 
-    /// Empty on success, else "empty filename" or "cannot open file".
+    /// Empty on success, else "empty filename" or "cannot open file". When not everything could be stored, the result is
+    /// empty all the same, the old file stays, and level 1 says
+    /// "ParserImpl.save_archive: Can't save archive '<filename>'.\n".
     static CoreString save_archive(const ParserArchive& archive, const CoreString& filename,
                                    AppProgressBar* progress);
     /// Empty on success, else "empty filename", "cannot open file", "invalid file size" or "unknown file format".

@@ -18,7 +18,10 @@ struct EntryFields;
 /// where it was read, and an ordered list of values, which the entry owns.
 ///
 /// Indexed operations do not check the index unless they say so. References and pointers to names and fields are valid
-/// as long as the entry is; for templates see get_template, for strings ParserValue::get_as_string.
+/// as long as the entry is; for templates see get_template, for strings get_string.
+///
+/// When memory ends, constructors and edits throw std::bad_alloc (std::length_error where a count would pass its limit) and
+/// leave everything as it was; nothing else throws.
 ///
 /// Layout: 64 bytes, one cache line.
 class BK_PARSER_API ParserEntry {
@@ -46,6 +49,7 @@ public:
     /// Deletes all values; name, type, place, array count and template stay.
     void reset();
 
+    /// Valid, and the same, until the entry is renamed or assigned to, or dies.
     const CoreString& get_name() const noexcept { return name_; }
     const Type& get_type() const noexcept { return type_; }
     /// Empty when there is none. To be asked for again after set_template.
@@ -83,25 +87,29 @@ public:
     void add_binary_data(void* data, const unsigned int& size);
     /// A value of the given type from a word of the text syntax; a string loses its enclosing quotes.
     void add_word(const ParserWord& word, const ParserValue::Type& type);
-    /// Adopts `group` and returns it, leaving its source entry as it is. Null makes a new group, without a
-    /// name, whose source entry is this entry.
+    /// Adopts `group` and returns it, leaving its source entry as it is; when memory ends it still is the caller's. Null
+    /// makes a new group, without a name, whose source entry is this entry.
     ParserGroup* add_group(ParserGroup* group);
     void add_vec2d(const GMathVec2<double>& value);
     void add_vec2i(const GMathVec2<int>& value);
     void add_vec3d(const GMathVec3<double>& value);
     void add_vec4d(const GMathVec4<double>& value);
 
-    /// Typed reads of value `i`; see ParserValue for conversions and messages.
+    /// Typed reads of value `i`; see ParserValue for conversions and messages. A message for which there is no memory is left
+    /// out.
     bool get_bool(const unsigned int& i) const;
     char get_char(const unsigned int& i) const;
     int get_int(const unsigned int& i) const;
     double get_double(const unsigned int& i) const;
+    /// The string is valid, at its address and with its characters where they are, until its own value is set or removed or
+    /// the last entry that lists the value dies: whatever happens to other values, to the list, or to the entry's place.
     const CoreString& get_string(const unsigned int& i) const;
     void* get_binary_data(const unsigned int& i) const;
     unsigned int get_binary_data_size(const unsigned int& i) const;
-    /// The value's text, unquoted, whatever its type; empty for a group. Never logs.
+    /// The value's text, unquoted, whatever its type; empty for a group. Logs nothing but that memory ran out; it is empty
+    /// then, too.
     CoreString get_word(const unsigned int& i) const;
-    /// Null when value `i` is no group. An entry without values gets a new group, whatever `i` is.
+    /// Null when value `i` is no group. An entry without values gets a new group, whatever `i` is: that is an edit.
     ParserGroup* get_group(const unsigned int& i) const;
     /// Components from value `i` on; those for which there is no value are 0.
     GMathVec2<double> get_vec2d(const unsigned int& i) const;
@@ -152,8 +160,11 @@ public:
     bool set_binary(const CoreVector<char>& data, core_uint64& position);
 
     static void* operator new(std::size_t size);
+    /// Null when memory has run out, and for a derived class of more than CoreMemory::largest_slab_block bytes.
+    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
     static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void* block, std::size_t size) noexcept;
+    static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:
     friend class bk::EntryAccess;
@@ -167,6 +178,7 @@ private:
     explicit ParserEntry(const bk::EntryFields& fields) noexcept;
 
     Rare& make_rare();
+    void leave_values() noexcept;
     void copy_fields(const ParserEntry& other);
     void append(ParserValue&& value);
 

@@ -32,6 +32,7 @@ public:
     explicit ParserFile(const CoreString& filename);
     /// Copies share one root group, which dies with the last of them.
     ParserFile(const ParserFile& other);
+    /// When memory ends, nothing has changed.
     ParserFile& operator=(const ParserFile& other);
     ~ParserFile() override;
 

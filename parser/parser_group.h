@@ -19,6 +19,9 @@ class GroupAccess;
 /// Two numberings are in use. An ordinal counts entries of TYPE_ENTRY alone; a position counts every entry.
 /// Both indexes go by the type that an entry had when it was added or when the indexes were last rebuilt: every
 /// move and removal rebuilds them. Ordinals and positions are not checked unless an operation says so.
+///
+/// When memory ends, constructors and edits throw std::bad_alloc (std::length_error where a count would pass 32 bits) and
+/// leave everything as it was; nothing else throws.
 class BK_PARSER_API ParserGroup {
 public:
     explicit ParserGroup(const CoreString& name);
@@ -38,13 +41,14 @@ public:
     /// stays part of the name), of TYPE_KEYWORD when it is a keyword. Otherwise null, and at level 2
     /// "ParserGroup.add_entry: '<name>' is not a valid entry name\n". Names may repeat.
     ParserEntry* add_entry(const CoreString& name, const core_ulong& line, const core_ulong& column);
-    /// Adopts this very object, which must be a heap object that nobody else owns, and returns its address.
+    /// Adopts this very object, which must be a heap object that nobody else owns, and returns its address. When memory ends
+    /// it still is the caller's.
     ParserEntry* add_entry(const ParserEntry& entry);
     /// Adds an entry that holds a new group, whose own name is empty and whose source entry is that entry.
     /// Null when the name is not valid.
     ParserGroup* add_group(const CoreString& name);
     /// Adopts `group` under its own name and returns it. Null when that is not a valid entry name: the group then still is
-    /// the caller's. The group keeps its name, which texts cannot carry back (docs/syntax.md).
+    /// the caller's, as when memory ends. The group keeps its name, which texts cannot carry back (docs/syntax.md).
     ParserGroup* add_group(ParserGroup* group);
 
     const CoreString& get_name() const noexcept { return name_; }
@@ -52,7 +56,8 @@ public:
     unsigned int get_entry_count() const noexcept {
         return entries_.get_count() - keyword_index_.get_count();
     }
-    /// By ordinal. Constant time in a group without keywords, else logarithmic in their number.
+    /// By ordinal. A function call that was parsed has an ordinal until the index is rebuilt, by the first move or removal.
+    /// Constant time in a group without keywords, else logarithmic in their number.
     ParserEntry* get_entry(const unsigned int& ordinal) const;
     /// The first with an ordinal and that name; null when there is none. Linear.
     ParserEntry* get_entry(const CoreString& name) const;
@@ -61,7 +66,8 @@ public:
     /// Every entry, in document order. A slot is null after detach_entry.
     const CoreVector<ParserEntry*>& get_entries() const noexcept { return entries_; }
     /// The entries with an ordinal and that name, in document order; with `recursive` also those in groups
-    /// below, depth first. What an entry of that name holds is not searched. Linear in what is searched.
+    /// below, depth first. What an entry of that name holds is not searched. Linear in what is searched. None, with
+    /// "ParserGroup.get_entries: out of memory\n" at level 1, when there is no memory for them.
     CoreVector<ParserEntry*> get_entries(const CoreString& name, bool recursive) const;
     /// The position of the first entry of that type; 0xFFFFFFFF when there is none.
     unsigned int get_first_entry_index(ParserEntry::Type type) const;
@@ -75,11 +81,17 @@ public:
 
     /// Moves the entry at a position to position `to`; those between shift by one place.
     void move_entry(const unsigned int& from, const unsigned int& to);
-    /// Moves the entry at a position to the end of `dest`.
+    /// Moves the entry at a position to the end of `dest`. When `dest` lies inside that entry, at any depth, nothing moves, and
+    /// level 2 says "ParserGroup.move_entry: an entry cannot move into itself\n". Linear in the entries of this group. An entry
+    /// that holds groups is searched for `dest`, in time linear in what is below it, unless `dest` is held by another entry
+    /// of this group alone.
     void move_entry(const unsigned int& position, ParserGroup& dest);
-    /// Moves the entries of TYPE_ENTRY to the end of `dest`; the others stay.
+    /// Moves the entries of TYPE_ENTRY to the end of `dest`; the others stay. When `dest` lies inside one of those to be moved,
+    /// nothing moves, and level 2 says "ParserGroup.move_entries: an entry cannot move into itself\n". Takes the time of
+    /// move_entry for each.
     void move_entries(ParserGroup& dest);
-    /// Moves every entry into `dest` at a position of it, which must not exceed its number of entries.
+    /// Moves every entry into `dest` at a position of it, which must not exceed its number of entries. Refused in the same
+    /// way.
     void move_entries(ParserGroup& dest, unsigned int position);
     /// The survivors keep their order. Positions may come in any order and repeat; those past the end are ignored.
     void remove_entries(CoreBasicArray<unsigned int> positions);
@@ -125,15 +137,18 @@ public:
     bool set_binary(const CoreVector<char>& data, core_uint64& position, const ParserLimits& limits);
 
     static void* operator new(std::size_t size);
+    /// Null when memory has run out, and for a derived class of more than CoreMemory::largest_slab_block bytes.
+    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
     static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void* block, std::size_t size) noexcept;
+    static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:
     friend class bk::GroupAccess;
 
     void append(ParserEntry* entry);
     void swap_content(ParserGroup& other) noexcept;
-    void rebuild_index();
+    void rebuild_index() noexcept;
     template <class IsRemoved>
     void take_out(IsRemoved is_removed);
     unsigned int position_of(unsigned int ordinal) const noexcept;

@@ -7,6 +7,9 @@
 /// operations of this base do nothing. Offsets and lengths are bytes; an "expanded" offset counts in the text that
 /// the parser reads, after includes are spliced in and comments are dropped; any other counts in the text of the file
 /// that is being read.
+///
+/// What a call throws ends the reading and passes to its caller; the files that were entered are left first, where what
+/// file_left throws is dropped.
 class BK_PARSER_API ParserReadObserver {
 public:
     enum Fault : unsigned int {
@@ -36,13 +39,14 @@ public:
     virtual void include_found(const unsigned int& offset, const unsigned int& length,
                                const CoreString& name);
     /// The current file is now this one: found at `path` and loaded; `text` is what it holds, deciphered, and
-    /// stays where it is until file_left.
+    /// stays where it is until file_left. A byte order mark at its beginning is counted in offsets and copied in no piece.
     virtual void file_entered(const CoreString& name, const CoreString& path, const CoreString& text);
     virtual void file_left();
     /// A piece of the current file became part of the expanded text.
     virtual void piece_copied(const unsigned int& offset, const unsigned int& length,
                               const unsigned int& expanded);
-    /// A fault at a word of the expanded text, with the message as logged, less its class and place and line end.
+    /// A fault at a word of the expanded text, with the message as logged, less its class and place and line end; empty when
+    /// there was no memory for it.
     virtual void fault_found(const Fault& fault, const unsigned int& expanded, const unsigned int& length,
                              const CoreString& message);
     /// A fault of a directive in the current file.

@@ -9,10 +9,10 @@
 
 class ParserGroup;
 class ParserWord;
-class ParserValueList;
 namespace bk {
+class StringHome;
 class ValueAccess;
-}
+} // namespace bk
 
 /// One typed value of an entry: a scalar, a string, binary data, a bare word or a whole group.
 ///
@@ -71,15 +71,14 @@ struct BK_PARSER_API ParserValue {
 
     /// Typed reads. Bool, char, int and double convert into each other: an int is read as a char by its low
     /// 8 bits, a double is truncated toward zero, and one outside the int range reads as -2147483648.
-    /// A value of another type gives the neutral result and logs, at level 2,
+    /// A value of another type gives the neutral result, and logs if there is memory for that, at level 2,
     /// "ParserValue.<read>: type mismatch, value type is '<type name>' \n".
     bool get_as_bool() const;
     char get_as_char() const;
     int get_as_int() const;
     double get_as_double() const;
     /// The string of a TYPE_STRING value, else the empty string. Valid until the value is changed or assigned to another
-    /// one; of a value of an entry also until values of that entry are added, moved or removed, or the entry is assigned
-    /// to another one.
+    /// one, or dies. For the strings of an entry see ParserEntry::get_string.
     const CoreString& get_as_string() const;
     /// The bytes of a TYPE_BINARY_DATA value, which keeps them; else null, and `size` stays as it was.
     void* get_as_binary_data(unsigned int& size) const;
@@ -130,20 +129,21 @@ struct BK_PARSER_API ParserValue {
     static ParserValue* bin_to_value(const CoreVector<char>& data, unsigned long long& position);
 
     static void* operator new(std::size_t size);
+    /// Null when memory has run out, and for a derived class of more than CoreMemory::largest_slab_block bytes.
+    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
     static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void* block, std::size_t size) noexcept;
+    static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:
-    friend class ParserEntry;
-    friend class ParserValueList;
     friend class bk::ValueAccess;
 
     /// Two of these bits say what is held; the others say who keeps it.
     enum Flag : unsigned int {
-        VALUE_HELD = 1u << 24,   // the scalar below is valid
-        TEXT_HELD = 1u << 25,    // a scalar's spelling is there
-        TEXT_OWNED = 1u << 26,   // the spelling is this value's own block, not its entry's
-        STRING_BOXED = 1u << 27, // the string stands in a block of its own, shared by a shallow assignment
+        VALUE_HELD = 1u << 24,  // the scalar below is valid
+        TEXT_HELD = 1u << 25,   // a scalar's spelling is there
+        TEXT_OWNED = 1u << 26,  // the spelling is this value's own block, not its entry's
+        STRING_AWAY = 1u << 27, // the string stands outside of this value
         FLAG_BITS = 0xFF000000u
     };
 
@@ -159,6 +159,10 @@ private:
         Scalar scalar;
         const char* text;
     };
+    struct Away {
+        CoreString* string;
+        bk::StringHome* home; // where the value stood before; null for a string in a block of its own
+    };
 
     explicit ParserValue(Type type) noexcept : bits_(type), size_(0), spelled_{{.as_double = 0.0}, nullptr} {
         if (type == TYPE_STRING) {
@@ -172,6 +176,7 @@ private:
           size_(size), spelled_{{.as_double = 0.0}, spelling} {}
 
     void release() noexcept;
+    void release_away() noexcept;
     void become(Type type) noexcept;
     void box_string() const;
     void report_mismatch(const char* read) const;
@@ -182,8 +187,8 @@ private:
     mutable unsigned int bits_; // the type in the low 24 bits, flags above
     unsigned int size_;         // of the spelling, or of binary data
     union {
-        mutable Spelled spelled_;          // every type but TYPE_STRING
-        mutable CoreString string_;        // TYPE_STRING: value and text are one
-        mutable CoreString* boxed_string_; // TYPE_STRING with STRING_BOXED
+        mutable Spelled spelled_;   // every type but TYPE_STRING
+        mutable CoreString string_; // TYPE_STRING: value and text are one
+        mutable Away away_;         // TYPE_STRING with STRING_AWAY
     };
 };

@@ -4,17 +4,21 @@
 
 #include <cstddef>
 
+class ParserEntry;
 struct ParserValue;
+namespace bk {
+class StringHome;
+}
 
 /// The values of one entry, in order. Used by ParserEntry alone.
 ///
 /// As a rule the values stand side by side in one block, followed by the spellings of those that were read from
-/// text. Only after a shallow assignment, when two entries list the same values, each
-/// value gets a cell of its own that counts the lists it is in, and the list holds the cells.
+/// text. When two entries list the same values, after a shallow assignment, and when a value has to make way whose string
+/// a host may hold, each value gets a cell of its own that counts the lists it is in, and the list holds the cells.
 class ParserValueList {
 public:
     ParserValueList() noexcept = default;
-    ~ParserValueList() { clear(); }
+    ~ParserValueList();
     ParserValueList(const ParserValueList&) = delete;
     ParserValueList& operator=(const ParserValueList&) = delete;
 
@@ -24,6 +28,8 @@ public:
     ParserValue& change(unsigned int i) noexcept;
     /// Null when there are none, or when each stands in a cell of its own.
     const ParserValue* side_by_side() const noexcept;
+    /// False when that is known without looking at each value.
+    bool may_hold_groups() const noexcept;
 
     /// Room for `count` values and `text_size` bytes of their spellings; the list is empty. The values are constructed
     /// in the room, in order, by whoever asked for it, and counted by set_count. As long as none of them keeps anything
@@ -41,23 +47,41 @@ public:
     ParserValue& append(ParserValue& value);
     void move(unsigned int from, unsigned int to);
     /// Removes every value whose mark is set; `marks` has one byte a value. Linear.
-    void remove_marked(const unsigned char* marks);
+    void remove_marked(const unsigned char* marks, const ParserEntry& owner);
+    /// Deletes all but the first `count` values.
+    void truncate(unsigned int count) noexcept;
     void clear() noexcept;
     void swap(ParserValueList& other) noexcept;
     /// Lists the same values as `other`, in place of what was listed.
     void share(ParserValueList& other);
 
+    /// The strings that are inside the values now are handed out, and stay where they are from now on.
+    void show_strings() const noexcept;
+    /// Before the owner gives up these values, for those of `next` or, when that is null, for none: groups that others list
+    /// as well, and the owner no more, forget that it is their source entry.
+    void forget_source(ParserEntry& owner, const ParserValueList* next) noexcept;
+    /// Whether nothing has to be done about the values when their entry dies, because everything is in its block.
+    bool dies_with_entry() const noexcept;
+    /// Whether values, or strings in the entry's block, may live longer than the entry.
+    bool may_outlive_entry() const noexcept { return in_cells_ || left_entry_; }
+    /// Of an entry's own list that was cleared: false when strings stay in the entry's block, which they give back.
+    bool let_go_of_entry(ParserEntry& entry) noexcept;
+
 private:
     struct Block;
     struct Cell;
 
+    class Departure;
+
     ParserValue& at(unsigned int i) const noexcept;
+    bool shows_string(unsigned int i) const noexcept;
     void grow();
-    void move_values(Block& from, Block& to) const noexcept;
     void split_into_cells();
     static void release_cell(Cell* cell) noexcept;
 
-    void* storage_ = nullptr; // Block, or an array of Cell*
+    Block* block_ = nullptr;
     unsigned int count_ = 0;
     bool in_cells_ = false;
+    bool left_entry_ = false;                 // strings have stayed behind in the entry's block
+    mutable unsigned char shows_strings_ = 0; // a host may hold strings that are inside of values
 };

@@ -16,6 +16,11 @@ struct NameParts;
 /// it, its kind. The first classifier that recognises a word settles its kind; from then on every classifier
 /// answers from that alone, until `clear` or `set_brace(false)`.
 ///
+/// A classifier that fails leaves the word unclassified, with two exceptions. `is_operator`, `is_separator`, `is_bool`,
+/// `is_empty_tag`, `is_double`, `is_keyword` and `is_identifier` ask for the decoded string, and decoding makes a
+/// double-quoted word of version 1.1 or later TYPE_STRING. `is_keyword` and `is_identifier` of `yes` or `no` leave
+/// TYPE_BOOL. `is_int`, `is_binary_data` and `is_string` read the characters as they stand.
+///
 /// The text is not owned: it outlives the word. A word carries a template or an array suffix, not both.
 class BK_PARSER_API ParserWord {
 public:
@@ -55,7 +60,8 @@ public:
     /// only "", and "" equals every word.
     bool operator==(const char* s) const;
 
-    /// The word's text, with the escapes of a string resolved (from version 1.1 on) and its quotes kept.
+    /// The word's text, with the escapes of a string resolved (from version 1.1 on) and its quotes kept: a copy, made when it is
+    /// first asked for, as by the classifiers below. Memory that ends is an exception, and the word is as it was.
     const CoreString& get_string() const;
 
     const Type& get_type() const noexcept { return type_; }
@@ -99,6 +105,7 @@ private:
     void get_string_0110(CoreString& out) const;
     std::string_view characters() const noexcept;
     bool classify(Type type, bool matches) const;
+    bool is_text(std::string_view text) const;
     void copy_without_template(const ParserWord& other);
     void release_template() noexcept;
     void take_name(bk::NameParts parts) const;

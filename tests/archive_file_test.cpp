@@ -165,12 +165,21 @@ TEST_F(archive_file, saving_where_no_file_can_be_is_refused) {
     EXPECT_EQ(progress.calls, Calls{});
 }
 
-TEST_F(archive_file, a_full_disk_is_not_noticed_and_the_old_file_stays) {
+TEST_F(archive_file, what_could_not_be_stored_is_logged_and_the_old_file_stays) {
     folder.write("out", "the old archive");
     const FullDisk disk;
     EXPECT_EQ(plain(ParserImpl::save_archive(archive({"a"}, {0}), folder.core_path("out"), nullptr)), "");
+    EXPECT_EQ(log.take(), (std::vector<LoggedMessage>{{1, "ParserImpl.save_archive: Can't save archive '" +
+                                                              folder.path("out") + "'.\n"}}));
     EXPECT_EQ(folder.read("out"), "the old archive");
     EXPECT_EQ(folder.count(), 1u);
+}
+
+TEST_F(archive_file, below_verbosity_1_nothing_is_logged_of_what_could_not_be_stored) {
+    const RecordingLog quiet(0);
+    const FullDisk disk;
+    EXPECT_EQ(plain(ParserImpl::save_archive(archive({"a"}, {0}), folder.core_path("out"), nullptr)), "");
+    EXPECT_TRUE(quiet.is_empty());
 }
 
 TEST_F(archive_file, saving_leaves_the_archive_as_it_was) {

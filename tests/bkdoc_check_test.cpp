@@ -206,10 +206,20 @@ TEST(bkdoc_check, a_long_chain_of_includes_is_read_when_it_is_trusted) {
     EXPECT_EQ(run.code, 0) << run.out << run.err;
 }
 
-TEST(bkdoc_check, a_byte_order_mark_is_made_visible) {
-    const BkdocRun run = check_text("\xEF\xBB\xBF"
+TEST(bkdoc_check, a_byte_order_mark_at_the_beginning_is_no_fault_and_no_column) {
+    EXPECT_EQ(check_text("\xEF\xBB\xBF"
+                         "a 1\n")
+                  .code,
+              0);
+    EXPECT_TRUE(check_text("\xEF\xBB\xBF"
+                           "a @\n")
+                    .out.starts_with("<stdin>:1:3: warning: Unknown word type: '@'\na @\n  ^\n"));
+}
+
+TEST(bkdoc_check, a_byte_order_mark_within_a_file_is_made_visible) {
+    const BkdocRun run = check_text("b 2\n\xEF\xBB\xBF"
                                     "a 1\n");
-    EXPECT_TRUE(run.out.starts_with("<stdin>:1:1: warning: Unknown word type: '\\xEF\\xBB\\xBFa'\n?a 1\n^~\n"
+    EXPECT_TRUE(run.out.starts_with("<stdin>:2:1: warning: Unknown word type: '\\xEF\\xBB\\xBFa'\n?a 1\n^~\n"
                                     "  note: an invisible byte order mark "))
         << run.out;
 }

@@ -219,20 +219,35 @@ TEST(bkdoc_convert, bad_input_leaves_the_target_alone) {
 TEST(bkdoc_convert, what_a_text_cannot_say_is_refused_unless_the_loss_is_wanted) {
     const ScratchFolder folder;
     ParserFile file(folder.core_path("a.bkd"));
-    file.get_root().add_entry("large", 0, 0)->add_double(34359738368.0);
+    file.get_root().add_entry("folder", 0, 0)->add_string("scenes\\");
+    file.get_root().get_entry(0)->add_int(1);
     file.write(ParserFile::MODE_BINARY, "", "");
     const std::string path = folder.path("a.bkd");
     for (const char* form : {"text", "archive"}) {
         expect_refusal(folder, path, {"--to", form},
-                       "cannot hold the document (--lossy converts it all the same): at large, value 1: "
-                       "double 34359738368 reads back as int "
-                       "34359738368, taken for 2147483647; nothing is written\n");
+                       "cannot hold the document (--lossy converts it all the same): at folder, ");
     }
     const BkdocRun run = run_bkdoc({"convert", path, folder.path("target.bkd"), "--to", "text", "--lossy"});
     EXPECT_EQ(run.code, 1);
-    EXPECT_TRUE(run.err.starts_with("bkdoc: warning: this form cannot hold the document: at large, "))
+    EXPECT_TRUE(run.err.starts_with("bkdoc: warning: this form cannot hold the document: at folder, "))
         << run.err;
-    EXPECT_TRUE(contains(folder.read("target.bkd"), "large 34359738368")) << folder.read("target.bkd");
+    EXPECT_TRUE(contains(folder.read("target.bkd"), "folder \"scenes")) << folder.read("target.bkd");
+}
+
+TEST(bkdoc_convert, doubles_of_a_binary_document_keep_type_and_value_in_text) {
+    const ScratchFolder folder;
+    ParserFile file(folder.core_path("a.bkd"));
+    ParserEntry* const entry = file.get_root().add_entry("numbers", 0, 0);
+    for (const double number : {60.0, -0.0, 34359738368.0, 1e22, 0.5}) {
+        entry->add_double(number);
+    }
+    file.write(ParserFile::MODE_BINARY, "", "");
+    const BkdocRun there = run_bkdoc({"convert", folder.path("a.bkd"), folder.path("b.bkd"), "--to", "text"});
+    EXPECT_EQ(there.code, 0);
+    EXPECT_EQ(there.err, "");
+    EXPECT_TRUE(contains(folder.read("b.bkd"), "numbers 60.0 -0.0 34359738368.0 1e+22 0.5"));
+    EXPECT_EQ(run_bkdoc({"convert", folder.path("b.bkd"), folder.path("c.bkd"), "--to", "binary"}).code, 0);
+    EXPECT_EQ(folder.read("c.bkd"), folder.read("a.bkd"));
 }
 
 TEST(bkdoc_convert, a_name_that_is_none_in_text_is_refused_there) {

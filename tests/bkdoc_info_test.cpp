@@ -51,7 +51,7 @@ TEST(bkdoc_info, faults_are_counted_and_told_on_the_error_stream) {
 }
 
 TEST(bkdoc_info, a_document_without_a_version_line_has_version_1) {
-    EXPECT_NE(run_bkdoc({"info", "-"}, "a 1\n").out.find("\nversion       1\n"), std::string::npos);
+    EXPECT_NE(run_bkdoc({"info", "-"}, "a 1\n").out.find("\nversion       1.0\n"), std::string::npos);
 }
 
 } // namespace

@@ -53,7 +53,7 @@ TEST(bkdoc_output, a_reader_that_goes_away_ends_the_tool_early_and_without_a_wor
     EXPECT_EQ(run_shell(line), 0);
     EXPECT_EQ(folder.read("code"), "2\n");
     EXPECT_EQ(folder.read("err"), "");
-    EXPECT_EQ(folder.read("out"), file + "  version 1, 200,000 entries\n");
+    EXPECT_EQ(folder.read("out"), file + "  version 1.0, 200,000 entries\n");
 }
 
 TEST(bkdoc_output, a_folder_as_standard_input_cannot_be_read) {

@@ -35,11 +35,11 @@ TEST(bkdoc_tree, groups_entries_types_and_values_are_drawn) {
 
 TEST(bkdoc_tree, depth_says_how_many_levels_are_drawn) {
     const char* text = "a { b { c 1 } } d 2\n";
-    EXPECT_EQ(draw(text, {"--depth", "0"}).out, "<stdin>  version 1, 2 entries\n");
-    EXPECT_EQ(draw(text, {"--depth", "1"}).out, "<stdin>  version 1, 2 entries\n"
+    EXPECT_EQ(draw(text, {"--depth", "0"}).out, "<stdin>  version 1.0, 2 entries\n");
+    EXPECT_EQ(draw(text, {"--depth", "1"}).out, "<stdin>  version 1.0, 2 entries\n"
                                                 "├── a  { 1 entry }\n"
                                                 "└── d  int  2\n");
-    EXPECT_EQ(draw(text, {"--depth", "2"}).out, "<stdin>  version 1, 2 entries\n"
+    EXPECT_EQ(draw(text, {"--depth", "2"}).out, "<stdin>  version 1.0, 2 entries\n"
                                                 "├── a  { 1 entry }\n"
                                                 "│   └── b  { 1 entry }\n"
                                                 "└── d  int  2\n");

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <thread>
 #include <vector>
 
 // The operating system gives no chunk to the slabs, from every one on that they ask for. The chunks are the test's own: a
@@ -134,4 +135,76 @@ TEST_F(chunk_out, a_large_block_that_cannot_be_had_is_an_exception_of_its_own_re
     void* const block = CoreMemory::allocate(std::size_t{8} << 20);
     std::memset(block, 1, std::size_t{8} << 20);
     CoreMemory::release(block, std::size_t{8} << 20);
+}
+
+TEST_F(chunk_out, one_chunk_that_is_empty_is_kept_for_what_comes_next_and_the_others_go_back) {
+    constexpr std::size_t size = CoreMemory::largest_slab_block;
+    constexpr std::size_t blocks_of_a_chunk = bk::chunk_size / size;
+    std::size_t in_use = 0;
+    std::size_t asked = 0;
+    for (int round = 0; round < 5; ++round) {
+        std::vector<void*> blocks;
+        for (std::size_t i = 0; i < 4 * blocks_of_a_chunk; ++i) {
+            blocks.push_back(CoreMemory::allocate(size));
+        }
+        const std::size_t most = chunk_memory().size();
+        for (void* const block : blocks) {
+            CoreMemory::release(block, size);
+        }
+        EXPECT_LE(chunk_memory().size() + 3, most) << round;
+        if (round != 0) {
+            EXPECT_EQ(chunk_memory().size(), in_use) << round;
+        }
+        in_use = chunk_memory().size();
+        asked = chunks_asked;
+        for (int i = 0; i < 100; ++i) {
+            CoreMemory::release(CoreMemory::allocate(size), size);
+        }
+        EXPECT_EQ(chunks_asked, asked) << round;
+    }
+    std::vector<void*> filling; // the pages of the chunks in use, so that what follows needs the spare one
+    while (chunks_asked == asked) {
+        filling.push_back(CoreMemory::allocate(size));
+    }
+    CoreMemory::release(filling.back(), size);
+    filling.pop_back();
+    asked = chunks_asked;
+    for (int i = 0; i < 100; ++i) {
+        CoreMemory::release(CoreMemory::allocate(size), size);
+    }
+    EXPECT_EQ(chunks_asked, asked) << "a chunk was given back and asked for again";
+    for (void* const block : filling) {
+        CoreMemory::release(block, size);
+    }
+    EXPECT_LE(chunk_memory().size(), in_use + 1);
+}
+
+TEST_F(chunk_out, a_thread_at_its_end_that_gets_no_chunk_is_told) {
+    struct AtTheEnd {
+        bool* is_refused = nullptr;
+        ~AtTheEnd() {
+            std::vector<void*> taken;
+            chunks_left = 0;
+            try {
+                for (int i = 0; i < 10000; ++i) {
+                    taken.push_back(CoreMemory::allocate(CoreMemory::largest_slab_block));
+                }
+            } catch (const std::bad_alloc&) {
+                *is_refused = true;
+            }
+            chunks_left = SIZE_MAX;
+            for (void* const block : taken) {
+                CoreMemory::release(block, CoreMemory::largest_slab_block);
+            }
+        }
+    };
+    bool is_refused = false;
+    const std::size_t in_use = chunk_memory().size();
+    std::thread([&] {
+        static thread_local AtTheEnd user;
+        user.is_refused = &is_refused;
+        CoreMemory::release(CoreMemory::allocate(1), 1);
+    }).join();
+    EXPECT_TRUE(is_refused);
+    EXPECT_LE(chunk_memory().size(), in_use + 1);
 }

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdint>
 #include <cstring>
+#include <mutex>
 #include <random>
 #include <thread>
 #include <vector>
@@ -173,6 +175,83 @@ TEST(core_memory, threads_take_and_give_back_at_the_same_time) {
         thread.join();
     }
     EXPECT_EQ(intact, std::vector<unsigned char>(4, 1));
+}
+
+/// Blocks on their way between threads; whoever takes one out did not put it in, as a rule.
+class Exchange {
+public:
+    Block swap(Block block, std::mt19937& random) {
+        const std::lock_guard lock(mutex_);
+        if (blocks_.size() < 500) {
+            blocks_.push_back(block);
+            return {nullptr, 0, 0};
+        }
+        std::swap(blocks_[random() % blocks_.size()], block);
+        return block;
+    }
+    std::vector<Block> rest() { return std::move(blocks_); }
+
+private:
+    std::mutex mutex_;
+    std::vector<Block> blocks_;
+};
+
+TEST(core_memory, blocks_wander_between_threads_that_begin_and_end) {
+    constexpr unsigned int thread_count = 4;
+    Exchange exchange;
+    std::atomic<bool> intact = true;
+    for (unsigned int round = 0; round < 8; ++round) {
+        std::vector<std::thread> threads;
+        for (unsigned int t = 0; t < thread_count; ++t) {
+            threads.emplace_back([&, seed = round * thread_count + t] {
+                std::mt19937 random(seed);
+                for (unsigned int step = 0; step < 1500 + 300 * (seed % thread_count); ++step) {
+                    const std::size_t size = random() % 4 == 0 ? 9000 + random() % 7000 : 1 + random() % 90;
+                    const Block other = exchange.swap(take(size, static_cast<unsigned char>(step)), random);
+                    intact = intact && holds_its_mark(other);
+                    give_back(other);
+                }
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+    for (const Block& block : exchange.rest()) {
+        intact = intact && holds_its_mark(block);
+        give_back(block);
+    }
+    EXPECT_TRUE(intact);
+}
+
+/// Takes a block, and gives back one that its thread took before, when the library has given the thread's heap up.
+struct GivesBackAtTheEnd {
+    Block early = {nullptr, 0, 0};
+    ~GivesBackAtTheEnd() {
+        std::vector<Block> late;
+        for (unsigned int i = 0; i < 3000; ++i) {
+            late.push_back(take(40 + i % 2 * 9000, static_cast<unsigned char>(i)));
+        }
+        EXPECT_TRUE(holds_its_mark(early));
+        give_back(early);
+        for (const Block& block : late) {
+            EXPECT_TRUE(holds_its_mark(block));
+            give_back(block);
+        }
+    }
+};
+
+TEST(core_memory, a_thread_takes_and_gives_back_at_its_very_end) {
+    std::vector<std::thread> threads;
+    for (unsigned int t = 0; t < 4; ++t) {
+        threads.emplace_back([] {
+            static thread_local GivesBackAtTheEnd user; // goes after what the first block makes
+            user.early = take(40, 7);
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
 }
 
 } // namespace

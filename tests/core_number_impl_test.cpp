@@ -338,13 +338,13 @@ TEST(core_number, unsigned_numbers_are_written_in_decimal) {
 }
 
 TEST(core_number, doubles_are_written_as_the_shortest_text_without_format_or_precision) {
-    const std::pair<double, const char*> cases[] = {{0.0, "0"},
-                                                    {-0.0, "-0"},
-                                                    {1.0, "1"},
+    const std::pair<double, const char*> cases[] = {{0.0, "0.0"},
+                                                    {-0.0, "-0.0"},
+                                                    {1.0, "1.0"},
                                                     {-1.5, "-1.5"},
                                                     {0.1, "0.1"},
                                                     {1e5, "1e+05"},
-                                                    {123456789.0, "123456789"},
+                                                    {123456789.0, "123456789.0"},
                                                     {1e-4, "1e-04"},
                                                     {0.001, "0.001"},
                                                     {1e-5, "1e-05"},

@@ -14,7 +14,8 @@ namespace {
 
 std::string shortest(double number) {
     char text[64];
-    return {text, std::to_chars(text, text + sizeof(text), number).ptr};
+    const std::string written(text, std::to_chars(text, text + sizeof(text), number).ptr);
+    return written.find_first_of(".en") == std::string::npos ? written + ".0" : written;
 }
 
 /// Empty when the number is not written the short way.

@@ -63,17 +63,17 @@ TEST(core_string_append, unsigned_numbers_of_every_width_are_appended_in_decimal
 }
 
 TEST(core_string_append, doubles_are_appended_as_the_shortest_text_that_reads_back) {
-    const std::pair<double, const char*> cases[] = {{0.0, "0"},
-                                                    {-0.0, "-0"},
-                                                    {1.0, "1"},
+    const std::pair<double, const char*> cases[] = {{0.0, "0.0"},
+                                                    {-0.0, "-0.0"},
+                                                    {1.0, "1.0"},
                                                     {1.2, "1.2"},
                                                     {0.1, "0.1"},
                                                     {-2.5, "-2.5"},
                                                     {0.1 + 0.2, "0.30000000000000004"},
                                                     {1.0 / 3.0, "0.3333333333333333"},
                                                     {100000.0, "1e+05"},
-                                                    {10000.0, "10000"},
-                                                    {123456.0, "123456"},
+                                                    {10000.0, "10000.0"},
+                                                    {123456.0, "123456.0"},
                                                     {1e22, "1e+22"},
                                                     {1e-7, "1e-07"},
                                                     {5e-324, "5e-324"},

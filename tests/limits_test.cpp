@@ -282,7 +282,7 @@ TEST(limits, a_small_archive_does_not_become_gigabytes) {
     const ParserArchive bomb = repeated(std::string(1023, 'x'), 1u << 20);
     RecordingLog log;
     ParserGroup group("root");
-    ParserImpl::group_set_archive(group, bomb, nullptr);
+    EXPECT_FALSE(ParserImpl::group_set_archive(group, bomb, nullptr, ParserLimits::untrusted()));
     EXPECT_EQ(log.messages, one_warning("ParserImpl.group_set_archive: text too large\n"));
     EXPECT_EQ(group.get_entries().get_count(), 0u);
 }
@@ -301,7 +301,42 @@ TEST(limits, a_scene_of_ten_thousand_like_objects_is_far_from_every_limit_of_arc
     limits.archive_ratio = 20;
     CoreString made;
     EXPECT_TRUE(ParserImpl::get_archive_text(archive, made, limits));
-    EXPECT_LT(limits.archive_ratio, ParserLimits().archive_ratio);
+    EXPECT_LT(limits.archive_ratio, ParserLimits::untrusted().archive_ratio);
+}
+
+TEST(limits, an_archive_that_was_saved_is_read_back_by_default_whatever_its_ratio) {
+    // 90 KiB that make 80 MiB, beyond what is read of strangers.
+    ParserGroup group("root");
+    ParserEntry* const entry = group.add_entry("a", 0, 0);
+    const CoreString word(std::string(999, 'x'));
+    for (unsigned int i = 0; i < 84000; ++i) {
+        entry->add_string(word);
+    }
+    const ScratchFolder folder;
+    ParserArchive saved;
+    ParserImpl::archive_group(group, saved, false, nullptr);
+    ASSERT_EQ(plain(ParserImpl::save_archive(saved, folder.core_path("a.kwaf"), nullptr)), "");
+    ASSERT_LT(folder.read("a.kwaf").size(), 90000u);
+    ParserArchive loaded;
+    ASSERT_EQ(plain(ParserImpl::load_archive(loaded, folder.core_path("a.kwaf"), nullptr)), "");
+    ParserGroup again("root");
+    ParserImpl::group_set_archive(again, loaded, nullptr);
+    ASSERT_EQ(again.get_entries().get_count(), 1u);
+    EXPECT_EQ(again.get_entry(0)->get_value_count(), 84000u);
+    CoreString text;
+    EXPECT_TRUE(ParserImpl::get_archive_text(loaded, text, ParserLimits()));
+    EXPECT_FALSE(ParserImpl::get_archive_text(loaded, text, ParserLimits::untrusted()));
+}
+
+TEST(limits, documents_of_strangers_are_bounded_in_what_their_archives_become) {
+    const ParserLimits defaults;
+    EXPECT_GE(defaults.archive_size, core_uint64{CoreString::max_length});
+    const ParserLimits untrusted = ParserLimits::untrusted();
+    EXPECT_EQ(untrusted.archive_ratio, 256u);
+    EXPECT_EQ(untrusted.archive_free_size, core_uint64{64} << 20);
+    EXPECT_EQ(untrusted.archive_size, core_uint64{2} << 30);
+    EXPECT_EQ(untrusted.include_count, defaults.include_count);
+    EXPECT_EQ(untrusted.source_size, defaults.source_size);
 }
 
 TEST(limits, an_archive_is_read_within_the_limits_that_it_is_given) {

@@ -147,6 +147,81 @@ TEST(memory_out_of_a_handler, the_end_of_memory_is_not_told_below_verbosity_1) {
 
 TEST(memory_out_of_a_count, a_count_beyond_32_bits_is_memory_that_there_is_not) {
     const CountingLog log;
-    EXPECT_FALSE(bk::completed("test", [] { throw std::length_error("too many"); }));
+    EXPECT_FALSE(bk::completed("test", [] { throw bk::CountRefused("too many"); }));
     EXPECT_EQ(log.out_of_memory, 1);
+}
+
+/// An edit that has to move values whose strings a host holds.
+using ReferenceEdit = void (*)(ParserEntry& entry, ParserEntry& other);
+
+class memory_out_of_a_list : public testing::TestWithParam<ReferenceEdit> {};
+
+TEST_P(memory_out_of_a_list, strings_that_were_handed_out_stay_and_nothing_is_lost) {
+    bool has_run_out = true;
+    for (std::size_t n = 1; has_run_out; ++n) {
+        const long live = FailingMemory::live();
+        {
+            ParserGroup group("root");
+            group.set_text("e \"short\" 1 \"a string that is longer\" \"another that is long\" 2",
+                           default_parser_serial_version, nullptr);
+            ParserEntry& entry = *group.get_entry(0u);
+            ParserEntry other("other", ParserEntry::TYPE_ENTRY, 0, 0);
+            const CoreString& inner = entry.get_string(0);
+            const CoreString& outer = entry.get_string(2);
+            FailingMemory::fail_at(n);
+            try {
+                GetParam()(entry, other);
+            } catch (const std::bad_alloc&) {
+                FailingMemory::pause();
+            }
+            has_run_out = FailingMemory::disarm();
+            EXPECT_TRUE(inner == "short" && outer == "a string that is longer");
+            if (has_run_out) {
+                EXPECT_EQ(entry.get_value_count(), 5u);
+                EXPECT_EQ(&entry.get_string(2), &outer);
+                EXPECT_EQ(entry.get_int(4), 2);
+            }
+            entry.add_int(3);
+            entry.move_value(2, 1);
+            EXPECT_TRUE(inner == "short" && outer == "a string that is longer");
+        }
+        EXPECT_EQ(FailingMemory::live(), live) << n;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(edits, memory_out_of_a_list,
+                         testing::Values([](ParserEntry& entry, ParserEntry&) { entry.add_int(7); },
+                                         [](ParserEntry& entry, ParserEntry&) { entry.move_value(0, 4); },
+                                         [](ParserEntry& entry, ParserEntry&) { entry.remove_value(1u); },
+                                         [](ParserEntry& entry, ParserEntry& other) { other = entry; }));
+
+/// With nothing lost, and null when the block or the object's own memory is not to be had.
+template <class Object, class... Arguments>
+void expect_null_without_memory(const Arguments&... arguments) {
+    const long live = FailingMemory::live();
+    FailingMemory::fail_at(1);
+    const Object* const made = new (std::nothrow) Object(arguments...);
+    EXPECT_TRUE(FailingMemory::disarm());
+    EXPECT_EQ(made, nullptr);
+    FailingMemory::fail_at(2);
+    EXPECT_THROW(static_cast<void>(new (std::nothrow) Object(arguments...)), std::bad_alloc);
+    FailingMemory::disarm();
+    delete new (std::nothrow) Object(arguments...);
+    EXPECT_EQ(FailingMemory::live(), live);
+}
+
+TEST(memory_out_of_new, the_nothrow_form_gives_null) {
+    const CoreString text("a text that stands in a block");
+    expect_null_without_memory<ParserEntry>(text, ParserEntry::TYPE_ENTRY, core_ulong{1}, core_ulong{1});
+    expect_null_without_memory<ParserGroup>(text);
+    expect_null_without_memory<ParserValue>(text);
+}
+
+TEST(memory_out_of_new, an_object_larger_than_the_blocks_of_slabs_needs_the_ordinary_form) {
+    struct Large : ParserEntry {
+        using ParserEntry::ParserEntry;
+        char bytes[CoreMemory::largest_slab_block];
+    };
+    EXPECT_EQ(new (std::nothrow) Large("large", ParserEntry::TYPE_ENTRY, 1, 1), nullptr);
+    delete new Large("large", ParserEntry::TYPE_ENTRY, 1, 1);
 }

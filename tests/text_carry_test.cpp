@@ -63,9 +63,9 @@ TEST_F(text_carry, bools_ints_and_strings_read_back) {
     expect_carried();
 }
 
-TEST_F(text_carry, doubles_with_a_fraction_or_an_exponent_read_back) {
-    for (const double number :
-         {0.1, -1.5, 1e300, 5e-324, std::numeric_limits<double>::max(), 1.0 / 3.0, 1e22}) {
+TEST_F(text_carry, doubles_read_back) {
+    for (const double number : {0.1, -1.5, 1e300, 5e-324, std::numeric_limits<double>::max(), 1.0 / 3.0, 1e22,
+                                5.0, 0.0, -0.0, 2147483648.0, 1732284937123.0}) {
         entry.add_double(number);
     }
     expect_carried();
@@ -169,15 +169,6 @@ TEST_F(text_carry, a_char_reads_back_as_an_int) {
     ParserGroup again("g");
     again.set_text("a 65", CoreVersion(1.2), nullptr);
     EXPECT_EQ(tree_difference(group, again), "value type differs: '2' and '3'\n  in entry 'a'");
-}
-
-TEST_F(text_carry, a_double_without_fraction_and_exponent_reads_back_as_an_int) {
-    entry.add_double(5.0);
-    EXPECT_EQ(read_back(group), " a 5");
-    ParserGroup again("g");
-    again.set_text("a 5", CoreVersion(1.2), nullptr);
-    EXPECT_EQ(tree_difference(group, again), "value type differs: '4' and '3'\n  in entry 'a'");
-    EXPECT_EQ(again.get_entry("a")->get_double(0), 5.0);
 }
 
 TEST_F(text_carry, raw_text_reads_back_as_what_it_says) {

@@ -43,3 +43,17 @@ TEST(text_parser_numbers, one_character_behind_0x_makes_binary_data) {
     EXPECT_EQ(type_of_parsed("0x1"), "TYPE_BINARY_DATA");
     EXPECT_EQ(type_of_parsed("-0x1"), "TYPE_INT");
 }
+
+TEST(text_parser_numbers, what_scanf_gives_up_half_way_is_no_value_in_a_row_of_numbers) {
+    for (const char* text : {"-0xg.", "-0xg.e", "0Xg.", "0X.e", "-0x.", "-0xe", "-0x", "0Xg", "1x.", "-1Xe",
+                             "-infi", "+0x.", "+0xg.", "-infinity", "-infix"}) {
+        EXPECT_EQ(type_of_parsed(text), type_of_word(text)) << text;
+    }
+    EXPECT_EQ(type_of_parsed("-0xg."), "none");
+    EXPECT_EQ(type_of_parsed("-infi"), "none");
+}
+
+TEST(text_parser_numbers, a_word_that_is_no_number_ends_a_row_with_a_message) {
+    ParsedText parsed("a 1 2 -0xg.5 3 4\n");
+    EXPECT_EQ(parsed.messages(), std::vector<std::string>{fault_at(1, 7, "Unknown word type: '-0xg.5'")});
+}

@@ -1,3 +1,4 @@
+#include "document/access.h"
 #include "parser/parser_archive.h"
 #include "parser/parser_file.h"
 #include "parser/parser_word.h"
@@ -205,6 +206,46 @@ TEST(threads, one_tree_may_be_read_by_all_once_its_numbers_are_converted) {
                         shared.get_entries("number", true).get_count() == 200
                     ? 1
                     : 0;
+    });
+    EXPECT_EQ(same, thread_count);
+}
+
+TEST(threads, strings_of_one_tree_may_be_asked_for_by_all) {
+    for (int round = 0; round < 50; ++round) { // each begins with strings that nobody has asked for
+        ParserEntry entry("e", ParserEntry::TYPE_ENTRY, 0, 0);
+        entry.add_string("short");
+        entry.add_string("a string that is long enough for a block of its own");
+        const CoreString* seen[thread_count] = {};
+        on_all_threads([&](int i) {
+            const ParserEntry& shared = entry;
+            seen[i] = &shared.get_string(1);
+            EXPECT_EQ(shared.get_string(0), "short");
+        });
+        entry.add_int(1);
+        for (const CoreString* string : seen) {
+            EXPECT_EQ(string, &entry.get_string(1));
+        }
+    }
+}
+
+TEST(threads, a_frozen_tree_may_be_asked_by_all_at_once) {
+    ParserGroup group("root");
+    group.set_text(scene(0), default_parser_serial_version, nullptr);
+    bk_parser::freeze(group);
+    const bk_parser::Path path("**/object[number>=0]/at@1");
+    std::atomic<int> same = 0;
+    on_all_threads([&](int) {
+        double sum = 0.0;
+        for (const bk_parser::Visit& visit : bk_parser::find_visits(group, path)) {
+            sum += bk_parser::get_or(visit.entry(), visit.value(), 0.0);
+        }
+        for (const bk_parser::Visit& visit : bk_parser::walk(group)) {
+            for (const double number : bk_parser::values<double>(visit.entry())) {
+                sum += number;
+            }
+        }
+        const bool is_said = bk_parser::to_text(group).size() > 1000;
+        same += is_said && sum == 200 * 1000 + 199 * 100 + 200 * (0.5 + 1000 + 1) ? 1 : 0;
     });
     EXPECT_EQ(same, thread_count);
 }

@@ -246,7 +246,7 @@ TEST(value_binary_decode, values_that_are_cut_are_what_is_left_with_zeros) {
     EXPECT_EQ(described(unhex("01"), 2), "TYPE_BOOL no");
     EXPECT_EQ(described(unhex("02"), 2), "TYPE_CHAR 0");
     EXPECT_EQ(described(unhex("03 05 01"), 5), "TYPE_INT 261");
-    EXPECT_EQ(described(unhex("04"), 9), "TYPE_DOUBLE 0");
+    EXPECT_EQ(described(unhex("04"), 9), "TYPE_DOUBLE 0.0");
     EXPECT_TRUE(log.is_empty());
 }
 

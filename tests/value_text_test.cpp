@@ -34,9 +34,9 @@ TEST(value_text, an_int_is_its_decimal_number) {
 }
 
 TEST(value_text, a_double_is_the_shortest_text_that_reads_back) {
-    EXPECT_EQ(written(ParserValue(1.0)), "1");
+    EXPECT_EQ(written(ParserValue(1.0)), "1.0");
     EXPECT_EQ(written(ParserValue(1.2)), "1.2");
-    EXPECT_EQ(written(ParserValue(-0.0)), "-0");
+    EXPECT_EQ(written(ParserValue(-0.0)), "-0.0");
     EXPECT_EQ(written(ParserValue(1e300)), "1e+300");
     EXPECT_EQ(written(ParserValue(0.1 + 0.2)), "0.30000000000000004");
     EXPECT_EQ(written(ParserValue(std::numeric_limits<double>::infinity())), "1.7976931348623157e+308");

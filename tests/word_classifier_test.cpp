@@ -94,9 +94,9 @@ INSTANTIATE_TEST_SUITE_P(literals, word_classifier,
                                          Text{"a\"", ""}, Text{"\"", ""}, Text{"\"a\"b\"", "\""},
                                          Text{"\"a\"b", ""}, Text{"'a'", ""}, Text{"\"=\"", "\""},
                                          Text{"\"yes\"", "\""}, Text{"\"12\"", "\""}, Text{"\"\\\"", "\""},
-                                         Text{"0x1", "xid"}, Text{"0x", "id"}, Text{"0x00000000", "xid"},
-                                         Text{"0xg", "xid"}, Text{"0X1", "id"}, Text{"0x.", "xd"},
-                                         Text{"0x ", "xid"}, Text{"-0x1", "id"}, Text{" 0x1", "id"},
+                                         Text{"0x1", "xid"}, Text{"0x", "i"}, Text{"0x00000000", "xid"},
+                                         Text{"0xg", "xi"}, Text{"0X1", "id"}, Text{"0x.", "xd"},
+                                         Text{"0x ", "xi"}, Text{"-0x1", "id"}, Text{" 0x1", "id"},
                                          Text{"00x1", "id"}, Text{"1x1", "id"}, Text{"x1", "n"}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -113,11 +113,12 @@ INSTANTIATE_TEST_SUITE_P(
                     Text{nul + "5", ""}));
 
 INSTANTIATE_TEST_SUITE_P(numbers_in_letters, word_classifier,
-                         testing::Values(Text{"inf", "dn"}, Text{"INF", "dn"}, Text{"-inf", "d"},
-                                         Text{"infinity", "dn"}, Text{"information", "dn"}, Text{"in", "n"},
-                                         Text{"nan", "dn"}, Text{"NaN", "dn"}, Text{"-nan", "d"},
-                                         Text{"nan(12)", "d"}, Text{"nan[2]", "dn"}, Text{"name", "n"},
-                                         Text{"nanometre", "dn"}, Text{"na", "n"}));
+                         testing::Values(Text{"infi", "n"}, Text{"-infi", ""}, Text{"inf", "dn"},
+                                         Text{"INF", "dn"}, Text{"-inf", "d"}, Text{"infinity", "dn"},
+                                         Text{"information", "dn"}, Text{"in", "n"}, Text{"nan", "dn"},
+                                         Text{"NaN", "dn"}, Text{"-nan", "d"}, Text{"nan(12)", "d"},
+                                         Text{"nan[2]", "dn"}, Text{"name", "n"}, Text{"nanometre", "dn"},
+                                         Text{"na", "n"}));
 
 INSTANTIATE_TEST_SUITE_P(identifiers, word_classifier,
                          testing::Values(Text{"a", "n"}, Text{"_", "n"}, Text{"Z", "n"}, Text{"a9", "n"},

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 /// An open file is either of the two.
 struct SysFile::Stream {
@@ -33,6 +34,19 @@ core_int64 read_text(bk::FileInput& input, CoreString& text, core_int64 wanted) 
     }
     text.resize(static_cast<unsigned int>(have));
     return have;
+}
+
+/// Bytes that an action moves. What an exception has cut short is not whole: closing the file will say so.
+template <class Direction, class Action>
+core_int64 transfer(const char* operation, Direction& direction, Action action) {
+    return bk::guarded(operation, core_int64{0}, [&] {
+        try {
+            return action();
+        } catch (...) {
+            direction.fail();
+            throw;
+        }
+    });
 }
 
 } // namespace
@@ -80,15 +94,10 @@ core_int64 SysFile::read(void* buffer, const core_int64& item_size, const core_i
         item_size > std::numeric_limits<core_int64>::max() / count) {
         return 0;
     }
-    const core_int64 read = bk::guarded("SysFile.read", core_int64{-1}, [&] {
+    return transfer("SysFile.read", *stream_->input, [&] {
         const std::size_t size = static_cast<std::size_t>(item_size * count);
         return static_cast<core_int64>(stream_->input->read(static_cast<char*>(buffer), size));
     });
-    if (read < 0) {
-        stream_->input->fail();
-        return 0;
-    }
-    return read;
 }
 
 core_int64 SysFile::read(CoreString& text, const core_int64& size) {
@@ -96,29 +105,22 @@ core_int64 SysFile::read(CoreString& text, const core_int64& size) {
     if (stream_ == nullptr || stream_->input == nullptr || size <= 0) {
         return 0;
     }
-    const core_int64 read = bk::guarded("SysFile.read", core_int64{-1}, [&] {
-        return read_text(*stream_->input, text, std::min<core_int64>(size, CoreString::max_length));
+    return transfer("SysFile.read", *stream_->input, [&] {
+        CoreString made;
+        const core_int64 read =
+            read_text(*stream_->input, made, std::min<core_int64>(size, CoreString::max_length));
+        text = std::move(made);
+        return read;
     });
-    if (read < 0) {
-        stream_->input->fail();
-        text.clear();
-        return 0;
-    }
-    return read;
 }
 
 core_int64 SysFile::write(const char* data, const core_int64& size) {
     if (stream_ == nullptr || stream_->output == nullptr || size <= 0) {
         return 0;
     }
-    const core_int64 taken = bk::guarded("SysFile.write", core_int64{-1}, [&] {
+    return transfer("SysFile.write", *stream_->output, [&] {
         return static_cast<core_int64>(stream_->output->write(data, static_cast<std::size_t>(size)));
     });
-    if (taken < 0) {
-        stream_->output->fail();
-        return 0;
-    }
-    return taken;
 }
 
 core_int64 SysFile::write(const CoreString& text) {

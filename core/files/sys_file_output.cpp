@@ -3,6 +3,7 @@
 #include "core/files/sys_line_ends_impl.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace bk {
 namespace {
@@ -12,7 +13,11 @@ constexpr std::size_t write_size = 65536;
 } // namespace
 
 FileOutput::~FileOutput() {
-    discard();
+    try {
+        discard();
+    } catch (...) {
+        return; // nothing more can be done; the name says that the file is rubbish
+    }
 }
 
 bool FileOutput::open(const std::string& path, bool translates_text) {
@@ -88,17 +93,12 @@ bool FileOutput::finish_handle() {
 }
 
 // An open file cannot be removed everywhere, so it is closed first.
-void FileOutput::discard() noexcept {
+void FileOutput::discard() {
     handle_.reset();
-    if (created_.empty()) {
-        return;
+    if (!created_.empty()) {
+        const std::string removed = std::exchange(created_, std::string());
+        SysDevice::get().remove(removed);
     }
-    try {
-        SysDevice::get().remove(created_);
-    } catch (...) {
-        // Nothing more can be done; the name says that the file is rubbish.
-    }
-    created_.clear();
 }
 
 } // namespace bk

@@ -27,7 +27,7 @@ public:
 private:
     std::size_t write_bytes(const char* data, std::size_t size);
     bool finish_handle();
-    void discard() noexcept;
+    void discard();
 
     std::unique_ptr<SysHandle> handle_;
     std::string target_;

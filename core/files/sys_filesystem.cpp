@@ -6,13 +6,24 @@
 #include "core/sys_file.h"
 
 namespace bk {
+namespace {
+
+SysPathKind kind_of(std::string_view path) {
+    if (path.empty() || path.find('\0') != std::string_view::npos) {
+        return SysPathKind::missing;
+    }
+    return SysDevice::get().inspect(std::string(path)).kind;
+}
+
+} // namespace
 
 bool is_file(std::string_view path) {
-    if (path.empty() || path.find('\0') != std::string_view::npos) {
-        return false;
-    }
-    const SysPathKind kind = SysDevice::get().inspect(std::string(path)).kind;
+    const SysPathKind kind = kind_of(path);
     return kind == SysPathKind::regular || kind == SysPathKind::other;
+}
+
+bool is_regular_file(std::string_view path) {
+    return kind_of(path) == SysPathKind::regular;
 }
 
 CoreString absolute_path(const CoreString& path) {

@@ -1,5 +1,6 @@
 #include "core/core_memory.h"
 
+#include "core/memory/core_chunk_impl.h"
 #include "core/memory/core_slab_impl.h"
 
 #include <cstring>
@@ -76,10 +77,13 @@ void* CoreMemory::allocate(std::size_t size) {
         return allocate_large(size);
     }
     bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread();
-    void* const block = heap == nullptr ? nullptr : heap->allocate(bk::slab_class_of(size));
+    const std::size_t size_class = bk::slab_class_of(size);
+    void* const block =
+        heap != nullptr ? heap->allocate(size_class) : bk::SlabHeap::allocate_without_heap(size_class);
     if (block == nullptr) {
         throw std::bad_alloc();
     }
+    bk::unpoison(block, size);
     return block;
 }
 
@@ -105,11 +109,13 @@ void CoreMemory::release(void* block, std::size_t size) noexcept {
         release_large(block, size);
         return;
     }
+    BK_ASSERT(size == 0 || !bk::is_poisoned(block)); // else it is given back for the second time
     bk::SlabPage* const page = bk::SlabPage::of(block);
-    if (page->heap == bk::SlabHeap::of_this_thread_if_any()) {
-        page->heap->release(page, block);
+    bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread();
+    if (page->is_owned_by(heap)) {
+        heap->release(page, block);
     } else {
-        page->heap->release_from_afar(page, block);
+        bk::SlabHeap::release_from_afar(page, block);
     }
 }
 

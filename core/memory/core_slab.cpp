@@ -1,6 +1,7 @@
 #include "core/memory/core_slab_impl.h"
 
-#include <bit>
+#include "core/memory/core_slab_pool_impl.h"
+
 #include <utility>
 
 namespace bk {
@@ -9,72 +10,30 @@ constinit thread_local SlabHeap* SlabHeap::this_threads_heap BK_TLS_MODEL = null
 
 namespace {
 
-constexpr unsigned int pages_per_chunk = chunk_size / slab_page_size;
-constexpr std::size_t page_head_size = 128; // blocks of 64 bytes then lie in one cache line each
-constexpr std::size_t first_page_head_size = 256;
-constexpr std::uint32_t all_pages_used = 0xFFFFFFFFu;
-static_assert(pages_per_chunk == 32, "a chunk counts its pages in 32 bits");
-static_assert(sizeof(SlabPage) <= page_head_size &&
-              page_head_size + sizeof(SlabChunk) <= first_page_head_size);
-static_assert(slab_page_size - first_page_head_size == slab_page_room);
-
-constexpr bool holds_every_size() {
-    for (std::size_t size = 1; size <= slab_largest_block; ++size) {
-        if (slab_class_of(size) >= slab_class_count || slab_block_size(slab_class_of(size)) < size) {
-            return false;
-        }
-    }
-    return true;
-}
-static_assert(holds_every_size());
-
 /// Every heap there ever was: a thread that ends leaves its heap to one that begins.
 std::atomic<SlabHeap*> all_heaps{nullptr};
 
-/// How many bytes may come back to a heap without a thread before somebody puts them away.
-constexpr std::uint32_t patience = std::uint32_t{1} << 18;
-
-/// Links of a doubly linked list whose head is `first`.
-template <class Item>
-void link(Item*& first, Item* item) noexcept {
-    item->previous = nullptr;
-    item->next = first;
-    if (first != nullptr) {
-        first->previous = item;
-    }
-    first = item;
-}
-
-template <class Item>
-void unlink(Item*& first, Item* item) noexcept {
-    (item->previous == nullptr ? first : item->previous->next) = item->next;
-    if (item->next != nullptr) {
-        item->next->previous = item->previous;
-    }
-}
+/// The thread has given its heap up: what its own objects still do on their way out goes through the pool.
+constinit thread_local bool is_at_its_end BK_TLS_MODEL = false;
 
 } // namespace
-
-SlabChunk* SlabChunk::of(SlabPage* page) noexcept {
-    const std::uintptr_t chunk = reinterpret_cast<std::uintptr_t>(page) & ~(chunk_size - 1);
-    return reinterpret_cast<SlabChunk*>(chunk + page_head_size);
-}
-
-SlabPage* SlabChunk::page(unsigned int i) noexcept {
-    return reinterpret_cast<SlabPage*>(reinterpret_cast<char*>(this) - page_head_size + i * slab_page_size);
-}
 
 /// Gives the heap up when its thread ends.
 struct SlabHeap::Owner {
     ~Owner() {
+        is_at_its_end = true;
         SlabHeap* const heap = std::exchange(this_threads_heap, nullptr);
         if (heap != nullptr) {
-            heap->is_owned_.store(false, std::memory_order_release);
+            heap->leave();
         }
     }
 };
 
+/// The heap of this thread, from here on; null when there is no memory for one, or the thread is at its end.
 SlabHeap* SlabHeap::adopt() noexcept {
+    if (is_at_its_end) {
+        return nullptr;
+    }
     SlabHeap* heap = all_heaps.load(std::memory_order_acquire);
     while (heap != nullptr && !heap->try_to_own()) {
         heap = heap->next_heap_;
@@ -98,129 +57,143 @@ bool SlabHeap::try_to_own() noexcept {
     return !is_owned_.load(std::memory_order_relaxed) && !is_owned_.exchange(true, std::memory_order_acquire);
 }
 
-void SlabHeap::release_from_afar(SlabPage* page, void* block) noexcept {
-    const std::uint32_t size = page->block_size; // once the block is listed, its page may be given back
-    auto* const freed = new (block) FreeBlock{from_afar_.load(std::memory_order_relaxed)};
-    while (!from_afar_.compare_exchange_weak(freed->next, freed, std::memory_order_release)) {
+/// Hands every page over. What comes from afar before `is_owned_` is false is taken back here; who sends a block later sees
+/// that it is false.
+void SlabHeap::leave() noexcept {
+    take_back_from_afar(this);
+    for (std::size_t i = 0; i < slab_class_count; ++i) {
+        if (SlabPage* const page = std::exchange(current_[i], nullptr)) {
+            add_with_room(page);
+        }
+        while (SlabPage* const page = with_room_[i].first()) {
+            remove_with_room(page);
+            if (page->has_room()) {
+                slab_pool.park(page);
+            } else {
+                page->owner.store(&full_page, std::memory_order_release);
+            }
+        }
     }
-    // A heap without a thread would never look at the list.
-    const std::uint32_t before = from_afar_size_.fetch_add(size, std::memory_order_relaxed);
-    if ((before == 0 || before / patience != (before + size) / patience) && try_to_own()) {
-        take_back_from_afar();
-        is_owned_.store(false, std::memory_order_release);
+    BK_ASSERT(with_room_count_ == 0);
+    is_owned_.store(false);
+    take_back_from_afar(nullptr);
+}
+
+void* SlabHeap::allocate_without_heap(std::size_t size_class) noexcept {
+    SlabHeap* const heap = adopt();
+    return heap != nullptr ? heap->allocate(size_class) : slab_pool.allocate(size_class);
+}
+
+void SlabHeap::release_from_afar(SlabPage* page, void* block) noexcept {
+    release_elsewhere(this_threads_heap != nullptr ? this_threads_heap : adopt(), page, block);
+}
+
+/// By the thread whose heap is `mine`, which is null when it has none. The page may become another's at any moment.
+void SlabHeap::release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) noexcept {
+    for (;;) {
+        SlabOwner* const owner = page->owner.load(std::memory_order_acquire);
+        if (mine != nullptr && owner == &full_page) {
+            if (mine->claim(page)) {
+                mine->release(page, block);
+                mine->add_with_room(page);
+                return;
+            }
+        } else if (owner == &full_page || owner == &pooled_page) {
+            if (slab_pool.release(page, block)) {
+                return;
+            }
+        } else {
+            static_cast<SlabHeap*>(owner)->receive(mine, page, block);
+            return;
+        }
     }
 }
 
-void SlabHeap::take_back_from_afar() noexcept {
-    FreeBlock* block = from_afar_.exchange(nullptr, std::memory_order_acquire);
+/// Takes over a page that is full, unless another thread was faster.
+bool SlabHeap::claim(SlabPage* page) noexcept {
+    SlabOwner* owner = &full_page;
+    return page->owner.compare_exchange_strong(owner, this, std::memory_order_acquire,
+                                               std::memory_order_relaxed);
+}
+
+/// A block comes from another thread, whose heap is `sender`.
+void SlabHeap::receive(SlabHeap* sender, SlabPage* page, void* block) noexcept {
+    if (this == sender) {
+        release(page, block);
+        return;
+    }
+    unpoison(block, sizeof(FreeBlock));
+    auto* const freed = new (block) FreeBlock{from_afar_.load(std::memory_order_relaxed)};
+    poison(freed + 1, page->block_size - sizeof(FreeBlock)); // once the block is listed, its page may be gone
+    while (!from_afar_.compare_exchange_weak(freed->next, freed)) {
+    }
+    if (!is_owned_.load()) { // its thread has left meanwhile, and would never look at the list
+        take_back_from_afar(sender);
+    }
+}
+
+/// By the thread whose heap is `mine`. Some of the pages may be another's by now.
+void SlabHeap::take_back_from_afar(SlabHeap* mine) noexcept {
+    FreeBlock* block = from_afar_.exchange(nullptr);
     while (block != nullptr) {
         FreeBlock* const next = block->next;
-        release(SlabPage::of(block), block);
+        release_elsewhere(mine, SlabPage::of(block), block);
         block = next;
     }
 }
 
 void* SlabHeap::allocate_elsewhere(std::size_t size_class) noexcept {
     if (from_afar_.load(std::memory_order_relaxed) != nullptr) {
-        take_back_from_afar();
+        take_back_from_afar(this);
     }
-    return change_page(size_class) ? allocate(size_class) : nullptr;
+    return change_page(size_class) ? current_[size_class]->take_block() : nullptr;
 }
 
 /// Makes a page that has room the current one.
 bool SlabHeap::change_page(std::size_t size_class) noexcept {
     SlabPage*& current = current_[size_class];
     if (current != nullptr) {
-        if (current->free_blocks != nullptr || current->fresh != current->end) {
+        if (current->has_room()) {
             return true;
         }
-        current->is_in_use = false;
+        current->owner.store(&full_page, std::memory_order_release);
         current = nullptr;
     }
-    SlabPage*& with_room = with_room_[size_class];
-    if (with_room != nullptr) {
-        current = with_room;
-        unlink(with_room, current);
+    if (SlabPage* const page = with_room_[size_class].first()) {
+        remove_with_room(page);
+        current = page;
     } else {
-        current = take_page(size_class);
+        current = slab_pool.take_page(size_class, this);
     }
     return current != nullptr;
 }
 
-/// A page that was full has room again, or a page has become empty.
-void SlabHeap::settle(SlabPage* page) noexcept {
-    SlabPage*& current = current_[page->size_class];
-    if (page->live_count != 0) {
-        page->is_in_use = true;
-        link(with_room_[page->size_class], page);
-        return;
+/// Where these are too many, the one of its class that waits longest goes to the pool.
+void SlabHeap::add_with_room(SlabPage* page) noexcept {
+    SlabPageList& pages = with_room_[page->size_class];
+    pages.push_front(page);
+    ++with_room_count_;
+    SlabPage* const oldest = pages.last();
+    if (with_room_count_ > most_pages_with_room && oldest != page) {
+        remove_with_room(oldest);
+        slab_pool.park(oldest);
     }
-    if (page == current) {
-        current = nullptr;
-    } else if (page->is_in_use) {
-        unlink(with_room_[page->size_class], page);
-    }
-    give_page_back(page);
 }
 
-SlabPage* SlabHeap::take_page(std::size_t size_class) noexcept {
-    SlabChunk* const chunk = chunks_with_room_ != nullptr ? chunks_with_room_ : add_chunk();
-    if (chunk == nullptr) {
-        return nullptr;
-    }
-    if (chunk == spare_chunk_) {
-        spare_chunk_ = nullptr;
-    }
-    const auto index = static_cast<unsigned int>(std::countr_one(chunk->used_pages));
-    chunk->used_pages |= 1u << index;
-    if (chunk->used_pages == all_pages_used) {
-        unlink(chunks_with_room_, chunk);
-    }
-    SlabPage* const page = chunk->page(index);
-    char* const begin = reinterpret_cast<char*>(page);
-    const std::size_t head_size = index == 0 ? first_page_head_size : page_head_size;
-    const std::size_t block_size = slab_block_size(size_class);
-    const std::size_t block_count = (slab_page_size - head_size) / block_size;
-    char* const blocks = begin + head_size;
-    return new (page) SlabPage{this,
-                               nullptr,
-                               blocks,
-                               blocks + block_count * block_size,
-                               static_cast<std::uint32_t>(block_size),
-                               static_cast<std::uint32_t>(size_class),
-                               0,
-                               true,
-                               nullptr,
-                               nullptr};
+void SlabHeap::remove_with_room(SlabPage* page) noexcept {
+    BK_ASSERT(with_room_count_ != 0 && page->is_owned_by(this));
+    with_room_[page->size_class].remove(page);
+    --with_room_count_;
 }
 
-void SlabHeap::give_page_back(SlabPage* page) noexcept {
-    SlabChunk* const chunk = SlabChunk::of(page);
-    if (chunk->used_pages == all_pages_used) {
-        link(chunks_with_room_, chunk);
+/// A page has become empty.
+void SlabHeap::retire(SlabPage* page) noexcept {
+    if (page == current_[page->size_class]) {
+        current_[page->size_class] = nullptr;
+    } else {
+        remove_with_room(page);
     }
-    const auto offset =
-        static_cast<std::size_t>(reinterpret_cast<char*>(page) - reinterpret_cast<char*>(chunk->page(0)));
-    chunk->used_pages &= ~(1u << (offset / slab_page_size));
-    if (chunk->used_pages != 0) {
-        return;
-    }
-    if (spare_chunk_ == nullptr) {
-        spare_chunk_ = chunk;
-        return;
-    }
-    unlink(chunks_with_room_, chunk);
-    give_chunks_back(chunk->page(0), chunk_size);
-}
-
-SlabChunk* SlabHeap::add_chunk() noexcept {
-    void* const memory = take_chunks(chunk_size);
-    if (memory == nullptr) {
-        return nullptr;
-    }
-    auto* const chunk = new (static_cast<char*>(memory) + page_head_size) SlabChunk{0, nullptr, nullptr};
-    link(chunks_with_room_, chunk);
-    return chunk;
+    slab_pool.give_page_back(page);
 }
 
 } // namespace bk

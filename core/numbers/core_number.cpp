@@ -58,6 +58,17 @@ private:
 #endif
 };
 
+/// What std::to_chars writes. A text of digits alone reads back as an int, so ".0" goes behind it.
+std::size_t write_shortest(char* out, double number) noexcept {
+    const std::size_t size = written(out, std::to_chars(out, out + number_text_capacity, number));
+    const bool is_whole = std::none_of(out, out + size, [](char c) { return c == '.' || c > '9'; });
+    if (is_whole) {
+        out[size] = '.';
+        out[size + 1] = '0';
+    }
+    return is_whole ? size + 2 : size;
+}
+
 } // namespace
 
 IntText text_to_int(std::string_view text) noexcept {
@@ -94,9 +105,9 @@ std::size_t write_double(char* out, double number) noexcept {
     }
     if (is_subnormal(number)) {
         const DefaultFloatingPoint environment;
-        return written(out, std::to_chars(out, out + number_text_capacity, number));
+        return write_shortest(out, number);
     }
-    return written(out, std::to_chars(out, out + number_text_capacity, number));
+    return write_shortest(out, number);
 }
 
 } // namespace bk

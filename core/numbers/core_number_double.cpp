@@ -235,4 +235,16 @@ DoubleText text_to_double(std::string_view text) noexcept {
     return {std::copysign(value, negative ? -1.0 : 1.0), scanner.position()};
 }
 
+bool is_scanned_double(std::string_view text) noexcept {
+    NumberScanner scanner(text);
+    scanner.skip_space_and_sign();
+    if (scanner.take_word("0x")) {
+        return scanner.hex_digit() >= 0 || scanner.peek() == '.';
+    }
+    if (scanner.take_word("inf")) {
+        return !scanner.take_word("i") || scanner.take_word("nity");
+    }
+    return text_to_double(text).length != 0;
+}
+
 } // namespace bk

@@ -26,8 +26,8 @@ constexpr std::uint64_t digits_of(std::uint32_t number) noexcept {
     return upper | (digits - 10 * upper) << 8;
 }
 
-/// The shortest text that reads back to the same double, as std::to_chars writes it; 0, and nothing written, when the
-/// number is none of these.
+/// The shortest text that reads back to the same double, as std::to_chars writes it, with ".0" behind a whole number; 0,
+/// and nothing written, when the number is none of these.
 inline std::size_t write_short_double(char* out, double number) noexcept {
     __extension__ using Wide = unsigned __int128;
     constexpr std::uint32_t scale = 100000000;
@@ -64,13 +64,11 @@ inline std::size_t write_short_double(char* out, double number) noexcept {
     *end = '-';
     end += bits >> 63;
     end = std::to_chars(end, out + short_double_capacity, whole).ptr;
-    if (fraction != 0) {
-        const std::uint64_t digits = digits_of(fraction);
-        *end++ = '.';
-        store_le64(reinterpret_cast<unsigned char*>(end), digits | eight_of('0'));
-        end +=
-            most_short_digits - static_cast<std::size_t>(std::countl_zero(digits)) / 8; // no zeros at the end
-    }
+    const std::uint64_t digits = digits_of(fraction);
+    *end++ = '.';
+    store_le64(reinterpret_cast<unsigned char*>(end), digits | eight_of('0'));
+    // No zeros at the end but the first: the lowest bit has that one stay.
+    end += most_short_digits - static_cast<std::size_t>(std::countl_zero(digits | 1)) / 8;
     return static_cast<std::size_t>(end - out);
 }
 

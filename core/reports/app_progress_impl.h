@@ -2,6 +2,8 @@
 
 #include "core/app_progress_bar.h"
 
+#include <utility>
+
 namespace bk {
 
 /// The library's calls on a progress bar that may be null.
@@ -32,7 +34,8 @@ private:
     AppProgressBar* bar_;
 };
 
-/// A task that is ended on every way out of its scope.
+/// A task that is ended on every way out of its scope. `end` is what ends it when all went well, and passes on what the host
+/// throws; the destructor is left with the ways out by an exception, which is not to be replaced by another one.
 class ProgressTask {
 public:
     ProgressTask(const Progress& progress, float share) : bar_(progress.bar_) {
@@ -46,8 +49,15 @@ public:
         }
     }
     ~ProgressTask() {
+        try {
+            end();
+        } catch (...) {
+            return; // the exception that came first is on its way
+        }
+    }
+    void end() {
         if (bar_ != nullptr) {
-            bar_->end_task();
+            std::exchange(bar_, nullptr)->end_task();
         }
     }
     ProgressTask(const ProgressTask&) = delete;
@@ -56,5 +66,14 @@ public:
 private:
     AppProgressBar* bar_;
 };
+
+/// Runs an action inside a task. The last arguments are those of the task.
+template <class Action, class... Share>
+auto within_task(const Progress& progress, Action action, Share... share) {
+    ProgressTask task(progress, share...);
+    auto result = action();
+    task.end();
+    return result;
+}
 
 } // namespace bk

@@ -6,7 +6,7 @@
 
 namespace bk {
 
-void report_out_of_memory(const char* operation) noexcept {
+void report_out_of_memory(const char* operation) {
     if (!is_reported(CoreLogHandler::level_error)) {
         return;
     }

@@ -25,21 +25,27 @@ inline bool is_reported(int level) {
     return handler != nullptr && handler->get_verbosity() >= level;
 }
 
-/// Composes a message out of its parts and delivers it; nothing is composed when nobody takes it. A message for which
-/// there is no memory is left out: what it is about is a fault of the document and goes on as such.
-template <class... Parts>
-void report(int level, const Parts&... parts) {
+/// Delivers the message that `compose` makes; nothing is composed when nobody takes it. A message for which there is no
+/// memory is left out: what it is about is a fault of the document and goes on as such.
+template <class Compose>
+void report_composed(int level, Compose compose) {
     if (!is_reported(level)) {
         return;
     }
     const KeptErrno kept;
     try {
         CoreLogStream stream;
-        ((stream += parts), ...);
+        compose(stream);
         CoreLogHandler::s_main_log_handler->log(level, stream);
     } catch (const std::bad_alloc&) {
         return;
     }
+}
+
+/// The same of parts that are there already.
+template <class... Parts>
+void report(int level, const Parts&... parts) {
+    report_composed(level, [&](CoreLogStream& stream) { ((stream += parts), ...); });
 }
 
 template <class... Parts>

@@ -1,6 +1,6 @@
 #include "core/core_containers.h"
 
-#include <stdexcept>
+#include "core/memory/core_count_impl.h"
 
 // Apart from the storage itself, so that a program that brings its own can still link this.
 
@@ -8,5 +8,5 @@
 constexpr std::size_t CoreMemory::largest_slab_block; // NOLINT(readability-redundant-declaration)
 
 void CoreMemory::refuse_count() {
-    throw std::length_error("more than 4294967295 elements");
+    throw bk::CountRefused("more than 4294967295 elements");
 }

@@ -63,23 +63,28 @@ std::size_t count_controls(std::string_view sample) noexcept {
     return static_cast<std::size_t>(std::count_if(sample.begin(), sample.end(), is_control));
 }
 
-std::string_view kind_of_mark(std::string_view sample) noexcept {
+std::string_view kind_of_mark(std::string_view sample, bool has_controls) noexcept {
     for (const Mark& mark : marks) {
-        if (sample.starts_with(mark.bytes) && (!mark.may_be_text || count_controls(sample) != 0)) {
+        if (sample.starts_with(mark.bytes) && (!mark.may_be_text || has_controls)) {
             return mark.kind;
         }
     }
     return {};
 }
 
-/// Text of 16 or 32 bits a character, most of them Latin: three of four or every other byte is NUL.
-std::string_view kind_of_wide_text(std::string_view sample) noexcept {
+/// Text of 16 or 32 bits a character that says so itself.
+std::string_view kind_of_wide_mark(std::string_view sample) noexcept {
     if (sample.starts_with("\xFF\xFE\0\0"sv) || sample.starts_with("\0\0\xFE\xFF"sv)) {
         return "UTF-32 text";
     }
     if (sample.starts_with("\xFF\xFE"sv) || sample.starts_with("\xFE\xFF"sv)) {
         return "UTF-16 text";
     }
+    return {};
+}
+
+/// One that does not, most of it Latin: three of four or every other byte is NUL.
+std::string_view kind_of_wide_text(std::string_view sample) noexcept {
     std::array<std::size_t, 4> nuls{}; // by the place in four bytes
     for (std::size_t i = 0; i < sample.size(); ++i) {
         nuls[i % 4] += sample[i] == '\0' ? 1 : 0;
@@ -180,12 +185,21 @@ bool is_binary(std::string_view sample) noexcept {
 
 std::string_view foreign_kind(std::string_view bytes) noexcept {
     const std::string_view sample = bytes.substr(0, sample_size);
-    for (const auto look : {kind_of_mark, kind_of_wide_text, kind_of_other_syntax}) {
-        if (const std::string_view kind = look(sample); !kind.empty()) {
-            return kind;
-        }
+    const bool has_controls = count_controls(sample) != 0;
+    std::string_view kind = kind_of_mark(sample, has_controls);
+    if (kind.empty()) {
+        kind = kind_of_other_syntax(sample);
     }
-    return is_binary(sample) ? "binary data of another kind" : std::string_view();
+    if (kind.empty()) {
+        kind = kind_of_wide_mark(sample);
+    }
+    if (kind.empty() && has_controls) {
+        kind = kind_of_wide_text(sample);
+    }
+    if (kind.empty() && has_controls && is_binary(sample)) {
+        kind = "binary data of another kind";
+    }
+    return kind;
 }
 
 } // namespace bk_parser

@@ -91,7 +91,7 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     const bool is_file = !path_.empty();
     bk::Preprocessor preprocessor(
         folders, key, host, options_.limits,
-        {options_.beside && is_file, true, bk::pace_step, options_.follow_includes});
+        {options_.beside && is_file, true, bk::pace_step, options_.follow_includes, true});
     CoreString text;
     const double version = preprocessor.run(CoreString(std::string_view(name_)),
                                             CoreString(std::string_view(path_)), std::move(bytes), text);

@@ -123,9 +123,8 @@ void Loader::read_archive(std::string_view bytes, const Meter::Range& range) {
 void Loader::read_words(CoreString&& text, const Meter::Range& range) {
     sources_.enter({name_, {}}, path_, {});
     sources_.copy(0, text.get_length(), 0);
-    CoreString kept = std::move(text);
-    parse_text(kept.get_view(), range);
-    sources_.leave(std::move(kept));
+    sources_.leave(std::move(text));
+    parse_text(sources_.get_files().front()->text.get_text(), range);
 }
 
 /// Words that name no string are left out.

@@ -1,8 +1,12 @@
 #include "document/problems/problem_list_impl.h"
 
+#include "document/problems/problem_codes_impl.h"
 #include "document/sources/path_text_impl.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
+#include <unordered_set>
 #include <utility>
 
 namespace bk_parser {
@@ -10,8 +14,10 @@ namespace bk_parser {
 namespace {
 
 constexpr std::size_t longest_line = 4096;
+/// Of all source lines together: a document of one line may have a million problems.
+constexpr std::size_t most_line_bytes = std::size_t{64} << 20;
 
-void add_place(Problem& problem, const SourceMap& sources, const Spot& spot) {
+void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std::size_t& line_bytes) {
     const SourceFile& file = sources.file_of(spot);
     const Place place = file.text.place_of(spot.offset);
     const std::size_t begin = file.text.line_begin(spot.offset);
@@ -21,13 +27,41 @@ void add_place(Problem& problem, const SourceMap& sources, const Spot& spot) {
     problem.column = static_cast<unsigned int>(place.column);
     problem.offset = spot.offset;
     problem.length = spot.length;
-    problem.source_line = file.text.get_text().substr(begin, std::min(end - begin, longest_line));
+    const std::size_t shown = std::min(end - begin, longest_line);
+    if (shown <= line_bytes) {
+        problem.source_line = file.text.get_text().substr(begin, shown);
+        line_bytes -= shown;
+    }
     for (std::size_t inclusion = spot.inclusion; inclusion != 0;) {
         const Spot& directive = sources.inclusion(inclusion).directive;
         problem.included_from.push_back(path_of_text(sources.file_of(directive).name.shown));
         inclusion = directive.inclusion;
     }
 }
+
+/// Which problems were told already.
+class ToldProblems {
+public:
+    explicit ToldProblems(const SourceMap& sources) noexcept : sources_(sources) {}
+
+    /// False when the same was told of the same place of a file.
+    bool add(const Spot& spot, std::string_view code, std::string_view message) {
+        const std::size_t file = sources_.file_of_inclusion(spot.inclusion);
+        const std::size_t what =
+            std::hash<std::string_view>()(code) ^ std::hash<std::string_view>()(message) * 31;
+        return told_.insert({file, spot.offset, what}).second;
+    }
+
+private:
+    struct Hash {
+        std::size_t operator()(const std::array<std::size_t, 3>& key) const noexcept {
+            return (key[0] * 1000003 + key[1]) * 1000003 ^ key[2];
+        }
+    };
+
+    const SourceMap& sources_;
+    std::unordered_set<std::array<std::size_t, 3>, Hash> told_;
+};
 
 } // namespace
 
@@ -38,6 +72,10 @@ void ProblemList::add(Severity severity, std::string_view code, std::string mess
 void ProblemList::add(Severity severity, std::string_view code, std::string message,
                       std::filesystem::path file) {
     noticed_.push_back({severity, code, std::move(message), std::move(file), {}, false});
+}
+
+void ProblemList::add(std::string_view code, std::string message, const Spot& spot) {
+    add(severity_of(code), code, std::move(message), spot);
 }
 
 bool ProblemList::has_errors() const noexcept {
@@ -52,8 +90,15 @@ void ProblemList::forget(std::string_view code) {
 std::vector<Problem> ProblemList::take(const SourceMap& sources, const std::vector<std::string>& allow) {
     std::stable_sort(noticed_.begin(), noticed_.end(),
                      [](const Noticed& a, const Noticed& b) { return a.spot.expanded < b.spot.expanded; });
+    std::size_t line_bytes = most_line_bytes;
+    const bool may_repeat = sources.get_inclusion_count() > sources.get_files().size();
+    ToldProblems told(sources);
     std::vector<Problem> problems;
     for (Noticed& noticed : noticed_) {
+        const bool has_place = noticed.has_spot && !sources.is_empty();
+        if (may_repeat && has_place && !told.add(noticed.spot, noticed.code, noticed.message)) {
+            continue;
+        }
         if (std::find(allow.begin(), allow.end(), noticed.code) != allow.end()) {
             continue;
         }
@@ -61,8 +106,8 @@ std::vector<Problem> ProblemList::take(const SourceMap& sources, const std::vect
         problem.severity = noticed.severity;
         problem.code = noticed.code;
         problem.message = std::move(noticed.message);
-        if (noticed.has_spot && !sources.is_empty()) {
-            add_place(problem, sources, noticed.spot);
+        if (has_place) {
+            add_place(problem, sources, noticed.spot, line_bytes);
         } else {
             problem.file = std::move(noticed.file);
         }

@@ -15,6 +15,8 @@ class ProblemList {
 public:
     /// A problem at a place of a file.
     void add(Severity severity, std::string_view code, std::string message, const Spot& spot);
+    /// The same; the severity is that of the table.
+    void add(std::string_view code, std::string message, const Spot& spot);
     /// A problem of a whole file, or of none.
     void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
 
@@ -22,7 +24,8 @@ public:
     bool has_errors() const noexcept;
     /// Takes back the problems of a code.
     void forget(std::string_view code);
-    /// In the order of the expanded text, those of allowed codes left out.
+    /// In the order of the expanded text, those of allowed codes left out. What is wrong in a file that is included more than
+    /// once is told at the first place.
     std::vector<Problem> take(const SourceMap& sources, const std::vector<std::string>& allow);
 
 private:

@@ -41,12 +41,10 @@ std::uint64_t ByteHash::finish() const noexcept {
     std::array<unsigned char, block_size> last{};
     std::copy_n(rest_.data(), rest_size_, last.data());
     for (std::size_t i = 0; i < lane_count; ++i) {
-        hash = mix(hash, lanes_[i]);
-        hash = mix(hash, bk::load_le64(last.data() + i * sizeof(std::uint64_t)));
+        hash = spread(hash ^ lanes_[i]);
+        hash = spread(hash ^ bk::load_le64(last.data() + i * sizeof(std::uint64_t)));
     }
-    hash ^= hash >> 32;
-    hash *= last_factor;
-    return hash ^ hash >> 29;
+    return hash;
 }
 
 } // namespace bk_parser

@@ -3,7 +3,6 @@
 #include "core/text/core_bytes_impl.h"
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -32,7 +31,14 @@ private:
     static constexpr std::uint64_t last_factor = 0xA4093822299F31D1u;
 
     static std::uint64_t mix(std::uint64_t lane, std::uint64_t word) noexcept {
-        return std::rotl((lane ^ word) * factor, 29);
+        const std::uint64_t product = (lane ^ word) * factor;
+        return product ^ product >> 32; // the product's high bits depend on all bits, its low ones on few
+    }
+    /// Lets each bit depend on all.
+    static std::uint64_t spread(std::uint64_t hash) noexcept {
+        hash = (hash ^ hash >> 31) * factor;
+        hash = (hash ^ hash >> 29) * last_factor;
+        return hash ^ hash >> 32;
     }
     void add_blocks(const unsigned char* bytes, std::size_t count) noexcept;
 

@@ -19,31 +19,29 @@ std::string reason_or(const char* general) {
     return reason.empty() ? general : reason;
 }
 
-/// Reads until the file ends. A file may be longer or shorter than it was when it was opened.
+/// Reads until the file ends. A file may be longer or shorter than it was when it was opened: one byte more than its size is
+/// asked for, to see its end.
 bool read_pieces(bk::FileInput& input, core_uint64 most, FileBytes& file, Meter& meter) {
     ByteHash hash;
     std::size_t have = 0;
-    auto room = static_cast<std::size_t>(input.size());
-    bool is_whole = false;
-    while (!is_whole) {
+    const core_uint64 largest = std::min<core_uint64>(most + 1, CoreString::max_length);
+    core_uint64 room = static_cast<core_uint64>(input.size()) + 1;
+    for (bool is_whole = false; !is_whole;) {
         if (have == room) {
-            room = have + 1; // to see that there is no more
+            room += room / 2 + 1; // the file has grown
         }
-        if (room > most + 1) {
-            file.is_too_large = true;
-            return true;
-        }
+        room = std::min(room, largest);
         char* const bytes = file.bytes.resize(static_cast<unsigned int>(room));
-        const std::size_t wanted = std::min(piece_size, room - have);
+        const std::size_t wanted = std::min<std::size_t>(piece_size, static_cast<std::size_t>(room) - have);
         const std::size_t got = input.read(bytes + have, wanted);
         hash.add({bytes + have, got});
         have += got;
-        is_whole = got < wanted;
+        is_whole = got < wanted || wanted == 0;
         meter.reach(have);
     }
+    file.is_too_large = have > most;
     file.bytes.resize(static_cast<unsigned int>(have));
     file.hash = hash.finish();
-    file.is_too_large = have > most;
     return input.close();
 }
 

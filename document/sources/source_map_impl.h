@@ -43,6 +43,14 @@ struct Inclusion {
 /// Which file each byte of the expanded text came from.
 class SourceMap {
 public:
+    /// A stretch of a file that is a stretch of the expanded text. Texts have lengths of 32 bits.
+    struct Piece {
+        std::uint32_t expanded;
+        std::uint32_t offset;
+        std::uint32_t length;
+        std::uint32_t inclusion;
+    };
+
     /// A file begins, at the place of a directive in the file that was current until now.
     void enter(const SourceName& name, std::string_view path, const Spot& directive);
     /// The current file ends. Its text is kept, of a file that is included more than once the first.
@@ -68,17 +76,14 @@ public:
     }
     /// Each file once, in the order of its first inclusion.
     const std::vector<std::unique_ptr<SourceFile>>& get_files() const noexcept { return files_; }
+    /// By ascending place in the expanded text. No two are of one stretch.
+    const std::vector<Piece>& get_pieces() const noexcept { return pieces_; }
+    /// The place of a file in get_files.
+    std::size_t file_of_inclusion(std::size_t i) const noexcept { return inclusions_[i].file; }
     std::size_t get_inclusion_count() const noexcept { return inclusions_.size(); }
     std::size_t get_expanded_size() const noexcept;
 
 private:
-    struct Piece { // texts have lengths of 32 bits
-        std::uint32_t expanded;
-        std::uint32_t offset;
-        std::uint32_t length;
-        std::uint32_t inclusion;
-    };
-
     std::size_t file_index(const SourceName& name, std::string_view path);
 
     std::vector<std::unique_ptr<SourceFile>> files_;

@@ -19,7 +19,8 @@ class BkParserRecipe(ConanFile):
 
     def export_sources(self):
         tree = os.path.join(self.recipe_folder, "..", "..")
-        for pattern in ("CMakeLists.txt", "LICENSE", "*.md", "cmake/*", "core/*", "parser/*", "document/*", "tools/*", "docs/*"):
+        floors = ("core/*", "parser/*", "document/*")
+        for pattern in ("CMakeLists.txt", "LICENSE", "*.md", "cmake/*", *floors, "tools/*", "docs/*", "abi/*", "examples/*"):
             copy(self, pattern, src=tree, dst=self.export_sources_folder)
 
     def config_options(self):
@@ -32,6 +33,10 @@ class BkParserRecipe(ConanFile):
 
     def layout(self):
         cmake_layout(self)
+
+    def requirements(self):
+        if self.options.tools:
+            self.requires("cli11/[>=2.1]")
 
     def validate(self):
         check_min_cppstd(self, 20)
@@ -56,6 +61,7 @@ class BkParserRecipe(ConanFile):
 
     def package_info(self):
         self.cpp_info.libs = ["bk_parser"]
+        self.cpp_info.includedirs = ["include/bk_parser"]
         self.cpp_info.set_property("cmake_file_name", "bk_parser")
         self.cpp_info.set_property("cmake_target_name", "bk_parser::bk_parser")
         self.cpp_info.set_property("pkg_config_name", "bk_parser")

@@ -12,7 +12,9 @@ ParserArchive::ParserArchive(ParserArchive&& other) noexcept
     : lookup_(std::move(other.lookup_)), known_words_(std::exchange(other.known_words_, 0)),
       strings(std::move(other.strings)), indices(std::move(other.indices)) {}
 
-ParserArchive& ParserArchive::operator=(const ParserArchive& other) = default;
+ParserArchive& ParserArchive::operator=(const ParserArchive& other) {
+    return *this = ParserArchive(other); // what can fail comes before anything changes
+}
 
 ParserArchive& ParserArchive::operator=(ParserArchive&& other) noexcept {
     ParserArchive taken(std::move(other));
@@ -28,6 +30,7 @@ ParserArchive::~ParserArchive() = default;
 void ParserArchive::operator+=(const CoreString& word) {
     bk::WordLookup lookup(lookup_, known_words_, strings);
     lookup.catch_up();
+    indices.make_room(1);
     const unsigned int index = lookup.find_or_cover(word.get_view());
     if (index == strings.get_count()) {
         strings.add(word);

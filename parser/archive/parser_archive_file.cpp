@@ -1,4 +1,5 @@
 #include "core/reports/app_progress_impl.h"
+#include "core/reports/core_diagnostic_impl.h"
 #include "core/reports/core_guard_impl.h"
 #include "core/sys_file.h"
 #include "core/text/core_bytes_impl.h"
@@ -92,7 +93,9 @@ const char* save(const ParserArchive& archive, const CoreString& filename, bk::P
     bar.set_value(0.5f);
     write_all(file, index_block(archive.indices, bk::archive_index_width(archive.strings.get_count())));
     bar.set_value(1.0f);
-    file.close();
+    if (!file.close()) {
+        bk::report_error("ParserImpl.save_archive: Can't save archive '", filename, "'.\n");
+    }
     return no_error;
 }
 

@@ -76,7 +76,7 @@ private:
             Level& level = levels_.back();
             if (level.is_in_entry) {
                 if (add_values(level)) {
-                    level.task.reset();
+                    end_task(level);
                     level.is_in_entry = false;
                 }
             } else if (level.next_entry < level.entry_count) {
@@ -89,6 +89,13 @@ private:
                 }
                 levels_.pop_back();
             }
+        }
+    }
+
+    static void end_task(Level& level) {
+        if (level.task.has_value()) {
+            level.task->end();
+            level.task.reset();
         }
     }
 
@@ -150,7 +157,11 @@ private:
 
     void add_word_of(const ParserValue& value) {
         CoreString word;
-        bk::TextWriter(word, false).write_value(value, 0);
+        {
+            bk::TextWriter writer(word, false);
+            writer.write_value(value, 0);
+            writer.finish();
+        }
         archive_ += word;
     }
 
@@ -159,15 +170,20 @@ private:
     std::deque<Level> levels_; // levels stay where they are: a task cannot be moved
 };
 
-/// All of them or, when memory runs out, none.
+/// All of them or, when memory runs out or the host throws, none.
 template <class Action>
 void add_words(ParserArchive& archive, const char* operation, Action action) {
     const unsigned int string_count = archive.strings.get_count();
     const unsigned int index_count = archive.indices.get_count();
-    if (!bk::completed(operation, action)) {
-        archive.strings.truncate(string_count);
-        archive.indices.truncate(index_count);
-    }
+    bk::completed(operation, [&] {
+        try {
+            action();
+        } catch (...) {
+            archive.strings.truncate(string_count);
+            archive.indices.truncate(index_count);
+            throw;
+        }
+    });
 }
 
 } // namespace

@@ -1,10 +1,10 @@
 #include "parser/archive/parser_word_lookup_impl.h"
 
 #include "core/core_hash.h"
+#include "core/memory/core_count_impl.h"
 #include "parser/archive/parser_word_hash_impl.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace bk {
 
@@ -86,7 +86,7 @@ bool WordLookup::ends_search(unsigned int slot, unsigned int hash, std::string_v
 
 void WordLookup::grow() {
     if (slot_count() == most_slots) {
-        throw std::length_error("ParserArchive: too many words");
+        throw CountRefused("ParserArchive: too many words");
     }
     const unsigned int size = 2 * std::max(first_slot_count, table_.get_count());
     CoreVector<unsigned int> fresh; // the old table stays when there is no memory for a new one

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/text/core_bytes_impl.h"
+#include "core/text/core_eight_impl.h"
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -10,15 +10,12 @@
 namespace bk {
 
 /// Where the first NUL stands. Names are short, and a call costs more than they do: of the first bytes eight are
-/// looked at together. The lowest bit set is the top bit of the first byte that is zero.
+/// looked at together.
 inline std::size_t find_nul(std::string_view text) noexcept {
-    constexpr std::uint64_t ones = 0x0101010101010101u;
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
-    constexpr std::size_t step = sizeof(std::uint64_t);
+    constexpr std::size_t step = 8;
     for (std::size_t i = 0; i < 2 * step && text.size() - i >= step; i += step) {
-        const std::uint64_t eight = load_le64(bytes + i);
-        if (const std::uint64_t zeros = (eight - ones) & ~eight & (ones << 7)) {
-            return i + static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
+        if (const std::uint64_t found = find_in_eight(load_eight(text.data() + i), '\0')) {
+            return i + before_first(found);
         }
     }
     return text.find('\0');

@@ -9,7 +9,6 @@
 #include "parser/model/parser_value_impl.h"
 
 #include <algorithm>
-#include <bit>
 #include <memory>
 #include <utility>
 
@@ -18,10 +17,15 @@ namespace bk {
 namespace {
 
 void report_large_entry(std::string_view name, core_uint64 size, unsigned int buffer_size) {
-    if (is_reported(CoreLogHandler::level_warning)) {
-        report_warning("ParserEntry.set_binary: ParserEntry '", CoreString(name), "', chunk size (", size,
-                       ") is larger than the given buffer (", buffer_size, ")\n");
-    }
+    report_composed(CoreLogHandler::level_warning, [&](CoreLogStream& stream) {
+        stream += "ParserEntry.set_binary: ParserEntry '";
+        stream += CoreString(name);
+        stream += "', chunk size (";
+        stream += size;
+        stream += ") is larger than the given buffer (";
+        stream += buffer_size;
+        stream += ")\n";
+    });
 }
 
 /// An entry's values that are all scalars and strings, and stand in the buffer whole.
@@ -101,7 +105,7 @@ bool BinaryDecoder::read_group(ParserGroup& group) {
     }
 }
 
-/// Memory has run out: of the group that is being read the entries that are whole stay.
+/// Memory has run out, or the host has thrown: of the group that is being read the entries that are whole stay.
 void BinaryDecoder::keep_whole_entries() noexcept {
     discard_values(0);
     if (levels_.empty()) {

@@ -93,15 +93,16 @@ private:
 template <class Write>
 core_uint64 encode(CoreVector<char>& out, const char* operation, Write write) {
     const unsigned int begin = out.get_count();
-    const core_uint64 size = guarded(operation, core_uint64{0}, [&] {
-        BinaryEncoder encoder(out);
-        write(encoder);
-        return encoder.finish(operation);
+    return guarded(operation, core_uint64{0}, [&] {
+        try {
+            BinaryEncoder encoder(out);
+            write(encoder);
+            return encoder.finish(operation);
+        } catch (...) {
+            out.truncate(begin);
+            throw;
+        }
     });
-    if (size == 0) {
-        out.truncate(begin);
-    }
-    return size;
 }
 
 /// What is wrong with binary data, and where.

@@ -1,4 +1,5 @@
 #include "core/reports/core_guard_impl.h"
+#include "core/text/core_hexadecimal_impl.h"
 #include "parser/cipher/parser_cipher_impl.h"
 #include "parser/parser_entry.h"
 #include "parser/parser_file.h"
@@ -10,8 +11,6 @@
 #include <utility>
 
 namespace {
-
-constexpr char digits[] = "0123456789ABCDEF";
 
 std::string_view view_of(const CoreArray<unsigned char>& data) noexcept {
     return {reinterpret_cast<const char*>(data.get_data()), data.get_count()};
@@ -35,8 +34,7 @@ bool encipher_into(CoreArray<unsigned char>& data, const CoreString& text, const
 
 void write_hexadecimal(char* out, const CoreArray<unsigned char>& data) noexcept {
     for (const unsigned char byte : data) {
-        *out++ = digits[byte / 16];
-        *out++ = digits[byte % 16];
+        out = bk::put_hexadecimal(out, byte);
     }
 }
 

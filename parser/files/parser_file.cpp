@@ -1,5 +1,6 @@
 #include "parser/parser_file.h"
 
+#include "core/files/sys_path_impl.h"
 #include "core/reports/app_progress_impl.h"
 #include "core/reports/core_guard_impl.h"
 #include "core/sys_file.h"
@@ -32,16 +33,15 @@ ParserFile& ParserFile::operator=(const ParserFile& other) {
     if (this == &other) {
         return *this;
     }
-    ++*other.root_owners_;
-    release_root();
-    filename_ = other.filename_;
-    folder_ = other.folder_;
-    root_ = other.root_;
-    root_owners_ = other.root_owners_;
-    search_paths_ = other.search_paths_;
+    ParserFile copy(other); // what can fail comes before anything changes
+    filename_ = std::move(copy.filename_);
+    folder_ = std::move(copy.folder_);
+    std::swap(root_, copy.root_);
+    std::swap(root_owners_, copy.root_owners_);
+    search_paths_.swap(copy.search_paths_);
     storage_ = other.storage_;
     serial_version_ = other.serial_version_;
-    dependencies_ = other.dependencies_;
+    std::swap(dependencies_, copy.dependencies_);
     limits_ = other.limits_;
     return *this;
 }
@@ -62,8 +62,9 @@ void ParserFile::clear() {
 }
 
 void ParserFile::set_filename(const CoreString& filename) {
-    filename_ = filename;
-    folder_ = filename_.is_empty() ? CoreString() : SysFilesystem::get_folder(filename_);
+    CoreString name(filename);
+    folder_ = CoreString(bk::folder_of(name.get_view(), bk::native_path_style));
+    filename_ = std::move(name);
 }
 
 void ParserFile::set_search_paths(const CoreVector<CoreString>& paths) {
@@ -75,12 +76,16 @@ void ParserFile::get_text(CoreString& out) const {
 }
 
 bool ParserFile::read(const CoreString& filename, const CoreString& key, AppProgressBar* progress) {
-    const bool is_read =
-        bk::guarded("ParserFile.read", false, [&] { return read_document(filename, key, progress); });
-    if (!is_read) {
-        serial_version_ = CoreVersion();
-    }
-    return is_read;
+    return bk::guarded("ParserFile.read", false, [&] {
+        try {
+            const bool is_read = read_document(filename, key, progress);
+            serial_version_ = is_read ? serial_version_ : CoreVersion();
+            return is_read;
+        } catch (...) {
+            serial_version_ = CoreVersion();
+            throw;
+        }
+    });
 }
 
 bool ParserFile::read_document(const CoreString& filename, const CoreString& key, AppProgressBar* progress) {
@@ -93,8 +98,10 @@ bool ParserFile::read_document(const CoreString& filename, const CoreString& key
     if (!preprocess(text, key, progress)) {
         return false;
     }
-    const bk::ProgressTask task(bar);
-    return bk::read_text(*root_, text, serial_version_, bar, observer_, limits_) != bk::TextResult::stopped;
+    return bk::within_task(bar, [&] {
+        return bk::read_text(*root_, text, serial_version_, bar, observer_, limits_) !=
+               bk::TextResult::stopped;
+    });
 }
 
 bool ParserFile::preprocess(CoreString& text, const CoreString& key, AppProgressBar* progress) {
@@ -102,13 +109,15 @@ bool ParserFile::preprocess(CoreString& text, const CoreString& key, AppProgress
     places.add(CoreString()); // last, the name as it stands
     dependencies_ = CoreSet<CoreString>();
     const bk::Progress bar(progress);
-    const bk::ProgressTask task(bar, 0.5F);
-    bk::LogHost host(places.get_count(), observer_);
-    bk::Preprocessor preprocessor(places, key, host, limits_);
-    serial_version_ = preprocessor.run(filename_, bar, text);
-    dependencies_ = preprocessor.included_paths();
-    if (storage_ == STORAGE_UNKNOWN && preprocessor.has_loaded()) {
-        storage_ = preprocessor.is_encrypted() ? STORAGE_ENCRYPTED : STORAGE_PLAIN;
-    }
-    return serial_version_.is_set();
+    const auto run = [&] {
+        bk::LogHost host(places.get_count(), observer_);
+        bk::Preprocessor preprocessor(places, key, host, limits_);
+        serial_version_ = preprocessor.run(filename_, bar, text);
+        dependencies_ = preprocessor.included_paths();
+        if (storage_ == STORAGE_UNKNOWN && preprocessor.has_loaded()) {
+            storage_ = preprocessor.is_encrypted() ? STORAGE_ENCRYPTED : STORAGE_PLAIN;
+        }
+        return serial_version_.is_set();
+    };
+    return bk::within_task(bar, run, 0.5F);
 }

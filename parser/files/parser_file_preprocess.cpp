@@ -40,11 +40,25 @@ double Preprocessor::run(const CoreString& name, const CoreString& path, CoreStr
 }
 
 double Preprocessor::finish(Progress progress) {
-    const double version = scan(progress);
+    const double version = within_task(
+        progress, [&] { return scan(progress); }, 0.7F);
     while (!open_files_.empty()) { // of a reading that failed
         leave();
     }
     return version;
+}
+
+/// The files that are still open when an exception ends the reading are left, too; that one is not to be replaced by another.
+/// The text may be gone by then.
+Preprocessor::~Preprocessor() {
+    shown_ = {};
+    while (!open_files_.empty()) {
+        try {
+            leave();
+        } catch (...) {
+            continue;
+        }
+    }
 }
 
 /// Opens a file, inside those that are open.
@@ -67,13 +81,19 @@ void Preprocessor::open(Place&& place, Source&& source, Progress progress) {
     }
     host_.entered({file.place.name, file.place.found, file.place.path, file.source.text,
                    file.source.is_encrypted, tried_});
+    file.is_told = true;
 }
 
 /// Closes the innermost file; the result is its version.
 double Preprocessor::leave() {
+    if (open_files_.size() == 1 && !shown_.empty()) {
+        finish_shown();
+    }
     OpenFile& file = open_files_.back();
     const double version = file.version;
-    host_.left(std::move(file.source.text));
+    if (std::exchange(file.is_told, false)) {
+        host_.left(std::move(file.source.text));
+    }
     open_paths_.erase(file.place.path.get_view());
     open_files_.pop_back();
     return version;
@@ -102,7 +122,8 @@ bool Preprocessor::find_at(const CoreString& folder, Place& place) {
         candidate += '/';
     }
     candidate += place.name;
-    if (!is_file(candidate.get_view())) {
+    // The shell hands over a pipe as a document; a document that names one as an include could wait for ever.
+    if (!(open_files_.empty() ? is_file(candidate.get_view()) : is_regular_file(candidate.get_view()))) {
         tried_.push_back(std::move(candidate));
         return false;
     }
@@ -193,7 +214,6 @@ void Preprocessor::note_storage(bool is_encrypted) noexcept {
 
 /// Scans the innermost file that is open until the outermost one has come to its end.
 double Preprocessor::scan(Progress progress) {
-    const ProgressTask task(progress, 0.7F);
     progress.set_step_count(open_files_.back().source.text.get_length());
     double version = failed;
     while (!open_files_.empty()) {
@@ -238,12 +258,56 @@ bool Preprocessor::end_file(double& version) {
 
 bool Preprocessor::append_piece(const OpenFile& file, const SourcePiece& piece) {
     if (!piece.text.empty()) {
-        host_.copied(piece, out_->get_length());
+        host_.copied(piece, static_cast<unsigned int>(out_->get_length() + shown_.size()));
     }
-    const core_uint64 size = core_uint64{out_->get_length()} + piece.text.size();
-    if (size > limits_.expanded_size || !out_->append(piece.text)) {
+    const core_uint64 size = core_uint64{out_->get_length()} + shown_.size() + piece.text.size();
+    if (size > limits_.expanded_size || !(show_piece(piece) || (copy_shown() && append(piece.text)))) {
         is_ended_ = true;
         return fail(SourceFault::text_too_large, file.place, piece);
+    }
+    return true;
+}
+
+/// As long as the text is one stretch of the first file, that is not copied. False when this piece ends that.
+bool Preprocessor::show_piece(const SourcePiece& piece) noexcept {
+    if (!rules_.shows_source || open_files_.size() != 1 || !out_->is_empty()) {
+        return false;
+    }
+    if (shown_.empty()) {
+        shown_ = piece.text;
+        return true;
+    }
+    if (!piece.text.empty() && shown_.data() + shown_.size() != piece.text.data()) {
+        return false;
+    }
+    shown_ = {shown_.data(), shown_.size() + piece.text.size()};
+    return true;
+}
+
+bool Preprocessor::copy_shown() {
+    return shown_.empty() || append(std::exchange(shown_, {}));
+}
+
+/// The first file ends. What runs up to its end is followed by a NUL, and stays where it is when the file's text moves to the host.
+void Preprocessor::finish_shown() {
+    const std::string_view source = open_files_.back().source.text.get_view();
+    const bool is_rest = shown_.data() + shown_.size() == source.data() + source.size();
+    if (is_rest && shown_.size() > CoreString::inline_capacity) {
+        out_->set_borrowed(shown_.data(), static_cast<unsigned int>(shown_.size()));
+        shown_ = {};
+    } else {
+        copy_shown();
+    }
+}
+
+/// Takes room for as much as the first file at once, instead of by doubling.
+bool Preprocessor::append(std::string_view text) {
+    if (!out_->append(text)) {
+        return false;
+    }
+    if (!has_room_ && out_->get_length() > CoreString::inline_capacity) {
+        has_room_ = true;
+        out_->reserve(open_files_.front().source.text.get_length());
     }
     return true;
 }

@@ -25,6 +25,8 @@ struct IncludeRules {
     std::size_t longest_piece = std::string_view::npos;
     /// Otherwise the host is told of include directives, and they are left out.
     bool follows_includes = true;
+    /// A text that is the rest of the first file, as it stands, shows that file's text, which the host keeps.
+    bool shows_source = false;
 };
 
 /// Turns a file into the text that is parsed: finds it along the search paths, deciphers it, splices in its
@@ -34,6 +36,9 @@ public:
     /// The arguments outlive the preprocessor.
     Preprocessor(const CoreVector<CoreString>& search_paths, const CoreString& key, SourceHost& host,
                  const ParserLimits& limits, IncludeRules rules = {});
+    ~Preprocessor();
+    Preprocessor(const Preprocessor&) = delete;
+    Preprocessor& operator=(const Preprocessor&) = delete;
 
     /// Appends the text of the file and what it includes to `text`. The result is the serial version, 1.0 when the
     /// file states none, and 0.0 when it, or an include, cannot be had; the host is told why.
@@ -71,6 +76,7 @@ private:
         Source source;
         SourceScanner scanner;
         double version = 1.0;
+        bool is_told = false; // the host knows that it was entered
     };
 
     bool enter(const CoreString& name, Progress progress);
@@ -87,6 +93,10 @@ private:
     void note_storage(bool is_encrypted) noexcept;
     double scan(Progress progress);
     bool append_piece(const OpenFile& file, const SourcePiece& piece);
+    bool show_piece(const SourcePiece& piece) noexcept;
+    bool copy_shown();
+    void finish_shown();
+    bool append(std::string_view text);
     bool include(const SourcePiece& piece);
     bool end_file(double& version);
     bool fail(SourceFault fault, const Place& place, const SourcePiece& piece = {}, core_uint64 announced = 0,
@@ -98,6 +108,7 @@ private:
     const ParserLimits& limits_;
     IncludeRules rules_;
     CoreString* out_ = nullptr;
+    std::string_view shown_; // of the first file's text, to come in `out_`
     CoreString top_path_;
     CoreSet<CoreString> included_paths_;
     std::deque<OpenFile> open_files_; // each included by the one before; they stay where they are
@@ -108,6 +119,7 @@ private:
     bool has_loaded_ = false;
     bool is_encrypted_ = false;
     bool is_ended_ = false;
+    bool has_room_ = false; // `out_` has
 };
 
 } // namespace bk

@@ -5,6 +5,7 @@
 #include "parser/parser_file.h"
 #include "parser/text/parser_text_writer_impl.h"
 
+#include <memory>
 #include <vector>
 
 namespace {
@@ -25,6 +26,15 @@ void set_written_version(ParserEntry& entry) {
     } else {
         entry.add_double(bk::written_version);
     }
+}
+
+/// Listed when it is whole.
+void add_version_entry(ParserGroup& root) {
+    auto entry =
+        std::make_unique<ParserEntry>(CoreString(bk::version_keyword), ParserEntry::TYPE_KEYWORD, 0, 0);
+    set_written_version(*entry);
+    root.add_entry(*entry);
+    static_cast<void>(entry.release());
 }
 
 bool print_document(const ParserGroup& root, CoreString& out) {
@@ -73,11 +83,11 @@ bool ParserFile::write_document(const Mode& mode, const CoreString& filename, co
 }
 
 bool ParserFile::write_encrypted(SysFile& file, const CoreString& key) {
-    ParserEntry* version = find_version_entry(*root_);
-    if (version == nullptr) {
-        version = root_->add_entry(CoreString(bk::version_keyword), 0, 0);
+    if (ParserEntry* const version = find_version_entry(*root_)) {
+        set_written_version(*version);
+    } else {
+        add_version_entry(*root_);
     }
-    set_written_version(*version);
     CoreString text;
     if (!print_document(*root_, text)) {
         return false;

@@ -14,7 +14,7 @@ constexpr std::string_view include_directive = "#include \"";
 
 } // namespace
 
-SourcePiece SourceScanner::next() noexcept {
+SourcePiece SourceScanner::next() {
     SourcePiece piece;
     piece_begin_ = position_;
     if (skips_directive_) {
@@ -45,7 +45,7 @@ std::size_t SourceScanner::find_special(std::size_t from, std::size_t end) const
 }
 
 /// True when the piece ends here.
-bool SourceScanner::take_special(SourcePiece& piece) noexcept {
+bool SourceScanner::take_special(SourcePiece& piece) {
     switch (source_[position_]) {
     case '#':
         if (take_directive(piece)) {
@@ -106,7 +106,7 @@ void SourceScanner::take_version(SourcePiece& piece) noexcept {
     }
     piece.argument = source_.substr(number, line_end_ - number);
     piece.directive_length = static_cast<unsigned int>(line_end_ - position_);
-    if (keeps_later_version_lines_ && position_ != 0) {
+    if (keeps_later_version_lines_ && position_ != begin_) {
         // The line is a part of the next piece, which begins with it and does not look at its first byte again.
         finish_piece(piece, SourcePiece::Then::version, position_);
         skips_directive_ = true;
@@ -118,15 +118,15 @@ void SourceScanner::take_version(SourcePiece& piece) noexcept {
 /// A quote is escaped when an odd number of backslashes stands before it.
 void SourceScanner::take_quote() noexcept {
     std::size_t run_begin = position_;
-    while (run_begin != 0 && source_[run_begin - 1] == '\\') {
+    while (run_begin != begin_ && source_[run_begin - 1] == '\\') {
         --run_begin;
     }
-    if (position_ != 0 && (position_ - run_begin) % 2 == 0) {
+    if (position_ != begin_ && (position_ - run_begin) % 2 == 0) {
         in_string_ = !in_string_;
     }
 }
 
-void SourceScanner::copy_hexadecimal() noexcept {
+void SourceScanner::copy_hexadecimal() {
     position_ += 2;
     std::size_t end = position_;
     while (end != source_.size() && is_char(source_[end], CHAR_HEX_DIGIT)) {
@@ -140,7 +140,7 @@ std::size_t SourceScanner::after_line(std::size_t from) const noexcept {
     return line_feed == std::string_view::npos ? source_.size() : line_feed + 1;
 }
 
-void SourceScanner::step_to(std::size_t end) noexcept {
+void SourceScanner::step_to(std::size_t end) {
     if (progress_) {
         for (std::size_t i = position_; i < end; ++i) {
             progress_.step(static_cast<unsigned int>(i + 1));

@@ -7,6 +7,9 @@
 
 namespace bk {
 
+/// That of UTF-8, which some editors put in front of a text.
+inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
 /// A stretch of a source that is kept, and what ends it.
 struct SourcePiece {
     enum class Then { end, comment, version, include, open_include, pause };
@@ -19,12 +22,14 @@ struct SourcePiece {
     unsigned int directive_length = 0;
 };
 
-/// Cuts a source at comments and directives. Comments stand outside strings only; directives are found inside
+/// Cuts a source at comments and directives. A byte order mark at the very beginning is skipped: the source begins behind
+/// it, and offsets count it. Comments stand outside strings only; directives are found inside
 /// strings as well. The quote at the very beginning of a source does not open a string.
 class SourceScanner {
 public:
     SourceScanner(std::string_view source, Progress progress) noexcept
-        : source_(source), progress_(progress) {}
+        : source_(source), progress_(progress),
+          begin_(source.starts_with(byte_order_mark) ? byte_order_mark.size() : 0) {}
 
     /// Version lines that do not stand at the very beginning are kept as text, too.
     void keep_later_version_lines() noexcept { keeps_later_version_lines_ = true; }
@@ -32,27 +37,28 @@ public:
     /// Ends pieces that are longer than this, with Then::pause.
     void set_longest_piece(std::size_t size) noexcept { longest_piece_ = size; }
 
-    /// The last piece ends with Then::end.
-    SourcePiece next() noexcept;
+    /// The last piece ends with Then::end. What the host's progress bar throws passes, and ends the scanning.
+    SourcePiece next();
 
 private:
-    bool take_special(SourcePiece& piece) noexcept;
+    bool take_special(SourcePiece& piece);
     bool take_directive(SourcePiece& piece) noexcept;
     void take_include(SourcePiece& piece) noexcept;
     void take_version(SourcePiece& piece) noexcept;
     void take_quote() noexcept;
-    void copy_hexadecimal() noexcept;
+    void copy_hexadecimal();
     std::size_t find_special(std::size_t from, std::size_t end) const noexcept;
     std::size_t after_line(std::size_t from) const noexcept;
     bool looking_at(std::string_view word) const noexcept {
         return source_.substr(position_).starts_with(word);
     }
-    void step_to(std::size_t end) noexcept;
+    void step_to(std::size_t end);
     void finish_piece(SourcePiece& piece, SourcePiece::Then then, std::size_t resume_at) noexcept;
 
     std::string_view source_;
     Progress progress_;
-    std::size_t position_ = 0;
+    std::size_t begin_;
+    std::size_t position_ = begin_;
     std::size_t piece_begin_ = 0;
     std::size_t longest_piece_ = std::string_view::npos;
     std::size_t line_end_ = 0; // of the version line found last

@@ -1,12 +1,21 @@
 #include "parser/parser_entry.h"
 
 #include "core/core_memory.h"
+#include "core/memory/core_nothrow_impl.h"
+#include "core/memory/core_thread_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_tree_copy_impl.h"
 #include "parser/model/parser_value_impl.h"
 
 #include <utility>
 #include <vector>
+
+namespace {
+
+/// The entry whose destructor has just run and whose block stays: strings are left in it.
+constinit thread_local const void* kept_entry BK_TLS_MODEL = nullptr;
+
+} // namespace
 
 // In a shared library for Windows a constant has no place for callers to import without this.
 constexpr unsigned int ParserEntry::not_an_array; // NOLINT(readability-redundant-declaration)
@@ -26,9 +35,21 @@ ParserEntry::ParserEntry(const ParserEntry& other)
 }
 
 ParserEntry::~ParserEntry() {
+    if (!values_.dies_with_entry() && values_.may_outlive_entry()) [[unlikely]] {
+        leave_values();
+    }
     if (rare_ != nullptr) {
         std::destroy_at(rare_);
         CoreMemory::release(rare_, sizeof(Rare));
+    }
+}
+
+/// Some may live on, in other entries.
+void ParserEntry::leave_values() noexcept {
+    values_.forget_source(*this, nullptr);
+    values_.clear();
+    if (!values_.let_go_of_entry(*this)) {
+        kept_entry = this;
     }
 }
 
@@ -37,6 +58,7 @@ ParserEntry& ParserEntry::operator=(const ParserEntry& other) {
         ParserValueList shared;
         shared.share(other.values_);
         copy_fields(other);
+        values_.forget_source(*this, &shared);
         values_.swap(shared); // what was listed goes last: `other` may be a part of it
     }
     return *this;
@@ -51,19 +73,23 @@ void ParserEntry::copy_from(const ParserEntry& other) {
     copier.copy_values(other.values_, copied);
     copier.finish();
     copy_fields(other);
+    values_.forget_source(*this, nullptr);
     values_.swap(copied);
 }
 
+/// What can fail comes before anything changes.
 void ParserEntry::copy_fields(const ParserEntry& other) {
-    name_ = other.name_;
+    CoreString name(other.name_);
+    set_template(other.get_template());
+    name_ = std::move(name);
     line_ = other.line_;
     column_ = other.column_;
     array_count_ = other.array_count_;
     type_ = other.type_;
-    set_template(other.get_template());
 }
 
 void ParserEntry::reset() {
+    values_.forget_source(*this, nullptr);
     values_.clear();
 }
 
@@ -117,7 +143,7 @@ void ParserEntry::remove_value(const CoreBasicArray<unsigned int>& indices) {
             marks[i] = 1;
         }
     }
-    values_.remove_marked(marks.data());
+    values_.remove_marked(marks.data(), *this);
 }
 
 void ParserEntry::remove_value(const CoreList<unsigned int>& indices) {
@@ -130,8 +156,20 @@ void* ParserEntry::operator new(std::size_t size) {
     return CoreMemory::allocate(size);
 }
 
+void* ParserEntry::operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return bk::allocate_or_null(size);
+}
+
 void ParserEntry::operator delete(void* block, std::size_t size) noexcept {
+    if (block == kept_entry) {
+        kept_entry = nullptr;
+        return;
+    }
     CoreMemory::release(block, size);
+}
+
+void ParserEntry::operator delete(void* block, const std::nothrow_t&) noexcept {
+    CoreMemory::release(block, sizeof(ParserEntry));
 }
 
 void bk::EntryAccess::release(ParserEntry* entry) noexcept {

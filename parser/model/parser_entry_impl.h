@@ -31,6 +31,9 @@ public:
     /// One more list holds the entry; one list less does, and the last one deletes it. Null is legal there.
     static void share(ParserEntry& entry) { ++entry.make_rare().other_owners; }
     static void release(ParserEntry* entry) noexcept;
+    static bool is_shared(const ParserEntry& entry) noexcept {
+        return entry.rare_ != nullptr && entry.rare_->other_owners != 0;
+    }
 };
 
 /// Asks for an entry that will be looked at soon, and for its values, which begin behind it. Null is legal.

@@ -1,3 +1,4 @@
+#include "core/reports/core_guard_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/parser_entry.h"
@@ -6,6 +7,8 @@
 #include "parser/words/parser_word_rules_impl.h"
 
 #include <algorithm>
+#include <initializer_list>
+#include <utility>
 
 void ParserEntry::append(ParserValue&& value) {
     values_.append(value);
@@ -52,9 +55,39 @@ void ParserEntry::add_word(const ParserWord& word, const ParserValue::Type& type
     append(ParserValue(text.sub_string(1, text.get_length() - 2)));
 }
 
+namespace {
+
+/// The group is the entry's only when it is listed.
+void adopt(ParserValueList& values, ParserGroup* group) {
+    ParserValue value(group);
+    try {
+        values.append(value);
+    } catch (...) {
+        bk::ValueAccess::forget(value);
+        throw;
+    }
+}
+
+/// All of them or none.
+template <class Number>
+void append_all(ParserValueList& values, std::initializer_list<Number> components) {
+    const unsigned int old_count = values.get_count();
+    try {
+        for (const Number& component : components) {
+            ParserValue value(component);
+            values.append(value);
+        }
+    } catch (...) {
+        values.truncate(old_count);
+        throw;
+    }
+}
+
+} // namespace
+
 ParserGroup* ParserEntry::add_group(ParserGroup* group) {
     if (group != nullptr) {
-        append(ParserValue(group));
+        adopt(values_, group);
         return group;
     }
     auto* const made = new ParserGroup(CoreString());
@@ -64,26 +97,19 @@ ParserGroup* ParserEntry::add_group(ParserGroup* group) {
 }
 
 void ParserEntry::add_vec2d(const GMathVec2<double>& value) {
-    add_double(value.x);
-    add_double(value.y);
+    append_all(values_, {value.x, value.y});
 }
 
 void ParserEntry::add_vec2i(const GMathVec2<int>& value) {
-    add_int(value.x);
-    add_int(value.y);
+    append_all(values_, {value.x, value.y});
 }
 
 void ParserEntry::add_vec3d(const GMathVec3<double>& value) {
-    add_double(value.x);
-    add_double(value.y);
-    add_double(value.z);
+    append_all(values_, {value.x, value.y, value.z});
 }
 
 void ParserEntry::add_vec4d(const GMathVec4<double>& value) {
-    add_double(value.x);
-    add_double(value.y);
-    add_double(value.z);
-    add_double(value.w);
+    append_all(values_, {value.x, value.y, value.z, value.w});
 }
 
 bool ParserEntry::get_bool(const unsigned int& i) const {
@@ -103,6 +129,7 @@ double ParserEntry::get_double(const unsigned int& i) const {
 }
 
 const CoreString& ParserEntry::get_string(const unsigned int& i) const {
+    values_.show_strings();
     return values_[i].get_as_string();
 }
 
@@ -119,10 +146,14 @@ unsigned int ParserEntry::get_binary_data_size(const unsigned int& i) const {
 
 CoreString ParserEntry::get_word(const unsigned int& i) const {
     CoreString text;
-    {
-        bk::TextBuffer buffer(text);
-        bk::put_plain_text(buffer, values_[i]);
-    }
+    bk::completed("ParserEntry.get_word", [&] {
+        CoreString made;
+        {
+            bk::TextBuffer buffer(made);
+            bk::put_plain_text(buffer, values_[i]);
+        }
+        text = std::move(made);
+    });
     return text;
 }
 

@@ -1,7 +1,9 @@
 #include "parser/parser_group.h"
 
 #include "core/core_memory.h"
+#include "core/memory/core_nothrow_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
+#include "core/reports/core_guard_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
 #include "parser/model/parser_tree_copy_impl.h"
@@ -108,16 +110,28 @@ void bk::GroupAccess::append(ParserGroup& group, ParserEntry* const* entries, un
     }
 }
 
-ParserEntry* ParserGroup::add_entry(const CoreString& name, const core_ulong& line,
-                                    const core_ulong& column) {
+namespace {
+
+/// Null, with a message, when the name is refused.
+std::unique_ptr<ParserEntry> make_entry(const CoreString& name, const core_ulong& line,
+                                        const core_ulong& column) {
     bool is_keyword = false;
     if (!bk::is_entry_name(name.get_view(), is_keyword)) {
         bk::report_warning("ParserGroup.add_entry: '", name, "' is not a valid entry name\n");
         return nullptr;
     }
-    auto entry = std::make_unique<ParserEntry>(
+    return std::make_unique<ParserEntry>(
         name, is_keyword ? ParserEntry::TYPE_KEYWORD : ParserEntry::TYPE_ENTRY, line, column);
-    append(entry.get());
+}
+
+} // namespace
+
+ParserEntry* ParserGroup::add_entry(const CoreString& name, const core_ulong& line,
+                                    const core_ulong& column) {
+    std::unique_ptr<ParserEntry> entry = make_entry(name, line, column);
+    if (entry != nullptr) {
+        append(entry.get());
+    }
     return entry.release();
 }
 
@@ -128,13 +142,23 @@ ParserEntry* ParserGroup::add_entry(const ParserEntry& entry) {
 }
 
 ParserGroup* ParserGroup::add_group(const CoreString& name) {
-    ParserEntry* const entry = add_entry(name, 0, 0);
-    return entry == nullptr ? nullptr : entry->add_group(nullptr);
+    return bk::GroupAccess::add_group(*this, make_entry(name, 0, 0), nullptr);
 }
 
 ParserGroup* ParserGroup::add_group(ParserGroup* group) {
-    ParserEntry* const entry = add_entry(group->get_name(), 0, 0);
-    return entry == nullptr ? nullptr : entry->add_group(group);
+    return bk::GroupAccess::add_group(*this, make_entry(group->get_name(), 0, 0), group);
+}
+
+ParserGroup* bk::GroupAccess::add_group(ParserGroup& group, std::unique_ptr<ParserEntry> entry,
+                                        ParserGroup* value) {
+    if (entry == nullptr) {
+        return nullptr;
+    }
+    group.keyword_index_.make_room(entry->get_type() == ParserEntry::TYPE_KEYWORD ? 1 : 0);
+    group.entries_.make_room(1);
+    ParserGroup* const added = entry->add_group(value);
+    group.append(entry.release());
+    return added;
 }
 
 /// With k keywords before an entry, its position is its ordinal plus k. The i-th keyword position less i is the number
@@ -239,7 +263,9 @@ private:
 } // namespace
 
 CoreVector<ParserEntry*> ParserGroup::get_entries(const CoreString& name, bool recursive) const {
-    return EntrySearch(name, recursive).run(*this);
+    CoreVector<ParserEntry*> found;
+    bk::completed("ParserGroup.get_entries", [&] { found = EntrySearch(name, recursive).run(*this); });
+    return found;
 }
 
 unsigned int ParserGroup::get_first_entry_index(ParserEntry::Type type) const {
@@ -255,6 +281,14 @@ void* ParserGroup::operator new(std::size_t size) {
     return CoreMemory::allocate(size);
 }
 
+void* ParserGroup::operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return bk::allocate_or_null(size);
+}
+
 void ParserGroup::operator delete(void* block, std::size_t size) noexcept {
     CoreMemory::release(block, size);
+}
+
+void ParserGroup::operator delete(void* block, const std::nothrow_t&) noexcept {
+    CoreMemory::release(block, sizeof(ParserGroup));
 }

@@ -1,11 +1,13 @@
+#include "core/reports/core_diagnostic_impl.h"
 #include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_group_search_impl.h"
 #include "parser/parser_group.h"
 
 #include <algorithm>
 #include <memory>
 
-// Memory may end anywhere below. What an edit needs is therefore taken before an entry moves, and a moved entry is listed at
-// its new place before it leaves the old one. Only the index may need some afterwards, when a host has changed types.
+// Memory may end anywhere below. What an edit needs is therefore taken before an entry moves: room for the entries, and for the
+// index, which may become longer when a host has changed types.
 
 namespace {
 
@@ -32,14 +34,37 @@ bool is_ordinary(const ParserEntry* entry) noexcept {
     return entry != nullptr && entry->get_type() == ParserEntry::TYPE_ENTRY;
 }
 
+unsigned int count_without_ordinal(const CoreVector<ParserEntry*>& entries) noexcept {
+    return static_cast<unsigned int>(
+        std::count_if(entries.begin(), entries.end(), [](const ParserEntry* entry) {
+            return entry != nullptr && entry->get_type() != ParserEntry::TYPE_ENTRY;
+        }));
+}
+
 void take_slot_out(CoreVector<ParserEntry*>& entries, unsigned int position) noexcept {
     std::copy(entries.begin() + position + 1, entries.end(), entries.begin() + position);
     entries.truncate(entries.get_count() - 1);
 }
 
+/// Whether entries of a group, all that the predicate takes, would be moved into themselves. If so, says so.
+template <class IsMoved>
+bool is_refused(const char* operation, const ParserGroup& from, const ParserGroup& dest, IsMoved is_moved) {
+    bk::GroupSearch search(dest);
+    bool is_inside = false;
+    for (const ParserEntry* entry : from.get_entries()) {
+        is_inside = is_inside || (entry != nullptr && is_moved(entry) && search.enter(*entry));
+    }
+    is_inside = is_inside || (search.is_open() && !bk::is_only_holder(from, dest) && search.run());
+    if (is_inside) {
+        bk::report_warning("ParserGroup.", operation, ": an entry cannot move into itself\n");
+    }
+    return is_inside;
+}
+
 } // namespace
 
-void ParserGroup::rebuild_index() {
+/// Whoever calls this has seen to it that there is room.
+void ParserGroup::rebuild_index() noexcept {
     keyword_index_.truncate(0);
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
         const ParserEntry* const entry = entries_[position];
@@ -54,6 +79,7 @@ void ParserGroup::detach_entry(const unsigned int& ordinal) {
 }
 
 void ParserGroup::move_entry(const unsigned int& from, const unsigned int& to) {
+    keyword_index_.reserve(count_without_ordinal(entries_));
     ParserEntry** const entries = entries_.get_data();
     if (from < to) {
         std::rotate(entries + from, entries + from + 1, entries + to + 1);
@@ -69,16 +95,25 @@ void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
         return;
     }
     const unsigned int from = position; // may be the count of `dest`
+    const auto is_moved = [moved = entries_[from]](const ParserEntry* entry) { return entry == moved; };
+    if (is_refused("move_entry", *this, dest, is_moved)) {
+        return;
+    }
+    keyword_index_.reserve(count_without_ordinal(entries_));
     dest.append(entries_[from]);
     take_slot_out(entries_, from);
     rebuild_index();
 }
 
 void ParserGroup::move_entries(ParserGroup& dest) {
+    if (this != &dest && is_refused("move_entries", *this, dest, is_ordinary)) {
+        return;
+    }
     const auto moved_count =
         static_cast<unsigned int>(std::count_if(entries_.begin(), entries_.end(), is_ordinary));
     CoreVector<ParserEntry*> moved;
     moved.reserve(moved_count);
+    keyword_index_.reserve(count_without_ordinal(entries_));
     dest.entries_.make_room(&dest == this ? 0 : moved_count);
     unsigned int kept = 0;
     for (ParserEntry* entry : entries_) {
@@ -94,11 +129,12 @@ void ParserGroup::move_entries(ParserGroup& dest) {
 }
 
 void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
-    if (this == &dest) {
+    const auto is_any = [](const ParserEntry*) { return true; };
+    if (this == &dest || is_refused("move_entries", *this, dest, is_any)) {
         return;
     }
     const unsigned int moved_count = entries_.get_count();
-    dest.keyword_index_.make_room(keyword_index_.get_count());
+    dest.keyword_index_.reserve(count_without_ordinal(dest.entries_) + count_without_ordinal(entries_));
     dest.entries_.reserve(dest.entries_.get_count() + moved_count);
     dest.entries_.extend(moved_count);
     ParserEntry** const place = dest.entries_.begin() + position;
@@ -129,6 +165,7 @@ void ParserGroup::remove_entry(const CoreString& name) {
 }
 
 void ParserGroup::remove_entry(unsigned int position) {
+    keyword_index_.reserve(count_without_ordinal(entries_));
     std::unique_ptr<ParserEntry, ReleaseEntry> removed; // deleted when the group is whole again
     if (position < entries_.get_count()) {
         removed.reset(entries_[position]);
@@ -145,6 +182,7 @@ void ParserGroup::take_out(IsRemoved is_removed) {
         removed_count += is_removed(position) ? 1 : 0;
     }
     RemovedEntries removed(removed_count);
+    keyword_index_.reserve(count_without_ordinal(entries_));
     unsigned int kept = 0;
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
         if (is_removed(position)) {

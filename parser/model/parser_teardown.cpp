@@ -13,13 +13,13 @@ constexpr unsigned int most_nested = 64;
 
 /// The groups that wait for their deletion on this thread, linked through themselves.
 constinit thread_local ParserGroup* doomed BK_TLS_MODEL = nullptr;
-constinit thread_local unsigned int nested BK_TLS_MODEL = 0;
+constinit thread_local unsigned int open_destructors BK_TLS_MODEL = 0;
 
 void destroy_now(ParserGroup* group) noexcept {
-    ++nested;
+    ++open_destructors;
     GroupAccess::forget_source_entry(*group);
     delete group;
-    --nested;
+    --open_destructors;
 }
 
 } // namespace
@@ -28,13 +28,13 @@ void destroy_group(ParserGroup* group) noexcept {
     if (group == nullptr) {
         return;
     }
-    if (nested == most_nested) {
+    if (open_destructors == most_nested) {
         GroupAccess::next_doomed(*group) = doomed;
         doomed = group;
         return;
     }
     destroy_now(group);
-    while (nested == 0 && doomed != nullptr) {
+    while (open_destructors == 0 && doomed != nullptr) {
         ParserGroup* const next = doomed;
         doomed = GroupAccess::next_doomed(*next);
         destroy_now(next);

@@ -1,6 +1,8 @@
 #include "parser/parser_value.h"
 
 #include "core/core_memory.h"
+#include "core/memory/core_assert_impl.h"
+#include "core/memory/core_nothrow_impl.h"
 #include "core/reports/core_guard_impl.h"
 #include "parser/model/parser_teardown_impl.h"
 #include "parser/model/parser_value_impl.h"
@@ -18,6 +20,12 @@ int truncate_to_int(double value) noexcept {
     constexpr double above = 2147483648.0;
     const bool fits = value > -above - 1.0 && value < above;
     return static_cast<int>(fits ? value : -above);
+}
+
+const char* type_name(ParserValue::Type type) noexcept {
+    static constexpr const char* names[] = {"TYPE_GROUP",  "TYPE_BOOL",   "TYPE_CHAR",        "TYPE_INT",
+                                            "TYPE_DOUBLE", "TYPE_STRING", "TYPE_BINARY_DATA", "TYPE_WORD"};
+    return type < std::size(names) ? names[type] : "TYPE_UNKNOWN";
 }
 
 } // namespace
@@ -96,13 +104,13 @@ ParserValue::~ParserValue() {
 }
 
 ParserValue& ParserValue::operator=(const ParserValue& other) {
-    if (other.get_type() == TYPE_STRING && !other.has(STRING_BOXED)) {
+    if (other.get_type() == TYPE_STRING && !other.has(STRING_AWAY)) {
         other.box_string();
     }
     bits_ = other.bits_;
     size_ = other.size_;
-    if (other.has(STRING_BOXED)) {
-        boxed_string_ = other.boxed_string_;
+    if (other.has(STRING_AWAY)) {
+        away_ = other.away_;
     } else {
         spelled_ = other.spelled_;
     }
@@ -113,19 +121,19 @@ void ParserValue::box_string() const {
     CoreString owned(string_);
     auto* boxed = new (CoreMemory::allocate(sizeof(CoreString))) CoreString(std::move(owned));
     std::destroy_at(&string_);
-    boxed_string_ = boxed;
-    bits_ |= STRING_BOXED;
+    away_ = {boxed, nullptr};
+    bits_ |= STRING_AWAY;
 }
 
 void ParserValue::release() noexcept {
+    BK_ASSERT(bk::ValueAccess::is_sound(*this));
     switch (get_type()) {
     case TYPE_GROUP:
         bk::destroy_group(spelled_.scalar.group);
         break;
     case TYPE_STRING:
-        if (has(STRING_BOXED)) {
-            std::destroy_at(boxed_string_);
-            CoreMemory::release(boxed_string_, sizeof(CoreString));
+        if (has(STRING_AWAY)) {
+            release_away();
         } else {
             std::destroy_at(&string_);
         }
@@ -138,6 +146,15 @@ void ParserValue::release() noexcept {
             CoreMemory::release(const_cast<char*>(spelled_.text), size_);
         }
         break;
+    }
+}
+
+void ParserValue::release_away() noexcept {
+    std::destroy_at(away_.string);
+    if (away_.home != nullptr) {
+        away_.home->let_go();
+    } else {
+        CoreMemory::release(away_.string, sizeof(CoreString));
     }
 }
 
@@ -209,10 +226,8 @@ void ParserValue::make_value() const {
 }
 
 void ParserValue::report_mismatch(const char* read) const {
-    if (bk::is_reported(CoreLogHandler::level_warning)) {
-        bk::report_warning("ParserValue.", read, ": type mismatch, value type is '",
-                           get_type_name(get_type()), "' \n");
-    }
+    bk::report_warning("ParserValue.", read, ": type mismatch, value type is '", type_name(get_type()),
+                       "' \n");
 }
 
 bool ParserValue::get_as_bool() const {
@@ -288,7 +303,7 @@ const CoreString& ParserValue::get_as_string() const {
         report_mismatch("get_as_string");
         return CoreString::get_null_string();
     }
-    return has(STRING_BOXED) ? *boxed_string_ : string_;
+    return bk::ValueAccess::held_string(*this);
 }
 
 void* ParserValue::get_as_binary_data(unsigned int& size) const {
@@ -301,9 +316,10 @@ void* ParserValue::get_as_binary_data(unsigned int& size) const {
 }
 
 CoreString ParserValue::get_type_name(const Type& type) {
-    static constexpr const char* names[] = {"TYPE_GROUP",  "TYPE_BOOL",   "TYPE_CHAR",        "TYPE_INT",
-                                            "TYPE_DOUBLE", "TYPE_STRING", "TYPE_BINARY_DATA", "TYPE_WORD"};
-    return type < std::size(names) ? names[type] : "TYPE_UNKNOWN";
+    CoreString name; // which takes no memory
+    const char* const text = type_name(type);
+    name.set_borrowed(text, static_cast<unsigned int>(std::strlen(text)));
+    return name;
 }
 
 void ParserValue::word_to_binary_data(void*& data, unsigned int& size, const ParserWord& word) {
@@ -317,6 +333,14 @@ void* ParserValue::operator new(std::size_t size) {
     return CoreMemory::allocate(size);
 }
 
+void* ParserValue::operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return bk::allocate_or_null(size);
+}
+
 void ParserValue::operator delete(void* block, std::size_t size) noexcept {
     CoreMemory::release(block, size);
+}
+
+void ParserValue::operator delete(void* block, const std::nothrow_t&) noexcept {
+    CoreMemory::release(block, sizeof(ParserValue));
 }

@@ -3,6 +3,7 @@
 #include "parser/parser_group.h"
 #include "parser/words/parser_word_rules_impl.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -66,6 +67,13 @@ void ValueAccess::relocate(ParserValue& from, void* to) noexcept {
                 sizeof(from.spelled_));
 }
 
+void ValueAccess::leave_string(ParserValue& from, void* to, StringHome& home) noexcept {
+    auto* made = ::new (to) ParserValue(ParserValue::TYPE_GROUP);
+    made->bits_ = from.bits_ | ParserValue::STRING_AWAY;
+    made->away_ = {&from.string_, &home};
+    home.add_user();
+}
+
 void ValueAccess::rebase_text(ParserValue& value, const char* old_begin, const char* old_end,
                               const char* begin) noexcept {
     const auto moved = [=](const char* text) -> const char* {
@@ -75,7 +83,7 @@ void ValueAccess::rebase_text(ParserValue& value, const char* old_begin, const c
         if (const char* text = moved(value.spelled_.text)) {
             value.spelled_.text = text;
         }
-    } else if (!value.has(ParserValue::STRING_BOXED)) {
+    } else if (!value.has(ParserValue::STRING_AWAY)) {
         if (const char* text = moved(value.string_.get_data())) {
             value.string_.set_borrowed(text, value.string_.get_length());
         }
@@ -84,7 +92,7 @@ void ValueAccess::rebase_text(ParserValue& value, const char* old_begin, const c
 
 void ValueAccess::own_text(ParserValue& value) {
     if (value.get_type() == ParserValue::TYPE_STRING) {
-        if (!value.has(ParserValue::STRING_BOXED) && value.string_.is_borrowed()) {
+        if (has_string_inside(value) && value.string_.is_borrowed()) {
             value.string_ = CoreString(value.string_);
         }
         return;
@@ -96,6 +104,39 @@ void ValueAccess::own_text(ParserValue& value) {
         value.bits_ |= ParserValue::TEXT_OWNED;
     }
 }
+
+#if defined(BK_PARSER_ASSERTIONS)
+
+bool ValueAccess::is_sound(const ParserValue& value) noexcept {
+    switch (value.get_type()) {
+    case ParserValue::TYPE_GROUP:
+    case ParserValue::TYPE_BINARY_DATA:
+        return !value.has(ParserValue::TEXT_OWNED) && !value.has(ParserValue::STRING_BOXED);
+    case ParserValue::TYPE_STRING:
+        return !value.has(ParserValue::TEXT_OWNED) && !value.has(ParserValue::TEXT_HELD);
+    default:
+        return !value.has(ParserValue::STRING_BOXED) &&
+               (!value.has(ParserValue::TEXT_OWNED) || (is_spelled(value) && value.size_ != 0));
+    }
+}
+
+bool ValueAccess::keep_nothing_outside(const ParserValue* values, unsigned int count) noexcept {
+    return std::all_of(values, values + count, [](const ParserValue& value) {
+        switch (value.get_type()) {
+        case ParserValue::TYPE_GROUP:
+            return value.spelled_.scalar.group == nullptr;
+        case ParserValue::TYPE_BINARY_DATA:
+            return value.spelled_.scalar.bytes == nullptr;
+        case ParserValue::TYPE_STRING:
+            return !value.has(ParserValue::STRING_BOXED) &&
+                   (value.string_.is_borrowed() || string(value).size() <= CoreString::inline_capacity);
+        default:
+            return !value.has(ParserValue::TEXT_OWNED);
+        }
+    });
+}
+
+#endif
 
 void ValueAccess::forget(ParserValue& value) noexcept {
     value.bits_ = ParserValue::TYPE_WORD;

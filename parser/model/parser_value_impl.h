@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/core_memory.h"
 #include "core/text/core_copy_impl.h"
 #include "core/text/core_string_impl.h"
 #include "core/text/core_text_buffer_impl.h"
@@ -30,6 +31,41 @@ inline bool is_not_zero(double value) noexcept {
     return std::bit_cast<std::uint64_t>(value) << 1 != 0;
 }
 
+/// Storage that values have left, but strings have not which a host may hold by reference: the block of a list, or an
+/// entry with the block behind it. It goes back when the last of these strings has died and, of an entry, the entry too.
+class StringHome {
+public:
+    /// A home with one user: whoever makes it, until it lets go.
+    static StringHome* make(void* storage, std::size_t size) {
+        return new (CoreMemory::allocate(sizeof(StringHome))) StringHome{storage, size, 1};
+    }
+
+    void add_user() noexcept { ++user_count_; }
+    void let_go() noexcept {
+        if (--user_count_ == 0) {
+            CoreMemory::release(storage_, size_);
+            CoreMemory::release(this, sizeof(StringHome));
+        }
+    }
+    /// The same of whoever gives the storage back itself when nobody else uses it, which the result tells.
+    bool let_go_of_record() noexcept {
+        if (user_count_ != 1) {
+            --user_count_;
+            return false;
+        }
+        CoreMemory::release(this, sizeof(StringHome));
+        return true;
+    }
+
+private:
+    StringHome(void* storage, std::size_t size, unsigned int user_count) noexcept
+        : storage_(storage), size_(size), user_count_(user_count) {}
+
+    void* storage_;
+    std::size_t size_;
+    unsigned int user_count_;
+};
+
 /// What the library's other parts see of a value.
 class ValueAccess {
 public:
@@ -56,7 +92,7 @@ public:
     }
     /// Of a value that is a string.
     static const CoreString& held_string(const ParserValue& value) noexcept {
-        return value.has(ParserValue::STRING_BOXED) ? *value.boxed_string_ : value.string_;
+        return value.has(ParserValue::STRING_AWAY) ? *value.away_.string : value.string_;
     }
     /// Whether a value that is no string has a spelling, which is then written as it stands.
     static bool is_spelled(const ParserValue& value) noexcept { return value.has(ParserValue::TEXT_HELD); }
@@ -132,11 +168,21 @@ public:
 
     /// Moves a value to another place, bit for bit; nothing is left at the old one.
     static void relocate(ParserValue& from, void* to) noexcept;
+    /// Whether the value is a string that stands inside of it.
+    static bool has_string_inside(const ParserValue& value) noexcept {
+        return value.get_type() == ParserValue::TYPE_STRING && !value.has(ParserValue::STRING_AWAY);
+    }
+    /// Moves a string value to another place without its string, which stays where it is, in `home`.
+    static void leave_string(ParserValue& from, void* to, StringHome& home) noexcept;
     /// Follows a text area that has moved.
     static void rebase_text(ParserValue& value, const char* old_begin, const char* old_end,
                             const char* begin) noexcept;
     /// Makes the value independent of any text area.
     static void own_text(ParserValue& value);
+    /// Whether the flags fit the type and each other. For assertions, as the next one.
+    static bool is_sound(const ParserValue& value) noexcept;
+    /// Whether values may be dropped without being destroyed, as far as blocks of their own go.
+    static bool keep_nothing_outside(const ParserValue* values, unsigned int count) noexcept;
     /// Leaves the value with nothing to release.
     static void forget(ParserValue& value) noexcept;
 

@@ -1,69 +1,144 @@
 #include "parser/model/parser_value_list_impl.h"
 
+#include "core/memory/core_assert_impl.h"
+#include "parser/model/parser_group_impl.h"
 #include "parser/model/parser_value_impl.h"
+#include "parser/parser_entry.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <new>
 #include <stdexcept>
+#include <utility>
+
+/// How values leave the block they stand in side by side. Strings that a host may hold do not: they stay in the block, which
+/// then lives as long as they do.
+class ParserValueList::Departure {
+public:
+    explicit Departure(const ParserValueList& list) : list_(list), block_(list.block_) {
+        for (unsigned int i = 0; i < list.count_ && home_ == nullptr; ++i) {
+            if (list.shows_string(i)) {
+                home_ = make_home();
+            }
+        }
+    }
+    ~Departure() {
+        if (home_ != nullptr) { // no value has left
+            static_cast<void>(home_->let_go_of_record());
+        }
+    }
+    Departure(const Departure&) = delete;
+    Departure& operator=(const Departure&) = delete;
+
+    bool stays(unsigned int i) const noexcept { return list_.shows_string(i); }
+
+    void move(unsigned int i, void* to) const noexcept {
+        ParserValue& value = block_->values()[i];
+        if (stays(i)) {
+            bk::ValueAccess::leave_string(value, to, *home_);
+        } else {
+            bk::ValueAccess::relocate(value, to);
+        }
+    }
+
+    /// True when the values of an entry's own block have left strings in it.
+    bool finish() noexcept {
+        bk::StringHome* const home = std::exchange(home_, nullptr);
+        if (home == nullptr) {
+            Block::destroy(block_, sizeof(ParserValue));
+            return false;
+        }
+        if (block_->is_embedded) {
+            ::new (static_cast<void*>(block_)) bk::StringHome*(home);
+            return true;
+        }
+        home->let_go();
+        return false;
+    }
+
+private:
+    bk::StringHome* make_home() const {
+        if (block_->is_embedded) {
+            return bk::StringHome::make(reinterpret_cast<ParserEntry*>(block_) - 1, sizeof(ParserEntry));
+        }
+        return bk::StringHome::make(block_, block_->byte_size(sizeof(ParserValue)));
+    }
+
+    const ParserValueList& list_;
+    Block* block_;
+    bk::StringHome* home_ = nullptr;
+};
 
 ParserValue& ParserValueList::change(unsigned int i) noexcept {
     if (!in_cells_) {
-        static_cast<Block*>(storage_)->is_plain = 0;
+        block_->is_plain = 0;
     }
     return at(i);
 }
 
+/// Whether a host may hold the string of a value, and the string is inside of it.
+bool ParserValueList::shows_string(unsigned int i) const noexcept {
+    return shows_strings_ != 0 && !in_cells_ && bk::ValueAccess::has_string_inside(at(i));
+}
+
 ParserValue& ParserValueList::append(ParserValue& value) {
     bk::ValueAccess::own_text(value);
-    if (storage_ == nullptr || count_ == static_cast<Block*>(storage_)->capacity) {
+    if (block_ == nullptr || count_ == block_->capacity) {
         grow();
     }
-    auto* const block = static_cast<Block*>(storage_);
-    block->is_plain = 0;
+    BK_ASSERT(count_ < block_->capacity);
+    block_->is_plain = 0;
     if (in_cells_) {
         Cell* const cell = Cell::make();
         bk::ValueAccess::relocate(value, cell->storage);
-        block->cells()[count_] = cell;
+        block_->cells()[count_] = cell;
     } else {
-        bk::ValueAccess::relocate(value, block->values() + count_);
+        bk::ValueAccess::relocate(value, block_->values() + count_);
     }
     bk::ValueAccess::forget(value);
     ++count_;
     return at(count_ - 1);
 }
 
+/// The text area is moved as it stands, and the values follow it.
 void ParserValueList::grow() {
     const std::uint64_t capacity = count_ == 0 ? 1 : std::uint64_t{count_} * 2;
-    auto* const old_block = static_cast<Block*>(storage_);
-    const std::size_t slot_size = in_cells_ ? sizeof(Cell*) : sizeof(ParserValue);
-    Block* const block = Block::make(capacity, slot_size, old_block == nullptr ? 0 : old_block->text_size);
-    if (old_block != nullptr && in_cells_) {
-        std::copy_n(old_block->cells(), count_, block->cells());
-    } else if (old_block != nullptr) {
-        move_values(*old_block, *block);
+    if (block_ == nullptr || in_cells_) {
+        Block* const block = Block::make(capacity, in_cells_ ? sizeof(Cell*) : sizeof(ParserValue), 0);
+        if (block_ != nullptr) {
+            std::copy_n(block_->cells(), count_, block->cells());
+            Block::destroy(block_, sizeof(Cell*));
+        }
+        block_ = block;
+        return;
     }
-    Block::destroy(old_block, slot_size);
-    storage_ = block;
-}
-
-/// The text area is moved as it stands, and the values follow it.
-void ParserValueList::move_values(Block& from, Block& to) const noexcept {
-    const std::size_t text_size = from.text_size;
-    std::copy_n(from.text(), text_size, to.text());
+    const std::size_t text_size = block_->text_size;
+    Departure departure(*this);
+    Block* const block = Block::make(capacity, sizeof(ParserValue), text_size);
+    std::copy_n(block_->text(), text_size, block->text());
     for (unsigned int i = 0; i < count_; ++i) {
-        bk::ValueAccess::relocate(from.values()[i], to.values() + i);
+        departure.move(i, block->values() + i);
         if (text_size != 0) {
-            bk::ValueAccess::rebase_text(to.values()[i], from.text(), from.text() + text_size, to.text());
+            bk::ValueAccess::rebase_text(block->values()[i], block_->text(), block_->text() + text_size,
+                                         block->text());
         }
     }
+    left_entry_ |= departure.finish();
+    shows_strings_ = 0;
+    block_ = block;
 }
 
 void ParserValueList::move(unsigned int from, unsigned int to) {
+    BK_ASSERT(from < count_ && to < count_);
+    for (unsigned int i = std::min(from, to); shows_strings_ != 0 && i <= std::max(from, to); ++i) {
+        if (shows_string(i)) {
+            split_into_cells();
+        }
+    }
     const unsigned int step = from < to ? 1 : 0xFFFFFFFFu; // modulo 2^32: one up or one down
     if (in_cells_) {
-        Cell** const cells = static_cast<Block*>(storage_)->cells();
+        Cell** const cells = block_->cells();
         Cell* const moved = cells[from];
         for (unsigned int i = from; i != to; i += step) {
             cells[i] = cells[i + step];
@@ -81,48 +156,71 @@ void ParserValueList::move(unsigned int from, unsigned int to) {
     bk::ValueAccess::forget(moved);
 }
 
-void ParserValueList::remove_marked(const unsigned char* marks) {
-    unsigned int kept = 0;
-    for (unsigned int i = 0; i < count_; ++i) {
+void ParserValueList::remove_marked(const unsigned char* marks, const ParserEntry& owner) {
+    const auto first = static_cast<unsigned int>(
+        std::find_if(marks, marks + count_, [](auto mark) { return mark != 0; }) - marks);
+    for (unsigned int i = first; shows_strings_ != 0 && i < count_; ++i) {
+        if (marks[i] == 0 && shows_string(i)) {
+            split_into_cells();
+        }
+    }
+    unsigned int kept = first;
+    for (unsigned int i = first; i < count_; ++i) {
         if (in_cells_) {
-            Cell** const cells = static_cast<Block*>(storage_)->cells();
+            Cell** const cells = block_->cells();
             if (marks[i] != 0) {
+                static_cast<void>(cells[i]->forget_source(owner));
                 release_cell(cells[i]);
             } else {
                 cells[kept++] = cells[i];
             }
         } else if (marks[i] != 0) {
             room()[i].ParserValue::~ParserValue();
-        } else if (kept++ != i) {
-            bk::ValueAccess::relocate(room()[i], room() + kept - 1);
+        } else {
+            bk::ValueAccess::relocate(room()[i], room() + kept++);
         }
     }
     count_ = kept;
 }
 
+void ParserValueList::truncate(unsigned int count) noexcept {
+    while (count_ > count) {
+        --count_;
+        if (in_cells_) {
+            release_cell(block_->cells()[count_]);
+        } else {
+            room()[count_].ParserValue::~ParserValue();
+        }
+    }
+}
+
 void ParserValueList::clear() noexcept {
-    auto* const block = static_cast<Block*>(storage_);
-    if (block == nullptr) {
+    shows_strings_ = 0;
+    if (block_ == nullptr) {
         in_cells_ = false;
         return;
     }
-    for (unsigned int i = 0; i < count_ && !block->is_plain; ++i) {
+    BK_ASSERT(count_ <= block_->capacity);
+    BK_ASSERT(!block_->is_plain ||
+              (!in_cells_ && bk::ValueAccess::keep_nothing_outside(block_->values(), count_)));
+    for (unsigned int i = 0; i < count_ && !block_->is_plain; ++i) {
         if (in_cells_) {
-            release_cell(block->cells()[i]);
+            release_cell(block_->cells()[i]);
         } else {
-            block->values()[i].ParserValue::~ParserValue();
+            block_->values()[i].ParserValue::~ParserValue();
         }
     }
-    Block::destroy(block, in_cells_ ? sizeof(Cell*) : sizeof(ParserValue));
-    storage_ = nullptr;
+    Block::destroy(block_, in_cells_ ? sizeof(Cell*) : sizeof(ParserValue));
+    block_ = nullptr;
     count_ = 0;
     in_cells_ = false;
 }
 
 void ParserValueList::swap(ParserValueList& other) noexcept {
-    std::swap(storage_, other.storage_);
+    std::swap(block_, other.block_);
     std::swap(count_, other.count_);
     std::swap(in_cells_, other.in_cells_);
+    std::swap(shows_strings_, other.shows_strings_);
 }
 
 void ParserValueList::share(ParserValueList& other) {
@@ -132,13 +230,13 @@ void ParserValueList::share(ParserValueList& other) {
     other.split_into_cells();
     Block* const block = other.count_ == 0 ? nullptr : Block::make(other.count_, sizeof(Cell*), 0);
     for (unsigned int i = 0; i < other.count_; ++i) {
-        Cell* const cell = static_cast<Block*>(other.storage_)->cells()[i];
+        Cell* const cell = other.block_->cells()[i];
         ++cell->list_count;
         block->cells()[i] = cell;
     }
     const unsigned int count = other.count_;
     clear();
-    storage_ = block;
+    block_ = block;
     count_ = count;
     in_cells_ = true;
 }
@@ -147,13 +245,19 @@ void ParserValueList::split_into_cells() {
     if (in_cells_) {
         return;
     }
-    auto* const old_block = static_cast<Block*>(storage_);
+    if (block_ == nullptr) {
+        in_cells_ = true;
+        return;
+    }
+    Departure departure(*this);
     Block* const block = count_ == 0 ? nullptr : Block::make(count_, sizeof(Cell*), 0);
     unsigned int made = 0;
     try {
         for (; made < count_; ++made) {
-            old_block->is_plain = 0; // a text of its own is kept outside the block
-            bk::ValueAccess::own_text(old_block->values()[made]);
+            block_->is_plain = 0; // a text of its own is kept outside the block
+            if (!departure.stays(made)) {
+                bk::ValueAccess::own_text(block_->values()[made]);
+            }
             block->cells()[made] = Cell::make();
         }
     } catch (...) {
@@ -164,16 +268,51 @@ void ParserValueList::split_into_cells() {
         throw;
     }
     for (unsigned int i = 0; i < count_; ++i) {
-        bk::ValueAccess::relocate(old_block->values()[i], block->cells()[i]->storage);
+        departure.move(i, block->cells()[i]->storage);
     }
-    Block::destroy(old_block, sizeof(ParserValue));
-    storage_ = block;
+    left_entry_ |= departure.finish();
+    shows_strings_ = 0;
+    block_ = block;
     in_cells_ = true;
 }
 
 void ParserValueList::release_cell(Cell* cell) noexcept {
+    BK_ASSERT(cell->list_count != 0);
     if (--cell->list_count == 0) {
         cell->value().ParserValue::~ParserValue();
         CoreMemory::release(cell, sizeof(Cell));
     }
+}
+
+bool ParserValueList::Cell::forget_source(const ParserEntry& owner) noexcept {
+    ParserGroup* const group = list_count == 1 ? nullptr : bk::ValueAccess::group(value());
+    if (group == nullptr || group->get_source_entry() != &owner) {
+        return false;
+    }
+    group->set_source_entry(nullptr);
+    return true;
+}
+
+void ParserValueList::forget_source(ParserEntry& owner, const ParserValueList* next) noexcept {
+    for (unsigned int i = 0; in_cells_ && i < count_; ++i) {
+        Cell* const cell = block_->cells()[i];
+        cell->has_lost_source = cell->forget_source(owner);
+    }
+    for (unsigned int i = 0; next != nullptr && next->in_cells_ && i < next->count_; ++i) {
+        Cell* const cell = next->block_->cells()[i];
+        if (cell->has_lost_source) {
+            bk::ValueAccess::group(cell->value())->set_source_entry(&owner);
+        }
+    }
+    for (unsigned int i = 0; in_cells_ && i < count_; ++i) {
+        block_->cells()[i]->has_lost_source = false;
+    }
+}
+
+bool ParserValueList::let_go_of_entry(ParserEntry& entry) noexcept {
+    if (!left_entry_) {
+        return true;
+    }
+    bk::StringHome* const home = *std::launder(reinterpret_cast<bk::StringHome**>(&entry + 1));
+    return home->let_go_of_record();
 }

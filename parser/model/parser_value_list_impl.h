@@ -1,15 +1,18 @@
 #pragma once
 
 #include "core/core_memory.h"
+#include "core/memory/core_assert_impl.h"
+#include "core/memory/core_count_impl.h"
 #include "parser/parser_value.h"
 #include "parser/parser_value_list.h"
 
+#include <atomic>
 #include <cstdint>
 #include <new>
-#include <stdexcept>
 
 /// The block that holds the values: this head, then room for `capacity` values, then the text area. After a split
-/// into cells: the head, then room for `capacity` pointers. The block of a parsed entry stands right behind the entry.
+/// into cells: the head, then room for `capacity` pointers. The block of a parsed entry stands right behind the entry; when its
+/// values have left strings in it, the pointer to their StringHome stands in place of the head.
 struct ParserValueList::Block {
     static constexpr std::uint64_t max_capacity = (std::uint64_t{1} << 30) - 1;
     static constexpr std::uint64_t max_text_size = (std::uint64_t{1} << 32) - 1;
@@ -25,7 +28,7 @@ struct ParserValueList::Block {
 
     static std::size_t byte_size(std::uint64_t capacity, std::size_t slot_size, std::uint64_t text_size) {
         if (capacity > max_capacity || text_size > max_text_size) {
-            throw std::length_error("ParserEntry: too many values");
+            throw bk::CountRefused("ParserEntry: too many values");
         }
         return sizeof(Block) + capacity * slot_size + text_size;
     }
@@ -33,9 +36,12 @@ struct ParserValueList::Block {
         void* const place = CoreMemory::allocate(byte_size(capacity, slot_size, text_size));
         return new (place) Block{capacity & max_capacity, text_size & max_text_size, 0, 0};
     }
+    std::size_t byte_size(std::size_t slot_size) const noexcept {
+        return sizeof(Block) + capacity * slot_size + text_size;
+    }
     static void destroy(Block* block, std::size_t slot_size) noexcept {
         if (block != nullptr && !block->is_embedded) {
-            CoreMemory::release(block, sizeof(Block) + block->capacity * slot_size + block->text_size);
+            CoreMemory::release(block, block->byte_size(slot_size));
         }
     }
 };
@@ -43,23 +49,40 @@ struct ParserValueList::Block {
 /// A value that several lists may hold.
 struct ParserValueList::Cell {
     unsigned int list_count;
+    bool has_lost_source;
     alignas(ParserValue) unsigned char storage[sizeof(ParserValue)];
 
     ParserValue& value() noexcept { return *std::launder(reinterpret_cast<ParserValue*>(storage)); }
-    static Cell* make() { return new (CoreMemory::allocate(sizeof(Cell))) Cell{1, {}}; }
+    /// True when the value is a group that other lists hold as well, and the entry was its source entry, which it forgets.
+    bool forget_source(const ParserEntry& owner) noexcept;
+    static Cell* make() { return new (CoreMemory::allocate(sizeof(Cell))) Cell{1, false, {}}; }
 };
 
 inline ParserValue& ParserValueList::at(unsigned int i) const noexcept {
-    auto* const block = static_cast<Block*>(storage_);
-    return in_cells_ ? block->cells()[i]->value() : block->values()[i];
+    BK_ASSERT(i < count_);
+    return in_cells_ ? block_->cells()[i]->value() : block_->values()[i];
 }
 
 inline const ParserValue* ParserValueList::side_by_side() const noexcept {
-    return count_ == 0 || in_cells_ ? nullptr : static_cast<Block*>(storage_)->values();
+    return count_ == 0 || in_cells_ ? nullptr : block_->values();
+}
+
+inline bool ParserValueList::dies_with_entry() const noexcept {
+    return block_ != nullptr && block_->is_plain && block_->is_embedded;
+}
+
+inline ParserValueList::~ParserValueList() {
+    if (block_ != nullptr && !dies_with_entry()) {
+        clear();
+    }
+}
+
+inline bool ParserValueList::may_hold_groups() const noexcept {
+    return count_ != 0 && !block_->is_plain;
 }
 
 inline void ParserValueList::make_room(unsigned int count, std::size_t text_size) {
-    storage_ = Block::make(count, sizeof(ParserValue), text_size);
+    block_ = Block::make(count, sizeof(ParserValue), text_size);
 }
 
 inline std::size_t ParserValueList::room_size(unsigned int count, std::size_t text_size) {
@@ -67,17 +90,25 @@ inline std::size_t ParserValueList::room_size(unsigned int count, std::size_t te
 }
 
 inline void ParserValueList::take_room(void* place, unsigned int count, std::size_t text_size) noexcept {
-    storage_ = new (place) Block{count & Block::max_capacity, text_size & Block::max_text_size, 0, 1};
+    block_ = new (place) Block{count & Block::max_capacity, text_size & Block::max_text_size, 0, 1};
 }
 
 inline ParserValue* ParserValueList::room() const noexcept {
-    return static_cast<Block*>(storage_)->values();
+    return block_->values();
 }
 
 inline char* ParserValueList::text_room() const noexcept {
-    return static_cast<Block*>(storage_)->text();
+    return block_->text();
 }
 
 inline void ParserValueList::keep_plain() noexcept {
-    static_cast<Block*>(storage_)->is_plain = 1;
+    block_->is_plain = 1;
+}
+
+/// Several threads may read one tree.
+inline void ParserValueList::show_strings() const noexcept {
+    const std::atomic_ref<unsigned char> shown(shows_strings_);
+    if (shown.load(std::memory_order_relaxed) == 0) {
+        shown.store(1, std::memory_order_relaxed);
+    }
 }

@@ -186,11 +186,11 @@ private:
         Sink& sink = sink_;
         bool has_values = false;
         words_.cut_numbers([&sink, &has_values](std::string_view word, unsigned int classes) {
-            sink.add_value(classify_number(word, classes), word);
+            sink.add_value(classify_decimal(classes), word);
             has_values = true;
         });
         if (has_values) {
-            level_.last_kind = classify_number(words_.word(), words_.classes());
+            level_.last_kind = classify_decimal(words_.classes());
             level_.has_values = true;
         }
     }

@@ -70,15 +70,18 @@ namespace {
 template <class Write>
 bool print(CoreString& out, bool pretty, const char* operation, Write write) {
     const unsigned int old_length = out.get_length();
-    const bool is_whole = guarded(operation, false, [&] {
-        TextWriter writer(out, pretty);
-        write(writer);
-        return !writer.is_too_long();
+    return guarded(operation, false, [&] {
+        try {
+            TextWriter writer(out, pretty);
+            write(writer);
+            return writer.finish();
+        } catch (...) {
+            if (out.get_length() != old_length) {
+                out.resize(old_length);
+            }
+            throw;
+        }
     });
-    if (!is_whole && out.get_length() != old_length) {
-        out.resize(old_length);
-    }
-    return is_whole;
 }
 
 } // namespace
@@ -88,10 +91,11 @@ bool print_group(CoreString& out, const ParserGroup& group, bool braces, bool pr
                  [&](TextWriter& writer) { writer.write_group(group, braces, level); });
 }
 
-TextWriter::~TextWriter() {
-    if (is_too_long()) {
+bool TextWriter::finish() const {
+    if (out_.is_too_long()) {
         report_warning("ParserGroup.get_text: the text is larger than ", CoreString::max_length, " bytes\n");
     }
+    return !out_.is_too_long();
 }
 
 void TextWriter::write_group(const ParserGroup& group, bool braces, unsigned int level) {

@@ -21,12 +21,11 @@ bool print_value(CoreString& out, const ParserValue& value, bool pretty, unsigne
 class TextWriter {
 public:
     TextWriter(CoreString& out, bool pretty) noexcept : out_(out), pretty_(pretty) {}
-    /// Says so when the text has become too long, and left the output as it was.
-    ~TextWriter();
     TextWriter(const TextWriter&) = delete;
     TextWriter& operator=(const TextWriter&) = delete;
 
-    bool is_too_long() const noexcept { return out_.is_too_long(); }
+    /// False, with a message, when the text has become too long: the output is then as it was.
+    bool finish() const;
 
     void write_group(const ParserGroup& group, bool braces, unsigned int level);
     void write_entry(const ParserEntry& entry, unsigned int level);

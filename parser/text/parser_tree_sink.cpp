@@ -1,5 +1,6 @@
 #include "parser/text/parser_tree_sink_impl.h"
 
+#include "core/memory/core_assert_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
@@ -8,6 +9,7 @@
 
 #include <exception>
 #include <memory>
+#include <new>
 
 namespace bk {
 
@@ -76,10 +78,12 @@ void TreeSink::report_fault(ParserReadObserver::Fault fault, const Token& token,
     if (!is_logged && observer_ == nullptr) {
         return;
     }
-    const CoreString text = fault_text(fault, shown_word(word));
-    if (is_logged && fault == ParserReadObserver::FAULT_INVALID_NAME) {
+    const CoreString text = message_of(fault, word);
+    if (text.is_empty() || !is_logged) {
+        // There is nothing to log.
+    } else if (fault == ParserReadObserver::FAULT_INVALID_NAME) {
         report_warning("ParserGroup.add_entry: ", text, "\n");
-    } else if (is_logged) {
+    } else {
         report_warning("ParserGroup.set_text: (", token.line, ":", token.column, ") ", text, "\n");
     }
     if (observer_ != nullptr) {
@@ -91,13 +95,20 @@ bool TreeSink::may_log(ParserReadObserver::Fault fault) noexcept {
     return fault == ParserReadObserver::FAULT_NESTED_TOO_DEEPLY || ++message_count_ <= limits_.message_count;
 }
 
+/// Empty when there is no memory for it: the parse goes on.
+CoreString TreeSink::message_of(ParserReadObserver::Fault fault, std::string_view word) const {
+    try {
+        return fault_text(fault, shown_word(word));
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
+
 CoreString TreeSink::shown_word(std::string_view word) const {
     if (!has_escapes_ || !is_string_word(word)) {
         return CoreString(word);
     }
-    CoreString decoded;
-    decode_escapes(word, decoded);
-    return decoded;
+    return decoded(word);
 }
 
 ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
@@ -112,6 +123,7 @@ ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
     if (!values_.empty()) {
         ParserValueList& values = EntryAccess::values(*made);
         fill_values(values, run);
+        BK_ASSERT(values.get_count() == values_.size());
         if (extra_values == 0 && !has_binary_data_) {
             values.keep_plain();
         }
@@ -160,6 +172,7 @@ void TreeSink::fill_apart(ParserValueList& values) const {
         fill_value(place++, value, text, false);
         values.set_count(values.get_count() + 1);
     }
+    BK_ASSERT(text <= values.text_room() + text_size_);
 }
 
 /// The text of all stands in its room.

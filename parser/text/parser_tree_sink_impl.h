@@ -58,6 +58,8 @@ public:
     /// Faults are told to the observer alone.
     void leave_log_out() noexcept { logs_ = false; }
 
+    /// How many values the entry begun last has, groups not counted, until another one begins.
+    std::size_t get_pending_count() const noexcept { return values_.size(); }
     /// Whether a limit ended the reading.
     bool is_stopped() const noexcept { return is_stopped_; }
 
@@ -82,6 +84,7 @@ private:
     };
 
     bool may_log(ParserReadObserver::Fault fault) noexcept;
+    CoreString message_of(ParserReadObserver::Fault fault, std::string_view word) const;
     CoreString shown_word(std::string_view word) const;
     void add_string(std::string_view word);
     void finish_entry() {

@@ -4,6 +4,7 @@
 #include "parser/text/parser_text_block_impl.h"
 #include "parser/text/parser_text_scan_impl.h"
 #include "parser/words/parser_characters_impl.h"
+#include "parser/words/parser_word_rules_impl.h"
 
 #include <bit>
 #include <string_view>
@@ -68,7 +69,8 @@ public:
             const std::uint64_t ends = masks.run_ends & -first;
             const std::uint64_t end = ends & -ends;
             const char* const begin = block_ + std::countr_zero(first);
-            if ((masks.blanks & end) == 0 || !is_char(begin[*begin == '-' ? 1 : 0], CHAR_DIGIT)) {
+            const char* const digit = begin + (*begin == '-' ? 1 : 0);
+            if ((masks.blanks & end) == 0 || !is_char(*digit, CHAR_DIGIT) || is_hexadecimal_mark(digit[1])) {
                 break;
             }
             start = begin;

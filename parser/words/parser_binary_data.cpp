@@ -1,4 +1,5 @@
 #include "core/core_memory.h"
+#include "core/text/core_hexadecimal_impl.h"
 #include "parser/model/parser_value_impl.h"
 
 #include <array>
@@ -13,29 +14,27 @@ namespace {
 
 constexpr std::size_t prefix_length = 2;
 constexpr std::size_t checksum_length = 8;
-constexpr char digits[] = "0123456789ABCDEF";
-constexpr unsigned char no_digit = 0xFF;
 
-constexpr std::array<unsigned char, 256> make_digit_values() {
-    std::array<unsigned char, 256> values{};
-    values.fill(no_digit);
-    for (unsigned char i = 0; i < 16; ++i) {
-        values[static_cast<unsigned char>(digits[i])] = i;
+constexpr std::array<signed char, 256> make_digit_values() {
+    std::array<signed char, 256> values{};
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = static_cast<signed char>(hexadecimal_value(static_cast<char>(i)));
     }
     return values;
 }
 
-constexpr std::array<unsigned char, 256> digit_values = make_digit_values();
+constexpr std::array<signed char, 256> digit_values = make_digit_values();
 
 /// The byte of two digits; 0 when either is none.
 unsigned char decode_pair(const char* pair) noexcept {
-    const unsigned int high = digit_values[static_cast<unsigned char>(pair[0])];
-    const unsigned int low = digit_values[static_cast<unsigned char>(pair[1])];
-    return high == no_digit || low == no_digit ? 0 : static_cast<unsigned char>(high * 16 + low);
+    const int high = digit_values[static_cast<unsigned char>(pair[0])];
+    const int low = digit_values[static_cast<unsigned char>(pair[1])];
+    return high < 0 || low < 0 ? 0 : static_cast<unsigned char>(high * 16 + low);
 }
 
 void put_byte(TextBuffer& out, unsigned char byte) {
-    const char pair[] = {digits[byte / 16], digits[byte % 16]};
+    char pair[2];
+    put_hexadecimal(pair, byte);
     out.put(std::string_view(pair, sizeof(pair)));
 }
 

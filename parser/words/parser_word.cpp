@@ -45,6 +45,7 @@ ParserWord::~ParserWord() {
 }
 
 void ParserWord::copy_without_template(const ParserWord& other) {
+    string_ = other.string_; // what can fail comes before anything changes
     type_ = other.type_;
     text_ = other.text_;
     start_ = other.start_;
@@ -52,7 +53,6 @@ void ParserWord::copy_without_template(const ParserWord& other) {
     line_ = other.line_;
     column_ = other.column_;
     array_count_ = other.array_count_;
-    string_ = other.string_;
     string_stale_ = other.string_stale_;
     string_rule_ = other.string_rule_;
 }
@@ -104,15 +104,14 @@ void ParserWord::get_string_0100(CoreString& out) const {
 }
 
 void ParserWord::get_string_0110(CoreString& out) const {
-    if (type_ == TYPE_UNKNOWN && bk::is_string_word(characters())) {
-        type_ = TYPE_STRING;
-    }
-    if (type_ != TYPE_STRING) {
+    const bool is_string =
+        type_ == TYPE_STRING || (type_ == TYPE_UNKNOWN && bk::is_string_word(characters()));
+    if (!is_string) {
         get_string_0100(out);
         return;
     }
-    out.clear();
-    bk::decode_escapes(characters(), out);
+    out = bk::decoded(characters());
+    type_ = TYPE_STRING; // last: there may be no memory for the text
 }
 
 bool ParserWord::classify(Type type, bool matches) const {
@@ -122,12 +121,17 @@ bool ParserWord::classify(Type type, bool matches) const {
     return type_ == type;
 }
 
+// Decoding classifies a quoted word: an unclassified word may be a string when its text has been compared.
+bool ParserWord::is_text(std::string_view text) const {
+    return type_ == TYPE_UNKNOWN && get_string().get_view() == text;
+}
+
 bool ParserWord::is_operator() const {
-    return classify(TYPE_OPERATOR, characters() == "=");
+    return classify(TYPE_OPERATOR, is_text("="));
 }
 
 bool ParserWord::is_separator() const {
-    return classify(TYPE_SEPARATOR, characters() == ",");
+    return classify(TYPE_SEPARATOR, is_text(","));
 }
 
 bool ParserWord::is_brace() const {
@@ -135,11 +139,11 @@ bool ParserWord::is_brace() const {
 }
 
 bool ParserWord::is_bool() const {
-    return classify(TYPE_BOOL, bk::is_bool_word(characters()));
+    return classify(TYPE_BOOL, type_ == TYPE_UNKNOWN && bk::is_bool_word(get_string().get_view()));
 }
 
 bool ParserWord::is_empty_tag() const {
-    return classify(TYPE_EMPTY_TAG, characters() == bk::empty_tag);
+    return classify(TYPE_EMPTY_TAG, is_text(bk::empty_tag));
 }
 
 bool ParserWord::is_binary_data() const {
@@ -155,19 +159,19 @@ bool ParserWord::is_int() const {
 }
 
 bool ParserWord::is_double() const {
-    return classify(TYPE_DOUBLE, type_ == TYPE_UNKNOWN && bk::is_double_word(characters()));
+    return classify(TYPE_DOUBLE, type_ == TYPE_UNKNOWN && bk::is_double_word(get_string().get_view()));
 }
 
 bool ParserWord::is_keyword() const {
+    if (type_ != TYPE_UNKNOWN || length_ < 2 || is_bool()) {
+        return type_ == TYPE_KEYWORD;
+    }
     return classify(TYPE_KEYWORD, bk::is_keyword_word(characters()));
 }
 
 bool ParserWord::is_identifier() const {
-    if (type_ != TYPE_UNKNOWN) {
+    if (type_ != TYPE_UNKNOWN || length_ == 0 || is_bool() || type_ == TYPE_STRING) {
         return type_ == TYPE_IDENTIFIER;
-    }
-    if (is_bool()) {
-        return false;
     }
     bk::NameParts name;
     bk::NameParts template_name;
@@ -182,31 +186,40 @@ bool ParserWord::is_identifier() const {
     return type_ == TYPE_IDENTIFIER;
 }
 
+/// The templates are made, which can fail, before the word changes.
 void ParserWord::take_name(bk::NameParts parts) const {
-    const ParserWord* word = this;
-    for (;;) {
-        word->type_ = TYPE_IDENTIFIER;
-        word->length_ = static_cast<unsigned int>(parts.base.size());
-        if (parts.array_count != bk::no_array) { // a plain name leaves what an earlier one has set
-            word->array_count_ = parts.array_count;
+    const auto take_level = [](const ParserWord& word, const bk::NameParts& level) {
+        word.type_ = TYPE_IDENTIFIER;
+        word.length_ = static_cast<unsigned int>(level.base.size());
+        if (level.array_count != bk::no_array) { // a plain name leaves what an earlier one has set
+            word.array_count_ = level.array_count;
         }
-        word->string_stale_ = true;
-        if (!parts.has_template) {
-            return;
-        }
+        word.string_stale_ = true;
+    };
+    const bk::NameParts outermost = parts;
+    std::shared_ptr<ParserWord> made;
+    ParserWord* innermost = nullptr;
+    while (parts.has_template) {
         auto inner = std::make_shared<ParserWord>();
         inner->text_ = text_;
         inner->start_ = static_cast<unsigned int>(parts.template_word.data() - text_);
-        bk::NameParts inner_parts;
-        bk::classify_name_level(parts.template_word, inner_parts);
-        word->template_ = std::move(inner);
-        word = word->template_.get();
-        parts = inner_parts;
+        bk::NameParts level;
+        bk::classify_name_level(parts.template_word, level);
+        take_level(*inner, level);
+        ParserWord* const next = inner.get();
+        (innermost == nullptr ? made : innermost->template_) = std::move(inner);
+        innermost = next;
+        parts = level;
+    }
+    take_level(*this, outermost);
+    if (made != nullptr) {
+        template_ = std::move(made);
     }
 }
 
 bool ParserWord::is_value(ParserValue::Type& type) const {
-    if (type_ == TYPE_UNKNOWN) {
+    // Asking for the empty tag decodes the word, which settles what a quoted one is.
+    if (!is_empty_tag() && type_ == TYPE_UNKNOWN) {
         type_ = bk::classify_value(characters());
     }
     if (!is_value_type(type_)) {

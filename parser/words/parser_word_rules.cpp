@@ -124,7 +124,7 @@ bool is_int_word(std::string_view word) noexcept {
 }
 
 bool is_double_word(std::string_view word) noexcept {
-    return text_to_double(word).length != 0;
+    return is_scanned_double(word);
 }
 
 bool is_binary_data_word(std::string_view word) noexcept {
@@ -158,17 +158,6 @@ bool has_escapes(const CoreVersion& version) noexcept {
     return !version.is_older_than(CoreVersion(1.1));
 }
 
-void decode_escapes(std::string_view text, CoreString& out) {
-    while (!text.empty()) {
-        const std::size_t plain = std::min(text.find('\\'), text.size());
-        out.append(text.substr(0, plain));
-        if (plain + 1 < text.size()) {
-            out += decoded_escape(text[plain + 1]);
-        }
-        text.remove_prefix(std::min(plain + 2, text.size()));
-    }
-}
-
 std::size_t decode_escapes(std::string_view text, char* out) noexcept {
     char* end = out;
     while (!text.empty()) {
@@ -181,6 +170,13 @@ std::size_t decode_escapes(std::string_view text, char* out) noexcept {
         text.remove_prefix(std::min(plain + 2, text.size()));
     }
     return static_cast<std::size_t>(end - out);
+}
+
+CoreString decoded(std::string_view text) {
+    CoreString out;
+    const std::size_t length = decode_escapes(text, out.resize(static_cast<unsigned int>(text.size())));
+    out.resize(static_cast<unsigned int>(length));
+    return out;
 }
 
 } // namespace bk

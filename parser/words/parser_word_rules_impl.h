@@ -60,17 +60,21 @@ inline std::string_view characters_of(const ParserWord& word) noexcept {
 /// The first kind of value that fits, TYPE_UNKNOWN when none does.
 ParserWord::Type classify_value(std::string_view word) noexcept;
 
-/// The same for a word that begins with a digit, or with "-" and one, given all classes that its characters have. There is
-/// a character behind the word, a NUL if nothing else.
-inline ParserWord::Type classify_number(std::string_view word, unsigned int classes) noexcept {
-    const char* const text = word.data();
-    const bool is_binary_data =
-        (text[0] == '0') & (text[1] == 'x') & (word.size() > 2); // one branch, and nearly never
-    if (is_binary_data) {
-        return ParserWord::TYPE_BINARY_DATA;
-    }
-    // A digit converts as an int and as a double, whatever follows it: only two marks tell them apart.
+/// Whether a digit before this character may begin a hexadecimal number.
+inline bool is_hexadecimal_mark(char character) noexcept {
+    return (character | 0x20) == 'x';
+}
+
+/// The same for a word that begins with a digit, or with "-" and one, and has no hexadecimal mark behind that digit, given
+/// all classes that its characters have. It converts as an int and as a double, whatever follows: only two marks tell.
+inline ParserWord::Type classify_decimal(unsigned int classes) noexcept {
     return (classes & CHAR_DOUBLE_MARK) != 0 ? ParserWord::TYPE_DOUBLE : ParserWord::TYPE_INT;
+}
+
+/// The same whether a mark follows the digit or not. There is a character behind the word, a NUL if nothing else.
+inline ParserWord::Type classify_number(std::string_view word, unsigned int classes) noexcept {
+    const char* const digit = word.data() + (word[0] == '-' ? 1 : 0);
+    return is_hexadecimal_mark(digit[1]) ? classify_value(word) : classify_decimal(classes);
 }
 
 /// Whether a word of this kind stands where values do.
@@ -109,11 +113,10 @@ inline ParserValue::Type value_type_of(ParserWord::Type kind) noexcept {
 /// Whether strings of this serial version have escapes.
 bool has_escapes(const CoreVersion& version) noexcept;
 
-/// Appends `text` with its escapes resolved.
-void decode_escapes(std::string_view text, CoreString& out);
-
 /// Resolves the escapes of `text` into `out`, which has room for as many characters, and returns the length.
 /// A backslash at the very end is dropped.
 std::size_t decode_escapes(std::string_view text, char* out) noexcept;
+/// The same as a string of its own; `text` is a part of a document, and no longer than a string may be.
+CoreString decoded(std::string_view text);
 
 } // namespace bk

@@ -30,5 +30,5 @@ int main() {
     CoreString text;
     group.get_text(text, false, false, 1);
     std::printf("%s\n", text.get_data());
-    return std::strcmp(text.get_data(), " power 81 colour 0.93 0.9 0.82") == 0 ? 0 : 2;
+    return std::strcmp(text.get_data(), " power 81.0 colour 0.93 0.9 0.82") == 0 ? 0 : 2;
 }

@@ -32,6 +32,7 @@ int main() {
     ParserEntry other("other", ParserEntry::TYPE_ENTRY, 1, 1);
     other.add_int(1);
     other.add_string("two");
+    other.get_string(1); // stays where it is from now on
     shared = other;
     look(file, root, made, shared, text);
 }

@@ -35,7 +35,7 @@ TABLE = re.compile(r'mark\("((?:\\.|[^"\\])+)"')
 
 def code_of(line):
     """The line without its comment; an empty line for what is no code."""
-    if line.lstrip().startswith(("#", "//", "static_assert")) or "static_assert" in line:
+    if line.lstrip().startswith(("#", "//", "static_assert", "BK_ASSERT")) or "static_assert" in line:
         return ""
     return line.split(" // ")[0].rstrip()
 

@@ -24,7 +24,22 @@ CIPHER = ["cipher_*", "keystream_*", "file_encrypted_*", "golden_forms_*", "form
 ARCHIVE = ["word_hash_*", "archive_*", "golden_forms_*", "formats_page_*"]
 NUMBERS = ["core_number_*", "environment_*", "core_string_test", "value_*", "word_value_*", "text_parser_values_*",
            "text_writer_values_*", "text_parser_words_*"]
+MEMORY = ["core_memory_*", "threads_*", "slab_*", "chunk_out_*", "entry_copy_*", "resident_*", "fork_*"]
+MODEL = ["value_*", "entry_*", "group_*", "edit_script_*", "text_parser_*", "text_writer_*", "binary_memory_*", "memory_out_*",
+         "threads_*", "read_observer_*", "limits_*"]
 TESTS = {
+    "core/memory/core_memory.cpp": MEMORY,
+    "core/memory/core_slab.cpp": MEMORY,
+    "core/memory/core_slab_impl.h": MEMORY,
+    "core/memory/core_slab_page_impl.h": MEMORY,
+    "core/memory/core_slab_pool.cpp": MEMORY,
+    "core/memory/core_slab_sizes_impl.h": MEMORY,
+    "parser/model/parser_entry_make.cpp": MODEL,
+    "parser/model/parser_value_access.cpp": MODEL,
+    "parser/model/parser_value_list.cpp": MODEL,
+    "parser/model/parser_value_list_impl.h": MODEL,
+    "parser/text/parser_tree_sink.cpp": MODEL,
+    "parser/text/parser_tree_sink_impl.h": MODEL,
     "parser/words/parser_word.cpp": WORDS,
     "parser/words/parser_word_rules.cpp": WORDS,
     "parser/words/parser_word_rules_impl.h": WORDS,
@@ -105,7 +120,7 @@ class Mutants:
     def prepare(self, sources):
         """Everything is built and passes before anything is changed."""
         copy_tree()
-        settings = ["-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O1", "-DBK_PARSER_TOOLS=OFF",
+        settings = ["-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O1 -DBK_PARSER_ASSERTIONS", "-DBK_PARSER_TOOLS=OFF",
                     "-DBK_PARSER_EXAMPLES=OFF", "-DBK_PARSER_PRECOMPILE=OFF",
                     "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"]  # a test need not be linked again for a changed library
         tests = sorted({test for source in sources for test in tests_of(source)})

@@ -27,7 +27,8 @@ protected:
 
     static std::string spelled(double number) {
         char digits[400];
-        return {digits, std::to_chars(digits, digits + sizeof(digits), number).ptr};
+        const std::string text(digits, std::to_chars(digits, digits + sizeof(digits), number).ptr);
+        return text.find_first_of(".en") == std::string::npos ? text + ".0" : text;
     }
 
     static std::string literal(const std::string& bytes) {

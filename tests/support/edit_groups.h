@@ -102,10 +102,10 @@ protected:
         }
         const unsigned int position = choose(from.count());
         const model::EntryPointer moved = from.slots[position].entry;
-        if (model::reaches(moved, to.get())) {
-            return;
-        }
         from.real->move_entry(position, *to->real);
+        if (model::reaches(moved, to.get()) && &from != to.get()) {
+            return; // refused
+        }
         from.erase(position);
         from.rebuild();
         to->append(moved);
@@ -143,10 +143,14 @@ protected:
     void move_ordinary() {
         model::Group& from = group();
         const model::GroupPointer to = some_group();
-        if (any_reaches(from, to.get())) {
+        from.real->move_entries(*to->real);
+        const bool is_refused =
+            std::any_of(from.slots.begin(), from.slots.end(), [&](const model::Slot& slot) {
+                return slot.entry->type == ParserEntry::TYPE_ENTRY && model::reaches(slot.entry, to.get());
+            });
+        if (is_refused && &from != to.get()) {
             return;
         }
-        from.real->move_entries(*to->real);
         std::vector<model::Slot> kept;
         std::vector<model::EntryPointer> moved;
         for (const model::Slot& slot : from.slots) {
@@ -166,11 +170,8 @@ protected:
         const model::GroupPointer from = some_group();
         const model::GroupPointer to = some_group();
         const unsigned int position = choose(to->slots.size() + 1);
-        if (any_reaches(*from, to.get())) {
-            return;
-        }
         from->real->move_entries(*to->real, position);
-        if (from != to) {
+        if (from != to && !any_reaches(*from, to.get())) {
             to->slots.insert(to->slots.begin() + position, from->slots.begin(), from->slots.end());
             to->rebuild();
             from->slots.clear();

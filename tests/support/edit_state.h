@@ -3,6 +3,7 @@
 #include "tests/support/counted_tree.h"
 #include "tests/support/model_tree.h"
 
+#include <algorithm>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -16,6 +17,11 @@ protected:
     struct Root {
         std::unique_ptr<ParserGroup> real;
         model::GroupPointer known;
+    };
+    /// An entry that lists a group and is its source entry.
+    struct SourceLink {
+        const ParserEntry* entry;
+        std::weak_ptr<model::Value> value;
     };
     /// An entry of no group.
     struct Loose {
@@ -89,6 +95,32 @@ protected:
         for (const Loose& loose : loose_) {
             walk_.add(loose.known);
         }
+        forget_sources();
+    }
+
+    /// A group whose source entry gave it up, while other entries keep it, forgets that entry.
+    void forget_sources() {
+        for (const SourceLink& link : links_) {
+            const auto value = link.value.lock();
+            if (value != nullptr && value->group != nullptr && value->group->source == link.entry &&
+                !lists(link.entry, *value)) {
+                value->group->source = nullptr;
+            }
+        }
+        links_.clear();
+        for (const model::EntryPointer& entry : walk_.entries) {
+            for (const auto& value : entry->values) {
+                if (value->group != nullptr && value->group->source == entry->real) {
+                    links_.push_back({entry->real, value});
+                }
+            }
+        }
+    }
+    bool lists(const ParserEntry* real, const model::Value& value) const {
+        return std::any_of(walk_.entries.begin(), walk_.entries.end(), [&](const model::EntryPointer& entry) {
+            return entry->real == real && std::any_of(entry->values.begin(), entry->values.end(),
+                                                      [&](const auto& one) { return one.get() == &value; });
+        });
     }
 
     /// Trees that share entries count as often as a copy would have them.
@@ -132,5 +164,6 @@ protected:
     Root roots_[3];
     Loose loose_[2];
     model::Walk walk_;
+    std::vector<SourceLink> links_;
     model::Comparison check_;
 };

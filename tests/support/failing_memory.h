@@ -1,13 +1,13 @@
 #pragma once
 
 #include "core/core_memory.h"
+#include "core/memory/core_count_impl.h"
 
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <new>
-#include <stdexcept>
 
 // Replaces the program's operator new and the library's CoreMemory, all of it, which a static library leaves to the
 // program. To be included by the one source of a test of internals.
@@ -115,5 +115,5 @@ void CoreMemory::release(void* block, std::size_t) noexcept {
     FailingMemory::give_back(block);
 }
 void CoreMemory::refuse_count() {
-    throw std::length_error("more than 4294967295 elements");
+    throw bk::CountRefused("more than 4294967295 elements");
 }

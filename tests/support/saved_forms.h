@@ -12,7 +12,7 @@
 /// The forms in which a document is saved, for tests that do the same to each.
 struct SavedForm {
     const char* name;
-    /// Whether the library says that it is stored; an archive's saving says only that the file could be opened.
+    /// False when the file could not be opened. What could not be stored whole is logged.
     bool (*save)(ParserFile& file, const CoreString& path);
     /// Into an empty group; whether the library says that it is all there.
     bool (*load)(ParserGroup& root, const CoreString& path);

@@ -2,6 +2,8 @@
 #include "command/command_table.h"
 #include "output/output.h"
 #include "platform/platform.h"
+#include "platform/saving_device.h"
+#include "platform/unfinished_file.h"
 #include "verbs/exit_code.h"
 
 #include <cstring>
@@ -21,6 +23,7 @@ ExitCode run(const CommandLine& line, Streams& streams) {
         streams.out << line.answer;
         return EXIT_CLEAN;
     }
+    const SavingDevice device;
     return line.arguments->verb().run(*line.arguments, streams);
 }
 
@@ -61,6 +64,7 @@ ExitCode run_command(const CommandLine& line) {
 
 int main(int argc, char** argv) {
     bkdoc::prepare_streams();
+    bkdoc::watch_ending_signals();
     return bkdoc::run_command(
         bkdoc::understand(bkdoc::command_line(argc, argv), bkdoc::terminal_width(stdout)));
 }

@@ -9,7 +9,7 @@ import gdb.printing
 INLINE_CAPACITY = 11
 VALUE_SIZE = 32
 TYPE_BITS = 0x00FFFFFF
-VALUE_HELD, TEXT_HELD, STRING_BOXED = 1 << 24, 1 << 25, 1 << 27
+VALUE_HELD, TEXT_HELD, STRING_AWAY = 1 << 24, 1 << 25, 1 << 27
 GROUP, BOOL, CHAR, INT, DOUBLE, STRING, BINARY_DATA, WORD = range(8)
 
 LONGEST_TEXT = 200  # characters of one string
@@ -49,7 +49,7 @@ def value_text(value, depth=0):
     bits = int(value["bits_"])
     kind = bits & TYPE_BITS
     if kind == STRING:
-        string = value["boxed_string_"].dereference() if bits & STRING_BOXED else value["string_"]
+        string = value["away_"]["string"].dereference() if bits & STRING_AWAY else value["string_"]
         return quoted(shortened(string_bytes(string)))
     size = int(value["size_"])
     spelled = value["spelled_"]
@@ -77,7 +77,7 @@ def value_text(value, depth=0):
 def values_of(entry):
     """The values of an entry, wherever its list keeps them."""
     values = entry["values_"]
-    storage = int(values["storage_"])
+    storage = int(values["block_"])
     value_type = gdb.lookup_type("ParserValue")
     pointer = gdb.lookup_type("void").pointer().pointer()
     for i in range(int(values["count_"])):

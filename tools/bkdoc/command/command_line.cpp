@@ -14,7 +14,7 @@ namespace {
 
 // "-=5" is a change and "-3" a number; both are operands.
 bool is_option_word(std::string_view word) noexcept {
-    return word.size() > 1 && word[0] == '-' &&
+    return word.size() > 1 && word[0] == '-' && word != "-0" &&
            (word[1] == '-' || (word[1] >= 'a' && word[1] <= 'z') || (word[1] >= 'A' && word[1] <= 'Z'));
 }
 
@@ -113,7 +113,8 @@ public:
                 continue;
             }
             const std::string_view word = words_[next_];
-            if (options_ended_ || !is_option_word(word)) {
+            const bool is_digit_option = word == "-0" && find_option(&arguments_.verb(), word) != nullptr;
+            if (options_ended_ || !(is_option_word(word) || is_digit_option)) {
                 arguments_.add_operand(std::string(word));
             } else if (word == "--") {
                 options_ended_ = true;

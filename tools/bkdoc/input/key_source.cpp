@@ -16,6 +16,9 @@ bool read_first_line(const std::string& path, std::string& line) {
     }
     CoreString text;
     file.read(text, largest_key_file);
+    if (!file.close()) {
+        return false;
+    }
     line = text.get_view().substr(0, text.get_view().find('\n'));
     if (line.ends_with('\r')) {
         line.pop_back();

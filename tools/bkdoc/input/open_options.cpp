@@ -11,14 +11,13 @@ namespace {
 
 /// What reading may cost: of a document that is trusted, whatever it takes.
 ParserLimits limits_of(bool trusted) noexcept {
-    ParserLimits limits;
-    if (trusted) {
-        limits.include_depth = ParserLimits::no_limit;
-        limits.include_count = ParserLimits::no_limit;
-        limits.source_size = std::numeric_limits<core_uint64>::max();
-        limits.archive_size = std::numeric_limits<core_uint64>::max();
-        limits.archive_free_size = limits.archive_size;
+    if (!trusted) {
+        return ParserLimits::untrusted();
     }
+    ParserLimits limits;
+    limits.include_depth = ParserLimits::no_limit;
+    limits.include_count = ParserLimits::no_limit;
+    limits.source_size = std::numeric_limits<core_uint64>::max();
     return limits;
 }
 

@@ -89,7 +89,7 @@ void write_snippet(const bk_parser::Problem& problem, Output& out) {
         return;
     }
     const Window window = window_of(line, *offset);
-    const std::size_t begin = std::min(*offset, window.end); // a line end is past the line's text
+    const std::size_t begin = std::clamp(*offset, window.begin, window.end); // a line end is past the line's text
     const std::size_t end = std::clamp(*offset + problem.length, begin, window.end);
 
     out << (window.cut_before ? ellipsis : "")

@@ -1,5 +1,9 @@
 #pragma once
 
+#if !defined(_WIN32)
+#include <csignal>
+#endif
+
 namespace bkdoc {
 
 /// While one lives, an interrupt from the keyboard ends the tool no more: it is remembered, and work that asks can stop
@@ -15,7 +19,11 @@ public:
     static bool is_wanted() noexcept;
 
 private:
+#if defined(_WIN32)
     void (*before_)(int);
+#else
+    struct sigaction before_ {};
+#endif
 };
 
 } // namespace bkdoc

@@ -1,0 +1,116 @@
+// Shows what load costs above ParserFile::read, of documents without problems: both in one run, in turns, as medians. A load also
+// finds problems, keeps where each byte came from, and hashes the files.
+
+#include "bench/scene_text.h"
+#include "document/document.h"
+#include "parser/parser_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr double most = 1.1;
+constexpr unsigned int values_timed = 8000000; // of one kind of document, in all repetitions
+constexpr unsigned int least_repetitions = 12;
+constexpr unsigned int most_repetitions = 1001;
+constexpr double mebibyte = 1024.0 * 1024.0;
+
+/// The processor's time, which other programs do not lengthen much. The files are in the system's cache.
+double seconds_since(std::clock_t start) {
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+/// Both leave the tree alive, so that freeing it is not timed.
+double time_read(const std::filesystem::path& path) {
+    ParserFile file{CoreString()};
+    const std::string name = path.string();
+    const auto start = std::clock();
+    file.read(CoreString(std::string_view(name)), CoreString(), nullptr);
+    return seconds_since(start);
+}
+
+double time_load(const std::filesystem::path& path, const bk_parser::LoadOptions& options) {
+    const auto start = std::clock();
+    const bk_parser::LoadResult result = bk_parser::load(path, options);
+    const double seconds = seconds_since(start);
+    if (!result.problems.empty()) {
+        std::printf("%s: %s\n", path.string().c_str(), result.problems[0].message.c_str());
+    }
+    return seconds;
+}
+
+double median(std::vector<double>& samples) {
+    std::sort(samples.begin(), samples.end());
+    return samples[samples.size() / 2];
+}
+
+void compare(const char* name, const std::filesystem::path& path, double megabytes, unsigned int values) {
+    const unsigned int repetitions = std::clamp(values_timed / values, least_repetitions, most_repetitions);
+    bk_parser::LoadOptions watched;
+    watched.progress = [](double) { return true; };
+    std::vector<double> reads;
+    std::vector<double> loads;
+    std::vector<double> watched_loads;
+    // What runs after what matters, because each takes the memory that the one before gave back: all orders have their turn.
+    std::array<unsigned int, 3> order{0, 1, 2};
+    for (unsigned int i = 0; i < repetitions; ++i, std::next_permutation(order.begin(), order.end())) {
+        for (const unsigned int which : order) {
+            if (which == 0) {
+                reads.push_back(time_read(path));
+            } else if (which == 1) {
+                loads.push_back(time_load(path, {}));
+            } else {
+                watched_loads.push_back(time_load(path, watched));
+            }
+        }
+    }
+    const double read = median(reads);
+    const double load = median(loads);
+    const double watched_load = median(watched_loads);
+    std::printf("%-10s %8.1f MiB %10.1f ms %10.1f ms %8.3f %8.3f  %s\n", name, megabytes, read * 1e3,
+                load * 1e3, load / read, watched_load / read,
+                load <= most * read ? "reached" : "NOT REACHED");
+    std::fflush(stdout);
+}
+
+void store(const std::filesystem::path& path, std::string_view text) {
+    std::ofstream(path, std::ios::binary).write(text.data(), static_cast<std::streamsize>(text.size()));
+}
+
+std::string with_comments(std::string_view text) {
+    std::string commented;
+    std::size_t lines = 0;
+    for (const char c : text) {
+        if (c == '\n' && ++lines % 4 == 0) {
+            commented += " // a comment that says something\n";
+        }
+        commented += c;
+    }
+    return commented;
+}
+
+} // namespace
+
+int main() {
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "bk_parser_bench_load";
+    std::filesystem::create_directories(folder);
+    const std::filesystem::path path = folder / "main.bkd";
+    std::printf("%-10s %12s %13s %13s %8s %8s\n", "document", "size", "read", "load", "ratio", "watched");
+    for (const unsigned int values : {1000u, 100000u, 1000000u}) {
+        const std::string text = bench::make_scene_text(values, 1);
+        store(path, text);
+        compare("scene", path, static_cast<double>(text.size()) / mebibyte, values);
+        const std::string commented = with_comments(text);
+        store(path, commented);
+        compare("comments", path, static_cast<double>(commented.size()) / mebibyte, values);
+    }
+    std::filesystem::remove_all(folder);
+    return 0;
+}

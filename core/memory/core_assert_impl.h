@@ -1,0 +1,25 @@
+#pragma once
+
+#if defined(BK_PARSER_ASSERTIONS)
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace bk {
+
+[[noreturn]] inline void end_for_assertion(const char* condition, const char* file, int line) noexcept {
+    std::fprintf(stderr, "%s:%d: does not hold: %s\n", file, line, condition);
+    std::abort();
+}
+
+} // namespace bk
+
+/// An invariant. Tested in debug and sanitizer builds, where the process ends when it does not hold; nothing elsewhere.
+#define BK_ASSERT(condition)                                                                                 \
+    ((condition) ? static_cast<void>(0) : bk::end_for_assertion(#condition, __FILE__, __LINE__))
+
+#else
+
+#define BK_ASSERT(condition) static_cast<void>(0)
+
+#endif

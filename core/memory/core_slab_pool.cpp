@@ -1,0 +1,217 @@
+#include "core/memory/core_slab_pool_impl.h"
+
+#include <bit>
+#include <type_traits>
+
+#if !defined(_WIN32)
+#include <pthread.h>
+#endif
+
+namespace bk {
+
+constinit SlabPool slab_pool;
+
+namespace {
+
+static_assert(std::is_trivially_destructible_v<SlabPool>, "statics of a host's use it to the very end");
+
+constexpr unsigned int pages_per_chunk = chunk_size / slab_page_size;
+constexpr std::size_t page_head_size = 128; // blocks of 64 bytes then lie in one cache line each
+constexpr std::size_t first_page_head_size = 256;
+constexpr std::uint32_t all_pages_used = 0xFFFFFFFFu;
+static_assert(pages_per_chunk == 32, "a chunk counts its pages in 32 bits");
+static_assert(sizeof(SlabPage) <= page_head_size &&
+              page_head_size + sizeof(SlabChunk) <= first_page_head_size);
+static_assert(slab_page_size - first_page_head_size == slab_page_room);
+
+/// Every size has a class, whose blocks are large enough, and the next smaller class's are not.
+constexpr bool holds_every_size() {
+    for (std::size_t size = 1; size <= slab_largest_block; ++size) {
+        const std::size_t size_class = slab_class_of(size);
+        if (size_class >= slab_class_count || slab_block_size(size_class) < size ||
+            (size_class != 0 && slab_block_size(size_class - 1) >= size)) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(holds_every_size());
+
+unsigned int index_in_chunk(const SlabPage* page) noexcept {
+    return static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(page) % chunk_size / slab_page_size);
+}
+
+void unmap(SlabChunk* chunk) noexcept {
+    if (chunk != nullptr) {
+        void* const memory = chunk->page(0);
+        unpoison(memory, chunk_size);
+        do_not_search_for_leaks(memory, chunk_size);
+        give_chunks_back(memory, chunk_size);
+    }
+}
+
+#if !defined(_WIN32)
+
+/// Only the thread that forks goes on in the child: it must not find the lock in the hands of another one.
+[[maybe_unused]] const int fork_handlers =
+    pthread_atfork([] { slab_pool.lock(); }, [] { slab_pool.unlock(); }, [] { slab_pool.unlock(); });
+
+#endif
+
+} // namespace
+
+SlabChunk* SlabChunk::of(SlabPage* page) noexcept {
+    const std::uintptr_t chunk = reinterpret_cast<std::uintptr_t>(page) & ~(chunk_size - 1);
+    return reinterpret_cast<SlabChunk*>(chunk + page_head_size);
+}
+
+SlabPage* SlabChunk::page(unsigned int i) noexcept {
+    return reinterpret_cast<SlabPage*>(reinterpret_cast<char*>(this) - page_head_size + i * slab_page_size);
+}
+
+SlabPage* lay_out_page(void* place, std::size_t size_class, SlabOwner* owner) noexcept {
+    const bool is_first = reinterpret_cast<std::uintptr_t>(place) % chunk_size == 0;
+    const std::size_t head_size = is_first ? first_page_head_size : page_head_size;
+    const std::size_t block_size = slab_block_size(size_class);
+    const std::size_t block_count = (slab_page_size - head_size) / block_size;
+    char* const blocks = static_cast<char*>(place) + head_size;
+    poison(blocks, slab_page_size - head_size);
+    return new (place) SlabPage{owner,
+                                nullptr,
+                                blocks,
+                                blocks + block_count * block_size,
+                                static_cast<std::uint32_t>(block_size),
+                                static_cast<std::uint32_t>(size_class),
+                                0,
+                                nullptr,
+                                nullptr};
+}
+
+SlabPage* SlabPool::take_page(std::size_t size_class, SlabOwner* owner) noexcept {
+    Lock lock(lock_);
+    if (SlabPage* const page = parked_[size_class].first()) {
+        BK_ASSERT(page->is_owned_by(&pooled_page) && page->live_count != 0 && page->has_room());
+        parked_[size_class].remove(page);
+        page->owner.store(owner, std::memory_order_release);
+        return page;
+    }
+    void* const place = find_page(lock);
+    lock.unlock();
+    return place == nullptr ? nullptr : lay_out_page(place, size_class, owner);
+}
+
+void SlabPool::give_page_back(SlabPage* page) noexcept {
+    BK_ASSERT(page->live_count == 0);
+    Lock lock(lock_);
+    SlabChunk* const emptied = drop_page(page);
+    lock.unlock();
+    unmap(emptied);
+}
+
+void SlabPool::park(SlabPage* page) noexcept {
+    BK_ASSERT(page->live_count != 0 && page->has_room());
+    const Lock lock(lock_);
+    parked_[page->size_class].push_front(page);
+    page->owner.store(&pooled_page, std::memory_order_release);
+}
+
+void* SlabPool::allocate(std::size_t size_class) noexcept {
+    Lock lock(lock_);
+    SlabPageList& parked = parked_[size_class];
+    if (parked.first() == nullptr) {
+        void* const place = find_page(lock);
+        if (place == nullptr) {
+            return nullptr;
+        }
+        parked.push_front(lay_out_page(place, size_class, &pooled_page));
+    }
+    SlabPage* const page = parked.first();
+    void* const block = page->take_block();
+    if (!page->has_room()) {
+        parked.remove(page);
+        page->owner.store(&full_page, std::memory_order_release);
+    }
+    return block;
+}
+
+bool SlabPool::release(SlabPage* page, void* block) noexcept {
+    Lock lock(lock_);
+    SlabPageList& parked = parked_[page->size_class];
+    SlabOwner* owner = &full_page;
+    if (page->owner.compare_exchange_strong(owner, &pooled_page, std::memory_order_acquire)) {
+        parked.push_front(page);
+    } else if (owner != &pooled_page) {
+        return false;
+    }
+    if (!page->put_block(block)) {
+        return true;
+    }
+    parked.remove(page);
+    SlabChunk* const emptied = drop_page(page);
+    lock.unlock();
+    unmap(emptied);
+    return true;
+}
+
+/// Memory for a page; null when there is none.
+void* SlabPool::find_page(Lock& lock) noexcept {
+    if (chunks_with_room_ == nullptr) {
+        lock.unlock();
+        void* const memory = take_chunks(chunk_size);
+        lock.lock();
+        if (memory != nullptr) {
+            search_for_leaks(memory, chunk_size);
+            link(new (static_cast<char*>(memory) + page_head_size) SlabChunk{0, nullptr, nullptr});
+        } else if (chunks_with_room_ == nullptr) { // else another thread has had more luck
+            return nullptr;
+        }
+    }
+    SlabChunk* const chunk = chunks_with_room_;
+    BK_ASSERT(chunk->used_pages != all_pages_used);
+    if (chunk == spare_chunk_) {
+        spare_chunk_ = nullptr;
+    }
+    const auto index = static_cast<unsigned int>(std::countr_one(chunk->used_pages));
+    chunk->used_pages |= 1u << index;
+    if (chunk->used_pages == all_pages_used) {
+        unlink(chunk);
+    }
+    return chunk->page(index);
+}
+
+/// The chunk, when it has become empty and there is a spare one already: it is the caller's to give back.
+SlabChunk* SlabPool::drop_page(SlabPage* page) noexcept {
+    SlabChunk* const chunk = SlabChunk::of(page);
+    BK_ASSERT((chunk->used_pages >> index_in_chunk(page) & 1u) == 1u);
+    if (chunk->used_pages == all_pages_used) {
+        link(chunk);
+    }
+    chunk->used_pages &= ~(1u << index_in_chunk(page));
+    if (chunk->used_pages != 0) {
+        return nullptr;
+    }
+    if (spare_chunk_ == nullptr) {
+        spare_chunk_ = chunk;
+        return nullptr;
+    }
+    unlink(chunk);
+    return chunk;
+}
+
+void SlabPool::link(SlabChunk* chunk) noexcept {
+    chunk->previous = nullptr;
+    chunk->next = chunks_with_room_;
+    if (chunks_with_room_ != nullptr) {
+        chunks_with_room_->previous = chunk;
+    }
+    chunks_with_room_ = chunk;
+}
+
+void SlabPool::unlink(SlabChunk* chunk) noexcept {
+    (chunk->previous == nullptr ? chunks_with_room_ : chunk->previous->next) = chunk->next;
+    if (chunk->next != nullptr) {
+        chunk->next->previous = chunk->previous;
+    }
+}
+
+} // namespace bk

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "document/paths/path_steps_impl.h"
+#include "document/values.h"
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace bk_parser {
+
+/// Whether a name is one of the text syntax, without a template or array suffix.
+bool is_plain_name(std::string_view name, bool& is_keyword) noexcept;
+
+/// How far the steps of a path lead into a tree.
+struct PathWay {
+    std::size_t found = 0;            // steps that are there
+    std::vector<ParserEntry*> passed; // the entries on the way, outermost first
+    ParserGroup* group = nullptr;     // where the next step belongs
+    bool has_no_group = false;        // the last entry on the way has no group yet; `group` is null
+    bool is_blocked = false;          // what the last step names is no group; `group` is null
+
+    ParserEntry* holder() const noexcept { return passed.back(); }
+};
+
+/// The longest way along the first `step_count` steps.
+PathWay find_way(ParserGroup& root, const ParsedPath& path, std::size_t step_count);
+
+/// A chain of new entries, each in a group of the one before.
+struct MadeEntries {
+    std::unique_ptr<ParserEntry> outermost; // null when none was missing
+    ParserEntry* innermost = nullptr;
+};
+
+/// Makes the steps from way.found up to `step_count`. False when the path does not say how an entry is to look, or where.
+bool make_steps(const PathWay& way, const ParsedPath& path, std::size_t step_count, MadeEntries& made);
+
+/// Adds made entries to the tree at the end of a way, or a new group when none was made. Until it is kept, everything is taken
+/// away again, which needs no memory.
+class Attachment {
+public:
+    Attachment(const PathWay& way, MadeEntries made);
+    ~Attachment();
+    Attachment(const Attachment&) = delete;
+    Attachment& operator=(const Attachment&) = delete;
+
+    /// The group that the way and what was made lead to.
+    ParserGroup& group() const noexcept { return *group_; }
+    void keep() noexcept { is_kept_ = true; }
+
+private:
+    void undo() noexcept;
+
+    ParserGroup* listed_in_ = nullptr; // has the outermost entry as its last
+    ParserEntry* holder_ = nullptr;    // has a new group as its last value
+    ParserGroup* group_ = nullptr;
+    std::vector<unsigned char> marks_;
+    bool is_kept_ = false;
+};
+
+} // namespace bk_parser

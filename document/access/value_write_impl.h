@@ -1,0 +1,29 @@
+#pragma once
+
+#include "document/values.h"
+
+namespace bk_parser {
+
+/// Writes values into an entry, whose values from `value` to the last they replace when `end` is ListEnd::cut. All or
+/// nothing.
+bool write_values(ParserEntry& entry, unsigned int value, std::span<const GivenValue> given,
+                  access::ListEnd end);
+
+/// A declared array count that was the number of values becomes the number that there is now.
+class ArrayCount {
+public:
+    explicit ArrayCount(ParserEntry& entry) noexcept
+        : entry_(entry), was_right_(entry.get_array_count() == entry.get_value_count()) {}
+
+    void follow() noexcept {
+        if (was_right_) {
+            entry_.set_array(true, entry_.get_value_count());
+        }
+    }
+
+private:
+    ParserEntry& entry_;
+    bool was_right_;
+};
+
+} // namespace bk_parser

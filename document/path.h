@@ -1,0 +1,155 @@
+#pragma once
+
+#include "core/core_export.h"
+#include "document/problem.h"
+#include "document/ranges.h"
+#include "parser/parser_entry.h"
+#include "parser/parser_group.h"
+
+#include <concepts>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Paths name places of a tree, as in `sequence/shot["010"]/camera@2`. docs/paths.md explains the language.
+namespace bk_parser {
+
+struct ParsedPath;
+
+/// Why a path is malformed, and where.
+struct PathError {
+    /// What was found and what to write instead, on one line.
+    std::string message;
+    /// In bytes of the path. The length is at least 1, and the place may be the end of the path.
+    std::size_t offset = 0;
+    std::size_t length = 1;
+};
+
+/// A path that was parsed once and may be matched often, by many threads at once. Copies share what was parsed.
+class BK_PARSER_API Path {
+public:
+    /// Linear. A malformed path finds nothing, and `error` says why.
+    explicit Path(std::string_view text);
+    Path(const Path& other) noexcept;
+    Path(Path&& other) noexcept;
+    Path& operator=(const Path& other) noexcept;
+    Path& operator=(Path&& other) noexcept;
+    ~Path();
+
+    bool ok() const noexcept;
+    /// Null when the path is well-formed. Valid as long as the path or a copy of it.
+    const PathError* error() const noexcept;
+    /// As it was given.
+    std::string_view text() const noexcept;
+
+private:
+    friend struct ParsedPath;
+    std::shared_ptr<const ParsedPath> parsed_;
+};
+
+/// A path as a parameter: a text, which is parsed in the call, or a Path. Refers to what it was made of.
+class PathRef {
+public:
+    PathRef(const Path& path) noexcept : path_(&path) {}
+    template <std::convertible_to<std::string_view> Text>
+    PathRef(const Text& text) noexcept : text_(text) {}
+
+    /// Null for a text.
+    const Path* path() const noexcept { return path_; }
+    std::string_view text() const noexcept { return path_ != nullptr ? path_->text() : text_; }
+
+private:
+    const Path* path_ = nullptr;
+    std::string_view text_;
+};
+
+/// Why a path is malformed; nothing when it is well-formed.
+BK_PARSER_API std::optional<PathError> path_error(std::string_view path);
+
+/// Three lines: the message, the path, and a caret under each character that is meant.
+BK_PARSER_API std::string to_text(const PathError& error, std::string_view path);
+
+/// The same as a problem of the code "malformed-path", whose source line is the path.
+BK_PARSER_API Problem to_problem(const PathError& error, std::string_view path);
+
+/// A name or a string as a path spells it: bare where the language takes it so, else in quotes.
+BK_PARSER_API std::string path_name(std::string_view name);
+/// Always in quotes, with escapes for quotes, backslashes, control characters and bytes that are no UTF-8.
+BK_PARSER_API std::string path_string(std::string_view text);
+
+/// Comes to everything that a path finds in a group, in document order, each entry once. Takes time in proportion to the
+/// entries that are searched times the steps of the path, whatever path it is; memory in proportion to depth times
+/// steps.
+class BK_PARSER_API PathSearch {
+public:
+    PathSearch(const ParserGroup& group, PathRef path);
+    PathSearch(PathSearch&& other) noexcept;
+    PathSearch& operator=(PathSearch&& other) noexcept;
+    PathSearch(const PathSearch&) = delete;
+    PathSearch& operator=(const PathSearch&) = delete;
+    ~PathSearch();
+
+    bool next();
+    /// Leaves out what the current entry holds.
+    void skip_groups() noexcept;
+    const Visit& visit() const noexcept;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+/// The first entry that the path finds, in document order; null when there is none, or the path is malformed.
+/// The entry belongs to the tree, and is constant only if you keep it so.
+BK_PARSER_API ParserEntry* find(const ParserGroup& group, PathRef path);
+
+/// The group that the path leads to: the value that `@` names, or the first group of the first entry that is found. Null
+/// when that is no group.
+BK_PARSER_API ParserGroup* find_group(const ParserGroup& group, PathRef path);
+
+/// All entries that the path finds: `for (ParserEntry& light : find_all(root, "**/light"))`.
+inline CursorRange<PathSearch, ParserEntry> find_all(const ParserGroup& group, PathRef path) {
+    return CursorRange<PathSearch, ParserEntry>(PathSearch(group, path));
+}
+
+/// The same with the place of each, and the value that `@` names.
+inline CursorRange<PathSearch, const Visit> find_visits(const ParserGroup& group, PathRef path) {
+    return CursorRange<PathSearch, const Visit>(PathSearch(group, path));
+}
+
+/// The path in canonical form that finds that entry in `root`, and no other; empty when the entry is not below `root`.
+/// A step is the name alone where no other entry of the group has it, else the name with the entry's first
+/// string, its template, or its number among those of the name. Linear in the tree: for many entries make a PathIndex.
+BK_PARSER_API std::string path_of(const ParserGroup& root, const ParserEntry& entry);
+
+/// The group that lists an entry; null when the entry is not below `root`. An entry does not know its group: linear in
+/// the tree.
+BK_PARSER_API ParserGroup* parent_of(const ParserGroup& root, const ParserEntry& entry);
+/// The entry that holds a group; null for `root` itself and for a group that is not below it. Linear in the tree. A
+/// group that was read or was made in its entry knows that entry at once (ParserGroup::get_source_entry); one that was
+/// adopted or copied does not.
+BK_PARSER_API ParserEntry* parent_of(const ParserGroup& root, const ParserGroup& group);
+
+/// The paths and parents of all entries of a tree, found in one walk. Wrong once the tree is edited.
+class BK_PARSER_API PathIndex {
+public:
+    explicit PathIndex(const ParserGroup& root);
+    PathIndex(PathIndex&& other) noexcept;
+    PathIndex& operator=(PathIndex&& other) noexcept;
+    PathIndex(const PathIndex&) = delete;
+    PathIndex& operator=(const PathIndex&) = delete;
+    ~PathIndex();
+
+    /// As the function of that name; linear in the depth.
+    std::string path_of(const ParserEntry& entry) const;
+    /// The entry that holds the group that lists this entry; null in the root group and for entries elsewhere.
+    ParserEntry* parent_of(const ParserEntry& entry) const noexcept;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace bk_parser

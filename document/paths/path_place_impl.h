@@ -1,0 +1,32 @@
+#pragma once
+
+#include "parser/parser_entry.h"
+#include "parser/parser_group.h"
+
+#include <string>
+#include <string_view>
+
+namespace bk_parser {
+
+/// How many entries of a group are like one of them, itself included.
+struct Likeness {
+    unsigned int name_count = 0;
+    unsigned int key_count = 0;      // and of its first string
+    unsigned int template_count = 0; // and of its template
+    unsigned int number = 0;         // of its name, before it
+
+    static Likeness of(const ParserGroup& group, const ParserEntry& entry);
+};
+
+/// The string that an entry may be named by; none when it has no first string, or a long or unreadable one.
+bool find_key(const ParserEntry& entry, std::string_view& key) noexcept;
+
+/// Which of an entry's values are groups, as far as a path needs to know.
+unsigned int count_groups(const ParserEntry& entry) noexcept;
+
+/// Appends the step that finds just this entry in its group.
+void append_step(std::string& path, const ParserEntry& entry, const Likeness& likeness);
+/// Appends what leads from an entry into the group that is this value of it.
+void append_descent(std::string& path, const ParserEntry& entry, unsigned int value);
+
+} // namespace bk_parser

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "document/ranges.h"
+
+#include <vector>
+
+namespace bk_parser {
+
+/// A place in a tree: the entries on the way down from a group, on a stack of its own. Whoever moves it says which groups
+/// are entered. An entry that was moved in its group is found again, and one that is gone is stepped over.
+class TreeCursor {
+public:
+    explicit TreeCursor(const ParserGroup& group) { enter(const_cast<ParserGroup&>(group)); }
+
+    /// The next entry of all, depth first, an entry before what it holds; false behind the last.
+    bool next();
+    /// The next entry of the innermost group; false behind the last.
+    bool next_entry() noexcept;
+    /// The next group among the values of the current entry; null when there is no more.
+    ParserGroup* next_group() noexcept;
+    /// No group of the current entry is next any more.
+    void skip_groups() noexcept { levels_.back().value = no_more_values; }
+    void enter(ParserGroup& group) { levels_.push_back({&group, nullptr, 0, 0}); }
+    /// Back to the entry that holds the innermost group; false when that is the outermost.
+    bool leave() noexcept;
+
+    ParserEntry* entry() const noexcept { return levels_.back().entry; }
+    ParserGroup& group() const noexcept { return *levels_.back().group; }
+    /// Which value of the current entry `next_group` gave last.
+    unsigned int group_value() const noexcept { return levels_.back().value - 1; }
+    unsigned int depth() const noexcept { return static_cast<unsigned int>(levels_.size() - 1); }
+    Visit visit(unsigned int value) const noexcept {
+        const Level& level = levels_.back();
+        return {*level.entry, *level.group, level.position, depth(), value};
+    }
+
+    struct Level {
+        ParserGroup* group;
+        ParserEntry* entry;    // null before the first, behind the last, and when it is gone
+        unsigned int position; // of the entry; without one, of the next
+        unsigned int value;    // the next to look at
+    };
+    /// From the outermost group on; the last one has the current entry.
+    const std::vector<Level>& levels() const noexcept { return levels_; }
+
+private:
+    static constexpr unsigned int no_more_values = 0xFFFFFFFFu;
+
+    static bool find_again(Level& level) noexcept;
+
+    std::vector<Level> levels_;
+};
+
+} // namespace bk_parser

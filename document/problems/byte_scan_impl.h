@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace bk_parser {
+
+/// Bytes of a text that belong in none, or at its beginning alone.
+struct StrayBytes {
+    std::size_t nul_count = 0;
+    std::size_t first_nul = 0;
+    std::size_t bad_count = 0; // bytes that are no part of a well-formed UTF-8 character
+    std::size_t first_bad = 0;
+    std::vector<std::size_t> marks; // byte order marks
+
+    bool are_none() const noexcept { return nul_count == 0 && bad_count == 0 && marks.empty(); }
+};
+
+/// Linear; characters below 0x80 cost next to nothing.
+StrayBytes find_stray_bytes(std::string_view text);
+
+} // namespace bk_parser

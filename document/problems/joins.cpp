@@ -1,0 +1,102 @@
+#include "document/problems/joins_impl.h"
+
+#include "document/problems/line_reader_impl.h"
+#include "document/problems/problem_codes_impl.h"
+#include "document/problems/shown_word_impl.h"
+#include "parser/words/parser_characters_impl.h"
+
+#include <algorithm>
+
+namespace bk_parser {
+
+namespace {
+
+using Piece = SourceMap::Piece;
+
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
+bool ends_word(char character) noexcept {
+    return bk::is_char(character, bk::CHAR_BLANK | bk::CHAR_DELIMITER);
+}
+
+/// The word of the expanded text that ends before `end`, or that begins there.
+std::string_view word_before(std::string_view text, std::size_t end) noexcept {
+    std::size_t begin = end;
+    while (begin != 0 && !ends_word(text[begin - 1])) {
+        --begin;
+    }
+    return text.substr(begin, end - begin);
+}
+std::string_view word_from(std::string_view text, std::size_t begin) noexcept {
+    std::size_t end = begin;
+    while (end != text.size() && !ends_word(text[end])) {
+        ++end;
+    }
+    return text.substr(begin, end - begin);
+}
+
+std::string_view text_of(const SourceMap& sources, std::size_t inclusion) noexcept {
+    return sources.get_files()[sources.file_of_inclusion(inclusion)]->text.get_text();
+}
+
+/// What was taken out before a piece: where its file says so.
+struct Taken {
+    Spot spot;
+    bool is_comment;
+};
+
+Taken taken_before(const SourceMap& sources, const Piece& before, const Piece& piece) {
+    const std::size_t end = std::size_t{before.offset} + before.length;
+    if (text_of(sources, before.inclusion).substr(end).starts_with("//")) {
+        return {{before.inclusion, end, 2, piece.expanded}, true};
+    }
+    if (before.inclusion == piece.inclusion) {
+        const std::size_t line_end = sources.file_of({before.inclusion}).text.line_end(end);
+        return {{before.inclusion, end, std::min<std::size_t>(piece.offset, line_end) - end, piece.expanded},
+                false};
+    }
+    const bool is_begin = piece.inclusion > before.inclusion && piece.offset == 0;
+    Spot directive = sources.inclusion(is_begin ? piece.inclusion : before.inclusion).directive;
+    directive.expanded = piece.expanded;
+    return {directive, false};
+}
+
+} // namespace
+
+Joins::Joins(std::string_view expanded, const SourceMap& sources) {
+    const std::vector<Piece>& pieces = sources.get_pieces();
+    for (std::size_t i = 1; i < pieces.size(); ++i) {
+        const std::size_t at = pieces[i].expanded;
+        if (at < expanded.size() && !ends_word(expanded[at - 1]) && !ends_word(expanded[at]) &&
+            !expanded.substr(0, at).ends_with(byte_order_mark)) {
+            pieces_.push_back(i);
+            offsets_.push_back(pieces[i].expanded);
+        }
+    }
+}
+
+bool Joins::is_inside(std::size_t start, std::size_t length) const noexcept {
+    const auto first = std::upper_bound(offsets_.begin(), offsets_.end(), start);
+    return first != offsets_.end() && *first < start + length;
+}
+
+void Joins::tell(std::string_view expanded, const SourceMap& sources, ProblemList& problems) const {
+    LineReaders lines(sources);
+    for (const std::size_t i : pieces_) {
+        const Piece& piece = sources.get_pieces()[i];
+        const Taken taken = taken_before(sources, sources.get_pieces()[i - 1], piece);
+        if (lines.state_at(taken.spot) == LineReader::State::string) {
+            continue; // what is told of the string is the reason
+        }
+        const std::string words = shown(word_from(expanded, piece.expanded)) + " joins " +
+                                  shown(word_before(expanded, piece.expanded));
+        if (taken.is_comment) {
+            problems.add(codes::comment_joins_line, words + ": put a blank before the comment", taken.spot);
+        } else {
+            problems.add(codes::include_joins_word,
+                         words + ": put a blank or a line end before and behind the directive", taken.spot);
+        }
+    }
+}
+
+} // namespace bk_parser

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace bk_parser {
+
+/// A word of a document as a message shows it: in single quotes, on one line, without control characters, cut after 60 bytes.
+std::string shown(std::string_view word);
+
+/// "1 byte", "2 bytes"
+std::string counted(std::size_t count, std::string_view thing);
+
+} // namespace bk_parser

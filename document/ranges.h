@@ -1,0 +1,215 @@
+#pragma once
+
+#include "core/core_export.h"
+#include "core/core_string.h"
+#include "parser/parser_entry.h"
+#include "parser/parser_group.h"
+
+#include <concepts>
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <ranges>
+#include <string>
+#include <string_view>
+#include <utility>
+
+/// Ranges over trees, for range-for and for std::views. All of them are lazy, and none of them recurses.
+///
+/// Edits while a range is walked: at an entry you may change, move, take or remove that entry, change what is below it,
+/// and add, move or remove entries of the same group; what follows then goes on behind the entry, or where it was. Do not
+/// remove or move the entries above the current one, which hold the groups that are being walked.
+namespace bk_parser {
+
+/// An entry that a walk or a search has come to, and its place. Valid until the tree is edited there.
+class Visit {
+public:
+    /// What `value` gives for the entry as a whole.
+    static constexpr unsigned int whole_entry = 0xFFFFFFFFu;
+
+    Visit() = default;
+    Visit(ParserEntry& entry, ParserGroup& parent, unsigned int position, unsigned int depth,
+          unsigned int value) noexcept
+        : entry_(&entry), parent_(&parent), position_(position), depth_(depth), value_(value) {}
+
+    ParserEntry& entry() const noexcept { return *entry_; }
+    /// The group that lists the entry.
+    ParserGroup& parent() const noexcept { return *parent_; }
+    /// The entry's position in that group, among entries of every kind.
+    unsigned int position() const noexcept { return position_; }
+    /// 0 for entries of the group that is walked, 1 for those of groups in them, and so on.
+    unsigned int depth() const noexcept { return depth_; }
+    /// The value that the path names with `@`, or whole_entry.
+    unsigned int value() const noexcept { return value_; }
+
+private:
+    ParserEntry* entry_ = nullptr;
+    ParserGroup* parent_ = nullptr;
+    unsigned int position_ = 0;
+    unsigned int depth_ = 0;
+    unsigned int value_ = whole_entry;
+};
+
+/// Comes to every entry of a group and of the groups in it, depth first, an entry before what it holds. Memory is
+/// in proportion to the depth.
+class BK_PARSER_API Walker {
+public:
+    explicit Walker(const ParserGroup& group);
+    Walker(Walker&& other) noexcept;
+    Walker& operator=(Walker&& other) noexcept;
+    Walker(const Walker&) = delete;
+    Walker& operator=(const Walker&) = delete;
+    ~Walker();
+
+    /// Goes to the next entry; false when there is none.
+    bool next();
+    /// Leaves out what the current entry holds.
+    void skip_groups() noexcept;
+    const Visit& visit() const noexcept;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+/// A range over what a cursor (Walker, PathSearch) comes to, to be walked once. It moves, and is not copied.
+/// `Item` is Visit or ParserEntry: what the range gives references to.
+template <class Cursor, class Item>
+class CursorRange : public std::ranges::view_base {
+public:
+    class Iterator {
+    public:
+        using iterator_concept = std::input_iterator_tag;
+        using value_type = Item;
+        using difference_type = std::ptrdiff_t;
+
+        Iterator() = default;
+        explicit Iterator(CursorRange& range) noexcept : range_(&range) {}
+
+        Item& operator*() const noexcept {
+            if constexpr (std::same_as<Item, ParserEntry>) {
+                return range_->cursor_.visit().entry();
+            } else {
+                return range_->cursor_.visit();
+            }
+        }
+        Item* operator->() const noexcept { return &**this; }
+        /// Where the entry stands, and which of its values the path names.
+        const Visit& visit() const noexcept { return range_->cursor_.visit(); }
+        Iterator& operator++() {
+            range_->is_over_ = !range_->cursor_.next();
+            return *this;
+        }
+        void operator++(int) { ++*this; }
+        bool operator==(std::default_sentinel_t) const noexcept { return range_->is_over_; }
+
+    private:
+        CursorRange* range_ = nullptr;
+    };
+
+    explicit CursorRange(Cursor cursor) noexcept : cursor_(std::move(cursor)) {}
+
+    /// To be called once.
+    Iterator begin() {
+        is_over_ = !cursor_.next();
+        return Iterator(*this);
+    }
+    std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
+    Cursor& cursor() noexcept { return cursor_; }
+
+private:
+    Cursor cursor_;
+    bool is_over_ = false;
+};
+
+/// Every entry below a group: `for (const Visit& visit : walk(group))`.
+inline CursorRange<Walker, const Visit> walk(const ParserGroup& group) {
+    return CursorRange<Walker, const Visit>(Walker(group));
+}
+
+/// The entries of one group, of every kind, in document order; with a name only those of that name.
+class Entries : public std::ranges::view_base {
+public:
+    class Iterator {
+    public:
+        using iterator_concept = std::forward_iterator_tag;
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = ParserEntry;
+        using difference_type = std::ptrdiff_t;
+        using reference = ParserEntry&;
+        using pointer = ParserEntry*;
+
+        Iterator() = default;
+        explicit Iterator(const Entries& range) noexcept : range_(&range) { find_from(0); }
+
+        ParserEntry& operator*() const noexcept { return *entry_; }
+        ParserEntry* operator->() const noexcept { return entry_; }
+        Iterator& operator++() noexcept {
+            find_from(following());
+            return *this;
+        }
+        Iterator operator++(int) noexcept {
+            const Iterator before = *this;
+            ++*this;
+            return before;
+        }
+        bool operator==(const Iterator& other) const noexcept { return entry_ == other.entry_; }
+        bool operator==(std::default_sentinel_t) const noexcept { return entry_ == nullptr; }
+        /// Where the entry stands in its group.
+        unsigned int position() const noexcept { return position_; }
+
+    private:
+        /// Behind the entry; where it was when it is gone.
+        unsigned int following() const noexcept {
+            const auto& entries = range_->group_->get_entries();
+            if (position_ < entries.get_count() && entries[position_] == entry_) {
+                return position_ + 1;
+            }
+            for (unsigned int i = 0; i < entries.get_count(); ++i) {
+                if (entries[i] == entry_) {
+                    return i + 1;
+                }
+            }
+            return position_;
+        }
+        void find_from(unsigned int position) noexcept {
+            const auto& entries = range_->group_->get_entries();
+            entry_ = nullptr;
+            for (position_ = position; position_ < entries.get_count(); ++position_) {
+                ParserEntry* const entry = entries[position_];
+                if (entry != nullptr && range_->takes(*entry)) {
+                    entry_ = entry;
+                    return;
+                }
+            }
+        }
+
+        const Entries* range_ = nullptr;
+        ParserEntry* entry_ = nullptr;
+        unsigned int position_ = 0;
+    };
+
+    explicit Entries(const ParserGroup& group) noexcept : group_(&group) {}
+    Entries(const ParserGroup& group, std::string_view name) : group_(&group), name_(name) {}
+
+    Iterator begin() const noexcept { return Iterator(*this); }
+    std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
+
+private:
+    bool takes(const ParserEntry& entry) const noexcept {
+        return !name_ || entry.get_name().get_view() == *name_;
+    }
+
+    const ParserGroup* group_;
+    std::optional<std::string> name_;
+};
+
+inline Entries entries(const ParserGroup& group) {
+    return Entries(group);
+}
+inline Entries entries(const ParserGroup& group, std::string_view name) {
+    return {group, name};
+}
+
+} // namespace bk_parser

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "core/core_string.h"
+
+#include <compare>
+#include <cstddef>
+#include <functional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <version>
+
+#if defined(__cpp_lib_format)
+#include <format>
+#endif
+
+/// CoreString among the strings of the standard library: compared, ordered, hashed, printed and converted. A CoreString is
+/// made of a std::string_view by its constructor, and shown as one by get_view; nothing converts by itself.
+
+inline bool operator==(const CoreBasicString& left, std::string_view right) noexcept {
+    return left.get_view() == right;
+}
+/// By unsigned bytes, a shorter string before a longer one that begins with it.
+inline std::strong_ordering operator<=>(const CoreBasicString& left, const CoreBasicString& right) noexcept {
+    return left.get_view() <=> right.get_view();
+}
+inline std::strong_ordering operator<=>(const CoreBasicString& left, std::string_view right) noexcept {
+    return left.get_view() <=> right;
+}
+
+/// Pads and fills as for a std::string.
+inline std::ostream& operator<<(std::ostream& stream, const CoreBasicString& text) {
+    return stream << text.get_view();
+}
+
+/// The hash of a std::string_view of the same bytes.
+template <>
+struct std::hash<CoreString> {
+    std::size_t operator()(const CoreString& text) const noexcept {
+        return std::hash<std::string_view>()(text.get_view());
+    }
+};
+
+#if defined(__cpp_lib_format)
+template <>
+struct std::formatter<CoreString> : std::formatter<std::string_view> {
+    template <class Context>
+    auto format(const CoreString& text, Context& context) const {
+        return std::formatter<std::string_view>::format(text.get_view(), context);
+    }
+};
+#endif
+
+namespace bk_parser {
+
+inline std::string to_string(const CoreBasicString& text) {
+    return std::string(text.get_view());
+}
+
+/// For containers that are asked with any kind of string, and make none for that:
+/// `std::unordered_map<CoreString, int, StringHash, StringEqual>`, `std::map<CoreString, int, std::less<>>`.
+struct StringHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const noexcept {
+        return std::hash<std::string_view>()(text);
+    }
+    std::size_t operator()(const CoreBasicString& text) const noexcept { return (*this)(text.get_view()); }
+};
+struct StringEqual {
+    using is_transparent = void;
+    template <class Left, class Right>
+    bool operator()(const Left& left, const Right& right) const noexcept {
+        return left == right;
+    }
+};
+
+} // namespace bk_parser

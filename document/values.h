@@ -1,0 +1,376 @@
+#pragma once
+
+#include "core/core_export.h"
+#include "core/core_string.h"
+#include "core/gmath_vec.h"
+#include "document/path.h"
+#include "parser/parser_entry.h"
+#include "parser/parser_group.h"
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <iterator>
+#include <limits>
+#include <optional>
+#include <ranges>
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+/// The types that values are read as and set from. document/access.h has the functions.
+namespace bk_parser {
+
+template <class T>
+inline constexpr bool is_wide_character = std::same_as<T, wchar_t> || std::same_as<T, char8_t> ||
+                                          std::same_as<T, char16_t> || std::same_as<T, char32_t>;
+
+template <class T>
+concept IntegerValue = std::integral<T> && !std::same_as<T, bool> && !is_wide_character<T>;
+template <class T>
+concept NumberValue = IntegerValue<T> || std::same_as<T, float> || std::same_as<T, double>;
+template <class T>
+concept StringValue =
+    std::same_as<T, std::string> || std::same_as<T, CoreString> || std::same_as<T, std::string_view>;
+template <class T>
+concept BytesValue = std::same_as<T, std::span<const std::byte>> || std::same_as<T, std::vector<std::byte>>;
+/// What one value of an entry is read as.
+template <class T>
+concept SingleValue = std::same_as<T, bool> || NumberValue<T> || StringValue<T> || BytesValue<T> ||
+    std::same_as<T, ParserGroup*>;
+
+template <SingleValue T>
+class Values;
+
+/// How many values of which type make up a T.
+template <class T>
+struct ListTraits {
+    static constexpr std::size_t size = 0;
+};
+template <class T>
+struct ListTraits<GMathVec2<T>> {
+    using Element = T;
+    static constexpr std::size_t size = 2;
+};
+template <class T>
+struct ListTraits<GMathVec3<T>> {
+    using Element = T;
+    static constexpr std::size_t size = 3;
+};
+template <class T>
+struct ListTraits<GMathVec4<T>> {
+    using Element = T;
+    static constexpr std::size_t size = 4;
+};
+template <class T, std::size_t Size>
+struct ListTraits<std::array<T, Size>> {
+    using Element = T;
+    static constexpr std::size_t size = Size;
+};
+
+/// A fixed number of values.
+template <class T>
+concept FixedListValue = ListTraits<T>::size != 0 && SingleValue<typename ListTraits<T>::Element>;
+
+template <class T>
+inline constexpr bool is_vector = false;
+template <SingleValue T>
+inline constexpr bool is_vector<std::vector<T>> = true;
+template <class T>
+inline constexpr bool is_values = false;
+template <SingleValue T>
+inline constexpr bool is_values<Values<T>> = true;
+
+/// As many values as there are.
+template <class T>
+concept OpenListValue = (is_vector<T> || is_values<T>)&&!BytesValue<T>;
+
+template <class T>
+concept ReadableValue = SingleValue<T> || FixedListValue<T> || OpenListValue<T>;
+
+/// A text, literals too. A pointer or nullptr that is no text is none.
+template <class T>
+concept TextValue = StringValue<T> ||
+    (std::convertible_to<const T&, std::string_view> && !std::same_as<T, std::nullptr_t>);
+template <class T>
+concept WritableSingleValue = std::same_as<T, bool> || NumberValue<T> || TextValue<T> || BytesValue<T>;
+
+template <class T>
+inline constexpr bool is_writable_list = false;
+template <WritableSingleValue T>
+inline constexpr bool is_writable_list<std::vector<T>> = !BytesValue<std::vector<T>>;
+template <class T, std::size_t Extent>
+inline constexpr bool is_writable_list<std::span<T, Extent>> =
+    WritableSingleValue<std::remove_const_t<T>> && !BytesValue<std::span<T, Extent>>;
+
+/// What a value may be set to.
+template <class T>
+concept WritableValue = WritableSingleValue<T> || is_writable_list<T> ||
+    (ListTraits<T>::size != 0 && WritableSingleValue<typename ListTraits<T>::Element>);
+
+/// One value that is to be stored. Refers to texts and bytes.
+class GivenValue {
+public:
+    enum class Kind { boolean, character, integer, real, text, bytes, impossible };
+
+    template <WritableSingleValue T>
+    explicit GivenValue(const T& value) noexcept {
+        if constexpr (std::same_as<T, bool>) {
+            kind = Kind::boolean;
+            integer = value ? 1 : 0;
+        } else if constexpr (std::same_as<T, char>) {
+            kind = Kind::character;
+            // A char is signed here on every platform, as in the model.
+            integer = static_cast<signed char>(value); // NOLINT(bugprone-signed-char-misuse)
+        } else if constexpr (std::unsigned_integral<T>) {
+            take_unsigned(value);
+        } else if constexpr (std::integral<T>) {
+            kind = Kind::integer;
+            integer = static_cast<long long>(value); // NOLINT(bugprone-signed-char-misuse)
+        } else if constexpr (std::floating_point<T>) {
+            kind = Kind::real;
+            real = static_cast<double>(value);
+        } else if constexpr (BytesValue<T>) {
+            kind = Kind::bytes;
+            text = {reinterpret_cast<const char*>(value.data()), value.size()};
+        } else if constexpr (std::derived_from<T, CoreBasicString>) {
+            take_text(value.get_view());
+        } else if constexpr (std::is_pointer_v<T>) {
+            take_text(value == nullptr ? std::string_view() : std::string_view(value));
+        } else {
+            take_text(value);
+        }
+    }
+
+    Kind kind = Kind::impossible;
+    long long integer = 0;
+    double real = 0.0;
+    std::string_view text;
+
+private:
+    void take_text(std::string_view given) noexcept {
+        kind = Kind::text;
+        text = given;
+    }
+    void take_unsigned(unsigned long long value) noexcept {
+        if (value <= static_cast<unsigned long long>(std::numeric_limits<long long>::max())) {
+            kind = Kind::integer;
+            integer = static_cast<long long>(value);
+        } else if (value % 2048 == 0) { // the doubles from 2^63 to 2^64
+            kind = Kind::real;
+            real = static_cast<double>(value);
+        }
+    }
+};
+
+/// What the templates stand on.
+namespace access {
+
+enum class ListEnd {
+    keep, ///< values behind those that are set stay
+    cut   ///< they are removed
+};
+
+/// Each is false, and leaves `out` as it was, when the entry has no such value or it is none of that type.
+BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, bool& out);
+BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, long long& out);
+BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, unsigned long long& out);
+BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, float& out);
+BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, double& out);
+BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, std::string_view& out);
+BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, std::span<const std::byte>& out);
+BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, ParserGroup*& out);
+
+/// The entry that a path finds first, and the value that it names; null when there is none.
+BK_PARSER_API const ParserEntry* find_value(const ParserGroup& group, PathRef path, unsigned int& value);
+
+BK_PARSER_API bool set_values(ParserEntry& entry, unsigned int value, std::span<const GivenValue> given,
+                              ListEnd end);
+BK_PARSER_API bool set_values(ParserGroup& group, PathRef path, std::span<const GivenValue> given,
+                              ListEnd end);
+BK_PARSER_API ParserEntry* add_values(ParserGroup& group, PathRef path, std::span<const GivenValue> given);
+
+/// As the model has it, a char is signed on every platform.
+inline std::optional<char> read_char(const ParserEntry& entry, unsigned int value) {
+    long long wide = 0;
+    return read(entry, value, wide) && wide >= -128 && wide <= 127
+               ? std::optional<char>(static_cast<char>(wide))
+               : std::nullopt;
+}
+
+template <IntegerValue T>
+std::optional<T> read_integer(const ParserEntry& entry, unsigned int value) {
+    using Wide = std::conditional_t<std::signed_integral<T>, long long, unsigned long long>;
+    Wide wide = 0;
+    constexpr Wide least = static_cast<Wide>(std::numeric_limits<T>::min());
+    constexpr Wide most = static_cast<Wide>(std::numeric_limits<T>::max());
+    if (!read(entry, value, wide) || wide < least || wide > most) {
+        return std::nullopt;
+    }
+    return static_cast<T>(wide);
+}
+
+template <SingleValue T>
+std::optional<T> read_single(const ParserEntry& entry, unsigned int value) {
+    if constexpr (std::same_as<T, char>) {
+        return read_char(entry, value);
+    } else if constexpr (IntegerValue<T>) {
+        return read_integer<T>(entry, value);
+    } else if constexpr (std::same_as<T, std::string> || std::same_as<T, CoreString>) {
+        std::string_view text;
+        return read(entry, value, text) ? std::optional<T>(T(text)) : std::nullopt;
+    } else if constexpr (std::same_as<T, std::vector<std::byte>>) {
+        std::span<const std::byte> bytes;
+        return read(entry, value, bytes) ? std::optional<T>(T(bytes.begin(), bytes.end())) : std::nullopt;
+    } else {
+        T read_value{};
+        return read(entry, value, read_value) ? std::optional<T>(read_value) : std::nullopt;
+    }
+}
+
+template <FixedListValue T>
+std::optional<T> read_fixed_list(const ParserEntry& entry, unsigned int value) {
+    T list{};
+    for (unsigned int i = 0; i < ListTraits<T>::size; ++i) {
+        auto element = read_single<typename ListTraits<T>::Element>(entry, value + i);
+        if (!element) {
+            return std::nullopt;
+        }
+        list[i] = std::move(*element);
+    }
+    return list;
+}
+
+template <class T>
+std::optional<std::vector<T>> read_vector(const ParserEntry& entry, unsigned int value) {
+    if (value > entry.get_value_count()) {
+        return std::nullopt;
+    }
+    std::vector<T> list;
+    for (unsigned int i = value; i < entry.get_value_count(); ++i) {
+        auto element = read_single<T>(entry, i);
+        if (!element) {
+            return std::nullopt;
+        }
+        list.push_back(std::move(*element));
+    }
+    return list;
+}
+
+template <ReadableValue T>
+std::optional<T> read_any(const ParserEntry& entry, unsigned int value) {
+    if constexpr (SingleValue<T>) {
+        return read_single<T>(entry, value);
+    } else if constexpr (FixedListValue<T>) {
+        return read_fixed_list<T>(entry, value);
+    } else if constexpr (is_values<T>) {
+        return T::of_all(entry, value);
+    } else {
+        return read_vector<typename T::value_type>(entry, value);
+    }
+}
+
+/// Calls `act` with what is given, value by value.
+template <WritableValue T, class Action>
+auto with_given(const T& content, const Action& act) {
+    if constexpr (WritableSingleValue<T>) {
+        const GivenValue given(content);
+        return act(std::span<const GivenValue>(&given, 1), ListEnd::keep);
+    } else if constexpr (ListTraits<T>::size != 0) {
+        std::vector<GivenValue> given;
+        for (unsigned int i = 0; i < ListTraits<T>::size; ++i) {
+            given.emplace_back(content[i]);
+        }
+        return act(std::span<const GivenValue>(given), ListEnd::keep);
+    } else {
+        std::vector<GivenValue> given;
+        for (const typename T::value_type& element : content) {
+            given.emplace_back(element);
+        }
+        return act(std::span<const GivenValue>(given), ListEnd::cut);
+    }
+}
+
+} // namespace access
+
+/// The values of an entry that can be read as T, in order; others are passed over. Values that are added while it is walked
+/// are walked, too. Points to the entry.
+template <SingleValue T>
+class Values : public std::ranges::view_base {
+public:
+    class Iterator {
+    public:
+        using iterator_concept = std::forward_iterator_tag;
+        using iterator_category = std::input_iterator_tag;
+        using value_type = T;
+        using difference_type = std::ptrdiff_t;
+        using reference = T;
+        using pointer = void;
+
+        Iterator() = default;
+        Iterator(const ParserEntry& entry, unsigned int index) : entry_(&entry), index_(index) { find(); }
+
+        T operator*() const { return *value_; }
+        Iterator& operator++() {
+            ++index_;
+            find();
+            return *this;
+        }
+        Iterator operator++(int) {
+            Iterator before = *this;
+            ++*this;
+            return before;
+        }
+        bool operator==(const Iterator& other) const noexcept { return index_ == other.index_; }
+        bool operator==(std::default_sentinel_t) const noexcept { return !value_; }
+        /// Which value of the entry this is.
+        unsigned int index() const noexcept { return index_; }
+
+    private:
+        void find() {
+            value_.reset();
+            while (index_ < entry_->get_value_count() && !value_) {
+                value_ = access::read_single<T>(*entry_, index_);
+                index_ += value_ ? 0 : 1;
+            }
+        }
+
+        const ParserEntry* entry_ = nullptr;
+        unsigned int index_ = 0;
+        std::optional<T> value_;
+    };
+
+    explicit Values(const ParserEntry& entry, unsigned int first = 0) noexcept
+        : entry_(&entry), first_(first) {}
+
+    Iterator begin() const { return Iterator(*entry_, first_); }
+    std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
+
+    /// Nothing when one of the values from `first` on is no T.
+    static std::optional<Values> of_all(const ParserEntry& entry, unsigned int first) {
+        if (first > entry.get_value_count()) {
+            return std::nullopt;
+        }
+        for (unsigned int i = first; i < entry.get_value_count(); ++i) {
+            if (!access::read_single<T>(entry, i)) {
+                return std::nullopt;
+            }
+        }
+        return Values(entry, first);
+    }
+
+private:
+    const ParserEntry* entry_;
+    unsigned int first_;
+};
+
+/// `for (double number : values<double>(entry))`; with ParserGroup* the groups that an entry holds.
+template <SingleValue T>
+Values<T> values(const ParserEntry& entry) {
+    return Values<T>(entry);
+}
+
+} // namespace bk_parser

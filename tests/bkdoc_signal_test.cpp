@@ -1,0 +1,141 @@
+#if defined(__linux__)
+
+#include "tests/support/bkdoc_run.h"
+#include "tests/support/sanitizer.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// The tool gets a signal before and after each of its system calls. Nothing stays beside the old document or the new one.
+
+namespace {
+
+constexpr int more_than_any_needs = 5000;
+
+struct Ended {
+    bool is_traced = false;
+    bool has_got_signal = false;
+    int status = 0; // as waitpid gives it
+};
+
+pid_t start_traced(const std::string& source, const std::string& target) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const int nothing = ::open("/dev/null", O_RDWR);
+        ::dup2(nothing, 1);
+        ::dup2(nothing, 2);
+        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0) {
+            ::execl(BK_PARSER_BKDOC, "bkdoc", "convert", source.c_str(), target.c_str(), "--to", "text",
+                    nullptr);
+        }
+        ::_exit(77);
+    }
+    return child;
+}
+
+/// Runs the tool, which gets the signal at the n-th place, counted from 1.
+Ended run_with_signal_at(int n, int signal, const std::string& source, const std::string& target) {
+    Ended ended;
+    const pid_t child = start_traced(source, target);
+    if (child < 0 || ::waitpid(child, &ended.status, 0) != child || !WIFSTOPPED(ended.status)) {
+        return ended;
+    }
+    ended.is_traced = true;
+    ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    int to_deliver = 0;
+    for (int places = 0;;) {
+        const bool is_watched = !ended.has_got_signal;
+        ::ptrace(is_watched ? PTRACE_SYSCALL : PTRACE_CONT, child, nullptr, to_deliver);
+        to_deliver = 0;
+        ::waitpid(child, &ended.status, 0);
+        if (!WIFSTOPPED(ended.status)) {
+            return ended;
+        }
+        if (WSTOPSIG(ended.status) != (SIGTRAP | 0x80)) {
+            to_deliver = WSTOPSIG(ended.status) == SIGTRAP ? 0 : WSTOPSIG(ended.status);
+        } else if (++places == n) {
+            ended.has_got_signal = true;
+            ::kill(child, signal);
+        }
+    }
+}
+
+class bkdoc_signal : public testing::TestWithParam<int> {
+protected:
+    bkdoc_signal() {
+        std::string text;
+        for (int i = 0; i < 2000; ++i) {
+            text += "entry 1234567\n";
+        }
+        source = folder.write("source/a.bkd", text);
+        folder.make_folder("target");
+    }
+
+    std::size_t rest_count() const {
+        std::size_t count = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.path("target"))) {
+            count += entry.path().filename() != "document" ? 1 : 0;
+        }
+        return count;
+    }
+
+    const ScratchFolder folder;
+    std::string source;
+};
+
+TEST_P(bkdoc_signal, at_any_system_call_leaves_nothing_beside_the_document_and_ends_the_tool) {
+#if defined(BK_PARSER_SANITIZED_MEMORY)
+    GTEST_SKIP() << "the leak sanitizer does not work in a traced process";
+#endif
+    const std::string old_bytes = "a \"the old document\"\n";
+    int ended_by_signal = 0;
+    const int step = GetParam() == SIGTERM ? 1 : 7; // the others take the same way
+    for (int n = 1;; n += step) {
+        ASSERT_LT(n, more_than_any_needs);
+        const std::string target = folder.write("target/document", old_bytes);
+        const Ended ended = run_with_signal_at(n, GetParam(), source, target);
+        if (!ended.is_traced) {
+            GTEST_SKIP() << "this process may not trace another one";
+        }
+        ASSERT_EQ(rest_count(), 0u) << "place " << n;
+        const std::string bytes = folder.read("target/document");
+        ASSERT_TRUE(bytes == old_bytes || bytes.ends_with("entry 1234567")) << "place " << n;
+        if (!ended.has_got_signal) {
+            ASSERT_TRUE(WIFEXITED(ended.status));
+            EXPECT_EQ(WEXITSTATUS(ended.status), 0);
+            EXPECT_NE(bytes, old_bytes);
+            EXPECT_GT(ended_by_signal, 50 / step);
+            return;
+        }
+        // At the last call the process is gone before the signal comes.
+        if (WIFSIGNALED(ended.status)) {
+            EXPECT_EQ(WTERMSIG(ended.status), GetParam());
+            ++ended_by_signal;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(each, bkdoc_signal, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+TEST(bkdoc_ignored_signal, a_signal_that_the_caller_ignores_stays_ignored) {
+    const ScratchFolder folder;
+    const std::string source = folder.write("a.bkd", "a 1\n");
+    ::signal(SIGHUP, SIG_IGN); // as nohup does
+    for (int n = 50; n < 1000; n += 50) {
+        const Ended ended = run_with_signal_at(n, SIGHUP, source, folder.path("b.bkd"));
+        if (!ended.is_traced) {
+            GTEST_SKIP() << "this process may not trace another one";
+        }
+        EXPECT_TRUE(WIFEXITED(ended.status)) << n;
+    }
+    ::signal(SIGHUP, SIG_DFL);
+}
+
+} // namespace
+
+#endif

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+/// The file that a save is about to put in its target's place. A signal that ends the tool (SIGINT, SIGTERM or SIGHUP)
+/// removes it first.
+namespace bkdoc {
+
+/// From now on these signals remove the unfinished file, and then end the process as they would have. A signal that is
+/// ignored stays ignored.
+void watch_ending_signals();
+
+/// Holds the signals back while it lives: the file and what is known of it change together.
+class SignalsHeld {
+public:
+    SignalsHeld();
+    ~SignalsHeld();
+    SignalsHeld(const SignalsHeld&) = delete;
+    SignalsHeld& operator=(const SignalsHeld&) = delete;
+};
+
+/// Called while the signals are held.
+void note_unfinished_file(const std::string& path);
+/// Forgets the file if it is this one. Called while the signals are held.
+void forget_unfinished_file(const std::string& path);
+
+} // namespace bkdoc
