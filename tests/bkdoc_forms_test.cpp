@@ -207,7 +207,7 @@ TEST(bkdoc_forms, words_of_an_archive_that_are_no_strings_are_counted_as_a_fault
     const std::string file = folder.write("a.bkd", archive_of({"a", "1"}, {0, 1, 2, 9}));
     const BkdocRun run = run_bkdoc({"check", file});
     EXPECT_EQ(run.code, 1);
-    EXPECT_EQ(run.out, file + ": warning: 2 words are left out: no string has the number\n1 fault\n");
+    EXPECT_EQ(run.out, file + ": warning: 2 words are left out: no string has the number\n1 error\n");
     EXPECT_TRUE(contains(run_bkdoc({"info", file}).out, "\nfaults        1\n"));
 }
 

@@ -23,12 +23,8 @@ constexpr OptionSpec opening[] = {
      "Do not use the .bkdoc.bkd at or above the folder of a document."},
     {"--trusted", "", ValueKind::none, "", false,
      "Read the document however much its includes or its archive make of it."},
-    {"--key", "", ValueKind::word, "KEY", false,
-     "Key of enciphered documents. Other users of the machine can see it; a file, or the environment "
-     "variable "
-     "BKDOC_KEY, keeps it from them."},
-    {"--key-file", "", ValueKind::file, "FILE", false,
-     "The first line of this file is the key; here - is a name as any other."},
+    key_option,
+    key_file_option,
 };
 
 std::vector<VerbSpec> joined_verbs() {

@@ -41,6 +41,8 @@ constexpr OptionSpec deps_options[] = {
 constexpr OptionSpec tree_options[] = {
     {"--depth", "", ValueKind::whole_number, "N", false, "Draw only so many levels."}, path_option};
 
+constexpr OptionSpec dump_options[] = {key_option, key_file_option};
+
 constexpr VerbSpec verbs[] = {
     {"check", Task::look, "Report the problems of documents, with the place of each.",
      "A FILE may be a folder, which stands for the documents in it and below it: without --ext those are the "
@@ -73,16 +75,9 @@ constexpr VerbSpec verbs[] = {
      "found is shown with the places that were looked at.",
      several_files, deps_options, true, "bkdoc deps --reverse library/steel.bkd shots",
      "0 every file was found, 1 one is missing, 2 a document could not be read.", run_deps},
-    {"dump",
-     Task::look,
-     "Explain the bytes of a binary, enciphered or archive file.",
-     "",
-     one_file,
-     {},
-     true,
-     "bkdoc dump scene.archive",
-     "0 every byte is explained, 1 one is not, 2 the file could not be read.",
-     run_dump},
+    {"dump", Task::look, "Explain the bytes of a binary, enciphered or archive file.", "", one_file,
+     dump_options, false, "bkdoc dump scene.archive",
+     "0 every byte is explained, 1 one is not, 2 the file could not be read.", run_dump},
 };
 
 } // namespace

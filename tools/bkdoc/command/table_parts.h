@@ -16,6 +16,17 @@ inline constexpr OperandSpec in_and_out[] = {{"IN"}, {"OUT"}};
 inline constexpr OptionSpec path_option = {
     "--path", "",    ValueKind::word,
     "PATH",   false, "Only what this path finds, as in 'sequence/shot[\"010\"]/camera'."};
+inline constexpr OptionSpec key_option = {
+    "--key",
+    "",
+    ValueKind::word,
+    "KEY",
+    false,
+    "Key of enciphered documents. Other users of the machine can see it; a file, or the environment variable "
+    "BKDOC_KEY, keeps it from them."};
+inline constexpr OptionSpec key_file_option = {
+    "--key-file", "",    ValueKind::file,
+    "FILE",       false, "The first line of this file is the key; here - is a name as any other."};
 inline constexpr OptionSpec json_option = {"--json", "", ValueKind::none, "", false, "Answer in JSON."};
 
 /// The verbs of a task, in the order of the help.

@@ -15,13 +15,18 @@ namespace bkdoc {
 
 namespace {
 
-bool is_one_of(std::string_view code, std::span<const std::string_view> codes) noexcept {
-    return std::find(codes.begin(), codes.end(), code) != codes.end();
-}
-
 constexpr std::array<std::string_view, 5> refusals = {"unreadable", "not-a-document", "too-large",
                                                       "wrong-key", "no-key"};
 constexpr std::array<std::string_view, 3> damages = {"cut-off", "damaged", "nested-too-deeply"};
+
+/// The first problem of a whole document that has one of these codes; null when there is none.
+const bk_parser::Problem* find_whole(const std::vector<bk_parser::Problem>& problems,
+                                     std::span<const std::string_view> codes) noexcept {
+    const auto found = std::find_if(problems.begin(), problems.end(), [codes](const auto& problem) {
+        return problem.line == 0 && std::find(codes.begin(), codes.end(), problem.code) != codes.end();
+    });
+    return found == problems.end() ? nullptr : &*found;
+}
 
 /// Text in memory has no folder of its own: names count from the current one.
 OpenedDocument parse_bytes(std::string name, std::string_view bytes, bk_parser::LoadOptions options) {
@@ -60,17 +65,17 @@ OpenedDocument open_with(const std::string& operand, const OpenOptions& options,
 } // namespace
 
 const bk_parser::Problem* OpenedDocument::refusal() const noexcept {
-    const auto found =
-        std::find_if(result_.problems.begin(), result_.problems.end(), [](const auto& problem) {
-            return problem.line == 0 && is_one_of(problem.code, refusals);
-        });
-    return found == result_.problems.end() ? nullptr : &*found;
+    return find_whole(result_.problems, refusals);
 }
 
-bool OpenedDocument::is_damaged() const noexcept {
-    return std::any_of(result_.problems.begin(), result_.problems.end(), [](const auto& problem) {
-        return problem.line == 0 && is_one_of(problem.code, damages);
-    });
+const bk_parser::Problem* OpenedDocument::damage() const noexcept {
+    return find_whole(result_.problems, damages);
+}
+
+bool OpenedDocument::lacks_includes() const {
+    const std::vector<bk_parser::Include>& includes = result_.document.includes();
+    return std::any_of(includes.begin(), includes.end(),
+                       [](const bk_parser::Include& include) { return !include.problem.empty(); });
 }
 
 ExitCode OpenedDocument::exit_code() const noexcept {

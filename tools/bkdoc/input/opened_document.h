@@ -33,9 +33,12 @@ public:
     bool is_read() const noexcept { return !result_.cancelled && refusal() == nullptr; }
     /// The problem that kept the whole document out; null when there is none.
     const bk_parser::Problem* refusal() const noexcept;
-    /// Whether the stored form broke off: the tree ends where the damage begins.
-    bool is_damaged() const noexcept;
+    /// The problem of a stored form that broke off: the tree ends where the damage begins. Null when there is none.
+    const bk_parser::Problem* damage() const noexcept;
+    bool is_damaged() const noexcept { return damage() != nullptr; }
     bool has_errors() const noexcept { return !result_.ok(); }
+    /// Whether an included file could not be had: the tree lacks what it holds.
+    bool lacks_includes() const;
     bool is_cancelled() const noexcept { return result_.cancelled; }
     /// What the loading alone means for the exit code.
     ExitCode exit_code() const noexcept;

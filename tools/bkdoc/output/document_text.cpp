@@ -1,14 +1,21 @@
 #include "output/document_text.h"
 
+#include "input/log_keeper.h"
 #include "parser/parser_file.h"
+
+#include <new>
 
 namespace bkdoc {
 
 namespace {
 
 std::string text_behind_version(const ParserGroup& root, bool pretty) {
+    const LogKeeper log;
     CoreString text;
     root.get_text(text, false, pretty, 1);
+    if (!log.first().empty()) {
+        throw std::bad_alloc(); // the only reason
+    }
     return version_line() + "\n" + std::string(text.get_view());
 }
 

@@ -3,7 +3,6 @@
 #include "output/text_display.h"
 
 #include <algorithm>
-#include <optional>
 #include <string>
 
 namespace bkdoc {
@@ -65,18 +64,6 @@ std::string mark_under(std::string_view text) {
     return "^" + std::string(count > 1 ? count - 1 : 0, '~');
 }
 
-/// Nothing when the line was cut before the column.
-std::optional<std::size_t> byte_of_column(std::string_view line, unsigned int column) {
-    std::size_t offset = 0;
-    for (unsigned int passed = 1; passed < column; ++passed) {
-        if (offset >= line.size()) {
-            return std::nullopt;
-        }
-        offset += std::max<std::size_t>(utf8_length(line, offset), 1);
-    }
-    return offset;
-}
-
 } // namespace
 
 void write_snippet(const bk_parser::Problem& problem, Output& out) {
@@ -84,13 +71,11 @@ void write_snippet(const bk_parser::Problem& problem, Output& out) {
     if (problem.line == 0 || line.empty()) {
         return;
     }
-    const auto offset = byte_of_column(line, problem.column);
-    if (!offset) {
-        return;
-    }
-    const Window window = window_of(line, *offset);
-    const std::size_t begin = std::clamp(*offset, window.begin, window.end); // a line end is past the line's text
-    const std::size_t end = std::clamp(*offset + problem.length, begin, window.end);
+    const std::size_t offset = std::min(problem.offset - problem.source_line_offset, line.size());
+    const Window window = window_of(line, offset);
+    const std::size_t begin =
+        std::clamp(offset, window.begin, window.end); // a line end is past the line's text
+    const std::size_t end = std::clamp(offset + problem.length, begin, window.end);
 
     out << (window.cut_before ? ellipsis : "")
         << shown_line(line.substr(window.begin, window.end - window.begin))

@@ -6,7 +6,7 @@
 namespace bkdoc {
 
 /// Writes the source line of a problem, and a line with "^~~~" under the place. Tabs stay, so that both lines align. Of a
-/// long line, the part around the place is shown; nothing when the line is not known that far.
+/// long line, the part around the place is shown.
 void write_snippet(const bk_parser::Problem& problem, Output& out);
 
 } // namespace bkdoc

@@ -72,7 +72,7 @@ Draft make_draft(OpenedDocument& document, Form form, const std::string& key) {
 
 DraftProof prove_draft(const OpenedDocument& document, const Draft& draft, const OpenOptions& options) {
     const OpenedDocument read = open_bytes("<draft>", draft.bytes, options);
-    if (!read.is_read()) {
+    if (!read.is_read() || read.lacks_includes()) {
         return {why_unread(read), {}, {}};
     }
     return {{},

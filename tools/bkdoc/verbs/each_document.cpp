@@ -28,7 +28,7 @@ ExitCode for_each_document(const Arguments& arguments, Streams& streams,
 }
 
 ExitCode for_each_selection(const Arguments& arguments, Streams& streams,
-                            const std::function<void(const OpenedDocument&, const ParserGroup&)>& visit) {
+                            const std::function<ExitCode(const OpenedDocument&, const ParserGroup&)>& visit) {
     Selection selection(arguments, streams);
     if (selection.is_refused()) {
         return EXIT_UNREADABLE;
@@ -38,8 +38,7 @@ ExitCode for_each_selection(const Arguments& arguments, Streams& streams,
         if (group == nullptr) {
             return EXIT_FAULTS;
         }
-        visit(document, *group);
-        return EXIT_CLEAN;
+        return visit(document, *group);
     });
 }
 

@@ -14,6 +14,6 @@ ExitCode for_each_document(const Arguments& arguments, Streams& streams,
 /// The same for verbs with the option --path: `visit` gets what it leaves of the tree, too, and is not called where it
 /// finds nothing, which is told and gives EXIT_FAULTS.
 ExitCode for_each_selection(const Arguments& arguments, Streams& streams,
-                            const std::function<void(const OpenedDocument&, const ParserGroup&)>& visit);
+                            const std::function<ExitCode(const OpenedDocument&, const ParserGroup&)>& visit);
 
 } // namespace bkdoc

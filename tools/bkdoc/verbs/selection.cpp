@@ -1,6 +1,8 @@
 #include "verbs/selection.h"
 
-#include "output/text_display.h"
+#include "document/access.h"
+
+#include <memory>
 
 namespace bkdoc {
 
@@ -22,7 +24,7 @@ const ParserGroup* Selection::of(const OpenedDocument& document, Streams& stream
     }
     found_.emplace(CoreString());
     for (const ParserEntry& entry : bk_parser::find_all(document.root(), *path_)) {
-        found_->add_entry(entry);
+        bk_parser::insert(*found_, found_->get_entries().get_count(), std::make_unique<ParserEntry>(entry));
     }
     if (found_->get_entries().is_empty()) {
         complain(streams, document.name() + ": nothing fits " + std::string(path_->text()));

@@ -52,6 +52,10 @@ public:
             return EXIT_UNREADABLE;
         }
         OpenedDocument document = open_document(request_.source, request_.open, streams_);
+        if (const bk_parser::Problem* const damage = document.damage()) {
+            refuse(tool_message(*damage, {}));
+            return EXIT_UNREADABLE;
+        }
         const ExitCode result = report_aside(document, streams_);
         if (!document.is_read()) {
             return result;
@@ -86,8 +90,8 @@ private:
 
     // What a document with problems holds is not all that its file says.
     bool may_replace(const OpenedDocument& document) {
-        if (document.is_damaged()) {
-            return refuse(document.name() + ": is damaged");
+        if (document.lacks_includes()) {
+            return refuse(document.name() + ": an included file is missing");
         }
         if (request_.target == standard_output) {
             return true;

@@ -217,6 +217,7 @@ ExitCode run_info(const Arguments& arguments, Streams& streams) {
                                   write_counts(count_tree(group), writer);
                                   writer.write("problems", grouped(opened.problems().size()));
                                   write_dependencies(document, streams.out, writer);
+                                  return EXIT_CLEAN;
                               });
 }
 

@@ -36,6 +36,12 @@ ExitCode run_same(const Arguments& arguments, Streams& streams) {
     if (!first.is_read() || !second.is_read()) {
         return result;
     }
+    for (const OpenedDocument* document : {&first, &second}) {
+        if (document->lacks_includes() || document->is_damaged()) {
+            complain(streams, document->name() + ": not compared, for a part of it is missing");
+            return EXIT_UNREADABLE;
+        }
+    }
     const bool content = arguments.has("--content");
     const std::string first_name = shown(first.name(), file_name_limit);
     const std::string second_name = shown(second.name(), file_name_limit);

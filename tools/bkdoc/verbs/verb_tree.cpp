@@ -203,6 +203,7 @@ ExitCode run_tree(const Arguments& arguments, Streams& streams) {
                                   is_first = false;
                                   write_heading(document, group, streams.out);
                                   draw(group, depth, streams.out);
+                                  return EXIT_CLEAN;
                               });
 }
 

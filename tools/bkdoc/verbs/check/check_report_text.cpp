@@ -78,7 +78,8 @@ private:
             const std::string with = counts.files_with_problems == 0
                                          ? "no problems"
                                          : grouped(counts.files_with_problems) + " with problems";
-            streams_.out << grouped(counts.files) << " files, " << with
+            const std::string unread = counts.unread == 0 ? "" : ", " + grouped(counts.unread) + " unread";
+            streams_.out << grouped(counts.files) << " files, " << with << unread
                          << (found.empty() ? "" : " (" + found + ")") << "\n";
         } else if (!found.empty()) {
             streams_.out << found << "\n";

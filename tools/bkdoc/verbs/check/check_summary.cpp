@@ -26,6 +26,7 @@ void CheckSummary::count(const bk_parser::Problem& problem) noexcept {
 std::vector<ToldProblem> CheckSummary::add(CheckedFile&& file) {
     ++counts_.files;
     counts_.files_with_problems += file.problems.empty() ? 0 : 1;
+    counts_.unread += file.refusal ? 1 : 0;
     fail(file.code);
     std::vector<ToldProblem> own;
     for (ToldProblem& told : file.problems) {

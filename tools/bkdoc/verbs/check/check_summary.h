@@ -20,6 +20,7 @@ struct IncludedProblem {
 struct CheckCounts {
     std::size_t files = 0;
     std::size_t files_with_problems = 0; // what stands in a file that they include counts, too
+    std::size_t unread = 0;
     std::size_t errors = 0;
     std::size_t warnings = 0;
     ExitCode code = EXIT_CLEAN;

@@ -31,6 +31,9 @@ void take_sources(const bk_parser::Document& document, CheckedFile& checked) {
 
 void take_problems(const OpenedDocument& document, bool strict, CheckedFile& checked) {
     for (const bk_parser::Problem& problem : document.problems()) {
+        if (&problem == document.refusal()) {
+            continue;
+        }
         ToldProblem& told = checked.problems.emplace_back();
         told.chain = chain_of(problem, document.document().includes());
         told.problem = problem;
