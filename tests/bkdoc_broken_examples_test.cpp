@@ -15,32 +15,105 @@ struct Expectation {
 
 const std::vector<Expectation>& expectations() {
     static const std::vector<Expectation> table = {
-        {"wrongly_placed.bkd", 1, {"wrongly_placed.bkd:3:18: error: unexpected ',': it stands between two values; what follows up to the next name is skipped [wrongly-placed]"}},
-        {"no_value.bkd", 1, {"no_value.bkd:2:1: error: 'camera' has no value, and 'lens' is skipped [no-value]"}},
-        {"template_inside_template.bkd", 1, {"template_inside_template.bkd:3:1: error: 'layers<stack<wood>>' is no name: a template has no template of its own [bad-template]"}},
-        {"value_without_entry.bkd", 1, {"value_without_entry.bkd:3:28: error: '45.0' belongs to no entry, and is skipped [value-without-entry]"}},
-        {"group_without_entry.bkd", 1, {"group_without_entry.bkd:4:3: error: '{' has no name before it: what it holds goes to the group around it [group-without-entry]"}},
-        {"arguments_without_entry.bkd", 1, {"arguments_without_entry.bkd:3:25: error: '(' has no name before it [bad-arguments]"}},
-        {"arguments_after_values.bkd", 1, {"arguments_after_values.bkd:3:13: error: '(' stands behind a value: an argument list follows the name, and nothing follows it [bad-arguments]"}},
-        {"arguments_inside_arguments.bkd", 1, {"arguments_inside_arguments.bkd:3:5: warning: the argument list of 'flash' is not closed [arguments-left-open]", "arguments_inside_arguments.bkd:3:11: error: '(' stands in an argument list: it holds no other one [bad-arguments]"}},
-        {"arguments_on_keyword.bkd", 1, {"arguments_on_keyword.bkd:2:13: error: '(' follows a keyword, which takes no arguments [bad-arguments]"}},
-        {"closing_without_entry.bkd", 1, {"closing_without_entry.bkd:3:27: error: ')' closes no argument list [bad-arguments]"}},
-        {"closing_no_arguments.bkd", 1, {"closing_no_arguments.bkd:3:17: error: ')' closes no argument list [bad-arguments]"}},
+        {"wrongly_placed.bkd",
+         1,
+         {"wrongly_placed.bkd:3:18: error: unexpected ',': it stands between two values; what follows up to "
+          "the next name is skipped [wrongly-placed]"}},
+        {"no_value.bkd",
+         1,
+         {"no_value.bkd:2:1: error: 'camera' has no value, and 'lens' is skipped [no-value]"}},
+        {"template_inside_template.bkd",
+         1,
+         {"template_inside_template.bkd:3:1: error: 'layers<stack<wood>>' is no name: a template has no "
+          "template of its own [bad-template]"}},
+        {"value_without_entry.bkd",
+         1,
+         {"value_without_entry.bkd:3:28: error: '45.0' belongs to no entry, and is skipped "
+          "[value-without-entry]"}},
+        {"group_without_entry.bkd",
+         1,
+         {"group_without_entry.bkd:4:3: error: '{' has no name before it: what it holds goes to the group "
+          "around it [group-without-entry]"}},
+        {"arguments_without_entry.bkd",
+         1,
+         {"arguments_without_entry.bkd:3:25: error: '(' has no name before it [bad-arguments]"}},
+        {"arguments_after_values.bkd",
+         1,
+         {"arguments_after_values.bkd:3:13: error: '(' stands behind a value: an argument list follows the "
+          "name, and nothing follows it [bad-arguments]"}},
+        {"arguments_inside_arguments.bkd",
+         1,
+         {"arguments_inside_arguments.bkd:3:5: warning: the argument list of 'flash' is not closed "
+          "[arguments-left-open]",
+          "arguments_inside_arguments.bkd:3:11: error: '(' stands in an argument list: it holds no other one "
+          "[bad-arguments]"}},
+        {"arguments_on_keyword.bkd",
+         1,
+         {"arguments_on_keyword.bkd:2:13: error: '(' follows a keyword, which takes no arguments "
+          "[bad-arguments]"}},
+        {"closing_without_entry.bkd",
+         1,
+         {"closing_without_entry.bkd:3:27: error: ')' closes no argument list [bad-arguments]"}},
+        {"closing_no_arguments.bkd",
+         1,
+         {"closing_no_arguments.bkd:3:17: error: ')' closes no argument list [bad-arguments]"}},
         {"unknown_word.bkd", 1, {"unknown_word.bkd:3:7: error: unexpected '%' [unexpected-word]"}},
-        {"unknown_word_bad_array_count.bkd", 1, {"unknown_word_bad_array_count.bkd:4:5: error: '[-1]' is no array count: it is a whole number, or nothing [bad-array-count]", "unknown_word_bad_array_count.bkd:5:5: error: '[many]' is no array count: it is a whole number, or nothing [bad-array-count]"}},
-        {"unknown_word_empty_template.bkd", 1, {"unknown_word_empty_template.bkd:4:5: error: '<>' is no template: a name stands between '<' and '>' [bad-template]"}},
-        {"string_left_open.bkd", 1, {"string_left_open.bkd:2:23: error: this string is not closed on its line: a line's end is spelled '\\n' [string-left-open]"}},
-        {"invalid_name.bkd", 1, {"invalid_name.bkd:3:5: error: 'yes[2]' is no name: yes and no are values [bad-name]"}},
-        {"text_after_end.bkd", 1, {"text_after_end.bkd:5:1: error: '}' closes nothing, and the text after it is not read [text-after-end]"}},
-        {"group_left_open.bkd", 1, {"group_left_open.bkd:2:13: error: this group is not closed: the document ends inside it [group-left-open]"}},
-        {"include_left_open.bkd", 1, {"include_left_open.bkd:5:1: error: no closing quote behind #include; the rest of the file is not read [include-left-open]"}},
-        {"include_missing.bkd", 1, {"include_missing.bkd:3:5: error: 'parts/no_such_file.bkd' not found; tried parts/no_such_file.bkd, parts/no_such_file.bkd; -I adds a folder [include-not-found]"}},
-        {"include_is_a_directory.bkd", 1, {"include_is_a_directory.bkd:2:1: error: 'parts' not found; tried parts, parts; -I adds a folder [include-not-found]"}},
-        {"include_includes_itself.bkd", 1, {"include_includes_itself.bkd:3:5: error: 'include_includes_itself.bkd' includes itself [include-circle]"}},
-        {"include_includes_itself_through_another.bkd", 1, {"parts/way_back.bkd:1:1: error: 'include_includes_itself_through_another.bkd' includes itself [include-circle]"}},
-        {"include_cannot_be_deciphered.bkd", 1, {"include_cannot_be_deciphered.bkd:3:5: error: parts/enciphered.bkd is encrypted, and no key is given: --key, --key-file or BKDOC_KEY does [no-key]"}},
-        {"include_missing_in_included_file.bkd", 1, {"parts/asks_for_more.bkd:2:13: error: 'glass.bkd' not found; tried parts/glass.bkd, glass.bkd, glass.bkd; -I adds a folder [include-not-found]"}},
-        {"unknown_word_in_included_file.bkd", 1, {"parts/lamp.bkd:3:12: error: unexpected '?' [unexpected-word]"}},
+        {"unknown_word_bad_array_count.bkd",
+         1,
+         {"unknown_word_bad_array_count.bkd:4:5: error: '[-1]' is no array count: it is a whole number, or "
+          "nothing [bad-array-count]",
+          "unknown_word_bad_array_count.bkd:5:5: error: '[many]' is no array count: it is a whole number, or "
+          "nothing [bad-array-count]"}},
+        {"unknown_word_empty_template.bkd",
+         1,
+         {"unknown_word_empty_template.bkd:4:5: error: '<>' is no template: a name stands between '<' and "
+          "'>' [bad-template]"}},
+        {"string_left_open.bkd",
+         1,
+         {"string_left_open.bkd:2:23: error: this string is not closed on its line: a line's end is spelled "
+          "'\\n' [string-left-open]"}},
+        {"invalid_name.bkd",
+         1,
+         {"invalid_name.bkd:3:5: error: 'yes[2]' is no name: yes and no are values [bad-name]"}},
+        {"text_after_end.bkd",
+         1,
+         {"text_after_end.bkd:5:1: error: '}' closes nothing, and the text after it is not read "
+          "[text-after-end]"}},
+        {"group_left_open.bkd",
+         1,
+         {"group_left_open.bkd:2:13: error: this group is not closed: the document ends inside it "
+          "[group-left-open]"}},
+        {"include_left_open.bkd",
+         1,
+         {"include_left_open.bkd:5:1: error: no closing quote behind #include; the rest of the file is not "
+          "read [include-left-open]"}},
+        {"include_missing.bkd",
+         1,
+         {"include_missing.bkd:3:5: error: 'parts/no_such_file.bkd' not found; tried parts/no_such_file.bkd, "
+          "parts/no_such_file.bkd; -I adds a folder [include-not-found]"}},
+        {"include_is_a_directory.bkd",
+         1,
+         {"include_is_a_directory.bkd:2:1: error: 'parts' not found; tried parts, parts; -I adds a folder "
+          "[include-not-found]"}},
+        {"include_includes_itself.bkd",
+         1,
+         {"include_includes_itself.bkd:3:5: error: 'include_includes_itself.bkd' includes itself "
+          "[include-circle]"}},
+        {"include_includes_itself_through_another.bkd",
+         1,
+         {"parts/way_back.bkd:1:1: error: 'include_includes_itself_through_another.bkd' includes itself "
+          "[include-circle]"}},
+        {"include_cannot_be_deciphered.bkd",
+         1,
+         {"include_cannot_be_deciphered.bkd:3:5: error: parts/enciphered.bkd is encrypted, and no key is "
+          "given: --key, --key-file or BKDOC_KEY does [no-key]"}},
+        {"include_missing_in_included_file.bkd",
+         1,
+         {"parts/asks_for_more.bkd:2:13: error: 'glass.bkd' not found; tried parts/glass.bkd, glass.bkd, "
+          "glass.bkd; -I adds a folder [include-not-found]"}},
+        {"unknown_word_in_included_file.bkd",
+         1,
+         {"parts/lamp.bkd:3:12: error: unexpected '?' [unexpected-word]"}},
     };
     return table;
 }

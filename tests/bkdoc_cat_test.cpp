@@ -49,7 +49,9 @@ TEST(bkdoc_cat, a_document_with_a_failed_include_is_not_written) {
     const BkdocRun run = run_bkdoc({"cat", "-"}, "a 1\n#include \"gone.bkd\"\n");
     EXPECT_EQ(run.code, 2);
     EXPECT_EQ(run.out, "");
-    EXPECT_NE(run.err.find("<stdin>:2:1: error: 'gone.bkd' not found; tried gone.bkd; -I adds a folder [include-not-found]\n"), std::string::npos);
+    EXPECT_NE(run.err.find("<stdin>:2:1: error: 'gone.bkd' not found; tried gone.bkd; -I adds a folder "
+                           "[include-not-found]\n"),
+              std::string::npos);
 }
 
 } // namespace

@@ -74,7 +74,11 @@ const bk_parser::Problem* OpenedDocument::damage() const noexcept {
 
 bool OpenedDocument::lacks_includes() const {
     const std::vector<bk_parser::Include>& includes = result_.document.includes();
-    return std::any_of(includes.begin(), includes.end(),
+    const bool is_left_open =
+        std::any_of(result_.problems.begin(), result_.problems.end(),
+                    [](const bk_parser::Problem& problem) { return problem.code == "include-left-open"; });
+    return is_left_open ||
+           std::any_of(includes.begin(), includes.end(),
                        [](const bk_parser::Include& include) { return !include.problem.empty(); });
 }
 

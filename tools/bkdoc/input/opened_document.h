@@ -37,7 +37,7 @@ public:
     const bk_parser::Problem* damage() const noexcept;
     bool is_damaged() const noexcept { return damage() != nullptr; }
     bool has_errors() const noexcept { return !result_.ok(); }
-    /// Whether an included file could not be had: the tree lacks what it holds.
+    /// Whether an included file could not be had, or an include directive has no end: the tree lacks what they hold.
     bool lacks_includes() const;
     bool is_cancelled() const noexcept { return result_.cancelled; }
     /// What the loading alone means for the exit code.

@@ -55,8 +55,10 @@ std::string tool_message(const bk_parser::Problem& problem, const std::string& n
     }
     if (!name.empty() && message.starts_with(name)) {
         const std::string_view rest = std::string_view(message).substr(name.size());
-        if (rest.starts_with(": ") || rest.starts_with(" ")) {
-            return std::string(rest.substr(rest.starts_with(": ") ? 2 : 1));
+        for (const std::string_view link : {": ", " is "}) {
+            if (rest.starts_with(link)) {
+                return std::string(rest.substr(link.size()));
+            }
         }
     }
     return message;

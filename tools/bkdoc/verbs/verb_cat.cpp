@@ -11,8 +11,8 @@ ExitCode run_cat(const Arguments& arguments, Streams& streams) {
     const bool is_compact = arguments.has("--compact");
     bool is_first = true;
     const auto write = [&](const OpenedDocument& document, const ParserGroup& group) {
-        if (document.lacks_includes()) {
-            complain(streams, document.name() + ": not written, for an included file is missing");
+        if (document.lacks_includes() || document.is_damaged()) {
+            complain(streams, document.name() + ": not written, for a part of it is missing");
             return EXIT_UNREADABLE;
         }
         std::string text;
