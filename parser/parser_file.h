@@ -20,6 +20,10 @@ extern BK_PARSER_API CoreVersion default_parser_serial_version;
 
 /// A document on disk: the tree under its root group, the name of its file, and where its includes are found.
 ///
+/// To edit files that people wrote, use bk_parser::load and bk_parser::save (document/document.h) instead. `read` is true
+/// for a text that is full of faults, takes any file for a text, and tells nothing of what was cut off; `write` prints the
+/// document anew, without its comments and with its includes spliced in, and is true when nothing could be stored.
+///
 /// A text document begins with a line "#Brellwick_Serial_Version 1.2". Where it says #include "name", the file of
 /// that name is spliced in; "//" begins a comment that ends with its line, and takes the line's end with it.
 class BK_PARSER_API ParserFile : public CoreBaseObject {

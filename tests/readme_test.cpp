@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -13,19 +14,22 @@ std::string file_text(const std::string& name) {
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-/// What stands between the first line "```cpp" and the line that ends the block.
-std::string first_program_of(std::string_view page) {
-    const std::string_view opening = "\n```cpp\n";
-    const std::size_t start = page.find(opening);
-    if (start == std::string_view::npos) {
-        return {};
+/// What stands between each line "```cpp" and the line that ends the block.
+std::vector<std::string> programs_of(std::string_view page) {
+    constexpr std::string_view opening = "\n```cpp\n";
+    std::vector<std::string> programs;
+    for (std::size_t start = page.find(opening); start != std::string_view::npos; start = page.find(opening)) {
+        page.remove_prefix(start + opening.size());
+        programs.emplace_back(page.substr(0, page.find("```\n")));
     }
-    page.remove_prefix(start + opening.size());
-    return std::string(page.substr(0, page.find("```\n")));
+    return programs;
 }
 
-TEST(readme, the_first_program_is_the_example_that_is_compiled_and_run) {
-    EXPECT_EQ(first_program_of(file_text("README.md")), file_text("examples/read_edit_write.cpp"));
+TEST(readme, its_programs_are_examples_that_are_compiled_and_run) {
+    const std::vector<std::string> programs = programs_of(file_text("README.md"));
+    ASSERT_EQ(programs.size(), 2u);
+    EXPECT_EQ(programs[0], file_text("examples/load_ask_change_save.cpp"));
+    EXPECT_EQ(programs[1], file_text("examples/read_edit_write.cpp"));
 }
 
 } // namespace

@@ -5,16 +5,19 @@
 namespace bk_parser {
 
 std::size_t SourceMap::file_index(const SourceName& name, std::string_view path) {
-    const auto [found, is_new] = files_by_path_.try_emplace(std::string(path), files_.size());
-    if (is_new) {
-        files_.push_back(std::make_unique<SourceFile>(SourceFile{name, std::string(path), SourceText()}));
+    const auto found = files_by_path_.find(std::string(path));
+    if (found != files_by_path_.end()) {
+        return found->second;
     }
-    return found->second;
+    files_.push_back(std::make_unique<SourceFile>(SourceFile{name, std::string(path), SourceText()}));
+    files_by_path_.emplace(path, files_.size() - 1);
+    return files_.size() - 1;
 }
 
+/// When memory ends, the file is not open: what is open was entered whole.
 void SourceMap::enter(const SourceName& name, std::string_view path, const Spot& directive) {
-    open_.push_back(inclusions_.size());
     inclusions_.push_back({file_index(name, path), directive});
+    open_.push_back(inclusions_.size() - 1);
 }
 
 void SourceMap::leave(CoreString&& text) {

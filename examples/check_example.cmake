@@ -1,0 +1,23 @@
+# Runs PROGRAM, before which an emulator may stand, in FOLDER, and compares what it prints and leaves with EXAMPLES/expected.
+
+file(REMOVE_RECURSE ${FOLDER})
+file(COPY ${EXAMPLES}/lamp.bkd ${EXAMPLES}/project DESTINATION ${FOLDER})
+execute_process(COMMAND ${PROGRAM} WORKING_DIRECTORY ${FOLDER} OUTPUT_VARIABLE printed RESULT_VARIABLE result)
+if(NOT result STREQUAL "0")
+    message(FATAL_ERROR "the program ended with ${result}, after\n${printed}")
+endif()
+
+# expect <what> <text> <file that it must be>
+function(expect what text file)
+    string(REPLACE "\r\n" "\n" text "${text}")
+    file(READ ${file} expected)
+    if(NOT text STREQUAL expected)
+        message(FATAL_ERROR "${what}:\n${text}\nexpected:\n${expected}")
+    endif()
+endfunction()
+
+expect(printed "${printed}" ${EXAMPLES}/expected/${NAME}.txt)
+if(EXISTS ${EXAMPLES}/expected/${NAME}.bkd)
+    file(READ ${FOLDER}/lamp.bkd left)
+    expect("left in lamp.bkd" "${left}" ${EXAMPLES}/expected/${NAME}.bkd)
+endif()
