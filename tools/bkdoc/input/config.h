@@ -11,7 +11,7 @@ namespace bkdoc {
 /// The file that holds how the documents of a folder, and of those below it, are read and checked.
 inline constexpr const char* config_name = ".bkdoc.bkd";
 
-/// What a .bkdoc.bkd says. docs/bkdoc.md describes its entries.
+/// What a .bkdoc.bkd says. `bkdoc check --help` shows its entries.
 struct Config {
     std::filesystem::path file;                // empty when there is none
     std::vector<std::filesystem::path> search; // from the folder of the file

@@ -15,7 +15,7 @@ void write_reverse_tree(const IncludeGraph& graph, std::size_t node, Output& out
 void write_missing(const IncludeGraph& graph, Output& out);
 /// A graph in the language of Graphviz.
 void write_deps_dot(const IncludeGraph& graph, Output& out);
-/// An object with all files and their directives (docs/schemas/deps.schema.json).
+/// An object with all files and their directives.
 void write_deps_json(const IncludeGraph& graph, const std::vector<std::size_t>& documents, Output& out);
 
 /// How many directives have no file.
