@@ -236,7 +236,7 @@ TEST(bkdoc_check, a_byte_order_mark_within_a_file_is_made_visible) {
                   .out,
               "<stdin>:2:1: error: an invisible byte order mark stands here: save the file without a byte "
               "order mark "
-              "[byte-order-mark]\n?a 1\n^~\n1 error\n");
+              "[byte-order-mark]\n?a 1\n^\n1 error\n");
 }
 
 TEST(bkdoc_check, marks_that_turn_the_direction_of_writing_are_made_visible) {

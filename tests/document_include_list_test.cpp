@@ -101,6 +101,14 @@ TEST_F(document_include_list, is_all_that_is_taken_of_includes_that_are_not_foll
     EXPECT_TRUE(result.document.dependencies().empty());
 }
 
+TEST_F(document_include_list, counts_no_byte_order_mark_at_the_beginning) {
+    const LoadResult result = parse("\xEF\xBB\xBF#include \"gone.bkd\"\n");
+    EXPECT_EQ(listed(result.document), (Lines{":1:1 gone.bkd [include-not-found]"}));
+    ASSERT_EQ(result.problems.size(), 1u);
+    EXPECT_EQ(result.problems[0].column, 1u);
+    EXPECT_EQ(result.problems[0].source_line, "#include \"gone.bkd\"");
+}
+
 TEST_F(document_include_list, of_a_text_in_memory_has_no_file) {
     const LoadResult result = parse("a 1 #include \"gone.bkd\"\n");
     EXPECT_EQ(listed(result.document), (Lines{":1:5 gone.bkd [include-not-found]"}));

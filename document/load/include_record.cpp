@@ -70,7 +70,8 @@ void IncludeRecord::entered(const bk::SourceEntered& file) {
         listed.text_size = text.size();
         listed.line_count = count_lines(text);
     }
-    open_.push_back({text, state_.document_files.size() - 1, is_new});
+    Open& open = open_.emplace_back(Open{text, state_.document_files.size() - 1, is_new});
+    open.line_begin = text.starts_with("\xEF\xBB\xBF") ? 3 : 0; // in no line
 }
 
 void IncludeRecord::found(const bk::SourcePiece& piece) {

@@ -20,7 +20,7 @@ constexpr std::size_t most_line_bytes = std::size_t{64} << 20;
 /// Where the part of a line that is kept begins: at a character, and not far before the place.
 std::size_t shown_begin(const SourceText& text, std::size_t offset) {
     const std::size_t begin = text.line_begin(offset);
-    if (offset - begin < longest_line / 2) {
+    if (offset < begin + longest_line / 2) {
         return begin;
     }
     std::size_t shown = offset - longest_line / 2;

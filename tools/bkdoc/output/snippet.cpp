@@ -71,7 +71,8 @@ void write_snippet(const bk_parser::Problem& problem, Output& out) {
     if (problem.line == 0 || line.empty()) {
         return;
     }
-    const std::size_t offset = std::min(problem.offset - problem.source_line_offset, line.size());
+    const std::size_t offset = std::min(
+        std::max(problem.offset, problem.source_line_offset) - problem.source_line_offset, line.size());
     const Window window = window_of(line, offset);
     const std::size_t begin =
         std::clamp(offset, window.begin, window.end); // a line end is past the line's text

@@ -14,7 +14,7 @@ Selection::Selection(const Arguments& arguments, Streams& streams) {
     path_.emplace(*text);
     if (const bk_parser::PathError* const error = path_->error()) {
         streams.out.flush();
-        streams.err << "bkdoc: --path: " << bk_parser::to_text(*error, *text) << "\n";
+        streams.err << "bkdoc: --path: " << bk_parser::to_text(*error, *text);
     }
 }
 
