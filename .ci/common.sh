@@ -24,7 +24,6 @@ is_there() {
         g++) command -v "${CXX:-c++}" ;;
         ninja-build) command -v ninja ;;
         libgtest-dev) has_header gtest/gtest.h ;;
-        libcli11-dev) has_header CLI/CLI.hpp ;;
         libbenchmark-dev) has_header benchmark/benchmark.h ;;
         rapidjson-dev) has_header rapidjson/document.h ;;
         libpugixml-dev) has_header pugixml.hpp ;;
@@ -42,6 +41,8 @@ is_there() {
         g++-mingw-w64-x86-64-posix) command -v x86_64-w64-mingw32-g++-posix ;;
         g++-s390x-linux-gnu) command -v s390x-linux-gnu-g++ ;;
         qemu-user-static) command -v qemu-s390x-static ;;
+        man-db) command -v man ;;
+        groff-base) command -v groff ;;
         googletest) [ -f /usr/src/googletest/googletest/src/gtest-all.cc ] ;;
         *) command -v "$1" ;;
     esac >/dev/null

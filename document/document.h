@@ -3,6 +3,7 @@
 /// Everything that a host needs for a day's work with documents: load, find out what is wrong, ask, change, save.
 
 #include "document/access.h"
+#include "document/include.h"
 #include "document/load.h"
 #include "document/path.h"
 #include "document/problem.h"

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "core/core_export.h"
+#include "document/include.h"
 #include "document/problem.h"
 #include "parser/parser_group.h"
 #include "parser/parser_limits.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -37,6 +39,15 @@ public:
     const std::filesystem::path& path() const;
     /// Absolute paths of the files that it includes, each once, in the order of their first inclusion.
     const std::vector<std::filesystem::path>& dependencies() const;
+    /// The include directives of its files in the order of reading, those that failed too. A file that is included
+    /// more than once has its directives listed once.
+    const std::vector<Include>& includes() const;
+    /// The files that it was read from, each once, in the order of reading: the document first.
+    const std::vector<DocumentFile>& files() const;
+    /// Bytes of the text that was parsed: includes spliced in, comments left out. 0 in the binary form.
+    std::uint64_t expanded_size() const;
+    /// The version of the syntax that its text was read by; of the forms that have no text the one that is written.
+    double version() const;
 
 private:
     friend struct DocumentState;
@@ -50,6 +61,8 @@ struct LoadOptions {
     std::vector<std::filesystem::path> search;
     /// Whether an included file is searched for beside the file that includes it, before the search folders.
     bool beside = true;
+    /// Whether included files are read. Otherwise their directives are left out, and `Document::includes` lists them.
+    bool follow_includes = true;
     /// Decrypts an enciphered document and its enciphered includes.
     std::string key;
     /// What the load may cost.

@@ -30,9 +30,11 @@ struct Problem {
     /// The place in bytes of that file, as it is after deciphering.
     std::size_t offset = 0;
     std::size_t length = 0;
-    /// The line that holds the place, without its line end; cut after 4096 bytes, and left out
-    /// when the lines of the problems before it take 64 MB.
+    /// The line that holds the place, without its line end; of a line of more than 4096 bytes those around the place, and
+    /// nothing when the lines of the problems before it take 64 MB.
     std::string source_line;
+    /// The place of source_line's first byte in bytes of the file.
+    std::size_t source_line_offset = 0;
     /// The files that led to `file`, the innermost first: each includes the one before it.
     std::vector<std::filesystem::path> included_from;
 };

@@ -42,14 +42,16 @@ TEST(bkdoc_cat, faults_go_to_the_error_stream_and_the_rest_is_written) {
     const BkdocRun run = run_bkdoc({"cat", "-"}, "a @ 1\n");
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(with_plain_line_ends(run.out), "#Brellwick_Serial_Version 1.2\n\na 1");
-    EXPECT_EQ(run.err, "<stdin>:1:3: warning: Unknown word type: '@'\na @ 1\n  ^\n");
+    EXPECT_EQ(run.err, "<stdin>:1:3: error: unexpected '@' [unexpected-word]\na @ 1\n  ^\n");
 }
 
 TEST(bkdoc_cat, a_document_with_a_failed_include_is_not_written) {
     const BkdocRun run = run_bkdoc({"cat", "-"}, "a 1\n#include \"gone.bkd\"\n");
     EXPECT_EQ(run.code, 2);
     EXPECT_EQ(run.out, "");
-    EXPECT_NE(run.err.find("<stdin>:2:1: error: File 'gone.bkd' not found.\n"), std::string::npos);
+    EXPECT_NE(run.err.find("<stdin>:2:1: error: 'gone.bkd' not found; tried gone.bkd; -I adds a folder "
+                           "[include-not-found]\n"),
+              std::string::npos);
 }
 
 } // namespace

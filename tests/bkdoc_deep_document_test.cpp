@@ -20,7 +20,7 @@ std::string nested(std::string_view inside, std::size_t depth = million) {
 TEST(bkdoc_deep_document, check_finds_the_fault_at_the_bottom_of_a_million_groups) {
     const BkdocRun run = run_bkdoc({"check", "-"}, nested("b @ 1"));
     EXPECT_EQ(run.code, 1);
-    EXPECT_TRUE(run.out.starts_with("<stdin>:1:2000003: warning: Unknown word type: '@'\n"))
+    EXPECT_TRUE(run.out.starts_with("<stdin>:1:2000003: error: unexpected '@' [unexpected-word]\n"))
         << run.out.substr(0, 200);
 }
 

@@ -252,7 +252,7 @@ TEST(bkdoc_dump, a_text_needs_no_map) {
     const BkdocRun run = dump("a 1\n");
     EXPECT_EQ(run.code, 2);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "bkdoc: <stdin>: is a text, which needs no map\n");
+    EXPECT_EQ(run.err, "bkdoc: <stdin> is text; dump reads binary, enciphered and archive files\n");
 }
 
 TEST(bkdoc_dump, a_hundred_thousand_groups_in_each_other_are_explained) {

@@ -138,52 +138,58 @@ TEST(bkdoc_forms, the_content_differs_where_a_name_or_a_value_does) {
     EXPECT_EQ(run_bkdoc({"same", "--content", first, "-"}, "a 1 \nc 2 ").code, 1);
 }
 
-TEST(bkdoc_forms, a_binary_file_that_ends_early_is_refused_with_the_message_of_the_library) {
+TEST(bkdoc_forms, a_binary_file_that_ends_early_is_told_with_what_is_there) {
     const ScratchFolder folder;
     write_in_form(folder, "binary", document);
     const std::string whole = folder.read("binary.bkd");
+    const std::string announced = std::to_string(whole.size());
     for (std::size_t size = form_size; size < whole.size(); ++size) {
         const std::string file = folder.write("cut.bkd", whole.substr(0, size));
         const BkdocRun run = run_bkdoc({"check", file});
-        ASSERT_EQ(run.code, 2) << size;
-        ASSERT_EQ(run.out, "") << size;
-        ASSERT_EQ(lines_of(run.err), 1u) << size << run.err;
-        const std::string message =
-            size < 9 ? "ParserFile.set_binary: data too short"
-                     : "ParserGroup.set_binary: ParserGroup size larger than the given data";
-        ASSERT_EQ(run.err, "bkdoc: " + file + ": " + message + "; bkdoc dump shows where\n");
+        ASSERT_EQ(run.code, 1) << size;
+        ASSERT_EQ(run.err, "") << size;
+        ASSERT_EQ(run.out, file + ": error: cut off: " + (size < 12 ? "12" : announced) +
+                               " bytes announced, " + std::to_string(size) + " present [cut-off]\n1 error\n");
     }
 }
 
-TEST(bkdoc_forms, damage_inside_a_binary_file_is_refused_though_the_library_reads_on) {
+TEST(bkdoc_forms, damage_inside_a_binary_file_is_told_and_what_was_read_is_drawn) {
     const ScratchFolder folder;
     const std::string inner = "\xFF\xFF\xFF\xFF" + std::string(4, '\0'); // the size of a group, too large
     const std::string entry = std::string("a\0", 2) + size_field(10) + std::string(2, '\0') + inner;
     const std::string file = folder.write("bad.bkd", "UDFS" + size_field(entry.size()) + entry);
     const BkdocRun run = run_bkdoc({"tree", file});
-    EXPECT_EQ(run.code, 2);
-    EXPECT_EQ(run.out, "");
-    EXPECT_TRUE(contains(run.err, ": ParserGroup.set_binary: ParserGroup size larger than the given data; "))
-        << run.err;
+    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(lines_of(run.out), 2u) << run.out;
+    EXPECT_EQ(run.err,
+              file + ": error: damaged at byte 32: a group of 4,294,967,295 bytes, 0 left; what follows "
+                     "is not read [damaged]\n");
 }
 
-TEST(bkdoc_forms, an_unknown_type_of_value_is_refused_though_the_library_says_nothing) {
+TEST(bkdoc_forms, a_damaged_document_is_not_written) {
     const ScratchFolder folder;
     const std::string entry = std::string("a\0", 2) + size_field(2) + std::string("\0\x07", 2);
     const std::string file = folder.write("bad.bkd", "UDFS" + size_field(entry.size()) + entry);
-    EXPECT_EQ(run_bkdoc({"cat", file}).err,
-              "bkdoc: " + file + ": the binary data is bad; bkdoc dump shows where\n");
+    const BkdocRun run = run_bkdoc({"cat", file});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err,
+              file +
+                  ": error: damaged at byte 23: a value of an unknown kind; what follows is not read "
+                  "[damaged]\nbkdoc: " +
+                  file + ": not written, for a part of it is missing\n");
 }
 
-TEST(bkdoc_forms, an_archive_that_ends_early_is_refused_with_the_message_of_the_library) {
+TEST(bkdoc_forms, an_archive_that_ends_early_is_told_to_be_cut_off) {
     const ScratchFolder folder;
     write_in_form(folder, "archive", document);
     const std::string whole = folder.read("archive.bkd");
     for (std::size_t size = form_size; size < whole.size(); ++size) {
         const std::string file = folder.write("cut.bkd", whole.substr(0, size));
         const BkdocRun run = run_bkdoc({"info", file});
-        ASSERT_EQ(run.code, 2) << size;
-        ASSERT_EQ(run.err, "bkdoc: " + file + ": invalid file size\n") << size;
+        ASSERT_EQ(run.code, 1) << size;
+        ASSERT_TRUE(run.err.starts_with(file + ": error: cut off: ")) << size << run.err;
+        ASSERT_TRUE(contains(run.err, " [cut-off]\n")) << size << run.err;
     }
 }
 
@@ -207,8 +213,10 @@ TEST(bkdoc_forms, words_of_an_archive_that_are_no_strings_are_counted_as_a_fault
     const std::string file = folder.write("a.bkd", archive_of({"a", "1"}, {0, 1, 2, 9}));
     const BkdocRun run = run_bkdoc({"check", file});
     EXPECT_EQ(run.code, 1);
-    EXPECT_EQ(run.out, file + ": warning: 2 words are left out: no string has the number\n1 fault\n");
-    EXPECT_TRUE(contains(run_bkdoc({"info", file}).out, "\nfaults        1\n"));
+    EXPECT_EQ(run.out,
+              file + ": error: damaged: 2 words are left out, because its list of words has no such number "
+                     "[damaged]\n1 error\n");
+    EXPECT_TRUE(contains(run_bkdoc({"info", file}).out, "\nproblems      1\n"));
 }
 
 TEST(bkdoc_forms, faults_in_the_words_of_an_archive_have_their_place) {
@@ -216,14 +224,14 @@ TEST(bkdoc_forms, faults_in_the_words_of_an_archive_have_their_place) {
     const std::string file = folder.write("a.bkd", archive_of({"a", "@", "1"}, {0, 1, 2}));
     const BkdocRun run = run_bkdoc({"check", file});
     EXPECT_EQ(run.code, 1);
-    EXPECT_TRUE(run.out.starts_with(file + ":1:3: warning: ")) << run.out;
+    EXPECT_TRUE(run.out.starts_with(file + ":1:3: error: ")) << run.out;
     EXPECT_TRUE(contains(run.out, "a @ 1")) << run.out;
 }
 
 TEST(bkdoc_forms, an_archive_reads_as_the_library_reads_it) {
     const ScratchFolder folder;
     const std::string file =
-        folder.write("a.bkd", archive_of({"a", "{", "b", "\"x y\"", "}", "}"}, {0, 1, 2, 3, 77, 4, 2, 3}));
+        folder.write("a.bkd", archive_of({"a", "{", "b", "\"x y\"", "}", "}"}, {0, 1, 2, 3, 4, 2, 3}));
     ParserArchive archive;
     ASSERT_TRUE(ParserImpl::load_archive(archive, folder.core_path("a.bkd"), nullptr).is_empty());
     ParserGroup root("root");
@@ -242,30 +250,30 @@ TEST(bkdoc_forms, an_enciphered_file_without_its_key_is_refused_by_every_verb_th
         const BkdocRun run = run_bkdoc({verb, file});
         EXPECT_EQ(run.code, 2) << verb;
         EXPECT_EQ(run.out, "") << verb;
-        EXPECT_EQ(run.err,
-                  "bkdoc: " + file + ": is enciphered; its key is given by --key, --key-file or BKDOC_KEY\n");
+        EXPECT_EQ(run.err, "bkdoc: " + file +
+                               " is encrypted, and no key is given: --key, --key-file or BKDOC_KEY does\n");
     }
     EXPECT_EQ(run_bkdoc({"same", file, file}).code, 2);
 }
 
-TEST(bkdoc_forms, another_key_is_refused_with_the_message_of_the_library) {
+TEST(bkdoc_forms, another_key_is_refused) {
     const ScratchFolder folder;
     const std::string file = write_in_form(folder, "cipher", document);
     const BkdocRun run = run_bkdoc({"cat", file, "--key", "portal"});
     EXPECT_EQ(run.code, 2);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "bkdoc: Failed to read binary data from file '" + folder.full_path("cipher.bkd") +
-                           "'. The key is another one, or the file is damaged.\n");
+    EXPECT_EQ(run.err, "bkdoc: " + folder.path("cipher.bkd") + ": wrong key, or a damaged file\n");
 }
 
-TEST(bkdoc_forms, an_enciphered_file_that_ends_early_is_refused) {
+TEST(bkdoc_forms, an_enciphered_file_that_ends_early_is_told_to_be_cut_off) {
     const ScratchFolder folder;
     write_in_form(folder, "cipher", document);
     const std::string whole = folder.read("cipher.bkd");
     for (std::size_t size = form_size; size < whole.size(); ++size) {
         const BkdocRun run = run_with_key({"check", folder.write("cut.bkd", whole.substr(0, size))});
-        ASSERT_EQ(run.code, 2) << size << run.out;
-        ASSERT_EQ(lines_of(run.err), 1u) << size << run.err;
+        ASSERT_EQ(run.code, 1) << size << run.out;
+        ASSERT_TRUE(run.out.starts_with(folder.path("cut.bkd") + ": error: cut off: ")) << size << run.out;
+        ASSERT_TRUE(run.out.ends_with(" [cut-off]\n1 error\n")) << size << run.out;
     }
 }
 
@@ -280,7 +288,7 @@ TEST(bkdoc_forms, faults_of_an_enciphered_text_have_their_place_in_the_plain_tex
     const std::string file = folder.write("a.bkd", "KWBF" + bytes_of(block));
     const BkdocRun run = run_with_key({"check", file});
     EXPECT_EQ(run.code, 1);
-    EXPECT_TRUE(contains(run.out, file + ":3:3: warning: ")) << run.out;
+    EXPECT_TRUE(contains(run.out, file + ":3:3: error: ")) << run.out;
 }
 
 TEST(bkdoc_forms, a_version_that_is_none_is_told_of_an_enciphered_document_too) {
@@ -288,8 +296,9 @@ TEST(bkdoc_forms, a_version_that_is_none_is_told_of_an_enciphered_document_too) 
     folder.write("part.bkd", "#Brellwick_Serial_Version 0\n");
     const std::string top = write_in_form(folder, "cipher", "#include \"part.bkd\"\n");
     const BkdocRun run = run_with_key({"check", "-I", folder.path(""), top});
-    EXPECT_EQ(run.code, 2);
-    EXPECT_TRUE(run.err.ends_with("gives no number above 0\n")) << run.err;
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(run.out, "part.bkd:1:1: error: '0' is no version; the latest is 1.2 [no-version]\n"))
+        << run.out;
 }
 
 TEST(bkdoc_forms, an_enciphered_include_asks_for_its_key) {
@@ -297,9 +306,9 @@ TEST(bkdoc_forms, an_enciphered_include_asks_for_its_key) {
     const std::string part = write_in_form(folder, "cipher", "a 1\n");
     const std::string top = folder.write("top.bkd", "#include \"" + part + "\"\nb 2\n");
     const BkdocRun run = run_bkdoc({"check", top});
-    EXPECT_EQ(run.code, 2);
-    EXPECT_TRUE(
-        contains(run.out, "note: the file is enciphered; --key, --key-file or BKDOC_KEY gives its key\n"))
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(
+        run.out, part + " is encrypted, and no key is given: --key, --key-file or BKDOC_KEY does [no-key]\n"))
         << run.out;
     EXPECT_EQ(run_bkdoc({"check", top, "--key", std::string(bkdoc_key)}).code, 0);
 }
@@ -316,7 +325,9 @@ TEST(bkdoc_forms, an_archive_that_would_become_far_too_large_is_refused_unless_i
     ASSERT_TRUE(ParserImpl::save_archive(archive, path, nullptr).is_empty());
     const BkdocRun refused = run_bkdoc({"info", folder.path("bomb.bkd")});
     EXPECT_EQ(refused.code, 2);
-    EXPECT_TRUE(contains(refused.err, "the text of the archive is too large")) << refused.err;
+    EXPECT_TRUE(
+        contains(refused.err, " is too large: its text would have 75,032,503 bytes; --trusted reads it\n"))
+        << refused.err;
     const BkdocRun read = run_bkdoc({"info", "--trusted", folder.path("bomb.bkd")});
     EXPECT_EQ(read.code, 0) << read.err;
 }

@@ -28,7 +28,7 @@ TEST(bkdoc_info, a_document_is_counted) {
                            "arrays        1\n"
                            "values        9  (1 group, 1 bool, 3 ints, 2 doubles, 1 string, 1 data)\n"
                            "depth         2\n"
-                           "faults        0\n"
+                           "problems      0\n"
                            "dependencies  1\n"
                            "  " +
                            part + "  found in the search folder " + folder.path("library") + "\n");
@@ -46,8 +46,8 @@ TEST(bkdoc_info, a_file_that_is_included_twice_is_one_dependency) {
 TEST(bkdoc_info, faults_are_counted_and_told_on_the_error_stream) {
     const BkdocRun run = run_bkdoc({"info", "-"}, "a @ 1\n");
     EXPECT_EQ(run.code, 1);
-    EXPECT_NE(run.out.find("\nfaults        1\n"), std::string::npos);
-    EXPECT_NE(run.err.find("<stdin>:1:3: warning: "), std::string::npos);
+    EXPECT_NE(run.out.find("\nproblems      1\n"), std::string::npos);
+    EXPECT_NE(run.err.find("<stdin>:1:3: error: "), std::string::npos);
 }
 
 TEST(bkdoc_info, a_document_without_a_version_line_has_version_1) {

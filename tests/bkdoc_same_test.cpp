@@ -82,7 +82,7 @@ TEST(bkdoc_same, a_document_that_cannot_be_read_is_neither) {
     const BkdocRun run = compare("a 1 ", "#include \"gone.bkd\"\n");
     EXPECT_EQ(run.code, 2);
     EXPECT_EQ(run.out, "");
-    EXPECT_NE(run.err.find("File 'gone.bkd' not found."), std::string::npos);
+    EXPECT_NE(run.err.find("'gone.bkd' not found; "), std::string::npos);
 }
 
 TEST(bkdoc_same, one_side_may_be_standard_input) {

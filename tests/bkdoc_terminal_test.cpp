@@ -65,8 +65,8 @@ TEST(bkdoc_terminal, names_and_values_are_coloured) {
     EXPECT_NE(shown.find("\x1B[2mint\x1B[0m"), std::string::npos) << shown;
 }
 
-TEST(bkdoc_terminal, warnings_are_coloured) {
-    EXPECT_NE(shown_with("TERM=xterm", "check -").find("\x1B[1;35mwarning:\x1B[0m"), std::string::npos);
+TEST(bkdoc_terminal, errors_are_coloured) {
+    EXPECT_NE(shown_with("TERM=xterm", "check -").find("\x1B[1;31merror:\x1B[0m"), std::string::npos);
 }
 
 TEST(bkdoc_terminal, no_colours_are_used_against_the_users_will) {

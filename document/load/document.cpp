@@ -35,6 +35,22 @@ const std::vector<std::filesystem::path>& Document::dependencies() const {
     return DocumentState::of(*this).dependencies;
 }
 
+const std::vector<Include>& Document::includes() const {
+    return DocumentState::of(*this).includes;
+}
+
+const std::vector<DocumentFile>& Document::files() const {
+    return DocumentState::of(*this).document_files;
+}
+
+std::uint64_t Document::expanded_size() const {
+    return DocumentState::of(*this).expanded_size;
+}
+
+double Document::version() const {
+    return DocumentState::of(*this).version.get_value();
+}
+
 /// A document that was moved from gets a new state when it is used.
 DocumentState& DocumentState::of(const Document& document) {
     if (document.state_ == nullptr) {

@@ -27,6 +27,9 @@ struct DocumentState {
     Form form = Form::text;
     std::filesystem::path path;
     std::vector<std::filesystem::path> dependencies;
+    std::vector<Include> includes;
+    std::vector<DocumentFile> document_files;
+    std::uint64_t expanded_size = 0;
     CoreVersion version{1.2}; // of the syntax that the text was read by
     // Where the entry of the version stood that was taken off the root, in the forms that have it as an entry.
     std::optional<unsigned int> version_entry;

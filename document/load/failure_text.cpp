@@ -3,6 +3,9 @@
 #include "document/load/form_impl.h"
 #include "parser/cipher/parser_cipher_impl.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace bk_parser {
 
 namespace {
@@ -40,8 +43,11 @@ std::string text_of_enciphered(const bk::SourceFailure& failure, bool has_key) {
 std::string text_of_missing(const bk::SourceFailure& failure) {
     std::string text = "'" + std::string(failure.name.get_view()) + "' not found; tried ";
     for (std::size_t i = 0; i < failure.tried.size(); ++i) {
-        text += i == 0 ? "" : ", ";
-        text += failure.tried[i].get_view();
+        const auto here = failure.tried.begin() + static_cast<std::ptrdiff_t>(i);
+        if (std::find(failure.tried.begin(), here, *here) == here) { // a folder may be named twice
+            text += i == 0 ? "" : ", ";
+            text += here->get_view();
+        }
     }
     return text + "; a search folder adds a place";
 }

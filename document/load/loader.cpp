@@ -60,6 +60,7 @@ LoadResult Loader::parse(std::string_view text) {
 
 void Loader::read_any(CoreString&& bytes, const Meter::Range& range) {
     state_->form = form_of(bytes.get_view());
+    state_->document_files.push_back({path_of_text(name_), path_of_text(path_), bytes.get_length(), 0, 0});
     switch (state_->form) {
     case Form::binary:
         read_binary(bytes.get_view(), range);
@@ -88,8 +89,9 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     const CoreString key{std::string_view(options_.key)};
     SourceLoader host(*state_, sources_, problems_, meter_, range.part(0, 0.2));
     const bool is_file = !path_.empty();
-    bk::Preprocessor preprocessor(folders, key, host, options_.limits,
-                                  {options_.beside && is_file, true, bk::pace_step, true});
+    bk::Preprocessor preprocessor(
+        folders, key, host, options_.limits,
+        {options_.beside && is_file, true, bk::pace_step, options_.follow_includes, true});
     CoreString text;
     const double version = preprocessor.run(CoreString(std::string_view(name_)),
                                             CoreString(std::string_view(path_)), std::move(bytes), text);
@@ -109,6 +111,7 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
 }
 
 void Loader::parse_text(std::string_view text, const Meter::Range& range) {
+    state_->expanded_size = text.size();
     meter_.start(range, text.size());
     parse_checked(*state_->root, text, bk::has_escapes(state_->version), sources_, options_.limits, problems_,
                   meter_);

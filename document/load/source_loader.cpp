@@ -40,6 +40,7 @@ bk::SourceRead SourceLoader::read(const CoreString& path, core_uint64 most, Core
         const bool is_enciphered = form_of(file.bytes.get_view()) == Form::enciphered;
         state_.files.push_back({std::move(name), file.bytes.get_length(), file.hash, is_enciphered});
     }
+    includes_.read(file.bytes.get_length());
     bytes = std::move(file.bytes);
     return bk::SourceRead::done;
 }
@@ -66,9 +67,11 @@ void SourceLoader::failed(const bk::SourceFailure& failure) {
                       sources_.here(failure.piece.offset, 0));
         return;
     case SourceFault::unreadable:
+        includes_.failed(failure, reason_code_);
         tell(reason_code_, std::string(failure.found.get_view()) + ": " + reason_);
         break;
     default:
+        includes_.failed(failure, failure_code(failure, has_key_));
         tell(failure_code(failure, has_key_), failure_text(failure, has_key_));
         break;
     }
@@ -86,6 +89,7 @@ void SourceLoader::tell(std::string_view code, std::string message) {
 }
 
 void SourceLoader::include_found(const bk::SourcePiece& piece) {
+    includes_.found(piece);
     directive_ = sources_.here(piece.directive_offset, piece.directive_length);
     Open& open = open_.back();
     open.done = std::size_t{piece.directive_offset} + piece.directive_length;
@@ -103,6 +107,7 @@ void SourceLoader::version_found(const bk::SourcePiece& piece, double version) {
 
 void SourceLoader::entered(const bk::SourceEntered& file) {
     sources_.enter({std::string(file.found.get_view()), {}}, file.path.get_view(), directive_);
+    includes_.entered(file);
     open_.push_back({range_, file.text.get_length(), 0});
     resume();
 }
@@ -110,6 +115,7 @@ void SourceLoader::entered(const bk::SourceEntered& file) {
 void SourceLoader::left(CoreString&& text) {
     meter_.stop(open_.back().size);
     open_.pop_back();
+    includes_.left();
     sources_.leave(std::move(text));
     resume();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/load/document_state_impl.h"
+#include "document/load/include_record_impl.h"
 #include "document/load/meter_impl.h"
 #include "document/problems/problem_list_impl.h"
 #include "document/sources/source_map_impl.h"
@@ -20,7 +21,7 @@ public:
     SourceLoader(DocumentState& state, SourceMap& sources, ProblemList& problems, Meter& meter,
                  const Meter::Range& range)
         : state_(state), sources_(sources), problems_(problems), meter_(meter), range_(range),
-          has_key_(!state.key.empty()) {}
+          includes_(state), has_key_(!state.key.empty()) {}
 
     bk::SourceRead read(const CoreString& path, core_uint64 most, CoreString& bytes) override;
     bool read_as_text(const CoreString& path, CoreString& text) override;
@@ -48,6 +49,7 @@ private:
     ProblemList& problems_;
     Meter& meter_;
     Meter::Range range_; // of the file that is entered next
+    IncludeRecord includes_;
     bool has_key_;
     std::vector<Open> open_;
     std::unordered_set<std::string> read_paths_;

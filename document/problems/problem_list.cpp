@@ -17,10 +17,23 @@ constexpr std::size_t longest_line = 4096;
 /// Of all source lines together: a document of one line may have a million problems.
 constexpr std::size_t most_line_bytes = std::size_t{64} << 20;
 
+/// Where the part of a line that is kept begins: at a character, and not far before the place.
+std::size_t shown_begin(const SourceText& text, std::size_t offset) {
+    const std::size_t begin = text.line_begin(offset);
+    if (offset < begin + longest_line / 2) {
+        return begin;
+    }
+    std::size_t shown = offset - longest_line / 2;
+    while (shown < offset && (static_cast<unsigned char>(text.get_text()[shown]) & 0xC0) == 0x80) {
+        ++shown;
+    }
+    return shown;
+}
+
 void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std::size_t& line_bytes) {
     const SourceFile& file = sources.file_of(spot);
     const Place place = file.text.place_of(spot.offset);
-    const std::size_t begin = file.text.line_begin(spot.offset);
+    const std::size_t begin = shown_begin(file.text, spot.offset);
     const std::size_t end = file.text.line_end(spot.offset);
     problem.file = path_of_text(file.name.shown);
     problem.line = static_cast<unsigned int>(place.line);
@@ -29,6 +42,7 @@ void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std
     problem.length = spot.length;
     const std::size_t shown = std::min(end - begin, longest_line);
     if (shown <= line_bytes) {
+        problem.source_line_offset = begin;
         problem.source_line = file.text.get_text().substr(begin, shown);
         line_bytes -= shown;
     }

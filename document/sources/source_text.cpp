@@ -10,8 +10,9 @@ void SourceText::find_lines() const {
     if (!starts_.empty()) {
         return;
     }
-    starts_.push_back(0);
     const std::string_view text = get_text();
+    starts_.push_back(text.starts_with("\xEF\xBB\xBF") ? 3 : 0);
+    counted_offset_ = starts_.front();
     for (std::size_t i = text.find_first_of("\r\n"); i != std::string_view::npos;
          i = text.find_first_of("\r\n", i)) {
         i += text.substr(i, 2) == "\r\n" ? 2 : 1;
@@ -27,12 +28,13 @@ std::size_t SourceText::get_line_count() const {
 
 std::size_t SourceText::line_index(std::size_t offset) const {
     find_lines();
-    const auto after = std::upper_bound(starts_.begin(), starts_.end(), offset);
+    const auto after = std::upper_bound(starts_.begin() + 1, starts_.end(), offset);
     return static_cast<std::size_t>(after - starts_.begin()) - 1;
 }
 
 Place SourceText::place_of(std::size_t offset) const {
     const std::size_t line = line_index(offset);
+    offset = std::max(offset, starts_.front());
     if (line != counted_line_ || offset < counted_offset_) {
         counted_line_ = line;
         counted_offset_ = starts_[line];

@@ -16,7 +16,7 @@ struct Place {
     std::size_t column = 1;
 };
 
-/// The text of a file, by lines. LF, CR LF and CR each end a line.
+/// The text of a file, by lines. LF, CR LF and CR each end a line. A byte order mark at the beginning is in no line.
 class SourceText {
 public:
     SourceText() = default;

@@ -19,7 +19,7 @@ class BkParserRecipe(ConanFile):
 
     def export_sources(self):
         tree = os.path.join(self.recipe_folder, "..", "..")
-        floors = ("core/*", "parser/*")
+        floors = ("core/*", "parser/*", "document/*")
         for pattern in ("CMakeLists.txt", "LICENSE", "*.md", "cmake/*", *floors, "tools/*", "docs/*", "abi/*", "examples/*"):
             copy(self, pattern, src=tree, dst=self.export_sources_folder)
 

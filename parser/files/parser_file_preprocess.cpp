@@ -79,8 +79,8 @@ void Preprocessor::open(Place&& place, Source&& source, Progress progress) {
     if (file.source.is_encrypted && open_files_.size() == 1) {
         file.scanner.keep_later_version_lines(); // the entry that writing put there
     }
-    host_.entered(
-        {file.place.name, file.place.found, file.place.path, file.source.text, file.source.is_encrypted});
+    host_.entered({file.place.name, file.place.found, file.place.path, file.source.text,
+                   file.source.is_encrypted, tried_});
     file.is_told = true;
 }
 
@@ -314,6 +314,9 @@ bool Preprocessor::append(std::string_view text) {
 
 bool Preprocessor::include(const SourcePiece& piece) {
     host_.include_found(piece);
+    if (!rules_.follows_includes) {
+        return true;
+    }
     const CoreString name(piece.argument);
     if (rules_.goes_on && !may_include({name, {}, {}})) { // those that fail are counted, too
         return false;

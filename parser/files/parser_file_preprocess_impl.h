@@ -23,6 +23,8 @@ struct IncludeRules {
     bool goes_on = false;
     /// The text is copied in pieces of at most so many bytes, about each of which the host is told.
     std::size_t longest_piece = std::string_view::npos;
+    /// Otherwise the host is told of include directives, and they are left out.
+    bool follows_includes = true;
     /// A text that is the rest of the first file, as it stands, shows that file's text, which the host keeps.
     bool shows_source = false;
 };

@@ -45,6 +45,7 @@ struct SourceEntered {
     const CoreString& path;  // absolute
     const CoreString& text;  // stays where it is until `left`
     bool is_enciphered;
+    const std::vector<CoreString>& tried; // the places that were looked at before
 };
 
 /// What the preprocessor asks of the world, and whom it tells what it does. What is thrown here passes through it.

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace bk_parser {
+
+/// An include directive of a document, and what became of it.
+struct Include {
+    /// What stands between its quotes.
+    std::string name;
+    /// The file that holds the directive, as it was found; empty for a document in memory.
+    std::filesystem::path file;
+    /// The place of the directive, as in a Problem.
+    unsigned int line = 0;
+    unsigned int column = 0;
+    std::size_t offset = 0;
+    std::size_t length = 0;
+    /// The file that was included, as it was found and as an absolute path; empty when none was found.
+    std::filesystem::path found;
+    std::filesystem::path path;
+    /// The places where the file was looked for and was not, as they were named, in their order.
+    std::vector<std::filesystem::path> tried;
+    /// The code of the problem that kept the file out; empty when it was included.
+    std::string problem;
+};
+
+/// A file that a document was read from.
+struct DocumentFile {
+    /// As it was found; empty for a document in memory.
+    std::filesystem::path file;
+    /// Absolute.
+    std::filesystem::path path;
+    /// Bytes as they are stored, and of the text, which is another number in an enciphered file. In the binary form and in an
+    /// archive there is no text.
+    std::uint64_t stored_size = 0;
+    std::uint64_t text_size = 0;
+    /// Lines of the text; LF, CR LF and CR each end one.
+    std::uint64_t line_count = 0;
+};
+
+} // namespace bk_parser

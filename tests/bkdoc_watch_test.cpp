@@ -1,0 +1,100 @@
+#include "tests/support/bkdoc_run.h"
+
+#include <gtest/gtest.h>
+
+#if !defined(_WIN32)
+
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+/// A check that watches, and what it has written so far.
+class WatchedCheck {
+public:
+    WatchedCheck(const ScratchFolder& folder, const std::string& checked) {
+        out_ = folder.path() + ".out"; // beside the folder, which is watched
+        child_ = fork();
+        if (child_ == 0) {
+            dup2(open(out_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+            execl(BK_PARSER_BKDOC, "bkdoc", "check", "--watch", checked.c_str(), static_cast<char*>(nullptr));
+            _exit(127);
+        }
+    }
+    ~WatchedCheck() {
+        signal_child(SIGKILL);
+        end();
+        std::filesystem::remove(out_);
+    }
+    WatchedCheck(const WatchedCheck&) = delete;
+    WatchedCheck& operator=(const WatchedCheck&) = delete;
+
+    std::string written() const {
+        std::ifstream stream(out_, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    }
+
+    /// Waits until that is all that was written.
+    bool comes_to(const std::string& text) const {
+        for (int i = 0; i < 400 && written() != text; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+        return written() == text;
+    }
+
+    int interrupt() {
+        signal_child(SIGINT);
+        return end();
+    }
+
+private:
+    /// Never to -1, which means every process.
+    void signal_child(int signal) const {
+        if (child_ > 0) {
+            kill(child_, signal);
+        }
+    }
+
+    int end() {
+        int status = 0;
+        if (child_ > 0) {
+            waitpid(child_, &status, 0);
+            child_ = -1;
+        }
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    std::string out_;
+    pid_t child_ = -1;
+};
+
+TEST(bkdoc_watch, checks_again_when_a_file_or_an_include_changes_appears_or_goes) {
+    const ScratchFolder folder;
+    const std::string top = folder.write("shots/top.bkd", "#include \"../lib/part.bkd\"\na 1\n");
+    folder.write("lib/part.bkd", "p 1\n");
+    WatchedCheck check(folder, folder.path("shots"));
+    std::string expected = "watching 2 files; Ctrl-C ends\n";
+    ASSERT_TRUE(check.comes_to(expected)) << check.written();
+
+    folder.write("lib/part.bkd", "p ! 1\n");
+    expected += "\npart.bkd changed\nin file included from " + top + ":1:1:\n" + folder.path("shots") +
+                "/../lib/part.bkd:1:3: error: unexpected '!' [unexpected-word]\np ! 1\n  ^\n1 error\n"
+                "watching 2 files; Ctrl-C ends\n";
+    ASSERT_TRUE(check.comes_to(expected)) << check.written();
+
+    std::filesystem::remove(folder.path("lib/part.bkd"));
+    const std::size_t before = expected.size();
+    for (int i = 0; i < 400 && check.written().find("include-not-found", before) == std::string::npos; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    EXPECT_NE(check.written().find("[include-not-found]", before), std::string::npos) << check.written();
+
+    EXPECT_EQ(check.interrupt(), 130);
+}
+
+} // namespace
+
+#endif

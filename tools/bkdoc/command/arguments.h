@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bkdoc {
+
+struct VerbSpec;
+
+/// A command line that was understood. Options are asked for by their name in the command table.
+class Arguments {
+public:
+    explicit Arguments(const VerbSpec& verb) : verb_(&verb) {}
+
+    const VerbSpec& verb() const noexcept { return *verb_; }
+
+    bool has(std::string_view option) const noexcept { return find(option) != nullptr; }
+    /// The value of an option; nothing when it was not given.
+    std::optional<std::string> value(std::string_view option) const;
+    std::string value_or(std::string_view option, std::string_view fallback) const;
+    /// The values of an option that repeats, in their order.
+    std::vector<std::string> values(std::string_view option) const;
+    /// The value of an option of the kind whole_number, whose text was checked when the command line was parsed.
+    std::size_t number_or(std::string_view option, std::size_t fallback) const;
+
+    /// The words beside the options.
+    const std::vector<std::string>& operands() const noexcept { return operands_; }
+
+    void add_option(std::string_view name, std::string value) { given_.push_back({name, std::move(value)}); }
+    void add_operand(std::string word) { operands_.push_back(std::move(word)); }
+
+private:
+    struct Given {
+        std::string_view name; // of the table
+        std::string value;
+    };
+
+    const Given* find(std::string_view option) const noexcept;
+
+    const VerbSpec* verb_;
+    std::vector<Given> given_;
+    std::vector<std::string> operands_;
+};
+
+/// The number that a text spells in decimal digits alone; nothing when it is none or too large.
+std::optional<std::size_t> whole_number(std::string_view text) noexcept;
+
+} // namespace bkdoc

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "command/arguments.h"
+#include "output/output.h"
+#include "verbs/exit_code.h"
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+namespace bkdoc {
+
+/// What follows an option.
+enum class ValueKind { none, word, whole_number, folder, file, choice };
+
+/// An option of the command line.
+struct OptionSpec {
+    std::string_view name;       ///< with its dashes, as "--depth"; the short form when there is no long one
+    std::string_view short_name; ///< as "-j"; may be empty
+    ValueKind kind = ValueKind::none;
+    std::string_view value_name; ///< as "N"; for a choice the words, separated by "|"
+    bool repeats = false;
+    std::string_view help;
+};
+
+/// The words that a verb takes beside its options.
+struct OperandSpec {
+    std::string_view name; ///< as "FILE"
+    bool repeats = false;
+    bool is_optional = false;
+};
+
+/// What the verbs are for, in the order of the help.
+enum class Task { look, find, change, compare, convert, repair };
+
+/// A verb: everything that the parser, the help, the manual and the completions say of it.
+struct VerbSpec {
+    std::string_view name;
+    Task task;
+    std::string_view summary;     ///< one line
+    std::string_view description; ///< paragraphs, separated by blank lines; may be empty
+    std::span<const OperandSpec> operands;
+    std::span<const OptionSpec> options; ///< its own, beside the shared ones
+    bool opens_documents;                ///< takes the options of opening_options()
+    std::string_view example;            ///< a command line with its answer in words
+    std::string_view exit_codes;
+    ExitCode (*run)(const Arguments&, Streams&);
+};
+
+/// The heading of a task in the help.
+std::string_view task_heading(Task task) noexcept;
+
+/// Every verb, in the order of the help.
+std::span<const VerbSpec> all_verbs();
+/// Null when there is none of that name.
+const VerbSpec* find_verb(std::string_view name);
+
+/// The options that every command line takes: --help, --version, --color.
+std::span<const OptionSpec> general_options() noexcept;
+/// The options of verbs that open documents.
+std::span<const OptionSpec> opening_options() noexcept;
+
+/// The option of that name (long or short) among those that a verb takes; null when there is none. `verb` may be null.
+const OptionSpec* find_option(const VerbSpec* verb, std::string_view name) noexcept;
+
+/// Calls `visit` with each option that a verb takes, its own first. `verb` may be null.
+template <class Visit>
+void for_each_option(const VerbSpec* verb, Visit visit) {
+    if (verb != nullptr) {
+        for (const OptionSpec& option : verb->options) {
+            visit(option);
+        }
+        if (verb->opens_documents) {
+            for (const OptionSpec& option : opening_options()) {
+                visit(option);
+            }
+        }
+    }
+    for (const OptionSpec& option : general_options()) {
+        visit(option);
+    }
+}
+
+} // namespace bkdoc

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "dump/little_cursor.h"
+#include "output/output.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Maps of the bytes of files: line by line what stands where, and what it means.
+namespace bkdoc {
+
+/// How many characters of a text in the file are shown in a line.
+inline constexpr std::size_t row_text_limit = 60;
+
+/// The first byte that could not be explained.
+struct Unexplained {
+    std::size_t offset;
+    std::string reason; // what was expected there, and what was found
+};
+
+/// Writes the lines of a map: offset, bytes, field, meaning. Long runs of bytes are shortened.
+class ByteMapWriter {
+public:
+    explicit ByteMapWriter(Output& out) : out_(out) {}
+
+    void heading();
+    /// A line about the next bytes, which are passed.
+    void row(LittleCursor& cursor, std::size_t size, std::size_t depth, std::string_view field,
+             std::string_view meaning, Tone tone = Tone::plain);
+    /// A line without bytes, under the meaning of the last one.
+    void remark(std::string_view text);
+    /// The last line of a map that ends early.
+    void unexplained(std::string_view bytes, std::size_t offset);
+    /// Nothing more can be written.
+    bool has_failed() const noexcept { return out_.has_failed(); }
+
+private:
+    void line(std::size_t offset, std::string_view bytes, std::string_view field, std::string_view meaning,
+              Tone tone);
+
+    Output& out_;
+};
+
+/// Each writes the map of a whole file, as far as it can be explained. Sizes in the file are compared with the bytes
+/// that are there; any depth of groups will do.
+std::optional<Unexplained> map_binary(std::string_view bytes, ByteMapWriter& map);
+std::optional<Unexplained> map_archive(std::string_view bytes, ByteMapWriter& map);
+/// `text` is the deciphered text; nothing when there was no key to decipher it.
+std::optional<Unexplained> map_enciphered(std::string_view bytes, std::optional<std::string_view> text,
+                                          ByteMapWriter& map);
+
+/// "0x4B".
+std::string shown_byte(char byte);
+
+} // namespace bkdoc

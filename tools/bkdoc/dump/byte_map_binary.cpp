@@ -1,0 +1,239 @@
+#include "core/core_string.h"
+#include "dump/byte_map.h"
+#include "dump/little_cursor.h"
+#include "input/form_mark.h"
+#include "output/text_display.h"
+#include "output/value_display.h"
+#include "parser/parser_value.h"
+
+#include <bit>
+#include <limits>
+#include <vector>
+
+namespace bkdoc {
+
+namespace {
+
+constexpr std::size_t size_width = 8;
+
+std::string double_text(std::uint64_t bits) {
+    CoreString text;
+    text += std::bit_cast<double>(bits);
+    return std::string(text.get_view());
+}
+
+std::string char_text(char value) {
+    return std::to_string(static_cast<int>(value)) + " '" + shown({&value, 1}, 4) + "'";
+}
+
+/// Walks over groups in entries in groups with a list of what is open. Everything must lie inside what is around it.
+class BinaryMap {
+public:
+    BinaryMap(std::string_view bytes, ByteMapWriter& map) : cursor_(bytes), size_(bytes.size()), map_(map) {}
+
+    std::optional<Unexplained> run() {
+        map_.row(cursor_, form_mark_size, 0, "tag", "a document in the binary form");
+        frames_.push_back({size_, Inside::file});
+        if (take_group()) {
+            walk();
+        }
+        if (!stop_ && cursor_.left() != 0 && !map_.has_failed()) {
+            stop("expected the end of the file, found " + counted(cursor_.left(), "byte", "bytes") +
+                 " behind the document");
+        }
+        return stop_;
+    }
+
+private:
+    enum class Inside { file, group, entry };
+
+    struct Frame {
+        std::size_t end;
+        Inside inside;
+    };
+
+    void walk() {
+        while (!stop_ && frames_.size() > 1 && !map_.has_failed()) {
+            if (cursor_.position() == frames_.back().end) {
+                frames_.pop_back();
+            } else if (frames_.back().inside == Inside::group) {
+                take_entry();
+            } else {
+                take_value();
+            }
+        }
+    }
+
+    bool stop(std::string reason) {
+        stop_ = Unexplained{cursor_.position(), std::move(reason)};
+        return false;
+    }
+
+    std::size_t depth() const noexcept { return frames_.size() - 1; }
+    /// What is left of what is open.
+    std::size_t left() const noexcept { return frames_.back().end - cursor_.position(); }
+
+    std::string where() const {
+        switch (frames_.back().inside) {
+        case Inside::group:
+            return "the group";
+        case Inside::entry:
+            return "the entry";
+        case Inside::file:
+            break;
+        }
+        return "the file";
+    }
+
+    bool has(std::uint64_t size, const std::string& what) {
+        return size <= left() || stop("expected " + what + ", but " + where() + " has only " +
+                                      counted(left(), "byte", "bytes") + " left");
+    }
+
+    /// A size, and that there are as many bytes behind it.
+    bool take_size(const std::string& what, std::uint64_t& size) {
+        if (!has(size_width, "the 8 bytes of the size of " + what)) {
+            return false;
+        }
+        size = little_number(cursor_.rest().substr(0, size_width));
+        if (size > left() - size_width) {
+            return stop("expected the size of " + what + ", found " + grouped(size) + ", but " + where() +
+                        " has only " + counted(left() - size_width, "byte", "bytes") + " behind it");
+        }
+        return true;
+    }
+
+    bool take_group() {
+        std::uint64_t size = 0;
+        if (!take_size("a group", size)) {
+            return false;
+        }
+        map_.row(cursor_, size_width, depth(), "size", counted(size, "byte", "bytes") + " of entries",
+                 Tone::dim);
+        frames_.push_back({cursor_.position() + static_cast<std::size_t>(size), Inside::group});
+        return true;
+    }
+
+    bool take_entry() {
+        const std::string_view rest = cursor_.rest().substr(0, left());
+        const std::size_t length = rest.find('\0');
+        if (length == std::string_view::npos) {
+            return stop("expected the name of an entry, but no 00 byte ends it inside " + where());
+        }
+        if (length == 0) {
+            return stop("expected the name of an entry, found an empty one");
+        }
+        map_.row(cursor_, length + 1, depth() - 1, "entry", shown(rest.substr(0, length), row_text_limit),
+                 Tone::name);
+        return take_entry_head();
+    }
+
+    bool take_entry_head() {
+        std::uint64_t size = 0;
+        if (!take_size("an entry", size)) {
+            return false;
+        }
+        if (size == 0) {
+            return stop("expected the size of an entry, found 0, which leaves no room for its reserved byte");
+        }
+        map_.row(cursor_, size_width, depth(), "size",
+                 counted(size, "byte", "bytes") + ", the next one and the values", Tone::dim);
+        const std::size_t end = cursor_.position() + static_cast<std::size_t>(size);
+        const bool is_usual = cursor_.rest().front() == '\0';
+        map_.row(cursor_, 1, depth(), "reserved", is_usual ? "" : "ignored; 00 as a rule", Tone::dim);
+        frames_.push_back({end, Inside::entry});
+        return true;
+    }
+
+    bool take_value() {
+        const char tag = cursor_.rest().front();
+        switch (static_cast<ParserValue::Type>(static_cast<unsigned char>(tag))) {
+        case ParserValue::TYPE_GROUP:
+            map_.row(cursor_, 1, depth() - 1, "group", "");
+            return take_group();
+        case ParserValue::TYPE_BOOL:
+        case ParserValue::TYPE_CHAR:
+            return take_scalar(1);
+        case ParserValue::TYPE_INT:
+            return take_scalar(sizeof(std::uint32_t));
+        case ParserValue::TYPE_DOUBLE:
+            return take_scalar(sizeof(std::uint64_t));
+        case ParserValue::TYPE_STRING:
+            return take_string();
+        case ParserValue::TYPE_BINARY_DATA:
+            return take_data();
+        default:
+            return stop("expected the type of a value, 00 to 06, found " + shown_byte(tag));
+        }
+    }
+
+    void value_row(std::size_t size, const std::string& meaning) {
+        const auto type = static_cast<ParserValue::Type>(cursor_.rest().front());
+        map_.row(cursor_, size, depth() - 1, type_word(type), meaning, tone_of(type));
+    }
+
+    bool take_scalar(std::size_t width) {
+        const auto type = static_cast<ParserValue::Type>(cursor_.rest().front());
+        if (!has(1 + width, counted(1 + width, "byte", "bytes") + " of a value of type " +
+                                std::string(type_word(type)))) {
+            return false;
+        }
+        value_row(1 + width, scalar_text(type, cursor_.rest().substr(1, width)));
+        return true;
+    }
+
+    static std::string scalar_text(ParserValue::Type type, std::string_view bytes) {
+        const std::uint64_t bits = little_number(bytes);
+        switch (type) {
+        case ParserValue::TYPE_BOOL:
+            return bits != 0 ? "yes" : "no";
+        case ParserValue::TYPE_CHAR:
+            return char_text(bytes.front());
+        case ParserValue::TYPE_INT:
+            return std::to_string(static_cast<std::int32_t>(static_cast<std::uint32_t>(bits)));
+        default:
+            return double_text(bits);
+        }
+    }
+
+    bool take_string() {
+        const std::string_view rest = cursor_.rest().substr(1, left() - 1);
+        const std::size_t length = rest.find('\0');
+        if (length == std::string_view::npos) {
+            return stop("expected a string, but no 00 byte ends it inside " + where());
+        }
+        value_row(1 + length + 1, shown_quoted(rest.substr(0, length), row_text_limit));
+        return true;
+    }
+
+    // Readers take the low 32 bits of the size; a size with others has no meaning.
+    bool take_data() {
+        if (!has(1 + size_width, "the 8 bytes of the size of data")) {
+            return false;
+        }
+        const std::uint64_t size = little_number(cursor_.rest().substr(1, size_width));
+        if (size > std::numeric_limits<std::uint32_t>::max() || size > left() - 1 - size_width) {
+            return stop("expected the size of data, found " + grouped(size) + ", but " + where() +
+                        " has only " + counted(left() - 1 - size_width, "byte", "bytes") + " behind it");
+        }
+        value_row(1 + size_width, counted(size, "byte", "bytes"));
+        if (size != 0) {
+            map_.row(cursor_, static_cast<std::size_t>(size), depth(), "bytes", "");
+        }
+        return true;
+    }
+
+    LittleCursor cursor_;
+    std::size_t size_;
+    ByteMapWriter& map_;
+    std::vector<Frame> frames_;
+    std::optional<Unexplained> stop_;
+};
+
+} // namespace
+
+std::optional<Unexplained> map_binary(std::string_view bytes, ByteMapWriter& map) {
+    return BinaryMap(bytes, map).run();
+}
+
+} // namespace bkdoc

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace bkdoc {
+
+/// Paths are UTF-8 in the tool and std::filesystem::path at its borders, on every platform.
+inline std::filesystem::path path_of(std::string_view text) {
+    return std::filesystem::path(std::u8string(text.begin(), text.end()));
+}
+
+inline std::string text_of(const std::filesystem::path& path) {
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+/// With slashes between the names, on every platform.
+inline std::string slashed(const std::filesystem::path& path) {
+    const std::u8string text = path.generic_u8string();
+    return {text.begin(), text.end()};
+}
+
+} // namespace bkdoc

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "input/file_list.h"
+#include "output/output.h"
+#include "verbs/exit_code.h"
+
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+namespace bkdoc {
+
+/// What one round of checking found out.
+struct WatchRound {
+    ExitCode code = EXIT_CLEAN;
+    std::vector<std::filesystem::path> sources; // that were read, and those looked for in vain
+};
+
+/// Checks, and checks again whenever one of the files or folders changes, or a file that a document includes or looks for;
+/// an interrupt ends it.
+ExitCode watch(const FileListOptions& list, Streams& streams, const std::function<WatchRound()>& check);
+
+} // namespace bkdoc

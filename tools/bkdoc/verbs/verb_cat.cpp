@@ -1,0 +1,38 @@
+#include "output/document_text.h"
+#include "verbs/each_document.h"
+#include "verbs/verbs.h"
+
+#include <new>
+#include <string_view>
+
+namespace bkdoc {
+
+ExitCode run_cat(const Arguments& arguments, Streams& streams) {
+    const bool is_compact = arguments.has("--compact");
+    bool is_first = true;
+    const auto write = [&](const OpenedDocument& document, const ParserGroup& group) {
+        if (document.lacks_includes() || document.is_damaged()) {
+            complain(streams, document.name() + ": not written, for a part of it is missing");
+            return EXIT_UNREADABLE;
+        }
+        std::string text;
+        try {
+            text = is_compact ? compact_document_text(group) : document_text(group);
+        } catch (const std::bad_alloc&) {
+            complain(streams, document.name() + ": cannot be written: out of memory");
+            return EXIT_UNREADABLE;
+        }
+        // Several documents make one, which has one version line.
+        streams.out << std::string_view(text).substr(is_first ? 0 : version_line().size());
+        is_first = false;
+        return EXIT_CLEAN;
+    };
+    const ExitCode result = for_each_selection(arguments, streams, write);
+    if (!is_compact && !is_first && streams.out.is_terminal()) {
+        streams.out
+            << "\n"; // a document ends without a line end, and the prompt would stand on its last line
+    }
+    return result;
+}
+
+} // namespace bkdoc

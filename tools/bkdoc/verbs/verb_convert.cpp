@@ -1,0 +1,184 @@
+#include "core/sys_file.h"
+#include "output/report.h"
+#include "output/text_display.h"
+#include "platform/paths.h"
+#include "platform/platform.h"
+#include "verbs/draft.h"
+#include "verbs/verbs.h"
+
+#include <algorithm>
+
+namespace bkdoc {
+
+namespace {
+
+using bk_parser::Form;
+
+constexpr const char* standard_input = "-";
+constexpr const char* standard_output = "-";
+
+std::string place_of(const Difference& difference) {
+    return (difference.path.empty() ? "the root" : difference.path) + ", " + difference.what + ": " +
+           difference.first;
+}
+
+std::string change_of(const Difference& difference) {
+    return place_of(difference) + " reads back as " + difference.second;
+}
+
+/// What the command line says of a conversion.
+struct Request {
+    OpenOptions open;
+    std::string source;
+    std::string target; // "-" is standard output
+    Form form = Form::text;
+    bool lossy = false;
+};
+
+Form form_named(std::string_view name) {
+    return name == "binary"    ? Form::binary
+           : name == "cipher"  ? Form::enciphered
+           : name == "archive" ? Form::archive
+                               : Form::text;
+}
+
+/// One conversion, up to the place where it fails.
+class Conversion {
+public:
+    Conversion(const Request& request, Streams& streams) : request_(request), streams_(streams) {}
+
+    ExitCode run() {
+        if (!may_begin()) {
+            return EXIT_UNREADABLE;
+        }
+        OpenedDocument document = open_document(request_.source, request_.open, streams_);
+        if (const bk_parser::Problem* const damage = document.damage()) {
+            refuse(tool_message(*damage, {}));
+            return EXIT_UNREADABLE;
+        }
+        const ExitCode result = report_aside(document, streams_);
+        if (!document.is_read()) {
+            return result;
+        }
+        if (!may_replace(document) || !write(document)) {
+            return EXIT_UNREADABLE;
+        }
+        return std::max(result, lossy_ ? EXIT_FAULTS : EXIT_CLEAN);
+    }
+
+private:
+    bool refuse(const std::string& reason) {
+        complain(streams_, reason + "; nothing is written");
+        return false;
+    }
+
+    bool may_begin() {
+        if (request_.form == Form::enciphered && request_.open.key.empty()) {
+            return refuse("--to cipher needs a key, given by --key, --key-file or BKDOC_KEY");
+        }
+        const bool is_text = request_.form == Form::text;
+        if (!is_text && request_.target == standard_output && streams_.out.is_terminal()) {
+            return refuse("refusing to write binary data to a terminal; give a file name or a pipe");
+        }
+        return true;
+    }
+
+    bool is_source(const std::string& path) const {
+        return request_.source == standard_input ? is_standard_input(path)
+                                                 : are_same_file(request_.source, path);
+    }
+
+    // What a document with problems holds is not all that its file says.
+    bool may_replace(const OpenedDocument& document) {
+        if (document.lacks_includes()) {
+            return refuse(document.name() + ": an included file is missing");
+        }
+        if (request_.target == standard_output) {
+            return true;
+        }
+        if (document.has_errors() && is_source(request_.target)) {
+            return refuse(request_.target + ": has errors, and would be written over itself");
+        }
+        const auto& includes = document.document().dependencies();
+        const bool is_include =
+            std::any_of(includes.begin(), includes.end(), [this](const std::filesystem::path& include) {
+                return are_same_file(text_of(include), request_.target);
+            });
+        return !is_include || refuse(request_.target + ": is included by the document");
+    }
+
+    bool write(OpenedDocument& document) {
+        const Draft draft = make_draft(document, request_.form, request_.open.key);
+        if (!draft.refusal.empty()) {
+            return refuse(draft.refusal);
+        }
+        return accept(prove_draft(document, draft, request_.open)) && store(draft.bytes);
+    }
+
+    bool accept(const DraftProof& proof) {
+        if (!proof.refusal.empty()) {
+            return refuse("this form cannot hold the document: " + proof.refusal);
+        }
+        if (proof.loss) {
+            if (!request_.lossy) {
+                return refuse("this form cannot hold the document (--lossy converts it all the same): at " +
+                              change_of(*proof.loss));
+            }
+            complain(streams_, "warning: this form cannot hold the document: at " + change_of(*proof.loss));
+            lossy_ = true;
+        } else if (proof.leaving) {
+            complain(streams_, note_on(*proof.leaving));
+        }
+        return true;
+    }
+
+    std::string note_on(const Difference& leaving) const {
+        return request_.form == Form::binary
+                   ? "note: the binary form keeps names and values only; kinds, templates and array counts "
+                     "are left out, first at " +
+                         place_of(leaving)
+                   : "note: in text, kinds and types follow from the spelling; first at " +
+                         change_of(leaving);
+    }
+
+    bool store(const std::string& bytes) {
+        if (request_.target == standard_output) {
+            streams_.out << bytes;
+            if (streams_.out.is_terminal()) {
+                streams_.out << "\n";
+            }
+            return true;
+        }
+        SysFile file;
+        const auto size = static_cast<core_int64>(bytes.size());
+        const CoreString target{std::string_view(request_.target)};
+        if (!file.open(target, SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
+            return refuse(request_.target + ": cannot be opened for writing");
+        }
+        const bool taken = file.write(bytes.data(), size) == size;
+        return (file.close() && taken) || refuse(request_.target + ": cannot be stored");
+    }
+
+    const Request& request_;
+    Streams& streams_;
+    bool lossy_ = false;
+};
+
+} // namespace
+
+ExitCode run_convert(const Arguments& arguments, Streams& streams) {
+    const auto form = arguments.value("--to");
+    if (!form) {
+        complain(streams, "--to needs a form: text, binary, cipher, archive");
+        return EXIT_UNREADABLE;
+    }
+    Request request;
+    request.source = arguments.operands().at(0);
+    request.target = arguments.operands().at(1);
+    request.form = form_named(*form);
+    request.lossy = arguments.has("--lossy");
+    return take_opening(arguments, request.open, streams) ? Conversion(request, streams).run()
+                                                          : EXIT_UNREADABLE;
+}
+
+} // namespace bkdoc

@@ -1,0 +1,107 @@
+#include "dump/byte_map.h"
+#include "input/form_mark.h"
+#include "input/input.h"
+#include "input/log_keeper.h"
+#include "input/memory_file.h"
+#include "input/opened_document.h"
+#include "output/text_display.h"
+#include "parser/parser_file.h"
+#include "parser/parser_read_observer.h"
+#include "verbs/verbs.h"
+
+#include <optional>
+
+namespace bkdoc {
+
+namespace {
+
+using bk_parser::Form;
+
+/// Keeps the text of the first file of a reading.
+class TextKeeper : public ParserReadObserver {
+public:
+    void file_entered(const CoreString&, const CoreString&, const CoreString& text) override {
+        if (!text_) {
+            text_ = text.get_view();
+        }
+    }
+    const std::optional<std::string>& text() const noexcept { return text_; }
+
+private:
+    std::optional<std::string> text_;
+};
+
+std::optional<std::string> deciphered(const std::string& bytes, const std::string& key) {
+    const MemoryFile memory(bytes);
+    const LogKeeper quiet;
+    TextKeeper keeper;
+    ParserFile file(CoreString{});
+    file.set_read_observer(&keeper);
+    file.read(CoreString(MemoryFile::name), CoreString(std::string_view(key)), nullptr);
+    return keeper.text();
+}
+
+/// The text of an enciphered file, as the library deciphers it.
+std::optional<Unexplained> map_with_key(const std::string& bytes, const std::string& key,
+                                        ByteMapWriter& map) {
+    if (key.empty()) {
+        return map_enciphered(bytes, std::nullopt, map);
+    }
+    if (const auto text = deciphered(bytes, key)) {
+        return map_enciphered(bytes, *text, map);
+    }
+    const auto damage = map_enciphered(bytes, std::nullopt, map);
+    return damage
+               ? damage
+               : Unexplained{form_mark_size, "expected the length of a text that fits the file: wrong key, "
+                                             "or a damaged file"};
+}
+
+std::optional<Unexplained> map_file(const std::string& bytes, Form form, const std::string& key,
+                                    ByteMapWriter& map) {
+    switch (form) {
+    case Form::binary:
+        return map_binary(bytes, map);
+    case Form::archive:
+        return map_archive(bytes, map);
+    default:
+        return map_with_key(bytes, key, map);
+    }
+}
+
+void write_heading(const std::string& name, Form form, std::size_t size, Output& out, ByteMapWriter& map) {
+    out.paint(Tone::strong, shown(name, file_name_limit));
+    out.paint(Tone::dim, "  " + std::string(form_word(form)) + ", " + counted(size, "byte", "bytes"));
+    out << "\n";
+    map.heading();
+}
+
+} // namespace
+
+ExitCode run_dump(const Arguments& arguments, Streams& streams) {
+    OpenOptions open;
+    if (!take_opening(arguments, open, streams)) {
+        return EXIT_UNREADABLE;
+    }
+    const std::string& operand = arguments.operands().front();
+    const std::string name = shown_operand(operand);
+    const Input input(operand);
+    const Form form = form_of(input.bytes);
+    if (!input.refusal.empty() || form == Form::text) {
+        complain(streams, input.refusal.empty()
+                              ? name + " is text; dump reads binary, enciphered and archive files"
+                              : input.refusal);
+        return EXIT_UNREADABLE;
+    }
+    ByteMapWriter map(streams.out);
+    write_heading(name, form, input.bytes.size(), streams.out, map);
+    const auto unexplained = map_file(input.bytes, form, open.key, map);
+    if (!unexplained) {
+        return EXIT_CLEAN;
+    }
+    map.unexplained(input.bytes, unexplained->offset);
+    complain(streams, name + ": at byte " + grouped(unexplained->offset) + ": " + unexplained->reason);
+    return EXIT_FAULTS;
+}
+
+} // namespace bkdoc

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "command/arguments.h"
+#include "output/output.h"
+#include "verbs/exit_code.h"
+
+/// The verbs of the tool, as the command table calls them. A verb that writes something other than a report puts the problems
+/// of its documents on the error stream.
+namespace bkdoc {
+
+/// Reports the problems of files and folders.
+ExitCode run_check(const Arguments& arguments, Streams& streams);
+/// Writes the document as the library writes it.
+ExitCode run_cat(const Arguments& arguments, Streams& streams);
+/// Draws the groups, entries and values as a tree.
+ExitCode run_tree(const Arguments& arguments, Streams& streams);
+/// Says what the document is made of and which files it needs.
+ExitCode run_info(const Arguments& arguments, Streams& streams);
+/// Says which files a document includes, and what became of each.
+ExitCode run_deps(const Arguments& arguments, Streams& streams);
+/// Says whether two documents hold the same tree, else where they differ first. Where an entry stood in its
+/// file does not count, nor how a number was spelled. With --content, only names and values count.
+ExitCode run_same(const Arguments& arguments, Streams& streams);
+/// Stores the document in another form. What was made is read back and compared before it takes the target's name;
+/// a target that cannot be written, or would hold something else, stays as it was.
+ExitCode run_convert(const Arguments& arguments, Streams& streams);
+/// Writes what each byte of a binary, enciphered or archive file means, up to the first that cannot be explained.
+ExitCode run_dump(const Arguments& arguments, Streams& streams);
+
+} // namespace bkdoc
