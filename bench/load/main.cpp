@@ -1,6 +1,7 @@
 // Shows what load costs above ParserFile::read, of documents without problems: both in one run, in turns, as medians. A load also
 // finds problems, keeps where each byte came from, and hashes the files.
 
+#include "bench/curves.h"
 #include "bench/scene_text.h"
 #include "document/document.h"
 #include "parser/parser_file.h"
@@ -80,8 +81,11 @@ void compare(const char* name, const std::filesystem::path& path, double megabyt
     std::fflush(stdout);
 }
 
+/// Strings with escapes are no problem from version 1.1 on.
 void store(const std::filesystem::path& path, std::string_view text) {
-    std::ofstream(path, std::ios::binary).write(text.data(), static_cast<std::streamsize>(text.size()));
+    std::ofstream file(path, std::ios::binary);
+    file << "#Brellwick_Serial_Version 1.2\n";
+    file.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
 std::string with_comments(std::string_view text) {
@@ -98,7 +102,8 @@ std::string with_comments(std::string_view text) {
 
 } // namespace
 
-int main() {
+/// Documents that are named as arguments are timed, too.
+int main(int count, char** arguments) {
     const std::filesystem::path folder = std::filesystem::temp_directory_path() / "bk_parser_bench_load";
     std::filesystem::create_directories(folder);
     const std::filesystem::path path = folder / "main.bkd";
@@ -110,6 +115,18 @@ int main() {
         const std::string commented = with_comments(text);
         store(path, commented);
         compare("comments", path, static_cast<double>(commented.size()) / mebibyte, values);
+    }
+    constexpr unsigned int curve_values = 1000000;
+    bench::SceneText curves;
+    bench::make_curves(curves, curve_values, 1);
+    store(path, curves.get_text());
+    compare("curves", path, static_cast<double>(curves.get_text().size()) / mebibyte, curve_values);
+    for (int i = 1; i < count; ++i) {
+        const std::filesystem::path given = std::filesystem::absolute(arguments[i]);
+        const auto size = static_cast<double>(std::filesystem::file_size(given));
+        constexpr double bytes_of_value = 10;
+        compare(given.stem().string().c_str(), given, size / mebibyte,
+                static_cast<unsigned int>(size / bytes_of_value) + 1);
     }
     std::filesystem::remove_all(folder);
     return 0;

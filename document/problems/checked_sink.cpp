@@ -22,30 +22,10 @@ bool are_equal_but_for_case(std::string_view a, std::string_view b) noexcept {
                       [](char x, char y) { return lowered(x) == lowered(y); });
 }
 
-/// Of digits alone, in their brackets.
-bool is_plain_count(std::string_view suffix) noexcept {
-    std::size_t i = 1;
-    while (bk::is_char(suffix[i], bk::CHAR_DIGIT)) {
-        ++i;
-    }
-    return i + 1 == suffix.size() && i != 1;
-}
-
 } // namespace
 
-void CheckedSink::watch_entry(const bk::EntryHead& head, const bk::Token& token) {
-    if (head.is_keyword) {
-        check_keyword(head, token);
-        return;
-    }
-    head_ = text_.substr(token.start, token.length);
-    if (head.array_count == bk::no_array) {
-        return;
-    }
-    if (is_plain_count(head_.substr(head.name.size()))) {
-        array_count_ = head.array_count;
-        is_watched_ = true;
-    } else if (!head_.ends_with("[]")) {
+void CheckedSink::check_suffix(const bk::EntryHead& head) {
+    if (!head_.ends_with("[]")) {
         problems_.add(codes::array_count,
                       shown(head_) + " declares " + counted(head.array_count, "value") +
                           ": what follows the number is ignored",
@@ -66,14 +46,11 @@ void CheckedSink::check_keyword(const bk::EntryHead& head, const bk::Token& toke
     }
 }
 
-void CheckedSink::check_entry() {
-    is_watched_ = false;
-    const unsigned int declared = std::exchange(array_count_, bk::no_array);
-    const std::size_t count = tree_.get_pending_count();
-    if (declared == bk::no_array || declared == count || faults_.has_any_in_epoch()) {
-        return;
+void CheckedSink::tell_count() {
+    if (!faults_.has_any_in_epoch()) {
+        problems_.add(codes::array_count,
+                      shown(head_) + " has " + counted(tree_.get_pending_count(), "value"), spot_of(head_));
     }
-    problems_.add(codes::array_count, shown(head_) + " has " + counted(count, "value"), spot_of(head_));
 }
 
 /// Looks for the parenthesis that closes the list. A list that runs into another one, or into a brace, has none.

@@ -25,8 +25,10 @@ public:
     bool begin_entry(const bk::EntryHead& head, const bk::Token& token) {
         end_watched_entry();
         faults_.begin_entry(head.name);
-        if (head.is_keyword | head.had_suffix) {
-            watch_entry(head, token);
+        if (head.array_count != bk::no_array) {
+            watch_count(head, token);
+        } else if (head.is_keyword) {
+            check_keyword(head, token);
         }
         return tree_.begin_entry(head, token);
     }
@@ -45,7 +47,7 @@ public:
             }
             break;
         case ParserWord::TYPE_BINARY_DATA:
-            is_watched_ = false; // an array may stand in one binary literal
+            array_count_ = bk::no_array; // an array may stand in one binary literal
             tell(word, find_binary_flaw(word));
             break;
         default:
@@ -59,7 +61,7 @@ public:
         tree_.make_function_call();
     }
     bool open_group(const bk::Token& brace) {
-        is_watched_ = false; // an array may be a group
+        array_count_ = bk::no_array; // an array may be a group
         faults_.begin_or_end_group();
         return tree_.open_group(brace);
     }
@@ -81,13 +83,24 @@ public:
 
 private:
     void end_watched_entry() {
-        if (is_watched_) {
-            check_entry();
+        if (array_count_ != bk::no_array) {
+            if (array_count_ != tree_.get_pending_count()) {
+                tell_count();
+            }
+            array_count_ = bk::no_array;
         }
     }
-    void watch_entry(const bk::EntryHead& head, const bk::Token& token);
+    void watch_count(const bk::EntryHead& head, const bk::Token& token) {
+        head_ = text_.substr(token.start, token.length);
+        if (is_plain_count(head_, head.name.size())) {
+            array_count_ = head.array_count;
+        } else {
+            check_suffix(head);
+        }
+    }
+    void check_suffix(const bk::EntryHead& head);
+    void tell_count();
     void check_keyword(const bk::EntryHead& head, const bk::Token& token);
-    void check_entry();
     void check_call() const;
     void check_number(std::string_view word, bool is_int);
     void check_string(std::string_view word);
@@ -105,11 +118,10 @@ private:
     ProblemList& problems_;
     LineReaders lines_;
 
-    bool is_watched_ = false; // the entry begun last declares a count
-    unsigned int array_count_ = bk::no_array;
-    std::string_view head_;         // the word of that entry
-    std::string_view first_escape_; // of a document whose version has none
-    std::size_t escape_count_ = 0;  // strings that have some
+    unsigned int array_count_ = bk::no_array; // that the entry begun last declares
+    std::string_view head_;                   // the word of that entry
+    std::string_view first_escape_;           // of a document whose version has none
+    std::size_t escape_count_ = 0;            // strings that have some
 
     FaultRecorder faults_;
     bk::TreeSink tree_;

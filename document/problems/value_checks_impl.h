@@ -74,6 +74,15 @@ inline bool is_plain_number(std::string_view word, bool is_int, [[maybe_unused]]
 #endif
 }
 
+/// Whether the suffix behind a name of that length is of digits alone, in their brackets.
+inline bool is_plain_count(std::string_view word, std::size_t name_length) noexcept {
+    std::size_t i = name_length + 1;
+    while (bk::is_char(word[i], bk::CHAR_DIGIT)) {
+        ++i;
+    }
+    return i + 1 == word.size() && i != name_length + 1;
+}
+
 /// Whether a string, given with its quotes, holds neither escapes nor quotes.
 inline bool is_plain_string(std::string_view word) noexcept {
     const char* const end = word.data() + word.size() - 1;

@@ -34,7 +34,7 @@ class LayoutSave {
 public:
     LayoutSave(DocumentState& state, const std::string& path, const SaveOptions& options)
         : state_(state), path_(path), options_(options), is_elsewhere_(path != state.files.front().path),
-          old_(state, none_) {}
+          old_(std::in_place, state, none_) {}
 
     SaveResult run() {
         if (!compose()) {
@@ -44,6 +44,8 @@ public:
             return std::move(result_); // nothing has changed
         }
         if (is_proven()) {
+            record_.reset();
+            old_.reset(); // the system's cache then takes its pages for the new file, still warm
             write();
         }
         return std::move(result_);
@@ -57,19 +59,19 @@ private:
 
     /// Fills in the new bytes of the files that change.
     bool compose() {
-        if (!old_.read(state_.files.front().path)) {
-            return fail(old_.reason());
+        if (!old_->read(state_.files.front().path)) {
+            return fail(old_->reason());
         }
-        has_escapes_ = bk::has_escapes(CoreVersion(old_.version()));
-        record_.emplace(old_.text(), *state_.root, has_escapes_);
+        has_escapes_ = bk::has_escapes(CoreVersion(old_->version()));
+        record_.emplace(old_->text(), *state_.root, has_escapes_);
         record_->run();
         if (record_->has_changes()) {
-            LayoutEdits edits(old_, *record_, has_escapes_);
+            LayoutEdits edits(*old_, *record_, has_escapes_);
             if (!edits.run()) {
                 return fail(path_ + ": " + edits.reason() + ": the layout cannot be kept");
             }
             std::string reason;
-            if (!may_edit(edits.edits()) || !apply_edits(old_, edits.edits(), state_.key, bytes_, reason)) {
+            if (!may_edit(edits.edits()) || !apply_edits(*old_, edits.edits(), state_.key, bytes_, reason)) {
                 return result_.reason.empty() ? fail(std::move(reason)) : false;
             }
         }
@@ -88,7 +90,7 @@ private:
         }
         Spot spot;
         spot.inclusion = inside->inclusion;
-        return fail(old_.map().file_of(spot).path + ": holds entry '" + inside->about +
+        return fail(old_->map().file_of(spot).path + ": holds entry '" + inside->about +
                     "', which has changed, and " +
                     (is_elsewhere_ ? "is included by " + state_.files.front().path + ", too"
                                    : "is not to be changed"));
@@ -99,7 +101,7 @@ private:
         const auto changed = bytes_.find(state_.files.front().path);
         std::string bytes;
         if (changed == bytes_.end()) {
-            bytes = old_.map().get_files().front()->text.get_text();
+            bytes = old_->map().get_files().front()->text.get_text();
         } else {
             bytes = std::move(changed->second);
             bytes_.erase(changed);
@@ -120,7 +122,7 @@ private:
             return fail(fresh.reason());
         }
         const bool is_same_syntax = bk::has_escapes(CoreVersion(fresh.version())) == has_escapes_;
-        const Proof proof = prove(old_.text(), *record_, fresh.text(), *state_.root, has_escapes_);
+        const Proof proof = prove(old_->text(), *record_, fresh.text(), *state_.root, has_escapes_);
         files_ = fresh.files();
         included_ = fresh.included();
         shifts_ = proof.shifts;
@@ -186,7 +188,7 @@ private:
     bool is_elsewhere_;
     bool has_escapes_ = true;
     const NewBytes none_;
-    SaveSources old_;
+    std::optional<SaveSources> old_;
     std::optional<LayoutRecord> record_;
     SaveResult result_;
     NewBytes bytes_;

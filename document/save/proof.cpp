@@ -22,9 +22,10 @@ constexpr std::string_view further_name = "_";
 constexpr std::string_view further_entry = " _ 1 ";
 
 struct Window {
-    std::size_t begin = 0;          // in both texts
-    bool begins_with_entry = false; // that is known and has not changed
-    std::size_t rest = 0;           // of the old text, how many bytes are behind it
+    std::size_t begin = 0;         // in both texts
+    std::size_t line_known_at = 0; // the last place before it whose line, from 0, is known
+    core_ulong known_line = 0;
+    std::size_t rest = 0; // of the old text, how many bytes are behind it
     const ParserGroup* group = nullptr;
     unsigned int first = 0; // of the group's entries
     unsigned int end = 0;
@@ -81,13 +82,18 @@ Window find_window(std::string_view before, const LayoutRecord& record) {
         if (inner == nullptr || record.group(inner->group).now == nullptr) {
             window.begin = ends.lead == nullptr ? group->open : ends.lead->last_begin;
             window.rest = before.size() - (ends.trail == nullptr ? group->close : ends.trail->name.begin);
-            window.begins_with_entry = ends.lead != nullptr;
             window.group = group->now;
             window.first = ends.lead == nullptr ? 0 : ends.lead->count - 1;
+            if (ends.lead != nullptr) {
+                window.line_known_at = window.begin;
+                window.known_line = group->now->get_entries()[window.first]->get_line() - 1;
+            }
             window.end = end;
             std::reverse(window.behind.begin(), window.behind.end());
             return window;
         }
+        window.line_known_at = inner->name.begin;
+        window.known_line = inner->line - 1;
         group = &record.group(inner->group);
     }
 }
@@ -134,11 +140,9 @@ bool prove_window(std::string_view before, std::string_view now, Window&& window
     std::string text(now.substr(window.begin, new_end - window.begin));
     text += further_entry;
     ReadBack back(text, *window.group, window.first, window.end, has_escapes);
-    // The line of an entry is known; to count 50 MB of line ends would cost as much as to compare them.
-    LineColumn start = place_of(now, window.begins_with_entry ? window.begin : 0, window.begin);
-    if (window.begins_with_entry) {
-        start.line = window.group->get_entries()[window.first]->get_line() - 1;
-    }
+    // To count 50 MB of line ends would cost as much as to compare them.
+    LineColumn start = place_of(now, window.line_known_at, window.begin);
+    start.line += window.known_line;
     back.read_piece(start.line, start.column, further_name);
     if (!back.run()) {
         return false;
