@@ -13,12 +13,13 @@ namespace bk_parser {
 
 /// How to save a document.
 struct SaveOptions {
-    /// The form that it was loaded from when there is none.
+    /// The form that it was loaded from, or was saved in last, when there is none.
     std::optional<Form> form;
-    /// Encrypts the enciphered form.
+    /// Encrypts the enciphered form; when it is empty, the key that the document was loaded with does.
     std::string key;
-    /// Text that came from text files keeps its comments, blank lines, spelling and includes: only the bytes of what was
-    /// changed change.
+    /// Text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes: only the bytes of
+    /// what was changed change. Without it, and for every other document, the file is laid out as ParserGroup::get_text does, and holds
+    /// all of the document: includes are spliced in.
     bool keep_layout = true;
     /// Saves although the form cannot carry everything that the document holds.
     bool lossy = false;
@@ -28,9 +29,10 @@ struct SaveOptions {
 
 /// How a save went.
 struct SaveResult {
-    /// Why nothing was saved, with the file's name and the system's reason; empty when all of it is on the disk.
+    /// Why nothing was saved: "FILE: what: the system's reason". Empty when every byte is on the disk.
     std::string reason;
-    /// What the form cannot carry. Without `lossy` they are the reason that nothing was saved.
+    /// What the form cannot carry: of each thing a code, and the names that lead to the entry. Without `lossy` they are the reason that
+    /// nothing was saved.
     std::vector<Problem> losses;
     /// The files that were replaced. Files that did not change are not written.
     std::vector<std::filesystem::path> written;
@@ -39,6 +41,29 @@ struct SaveResult {
 };
 
 /// Saves a document to `path`, or to the file that it was loaded from when `path` is empty.
+///
+/// Before anything is written, what is to be written is read back and compared with the tree. When it would not read back as just
+/// this tree, nothing is written, and the losses and the reason say why.
+///
+/// A save that keeps the layout reads the old files again, and refuses when one has changed on the disk or is gone. It knows an entry
+/// by the line and column that it got when it was loaded, so that a renamed, moved or changed entry keeps what is around it; after the save
+/// the entries have the lines and columns of the new text. What it does:
+/// - an entry that was removed goes with its line, and with a comment behind it on that line; comments above it stay;
+/// - a new entry stands on a line of its own, indented as its neighbours are, or in the line where its neighbours share one;
+/// - a new entry between two of an included file goes into that file; at the begin or end of an include it goes beside the directive;
+/// - an entry that moved within its group takes its lines along; one that moved to another group is laid out anew;
+/// - a file that is included more than once changes when the tree was changed alike in each place, else the save is refused;
+/// - an enciphered include is enciphered again with the key of the load;
+/// - to another path only the document's own file goes: its includes stay where they are. That is refused when they would not be
+///   found from there, or when one of them would have to change.
+///
+/// Each file is replaced in one step by a new one that was flushed to the disk before. When several files change, all of the new ones are
+/// on the disk before the first is put in place, and the document's own file is put in place last. When a step fails,
+/// those replaced before get their old bytes back. A process that dies in between leaves each file whole, some of them new and the others old, and
+/// files named ".bk_parser_new_*", which may be deleted.
+///
+/// When it fails, the document and every file are as they were. Throws nothing but what a host's log handler throws; without memory the
+/// reason is "out of memory". Linear in the size of the files and of the tree.
 [[nodiscard]] BK_PARSER_API SaveResult save(Document& document, const std::filesystem::path& path = {},
                                             const SaveOptions& options = {});
 

@@ -124,6 +124,11 @@ const char* load(ParserArchive& archive, const CoreString& filename) {
 
 } // namespace
 
+std::string bk::archive_file_bytes(const ParserArchive& archive) {
+    return std::string(archive_magic) + std::string(reserved_size, '\0') + string_block(archive.strings) +
+           index_block(archive.indices, archive_index_width(archive.strings.get_count()));
+}
+
 CoreString ParserImpl::save_archive(const ParserArchive& archive, const CoreString& filename,
                                     AppProgressBar* progress) {
     return answer(bk::guarded("ParserImpl.save_archive", cannot_open,

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace bk {
@@ -50,5 +51,8 @@ CoreString join_words(const ParserArchive& archive, Pace* pace);
 
 /// The size of that text.
 core_uint64 archive_text_size(const ParserArchive& archive) noexcept;
+
+/// The whole file of an archive.
+std::string archive_file_bytes(const ParserArchive& archive);
 
 } // namespace bk

@@ -26,6 +26,10 @@ public:
         return entry.values_[i];
     }
     static void set_type(ParserEntry& entry, ParserEntry::Type type) noexcept { entry.type_ = type; }
+    static void set_place(ParserEntry& entry, core_ulong line, core_ulong column) noexcept {
+        entry.line_ = line;
+        entry.column_ = column;
+    }
     static void copy_fields(ParserEntry& entry, const ParserEntry& other) { entry.copy_fields(other); }
 
     /// One more list holds the entry; one list less does, and the last one deletes it. Null is legal there.

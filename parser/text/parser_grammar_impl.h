@@ -27,6 +27,8 @@ struct EntryHead {
 ///                                                        when the text is not to be read any further
 ///     void close_group()
 ///     void report_fault(ParserReadObserver::Fault, const Token&, std::string_view word)
+///     void see_word(std::string_view)                    optional: each word before the grammar takes it, but for
+///                                                        numbers in a row, which come by add_value alone
 ///
 /// Faults do not stop the loop. Groups nest on a stack of the loop's own.
 template <class Sink>
@@ -78,6 +80,9 @@ private:
 
     /// False at the brace that ends the outermost group, and when the sink wants no more.
     bool take(std::string_view word) {
+        if constexpr (requires(Sink& sink) { sink.see_word(word); }) {
+            sink_.see_word(word);
+        }
         if (is_char(word[0], CHAR_DELIMITER) && word[0] != ':') { // a colon stands for nothing
             return take_delimiter(word);
         }

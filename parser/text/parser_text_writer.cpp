@@ -262,7 +262,7 @@ void TextWriter::write_scalar(const ParserValue& value) {
 
 void TextWriter::write_string(std::string_view text) {
     const char* const end = text.data() + text.size();
-    const char* escaped = find_escaped(text.data(), end);
+    const char* escaped = has_escapes_ ? find_escaped(text.data(), end) : end;
     if (escaped == end) {
         out_.put_quoted(text);
         return;

@@ -26,11 +26,16 @@ public:
 
     /// False, with a message, when the text has become too long: the output is then as it was.
     bool finish() const;
+    bool is_too_long() const noexcept { return out_.is_too_long(); }
+    /// Strings are written as they are, for texts of versions that have no escapes.
+    void write_no_escapes() noexcept { has_escapes_ = false; }
 
     void write_group(const ParserGroup& group, bool braces, unsigned int level);
     void write_entry(const ParserEntry& entry, unsigned int level);
     void write_entry_values(const ParserEntry& entry, unsigned int level);
     void write_value(const ParserValue& value, unsigned int level);
+    /// The name with its template and array suffix.
+    void write_head(const ParserEntry& entry);
 
 private:
     enum class Scope { braced_group, bare_group, entry, entry_values };
@@ -51,7 +56,6 @@ private:
     bool write_entries(Frame& frame);
     bool write_values(Frame& frame, const ParserEntry& entry);
     void begin_entry(const Frame& frame, const ParserEntry& entry);
-    void write_head(const ParserEntry& entry);
     void write_spellings(Frame& frame, const ParserEntry& entry, const ParserValue& first);
     void write_scalar(const ParserValue& value);
     void write_string(std::string_view text);
@@ -59,6 +63,7 @@ private:
 
     TextBuffer out_;
     bool pretty_;
+    bool has_escapes_ = true;
     std::vector<Frame> frames_;
 };
 

@@ -1,0 +1,76 @@
+#include "document/save/file_edits_impl.h"
+
+#include "document/save/stored_form_impl.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace bk_parser {
+
+namespace {
+
+bool is_before(const Edit& a, const Edit& b) noexcept {
+    return a.begin != b.begin ? a.begin < b.begin : a.end < b.end;
+}
+
+bool is_same(const Edit& a, const Edit& b) noexcept {
+    return a.begin == b.begin && a.end == b.end && a.text == b.text;
+}
+
+/// Removals may overlap.
+std::string applied(std::string_view text, const std::vector<Edit>& edits) {
+    std::string result;
+    result.reserve(text.size() + 4096);
+    std::size_t at = 0;
+    for (const Edit& edit : edits) {
+        if (edit.begin > at) {
+            result += text.substr(at, edit.begin - at);
+            at = edit.begin;
+        }
+        result += edit.text;
+        at = std::max(at, edit.end);
+    }
+    result += text.substr(at);
+    return result;
+}
+
+} // namespace
+
+bool apply_edits(const SaveSources& sources, const std::vector<Edit>& edits, const std::string& key,
+                 NewBytes& bytes, std::string& reason) {
+    const SourceMap& map = sources.map();
+    std::vector<std::vector<Edit>> by_inclusion(map.get_inclusion_count());
+    for (const Edit& edit : edits) {
+        by_inclusion[edit.inclusion].push_back(edit);
+    }
+    std::vector<std::size_t> first(map.get_files().size(),
+                                   map.get_inclusion_count()); // inclusion of each file
+    for (std::size_t i = 0; i < by_inclusion.size(); ++i) {
+        std::stable_sort(by_inclusion[i].begin(), by_inclusion[i].end(), is_before);
+        const std::size_t file = map.inclusion(i).file;
+        if (first[file] == map.get_inclusion_count()) {
+            first[file] = i;
+            continue;
+        }
+        const std::vector<Edit>& one = by_inclusion[first[file]];
+        const std::vector<Edit>& two = by_inclusion[i];
+        if (!std::equal(one.begin(), one.end(), two.begin(), two.end(), is_same)) {
+            reason = map.get_files()[file]->path +
+                     ": is included more than once, and what came from it was not changed alike; entry '" +
+                     (one.empty() ? two : one).front().about + "'";
+            return false;
+        }
+    }
+    for (std::size_t file = 0; file < first.size(); ++file) {
+        const std::vector<Edit>& changes = by_inclusion[first[file]];
+        if (changes.empty()) {
+            continue;
+        }
+        const std::string& path = map.get_files()[file]->path;
+        std::string text = applied(map.get_files()[file]->text.get_text(), changes);
+        bytes[path] = sources.is_enciphered(path) ? enciphered(text, key) : std::move(text);
+    }
+    return true;
+}
+
+} // namespace bk_parser

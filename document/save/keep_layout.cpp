@@ -1,0 +1,204 @@
+#include "document/save/keep_layout_impl.h"
+
+#include "document/save/file_edits_impl.h"
+#include "document/save/file_set_impl.h"
+#include "document/save/layout_record_impl.h"
+#include "document/save/losses_impl.h"
+#include "document/save/proof_impl.h"
+#include "document/save/read_back_impl.h"
+#include "document/save/save_sources_impl.h"
+#include "document/sources/path_text_impl.h"
+#include "parser/words/parser_word_rules_impl.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace bk_parser {
+
+namespace {
+
+/// What a document knows beside its tree, as it is when the document's own file is at `path`.
+DocumentState moved_to(const DocumentState& state, const std::string& path) {
+    DocumentState moved;
+    moved.search = state.search;
+    moved.beside = state.beside;
+    moved.key = state.key;
+    moved.limits = state.limits;
+    moved.files = state.files;
+    moved.files.front().path = path;
+    return moved;
+}
+
+class LayoutSave {
+public:
+    LayoutSave(DocumentState& state, const std::string& path, const SaveOptions& options)
+        : state_(state), path_(path), options_(options), is_elsewhere_(path != state.files.front().path),
+          old_(state, none_) {}
+
+    SaveResult run() {
+        if (!compose()) {
+            return std::move(result_);
+        }
+        if (bytes_.empty()) {
+            return std::move(result_); // nothing has changed
+        }
+        if (is_proven()) {
+            write();
+        }
+        return std::move(result_);
+    }
+
+private:
+    bool fail(std::string reason) {
+        result_.reason = std::move(reason);
+        return false;
+    }
+
+    /// Fills in the new bytes of the files that change.
+    bool compose() {
+        if (!old_.read(state_.files.front().path)) {
+            return fail(old_.reason());
+        }
+        has_escapes_ = bk::has_escapes(CoreVersion(old_.version()));
+        record_.emplace(old_.text(), *state_.root, has_escapes_);
+        record_->run();
+        if (record_->has_changes()) {
+            LayoutEdits edits(old_, *record_, has_escapes_);
+            if (!edits.run()) {
+                return fail(path_ + ": " + edits.reason() + ": the layout cannot be kept");
+            }
+            std::string reason;
+            if (!may_edit(edits.edits()) || !apply_edits(old_, edits.edits(), state_.key, bytes_, reason)) {
+                return result_.reason.empty() ? fail(std::move(reason)) : false;
+            }
+        }
+        if (is_elsewhere_) {
+            move_document();
+        }
+        return true;
+    }
+
+    /// Whether included files may change.
+    bool may_edit(const std::vector<Edit>& edits) {
+        const auto inside =
+            std::find_if(edits.begin(), edits.end(), [](const Edit& edit) { return edit.inclusion != 0; });
+        if (inside == edits.end() || (options_.into_includes && !is_elsewhere_)) {
+            return true;
+        }
+        Spot spot;
+        spot.inclusion = inside->inclusion;
+        return fail(old_.map().file_of(spot).path + ": holds entry '" + inside->about +
+                    "', which has changed, and " +
+                    (is_elsewhere_ ? "is included by " + state_.files.front().path + ", too"
+                                   : "is not to be changed"));
+    }
+
+    /// The document's own file goes to another path; what it includes stays where it is.
+    void move_document() {
+        const auto changed = bytes_.find(state_.files.front().path);
+        std::string bytes;
+        if (changed == bytes_.end()) {
+            bytes = old_.map().get_files().front()->text.get_text();
+        } else {
+            bytes = std::move(changed->second);
+            bytes_.erase(changed);
+        }
+        bytes_[path_] = std::move(bytes);
+    }
+
+    /// Reads what would be on the disk, and compares it with the tree.
+    bool is_proven() {
+        const bool is_included = std::any_of(state_.files.begin() + 1, state_.files.end(),
+                                             [this](const ReadFile& file) { return file.path == path_; });
+        if (is_included) {
+            return fail(path_ + ": is included by the document");
+        }
+        const DocumentState moved = moved_to(state_, path_);
+        SaveSources fresh(moved, bytes_);
+        if (!fresh.read(path_)) {
+            return fail(fresh.reason());
+        }
+        const bool is_same_syntax = bk::has_escapes(CoreVersion(fresh.version())) == has_escapes_;
+        const Proof proof = prove(old_.text(), *record_, fresh.text(), *state_.root, has_escapes_);
+        files_ = fresh.files();
+        included_ = fresh.included();
+        shifts_ = proof.shifts;
+        return (proof.is_equal && is_same_syntax) || explain(proof.difference, fresh);
+    }
+
+    /// True when what does not read back is what no text can carry, and the host takes the loss.
+    bool explain(const ParserEntry* difference, const SaveSources& fresh) {
+        result_.losses = find_losses(*state_.root, Form::text, has_escapes_);
+        if (result_.losses.empty()) {
+            return fail(
+                path_ + ": the layout cannot be kept: entry '" +
+                (difference == nullptr ? std::string() : std::string(difference->get_name().get_view())) +
+                "' would not read back as it is");
+        }
+        if (!options_.lossy) {
+            return fail(path_ + ": the text form cannot carry everything, see the losses");
+        }
+        ParserGroup expected{CoreString()};
+        CoreString text;
+        state_.root->get_text(text, false, true, 1);
+        expected.set_text(text, CoreVersion(has_escapes_ ? 1.2 : 1.0), nullptr);
+        shifts_ = PlaceShifts();
+        ReadBack lossy(fresh.text(), expected, has_escapes_);
+        return lossy.run() || fail(path_ + ": the layout cannot be kept with these losses");
+    }
+
+    /// Included files first: while only some are replaced, the document's own file is the old one.
+    void write() {
+        std::filesystem::path path = path_of_text(path_);
+        std::vector<std::filesystem::path> dependencies;
+        for (const std::string& included : included_) {
+            dependencies.push_back(path_of_text(included));
+        }
+        FileSet files;
+        const auto own = bytes_.find(path_);
+        for (auto file = bytes_.begin(); file != bytes_.end(); ++file) {
+            if (file != own) {
+                files.add(file->first, {}, file->second);
+                result_.written.push_back(path_of_text(file->first));
+            }
+        }
+        if (own != bytes_.end()) {
+            files.add(own->first, {}, own->second);
+            result_.written.push_back(path_of_text(own->first));
+        }
+        result_.reason = files.replace();
+        if (!result_.reason.empty()) {
+            result_.written.clear();
+            return;
+        }
+        state_.files = std::move(files_);
+        shifts_.apply();
+        if (is_elsewhere_) {
+            state_.path = std::move(path);
+        }
+        state_.dependencies = std::move(dependencies);
+    }
+
+    DocumentState& state_;
+    const std::string& path_;
+    const SaveOptions& options_;
+    bool is_elsewhere_;
+    bool has_escapes_ = true;
+    const NewBytes none_;
+    SaveSources old_;
+    std::optional<LayoutRecord> record_;
+    SaveResult result_;
+    NewBytes bytes_;
+    std::vector<ReadFile> files_;
+    std::vector<std::string> included_;
+    PlaceShifts shifts_;
+};
+
+} // namespace
+
+SaveResult save_keeping_layout(DocumentState& state, const std::string& path, const SaveOptions& options) {
+    return LayoutSave(state, path, options).run();
+}
+
+} // namespace bk_parser

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "document/load.h"
+#include "document/problem.h"
+#include "parser/parser_group.h"
+
+#include <string>
+#include <vector>
+
+namespace bk_parser {
+
+/// Finds what a form cannot carry: of each thing the entry that holds it, by the names that lead to it.
+/// `has_escapes` is whether strings of the text have escapes.
+std::vector<Problem> find_losses(const ParserGroup& root, Form form, bool has_escapes);
+
+} // namespace bk_parser

@@ -1,0 +1,77 @@
+#include "tests/support/run_out.h"
+
+#include "document/document.h"
+#include "tests/support/scratch_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+// Memory runs out while documents are saved: the reason says so, the files are as they were or as they shall be, and nothing leaks.
+
+namespace {
+
+using namespace bk_parser;
+
+class MemoryOutOfSaves : public testing::TestWithParam<bool> {
+protected:
+    /// Lets request 1, 2, 3 ... of a save fail until it needs no more of them.
+    void expect_saving(const SaveOptions& options) const {
+        const std::string old_main = "#Brellwick_Serial_Version 1.2\na 1\n#include \"part\"\n" + scene();
+        const std::string old_part = "b 1 // and a comment\n";
+        const std::filesystem::path path(folder_.path("main"));
+        constexpr std::size_t more_than_any_needs = 20000;
+        for (std::size_t n = 1; n < more_than_any_needs; ++n) {
+            folder_.write("main", old_main);
+            folder_.write("part", old_part);
+            bool has_failed = false;
+            const long live = FailingMemory::live();
+            std::optional<LoadResult> held(load(path));
+            LoadResult& loaded = *held;
+            loaded.document.root().get_entry("a")->set_int(2, 0);
+            loaded.document.root().get_entry("b")->set_int(2, 0);
+            {
+                const CountingLog log;
+                FailingMemory::fail_at(n, GetParam());
+                const SaveResult result = save(loaded.document, path, options);
+                has_failed = FailingMemory::disarm();
+                const bool is_old = folder_.read("main") == old_main && folder_.read("part") == old_part;
+                EXPECT_TRUE(result.ok() || is_old) << n << ": " << result.reason;
+                EXPECT_TRUE(result.ok() || !result.reason.empty());
+                EXPECT_TRUE(result.ok() || has_failed) << n << ": " << result.reason;
+                EXPECT_TRUE(!result.ok() || folder_.read("main") != old_main) << n;
+                if (result.ok() && !options.form) {
+                    EXPECT_EQ(print(load(path).document.root()), print(loaded.document.root())) << n;
+                }
+            }
+            held.reset();
+            EXPECT_EQ(FailingMemory::live(), live) << "request " << n << " left blocks behind";
+            if (!has_failed || HasFailure()) {
+                return;
+            }
+        }
+        FAIL();
+    }
+
+    const ScratchFolder folder_;
+};
+
+using memory_out_of_saves = MemoryOutOfSaves;
+
+} // namespace
+
+TEST_P(memory_out_of_saves, while_a_layout_is_kept) {
+    expect_saving({});
+}
+
+TEST_P(memory_out_of_saves, while_each_form_is_saved_anew) {
+    for (const Form form : {Form::text, Form::enciphered, Form::archive}) {
+        SaveOptions options;
+        options.form = form;
+        options.key = "key";
+        options.keep_layout = false;
+        expect_saving(options);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(one_request_or_all_from_there, memory_out_of_saves, testing::Bool());
