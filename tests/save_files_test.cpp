@@ -252,3 +252,12 @@ TEST(save_reasons, a_file_that_was_not_read_is_not_replaced) {
     missing.document.root().add_entry("a", 0, 0)->add_int(1);
     EXPECT_TRUE(save(missing.document).ok()) << "where there is no file, nothing is lost";
 }
+
+TEST(save_reasons, a_text_that_would_be_taken_for_another_form_is_refused) {
+    const ScratchFolder folder;
+    const std::string path = folder.write("file", "a 1\n");
+    LoadResult loaded = load(path);
+    loaded.document.root().get_entry(0)->rename("UDFS");
+    EXPECT_EQ(save(loaded.document).reason, path + ": would not be taken for a text any more");
+    EXPECT_EQ(folder.read("file"), "a 1\n");
+}

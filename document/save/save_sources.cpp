@@ -84,6 +84,11 @@ bool SaveSources::load(const std::string& path, CoreString& bytes) {
     const auto replaced = replaced_.find(path);
     if (replaced != replaced_.end()) {
         bytes.set_borrowed(replaced->second.data(), static_cast<unsigned int>(replaced->second.size()));
+        const Form form = form_of(bytes.get_view());
+        if (form != Form::enciphered && (form != Form::text || !foreign_kind(bytes.get_view()).empty())) {
+            reason_ = path + ": would not be taken for a text any more";
+            return false;
+        }
         file.size = bytes.get_length();
         file.hash = find_file(files_, path) == nullptr ? ByteHash::of(bytes.get_view()) : 0;
     } else if (!load_stored(path, bytes, file)) {

@@ -28,9 +28,18 @@ constexpr OptionSpec check_options[] = {
      "Check again whenever one of the files changes, or one that they include."},
 };
 constexpr OptionSpec cat_options[] = {
-    {"--compact", "", ValueKind::none, "", false, "All entries on one line."}};
+    {"--compact", "", ValueKind::none, "", false, "All entries on one line."}, path_option};
+constexpr OptionSpec info_options[] = {path_option};
+constexpr OptionSpec deps_options[] = {
+    {"--reverse", "", ValueKind::file, "FILE", false,
+     "Draw instead which of the documents include this file, and by which way."},
+    {"--missing", "", ValueKind::none, "", false,
+     "Only the files that are missing, with the places looked at."},
+    {"--dot", "", ValueKind::none, "", false, "A graph in the language of Graphviz."},
+    json_option,
+};
 constexpr OptionSpec tree_options[] = {
-    {"--depth", "", ValueKind::whole_number, "N", false, "Draw only so many levels."}};
+    {"--depth", "", ValueKind::whole_number, "N", false, "Draw only so many levels."}, path_option};
 
 constexpr VerbSpec verbs[] = {
     {"check", Task::look, "Report the problems of documents, with the place of each.",
@@ -56,16 +65,14 @@ constexpr VerbSpec verbs[] = {
     {"cat", Task::look, "Write documents as the library writes them, includes spliced in.",
      "Several documents are written as one, behind one version line.", several_files, cat_options, true,
      "bkdoc cat -I library harbour.bkd", reading_exit_codes, run_cat},
-    {"info",
-     Task::look,
-     "Say what documents are made of and which files they need.",
-     "",
-     several_files,
-     {},
-     true,
-     "bkdoc info harbour.bkd",
-     reading_exit_codes,
-     run_info},
+    {"info", Task::look, "Say what documents are made of and which files they need.", "", several_files,
+     info_options, true, "bkdoc info harbour.bkd", reading_exit_codes, run_info},
+    {"deps", Task::look, "Draw which files documents include, and where each was found.",
+     "A FILE may be a folder or a pattern, as for check. What a file includes is drawn once. A file that is "
+     "not "
+     "found is shown with the places that were looked at.",
+     several_files, deps_options, true, "bkdoc deps --reverse library/steel.bkd shots",
+     "0 every file was found, 1 one is missing, 2 a document could not be read.", run_deps},
     {"dump",
      Task::look,
      "Explain the bytes of a binary, enciphered or archive file.",

@@ -85,6 +85,7 @@ private:
     }
 
     void add_folder(const std::filesystem::path& folder) {
+        const std::string prefix = folder == "." ? "./" : "";
         const std::vector<std::string>& extensions =
             options_.extensions.empty() ? config_for(folder).extensions : options_.extensions;
         std::vector<std::string> files;
@@ -95,7 +96,7 @@ private:
             if (text_of(item->path().filename()).starts_with('.')) {
                 item.disable_recursion_pending();
             } else if (item->is_regular_file(ignored) && is_document(item->path(), extensions)) {
-                files.push_back(slashed(item->path()));
+                files.push_back(slashed(item->path()).substr(prefix.size()));
             }
             item.increment(error);
         }

@@ -1,6 +1,7 @@
 #include "verbs/each_document.h"
 
 #include "output/report.h"
+#include "verbs/selection.h"
 
 #include <algorithm>
 
@@ -24,6 +25,22 @@ ExitCode for_each_document(const Arguments& arguments, Streams& streams,
         }
     }
     return worst;
+}
+
+ExitCode for_each_selection(const Arguments& arguments, Streams& streams,
+                            const std::function<void(const OpenedDocument&, const ParserGroup&)>& visit) {
+    Selection selection(arguments, streams);
+    if (selection.is_refused()) {
+        return EXIT_UNREADABLE;
+    }
+    return for_each_document(arguments, streams, [&](const OpenedDocument& document) {
+        const ParserGroup* const group = selection.of(document, streams);
+        if (group == nullptr) {
+            return EXIT_FAULTS;
+        }
+        visit(document, *group);
+        return EXIT_CLEAN;
+    });
 }
 
 } // namespace bkdoc

@@ -11,4 +11,9 @@ namespace bkdoc {
 ExitCode for_each_document(const Arguments& arguments, Streams& streams,
                            const std::function<ExitCode(OpenedDocument&)>& visit);
 
+/// The same for verbs with the option --path: `visit` gets what it leaves of the tree, too, and is not called where it
+/// finds nothing, which is told and gives EXIT_FAULTS.
+ExitCode for_each_selection(const Arguments& arguments, Streams& streams,
+                            const std::function<void(const OpenedDocument&, const ParserGroup&)>& visit);
+
 } // namespace bkdoc

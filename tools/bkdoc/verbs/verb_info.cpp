@@ -206,18 +206,18 @@ void write_dependencies(const bk_parser::Document& document, Output& out, InfoWr
 
 ExitCode run_info(const Arguments& arguments, Streams& streams) {
     bool is_first = true;
-    return for_each_document(arguments, streams, [&](OpenedDocument& opened) {
-        const bk_parser::Document& document = opened.document();
-        streams.out << (is_first ? "" : "\n");
-        is_first = false;
-        InfoWriter writer(streams.out);
-        writer.write("document", shown(opened.name(), file_name_limit));
-        write_form(document, opened.operand(), writer);
-        write_counts(count_tree(opened.root()), writer);
-        writer.write("problems", grouped(opened.problems().size()));
-        write_dependencies(document, streams.out, writer);
-        return EXIT_CLEAN;
-    });
+    return for_each_selection(arguments, streams,
+                              [&](const OpenedDocument& opened, const ParserGroup& group) {
+                                  const bk_parser::Document& document = opened.document();
+                                  streams.out << (is_first ? "" : "\n");
+                                  is_first = false;
+                                  InfoWriter writer(streams.out);
+                                  writer.write("document", shown(opened.name(), file_name_limit));
+                                  write_form(document, opened.operand(), writer);
+                                  write_counts(count_tree(group), writer);
+                                  writer.write("problems", grouped(opened.problems().size()));
+                                  write_dependencies(document, streams.out, writer);
+                              });
 }
 
 } // namespace bkdoc

@@ -171,10 +171,10 @@ std::string storage_text(const OpenedDocument& document) {
            std::string(version.get_view());
 }
 
-void write_heading(const OpenedDocument& document, Output& out) {
+void write_heading(const OpenedDocument& document, const ParserGroup& group, Output& out) {
     out.paint(Tone::strong, shown(document.name(), values_width));
     out.paint(Tone::dim, "  " + storage_text(document) + ", " +
-                             counted(document.root().get_entries().get_count(), "entry", "entries"));
+                             counted(group.get_entries().get_count(), "entry", "entries"));
     out << "\n";
 }
 
@@ -197,13 +197,13 @@ void draw(const ParserGroup& root, std::size_t depth, Output& out) {
 ExitCode run_tree(const Arguments& arguments, Streams& streams) {
     const std::size_t depth = arguments.number_or("--depth", std::numeric_limits<std::size_t>::max());
     bool is_first = true;
-    return for_each_document(arguments, streams, [&](OpenedDocument& document) {
-        streams.out << (is_first ? "" : "\n");
-        is_first = false;
-        write_heading(document, streams.out);
-        draw(document.root(), depth, streams.out);
-        return EXIT_CLEAN;
-    });
+    return for_each_selection(arguments, streams,
+                              [&](const OpenedDocument& document, const ParserGroup& group) {
+                                  streams.out << (is_first ? "" : "\n");
+                                  is_first = false;
+                                  write_heading(document, group, streams.out);
+                                  draw(group, depth, streams.out);
+                              });
 }
 
 } // namespace bkdoc

@@ -35,7 +35,7 @@ Stamp stamp_of(const std::filesystem::path& file) {
     return stamp;
 }
 
-std::filesystem::path absolute(const std::filesystem::path& path) {
+std::filesystem::path absolute_of(const std::filesystem::path& path) {
     std::error_code error;
     return std::filesystem::absolute(path, error).lexically_normal();
 }
@@ -48,7 +48,7 @@ public:
     /// What a round read is watched from now on.
     void add(const std::vector<std::filesystem::path>& sources) {
         for (const std::filesystem::path& source : sources) {
-            const std::filesystem::path path = absolute(source);
+            const std::filesystem::path path = absolute_of(source);
             if (sources_.insert(path).second) {
                 stamps_.try_emplace(path, stamp_of(path));
             }
@@ -59,7 +59,7 @@ public:
     std::filesystem::path look() {
         Stamps now;
         for (const std::string& file : list_files(list_).files) {
-            const std::filesystem::path path = absolute(path_of(file));
+            const std::filesystem::path path = absolute_of(path_of(file));
             now.emplace(path, stamp_of(path));
         }
         for (const std::filesystem::path& source : sources_) {
@@ -106,14 +106,14 @@ private:
         if (!std::filesystem::is_directory(top, error)) {
             return;
         }
-        folders.insert(absolute(top));
+        folders.insert(absolute_of(top));
         std::filesystem::recursive_directory_iterator item(top, error);
         for (; !error && item != end(item); item.increment(error)) {
             std::error_code ignored;
             if (text_of(item->path().filename()).starts_with('.')) {
                 item.disable_recursion_pending();
             } else if (item->is_directory(ignored)) {
-                folders.insert(absolute(item->path()));
+                folders.insert(absolute_of(item->path()));
             }
         }
     }

@@ -1,0 +1,65 @@
+#include "verbs/deps/include_graph.h"
+
+#include "platform/paths.h"
+
+namespace bkdoc {
+
+std::size_t IncludeGraph::node_of(const std::filesystem::path& path, const std::string& name) {
+    const auto [known, is_new] = by_path_.try_emplace(path.lexically_normal(), nodes_.size());
+    if (is_new) {
+        nodes_.push_back({name, path, {}, false});
+    }
+    return known->second;
+}
+
+std::size_t IncludeGraph::add(const std::string& name, const bk_parser::Document& document) {
+    std::map<std::filesystem::path, std::size_t> by_found; // the nodes of this document by the files' names
+    std::vector<std::size_t> fresh;
+    std::optional<std::size_t> top;
+    for (const bk_parser::DocumentFile& file : document.files()) {
+        const std::string shown_name = file.file.empty() ? name : slashed(file.file);
+        const std::size_t node = node_of(file.path.empty() ? path_of(name) : file.path, shown_name);
+        by_found.emplace(file.file, node);
+        top = top ? top : node;
+        if (!nodes_[node].is_filled) {
+            nodes_[node].is_filled = true;
+            fresh.push_back(node);
+        }
+    }
+    std::vector<bool> is_fresh(nodes_.size());
+    for (const std::size_t node : fresh) {
+        is_fresh[node] = true;
+    }
+    for (const bk_parser::Include& include : document.includes()) {
+        const auto holder = by_found.find(include.file);
+        if (holder == by_found.end() || !is_fresh[holder->second]) {
+            continue;
+        }
+        Edge edge{include, std::nullopt};
+        if (!include.path.empty()) {
+            edge.target = node_of(include.path, slashed(include.found));
+            is_fresh.resize(nodes_.size());
+        }
+        nodes_[holder->second].edges.push_back(std::move(edge));
+    }
+    return top ? *top : node_of(path_of(name), name);
+}
+
+std::optional<std::size_t> IncludeGraph::find(const std::filesystem::path& path) const {
+    const auto found = by_path_.find(path.lexically_normal());
+    return found == by_path_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::vector<std::vector<IncludeGraph::Source>> IncludeGraph::sources() const {
+    std::vector<std::vector<Source>> sources(nodes_.size());
+    for (std::size_t node = 0; node < nodes_.size(); ++node) {
+        for (const Edge& edge : nodes_[node].edges) {
+            if (edge.target) {
+                sources[*edge.target].push_back({node, &edge.include});
+            }
+        }
+    }
+    return sources;
+}
+
+} // namespace bkdoc
