@@ -13,9 +13,7 @@ bool reads_as_string(std::string_view word, std::string_view string, bool has_es
     if (!has_escapes || inner.find('\\') == std::string_view::npos) {
         return inner == string;
     }
-    CoreString decoded;
-    bk::decode_escapes(inner, decoded);
-    return decoded.get_view() == string;
+    return bk::decoded(inner).get_view() == string;
 }
 
 bool reads_as_bytes(std::string_view word, std::string_view bytes) {
