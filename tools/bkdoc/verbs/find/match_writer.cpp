@@ -6,13 +6,33 @@
 #include "output/text_display.h"
 #include "output/value_display.h"
 
+#include <optional>
+
 namespace bkdoc {
 
 namespace {
 
-std::string path_text(const bk_parser::PathIndex& index, const Match& match) {
-    return index.path_of(*match.entry) + (match.is_whole() ? "" : "@" + std::to_string(match.value));
-}
+constexpr std::size_t few_matches = 8;
+
+/// The paths of matches. To know those of all entries takes longer than to look for a few.
+class MatchPaths {
+public:
+    MatchPaths(const ParserGroup& root, std::size_t match_count) : root_(root) {
+        if (match_count > few_matches) {
+            index_.emplace(root);
+        }
+    }
+
+    std::string of(const Match& match) const {
+        const std::string path =
+            index_ ? index_->path_of(*match.entry) : bk_parser::path_of(root_, *match.entry);
+        return path + (match.is_whole() ? "" : "@" + std::to_string(match.value));
+    }
+
+private:
+    const ParserGroup& root_;
+    std::optional<bk_parser::PathIndex> index_;
+};
 
 std::string file_text(const OpenedDocument& document, const bk_parser::EntryPlace& place) {
     return place.is_known() ? shown_file(place.file, document.name()) : document.name();
@@ -60,18 +80,18 @@ void MatchWriter::document(const OpenedDocument& document, const std::vector<Mat
         }
         return;
     }
-    const bk_parser::PathIndex index(document.root());
+    const MatchPaths paths(document.root(), matches.size());
     for (const Match& match : matches) {
         if (out_.has_failed()) {
             return;
         }
-        form_ == Form::json ? object(document, index, match) : line(document, index, match);
+        form_ == Form::json ? object(document, paths.of(match), match)
+                            : line(document, paths.of(match), match);
     }
 }
 
 /// "file:line:column: path = values"; without a place where the form has none, and without values where there are none.
-void MatchWriter::line(const OpenedDocument& document, const bk_parser::PathIndex& index,
-                       const Match& match) {
+void MatchWriter::line(const OpenedDocument& document, const std::string& path, const Match& match) {
     const bk_parser::EntryPlace place = place_of(document.document(), *match.entry);
     std::string where = shown(file_text(document, place), file_name_limit) + ":";
     if (place.is_known()) {
@@ -79,7 +99,7 @@ void MatchWriter::line(const OpenedDocument& document, const bk_parser::PathInde
     }
     out_.paint(Tone::dim, where);
     out_ << " ";
-    out_.paint(Tone::name, path_text(index, match));
+    out_.paint(Tone::name, path);
     if (const std::string values = spelled_values(match); !values.empty()) {
         out_ << " = ";
         const bool is_single = !match.is_whole() || match.entry->get_value_count() == 1;
@@ -90,8 +110,7 @@ void MatchWriter::line(const OpenedDocument& document, const bk_parser::PathInde
     out_ << "\n";
 }
 
-void MatchWriter::object(const OpenedDocument& document, const bk_parser::PathIndex& index,
-                         const Match& match) {
+void MatchWriter::object(const OpenedDocument& document, const std::string& path, const Match& match) {
     const ParserEntry& entry = *match.entry;
     const bk_parser::EntryPlace place = place_of(document.document(), entry);
     json_.begin_object();
@@ -100,7 +119,7 @@ void MatchWriter::object(const OpenedDocument& document, const bk_parser::PathIn
         json_.member("line", place.line);
         json_.member("column", place.column);
     }
-    json_.member("path", path_text(index, match));
+    json_.member("path", path);
     json_.member("name", std::string_view(entry.get_name().get_view()));
     json_.key("values");
     json_.begin_array();

@@ -30,8 +30,8 @@ public:
     void end();
 
 private:
-    void line(const OpenedDocument& document, const bk_parser::PathIndex& index, const Match& match);
-    void object(const OpenedDocument& document, const bk_parser::PathIndex& index, const Match& match);
+    void line(const OpenedDocument& document, const std::string& path, const Match& match);
+    void object(const OpenedDocument& document, const std::string& path, const Match& match);
 
     Form form_;
     bool has_many_files_;
