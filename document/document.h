@@ -6,6 +6,7 @@
 #include "document/include.h"
 #include "document/load.h"
 #include "document/path.h"
+#include "document/places.h"
 #include "document/problem.h"
 #include "document/ranges.h"
 #include "document/save.h"

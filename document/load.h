@@ -70,6 +70,9 @@ struct LoadOptions {
     /// Called about a hundred times with how much of the load is done, from 0 to 1 and never falling. When it
     /// returns false, the load is cancelled. What it throws passes through `load`.
     std::function<bool(double)> progress;
+    /// Keeps the texts of all files in memory, as long as the document is not saved: place_of (document/places.h) tells where
+    /// entries stand, and a text that was parsed in memory keeps its layout when it is saved.
+    bool keep_sources = false;
     /// Codes of problems that are not told.
     std::vector<std::string> allow;
 };

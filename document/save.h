@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,27 @@ struct SaveResult {
     bool ok() const { return reason.empty(); }
 };
 
+/// A file that a save would replace.
+struct FileChange {
+    /// Empty for a document in memory.
+    std::filesystem::path path;
+    /// As they are stored; empty when there is no such file.
+    std::string before;
+    std::string after;
+    /// Whether there is a file that is replaced.
+    bool is_there = false;
+};
+
+/// What a save would do.
+struct SavePreview {
+    /// Why nothing would be saved, as in a SaveResult.
+    std::string reason;
+    std::vector<Problem> losses;
+    /// Files that would not change are left out. The document's own file is the last.
+    std::vector<FileChange> changes;
+    bool ok() const { return reason.empty(); }
+};
+
 /// Saves a document to `path`, or to the file that it was loaded from when `path` is empty.
 ///
 /// Before anything is written, what is to be written is read back and compared with the tree. When it would not read back as just
@@ -66,5 +88,17 @@ struct SaveResult {
 /// reason is "out of memory". Linear in the size of the files and of the tree.
 [[nodiscard]] BK_PARSER_API SaveResult save(Document& document, const std::filesystem::path& path = {},
                                             const SaveOptions& options = {});
+
+/// Works out what `save` would write, proves it in the same way, and writes nothing. A document that was parsed in memory
+/// has a preview without a path, too: its own text is the change without one. Throws and costs what `save` does, and
+/// memory for the files that change.
+[[nodiscard]] BK_PARSER_API SavePreview preview_save(Document& document,
+                                                     const std::filesystem::path& path = {},
+                                                     const SaveOptions& options = {});
+
+/// Replaces files by what previews gave, all of them or none, in their order and as `save` does. Each path may stand there once.
+/// Gives why nothing was replaced: also when a file is not any more what the preview saw. Empty when every byte is on the disk.
+/// The documents of the previews still take the old files for theirs: load them again to go on.
+[[nodiscard]] BK_PARSER_API std::string replace_files(std::span<const FileChange> changes);
 
 } // namespace bk_parser

@@ -1,5 +1,7 @@
 #include "document/load/document_state_impl.h"
 
+#include "document/load/entry_places_impl.h"
+
 #include <utility>
 
 namespace bk_parser {
@@ -50,6 +52,12 @@ std::uint64_t Document::expanded_size() const {
 double Document::version() const {
     return DocumentState::of(*this).version.get_value();
 }
+
+DocumentState::DocumentState() = default;
+
+DocumentState::DocumentState(DocumentState&& other) noexcept = default;
+
+DocumentState::~DocumentState() = default;
 
 /// A document that was moved from gets a new state when it is used.
 DocumentState& DocumentState::of(const Document& document) {

@@ -13,6 +13,8 @@
 
 namespace bk_parser {
 
+class EntryPlaces;
+
 /// A file that a document was read from, as it was then: a save that keeps the layout refuses when it has changed since.
 struct ReadFile {
     std::string path;       // absolute, UTF-8
@@ -39,6 +41,14 @@ struct DocumentState {
     ParserLimits limits;
     std::vector<ReadFile>
         files; // the document first; each once. Empty when it was not read whole, or from memory
+
+    std::unique_ptr<const EntryPlaces> places; // when they are kept
+    std::string memory_text;                   // of a document in memory whose sources are kept
+
+    DocumentState();
+    ~DocumentState();
+    DocumentState(DocumentState&& other) noexcept;
+    DocumentState& operator=(DocumentState&& other) = delete;
 
     static DocumentState& of(const Document& document);
     static Document document(std::unique_ptr<DocumentState> state) noexcept;

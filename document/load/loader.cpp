@@ -1,10 +1,12 @@
 #include "document/load/loader_impl.h"
 
 #include "core/files/sys_filesystem_impl.h"
+#include "document/load/entry_places_impl.h"
 #include "document/load/failure_text_impl.h"
 #include "document/load/form_impl.h"
 #include "document/load/source_loader_impl.h"
 #include "document/problems/parse_checked_impl.h"
+#include "document/sources/byte_hash_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
 #include "parser/files/parser_document_impl.h"
@@ -53,6 +55,11 @@ LoadResult Loader::parse(std::string_view text) {
     if (text.size() > CoreString::max_length || text.size() > options_.limits.source_size) {
         refuse(codes::too_large, "the text is too large: ParserLimits::source_size");
     } else {
+        if (options_.keep_sources) {
+            state_->memory_text = text;
+            state_->files.push_back(
+                {path_, text.size(), ByteHash::of(text), form_of(text) == Form::enciphered});
+        }
         read_any(CoreString(text), all);
     }
     return finish();
@@ -105,6 +112,7 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     if (!sources_.is_empty()) {
         parse_text(text.get_view(), range.part(0.2, 1));
     }
+    expanded_ = std::move(text);
     if (preprocessor.is_ended()) {
         problems_.forget(codes::group_left_open); // they are not: the text was not read to its end
     }
@@ -161,6 +169,9 @@ LoadResult Loader::finish() {
     meter_.finish();
     LoadResult result;
     result.problems = problems_.take(sources_, options_.allow);
+    if (options_.keep_sources) {
+        state_->places = std::make_unique<const EntryPlaces>(std::move(sources_), std::move(expanded_));
+    }
     result.document = DocumentState::document(std::move(state_));
     return result;
 }

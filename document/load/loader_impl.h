@@ -42,6 +42,7 @@ private:
     std::string name_; // of the document as it was given; empty in memory
     std::string path_; // absolute
     SourceMap sources_;
+    CoreString expanded_; // the text that was parsed
     ProblemList problems_;
 };
 

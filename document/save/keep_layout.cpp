@@ -1,5 +1,7 @@
 #include "document/save/keep_layout_impl.h"
 
+#include "document/load/entry_places_impl.h"
+#include "document/save/file_change_impl.h"
 #include "document/save/file_edits_impl.h"
 #include "document/save/file_set_impl.h"
 #include "document/save/layout_record_impl.h"
@@ -18,6 +20,14 @@ namespace bk_parser {
 
 namespace {
 
+NewBytes memory_of(const DocumentState& state) {
+    NewBytes bytes;
+    if (state.files.front().path.empty()) {
+        bytes.emplace(std::string(), state.memory_text);
+    }
+    return bytes;
+}
+
 /// What a document knows beside its tree, as it is when the document's own file is at `path`.
 DocumentState moved_to(const DocumentState& state, const std::string& path) {
     DocumentState moved;
@@ -32,9 +42,11 @@ DocumentState moved_to(const DocumentState& state, const std::string& path) {
 
 class LayoutSave {
 public:
-    LayoutSave(DocumentState& state, const std::string& path, const SaveOptions& options)
-        : state_(state), path_(path), options_(options), is_elsewhere_(path != state.files.front().path),
-          old_(std::in_place, state, none_) {}
+    LayoutSave(DocumentState& state, const std::string& path, const SaveOptions& options,
+               std::vector<FileChange>* preview)
+        : state_(state), path_(path), options_(options), preview_(preview),
+          is_elsewhere_(path != state.files.front().path), memory_(memory_of(state)),
+          old_(std::in_place, state, memory_) {}
 
     SaveResult run() {
         if (!compose()) {
@@ -44,9 +56,13 @@ public:
             return std::move(result_); // nothing has changed
         }
         if (is_proven()) {
-            record_.reset();
-            old_.reset(); // the system's cache then takes its pages for the new file, still warm
-            write();
+            if (preview_ != nullptr) {
+                tell();
+            } else {
+                record_.reset();
+                old_.reset(); // the system's cache then takes its pages for the new file, still warm
+                write();
+            }
         }
         return std::move(result_);
     }
@@ -116,6 +132,9 @@ private:
         if (is_included) {
             return fail(path_ + ": is included by the document");
         }
+        for (const auto& [path, text] : memory_) {
+            bytes_.try_emplace(path_, text);
+        }
         const DocumentState moved = moved_to(state_, path_);
         SaveSources fresh(moved, bytes_);
         if (!fresh.read(path_)) {
@@ -150,6 +169,29 @@ private:
         return lossy.run() || fail(path_ + ": the layout cannot be kept with these losses");
     }
 
+    /// What stays as it is, is no change.
+    void tell() {
+        const auto own = bytes_.find(path_);
+        for (auto file = bytes_.begin(); file != bytes_.end(); ++file) {
+            if (file != own) {
+                tell_file(file->first, std::move(file->second));
+            }
+        }
+        if (own != bytes_.end()) {
+            tell_file(own->first, std::move(own->second));
+        }
+    }
+
+    void tell_file(const std::string& path, std::string&& bytes) {
+        const auto in_memory = memory_.find(path);
+        FileChange change = in_memory == memory_.end()
+                                ? change_of_file(path, std::move(bytes), result_.reason)
+                                : FileChange{{}, in_memory->second, std::move(bytes), false};
+        if (result_.reason.empty() && change.before != change.after) {
+            preview_->push_back(std::move(change));
+        }
+    }
+
     /// Included files first: while only some are replaced, the document's own file is the old one.
     void write() {
         std::filesystem::path path = path_of_text(path_);
@@ -175,6 +217,8 @@ private:
             return;
         }
         state_.files = std::move(files_);
+        state_.places.reset();
+        state_.memory_text.clear();
         shifts_.apply();
         if (is_elsewhere_) {
             state_.path = std::move(path);
@@ -185,9 +229,10 @@ private:
     DocumentState& state_;
     const std::string& path_;
     const SaveOptions& options_;
+    std::vector<FileChange>* preview_;
     bool is_elsewhere_;
     bool has_escapes_ = true;
-    const NewBytes none_;
+    const NewBytes memory_; // the text of a document in memory
     std::optional<SaveSources> old_;
     std::optional<LayoutRecord> record_;
     SaveResult result_;
@@ -199,8 +244,9 @@ private:
 
 } // namespace
 
-SaveResult save_keeping_layout(DocumentState& state, const std::string& path, const SaveOptions& options) {
-    return LayoutSave(state, path, options).run();
+SaveResult save_keeping_layout(DocumentState& state, const std::string& path, const SaveOptions& options,
+                               std::vector<FileChange>* preview) {
+    return LayoutSave(state, path, options, preview).run();
 }
 
 } // namespace bk_parser

@@ -3,6 +3,8 @@
 #include "core/files/sys_filesystem_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
 #include "document/load/document_state_impl.h"
+#include "document/load/entry_places_impl.h"
+#include "document/save/file_change_impl.h"
 #include "document/save/file_set_impl.h"
 #include "document/save/keep_layout_impl.h"
 #include "document/save/losses_impl.h"
@@ -40,13 +42,14 @@ const char* form_name(Form form) noexcept {
 /// A save that lays the whole document out anew, in one file.
 class NewSave {
 public:
-    NewSave(DocumentState& state, std::filesystem::path path, Form form, const SaveOptions& options)
+    NewSave(DocumentState& state, std::filesystem::path path, Form form, const SaveOptions& options,
+            std::vector<FileChange>* preview)
         : state_(state), path_(std::move(path)), shown_(path_text(path_)), form_(form), options_(options),
-          key_(options.key.empty() ? state.key : options.key) {}
+          preview_(preview), key_(options.key.empty() ? state.key : options.key) {}
 
     SaveResult run() {
         if (check() && compose()) {
-            write();
+            preview_ == nullptr ? write() : tell();
         }
         return std::move(result_);
     }
@@ -87,6 +90,18 @@ private:
         return fail("entry '" + difference + "' would not read back as it is");
     }
 
+    void tell() {
+        std::string bytes = stored_.head;
+        bytes += stored_.body(form_);
+        FileChange change{{}, state_.memory_text, std::move(bytes), false};
+        if (!path_.empty()) {
+            change = change_of_file(absolute_text(path_), std::move(change.after), result_.reason);
+        }
+        if (result_.reason.empty() && change.before != change.after) {
+            preview_->push_back(std::move(change));
+        }
+    }
+
     /// What may run out of memory comes before the first file is replaced.
     void write() {
         ByteHash hash;
@@ -112,6 +127,8 @@ private:
             return;
         }
         state_.files = std::move(read);
+        state_.places.reset();
+        state_.memory_text.clear();
         state_.dependencies.clear();
         state_.version = CoreVersion(bk::written_version);
         state_.form = form_;
@@ -127,44 +144,62 @@ private:
     std::string shown_;
     Form form_;
     const SaveOptions& options_;
+    std::vector<FileChange>* preview_;
     std::string key_;
     SaveResult result_;
     StoredForm stored_;
 };
 
-SaveResult save_document(DocumentState& state, const std::filesystem::path& path,
-                         const SaveOptions& options) {
+SaveResult save_document(DocumentState& state, const std::filesystem::path& path, const SaveOptions& options,
+                         std::vector<FileChange>* preview) {
     SaveResult result;
     const std::filesystem::path target = path.empty() ? state.path : path;
-    if (target.empty()) {
+    if (target.empty() && preview == nullptr) {
         result.reason = "there is no path to save to";
         return result;
     }
     const Form form = options.form.value_or(state.form);
     const bool has_layout = options.keep_layout && !state.files.empty() && form == state.form;
     if (has_layout && form == Form::text) {
-        return save_keeping_layout(state, absolute_text(target), options);
+        return save_keeping_layout(state, target.empty() ? std::string() : absolute_text(target), options,
+                                   preview);
     }
     if (has_layout && state.files.size() > 1) {
         result.reason = path_text(target) + ": its includes can be kept in the text form alone";
         return result;
     }
-    return NewSave(state, target, form, options).run();
+    return NewSave(state, target, form, options, preview).run();
 }
 
-} // namespace
-
-SaveResult save(Document& document, const std::filesystem::path& path, const SaveOptions& options) {
+SaveResult save_or_preview(Document& document, const std::filesystem::path& path, const SaveOptions& options,
+                           std::vector<FileChange>* preview) {
     const bk::KeptErrno kept;
     SaveResult failed;
     try {
-        return save_document(DocumentState::of(document), path, options);
+        return save_document(DocumentState::of(document), path, options, preview);
     } catch (const std::bad_alloc&) {
         failed.reason = "out of memory"; // short enough to need none
     } catch (const std::length_error&) {
         failed.reason = "out of memory";
     }
     return failed;
+}
+
+} // namespace
+
+SaveResult save(Document& document, const std::filesystem::path& path, const SaveOptions& options) {
+    return save_or_preview(document, path, options, nullptr);
+}
+
+SavePreview preview_save(Document& document, const std::filesystem::path& path, const SaveOptions& options) {
+    SavePreview preview;
+    SaveResult result = save_or_preview(document, path, options, &preview.changes);
+    preview.reason = std::move(result.reason);
+    preview.losses = std::move(result.losses);
+    if (!preview.ok()) {
+        preview.changes.clear();
+    }
+    return preview;
 }
 
 } // namespace bk_parser

@@ -32,6 +32,7 @@ bk_parser::LoadOptions OpenOptions::load_options() const {
     options.limits = limits_of(trusted);
     options.follow_includes = follow_includes;
     options.allow = allow;
+    options.keep_sources = keep_sources;
     return options;
 }
 

@@ -15,6 +15,7 @@ struct OpenOptions {
     std::string key; // for what is stored enciphered; empty when there is none
     bool trusted = false;
     bool follow_includes = true;
+    bool keep_sources = false;      // to tell where entries stand
     bool use_config = true;         // the search folders of the .bkdoc.bkd at or above a document
     std::vector<std::string> allow; // codes of problems that are not told
 

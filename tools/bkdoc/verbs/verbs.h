@@ -18,6 +18,16 @@ ExitCode run_tree(const Arguments& arguments, Streams& streams);
 ExitCode run_info(const Arguments& arguments, Streams& streams);
 /// Says which files a document includes, and what became of each.
 ExitCode run_deps(const Arguments& arguments, Streams& streams);
+/// Shows what a path finds.
+ExitCode run_get(const Arguments& arguments, Streams& streams);
+/// Shows the entries and values that a regular expression fits.
+ExitCode run_grep(const Arguments& arguments, Streams& streams);
+/// Change values, and add, remove, move and rename entries, by path. What stays keeps its bytes.
+ExitCode run_set(const Arguments& arguments, Streams& streams);
+ExitCode run_add(const Arguments& arguments, Streams& streams);
+ExitCode run_rm(const Arguments& arguments, Streams& streams);
+ExitCode run_mv(const Arguments& arguments, Streams& streams);
+ExitCode run_rename(const Arguments& arguments, Streams& streams);
 /// Says whether two documents hold the same tree, else where they differ first. Where an entry stood in its
 /// file does not count, nor how a number was spelled. With --content, only names and values count.
 ExitCode run_same(const Arguments& arguments, Streams& streams);

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "core/core_export.h"
+#include "document/load.h"
+#include "parser/parser_entry.h"
+
+#include <cstddef>
+#include <filesystem>
+
+namespace bk_parser {
+
+/// Where the name of an entry stands.
+struct EntryPlace {
+    /// The file that holds the entry, as it was found and as an absolute path; empty for a document in memory.
+    std::filesystem::path file;
+    std::filesystem::path path;
+    /// From 1; columns count UTF-8 characters, as in a Problem. 0 where there is no place.
+    unsigned int line = 0;
+    unsigned int column = 0;
+    /// In bytes of that file, as it is after deciphering.
+    std::size_t offset = 0;
+
+    bool is_known() const noexcept { return line != 0; }
+};
+
+/// The place of an entry in the files of its document, which was loaded with `LoadOptions::keep_places`. Not known
+/// without that, in the binary form and in archives, of an entry that was added since, and after a save. Logarithmic in
+/// the lines of the document, and linear in the length of the line. Not for several threads at once.
+BK_PARSER_API EntryPlace place_of(const Document& document, const ParserEntry& entry);
+
+} // namespace bk_parser

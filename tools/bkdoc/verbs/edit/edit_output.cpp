@@ -1,0 +1,172 @@
+#include "verbs/edit/edit_output.h"
+
+#include "input/input.h"
+#include "output/report.h"
+#include "output/text_display.h"
+#include "output/unified_diff.h"
+#include "platform/paths.h"
+#include "platform/unfinished_file.h"
+
+#include <algorithm>
+
+namespace bkdoc {
+
+namespace {
+
+constexpr std::string_view backup_ending = ".bak";
+
+/// As the document found the file.
+std::string found_name(const OpenedDocument& document, const std::filesystem::path& path) {
+    const auto& files = document.document().files();
+    const auto found = std::find_if(files.begin(), files.end(), [&path](const bk_parser::DocumentFile& file) {
+        return file.path == path;
+    });
+    return path.empty() || found == files.end() ? document.name() : shown_file(found->file, document.name());
+}
+
+bool is_text(std::string_view bytes) noexcept {
+    return bytes.find('\0') == std::string_view::npos;
+}
+
+} // namespace
+
+EditOutput::EditOutput(const Arguments& arguments, Streams& streams, const EditRequest& request)
+    : streams_(streams), request_(request), is_dry_(arguments.has("--dry-run")),
+      writes_(arguments.has("-w") && !is_dry_), keeps_old_(arguments.has("--backup")) {}
+
+std::string EditOutput::take(const OpenedDocument& document, const EditOutcome& outcome,
+                             std::vector<bk_parser::FileChange>&& changes) {
+    notes_ += outcome.notes;
+    if (!writes_ && !is_dry_) {
+        take_result(document, changes);
+    }
+    for (bk_parser::FileChange& change : changes) {
+        const std::string path = text_of(change.path);
+        const auto [known, is_new] = by_path_.try_emplace(path, changed_.size());
+        if (!is_new) {
+            const Changed& other = changed_[known->second];
+            if (other.change.after != change.after) {
+                return other.name + ": would change in one way for " + other.document +
+                       " and in another for " + document.name() + "; change this file by itself";
+            }
+            continue;
+        }
+        const auto there = outcome.counts.find(path);
+        std::string name = found_name(document, change.path);
+        changed_.push_back({std::move(change), std::move(name), document.name(),
+                            there == outcome.counts.end() ? 0 : there->second});
+    }
+    if (!changes.empty() && outcome.anywhere != 0) {
+        changed_.back().count += outcome.anywhere;
+    }
+    return {};
+}
+
+/// The document's own file, as it would be.
+void EditOutput::take_result(const OpenedDocument& document,
+                             const std::vector<bk_parser::FileChange>& changes) {
+    const std::filesystem::path own = path_of(own_file(document));
+    std::string result;
+    bool is_changed = false;
+    for (const bk_parser::FileChange& change : changes) {
+        if (change.path == own) {
+            result = change.after;
+            is_changed = true;
+        } else {
+            others_.push_back(found_name(document, change.path));
+        }
+    }
+    results_.push_back(is_changed ? std::move(result) : Input(document.operand()).bytes);
+    has_bytes_ = has_bytes_ || document.form() != bk_parser::Form::text;
+}
+
+ExitCode EditOutput::finish() {
+    Output& aside = writes_ ? streams_.out : streams_.err;
+    aside << notes_;
+    if (writes_) {
+        return write();
+    }
+    if (is_dry_) {
+        write_diffs();
+        close(streams_.err, "would be ");
+        return EXIT_CLEAN;
+    }
+    return write_results();
+}
+
+ExitCode EditOutput::write() {
+    std::vector<bk_parser::FileChange> changes;
+    for (const Changed& changed : changed_) {
+        if (keeps_old_ && changed.change.is_there) {
+            const std::string path = text_of(changed.change.path) + std::string(backup_ending);
+            Input old(path);
+            changes.push_back(
+                {path_of(path), std::move(old.bytes), changed.change.before, old.refusal.empty()});
+        }
+    }
+    for (Changed& changed : changed_) {
+        changes.push_back(std::move(changed.change));
+    }
+    std::string reason;
+    {
+        const SignalsHeld held; // all files are written, or none
+        reason = bk_parser::replace_files(changes);
+    }
+    if (!reason.empty()) {
+        complain(streams_, reason + "; nothing is written");
+        return EXIT_UNREADABLE;
+    }
+    close(streams_.out, "");
+    return EXIT_CLEAN;
+}
+
+void EditOutput::write_diffs() {
+    for (const Changed& changed : changed_) {
+        const bk_parser::FileChange& change = changed.change;
+        const std::string name = shown(changed.name, file_name_limit);
+        if (is_text(change.before) && is_text(change.after)) {
+            write_unified_diff(change.before, change.after, name, name, streams_.out);
+        } else {
+            streams_.out << name << ": is no text; " << counted(change.before.size(), "byte", "bytes")
+                         << " would become " << grouped(change.after.size()) << "\n";
+        }
+    }
+    streams_.out.flush();
+}
+
+ExitCode EditOutput::write_results() {
+    if (has_bytes_ && streams_.out.is_terminal()) {
+        complain(streams_, "refusing to write binary data to a terminal; -w changes the file");
+        return EXIT_UNREADABLE;
+    }
+    for (const std::string& result : results_) {
+        streams_.out << result;
+    }
+    streams_.out.flush();
+    close(streams_.err, "");
+    for (const std::string& other : others_) {
+        complain(streams_, other + " is not part of the result; -w changes it, too");
+    }
+    return EXIT_CLEAN;
+}
+
+/// How much was changed where.
+void EditOutput::close(Output& out, std::string_view how) {
+    const auto told = [&](std::size_t count) {
+        return counted(count, request_.one, request_.many) + " " + std::string(how) +
+               std::string(request_.done);
+    };
+    std::size_t total = 0;
+    for (const Changed& changed : changed_) {
+        total += changed.count;
+        out << shown(changed.name, file_name_limit) << ": "
+            << (changed.count == 0 ? std::string(how) + "changed, too" : told(changed.count)) << "\n";
+    }
+    if (changed_.empty()) {
+        out << "everything is so already\n";
+    } else if (changed_.size() > 1) {
+        out << told(total) << " in " << counted(changed_.size(), "file", "files") << "\n";
+    }
+}
+
+} // namespace bkdoc

@@ -1,0 +1,122 @@
+#include "verbs/edit/literals.h"
+
+#include "document/access.h"
+#include "document/ranges.h"
+#include "output/text_display.h"
+
+#include <cmath>
+
+namespace bkdoc {
+
+namespace {
+
+constexpr std::size_t shown_text = 80; // characters
+constexpr std::string_view probe = "x ";
+
+bool is_number(ParserValue::Type type) noexcept {
+    return type == ParserValue::TYPE_INT || type == ParserValue::TYPE_DOUBLE;
+}
+
+} // namespace
+
+WantedType wanted_type(std::string_view word) noexcept {
+    return word == "bool"     ? WantedType::boolean
+           : word == "int"    ? WantedType::integer
+           : word == "double" ? WantedType::real
+           : word == "string" ? WantedType::string
+                              : WantedType::as_it_is;
+}
+
+Literals::Literals(std::string_view text, WantedType type, bool may_have_groups) : type_(type) {
+    const std::string quoted = "'" + shown(text, shown_text) + "'";
+    if (read(text, may_have_groups)) {
+        convert();
+        return;
+    }
+    if (type == WantedType::boolean || text == "true" || text == "false") {
+        if (type != WantedType::string) {
+            refusal_ = quoted + " is no boolean; booleans are yes and no";
+            return;
+        }
+    }
+    const bool is_bare = text.find_first_of("\"{}") == std::string_view::npos && !text.empty();
+    if (type != WantedType::string && (!is_bare || type != WantedType::as_it_is)) {
+        refusal_ = quoted + " is no row of values; write numbers, strings in quotes, yes and no";
+        return;
+    }
+    string_ = text;
+}
+
+/// Lets the library read the values: there is one syntax.
+bool Literals::read(std::string_view text, bool may_have_groups) {
+    bk_parser::LoadOptions options;
+    options.follow_includes = false;
+    bk_parser::LoadResult result = bk_parser::parse(std::string(probe) + std::string(text), options);
+    const auto& entries = result.document.root().get_entries();
+    if (!result.problems.empty() || entries.get_count() != 1 || !result.document.includes().empty()) {
+        return false;
+    }
+    const ParserEntry* const entry = entries[0];
+    if (entry->get_type() != ParserEntry::TYPE_ENTRY || !entry->has_value()) {
+        return false;
+    }
+    for (unsigned int i = 0; i < entry->get_value_count(); ++i) {
+        if ((entry->is_value_group(i) && !may_have_groups) ||
+            (type_ == WantedType::string && !entry->is_value_string(i))) {
+            return false;
+        }
+    }
+    entry_ = entry;
+    source_ = std::move(result.document);
+    return true;
+}
+
+/// What `type_` makes of the values; the entry is this object's own.
+void Literals::convert() {
+    auto& entry = const_cast<ParserEntry&>(*entry_);
+    for (unsigned int i = 0; i < entry.get_value_count() && refusal_.empty(); ++i) {
+        const ParserValue::Type has = entry.get_value_type(i);
+        const bool is_kept = type_ == WantedType::as_it_is || type_ == WantedType::string ||
+                             has == ParserValue::TYPE_GROUP ||
+                             (type_ == WantedType::boolean && has == ParserValue::TYPE_BOOL) ||
+                             (type_ == WantedType::integer && has == ParserValue::TYPE_INT) ||
+                             (type_ == WantedType::real && has == ParserValue::TYPE_DOUBLE);
+        if (is_kept) {
+            continue;
+        }
+        const auto whole = bk_parser::get<int>(entry, i);
+        if (type_ == WantedType::real && is_number(has)) {
+            entry.set_double(entry.get_double(i), i);
+        } else if (type_ == WantedType::integer && is_number(has) && whole) {
+            entry.set_int(*whole, i);
+        } else {
+            const std::string_view wanted = type_ == WantedType::boolean ? "boolean; booleans are yes and no"
+                                            : type_ == WantedType::integer ? "int"
+                                                                           : "number";
+            refusal_ =
+                "'" + shown(entry.get_word(i).get_view(), shown_text) + "' is no " + std::string(wanted);
+        }
+    }
+}
+
+ParserValue::Type Literals::type(unsigned int i) const noexcept {
+    return entry_ == nullptr ? ParserValue::TYPE_STRING : entry_->get_value_type(i);
+}
+
+bk_parser::GivenValue Literals::given(unsigned int i) const {
+    switch (type(i)) {
+    case ParserValue::TYPE_BOOL:
+        return bk_parser::GivenValue(entry_->get_bool(i));
+    case ParserValue::TYPE_INT:
+        return bk_parser::GivenValue(entry_->get_int(i));
+    case ParserValue::TYPE_DOUBLE:
+        return bk_parser::GivenValue(entry_->get_double(i));
+    case ParserValue::TYPE_BINARY_DATA:
+        return bk_parser::GivenValue(*bk_parser::get<std::span<const std::byte>>(*entry_, i));
+    default:
+        return entry_ == nullptr ? bk_parser::GivenValue(std::string_view(string_))
+                                 : bk_parser::GivenValue(entry_->get_string(i).get_view());
+    }
+}
+
+} // namespace bkdoc

@@ -1,0 +1,49 @@
+#include "document/access.h"
+#include "verbs/edit/edit_run.h"
+#include "verbs/find/find_run.h"
+#include "verbs/verbs.h"
+
+namespace bkdoc {
+
+namespace {
+
+EditOutcome move_found(OpenedDocument& document, const bk_parser::Path& from, const bk_parser::Path& to) {
+    EditOutcome outcome;
+    const auto found = found_by(document, from);
+    if (found.empty()) {
+        return outcome;
+    }
+    const ParserEntry& entry = found.front().entry();
+    if (found.size() > 1) {
+        outcome.refusal = document.name() + ": " + std::string(from.text()) + " finds " +
+                          std::to_string(found.size()) + " entries; name one of them, as in " +
+                          bk_parser::path_of(document.root(), entry);
+        return outcome;
+    }
+    const std::string place = told_place(document, entry);
+    outcome.is_found = true;
+    ++outcome.counts[home_of(document, entry)];
+    if (!bk_parser::move(document.root(), from, to)) {
+        outcome.refusal =
+            place + ": cannot move to " + std::string(to.text()) +
+            "; that is a plain name in a group that is there or can be made, outside of the entry";
+    }
+    return outcome;
+}
+
+} // namespace
+
+ExitCode run_mv(const Arguments& arguments, Streams& streams) {
+    const auto& operands = arguments.operands();
+    const bk_parser::Path from(operands[0]);
+    const bk_parser::Path to(operands[1]);
+    if (!accept_path(from, "PATH", streams) || !accept_path(to, "PATH", streams)) {
+        return EXIT_UNREADABLE;
+    }
+    const EditRequest request{
+        {operands[2]}, operands[0], "entry",
+        "entries",     "moved",     [&](OpenedDocument& document) { return move_found(document, from, to); }};
+    return run_edit(arguments, streams, request);
+}
+
+} // namespace bkdoc
