@@ -23,7 +23,7 @@ struct EntryPlace {
     bool is_known() const noexcept { return line != 0; }
 };
 
-/// The place of an entry in the files of its document, which was loaded with `LoadOptions::keep_places`. Not known
+/// The place of an entry in the files of its document, which was loaded with `LoadOptions::keep_sources`. Not known
 /// without that, in the binary form and in archives, of an entry that was added since, and after a save. Logarithmic in
 /// the lines of the document, and linear in the length of the line. Not for several threads at once.
 BK_PARSER_API EntryPlace place_of(const Document& document, const ParserEntry& entry);

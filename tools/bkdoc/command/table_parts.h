@@ -33,6 +33,7 @@ inline constexpr OptionSpec json_option = {"--json", "", ValueKind::none, "", fa
 std::span<const VerbSpec> look_verbs() noexcept;
 std::span<const VerbSpec> find_verbs() noexcept;
 std::span<const VerbSpec> change_verbs() noexcept;
+std::span<const VerbSpec> layout_verbs() noexcept;
 std::span<const VerbSpec> compare_verbs() noexcept;
 std::span<const VerbSpec> convert_verbs() noexcept;
 std::span<const VerbSpec> repair_verbs() noexcept;

@@ -36,5 +36,13 @@ ExitCode run_same(const Arguments& arguments, Streams& streams);
 ExitCode run_convert(const Arguments& arguments, Streams& streams);
 /// Writes what each byte of a binary, enciphered or archive file means, up to the first that cannot be explained.
 ExitCode run_dump(const Arguments& arguments, Streams& streams);
+/// Lays out texts. What is read stays the same: the library compares it before anything is written.
+ExitCode run_fmt(const Arguments& arguments, Streams& streams);
+/// Tells every difference of two documents, one a line.
+ExitCode run_diff(const Arguments& arguments, Streams& streams);
+/// Writes a document of any form as text, for programs that compare texts. Never fails.
+ExitCode run_textconv(const Arguments& arguments, Streams& streams);
+/// Merges two texts that were made of one.
+ExitCode run_merge(const Arguments& arguments, Streams& streams);
 
 } // namespace bkdoc

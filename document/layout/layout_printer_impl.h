@@ -1,0 +1,54 @@
+#pragma once
+
+#include "document/format.h"
+#include "document/layout/source_tokens_impl.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bk_parser {
+
+/// Writes the tokens of a text as `format_text` lays them out.
+class LayoutPrinter {
+public:
+    LayoutPrinter(std::string_view source, const SourceTokens& tokens, const FormatOptions& options);
+
+    /// False when the text would be larger than a text may be.
+    bool run();
+    std::string& text() noexcept { return out_; }
+
+private:
+    std::uint64_t largest_size() const noexcept;
+    void put(std::size_t i);
+    void put_name(std::size_t i);
+    void put_in_line(std::size_t i);
+    void put_comment(std::size_t i);
+    void put_directive(std::size_t i);
+    void put_close_brace(std::size_t i);
+    void begin_line(std::size_t i);
+    void break_line(std::size_t depth);
+    void append(std::string_view text);
+    std::size_t line_breaks_before(std::size_t i) const noexcept;
+    bool continues_entry(std::size_t i) const noexcept;
+    bool may_wrap(std::size_t i) const noexcept;
+    bool fits(std::size_t i) const noexcept;
+
+    std::string_view source_;
+    const std::vector<SourceToken>& tokens_;
+    const FormatOptions& options_;
+    bool ends_with_name_;
+    std::string_view line_end_ = "\n";
+    std::vector<bool>
+        continues_; // of each token: whether the next word behind it belongs to the entry before it
+    std::string out_;
+    std::size_t depth_ = 0;
+    std::size_t column_ = 0;
+    std::size_t last_word_ = 0;     // the place of the last one, in the tokens
+    bool is_at_line_start_ = true;  // nothing stands in the line yet
+    bool needs_line_break_ = false; // nothing may follow in the line
+};
+
+} // namespace bk_parser

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace bk_parser {
+
+enum class TokenKind : std::uint8_t {
+    name, ///< begins an entry
+    value,
+    equals_sign,
+    comma,
+    open_brace,
+    close_brace,
+    open_arguments,
+    close_arguments,
+    comment, ///< from "//" on, without the line end and the blanks before it
+    include, ///< up to the closing quote
+    version  ///< a whole line, without its end
+};
+
+/// A stretch of a source that is not white space.
+struct SourceToken {
+    std::uint32_t begin = 0;
+    std::uint32_t length = 0;
+    TokenKind kind = TokenKind::value;
+
+    std::uint32_t end() const noexcept { return begin + length; }
+};
+
+inline bool is_directive(TokenKind kind) noexcept {
+    return kind == TokenKind::include || kind == TokenKind::version;
+}
+
+/// Everything that stands in the text of one file, in its order; between two tokens there is only white space. Included
+/// files are not looked at.
+struct SourceTokens {
+    std::vector<SourceToken> tokens;
+    /// A comment or a directive stands inside a word, or a directive touches one: whether it is one word depends on it.
+    bool has_cut_words = false;
+    /// The text has faults, or they cannot be told without what it includes.
+    bool has_faults = false;
+    /// The text ends with a name that has no values: then white space has to follow it that is more than one character.
+    bool ends_with_name = false;
+};
+
+/// Finds the tokens of a source by the library's scanner and grammar. Linear.
+SourceTokens find_tokens(std::string_view source);
+
+inline std::string_view text_of(std::string_view source, const SourceToken& token) noexcept {
+    return source.substr(token.begin, token.length);
+}
+
+} // namespace bk_parser

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "document/layout/source_tokens_impl.h"
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace bk_parser {
+
+/// An entry or a directive of a text, with the comments and white space before it and the rest of its line. The items
+/// of a group and its tail make up all that stands between its braces.
+struct TextItem {
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0;
+    std::uint64_t label = 0;   // of its name with template and its first string; of a directive of all of it
+    std::uint64_t content = 0; // of its words and comments, whatever their layout
+    std::uint64_t head = 0;    // the same up to its brace
+    std::uint64_t tail_content = 0; // of the comments behind its last item
+    std::uint64_t rest_content = 0; // of its brace and what is behind it
+    std::uint32_t parent = 0;
+    std::uint32_t open_end = 0; // behind "{"; 0 when it holds no group
+    std::uint32_t tail = 0;     // where what is behind its last item begins
+    std::uint32_t close = 0;    // where "}" stands
+    std::vector<std::uint32_t> items;
+};
+
+/// A text by its items. Item 0 is the text itself.
+struct TextItems {
+    std::string_view source;
+    std::vector<TextItem> items;
+    bool has_faults = false; // then there are no items
+
+    explicit TextItems(std::string_view text);
+    std::string_view text(std::uint32_t begin, std::uint32_t end) const noexcept {
+        return source.substr(begin, end - begin);
+    }
+};
+
+} // namespace bk_parser

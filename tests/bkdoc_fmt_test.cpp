@@ -1,0 +1,99 @@
+#include "tests/support/bkdoc_run.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr std::string_view loose = "// head\na { b 1 c \"x\" } // end\n\n\nd = 1,2\n";
+constexpr std::string_view neat = "// head\na {\n    b 1\n    c \"x\"\n} // end\n\nd = 1, 2\n";
+
+std::string without(std::string text, const std::string& part) {
+    for (std::size_t i = text.find(part); i != std::string::npos; i = text.find(part)) {
+        text.erase(i, part.size());
+    }
+    return text;
+}
+
+TEST(bkdoc_fmt, a_file_is_laid_out_to_standard_output) {
+    const ScratchFolder folder;
+    folder.write("a.bkd", loose);
+    const BkdocRun run = run_bkdoc({"fmt", folder.path("a.bkd")});
+    EXPECT_EQ(run.out, neat);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.code, 0);
+    EXPECT_EQ(folder.read("a.bkd"), loose);
+}
+
+TEST(bkdoc_fmt, standard_input_is_laid_out_when_no_file_is_named) {
+    EXPECT_EQ(run_bkdoc({"fmt"}, loose).out, neat);
+    EXPECT_EQ(run_bkdoc({"fmt", "-"}, loose).out, neat);
+}
+
+TEST(bkdoc_fmt, files_are_written_with_w_and_only_those_that_change) {
+    const ScratchFolder folder;
+    folder.write("a.bkd", loose);
+    folder.write("b.bkd", neat);
+    const BkdocRun run = run_bkdoc({"fmt", "-w", folder.path()});
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "2 files, 1 laid out anew\n");
+    EXPECT_EQ(run.code, 0);
+    EXPECT_EQ(folder.read("a.bkd"), neat);
+    EXPECT_EQ(folder.read("b.bkd"), neat);
+}
+
+TEST(bkdoc_fmt, check_names_the_files_that_would_change) {
+    const ScratchFolder folder;
+    folder.write("a.bkd", loose);
+    folder.write("b.bkd", neat);
+    const BkdocRun run = run_bkdoc({"fmt", "--check", folder.path("a.bkd"), folder.path("b.bkd")});
+    EXPECT_EQ(run.out, folder.path("a.bkd") + "\n");
+    EXPECT_EQ(run.err, "2 files, 1 not laid out\n");
+    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(run_bkdoc({"fmt", "--check", folder.path("b.bkd")}).code, 0);
+    EXPECT_EQ(folder.read("a.bkd"), loose);
+}
+
+TEST(bkdoc_fmt, diff_shows_what_would_change) {
+    const ScratchFolder folder;
+    folder.write("a.bkd", "a  1\nb 2\nc 3\nd 4\ne 5");
+    const BkdocRun run = run_bkdoc({"fmt", "--diff", folder.path("a.bkd")});
+    EXPECT_EQ(without(run.out, folder.path() + "/"),
+              "--- a.bkd\n+++ a.bkd\n@@ -1,5 +1,5 @@\n-a  1\n+a 1\n b 2\n c 3\n"
+              " d 4\n-e 5\n\\ No newline at end of file\n+e 5\n");
+    EXPECT_EQ(run.code, 1);
+}
+
+TEST(bkdoc_fmt, indent_and_width_are_as_asked) {
+    EXPECT_EQ(run_bkdoc({"fmt", "--indent", "2", "--width", "10"}, "a { b 1111 2222 3333 }").out,
+              "a {\n  b 1111\n    2222\n    3333\n}\n");
+}
+
+TEST(bkdoc_fmt, a_file_with_errors_is_left_as_it_is) {
+    const ScratchFolder folder;
+    folder.write("a.bkd", "a 1\nb 2 )\n");
+    folder.write("b.bkd", loose);
+    const BkdocRun run = run_bkdoc({"fmt", "-w", folder.path("a.bkd"), folder.path("b.bkd")});
+    EXPECT_NE(run.err.find("a.bkd:2:5: error: "), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("a.bkd: has errors; it is left as it is\n2 files, 1 laid out anew\n"),
+              std::string::npos)
+        << run.err;
+    EXPECT_EQ(run.code, 2);
+    EXPECT_EQ(folder.read("a.bkd"), "a 1\nb 2 )\n");
+    EXPECT_EQ(folder.read("b.bkd"), neat);
+}
+
+TEST(bkdoc_fmt, includes_stay_and_are_not_looked_for) {
+    EXPECT_EQ(run_bkdoc({"fmt"}, "  #include \"missing.bkd\"\na   1\n").out,
+              "#include \"missing.bkd\"\na 1\n");
+}
+
+TEST(bkdoc_fmt, what_cannot_be_done_is_refused) {
+    const BkdocRun missing = run_bkdoc({"fmt", "missing.bkd"});
+    EXPECT_EQ(missing.err, "bkdoc: missing.bkd: no such file\n");
+    EXPECT_EQ(missing.code, 2);
+    const BkdocRun input = run_bkdoc({"fmt", "-w"}, loose);
+    EXPECT_EQ(input.err, "bkdoc: -w writes files, and standard input is none\n");
+    EXPECT_EQ(input.code, 2);
+}
+
+} // namespace

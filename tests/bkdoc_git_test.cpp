@@ -1,0 +1,137 @@
+#include "tests/support/bkdoc_run.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#if !defined(_WIN32)
+
+namespace {
+
+/// A repository whose .bkd files go through the tool.
+class Repository {
+public:
+    Repository() {
+        run("git init -q -b main . && git config user.name T && git config user.email t@example.org && "
+            "git config commit.gpgsign false");
+        const std::string tool = BK_PARSER_BKDOC;
+        run("git config diff.bkdoc.textconv '" + tool + " textconv'");
+        run("git config merge.bkdoc.driver '" + tool + " merge -w %O %A %B'");
+        folder.write(".gitattributes", "*.bkd diff=bkdoc merge=bkdoc\n*.archive diff=bkdoc\n");
+    }
+
+    int run(const std::string& command) const {
+        const std::string line = "cd '" + folder.path() + "' && (" + command + ") >out.txt 2>&1";
+        return std::system(line.c_str());
+    }
+    void commit(std::string_view text) const {
+        folder.write("a.bkd", text);
+        ASSERT_EQ(run("git add -A . && git reset -q out.txt; git commit -q -m x"), 0)
+            << folder.read("out.txt");
+    }
+
+    ScratchFolder folder;
+};
+
+bool has_git() {
+    return std::system("git --version >/dev/null 2>&1") == 0;
+}
+
+TEST(bkdoc_git, branches_are_merged_entry_by_entry) {
+    if (!has_git()) {
+        GTEST_SKIP() << "there is no git";
+    }
+    const Repository repository;
+    repository.commit("l {\n    a 1 // x\n    b 2\n}\n");
+    ASSERT_EQ(repository.run("git checkout -q -b other"), 0);
+    repository.commit("l {\n    a 1 // x\n    b 3\n}\n");
+    ASSERT_EQ(repository.run("git checkout -q main"), 0);
+    repository.commit("l {\n    a 5 // x\n    b 2\n}\n");
+    EXPECT_EQ(repository.run("git merge -q -m m other"), 0) << repository.folder.read("out.txt");
+    EXPECT_EQ(repository.folder.read("a.bkd"), "l {\n    a 5 // x\n    b 3\n}\n");
+}
+
+TEST(bkdoc_git, conflicts_stop_the_merge) {
+    if (!has_git()) {
+        GTEST_SKIP() << "there is no git";
+    }
+    const Repository repository;
+    repository.commit("a 1\nb 2\n");
+    ASSERT_EQ(repository.run("git checkout -q -b other"), 0);
+    repository.commit("a 3\nb 4\n");
+    ASSERT_EQ(repository.run("git checkout -q main"), 0);
+    repository.commit("a 5\nb 2\n");
+    EXPECT_NE(repository.run("git merge -q -m m other"), 0);
+    EXPECT_EQ(repository.folder.read("a.bkd"), "<<<<<<< ours\na 5\n=======\na 3\n>>>>>>> theirs\nb 4\n");
+}
+
+TEST(bkdoc_git, archives_are_shown_as_text) {
+    if (!has_git()) {
+        GTEST_SKIP() << "there is no git";
+    }
+    const Repository repository;
+    repository.commit("a 1\n");
+    const std::string archive = repository.folder.path("s.archive");
+    ASSERT_EQ(run_bkdoc({"convert", "--to", "archive", repository.folder.path("a.bkd"), archive}).code, 0);
+    repository.commit("a 1\n");
+    repository.folder.write("b.bkd", "a 2\n");
+    ASSERT_EQ(repository.run("git add s.archive && git commit -q -m archive --allow-empty"), 0);
+    ASSERT_EQ(run_bkdoc({"convert", "--to", "archive", repository.folder.path("b.bkd"), archive}).code, 0);
+    EXPECT_EQ(repository.run("git --no-pager diff s.archive"), 0);
+    const std::string shown = repository.folder.read("out.txt");
+    EXPECT_NE(shown.find("\n-a 1\n+a 2\n"), std::string::npos) << shown;
+}
+
+} // namespace
+
+#endif
+
+TEST(bkdoc_textconv, a_text_stays_as_it_is) {
+    const std::string_view text = "#include \"x\" // c\n\na   1 )\n";
+    const BkdocRun run = run_bkdoc({"textconv", "-"}, text);
+    EXPECT_EQ(run.out, text);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.code, 0);
+}
+
+TEST(bkdoc_textconv, it_never_fails) {
+    const BkdocRun run = run_bkdoc({"textconv", "missing.bkd"});
+    EXPECT_EQ(run.out, "// missing.bkd: no such file\n");
+    EXPECT_EQ(run.code, 0);
+    const BkdocRun image = run_bkdoc({"textconv", "-"}, std::string_view("\x89PNG\r\n\x1A\n\0\0\0", 11));
+    EXPECT_EQ(image.code, 0);
+    EXPECT_EQ(image.out.substr(0, 3), "// ");
+}
+
+TEST(bkdoc_merge, the_result_goes_to_standard_output_or_into_ours) {
+    const ScratchFolder folder;
+    folder.write("base", "a 1\nb 2\n");
+    folder.write("ours", "a 3\nb 2\n");
+    folder.write("theirs", "a 1\nb 4\n");
+    const BkdocRun shown =
+        run_bkdoc({"merge", folder.path("base"), folder.path("ours"), folder.path("theirs")});
+    EXPECT_EQ(shown.out, "a 3\nb 4\n");
+    EXPECT_EQ(shown.err, "");
+    EXPECT_EQ(shown.code, 0);
+    EXPECT_EQ(folder.read("ours"), "a 3\nb 2\n");
+    EXPECT_EQ(run_bkdoc({"merge", "-w", folder.path("base"), folder.path("ours"), folder.path("theirs")}).out,
+              "");
+    EXPECT_EQ(folder.read("ours"), "a 3\nb 4\n");
+}
+
+TEST(bkdoc_merge, conflicts_are_counted_and_trouble_is_told) {
+    const ScratchFolder folder;
+    folder.write("base", "a 1\n");
+    folder.write("ours", "a 2\n");
+    folder.write("theirs", "a 3\n");
+    folder.write("faulty", "a 3 )\n");
+    const BkdocRun run =
+        run_bkdoc({"merge", folder.path("base"), folder.path("ours"), folder.path("theirs")});
+    EXPECT_EQ(run.out, "<<<<<<< ours\na 2\n=======\na 3\n>>>>>>> theirs\n");
+    EXPECT_EQ(run.err, "bkdoc: " + folder.path("ours") + ": 1 conflict\n");
+    EXPECT_EQ(run.code, 1);
+    const BkdocRun faulty =
+        run_bkdoc({"merge", folder.path("base"), folder.path("ours"), folder.path("faulty")});
+    EXPECT_EQ(faulty.err, "bkdoc: cannot merge into " + folder.path("ours") + ": theirs has errors\n");
+    EXPECT_EQ(faulty.code, 2);
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "output/output.h"
+
+#include <string_view>
+
+namespace bkdoc {
+
+/// Writes a unified diff; on a terminal what goes is red and what comes green.
+void write_diff(std::string_view diff, Output& out);
+
+} // namespace bkdoc

@@ -1,0 +1,144 @@
+#include "core/sys_file.h"
+#include "document/format.h"
+#include "document/text_diff.h"
+#include "input/file_list.h"
+#include "input/input.h"
+#include "input/opened_document.h"
+#include "output/diff_text.h"
+#include "output/report.h"
+#include "output/text_display.h"
+#include "platform/interruption.h"
+#include "platform/paths.h"
+#include "verbs/verbs.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace bkdoc {
+
+namespace {
+
+unsigned int number_of(const Arguments& arguments, std::string_view option, unsigned int usual) {
+    return static_cast<unsigned int>(
+        std::min<std::size_t>(arguments.number_or(option, usual), std::numeric_limits<unsigned int>::max()));
+}
+
+/// One run of the verb over all its files.
+class Formatting {
+public:
+    Formatting(const Arguments& arguments, Streams& streams)
+        : streams_(streams), writes_(arguments.has("--write")), checks_(arguments.has("--check")),
+          shows_(arguments.has("--diff")) {
+        options_.indent = number_of(arguments, "--indent", options_.indent);
+        options_.width = number_of(arguments, "--width", options_.width);
+    }
+
+    ExitCode run(const FileList& list) {
+        const Interruption interruption;
+        for (const std::string& fault : list.faults) {
+            fail(fault);
+        }
+        for (const std::string& file : list.files) {
+            if (Interruption::is_wanted() || streams_.out.has_failed()) {
+                break;
+            }
+            take(file);
+        }
+        if (Interruption::is_wanted()) {
+            complain(streams_, "interrupted");
+            return EXIT_INTERRUPTED;
+        }
+        if ((writes_ || checks_) && list.files.size() > 1) {
+            streams_.err << counted(list.files.size(), "file", "files") + ", " + grouped(changed_) +
+                                (writes_ ? " laid out anew\n" : " not laid out\n");
+        }
+        const bool is_asked = checks_ || (shows_ && !writes_);
+        return std::max(worst_, is_asked && changed_ != 0 ? EXIT_FAULTS : EXIT_CLEAN);
+    }
+
+private:
+    void fail(const std::string& reason) {
+        complain(streams_, reason);
+        worst_ = EXIT_UNREADABLE;
+    }
+
+    void take(const std::string& file) {
+        if (file == "-" && writes_) {
+            fail("-w writes files, and standard input is none");
+            return;
+        }
+        const Input input(file);
+        if (!input.refusal.empty()) {
+            fail(input.refusal);
+            return;
+        }
+        const bk_parser::FormatResult result = bk_parser::format_text(input.bytes, options_);
+        if (!result.ok()) {
+            refuse(file, result);
+            return;
+        }
+        const bool has_changed = result.text != input.bytes;
+        changed_ += has_changed ? 1 : 0;
+        answer(file, input.bytes, result.text);
+        if (writes_ && has_changed) {
+            store(file, result.text);
+        }
+    }
+
+    void answer(const std::string& file, const std::string& before, const std::string& after) {
+        const std::string name = shown(shown_operand(file), file_name_limit);
+        if (checks_ && before != after) {
+            streams_.out << name << "\n";
+        }
+        if (shows_) {
+            write_diff(bk_parser::unified_diff(before, after, name, name), streams_.out);
+        }
+        if (!checks_ && !shows_ && !writes_) {
+            streams_.out << after;
+        }
+    }
+
+    void refuse(const std::string& file, const bk_parser::FormatResult& result) {
+        const std::string name = shown_operand(file);
+        ProblemWriter writer(streams_.err, name);
+        for (const bk_parser::Problem& problem : result.problems) {
+            writer.write(problem, {});
+        }
+        fail(shown(name, file_name_limit) + ": " + result.reason + "; it is left as it is");
+    }
+
+    void store(const std::string& path, const std::string& text) {
+        SysFile file;
+        const auto size = static_cast<core_int64>(text.size());
+        if (!file.open(CoreString(std::string_view(path)), SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
+            fail(path + ": cannot be opened for writing");
+            return;
+        }
+        const bool is_taken = file.write(text.data(), size) == size;
+        if (!file.close() || !is_taken) {
+            fail(path + ": cannot be stored");
+        }
+    }
+
+    Streams& streams_;
+    bk_parser::FormatOptions options_;
+    bool writes_;
+    bool checks_;
+    bool shows_;
+    std::size_t changed_ = 0;
+    ExitCode worst_ = EXIT_CLEAN;
+};
+
+} // namespace
+
+ExitCode run_fmt(const Arguments& arguments, Streams& streams) {
+    FileListOptions options;
+    options.operands = arguments.operands();
+    if (options.operands.empty()) {
+        options.operands.emplace_back("-");
+    }
+    options.extensions = arguments.values("--ext");
+    return Formatting(arguments, streams).run(list_files(options));
+}
+
+} // namespace bkdoc

@@ -1,0 +1,58 @@
+#include "input/input.h"
+#include "input/opened_document.h"
+#include "output/document_text.h"
+#include "output/text_display.h"
+#include "verbs/verbs.h"
+
+#include <cstdint>
+
+namespace bkdoc {
+
+namespace {
+
+/// So that two files that cannot be read are seen to differ.
+std::string fingerprint(std::string_view bytes) {
+    std::uint64_t hash = 0xCBF29CE484222325u;
+    for (const char byte : bytes) {
+        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3u;
+    }
+    std::string digits;
+    for (int shift = 60; shift >= 0; shift -= 4) {
+        digits += hexadecimal_digits[(hash >> shift) & 15u];
+    }
+    return counted(bytes.size(), "byte", "bytes") + ", hash " + digits;
+}
+
+void write_problems(const OpenedDocument& document, Output& out) {
+    for (const bk_parser::Problem& problem : document.problems()) {
+        out << "// " << shown(problem.message, file_name_limit) << "\n";
+    }
+}
+
+} // namespace
+
+ExitCode run_textconv(const Arguments& arguments, Streams& streams) {
+    OpenOptions open;
+    if (!take_opening(arguments, open, streams)) {
+        open.key.clear(); // what needs the key says so
+    }
+    const Input input(arguments.operands().front());
+    if (!input.refusal.empty()) {
+        streams.out << "// " << shown(input.refusal, file_name_limit) << "\n";
+        return EXIT_CLEAN;
+    }
+    open.follow_includes = false;
+    const OpenedDocument document = open_bytes(arguments.operands().front(), input.bytes, open);
+    if (document.is_read() && document.form() == bk_parser::Form::text) {
+        streams.out << input.bytes;
+        return EXIT_CLEAN;
+    }
+    streams.out << "// " << form_word(document.form()) << ", " << fingerprint(input.bytes) << "\n";
+    write_problems(document, streams.out);
+    if (document.is_read()) {
+        streams.out << document_text(document.root()) << "\n";
+    }
+    return EXIT_CLEAN;
+}
+
+} // namespace bkdoc
