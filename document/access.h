@@ -97,7 +97,7 @@ bool set(ParserEntry& entry, unsigned int value, const T& content) {
 ///
 /// A path that finds nothing is searched for in the whole group, and then its beginnings are, a number of times that is
 /// in proportion to the logarithm of the number of steps. n calls that make n entries of one group, as `set(group, "k[i]", i)`
-/// does, take time in proportion to n * n; `add` does not.
+/// does, take time in proportion to n * n; `add` does not search that group.
 template <WritableValue T>
 bool set(ParserGroup& group, PathRef path, const T& content) {
     return access::with_given(content, [&](std::span<const GivenValue> given, access::ListEnd end) {
@@ -107,7 +107,7 @@ bool set(ParserGroup& group, PathRef path, const T& content) {
 
 /// Adds an entry for the last step of the path, whether there is one or not, and the groups on the way where they are
 /// missing. Null when `set` would not make it. Only the groups on the way are searched for; a step with a number takes
-/// time in proportion to the group that the entry comes to. n calls of `add(group, "k", i)` take time in proportion to n.
+/// time in proportion to the group that the entry comes to.
 BK_PARSER_API ParserEntry* add(ParserGroup& group, PathRef path);
 /// The same with values, behind the key if the step has one.
 template <WritableValue T>
