@@ -5,8 +5,8 @@
 
 /// Shows the progress of long operations. Tasks nest: each `begin_task` opens one inside the current one and
 /// each `end_task` closes the innermost. The operations of this base do nothing; a host overrides those it shows. What they
-/// throw ends the operation and passes to its caller; the tasks that were begun are ended first, where what `end_task`
-/// throws is dropped.
+/// throw ends the operation and passes to its caller, but std::bad_alloc, which counts as the library's own where the
+/// operation has a result to say so; the tasks that were begun are ended first, where what `end_task` throws is dropped.
 class BK_PARSER_API AppProgressBar {
 public:
     AppProgressBar() = default;

@@ -3,10 +3,10 @@
 #include "core/core_export.h"
 #include "document/problem.h"
 #include "document/ranges.h"
+#include "document/text_ref.h"
 #include "parser/parser_entry.h"
 #include "parser/parser_group.h"
 
-#include <concepts>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -31,7 +31,7 @@ struct PathError {
 class BK_PARSER_API Path {
 public:
     /// Linear. A malformed path finds nothing, and `error` says why.
-    explicit Path(std::string_view text);
+    explicit Path(TextRef text);
     Path(const Path& other) noexcept;
     Path(Path&& other) noexcept;
     Path& operator=(const Path& other) noexcept;
@@ -49,12 +49,13 @@ private:
     std::shared_ptr<const ParsedPath> parsed_;
 };
 
-/// A path as a parameter: a text, which is parsed in the call, or a Path. Refers to what it was made of.
+/// A path as a parameter: a text, which is parsed in the call, or a Path. A null pointer is an empty text, which finds
+/// nothing. Refers to what it was made of.
 class PathRef {
 public:
     PathRef(const Path& path) noexcept : path_(&path) {}
-    template <std::convertible_to<std::string_view> Text>
-    PathRef(const Text& text) noexcept : text_(text) {}
+    template <TextLike Text>
+    PathRef(const Text& text) noexcept : text_(TextRef(text).view()) {}
 
     /// Null for a text.
     const Path* path() const noexcept { return path_; }
@@ -66,22 +67,22 @@ private:
 };
 
 /// Why a path is malformed; nothing when it is well-formed.
-BK_PARSER_API std::optional<PathError> path_error(std::string_view path);
+BK_PARSER_API std::optional<PathError> path_error(TextRef path);
 
 /// Three lines: the message, the path, and a caret under each character that is meant.
-BK_PARSER_API std::string to_text(const PathError& error, std::string_view path);
+BK_PARSER_API std::string to_text(const PathError& error, TextRef path);
 
 /// The same as a problem of the code "malformed-path", whose source line is the path.
-BK_PARSER_API Problem to_problem(const PathError& error, std::string_view path);
+BK_PARSER_API Problem to_problem(const PathError& error, TextRef path);
 
 /// A name or a string as a path spells it: bare where the language takes it so, else in quotes.
-BK_PARSER_API std::string path_name(std::string_view name);
+BK_PARSER_API std::string path_name(TextRef name);
 /// Always in quotes, with escapes for quotes, backslashes, control characters and bytes that are no UTF-8.
-BK_PARSER_API std::string path_string(std::string_view text);
+BK_PARSER_API std::string path_string(TextRef text);
 
 /// Comes to everything that a path finds in a group, in document order, each entry once. Takes time in proportion to the
-/// entries that are searched times the steps of the path, whatever path it is; memory in proportion to depth times
-/// steps.
+/// entries that are searched times the steps of the path and their brackets, of which a step has at most 64, whatever path
+/// it is; memory in proportion to depth times steps. A search that was moved from finds nothing and may be assigned to.
 class BK_PARSER_API PathSearch {
 public:
     PathSearch(const ParserGroup& group, PathRef path);
@@ -91,9 +92,11 @@ public:
     PathSearch& operator=(const PathSearch&) = delete;
     ~PathSearch();
 
+    /// Goes to the next entry; false when there is none.
     bool next();
     /// Leaves out what the current entry holds.
     void skip_groups() noexcept;
+    /// What `next` came to last; Visit() before that, and when the search was moved from.
     const Visit& visit() const noexcept;
 
 private:
@@ -101,7 +104,8 @@ private:
     std::unique_ptr<State> state_;
 };
 
-/// The first entry that the path finds, in document order; null when there is none, or the path is malformed.
+/// The first entry that the path finds, in document order; null when there is none, or the path is malformed. Takes time
+/// as PathSearch does, until the entry is reached: n calls for the n entries of a group take time in proportion to n * n.
 /// The entry belongs to the tree, and is constant only if you keep it so.
 BK_PARSER_API ParserEntry* find(const ParserGroup& group, PathRef path);
 
@@ -132,7 +136,8 @@ BK_PARSER_API ParserGroup* parent_of(const ParserGroup& root, const ParserEntry&
 /// adopted or copied does not.
 BK_PARSER_API ParserEntry* parent_of(const ParserGroup& root, const ParserGroup& group);
 
-/// The paths and parents of all entries of a tree, found in one walk. Wrong once the tree is edited.
+/// The paths and parents of all entries of a tree, found in one walk. Wrong once the tree is edited. An index that was
+/// moved from has no entries and may be assigned to.
 class BK_PARSER_API PathIndex {
 public:
     explicit PathIndex(const ParserGroup& root);

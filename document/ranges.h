@@ -2,6 +2,7 @@
 
 #include "core/core_export.h"
 #include "core/core_string.h"
+#include "document/text_ref.h"
 #include "parser/parser_entry.h"
 #include "parser/parser_group.h"
 
@@ -18,8 +19,11 @@
 /// Ranges over trees, for range-for and for std::views. All of them are lazy, and none of them recurses.
 ///
 /// Edits while a range is walked: at an entry you may change, move, take or remove that entry, change what is below it,
-/// and add, move or remove entries of the same group; what follows then goes on behind the entry, or where it was. Do not
-/// remove or move the entries above the current one, which hold the groups that are being walked.
+/// and add, move or remove entries of the same group. An entry that is moved is followed: moved to the end, it ends the
+/// walk of its group. When the entry is gone, the walk goes on at its old position number, so that entries before it that
+/// are removed or added too make the walk skip or repeat some. Add before you remove: a new entry may get the address of one
+/// that was deleted, and is then followed in its place. Do not remove or move the entries above the current one, which
+/// hold the groups that are being walked.
 namespace bk_parser {
 
 /// An entry that a walk or a search has come to, and its place. Valid until the tree is edited there.
@@ -28,6 +32,7 @@ public:
     /// What `value` gives for the entry as a whole.
     static constexpr unsigned int whole_entry = 0xFFFFFFFFu;
 
+    /// At no entry: `entry` and `parent` may not be asked for.
     Visit() = default;
     Visit(ParserEntry& entry, ParserGroup& parent, unsigned int position, unsigned int depth,
           unsigned int value) noexcept
@@ -52,7 +57,7 @@ private:
 };
 
 /// Comes to every entry of a group and of the groups in it, depth first, an entry before what it holds. Memory is
-/// in proportion to the depth.
+/// in proportion to the depth. A walker that was moved from comes to nothing and may be assigned to.
 class BK_PARSER_API Walker {
 public:
     explicit Walker(const ParserGroup& group);
@@ -66,6 +71,7 @@ public:
     bool next();
     /// Leaves out what the current entry holds.
     void skip_groups() noexcept;
+    /// What `next` came to last; Visit() before that, and when the walker was moved from.
     const Visit& visit() const noexcept;
 
 private:
@@ -74,7 +80,7 @@ private:
 };
 
 /// A range over what a cursor (Walker, PathSearch) comes to, to be walked once. It moves, and is not copied.
-/// `Item` is Visit or ParserEntry: what the range gives references to.
+/// `Item` is Visit or ParserEntry: what the range gives references to. A range that was moved from is empty.
 template <class Cursor, class Item>
 class CursorRange : public std::ranges::view_base {
 public:
@@ -191,7 +197,7 @@ public:
     };
 
     explicit Entries(const ParserGroup& group) noexcept : group_(&group) {}
-    Entries(const ParserGroup& group, std::string_view name) : group_(&group), name_(name) {}
+    Entries(const ParserGroup& group, TextRef name) : group_(&group), name_(name.view()) {}
 
     Iterator begin() const noexcept { return Iterator(*this); }
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
@@ -208,7 +214,7 @@ private:
 inline Entries entries(const ParserGroup& group) {
     return Entries(group);
 }
-inline Entries entries(const ParserGroup& group, std::string_view name) {
+inline Entries entries(const ParserGroup& group, TextRef name) {
     return {group, name};
 }
 

@@ -4,6 +4,7 @@
 #include "core/core_string.h"
 #include "core/gmath_vec.h"
 #include "document/path.h"
+#include "document/text_ref.h"
 #include "parser/parser_entry.h"
 #include "parser/parser_group.h"
 
@@ -91,10 +92,9 @@ concept OpenListValue = (is_vector<T> || is_values<T>)&&!BytesValue<T>;
 template <class T>
 concept ReadableValue = SingleValue<T> || FixedListValue<T> || OpenListValue<T>;
 
-/// A text, literals too. A pointer or nullptr that is no text is none.
+/// A text, literals too. A null pointer to one is an empty text.
 template <class T>
-concept TextValue = StringValue<T> ||
-    (std::convertible_to<const T&, std::string_view> && !std::same_as<T, std::nullptr_t>);
+concept TextValue = StringValue<T> || TextLike<T>;
 template <class T>
 concept WritableSingleValue = std::same_as<T, bool> || NumberValue<T> || TextValue<T> || BytesValue<T>;
 
@@ -114,7 +114,7 @@ concept WritableValue = WritableSingleValue<T> || is_writable_list<T> ||
 /// One value that is to be stored. Refers to texts and bytes.
 class GivenValue {
 public:
-    enum class Kind { boolean, character, integer, real, text, bytes, impossible };
+    enum class Kind { boolean, character, integer, real, single, text, bytes, impossible };
 
     template <WritableSingleValue T>
     explicit GivenValue(const T& value) noexcept {
@@ -131,17 +131,15 @@ public:
             kind = Kind::integer;
             integer = static_cast<long long>(value); // NOLINT(bugprone-signed-char-misuse)
         } else if constexpr (std::floating_point<T>) {
-            kind = Kind::real;
+            kind = std::same_as<T, float> ? Kind::single : Kind::real;
             real = static_cast<double>(value);
         } else if constexpr (BytesValue<T>) {
             kind = Kind::bytes;
             text = {reinterpret_cast<const char*>(value.data()), value.size()};
         } else if constexpr (std::derived_from<T, CoreBasicString>) {
             take_text(value.get_view());
-        } else if constexpr (std::is_pointer_v<T>) {
-            take_text(value == nullptr ? std::string_view() : std::string_view(value));
         } else {
-            take_text(value);
+            take_text(TextRef(value).view());
         }
     }
 

@@ -14,5 +14,5 @@ int main() {
     bk_parser::rename(root, "camera/aspect", "ratio");
     bk_parser::move(root, "camera/active", "active");
     bk_parser::remove(root, "note");
-    std::cout << bk_parser::to_text(root) << "\n";
+    std::cout << bk_parser::to_text(root);
 }

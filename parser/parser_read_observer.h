@@ -8,8 +8,9 @@
 /// the parser reads, after includes are spliced in and comments are dropped; any other counts in the text of the file
 /// that is being read.
 ///
-/// What a call throws ends the reading and passes to its caller; the files that were entered are left first, where what
-/// file_left throws is dropped.
+/// What a call throws ends the reading and passes to its caller, but std::bad_alloc, which counts as the library's own
+/// where the operation has a result to say so; the files that were entered are left first, where what file_left throws
+/// is dropped.
 class BK_PARSER_API ParserReadObserver {
 public:
     enum Fault : unsigned int {

@@ -225,7 +225,6 @@ TEST_F(access_set, what_a_path_does_not_say_is_not_made) {
                              "b@1/c",
                              "b[\"k\"]@0/c",
                              "b@1",
-                             "b[\"k\"]",
                              "yes",
                              "\"odd name\"",
                              "\"list[3]\"",

@@ -200,6 +200,20 @@ TEST(path_error, draws_control_characters_on_one_line) {
     EXPECT_TRUE(bk_parser::path_error(std::string_view("a\0", 2)));
 }
 
+TEST(path_error, a_step_has_at_most_64_brackets) {
+    std::string path = "light";
+    for (int i = 0; i < 64; ++i) {
+        path += i % 2 == 0 ? "[power>50]" : "[0]";
+    }
+    EXPECT_FALSE(bk_parser::path_error(path));
+    EXPECT_FALSE(bk_parser::path_error(path + '/' + path));
+    const auto error = bk_parser::path_error(path + "[power]");
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->message, "too many brackets; a step has at most 64");
+    EXPECT_EQ(error->offset, path.size());
+    EXPECT_EQ(error->length, 1u);
+}
+
 TEST(path_error, every_cut_of_a_path_is_well_formed_or_has_a_place_in_it) {
     const std::string path = "a<t>[\"k\\x41\"][b/\"c\"@1 >= -1.5e+3][2]/**/#k[@0=\"x\"]/\"q\\n\"@12";
     EXPECT_FALSE(bk_parser::path_error(path));

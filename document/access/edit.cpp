@@ -109,15 +109,15 @@ std::size_t remove_all(ParserGroup& group, PathRef path) {
     return value == no_value ? remove_found(matcher) : remove_values(matcher, value);
 }
 
-bool rename(ParserEntry& entry, std::string_view name) {
-    if (!may_be_renamed(entry, name)) {
+bool rename(ParserEntry& entry, TextRef name) {
+    if (!may_be_renamed(entry, name.view())) {
         return false;
     }
-    entry.rename(CoreString(name));
+    entry.rename(CoreString(name.view()));
     return true;
 }
 
-bool rename(ParserGroup& group, PathRef path, std::string_view name) {
+bool rename(ParserGroup& group, PathRef path, TextRef name) {
     ParserEntry* const entry = find(group, path);
     return entry != nullptr && rename(*entry, name);
 }

@@ -16,8 +16,7 @@ ParserEntry* make_with_values(const PathWay& way, const ParsedPath& path, unsign
         return nullptr;
     }
     ParserEntry* const entry = made.innermost;
-    const unsigned int first = value == no_value ? entry->get_value_count() : value;
-    if (first != entry->get_value_count() || !write_values(*entry, first, given, access::ListEnd::keep)) {
+    if (value != entry->get_value_count() || !write_values(*entry, value, given, access::ListEnd::keep)) {
         return nullptr;
     }
     Attachment attachment(way, std::move(made));
@@ -38,7 +37,7 @@ bool set_values(ParserGroup& group, PathRef path, std::span<const GivenValue> gi
     if (!argument.ok()) {
         return false;
     }
-    const unsigned int value = argument.last().value == no_value ? 0 : argument.last().value;
+    const unsigned int value = argument.last().named_value();
     PathMatcher matcher(group, argument.get(), argument.steps().size(), true);
     if (matcher.next()) {
         return write_values(*matcher.cursor().entry(), value, given, end);
@@ -53,7 +52,7 @@ ParserEntry* add_values(ParserGroup& group, PathRef path, std::span<const GivenV
         return nullptr;
     }
     const PathWay way = find_way(group, argument.get(), argument.steps().size() - 1);
-    return make_with_values(way, argument.get(), argument.last().value, given);
+    return make_with_values(way, argument.get(), argument.last().named_value(), given);
 }
 
 } // namespace access

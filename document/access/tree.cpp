@@ -5,6 +5,8 @@
 #include "parser/text/parser_text_writer_impl.h"
 
 #include <new>
+#include <string>
+#include <string_view>
 
 namespace bk_parser {
 
@@ -23,7 +25,13 @@ std::string to_text(const ParserGroup& group) {
     if (!bk::print_group(text, group, false, true, 1)) {
         throw std::bad_alloc();
     }
-    return std::string(text.get_view());
+    std::string_view lines = text.get_view();
+    lines.remove_prefix(lines.starts_with('\n') ? 1 : 0);
+    std::string out(lines);
+    if (!out.empty() && !out.ends_with('\n')) {
+        out += '\n';
+    }
+    return out;
 }
 
 } // namespace bk_parser

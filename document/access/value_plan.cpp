@@ -1,8 +1,11 @@
 #include "document/access/value_plan_impl.h"
 
+#include "core/numbers/core_number_impl.h"
 #include "parser/model/parser_value_impl.h"
 
+#include <array>
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -52,6 +55,30 @@ std::optional<PlannedValue> plan_real(double number, ParserValue::Type existing)
     return is_int_here && is_int ? plan_whole(static_cast<long long>(number), existing) : plan_double(number);
 }
 
+/// As `get` reads a number as a float.
+bool reads_as(double number, float single) noexcept {
+    return std::fabs(number) <= double{std::numeric_limits<float>::max()} &&
+           std::bit_cast<std::uint32_t>(static_cast<float>(number)) == std::bit_cast<std::uint32_t>(single);
+}
+
+/// The double nearest to the shortest digits of a float, unless that reads back as another float.
+double shortest_double(float number) noexcept {
+    std::array<char, 64> digits{};
+    const std::to_chars_result end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    const double shortest = bk::text_to_double({digits.data(), end.ptr}).value;
+    return reads_as(shortest, number) ? shortest : double{number};
+}
+
+/// What reads as that float stays what it is.
+std::optional<PlannedValue> plan_single(float number, const ParserValue* existing, ParserValue::Type type) {
+    if (existing != nullptr && type != no_type && reads_as(existing->get_as_double(), number)) {
+        return type == ParserValue::TYPE_DOUBLE ? plan_double(existing->get_as_double())
+                                                : plan_integer(type, existing->get_as_int());
+    }
+    const std::optional<PlannedValue> plan = plan_real(double{number}, type);
+    return plan && plan->type == ParserValue::TYPE_DOUBLE ? plan_double(shortest_double(number)) : plan;
+}
+
 } // namespace
 
 std::optional<PlannedValue> plan_value(const GivenValue& given, const ParserValue* existing) {
@@ -67,6 +94,8 @@ std::optional<PlannedValue> plan_value(const GivenValue& given, const ParserValu
         return plan_whole(given.integer, type);
     case GivenKind::real:
         return plan_real(given.real, type);
+    case GivenKind::single:
+        return plan_single(static_cast<float>(given.real), existing, is_number ? type : no_type);
     case GivenKind::text:
         return given.text.size() > CoreString::max_length
                    ? std::nullopt

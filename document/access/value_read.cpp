@@ -115,7 +115,7 @@ const ParserEntry* find_value(const ParserGroup& group, PathRef path, unsigned i
     const PathArgument argument(path);
     const ParserEntry* const entry = find_first(group, argument);
     if (entry != nullptr) {
-        value = argument.last().value == no_value ? 0 : argument.last().value;
+        value = argument.last().named_value();
     }
     return entry;
 }

@@ -2,6 +2,7 @@
 
 #include "core/text/core_utf8_impl.h"
 #include "document/paths/path_steps_impl.h"
+#include "document/problems/problem_codes_impl.h"
 
 #include <algorithm>
 #include <utility>
@@ -22,9 +23,9 @@ std::string on_one_line(std::string_view path) {
 
 } // namespace
 
-Path::Path(std::string_view text) {
-    ParsedPath parsed = parse_path(text);
-    parsed.text = text;
+Path::Path(TextRef text) {
+    ParsedPath parsed = parse_path(text.view());
+    parsed.text = text.view();
     parsed_ = std::make_shared<const ParsedPath>(std::move(parsed));
 }
 Path::Path(const Path& other) noexcept = default;
@@ -50,20 +51,22 @@ std::string_view Path::text() const noexcept {
     return parsed_->text;
 }
 
-std::optional<PathError> path_error(std::string_view path) {
-    return parse_path(path).error;
+std::optional<PathError> path_error(TextRef path) {
+    return parse_path(path.view()).error;
 }
 
-std::string to_text(const PathError& error, std::string_view path) {
+std::string to_text(const PathError& error, TextRef text) {
+    const std::string_view path = text.view();
     const std::string_view before = path.substr(0, std::min(error.offset, path.size()));
     const std::string_view meant = path.substr(before.size(), error.length);
     return error.message + "\n" + on_one_line(path) + "\n" + std::string(bk::count_characters(before), ' ') +
            std::string(std::max<std::size_t>(bk::count_characters(meant), 1), '^') + "\n";
 }
 
-Problem to_problem(const PathError& error, std::string_view path) {
+Problem to_problem(const PathError& error, TextRef text) {
+    const std::string_view path = text.view();
     Problem problem;
-    problem.code = "malformed-path";
+    problem.code = codes::malformed_path;
     problem.message = error.message;
     problem.line = 1;
     problem.column = static_cast<unsigned int>(

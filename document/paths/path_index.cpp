@@ -104,6 +104,9 @@ PathIndex& PathIndex::operator=(PathIndex&& other) noexcept = default;
 PathIndex::~PathIndex() = default;
 
 std::string PathIndex::path_of(const ParserEntry& entry) const {
+    if (state_ == nullptr) {
+        return {};
+    }
     std::vector<std::pair<const ParserEntry*, const State::Node*>> way;
     for (const ParserEntry* at = &entry; at != nullptr; at = way.back().second->parent) {
         const State::Node* const node = state_->find(*at);
@@ -124,7 +127,7 @@ std::string PathIndex::path_of(const ParserEntry& entry) const {
 }
 
 ParserEntry* PathIndex::parent_of(const ParserEntry& entry) const noexcept {
-    const State::Node* const node = state_->find(entry);
+    const State::Node* const node = state_ == nullptr ? nullptr : state_->find(entry);
     return node == nullptr ? nullptr : node->parent;
 }
 

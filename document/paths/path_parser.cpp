@@ -12,6 +12,9 @@ namespace {
 
 using Operator = PathSelector::Operator;
 
+/// The search of an entry takes time in proportion to them.
+constexpr std::size_t most_selectors = 64;
+
 /// One function for each rule of the grammar in docs/paths.md. Each is false after an error.
 class PathParser {
 public:
@@ -68,7 +71,11 @@ private:
         if (scanner_.take('<') && !take_template(step)) {
             return false;
         }
-        while (scanner_.take('[')) {
+        while (scanner_.peek() == '[') {
+            if (step.selectors.size() == most_selectors) {
+                return scanner_.fail("too many brackets; a step has at most 64");
+            }
+            scanner_.take('[');
             PathSelector selector;
             if (!take_selector(selector)) {
                 return false;

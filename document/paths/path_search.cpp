@@ -131,7 +131,7 @@ PathSearch& PathSearch::operator=(PathSearch&& other) noexcept = default;
 PathSearch::~PathSearch() = default;
 
 bool PathSearch::next() {
-    if (!state_->path.ok() || !state_->matcher.next()) {
+    if (state_ == nullptr || !state_->path.ok() || !state_->matcher.next()) {
         return false;
     }
     state_->visit = state_->matcher.visit();
@@ -139,11 +139,13 @@ bool PathSearch::next() {
 }
 
 void PathSearch::skip_groups() noexcept {
-    state_->matcher.skip_groups();
+    if (state_ != nullptr) {
+        state_->matcher.skip_groups();
+    }
 }
 
 const Visit& PathSearch::visit() const noexcept {
-    return state_->visit;
+    return state_ == nullptr ? no_visit : state_->visit;
 }
 
 ParserEntry* find_first(const ParserGroup& group, const PathArgument& path) {

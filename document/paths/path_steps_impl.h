@@ -2,6 +2,7 @@
 
 #include "document/path.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -43,6 +44,16 @@ struct PathStep {
     std::vector<PathSelector> selectors;
     unsigned int value = no_value;
     unsigned int index_count = 0; // of its selectors
+
+    bool has_key() const noexcept {
+        return std::any_of(selectors.begin(), selectors.end(), [](const PathSelector& selector) {
+            return selector.kind == PathSelector::Kind::key;
+        });
+    }
+    /// The value that is read and set: without `@`, the one behind the key.
+    unsigned int named_value() const noexcept {
+        return value != no_value ? value : static_cast<unsigned int>(has_key());
+    }
 };
 
 /// The steps of a path. Two "**" never follow each other, and none is the last.

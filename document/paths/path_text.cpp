@@ -38,7 +38,8 @@ void put_escaped(std::string& out, char character) {
 
 } // namespace
 
-std::string path_string(std::string_view text) {
+std::string path_string(TextRef given) {
+    const std::string_view text = given.view();
     std::string out = "\"";
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t length = bk::utf8_length(text, i);
@@ -52,7 +53,8 @@ std::string path_string(std::string_view text) {
     return out += '"';
 }
 
-std::string path_name(std::string_view name) {
+std::string path_name(TextRef given) {
+    const std::string_view name = given.view();
     PathScanner scanner(name);
     std::string bare;
     return scanner.take_bare_name(bare) && scanner.is_at_end() ? bare : path_string(name);

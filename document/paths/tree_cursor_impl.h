@@ -6,6 +6,9 @@
 
 namespace bk_parser {
 
+/// Of a walk or a search that was moved from.
+inline constexpr Visit no_visit;
+
 /// A place in a tree: the entries on the way down from a group, on a stack of its own. Whoever moves it says which groups
 /// are entered. An entry that was moved in its group is found again, and one that is gone is stepped over.
 class TreeCursor {

@@ -15,7 +15,7 @@ Walker& Walker::operator=(Walker&& other) noexcept = default;
 Walker::~Walker() = default;
 
 bool Walker::next() {
-    if (!state_->cursor.next()) {
+    if (state_ == nullptr || !state_->cursor.next()) {
         return false;
     }
     state_->visit = state_->cursor.visit(Visit::whole_entry);
@@ -23,11 +23,13 @@ bool Walker::next() {
 }
 
 void Walker::skip_groups() noexcept {
-    state_->cursor.skip_groups();
+    if (state_ != nullptr) {
+        state_->cursor.skip_groups();
+    }
 }
 
 const Visit& Walker::visit() const noexcept {
-    return state_->visit;
+    return state_ == nullptr ? no_visit : state_->visit;
 }
 
 } // namespace bk_parser

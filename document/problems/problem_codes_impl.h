@@ -66,6 +66,8 @@ inline constexpr std::string_view directive_in_string = "directive-in-string";
 inline constexpr std::string_view byte_order_mark_in_string = "byte-order-mark-in-string";
 inline constexpr std::string_view nul_byte = "nul-byte";
 inline constexpr std::string_view not_utf_8 = "not-utf-8";
+// Of no document.
+inline constexpr std::string_view malformed_path = "malformed-path";
 } // namespace codes
 
 struct ProblemCode {
@@ -131,6 +133,7 @@ inline constexpr ProblemCode problem_codes[] = {
     {codes::byte_order_mark_in_string, Severity::warning, "a string holds a byte order mark"},
     {codes::nul_byte, Severity::warning, "a file holds NUL bytes"},
     {codes::not_utf_8, Severity::warning, "a file holds bytes that are no UTF-8"},
+    {codes::malformed_path, Severity::error, "a path does not follow its language"},
 };
 
 /// Of a code of the table.
