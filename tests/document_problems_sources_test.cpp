@@ -233,6 +233,16 @@ TEST_F(document_problems_files, a_directive_in_a_string_that_loses_an_entry_is_a
     EXPECT_FALSE(result.ok());
 }
 
+TEST_F(document_problems_files, a_byte_order_mark_before_the_text_is_no_column) {
+    const bk_parser::LoadResult result = load_main("\xEF\xBB\xBF"
+                                                   "b 2 %\n");
+    const std::vector<ToldProblem> told = {{"unexpected-word", true, 1, 5, 1, "unexpected '%'"}};
+    EXPECT_EQ(told_of(result), told);
+    ASSERT_EQ(result.problems.size(), 1u);
+    EXPECT_EQ(result.problems[0].offset, 7u);
+    EXPECT_EQ(result.problems[0].source_line, "b 2 %");
+}
+
 TEST_F(document_problems_files, codes_that_are_allowed_are_not_told) {
     bk_parser::LoadOptions options;
     options.allow = {"text-after-number"};

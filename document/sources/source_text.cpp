@@ -1,6 +1,7 @@
 #include "document/sources/source_text_impl.h"
 
 #include "core/text/core_utf8_impl.h"
+#include "parser/files/parser_document_impl.h"
 
 #include <algorithm>
 
@@ -10,8 +11,8 @@ void SourceText::find_lines() const {
     if (!starts_.empty()) {
         return;
     }
-    starts_.push_back(0);
     const std::string_view text = get_text();
+    starts_.push_back(text.starts_with(bk::byte_order_mark) ? bk::byte_order_mark.size() : 0);
     for (std::size_t i = text.find_first_of("\r\n"); i != std::string_view::npos;
          i = text.find_first_of("\r\n", i)) {
         i += text.substr(i, 2) == "\r\n" ? 2 : 1;
@@ -28,12 +29,13 @@ std::size_t SourceText::get_line_count() const {
 std::size_t SourceText::line_index(std::size_t offset) const {
     find_lines();
     const auto after = std::upper_bound(starts_.begin(), starts_.end(), offset);
-    return static_cast<std::size_t>(after - starts_.begin()) - 1;
+    return after == starts_.begin() ? 0 : static_cast<std::size_t>(after - starts_.begin()) - 1;
 }
 
 Place SourceText::place_of(std::size_t offset) const {
     const std::size_t line = line_index(offset);
-    if (line != counted_line_ || offset < counted_offset_) {
+    offset = std::max(offset, starts_[line]); // a byte order mark is at the first character
+    if (line != counted_line_ || offset < counted_offset_ || counted_offset_ < starts_[line]) {
         counted_line_ = line;
         counted_offset_ = starts_[line];
         counted_column_ = 1;
