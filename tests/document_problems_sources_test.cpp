@@ -11,9 +11,40 @@ const ToldRow rows[] = {
      {{"comment-joins-line", false, 2, 11, 2, "'b' joins '60.0'" + before_comment}}},
     {"a_comment_joins_a_name",
      "a on// x\ntrue 1\n",
-     {{"unquoted-string", true, 2, 1, 1,
-       "'a' has no value, and 'ontrue' is skipped: a string stands in double quotes"},
-      {"comment-joins-line", false, 2, 5, 2, "'true' joins 'on'" + before_comment}}},
+     {{"comment-joins-line", true, 2, 5, 2, "'true' joins 'on'" + before_comment}}},
+    {"a_comment_joins_a_boolean",
+     "a yes//\nb 2\n",
+     {{"comment-joins-line", true, 2, 6, 2, "'b' joins 'yes'" + before_comment}}},
+    {"a_comment_that_joins_a_name_without_value_is_a_mistake_of_its_own",
+     "a\nb//\nc 2\n",
+     {{"no-value", true, 2, 1, 1, "'a' has no value, and 'bc' is skipped"},
+      {"comment-joins-line", true, 3, 2, 2, "'c' joins 'b'" + before_comment}}},
+    {"a_comment_that_loses_a_value_is_an_error",
+     "a <empty>//\nb 2\n",
+     {{"comment-joins-line", true, 2, 10, 2, "'b' joins '<empty>'" + before_comment}}},
+    {"a_comment_that_loses_a_name_is_an_error",
+     "a 1\n%//\nb 2\n",
+     {{"comment-joins-line", true, 3, 2, 2, "'b' joins '%'" + before_comment}}},
+    {"a_version_line_that_loses_a_name_is_an_error",
+     "a 1\n\\#Brellwick_Serial_Version 1.2\nb 2\n",
+     {{"include-joins-word", true, 3, 2, 29, "'b' joins '\\'" + around_directive}}},
+    {"a_misspelled_include_that_loses_a_name_is_an_error",
+     "#Include x\na 1\n",
+     {{"include-misspelled", true, 2, 1, 8,
+       "'#Include' is a keyword here, and nothing is included: it is spelled #include \"name\", with one "
+       "blank"}}},
+    {"a_brace_too_many_is_told_behind_a_misspelled_include",
+     "#Include \"x\"}\na 1\n",
+     {{"include-misspelled", false, 2, 1, 8,
+       "'#Include' is a keyword here, and nothing is included: it is spelled #include \"name\", with one "
+       "blank"},
+      {"text-after-end", true, 2, 13, 1, "'}' closes nothing, and the text after it is not read"}}},
+    {"a_byte_order_mark_in_a_string_left_open_does_not_hide_it",
+     "a \"x\xEF\xBB\xBF\nb 2\n",
+     {{"string-left-open", true, 2, 3, 5,
+       "this string is not closed on its line: a line's end is spelled '\\n'"},
+      {"byte-order-mark-in-string", false, 2, 5, 3,
+       "an invisible byte order mark stands in this string: delete it"}}},
     {"a_comment_joins_strings",
      "a \"x\"// c\n\"y\"\n",
      {{"comment-joins-line", false, 2, 6, 2, "'\"y\"' joins '\"x\"'" + before_comment}}},
@@ -37,10 +68,10 @@ const ToldRow rows[] = {
        "blank"}}},
     {"an_include_has_double_quotes",
      "#include <x>\na 1\n#INCLUDE 'x y'\nb 1\n",
-     {{"include-misspelled", false, 2, 1, 8,
+     {{"include-misspelled", true, 2, 1, 8,
        "'#include' is a keyword here, and nothing is included: it is spelled #include \"name\", with one "
        "blank"},
-      {"include-misspelled", false, 4, 1, 8,
+      {"include-misspelled", true, 4, 1, 8,
        "'#INCLUDE' is a keyword here, and nothing is included: it is spelled #include \"name\", with one "
        "blank"}}},
     {"a_version_line_has_its_letters",
@@ -190,6 +221,26 @@ TEST_F(document_problems_files, a_directive_in_a_string_is_obeyed) {
         {"directive-in-string", false, 2, 8, 16,
          "a directive is obeyed inside a string, too: spell it otherwise"}};
     EXPECT_EQ(told_of(load_main(version_line + "a \"see #include \"x.bkd\"\"\n")), told);
+}
+
+TEST_F(document_problems_files, a_directive_in_a_string_that_loses_an_entry_is_an_error) {
+    folder.write("inc.bkd", "c 3\n");
+    const bk_parser::LoadResult result = load_main("a \"x #include \"inc.bkd\"\"\nb 2\n");
+    const std::vector<ToldProblem> told = {
+        {"directive-in-string", true, 1, 6, 18,
+         "a directive is obeyed inside a string, too: spell it otherwise"}};
+    EXPECT_EQ(told_of(result), told);
+    EXPECT_FALSE(result.ok());
+}
+
+TEST_F(document_problems_files, a_byte_order_mark_before_the_text_is_no_column) {
+    const bk_parser::LoadResult result = load_main("\xEF\xBB\xBF"
+                                                   "b 2 %\n");
+    const std::vector<ToldProblem> told = {{"unexpected-word", true, 1, 5, 1, "unexpected '%'"}};
+    EXPECT_EQ(told_of(result), told);
+    ASSERT_EQ(result.problems.size(), 1u);
+    EXPECT_EQ(result.problems[0].offset, 7u);
+    EXPECT_EQ(result.problems[0].source_line, "b 2 %");
 }
 
 TEST_F(document_problems_files, codes_that_are_allowed_are_not_told) {

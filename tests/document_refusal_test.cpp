@@ -42,6 +42,11 @@ TEST(document_refusal, json_is_one_problem) {
     EXPECT_EQ(kind_of("[1, 2, 3]"), "JSON");
     EXPECT_EQ(kind_of("[\n  {\"a\": 1}\n]"), "JSON");
     EXPECT_EQ(kind_of("[]"), "JSON");
+    EXPECT_EQ(kind_of("{ // a comment\n  \"a\": 1\n}"), "JSON");
+    EXPECT_EQ(kind_of("{\n/* a\n comment */ \"a\": 1}"), "JSON");
+    EXPECT_EQ(kind_of("{ // nothing\n}"), "JSON");
+    EXPECT_EQ(kind_of("null"), "JSON");
+    EXPECT_EQ(kind_of(" true\n"), "JSON");
     EXPECT_EQ(kind_of("// a comment\n{\"a\": 1}"), "JSON");
 }
 

@@ -106,19 +106,31 @@ std::string_view kind_of_wide_text(std::string_view sample) noexcept {
     return {};
 }
 
+std::string_view behind_blanks(std::string_view text) noexcept {
+    const auto first = std::find_if_not(text.begin(), text.end(), is_blank);
+    return text.substr(static_cast<std::size_t>(first - text.begin()));
+}
+
 /// The text from its first word on: behind a byte order mark, blanks and comments.
 std::string_view from_first_word(std::string_view text) noexcept {
     if (text.starts_with(byte_order_mark)) {
         text.remove_prefix(byte_order_mark.size());
     }
-    for (;;) {
-        text.remove_prefix(
-            static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), is_blank) - text.begin()));
-        if (!text.starts_with("//")) {
-            return text;
-        }
-        text.remove_prefix(std::min(text.find('\n'), text.size()));
+    text = behind_blanks(text);
+    while (text.starts_with("//")) {
+        text = behind_blanks(text.substr(std::min(text.find('\n'), text.size())));
     }
+    return text;
+}
+
+/// The same, behind comments of both kinds that JSON may have.
+std::string_view from_first_json_word(std::string_view text) noexcept {
+    text = from_first_word(text);
+    while (text.starts_with("/*")) {
+        const std::size_t end = text.find("*/", 2);
+        text = from_first_word(end == std::string_view::npos ? std::string_view() : text.substr(end + 2));
+    }
+    return text;
 }
 
 char next_but_blanks(std::string_view text) noexcept {
@@ -128,17 +140,24 @@ char next_but_blanks(std::string_view text) noexcept {
 
 /// `{ "name":` or `{}`: a document that begins with a brace by mistake does not go on so.
 bool is_json_object(std::string_view text) noexcept {
-    text.remove_prefix(1);
-    const char first = next_but_blanks(text);
-    if (first == '}') {
-        return from_first_word(text.substr(text.find('}') + 1)).empty();
+    text = from_first_json_word(text.substr(1));
+    if (text.starts_with('}')) {
+        return from_first_word(text.substr(1)).empty();
     }
-    if (first != '"') {
+    if (!text.starts_with('"')) {
         return false;
     }
-    text.remove_prefix(text.find('"') + 1);
+    text.remove_prefix(1);
     const std::size_t quote = text.find('"');
     return quote != std::string_view::npos && next_but_blanks(text.substr(quote + 1)) == ':';
+}
+
+/// A word of JSON and nothing else. A string or a number alone may be a value that a document includes.
+bool is_json_word(std::string_view text) noexcept {
+    const std::size_t end =
+        static_cast<std::size_t>(std::find_if(text.begin(), text.end(), is_blank) - text.begin());
+    const std::string_view word = text.substr(0, end);
+    return (word == "null" || word == "true" || word == "false") && behind_blanks(text.substr(end)).empty();
 }
 
 /// No word of a document begins with a bracket.
@@ -163,6 +182,9 @@ bool is_markup(std::string_view text) noexcept {
 
 std::string_view kind_of_other_syntax(std::string_view sample) noexcept {
     const std::string_view text = from_first_word(sample);
+    if (sample.size() < sample_size && is_json_word(text)) {
+        return "JSON";
+    }
     if (text.starts_with('{')) {
         return is_json_object(text) ? "JSON" : std::string_view();
     }

@@ -1,5 +1,6 @@
 #include "document/paths/path_scanner_impl.h"
 
+#include "core/text/core_hexadecimal_impl.h"
 #include "core/text/core_utf8_impl.h"
 
 namespace bk_parser {
@@ -7,7 +8,6 @@ namespace bk_parser {
 namespace {
 
 void put_escaped(std::string& out, char character) {
-    static constexpr char digits[] = "0123456789ABCDEF";
     const auto byte = static_cast<unsigned char>(character);
     switch (character) {
     case '"':
@@ -28,9 +28,9 @@ void put_escaped(std::string& out, char character) {
         if (byte >= ' ' && byte < 0x7F) {
             out += character;
         } else {
-            out += "\\x";
-            out += digits[byte >> 4];
-            out += digits[byte & 15];
+            char spelled[4] = {'\\', 'x'};
+            bk::put_hexadecimal(spelled + 2, byte);
+            out.append(spelled, sizeof spelled);
         }
         break;
     }

@@ -1,3 +1,4 @@
+#include "core/text/core_hexadecimal_impl.h"
 #include "document/problems/problem_codes_impl.h"
 #include "document/problems/shown_word_impl.h"
 #include "document/problems/value_checks_impl.h"
@@ -15,8 +16,9 @@ constexpr unsigned char no_digit = 0xFF;
 constexpr std::array<unsigned char, 256> make_digit_values() {
     std::array<unsigned char, 256> values{};
     values.fill(no_digit);
-    for (unsigned int i = 0; i < 16; ++i) {
-        values[static_cast<unsigned char>("0123456789ABCDEF"[i])] = static_cast<unsigned char>(i);
+    for (std::size_t i = 0; i < 128; ++i) {
+        const int value = bk::hexadecimal_value(static_cast<char>(i));
+        values[i] = value < 0 ? no_digit : static_cast<unsigned char>(value);
     }
     return values;
 }
@@ -48,12 +50,12 @@ std::uint32_t checksum_of(std::string_view digits) noexcept {
 }
 
 std::string spelled_checksum(std::uint32_t sum) {
-    std::string text;
+    char text[checksum_length];
+    char* out = text;
     for (int shift = 0; shift < 32; shift += 8) {
-        text += "0123456789ABCDEF"[sum >> (shift + 4) & 15];
-        text += "0123456789ABCDEF"[sum >> shift & 15];
+        out = bk::put_hexadecimal(out, static_cast<unsigned char>(sum >> shift & 0xFF));
     }
-    return text;
+    return {text, sizeof text};
 }
 
 ValueFlaw flaw_of_digits(std::string_view word, std::size_t from) {

@@ -54,7 +54,7 @@ bool FaultStory::tell_conflict(const Spot& spot) {
         const std::size_t last = find_conflict_end(source.get_text(), begin);
         const std::size_t first_line = source.place_of(begin).line;
         std::string lines = ", line " + std::to_string(first_line);
-        conflict_ = {spot.inclusion, begin, line_end};
+        conflict_ = {spot.inclusion, begin, line_end, {}};
         if (last != source.get_text().size()) {
             conflict_.end = source.line_end(last);
             lines =

@@ -49,6 +49,8 @@ std::size_t FaultStory::tell_names(std::size_t i) {
     const bool has_head =
         is_explained ||
         (first.head_length != 0 && is_blank_or_equals(text_.substr(head_end, first.start - head_end)));
+    const Reason reason = is_explained ? last_reason_ : cover_.reason;
+    last_reason_.reset();
     const std::vector<Name> names = names_of_run(records_.subspan(i, end - i), has_head);
     const std::size_t last_end = std::size_t{records_[end - 1].start} + records_[end - 1].length;
     const std::size_t next = std::min(text_.find_first_not_of(" \t\r\n", last_end), text_.size());
@@ -68,7 +70,11 @@ std::size_t FaultStory::tell_names(std::size_t i) {
         const bool is_whole =
             after == names.size() && follower_count == 0 && has_value_behind; // it has a value
         const bool is_told_already = k == 0 && has_head && (is_explained || is_covered(names[0].spot));
-        if (!is_told_already && (!is_whole || k == 0)) {
+        const bool is_join_meant = // where a value was meant
+            follower_count != 0 ? names[k + 1].is_joined : k == 0 && !has_head && names[0].is_joined;
+        if (is_told_already) {
+            lose(first, reason);
+        } else if (!is_join_meant && (!is_whole || k == 0)) {
             tell_name_without_value(std::span(names).subspan(k), follower_count);
         }
         k = after;
@@ -76,11 +82,12 @@ std::size_t FaultStory::tell_names(std::size_t i) {
     return end;
 }
 
-std::vector<FaultStory::Name> FaultStory::names_of_run(Records run, bool has_head) const {
+/// What joined the words of one of them is an error.
+std::vector<FaultStory::Name> FaultStory::names_of_run(Records run, bool has_head) {
     std::vector<Name> names;
     if (has_head) {
         const std::string_view head = text_.substr(run.front().head_start, run.front().head_length);
-        names.push_back({head, spot_of(head), true});
+        names.push_back({head, spot_of(head), true, false});
     }
     for (const FaultRecord& record : run) {
         const std::string_view word = word_of(record);
@@ -90,7 +97,8 @@ std::vector<FaultStory::Name> FaultStory::names_of_run(Records run, bool has_hea
             const SourceText& source = sources_.file_of(spot).text;
             begins_line = source.line_begin(spot.offset) != source.line_begin(names.back().spot.offset);
         }
-        names.push_back({word, spot, begins_line});
+        joins_.lose(record.start, record.length, losses_);
+        names.push_back({word, spot, begins_line, joins_.is_inside(record.start, record.length)});
     }
     return names;
 }

@@ -70,11 +70,13 @@ void FaultStory::tell_place(const FaultRecord& record, const Spot& spot) {
     const auto* const text =
         std::find_if(std::begin(place_texts), std::end(place_texts),
                      [&record](const PlaceText& row) { return row.kind == record.kind; });
-    if (text != std::end(place_texts)) {
-        add(text->code, shown(word) + std::string(text->message), spot);
+    if (text == std::end(place_texts)) {
+        return;
     }
+    add(text->code, shown(word) + std::string(text->message), spot);
     if (record.kind == FaultRecord::misspelled_include || record.kind == FaultRecord::misspelled_version) {
-        cover_line(spot);
+        last_reason_ = spot;
+        cover_line(spot, spot);
     }
 }
 

@@ -26,6 +26,10 @@ bool needs_entry(unsigned int kind) noexcept {
     }
 }
 
+bool is_misspelled(unsigned int kind) noexcept {
+    return kind == FaultRecord::misspelled_include || kind == FaultRecord::misspelled_version;
+}
+
 bool is_mark(std::string_view word) noexcept {
     return word == "," || word == "=";
 }
@@ -33,16 +37,23 @@ bool is_mark(std::string_view word) noexcept {
 } // namespace
 
 FaultStory::FaultStory(const FaultRecorder& faults, const SourceMap& sources, const Joins& joins,
-                       const ParserLimits& limits, ProblemList& problems)
+                       const ParserLimits& limits, Losses& losses, ProblemList& problems)
     : faults_(faults), records_(faults.get_records()), text_(faults.get_text()), sources_(sources),
-      joins_(joins), limits_(limits), problems_(problems), lines_(sources),
+      joins_(joins), limits_(limits), losses_(losses), problems_(problems), lines_(sources),
       has_open_quote_(sources.get_files().size()) {}
 
-void FaultStory::tell() {
+void FaultStory::explain() {
     for (std::size_t i = 0; i < records_.size();) {
         const std::size_t next = tell_from(i);
         last_ = &records_[next - 1];
         i = next;
+    }
+}
+
+void FaultStory::tell() {
+    for (Told& problem : told_) {
+        problems_.add(losses_.severity(problem.code, problem.spot), problem.code, std::move(problem.message),
+                      problem.spot);
     }
 }
 
@@ -57,12 +68,13 @@ std::size_t FaultStory::tell_from(std::size_t i) {
     if (record.kind == Observer::FAULT_GROUP_WITHOUT_ENTRY && lost_brace_ == nullptr) {
         lost_brace_ = &record;
     }
-    if (is_covered(spot) || tell_conflict(spot) || tell_comment_as_text(spot) || is_consequence(record)) {
+    if (is_explained(record, spot)) {
         return i + 1;
     }
     if (record.kind == Observer::FAULT_NO_VALUE) {
         return tell_names(i);
     }
+    last_reason_.reset();
     if (record.kind == Observer::FAULT_UNKNOWN_WORD) {
         tell_word(record, spot);
     } else {
@@ -71,10 +83,39 @@ std::size_t FaultStory::tell_from(std::size_t i) {
     return i + 1;
 }
 
-bool FaultStory::is_consequence(const FaultRecord& record) const {
-    if (record.kind != Observer::FAULT_NO_VALUE && joins_.is_inside(record.start, record.length)) {
-        return true;
+/// Whether nothing is to be told of a fault but what was told before it, or was told of the line now.
+bool FaultStory::is_explained(const FaultRecord& record, const Spot& spot) {
+    const bool ends_text = record.kind == Observer::FAULT_TEXT_AFTER_END; // more than a line is lost
+    if (is_covered(spot) && !(ends_text && cover_.reason)) {
+        last_reason_ = cover_.reason;
+    } else if (tell_conflict(spot) || tell_comment_as_text(spot)) {
+        last_reason_.reset();
+    } else if (is_joined(record)) {
+        last_reason_ = *joins_.find_inside(record.start, record.length);
+    } else if (!is_consequence(record)) {
+        return false;
     }
+    lose(record, last_reason_);
+    return true;
+}
+
+/// What explains a fault is an error, whatever its code is: the log would be told that something is left out.
+void FaultStory::lose(const FaultRecord& record, const Reason& reason) {
+    if (is_misspelled(record.kind)) {
+        return;
+    }
+    joins_.lose(record.start, record.length, losses_);
+    if (reason) {
+        losses_.add(*reason);
+    }
+}
+
+/// Whether words have become one in it. A name where a value was missing may be a mistake all the same.
+bool FaultStory::is_joined(const FaultRecord& record) const noexcept {
+    return record.kind != Observer::FAULT_NO_VALUE && joins_.is_inside(record.start, record.length);
+}
+
+bool FaultStory::is_consequence(const FaultRecord& record) const {
     if (last_ == nullptr || last_->epoch != record.epoch || !needs_entry(record.kind)) {
         return false;
     }
@@ -93,13 +134,14 @@ bool FaultStory::is_covered(const Spot& spot) const noexcept {
     return spot.inclusion == cover_.inclusion && spot.offset >= cover_.begin && spot.offset < cover_.end;
 }
 
-void FaultStory::cover(const Spot& spot, std::size_t begin, std::size_t end) noexcept {
-    cover_ = {spot.inclusion, begin, end};
+void FaultStory::cover(const Spot& spot, std::size_t begin, std::size_t end, const Reason& reason) noexcept {
+    cover_ = {spot.inclusion, begin, end, reason};
 }
 
 /// The rest of the line, the line's end left out.
-void FaultStory::cover_line(const Spot& spot) noexcept {
-    cover(spot, spot.offset, std::max(sources_.file_of(spot).text.line_end(spot.offset), spot.offset + 1));
+void FaultStory::cover_line(const Spot& spot, const Reason& reason) noexcept {
+    cover(spot, spot.offset, std::max(sources_.file_of(spot).text.line_end(spot.offset), spot.offset + 1),
+          reason);
 }
 
 std::string_view FaultStory::word_of(const FaultRecord& record) const noexcept {
@@ -115,7 +157,7 @@ Spot FaultStory::spot_of(std::string_view word) const {
 }
 
 void FaultStory::add(std::string_view code, std::string message, const Spot& spot) {
-    problems_.add(code, std::move(message), spot);
+    told_.push_back({code, std::move(message), spot});
 }
 
 } // namespace bk_parser

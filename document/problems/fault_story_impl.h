@@ -3,10 +3,12 @@
 #include "document/problems/fault_record_impl.h"
 #include "document/problems/joins_impl.h"
 #include "document/problems/line_reader_impl.h"
+#include "document/problems/losses_impl.h"
 #include "document/problems/problem_list_impl.h"
 #include "parser/parser_limits.h"
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -25,33 +27,48 @@ class FaultStory {
 public:
     /// The arguments outlive the story.
     FaultStory(const FaultRecorder& faults, const SourceMap& sources, const Joins& joins,
-               const ParserLimits& limits, ProblemList& problems);
+               const ParserLimits& limits, Losses& losses, ProblemList& problems);
 
-    /// Linear in the faults and the lines that they stand in.
+    /// Finds the problems, and what was lost by others. Linear in the faults and the lines that they stand in.
+    void explain();
     void tell();
 
 private:
     using Records = std::span<const FaultRecord>;
+
+    /// Where the warning stands that explains faults; none when an error does.
+    using Reason = std::optional<Spot>;
 
     /// A piece of a source that is explained.
     struct Cover {
         std::size_t inclusion = 0;
         std::size_t begin = 0;
         std::size_t end = 0;
+        Reason reason;
+    };
+    /// A problem: how severe it is shows when all faults are explained.
+    struct Told {
+        std::string_view code;
+        std::string message;
+        Spot spot;
     };
     /// A word of a run of names without values.
     struct Name {
         std::string_view word;
         Spot spot;
         bool begins_line; // no other name of the run stands before it on its line
+        bool is_joined;   // of several words
     };
 
     // fault_story.cpp
     std::size_t tell_from(std::size_t i);
+    bool is_explained(const FaultRecord& record, const Spot& spot);
+    void lose(const FaultRecord& record, const Reason& reason);
+    bool is_joined(const FaultRecord& record) const noexcept;
     bool is_consequence(const FaultRecord& record) const;
     bool is_covered(const Spot& spot) const noexcept;
-    void cover(const Spot& spot, std::size_t begin, std::size_t end) noexcept;
-    void cover_line(const Spot& spot) noexcept;
+    void cover(const Spot& spot, std::size_t begin, std::size_t end, const Reason& reason = {}) noexcept;
+    void cover_line(const Spot& spot, const Reason& reason = {}) noexcept;
     std::string_view word_of(const FaultRecord& record) const noexcept;
     std::string_view text_of(const Spot& spot) const noexcept;
     Spot spot_of(std::string_view word) const;
@@ -70,7 +87,7 @@ private:
 
     // fault_names.cpp
     std::size_t tell_names(std::size_t i);
-    std::vector<Name> names_of_run(Records run, bool has_head) const;
+    std::vector<Name> names_of_run(Records run, bool has_head);
     void tell_name_without_value(std::span<const Name> names, std::size_t follower_count);
 
     // fault_places.cpp
@@ -84,13 +101,16 @@ private:
     const SourceMap& sources_;
     const Joins& joins_;
     const ParserLimits& limits_;
+    Losses& losses_;
     ProblemList& problems_;
 
     LineReaders lines_;
     std::vector<bool> has_open_quote_; // of files
     Cover cover_;
     Cover conflict_;
+    std::vector<Told> told_;
     const FaultRecord* last_ = nullptr;       // told or explained
+    Reason last_reason_;                      // of that one
     const FaultRecord* lost_brace_ = nullptr; // a brace that opened no group
 };
 

@@ -37,9 +37,9 @@ std::string unexpected(std::string_view word) {
 
 void FaultStory::tell_word(const FaultRecord& record, const Spot& spot) {
     const std::string_view word = word_of(record);
-    if (word.find(bk::byte_order_mark) != std::string_view::npos) {
-        const std::size_t at = word.find(bk::byte_order_mark);
-        const Spot mark = sources_.find(record.start + at, bk::byte_order_mark.size());
+    const std::size_t at = word.find(bk::byte_order_mark);
+    const Spot mark = sources_.find(record.start + std::min(at, word.size()), bk::byte_order_mark.size());
+    if (at != std::string_view::npos && lines_.state_at(mark) != LineReader::State::string) {
         add(codes::byte_order_mark,
             "an invisible byte order mark stands here: save the file without a byte order mark", mark);
     } else if (word[0] == '"') {
@@ -63,8 +63,12 @@ void FaultStory::tell_word(const FaultRecord& record, const Spot& spot) {
 
 void FaultStory::tell_string(std::string_view word, const Spot& spot) {
     const std::string_view behind = text_of(spot).substr(spot.offset + spot.length);
-    if (behind.starts_with("#include \"") || behind.starts_with(bk::version_directive)) {
-        cover_line(spot); // the directive is told
+    const Spot next{spot.inclusion, spot.offset + spot.length, 0, spot.expanded + spot.length};
+    if ((behind.starts_with(bk::include_directive) || behind.starts_with(bk::version_directive)) &&
+        lines_.state_at(next) == LineReader::State::string) {
+        last_reason_ = next; // the directive is told
+        losses_.add(next);
+        cover_line(spot, next);
         return;
     }
     if (const std::size_t last = word.find("\\\\\""); last != std::string_view::npos) {

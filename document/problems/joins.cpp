@@ -64,37 +64,47 @@ Taken taken_before(const SourceMap& sources, const Piece& before, const Piece& p
 
 Joins::Joins(std::string_view expanded, const SourceMap& sources) {
     const std::vector<Piece>& pieces = sources.get_pieces();
+    LineReaders lines(sources);
     for (std::size_t i = 1; i < pieces.size(); ++i) {
         const std::size_t at = pieces[i].expanded;
         if (at < expanded.size() && !ends_word(expanded[at - 1]) && !ends_word(expanded[at]) &&
             !expanded.substr(0, at).ends_with(bk::byte_order_mark)) {
-            pieces_.push_back(i);
-            offsets_.push_back(pieces[i].expanded);
+            const Taken taken = taken_before(sources, pieces[i - 1], pieces[i]);
+            const bool in_string = lines.state_at(taken.spot) == LineReader::State::string;
+            if (!in_string || !taken.is_comment) {
+                joins_.push_back({taken.spot, taken.is_comment, in_string});
+                offsets_.push_back(pieces[i].expanded);
+            }
         }
     }
 }
 
-bool Joins::is_inside(std::size_t start, std::size_t length) const noexcept {
+const Spot* Joins::find_inside(std::size_t start, std::size_t length) const noexcept {
     const auto first = std::upper_bound(offsets_.begin(), offsets_.end(), start);
-    return first != offsets_.end() && *first < start + length;
+    const bool is_found = first != offsets_.end() && *first < start + length;
+    return is_found ? &joins_[static_cast<std::size_t>(first - offsets_.begin())].taken : nullptr;
 }
 
-void Joins::tell(std::string_view expanded, const SourceMap& sources, ProblemList& problems) const {
-    LineReaders lines(sources);
-    for (const std::size_t i : pieces_) {
-        const Piece& piece = sources.get_pieces()[i];
-        const Taken taken = taken_before(sources, sources.get_pieces()[i - 1], piece);
-        if (lines.state_at(taken.spot) == LineReader::State::string) {
-            continue; // what is told of the string is the reason
+void Joins::lose(std::size_t start, std::size_t length, Losses& losses) const {
+    const auto first = std::upper_bound(offsets_.begin(), offsets_.end(), start);
+    for (auto at = first; at != offsets_.end() && *at < start + length; ++at) {
+        losses.add(joins_[static_cast<std::size_t>(at - offsets_.begin())].taken);
+    }
+}
+
+void Joins::tell(std::string_view expanded, const Losses& losses, ProblemList& problems) const {
+    for (std::size_t i = 0; i < joins_.size(); ++i) {
+        const Join& join = joins_[i];
+        if (join.is_in_string) {
+            continue;
         }
-        const std::string words = shown(word_from(expanded, piece.expanded)) + " joins " +
-                                  shown(word_before(expanded, piece.expanded));
-        if (taken.is_comment) {
-            problems.add(codes::comment_joins_line, words + ": put a blank before the comment", taken.spot);
-        } else {
-            problems.add(codes::include_joins_word,
-                         words + ": put a blank or a line end before and behind the directive", taken.spot);
-        }
+        const std::string words =
+            shown(word_from(expanded, offsets_[i])) + " joins " + shown(word_before(expanded, offsets_[i]));
+        const std::string_view code = join.is_comment ? codes::comment_joins_line : codes::include_joins_word;
+        const std::string_view advice = join.is_comment
+                                            ? ": put a blank before the comment"
+                                            : ": put a blank or a line end before and behind the directive";
+        problems.add(losses.severity(code, join.taken), code, words + std::string(advice), join.taken);
     }
 }
 

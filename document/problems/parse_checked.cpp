@@ -15,9 +15,12 @@ void parse_checked(ParserGroup& root, std::string_view expanded, bool has_escape
     bk::Grammar<CheckedSink> grammar(expanded, sink);
     grammar.run([&meter](const bk::WordStream& words, bool) { meter.reach(words.consumed()); });
     sink.finish();
-    joins.tell(expanded, sources, problems);
-    check_sources(sources, has_escapes, problems);
-    FaultStory(sink.get_faults(), sources, joins, limits, problems).tell();
+    Losses losses(sources);
+    FaultStory story(sink.get_faults(), sources, joins, limits, losses, problems);
+    story.explain();
+    joins.tell(expanded, losses, problems);
+    check_sources(sources, has_escapes, losses, problems);
+    story.tell();
 }
 
 } // namespace bk_parser

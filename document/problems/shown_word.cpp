@@ -1,5 +1,6 @@
 #include "document/problems/shown_word_impl.h"
 
+#include "core/text/core_hexadecimal_impl.h"
 #include "core/text/core_utf8_impl.h"
 
 namespace bk_parser {
@@ -7,13 +8,11 @@ namespace bk_parser {
 namespace {
 
 constexpr std::size_t longest_word = 60;
-constexpr char digits[] = "0123456789ABCDEF";
 
 void put_byte(std::string& out, char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    out += "\\x";
-    out += digits[byte / 16];
-    out += digits[byte % 16];
+    char spelled[4] = {'\\', 'x'};
+    bk::put_hexadecimal(spelled + 2, static_cast<unsigned char>(character));
+    out.append(spelled, sizeof spelled);
 }
 
 } // namespace

@@ -23,9 +23,9 @@ constexpr std::string_view blanks = " \t\r\n";
 class FileChecks {
 public:
     FileChecks(std::size_t inclusion, std::size_t expanded, std::string_view text, bool has_escapes,
-               ProblemList& problems)
-        : inclusion_(inclusion), text_(text), has_escapes_(has_escapes), problems_(problems), quotes_(text),
-          stray_(find_stray_bytes(text)), expanded_(expanded) {}
+               const Losses& losses, ProblemList& problems)
+        : inclusion_(inclusion), text_(text), has_escapes_(has_escapes), losses_(losses), problems_(problems),
+          quotes_(text), stray_(find_stray_bytes(text)), expanded_(expanded) {}
 
     std::size_t get_inclusion() const noexcept { return inclusion_; }
 
@@ -73,9 +73,9 @@ private:
 
     void check_directive(std::size_t at, std::size_t length, std::size_t expanded) {
         if (quotes_.state_at(at) == LineReader::State::string) {
-            problems_.add(codes::directive_in_string,
-                          "a directive is obeyed inside a string, too: spell it otherwise",
-                          spot(at, length, expanded));
+            const Spot place = spot(at, length, expanded);
+            problems_.add(losses_.severity(codes::directive_in_string, place), codes::directive_in_string,
+                          "a directive is obeyed inside a string, too: spell it otherwise", place);
         }
     }
 
@@ -155,6 +155,7 @@ private:
     std::size_t inclusion_;
     std::string_view text_;
     bool has_escapes_;
+    const Losses& losses_;
     ProblemList& problems_;
     LineReader quotes_;
     StrayBytes stray_;
@@ -166,14 +167,15 @@ private:
 
 } // namespace
 
-void check_sources(const SourceMap& sources, bool has_escapes, ProblemList& problems) {
+void check_sources(const SourceMap& sources, bool has_escapes, const Losses& losses, ProblemList& problems) {
     std::vector<FileChecks> files;
     files.reserve(sources.get_files().size());
     for (std::size_t i = 0; i < sources.get_inclusion_count();
          ++i) { // files are in the order of their first inclusion
         if (sources.file_of_inclusion(i) == files.size()) {
             files.emplace_back(i, sources.inclusion(i).directive.expanded,
-                               sources.get_files()[files.size()]->text.get_text(), has_escapes, problems);
+                               sources.get_files()[files.size()]->text.get_text(), has_escapes, losses,
+                               problems);
         }
     }
     for (const SourceMap::Piece& piece : sources.get_pieces()) {

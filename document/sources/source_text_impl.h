@@ -10,7 +10,7 @@
 namespace bk_parser {
 
 /// A place as an editor shows it, both counted from 1. A column is a character: a tab is one, and so is each
-/// well-formed UTF-8 character and each byte that belongs to none.
+/// well-formed UTF-8 character and each byte that belongs to none. A byte order mark at the beginning of the file is none.
 struct Place {
     std::size_t line = 1;
     std::size_t column = 1;
@@ -27,7 +27,7 @@ public:
     /// Logarithmic in the lines, and linear in the line; places asked for from left to right cost one walk
     /// of it.
     Place place_of(std::size_t offset) const;
-    /// Where the line of an offset begins and ends, its line end left out.
+    /// Where the line of an offset begins and ends, its line end and the file's byte order mark left out.
     std::size_t line_begin(std::size_t offset) const;
     std::size_t line_end(std::size_t offset) const;
 
