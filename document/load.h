@@ -54,10 +54,10 @@ struct LoadOptions {
     std::string key;
     /// What the load may cost.
     ParserLimits limits = ParserLimits::untrusted();
-    /// Called about a hundred times with how much of the load is done, from 0 to 1 and never falling. When it
-    /// returns false, the load is cancelled. What it throws passes through `load`.
+    /// Called about a hundred times with how much of the load is done, from 0 to 1 and never falling. 1 is told once,
+    /// when the problems are found, too. When it returns false, the load is cancelled. What it throws passes through `load`.
     std::function<bool(double)> progress;
-    /// Codes of problems that are not told.
+    /// Codes of warnings that are not told. Errors are always told.
     std::vector<std::string> allow;
 };
 
@@ -65,7 +65,8 @@ struct LoadOptions {
 struct LoadResult {
     /// Everything that could be read; empty when the load was cancelled or refused.
     Document document;
-    /// In the order of the text.
+    /// In the order of the text, what has no place first. At most 10,000, or ParserLimits::message_count when that is
+    /// less; when there are more, one further problem, "more-problems", is the last and says how many.
     std::vector<Problem> problems;
     bool cancelled = false;
     /// Whether the whole document was read: not cancelled, and no problem is an error.

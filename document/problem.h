@@ -20,7 +20,8 @@ struct Problem {
     Severity severity = Severity::error;
     /// Stable across versions, such as "comment-joins-line". docs/problems.md has a section for each code.
     std::string code;
-    /// What was found and what to do, in plain words, on one line, without the place.
+    /// What was found and what to do, in plain words, on one line, without the place. Control characters and bytes that are no UTF-8,
+    /// which names of files may hold, are spelled as "\x1B".
     std::string message;
     /// The file that holds the place; empty for a document in memory.
     std::filesystem::path file;
@@ -30,8 +31,9 @@ struct Problem {
     /// The place in bytes of that file, as it is after deciphering.
     std::size_t offset = 0;
     std::size_t length = 0;
-    /// The line that holds the place, without its line end; cut after 4096 bytes, and left out
-    /// when the lines of the problems before it take 64 MB.
+    /// The line that holds the place, without its line end, as it is in the file: it may hold tabs, control characters and
+    /// bytes that are no UTF-8. It is cut after 4096 bytes, before a character that would be cut in two, so that
+    /// `column` may lie beyond its end. Left out when the lines of the problems before it take 64 MB.
     std::string source_line;
     /// The files that led to `file`, the innermost first: each includes the one before it.
     std::vector<std::filesystem::path> included_from;

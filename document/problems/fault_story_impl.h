@@ -27,8 +27,8 @@ public:
     FaultStory(const FaultRecorder& faults, const SourceMap& sources, const Joins& joins,
                const ParserLimits& limits, ProblemList& problems);
 
-    /// Linear in the faults and the lines that they stand in.
-    void tell();
+    /// Linear in the faults and the lines that they stand in. The pace is told how many faults are done.
+    void tell(bk::Pace& pace);
 
 private:
     using Records = std::span<const FaultRecord>;

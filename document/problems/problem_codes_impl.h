@@ -66,6 +66,8 @@ inline constexpr std::string_view directive_in_string = "directive-in-string";
 inline constexpr std::string_view byte_order_mark_in_string = "byte-order-mark-in-string";
 inline constexpr std::string_view nul_byte = "nul-byte";
 inline constexpr std::string_view not_utf_8 = "not-utf-8";
+// About the list itself; an error when an error is left out.
+inline constexpr std::string_view more_problems = "more-problems";
 } // namespace codes
 
 struct ProblemCode {
@@ -131,6 +133,7 @@ inline constexpr ProblemCode problem_codes[] = {
     {codes::byte_order_mark_in_string, Severity::warning, "a string holds a byte order mark"},
     {codes::nul_byte, Severity::warning, "a file holds NUL bytes"},
     {codes::not_utf_8, Severity::warning, "a file holds bytes that are no UTF-8"},
+    {codes::more_problems, Severity::error, "there are more problems than are told"},
 };
 
 /// Of a code of the table.

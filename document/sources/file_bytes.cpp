@@ -13,6 +13,14 @@ namespace {
 
 constexpr std::size_t piece_size = std::size_t{1} << 18; // hashed while it is in the processor's cache
 
+constexpr core_uint64 head_size = 4096;
+
+/// Of a pipe or a device it shows at the end.
+bool is_size_known(const std::string& path) {
+    const SysPathInfo info = SysDevice::get().inspect(path);
+    return info.kind == SysPathKind::regular && info.size != 0;
+}
+
 /// The last reason, or a general one when the device gives none.
 std::string reason_or(const char* general) {
     std::string reason = bk::last_system_reason();
@@ -70,13 +78,18 @@ FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Rang
     }
     bk::FileInput input;
     bk::forget_system_reason();
-    if (!input.open(path, false)) {
+    if (!input.open(path, false,
+                    static_cast<core_int64>(std::min(most, CoreString::max_length + core_uint64{0})))) {
         file.reason = reason_or("cannot be opened");
         return file;
     }
     const auto size = static_cast<core_uint64>(input.size());
     if (size > most) {
         file.is_too_large = true;
+        file.size = is_size_known(path) ? size : 0;
+        char* const bytes =
+            file.bytes.resize(static_cast<unsigned int>(std::min<core_uint64>(head_size, size)));
+        file.bytes.resize(static_cast<unsigned int>(input.read(bytes, file.bytes.get_length())));
         return file;
     }
     meter.start(range, static_cast<std::size_t>(size));
