@@ -33,7 +33,7 @@ public:
     const ParserGroup& root() const;
     /// The form that it was loaded from, or was saved in last.
     Form form() const;
-    /// The file that it was loaded from, or was saved to last; empty when there is none.
+    /// The file that it was loaded from, or was saved to last, as it was given; empty when there is none.
     const std::filesystem::path& path() const;
     /// Absolute paths of the files that it includes, each once, in the order of their first inclusion.
     const std::vector<std::filesystem::path>& dependencies() const;
@@ -46,7 +46,8 @@ private:
 
 /// How to load a document.
 struct LoadOptions {
-    /// Folders to search for included files, in this order.
+    /// Folders to search for included files, in this order. At last `load` tries the name as it stands: an absolute path,
+    /// or one from the working folder. `parse` does not.
     std::vector<std::filesystem::path> search;
     /// Whether an included file is searched for beside the file that includes it, before the search folders.
     bool beside = true;
@@ -75,7 +76,8 @@ struct LoadResult {
 
 /// Loads a document in any stored form, which is found from its first bytes. Never fails without a problem that says why:
 /// a file that cannot be opened, or that is no document (JSON, an image, UTF-16), is one problem, and the
-/// document is empty. Linear in the size of the files.
+/// document is empty. So is one of a device other than a pipe. A named pipe that nobody writes to blocks.
+/// Linear in the size of the files.
 [[nodiscard]] BK_PARSER_API LoadResult load(const std::filesystem::path& path,
                                             const LoadOptions& options = {});
 

@@ -23,7 +23,7 @@ struct Problem {
     /// What was found and what to do, in plain words, on one line, without the place. Control characters and bytes that are no UTF-8,
     /// which names of files may hold, are spelled as "\x1B".
     std::string message;
-    /// The file that holds the place; empty for a document in memory.
+    /// The file that holds the place, as it was given or found: relative when the given path is; empty for a document in memory.
     std::filesystem::path file;
     /// From 1; columns count UTF-8 characters, and a byte that belongs to none counts as one. 0 where there is no place.
     unsigned int line = 0;

@@ -3,6 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <fstream>
+#include <thread>
+
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#endif
+
 // What a load says of files that it cannot read, or not to their end.
 
 using bk_parser::load;
@@ -69,9 +77,23 @@ TEST(document_reading, a_file_of_five_gigabytes_is_refused_with_both_numbers) {
 }
 
 #if !defined(_WIN32)
-TEST(document_reading, a_device_without_an_end_is_read_up_to_the_limit) {
+TEST(document_reading, a_device_is_refused_at_once) {
+    EXPECT_EQ(told(load("/dev/zero")), Lines{"zero: error: /dev/zero: is a device [unreadable]"});
+}
+
+TEST(document_reading, a_pipe_without_an_end_is_read_up_to_the_limit) {
+    const ScratchFolder folder;
+    const std::string path = folder.path("pipe");
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    std::signal(SIGPIPE, SIG_IGN); // the reader goes before the writer is done
+    std::thread writer([&path] {
+        std::ofstream pipe(path, std::ios::binary);
+        pipe << std::string(50000, ' ');
+    });
     LoadOptions options;
-    options.limits.source_size = 1000000;
-    EXPECT_EQ(load("/dev/zero", options).problems.at(0).code, "too-large");
+    options.limits.source_size = 20000;
+    EXPECT_EQ(load(path, options).problems.at(0).message,
+              path + " is too large: more than 20,000 bytes, ParserLimits::source_size leaves 20,000");
+    writer.join();
 }
 #endif

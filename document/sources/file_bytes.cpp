@@ -4,8 +4,11 @@
 #include "core/files/sys_reason_impl.h"
 #include "core/sys_device.h"
 #include "document/sources/byte_hash_impl.h"
+#include "document/sources/path_text_impl.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace bk_parser {
 
@@ -19,6 +22,18 @@ constexpr core_uint64 head_size = 4096;
 bool is_size_known(const std::string& path) {
     const SysPathInfo info = SysDevice::get().inspect(path);
     return info.kind == SysPathKind::regular && info.size != 0;
+}
+
+/// Whether it is a device of characters or blocks, which may have no end. The shell hands over pipes, which have one. The
+/// device in use tells both as `other`; what it makes up itself is not there for the system.
+bool is_endless(const std::string& path) {
+    if (SysDevice::get().inspect(path).kind != SysPathKind::other) {
+        return false;
+    }
+    std::error_code error;
+    const std::filesystem::file_type type = std::filesystem::status(path_of_text(path), error).type();
+    return !error &&
+           (type == std::filesystem::file_type::character || type == std::filesystem::file_type::block);
 }
 
 /// The last reason, or a general one when the device gives none.
@@ -74,6 +89,10 @@ FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Rang
     FileBytes file;
     file.reason = why_no_file(path);
     if (!file.reason.empty()) {
+        return file;
+    }
+    if (is_endless(path)) {
+        file.reason = "is a device";
         return file;
     }
     bk::FileInput input;
