@@ -181,7 +181,7 @@ TEST(document_problem_list, cuts_a_long_line_between_characters) {
 }
 
 TEST(document_problem_list, is_found_before_the_load_is_said_to_be_done) {
-    const std::string text = repeated("] {x} \n", 300000);
+    const std::string text = repeated("] x 1;\n", 300000);
     std::size_t behind_parsing = 0;
     std::vector<double> values;
     LoadOptions options;
