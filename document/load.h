@@ -35,7 +35,7 @@ public:
     const ParserGroup& root() const;
     /// The form that it was loaded from, or was saved in last.
     Form form() const;
-    /// The file that it was loaded from, or was saved to last; empty when there is none.
+    /// The file that it was loaded from, or was saved to last, as it was given; empty when there is none.
     const std::filesystem::path& path() const;
     /// Absolute paths of the files that it includes, each once, in the order of their first inclusion.
     const std::vector<std::filesystem::path>& dependencies() const;
@@ -57,7 +57,8 @@ private:
 
 /// How to load a document.
 struct LoadOptions {
-    /// Folders to search for included files, in this order.
+    /// Folders to search for included files, in this order. At last `load` tries the name as it stands: an absolute path,
+    /// or one from the working folder. `parse` does not.
     std::vector<std::filesystem::path> search;
     /// Whether an included file is searched for beside the file that includes it, before the search folders.
     bool beside = true;
@@ -67,13 +68,13 @@ struct LoadOptions {
     std::string key;
     /// What the load may cost.
     ParserLimits limits = ParserLimits::untrusted();
-    /// Called about a hundred times with how much of the load is done, from 0 to 1 and never falling. When it
-    /// returns false, the load is cancelled. What it throws passes through `load`.
+    /// Called about a hundred times with how much of the load is done, from 0 to 1 and never falling. 1 is told once,
+    /// when the problems are found, too. When it returns false, the load is cancelled. What it throws passes through `load`.
     std::function<bool(double)> progress;
     /// Keeps the texts of all files in memory, as long as the document is not saved: place_of (document/places.h) tells where
     /// entries stand, and a text that was parsed in memory keeps its layout when it is saved.
     bool keep_sources = false;
-    /// Codes of problems that are not told.
+    /// Codes of warnings that are not told. Errors are always told.
     std::vector<std::string> allow;
 };
 
@@ -81,7 +82,8 @@ struct LoadOptions {
 struct LoadResult {
     /// Everything that could be read; empty when the load was cancelled or refused.
     Document document;
-    /// In the order of the text.
+    /// In the order of the text, what has no place first. At most 10,000, or ParserLimits::message_count when that is
+    /// less; when there are more, one further problem, "more-problems", is the last and says how many.
     std::vector<Problem> problems;
     bool cancelled = false;
     /// Whether the whole document was read: not cancelled, and no problem is an error.
@@ -90,7 +92,8 @@ struct LoadResult {
 
 /// Loads a document in any stored form, which is found from its first bytes. Never fails without a problem that says why:
 /// a file that cannot be opened, or that is no document (JSON, an image, UTF-16), is one problem, and the
-/// document is empty. Linear in the size of the files.
+/// document is empty. So is one of a device other than a pipe. A named pipe that nobody writes to blocks.
+/// Linear in the size of the files.
 [[nodiscard]] BK_PARSER_API LoadResult load(const std::filesystem::path& path,
                                             const LoadOptions& options = {});
 

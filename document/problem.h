@@ -20,9 +20,10 @@ struct Problem {
     Severity severity = Severity::error;
     /// Stable across versions, such as "comment-joins-line". docs/problems.md has a section for each code.
     std::string code;
-    /// What was found and what to do, in plain words, on one line, without the place.
+    /// What was found and what to do, in plain words, on one line, without the place. Control characters and bytes that are no UTF-8,
+    /// which names of files may hold, are spelled as "\x1B".
     std::string message;
-    /// The file that holds the place; empty for a document in memory.
+    /// The file that holds the place, as it was given or found: relative when the given path is; empty for a document in memory.
     std::filesystem::path file;
     /// From 1; columns count UTF-8 characters, and a byte that belongs to none counts as one. 0 where there is no place.
     unsigned int line = 0;
@@ -30,8 +31,9 @@ struct Problem {
     /// The place in bytes of that file, as it is after deciphering.
     std::size_t offset = 0;
     std::size_t length = 0;
-    /// The line that holds the place, without its line end; of a line of more than 4096 bytes those around the place, and
-    /// nothing when the lines of the problems before it take 64 MB.
+    /// The line that holds the place, without its line end, as it is in the file: it may hold tabs, control characters and
+    /// bytes that are no UTF-8. Of a line of more than 4096 bytes those around the place, no character cut in two; nothing when
+    /// the lines of the problems before it take 64 MB.
     std::string source_line;
     /// The place of source_line's first byte in bytes of the file.
     std::size_t source_line_offset = 0;

@@ -69,7 +69,7 @@ TEST(document_files, that_are_missing_are_told) {
     EXPECT_EQ(told(result), only("x.bkd", path + ": no such file"));
     EXPECT_FALSE(result.ok());
     EXPECT_EQ(result.document.root().get_entries().get_count(), 0u);
-    EXPECT_EQ(told(load("")), only("", ": no such file"));
+    EXPECT_EQ(told(load("")), only("", "'': no such file"));
 }
 
 TEST(document_files, that_are_directories_are_told) {

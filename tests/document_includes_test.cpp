@@ -179,12 +179,13 @@ TEST_F(document_includes, past_a_limit_end_the_load_and_name_it) {
     options = {};
     options.limits.source_size = 30;
     const LoadResult large = load_text("a 1\n#include \"part.bkd\"\nb 2", options);
-    EXPECT_EQ(told_here(large),
-              Lines{"main.bkd:2:1: error: 'part.bkd' is too large: ParserLimits::source_size [too-large]"});
+    EXPECT_EQ(told_here(large), Lines{"main.bkd:2:1: error: 'part.bkd' is too large: 4 bytes, "
+                                      "ParserLimits::source_size leaves 3 [too-large]"});
 
     options.limits.source_size = 3;
     EXPECT_EQ(told_here(load_text("a 1 b 2", options)),
-              Lines{"main.bkd: error: shots/main.bkd is too large: ParserLimits::source_size [too-large]"});
+              Lines{"main.bkd: error: shots/main.bkd is too large: 7 bytes, ParserLimits::source_size leaves "
+                    "3 [too-large]"});
     EXPECT_EQ(bk_parser::parse("a 1 b 2", options).problems.at(0).code, "too-large");
 }
 

@@ -251,17 +251,17 @@ TEST_F(document_problems_files, codes_that_are_allowed_are_not_told) {
                                          "'2E5' is read as 2: an exponent is spelled with a small e"}}));
 }
 
-TEST_F(document_problems_files, a_hundred_thousand_problems_on_one_line_are_told_in_order) {
+TEST_F(document_problems_files, ten_thousand_problems_on_one_line_are_told_in_order) {
     std::string text = "a";
-    for (int i = 0; i < 100000; ++i) {
+    for (int i = 0; i < 20000; ++i) {
         text += " 1;";
     }
     const bk_parser::LoadResult result = bk_parser::parse(text);
-    ASSERT_EQ(result.problems.size(), 100000u);
+    ASSERT_EQ(result.problems.size(), 10001u);
     EXPECT_EQ(result.problems[0].column, 4u);
-    EXPECT_EQ(result.problems[99999].column, 300001u);
+    EXPECT_EQ(result.problems[9999].column, 30001u);
     EXPECT_EQ(result.problems[0].source_line.size(), 4096u);
-    EXPECT_TRUE(result.problems[99999].source_line.empty());
+    EXPECT_EQ(result.problems[9999].source_line.size(), 4096u);
 }
 
 TEST_F(document_problems_files, many_mistakes_on_one_line_are_told_in_linear_time) {

@@ -4,7 +4,7 @@ namespace {
 
 const ToldRow rows[] = {
     {"numbers_that_say_what_they_hold_give_none",
-     "a 0 -1 +5 2147483647 -2147483648 000000000012\nb 1.5 -.5 .5 1. 1e5 1e-5 1.5e+10 -inf +inf 1e308 0.0 "
+     "a 0 -1 +5 2147483647 -2147483648 000000000012\nb 1.5 -.5 .5 1. 1e5 1e-5 1.5e+10 1e308 0.0 "
      "0e999 "
      "12345678901234567890.5 3.1415926535897932384626433832795028841971\n",
      {}},
@@ -29,7 +29,16 @@ const ToldRow rows[] = {
        "'+2147483648' is read as 2147483647: an int has 32 bits; with a point it is a double"}}},
     {"a_double_is_finite",
      "a 1e999\n",
-     {{"number-out-of-range", false, 2, 3, 5, "'1e999' is read as infinity: it is beyond every double"}}},
+     {{"number-out-of-range", false, 2, 3, 5,
+       "'1e999' is read as 1.797e308, the largest double: it is beyond every double"}}},
+    {"a_double_is_no_word",
+     "a +nan -inf +inf\n",
+     {{"number-out-of-range", false, 2, 3, 4,
+       "'+nan' is read as -1.797e308, the lowest double: a number is finite"},
+      {"number-out-of-range", false, 2, 8, 4,
+       "'-inf' is read as -1.797e308, the lowest double: a number is finite"},
+      {"number-out-of-range", false, 2, 13, 4,
+       "'+inf' is read as 1.797e308, the largest double: a number is finite"}}},
     {"a_double_is_not_lost",
      "a 1e-999\n",
      {{"number-out-of-range", false, 2, 3, 6, "'1e-999' is read as 0: no double is so small"}}},

@@ -7,12 +7,10 @@ namespace bk {
 namespace {
 
 constexpr std::size_t piece_size = 65536;
-// No document is as long as this; a device that never ends must not fill the memory.
-constexpr core_int64 unreadable_size = core_int64{1} << 32;
 
 } // namespace
 
-bool FileInput::open(const std::string& path, bool translates_text) {
+bool FileInput::open(const std::string& path, bool translates_text, core_int64 most) {
     SysDevice& device = SysDevice::get();
     const SysPathInfo info = device.inspect(path);
     if (info.kind == SysPathKind::missing || info.kind == SysPathKind::directory) {
@@ -27,7 +25,7 @@ bool FileInput::open(const std::string& path, bool translates_text) {
     // The size of a pipe shows only at its end, and so does that of files which a system makes up as they are
     // read: these say 0.
     if (info.kind == SysPathKind::other || size_ == 0) {
-        read_all_ahead();
+        read_all_ahead(most);
     }
     return true;
 }
@@ -89,11 +87,11 @@ core_int64 FileInput::read_ahead() {
     return static_cast<core_int64>(bytes.size());
 }
 
-void FileInput::read_all_ahead() {
+void FileInput::read_all_ahead(core_int64 most) {
     size_ = 0;
     while (!ended_) {
         size_ += read_ahead();
-        if (size_ >= unreadable_size) {
+        if (size_ > most) {
             ended_ = true;
             std::string().swap(ahead_);
         }

@@ -11,7 +11,9 @@ namespace bk {
 /// A file that is read from its beginning.
 class FileInput {
 public:
-    bool open(const std::string& path, bool translates_text);
+    /// Of what tells no size before its end, such as a pipe, no more than `most` bytes are kept: when there are more, the
+    /// size is larger than that and nothing can be read.
+    bool open(const std::string& path, bool translates_text, core_int64 most = unreadable_size - 1);
     /// The file's size when it was opened.
     core_int64 size() const noexcept { return size_; }
     /// About how many bytes are still to come; never negative.
@@ -27,7 +29,10 @@ private:
     std::size_t take(char* buffer, std::size_t size);
     std::size_t take_ahead(char* buffer, std::size_t size);
     core_int64 read_ahead();
-    void read_all_ahead();
+    void read_all_ahead(core_int64 most);
+
+    // No document is as long as this; a device that never ends must not fill the memory.
+    static constexpr core_int64 unreadable_size = core_int64{1} << 32;
 
     std::unique_ptr<SysHandle> handle_;
     core_int64 size_ = 0;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <vector>
 
 namespace bk_parser {
 
@@ -41,12 +42,17 @@ std::string text_of_enciphered(const bk::SourceFailure& failure, bool has_key) {
 }
 
 std::string text_of_missing(const bk::SourceFailure& failure) {
-    std::string text = "'" + std::string(failure.name.get_view()) + "' not found; tried ";
-    for (std::size_t i = 0; i < failure.tried.size(); ++i) {
-        const auto here = failure.tried.begin() + static_cast<std::ptrdiff_t>(i);
-        if (std::find(failure.tried.begin(), here, *here) == here) { // a folder may be named twice
-            text += i == 0 ? "" : ", ";
-            text += here->get_view();
+    if (failure.name.is_empty()) {
+        return "an include without a name";
+    }
+    std::string text = "'" + std::string(failure.name.get_view()) + "' not found";
+    std::vector<std::string_view> places; // each once, as many folders may be one; a handful
+    for (const CoreString& tried : failure.tried) {
+        const std::string_view place = tried.get_view();
+        if (!place.empty() && std::find(places.begin(), places.end(), place) == places.end()) {
+            text += places.empty() ? "; tried " : ", ";
+            text += place;
+            places.push_back(place);
         }
     }
     return text + "; a search folder adds a place";
@@ -116,6 +122,14 @@ std::string grouped_number(core_uint64 number) {
         text.insert(at, 1, ',');
     }
     return text;
+}
+
+std::string too_large_text(std::string_view name, core_uint64 size, core_uint64 most) {
+    const std::string limit = grouped_number(most);
+    return std::string(name) + " is too large: " + (size == 0 ? "more than " + limit : grouped_number(size)) +
+           " bytes, " +
+           (most < CoreString::max_length ? "ParserLimits::source_size leaves " + limit
+                                          : "at most " + limit + " can be read");
 }
 
 std::string cut_off_text(std::string_view name, core_uint64 announced, core_uint64 present) {

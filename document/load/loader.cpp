@@ -13,6 +13,7 @@
 #include "parser/files/parser_file_preprocess_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace bk_parser {
@@ -20,11 +21,18 @@ namespace bk_parser {
 namespace {
 
 constexpr Meter::Range all{};
+// Of the parsing of a text and its problems.
+constexpr double parsing_share = 0.88;
+// Where the problems are located when the document is read.
+constexpr Meter::Range reading = all.part(0, 0.97);
+constexpr Meter::Range locating = all.part(0.97, 1);
 
 } // namespace
 
 Loader::Loader(const LoadOptions& options)
-    : options_(options), meter_(options.progress), state_(std::make_unique<DocumentState>()) {
+    : options_(options), meter_(options.progress), state_(std::make_unique<DocumentState>()),
+      problems_(sources_, options.allow,
+                std::min<std::size_t>(ProblemList::most_told, options.limits.message_count)) {
     state_->search = options.search;
     state_->beside = options.beside;
     state_->key = options.key;
@@ -37,30 +45,31 @@ LoadResult Loader::load(const std::filesystem::path& path) {
     state_->path = path;
     path_ = bk::absolute_path(CoreString(std::string_view(name_))).get_view();
     const core_uint64 most = std::min<core_uint64>(CoreString::max_length, options_.limits.source_size);
-    FileBytes file = read_file(name_, most, all.part(0, 0.1), meter_);
+    FileBytes file = read_file(name_, most, reading.part(0, 0.1), meter_);
     if (!file.reason.empty()) {
-        refuse(codes::unreadable, name_ + ": " + file.reason);
+        refuse(codes::unreadable, (name_.empty() ? "''" : name_) + ": " + file.reason);
     } else if (file.is_too_large) {
-        refuse(codes::too_large, name_ + " is too large: ParserLimits::source_size");
+        refuse_too_large(file, most);
     } else {
         const bool is_enciphered = form_of(file.bytes.get_view()) == Form::enciphered;
         state_->files.push_back({path_, file.bytes.get_length(), file.hash, is_enciphered});
-        read_any(std::move(file.bytes), all.part(0.1, 1));
+        read_any(std::move(file.bytes), reading.part(0.1, 1));
     }
     return finish();
 }
 
 LoadResult Loader::parse(std::string_view text) {
     meter_.begin();
-    if (text.size() > CoreString::max_length || text.size() > options_.limits.source_size) {
-        refuse(codes::too_large, "the text is too large: ParserLimits::source_size");
+    const core_uint64 most = std::min<core_uint64>(CoreString::max_length, options_.limits.source_size);
+    if (text.size() > most) {
+        refuse(codes::too_large, too_large_text("the text", text.size(), most));
     } else {
         if (options_.keep_sources) {
             state_->memory_text = text;
             state_->files.push_back(
                 {path_, text.size(), ByteHash::of(text), form_of(text) == Form::enciphered});
         }
-        read_any(CoreString(text), all);
+        read_any(CoreString(text), reading);
     }
     return finish();
 }
@@ -120,9 +129,19 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
 
 void Loader::parse_text(std::string_view text, const Meter::Range& range) {
     state_->expanded_size = text.size();
-    meter_.start(range, text.size());
+    meter_.start(range.part(0, parsing_share), text.size());
     parse_checked(*state_->root, text, bk::has_escapes(state_->version), sources_, options_.limits, problems_,
-                  meter_);
+                  {meter_, range.part(parsing_share, 1)});
+}
+
+/// What is no document is said to be that, however large it is.
+void Loader::refuse_too_large(const FileBytes& file, core_uint64 most) {
+    const std::string_view kind = foreign_kind(file.bytes.get_view());
+    if (form_of(file.bytes.get_view()) == Form::text && !kind.empty()) {
+        refuse(codes::not_a_document, name_ + " is " + std::string(kind) + ", not a document");
+    } else {
+        refuse(codes::too_large, too_large_text(name_, file.size, most));
+    }
 }
 
 /// A problem of the whole document.
@@ -166,12 +185,12 @@ CoreVector<CoreString> Loader::search_folders() const {
 }
 
 LoadResult Loader::finish() {
-    meter_.finish();
     LoadResult result;
-    result.problems = problems_.take(sources_, options_.allow);
+    result.problems = problems_.take(locating, meter_);
     if (options_.keep_sources) {
         state_->places = std::make_unique<const EntryPlaces>(std::move(sources_), std::move(expanded_));
     }
+    meter_.finish();
     result.document = DocumentState::document(std::move(state_));
     return result;
 }

@@ -115,7 +115,11 @@ void Loader::read_archive(std::string_view bytes, const Meter::Range& range) {
     meter_.stop(text.get_length());
     read_words(std::move(text), range.part(0.3, 1));
     if (taken.result != bk::ArchiveBytes::whole) {
-        problems_.forget(codes::group_left_open);
+        // The last entry ends where the words do; what it lacks is cut off.
+        for (const std::string_view code : {codes::group_left_open, codes::no_value, codes::unquoted_string,
+                                            codes::arguments_left_open, codes::array_count}) {
+            problems_.forget(code);
+        }
     }
 }
 

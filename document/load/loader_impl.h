@@ -3,6 +3,7 @@
 #include "document/load/document_state_impl.h"
 #include "document/load/meter_impl.h"
 #include "document/problems/problem_list_impl.h"
+#include "document/sources/file_bytes_impl.h"
 #include "document/sources/source_map_impl.h"
 #include "parser/parser_archive.h"
 
@@ -29,6 +30,7 @@ private:
     void tell_nameless(const std::string& name, const ParserArchive& archive);
     void tell_rest(const std::string& name, core_uint64 present, core_uint64 used);
     void parse_text(std::string_view text, const Meter::Range& range);
+    void refuse_too_large(const FileBytes& file, core_uint64 most);
     void refuse(std::string_view code, std::string message);
     void tell_whole(std::string_view code, std::string message);
     std::string shown_name() const;

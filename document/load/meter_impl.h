@@ -20,8 +20,8 @@ public:
         double begin = 0;
         double end = 1;
 
-        double at(double fraction) const noexcept { return begin + (end - begin) * fraction; }
-        Range part(double from, double to) const noexcept { return {at(from), at(to)}; }
+        constexpr double at(double fraction) const noexcept { return begin + (end - begin) * fraction; }
+        constexpr Range part(double from, double to) const noexcept { return {at(from), at(to)}; }
     };
 
     /// The callback may be empty, and is kept by the caller.

@@ -24,7 +24,10 @@ bk::SourceRead SourceLoader::read(const CoreString& path, core_uint64 most, Core
     std::string name(path.get_view());
     FileBytes file = read_file(name, most, range_.part(0, reading_share), meter_);
     range_ = range_.part(reading_share, 1);
-    if (file.is_too_large) {
+    const bool is_text = form_of(file.bytes.get_view()) == Form::text;
+    if (file.is_too_large && (!is_text || foreign_kind(file.bytes.get_view()).empty())) {
+        size_ = file.size;
+        most_ = most;
         return bk::SourceRead::too_large;
     }
     reason_ = std::move(file.reason);
@@ -69,6 +72,10 @@ void SourceLoader::failed(const bk::SourceFailure& failure) {
     case SourceFault::unreadable:
         includes_.failed(failure, reason_code_);
         tell(reason_code_, std::string(failure.found.get_view()) + ": " + reason_);
+        break;
+    case SourceFault::file_too_large:
+        tell(codes::too_large,
+             too_large_text("'" + std::string(failure.name.get_view()) + "'", size_, most_));
         break;
     default:
         includes_.failed(failure, failure_code(failure, has_key_));

@@ -56,6 +56,8 @@ private:
     Spot directive_;     // of the include that is looked for
     std::string reason_; // why it was not read
     std::string_view reason_code_;
+    core_uint64 size_ = 0; // of one that is too large
+    core_uint64 most_ = 0; // that could be read of it
 };
 
 } // namespace bk_parser

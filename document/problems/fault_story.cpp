@@ -42,11 +42,12 @@ FaultStory::FaultStory(const FaultRecorder& faults, const SourceMap& sources, co
       joins_(joins), limits_(limits), losses_(losses), problems_(problems), lines_(sources),
       has_open_quote_(sources.get_files().size()) {}
 
-void FaultStory::explain() {
+void FaultStory::explain(bk::Pace& pace) {
     for (std::size_t i = 0; i < records_.size();) {
         const std::size_t next = tell_from(i);
         last_ = &records_[next - 1];
         i = next;
+        pace.reach(i);
     }
 }
 

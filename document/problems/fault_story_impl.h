@@ -29,8 +29,9 @@ public:
     FaultStory(const FaultRecorder& faults, const SourceMap& sources, const Joins& joins,
                const ParserLimits& limits, Losses& losses, ProblemList& problems);
 
-    /// Finds the problems, and what was lost by others. Linear in the faults and the lines that they stand in.
-    void explain();
+    /// Finds the problems, and what was lost by others. Linear in the faults and the lines that they stand in. The pace is told how
+    /// many faults are done.
+    void explain(bk::Pace& pace);
     void tell();
 
 private:

@@ -79,8 +79,13 @@ ValueFlaw find_double_flaw(std::string_view word) {
         return find_text_after(word, number.length);
     }
     const std::string_view digits = without_sign(word);
-    if (std::isinf(number.value) && (is_digit(digits[0]) || digits[0] == '.')) {
-        return {codes::number_out_of_range, shown(word) + " is read as infinity: it is beyond every double",
+    if (!std::isfinite(number.value)) {
+        const bool is_spelled_out = !is_digit(digits[0]) && digits[0] != '.';
+        return {codes::number_out_of_range,
+                shown(word) +
+                    (number.value > 0 ? " is read as 1.797e308, the largest double"
+                                      : " is read as -1.797e308, the lowest double") +
+                    (is_spelled_out ? ": a number is finite" : ": it is beyond every double"),
                 0, word.size()};
     }
     if (number.value == 0.0 && is_other_than_zero(word)) {

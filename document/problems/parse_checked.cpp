@@ -9,7 +9,8 @@
 namespace bk_parser {
 
 void parse_checked(ParserGroup& root, std::string_view expanded, bool has_escapes, const SourceMap& sources,
-                   const ParserLimits& limits, ProblemList& problems, Meter& meter) {
+                   const ParserLimits& limits, ProblemList& problems, const CheckProgress& progress) {
+    Meter& meter = progress.meter;
     const Joins joins(expanded, sources);
     CheckedSink sink(root, expanded, has_escapes, limits, sources, joins, problems);
     bk::Grammar<CheckedSink> grammar(expanded, sink);
@@ -17,7 +18,10 @@ void parse_checked(ParserGroup& root, std::string_view expanded, bool has_escape
     sink.finish();
     Losses losses(sources);
     FaultStory story(sink.get_faults(), sources, joins, limits, losses, problems);
-    story.explain();
+    const std::size_t fault_count = sink.get_faults().get_records().size();
+    meter.start(progress.of_faults, fault_count);
+    story.explain(meter);
+    meter.stop(fault_count);
     joins.tell(expanded, losses, problems);
     check_sources(sources, has_escapes, losses, problems);
     story.tell();

@@ -10,9 +10,15 @@
 
 namespace bk_parser {
 
-/// Parses an expanded text, which a NUL follows, into a group. Faults become problems, and nothing is logged. The meter's
-/// range is the parsing, in bytes of the text.
+/// Who is told how far the work is: of the parsing in the range that it stands in, in bytes of the text, and of what is
+/// found out about faults then in the range given here.
+struct CheckProgress {
+    Meter& meter;
+    Meter::Range of_faults;
+};
+
+/// Parses an expanded text, which a NUL follows, into a group. Faults become problems, and nothing is logged.
 void parse_checked(ParserGroup& root, std::string_view expanded, bool has_escapes, const SourceMap& sources,
-                   const ParserLimits& limits, ProblemList& problems, Meter& meter);
+                   const ParserLimits& limits, ProblemList& problems, const CheckProgress& progress);
 
 } // namespace bk_parser

@@ -68,6 +68,8 @@ inline constexpr std::string_view nul_byte = "nul-byte";
 inline constexpr std::string_view not_utf_8 = "not-utf-8";
 // Of no document.
 inline constexpr std::string_view malformed_path = "malformed-path";
+// About the list itself; an error when an error is left out.
+inline constexpr std::string_view more_problems = "more-problems";
 } // namespace codes
 
 struct ProblemCode {
@@ -134,6 +136,7 @@ inline constexpr ProblemCode problem_codes[] = {
     {codes::nul_byte, Severity::warning, "a file holds NUL bytes"},
     {codes::not_utf_8, Severity::warning, "a file holds bytes that are no UTF-8"},
     {codes::malformed_path, Severity::error, "a path does not follow its language"},
+    {codes::more_problems, Severity::error, "there are more problems than are told"},
 };
 
 /// Of a code of the table.

@@ -1,12 +1,13 @@
 #include "document/problems/problem_list_impl.h"
 
+#include "core/text/core_utf8_impl.h"
+#include "document/load/failure_text_impl.h"
 #include "document/problems/problem_codes_impl.h"
+#include "document/problems/shown_word_impl.h"
 #include "document/sources/path_text_impl.h"
 
 #include <algorithm>
-#include <array>
 #include <functional>
-#include <unordered_set>
 #include <utility>
 
 namespace bk_parser {
@@ -30,6 +31,24 @@ std::size_t shown_begin(const SourceText& text, std::size_t offset) {
     return shown;
 }
 
+bool is_allowed(Severity severity, std::string_view code, const std::vector<std::string>& allow) {
+    return severity == Severity::warning && std::find(allow.begin(), allow.end(), code) != allow.end();
+}
+
+/// The bytes of a line that are shown; no character is cut.
+std::size_t shown_size(std::string_view line) noexcept {
+    if (line.size() <= longest_line) {
+        return line.size();
+    }
+    for (std::size_t begin = longest_line; begin-- > longest_line - 3;) {
+        const std::size_t length = bk::utf8_length(line, begin);
+        if (length != 0) {
+            return begin + length > longest_line ? begin : longest_line;
+        }
+    }
+    return longest_line;
+}
+
 void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std::size_t& line_bytes) {
     const SourceFile& file = sources.file_of(spot);
     const Place place = file.text.place_of(spot.offset);
@@ -40,10 +59,11 @@ void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std
     problem.column = static_cast<unsigned int>(place.column);
     problem.offset = spot.offset;
     problem.length = spot.length;
-    const std::size_t shown = std::min(end - begin, longest_line);
+    const std::string_view text = file.text.get_text();
+    const std::size_t shown = shown_size(text.substr(begin, end - begin));
     if (shown <= line_bytes) {
         problem.source_line_offset = begin;
-        problem.source_line = file.text.get_text().substr(begin, shown);
+        problem.source_line = text.substr(begin, shown);
         line_bytes -= shown;
     }
     for (std::size_t inclusion = spot.inclusion; inclusion != 0;) {
@@ -53,81 +73,134 @@ void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std
     }
 }
 
-/// Which problems were told already.
-class ToldProblems {
-public:
-    explicit ToldProblems(const SourceMap& sources) noexcept : sources_(sources) {}
-
-    /// False when the same was told of the same place of a file.
-    bool add(const Spot& spot, std::string_view code, std::string_view message) {
-        const std::size_t file = sources_.file_of_inclusion(spot.inclusion);
-        const std::size_t what =
-            std::hash<std::string_view>()(code) ^ std::hash<std::string_view>()(message) * 31;
-        return told_.insert({file, spot.offset, what}).second;
-    }
-
-private:
-    struct Hash {
-        std::size_t operator()(const std::array<std::size_t, 3>& key) const noexcept {
-            return (key[0] * 1000003 + key[1]) * 1000003 ^ key[2];
-        }
-    };
-
-    const SourceMap& sources_;
-    std::unordered_set<std::array<std::size_t, 3>, Hash> told_;
-};
-
 } // namespace
 
 void ProblemList::add(Severity severity, std::string_view code, std::string message, const Spot& spot) {
-    noticed_.push_back({severity, code, std::move(message), {}, spot, true});
+    if (is_allowed(severity, code, allow_) || is_told(spot, code, message)) {
+        return;
+    }
+    if (has_room(severity)) {
+        remember(spot, code, message);
+        noticed_.push_back({severity, code, std::move(message), {}, spot, true});
+    } else {
+        leave_out(severity, code);
+    }
 }
 
 void ProblemList::add(Severity severity, std::string_view code, std::string message,
                       std::filesystem::path file) {
-    noticed_.push_back({severity, code, std::move(message), std::move(file), {}, false});
+    if (is_allowed(severity, code, allow_)) {
+        return;
+    }
+    if (has_room(severity)) {
+        noticed_.push_back({severity, code, std::move(message), std::move(file), {}, false});
+    } else {
+        leave_out(severity, code);
+    }
 }
 
 void ProblemList::add(std::string_view code, std::string message, const Spot& spot) {
     add(severity_of(code), code, std::move(message), spot);
 }
 
-bool ProblemList::has_errors() const noexcept {
-    return std::any_of(noticed_.begin(), noticed_.end(),
-                       [](const Noticed& noticed) { return noticed.severity == Severity::error; });
+bool ProblemList::has_room(Severity severity) noexcept {
+    std::size_t& kept = kept_[severity == Severity::error ? 1 : 0];
+    return kept < most_ && ++kept != 0;
+}
+
+void ProblemList::leave_out(Severity severity, std::string_view code) {
+    Left& left = left_[code];
+    ++left.count;
+    left.has_error = left.has_error || severity == Severity::error;
+}
+
+ProblemList::Told ProblemList::told_of(const Spot& spot, std::string_view code,
+                                       std::string_view message) const noexcept {
+    const std::hash<std::string_view> hash;
+    return {sources_.file_of_inclusion(spot.inclusion), spot.offset, hash(code) ^ hash(message) * 31};
+}
+
+/// Whether the same was told of the same place of a file.
+bool ProblemList::is_told(const Spot& spot, std::string_view code, std::string_view message) const {
+    return sources_.get_inclusion_count() > sources_.get_files().size() &&
+           told_.contains(told_of(spot, code, message));
+}
+
+void ProblemList::remember(const Spot& spot, std::string_view code, std::string_view message) {
+    if (!sources_.is_empty()) {
+        told_.insert(told_of(spot, code, message));
+    }
 }
 
 void ProblemList::forget(std::string_view code) {
     std::erase_if(noticed_, [code](const Noticed& noticed) { return noticed.code == code; });
+    left_.erase(code);
 }
 
-std::vector<Problem> ProblemList::take(const SourceMap& sources, const std::vector<std::string>& allow) {
-    std::stable_sort(noticed_.begin(), noticed_.end(),
-                     [](const Noticed& a, const Noticed& b) { return a.spot.expanded < b.spot.expanded; });
-    std::size_t line_bytes = most_line_bytes;
-    const bool may_repeat = sources.get_inclusion_count() > sources.get_files().size();
-    ToldProblems told(sources);
-    std::vector<Problem> problems;
-    for (Noticed& noticed : noticed_) {
-        const bool has_place = noticed.has_spot && !sources.is_empty();
-        if (may_repeat && has_place && !told.add(noticed.spot, noticed.code, noticed.message)) {
-            continue;
-        }
-        if (std::find(allow.begin(), allow.end(), noticed.code) != allow.end()) {
-            continue;
-        }
-        Problem& problem = problems.emplace_back();
-        problem.severity = noticed.severity;
-        problem.code = noticed.code;
-        problem.message = std::move(noticed.message);
-        if (has_place) {
-            add_place(problem, sources, noticed.spot, line_bytes);
-        } else {
-            problem.file = std::move(noticed.file);
-        }
+/// Problems of no place come first, and a directive before what is in its file.
+bool ProblemList::is_before(const Noticed& a, const Noticed& b) const {
+    if (!a.has_spot || !b.has_spot || sources_.is_empty()) {
+        return !a.has_spot && b.has_spot;
     }
+    const Spot* first = &a.spot;
+    const Spot* second = &b.spot;
+    while (first->inclusion != second->inclusion) { // an inclusion has a higher number than the one around it
+        const Spot*& inner = first->inclusion > second->inclusion ? first : second;
+        inner = &sources_.inclusion(inner->inclusion).directive;
+    }
+    if (first->offset != second->offset) {
+        return first->offset < second->offset;
+    }
+    return first == &a.spot && second != &b.spot;
+}
+
+Problem ProblemList::problem_of(Noticed&& noticed, std::size_t& line_bytes) const {
+    Problem problem;
+    problem.severity = noticed.severity;
+    problem.code = noticed.code;
+    problem.message = on_one_line(noticed.message);
+    if (noticed.has_spot && !sources_.is_empty()) {
+        add_place(problem, sources_, noticed.spot, line_bytes);
+    } else {
+        problem.file = std::move(noticed.file);
+    }
+    return problem;
+}
+
+std::vector<Problem> ProblemList::take(const Meter::Range& range, Meter& meter) {
+    std::stable_sort(noticed_.begin(), noticed_.end(),
+                     [this](const Noticed& a, const Noticed& b) { return is_before(a, b); });
+    for (std::size_t i = most_; i < noticed_.size(); ++i) {
+        leave_out(noticed_[i].severity, noticed_[i].code);
+    }
+    const std::size_t count = std::min(most_, noticed_.size());
+    std::size_t line_bytes = most_line_bytes;
+    std::vector<Problem> problems;
+    meter.start(range, count);
+    for (std::size_t i = 0; i < count; ++i) {
+        problems.push_back(problem_of(std::move(noticed_[i]), line_bytes));
+        meter.reach(i);
+    }
+    meter.stop(count);
     noticed_.clear();
+    add_left(problems);
     return problems;
+}
+
+void ProblemList::add_left(std::vector<Problem>& problems) const {
+    std::size_t count = 0;
+    bool has_error = false;
+    for (const auto& [code, left] : left_) {
+        count += left.count;
+        has_error = has_error || left.has_error;
+    }
+    if (count != 0) {
+        Problem& problem = problems.emplace_back();
+        problem.severity = has_error ? Severity::error : Severity::warning;
+        problem.code = codes::more_problems;
+        problem.message = grouped_number(count) +
+                          (count == 1 ? " more problem is not told" : " more problems are not told");
+    }
 }
 
 } // namespace bk_parser

@@ -1,18 +1,30 @@
 #pragma once
 
+#include "document/load/meter_impl.h"
 #include "document/problem.h"
 #include "document/sources/source_map_impl.h"
 
+#include <array>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace bk_parser {
 
 /// The problems of one load, collected as they are noticed, by place. Their lines and columns are worked out when the
-/// load is over: a document without problems costs nothing.
+/// load is over: a document without problems costs nothing. A hostile document may have a problem at every other byte,
+/// so that their number is bounded: when `most` errors are kept, further errors are only counted, and so are warnings.
 class ProblemList {
 public:
+    /// How many are told, whatever the limits allow.
+    static constexpr std::size_t most_told = 10000;
+
+    /// The arguments outlive the list. Warnings of the allowed codes are left out; `most` problems are told.
+    ProblemList(const SourceMap& sources, const std::vector<std::string>& allow, std::size_t most)
+        : sources_(sources), allow_(allow), most_(most) {}
+
     /// A problem at a place of a file.
     void add(Severity severity, std::string_view code, std::string message, const Spot& spot);
     /// The same; the severity is that of the table.
@@ -20,13 +32,11 @@ public:
     /// A problem of a whole file, or of none.
     void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
 
-    bool is_empty() const noexcept { return noticed_.empty(); }
-    bool has_errors() const noexcept;
     /// Takes back the problems of a code.
     void forget(std::string_view code);
-    /// In the order of the expanded text, those of allowed codes left out. What is wrong in a file that is included more than
-    /// once is told at the first place.
-    std::vector<Problem> take(const SourceMap& sources, const std::vector<std::string>& allow);
+    /// In the order of the reading, each message on one line. What is wrong in a file that is included more than once is
+    /// told at the first place. The last problem says how many were left out as too many. The meter's range is the work here.
+    std::vector<Problem> take(const Meter::Range& range, Meter& meter);
 
 private:
     struct Noticed {
@@ -37,8 +47,34 @@ private:
         Spot spot;
         bool has_spot;
     };
+    /// File, place in it, and hash of what is told.
+    using Told = std::array<std::size_t, 3>;
+    struct ToldHash {
+        std::size_t operator()(const Told& told) const noexcept {
+            return (told[0] * 1000003 + told[1]) * 1000003 ^ told[2];
+        }
+    };
+    struct Left {
+        std::size_t count = 0;
+        bool has_error = false;
+    };
 
+    bool has_room(Severity severity) noexcept;
+    Told told_of(const Spot& spot, std::string_view code, std::string_view message) const noexcept;
+    bool is_told(const Spot& spot, std::string_view code, std::string_view message) const;
+    void remember(const Spot& spot, std::string_view code, std::string_view message);
+    bool is_before(const Noticed& a, const Noticed& b) const;
+    void leave_out(Severity severity, std::string_view code);
+    Problem problem_of(Noticed&& noticed, std::size_t& line_bytes) const;
+    void add_left(std::vector<Problem>& problems) const;
+
+    const SourceMap& sources_;
+    const std::vector<std::string>& allow_;
+    std::size_t most_;
     std::vector<Noticed> noticed_;
+    std::array<std::size_t, 2> kept_{}; // by severity
+    std::unordered_set<Told, ToldHash> told_;
+    std::unordered_map<std::string_view, Left> left_; // by code
 };
 
 } // namespace bk_parser

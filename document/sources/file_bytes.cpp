@@ -4,14 +4,37 @@
 #include "core/files/sys_reason_impl.h"
 #include "core/sys_device.h"
 #include "document/sources/byte_hash_impl.h"
+#include "document/sources/path_text_impl.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace bk_parser {
 
 namespace {
 
 constexpr std::size_t piece_size = std::size_t{1} << 18; // hashed while it is in the processor's cache
+
+constexpr core_uint64 head_size = 4096;
+
+/// Of a pipe or a device it shows at the end.
+bool is_size_known(const std::string& path) {
+    const SysPathInfo info = SysDevice::get().inspect(path);
+    return info.kind == SysPathKind::regular && info.size != 0;
+}
+
+/// Whether it is a device of characters or blocks, which may have no end. The shell hands over pipes, which have one. The
+/// device in use tells both as `other`; what it makes up itself is not there for the system.
+bool is_endless(const std::string& path) {
+    if (SysDevice::get().inspect(path).kind != SysPathKind::other) {
+        return false;
+    }
+    std::error_code error;
+    const std::filesystem::file_type type = std::filesystem::status(path_of_text(path), error).type();
+    return !error &&
+           (type == std::filesystem::file_type::character || type == std::filesystem::file_type::block);
+}
 
 /// The last reason, or a general one when the device gives none.
 std::string reason_or(const char* general) {
@@ -68,15 +91,24 @@ FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Rang
     if (!file.reason.empty()) {
         return file;
     }
+    if (is_endless(path)) {
+        file.reason = "is a device";
+        return file;
+    }
     bk::FileInput input;
     bk::forget_system_reason();
-    if (!input.open(path, false)) {
+    if (!input.open(path, false,
+                    static_cast<core_int64>(std::min(most, CoreString::max_length + core_uint64{0})))) {
         file.reason = reason_or("cannot be opened");
         return file;
     }
     const auto size = static_cast<core_uint64>(input.size());
     if (size > most) {
         file.is_too_large = true;
+        file.size = is_size_known(path) ? size : 0;
+        char* const bytes =
+            file.bytes.resize(static_cast<unsigned int>(std::min<core_uint64>(head_size, size)));
+        file.bytes.resize(static_cast<unsigned int>(input.read(bytes, file.bytes.get_length())));
         return file;
     }
     meter.start(range, static_cast<std::size_t>(size));

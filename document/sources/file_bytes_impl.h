@@ -11,9 +11,10 @@ namespace bk_parser {
 /// A file as it is stored.
 struct FileBytes {
     CoreString bytes;
-    std::uint64_t hash = 0; // ByteHash of them
-    std::string reason;     // why it could not be read, in plain words; else empty
-    bool is_too_large = false;
+    std::uint64_t hash = 0;    // ByteHash of them
+    std::string reason;        // why it could not be read, in plain words; else empty
+    bool is_too_large = false; // then the bytes are the first few, as far as they could be had
+    std::uint64_t size = 0;    // of one that is too large; 0 when that is not known
 };
 
 /// Reads a file, of at most `most` bytes, through the device in use. The meter's range is the reading.
