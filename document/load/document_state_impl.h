@@ -26,6 +26,7 @@ struct DocumentState {
     std::unique_ptr<ParserGroup> root = std::make_unique<ParserGroup>(CoreString("root"));
     Form form = Form::text;
     std::filesystem::path path;
+    std::filesystem::path absolute; // the same; the current folder may be another one later
     std::vector<std::filesystem::path> dependencies;
     CoreVersion version{1.2}; // of the syntax that the text was read by
     // Where the entry of the version stood that was taken off the root, in the forms that have it as an entry.

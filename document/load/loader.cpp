@@ -34,6 +34,7 @@ LoadResult Loader::load(const std::filesystem::path& path) {
     name_ = path_text(path);
     state_->path = path;
     path_ = bk::absolute_path(CoreString(std::string_view(name_))).get_view();
+    state_->absolute = path_of_text(path_);
     const core_uint64 most = std::min<core_uint64>(CoreString::max_length, options_.limits.source_size);
     FileBytes file = read_file(name_, most, all.part(0, 0.1), meter_);
     if (!file.reason.empty()) {

@@ -6,6 +6,7 @@
 #include "document/save/losses_impl.h"
 #include "document/save/proof_impl.h"
 #include "document/save/read_back_impl.h"
+#include "document/save/same_file_impl.h"
 #include "document/save/save_sources_impl.h"
 #include "document/sources/path_text_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
@@ -33,8 +34,8 @@ DocumentState moved_to(const DocumentState& state, const std::string& path) {
 class LayoutSave {
 public:
     LayoutSave(DocumentState& state, const std::string& path, const SaveOptions& options)
-        : state_(state), path_(path), options_(options), is_elsewhere_(path != state.files.front().path),
-          old_(state, none_) {}
+        : state_(state), options_(options), is_elsewhere_(!is_own_file(state, path)),
+          path_(is_elsewhere_ ? path : state.files.front().path), old_(state, none_) {}
 
     SaveResult run() {
         if (!compose()) {
@@ -109,11 +110,6 @@ private:
 
     /// Reads what would be on the disk, and compares it with the tree.
     bool is_proven() {
-        const bool is_included = std::any_of(state_.files.begin() + 1, state_.files.end(),
-                                             [this](const ReadFile& file) { return file.path == path_; });
-        if (is_included) {
-            return fail(path_ + ": is included by the document");
-        }
         const DocumentState moved = moved_to(state_, path_);
         SaveSources fresh(moved, bytes_);
         if (!fresh.read(path_)) {
@@ -175,15 +171,16 @@ private:
         state_.files = std::move(files_);
         shifts_.apply();
         if (is_elsewhere_) {
+            state_.absolute = path;
             state_.path = std::move(path);
         }
         state_.dependencies = std::move(dependencies);
     }
 
     DocumentState& state_;
-    const std::string& path_;
     const SaveOptions& options_;
     bool is_elsewhere_;
+    std::string path_;
     bool has_escapes_ = true;
     const NewBytes none_;
     SaveSources old_;

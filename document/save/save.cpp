@@ -7,6 +7,7 @@
 #include "document/save/keep_layout_impl.h"
 #include "document/save/losses_impl.h"
 #include "document/save/read_back_impl.h"
+#include "document/save/same_file_impl.h"
 #include "document/save/stored_form_impl.h"
 #include "document/sources/byte_hash_impl.h"
 #include "document/sources/path_text_impl.h"
@@ -138,6 +139,10 @@ SaveResult save_document(DocumentState& state, const std::filesystem::path& path
     const std::filesystem::path target = path.empty() ? state.path : path;
     if (target.empty()) {
         result.reason = "there is no path to save to";
+        return result;
+    }
+    if (is_included_file(state, absolute_text(target))) {
+        result.reason = path_text(target) + ": is included by the document";
         return result;
     }
     const Form form = options.form.value_or(state.form);

@@ -2,6 +2,7 @@
 
 #include "document/load/form_impl.h"
 #include "document/load/meter_impl.h"
+#include "document/save/same_file_impl.h"
 #include "document/sources/byte_hash_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
@@ -31,6 +32,12 @@ CoreVector<CoreString> folders_of(const DocumentState& state) {
 }
 
 } // namespace
+
+SaveSources::SaveSources(const DocumentState& state, const NewBytes& replaced) : state_(state) {
+    for (const auto& [path, bytes] : replaced) {
+        replaced_.emplace(real_path(path), bytes);
+    }
+}
 
 bool SaveSources::is_enciphered(std::string_view path) const noexcept {
     const ReadFile* const file = find_file(files_, path);
@@ -81,7 +88,7 @@ bk::SourceRead SaveSources::read(const CoreString& path, core_uint64, CoreString
 
 bool SaveSources::load(const std::string& path, CoreString& bytes) {
     ReadFile file{path, 0, 0, false};
-    const auto replaced = replaced_.find(path);
+    const auto replaced = replaced_.empty() ? replaced_.end() : replaced_.find(real_path(path));
     if (replaced != replaced_.end()) {
         bytes.set_borrowed(replaced->second.data(), static_cast<unsigned int>(replaced->second.size()));
         const Form form = form_of(bytes.get_view());

@@ -11,14 +11,14 @@
 
 namespace bk_parser {
 
-/// New bytes of files, by their absolute paths.
+/// New bytes of files, by their absolute paths; of a file that has several, by one of them.
 using NewBytes = std::unordered_map<std::string, std::string>;
 
 /// The files of a document, read again as they were read when it was loaded, and the text that they make.
 class SaveSources final : public bk::SourceHost {
 public:
     /// `replaced` stand in for what the disk holds. The arguments outlive this.
-    SaveSources(const DocumentState& state, const NewBytes& replaced) : state_(state), replaced_(replaced) {}
+    SaveSources(const DocumentState& state, const NewBytes& replaced);
 
     /// Reads the document at this absolute path with all its includes. False when a file is not what it was: the reason says which.
     bool read(const std::string& path);
@@ -52,7 +52,7 @@ private:
     bool check_all_read(const std::string& path);
 
     const DocumentState& state_;
-    const NewBytes& replaced_;
+    std::unordered_map<std::string, std::string_view> replaced_; // by real path
     std::string reason_;
     CoreString text_;
     double version_ = 0;
