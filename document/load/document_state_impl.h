@@ -36,7 +36,11 @@ struct DocumentState {
     std::string key;
     ParserLimits limits;
     std::vector<ReadFile>
-        files; // the document first; each once. Empty when it was not read whole, or from memory
+        files; // the document first, unless it came from memory; each once. Empty when it was not read whole
+    std::vector<std::string> lost;     // what of the document was not read, in words
+    std::vector<std::string> left_out; // the same of includes, whose directives a kept layout keeps
+    std::size_t inclusion_count = 0;   // of the text that the places of entries count in
+    bool is_saved_lossy = false;       // the file says something else than the tree
 
     static DocumentState& of(const Document& document);
     static Document document(std::unique_ptr<DocumentState> state) noexcept;

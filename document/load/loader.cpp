@@ -1,5 +1,7 @@
 #include "document/load/loader_impl.h"
 
+#include "core/sys_device.h"
+
 #include "core/files/sys_filesystem_impl.h"
 #include "document/load/failure_text_impl.h"
 #include "document/load/form_impl.h"
@@ -155,8 +157,18 @@ CoreVector<CoreString> Loader::search_folders() const {
     return folders;
 }
 
+/// Of a file that is not there nothing is lost.
+void Loader::note_unread() {
+    const bool is_new = !name_.empty() && SysDevice::get().inspect(name_).kind == SysPathKind::missing;
+    if (!is_new) {
+        problems_.find_unread(state_->lost, state_->left_out);
+    }
+    state_->inclusion_count = sources_.get_inclusion_count();
+}
+
 LoadResult Loader::finish() {
     meter_.finish();
+    note_unread();
     LoadResult result;
     result.problems = problems_.take(sources_, options_.allow);
     result.document = DocumentState::document(std::move(state_));

@@ -22,6 +22,8 @@ public:
 
     bool is_empty() const noexcept { return noticed_.empty(); }
     bool has_errors() const noexcept;
+    /// What was not read, in the words of the problems: parts of the document, and includes that were left out alone.
+    void find_unread(std::vector<std::string>& parts, std::vector<std::string>& includes) const;
     /// Takes back the problems of a code.
     void forget(std::string_view code);
     /// In the order of the expanded text, those of allowed codes left out. What is wrong in a file that is included more than

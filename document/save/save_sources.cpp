@@ -1,5 +1,6 @@
 #include "document/save/save_sources_impl.h"
 
+#include "document/load/failure_text_impl.h"
 #include "document/load/form_impl.h"
 #include "document/load/meter_impl.h"
 #include "document/save/same_file_impl.h"
@@ -82,8 +83,30 @@ bool SaveSources::check_all_read(const std::string& path) {
 /// What was left out when the document was loaded is left out now.
 bk::SourceRead SaveSources::read(const CoreString& path, core_uint64, CoreString& bytes) {
     const std::string name(path.get_view());
-    const bool was_read = find_file(state_.files, name) != nullptr;
-    return was_read && load(name, bytes) ? bk::SourceRead::done : bk::SourceRead::unreadable;
+    if (find_file(state_.files, name) != nullptr) {
+        return load(name, bytes) ? bk::SourceRead::done : bk::SourceRead::unreadable;
+    }
+    if (can_be_read(name)) {
+        reason_ = name + ": would be included, and was not when the document was loaded";
+    }
+    return bk::SourceRead::unreadable;
+}
+
+/// As a load finds it.
+bool SaveSources::can_be_read(const std::string& path) const {
+    const std::function<bool(double)> nobody;
+    Meter meter(nobody);
+    const FileBytes now = read_file(path, CoreString::max_length, {}, meter);
+    return now.reason.empty() && !now.is_too_large &&
+           (form_of(now.bytes.get_view()) == Form::enciphered || why_no_text(now.bytes.get_view()).empty());
+}
+
+/// Faults of a file's own text leave nothing out.
+void SaveSources::failed(const bk::SourceFailure& failure) {
+    if (failure.fault != bk::SourceFault::no_version && failure.fault != bk::SourceFault::include_left_open &&
+        !map_.is_empty()) {
+        left_out_.push_back(directive_);
+    }
 }
 
 bool SaveSources::load(const std::string& path, CoreString& bytes) {
