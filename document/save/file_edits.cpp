@@ -46,6 +46,15 @@ std::vector<std::size_t> first_names(const SourceMap& map) {
     return first;
 }
 
+/// Text whose lines end in a return alone is one line to the parser; a new one would end it, and comments in it.
+bool breaks_returns(std::string_view text, const std::vector<Edit>& edits) {
+    const bool has_break = std::any_of(edits.begin(), edits.end(), [](const Edit& edit) {
+        return edit.text.find('\n') != std::string::npos;
+    });
+    return has_break && text.find('\r') != std::string_view::npos &&
+           text.find('\n') == std::string_view::npos;
+}
+
 } // namespace
 
 bool apply_edits(const SaveSources& sources, const std::vector<Edit>& edits, const std::string& key,
@@ -80,6 +89,12 @@ bool apply_edits(const SaveSources& sources, const std::vector<Edit>& edits, con
         }
         const std::vector<Edit>& changes = by_inclusion[first[file]];
         const std::string& path = map.get_files()[file]->path;
+        if (breaks_returns(map.get_files()[file]->text.get_text(), changes)) {
+            reason = path +
+                     ": its lines end in a carriage return alone, and cannot take a new line; entry '" +
+                     changes.front().about + "'";
+            return false;
+        }
         std::string text = applied(map.get_files()[file]->text.get_text(), changes);
         bytes[path] = sources.is_enciphered(path) ? enciphered(text, key) : std::move(text);
     }

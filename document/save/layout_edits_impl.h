@@ -53,6 +53,15 @@ private:
         const OldEntry* before; // null at the begin of the group
         const OldEntry* behind; // null at its end
     };
+    /// Bytes that are taken away: where that begins, and the edit that takes most.
+    struct Cover {
+        std::size_t inclusion;
+        std::size_t begin;
+        const Edit* furthest;
+        bool operator<(const Cover& other) const noexcept {
+            return inclusion != other.inclusion ? inclusion < other.inclusion : begin < other.begin;
+        }
+    };
     struct Anchor {
         std::size_t inclusion = 0;
         std::size_t at = 0;
@@ -75,6 +84,7 @@ private:
     FileRange climb(FileRange place, std::size_t ancestor) const noexcept;
 
     // layout_includes.cpp
+    void note_covers();
     const Edit* cover_of(Spot directive) const noexcept;
     bool keeps_includes();
 
@@ -124,6 +134,7 @@ private:
     bool has_escapes_;
     std::string reason_;
     std::vector<Edit> edits_;
+    std::vector<Cover> covers_;
     bool has_printed_ = false;           // an entry, in a new place
     std::vector<std::uint32_t> pending_; // changed groups
     std::vector<std::string> units_;     // of indentation, by file

@@ -6,15 +6,32 @@
 
 namespace bk_parser {
 
+/// Sorts what takes bytes away, by place, and notes of each place the edit that reaches furthest.
+void LayoutEdits::note_covers() {
+    for (const Edit& edit : edits_) {
+        if (edit.begin < edit.end) {
+            covers_.push_back({edit.inclusion, edit.begin, &edit});
+        }
+    }
+    std::sort(covers_.begin(), covers_.end());
+    for (std::size_t i = 1; i < covers_.size(); ++i) {
+        const Cover& before = covers_[i - 1];
+        if (before.inclusion == covers_[i].inclusion && before.furthest->end > covers_[i].furthest->end) {
+            covers_[i].furthest = before.furthest;
+        }
+    }
+}
+
 /// The edit that takes the directive away, or that of an include around it.
 const Edit* LayoutEdits::cover_of(Spot directive) const noexcept {
     for (;;) {
-        const auto found = std::find_if(edits_.begin(), edits_.end(), [&directive](const Edit& edit) {
-            return edit.inclusion == directive.inclusion && edit.begin <= directive.offset &&
-                   directive.offset < edit.end;
-        });
-        if (found != edits_.end()) {
-            return &*found;
+        const Cover place{directive.inclusion, directive.offset + 1, nullptr};
+        const auto behind = std::lower_bound(covers_.begin(), covers_.end(), place);
+        if (behind != covers_.begin()) {
+            const Cover& cover = *std::prev(behind);
+            if (cover.inclusion == directive.inclusion && directive.offset < cover.furthest->end) {
+                return cover.furthest;
+            }
         }
         if (directive.inclusion == 0) {
             return nullptr;
@@ -26,6 +43,7 @@ const Edit* LayoutEdits::cover_of(Spot directive) const noexcept {
 /// An include that was left out is nowhere in the tree: only its directive says that there is one. An entry that was removed while
 /// others are printed may have been moved.
 bool LayoutEdits::keeps_includes() {
+    note_covers();
     for (const Spot& directive : sources_.left_out()) {
         const Edit* const edit = cover_of(directive);
         if (edit != nullptr && (!edit->removes_entries || has_printed_)) {
