@@ -61,6 +61,14 @@ TEST_F(document_save_layout, a_group_with_the_only_include_of_a_file_can_be_remo
     expect_saved(loaded.document, version + "y 3\n");
 }
 
+TEST_F(document_save_layout,
+       a_group_that_is_printed_elsewhere_does_not_take_the_only_include_of_a_file_along) {
+    folder_.write("part", "// about q\nq 1\n");
+    LoadResult loaded = load_text(version + "g {\n#include \"part\"\n}\ny 2\n");
+    ASSERT_TRUE(move(loaded.document.root(), "g", "h/g"));
+    expect_refused(loaded.document, "would not be included by");
+}
+
 TEST_F(document_save_layout, losses_end_what_is_known_of_the_layout) {
     LoadResult loaded = load_text(version + "a 1 // c\n");
     auto raw = std::make_unique<ParserEntry>(CoreString("z"), ParserEntry::TYPE_RAW_TEXT, 0, 0);

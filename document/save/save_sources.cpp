@@ -73,7 +73,11 @@ bool SaveSources::read(const std::string& path) {
 bool SaveSources::check_all_read(const std::string& path) {
     for (std::size_t i = 1; i < state_.files.size(); ++i) {
         if (find_file(files_, state_.files[i].path) == nullptr) {
-            reason_ = state_.files[i].path + ": is not found by the includes of " + path + " any more";
+            reason_ = state_.files[i].path + (replaced_.empty()
+                                                  ? ": is not found by the includes of " + path + " any more"
+                                                  : ": would not be included by " + path +
+                                                        ", as an entry around its include is laid out anew, "
+                                                        "or it is not found from there");
             return false;
         }
     }
