@@ -67,15 +67,32 @@ struct SavePreview {
 /// Before anything is written, what is to be written is read back and compared with the tree. When it would not read back as just
 /// this tree, nothing is written, and the losses and the reason say why.
 ///
-/// A save that keeps the layout reads the old files again, and refuses when one has changed on the disk or is gone. It knows an entry
-/// by the line and column that it got when it was loaded, so that a renamed, moved or changed entry keeps what is around it; after the save
-/// the entries have the lines and columns of the new text. What it does:
+/// The file that the document was loaded from, or saved to last, is its own, under every name that symbolic links give it; without a
+/// path it is found from every current folder. In any form, a save over it is refused
+/// - when it has changed on the disk since ("has changed on the disk since it was loaded");
+/// - when it was not read whole: a stored form that is cut off or damaged, text behind a '}' that closes nothing, a limit that ended the
+///   reading. `lossy` does not help. An include that was not found or not read counts, too, unless the layout is kept, which keeps its
+///   directive. The losses name what was not read, by the code "not-read-whole".
+/// To another path such a document goes with `lossy` alone, and without what was not read.
+/// No save replaces a file that the document includes. A document from memory has no own file: it is laid out anew, with its includes
+/// spliced in.
+///
+/// A save that keeps the layout reads the old files again, and refuses when one has changed on the disk or is gone, or when an include
+/// that was left out can be read now, there or at the new path. It knows an entry by the line and column that it got when it was loaded,
+/// so that a moved or changed entry keeps what is around it, and a renamed one does when its values, or an entry of its group, are those
+/// of before; after the save the entries have the lines and columns of the new text. What it does:
 /// - an entry that was removed goes with its line, and with a comment behind it on that line; comments above it stay;
 /// - a new entry stands on a line of its own, indented as its neighbours are, or in the line where its neighbours share one;
 /// - a new entry between two of an included file goes into that file; at the begin or end of an include it goes beside the directive;
 /// - an entry that moved within its group takes its lines along; one that moved to another group is laid out anew;
-/// - a file that is included more than once changes when the tree was changed alike in each place, else the save is refused;
+/// - a file that is included more than once, under one name or several, changes when the tree was changed alike in each place, else the
+///   save is refused;
+/// - a removed entry takes includes inside it along. An entry that is laid out anew holds what its includes gave: the save is refused when
+///   nothing else includes such a file, and when such an include was left out. An entry that is removed in the same save in which others
+///   are laid out counts as one of these;
 /// - an enciphered include is enciphered again with the key of the load;
+/// - a file whose lines end in a carriage return alone takes no new lines: that is refused;
+/// - after a save with losses the file's layout is not that of the tree: the next save that would keep it is refused;
 /// - to another path only the document's own file goes: its includes stay where they are. That is refused when they would not be
 ///   found from there, or when one of them would have to change.
 ///

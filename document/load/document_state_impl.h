@@ -28,6 +28,7 @@ struct DocumentState {
     std::unique_ptr<ParserGroup> root = std::make_unique<ParserGroup>(CoreString("root"));
     Form form = Form::text;
     std::filesystem::path path;
+    std::filesystem::path absolute; // the same; the current folder may be another one later
     std::vector<std::filesystem::path> dependencies;
     std::vector<Include> includes;
     std::vector<DocumentFile> document_files;
@@ -40,7 +41,11 @@ struct DocumentState {
     std::string key;
     ParserLimits limits;
     std::vector<ReadFile>
-        files; // the document first; each once. Empty when it was not read whole, or from memory
+        files; // the document first, unless it came from memory; each once. Empty when it was not read whole
+    std::vector<std::string> lost;     // what of the document was not read, in words
+    std::vector<std::string> left_out; // the same of includes, whose directives a kept layout keeps
+    std::size_t inclusion_count = 0;   // of the text that the places of entries count in
+    bool is_saved_lossy = false;       // the file says something else than the tree
 
     std::unique_ptr<const EntryPlaces> places; // when they are kept
     std::string memory_text;                   // of a document in memory whose sources are kept

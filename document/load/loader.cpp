@@ -1,5 +1,7 @@
 #include "document/load/loader_impl.h"
 
+#include "core/sys_device.h"
+
 #include "core/files/sys_filesystem_impl.h"
 #include "document/load/entry_places_impl.h"
 #include "document/load/failure_text_impl.h"
@@ -44,6 +46,7 @@ LoadResult Loader::load(const std::filesystem::path& path) {
     name_ = path_text(path);
     state_->path = path;
     path_ = bk::absolute_path(CoreString(std::string_view(name_))).get_view();
+    state_->absolute = path_of_text(path_);
     const core_uint64 most = std::min<core_uint64>(CoreString::max_length, options_.limits.source_size);
     FileBytes file = read_file(name_, most, reading.part(0, 0.1), meter_);
     if (!file.reason.empty()) {
@@ -184,7 +187,17 @@ CoreVector<CoreString> Loader::search_folders() const {
     return folders;
 }
 
+/// Of a file that is not there nothing is lost.
+void Loader::note_unread() {
+    const bool is_new = !name_.empty() && SysDevice::get().inspect(name_).kind == SysPathKind::missing;
+    if (!is_new) {
+        problems_.find_unread(state_->lost, state_->left_out);
+    }
+    state_->inclusion_count = sources_.get_inclusion_count();
+}
+
 LoadResult Loader::finish() {
+    note_unread();
     LoadResult result;
     result.problems = problems_.take(locating, meter_);
     if (options_.keep_sources) {

@@ -36,6 +36,7 @@ private:
     std::string shown_name() const;
     void take_version_entry();
     CoreVector<CoreString> search_folders() const;
+    void note_unread();
     LoadResult finish();
 
     const LoadOptions& options_;

@@ -18,6 +18,15 @@ constexpr std::size_t longest_line = 4096;
 /// Of all source lines together: a document of one line may have a million problems.
 constexpr std::size_t most_line_bytes = std::size_t{64} << 20;
 
+/// What is behind such a problem is not read.
+constexpr std::string_view ends_reading[] = {
+    codes::too_large,         codes::cut_off,        codes::damaged,          codes::bytes_after_end,
+    codes::too_many_includes, codes::text_after_end, codes::nested_too_deeply};
+/// A file that such a problem is told of is not read: an include, or the document itself.
+constexpr std::string_view leaves_out[] = {
+    codes::unreadable,        codes::not_a_document, codes::wrong_key,         codes::no_key,
+    codes::include_not_found, codes::include_circle, codes::include_left_open, codes::included_too_deeply};
+
 /// Where the part of a line that is kept begins: at a character, and not far before the place.
 std::size_t shown_begin(const SourceText& text, std::size_t offset) {
     const std::size_t begin = text.line_begin(offset);
@@ -135,6 +144,25 @@ void ProblemList::remember(const Spot& spot, std::string_view code, std::string_
 void ProblemList::forget(std::string_view code) {
     std::erase_if(noticed_, [code](const Noticed& noticed) { return noticed.code == code; });
     left_.erase(code);
+}
+
+void ProblemList::find_unread(std::vector<std::string>& parts, std::vector<std::string>& includes) const {
+    for (const Noticed& noticed : noticed_) {
+        if (std::find(std::begin(ends_reading), std::end(ends_reading), noticed.code) !=
+            std::end(ends_reading)) {
+            parts.push_back(noticed.message);
+        } else if (std::find(std::begin(leaves_out), std::end(leaves_out), noticed.code) !=
+                   std::end(leaves_out)) {
+            (noticed.has_spot ? includes : parts).push_back(noticed.message);
+        }
+    }
+    for (const auto& [code, left] : left_) { // beyond what is kept
+        if (std::find(std::begin(ends_reading), std::end(ends_reading), code) != std::end(ends_reading)) {
+            parts.emplace_back(code);
+        } else if (std::find(std::begin(leaves_out), std::end(leaves_out), code) != std::end(leaves_out)) {
+            includes.emplace_back(code);
+        }
+    }
 }
 
 /// Problems of no place come first, and a directive before what is in its file.

@@ -32,6 +32,8 @@ public:
     /// A problem of a whole file, or of none.
     void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
 
+    /// What was not read, in the words of the problems: parts of the document, and includes that were left out alone.
+    void find_unread(std::vector<std::string>& parts, std::vector<std::string>& includes) const;
     /// Takes back the problems of a code.
     void forget(std::string_view code);
     /// In the order of the reading, each message on one line. What is wrong in a file that is included more than once is

@@ -8,6 +8,7 @@
 #include "document/save/losses_impl.h"
 #include "document/save/proof_impl.h"
 #include "document/save/read_back_impl.h"
+#include "document/save/same_file_impl.h"
 #include "document/save/save_sources_impl.h"
 #include "document/sources/path_text_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
@@ -44,8 +45,9 @@ class LayoutSave {
 public:
     LayoutSave(DocumentState& state, const std::string& path, const SaveOptions& options,
                std::vector<FileChange>* preview)
-        : state_(state), path_(path), options_(options), preview_(preview),
-          is_elsewhere_(path != state.files.front().path), memory_(memory_of(state)),
+        : state_(state), options_(options), preview_(preview),
+          is_elsewhere_(path != state.files.front().path && !is_own_file(state, path)),
+          path_(is_elsewhere_ ? path : state.files.front().path), memory_(memory_of(state)),
           old_(std::in_place, state, memory_) {}
 
     SaveResult run() {
@@ -75,8 +77,15 @@ private:
 
     /// Fills in the new bytes of the files that change.
     bool compose() {
+        if (state_.is_saved_lossy) {
+            return fail(path_ +
+                        ": was saved with losses, so that its layout is not that of the tree any more");
+        }
         if (!old_->read(state_.files.front().path)) {
             return fail(old_->reason());
+        }
+        if (old_->map().get_inclusion_count() != state_.inclusion_count) {
+            return fail(path_ + ": its includes lead to other files than when it was loaded");
         }
         has_escapes_ = bk::has_escapes(CoreVersion(old_->version()));
         record_.emplace(old_->text(), *state_.root, has_escapes_);
@@ -86,6 +95,7 @@ private:
             if (!edits.run()) {
                 return fail(path_ + ": " + edits.reason() + ": the layout cannot be kept");
             }
+            dropped_ = edits.dropped_files();
             std::string reason;
             if (!may_edit(edits.edits()) || !apply_edits(*old_, edits.edits(), state_.key, bytes_, reason)) {
                 return result_.reason.empty() ? fail(std::move(reason)) : false;
@@ -127,15 +137,13 @@ private:
 
     /// Reads what would be on the disk, and compares it with the tree.
     bool is_proven() {
-        const bool is_included = std::any_of(state_.files.begin() + 1, state_.files.end(),
-                                             [this](const ReadFile& file) { return file.path == path_; });
-        if (is_included) {
-            return fail(path_ + ": is included by the document");
-        }
         for (const auto& [path, text] : memory_) {
             bytes_.try_emplace(path_, text);
         }
-        const DocumentState moved = moved_to(state_, path_);
+        DocumentState moved = moved_to(state_, path_);
+        std::erase_if(moved.files, [this](const ReadFile& file) {
+            return std::find(dropped_.begin(), dropped_.end(), file.path) != dropped_.end();
+        });
         SaveSources fresh(moved, bytes_);
         if (!fresh.read(path_)) {
             return fail(fresh.reason());
@@ -143,6 +151,7 @@ private:
         const bool is_same_syntax = bk::has_escapes(CoreVersion(fresh.version())) == has_escapes_;
         const Proof proof = prove(old_->text(), *record_, fresh.text(), *state_.root, has_escapes_);
         files_ = fresh.files();
+        inclusion_count_ = fresh.map().get_inclusion_count();
         included_ = fresh.included();
         shifts_ = proof.shifts;
         return (proof.is_equal && is_same_syntax) || explain(proof.difference, fresh);
@@ -165,6 +174,7 @@ private:
         state_.root->get_text(text, false, true, 1);
         expected.set_text(text, CoreVersion(has_escapes_ ? 1.2 : 1.0), nullptr);
         shifts_ = PlaceShifts();
+        is_lossy_ = true;
         ReadBack lossy(fresh.text(), expected, has_escapes_);
         return lossy.run() || fail(path_ + ": the layout cannot be kept with these losses");
     }
@@ -219,18 +229,21 @@ private:
         state_.files = std::move(files_);
         state_.places.reset();
         state_.memory_text.clear();
+        state_.inclusion_count = inclusion_count_;
+        state_.is_saved_lossy = is_lossy_;
         shifts_.apply();
         if (is_elsewhere_) {
+            state_.absolute = path;
             state_.path = std::move(path);
         }
         state_.dependencies = std::move(dependencies);
     }
 
     DocumentState& state_;
-    const std::string& path_;
     const SaveOptions& options_;
     std::vector<FileChange>* preview_;
     bool is_elsewhere_;
+    std::string path_;
     bool has_escapes_ = true;
     const NewBytes memory_; // the text of a document in memory
     std::optional<SaveSources> old_;
@@ -239,6 +252,9 @@ private:
     NewBytes bytes_;
     std::vector<ReadFile> files_;
     std::vector<std::string> included_;
+    std::vector<std::string> dropped_; // files that are not included any more
+    std::size_t inclusion_count_ = 0;
+    bool is_lossy_ = false;
     PlaceShifts shifts_;
 };
 

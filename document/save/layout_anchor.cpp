@@ -86,7 +86,10 @@ PrintLayout LayoutEdits::layout_at(const Anchor& anchor) {
 
 std::string LayoutEdits::compose(const Anchor& anchor, const std::vector<Addition>& additions) {
     const std::string_view text = text_of(anchor.inclusion);
-    const std::string line_end(layout_at(anchor).line_break);
+    const bool is_in_line =
+        anchor.way == Anchor::Way::in_line_behind || anchor.way == Anchor::Way::in_line_before;
+    // A long line is not searched for its ends each time.
+    const std::string line_end(is_in_line ? std::string_view() : layout_at(anchor).line_break);
     std::string result;
     for (const Addition& addition : additions) {
         switch (anchor.way) {
@@ -134,6 +137,7 @@ std::string LayoutEdits::addition_lines(const Anchor& anchor, const Addition& ad
         return indented_anew(text.substr(place.begin, end - place.begin), indent_of(text, place.begin),
                              anchor.indent);
     }
+    has_printed_ = true;
     const PrintLayout layout = layout_at(anchor);
     std::string result;
     for (std::uint32_t i = 0; i < addition.count; ++i) {
@@ -145,7 +149,8 @@ std::string LayoutEdits::addition_lines(const Anchor& anchor, const Addition& ad
     return result;
 }
 
-std::string LayoutEdits::addition_in_line(const Addition& addition) const {
+std::string LayoutEdits::addition_in_line(const Addition& addition) {
+    has_printed_ = true;
     std::string result;
     for (std::uint32_t i = 0; i < addition.count; ++i) {
         if (addition.entries[i] != nullptr) {

@@ -19,7 +19,7 @@ bool LayoutEdits::run() {
             return false;
         }
     }
-    return true;
+    return keeps_includes();
 }
 
 std::string_view LayoutEdits::text_of(std::size_t inclusion) const noexcept {

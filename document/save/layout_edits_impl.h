@@ -17,6 +17,7 @@ struct Edit {
     std::size_t end = 0;
     std::string text;
     std::string about; // the name of an entry
+    bool removes_entries = false;
 };
 
 /// A range of a file in one of the places that it is included at.
@@ -36,6 +37,8 @@ public:
     bool run();
     const std::string& reason() const noexcept { return reason_; }
     const std::vector<Edit>& edits() const noexcept { return edits_; }
+    /// The paths of the files that nothing includes any more, as the entries around their directives were removed.
+    std::vector<std::string> dropped_files() const;
 
 private:
     /// Something that is to be put between two entries that stay.
@@ -49,6 +52,15 @@ private:
         const OldGroup* group;
         const OldEntry* before; // null at the begin of the group
         const OldEntry* behind; // null at its end
+    };
+    /// Bytes that are taken away: where that begins, and the edit that takes most.
+    struct Cover {
+        std::size_t inclusion;
+        std::size_t begin;
+        const Edit* furthest;
+        bool operator<(const Cover& other) const noexcept {
+            return inclusion != other.inclusion ? inclusion < other.inclusion : begin < other.begin;
+        }
     };
     struct Anchor {
         std::size_t inclusion = 0;
@@ -71,6 +83,11 @@ private:
     std::size_t common(std::size_t a, std::size_t b) const noexcept;
     FileRange climb(FileRange place, std::size_t ancestor) const noexcept;
 
+    // layout_includes.cpp
+    void note_covers();
+    const Edit* cover_of(Spot directive) const noexcept;
+    bool keeps_includes();
+
     // layout_groups.cpp
     bool edit_group(std::uint32_t index);
     void add_between(const Gap& gap, std::vector<Addition>& additions);
@@ -82,7 +99,7 @@ private:
     std::string indent_behind(const FileRange& place, const Gap& gap);
     std::string compose(const Anchor& anchor, const std::vector<Addition>& additions);
     std::string addition_lines(const Anchor& anchor, const Addition& addition);
-    std::string addition_in_line(const Addition& addition) const;
+    std::string addition_in_line(const Addition& addition);
     PrintLayout layout_at(const Anchor& anchor);
 
     // layout_entries.cpp
@@ -117,6 +134,8 @@ private:
     bool has_escapes_;
     std::string reason_;
     std::vector<Edit> edits_;
+    std::vector<Cover> covers_;
+    bool has_printed_ = false;           // an entry, in a new place
     std::vector<std::uint32_t> pending_; // changed groups
     std::vector<std::string> units_;     // of indentation, by file
 };

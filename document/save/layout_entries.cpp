@@ -117,6 +117,9 @@ PrintLayout LayoutEdits::layout_of(std::uint32_t at) {
 }
 
 std::string LayoutEdits::value_text(const ParserEntry& now, std::uint32_t i, std::uint32_t at) {
+    if (!is_group(now, i)) {
+        return print_value(bk::EntryAccess::value(now, i), {{}, {}, "\n", has_escapes_}); // stays in its line
+    }
     return print_value(bk::EntryAccess::value(now, i), layout_of(at));
 }
 

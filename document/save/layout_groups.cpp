@@ -134,7 +134,7 @@ bool LayoutEdits::remove_range(TextRange range, std::string about) {
         return refuse(about, "begins in one file and ends in another");
     }
     const LineRange lines = removal_of(text_of(place.inclusion), place.begin, place.end);
-    edits_.push_back({place.inclusion, lines.begin, lines.end, {}, std::move(about)});
+    edits_.push_back({place.inclusion, lines.begin, lines.end, {}, std::move(about), true});
     return true;
 }
 

@@ -12,11 +12,17 @@ bool is_blank_in_line(char c) noexcept {
     return c == ' ' || c == '\t' || c == '\r';
 }
 
+/// A byte order mark belongs to no line.
+std::size_t first_byte(std::string_view text) noexcept {
+    constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+    return text.starts_with(byte_order_mark) ? byte_order_mark.size() : 0;
+}
+
 } // namespace
 
 std::size_t line_begin(std::string_view text, std::size_t at) noexcept {
     const std::size_t feed = at == 0 ? std::string_view::npos : text.rfind('\n', at - 1);
-    return feed == std::string_view::npos ? 0 : feed + 1;
+    return feed == std::string_view::npos ? std::min(at, first_byte(text)) : feed + 1;
 }
 
 std::size_t next_line(std::string_view text, std::size_t at) noexcept {
@@ -40,7 +46,7 @@ std::size_t skip_blanks(std::string_view text, std::size_t at) noexcept {
 
 bool begins_line(std::string_view text, std::size_t at) noexcept {
     const std::size_t begin = trimmed_back(text, at);
-    return begin == 0 || text[begin - 1] == '\n';
+    return begin <= first_byte(text) || text[begin - 1] == '\n';
 }
 
 bool ends_line(std::string_view text, std::size_t at) noexcept {
@@ -90,7 +96,7 @@ LineRange removal_of(std::string_view text, std::size_t begin, std::size_t end) 
     }
     std::size_t first = line_begin(text, begin);
     const std::size_t last = next_line(text, end);
-    if (last == text.size() && first != 0 && (last == 0 || text[last - 1] != '\n')) {
+    if (last == text.size() && first > first_byte(text) && (last == 0 || text[last - 1] != '\n')) {
         --first; // a text without a last line end keeps none
         first -= first != 0 && text[first - 1] == '\r' ? 1 : 0;
     }

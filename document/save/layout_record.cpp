@@ -68,6 +68,8 @@ bool LayoutRecord::begin_entry(const bk::EntryHead& head, const bk::Token& token
     entry.column = token.column;
     entry.new_index = level.now.find(token.line, token.column, head.name);
     level.match = entry.new_index == no_index ? nullptr : level.now.group()->get_entries()[entry.new_index];
+    level.is_renamed = level.match != nullptr && level.match->get_name().get_view() != head.name;
+    level.has_same_values = true;
     entry.has_changed = level.match == nullptr || !has_head(*level.match, head);
     return true;
 }
@@ -79,8 +81,12 @@ void LayoutRecord::add_value(ParserWord::Type kind, std::string_view word) {
     last_end_ = begin + static_cast<std::uint32_t>(word.size());
     values_.push_back({begin, last_end_});
     const std::uint32_t i = entry.value_count++;
-    entry.has_changed = entry.has_changed || i >= level.match->get_value_count() ||
-                        !reads_as(kind, word, bk::EntryAccess::value(*level.match, i), has_escapes_);
+    if (entry.has_changed && !level.is_renamed) {
+        return;
+    }
+    level.has_same_values = level.has_same_values && i < level.match->get_value_count() &&
+                            reads_as(kind, word, bk::EntryAccess::value(*level.match, i), has_escapes_);
+    entry.has_changed = entry.has_changed || !level.has_same_values;
 }
 
 bool LayoutRecord::open_group(const bk::Token& brace) {
@@ -100,12 +106,16 @@ void LayoutRecord::close_group() {
     const bool is_same = is_as_it_was(levels_.back());
     const std::uint32_t close = last_begin_;
     const std::uint32_t group = is_same ? no_index : finish_group(close);
+    const bool has_known =
+        std::any_of(entries_.begin() + static_cast<std::ptrdiff_t>(levels_.back().first_entry),
+                    entries_.end(), [](const OldEntry& one) { return one.new_index != no_index; });
     entries_.resize(levels_.back().first_entry);
     values_.resize(levels_.back().first_value);
     levels_.pop_back();
     OldEntry& entry = levels_.back().entry;
     entry.braces.end = std::min(close + 1, static_cast<std::uint32_t>(text_.size()));
     entry.has_same_group = is_same;
+    entry.has_known_entries = has_known;
     entry.group = group;
 }
 
@@ -124,6 +134,22 @@ bool LayoutRecord::is_as_it_was(const Level& level) const noexcept {
            entry.count == now->get_entries().get_count();
 }
 
+/// An entry of another name at the same place may come from another document: it is the same when it holds the same.
+void LayoutRecord::check_renamed(Level& level) noexcept {
+    OldEntry& entry = level.entry;
+    if (!level.is_renamed) {
+        return;
+    }
+    const bool has_group = entry.braces.end != 0;
+    const bool is_known = level.has_same_values &&
+                          level.match->get_value_count() == entry.value_count + (has_group ? 1u : 0u) &&
+                          (!has_group || entry.has_same_group || entry.has_known_entries);
+    if (!is_known) {
+        level.match = nullptr;
+        entry.new_index = no_index;
+    }
+}
+
 /// `end` is behind the last word before what comes now.
 void LayoutRecord::finish_entry(std::uint32_t end) {
     Level& level = levels_.back();
@@ -133,6 +159,7 @@ void LayoutRecord::finish_entry(std::uint32_t end) {
     level.has_entry = false;
     OldEntry& entry = level.entry;
     entry.end = end;
+    check_renamed(level);
     const bool has_group = entry.braces.end != 0;
     entry.has_own_change = entry.has_changed ||
                            level.match->get_value_count() != entry.value_count + (has_group ? 1u : 0u) ||

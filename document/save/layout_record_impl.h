@@ -31,6 +31,7 @@ struct OldEntry {
     // Of a single entry that has changed:
     bool is_call = false;
     bool has_same_group = false;      // its group is there and as it was
+    bool has_known_entries = false;   // some of its group are there
     std::uint32_t arguments_open = 0; // behind the "("
     std::uint32_t first_value = 0;    // in its group's values
     std::uint32_t value_count = 0;    // the group not counted
@@ -98,11 +99,14 @@ private:
         bool has_entry = false;
         OldEntry entry;
         const ParserEntry* match = nullptr;
+        bool is_renamed = false; // the match is
+        bool has_same_values = true;
     };
 
     std::uint32_t offset(const char* place) const noexcept {
         return static_cast<std::uint32_t>(place - text_.data());
     }
+    static void check_renamed(Level& level) noexcept;
     void finish_entry(std::uint32_t end);
     std::uint32_t finish_group(std::uint32_t close);
     bool is_as_it_was(const Level& level) const noexcept;

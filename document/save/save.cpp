@@ -9,11 +9,14 @@
 #include "document/save/keep_layout_impl.h"
 #include "document/save/losses_impl.h"
 #include "document/save/read_back_impl.h"
+#include "document/save/same_file_impl.h"
 #include "document/save/stored_form_impl.h"
 #include "document/sources/byte_hash_impl.h"
+#include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
 #include "parser/files/parser_document_impl.h"
 
+#include <functional>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -65,18 +68,40 @@ private:
             return fail("the enciphered form needs a key");
         }
         result_.losses = find_losses(*state_.root, form_, true);
-        if (state_.files.empty() && !state_.path.empty() &&
-            absolute_text(path_) == absolute_text(state_.path) && bk::is_file(shown_)) {
-            Problem lost;
-            lost.code = "not-read-whole";
-            lost.message = "the file holds more than could be read of it";
-            lost.file = path_;
-            result_.losses.push_back(std::move(lost));
+        changes_ = !result_.losses.empty();
+        const bool is_own = is_own_file(state_, absolute_text(path_)) && bk::is_regular_file(shown_);
+        add_unread(state_.lost);
+        add_unread(state_.left_out);
+        if (is_own && (!state_.lost.empty() || !state_.left_out.empty())) {
+            return fail("the file holds more than could be read of it, see the losses");
+        }
+        if (is_own && has_changed_on_disk()) {
+            return fail("has changed on the disk since it was loaded");
         }
         if (result_.losses.empty() || options_.lossy) {
             return true;
         }
-        return fail(std::string("the ") + form_name(form_) + " form cannot carry everything, see the losses");
+        return fail(changes_ ? std::string("the ") + form_name(form_) +
+                                   " form cannot carry everything, see the losses"
+                             : std::string("the document was not read whole, see the losses"));
+    }
+
+    void add_unread(const std::vector<std::string>& parts) {
+        for (const std::string& part : parts) {
+            Problem lost;
+            lost.code = "not-read-whole";
+            lost.message = part;
+            lost.file = state_.path;
+            result_.losses.push_back(std::move(lost));
+        }
+    }
+
+    bool has_changed_on_disk() const {
+        const std::function<bool(double)> nobody;
+        Meter meter(nobody);
+        const FileBytes now = read_file(shown_, CoreString::max_length, {}, meter);
+        return state_.files.empty() || !now.reason.empty() || now.is_too_large ||
+               now.bytes.get_length() != state_.files.front().size || now.hash != state_.files.front().hash;
     }
 
     bool compose() {
@@ -84,7 +109,7 @@ private:
             return fail(std::string("too large for the ") + form_name(form_) + " form");
         }
         std::string difference;
-        if (!result_.losses.empty() || reads_back(stored_, form_, *state_.root, key_, difference)) {
+        if (changes_ || reads_back(stored_, form_, *state_.root, key_, difference)) {
             return true;
         }
         return fail("entry '" + difference + "' would not read back as it is");
@@ -110,6 +135,7 @@ private:
         const std::uint64_t size = stored_.head.size() + stored_.body(form_).size();
         std::vector<ReadFile> read{{absolute_text(path_), size, hash.finish(), form_ == Form::enciphered}};
         std::filesystem::path path = path_;
+        std::filesystem::path absolute = path_of_text(absolute_text(path_));
         result_.written.push_back(path_);
         PlaceShifts shifts;
         if (form_ == Form::text) {
@@ -130,9 +156,14 @@ private:
         state_.places.reset();
         state_.memory_text.clear();
         state_.dependencies.clear();
+        state_.lost.clear();
+        state_.left_out.clear();
+        state_.inclusion_count = 1;
+        state_.is_saved_lossy = changes_;
         state_.version = CoreVersion(bk::written_version);
         state_.form = form_;
         state_.path = std::move(path);
+        state_.absolute = std::move(absolute);
         if (form_ == Form::enciphered) {
             state_.key = std::move(key_);
         }
@@ -148,18 +179,35 @@ private:
     std::string key_;
     SaveResult result_;
     StoredForm stored_;
+    bool changes_ = false; // the form does not carry all of the tree
 };
+
+/// Of a document from memory the first file is an include.
+bool comes_from_file(const DocumentState& state) {
+    return !state.files.empty() && !state.absolute.empty() &&
+           state.files.front().path == path_text(state.absolute);
+}
+
+/// A text that was parsed in memory and kept is a file of its own, too.
+bool has_own_text(const DocumentState& state) {
+    return comes_from_file(state) || !state.memory_text.empty();
+}
 
 SaveResult save_document(DocumentState& state, const std::filesystem::path& path, const SaveOptions& options,
                          std::vector<FileChange>* preview) {
     SaveResult result;
-    const std::filesystem::path target = path.empty() ? state.path : path;
+    const std::filesystem::path target = path.empty() ? state.absolute : path;
     if (target.empty() && preview == nullptr) {
         result.reason = "there is no path to save to";
         return result;
     }
+    if (!target.empty() && is_included_file(state, absolute_text(target))) {
+        result.reason = path_text(target) + ": is included by the document";
+        return result;
+    }
     const Form form = options.form.value_or(state.form);
-    const bool has_layout = options.keep_layout && !state.files.empty() && form == state.form;
+    const bool has_layout =
+        options.keep_layout && state.lost.empty() && has_own_text(state) && form == state.form;
     if (has_layout && form == Form::text) {
         return save_keeping_layout(state, target.empty() ? std::string() : absolute_text(target), options,
                                    preview);

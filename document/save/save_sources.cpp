@@ -1,7 +1,9 @@
 #include "document/save/save_sources_impl.h"
 
+#include "document/load/failure_text_impl.h"
 #include "document/load/form_impl.h"
 #include "document/load/meter_impl.h"
+#include "document/save/same_file_impl.h"
 #include "document/sources/byte_hash_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
@@ -31,6 +33,12 @@ CoreVector<CoreString> folders_of(const DocumentState& state) {
 }
 
 } // namespace
+
+SaveSources::SaveSources(const DocumentState& state, const NewBytes& replaced) : state_(state) {
+    for (const auto& [path, bytes] : replaced) {
+        replaced_.emplace(real_path(path), bytes);
+    }
+}
 
 bool SaveSources::is_enciphered(std::string_view path) const noexcept {
     const ReadFile* const file = find_file(files_, path);
@@ -66,7 +74,11 @@ bool SaveSources::read(const std::string& path) {
 bool SaveSources::check_all_read(const std::string& path) {
     for (std::size_t i = 1; i < state_.files.size(); ++i) {
         if (find_file(files_, state_.files[i].path) == nullptr) {
-            reason_ = state_.files[i].path + ": is not found by the includes of " + path + " any more";
+            reason_ = state_.files[i].path + (replaced_.empty()
+                                                  ? ": is not found by the includes of " + path + " any more"
+                                                  : ": would not be included by " + path +
+                                                        ", as an entry around its include is laid out anew, "
+                                                        "or it is not found from there");
             return false;
         }
     }
@@ -76,13 +88,35 @@ bool SaveSources::check_all_read(const std::string& path) {
 /// What was left out when the document was loaded is left out now.
 bk::SourceRead SaveSources::read(const CoreString& path, core_uint64, CoreString& bytes) {
     const std::string name(path.get_view());
-    const bool was_read = find_file(state_.files, name) != nullptr;
-    return was_read && load(name, bytes) ? bk::SourceRead::done : bk::SourceRead::unreadable;
+    if (find_file(state_.files, name) != nullptr) {
+        return load(name, bytes) ? bk::SourceRead::done : bk::SourceRead::unreadable;
+    }
+    if (can_be_read(name)) {
+        reason_ = name + ": would be included, and was not when the document was loaded";
+    }
+    return bk::SourceRead::unreadable;
+}
+
+/// As a load finds it.
+bool SaveSources::can_be_read(const std::string& path) const {
+    const std::function<bool(double)> nobody;
+    Meter meter(nobody);
+    const FileBytes now = read_file(path, CoreString::max_length, {}, meter);
+    return now.reason.empty() && !now.is_too_large &&
+           (form_of(now.bytes.get_view()) == Form::enciphered || why_no_text(now.bytes.get_view()).empty());
+}
+
+/// Faults of a file's own text leave nothing out.
+void SaveSources::failed(const bk::SourceFailure& failure) {
+    if (failure.fault != bk::SourceFault::no_version && failure.fault != bk::SourceFault::include_left_open &&
+        !map_.is_empty()) {
+        left_out_.push_back(directive_);
+    }
 }
 
 bool SaveSources::load(const std::string& path, CoreString& bytes) {
     ReadFile file{path, 0, 0, false};
-    const auto replaced = replaced_.find(path);
+    const auto replaced = replaced_.empty() ? replaced_.end() : replaced_.find(real_path(path));
     if (replaced != replaced_.end()) {
         bytes.set_borrowed(replaced->second.data(), static_cast<unsigned int>(replaced->second.size()));
         const Form form = form_of(bytes.get_view());

@@ -11,14 +11,14 @@
 
 namespace bk_parser {
 
-/// New bytes of files, by their absolute paths.
+/// New bytes of files, by their absolute paths; of a file that has several, by one of them.
 using NewBytes = std::unordered_map<std::string, std::string>;
 
 /// The files of a document, read again as they were read when it was loaded, and the text that they make.
 class SaveSources final : public bk::SourceHost {
 public:
     /// `replaced` stand in for what the disk holds. The arguments outlive this.
-    SaveSources(const DocumentState& state, const NewBytes& replaced) : state_(state), replaced_(replaced) {}
+    SaveSources(const DocumentState& state, const NewBytes& replaced);
 
     /// Reads the document at this absolute path with all its includes. False when a file is not what it was: the reason says which.
     bool read(const std::string& path);
@@ -30,12 +30,14 @@ public:
     /// What was read, the document first.
     const std::vector<ReadFile>& files() const noexcept { return files_; }
     const std::vector<std::string>& included() const noexcept { return included_; }
+    /// The directives of includes that are left out.
+    const std::vector<Spot>& left_out() const noexcept { return left_out_; }
     bool is_enciphered(std::string_view path) const noexcept;
 
     bk::SourceRead read(const CoreString& path, core_uint64 most, CoreString& bytes) override;
     bool read_as_text(const CoreString&, CoreString&) override { return true; }
     bool accepts_deciphered(const CoreString& text) override;
-    void failed(const bk::SourceFailure&) override {}
+    void failed(const bk::SourceFailure& failure) override;
     void include_found(const bk::SourcePiece& piece) override {
         directive_ = map_.here(piece.directive_offset, piece.directive_length);
     }
@@ -47,12 +49,13 @@ public:
     }
 
 private:
+    bool can_be_read(const std::string& path) const;
     bool load(const std::string& path, CoreString& bytes);
     bool load_stored(const std::string& path, CoreString& bytes, ReadFile& file);
     bool check_all_read(const std::string& path);
 
     const DocumentState& state_;
-    const NewBytes& replaced_;
+    std::unordered_map<std::string, std::string_view> replaced_; // by real path
     std::string reason_;
     CoreString text_;
     double version_ = 0;
@@ -60,6 +63,7 @@ private:
     Spot directive_;
     std::vector<ReadFile> files_;
     std::vector<std::string> included_;
+    std::vector<Spot> left_out_;
 };
 
 } // namespace bk_parser

@@ -1,0 +1,142 @@
+#include "document/document.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/tree_content.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+// Edits in which what is around an entry could be lost or given to another one.
+
+using namespace bk_parser;
+
+namespace {
+
+const std::string version = "#Brellwick_Serial_Version 1.2\n";
+
+class DocumentSaveLayout : public testing::Test {
+protected:
+    LoadResult load_text(const std::string& text) { return load(folder_.write("file", text)); }
+    void expect_refused(Document& document, const char* reason) {
+        const std::string before = folder_.read("file");
+        const SaveResult result = save(document);
+        EXPECT_NE(result.reason.find(reason), std::string::npos) << result.reason;
+        EXPECT_EQ(folder_.read("file"), before);
+    }
+    void expect_saved(Document& document, const std::string& text) {
+        const SaveResult result = save(document);
+        ASSERT_TRUE(result.ok()) << result.reason;
+        EXPECT_EQ(folder_.read("file"), text);
+        const LoadResult again = load(folder_.path("file"));
+        EXPECT_EQ(content_difference(document.root(), again.document.root()), "");
+    }
+
+    const ScratchFolder folder_;
+};
+
+using document_save_layout = DocumentSaveLayout;
+
+} // namespace
+
+TEST_F(document_save_layout, an_include_that_is_missing_does_not_vanish_from_an_entry_that_is_printed_anew) {
+    LoadResult loaded = load_text(version + "g {\n#include \"missing\"\n a 1\n}\nb 1\nc 2\n");
+    ASSERT_TRUE(move(loaded.document.root(), "g", "h/g"));
+    expect_refused(loaded.document, "entry 'g' holds an include that was not found");
+    LoadResult moved = load_text(version + "g {\n#include \"missing\"\n a 1\n}\nb 1\nc 2\n");
+    moved.document.root().move_entry(0, 2);
+    ASSERT_TRUE(set(moved.document.root(), "g/a", 2));
+    expect_refused(moved.document, "entry 'g' holds an include that was not found");
+    LoadResult values = load_text(version + "g 1\n#include \"missing\"\n 3 // c\nb 2\n");
+    ASSERT_TRUE(remove(values.document.root(), "g@1"));
+    expect_refused(values.document, "entry 'g' holds an include that was not found");
+}
+
+TEST_F(document_save_layout, a_group_with_the_only_include_of_a_file_can_be_removed) {
+    folder_.write("part", "q 1\n");
+    LoadResult loaded = load_text(version + "g {\n#include \"part\"\n}\ny 2\n");
+    ASSERT_TRUE(remove(loaded.document.root(), "g"));
+    expect_saved(loaded.document, version + "y 2\n");
+    EXPECT_EQ(folder_.read("part"), "q 1\n");
+    ASSERT_TRUE(set(loaded.document.root(), "y", 3));
+    expect_saved(loaded.document, version + "y 3\n");
+}
+
+TEST_F(document_save_layout,
+       a_group_that_is_printed_elsewhere_does_not_take_the_only_include_of_a_file_along) {
+    folder_.write("part", "// about q\nq 1\n");
+    LoadResult loaded = load_text(version + "g {\n#include \"part\"\n}\ny 2\n");
+    ASSERT_TRUE(move(loaded.document.root(), "g", "h/g"));
+    expect_refused(loaded.document, "would not be included by");
+}
+
+TEST_F(document_save_layout, losses_end_what_is_known_of_the_layout) {
+    LoadResult loaded = load_text(version + "a 1 // c\n");
+    auto raw = std::make_unique<ParserEntry>(CoreString("z"), ParserEntry::TYPE_RAW_TEXT, 0, 0);
+    raw->add_string(CoreString("hello 3\n"));
+    insert(loaded.document.root(), 0, std::move(raw));
+    SaveOptions lossy;
+    lossy.lossy = true;
+    ASSERT_TRUE(save(loaded.document, {}, lossy).ok());
+    const std::string once = folder_.read("file");
+    EXPECT_NE(once.find("a 1 // c\n"), std::string::npos) << once;
+    const SaveResult again = save(loaded.document, {}, lossy);
+    EXPECT_NE(again.reason.find("was saved with losses"), std::string::npos) << again.reason;
+    EXPECT_EQ(folder_.read("file"), once);
+    lossy.keep_layout = false;
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(save(loaded.document, {}, lossy).ok());
+        EXPECT_EQ(get<int>(load(folder_.path("file")).document.root(), "a").value_or(0), 1);
+    }
+}
+
+TEST_F(document_save_layout, an_entry_of_another_document_does_not_take_the_comments_of_a_removed_one) {
+    LoadResult loaded = load_text(version + "a 1 // about a\nb 2 // about b\n");
+    LoadResult other = parse("zz 9\n");
+    auto entry = take(other.document.root(), 0u);
+    ASSERT_NE(entry, nullptr);
+    ASSERT_TRUE(remove(loaded.document.root(), "a"));
+    insert(loaded.document.root(), 0, std::move(entry));
+    expect_saved(loaded.document, version + "zz 9\nb 2 // about b\n");
+}
+
+TEST_F(document_save_layout, a_renamed_group_in_which_something_changed_keeps_its_comments) {
+    LoadResult loaded = load_text(version + "g { // about g\n  a 1 // one\n  b 2 // two\n}\n");
+    ASSERT_TRUE(rename(loaded.document.root(), "g", "h"));
+    ASSERT_TRUE(set(loaded.document.root(), "h/b", 3));
+    expect_saved(loaded.document, version + "h { // about g\n  a 1 // one\n  b 3 // two\n}\n");
+}
+
+TEST_F(document_save_layout, a_new_line_in_a_file_whose_lines_end_in_a_return_alone_is_refused) {
+    LoadResult loaded = load_text("a 1\rb 2 // q\rg {\r  c 3\r}\r");
+    ASSERT_TRUE(set(loaded.document.root(), "n", 1));
+    expect_refused(loaded.document, "its lines end in a carriage return alone");
+    LoadResult value = load_text("a 1\rb 2\r");
+    ASSERT_TRUE(set(value.document.root(), "a", 5));
+    expect_saved(value.document, "a 5\rb 2\r");
+}
+
+TEST_F(document_save_layout, a_byte_order_mark_stays_when_the_first_entry_goes) {
+    LoadResult loaded = load_text("\xEF\xBB\xBF"
+                                  "a 1\nb 2\n");
+    ASSERT_TRUE(remove(loaded.document.root(), "a"));
+    expect_saved(loaded.document, "\xEF\xBB\xBF"
+                                  "b 2\n");
+}
+
+TEST_F(document_save_layout, long_lines_are_not_searched_for_their_ends_at_each_entry) {
+    // The test's own time limit ends a save that is quadratic in the line: 400,000 entries would take an hour.
+    std::string text = version;
+    constexpr int count = 400000;
+    for (int i = 0; i < count; ++i) {
+        text += "a 1 ";
+    }
+    LoadOptions options;
+    options.limits = ParserLimits();
+    LoadResult loaded = load(folder_.write("file", text + "\n"), options);
+    for (ParserEntry* const entry : loaded.document.root().get_entries()) {
+        entry->set_int(7, 0);
+    }
+    const SaveResult result = save(loaded.document);
+    ASSERT_TRUE(result.ok()) << result.reason;
+    EXPECT_EQ(folder_.read("file").find('1', version.size()), std::string::npos);
+}
