@@ -191,7 +191,11 @@ CoreVector<CoreString> Loader::search_folders() const {
 void Loader::note_unread() {
     const bool is_new = !name_.empty() && SysDevice::get().inspect(name_).kind == SysPathKind::missing;
     if (!is_new) {
-        problems_.find_unread(state_->lost, state_->left_out);
+        state_->lost = problems_.unread_parts();
+        state_->left_out = problems_.unread_includes();
+        if (!options_.follow_includes && !state_->includes.empty()) {
+            state_->left_out.emplace_back("its includes were not followed");
+        }
     }
     state_->inclusion_count = sources_.get_inclusion_count();
 }

@@ -15,6 +15,7 @@ namespace bk_parser {
 namespace {
 
 constexpr std::size_t longest_line = 4096;
+constexpr std::size_t most_unread = 100; // messages of each kind that are kept
 /// Of all source lines together: a document of one line may have a million problems.
 constexpr std::size_t most_line_bytes = std::size_t{64} << 20;
 
@@ -85,6 +86,7 @@ void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std
 } // namespace
 
 void ProblemList::add(Severity severity, std::string_view code, std::string message, const Spot& spot) {
+    note_unread(code, message, true);
     if (is_allowed(severity, code, allow_) || is_told(spot, code, message)) {
         return;
     }
@@ -98,6 +100,7 @@ void ProblemList::add(Severity severity, std::string_view code, std::string mess
 
 void ProblemList::add(Severity severity, std::string_view code, std::string message,
                       std::filesystem::path file) {
+    note_unread(code, message, false);
     if (is_allowed(severity, code, allow_)) {
         return;
     }
@@ -146,22 +149,18 @@ void ProblemList::forget(std::string_view code) {
     left_.erase(code);
 }
 
-void ProblemList::find_unread(std::vector<std::string>& parts, std::vector<std::string>& includes) const {
-    for (const Noticed& noticed : noticed_) {
-        if (std::find(std::begin(ends_reading), std::end(ends_reading), noticed.code) !=
-            std::end(ends_reading)) {
-            parts.push_back(noticed.message);
-        } else if (std::find(std::begin(leaves_out), std::end(leaves_out), noticed.code) !=
-                   std::end(leaves_out)) {
-            (noticed.has_spot ? includes : parts).push_back(noticed.message);
-        }
+/// Whatever becomes of the problem in the list.
+void ProblemList::note_unread(std::string_view code, const std::string& message, bool has_spot) {
+    const auto is_in = [code](const auto& list) {
+        return std::find(std::begin(list), std::end(list), code) != std::end(list);
+    };
+    const bool ends = is_in(ends_reading);
+    if (!ends && !is_in(leaves_out)) {
+        return;
     }
-    for (const auto& [code, left] : left_) { // beyond what is kept
-        if (std::find(std::begin(ends_reading), std::end(ends_reading), code) != std::end(ends_reading)) {
-            parts.emplace_back(code);
-        } else if (std::find(std::begin(leaves_out), std::end(leaves_out), code) != std::end(leaves_out)) {
-            includes.emplace_back(code);
-        }
+    std::vector<std::string>& unread = ends || !has_spot ? unread_parts_ : unread_includes_;
+    if (unread.size() < most_unread) {
+        unread.push_back(message);
     }
 }
 

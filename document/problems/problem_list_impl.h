@@ -33,7 +33,8 @@ public:
     void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
 
     /// What was not read, in the words of the problems: parts of the document, and includes that were left out alone.
-    void find_unread(std::vector<std::string>& parts, std::vector<std::string>& includes) const;
+    const std::vector<std::string>& unread_parts() const noexcept { return unread_parts_; }
+    const std::vector<std::string>& unread_includes() const noexcept { return unread_includes_; }
     /// Takes back the problems of a code.
     void forget(std::string_view code);
     /// In the order of the reading, each message on one line. What is wrong in a file that is included more than once is
@@ -61,6 +62,7 @@ private:
         bool has_error = false;
     };
 
+    void note_unread(std::string_view code, const std::string& message, bool has_spot);
     bool has_room(Severity severity) noexcept;
     Told told_of(const Spot& spot, std::string_view code, std::string_view message) const noexcept;
     bool is_told(const Spot& spot, std::string_view code, std::string_view message) const;
@@ -74,6 +76,8 @@ private:
     const std::vector<std::string>& allow_;
     std::size_t most_;
     std::vector<Noticed> noticed_;
+    std::vector<std::string> unread_parts_;
+    std::vector<std::string> unread_includes_;
     std::array<std::size_t, 2> kept_{}; // by severity
     std::unordered_set<Told, ToldHash> told_;
     std::unordered_map<std::string_view, Left> left_; // by code
