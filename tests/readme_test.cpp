@@ -18,7 +18,8 @@ std::string file_text(const std::string& name) {
 std::vector<std::string> programs_of(std::string_view page) {
     constexpr std::string_view opening = "\n```cpp\n";
     std::vector<std::string> programs;
-    for (std::size_t start = page.find(opening); start != std::string_view::npos; start = page.find(opening)) {
+    for (std::size_t start = page.find(opening); start != std::string_view::npos;
+         start = page.find(opening)) {
         page.remove_prefix(start + opening.size());
         programs.emplace_back(page.substr(0, page.find("```\n")));
     }

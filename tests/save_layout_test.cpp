@@ -241,6 +241,7 @@ const std::vector<Row>& rows() {
         {"a_group_left_open", "g {\n  a 1\n", in_group("g", set_int("a", 7)), "g {\n  a 7\n"},
         {"an_entry_added_to_a_group_left_open", "g {\n  a 1\n", in_group("g", add_int("b", 2)),
          "g {\n  a 1\n  b 2\n"},
+        {"what_is_behind_the_end", "a 1\n}\nb 2\n", add_int("c", 3), "a 1\nc 3\n}\nb 2\n"},
         {"two_entries_of_one_name", "a 1\na 2\na 3\n", remove(1), "a 1\na 3\n"},
         {"a_replaced_entry", "a 1 // x\nb 2\n", both(remove(0), add_int_at("n", 3, 0)), "n 3\nb 2\n"},
         {"a_string_under_a_version_that_is_none", "#Brellwick_Serial_Version \na 1\n",

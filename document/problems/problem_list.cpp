@@ -20,13 +20,15 @@ constexpr std::size_t most_unread = 100; // messages of each kind that are kept
 constexpr std::size_t most_line_bytes = std::size_t{64} << 20;
 
 /// What is behind such a problem is not read.
-constexpr std::string_view ends_reading[] = {
-    codes::too_large,         codes::cut_off,        codes::damaged,          codes::bytes_after_end,
-    codes::too_many_includes, codes::text_after_end, codes::nested_too_deeply};
-/// A file that such a problem is told of is not read: an include, or the document itself.
+constexpr std::string_view ends_reading[] = {codes::too_large,         codes::cut_off,
+                                             codes::damaged,           codes::bytes_after_end,
+                                             codes::too_many_includes, codes::nested_too_deeply};
+/// What such a problem is told of is not read: an include, the document itself, or the text behind its end, which a kept layout
+/// keeps.
 constexpr std::string_view leaves_out[] = {
     codes::unreadable,        codes::not_a_document, codes::wrong_key,         codes::no_key,
-    codes::include_not_found, codes::include_circle, codes::include_left_open, codes::included_too_deeply};
+    codes::include_not_found, codes::include_circle, codes::include_left_open, codes::included_too_deeply,
+    codes::text_after_end};
 
 /// Where the part of a line that is kept begins: at a character, and not far before the place.
 std::size_t shown_begin(const SourceText& text, std::size_t offset) {

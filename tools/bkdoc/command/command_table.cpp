@@ -29,8 +29,8 @@ constexpr OptionSpec opening[] = {
 
 std::vector<VerbSpec> joined_verbs() {
     std::vector<VerbSpec> verbs;
-    for (const auto& task :
-         {look_verbs(), find_verbs(), change_verbs(), layout_verbs(), compare_verbs(), convert_verbs(), repair_verbs()}) {
+    for (const auto& task : {look_verbs(), find_verbs(), change_verbs(), layout_verbs(), compare_verbs(),
+                             convert_verbs(), repair_verbs()}) {
         verbs.insert(verbs.end(), task.begin(), task.end());
     }
     return verbs;

@@ -61,8 +61,8 @@ std::string content_text(const ParserEntry& entry) {
     constexpr unsigned int most_values = 6;
     std::string text;
     for (unsigned int i = 0; i < std::min(entry.get_value_count(), most_values); ++i) {
-        text += (i == 0 ? "" : " ") +
-                (entry.is_value_group(i) ? shown_value(entry, i) : value_text(entry, i));
+        text +=
+            (i == 0 ? "" : " ") + (entry.is_value_group(i) ? shown_value(entry, i) : value_text(entry, i));
     }
     return text + (entry.get_value_count() > most_values ? " " + std::string(ellipsis) : "");
 }
