@@ -23,6 +23,17 @@ option(BK_PARSER_SLABS "Take small objects from slabs instead of the global heap
 option(BK_PARSER_COVERAGE "Count which lines and branches of the library run (g++)" OFF)
 mark_as_advanced(BK_PARSER_COVERAGE)
 
+# Sources that are compiled together are those of one folder, whose names do not collide.
+function(bk_parser_unite_by_folder target)
+    get_target_property(sources ${target} SOURCES)
+    foreach(source IN LISTS sources)
+        get_filename_component(folder ${source} DIRECTORY)
+        string(MD5 group "${folder}")
+        set_source_files_properties(${source} PROPERTIES UNITY_GROUP group_${group})
+    endforeach()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
+endfunction()
+
 add_library(bk_parser_own_code INTERFACE)
 # Invariants are tested (BK_ASSERT) where time does not matter.
 if(BK_PARSER_SANITIZE)

@@ -41,7 +41,7 @@ constexpr OptionSpec rename_options[] = {
 constexpr std::string_view edit_exit_codes =
     "0 done, 1 nothing fits PATH, 2 refused, and no file is changed.";
 
-constexpr VerbSpec verbs[] = {
+constexpr VerbSpec change_rows[] = {
     {"set", Task::change, "Change values by path.",
      "CHANGE is =VALUES, +=N, -=N, *=N or /=N. VALUES are written as in a document: =60.0, '=1 2 3', =yes, "
      "'=\"sun\"'; a text without quotes is a string. = gives an entry these values, and with @ those from "
@@ -84,7 +84,7 @@ constexpr VerbSpec verbs[] = {
 } // namespace
 
 std::span<const VerbSpec> change_verbs() noexcept {
-    return verbs;
+    return change_rows;
 }
 
 } // namespace bkdoc

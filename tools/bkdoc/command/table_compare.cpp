@@ -23,7 +23,7 @@ constexpr OptionSpec merge_options[] = {
     {"--write", "-w", ValueKind::none, "", false, "Write what was merged to OURS."},
 };
 
-constexpr VerbSpec verbs[] = {
+constexpr VerbSpec compare_rows[] = {
     {"diff", Task::compare, "Tell every difference of two documents, one a line.",
      "A and B may be of any form. Each line tells the place in B, or in A of what was removed; the path; and "
      "what is "
@@ -61,7 +61,7 @@ constexpr VerbSpec verbs[] = {
 } // namespace
 
 std::span<const VerbSpec> compare_verbs() noexcept {
-    return verbs;
+    return compare_rows;
 }
 
 } // namespace bkdoc

@@ -11,7 +11,7 @@ constexpr OptionSpec convert_options[] = {
     {"--lossy", "", ValueKind::none, "", false, "Convert even what reads back with other names or values."},
 };
 
-constexpr VerbSpec verbs[] = {
+constexpr VerbSpec convert_rows[] = {
     {"convert", Task::convert, "Store a document in another form.",
      "The form of IN shows in its first bytes. Includes are spliced in. No form keeps the comments and the "
      "layout of a text. What is made is read back and compared before OUT is replaced, in one step; OUT may "
@@ -27,7 +27,7 @@ constexpr VerbSpec verbs[] = {
 } // namespace
 
 std::span<const VerbSpec> convert_verbs() noexcept {
-    return verbs;
+    return convert_rows;
 }
 
 } // namespace bkdoc

@@ -33,7 +33,7 @@ constexpr OptionSpec grep_options[] = {
 constexpr std::string_view finding_exit_codes = "0 something was found, 1 nothing was found, 2 a document "
                                                 "could not be read, or PATH or PATTERN is malformed.";
 
-constexpr VerbSpec verbs[] = {
+constexpr VerbSpec find_rows[] = {
     {"get", Task::find, "Show the entries, groups and values that a path finds.",
      "A line for each: file:line:column: path = values. A FILE may be a folder or a pattern, as for check. "
      "An included file "
@@ -65,7 +65,7 @@ constexpr VerbSpec verbs[] = {
 } // namespace
 
 std::span<const VerbSpec> find_verbs() noexcept {
-    return verbs;
+    return find_rows;
 }
 
 } // namespace bkdoc

@@ -20,7 +20,7 @@ constexpr OptionSpec fmt_options[] = {
      "Of folders, take the files with this extension; may be given again. Without it the content decides."},
 };
 
-constexpr VerbSpec verbs[] = {
+constexpr VerbSpec layout_rows[] = {
     {"fmt", Task::change, "Lay out texts: an entry a line, indented, lists wrapped.",
      "Without --write, --check and --diff the result goes to standard output. Without FILE, or for -, "
      "standard "
@@ -39,7 +39,7 @@ constexpr VerbSpec verbs[] = {
 } // namespace
 
 std::span<const VerbSpec> layout_verbs() noexcept {
-    return verbs;
+    return layout_rows;
 }
 
 } // namespace bkdoc

@@ -43,7 +43,7 @@ constexpr OptionSpec tree_options[] = {
 
 constexpr OptionSpec dump_options[] = {key_option, key_file_option};
 
-constexpr VerbSpec verbs[] = {
+constexpr VerbSpec look_rows[] = {
     {"check", Task::look, "Report the problems of documents, with the place of each.",
      "A FILE may be a folder, which stands for the documents in it and below it: without --ext those are the "
      "files that begin as a document does, and those whose names end in .bkd. Names that begin with a dot "
@@ -83,7 +83,7 @@ constexpr VerbSpec verbs[] = {
 } // namespace
 
 std::span<const VerbSpec> look_verbs() noexcept {
-    return verbs;
+    return look_rows;
 }
 
 } // namespace bkdoc

@@ -11,7 +11,7 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t message_limit = 600; // characters: a word of the document may be of any length
+constexpr std::size_t problem_limit = 600; // characters: a word of the document may be of any length
 
 /// What the library says of its options, and what the tool says of its own.
 struct Wording {
@@ -99,7 +99,7 @@ void ProblemWriter::write_line(const bk_parser::Problem& problem) {
     out_.paint(problem.severity == bk_parser::Severity::error ? Tone::error : Tone::warning,
                severity_word(problem.severity));
     out_ << " ";
-    out_.paint(Tone::strong, shown(message, message_limit));
+    out_.paint(Tone::strong, shown(message, problem_limit));
     out_.paint(Tone::dim, " [" + problem.code + "]");
     out_ << "\n";
 }

@@ -9,8 +9,6 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t usual_most_problems = 50;
-
 std::size_t most_problems(const CheckRules& rules, const Config& config) {
     const std::size_t most = rules.max_problems    ? *rules.max_problems
                              : config.max_problems ? *config.max_problems

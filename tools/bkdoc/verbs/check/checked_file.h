@@ -9,6 +9,9 @@
 
 namespace bkdoc {
 
+/// How many problems of a file are told unless another number is asked for.
+inline constexpr std::size_t usual_most_problems = 50;
+
 /// A problem and the includes that lead to it.
 struct ToldProblem {
     bk_parser::Problem problem;

@@ -14,7 +14,6 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t usual_most_problems = 50;
 constexpr std::size_t most_threads = 256;
 
 /// What the command line asks for.

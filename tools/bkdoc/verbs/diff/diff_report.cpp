@@ -14,7 +14,6 @@ namespace {
 using bk_parser::TreeChange;
 using Kind = TreeChange::Kind;
 
-constexpr std::size_t longest_path = 400;
 constexpr std::array kinds = {Kind::value,   Kind::head,  Kind::added,
                               Kind::removed, Kind::moved, Kind::renamed};
 constexpr std::array<std::string_view, kinds.size()> sums = {" changed", " of another kind", " added",

@@ -15,7 +15,6 @@ using bk_parser::TreeChange;
 using Kind = TreeChange::Kind;
 
 constexpr std::size_t longest_text = 120; // characters of a string that are shown
-constexpr std::size_t longest_path = 400;
 
 std::string string_of(const ParserEntry& entry, unsigned int i) {
     return std::string(entry.get_string(i).get_view());

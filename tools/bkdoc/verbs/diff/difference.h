@@ -9,6 +9,9 @@
 
 namespace bkdoc {
 
+/// How many characters of a path or a name are told.
+inline constexpr std::size_t longest_path = 400;
+
 /// A difference of two documents as it is told.
 struct ToldDifference {
     bk_parser::TreeChange change;

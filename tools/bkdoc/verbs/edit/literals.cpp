@@ -10,12 +10,7 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t shown_text = 80; // characters
 constexpr std::string_view probe = "x ";
-
-bool is_number(ParserValue::Type type) noexcept {
-    return type == ParserValue::TYPE_INT || type == ParserValue::TYPE_DOUBLE;
-}
 
 } // namespace
 

@@ -4,12 +4,20 @@
 #include "document/values.h"
 #include "parser/parser_entry.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace bkdoc {
+
+/// How many characters of a word of the command line a message shows.
+inline constexpr std::size_t shown_text = 80;
+
+inline bool is_number(ParserValue::Type type) noexcept {
+    return type == ParserValue::TYPE_INT || type == ParserValue::TYPE_DOUBLE;
+}
 
 /// What --type asks for.
 enum class WantedType { as_it_is, boolean, integer, real, string };

@@ -13,8 +13,6 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t shown_text = 80; // characters
-
 char operation_of(std::string_view text) noexcept {
     if (text.starts_with('=')) {
         return '=';
@@ -26,10 +24,6 @@ char operation_of(std::string_view text) noexcept {
 
 std::string_view operand_of(std::string_view text) noexcept {
     return operation_of(text) == '\0' ? "0" : text.substr(operation_of(text) == '=' ? 1 : 2);
-}
-
-bool is_number(ParserValue::Type type) noexcept {
-    return type == ParserValue::TYPE_INT || type == ParserValue::TYPE_DOUBLE;
 }
 
 double calculated(double left, char operation, double right) noexcept {
