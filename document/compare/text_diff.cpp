@@ -58,6 +58,7 @@ public:
 private:
     std::vector<std::uint32_t> numbered(const std::vector<std::string_view>& lines) {
         std::vector<std::uint32_t> numbers;
+        numbers.reserve(lines.size());
         for (const std::string_view line : lines) {
             numbers.push_back(
                 numbers_.emplace(line, static_cast<std::uint32_t>(numbers_.size())).first->second);

@@ -38,6 +38,7 @@ std::uint64_t count_lines(std::string_view text) noexcept {
 
 std::vector<std::filesystem::path> paths_of(const std::vector<CoreString>& texts) {
     std::vector<std::filesystem::path> paths;
+    paths.reserve(texts.size());
     for (const CoreString& text : texts) {
         paths.push_back(path_of_text(text.get_view()));
     }

@@ -210,8 +210,10 @@ std::string count_refusal(const Arguments& arguments) {
         std::size_t required = 0;
         for (const OperandSpec& operand : verb.operands) {
             if (!operand.is_optional && required++ == arguments.operands().size()) {
-                return name + " needs " + std::string(operand.name) + "; bkdoc " + name +
-                       " --help shows an example";
+                std::string refusal = name;
+                refusal += " needs ";
+                refusal += operand.name;
+                return refusal.append("; bkdoc ").append(name).append(" --help shows an example");
             }
         }
     }

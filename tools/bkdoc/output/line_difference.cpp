@@ -121,8 +121,9 @@ private:
                              new_at_ + static_cast<std::size_t>(y)});
             diagonal += is_out ? -1 : 1;
         }
-        for (auto change = found.rbegin(); change != found.rend(); ++change) {
-            add(*change);
+        std::reverse(found.begin(), found.end());
+        for (const auto& change : found) {
+            add(change);
         }
         old_at_ += static_cast<std::size_t>(end_x);
         new_at_ += static_cast<std::size_t>(end_y);

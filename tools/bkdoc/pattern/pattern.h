@@ -59,7 +59,7 @@ private:
         bool is_word_behind;
     };
 
-    bool follow(std::size_t place, const Around& around, Places& places);
+    bool follow(std::size_t start, const Around& around, Places& places);
     bool run(std::string_view text);
 
     std::string literal_; // when the pattern is nothing else

@@ -60,7 +60,7 @@ bool is_json_number(std::string_view text) noexcept {
 
 /// A number that JSON cannot spell, as inf, is a string.
 std::string json_number(const ParserEntry& entry, unsigned int i) {
-    const std::string spelling(entry.get_word(i).get_view());
+    std::string spelling(entry.get_word(i).get_view());
     if (is_json_number(spelling)) {
         return spelling;
     }
