@@ -13,7 +13,9 @@
 #include <vector>
 
 #ifndef NOMINMAX
+#if !defined(NOMINMAX)
 #define NOMINMAX
+#endif
 #endif
 #include <windows.h>
 

@@ -8,7 +8,9 @@
 #define WIN32_LEAN_AND_MEAN
 #endif
 #ifndef NOMINMAX
+#if !defined(NOMINMAX)
 #define NOMINMAX
+#endif
 #endif
 #include <windows.h>
 
