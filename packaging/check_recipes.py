@@ -22,7 +22,7 @@ def check_port():
     port = json.loads((tree / "packaging/vcpkg/bk-parser/vcpkg.json").read_text())
     expect(port["version"] == project, f"vcpkg.json says version {port['version']}, the project {project}")
     expect(re.fullmatch(r"[a-z0-9]+(-[a-z0-9]+)*", port["name"]), "vcpkg.json: the name is none for vcpkg")
-    dependencies = port["dependencies"] + [d for f in port["features"].values() for d in f["dependencies"]]
+    dependencies = port["dependencies"] + [d for f in port["features"].values() for d in f.get("dependencies", [])]
     for dependency in dependencies:
         name = dependency if isinstance(dependency, str) else dependency["name"]
         expect(re.fullmatch(r"[a-z0-9-]+", name), f"vcpkg.json: {name} is no name of a port")
