@@ -160,6 +160,9 @@ TEST_F(bkdoc_edit, a_file_that_several_documents_include_is_changed_once) {
 }
 
 TEST_F(bkdoc_edit, add_makes_an_entry_and_the_groups_on_the_way) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "the shell there takes the quotes of a word away";
+#endif
     const BkdocRun add = run_bkdoc({"add", "-w", "lamp<spot>[\"a\"]/power", "60.0", top_});
     EXPECT_EQ(add.code, 0) << add.err;
     EXPECT_EQ(add.out, top_ + ": 1 entry added\n");

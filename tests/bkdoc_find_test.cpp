@@ -118,7 +118,9 @@ TEST_F(bkdoc_find, hostile_patterns_end_soon) {
     EXPECT_EQ(run_bkdoc({"grep", "((a{1000}){1000}){1000}", text}).err,
               "bkdoc: PATTERN: the pattern is too large: written out this has more than 5000 steps\n"
               "((a{1000}){1000}){1000}\n ^\n");
+#if !defined(_WIN32) // the shell there takes no line of that length
     EXPECT_EQ(run_bkdoc({"grep", std::string(20000, '('), text}).code, 2);
+#endif
 }
 
 TEST_F(bkdoc_find, malformed_patterns_are_told_with_a_caret) {
