@@ -29,8 +29,9 @@ public:
     ParserGroup(const ParserGroup& other);
     virtual ~ParserGroup();
 
-    /// Shallow: afterwards both groups have one name and list the same entries. An entry dies with the last group that
-    /// lists it. Use set for an independent copy.
+    /// Shallow: afterwards both groups have one name, one source entry, and list the same entries. An entry dies with the last
+    /// group that lists it; the source entry is that of `other`, and dangles once the owner of `other` is gone. Use set for an
+    /// independent copy.
     ParserGroup& operator=(const ParserGroup& other);
     /// Deletes all entries; name and source entry stay.
     void clear();
