@@ -26,7 +26,7 @@ struct MergeResult {
 /// name, template and first string. The layout stays that of `ours`, and of what comes from `theirs` that of `theirs`; where only they changed the order of entries, theirs is taken.
 /// Include and version lines are merged as entries are.
 ///
-/// Texts with faults are refused, and a merge without conflicts that would have faults. Near-linear in the texts.
+/// Refuses texts that have faults, and refuses when the merged text would have faults. Near-linear in the texts.
 [[nodiscard]] BK_PARSER_API MergeResult merge_texts(std::string_view base, std::string_view ours,
                                                     std::string_view theirs);
 

@@ -112,7 +112,7 @@ std::string quoted(std::string_view text) {
     return result + "'";
 }
 
-/// A description inside a zsh option specification, where brackets and colons mean something.
+/// A description inside a zsh option, where brackets and colons have a meaning.
 std::string zsh_escaped(std::string_view text) {
     std::string result;
     for (const char character : text) {
