@@ -1,6 +1,7 @@
 #include "parser/text/parser_tree_sink_impl.h"
 
 #include "core/memory/core_assert_impl.h"
+#include "core/memory/core_run_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
@@ -56,7 +57,8 @@ bool TreeSink::open_group(const Token& brace) {
         report_fault(ParserReadObserver::FAULT_NESTED_TOO_DEEPLY, brace, "{");
         return false;
     }
-    auto group = std::make_unique<ParserGroup>(CoreString());
+    std::unique_ptr<ParserGroup> group(new (allocate_in_order(sizeof(ParserGroup)))
+                                           ParserGroup(CoreString()));
     ParserEntry* const entry = make_entry(1);
     ParserValueList& values = EntryAccess::values(*entry);
     group->set_source_entry(entry);
