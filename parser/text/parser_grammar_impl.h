@@ -1,6 +1,7 @@
 #pragma once
 
 #include "parser/parser_read_observer.h"
+#include "parser/text/parser_entry_cutter_impl.h"
 #include "parser/text/parser_word_stream_impl.h"
 #include "parser/words/parser_characters_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
@@ -36,7 +37,7 @@ class Grammar {
 public:
     using Fault = ParserReadObserver::Fault;
 
-    Grammar(std::string_view text, Sink& sink) : words_(text), sink_(sink) {}
+    Grammar(std::string_view text, Sink& sink) : words_(text), cutter_(text), sink_(sink) {}
 
     /// Somebody asks for each word of the outermost group, so that there they are taken one by one.
     void watch_outermost() noexcept { is_watched_ = true; }
@@ -51,6 +52,11 @@ public:
         }
         while (!words_.at_end()) {
             on_word(words_, outer_.empty());
+            if constexpr (takes_entries) {
+                if (!take_entries()) {
+                    return false;
+                }
+            }
             if (words_.next() && !take(words_.word())) {
                 if (is_stopped_) {
                     return false;
@@ -77,6 +83,46 @@ private:
         ParserWord::Type last_kind = ParserWord::TYPE_INVALID;
         Token brace; // where the group inside was opened
     };
+
+    /// Whether the sink takes whole entries, and does not ask for each word.
+    static constexpr bool takes_entries = requires(Sink & sink, const KnownEntry& known) {
+        sink.add_entry(known);
+    };
+
+    /// Takes what is certain as whole entries, up to where the rules below have to look at each word. False when the sink
+    /// wants no more.
+    bool take_entries() {
+        const char* const word = words_.next_start();
+        if (word == nullptr || !is_char(*word, CHAR_NAME_START) || (is_watched_ && outer_.empty()) ||
+            (level_.has_entry && !level_.has_taken) || !cutter_.seek(word)) {
+            return true;
+        }
+        const std::size_t outermost = is_watched_ ? 1 : 0; // whose end is asked for as a word
+        while (cutter_.cut(known_, outer_.size() > outermost) && take_entry()) {
+        }
+        if (cutter_.at() != word) {
+            words_.go_on_at(cutter_.at(), cutter_.place());
+        }
+        return !is_stopped_;
+    }
+
+    /// False when the sink wants no more.
+    bool take_entry() {
+        if (known_.kind == KnownEntry::close) {
+            close_group();
+            return true;
+        }
+        if (known_.kind == KnownEntry::group) {
+            is_stopped_ = !sink_.open_group(known_, cutter_.brace());
+            level_.last_kind = ParserWord::TYPE_IDENTIFIER;
+            enter_group(cutter_.brace());
+            return !is_stopped_;
+        }
+        sink_.add_entry(known_);
+        level_.has_entry = true;
+        level_.has_taken = true; // nobody asks for more: the next word is a name or ends the group
+        return true;
+    }
 
     /// False at the brace that ends the outermost group, and when the sink wants no more.
     bool take(std::string_view word) {
@@ -221,15 +267,20 @@ private:
             fault(ParserReadObserver::FAULT_GROUP_WITHOUT_ENTRY, word);
             return true;
         }
-        level_.brace = words_.token();
-        if (!sink_.open_group(level_.brace)) {
+        const Token brace = words_.token();
+        if (!sink_.open_group(brace)) {
             is_stopped_ = true;
             return false;
         }
+        enter_group(brace);
+        return true;
+    }
+
+    void enter_group(const Token& brace) {
         level_.has_entry = false; // it ends with its group
+        level_.brace = brace;
         outer_.push_back(level_);
         level_ = Level();
-        return true;
     }
 
     bool close_group() {
@@ -278,6 +329,8 @@ private:
     }
 
     WordStream words_;
+    EntryCutter cutter_;
+    KnownEntry known_;
     Sink& sink_;
     Level level_;              // the innermost group
     std::vector<Level> outer_; // the groups around it, the outermost first

@@ -8,11 +8,49 @@
 #include "parser/model/parser_value_impl.h"
 #include "parser/text/parser_fault_text_impl.h"
 
+#include <bit>
 #include <exception>
 #include <memory>
 #include <new>
 
 namespace bk {
+
+namespace {
+
+std::unique_ptr<ParserGroup> make_group() {
+    return std::unique_ptr<ParserGroup>(::new (allocate_in_order(sizeof(ParserGroup)))
+                                            ParserGroup(CoreString()));
+}
+
+unsigned int count_values(const KnownEntry& known) noexcept {
+    if (known.kind != KnownEntry::numbers) {
+        return 1;
+    }
+    unsigned int count = 0;
+    for (const KnownEntry::Numbers& row : known.rows) {
+        count += static_cast<unsigned int>(std::popcount(row.starts));
+    }
+    return count;
+}
+
+/// All as they stand in the text, which is copied in one piece.
+void fill_numbers(ParserValue* place, const KnownEntry& known, char* text) noexcept {
+    copy_text(text, known.text.data(), known.text.size());
+    for (const KnownEntry::Numbers& row : known.rows) {
+        const char* const shown = text + (row.begin - known.text.data());
+        std::uint64_t ends = row.ends;
+        for (std::uint64_t starts = row.starts; starts != 0; starts &= starts - 1, ends &= ends - 1) {
+            const std::uint64_t first = starts & -starts;
+            const std::uint64_t end = ends & -ends;
+            const bool is_double = (row.double_marks & (end - first)) != 0;
+            const int at = std::countr_zero(first);
+            ValueAccess::show_spelled(place++, is_double ? ParserValue::TYPE_DOUBLE : ParserValue::TYPE_INT,
+                                      {shown + at, static_cast<std::size_t>(std::countr_zero(end) - at)});
+        }
+    }
+}
+
+} // namespace
 
 TreeSink::TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer,
                    const ParserLimits& limits)
@@ -52,21 +90,77 @@ void TreeSink::add_string(std::string_view word) {
 }
 
 bool TreeSink::open_group(const Token& brace) {
+    if (!may_nest(brace)) {
+        return false;
+    }
+    std::unique_ptr<ParserGroup> group = make_group();
+    ParserEntry* const entry = make_entry(1);
+    list_group(entry, group.release());
+    return true;
+}
+
+bool TreeSink::open_group(const KnownEntry& known, const Token& brace) {
+    finish_entry();
+    if (!may_nest(brace)) {
+        return false;
+    }
+    std::unique_ptr<ParserGroup> group = make_group();
+    ParserEntry* const entry = make_known(known, 1, 0);
+    list_group(entry, group.release());
+    return true;
+}
+
+bool TreeSink::may_nest(const Token& brace) {
     if (groups_.size() > limits_.nesting_depth) {
         is_stopped_ = true;
         report_fault(ParserReadObserver::FAULT_NESTED_TOO_DEEPLY, brace, "{");
         return false;
     }
-    std::unique_ptr<ParserGroup> group(new (allocate_in_order(sizeof(ParserGroup)))
-                                           ParserGroup(CoreString()));
-    ParserEntry* const entry = make_entry(1);
+    return true;
+}
+
+/// The group is the last value of the entry, which has room for it.
+void TreeSink::list_group(ParserEntry* entry, ParserGroup* group) {
     ParserValueList& values = EntryAccess::values(*entry);
     group->set_source_entry(entry);
-    ParserGroup* const opened = group.release();
-    ValueAccess::make_group(values.room() + values.get_count(), opened);
+    ValueAccess::make_group(values.room() + values.get_count(), group);
     values.set_count(values.get_count() + 1);
-    groups_.push_back({opened, entries_.size()});
-    return true;
+    groups_.push_back({group, entries_.size()});
+}
+
+void TreeSink::add_entry(const KnownEntry& known) {
+    finish_entry();
+    const bool is_string = known.kind == KnownEntry::string;
+    const bool is_escaped = is_string && has_escapes_ && known.text.find('\\') != std::string_view::npos;
+    const unsigned int count = count_values(known);
+    const std::size_t text_size = is_escaped  ? ValueAccess::escaped_string_need(known.text.size())
+                                  : is_string ? ValueAccess::string_need(known.text.size())
+                                              : ValueAccess::spelling_need(known.text.size());
+    ParserValueList& values = EntryAccess::values(*make_known(known, count, text_size));
+    char* text = values.text_room();
+    if (is_escaped) {
+        ValueAccess::make_escaped_string(values.room(), known.text, text);
+    } else if (is_string) {
+        ValueAccess::make_string(values.room(), known.text, text);
+    } else if (known.kind == KnownEntry::boolean) {
+        ValueAccess::make_spelled(values.room(), ParserValue::TYPE_BOOL, known.text, text);
+    } else {
+        fill_numbers(values.room(), known, text);
+    }
+    values.set_count(count);
+    values.keep_plain();
+}
+
+ParserEntry* TreeSink::make_known(const KnownEntry& known, unsigned int count, std::size_t text_size) {
+    const KnownEntry::Head& head = *known.head;
+    std::unique_ptr<ParserEntry> made(EntryAccess::make(
+        {head.name, ParserEntry::TYPE_ENTRY, head.place.line, head.column(), head.array_count}, count,
+        text_size));
+    if (!head.template_name.empty()) {
+        made->set_template(CoreString(head.template_name));
+    }
+    entries_.push_back(made.get());
+    return made.release();
 }
 
 void TreeSink::close_group() {

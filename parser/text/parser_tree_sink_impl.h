@@ -49,6 +49,11 @@ public:
         values_.emplace_back(value_type_of(kind), word, false);
     }
 
+    /// A whole entry without groups.
+    void add_entry(const KnownEntry& known);
+    /// An entry and the group that is all it holds.
+    bool open_group(const KnownEntry& known, const Token& brace);
+
     void make_function_call() noexcept { fields_.type = ParserEntry::TYPE_FUNCTION_CALL; }
     bool open_group(const Token& brace);
     void close_group();
@@ -93,6 +98,9 @@ private:
         }
     }
     ParserEntry* make_entry(unsigned int extra_values);
+    ParserEntry* make_known(const KnownEntry& known, unsigned int count, std::size_t text_size);
+    bool may_nest(const Token& brace);
+    void list_group(ParserEntry* entry, ParserGroup* group);
     std::string_view text_run() const noexcept;
     /// Whether the values are nothing but their spellings.
     bool are_scalars() const noexcept { return !has_strings_ && !has_binary_data_; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/core_string.h"
+#include "parser/text/parser_known_entry_impl.h"
 #include "parser/text/parser_text_block_impl.h"
 #include "parser/text/parser_text_scan_impl.h"
 #include "parser/words/parser_characters_impl.h"
@@ -10,14 +11,6 @@
 #include <string_view>
 
 namespace bk {
-
-/// A word as it stands in the text.
-struct Token {
-    unsigned int start = 0;
-    unsigned int length = 0; // 0 at the end of the text
-    core_ulong line = 0;
-    core_ulong column = 0;
-};
 
 /// Cuts a text into words. A word is a span of the text; nothing is copied. The text is looked at in blocks of 64
 /// characters, each from where the last one was left.
@@ -54,6 +47,13 @@ public:
         unread_ &= -end;
         return true;
     }
+
+    /// The first character of the next word; null when that is not known yet.
+    const char* next_start() const noexcept {
+        return unread_ == 0 ? nullptr : block_ + std::countr_zero(unread_);
+    }
+    /// Goes on at a word that stands further on.
+    void go_on_at(const char* word, const LinePlace& place) noexcept;
 
     /// Cuts words as long as each is a number that is followed by a blank, and hands each over: take(word, classes). Numbers
     /// come in rows, and what the stream knows of its last word is told once a row.
