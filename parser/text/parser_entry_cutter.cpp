@@ -133,6 +133,7 @@ bool EntryCutter::look(const char* p, Head& head) {
         return false;
     }
     head.place = place_of(p);
+    head.end = end;
     head.value = next_word(end);
     return true;
 }

@@ -3,6 +3,7 @@
 #include "core/core_string.h"
 #include "parser/words/parser_word_rules_impl.h"
 
+#include <bit>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,15 @@ struct Token {
     unsigned int length = 0; // 0 at the end of the text
     core_ulong line = 0;
     core_ulong column = 0;
+};
+
+/// The name of an entry as the grammar hands it to a sink.
+struct EntryHead {
+    std::string_view name;
+    std::string_view template_name;
+    unsigned int array_count = no_array;
+    bool is_keyword = false;
+    bool had_suffix = false; // the name is only a part of the word
 };
 
 /// What the place of a character is counted from.
@@ -48,6 +58,7 @@ struct KnownEntry {
         std::string_view template_name;
         unsigned int array_count;
         LinePlace place;
+        const char* end;   ///< of all that
         const char* value; ///< the first character of what follows
 
         core_ulong column() const noexcept {
@@ -60,6 +71,34 @@ struct KnownEntry {
     /// The values as they stand in the text, with what is between them; of a string what is between its quotes.
     std::string_view text;
     std::vector<Numbers> rows;
+
+    EntryHead entry_head() const noexcept {
+        return {head->name, head->template_name, head->array_count, false,
+                head->name.data() + head->name.size() != head->end};
+    }
+    /// The first word of an entry of a text that begins at `text_begin`.
+    Token token(const char* text_begin) const noexcept {
+        return {static_cast<unsigned int>(head->name.data() - text_begin),
+                static_cast<unsigned int>(head->end - head->name.data()), head->place.line, head->column()};
+    }
+    /// A string, with its quotes, or "yes" or "no".
+    std::string_view word() const noexcept {
+        return kind == string ? std::string_view(text.data() - 1, text.size() + 2) : text;
+    }
+    /// take(number, whether it is a double)
+    template <class Take>
+    void for_each_number(Take take) const {
+        for (const Numbers& row : rows) {
+            std::uint64_t ends = row.ends;
+            for (std::uint64_t starts = row.starts; starts != 0; starts &= starts - 1, ends &= ends - 1) {
+                const std::uint64_t first = starts & -starts;
+                const std::uint64_t end = ends & -ends;
+                const int at = std::countr_zero(first);
+                take(std::string_view(row.begin + at, static_cast<std::size_t>(std::countr_zero(end) - at)),
+                     (row.double_marks & (end - first)) != 0);
+            }
+        }
+    }
 };
 
 } // namespace bk

@@ -52,41 +52,9 @@ public:
     const char* next_start() const noexcept {
         return unread_ == 0 ? nullptr : block_ + std::countr_zero(unread_);
     }
-    /// Goes on at a word that stands further on.
+    /// All before a word that stands further on is consumed, and next comes what `go_on_at` is given.
+    void pass(const char* word) noexcept { position_ = word; }
     void go_on_at(const char* word, const LinePlace& place) noexcept;
-
-    /// Cuts words as long as each is a number that is followed by a blank, and hands each over: take(word, classes). Numbers
-    /// come in rows, and what the stream knows of its last word is told once a row.
-    template <class Take>
-    void cut_numbers(Take take) {
-        const TextMasks masks = masks_;
-        std::uint64_t unread = unread_;
-        const char* start = start_;
-        std::size_t size = 0;
-        unsigned int classes = classes_;
-        while (unread != 0) { // cut as in next()
-            const std::uint64_t first = unread & -unread;
-            const std::uint64_t ends = masks.run_ends & -first;
-            const std::uint64_t end = ends & -ends;
-            const char* const begin = block_ + std::countr_zero(first);
-            const char* const digit = begin + (*begin == '-' ? 1 : 0);
-            if ((masks.blanks & end) == 0 || !is_char(*digit, CHAR_DIGIT) || is_hexadecimal_mark(digit[1])) {
-                break;
-            }
-            start = begin;
-            size = static_cast<std::size_t>(std::countr_zero(end) - std::countr_zero(first));
-            classes = (masks.double_marks & (end - first)) != 0 ? CHAR_DOUBLE_MARK : 0;
-            unread &= -end;
-            take(std::string_view(start, size), classes);
-        }
-        if (size != 0) {
-            unread_ = unread;
-            start_ = start;
-            classes_ = classes;
-            word_end_ = start + size;
-            position_ = word_end_ + 1;
-        }
-    }
 
     /// The word that was cut last.
     std::string_view word() const noexcept { return {start_, static_cast<std::size_t>(word_end_ - start_)}; }
@@ -100,6 +68,7 @@ public:
 
     /// Whether every byte has been consumed.
     bool at_end() const noexcept { return position_ == end_; }
+    const char* begin() const noexcept { return begin_; }
     /// How many bytes have been consumed.
     std::size_t consumed() const noexcept { return static_cast<std::size_t>(position_ - begin_); }
     /// How far the text is consumed, from 0 to 1.
