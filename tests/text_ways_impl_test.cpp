@@ -212,7 +212,7 @@ std::string mutant(std::mt19937& random) {
         if (random() % 2 == 0) {
             text.insert(place, pieces[random() % pieces.size()]);
         } else if (place < text.size()) {
-            text[place] = static_cast<char>(random() % 3 == 0 ? random() : " 1}\n\"-"[random() % 6]);
+            text[place] = random() % 3 == 0 ? static_cast<char>(random()) : " 1}\n\"-"[random() % 6];
         }
     }
     return text;

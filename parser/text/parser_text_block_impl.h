@@ -35,9 +35,9 @@ constexpr std::array<std::uint64_t, 256> make_mask_table() {
         const auto character = static_cast<char>(i);
         unsigned int place = 0;
         const auto put = [&](bool is_in) { table[i] |= std::uint64_t{is_in} << 8 * place++; };
-        for (const unsigned int classes : {+CHAR_BLANK, +CHAR_LINE_BREAK, +CHAR_ENDS_RUN, +CHAR_DOUBLE_MARK,
-                                           +CHAR_QUOTE, +CHAR_NAME, +CHAR_DIGIT}) {
-            put(is_char(character, classes));
+        for (const CharacterClass wanted : {CHAR_BLANK, CHAR_LINE_BREAK, CHAR_ENDS_RUN, CHAR_DOUBLE_MARK,
+                                            CHAR_QUOTE, CHAR_NAME, CHAR_DIGIT}) {
+            put(is_char(character, wanted));
         }
         put(character == '-');
     }
