@@ -252,7 +252,8 @@ void JsonWriter::put_scalar(ParserValue::Type type, std::string_view word) {
     }
     out_.put('{');
     put_key(key_of(type));
-    if (type != ParserValue::TYPE_WORD && json_number_of(word) == JsonNumber::whole) {
+    const bool is_number = type != ParserValue::TYPE_WORD && type != ParserValue::TYPE_BOOL;
+    if (is_number && json_number_of(word) == JsonNumber::whole) {
         out_.put(word);
     } else {
         put_text(word);
