@@ -1,4 +1,4 @@
-#include "document/save/file_set_impl.h"
+#include "document/save/files/file_set_impl.h"
 
 #include "core/files/sys_file_input_impl.h"
 #include "core/files/sys_reason_impl.h"

@@ -1,5 +1,5 @@
-#include "document/save/layout_edits_impl.h"
-#include "document/save/layout_lines_impl.h"
+#include "document/save/edits/layout_edits_impl.h"
+#include "document/save/edits/layout_lines_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/words/parser_word_rules_impl.h"

@@ -1,7 +1,7 @@
-#include "document/save/losses_impl.h"
+#include "document/save/forms/losses_impl.h"
 
-#include "document/save/layout_print_impl.h"
-#include "document/save/value_text_impl.h"
+#include "document/save/edits/layout_print_impl.h"
+#include "document/save/record/value_text_impl.h"
 #include "parser/files/parser_document_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"

@@ -1,4 +1,4 @@
-#include "document/save/layout_print_impl.h"
+#include "document/save/edits/layout_print_impl.h"
 
 #include "parser/text/parser_text_writer_impl.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "document/save/layout_record_impl.h"
-#include "document/save/place_shifts_impl.h"
+#include "document/save/proof/place_shifts_impl.h"
+#include "document/save/record/layout_record_impl.h"
 
 #include <string_view>
 

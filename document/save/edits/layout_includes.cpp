@@ -1,4 +1,4 @@
-#include "document/save/layout_edits_impl.h"
+#include "document/save/edits/layout_edits_impl.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
-#include "document/save/file_change_impl.h"
+#include "document/save/files/file_change_impl.h"
 
 #include "core/files/sys_filesystem_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
 #include "core/sys_device.h"
-#include "document/save/file_set_impl.h"
+#include "document/save/files/file_set_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
 

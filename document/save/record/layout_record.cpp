@@ -1,6 +1,6 @@
-#include "document/save/layout_record_impl.h"
+#include "document/save/record/layout_record_impl.h"
 
-#include "document/save/value_text_impl.h"
+#include "document/save/record/value_text_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/save/place_shifts_impl.h"
+#include "document/save/proof/place_shifts_impl.h"
 #include "parser/parser_group.h"
 #include "parser/text/parser_grammar_impl.h"
 

@@ -1,9 +1,9 @@
-#include "document/save/save_sources_impl.h"
+#include "document/save/record/save_sources_impl.h"
 
 #include "document/load/failure_text_impl.h"
 #include "document/load/form_impl.h"
 #include "document/load/meter_impl.h"
-#include "document/save/same_file_impl.h"
+#include "document/save/files/same_file_impl.h"
 #include "document/sources/byte_hash_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"

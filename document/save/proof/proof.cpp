@@ -1,6 +1,6 @@
-#include "document/save/proof_impl.h"
+#include "document/save/proof/proof_impl.h"
 
-#include "document/save/read_back_impl.h"
+#include "document/save/proof/read_back_impl.h"
 #include "parser/words/parser_characters_impl.h"
 
 #include <algorithm>

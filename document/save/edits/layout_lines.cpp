@@ -1,4 +1,4 @@
-#include "document/save/layout_lines_impl.h"
+#include "document/save/edits/layout_lines_impl.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "document/save/value_text_impl.h"
+#include "document/save/record/value_text_impl.h"
 
 #include "core/core_memory.h"
 #include "parser/model/parser_value_impl.h"

@@ -1,6 +1,6 @@
-#include "document/save/read_back_impl.h"
+#include "document/save/proof/read_back_impl.h"
 
-#include "document/save/value_text_impl.h"
+#include "document/save/record/value_text_impl.h"
 #include "parser/files/parser_document_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"

@@ -1,4 +1,4 @@
-#include "document/save/place_shifts_impl.h"
+#include "document/save/proof/place_shifts_impl.h"
 
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"

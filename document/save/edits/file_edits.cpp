@@ -1,7 +1,7 @@
-#include "document/save/file_edits_impl.h"
+#include "document/save/edits/file_edits_impl.h"
 
-#include "document/save/same_file_impl.h"
-#include "document/save/stored_form_impl.h"
+#include "document/save/files/same_file_impl.h"
+#include "document/save/forms/stored_form_impl.h"
 
 #include <algorithm>
 #include <unordered_map>

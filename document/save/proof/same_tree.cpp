@@ -1,4 +1,4 @@
-#include "document/save/same_tree_impl.h"
+#include "document/save/proof/same_tree_impl.h"
 
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"

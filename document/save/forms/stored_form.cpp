@@ -1,8 +1,8 @@
-#include "document/save/stored_form_impl.h"
+#include "document/save/forms/stored_form_impl.h"
 
-#include "document/save/read_back_impl.h"
-#include "document/save/same_tree_impl.h"
-#include "document/save/save_sources_impl.h"
+#include "document/save/proof/read_back_impl.h"
+#include "document/save/proof/same_tree_impl.h"
+#include "document/save/record/save_sources_impl.h"
 #include "parser/archive/parser_archive_impl.h"
 #include "parser/cipher/parser_cipher_impl.h"
 #include "parser/files/parser_document_impl.h"

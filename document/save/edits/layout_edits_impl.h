@@ -1,8 +1,8 @@
 #pragma once
 
-#include "document/save/layout_print_impl.h"
-#include "document/save/layout_record_impl.h"
-#include "document/save/save_sources_impl.h"
+#include "document/save/edits/layout_print_impl.h"
+#include "document/save/record/layout_record_impl.h"
+#include "document/save/record/save_sources_impl.h"
 
 #include <string>
 #include <unordered_map>

@@ -1,4 +1,4 @@
-#include "document/save/entry_lookup_impl.h"
+#include "document/save/record/entry_lookup_impl.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#include "document/save/layout_edits_impl.h"
+#include "document/save/edits/layout_edits_impl.h"
 
-#include "document/save/layout_lines_impl.h"
-#include "document/save/value_text_impl.h"
+#include "document/save/edits/layout_lines_impl.h"
+#include "document/save/record/value_text_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
 #include <utility>

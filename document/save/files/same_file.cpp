@@ -1,4 +1,4 @@
-#include "document/save/same_file_impl.h"
+#include "document/save/files/same_file_impl.h"
 
 #include "document/sources/path_text_impl.h"
 

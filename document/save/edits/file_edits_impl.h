@@ -1,7 +1,7 @@
 #pragma once
 
-#include "document/save/layout_edits_impl.h"
-#include "document/save/save_sources_impl.h"
+#include "document/save/edits/layout_edits_impl.h"
+#include "document/save/record/save_sources_impl.h"
 
 #include <string>
 #include <vector>
