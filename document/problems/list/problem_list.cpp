@@ -1,9 +1,9 @@
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/list/problem_list_impl.h"
 
 #include "core/text/core_utf8_impl.h"
 #include "document/load/failure_text_impl.h"
-#include "document/problems/problem_codes_impl.h"
-#include "document/problems/shown_word_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/shown_word_impl.h"
 #include "document/sources/path_text_impl.h"
 
 #include <algorithm>

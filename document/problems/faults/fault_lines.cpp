@@ -1,5 +1,5 @@
-#include "document/problems/fault_story_impl.h"
-#include "document/problems/problem_codes_impl.h"
+#include "document/problems/faults/fault_story_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
 
 #include <algorithm>
 

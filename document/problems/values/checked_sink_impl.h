@@ -1,10 +1,10 @@
 #pragma once
 
-#include "document/problems/fault_record_impl.h"
-#include "document/problems/joins_impl.h"
-#include "document/problems/line_reader_impl.h"
-#include "document/problems/problem_list_impl.h"
-#include "document/problems/value_checks_impl.h"
+#include "document/problems/faults/fault_record_impl.h"
+#include "document/problems/files/joins_impl.h"
+#include "document/problems/files/line_reader_impl.h"
+#include "document/problems/list/problem_list_impl.h"
+#include "document/problems/values/value_checks_impl.h"
 #include "parser/text/parser_tree_sink_impl.h"
 
 #include <string_view>

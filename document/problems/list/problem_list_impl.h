@@ -44,7 +44,7 @@ public:
 private:
     struct Noticed {
         Severity severity;
-        std::string_view code; // one of document/problems/problem_codes_impl.h
+        std::string_view code; // one of document/problems/list/problem_codes_impl.h
         std::string message;
         std::filesystem::path file; // when it has no spot
         Spot spot;

@@ -1,9 +1,9 @@
-#include "document/problems/parse_checked_impl.h"
+#include "document/problems/values/parse_checked_impl.h"
 
-#include "document/problems/checked_sink_impl.h"
-#include "document/problems/fault_story_impl.h"
-#include "document/problems/joins_impl.h"
-#include "document/problems/source_checks_impl.h"
+#include "document/problems/faults/fault_story_impl.h"
+#include "document/problems/files/joins_impl.h"
+#include "document/problems/files/source_checks_impl.h"
+#include "document/problems/values/checked_sink_impl.h"
 #include "parser/text/parser_grammar_impl.h"
 
 namespace bk_parser {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "document/problems/fault_record_impl.h"
-#include "document/problems/joins_impl.h"
-#include "document/problems/line_reader_impl.h"
-#include "document/problems/losses_impl.h"
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/faults/fault_record_impl.h"
+#include "document/problems/files/joins_impl.h"
+#include "document/problems/files/line_reader_impl.h"
+#include "document/problems/list/losses_impl.h"
+#include "document/problems/list/problem_list_impl.h"
 #include "parser/parser_limits.h"
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/problems/problem_codes_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
 #include "document/sources/source_map_impl.h"
 
 #include <cstddef>

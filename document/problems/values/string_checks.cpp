@@ -1,6 +1,6 @@
-#include "document/problems/problem_codes_impl.h"
-#include "document/problems/shown_word_impl.h"
-#include "document/problems/value_checks_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/shown_word_impl.h"
+#include "document/problems/values/value_checks_impl.h"
 
 namespace bk_parser {
 

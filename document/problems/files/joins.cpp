@@ -1,8 +1,8 @@
-#include "document/problems/joins_impl.h"
+#include "document/problems/files/joins_impl.h"
 
-#include "document/problems/line_reader_impl.h"
-#include "document/problems/problem_codes_impl.h"
-#include "document/problems/shown_word_impl.h"
+#include "document/problems/files/line_reader_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/shown_word_impl.h"
 #include "parser/files/parser_document_impl.h"
 #include "parser/words/parser_characters_impl.h"
 

@@ -1,7 +1,7 @@
-#include "document/problems/checked_sink_impl.h"
+#include "document/problems/values/checked_sink_impl.h"
 
-#include "document/problems/problem_codes_impl.h"
-#include "document/problems/shown_word_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/shown_word_impl.h"
 #include "parser/files/parser_document_impl.h"
 
 #include <algorithm>

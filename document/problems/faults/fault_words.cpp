@@ -1,7 +1,7 @@
-#include "document/problems/fault_story_impl.h"
-#include "document/problems/problem_codes_impl.h"
-#include "document/problems/shown_word_impl.h"
-#include "document/problems/value_checks_impl.h"
+#include "document/problems/faults/fault_story_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/shown_word_impl.h"
+#include "document/problems/values/value_checks_impl.h"
 #include "parser/files/parser_document_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "document/problems/losses_impl.h"
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/list/losses_impl.h"
+#include "document/problems/list/problem_list_impl.h"
 
 #include <cstddef>
 #include <cstdint>

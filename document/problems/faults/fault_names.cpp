@@ -1,6 +1,6 @@
-#include "document/problems/fault_story_impl.h"
-#include "document/problems/problem_codes_impl.h"
-#include "document/problems/shown_word_impl.h"
+#include "document/problems/faults/fault_story_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/shown_word_impl.h"
 #include "parser/words/parser_characters_impl.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "document/problems/shown_word_impl.h"
+#include "document/problems/list/shown_word_impl.h"
 
 #include "core/text/core_hexadecimal_impl.h"
 #include "core/text/core_utf8_impl.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "document/load/meter_impl.h"
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/list/problem_list_impl.h"
 #include "document/sources/source_map_impl.h"
 #include "parser/parser_group.h"
 #include "parser/parser_limits.h"
