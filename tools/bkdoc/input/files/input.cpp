@@ -1,4 +1,4 @@
-#include "input/input.h"
+#include "input/files/input.h"
 
 #include "core/sys_device.h"
 #include "document/load.h"

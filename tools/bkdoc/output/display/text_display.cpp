@@ -1,4 +1,4 @@
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "output/line_difference.h"
+#include "output/diff/line_difference.h"
 
 #include <algorithm>
 #include <cstdint>

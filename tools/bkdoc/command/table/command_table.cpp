@@ -1,6 +1,6 @@
-#include "command/command_table.h"
+#include "command/table/command_table.h"
 
-#include "command/table_parts.h"
+#include "command/table/table_parts.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "command/table_parts.h"
+#include "command/table/table_parts.h"
 
 #include "verbs/verbs.h"
 

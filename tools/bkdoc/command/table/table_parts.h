@@ -1,6 +1,6 @@
 #pragma once
 
-#include "command/command_table.h"
+#include "command/table/command_table.h"
 
 /// Parts of the command table: the verbs of each task stand in a file of their own, and share operands and exit codes.
 namespace bkdoc {

@@ -1,7 +1,7 @@
-#include "output/report.h"
+#include "output/problems/report.h"
 
-#include "output/snippet.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
+#include "output/problems/snippet.h"
 #include "platform/paths.h"
 
 #include <algorithm>

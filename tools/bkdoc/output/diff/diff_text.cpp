@@ -1,4 +1,4 @@
-#include "output/diff_text.h"
+#include "output/diff/diff_text.h"
 
 #include <algorithm>
 

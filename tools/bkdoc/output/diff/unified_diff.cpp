@@ -1,6 +1,6 @@
-#include "output/unified_diff.h"
+#include "output/diff/unified_diff.h"
 
-#include "output/line_difference.h"
+#include "output/diff/line_difference.h"
 
 #include <algorithm>
 #include <vector>

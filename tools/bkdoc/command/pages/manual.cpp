@@ -1,7 +1,7 @@
-#include "command/manual.h"
+#include "command/pages/manual.h"
 
-#include "command/command_table.h"
-#include "command/help.h"
+#include "command/pages/help.h"
+#include "command/table/command_table.h"
 
 #include <string_view>
 

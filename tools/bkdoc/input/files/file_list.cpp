@@ -1,9 +1,9 @@
-#include "input/file_list.h"
+#include "input/files/file_list.h"
 
-#include "input/config.h"
+#include "input/files/glob.h"
+#include "input/files/input.h"
 #include "input/form_mark.h"
-#include "input/glob.h"
-#include "input/input.h"
+#include "input/options/config.h"
 #include "platform/paths.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "output/document_text.h"
+#include "output/display/document_text.h"
 
 #include "input/log_keeper.h"
 #include "parser/parser_file.h"

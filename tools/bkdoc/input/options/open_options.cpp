@@ -1,6 +1,6 @@
-#include "input/open_options.h"
+#include "input/options/open_options.h"
 
-#include "input/key_source.h"
+#include "input/options/key_source.h"
 #include "platform/paths.h"
 
 #include <limits>

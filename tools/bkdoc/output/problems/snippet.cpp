@@ -1,6 +1,6 @@
-#include "output/snippet.h"
+#include "output/problems/snippet.h"
 
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 #include <algorithm>
 #include <string>

@@ -1,7 +1,7 @@
-#include "command/completions.h"
+#include "command/pages/completions.h"
 
-#include "command/command_table.h"
-#include "command/manual.h"
+#include "command/pages/manual.h"
+#include "command/table/command_table.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "input/memory_file.h"
+#include "input/files/memory_file.h"
 
 #include "core/sys_file.h"
 

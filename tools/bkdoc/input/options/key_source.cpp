@@ -1,4 +1,4 @@
-#include "input/key_source.h"
+#include "input/options/key_source.h"
 
 #include "core/sys_file.h"
 #include "platform/platform.h"

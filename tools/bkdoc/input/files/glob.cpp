@@ -1,4 +1,4 @@
-#include "input/glob.h"
+#include "input/files/glob.h"
 
 #include "platform/paths.h"
 

@@ -1,7 +1,7 @@
-#include "command/help.h"
+#include "command/pages/help.h"
 
-#include "command/command_table.h"
-#include "output/text_display.h"
+#include "command/table/command_table.h"
+#include "output/display/text_display.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "input/config.h"
+#include "input/options/config.h"
 
 #include "document/load.h"
 #include "platform/paths.h"

@@ -1,6 +1,6 @@
-#include "output/value_display.h"
+#include "output/display/value_display.h"
 
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 #include "parser/parser_group.h"
 
 #include <algorithm>
