@@ -31,24 +31,16 @@ private:
 
 } // namespace
 
-SharedFiles::SharedFiles() : beneath_(SysDevice::get()), current_folder_(beneath_.current_folder()) {
-    SysDevice::set(this);
-}
-
-SharedFiles::~SharedFiles() {
-    SysDevice::set(&beneath_);
-}
-
 // What cannot be kept is inspected each time, so that the system's reason is there to be told.
 SysPathInfo SharedFiles::inspect(const std::string& path) {
     const std::shared_ptr<File> file = find_or_add(path);
-    return file == nullptr ? beneath_.inspect(path) : file->info;
+    return file == nullptr ? beneath().inspect(path) : file->info;
 }
 
 std::unique_ptr<SysHandle> SharedFiles::open_for_reading(const std::string& path) {
     const std::shared_ptr<File> file = find_or_add(path);
     if (file == nullptr) {
-        return beneath_.open_for_reading(path);
+        return beneath().open_for_reading(path);
     }
     std::unique_lock reading(file->mutex);
     if (file->bytes == nullptr) {
@@ -60,28 +52,8 @@ std::unique_ptr<SysHandle> SharedFiles::open_for_reading(const std::string& path
             reading.lock();
         }
     }
-    return file->bytes == nullptr ? beneath_.open_for_reading(path)
+    return file->bytes == nullptr ? beneath().open_for_reading(path)
                                   : std::make_unique<SharedHandle>(file->bytes);
-}
-
-std::unique_ptr<SysHandle> SharedFiles::open_in_place(const std::string& path) {
-    return beneath_.open_in_place(path);
-}
-
-std::unique_ptr<SysHandle> SharedFiles::create_beside(const std::string& target, std::string& created_path) {
-    return beneath_.create_beside(target, created_path);
-}
-
-bool SharedFiles::replace(const std::string& from, const std::string& to) {
-    return beneath_.replace(from, to);
-}
-
-bool SharedFiles::remove(const std::string& path) {
-    return beneath_.remove(path);
-}
-
-std::string SharedFiles::resolve_links(const std::string& path) {
-    return beneath_.resolve_links(path);
 }
 
 /// Documents are named from the current folder, includes absolutely.
@@ -106,7 +78,7 @@ std::shared_ptr<SharedFiles::File> SharedFiles::find_or_add(const std::string& p
     if (std::shared_ptr<File> known = find(key)) {
         return known;
     }
-    const SysPathInfo info = beneath_.inspect(path);
+    const SysPathInfo info = beneath().inspect(path);
     if (info.kind != SysPathKind::regular || info.size <= 0 || info.size > largest_file) {
         return nullptr;
     }
@@ -144,7 +116,7 @@ void SharedFiles::count(const std::string& key, const std::shared_ptr<File>& fil
 
 /// Null when it is not read to its end, or has grown since it was inspected.
 std::shared_ptr<const std::string> SharedFiles::read(const std::string& path, core_int64 size) {
-    const std::unique_ptr<SysHandle> handle = beneath_.open_for_reading(path);
+    const std::unique_ptr<SysHandle> handle = beneath().open_for_reading(path);
     if (handle == nullptr) {
         return nullptr;
     }

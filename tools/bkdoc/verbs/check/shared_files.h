@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/sys_device.h"
+#include "platform/device_layer.h"
 
 #include <cstddef>
 #include <list>
@@ -14,20 +14,10 @@ namespace bkdoc {
 /// While one lives, the library reads each regular file once and has it from memory from then on, in all threads; every other
 /// path as it did before. So a file that a thousand documents include is looked for, opened and read once, and is the same for
 /// all of them. Files of more than 4 MiB are not kept; of the others up to 64 MiB, the longest unused given up first.
-class SharedFiles : public SysDevice {
+class SharedFiles : public DeviceLayer {
 public:
-    SharedFiles();
-    ~SharedFiles() override;
-    SharedFiles(const SharedFiles&) = delete;
-    SharedFiles& operator=(const SharedFiles&) = delete;
-
     SysPathInfo inspect(const std::string& path) override;
     std::unique_ptr<SysHandle> open_for_reading(const std::string& path) override;
-    std::unique_ptr<SysHandle> open_in_place(const std::string& path) override;
-    std::unique_ptr<SysHandle> create_beside(const std::string& target, std::string& created_path) override;
-    bool replace(const std::string& from, const std::string& to) override;
-    bool remove(const std::string& path) override;
-    std::string resolve_links(const std::string& path) override;
     std::string current_folder() override { return current_folder_; }
 
 private:
@@ -49,8 +39,7 @@ private:
     void count(const std::string& key, const std::shared_ptr<File>& file, std::size_t more);
     std::shared_ptr<const std::string> read(const std::string& path, core_int64 size);
 
-    SysDevice& beneath_;
-    const std::string current_folder_;
+    const std::string current_folder_ = beneath().current_folder();
     std::mutex mutex_; // of what follows
     std::unordered_map<std::string, std::shared_ptr<File>> files_;
     std::list<std::string> uses_; // keys, the one used last in front
