@@ -11,7 +11,7 @@ docs/python.md is the guide.
 
 from collections.abc import MutableSequence
 
-from bk_parser import _containers
+from bk_parser import _containers, _pickling
 from bk_parser._core import (
     Document,
     Entry,
@@ -23,6 +23,7 @@ from bk_parser._core import (
     SaveError,
     Values,
     from_binary,
+    from_json,
     load,
     parse,
 )
@@ -30,6 +31,7 @@ from bk_parser._edit import edit
 
 _containers.extend(Group)
 _containers.extend(Entry)
+_pickling.extend()
 MutableSequence.register(Values)
 
 __all__ = [
@@ -44,6 +46,7 @@ __all__ = [
     "Values",
     "edit",
     "from_binary",
+    "from_json",
     "load",
     "parse",
 ]

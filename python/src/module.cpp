@@ -4,6 +4,8 @@
 #include "types/search.h"
 #include "types/values.h"
 
+#include "core/core_log.h"
+
 namespace bk_python {
 
 namespace {
@@ -47,6 +49,8 @@ void make_types(py::module_& module) {
 PYBIND11_MODULE(_core, module) {
     using namespace bk_python;
     module.doc() = "Structured documents: load, ask, change, save. See bk_parser.";
+    // What is wrong comes as problems and exceptions; nothing is printed.
+    CoreLogHandler::s_main_log_handler->set_verbosity(0);
     make_types(module);
     define_group_methods();
     define_entry_methods();
@@ -55,4 +59,5 @@ PYBIND11_MODULE(_core, module) {
     define_load(module);
     define_save();
     define_bytes(module);
+    define_json(module);
 }

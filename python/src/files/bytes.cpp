@@ -104,12 +104,6 @@ py::tuple entry_state(const py::object& self) {
     return state_of(group);
 }
 
-void define_reduce(PyTypeObject* type, const py::object& restore, py::tuple (*state)(const py::object&)) {
-    define(reinterpret_cast<PyObject*>(type), "__reduce__", [restore, state](const py::object& self) {
-        return py::make_tuple(restore, state(self));
-    });
-}
-
 } // namespace
 
 void define_bytes(py::module_& module) {
@@ -123,10 +117,9 @@ void define_bytes(py::module_& module) {
     });
     module.def("_group_from_state", group_from_state);
     module.def("_entry_from_state", entry_from_state);
-    const auto of_group = [](const py::object& self) { return state_of(*use_group(self.ptr()).group); };
-    define_reduce(types.group, module.attr("_group_from_state"), of_group);
-    define_reduce(types.document, module.attr("_document_from_state"), of_group);
-    define_reduce(types.entry, module.attr("_entry_from_state"), entry_state);
+    define(reinterpret_cast<PyObject*>(types.group), "_state",
+           [](const py::object& self) { return state_of(*use_group(self.ptr()).group); });
+    define(reinterpret_cast<PyObject*>(types.entry), "_state", entry_state);
 }
 
 } // namespace bk_python

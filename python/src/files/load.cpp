@@ -27,20 +27,6 @@ py::list problem_list(const std::vector<bk_parser::Problem>& problems) {
     throw py::error_already_set();
 }
 
-/// Nothing could be read when an error left no entry.
-py::object result_of(LoadResult loaded) {
-    if (loaded.cancelled) {
-        fail_load(types.load_cancelled, py::str("the progress callable cancelled the load"), loaded);
-    }
-    if (!loaded.ok() && loaded.document.root().get_entries().is_empty()) {
-        const auto error = std::find_if(loaded.problems.begin(), loaded.problems.end(), [](const auto& problem) {
-            return problem.severity == bk_parser::Severity::error;
-        });
-        fail_load(types.load_error, py::str(py::cast(*error)), loaded);
-    }
-    return document_handle(std::move(loaded));
-}
-
 /// The load goes on without the interpreter's lock, which the callable takes each time it is called.
 std::function<bool(double)> progress_of(const py::object& callable) {
     if (callable.is_none()) {
@@ -78,7 +64,7 @@ py::object load(const std::filesystem::path& path, const std::vector<std::filesy
         const py::gil_scoped_release unlocked;
         loaded = bk_parser::load(path, options);
     }
-    return result_of(std::move(loaded));
+    return loaded_document(std::move(loaded));
 }
 
 /// A str, or bytes.
@@ -101,7 +87,7 @@ py::object parse(const py::object& text, const std::vector<std::filesystem::path
         const py::gil_scoped_release unlocked;
         loaded = bk_parser::parse(content, options);
     }
-    return result_of(std::move(loaded));
+    return loaded_document(std::move(loaded));
 }
 
 bk_parser::Document& document_of(const py::object& self) {
@@ -153,6 +139,20 @@ void define_fields() {
 }
 
 } // namespace
+
+/// Nothing could be read when an error left no entry.
+py::object loaded_document(LoadResult loaded) {
+    if (loaded.cancelled) {
+        fail_load(types.load_cancelled, py::str("the progress callable cancelled the load"), loaded);
+    }
+    if (!loaded.ok() && loaded.document.root().get_entries().is_empty()) {
+        const auto error = std::find_if(loaded.problems.begin(), loaded.problems.end(), [](const auto& problem) {
+            return problem.severity == bk_parser::Severity::error;
+        });
+        fail_load(types.load_error, py::str(py::cast(*error)), loaded);
+    }
+    return document_handle(std::move(loaded));
+}
 
 void define_load(py::module_& module) {
     using Folders = std::vector<std::filesystem::path>;
