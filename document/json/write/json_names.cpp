@@ -1,4 +1,4 @@
-#include "document/json/json_names_impl.h"
+#include "document/json/write/json_names_impl.h"
 
 #include "document/sources/byte_hash_impl.h"
 

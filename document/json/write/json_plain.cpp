@@ -1,6 +1,6 @@
-#include "document/json/json_plain_impl.h"
+#include "document/json/write/json_plain_impl.h"
 
-#include "document/json/json_scalar_impl.h"
+#include "document/json/write/json_scalar_impl.h"
 #include "parser/model/parser_entry_impl.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/json/json_output_impl.h"
+#include "document/json/write/json_output_impl.h"
 #include "parser/parser_entry.h"
 #include "parser/parser_group.h"
 

@@ -1,4 +1,4 @@
-#include "document/json/json_tree_impl.h"
+#include "document/json/read/json_tree_impl.h"
 
 #include "document/json/json_words_impl.h"
 #include "parser/model/parser_entry_impl.h"

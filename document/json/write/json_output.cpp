@@ -1,4 +1,4 @@
-#include "document/json/json_output_impl.h"
+#include "document/json/write/json_output_impl.h"
 
 #include "core/text/core_hexadecimal_impl.h"
 #include "core/text/core_utf8_impl.h"

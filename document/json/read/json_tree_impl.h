@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/json/json_reader_impl.h"
+#include "document/json/read/json_reader_impl.h"
 #include "parser/parser_entry.h"
 #include "parser/parser_group.h"
 

@@ -1,8 +1,8 @@
 #include "document/json.h"
 
-#include "document/json/json_output_impl.h"
-#include "document/json/json_plain_impl.h"
-#include "document/json/json_writer_impl.h"
+#include "document/json/write/json_output_impl.h"
+#include "document/json/write/json_plain_impl.h"
+#include "document/json/write/json_writer_impl.h"
 
 namespace bk_parser {
 

@@ -1,11 +1,11 @@
 #include "document/json.h"
 
-#include "document/json/json_tree_reader_impl.h"
+#include "document/json/read/json_tree_reader_impl.h"
 #include "document/load/document_state_impl.h"
 #include "document/load/failure_text_impl.h"
 #include "document/load/meter_impl.h"
-#include "document/problems/problem_codes_impl.h"
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/problem_list_impl.h"
 #include "document/sources/path_text_impl.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include "core/text/core_utf8_impl.h"
-#include "document/json/json_reader_impl.h"
+#include "document/json/read/json_reader_impl.h"
 
 /// The strings of JSON.
 namespace bk_parser {

@@ -1,8 +1,8 @@
-#include "document/json/json_writer_impl.h"
+#include "document/json/write/json_writer_impl.h"
 
-#include "document/json/json_names_impl.h"
-#include "document/json/json_scalar_impl.h"
 #include "document/json/json_words_impl.h"
+#include "document/json/write/json_names_impl.h"
+#include "document/json/write/json_scalar_impl.h"
 #include "parser/model/parser_entry_impl.h"
 
 namespace bk_parser {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "document/json/json_reader_impl.h"
-#include "document/json/json_tree_impl.h"
+#include "document/json/read/json_reader_impl.h"
+#include "document/json/read/json_tree_impl.h"
 #include "document/load/meter_impl.h"
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/list/problem_list_impl.h"
 #include "parser/parser_limits.h"
 
 #include <optional>
