@@ -80,7 +80,7 @@ def test_find_all_is_lazy(scene: Document) -> None:
 def test_walk_comes_to_every_entry_and_leaves_groups_out(scene: Document) -> None:
     names = [entry.name for entry in scene.walk()]
     assert names[:5] == ["sequence", "shot", "camera", "light", "power"]
-    assert len(names) == 15 - 1
+    assert len(names) == 15
     walk = scene.walk()
     names = []
     for entry in walk:
@@ -91,9 +91,8 @@ def test_walk_comes_to_every_entry_and_leaves_groups_out(scene: Document) -> Non
 
 
 def test_walk_enters_every_group_of_an_entry() -> None:
-    document = bk_parser.parse("a { b 1 } 5 { c 2 { d 3 } } e 4")
+    document = bk_parser.parse("a { b 1 } { c 2 { d 3 } }\ne 4")
     assert [entry.name for entry in document.walk()] == ["a", "b", "c", "d", "e"]
-    assert document["a"].values[1] == 5
 
 
 def test_a_malformed_path_says_what_is_wrong(scene: Document) -> None:
@@ -138,7 +137,7 @@ def test_includes_are_searched_for(tmp_path: Path) -> None:
     (tmp_path / "library").mkdir()
     (tmp_path / "library" / "part.bkd").write_text("part 5\n")
     main = tmp_path / "main.bkd"
-    main.write_text('include "part.bkd"\nown 1\n')
+    main.write_text('#include "part.bkd"\nown 1\n')
     assert bk_parser.load(main).problems[0].code
     document = bk_parser.load(main, search=[tmp_path / "library"])
     if document.problems:

@@ -98,7 +98,7 @@ py::object entry_from_state(const std::string& form, const py::bytes& content) {
     return detached_handle(copy_of(*entry));
 }
 
-py::tuple entry_state(const py::object& self) {
+py::tuple entry_state(const EntrySelf& self) {
     ParserGroup group{CoreString()};
     bk_parser::insert(group, 0, copy_of(*use_entry(self.ptr()).entry));
     return state_of(group);
@@ -118,7 +118,7 @@ void define_bytes(py::module_& module) {
     module.def("_group_from_state", group_from_state);
     module.def("_entry_from_state", entry_from_state);
     define(reinterpret_cast<PyObject*>(types.group), "_state",
-           [](const py::object& self) { return state_of(*use_group(self.ptr()).group); });
+           [](const GroupSelf& self) { return state_of(*use_group(self.ptr()).group); });
     define(reinterpret_cast<PyObject*>(types.entry), "_state", entry_state);
 }
 

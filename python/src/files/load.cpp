@@ -90,7 +90,7 @@ py::object parse(const py::object& text, const std::vector<std::filesystem::path
     return loaded_document(std::move(loaded));
 }
 
-bk_parser::Document& document_of(const py::object& self) {
+bk_parser::Document& document_of(const DocumentSelf& self) {
     return *use_group(self.ptr()).head.tree->document();
 }
 
@@ -116,20 +116,20 @@ void define_field(const char* name, Function&& get, const char* docstring) {
 }
 
 void define_fields() {
-    define_field("problems", [](const py::object& self) {
+    define_field("problems", [](const DocumentSelf& self) {
         return problem_list(use_group(self.ptr()).head.tree->problems());
     }, "What was wrong when it was loaded, in the order of the text.");
-    define_field("path", [](const py::object& self) -> py::object {
+    define_field("path", [](const DocumentSelf& self) -> py::object {
         const std::filesystem::path& path = document_of(self).path();
         return path.empty() ? py::none() : py::cast(path);
     }, "The file that it was loaded from, or was saved to last; None for a document from memory.");
-    define_field("form", [](const py::object& self) { return form_text(document_of(self).form()); },
+    define_field("form", [](const DocumentSelf& self) { return form_text(document_of(self).form()); },
                  "'text', 'binary', 'cipher' or 'archive'.");
-    define_field("version", [](const py::object& self) { return document_of(self).version(); },
+    define_field("version", [](const DocumentSelf& self) { return document_of(self).version(); },
                  "The version of the syntax that its text was read by.");
-    define_field("dependencies", [](const py::object& self) { return document_of(self).dependencies(); },
+    define_field("dependencies", [](const DocumentSelf& self) { return document_of(self).dependencies(); },
                  "The files that it includes, each once, as absolute paths.");
-    define_field("files", [](const py::object& self) {
+    define_field("files", [](const DocumentSelf& self) {
         std::vector<std::filesystem::path> files;
         for (const bk_parser::DocumentFile& file : document_of(self).files()) {
             files.push_back(file.path);

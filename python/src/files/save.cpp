@@ -46,7 +46,7 @@ std::optional<bk_parser::Form> form_of(const std::optional<std::string>& name) {
 
 /// Does something with a document while other threads run, and wait when they want this document.
 template <class Action>
-auto without_lock(const py::object& self, const Action& act) {
+auto without_lock(const DocumentSelf& self, const Action& act) {
     Tree& tree = *use_group(self.ptr()).head.tree;
     const TreeRef kept(&tree);
     const Occupation occupied(tree);
@@ -54,7 +54,7 @@ auto without_lock(const py::object& self, const Action& act) {
     return act(*tree.document());
 }
 
-std::vector<std::filesystem::path> save(const py::object& self, const OptionalPath& path,
+std::vector<std::filesystem::path> save(const DocumentSelf& self, const OptionalPath& path,
                                         const std::optional<std::string>& form, const std::string& key,
                                         bool keep_layout, bool lossy, bool into_includes) {
     const SaveOptions options{form_of(form), key, keep_layout, lossy, into_includes};
@@ -68,7 +68,7 @@ std::vector<std::filesystem::path> save(const py::object& self, const OptionalPa
 }
 
 /// The change of each file, as `diff -u` writes it.
-py::str diff(const py::object& self, const OptionalPath& path, bool keep_layout, bool lossy, bool into_includes) {
+py::str diff(const DocumentSelf& self, const OptionalPath& path, bool keep_layout, bool lossy, bool into_includes) {
     const SaveOptions options{{}, {}, keep_layout, lossy, into_includes};
     std::string text;
     const bk_parser::SavePreview preview = without_lock(self, [&](bk_parser::Document& document) {

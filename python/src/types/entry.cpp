@@ -226,20 +226,20 @@ PyTypeObject* make_entry_type() {
 void define_entry_methods() {
     const auto type = reinterpret_cast<PyObject*>(types.entry);
     define_container_methods(type);
-    define(type, "remove", [](const py::object& self) {
+    define(type, "remove", [](const EntrySelf& self) {
         EntryObject& handle = use_entry(self.ptr());
         if (handle.parent != nullptr) {
             remove_entry(*handle.head.tree, *handle.parent, position_of(handle));
         }
-        return self;
+        return py::reinterpret_borrow<py::object>(self.ptr());
     }, "Takes the entry out of its group, and gives it back: it lives on, detached, as long as it is kept.");
-    define(type, "copy", [](const py::object& self) { return detached_handle(copy_of(*use_entry(self.ptr()).entry)); },
+    define(type, "copy", [](const EntrySelf& self) { return detached_handle(copy_of(*use_entry(self.ptr()).entry)); },
            "A deep copy, detached.");
-    define(type, "__copy__", [](const py::object& self) { return detached_handle(copy_of(*use_entry(self.ptr()).entry)); });
-    define(type, "__deepcopy__", [](const py::object& self, const py::object&) {
+    define(type, "__copy__", [](const EntrySelf& self) { return detached_handle(copy_of(*use_entry(self.ptr()).entry)); });
+    define(type, "__deepcopy__", [](const EntrySelf& self, const py::object&) {
         return detached_handle(copy_of(*use_entry(self.ptr()).entry));
     }, py::arg("memo"));
-    define(type, "add_group", [](const py::object& self) {
+    define(type, "add_group", [](const EntrySelf& self) {
         EntryObject& handle = use_entry(self.ptr());
         ParserGroup& group = add_group(handle);
         return group_handle(*handle.head.tree, group);

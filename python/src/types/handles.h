@@ -109,9 +109,28 @@ struct Container {
     ParserGroup& made_group() const;
 };
 
+/// The object that a method is called on, which is of that type.
+template <PyTypeObject* Types::*type>
+struct Self {
+    PyObject* object = nullptr;
+    PyObject* ptr() const noexcept { return object; }
+};
+using EntrySelf = Self<&Types::entry>;
+using GroupSelf = Self<&Types::group>;
+using DocumentSelf = Self<&Types::document>;
+using ValuesSelf = Self<&Types::values>;
+
 } // namespace bk_python
 
 namespace pybind11::detail {
+template <PyTypeObject* bk_python::Types::*type>
+struct type_caster<bk_python::Self<type>> {
+    PYBIND11_TYPE_CASTER(bk_python::Self<type>, const_name("object"));
+    bool load(handle source, bool) {
+        value.object = source.ptr();
+        return PyObject_TypeCheck(value.object, bk_python::types.*type) != 0;
+    }
+};
 template <>
 struct type_caster<bk_python::Container> {
     PYBIND11_TYPE_CASTER(bk_python::Container, const_name("Group | Entry"));

@@ -191,30 +191,30 @@ PyTypeObject* make_values_type() {
 
 void define_values_methods() {
     const auto type = reinterpret_cast<PyObject*>(types.values);
-    define(type, "append", [](const py::object& self, const py::object& value) {
+    define(type, "append", [](const ValuesSelf& self, const py::object& value) {
         Given given(value);
         if (given.is_list()) {
             fail(PyExc_TypeError, "append takes one value; extend takes several");
         }
         insert_at(self.ptr(), PY_SSIZE_T_MAX, given);
     }, py::arg("value"), "Adds a value at the end.");
-    define(type, "extend", [](const py::object& self, const py::object& values) {
+    define(type, "extend", [](const ValuesSelf& self, const py::object& values) {
         insert_at(self.ptr(), PY_SSIZE_T_MAX, Given(values));
     }, py::arg("values"), "Adds the values of a list, an array or another iterable at the end.");
-    define(type, "insert", [](const py::object& self, Py_ssize_t index, const py::object& value) {
+    define(type, "insert", [](const ValuesSelf& self, Py_ssize_t index, const py::object& value) {
         insert_at(self.ptr(), index, Given(value));
     }, py::arg("index"), py::arg("value"), "Adds a value before the one at an index.");
-    define(type, "clear", [](const py::object& self) {
+    define(type, "clear", [](const ValuesSelf& self) {
         while (count_of(self.ptr()) != 0) {
             remove_at(self.ptr(), -1);
         }
     }, "Removes all values. A group for which a Python object stands lives on, detached.");
-    define(type, "tolist", [](const py::object& self) { return as_list(self.ptr()); },
+    define(type, "tolist", [](const ValuesSelf& self) { return as_list(self.ptr()); },
            "A list of the values as they are now.");
-    define(type, "index", [](const py::object& self, const py::object& value) {
+    define(type, "index", [](const ValuesSelf& self, const py::object& value) {
         return as_list(self.ptr()).attr("index")(value);
     }, py::arg("value"), "Where a value stands first; ValueError when it does not.");
-    define(type, "count", [](const py::object& self, const py::object& value) {
+    define(type, "count", [](const ValuesSelf& self, const py::object& value) {
         return as_list(self.ptr()).attr("count")(value);
     }, py::arg("value"), "How often a value is there.");
 }
