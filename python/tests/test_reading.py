@@ -91,7 +91,10 @@ def test_walk_comes_to_every_entry_and_leaves_groups_out(scene: Document) -> Non
 
 
 def test_walk_enters_every_group_of_an_entry() -> None:
-    document = bk_parser.parse("a { b 1 } { c 2 { d 3 } }\ne 4")
+    document = bk_parser.parse("a { b 1 } e 4")
+    second = document["a"].add_group()
+    second["c/d"] = 3
+    assert second.parent is document["a"]
     assert [entry.name for entry in document.walk()] == ["a", "b", "c", "d", "e"]
 
 
@@ -106,13 +109,13 @@ def test_a_malformed_path_says_what_is_wrong(scene: Document) -> None:
 
 def test_problems_say_where(tmp_path: Path) -> None:
     path = tmp_path / "bad.bkd"
-    path.write_text("on true\npower 5\n")
+    path.write_text("power 5\non true\n")
     document = bk_parser.load(path)
     (problem,) = document.problems
-    assert (problem.line, problem.column, problem.code, problem.severity) == (1, 1, "not-a-boolean", "error")
+    assert (problem.line, problem.column, problem.code, problem.severity) == (2, 1, "not-a-boolean", "error")
     assert problem.file == path
     assert str(problem) == (
-        f"{path}:1:1: error: 'on' has no value, and 'true' is skipped: booleans are yes and no [not-a-boolean]"
+        f"{path}:2:1: error: 'on' has no value, and 'true' is skipped: booleans are yes and no [not-a-boolean]"
     )
     assert document.get("power") == 5
 
