@@ -44,6 +44,10 @@ is_there() {
         man-db) command -v man ;;
         groff-base) command -v groff ;;
         googletest) [ -f /usr/src/googletest/googletest/src/gtest-all.cc ] ;;
+        pybind11-dev) [ -f /usr/include/pybind11/pybind11.h ] ;;
+        python3-dev) ls /usr/include/python3.*/Python.h ;;
+        python3-venv) /usr/bin/python3 -c 'import ensurepip' ;;
+        python3-?*) /usr/bin/python3 -c "import ${1#python3-}" ;;
         *) command -v "$1" ;;
     esac >/dev/null
 }

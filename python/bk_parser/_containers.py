@@ -34,10 +34,11 @@ def to_dict(self: Group | Entry) -> dict[str, Any]:
 def _reader(column: Column, default: Any) -> Callable[[Entry], Any]:
     if not isinstance(column, str):
         return column
-    if column.startswith("@"):
-        index = int(column[1:])
+    path = column
+    if path.startswith("@"):
+        index = int(path[1:])
         return lambda entry: entry.values[index] if index < len(entry.values) else default
-    return lambda entry: entry.get(column, default)
+    return lambda entry: entry.get(path, default)
 
 
 def _head(entry: Entry) -> str:

@@ -65,7 +65,7 @@ def edit(
     if len(set(files)) != len(files):
         raise ValueError("a file is given twice")
     options = {"into_includes": False, **options}
-    journal = tempfile.mkdtemp(prefix=".bk_parser_farm_", dir=os.path.commonpath([f.parent for f in files] or ["."]))
+    journal = tempfile.mkdtemp(prefix=".bk_parser_farm_", dir=os.path.commonpath([str(file.parent) for file in files] or ["."]))
     try:
         jobs = [(str(file), function, options, journal) for file in files]
         yield from _ordered(client, _edit_file, jobs, share, progress)
@@ -90,7 +90,7 @@ def _ordered(
     client: Any, work: Callable[..., Result], jobs: list[Any], share: int, progress: bool
 ) -> Iterator[Result]:
     shares = [jobs[i : i + share] for i in range(0, len(jobs), share)]
-    futures = [client.submit(_do_share, work, part, pure=False) for part in shares]
+    futures = [client.submit(_do_share, _Share(work, part), pure=False) for part in shares]
     bar = _bar(len(jobs)) if progress else None
     try:
         for part, future in zip(shares, futures):
@@ -110,8 +110,21 @@ def _bar(total: int) -> Any:
     return tqdm(total=total, unit="file")
 
 
+@dataclass(frozen=True)
+class _Share:
+    """Jobs that go to a worker together; the scheduler does not look into it."""
+
+    work: Callable[..., Result]
+    jobs: list[Any]
+
+
+def _do_share(share: _Share) -> list[Result]:
+    return [share.work(*job) for job in share.jobs]
+
+
 def _results(client: Any, work: Callable[..., Result], part: list[Any], future: Any) -> list[Result]:
-    """Those of one share. When it killed its workers, each of its files is tried alone."""
+    """Those of one share. When it killed its workers, its files are tried one after the other: what waits on a worker that
+    dies counts as guilty, too."""
     from distributed import KilledWorker
 
     try:
@@ -121,12 +134,8 @@ def _results(client: Any, work: Callable[..., Result], part: list[Any], future: 
         if len(part) == 1:
             path = Path(part[0][0]) if isinstance(part[0][0], str) else None
             return [Result(path, error="the worker died each time it was tried")]
-        alone = [client.submit(_do_share, work, [job], pure=False) for job in part]
-        return [result for job, one in zip(part, alone) for result in _results(client, work, [job], one)]
-
-
-def _do_share(work: Callable[..., Result], part: list[Any]) -> list[Result]:
-    return [work(*job) for job in part]
+    alone = (([job], client.submit(_do_share, _Share(work, [job]), pure=False)) for job in part)
+    return [result for jobs, one in alone for result in _results(client, work, jobs, one)]
 
 
 def _digest(path: Path) -> str:

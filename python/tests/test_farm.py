@@ -12,6 +12,7 @@ import pytest
 import bk_parser
 from bk_parser import Document, farm
 
+dask = pytest.importorskip("dask")
 distributed = pytest.importorskip("distributed")
 
 
@@ -19,7 +20,7 @@ distributed = pytest.importorskip("distributed")
 def client(tmp_path_factory: pytest.TempPathFactory) -> Iterator[Any]:
     folder = tmp_path_factory.mktemp("cluster")
     # Two deaths in place of four end a try: each costs the start of a process.
-    with distributed.config.set({"distributed.scheduler.allowed-failures": 1}), distributed.LocalCluster(
+    with dask.config.set({"distributed.scheduler.allowed-failures": 1}), distributed.LocalCluster(
         n_workers=3, threads_per_worker=1, processes=True, dashboard_address=None, local_directory=str(folder)
     ) as cluster, distributed.Client(cluster) as connected:
         yield connected
