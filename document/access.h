@@ -69,6 +69,13 @@ inline std::string get_or(const ParserGroup& group, PathRef path, const char* fa
 inline std::string get_or(const ParserEntry& entry, unsigned int value, const char* fallback) {
     return get_or<std::string>(entry, value, std::string(TextRef(fallback).view()));
 }
+template <ReadableValue T, class Given>
+requires WrongByAccident<T, Given> T get_or(const ParserGroup& group, PathRef path, const Given& fallback)
+= delete;
+template <ReadableValue T, class Given>
+requires WrongByAccident<T, Given> T get_or(const ParserEntry& entry, unsigned int value,
+                                            const Given& fallback)
+= delete;
 std::string get_or(const ParserGroup& group, PathRef path, std::nullptr_t fallback) = delete;
 std::string get_or(const ParserEntry& entry, unsigned int value, std::nullptr_t fallback) = delete;
 
@@ -105,6 +112,14 @@ bool set(ParserGroup& group, PathRef path, const T& content) {
     });
 }
 
+/// `set<bool>(group, path, "no")` does not compile: a pointer converts to yes.
+template <WritableValue T, class Given>
+requires WrongByAccident<T, Given>
+bool set(ParserEntry& entry, unsigned int value, const Given& content) = delete;
+template <WritableValue T, class Given>
+requires WrongByAccident<T, Given>
+bool set(ParserGroup& group, PathRef path, const Given& content) = delete;
+
 /// Adds an entry for the last step of the path, whether there is one or not, and the groups on the way where they are
 /// missing. Null when `set` would not make it. Only the groups on the way are searched for; a step with a number takes
 /// time in proportion to the group that the entry comes to.
@@ -116,6 +131,10 @@ ParserEntry* add(ParserGroup& group, PathRef path, const T& content) {
         return access::add_values(group, path, given);
     });
 }
+
+template <WritableValue T, class Given>
+requires WrongByAccident<T, Given> ParserEntry* add(ParserGroup& group, PathRef path,
+                                                    const Given& content) = delete;
 
 /// Removes the first entry that the path finds, or its value when the path ends in `@` and a number. False when there is
 /// none.
