@@ -104,7 +104,8 @@ bool set(ParserEntry& entry, unsigned int value, const T& content) {
 ///
 /// A path that finds nothing is searched for in the whole group, and then its beginnings are, a number of times that is
 /// in proportion to the logarithm of the number of steps. n calls that make n entries of one group, as `set(group, "k[i]", i)`
-/// does, take time in proportion to n * n; `add` does not search that group.
+/// does, take time in proportion to n * n: an entry may be renamed without its group, which therefore keeps no numbers of names.
+/// `add(group, "k", i)` does not search that group, and n calls take time in proportion to n.
 template <WritableValue T>
 bool set(ParserGroup& group, PathRef path, const T& content) {
     return access::with_given(content, [&](std::span<const GivenValue> given, access::ListEnd end) {

@@ -38,7 +38,6 @@ TEST(document_problem_cost, a_message_of_a_problem_that_is_too_many_is_not_compo
     expect_nothing_is_composed("#Brellwick_Serial_Version 1.2\na ", "\"a long text with \\q in it\" ");
     expect_nothing_is_composed("", "#INCLUDE \"a_file_of_a_long_name.bkd\"\n");
     expect_nothing_is_composed("", "a 1// a comment that joins two lines\n");
-    expect_nothing_is_composed("", "x { a_name_that_has_no_value_at_all b 1 }\n");
     expect_nothing_is_composed("", "lamp[3] 1 2\n");
     expect_nothing_is_composed("", "function_of_a_long_name(1, 2\n");
     expect_nothing_is_composed("", "'a text in single quotes that is long'\n");

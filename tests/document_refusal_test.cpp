@@ -53,7 +53,7 @@ TEST(document_refusal, json_is_one_problem) {
 TEST(document_refusal, a_string_or_number_alone_is_json_where_the_file_is_called_so) {
     const ScratchFolder folder;
     const auto code_of = [&folder](std::string_view name, std::string_view text) {
-        const LoadResult result = load(folder.write(name, text));
+        const bk_parser::LoadResult result = bk_parser::load(folder.write(name, text));
         return result.problems.empty() ? std::string() : result.problems[0].code;
     };
     for (const std::string_view text : {"\"abc\"", " \"a \\\" b\" \n", "42", "-1.5E+3\n", "0"}) {
