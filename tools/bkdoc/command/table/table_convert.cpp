@@ -7,8 +7,11 @@ namespace bkdoc {
 namespace {
 
 constexpr OptionSpec convert_options[] = {
-    {"--to", "", ValueKind::choice, "text|binary|cipher|archive", false, "Form to store the document in."},
-    {"--lossy", "", ValueKind::none, "", false, "Convert even what reads back with other names or values."},
+    {"--to", "", ValueKind::choice, "text|binary|cipher|archive|json|json-plain|ndjson", false,
+     "Form to store the document in."},
+    {"--from", "", ValueKind::choice, "json|ndjson", false,
+     "IN is JSON, or has an entry in JSON on each line, whatever its name and its first bytes say."},
+    {"--lossy", "", ValueKind::none, "", false, "Convert even what the form cannot carry."},
 };
 
 constexpr VerbSpec convert_rows[] = {
