@@ -38,8 +38,8 @@ bool is_mark(std::string_view word) noexcept {
 
 FaultStory::FaultStory(const FaultRecorder& faults, const SourceMap& sources, const Joins& joins,
                        const ParserLimits& limits, Losses& losses, ProblemList& problems)
-    : faults_(faults), records_(faults.get_records()), text_(faults.get_text()), sources_(sources),
-      joins_(joins), limits_(limits), losses_(losses), problems_(problems), lines_(sources),
+    : records_(faults.get_records()), text_(faults.get_text()), sources_(sources), joins_(joins),
+      limits_(limits), losses_(losses), problems_(problems), lines_(sources),
       has_open_quote_(sources.get_files().size()) {}
 
 void FaultStory::explain(bk::Pace& pace) {

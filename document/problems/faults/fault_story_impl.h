@@ -106,7 +106,6 @@ private:
     void tell_groups_left_open(Records records);
     void tell_text_after_end(const FaultRecord& record, const Spot& spot);
 
-    const FaultRecorder& faults_;
     Records records_;
     std::string_view text_;
     const SourceMap& sources_;
