@@ -6,7 +6,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr std::string_view base64_digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 /// Negative for a character that is no digit.
 int base64_value(char digit) noexcept {
@@ -24,7 +24,7 @@ int base64_value(char digit) noexcept {
 
 void put_digits(std::string& out, std::uint32_t bits, int count) {
     for (int i = 0; i < count; ++i) {
-        out += digits[bits >> (18 - 6 * i) & 63];
+        out += base64_digits[bits >> (18 - 6 * i) & 63];
     }
 }
 

@@ -43,15 +43,6 @@ std::size_t behind_whole(std::string_view text) noexcept {
     return text[first] == '0' ? first + 1 : behind_digits(text, first);
 }
 
-/// The value of a hexadecimal digit of either case; negative for another character.
-int digit_value(char digit) noexcept {
-    if (digit >= '0' && digit <= '9') {
-        return digit - '0';
-    }
-    const char small = static_cast<char>(digit | 0x20);
-    return small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
-}
-
 } // namespace
 
 std::size_t json_number_length(std::string_view text) noexcept {
@@ -95,6 +86,14 @@ bool is_utf8(std::string_view text) noexcept {
     return true;
 }
 
+int hexadecimal_digit(char digit) noexcept {
+    if (digit >= '0' && digit <= '9') {
+        return digit - '0';
+    }
+    const char small = static_cast<char>(digit | 0x20);
+    return small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
+}
+
 bool resolve_byte_escapes(std::string_view text, std::string& out) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] != '\\') {
@@ -107,8 +106,8 @@ bool resolve_byte_escapes(std::string_view text, std::string& out) {
             continue;
         }
         const bool has_digits = text.substr(i, 2) == "\\x" && text.size() - i >= 4;
-        const int high = has_digits ? digit_value(text[i + 2]) : -1;
-        const int low = has_digits ? digit_value(text[i + 3]) : -1;
+        const int high = has_digits ? hexadecimal_digit(text[i + 2]) : -1;
+        const int low = has_digits ? hexadecimal_digit(text[i + 3]) : -1;
         if (high < 0 || low < 0) {
             return false;
         }

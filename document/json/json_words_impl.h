@@ -47,6 +47,8 @@ ParserEntry::Type usual_kind(std::string_view name) noexcept;
 std::string_view kind_word(ParserEntry::Type kind) noexcept;
 std::optional<ParserEntry::Type> kind_of_word(std::string_view word) noexcept;
 
+/// The value of a hexadecimal digit of either case; negative for another character.
+int hexadecimal_digit(char digit) noexcept;
 /// Whether the text holds no byte that is no UTF-8.
 bool is_utf8(std::string_view text) noexcept;
 /// Resolves "\\" and "\x" with two hexadecimal digits. False when something else stands behind a backslash.

@@ -25,12 +25,13 @@ void add_type(py::module_& module, const char* name, PyTypeObject* type) {
 }
 
 void make_types(py::module_& module) {
-    types.path_error = make_error(module, "PathError", PyExc_ValueError,
-                                  "A path that is malformed: what was found, the path, and a caret under the place.");
+    types.path_error =
+        make_error(module, "PathError", PyExc_ValueError,
+                   "A path that is malformed: what was found, the path, and a caret under the place.");
     types.load_error = make_error(module, "LoadError", PyExc_Exception,
                                   "Nothing of a document could be read; its `problems` say why.");
-    types.load_cancelled = make_error(module, "LoadCancelled", types.load_error,
-                                      "The progress callable gave False.");
+    types.load_cancelled =
+        make_error(module, "LoadCancelled", types.load_error, "The progress callable gave False.");
     types.save_error = make_error(module, "SaveError", PyExc_Exception,
                                   "Nothing was saved; its `losses` say what the form cannot carry.");
     add_type(module, "Group", types.group = make_group_type());

@@ -42,8 +42,9 @@ inline py::object stolen(PyObject* object) {
 template <class Function, class... Extra>
 void define(PyObject* type, const char* name, Function&& function, const Extra&... extra) {
     const py::handle owner(type);
-    py::setattr(owner, name,
-                py::cpp_function(std::forward<Function>(function), py::name(name), py::is_method(owner), extra...));
+    py::setattr(
+        owner, name,
+        py::cpp_function(std::forward<Function>(function), py::name(name), py::is_method(owner), extra...));
 }
 
 [[noreturn]] inline void fail(PyObject* type, const std::string& message) {

@@ -1,5 +1,6 @@
 #include "document/json.h"
 
+#include "core/reports/core_diagnostic_impl.h"
 #include "document/json/read/json_tree_reader_impl.h"
 #include "document/load/document_state_impl.h"
 #include "document/load/failure_text_impl.h"
@@ -77,6 +78,7 @@ private:
 } // namespace
 
 LoadResult from_json(std::string_view text, const JsonReadOptions& options) {
+    const bk::KeptErrno kept;
     try {
         return JsonLoad(options).run(text);
     } catch (const LoadCancelled&) {

@@ -1,4 +1,5 @@
 #include "core/text/core_utf8_impl.h"
+#include "document/json/json_words_impl.h"
 #include "document/json/read/json_reader_impl.h"
 
 /// The strings of JSON.
@@ -9,14 +10,6 @@ namespace {
 constexpr unsigned int first_surrogate = 0xD800;
 constexpr unsigned int first_low_surrogate = 0xDC00;
 constexpr unsigned int last_surrogate = 0xDFFF;
-
-int hexadecimal_digit(char digit) noexcept {
-    if (digit >= '0' && digit <= '9') {
-        return digit - '0';
-    }
-    const char small = static_cast<char>(digit | 0x20);
-    return small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
-}
 
 /// What a backslash and this character stand for; NUL when that is nothing.
 char escaped(char character) noexcept {

@@ -14,7 +14,8 @@ namespace {
 bool is_carried(const ParserGroup& group) {
     for (const bk_parser::Visit& visit : bk_parser::walk(group)) {
         const ParserEntry& entry = visit.entry();
-        const bool is_plain = entry.get_type() == ParserEntry::TYPE_ENTRY || entry.get_type() == ParserEntry::TYPE_KEYWORD;
+        const bool is_plain =
+            entry.get_type() == ParserEntry::TYPE_ENTRY || entry.get_type() == ParserEntry::TYPE_KEYWORD;
         if (!is_plain || entry.is_template() || entry.is_array()) {
             return false;
         }
@@ -109,7 +110,8 @@ py::tuple entry_state(const EntrySelf& self) {
 void define_bytes(py::module_& module) {
     module.def("from_binary", from_binary, py::arg("data"),
                "A document from the binary form, as to_binary gives it. Other threads run meanwhile.");
-    const char* const to_binary_text = "The entries in the binary form: names and values, without kinds, templates and array counts.";
+    const char* const to_binary_text =
+        "The entries in the binary form: names and values, without kinds, templates and array counts.";
     define(reinterpret_cast<PyObject*>(types.group), "to_binary", to_binary, to_binary_text);
     define(reinterpret_cast<PyObject*>(types.entry), "to_binary", to_binary, to_binary_text);
     module.def("_document_from_state", [](const std::string& form, const py::bytes& content) {

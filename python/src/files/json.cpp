@@ -42,9 +42,10 @@ py::object from_json(const py::object& text) {
 } // namespace
 
 void define_json(py::module_& module) {
-    const char* const docstring =
-        "The entries as JSON. 'lossless' and, with an entry of the outermost group on each line, 'lines' are what\n"
-        "from_json reads back; 'plain' has names as keys, for tools that ask. docs/json.md describes the shapes.";
+    const char* const docstring = "The entries as JSON. 'lossless' and, with an entry of the outermost group "
+                                  "on each line, 'lines' are what\n"
+                                  "from_json reads back; 'plain' has names as keys, for tools that ask. "
+                                  "docs/json.md describes the shapes.";
     for (PyTypeObject* const type : {types.group, types.entry}) {
         define(reinterpret_cast<PyObject*>(type), "to_json", to_json, py::arg("shape") = "lossless",
                py::arg("indent") = 2, docstring);

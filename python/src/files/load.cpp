@@ -40,8 +40,8 @@ std::function<bool(double)> progress_of(const py::object& callable) {
 }
 
 LoadOptions options_of(const std::vector<std::filesystem::path>& search, const py::object& progress,
-                       const std::string& key, bool beside, bool follow_includes, bool trusted, bool keep_places,
-                       const std::vector<std::string>& allow) {
+                       const std::string& key, bool beside, bool follow_includes, bool trusted,
+                       bool keep_places, const std::vector<std::string>& allow) {
     LoadOptions options;
     options.search = search;
     options.progress = progress_of(progress);
@@ -55,8 +55,8 @@ LoadOptions options_of(const std::vector<std::filesystem::path>& search, const p
 }
 
 py::object load(const std::filesystem::path& path, const std::vector<std::filesystem::path>& search,
-                const py::object& progress, const std::string& key, bool beside, bool follow_includes, bool trusted,
-                bool keep_places, const std::vector<std::string>& allow) {
+                const py::object& progress, const std::string& key, bool beside, bool follow_includes,
+                bool trusted, bool keep_places, const std::vector<std::string>& allow) {
     const LoadOptions options =
         options_of(search, progress, key, beside, follow_includes, trusted, keep_places, allow);
     LoadResult loaded;
@@ -78,8 +78,9 @@ std::string content_of(const py::object& text) {
     return text.cast<std::string>();
 }
 
-py::object parse(const py::object& text, const std::vector<std::filesystem::path>& search, const py::object& progress,
-                 bool trusted, bool keep_places, const std::vector<std::string>& allow) {
+py::object parse(const py::object& text, const std::vector<std::filesystem::path>& search,
+                 const py::object& progress, bool trusted, bool keep_places,
+                 const std::vector<std::string>& allow) {
     const std::string content = content_of(text);
     const LoadOptions options = options_of(search, progress, {}, true, true, trusted, keep_places, allow);
     LoadResult loaded;
@@ -116,26 +117,36 @@ void define_field(const char* name, Function&& get, const char* docstring) {
 }
 
 void define_fields() {
-    define_field("problems", [](const DocumentSelf& self) {
-        return problem_list(use_group(self.ptr()).head.tree->problems());
-    }, "What was wrong when it was loaded, in the order of the text.");
-    define_field("path", [](const DocumentSelf& self) -> py::object {
-        const std::filesystem::path& path = document_of(self).path();
-        return path.empty() ? py::none() : py::cast(path);
-    }, "The file that it was loaded from, or was saved to last; None for a document from memory.");
-    define_field("form", [](const DocumentSelf& self) { return form_text(document_of(self).form()); },
-                 "'text', 'binary', 'cipher' or 'archive'.");
-    define_field("version", [](const DocumentSelf& self) { return document_of(self).version(); },
-                 "The version of the syntax that its text was read by.");
-    define_field("dependencies", [](const DocumentSelf& self) { return document_of(self).dependencies(); },
-                 "The files that it includes, each once, as absolute paths.");
-    define_field("files", [](const DocumentSelf& self) {
-        std::vector<std::filesystem::path> files;
-        for (const bk_parser::DocumentFile& file : document_of(self).files()) {
-            files.push_back(file.path);
-        }
-        return files;
-    }, "The files that it was read from, the document first, as absolute paths.");
+    define_field(
+        "problems",
+        [](const DocumentSelf& self) { return problem_list(use_group(self.ptr()).head.tree->problems()); },
+        "What was wrong when it was loaded, in the order of the text.");
+    define_field(
+        "path",
+        [](const DocumentSelf& self) -> py::object {
+            const std::filesystem::path& path = document_of(self).path();
+            return path.empty() ? py::none() : py::cast(path);
+        },
+        "The file that it was loaded from, or was saved to last; None for a document from memory.");
+    define_field(
+        "form", [](const DocumentSelf& self) { return form_text(document_of(self).form()); },
+        "'text', 'binary', 'cipher' or 'archive'.");
+    define_field(
+        "version", [](const DocumentSelf& self) { return document_of(self).version(); },
+        "The version of the syntax that its text was read by.");
+    define_field(
+        "dependencies", [](const DocumentSelf& self) { return document_of(self).dependencies(); },
+        "The files that it includes, each once, as absolute paths.");
+    define_field(
+        "files",
+        [](const DocumentSelf& self) {
+            std::vector<std::filesystem::path> files;
+            for (const bk_parser::DocumentFile& file : document_of(self).files()) {
+                files.push_back(file.path);
+            }
+            return files;
+        },
+        "The files that it was read from, the document first, as absolute paths.");
 }
 
 } // namespace
@@ -146,9 +157,9 @@ py::object loaded_document(LoadResult loaded) {
         fail_load(types.load_cancelled, py::str("the progress callable cancelled the load"), loaded);
     }
     if (!loaded.ok() && loaded.document.root().get_entries().is_empty()) {
-        const auto error = std::find_if(loaded.problems.begin(), loaded.problems.end(), [](const auto& problem) {
-            return problem.severity == bk_parser::Severity::error;
-        });
+        const auto error =
+            std::find_if(loaded.problems.begin(), loaded.problems.end(),
+                         [](const auto& problem) { return problem.severity == bk_parser::Severity::error; });
         fail_load(types.load_error, py::str(py::cast(*error)), loaded);
     }
     return document_handle(std::move(loaded));
@@ -157,20 +168,21 @@ py::object loaded_document(LoadResult loaded) {
 void define_load(py::module_& module) {
     using Folders = std::vector<std::filesystem::path>;
     using Codes = std::vector<std::string>;
-    module.def("load", load, py::arg("path"), py::kw_only(), py::arg("search") = Folders(),
-               py::arg("progress") = py::none(), py::arg("key") = "", py::arg("beside") = true,
-               py::arg("follow_includes") = true, py::arg("trusted") = false, py::arg("keep_places") = true,
-               py::arg("allow") = Codes(),
-               "Loads a document in any stored form. Raises LoadError only when nothing could be read; else the\n"
-               "document's problems say what was wrong.\n\n"
-               "search: folders in which included files are looked for.\n"
-               "progress: called about a hundred times with the share that is done, from 0 to 1; False cancels.\n"
-               "key: decrypts an enciphered document.\n"
-               "beside: look for included files beside the including one first.\n"
-               "trusted: read the document however much its includes or its archive make of it.\n"
-               "keep_places: keep the sources in memory, so that entries know their file and line.\n"
-               "allow: codes of warnings that are not told.\n\n"
-               "Other threads run meanwhile.");
+    module.def(
+        "load", load, py::arg("path"), py::kw_only(), py::arg("search") = Folders(),
+        py::arg("progress") = py::none(), py::arg("key") = "", py::arg("beside") = true,
+        py::arg("follow_includes") = true, py::arg("trusted") = false, py::arg("keep_places") = true,
+        py::arg("allow") = Codes(),
+        "Loads a document in any stored form. Raises LoadError only when nothing could be read; else the\n"
+        "document's problems say what was wrong.\n\n"
+        "search: folders in which included files are looked for.\n"
+        "progress: called about a hundred times with the share that is done, from 0 to 1; False cancels.\n"
+        "key: decrypts an enciphered document.\n"
+        "beside: look for included files beside the including one first.\n"
+        "trusted: read the document however much its includes or its archive make of it.\n"
+        "keep_places: keep the sources in memory, so that entries know their file and line.\n"
+        "allow: codes of warnings that are not told.\n\n"
+        "Other threads run meanwhile.");
     module.def("parse", parse, py::arg("text"), py::kw_only(), py::arg("search") = Folders(),
                py::arg("progress") = py::none(), py::arg("trusted") = false, py::arg("keep_places") = true,
                py::arg("allow") = Codes(), "Loads a document from a text in memory.");

@@ -36,35 +36,43 @@ void define_problems(py::module_& module) {
                         "Something that was wrong with a document, or looks wrong, and where.\n\n"
                         "str() is the line that bkdoc prints.")
         .def_property_readonly("severity", severity_text, "'error' where something was lost, else 'warning'.")
-        .def_property_readonly("code", [](const Problem& problem) { return text_of(problem.code); },
-                               "Stable across versions; docs/problems.md has a section for each.")
-        .def_property_readonly("message", [](const Problem& problem) { return text_of(problem.message); },
-                               "What was found and what to do, on one line.")
+        .def_property_readonly(
+            "code", [](const Problem& problem) { return text_of(problem.code); },
+            "Stable across versions; docs/problems.md has a section for each.")
+        .def_property_readonly(
+            "message", [](const Problem& problem) { return text_of(problem.message); },
+            "What was found and what to do, on one line.")
         .def_property_readonly("file", file_of, "The file that holds the place, or None.")
         .def_readonly("line", &Problem::line, "From 1; 0 where there is no place.")
         .def_readonly("column", &Problem::column, "In characters, from 1; 0 where there is no place.")
         .def_readonly("offset", &Problem::offset, "The place in bytes of the file.")
         .def_readonly("length", &Problem::length, "So many bytes are meant.")
-        .def_property_readonly("source_line", [](const Problem& problem) { return text_of(problem.source_line); },
-                               "The line that holds the place, as it is in the file.")
-        .def_property_readonly("included_from", [](const Problem& problem) { return problem.included_from; },
-                               "The files that led to the file, the innermost first.")
+        .def_property_readonly(
+            "source_line", [](const Problem& problem) { return text_of(problem.source_line); },
+            "The line that holds the place, as it is in the file.")
+        .def_property_readonly(
+            "included_from", [](const Problem& problem) { return problem.included_from; },
+            "The files that led to the file, the innermost first.")
         .def("__str__", [](const Problem& problem) { return text_of(line_of(problem)); })
-        .def("__repr__", [](const Problem& problem) { return text_of("<bk_parser.Problem " + line_of(problem) + ">"); })
-        .def("__eq__", [](const Problem& problem, const py::object& other) {
-            return py::isinstance<Problem>(other) && line_of(problem) == line_of(other.cast<const Problem&>());
-        })
+        .def("__repr__",
+             [](const Problem& problem) { return text_of("<bk_parser.Problem " + line_of(problem) + ">"); })
+        .def("__eq__",
+             [](const Problem& problem, const py::object& other) {
+                 return py::isinstance<Problem>(other) &&
+                        line_of(problem) == line_of(other.cast<const Problem&>());
+             })
         .def("__hash__", [](const Problem& problem) { return py::hash(text_of(line_of(problem))); })
         .def(py::pickle(
             [](const Problem& problem) {
                 return py::make_tuple(problem.severity == bk_parser::Severity::error, py::bytes(problem.code),
-                                      py::bytes(problem.message), problem.file, problem.line, problem.column, problem.offset,
-                                      problem.length, py::bytes(problem.source_line), problem.source_line_offset,
-                                      problem.included_from);
+                                      py::bytes(problem.message), problem.file, problem.line, problem.column,
+                                      problem.offset, problem.length, py::bytes(problem.source_line),
+                                      problem.source_line_offset, problem.included_from);
             },
             [](const py::tuple& state) {
                 Problem problem;
-                problem.severity = state[0].cast<bool>() ? bk_parser::Severity::error : bk_parser::Severity::warning;
+                problem.severity =
+                    state[0].cast<bool>() ? bk_parser::Severity::error : bk_parser::Severity::warning;
                 problem.code = state[1].cast<std::string>();
                 problem.message = state[2].cast<std::string>();
                 problem.file = state[3].cast<std::filesystem::path>();

@@ -68,7 +68,8 @@ std::vector<std::filesystem::path> save(const DocumentSelf& self, const Optional
 }
 
 /// The change of each file, as `diff -u` writes it.
-py::str diff(const DocumentSelf& self, const OptionalPath& path, bool keep_layout, bool lossy, bool into_includes) {
+py::str diff(const DocumentSelf& self, const OptionalPath& path, bool keep_layout, bool lossy,
+             bool into_includes) {
     const SaveOptions options{{}, {}, keep_layout, lossy, into_includes};
     std::string text;
     const bk_parser::SavePreview preview = without_lock(self, [&](bk_parser::Document& document) {
@@ -93,8 +94,10 @@ void define_save() {
     define(type, "save", save, py::arg("path") = py::none(), py::kw_only(), py::arg("form") = py::none(),
            py::arg("key") = "", py::arg("keep_layout") = true, py::arg("lossy") = false,
            py::arg("into_includes") = true,
-           "Saves to a path, or to the file that it was loaded from, and gives the files that were replaced. Text keeps\n"
-           "its layout: only the bytes of what was changed change. Raises SaveError, and leaves every file as it was,\n"
+           "Saves to a path, or to the file that it was loaded from, and gives the files that were replaced. "
+           "Text keeps\n"
+           "its layout: only the bytes of what was changed change. Raises SaveError, and leaves every file "
+           "as it was,\n"
            "when what would be written does not read back as this very tree.\n\n"
            "form: 'text', 'binary', 'cipher' or 'archive'; that of the file when it is not given.\n"
            "lossy: save although the form cannot carry everything.\n\n"

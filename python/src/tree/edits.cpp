@@ -27,14 +27,16 @@ void each_target(const ParserEntry& top, const Action& act) {
     act(&top);
     each_group(top, [&](ParserGroup& group) {
         act(&group);
-        each_below(group, [&](ParserEntry& entry) { act(&entry); }, [&](ParserGroup& held) { act(&held); });
+        each_below(
+            group, [&](ParserEntry& entry) { act(&entry); }, [&](ParserGroup& held) { act(&held); });
     });
 }
 
 template <class Action>
 void each_target(const ParserGroup& top, const Action& act) {
     act(&top);
-    each_below(top, [&](ParserEntry& entry) { act(&entry); }, [&](ParserGroup& held) { act(&held); });
+    each_below(
+        top, [&](ParserEntry& entry) { act(&entry); }, [&](ParserGroup& held) { act(&held); });
 }
 
 /// What stands for something in a part of a tree.

@@ -50,9 +50,8 @@ std::string Tree::path_of(const ParserEntry& entry) {
     }
     std::string path = bk_parser::path_name(entry_->get_name().get_view());
     std::string rest;
-    each_group(*entry_, [&](ParserGroup& group) {
-        rest = rest.empty() ? bk_parser::path_of(group, entry) : rest;
-    });
+    each_group(*entry_,
+               [&](ParserGroup& group) { rest = rest.empty() ? bk_parser::path_of(group, entry) : rest; });
     return rest.empty() ? path : path + "/" + rest;
 }
 

@@ -82,8 +82,9 @@ void assign(const Container& container, py::handle key, PyObject* content) {
             ParserEntry& entry = *reinterpret_cast<EntryObject*>(container.self)->entry;
             remove_value(tree, entry, entry.get_value_count() - 1);
         }
-        fail(PyExc_ValueError, "there is no such entry, and it cannot be made: a path to make has names, at most with a "
-                               "template, a key or the next number");
+        fail(PyExc_ValueError,
+             "there is no such entry, and it cannot be made: a path to make has names, at most with a "
+             "template, a key or the next number");
     }
 }
 
@@ -192,11 +193,10 @@ PyObject* compare_trees(PyObject* self, PyObject* other, int operation) noexcept
             return Py_NewRef(Py_NotImplemented);
         }
         use_both(*reinterpret_cast<Handle*>(self), *reinterpret_cast<Handle*>(other));
-        const bool is_same =
-            are_entries ? are_equal(*reinterpret_cast<EntryObject*>(self)->entry,
-                                    *reinterpret_cast<EntryObject*>(other)->entry)
-                        : are_equal(*reinterpret_cast<GroupObject*>(self)->group,
-                                    *reinterpret_cast<GroupObject*>(other)->group);
+        const bool is_same = are_entries ? are_equal(*reinterpret_cast<EntryObject*>(self)->entry,
+                                                     *reinterpret_cast<EntryObject*>(other)->entry)
+                                         : are_equal(*reinterpret_cast<GroupObject*>(self)->group,
+                                                     *reinterpret_cast<GroupObject*>(other)->group);
         return PyBool_FromLong(is_same == (operation == Py_EQ) ? 1 : 0);
     });
 }

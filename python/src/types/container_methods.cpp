@@ -15,7 +15,8 @@ py::object get(const Container& self, const py::str& key, const py::object& fall
     unsigned int value = 0;
     const ParserEntry* const entry =
         group == nullptr ? nullptr : bk_parser::access::find_value(*group, path, value);
-    return entry == nullptr || value >= entry->get_value_count() ? fallback : value_of(self.tree(), *entry, value);
+    return entry == nullptr || value >= entry->get_value_count() ? fallback
+                                                                 : value_of(self.tree(), *entry, value);
 }
 
 py::object find(const Container& self, const py::str& key) {
@@ -39,7 +40,8 @@ py::object add(const Container& self, const py::str& key, const py::args& values
     ParserEntry* const entry = values.empty() ? bk_parser::add(group, path)
                                               : bk_parser::access::add_values(group, path, given.values());
     if (entry == nullptr) {
-        fail(PyExc_ValueError, "that path cannot be made: it has names, at most with a template, a key or the next number");
+        fail(PyExc_ValueError,
+             "that path cannot be made: it has names, at most with a template, a key or the next number");
     }
     ParserGroup* const parent = parent_group(group, *entry);
     return entry_handle(tree, *entry, parent, parent->get_entries().get_count() - 1);
@@ -70,7 +72,8 @@ void move(const Container& self, const py::str& from, const py::str& to) {
     begin_edit(tree);
     refuse_exported_way(tree, *group, target);
     if (!bk_parser::move(*group, source, target)) {
-        fail(PyExc_ValueError, "the entry cannot move there: the last step is a plain name, and no entry moves into itself");
+        fail(PyExc_ValueError,
+             "the entry cannot move there: the last step is a plain name, and no entry moves into itself");
     }
     if (auto* const handle = static_cast<EntryObject*>(tree.handles.find(entry))) {
         handle->parent = parent_group(*group, *entry);
@@ -98,26 +101,33 @@ ParserGroup* parent_group(ParserGroup& group, const ParserEntry& entry) {
 
 void define_container_methods(PyObject* type) {
     define(type, "get", get, py::arg("path"), py::arg("default") = py::none(),
-           "The value that a path names: the one that '@' names; else, behind a key, the next one; else the first.\n"
+           "The value that a path names: the one that '@' names; else, behind a key, the next one; else the "
+           "first.\n"
            "`default` when there is none.");
     define(type, "find", find, py::arg("path"), "The first entry that a path finds, or None.");
-    define(type, "find_all",
-           [](const Container& self, const py::str& path) { return find_all(self, checked_path(path)); },
-           py::arg("path"),
-           "The entries that a path finds, one at a time. An edit makes the search find the rest at once: it gives what\n"
-           "was there before the edit.");
+    define(
+        type, "find_all",
+        [](const Container& self, const py::str& path) { return find_all(self, checked_path(path)); },
+        py::arg("path"),
+        "The entries that a path finds, one at a time. An edit makes the search find the rest at once: it "
+        "gives what\n"
+        "was there before the edit.");
     define(type, "walk", walk,
-           "Every entry below, an entry before what it holds. Edits are seen: an entry that moved in its group is\n"
+           "Every entry below, an entry before what it holds. Edits are seen: an entry that moved in its "
+           "group is\n"
            "followed, and when it is gone the walk goes on at its place.");
     define(type, "add", add, py::arg("path"),
-           "Adds an entry for the last step of a path, with values, and the groups on the way where they are missing.");
+           "Adds an entry for the last step of a path, with values, and the groups on the way where they are "
+           "missing.");
     define(type, "insert", insert, py::arg("index"), py::arg("entry"),
            "Moves an entry, from wherever it is, before the one at an index, and gives it back.");
-    define(type, "append",
-           [](const Container& self, const py::object& entry) { return insert(self, PY_SSIZE_T_MAX, entry); },
-           py::arg("entry"), "Moves an entry, from wherever it is, to the end, and gives it back.");
+    define(
+        type, "append",
+        [](const Container& self, const py::object& entry) { return insert(self, PY_SSIZE_T_MAX, entry); },
+        py::arg("entry"), "Moves an entry, from wherever it is, to the end, and gives it back.");
     define(type, "move", move, py::arg("source"), py::arg("target"),
-           "Moves the entry that one path finds to the end of the group that the other leads to, under its last name.");
+           "Moves the entry that one path finds to the end of the group that the other leads to, under its "
+           "last name.");
     define(type, "remove_all", remove_all_of, py::arg("path"),
            "Removes every entry that a path finds, and gives how many there were.");
     define(type, "to_text", to_text, "The entries as the text syntax writes them, one a line.");

@@ -53,8 +53,7 @@ void leave(Level& level) noexcept {
 }
 
 struct Entries {
-    PyObject_HEAD
-    Level level;
+    PyObject_HEAD Level level;
 };
 
 PyObject* next_of_entries(PyObject* self) {
@@ -72,8 +71,7 @@ void free_entries(PyObject* self) noexcept {
 
 /// Walks with a stack of its own, one level for each open group.
 struct Walk {
-    PyObject_HEAD
-    std::vector<Level>* levels;
+    PyObject_HEAD std::vector<Level>* levels;
     bool skips_groups;
     bool is_running; // in some thread, which may wait for a save
 };
@@ -141,8 +139,8 @@ void free_walk(PyObject* self) noexcept {
 }
 
 PyTypeObject* make_type(const char* name, std::size_t size, PyType_Slot* slots) {
-    PyType_Spec spec = {name, static_cast<int>(size), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION,
-                        slots};
+    PyType_Spec spec = {name, static_cast<int>(size), 0,
+                        Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
     return reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
 }
 

@@ -39,7 +39,8 @@ void set_name(PyObject* self, py::handle content) {
     const std::string name = text_from(content);
     EntryObject& handle = use_entry(self);
     if (!bk_parser::rename(*handle.entry, name)) {
-        fail(PyExc_ValueError, "that is no name for this entry: names are letters, digits, '_' and '.', with a '#' for keywords");
+        fail(PyExc_ValueError, "that is no name for this entry: names are letters, digits, '_' and '.', with "
+                               "a '#' for keywords");
     }
     handle.head.tree->forget_paths();
 }
@@ -58,7 +59,8 @@ py::object kind_of(EntryObject& handle) {
 }
 
 py::object template_of(EntryObject& handle) {
-    return handle.entry->is_template() ? py::object(text_of(handle.entry->get_template().get_view())) : py::none();
+    return handle.entry->is_template() ? py::object(text_of(handle.entry->get_template().get_view()))
+                                       : py::none();
 }
 
 void set_template(PyObject* self, py::handle content) {
@@ -168,13 +170,15 @@ int is_true(PyObject*) noexcept {
 PyObject* new_entry(PyTypeObject*, PyObject* arguments, PyObject* names) {
     return guarded<PyObject*>(nullptr, [&]() -> PyObject* {
         const py::tuple given = py::reinterpret_borrow<py::tuple>(arguments);
-        if (given.empty() || !PyUnicode_Check(given[0].ptr()) || (names != nullptr && PyDict_Size(names) != 0)) {
+        if (given.empty() || !PyUnicode_Check(given[0].ptr()) ||
+            (names != nullptr && PyDict_Size(names) != 0)) {
             fail(PyExc_TypeError, "Entry(name, *values)");
         }
         const bk_parser::Path path = checked_path(given[0]);
         const Given values(given[py::slice(1, std::nullopt, std::nullopt)]);
         ParserGroup group{CoreString()};
-        if (bk_parser::access::add_values(group, path, values.values()) == nullptr || path.text().find('/') != path.text().npos) {
+        if (bk_parser::access::add_values(group, path, values.values()) == nullptr ||
+            path.text().find('/') != path.text().npos) {
             fail(PyExc_ValueError, "Entry takes a name, at most with a template or a key");
         }
         return detached_handle(bk_parser::take(group, 0u)).release().ptr();
@@ -185,14 +189,20 @@ PyGetSetDef fields[] = {
     {"name", getter<name_of>, setter<set_name>, "The name, of a keyword with its '#'.", nullptr},
     {"kind", getter<kind_of>, nullptr, "'entry', 'keyword', 'call' or 'raw'.", nullptr},
     {"template", getter<template_of>, setter<set_template>, "The template's name, or None.", nullptr},
-    {"array_count", getter<array_count_of>, nullptr, "The declared size of an array, 0 when none was stated; None for no array.", nullptr},
-    {"values", getter<values_of>, setter<set_values>, "The values, as a list that stays one with the entry.", nullptr},
-    {"value", getter<first_value>, setter<set_first_value>, "The first value, or None. A list that is assigned replaces all.", nullptr},
+    {"array_count", getter<array_count_of>, nullptr,
+     "The declared size of an array, 0 when none was stated; None for no array.", nullptr},
+    {"values", getter<values_of>, setter<set_values>, "The values, as a list that stays one with the entry.",
+     nullptr},
+    {"value", getter<first_value>, setter<set_first_value>,
+     "The first value, or None. A list that is assigned replaces all.", nullptr},
     {"group", getter<group_of>, nullptr, "The first group among the values, or None.", nullptr},
-    {"parent", getter<parent_of>, nullptr, "The entry whose group lists this one; None at the top, and for a detached one.", nullptr},
-    {"path", getter<path_of>, nullptr, "The path that finds this entry from the document's root, and no other.", nullptr},
+    {"parent", getter<parent_of>, nullptr,
+     "The entry whose group lists this one; None at the top, and for a detached one.", nullptr},
+    {"path", getter<path_of>, nullptr,
+     "The path that finds this entry from the document's root, and no other.", nullptr},
     {"document", getter<document_of>, nullptr, "The document; None for a detached entry.", nullptr},
-    {"line", getter<line_of>, nullptr, "The line of its file, from 1; None where that is not known, as after a save.", nullptr},
+    {"line", getter<line_of>, nullptr,
+     "The line of its file, from 1; None where that is not known, as after a save.", nullptr},
     {"column", getter<column_of>, nullptr, "The column in characters, from 1, or None.", nullptr},
     {"file", getter<file_of>, nullptr, "The file that it was read from, or None.", nullptr},
     {nullptr, nullptr, nullptr, nullptr, nullptr},
@@ -214,9 +224,10 @@ PyTypeObject* make_entry_type() {
         {Py_mp_subscript, reinterpret_cast<void*>(get_item)},
         {Py_mp_ass_subscript, reinterpret_cast<void*>(set_item)},
         {Py_sq_contains, reinterpret_cast<void*>(has_item)},
-        {Py_tp_doc, const_cast<char*>(
-                        "An entry: a name, values, and, when one of the values is a group, the entries in it.\n\n"
-                        "Entry('light<spot>', 1, 2.5) makes a detached one, which Group.append takes in.")},
+        {Py_tp_doc,
+         const_cast<char*>(
+             "An entry: a name, values, and, when one of the values is a group, the entries in it.\n\n"
+             "Entry('light<spot>', 1, 2.5) makes a detached one, which Group.append takes in.")},
         {0, nullptr},
     };
     static PyType_Spec spec = {"bk_parser._core.Entry", sizeof(EntryObject), 0, Py_TPFLAGS_DEFAULT, slots};
@@ -226,24 +237,36 @@ PyTypeObject* make_entry_type() {
 void define_entry_methods() {
     const auto type = reinterpret_cast<PyObject*>(types.entry);
     define_container_methods(type);
-    define(type, "remove", [](const EntrySelf& self) {
-        EntryObject& handle = use_entry(self.ptr());
-        if (handle.parent != nullptr) {
-            remove_entry(*handle.head.tree, *handle.parent, position_of(handle));
-        }
-        return py::reinterpret_borrow<py::object>(self.ptr());
-    }, "Takes the entry out of its group, and gives it back: it lives on, detached, as long as it is kept.");
-    define(type, "copy", [](const EntrySelf& self) { return detached_handle(copy_of(*use_entry(self.ptr()).entry)); },
-           "A deep copy, detached.");
-    define(type, "__copy__", [](const EntrySelf& self) { return detached_handle(copy_of(*use_entry(self.ptr()).entry)); });
-    define(type, "__deepcopy__", [](const EntrySelf& self, const py::object&) {
-        return detached_handle(copy_of(*use_entry(self.ptr()).entry));
-    }, py::arg("memo"));
-    define(type, "add_group", [](const EntrySelf& self) {
-        EntryObject& handle = use_entry(self.ptr());
-        ParserGroup& group = add_group(handle);
-        return group_handle(*handle.head.tree, group);
-    }, "Adds a group to the values, and gives it.");
+    define(
+        type, "remove",
+        [](const EntrySelf& self) {
+            EntryObject& handle = use_entry(self.ptr());
+            if (handle.parent != nullptr) {
+                remove_entry(*handle.head.tree, *handle.parent, position_of(handle));
+            }
+            return py::reinterpret_borrow<py::object>(self.ptr());
+        },
+        "Takes the entry out of its group, and gives it back: it lives on, detached, as long as it is kept.");
+    define(
+        type, "copy",
+        [](const EntrySelf& self) { return detached_handle(copy_of(*use_entry(self.ptr()).entry)); },
+        "A deep copy, detached.");
+    define(type, "__copy__",
+           [](const EntrySelf& self) { return detached_handle(copy_of(*use_entry(self.ptr()).entry)); });
+    define(
+        type, "__deepcopy__",
+        [](const EntrySelf& self, const py::object&) {
+            return detached_handle(copy_of(*use_entry(self.ptr()).entry));
+        },
+        py::arg("memo"));
+    define(
+        type, "add_group",
+        [](const EntrySelf& self) {
+            EntryObject& handle = use_entry(self.ptr());
+            ParserGroup& group = add_group(handle);
+            return group_handle(*handle.head.tree, group);
+        },
+        "Adds a group to the values, and gives it.");
 }
 
 } // namespace bk_python

@@ -50,8 +50,8 @@ PyObject* new_document(PyTypeObject*, PyObject* arguments, PyObject* names) {
 
 PyTypeObject* make_group_type() {
     static PyGetSetDef fields[] = {
-        {"parent", parent_of_group, nullptr, "The entry that holds the group; None for a document and a detached group.",
-         nullptr},
+        {"parent", parent_of_group, nullptr,
+         "The entry that holds the group; None for a document and a detached group.", nullptr},
         {nullptr, nullptr, nullptr, nullptr, nullptr},
     };
     static PyType_Slot slots[] = {
@@ -65,12 +65,14 @@ PyTypeObject* make_group_type() {
         {Py_mp_subscript, reinterpret_cast<void*>(get_item)},
         {Py_mp_ass_subscript, reinterpret_cast<void*>(set_item)},
         {Py_sq_contains, reinterpret_cast<void*>(has_item)},
-        {Py_tp_doc, const_cast<char*>("An ordered list of entries: the content of an entry, or of a document.")},
+        {Py_tp_doc,
+         const_cast<char*>("An ordered list of entries: the content of an entry, or of a document.")},
         {0, nullptr},
     };
     // BASETYPE for Document alone: the module takes it back once that is made.
     static PyType_Spec spec = {"bk_parser._core.Group", sizeof(GroupObject), 0,
-                               Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
+                               Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                               slots};
     return reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
 }
 
@@ -81,8 +83,9 @@ PyTypeObject* make_document_type(PyTypeObject* group) {
         {Py_tp_repr, reinterpret_cast<void*>(represent_document)},
         {Py_tp_richcompare, reinterpret_cast<void*>(compare_trees)},
         {Py_tp_hash, reinterpret_cast<void*>(PyObject_HashNotImplemented)},
-        {Py_tp_doc, const_cast<char*>("A document: the group that holds everything, and where it came from.\n\n"
-                                      "Document() is an empty one.")},
+        {Py_tp_doc,
+         const_cast<char*>("A document: the group that holds everything, and where it came from.\n\n"
+                           "Document() is an empty one.")},
         {0, nullptr},
     };
     static PyType_Spec spec = {"bk_parser._core.Document", sizeof(GroupObject), 0, Py_TPFLAGS_DEFAULT, slots};
@@ -94,8 +97,9 @@ PyTypeObject* make_document_type(PyTypeObject* group) {
 void define_group_methods() {
     const auto type = reinterpret_cast<PyObject*>(types.group);
     define_container_methods(type);
-    define(type, "clear", [](const Container& self) { clear(self.tree(), *self.group()); },
-           "Removes every entry. One for which a Python object stands lives on, detached.");
+    define(
+        type, "clear", [](const Container& self) { clear(self.tree(), *self.group()); },
+        "Removes every entry. One for which a Python object stands lives on, detached.");
 }
 
 } // namespace bk_python

@@ -8,8 +8,7 @@ namespace bk_python {
 /// What every Python object of a tree begins with. None of them refers to a Python object that could lead back to it, so
 /// that the collector has nothing to do with them.
 struct Handle {
-    PyObject_HEAD
-    Tree* tree; // counted
+    PyObject_HEAD Tree* tree; // counted
 };
 
 /// Stands for an entry; there is one for each entry at a time, so that `is` tells entries apart.

@@ -14,7 +14,7 @@ struct Search {
     bk_parser::PathSearch* cursor;
     std::vector<PyObject*>* found; // counted; what was found ahead, null before that
     std::size_t given;             // how many of these were given out, and are not counted any more
-    Search** place;               // the pointer of the list that points here; null when it is not in the list
+    Search** place; // the pointer of the list that points here; null when it is not in the list
     Search* next;
 
     /// Finds the rest. When memory ends, what was found stays, and the search can go on.

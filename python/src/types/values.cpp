@@ -87,7 +87,8 @@ void set_item(PyObject* self, PyObject* key, PyObject* content) {
         throw py::error_already_set();
     }
     EntryObject& handle = use_entry(entry_of(self));
-    store(*handle.head.tree, *handle.entry, checked_index(index, static_cast<Py_ssize_t>(handle.entry->get_value_count())), given.values(),
+    store(*handle.head.tree, *handle.entry,
+          checked_index(index, static_cast<Py_ssize_t>(handle.entry->get_value_count())), given.values(),
           given.end());
 }
 
@@ -149,7 +150,8 @@ void insert_at(PyObject* self, Py_ssize_t index, const Given& given) {
     ParserEntry& entry = *handle.entry;
     const auto count = static_cast<Py_ssize_t>(entry.get_value_count());
     index = std::clamp<Py_ssize_t>(index < 0 ? index + count : index, 0, count);
-    store(*handle.head.tree, *handle.entry, static_cast<unsigned int>(count), given.values(), bk_parser::access::ListEnd::keep);
+    store(*handle.head.tree, *handle.entry, static_cast<unsigned int>(count), given.values(),
+          bk_parser::access::ListEnd::keep);
     for (unsigned int i = 0; index != count && i < given.values().size(); ++i) {
         entry.move_value(static_cast<unsigned int>(count) + i, static_cast<unsigned int>(index) + i);
     }
@@ -185,38 +187,58 @@ PyTypeObject* make_values_type() {
         {0, nullptr},
     };
     static PyType_Spec spec = {"bk_parser._core.Values", sizeof(ValuesObject), 0,
-                               Py_TPFLAGS_DEFAULT | Py_TPFLAGS_SEQUENCE | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
+                               Py_TPFLAGS_DEFAULT | Py_TPFLAGS_SEQUENCE | Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                               slots};
     return reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
 }
 
 void define_values_methods() {
     const auto type = reinterpret_cast<PyObject*>(types.values);
-    define(type, "append", [](const ValuesSelf& self, const py::object& value) {
-        Given given(value);
-        if (given.is_list()) {
-            fail(PyExc_TypeError, "append takes one value; extend takes several");
-        }
-        insert_at(self.ptr(), PY_SSIZE_T_MAX, given);
-    }, py::arg("value"), "Adds a value at the end.");
-    define(type, "extend", [](const ValuesSelf& self, const py::object& values) {
-        insert_at(self.ptr(), PY_SSIZE_T_MAX, Given(values));
-    }, py::arg("values"), "Adds the values of a list, an array or another iterable at the end.");
-    define(type, "insert", [](const ValuesSelf& self, Py_ssize_t index, const py::object& value) {
-        insert_at(self.ptr(), index, Given(value));
-    }, py::arg("index"), py::arg("value"), "Adds a value before the one at an index.");
-    define(type, "clear", [](const ValuesSelf& self) {
-        while (count_of(self.ptr()) != 0) {
-            remove_at(self.ptr(), -1);
-        }
-    }, "Removes all values. A group for which a Python object stands lives on, detached.");
-    define(type, "tolist", [](const ValuesSelf& self) { return as_list(self.ptr()); },
-           "A list of the values as they are now.");
-    define(type, "index", [](const ValuesSelf& self, const py::object& value) {
-        return as_list(self.ptr()).attr("index")(value);
-    }, py::arg("value"), "Where a value stands first; ValueError when it does not.");
-    define(type, "count", [](const ValuesSelf& self, const py::object& value) {
-        return as_list(self.ptr()).attr("count")(value);
-    }, py::arg("value"), "How often a value is there.");
+    define(
+        type, "append",
+        [](const ValuesSelf& self, const py::object& value) {
+            Given given(value);
+            if (given.is_list()) {
+                fail(PyExc_TypeError, "append takes one value; extend takes several");
+            }
+            insert_at(self.ptr(), PY_SSIZE_T_MAX, given);
+        },
+        py::arg("value"), "Adds a value at the end.");
+    define(
+        type, "extend",
+        [](const ValuesSelf& self, const py::object& values) {
+            insert_at(self.ptr(), PY_SSIZE_T_MAX, Given(values));
+        },
+        py::arg("values"), "Adds the values of a list, an array or another iterable at the end.");
+    define(
+        type, "insert",
+        [](const ValuesSelf& self, Py_ssize_t index, const py::object& value) {
+            insert_at(self.ptr(), index, Given(value));
+        },
+        py::arg("index"), py::arg("value"), "Adds a value before the one at an index.");
+    define(
+        type, "clear",
+        [](const ValuesSelf& self) {
+            while (count_of(self.ptr()) != 0) {
+                remove_at(self.ptr(), -1);
+            }
+        },
+        "Removes all values. A group for which a Python object stands lives on, detached.");
+    define(
+        type, "tolist", [](const ValuesSelf& self) { return as_list(self.ptr()); },
+        "A list of the values as they are now.");
+    define(
+        type, "index",
+        [](const ValuesSelf& self, const py::object& value) {
+            return as_list(self.ptr()).attr("index")(value);
+        },
+        py::arg("value"), "Where a value stands first; ValueError when it does not.");
+    define(
+        type, "count",
+        [](const ValuesSelf& self, const py::object& value) {
+            return as_list(self.ptr()).attr("count")(value);
+        },
+        py::arg("value"), "How often a value is there.");
 }
 
 } // namespace bk_python

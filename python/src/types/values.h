@@ -6,8 +6,7 @@ namespace bk_python {
 
 /// The list of values of an entry, as Entry.values shows it: it stays one with the entry.
 struct ValuesObject {
-    PyObject_HEAD
-    PyObject* entry; // counted
+    PyObject_HEAD PyObject* entry; // counted
 };
 
 py::object values_handle(PyObject* entry);

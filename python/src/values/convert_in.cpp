@@ -46,7 +46,8 @@ std::string text_from(py::handle text) {
     }
     PyErr_Clear();
     const py::object bytes = stolen(PyUnicode_AsEncodedString(text.ptr(), "utf-8", "surrogateescape"));
-    return std::string(PyBytes_AS_STRING(bytes.ptr()), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.ptr())));
+    return std::string(PyBytes_AS_STRING(bytes.ptr()),
+                       static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.ptr())));
 }
 
 Given::Given(py::handle object) {
@@ -93,7 +94,8 @@ void Given::add_single(py::handle object) {
     } else if (PyIndex_Check(given)) {
         add_integer(stolen(PyNumber_Index(given)));
     } else {
-        fail(PyExc_TypeError, std::string("a value is a bool, int, float, str or bytes, not ") + Py_TYPE(given)->tp_name);
+        fail(PyExc_TypeError,
+             std::string("a value is a bool, int, float, str or bytes, not ") + Py_TYPE(given)->tp_name);
     }
 }
 
@@ -123,8 +125,8 @@ bool Given::add_bytes(py::handle object) {
         return false;
     }
     const py::object bytes = stolen(PyBytes_FromObject(object.ptr()));
-    const std::string& kept = texts_.emplace_back(
-        PyBytes_AS_STRING(bytes.ptr()), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.ptr())));
+    const std::string& kept = texts_.emplace_back(PyBytes_AS_STRING(bytes.ptr()),
+                                                  static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.ptr())));
     values_.emplace_back(std::as_bytes(std::span(kept.data(), kept.size())));
     return true;
 }

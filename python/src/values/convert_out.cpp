@@ -4,7 +4,8 @@ namespace bk_python {
 
 py::str text_of(std::string_view text) {
     return py::reinterpret_steal<py::str>(
-        stolen(PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape")).release());
+        stolen(PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape"))
+            .release());
 }
 
 namespace {
