@@ -1,6 +1,7 @@
 #include "document/save/keep_layout_impl.h"
 
 #include "document/load/entry_places_impl.h"
+#include "document/problems/shown_word_impl.h"
 #include "document/save/edits/file_edits_impl.h"
 #include "document/save/files/file_change_impl.h"
 #include "document/save/files/file_set_impl.h"
@@ -164,7 +165,7 @@ private:
             return fail(
                 path_ + ": the layout cannot be kept: entry '" +
                 (difference == nullptr ? std::string() : std::string(difference->get_name().get_view())) +
-                "' would not read back as it is");
+                "' would not read back as it is" + likely_cause());
         }
         if (!options_.lossy) {
             return fail(path_ + ": the text form cannot carry everything, see the losses");
@@ -177,6 +178,24 @@ private:
         is_lossy_ = true;
         ReadBack lossy(fresh.text(), expected, has_escapes_);
         return lossy.run() || fail(path_ + ": the layout cannot be kept with these losses");
+    }
+
+    /// Mistakes of the old text that what is put beside them becomes a part of.
+    std::string likely_cause() const {
+        const auto word = [this](TextRange range) {
+            return shown(old_->text().substr(range.begin, range.end - range.begin));
+        };
+        const TextRange open = record_->open_group_name();
+        if (open.end != 0) {
+            return ", because group " + word(open) + " at " + old_->place_of(open.begin) +
+                   " is not closed: put its '}' where it ends, and load the document again";
+        }
+        if (!record_->unread_words().empty()) {
+            const TextRange unread = record_->unread_words().front();
+            return ", perhaps because of the word " + word(unread) + " at " + old_->place_of(unread.begin) +
+                   ", which was not read: mend it and load the document again";
+        }
+        return {};
     }
 
     /// What stays as it is, is no change.

@@ -1,5 +1,6 @@
 #include "document/save/edits/file_edits_impl.h"
 
+#include "document/save/edits/text_edits_impl.h"
 #include "document/save/files/same_file_impl.h"
 #include "document/save/forms/stored_form_impl.h"
 
@@ -11,29 +12,8 @@ namespace bk_parser {
 
 namespace {
 
-bool is_before(const Edit& a, const Edit& b) noexcept {
-    return a.begin != b.begin ? a.begin < b.begin : a.end < b.end;
-}
-
 bool is_same(const Edit& a, const Edit& b) noexcept {
     return a.begin == b.begin && a.end == b.end && a.text == b.text;
-}
-
-/// Removals may overlap.
-std::string applied(std::string_view text, const std::vector<Edit>& edits) {
-    std::string result;
-    result.reserve(text.size() + 4096);
-    std::size_t at = 0;
-    for (const Edit& edit : edits) {
-        if (edit.begin > at) {
-            result += text.substr(at, edit.begin - at);
-            at = edit.begin;
-        }
-        result += edit.text;
-        at = std::max(at, edit.end);
-    }
-    result += text.substr(at);
-    return result;
 }
 
 /// Of each file the first one that is the same behind symbolic links.
@@ -68,7 +48,7 @@ bool apply_edits(const SaveSources& sources, const std::vector<Edit>& edits, con
     std::vector<std::size_t> first(map.get_files().size(),
                                    map.get_inclusion_count()); // inclusion of each file
     for (std::size_t i = 0; i < by_inclusion.size(); ++i) {
-        std::stable_sort(by_inclusion[i].begin(), by_inclusion[i].end(), is_before);
+        sort_edits(by_inclusion[i]);
         const std::size_t file = names[map.inclusion(i).file];
         if (first[file] == map.get_inclusion_count()) {
             first[file] = i;
@@ -95,7 +75,7 @@ bool apply_edits(const SaveSources& sources, const std::vector<Edit>& edits, con
                      changes.front().about + "'";
             return false;
         }
-        std::string text = applied(map.get_files()[file]->text.get_text(), changes);
+        std::string text = edited(map.get_files()[file]->text.get_text(), changes);
         bytes[path] = sources.is_enciphered(path) ? enciphered(text, key) : std::move(text);
     }
     return true;
