@@ -102,7 +102,7 @@ TEST_F(document_save_faults, a_word_that_would_be_read_beside_a_change_is_named)
 TEST_F(document_save_faults, a_group_left_open_is_named_when_something_cannot_stand_behind_it) {
     LoadResult loaded = load_text("a 1\ng {\n  h 1 {\n    a 1\n");
     ASSERT_TRUE(set(loaded.document.root(), "new", 2));
-    expect_refused(loaded.document, "entry 'new' would not read back as it is, because group 'g' at " +
+    expect_refused(loaded.document, "more would be read than there is, because group 'g' at " +
                                         folder_.path("file") + ":2 is not closed: put its '}' where it ends");
     folder_.write("part", "\n\nq {\n  r 1\n");
     LoadResult included = load_text("a 1\n#include \"part\"\n");

@@ -36,6 +36,7 @@ struct DocumentState {
     CoreVersion version{1.2}; // of the syntax that the text was read by
     // Where the entry of the version stood that was taken off the root, in the forms that have it as an entry.
     std::optional<unsigned int> version_entry;
+    bool has_version_header = false; // an enciphered text begins with its version
     std::vector<std::filesystem::path> search;
     bool beside = true;
     std::string key;

@@ -162,10 +162,13 @@ private:
     bool explain(const ParserEntry* difference, const SaveSources& fresh) {
         result_.losses = find_losses(*state_.root, Form::text, has_escapes_);
         if (result_.losses.empty()) {
+            const std::string what = difference == nullptr
+                                         ? "more"
+                                         : "entry '" + std::string(difference->get_name().get_view()) + "'";
             return fail(
-                path_ + ": the layout cannot be kept: entry '" +
-                (difference == nullptr ? std::string() : std::string(difference->get_name().get_view())) +
-                "' would not read back as it is" + likely_cause());
+                path_ + ": the layout cannot be kept: " + what +
+                (difference == nullptr ? " would be read than there is" : " would not read back as it is") +
+                likely_cause());
         }
         if (!options_.lossy) {
             return fail(path_ + ": the text form cannot carry everything, see the losses");

@@ -105,7 +105,10 @@ private:
     }
 
     bool compose() {
-        if (!store(*state_.root, form_, key_, stored_)) {
+        VersionPlace version;
+        version.is_at_begin = state_.has_version_header;
+        version.entry = state_.version_entry.value_or(version.entry);
+        if (!store(*state_.root, form_, key_, version, stored_)) {
             return fail(std::string("too large for the ") + form_name(form_) + " form");
         }
         std::string difference;

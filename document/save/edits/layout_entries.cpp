@@ -91,9 +91,9 @@ bool LayoutEdits::edit_last_group(const OldEntry& old, const ParserEntry& now, s
 bool LayoutEdits::drop_group(const OldEntry& old, const ParserEntry& now) {
     const std::string_view before = sources_.text().substr(0, old.braces.begin);
     const auto begin = static_cast<std::uint32_t>(before.find_last_not_of(" \t\r\n") + 1);
-    FileRange gap; // with the byte before it
+    FileRange gap; // with the bytes around it
     FileRange braces;
-    if (locate({begin - 1, old.braces.begin}, gap) && has_comment(gap) && locate(old.braces, braces)) {
+    if (locate({begin - 1, old.braces.begin + 1}, gap) && has_comment(gap) && locate(old.braces, braces)) {
         const LineRange lines = removal_of(text_of(braces.inclusion), braces.begin, braces.end);
         return add_edit({braces.inclusion, lines.begin, lines.end}, {},
                         std::string(now.get_name().get_view()));
