@@ -92,13 +92,15 @@ private:
         record_.emplace(old_->text(), *state_.root, has_escapes_);
         record_->run();
         if (record_->has_changes()) {
-            LayoutEdits edits(*old_, *record_, has_escapes_);
+            const FileNames names(old_->map());
+            LayoutEdits edits(*old_, *record_, names, has_escapes_);
             if (!edits.run()) {
                 return fail(path_ + ": " + edits.reason() + ": the layout cannot be kept");
             }
             dropped_ = edits.dropped_files();
             std::string reason;
-            if (!may_edit(edits.edits()) || !apply_edits(*old_, edits.edits(), state_.key, bytes_, reason)) {
+            if (!may_edit(edits.edits()) ||
+                !apply_edits(*old_, names, edits.edits(), state_.key, bytes_, reason)) {
                 return result_.reason.empty() ? fail(std::move(reason)) : false;
             }
         }

@@ -20,6 +20,7 @@ bool LayoutEdits::run() {
             return false;
         }
     }
+    drop_cleared_includes();
     note_covers();
     if (!keeps_includes() || !keeps_unread_words()) {
         return false;

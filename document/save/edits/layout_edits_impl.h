@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/save/edits/layout_print_impl.h"
+#include "document/save/files/same_file_impl.h"
 #include "document/save/record/layout_record_impl.h"
 #include "document/save/record/save_sources_impl.h"
 
@@ -39,8 +40,9 @@ struct Edit {
 /// Works out which bytes of which files have to change, so that the text says what the tree now holds.
 class LayoutEdits {
 public:
-    LayoutEdits(const SaveSources& sources, const LayoutRecord& record, bool has_escapes)
-        : sources_(sources), record_(record), has_escapes_(has_escapes) {}
+    LayoutEdits(const SaveSources& sources, const LayoutRecord& record, const FileNames& names,
+                bool has_escapes)
+        : sources_(sources), record_(record), names_(names), has_escapes_(has_escapes) {}
 
     /// False when it cannot be said in that layout: the reason tells why.
     bool run();
@@ -112,6 +114,14 @@ private:
     void fill_carries();
     static void fill(Edit& edit, const std::vector<Carry>& carries);
 
+    // cleared_includes.cpp
+    bool is_of_file(const Edit& edit) const noexcept;
+    std::vector<std::vector<Edit>> take_file_edits();
+    Edit removal_of_directive(std::size_t inclusion, std::string about) const;
+    std::vector<bool> cleared_places(const std::vector<std::vector<Edit>>& edits) const;
+    void drop_edits_below(std::size_t inclusion, std::vector<std::vector<Edit>>& edits) const;
+    void drop_cleared_includes();
+
     // layout_unread.cpp
     bool keeps_unread_words();
 
@@ -171,6 +181,7 @@ private:
 
     const SaveSources& sources_;
     const LayoutRecord& record_;
+    const FileNames& names_;
     bool has_escapes_;
     std::string reason_;
     std::vector<Edit> edits_;

@@ -16,6 +16,12 @@ void sort_edits(std::vector<Edit>& edits) {
     std::stable_sort(edits.begin(), edits.end(), is_before);
 }
 
+bool are_alike(const std::vector<Edit>& one, const std::vector<Edit>& two) noexcept {
+    return std::equal(one.begin(), one.end(), two.begin(), two.end(), [](const Edit& a, const Edit& b) {
+        return a.begin == b.begin && a.end == b.end && a.text == b.text;
+    });
+}
+
 std::string edited(std::string_view text, const std::vector<Edit>& edits) {
     std::string result;
     result.reserve(text.size() + 4096);
