@@ -7,6 +7,7 @@
 #include "document/save/files/file_set_impl.h"
 #include "document/save/files/same_file_impl.h"
 #include "document/save/forms/losses_impl.h"
+#include "document/save/proof/found_places_impl.h"
 #include "document/save/proof/proof_impl.h"
 #include "document/save/proof/read_back_impl.h"
 #include "document/save/record/layout_record_impl.h"
@@ -78,10 +79,6 @@ private:
 
     /// Fills in the new bytes of the files that change.
     bool compose() {
-        if (state_.is_saved_lossy) {
-            return fail(path_ +
-                        ": was saved with losses, so that its layout is not that of the tree any more");
-        }
         if (!old_->read(state_.files.front().path)) {
             return fail(old_->reason());
         }
@@ -180,7 +177,7 @@ private:
         state_.root->get_text(text, false, true, 1);
         expected.set_text(text, CoreVersion(has_escapes_ ? 1.2 : 1.0), nullptr);
         shifts_ = PlaceShifts();
-        is_lossy_ = true;
+        found_.emplace(fresh.text(), *state_.root);
         ReadBack lossy(fresh.text(), expected, has_escapes_);
         return lossy.run() || fail(path_ + ": the layout cannot be kept with these losses");
     }
@@ -254,8 +251,10 @@ private:
         state_.places.reset();
         state_.memory_text.clear();
         state_.inclusion_count = inclusion_count_;
-        state_.is_saved_lossy = is_lossy_;
         shifts_.apply();
+        if (found_) {
+            found_->apply();
+        }
         if (is_elsewhere_) {
             state_.absolute = path;
             state_.path = std::move(path);
@@ -278,8 +277,8 @@ private:
     std::vector<std::string> included_;
     std::vector<std::string> dropped_; // files that are not included any more
     std::size_t inclusion_count_ = 0;
-    bool is_lossy_ = false;
     PlaceShifts shifts_;
+    std::optional<FoundPlaces> found_; // when something is lost
 };
 
 } // namespace
