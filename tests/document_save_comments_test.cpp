@@ -80,6 +80,12 @@ TEST_F(document_save_comments, inside_of_an_entry_that_moves_on_a_line_stay_with
     expect_saved(loaded.document, "r { b 2 c 3 g { // about g\n    a 1\n  } }\n");
 }
 
+TEST_F(document_save_comments, behind_an_entry_that_moves_into_another_line_stay_behind_it) {
+    LoadResult loaded = load_text("k 1 // about k\nz() p(2) // about p\n");
+    loaded.document.root().move_entry(0, 1);
+    expect_saved(loaded.document, "z() k 1 // about k\n p(2) // about p\n");
+}
+
 TEST_F(document_save_comments, beside_an_include_move_with_the_group_that_holds_both) {
     folder_.write("part", "q 1 // in part\n");
     LoadResult loaded = load_text("g {\n  // about the part\n  #include \"part\"\n  a 1\n}\nb 2\nc 3\n");

@@ -93,6 +93,12 @@ TEST_F(document_save_faults, words_of_an_include_are_not_lost_with_its_directive
     expect_refused(loaded.document, "part:2");
 }
 
+TEST_F(document_save_faults, words_between_values_are_not_written_again_with_a_new_value) {
+    LoadResult loaded = load_text("a 1, %% 2\n");
+    loaded.document.root().get_entry("a")->add_int(3);
+    expect_saved(loaded.document, "a 1, %% 2, 3\n");
+}
+
 TEST_F(document_save_faults, a_word_that_would_be_read_beside_a_change_is_named) {
     LoadResult loaded = load_text("z 0\nf(1)\n5\nb 2\n");
     ASSERT_TRUE(remove(loaded.document.root(), "f"));

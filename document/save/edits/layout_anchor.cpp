@@ -1,6 +1,8 @@
 #include "document/save/edits/layout_edits_impl.h"
 #include "document/save/edits/layout_lines_impl.h"
 
+#include <algorithm>
+
 // Where new entries are put, and how they look there.
 
 namespace bk_parser {
@@ -129,12 +131,7 @@ bool LayoutEdits::compose(const Anchor& anchor, const Gap& gap, const std::vecto
 bool LayoutEdits::add_lines(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit) {
     FileRange place;
     if (addition.moved_from != nullptr && can_carry(*addition.moved_from, anchor.inclusion, place)) {
-        const std::string_view text = text_of(place.inclusion);
-        if (removal_of(text, place.begin, place.end).has_whole_lines) {
-            place.end = trimmed_back(text, next_line(text, place.end));
-            place.end =
-                text.substr(0, place.end).ends_with('\n') ? trimmed_back(text, place.end - 1) : place.end;
-        }
+        take_comment(place);
         return carry(anchor, gap, addition, place, edit);
     }
     has_printed_ = true;
@@ -150,10 +147,30 @@ bool LayoutEdits::add_lines(const Anchor& anchor, const Gap& gap, const Addition
     return true;
 }
 
+/// A comment behind an entry that ends its line is a part of what moves.
+void LayoutEdits::take_comment(FileRange& place) const {
+    const std::string_view text = text_of(place.inclusion);
+    if (removal_of(text, place.begin, place.end).has_whole_lines) {
+        const std::size_t line = next_line(text, place.end);
+        const bool has_feed = line != 0 && text[line - 1] == '\n';
+        place.end = std::max(place.end, trimmed_back(text, has_feed ? line - 1 : line));
+    }
+}
+
 bool LayoutEdits::add_in_line(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit) {
     FileRange place;
     if (addition.moved_from != nullptr && can_carry(*addition.moved_from, anchor.inclusion, place)) {
-        return carry(anchor, gap, addition, place, edit);
+        const std::size_t end = place.end;
+        take_comment(place);
+        if (!carry(anchor, gap, addition, place, edit)) {
+            return false;
+        }
+        if (place.end != end) { // nothing can stand behind the comment
+            const std::string_view text = text_of(anchor.inclusion);
+            edit.text += line_break(text, anchor.at);
+            edit.text += indent_of(text, anchor.at);
+        }
+        return true;
     }
     has_printed_ = true;
     bool is_first = true;

@@ -144,6 +144,7 @@ private:
     std::string indent_behind(const FileRange& place, const Gap& gap);
     bool compose(const Anchor& anchor, const Gap& gap, const std::vector<Addition>& additions, Edit& edit);
     bool add_lines(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit);
+    void take_comment(FileRange& place) const;
     bool add_in_line(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit);
     PrintLayout layout_at(const Anchor& anchor);
 

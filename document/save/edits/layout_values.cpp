@@ -154,12 +154,12 @@ bool LayoutEdits::insert_values(const OldGroup& group, const OldEntry& old, cons
     return replace({end, end}, std::move(text), now);
 }
 
-/// What stands between the last two values, where that is on one line.
+/// What stands between the last two values, where that is on one line and nothing else.
 std::string LayoutEdits::separator(const OldGroup& group, const OldEntry& old) const {
     if (old.value_count > 1) {
         const std::string_view between = words(
             {value_of(group, old, old.value_count - 2).end, value_of(group, old, old.value_count - 1).begin});
-        if (between.find('\n') == std::string_view::npos) {
+        if (between.find_first_not_of(" \t,") == std::string_view::npos) {
             return std::string(between);
         }
         return between.find(',') == std::string_view::npos ? " " : ", ";
