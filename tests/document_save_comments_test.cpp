@@ -1,8 +1,4 @@
-#include "document/document.h"
-#include "tests/support/scratch_folder.h"
-#include "tests/support/tree_content.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/saved_file.h"
 
 #include <memory>
 
@@ -12,19 +8,7 @@ using namespace bk_parser;
 
 namespace {
 
-class DocumentSaveComments : public testing::Test {
-protected:
-    LoadResult load_text(const std::string& text) { return load(folder_.write("file", text)); }
-    void expect_saved(Document& document, const std::string& text) {
-        const SaveResult result = save(document);
-        ASSERT_TRUE(result.ok()) << result.reason;
-        EXPECT_EQ(folder_.read("file"), text);
-        const LoadResult again = load(folder_.path("file"));
-        EXPECT_EQ(content_difference(document.root(), again.document.root()), "");
-    }
-
-    const ScratchFolder folder_;
-};
+class DocumentSaveComments : public SavedFile {};
 
 using document_save_comments = DocumentSaveComments;
 

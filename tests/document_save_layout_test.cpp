@@ -1,8 +1,4 @@
-#include "document/document.h"
-#include "tests/support/scratch_folder.h"
-#include "tests/support/tree_content.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/saved_file.h"
 
 #include <memory>
 
@@ -14,25 +10,7 @@ namespace {
 
 const std::string version = "#Brellwick_Serial_Version 1.2\n";
 
-class DocumentSaveLayout : public testing::Test {
-protected:
-    LoadResult load_text(const std::string& text) { return load(folder_.write("file", text)); }
-    void expect_refused(Document& document, const char* reason) {
-        const std::string before = folder_.read("file");
-        const SaveResult result = save(document);
-        EXPECT_NE(result.reason.find(reason), std::string::npos) << result.reason;
-        EXPECT_EQ(folder_.read("file"), before);
-    }
-    void expect_saved(Document& document, const std::string& text) {
-        const SaveResult result = save(document);
-        ASSERT_TRUE(result.ok()) << result.reason;
-        EXPECT_EQ(folder_.read("file"), text);
-        const LoadResult again = load(folder_.path("file"));
-        EXPECT_EQ(content_difference(document.root(), again.document.root()), "");
-    }
-
-    const ScratchFolder folder_;
-};
+class DocumentSaveLayout : public SavedFile {};
 
 using document_save_layout = DocumentSaveLayout;
 

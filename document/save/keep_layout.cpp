@@ -1,7 +1,7 @@
 #include "document/save/keep_layout_impl.h"
 
 #include "document/load/entry_places_impl.h"
-#include "document/problems/shown_word_impl.h"
+#include "document/problems/list/shown_word_impl.h"
 #include "document/save/edits/file_edits_impl.h"
 #include "document/save/files/file_change_impl.h"
 #include "document/save/files/file_set_impl.h"

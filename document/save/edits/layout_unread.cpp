@@ -1,4 +1,4 @@
-#include "document/problems/shown_word_impl.h"
+#include "document/problems/list/shown_word_impl.h"
 #include "document/save/edits/layout_edits_impl.h"
 
 // Words that were not read are in the files alone: no edit may take one away.
