@@ -52,6 +52,9 @@ CoreString join_words(const ParserArchive& archive, Pace* pace);
 /// The size of that text.
 core_uint64 archive_text_size(const ParserArchive& archive) noexcept;
 
+/// Appends the words of a group without braces. When memory runs out, that passes, and some of them are there.
+void add_words(ParserArchive& archive, const ParserGroup& group);
+
 /// The whole file of an archive.
 std::string archive_file_bytes(const ParserArchive& archive);
 
