@@ -12,4 +12,7 @@ Form form_of(std::string_view bytes) noexcept;
 /// What a file is that is no document: "a PNG image". Empty of one that may be a text of ours.
 std::string_view foreign_kind(std::string_view bytes) noexcept;
 
+/// The same, where one byte of what it begins with may be wrong. What has one wrong has a NUL further on, which texts have not.
+Form likely_form_of(std::string_view bytes) noexcept;
+
 } // namespace bk_parser
