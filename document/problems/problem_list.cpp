@@ -22,7 +22,8 @@ constexpr std::size_t most_line_bytes = std::size_t{64} << 20;
 /// What is behind such a problem is not read.
 constexpr std::string_view ends_reading[] = {codes::too_large,         codes::cut_off,
                                              codes::damaged,           codes::bytes_after_end,
-                                             codes::too_many_includes, codes::nested_too_deeply};
+                                             codes::too_many_includes, codes::nested_too_deeply,
+                                             codes::json_syntax,       codes::json_shape};
 /// What such a problem is told of is not read: an include, the document itself, or the text behind its end, which a kept layout
 /// keeps.
 constexpr std::string_view leaves_out[] = {

@@ -32,6 +32,7 @@ public:
     /// A problem of a whole file, or of none.
     void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
 
+    bool is_empty() const noexcept { return noticed_.empty() && left_.empty(); }
     /// What was not read, in the words of the problems: parts of the document, and includes that were left out alone.
     const std::vector<std::string>& unread_parts() const noexcept { return unread_parts_; }
     const std::vector<std::string>& unread_includes() const noexcept { return unread_includes_; }
