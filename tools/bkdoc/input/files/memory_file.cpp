@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
-#include <utility>
 
 namespace bkdoc {
 
@@ -52,49 +51,25 @@ bool is_memory(const std::string& path) {
 
 } // namespace
 
-MemoryFile::MemoryFile(std::string bytes) : beneath_(SysDevice::get()), bytes_(std::move(bytes)) {
-    SysDevice::set(this);
-}
-
-MemoryFile::~MemoryFile() {
-    SysDevice::set(&beneath_);
-}
-
 // An empty file is written in place, and is no regular one: what is regular would be replaced by a new file.
 SysPathInfo MemoryFile::inspect(const std::string& path) {
     if (is_memory(path)) {
         return {bytes_.empty() ? SysPathKind::other : SysPathKind::regular,
                 static_cast<core_int64>(bytes_.size())};
     }
-    return beneath_.inspect(path);
+    return ForwardingDevice::inspect(path);
 }
 
 std::unique_ptr<SysHandle> MemoryFile::open_for_reading(const std::string& path) {
-    return is_memory(path) ? std::make_unique<ReadHandle>(bytes_) : beneath_.open_for_reading(path);
+    return is_memory(path) ? std::make_unique<ReadHandle>(bytes_) : ForwardingDevice::open_for_reading(path);
 }
 
 std::unique_ptr<SysHandle> MemoryFile::open_in_place(const std::string& path) {
-    return is_memory(path) ? std::make_unique<WriteHandle>(bytes_) : beneath_.open_in_place(path);
-}
-
-std::unique_ptr<SysHandle> MemoryFile::create_beside(const std::string& target, std::string& created_path) {
-    return beneath_.create_beside(target, created_path);
-}
-
-bool MemoryFile::replace(const std::string& from, const std::string& to) {
-    return beneath_.replace(from, to);
-}
-
-bool MemoryFile::remove(const std::string& path) {
-    return beneath_.remove(path);
+    return is_memory(path) ? std::make_unique<WriteHandle>(bytes_) : ForwardingDevice::open_in_place(path);
 }
 
 std::string MemoryFile::resolve_links(const std::string& path) {
-    return is_memory(path) ? path : beneath_.resolve_links(path);
-}
-
-std::string MemoryFile::current_folder() {
-    return beneath_.current_folder();
+    return is_memory(path) ? path : ForwardingDevice::resolve_links(path);
 }
 
 } // namespace bkdoc
