@@ -70,14 +70,14 @@ void BinarySalvage::begin_entry() {
     Level& level = levels_.back();
     Head head;
     if (!read_head(position_, level.group_end, head)) {
-        search_entry(position_, "no entry");
+        search_entry(position_, "an entry");
         return;
     }
     take_head(level, head);
     if (!level.is_sure && !has_good_name(head)) {
         const Head shorter = head_with_lost_nul(head, level.group_end);
         if (shorter.name_size == head.name_size) {
-            search_entry(position_, "no entry");
+            search_entry(position_, "an entry");
             return;
         }
         head = shorter;
