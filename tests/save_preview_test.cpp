@@ -16,7 +16,7 @@ TEST(save_preview, tells_the_new_bytes_and_writes_nothing) {
     const SavePreview preview = preview_save(loaded.document);
     ASSERT_TRUE(preview.ok()) << preview.reason;
     ASSERT_EQ(preview.changes.size(), 2U);
-    EXPECT_EQ(preview.changes[0].path.string(), part);
+    EXPECT_EQ(preview.changes[0].path.generic_string(), part);
     EXPECT_EQ(preview.changes[0].before, "b 2\n");
     EXPECT_EQ(preview.changes[0].after, "b 20\n");
     EXPECT_EQ(preview.changes[1].after, "a  10 // one\n#include \"part.bkd\"\n");
@@ -85,7 +85,7 @@ TEST(save_preview, files_that_changed_since_are_not_replaced) {
     const SavePreview preview = preview_save(loaded.document);
     folder.write("top.bkd", "a 3\n");
     EXPECT_EQ(replace_files(preview.changes),
-              folder.path("top.bkd") + ": has changed on the disk since it was loaded");
+              folder.full_path("top.bkd") + ": has changed on the disk since it was loaded");
     EXPECT_EQ(folder.read("top.bkd"), "a 3\n");
 }
 

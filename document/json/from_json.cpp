@@ -4,8 +4,8 @@
 #include "document/load/document_state_impl.h"
 #include "document/load/failure_text_impl.h"
 #include "document/load/meter_impl.h"
-#include "document/problems/problem_codes_impl.h"
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/problem_list_impl.h"
 #include "document/sources/path_text_impl.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "document/json/json_reader_impl.h"
 
 #include "document/json/json_words_impl.h"
-#include "document/problems/shown_word_impl.h"
+#include "document/problems/list/shown_word_impl.h"
 
 namespace bk_parser {
 

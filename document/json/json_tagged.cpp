@@ -1,9 +1,9 @@
 #include "core/numbers/core_number_impl.h"
 #include "document/json/json_tree_reader_impl.h"
 #include "document/json/json_words_impl.h"
-#include "document/problems/problem_codes_impl.h"
-#include "document/problems/shown_word_impl.h"
-#include "document/problems/value_checks_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/shown_word_impl.h"
+#include "document/problems/values/value_checks_impl.h"
 
 #include <charconv>
 #include <system_error>

@@ -1,8 +1,8 @@
 #include "document/json/json_tree_reader_impl.h"
 
 #include "document/json/json_words_impl.h"
-#include "document/problems/problem_codes_impl.h"
-#include "document/problems/shown_word_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/shown_word_impl.h"
 
 namespace bk_parser {
 

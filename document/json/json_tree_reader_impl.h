@@ -3,7 +3,7 @@
 #include "document/json/json_reader_impl.h"
 #include "document/json/json_tree_impl.h"
 #include "document/load/meter_impl.h"
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/list/problem_list_impl.h"
 #include "parser/parser_limits.h"
 
 #include <optional>

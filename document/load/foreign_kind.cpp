@@ -53,14 +53,24 @@ bool is_blank(char byte) noexcept {
     return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
-/// What no text has: control characters but for white space.
+/// What no text has: control characters but for white space. Without branches, so that the compiler takes many at a time.
 bool is_control(char byte) noexcept {
     const auto code = static_cast<unsigned char>(byte);
-    return (code < 0x20 && (code < '\t' || code > '\r')) || code == 0x7F;
+    const auto from_tab = static_cast<unsigned char>(code - '\t');
+    return ((code < 0x20) & (from_tab > '\r' - '\t')) | (code == 0x7F);
 }
 
 std::size_t count_controls(std::string_view sample) noexcept {
-    return static_cast<std::size_t>(std::count_if(sample.begin(), sample.end(), is_control));
+    constexpr std::size_t block = 192; // that a byte can count
+    std::size_t count = 0;
+    for (std::size_t begin = 0; begin < sample.size(); begin += block) {
+        unsigned char controls = 0;
+        for (const char byte : sample.substr(begin, block)) {
+            controls = static_cast<unsigned char>(controls + (is_control(byte) ? 1 : 0));
+        }
+        count += controls;
+    }
+    return count;
 }
 
 std::string_view kind_of_mark(std::string_view sample, bool has_controls) noexcept {

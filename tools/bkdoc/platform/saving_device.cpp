@@ -6,7 +6,7 @@ namespace bkdoc {
 
 std::unique_ptr<SysHandle> SavingDevice::create_beside(const std::string& target, std::string& created_path) {
     const SignalsHeld held;
-    auto handle = ForwardingDevice::create_beside(target, created_path);
+    auto handle = beneath().create_beside(target, created_path);
     if (handle != nullptr) {
         note_unfinished_file(created_path);
     }
@@ -15,7 +15,7 @@ std::unique_ptr<SysHandle> SavingDevice::create_beside(const std::string& target
 
 bool SavingDevice::replace(const std::string& from, const std::string& to) {
     const SignalsHeld held;
-    const bool is_replaced = ForwardingDevice::replace(from, to);
+    const bool is_replaced = beneath().replace(from, to);
     if (is_replaced) {
         forget_unfinished_file(from);
     }
@@ -25,7 +25,7 @@ bool SavingDevice::replace(const std::string& from, const std::string& to) {
 bool SavingDevice::remove(const std::string& path) {
     const SignalsHeld held;
     forget_unfinished_file(path);
-    return ForwardingDevice::remove(path);
+    return beneath().remove(path);
 }
 
 } // namespace bkdoc

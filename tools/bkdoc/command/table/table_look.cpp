@@ -56,8 +56,8 @@ constexpr VerbSpec look_rows[] = {
     {"check", Task::look, "Report the problems of documents, with the place of each.",
      "A FILE may be a folder, which stands for the documents in it and below it: without --ext those are the "
      "files that begin as a document does, and those whose names end in .bkd. Names that begin with a dot "
-     "are "
-     "left out. A FILE may be a pattern, too: * is any number of characters, ** any number of folders.\n"
+     "are left out, and so are backups, whose names end in .bak or ~. A FILE may be a pattern, too: * is any "
+     "number of characters, ** any number of folders.\n"
      "\n"
      "A problem of a file that several documents include is told once. Errors lost something of the "
      "document; "

@@ -112,7 +112,8 @@ private:
     static bool is_document(const std::filesystem::path& path, const std::vector<std::string>& extensions) {
         const std::string extension = text_of(path.extension());
         if (extensions.empty()) {
-            return extension == ".bkd" || begins_as_document(path);
+            const bool is_backup = extension == ".bak" || extension.ends_with('~');
+            return extension == ".bkd" || (!is_backup && begins_as_document(path));
         }
         return std::any_of(extensions.begin(), extensions.end(), [&extension](std::string_view wanted) {
             wanted.remove_prefix(wanted.starts_with('.') ? 1 : 0);

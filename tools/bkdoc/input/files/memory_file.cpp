@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 namespace bkdoc {
 
@@ -57,19 +58,19 @@ SysPathInfo MemoryFile::inspect(const std::string& path) {
         return {bytes_.empty() ? SysPathKind::other : SysPathKind::regular,
                 static_cast<core_int64>(bytes_.size())};
     }
-    return ForwardingDevice::inspect(path);
+    return beneath().inspect(path);
 }
 
 std::unique_ptr<SysHandle> MemoryFile::open_for_reading(const std::string& path) {
-    return is_memory(path) ? std::make_unique<ReadHandle>(bytes_) : ForwardingDevice::open_for_reading(path);
+    return is_memory(path) ? std::make_unique<ReadHandle>(bytes_) : beneath().open_for_reading(path);
 }
 
 std::unique_ptr<SysHandle> MemoryFile::open_in_place(const std::string& path) {
-    return is_memory(path) ? std::make_unique<WriteHandle>(bytes_) : ForwardingDevice::open_in_place(path);
+    return is_memory(path) ? std::make_unique<WriteHandle>(bytes_) : beneath().open_in_place(path);
 }
 
 std::string MemoryFile::resolve_links(const std::string& path) {
-    return is_memory(path) ? path : ForwardingDevice::resolve_links(path);
+    return is_memory(path) ? path : beneath().resolve_links(path);
 }
 
 } // namespace bkdoc

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/forwarding_device.h"
+#include "platform/device_layer.h"
 
 #include <string>
 #include <utility>
@@ -9,7 +9,7 @@ namespace bkdoc {
 
 /// While one lives, the library reads and writes a file that is in memory only at one path, and every other path where it
 /// did before. Not for threads.
-class MemoryFile : public ForwardingDevice {
+class MemoryFile : public DeviceLayer {
 public:
     explicit MemoryFile(std::string bytes = {}) : bytes_(std::move(bytes)) {}
 

@@ -5,6 +5,7 @@
 #include "platform/interruption.h"
 #include "verbs/check/check_pool.h"
 #include "verbs/check/check_report.h"
+#include "verbs/check/shared_files.h"
 #include "verbs/check/watch.h"
 #include "verbs/verbs.h"
 
@@ -60,6 +61,7 @@ WatchRound check_once(const Request& request, Streams& streams) {
         summary.fail(EXIT_UNREADABLE);
     }
     FileProgress progress(streams, list.files.size());
+    const SharedFiles shared;
     check_files(list.files, request.rules, request.threads, [&](CheckedFile&& file) {
         progress.step();
         if (file.refusal) {
