@@ -1,4 +1,5 @@
 #include "input/files/file_list.h"
+#include "input/options/problem_code.h"
 #include "output/display/text_display.h"
 #include "output/progress_line.h"
 #include "platform/interruption.h"
@@ -99,6 +100,12 @@ bool take_request(const Arguments& arguments, Request& request, Streams& streams
     }
     const bool is_opened = take_opening(arguments, request.rules.open, streams);
     request.rules.open.allow = arguments.values("--allow");
+    for (const std::string& code : request.rules.open.allow) {
+        if (const std::string reason = unknown_code(code); !reason.empty()) {
+            complain(streams, "--allow: " + reason);
+            return false;
+        }
+    }
     return is_opened;
 }
 
