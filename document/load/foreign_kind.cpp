@@ -53,16 +53,15 @@ bool is_blank(char byte) noexcept {
     return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
-/// What no text has: control characters but for white space.
+/// What no text has: control characters but for white space. Without branches, so that the compiler takes many at a time.
 bool is_control(char byte) noexcept {
     const auto code = static_cast<unsigned char>(byte);
-    const bool is_white = static_cast<unsigned char>(code - '\t') <= '\r' - '\t';
-    return (code < 0x20) != is_white || code == 0x7F;
+    const auto from_tab = static_cast<unsigned char>(code - '\t');
+    return ((code < 0x20) & (from_tab > '\r' - '\t')) | (code == 0x7F);
 }
 
-/// Of blocks whose count fits a byte the compiler makes vector instructions.
 std::size_t count_controls(std::string_view sample) noexcept {
-    constexpr std::size_t block = 255;
+    constexpr std::size_t block = 192; // that a byte can count
     std::size_t count = 0;
     for (std::size_t begin = 0; begin < sample.size(); begin += block) {
         unsigned char controls = 0;

@@ -7,7 +7,7 @@
 #include "document/load/failure_text_impl.h"
 #include "document/load/form_impl.h"
 #include "document/load/source_loader_impl.h"
-#include "document/problems/parse_checked_impl.h"
+#include "document/problems/values/parse_checked_impl.h"
 #include "document/sources/byte_hash_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"

@@ -2,7 +2,7 @@
 
 #include "core/text/core_utf8_impl.h"
 #include "document/paths/path_steps_impl.h"
-#include "document/problems/problem_codes_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
 
 #include <algorithm>
 #include <utility>

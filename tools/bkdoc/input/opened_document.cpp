@@ -1,7 +1,7 @@
 #include "input/opened_document.h"
 
-#include "input/config.h"
-#include "input/input.h"
+#include "input/files/input.h"
+#include "input/options/config.h"
 #include "output/progress_line.h"
 #include "platform/interruption.h"
 #include "platform/paths.h"

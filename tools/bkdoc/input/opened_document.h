@@ -1,7 +1,7 @@
 #pragma once
 
 #include "document/load.h"
-#include "input/open_options.h"
+#include "input/options/open_options.h"
 #include "output/output.h"
 #include "verbs/exit_code.h"
 

@@ -1,9 +1,9 @@
 #include "verbs/draft.h"
 
+#include "input/files/memory_file.h"
 #include "input/form_mark.h"
 #include "input/log_keeper.h"
-#include "input/memory_file.h"
-#include "output/document_text.h"
+#include "output/display/document_text.h"
 #include "parser/parser_archive.h"
 #include "parser/parser_file.h"
 

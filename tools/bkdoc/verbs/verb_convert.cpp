@@ -1,6 +1,6 @@
 #include "core/sys_file.h"
-#include "output/report.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
+#include "output/problems/report.h"
 #include "platform/paths.h"
 #include "platform/platform.h"
 #include "verbs/draft.h"

@@ -1,6 +1,6 @@
-#include "input/file_list.h"
+#include "input/files/file_list.h"
+#include "output/display/text_display.h"
 #include "output/progress_line.h"
-#include "output/text_display.h"
 #include "platform/interruption.h"
 #include "verbs/check/check_pool.h"
 #include "verbs/check/check_report.h"

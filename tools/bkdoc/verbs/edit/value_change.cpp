@@ -1,8 +1,8 @@
 #include "verbs/edit/value_change.h"
 
 #include "document/access.h"
-#include "output/text_display.h"
-#include "output/value_display.h"
+#include "output/display/text_display.h"
+#include "output/display/value_display.h"
 
 #include <charconv>
 #include <cmath>
