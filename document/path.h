@@ -40,9 +40,11 @@ public:
 
     bool ok() const noexcept;
     /// Null when the path is well-formed. Valid as long as the path or a copy of it.
-    const PathError* error() const noexcept;
+    const PathError* error() const& noexcept;
+    const PathError* error() const&& = delete;
     /// As it was given.
-    std::string_view text() const noexcept;
+    std::string_view text() const& noexcept;
+    std::string_view text() const&& = delete;
 
 private:
     friend struct ParsedPath;

@@ -116,13 +116,13 @@ public:
 
     explicit CursorRange(Cursor cursor) noexcept : cursor_(std::move(cursor)) {}
 
-    /// To be called once.
-    Iterator begin() {
+    /// To be called once. The range outlives its iterators.
+    Iterator begin() & {
         is_over_ = !cursor_.next();
         return Iterator(*this);
     }
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
-    Cursor& cursor() noexcept { return cursor_; }
+    Cursor& cursor() & noexcept { return cursor_; }
 
 private:
     Cursor cursor_;
@@ -199,7 +199,9 @@ public:
     explicit Entries(const ParserGroup& group) noexcept : group_(&group) {}
     Entries(const ParserGroup& group, TextRef name) : group_(&group), name_(name.view()) {}
 
-    Iterator begin() const noexcept { return Iterator(*this); }
+    /// The range outlives its iterators.
+    Iterator begin() const& noexcept { return Iterator(*this); }
+    Iterator begin() const&& = delete;
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
 
 private:

@@ -75,7 +75,8 @@ TEST(save_preview, of_the_binary_form_has_its_bytes) {
     ASSERT_EQ(preview.changes.size(), 1U);
     EXPECT_EQ(preview.changes[0].before, folder.read("a.bin"));
     EXPECT_EQ(replace_files(preview.changes), "");
-    EXPECT_EQ(get<int>(load(folder.path("a.bin")).document.root(), "a"), 2);
+    const auto saved = load(folder.path("a.bin"));
+    EXPECT_EQ(get<int>(saved.document.root(), "a"), 2);
 }
 
 TEST(save_preview, files_that_changed_since_are_not_replaced) {

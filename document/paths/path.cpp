@@ -43,11 +43,11 @@ bool Path::ok() const noexcept {
     return !parsed_->error;
 }
 
-const PathError* Path::error() const noexcept {
+const PathError* Path::error() const& noexcept {
     return parsed_->error ? &*parsed_->error : nullptr;
 }
 
-std::string_view Path::text() const noexcept {
+std::string_view Path::text() const& noexcept {
     return parsed_->text;
 }
 

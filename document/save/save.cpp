@@ -26,7 +26,7 @@ namespace bk_parser {
 namespace {
 
 std::string absolute_text(const std::filesystem::path& path) {
-    return std::string(bk::absolute_path(CoreString(std::string_view(path_text(path)))).get_view());
+    return std::string(bk::opened_path(CoreString(std::string_view(path_text(path)))).get_view());
 }
 
 const char* form_name(Form form) noexcept {

@@ -60,14 +60,14 @@ bool FaultStory::tell_conflict(const Spot& spot) {
             lines =
                 ", lines " + std::to_string(first_line) + " to " + std::to_string(source.place_of(last).line);
         }
-        add(codes::merge_conflict, "unresolved merge conflict" + lines,
+        add(codes::merge_conflict, [&] { return "unresolved merge conflict" + lines; },
             {spot.inclusion, begin, line_end - begin, spot.expanded});
     } else if (!is_inside) {
         if (mark == '=' || mark == '|') { // these alone are no conflict
             return false;
         }
         add(codes::merge_conflict,
-            "unresolved merge conflict, line " + std::to_string(source.place_of(begin).line),
+            [&] { return "unresolved merge conflict, line " + std::to_string(source.place_of(begin).line); },
             {spot.inclusion, begin, line_end - begin, spot.expanded});
     }
     cover(spot, begin, line_end);

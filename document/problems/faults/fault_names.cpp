@@ -105,25 +105,28 @@ std::vector<FaultStory::Name> FaultStory::names_of_run(Records run, bool has_hea
 
 /// The first of the names has no value, and so many behind it on its line were meant as one.
 void FaultStory::tell_name_without_value(std::span<const Name> names, std::size_t follower_count) {
-    const std::string before = shown(names[0].word) + " has no value";
-    if (follower_count == 0) {
-        if (names.size() > 1) {
-            add(codes::no_value, before + ", and " + shown(names[1].word) + " is skipped", names[0].spot);
-        } else {
-            add(codes::no_value, before, names[0].spot);
-        }
+    const auto before = [&] { return shown(names[0].word) + " has no value"; };
+    const Spot& spot = names[0].spot;
+    if (names.size() == 1) {
+        add(codes::no_value, before, spot);
         return;
     }
     const std::string_view word = names[1].word;
-    const std::string skipped = before + ", and " + shown(word) + " is skipped: ";
-    if (is_meant_as_boolean(word)) {
-        add(codes::not_a_boolean, skipped + "booleans are yes and no", names[0].spot);
+    const auto skipped = [&] { return before() + ", and " + shown(word) + " is skipped"; };
+    if (follower_count == 0) {
+        add(codes::no_value, skipped, spot);
+    } else if (is_meant_as_boolean(word)) {
+        add(
+            codes::not_a_boolean, [&] { return skipped() + ": booleans are yes and no"; }, spot);
     } else if (is_meant_as_nothing(word)) {
-        add(codes::no_value, skipped + "nothing is spelled <empty>", names[0].spot);
+        add(
+            codes::no_value, [&] { return skipped() + ": nothing is spelled <empty>"; }, spot);
     } else if (is_meant_as_number(word)) {
-        add(codes::no_value, skipped + "infinity is spelled +inf", names[0].spot);
+        add(
+            codes::no_value, [&] { return skipped() + ": infinity is spelled +inf"; }, spot);
     } else {
-        add(codes::unquoted_string, skipped + "a string stands in double quotes", names[0].spot);
+        add(
+            codes::unquoted_string, [&] { return skipped() + ": a string stands in double quotes"; }, spot);
     }
 }
 

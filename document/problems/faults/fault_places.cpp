@@ -35,11 +35,6 @@ constexpr PlaceText place_texts[] = {
     {Observer::FAULT_CLOSING_WITHOUT_ENTRY, codes::bad_arguments, " closes no argument list"},
     {Observer::FAULT_CLOSING_NO_ARGUMENTS, codes::bad_arguments, " closes no argument list"},
     {Observer::FAULT_INVALID_NAME, codes::bad_name, " is no name: yes and no are values"},
-    {FaultRecord::misspelled_include, codes::include_misspelled,
-     " is a keyword here, and nothing is included: it is spelled #include \"name\", with one blank"},
-    {FaultRecord::misspelled_version, codes::version_misspelled,
-     " is a keyword here, and the version does not count: it is spelled #Brellwick_Serial_Version 1.2, with "
-     "one blank"},
 };
 
 } // namespace
@@ -59,10 +54,19 @@ void FaultStory::tell_place(const FaultRecord& record, const Spot& spot) {
         tell_text_after_end(record, spot);
         return;
     case Observer::FAULT_NESTED_TOO_DEEPLY:
-        add(codes::nested_too_deeply,
-            "groups nest deeper than " + std::to_string(limits_.nesting_depth) +
-                ": ParserLimits::nesting_depth; the text from here on is not read",
+        add(
+            codes::nested_too_deeply,
+            [&] {
+                return "groups nest deeper than " + std::to_string(limits_.nesting_depth) +
+                       ": ParserLimits::nesting_depth; the text from here on is not read";
+            },
             spot);
+        return;
+    case FaultRecord::misspelled_include:
+    case FaultRecord::misspelled_version:
+        misspelled_.push_back({&record, spot});
+        last_reason_ = spot;
+        cover_line(spot, spot);
         return;
     default:
         break;
@@ -73,11 +77,22 @@ void FaultStory::tell_place(const FaultRecord& record, const Spot& spot) {
     if (text == std::end(place_texts)) {
         return;
     }
-    add(text->code, shown(word) + std::string(text->message), spot);
-    if (record.kind == FaultRecord::misspelled_include || record.kind == FaultRecord::misspelled_version) {
-        last_reason_ = spot;
-        cover_line(spot, spot);
-    }
+    add(
+        text->code, [&] { return shown(word) + std::string(text->message); }, spot);
+}
+
+void FaultStory::tell_misspelled(const Misspelled& directive) {
+    const bool is_include = directive.record->kind == FaultRecord::misspelled_include;
+    const std::string_view code = is_include ? codes::include_misspelled : codes::version_misspelled;
+    const auto compose = [&] {
+        return shown(word_of(*directive.record)) +
+               (is_include ? " is a keyword here, and nothing is included: it is spelled #include \"name\", "
+                             "with one "
+                             "blank"
+                           : " is a keyword here, and the version does not count: it is spelled "
+                             "#Brellwick_Serial_Version 1.2, with one blank");
+    };
+    problems_.add(losses_.severity(code, directive.spot), code, compose, directive.spot);
 }
 
 /// One missing brace leaves one group open, and a text that is cut off as many as there are.
@@ -94,9 +109,12 @@ void FaultStory::tell_groups_left_open(Records records) {
         lines +=
             (i == 0 ? "" : ", ") + std::to_string(sources_.file_of(place).text.place_of(place.offset).line);
     }
-    add(codes::group_left_open,
-        "this group is not closed: the document ends inside " + std::to_string(records.size()) +
-            " groups, which begin at lines " + lines + (records.size() > most_lines ? ", ..." : ""),
+    add(
+        codes::group_left_open,
+        [&] {
+            return "this group is not closed: the document ends inside " + std::to_string(records.size()) +
+                   " groups, which begin at lines " + lines + (records.size() > most_lines ? ", ..." : "");
+        },
         spot);
 }
 
@@ -110,7 +128,7 @@ void FaultStory::tell_text_after_end(const FaultRecord& record, const Spot& spot
                    std::to_string(sources_.file_of(brace).text.place_of(brace.offset).line) +
                    " opened no group";
     }
-    add(codes::text_after_end, std::move(message), spot);
+    problems_.add(Severity::error, codes::text_after_end, std::move(message), spot);
 }
 
 } // namespace bk_parser

@@ -38,8 +38,8 @@ bool is_mark(std::string_view word) noexcept {
 
 FaultStory::FaultStory(const FaultRecorder& faults, const SourceMap& sources, const Joins& joins,
                        const ParserLimits& limits, Losses& losses, ProblemList& problems)
-    : faults_(faults), records_(faults.get_records()), text_(faults.get_text()), sources_(sources),
-      joins_(joins), limits_(limits), losses_(losses), problems_(problems), lines_(sources),
+    : records_(faults.get_records()), text_(faults.get_text()), sources_(sources), joins_(joins),
+      limits_(limits), losses_(losses), problems_(problems), lines_(sources),
       has_open_quote_(sources.get_files().size()) {}
 
 void FaultStory::explain(bk::Pace& pace) {
@@ -52,9 +52,8 @@ void FaultStory::explain(bk::Pace& pace) {
 }
 
 void FaultStory::tell() {
-    for (Told& problem : told_) {
-        problems_.add(losses_.severity(problem.code, problem.spot), problem.code, std::move(problem.message),
-                      problem.spot);
+    for (const Misspelled& directive : misspelled_) {
+        tell_misspelled(directive);
     }
 }
 
@@ -155,10 +154,6 @@ std::string_view FaultStory::text_of(const Spot& spot) const noexcept {
 
 Spot FaultStory::spot_of(std::string_view word) const {
     return sources_.find(static_cast<std::size_t>(word.data() - text_.data()), word.size());
-}
-
-void FaultStory::add(std::string_view code, std::string message, const Spot& spot) {
-    told_.push_back({code, std::move(message), spot});
 }
 
 } // namespace bk_parser

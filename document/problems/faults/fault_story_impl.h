@@ -7,6 +7,7 @@
 #include "document/problems/list/problem_list_impl.h"
 #include "parser/parser_limits.h"
 
+#include <concepts>
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -29,9 +30,10 @@ public:
     FaultStory(const FaultRecorder& faults, const SourceMap& sources, const Joins& joins,
                const ParserLimits& limits, Losses& losses, ProblemList& problems);
 
-    /// Finds the problems, and what was lost by others. Linear in the faults and the lines that they stand in. The pace is told how
-    /// many faults are done.
+    /// Tells the errors, and finds what was lost by others. Linear in the faults and the lines that they stand in. The pace is told
+    /// how many faults are done.
     void explain(bk::Pace& pace);
+    /// Tells what may be a warning.
     void tell();
 
 private:
@@ -47,10 +49,9 @@ private:
         std::size_t end = 0;
         Reason reason;
     };
-    /// A problem: how severe it is shows when all faults are explained.
-    struct Told {
-        std::string_view code;
-        std::string message;
+    /// A directive that is none: how severe that is shows when all faults are explained.
+    struct Misspelled {
+        const FaultRecord* record;
         Spot spot;
     };
     /// A word of a run of names without values.
@@ -73,7 +74,15 @@ private:
     std::string_view word_of(const FaultRecord& record) const noexcept;
     std::string_view text_of(const Spot& spot) const noexcept;
     Spot spot_of(std::string_view word) const;
-    void add(std::string_view code, std::string message, const Spot& spot);
+    /// Whatever the grammar leaves out is an error.
+    template <std::invocable Compose>
+    void add(std::string_view code, const Compose& compose, const Spot& spot) {
+        problems_.add(Severity::error, code, compose, spot);
+    }
+    void add(std::string_view code, std::string_view message, const Spot& spot) {
+        problems_.add(
+            Severity::error, code, [message] { return std::string(message); }, spot);
+    }
 
     // fault_words.cpp
     void tell_word(const FaultRecord& record, const Spot& spot);
@@ -93,10 +102,10 @@ private:
 
     // fault_places.cpp
     void tell_place(const FaultRecord& record, const Spot& spot);
+    void tell_misspelled(const Misspelled& directive);
     void tell_groups_left_open(Records records);
     void tell_text_after_end(const FaultRecord& record, const Spot& spot);
 
-    const FaultRecorder& faults_;
     Records records_;
     std::string_view text_;
     const SourceMap& sources_;
@@ -109,7 +118,7 @@ private:
     std::vector<bool> has_open_quote_; // of files
     Cover cover_;
     Cover conflict_;
-    std::vector<Told> told_;
+    std::vector<Misspelled> misspelled_;
     const FaultRecord* last_ = nullptr;       // told or explained
     Reason last_reason_;                      // of that one
     const FaultRecord* lost_brace_ = nullptr; // a brace that opened no group

@@ -49,15 +49,20 @@ void FaultStory::tell_word(const FaultRecord& record, const Spot& spot) {
     } else if (bk::is_char(word[0], bk::CHAR_NAME_START) || static_cast<unsigned char>(word[0]) >= 0x80) {
         tell_name(word, spot);
     } else if (word[0] == '[') {
-        add(codes::bad_array_count, unexpected(word) + ": no blank stands between a name and its count",
-            spot);
+        add(
+            codes::bad_array_count,
+            [&] { return unexpected(word) + ": no blank stands between a name and its count"; }, spot);
     } else if (word[0] == '<') {
-        add(codes::bad_template, unexpected(word) + ": no blank stands between a name and its template",
-            spot);
+        add(
+            codes::bad_template,
+            [&] { return unexpected(word) + ": no blank stands between a name and its template"; }, spot);
     } else if (word[0] == '#') {
-        add(codes::bad_name, shown(word) + " is no keyword: behind '#' stand letters, digits and '_'", spot);
+        add(
+            codes::bad_name,
+            [&] { return shown(word) + " is no keyword: behind '#' stand letters, digits and '_'"; }, spot);
     } else {
-        add(codes::unexpected_word, unexpected(word), spot);
+        add(
+            codes::unexpected_word, [&] { return unexpected(word); }, spot);
     }
 }
 
@@ -72,7 +77,7 @@ void FaultStory::tell_string(std::string_view word, const Spot& spot) {
         return;
     }
     if (const std::size_t last = word.find("\\\\\""); last != std::string_view::npos) {
-        add(codes::quote_inside_string, std::string(string_runs_on), spot_of(word.substr(last + 2, 1)));
+        add(codes::quote_inside_string, string_runs_on, spot_of(word.substr(last + 2, 1)));
         cover_line(spot);
         return;
     }
@@ -82,7 +87,8 @@ void FaultStory::tell_string(std::string_view word, const Spot& spot) {
         const Spot place = spot_of(rest);
         const std::string hint =
             rest[0] == '"' ? ": a blank stands between two strings" : " behind a string, which is left out";
-        add(codes::unexpected_word, unexpected(rest) + hint, place);
+        add(
+            codes::unexpected_word, [&] { return unexpected(rest) + hint; }, place);
         return;
     }
     has_open_quote_[sources_.file_of_inclusion(spot.inclusion)] = true;
@@ -96,26 +102,35 @@ void FaultStory::tell_string(std::string_view word, const Spot& spot) {
 void FaultStory::tell_name(std::string_view word, const Spot& spot) {
     const std::size_t at = find_stranger(word);
     if (at == word.size()) { // it ends with a point
-        add(codes::bad_name, shown(word) + " is no name: a name does not end with '.'", spot);
+        add(
+            codes::bad_name, [&] { return shown(word) + " is no name: a name does not end with '.'"; }, spot);
         return;
     }
     const std::string_view rest = word.substr(at);
     if (rest[0] == '<') {
-        add(codes::bad_template, shown(rest) + " is no template: a name stands between '<' and '>'", spot);
+        add(
+            codes::bad_template,
+            [&] { return shown(rest) + " is no template: a name stands between '<' and '>'"; }, spot);
     } else if (rest[0] == '[') {
-        add(codes::bad_array_count, shown(rest) + " is no array count: it is a whole number, or nothing",
-            spot);
+        add(
+            codes::bad_array_count,
+            [&] { return shown(rest) + " is no array count: it is a whole number, or nothing"; }, spot);
     } else if (rest[0] == '"') {
-        add(codes::bad_name, shown(word) + " is no name: a blank stands before a string", spot);
+        add(
+            codes::bad_name, [&] { return shown(word) + " is no name: a blank stands before a string"; },
+            spot);
     } else {
         const std::string_view character =
             rest.substr(0, static_cast<unsigned char>(rest[0]) < 0x80 ? 1 : std::string_view::npos);
         const std::size_t letters = std::min(
             character.find_first_of("._abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"),
             character.size());
-        add(codes::bad_name,
-            shown(word) + " is no name: " + shown(character.substr(0, letters)) +
-                " cannot stand in one, and what follows goes to the entry before it",
+        add(
+            codes::bad_name,
+            [&] {
+                return shown(word) + " is no name: " + shown(character.substr(0, letters)) +
+                       " cannot stand in one, and what follows goes to the entry before it";
+            },
             spot);
     }
 }
@@ -135,9 +150,12 @@ bool FaultStory::tell_other_comment(std::string_view word, const Spot& spot) {
     } else {
         return false;
     }
-    add(codes::no_comment,
-        shown(word.substr(0, word[0] == '/' ? 2 : word.size())) +
-            " begins no comment: '//' does, up to the end of its line",
+    add(
+        codes::no_comment,
+        [&] {
+            return shown(word.substr(0, word[0] == '/' ? 2 : word.size())) +
+                   " begins no comment: '//' does, up to the end of its line";
+        },
         spot);
     return true;
 }
@@ -151,7 +169,7 @@ bool FaultStory::tell_single_quotes(std::string_view word, const Spot& spot) {
     const std::size_t end = line.find(word[0], spot.offset + 1);
     const std::size_t length = end == std::string_view::npos ? spot.length : end + 1 - spot.offset;
     cover(spot, spot.offset, spot.offset + length);
-    add(codes::unquoted_string, shown(word) + " is skipped: a string stands in double quotes",
+    add(codes::unquoted_string, [&] { return shown(word) + " is skipped: a string stands in double quotes"; },
         {spot.inclusion, spot.offset, length, spot.expanded});
     return true;
 }

@@ -98,13 +98,14 @@ void Joins::tell(std::string_view expanded, const Losses& losses, ProblemList& p
         if (join.is_in_string) {
             continue;
         }
-        const std::string words =
-            shown(word_from(expanded, offsets_[i])) + " joins " + shown(word_before(expanded, offsets_[i]));
         const std::string_view code = join.is_comment ? codes::comment_joins_line : codes::include_joins_word;
-        const std::string_view advice = join.is_comment
-                                            ? ": put a blank before the comment"
-                                            : ": put a blank or a line end before and behind the directive";
-        problems.add(losses.severity(code, join.taken), code, words + std::string(advice), join.taken);
+        const auto compose = [&] {
+            return shown(word_from(expanded, offsets_[i])) + " joins " +
+                   shown(word_before(expanded, offsets_[i])) +
+                   (join.is_comment ? ": put a blank before the comment"
+                                    : ": put a blank or a line end before and behind the directive");
+        };
+        problems.add(losses.severity(code, join.taken), code, compose, join.taken);
     }
 }
 

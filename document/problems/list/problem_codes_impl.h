@@ -68,6 +68,9 @@ inline constexpr std::string_view nul_byte = "nul-byte";
 inline constexpr std::string_view not_utf_8 = "not-utf-8";
 // Of no document.
 inline constexpr std::string_view malformed_path = "malformed-path";
+// Of JSON.
+inline constexpr std::string_view json_syntax = "json-syntax";
+inline constexpr std::string_view json_shape = "json-shape";
 // About the list itself; an error when an error is left out.
 inline constexpr std::string_view more_problems = "more-problems";
 } // namespace codes
@@ -136,6 +139,8 @@ inline constexpr ProblemCode problem_codes[] = {
     {codes::nul_byte, Severity::warning, "a file holds NUL bytes"},
     {codes::not_utf_8, Severity::warning, "a file holds bytes that are no UTF-8"},
     {codes::malformed_path, Severity::error, "a path does not follow its language"},
+    {codes::json_syntax, Severity::error, "a text is no JSON"},
+    {codes::json_shape, Severity::error, "a JSON text is no document"},
     {codes::more_problems, Severity::error, "there are more problems than are told"},
 };
 

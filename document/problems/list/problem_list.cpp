@@ -20,9 +20,9 @@ constexpr std::size_t most_unread = 100; // messages of each kind that are kept
 constexpr std::size_t most_line_bytes = std::size_t{64} << 20;
 
 /// What is behind such a problem is not read.
-constexpr std::string_view ends_reading[] = {codes::too_large,         codes::cut_off,
-                                             codes::damaged,           codes::bytes_after_end,
-                                             codes::too_many_includes, codes::nested_too_deeply};
+constexpr std::string_view ends_reading[] = {
+    codes::too_large,         codes::cut_off,           codes::damaged,     codes::bytes_after_end,
+    codes::too_many_includes, codes::nested_too_deeply, codes::json_syntax, codes::json_shape};
 /// What such a problem is told of is not read: an include, the document itself, or the text behind its end, which a kept layout
 /// keeps.
 constexpr std::string_view leaves_out[] = {
@@ -43,8 +43,11 @@ std::size_t shown_begin(const SourceText& text, std::size_t offset) {
     return shown;
 }
 
-bool is_allowed(Severity severity, std::string_view code, const std::vector<std::string>& allow) {
-    return severity == Severity::warning && std::find(allow.begin(), allow.end(), code) != allow.end();
+bool says_what_is_unread(std::string_view code) noexcept {
+    const auto is_in = [code](const auto& list) {
+        return std::find(std::begin(list), std::end(list), code) != std::end(list);
+    };
+    return is_in(ends_reading) || is_in(leaves_out);
 }
 
 /// The bytes of a line that are shown; no character is cut.
@@ -89,7 +92,7 @@ void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std
 
 void ProblemList::add(Severity severity, std::string_view code, std::string message, const Spot& spot) {
     note_unread(code, message, true);
-    if (is_allowed(severity, code, allow_) || is_told(spot, code, message)) {
+    if (is_allowed(severity, code) || is_told(spot, code, message)) {
         return;
     }
     if (has_room(severity)) {
@@ -103,7 +106,7 @@ void ProblemList::add(Severity severity, std::string_view code, std::string mess
 void ProblemList::add(Severity severity, std::string_view code, std::string message,
                       std::filesystem::path file) {
     note_unread(code, message, false);
-    if (is_allowed(severity, code, allow_)) {
+    if (is_allowed(severity, code)) {
         return;
     }
     if (has_room(severity)) {
@@ -115,6 +118,15 @@ void ProblemList::add(Severity severity, std::string_view code, std::string mess
 
 void ProblemList::add(std::string_view code, std::string message, const Spot& spot) {
     add(severity_of(code), code, std::move(message), spot);
+}
+
+bool ProblemList::is_allowed(Severity severity, std::string_view code) const {
+    return severity == Severity::warning && std::find(allow_.begin(), allow_.end(), code) != allow_.end();
+}
+
+/// Whether the problem may come into the list, or a save is to say what was not read.
+bool ProblemList::keeps_message(Severity severity, std::string_view code) const {
+    return !is_allowed(severity, code) && (kept(severity) < most_ || says_what_is_unread(code));
 }
 
 bool ProblemList::has_room(Severity severity) noexcept {
@@ -153,13 +165,11 @@ void ProblemList::forget(std::string_view code) {
 
 /// Whatever becomes of the problem in the list.
 void ProblemList::note_unread(std::string_view code, const std::string& message, bool has_spot) {
-    const auto is_in = [code](const auto& list) {
-        return std::find(std::begin(list), std::end(list), code) != std::end(list);
-    };
-    const bool ends = is_in(ends_reading);
-    if (!ends && !is_in(leaves_out)) {
+    if (!says_what_is_unread(code)) {
         return;
     }
+    const bool ends =
+        std::find(std::begin(ends_reading), std::end(ends_reading), code) != std::end(ends_reading);
     std::vector<std::string>& unread = ends || !has_spot ? unread_parts_ : unread_includes_;
     if (unread.size() < most_unread) {
         unread.push_back(message);

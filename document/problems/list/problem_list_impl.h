@@ -2,9 +2,11 @@
 
 #include "document/load/meter_impl.h"
 #include "document/problem.h"
+#include "document/problems/list/problem_codes_impl.h"
 #include "document/sources/source_map_impl.h"
 
 #include <array>
+#include <concepts>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -29,9 +31,24 @@ public:
     void add(Severity severity, std::string_view code, std::string message, const Spot& spot);
     /// The same; the severity is that of the table.
     void add(std::string_view code, std::string message, const Spot& spot);
+    /// The same of problems that a hostile document may have many of: those that are too many are counted, and their messages
+    /// are not composed.
+    template <std::invocable Compose>
+    void add(Severity severity, std::string_view code, const Compose& compose, const Spot& spot) {
+        if (keeps_message(severity, code)) {
+            add(severity, code, compose(), spot);
+        } else if (!is_allowed(severity, code)) {
+            leave_out(severity, code);
+        }
+    }
+    template <std::invocable Compose>
+    void add(std::string_view code, const Compose& compose, const Spot& spot) {
+        add(severity_of(code), code, compose, spot);
+    }
     /// A problem of a whole file, or of none.
     void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
 
+    bool is_empty() const noexcept { return noticed_.empty() && left_.empty(); }
     /// What was not read, in the words of the problems: parts of the document, and includes that were left out alone.
     const std::vector<std::string>& unread_parts() const noexcept { return unread_parts_; }
     const std::vector<std::string>& unread_includes() const noexcept { return unread_includes_; }
@@ -62,7 +79,10 @@ private:
         bool has_error = false;
     };
 
+    bool is_allowed(Severity severity, std::string_view code) const;
+    bool keeps_message(Severity severity, std::string_view code) const;
     void note_unread(std::string_view code, const std::string& message, bool has_spot);
+    std::size_t kept(Severity severity) const noexcept { return kept_[severity == Severity::error ? 1 : 0]; }
     bool has_room(Severity severity) noexcept;
     Told told_of(const Spot& spot, std::string_view code, std::string_view message) const noexcept;
     bool is_told(const Spot& spot, std::string_view code, std::string_view message) const;

@@ -58,16 +58,34 @@ std::string spelled_checksum(std::uint32_t sum) {
     return {text, sizeof text};
 }
 
+std::string odd_text(std::string_view word, const ValueFlaw&) {
+    return shown(word) + " holds no byte: its number of digits is odd";
+}
+
+std::string short_text(std::string_view word, const ValueFlaw&) {
+    return shown(word) +
+           " holds no byte: eight digits of checksum follow the digits of the bytes; a number is decimal";
+}
+
+std::string digit_text(std::string_view word, const ValueFlaw& flaw) {
+    const bool is_lower = word[flaw.offset] >= 'a' && word[flaw.offset] <= 'f';
+    return shown(word.substr(flaw.offset, 1)) + " is no digit of binary data, and its byte is read as 0" +
+           (is_lower ? ": they are in upper case" : "");
+}
+
+std::string checksum_text(std::string_view word, const ValueFlaw& flaw) {
+    unsigned int wrong = 0;
+    const std::uint32_t sum = sum_of(word.substr(prefix_length, flaw.offset - prefix_length), wrong);
+    return "the checksum of the bytes is " + spelled_checksum(sum) + ", not " +
+           std::string(word.substr(flaw.offset)) + ": the data is damaged, or was edited";
+}
+
 ValueFlaw flaw_of_digits(std::string_view word, std::size_t from) {
     std::size_t at = from;
     while (digit_values[static_cast<unsigned char>(word[at])] != no_digit) {
         ++at;
     }
-    const bool is_lower = word[at] >= 'a' && word[at] <= 'f';
-    return {codes::binary_data_digits,
-            shown(word.substr(at, 1)) + " is no digit of binary data, and its byte is read as 0" +
-                (is_lower ? ": they are in upper case" : ""),
-            at, 1};
+    return {codes::binary_data_digits, digit_text, at, 1};
 }
 
 } // namespace
@@ -75,14 +93,10 @@ ValueFlaw flaw_of_digits(std::string_view word, std::size_t from) {
 ValueFlaw find_binary_flaw(std::string_view word) {
     const std::string_view digits = word.substr(prefix_length);
     if (digits.size() % 2 != 0) {
-        return {codes::binary_data_empty, shown(word) + " holds no byte: its number of digits is odd", 0,
-                word.size()};
+        return {codes::binary_data_empty, odd_text, 0, word.size()};
     }
     if (digits.size() <= checksum_length) {
-        return {codes::binary_data_empty,
-                shown(word) + " holds no byte: eight digits of checksum follow the digits of the bytes; a "
-                              "number is decimal",
-                0, word.size()};
+        return {codes::binary_data_empty, short_text, 0, word.size()};
     }
     unsigned int wrong = 0;
     const std::string_view data = digits.substr(0, digits.size() - checksum_length);
@@ -93,10 +107,7 @@ ValueFlaw find_binary_flaw(std::string_view word) {
         return flaw_of_digits(word, prefix_length);
     }
     if (sum != checksum_of(checksum)) {
-        return {codes::binary_data_checksum,
-                "the checksum of the bytes is " + spelled_checksum(sum) + ", not " + std::string(checksum) +
-                    ": the data is damaged, or was edited",
-                word.size() - checksum_length, checksum_length};
+        return {codes::binary_data_checksum, checksum_text, word.size() - checksum_length, checksum_length};
     }
     return {};
 }

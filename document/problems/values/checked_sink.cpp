@@ -26,10 +26,13 @@ bool are_equal_but_for_case(std::string_view a, std::string_view b) noexcept {
 
 void CheckedSink::check_suffix(const bk::EntryHead& head) {
     if (!head_.ends_with("[]")) {
-        problems_.add(codes::array_count,
-                      shown(head_) + " declares " + counted(head.array_count, "value") +
-                          ": what follows the number is ignored",
-                      spot_of(head_));
+        problems_.add(
+            codes::array_count,
+            [&] {
+                return shown(head_) + " declares " + counted(head.array_count, "value") +
+                       ": what follows the number is ignored";
+            },
+            spot_of(head_));
     }
 }
 
@@ -48,8 +51,10 @@ void CheckedSink::check_keyword(const bk::EntryHead& head, const bk::Token& toke
 
 void CheckedSink::tell_count() {
     if (!faults_.has_any_in_epoch()) {
-        problems_.add(codes::array_count,
-                      shown(head_) + " has " + counted(tree_.get_pending_count(), "value"), spot_of(head_));
+        problems_.add(
+            codes::array_count,
+            [&] { return shown(head_) + " has " + counted(tree_.get_pending_count(), "value"); },
+            spot_of(head_));
     }
 }
 
@@ -69,8 +74,9 @@ void CheckedSink::check_call() const {
             break;
         }
     }
-    problems_.add(codes::arguments_left_open, "the argument list of " + shown(name) + " is not closed",
-                  spot_of(name));
+    problems_.add(
+        codes::arguments_left_open, [&] { return "the argument list of " + shown(name) + " is not closed"; },
+        spot_of(name));
 }
 
 void CheckedSink::check_number(std::string_view word, bool is_int) {
@@ -79,7 +85,7 @@ void CheckedSink::check_number(std::string_view word, bool is_int) {
 
 void CheckedSink::check_string(std::string_view word) {
     for (std::size_t from = 1;;) {
-        ValueFlaw flaw = find_string_flaw(word, has_escapes_, from);
+        const ValueFlaw flaw = find_string_flaw(word, has_escapes_, from);
         if (flaw.code.empty()) {
             return;
         }
@@ -91,7 +97,7 @@ void CheckedSink::check_string(std::string_view word) {
         }
         const bool is_last = flaw.code != codes::unknown_escape; // a string that runs on does so once
         from = flaw.offset + flaw.length;
-        tell(word, std::move(flaw));
+        tell(word, flaw);
         if (is_last) {
             return;
         }
@@ -110,14 +116,15 @@ void CheckedSink::tell_escapes() {
     }
 }
 
-void CheckedSink::tell(std::string_view word, ValueFlaw&& flaw) {
+void CheckedSink::tell(std::string_view word, const ValueFlaw& flaw) {
     if (flaw.code.empty() ||
         joins_.is_inside(static_cast<std::size_t>(word.data() - text_.data()), word.size())) {
         return;
     }
     const Spot spot = spot_of(word.substr(flaw.offset, flaw.length));
     if (lines_.state_at(spot) != LineReader::State::comment) { // else an open quote is what is wrong
-        problems_.add(flaw.code, std::move(flaw.message), spot);
+        problems_.add(
+            flaw.code, [&] { return flaw.text(word, flaw); }, spot);
     }
 }
 

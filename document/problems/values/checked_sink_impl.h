@@ -105,7 +105,7 @@ private:
     void check_number(std::string_view word, bool is_int);
     void check_string(std::string_view word);
     void tell_escapes();
-    void tell(std::string_view word, ValueFlaw&& flaw);
+    void tell(std::string_view word, const ValueFlaw& flaw);
     Spot spot_of(std::string_view word) const {
         return sources_.find(static_cast<std::size_t>(word.data() - text_.data()), word.size());
     }

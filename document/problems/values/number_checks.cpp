@@ -31,18 +31,20 @@ bool is_exponent(std::string_view text) noexcept {
     return !number.empty() && std::all_of(number.begin(), number.end(), is_digit);
 }
 
+std::string exponent_text(std::string_view word, const ValueFlaw&) {
+    return shown(word) + " is read as " + std::string(word.substr(0, word.find('E'))) +
+           ": an exponent is spelled with a small e";
+}
+
+std::string text_after_text(std::string_view word, const ValueFlaw& flaw) {
+    return shown(word) + " is read as " + std::string(word.substr(0, flaw.offset)) + ", and " +
+           shown(word.substr(flaw.offset)) + " is ignored";
+}
+
 ValueFlaw find_text_after(std::string_view word, std::size_t length) {
-    const std::string_view number = word.substr(0, length);
     const std::string_view rest = word.substr(length);
-    if (is_exponent(rest)) {
-        return {codes::exponent_ignored,
-                shown(word) + " is read as " + std::string(number) +
-                    ": an exponent is spelled with a small e",
-                0, word.size()};
-    }
-    return {codes::text_after_number,
-            shown(word) + " is read as " + std::string(number) + ", and " + shown(rest) + " is ignored",
-            length, rest.size()};
+    return is_exponent(rest) ? ValueFlaw{codes::exponent_ignored, exponent_text, 0, word.size()}
+                             : ValueFlaw{codes::text_after_number, text_after_text, length, rest.size()};
 }
 
 bool is_int_in_range(std::string_view word) noexcept {
@@ -59,18 +61,31 @@ bool is_other_than_zero(std::string_view word) noexcept {
     return word.substr(0, end).find_first_of("123456789") != std::string_view::npos;
 }
 
+std::string int_range_text(std::string_view word, const ValueFlaw&) {
+    return shown(word) + " is read as " + std::to_string(bk::text_to_int(word).value) +
+           ": an int has 32 bits; with a point it is a double";
+}
+
+std::string double_range_text(std::string_view word, const ValueFlaw&) {
+    const double number = bk::text_to_double(word).value;
+    if (number == 0.0) {
+        return shown(word) + " is read as 0: no double is so small";
+    }
+    const std::string_view digits = without_sign(word);
+    const bool is_spelled_out = !is_digit(digits[0]) && digits[0] != '.';
+    return shown(word) +
+           (number > 0 ? " is read as 1.797e308, the largest double"
+                       : " is read as -1.797e308, the lowest double") +
+           (is_spelled_out ? ": a number is finite" : ": it is beyond every double");
+}
+
 ValueFlaw find_int_flaw(std::string_view word) {
     const bk::IntText number = bk::text_to_int(word);
     if (number.length != word.size()) {
         return find_text_after(word, number.length);
     }
-    if (is_int_in_range(word)) {
-        return {};
-    }
-    return {codes::number_out_of_range,
-            shown(word) + " is read as " + std::to_string(number.value) +
-                ": an int has 32 bits; with a point it is a double",
-            0, word.size()};
+    return is_int_in_range(word) ? ValueFlaw{}
+                                 : ValueFlaw{codes::number_out_of_range, int_range_text, 0, word.size()};
 }
 
 ValueFlaw find_double_flaw(std::string_view word) {
@@ -78,21 +93,10 @@ ValueFlaw find_double_flaw(std::string_view word) {
     if (number.length != word.size()) {
         return find_text_after(word, number.length);
     }
-    const std::string_view digits = without_sign(word);
-    if (!std::isfinite(number.value)) {
-        const bool is_spelled_out = !is_digit(digits[0]) && digits[0] != '.';
-        return {codes::number_out_of_range,
-                shown(word) +
-                    (number.value > 0 ? " is read as 1.797e308, the largest double"
-                                      : " is read as -1.797e308, the lowest double") +
-                    (is_spelled_out ? ": a number is finite" : ": it is beyond every double"),
-                0, word.size()};
-    }
-    if (number.value == 0.0 && is_other_than_zero(word)) {
-        return {codes::number_out_of_range, shown(word) + " is read as 0: no double is so small", 0,
-                word.size()};
-    }
-    return {};
+    const bool is_in_range =
+        std::isfinite(number.value) && (number.value != 0.0 || !is_other_than_zero(word));
+    return is_in_range ? ValueFlaw{}
+                       : ValueFlaw{codes::number_out_of_range, double_range_text, 0, word.size()};
 }
 
 } // namespace

@@ -17,8 +17,10 @@ namespace bk_parser {
 
 /// What is wrong with a value, and which of its characters are.
 struct ValueFlaw {
-    std::string_view code; // empty when nothing is wrong
-    std::string message;
+    using Text = std::string (*)(std::string_view word, const ValueFlaw& flaw);
+
+    std::string_view code;  // empty when nothing is wrong
+    Text text = nullptr;    // composes the message
     std::size_t offset = 0; // in the word
     std::size_t length = 0;
 };

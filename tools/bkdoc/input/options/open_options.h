@@ -1,9 +1,11 @@
 #pragma once
 
 #include "command/arguments.h"
+#include "document/json.h"
 #include "document/load.h"
 #include "output/output.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +20,8 @@ struct OpenOptions {
     bool keep_sources = false;      // to tell where entries stand
     bool use_config = true;         // the search folders of the .bkdoc.bkd at or above a document
     std::vector<std::string> allow; // codes of problems that are not told
+    bool reads_json = false;        // of a document that is JSON by its name or its first bytes
+    std::optional<bk_parser::JsonShape> json; // the document is JSON of this shape
 
     /// As the library takes them, without progress.
     bk_parser::LoadOptions load_options() const;
