@@ -22,7 +22,8 @@ constexpr OptionSpec check_options[] = {
     {"--max-problems", "", ValueKind::whole_number, "N", false,
      "Tell at most so many problems of a file; 50 when it is not given, all when it is 0."},
     {"--format", "", ValueKind::choice, "text|json|sarif|gcc", false,
-     "For people, for programs, or a line a problem for editors."},
+     "For people, for programs, or a line a problem for editors, as gcc writes it: a column is "
+     "one of the screen, with a tab stop at each eighth, and elsewhere a character."},
     {"--json", "", ValueKind::none, "", false, "The same as --format json."},
     {"--watch", "", ValueKind::none, "", false,
      "Check again whenever one of the files changes, or one that they include."},
