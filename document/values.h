@@ -95,8 +95,10 @@ concept ReadableValue = SingleValue<T> || FixedListValue<T> || OpenListValue<T>;
 /// A text, literals too. A null pointer to one is an empty text.
 template <class T>
 concept TextValue = StringValue<T> || TextLike<T>;
+/// Not a char: a text has no characters, and 'A' would be the number 65 in it. Set "A", or int('A').
 template <class T>
-concept WritableSingleValue = std::same_as<T, bool> || NumberValue<T> || TextValue<T> || BytesValue<T>;
+concept WritableSingleValue =
+    std::same_as<T, bool> ||(NumberValue<T> && !std::same_as<T, char>) || TextValue<T> || BytesValue<T>;
 
 template <class T>
 inline constexpr bool is_writable_list = false;
@@ -121,17 +123,13 @@ concept WrongByAccident =
 /// One value that is to be stored. Refers to texts and bytes.
 class GivenValue {
 public:
-    enum class Kind { boolean, character, integer, real, single, text, bytes, impossible };
+    enum class Kind { boolean, integer, real, single, text, bytes, impossible };
 
     template <WritableSingleValue T>
     explicit GivenValue(const T& value) noexcept {
         if constexpr (std::same_as<T, bool>) {
             kind = Kind::boolean;
             integer = value ? 1 : 0;
-        } else if constexpr (std::same_as<T, char>) {
-            kind = Kind::character;
-            // A char is signed here on every platform, as in the model.
-            integer = static_cast<signed char>(value); // NOLINT(bugprone-signed-char-misuse)
         } else if constexpr (std::unsigned_integral<T>) {
             take_unsigned(value);
         } else if constexpr (std::integral<T>) {

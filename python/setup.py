@@ -22,7 +22,7 @@ class CMakeBuild(build_ext):
         subprocess.run(["cmake", "--build", str(build), "--target", "_core", "--parallel"], check=True)
         target = Path(self.get_ext_fullpath(ext.name))
         target.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copy2(next(build.glob("_core*.so")), target)
+        shutil.copy2(next(file for file in build.glob("_core*") if file.suffix in (".so", ".pyd")), target)
 
 
 setup(ext_modules=[Extension("bk_parser._core", [])], cmdclass={"build_ext": CMakeBuild})
