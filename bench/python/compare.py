@@ -37,6 +37,8 @@ def seconds_of(action: Callable[[], Any]) -> tuple[float, Any]:
 def race(count: int, rounds: int, folder: Path) -> dict[tuple[str, str], list[float]]:
     write_all(folder, count)
     peers = present(folder)
+    print("| library | load, read one value | load, read every value | change one value, save | layout |")
+    print("|---|---|---|---|---|")
     times: dict[tuple[str, str], list[float]] = defaultdict(list)
     middle = f"node_{count // 2}"
     for number in range(rounds):
@@ -75,8 +77,6 @@ def main() -> None:
     rounds = int(sys.argv[2]) if len(sys.argv) > 2 else 7
     with tempfile.TemporaryDirectory() as folder:
         print(f"{count} objects, {count * 6} values, {rounds} rounds; medians in ms\n")
-        print("| library | load, read one value | load, read every value | change one value, save | layout |")
-        print("|---|---|---|---|---|")
         times = race(count, rounds, Path(folder))
     for what, other in (("walk", "json"), ("change", "tomlkit")):
         ratio = statistics.median(times[other, what]) / statistics.median(times["bk_parser", what])
