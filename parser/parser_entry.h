@@ -55,7 +55,7 @@ public:
     /// Empty when there is none. To be asked for again after set_template.
     const CoreString& get_template() const noexcept;
     /// Where the entry was read: a line counted from 1, and a column, of the text that was parsed (which is not the
-    /// file's, see docs/syntax.md); 0 for an entry made by add_group.
+    /// file's, see docs/language.md); 0 for an entry made by add_group.
     const core_ulong& get_line() const noexcept { return line_; }
     const core_ulong& get_column() const noexcept { return column_; }
     /// The declared size, 0 when none was stated, not_an_array otherwise.

@@ -49,7 +49,7 @@ public:
     /// Null when the name is not valid.
     ParserGroup* add_group(const CoreString& name);
     /// Adopts `group` under its own name and returns it. Null when that is not a valid entry name: the group then still is
-    /// the caller's, as when memory ends. The group keeps its name, which texts cannot carry back (docs/syntax.md).
+    /// the caller's, as when memory ends. The group keeps its name, which texts cannot carry back (docs/language.md).
     ParserGroup* add_group(ParserGroup* group);
 
     const CoreString& get_name() const noexcept { return name_; }
