@@ -47,7 +47,7 @@ public:
         return found.empty() ? 0 : found.back();
     }
     template <class Random>
-    std::string random(const std::string& rule, Random& random_number, int depth = 6) const {
+    std::string random(const std::string& rule, Random& random_number, int depth = 5) const {
         std::string out;
         while (!make(*resolve(rule), random_number, depth, out)) {
             out.clear();
