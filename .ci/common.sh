@@ -43,6 +43,7 @@ is_there() {
         qemu-user-static) command -v qemu-s390x-static ;;
         man-db) command -v man ;;
         groff-base) command -v groff ;;
+        doxygen-awesome-css) [ -d /usr/share/doxygen-awesome-css ] ;;
         googletest) [ -f /usr/src/googletest/googletest/src/gtest-all.cc ] ;;
         *) command -v "$1" ;;
     esac >/dev/null

@@ -18,6 +18,7 @@ public:
     virtual void begin_task(const bool& flag);
     /// How many steps the current task has, and which step it has reached.
     virtual void set_step_count(const unsigned int& count);
+    /// The step that the current task has reached.
     virtual void step(const unsigned int& step);
     /// The current task's progress, 0 to 1.
     virtual void set_value(const float& value);

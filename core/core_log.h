@@ -12,8 +12,10 @@ public:
     CoreLogStream(const char* text, const unsigned int& size);
     ~CoreLogStream() override;
 
+    /// What was appended so far.
     const CoreString& get_message() const noexcept { return message_; }
 
+    /// Appends a part, as CoreString does.
     template <class T>
     CoreLogStream& operator+=(const T& part) {
         message_ += part;
@@ -30,7 +32,9 @@ private:
 /// caller, but for std::bad_alloc: the message is then left out.
 class BK_PARSER_API CoreLogHandler : public CoreBaseObject {
 public:
+    /// Something was not done: a file that cannot be written, memory that has run out.
     static constexpr int level_error = 1;
+    /// Something was wrong with what was read, or a value was asked for as another type.
     static constexpr int level_warning = 2;
 
     constexpr CoreLogHandler() noexcept = default;
@@ -39,7 +43,9 @@ public:
     /// Delivers the message. The default writes it to standard error as it stands.
     virtual void log(const int& level, const CoreLogStream& stream);
 
+    /// The highest level that is delivered.
     const int& get_verbosity() const noexcept { return verbosity_; }
+    /// 0 delivers nothing, 1 errors, 2 warnings too.
     void set_verbosity(const int& verbosity) noexcept { verbosity_ = verbosity; }
 
     /// Never null; at first the default handler. Read without synchronisation.

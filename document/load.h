@@ -26,12 +26,15 @@ class BK_PARSER_API Document {
 public:
     /// An empty document without a path, in the text form.
     Document();
+    /// Takes the tree; the other document is an empty one then.
     Document(Document&& other) noexcept;
+    /// Takes the tree; the one that was here dies.
     Document& operator=(Document&& other) noexcept;
     ~Document();
 
     /// The group that holds everything; the document owns it.
     ParserGroup& root();
+    /// The same for a document that does not change.
     const ParserGroup& root() const;
     /// The form that it was loaded from, or was saved in last.
     Form form() const;
@@ -85,6 +88,7 @@ struct LoadResult {
     /// In the order of the text, what has no place first. At most 10,000, or ParserLimits::message_count when that is
     /// less; when there are more, one further problem, "more-problems", is the last and says how many.
     std::vector<Problem> problems;
+    /// Whether `progress` returned false.
     bool cancelled = false;
     /// Whether the whole document was read: not cancelled, and no problem is an error.
     BK_PARSER_API bool ok() const;

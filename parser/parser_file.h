@@ -28,6 +28,7 @@ extern BK_PARSER_API CoreVersion default_parser_serial_version;
 /// that name is spliced in; "//" begins a comment that ends with its line, and takes the line's end with it.
 class BK_PARSER_API ParserFile : public CoreBaseObject {
 public:
+    /// How `write` stores a document.
     enum Mode : unsigned int { MODE_TEXT = 0, MODE_BINARY = 1 };
 
     /// Owns the group from now on.
@@ -43,11 +44,14 @@ public:
     /// Deletes what the root group holds.
     void clear();
 
+    /// Stores the name that `read` and `write` take when they are given none.
     void set_filename(const CoreString& filename);
+    /// The stored name.
     const CoreString& get_filename() const noexcept { return filename_; }
     /// The folders in which reading looks for files, in this order, before the name is tried as it stands. Writing does not
     /// look there.
     void set_search_paths(const CoreVector<CoreString>& paths);
+    /// What set_search_paths was given.
     const CoreVector<CoreString>& get_search_paths() const noexcept { return search_paths_; }
     /// The absolute paths of the files that the last read included.
     const CoreSet<CoreString>& get_dependencies() const noexcept { return dependencies_; }
@@ -55,6 +59,7 @@ public:
     const CoreVersion& get_serial_version() const noexcept { return serial_version_; }
     /// Whether the first file ever read was an enciphered one.
     bool is_encrypted() const noexcept { return storage_ == STORAGE_ENCRYPTED; }
+    /// The root group, which the file owns together with its copies.
     ParserGroup& get_root() const noexcept { return *root_; }
 
     /// Tells an observer, which the caller keeps alive, how later reads go; null ends that.
@@ -62,6 +67,7 @@ public:
 
     /// What later reads may cost.
     void set_limits(const ParserLimits& limits) noexcept { limits_ = limits; }
+    /// What set_limits was given; wide limits at first.
     const ParserLimits& get_limits() const noexcept { return limits_; }
 
     /// Appends the root group's text, without a version line.

@@ -13,6 +13,7 @@
 /// is dropped.
 class BK_PARSER_API ParserReadObserver {
 public:
+    /// What can be wrong with a text.
     enum Fault : unsigned int {
         FAULT_WRONGLY_PLACED,
         FAULT_NO_VALUE,
@@ -42,6 +43,7 @@ public:
     /// The current file is now this one: found at `path` and loaded; `text` is what it holds, deciphered, and
     /// stays where it is until file_left. A byte order mark at its beginning is counted in offsets and copied in no piece.
     virtual void file_entered(const CoreString& name, const CoreString& path, const CoreString& text);
+    /// The current file is again the one that included this one.
     virtual void file_left();
     /// A piece of the current file became part of the expanded text.
     virtual void piece_copied(const unsigned int& offset, const unsigned int& length,
