@@ -44,6 +44,7 @@ is_there() {
         man-db) command -v man ;;
         groff-base) command -v groff ;;
         doxygen-awesome-css) [ -d /usr/share/doxygen-awesome-css ] ;;
+        chromium) command -v chromium || command -v chromium-browser ;;
         googletest) [ -f /usr/src/googletest/googletest/src/gtest-all.cc ] ;;
         *) command -v "$1" ;;
     esac >/dev/null

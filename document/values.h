@@ -30,13 +30,17 @@ template <class T>
 inline constexpr bool is_wide_character = std::same_as<T, wchar_t> || std::same_as<T, char8_t> ||
                                           std::same_as<T, char16_t> || std::same_as<T, char32_t>;
 
+/// Every integer type, chars included; bools and wide characters are none.
 template <class T>
 concept IntegerValue = std::integral<T> && !std::same_as<T, bool> && !is_wide_character<T>;
+/// Every integer type, float and double.
 template <class T>
 concept NumberValue = IntegerValue<T> || std::same_as<T, float> || std::same_as<T, double>;
+/// The types that texts are read as.
 template <class T>
 concept StringValue =
     std::same_as<T, std::string> || std::same_as<T, CoreString> || std::same_as<T, std::string_view>;
+/// The types that binary data is read as. A span refers to the bytes of the entry.
 template <class T>
 concept BytesValue = std::same_as<T, std::span<const std::byte>> || std::same_as<T, std::vector<std::byte>>;
 /// What one value of an entry is read as.
@@ -106,12 +110,14 @@ inline constexpr bool is_values<Values<T>> = true;
 template <class T>
 concept OpenListValue = (is_vector<T> || is_values<T>)&&!BytesValue<T>;
 
+/// Everything that `get` can read.
 template <class T>
 concept ReadableValue = SingleValue<T> || FixedListValue<T> || OpenListValue<T>;
 
 /// A text, literals too. A null pointer to one is an empty text.
 template <class T>
 concept TextValue = StringValue<T> || TextLike<T>;
+/// What one value may be set to.
 template <class T>
 concept WritableSingleValue = std::same_as<T, bool> || NumberValue<T> || TextValue<T> || BytesValue<T>;
 
