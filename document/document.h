@@ -4,6 +4,7 @@
 
 #include "document/access.h"
 #include "document/include.h"
+#include "document/json.h"
 #include "document/load.h"
 #include "document/path.h"
 #include "document/places.h"

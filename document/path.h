@@ -46,9 +46,11 @@ public:
     /// Whether the path is well formed.
     bool ok() const noexcept;
     /// Null when the path is well-formed. Valid as long as the path or a copy of it.
-    const PathError* error() const noexcept;
+    const PathError* error() const& noexcept;
+    const PathError* error() const&& = delete;
     /// As it was given.
-    std::string_view text() const noexcept;
+    std::string_view text() const& noexcept;
+    std::string_view text() const&& = delete;
 
 private:
     friend struct ParsedPath;

@@ -132,15 +132,15 @@ public:
     /// Walks what the cursor comes to.
     explicit CursorRange(Cursor cursor) noexcept : cursor_(std::move(cursor)) {}
 
-    /// To be called once.
-    Iterator begin() {
+    /// To be called once. The range outlives its iterators.
+    Iterator begin() & {
         is_over_ = !cursor_.next();
         return Iterator(*this);
     }
     /// For loops over the range.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
     /// The cursor that the range walks with.
-    Cursor& cursor() noexcept { return cursor_; }
+    Cursor& cursor() & noexcept { return cursor_; }
 
 private:
     Cursor cursor_;
@@ -233,8 +233,10 @@ public:
     /// The range does not own the group.
     Entries(const ParserGroup& group, TextRef name) : group_(&group), name_(name.view()) {}
 
-    /// For loops over the range.
-    Iterator begin() const noexcept { return Iterator(*this); }
+    /// The range outlives its iterators.
+    Iterator begin() const& noexcept { return Iterator(*this); }
+    /// Does not compile: the range would be gone.
+    Iterator begin() const&& = delete;
     /// For loops over the range.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
 

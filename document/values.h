@@ -135,6 +135,13 @@ template <class T>
 concept WritableValue = WritableSingleValue<T> || is_writable_list<T> ||
     (ListTraits<T>::size != 0 && WritableSingleValue<typename ListTraits<T>::Element>);
 
+/// What converts to a T that is asked for by name, and says something else than what was given: a text is no bool, a double no
+/// integer, and nullptr no text.
+template <class T, class Given>
+concept WrongByAccident =
+    (std::same_as<T, bool> && (std::is_pointer_v<std::decay_t<Given>> || std::is_floating_point_v<Given>)) ||
+    (IntegerValue<T> && std::is_floating_point_v<Given>) || std::is_null_pointer_v<Given>;
+
 /// One value that is to be stored. Refers to texts and bytes.
 class GivenValue {
 public:

@@ -59,6 +59,8 @@ TEST_F(bkdoc_check_files, of_a_folder_are_found_by_content_or_by_extension) {
     folder.write("mixed/scene", "// a comment\n#Brellwick_Serial_Version 1.2\na 1\n");
     folder.write("mixed/binary.dat", std::string("UDFS\0\0\0\0\0\0\0\0", 12));
     folder.write("mixed/.hidden.bkd", "a @\n");
+    folder.write("mixed/scene.bak", "#Brellwick_Serial_Version 1.2\na @\n");
+    folder.write("mixed/scene.bkd~", "#Brellwick_Serial_Version 1.2\na @\n");
     folder.write("mixed/.git/a.bkd", "a @\n");
     folder.write("mixed/deep/er/x.bkd", "a 1\n");
     EXPECT_EQ(run_bkdoc({"check", mixed}).out, "3 files, no problems\n");
@@ -66,6 +68,7 @@ TEST_F(bkdoc_check_files, of_a_folder_are_found_by_content_or_by_extension) {
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(run.out.starts_with(mixed + "/readme.txt:1:")) << run.out;
     EXPECT_EQ(run_bkdoc({"check", "--ext", ".bkd", "--ext", "dat", mixed}).out, "2 files, no problems\n");
+    EXPECT_EQ(run_bkdoc({"check", "--ext", "bak", mixed}).code, 1);
 }
 
 TEST_F(bkdoc_check_files, are_named_by_a_list) {

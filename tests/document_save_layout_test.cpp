@@ -85,7 +85,8 @@ TEST_F(document_save_layout, losses_end_what_is_known_of_the_layout) {
     lossy.keep_layout = false;
     for (int i = 0; i < 2; ++i) {
         ASSERT_TRUE(save(loaded.document, {}, lossy).ok());
-        EXPECT_EQ(get<int>(load(folder_.path("file")).document.root(), "a").value_or(0), 1);
+        const auto saved = load(folder_.path("file"));
+        EXPECT_EQ(get<int>(saved.document.root(), "a").value_or(0), 1);
     }
 }
 

@@ -41,7 +41,8 @@ protected:
                 EXPECT_TRUE(result.ok() || has_failed) << n << ": " << result.reason;
                 EXPECT_TRUE(!result.ok() || folder_.read("main") != old_main) << n;
                 if (result.ok() && !options.form) {
-                    EXPECT_EQ(print(load(path).document.root()), print(loaded.document.root())) << n;
+                    const auto saved = load(path);
+                    EXPECT_EQ(print(saved.document.root()), print(loaded.document.root())) << n;
                 }
             }
             held.reset();

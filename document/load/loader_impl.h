@@ -2,7 +2,7 @@
 
 #include "document/load/document_state_impl.h"
 #include "document/load/meter_impl.h"
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/list/problem_list_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/source_map_impl.h"
 #include "parser/parser_archive.h"

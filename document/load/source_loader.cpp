@@ -106,9 +106,10 @@ void SourceLoader::include_found(const bk::SourcePiece& piece) {
 
 void SourceLoader::version_found(const bk::SourcePiece& piece, double version) {
     if (!(version > 0)) {
-        problems_.add(Severity::error, codes::no_version,
-                      "'" + std::string(piece.argument) + "' is no version; the latest is 1.2",
-                      sources_.here(piece.directive_offset, piece.directive_length));
+        problems_.add(
+            Severity::error, codes::no_version,
+            [&] { return "'" + std::string(piece.argument) + "' is no version; the latest is 1.2"; },
+            sources_.here(piece.directive_offset, piece.directive_length));
     }
 }
 

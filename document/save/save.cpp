@@ -4,13 +4,13 @@
 #include "core/reports/core_diagnostic_impl.h"
 #include "document/load/document_state_impl.h"
 #include "document/load/entry_places_impl.h"
-#include "document/save/file_change_impl.h"
-#include "document/save/file_set_impl.h"
+#include "document/save/files/file_change_impl.h"
+#include "document/save/files/file_set_impl.h"
+#include "document/save/files/same_file_impl.h"
+#include "document/save/forms/losses_impl.h"
+#include "document/save/forms/stored_form_impl.h"
 #include "document/save/keep_layout_impl.h"
-#include "document/save/losses_impl.h"
-#include "document/save/read_back_impl.h"
-#include "document/save/same_file_impl.h"
-#include "document/save/stored_form_impl.h"
+#include "document/save/proof/read_back_impl.h"
 #include "document/sources/byte_hash_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
@@ -26,7 +26,7 @@ namespace bk_parser {
 namespace {
 
 std::string absolute_text(const std::filesystem::path& path) {
-    return std::string(bk::absolute_path(CoreString(std::string_view(path_text(path)))).get_view());
+    return std::string(bk::opened_path(CoreString(std::string_view(path_text(path)))).get_view());
 }
 
 const char* form_name(Form form) noexcept {

@@ -1,10 +1,10 @@
 #include "command/command_line.h"
 
-#include "command/command_table.h"
-#include "command/completions.h"
-#include "command/help.h"
-#include "command/manual.h"
+#include "command/pages/completions.h"
+#include "command/pages/help.h"
+#include "command/pages/manual.h"
 #include "command/suggestion.h"
+#include "command/table/command_table.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "dump/byte_map.h"
 
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 #include <algorithm>
 

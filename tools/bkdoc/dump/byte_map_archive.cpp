@@ -1,7 +1,7 @@
 #include "dump/byte_map.h"
 #include "dump/little_cursor.h"
 #include "input/form_mark.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 #include <algorithm>
 #include <vector>

@@ -2,8 +2,8 @@
 #include "dump/byte_map.h"
 #include "dump/little_cursor.h"
 #include "input/form_mark.h"
-#include "output/text_display.h"
-#include "output/value_display.h"
+#include "output/display/text_display.h"
+#include "output/display/value_display.h"
 #include "parser/parser_value.h"
 
 #include <bit>

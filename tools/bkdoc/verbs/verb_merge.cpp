@@ -1,7 +1,7 @@
 #include "core/sys_file.h"
 #include "document/merge.h"
-#include "input/input.h"
-#include "output/text_display.h"
+#include "input/files/input.h"
+#include "output/display/text_display.h"
 #include "verbs/verbs.h"
 
 #include <array>

@@ -1,5 +1,5 @@
-#include "output/report.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
+#include "output/problems/report.h"
 #include "tree/tree_compare.h"
 #include "verbs/verbs.h"
 

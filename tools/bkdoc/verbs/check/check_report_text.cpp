@@ -1,6 +1,6 @@
 #include "verbs/check/check_report.h"
 
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 #include "platform/paths.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "verbs/check/checked_file.h"
 
-#include "input/config.h"
+#include "input/options/config.h"
 
 #include <limits>
 #include <utility>

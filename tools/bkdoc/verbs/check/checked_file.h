@@ -1,7 +1,7 @@
 #pragma once
 
 #include "input/opened_document.h"
-#include "output/report.h"
+#include "output/problems/report.h"
 
 #include <optional>
 #include <string>

@@ -1,9 +1,10 @@
-#include "input/file_list.h"
+#include "input/files/file_list.h"
+#include "output/display/text_display.h"
 #include "output/progress_line.h"
-#include "output/text_display.h"
 #include "platform/interruption.h"
 #include "verbs/check/check_pool.h"
 #include "verbs/check/check_report.h"
+#include "verbs/check/shared_files.h"
 #include "verbs/check/watch.h"
 #include "verbs/verbs.h"
 
@@ -59,6 +60,7 @@ WatchRound check_once(const Request& request, Streams& streams) {
         summary.fail(EXIT_UNREADABLE);
     }
     FileProgress progress(streams, list.files.size());
+    const SharedFiles shared;
     check_files(list.files, request.rules, request.threads, [&](CheckedFile&& file) {
         progress.step();
         if (file.refusal) {

@@ -1,9 +1,9 @@
 #include "verbs/edit/edit_output.h"
 
-#include "input/input.h"
-#include "output/report.h"
-#include "output/text_display.h"
-#include "output/unified_diff.h"
+#include "input/files/input.h"
+#include "output/diff/unified_diff.h"
+#include "output/display/text_display.h"
+#include "output/problems/report.h"
 #include "platform/paths.h"
 #include "platform/unfinished_file.h"
 

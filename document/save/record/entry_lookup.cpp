@@ -1,0 +1,71 @@
+#include "document/save/record/entry_lookup_impl.h"
+
+#include <algorithm>
+
+namespace bk_parser {
+
+namespace {
+
+constexpr std::uint32_t none = 0xFFFFFFFFu;
+
+} // namespace
+
+std::uint32_t EntryLookup::find(core_ulong line, core_ulong column, std::string_view name) {
+    if (group_ == nullptr) {
+        return none;
+    }
+    if (next_ < group_->get_entries().get_count() && !(has_index_ && found_[next_])) {
+        const ParserEntry* const entry = at(next_);
+        if (entry != nullptr && entry->get_line() == line && entry->get_column() == column &&
+            entry->get_name().get_view() == name) {
+            if (has_index_) {
+                found_[next_] = true;
+            }
+            return next_++;
+        }
+    }
+    const std::uint32_t position = find_in_index(key_of(line, column), name);
+    if (position != none) {
+        found_[position] = true;
+        next_ = position + 1;
+    }
+    return position;
+}
+
+void EntryLookup::make_index() {
+    const CoreVector<ParserEntry*>& entries = group_->get_entries();
+    found_.resize(entries.get_count());
+    for (std::uint32_t i = next_; i < entries.get_count(); ++i) {
+        if (entries[i] != nullptr) {
+            index_.push_back({key_of(entries[i]->get_line(), entries[i]->get_column()), i});
+        }
+    }
+    const auto by_key = [](const Place& a, const Place& b) { return a.key < b.key; };
+    if (!std::is_sorted(index_.begin(), index_.end(), by_key)) {
+        std::stable_sort(index_.begin(), index_.end(), by_key);
+    }
+    has_index_ = true;
+}
+
+std::uint32_t EntryLookup::find_in_index(std::uint64_t key, std::string_view name) {
+    if (!has_index_) {
+        make_index();
+    }
+    std::uint32_t first = none;
+    auto place = std::lower_bound(index_.begin(), index_.end(), key,
+                                  [](const Place& a, std::uint64_t wanted) { return a.key < wanted; });
+    for (; place != index_.end() && place->key == key; ++place) {
+        if (found_[place->position]) {
+            continue;
+        }
+        if (at(place->position)->get_name().get_view() == name) {
+            return place->position;
+        }
+        if (first == none) {
+            first = place->position;
+        }
+    }
+    return first;
+}
+
+} // namespace bk_parser

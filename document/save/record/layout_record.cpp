@@ -1,0 +1,194 @@
+#include "document/save/record/layout_record_impl.h"
+
+#include "document/save/record/value_text_impl.h"
+#include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_value_impl.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace bk_parser {
+
+namespace {
+
+bool has_head(const ParserEntry& entry, const bk::EntryHead& head) {
+    return entry.get_name().get_view() == head.name &&
+           entry.get_template().get_view() == head.template_name &&
+           entry.get_array_count() == head.array_count;
+}
+
+ParserEntry::Type type_of(const OldEntry& entry, char first) noexcept {
+    return entry.is_call  ? ParserEntry::TYPE_FUNCTION_CALL
+           : first == '#' ? ParserEntry::TYPE_KEYWORD
+                          : ParserEntry::TYPE_ENTRY;
+}
+
+/// The group that an entry ends with; null when there is none.
+const ParserGroup* last_group(const ParserEntry* entry) noexcept {
+    if (entry == nullptr || !entry->has_value()) {
+        return nullptr;
+    }
+    return bk::ValueAccess::group(bk::EntryAccess::value(*entry, entry->get_value_count() - 1));
+}
+
+} // namespace
+
+LayoutRecord::LayoutRecord(std::string_view text, const ParserGroup& root, bool has_escapes)
+    : text_(text), has_escapes_(has_escapes), text_end_(static_cast<std::uint32_t>(text.size())) {
+    Level level;
+    level.now = EntryLookup(&root);
+    levels_.push_back(std::move(level));
+}
+
+void LayoutRecord::run() {
+    bk::Grammar<LayoutRecord> grammar(text_, *this);
+    grammar.run([](const auto&...) {});
+    while (levels_.size() > 1) { // groups that the text left open
+        before_word_ = last_end_;
+        last_begin_ = text_end_;
+        close_group();
+    }
+    finish_entry(last_end_);
+    root_ = is_as_it_was(levels_.back()) ? no_index : finish_group(text_end_);
+}
+
+bool LayoutRecord::begin_entry(const bk::EntryHead& head, const bk::Token& token) {
+    finish_entry(before_word_);
+    if (head.had_suffix && !bk::is_name_by_itself(head.name)) {
+        return false;
+    }
+    Level& level = levels_.back();
+    level.has_entry = true;
+    level.entry = OldEntry();
+    OldEntry& entry = level.entry;
+    entry.name = {token.start, token.start + token.length};
+    entry.last_begin = token.start;
+    entry.first_value = static_cast<std::uint32_t>(values_.size() - level.first_value);
+    entry.line = token.line;
+    entry.column = token.column;
+    entry.new_index = level.now.find(token.line, token.column, head.name);
+    level.match = entry.new_index == no_index ? nullptr : level.now.group()->get_entries()[entry.new_index];
+    level.is_renamed = level.match != nullptr && level.match->get_name().get_view() != head.name;
+    level.has_same_values = true;
+    entry.has_changed = level.match == nullptr || !has_head(*level.match, head);
+    return true;
+}
+
+void LayoutRecord::add_value(ParserWord::Type kind, std::string_view word) {
+    Level& level = levels_.back();
+    OldEntry& entry = level.entry;
+    const std::uint32_t begin = offset(word.data());
+    last_end_ = begin + static_cast<std::uint32_t>(word.size());
+    values_.push_back({begin, last_end_});
+    const std::uint32_t i = entry.value_count++;
+    if (entry.has_changed && !level.is_renamed) {
+        return;
+    }
+    level.has_same_values = level.has_same_values && i < level.match->get_value_count() &&
+                            reads_as(kind, word, bk::EntryAccess::value(*level.match, i), has_escapes_);
+    entry.has_changed = entry.has_changed || !level.has_same_values;
+}
+
+bool LayoutRecord::open_group(const bk::Token& brace) {
+    Level& level = levels_.back();
+    level.entry.braces = {brace.start, brace.start + 1};
+    Level inner;
+    inner.now = EntryLookup(last_group(level.match));
+    inner.open = brace.start + 1;
+    inner.first_entry = entries_.size();
+    inner.first_value = values_.size();
+    levels_.push_back(std::move(inner));
+    return true;
+}
+
+void LayoutRecord::close_group() {
+    finish_entry(before_word_);
+    const bool is_same = is_as_it_was(levels_.back());
+    const std::uint32_t close = last_begin_;
+    const std::uint32_t group = is_same ? no_index : finish_group(close);
+    const bool has_known =
+        std::any_of(entries_.begin() + static_cast<std::ptrdiff_t>(levels_.back().first_entry),
+                    entries_.end(), [](const OldEntry& one) { return one.new_index != no_index; });
+    entries_.resize(levels_.back().first_entry);
+    values_.resize(levels_.back().first_value);
+    levels_.pop_back();
+    OldEntry& entry = levels_.back().entry;
+    entry.braces.end = std::min(close + 1, static_cast<std::uint32_t>(text_.size()));
+    entry.has_same_group = is_same;
+    entry.has_known_entries = has_known;
+    entry.group = group;
+}
+
+/// Whether every entry of the group is there, in its order, and as it was.
+bool LayoutRecord::is_as_it_was(const Level& level) const noexcept {
+    const ParserGroup* const now = level.now.group();
+    if (now == nullptr || (levels_.size() > 1 && !now->get_name().is_empty())) {
+        return false;
+    }
+    const std::size_t count = entries_.size() - level.first_entry;
+    if (count == 0) {
+        return now->get_entries().get_count() == 0;
+    }
+    const OldEntry& entry = entries_[level.first_entry];
+    return count == 1 && !entry.has_changed && entry.new_index == 0 &&
+           entry.count == now->get_entries().get_count();
+}
+
+/// An entry of another name at the same place may come from another document: it is the same when it holds the same.
+void LayoutRecord::check_renamed(Level& level) noexcept {
+    OldEntry& entry = level.entry;
+    if (!level.is_renamed) {
+        return;
+    }
+    const bool has_group = entry.braces.end != 0;
+    const bool is_known = level.has_same_values &&
+                          level.match->get_value_count() == entry.value_count + (has_group ? 1u : 0u) &&
+                          (!has_group || entry.has_same_group || entry.has_known_entries);
+    if (!is_known) {
+        level.match = nullptr;
+        entry.new_index = no_index;
+    }
+}
+
+/// `end` is behind the last word before what comes now.
+void LayoutRecord::finish_entry(std::uint32_t end) {
+    Level& level = levels_.back();
+    if (!level.has_entry) {
+        return;
+    }
+    level.has_entry = false;
+    OldEntry& entry = level.entry;
+    entry.end = end;
+    check_renamed(level);
+    const bool has_group = entry.braces.end != 0;
+    entry.has_own_change = entry.has_changed ||
+                           level.match->get_value_count() != entry.value_count + (has_group ? 1u : 0u) ||
+                           level.match->get_type() != type_of(entry, text_[entry.name.begin]);
+    entry.has_changed = entry.has_own_change || (has_group && !entry.has_same_group);
+    if (entry.has_changed) {
+        entries_.push_back(entry);
+        return;
+    }
+    values_.resize(level.first_value + entry.first_value);
+    OldEntry* const last = entries_.size() > level.first_entry ? &entries_.back() : nullptr;
+    if (last != nullptr && !last->has_changed && last->new_index + last->count == entry.new_index) {
+        last->last_begin = entry.name.begin;
+        last->end = entry.end;
+        ++last->count;
+    } else {
+        entries_.push_back(entry);
+    }
+}
+
+std::uint32_t LayoutRecord::finish_group(std::uint32_t close) {
+    const Level& level = levels_.back();
+    OldGroup& group = groups_.emplace_back();
+    group.open = level.open;
+    group.close = close;
+    group.now = level.now.group();
+    group.entries.assign(entries_.begin() + static_cast<std::ptrdiff_t>(level.first_entry), entries_.end());
+    group.values.assign(values_.begin() + static_cast<std::ptrdiff_t>(level.first_value), values_.end());
+    return static_cast<std::uint32_t>(groups_.size() - 1);
+}
+
+} // namespace bk_parser
