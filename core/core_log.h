@@ -28,8 +28,8 @@ private:
 
 /// Takes the messages of the library. Level 1 is an error, level 2 a warning; a message is composed only when
 /// the handler's verbosity is at least its level. A host overrides `log` and points `s_main_log_handler` at its
-/// own handler, which it keeps alive as long as the library may log. What `log` throws ends the operation and passes to its
-/// caller, but for std::bad_alloc: the message is then left out.
+/// own handler, which it keeps alive as long as the library may log. An exception that `log` throws ends the operation and
+/// passes to its caller. After std::bad_alloc the operation goes on without the message.
 class BK_PARSER_API CoreLogHandler : public CoreBaseObject {
 public:
     /// Something was not done: a file that cannot be written, memory that has run out.

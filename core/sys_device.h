@@ -33,8 +33,8 @@ struct SysPathInfo {
 
 /// Every way by which the library reaches a disk. Tests put their own device in place of the platform's to
 /// let call number n fail or to serve files from memory. `inspect` is given paths as they were named, also relative ones.
-/// What a call throws ends the operation and passes to its caller, but for std::bad_alloc, which is memory that ran out. A file
-/// that was being written is removed first, where what `remove` throws is dropped.
+/// An exception that a call throws ends the operation and passes to its caller; std::bad_alloc counts as out of memory. A file
+/// that was being written is removed first; what `remove` throws then is dropped.
 class BK_PARSER_API SysDevice {
 public:
     virtual ~SysDevice();

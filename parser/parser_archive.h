@@ -20,7 +20,7 @@ struct BK_PARSER_API ParserArchive {
     ParserArchive& operator=(ParserArchive&& other) noexcept;
     ~ParserArchive();
 
-    /// Appends a word to the sequence. Amortised constant time, but for hashing the word.
+    /// Appends a word to the sequence. Hashes the word; amortised constant time otherwise.
     void operator+=(const CoreString& word);
 
 private:

@@ -104,8 +104,8 @@ public:
     /// A position past the end removes nothing.
     void remove_entry(unsigned int position);
 
-    /// Parses a text and appends what it holds. To learn what is wrong with it, and where, use bk_parser::parse
-    /// (document/load.h): the result here is no success flag. Faults are logged at level 2 as
+    /// Parses a text and appends what it holds. The result is not a success flag: to learn of errors, use bk_parser::parse
+    /// (document/load.h) or pass an observer. Faults are logged at level 2 as
     /// "ParserGroup.set_text: (<line>:<column>) ..." and do not stop the parse; lines and columns are those of this
     /// text. False when it has no word, and when the last word outside of the groups in it, braces not counted, was a
     /// fault or "<empty>". Linear in the text; nesting costs heap, not stack.

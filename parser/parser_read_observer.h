@@ -8,9 +8,8 @@
 /// the parser reads, after includes are spliced in and comments are dropped; any other counts in the text of the file
 /// that is being read.
 ///
-/// What a call throws ends the reading and passes to its caller, but std::bad_alloc, which counts as the library's own
-/// where the operation has a result to say so; the files that were entered are left first, where what file_left throws
-/// is dropped.
+/// An exception that a call throws ends the read and passes to its caller, after file_left was called for every open file; what
+/// file_left throws then is dropped. std::bad_alloc counts as the library's own in operations that have a result.
 class BK_PARSER_API ParserReadObserver {
 public:
     /// What can be wrong with a text.
