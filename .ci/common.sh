@@ -45,6 +45,7 @@ is_there() {
         groff-base) command -v groff ;;
         doxygen-awesome-css) [ -d /usr/share/doxygen-awesome-css ] ;;
         chromium) command -v chromium || command -v chromium-browser ;;
+        python3-jsonschema) python3 -c "import jsonschema" 2>/dev/null ;;
         googletest) [ -f /usr/src/googletest/googletest/src/gtest-all.cc ] ;;
         *) command -v "$1" ;;
     esac >/dev/null

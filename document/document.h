@@ -10,5 +10,6 @@
 #include "document/places.h"
 #include "document/problem.h"
 #include "document/ranges.h"
+#include "document/recover.h"
 #include "document/save.h"
 #include "document/strings.h"

@@ -117,9 +117,10 @@ concept ReadableValue = SingleValue<T> || FixedListValue<T> || OpenListValue<T>;
 /// A text, literals too. A null pointer to one is an empty text.
 template <class T>
 concept TextValue = StringValue<T> || TextLike<T>;
-/// What one value may be set to.
+/// What one value may be set to. Not a char: a text has no characters, and 'A' would be the number 65 in it. Set "A", or int('A').
 template <class T>
-concept WritableSingleValue = std::same_as<T, bool> || NumberValue<T> || TextValue<T> || BytesValue<T>;
+concept WritableSingleValue =
+    std::same_as<T, bool> ||(NumberValue<T> && !std::same_as<T, char>) || TextValue<T> || BytesValue<T>;
 
 /// Whether T is of the kind in the name.
 template <class T>
@@ -146,7 +147,7 @@ concept WrongByAccident =
 class GivenValue {
 public:
     /// What kind of value is to be stored.
-    enum class Kind { boolean, character, integer, real, single, text, bytes, impossible };
+    enum class Kind { boolean, integer, real, single, text, bytes, impossible };
 
     /// Refers to the value, and copies nothing but numbers.
     template <WritableSingleValue T>
@@ -154,10 +155,6 @@ public:
         if constexpr (std::same_as<T, bool>) {
             kind = Kind::boolean;
             integer = value ? 1 : 0;
-        } else if constexpr (std::same_as<T, char>) {
-            kind = Kind::character;
-            // A char is signed here on every platform, as in the model.
-            integer = static_cast<signed char>(value); // NOLINT(bugprone-signed-char-misuse)
         } else if constexpr (std::unsigned_integral<T>) {
             take_unsigned(value);
         } else if constexpr (std::integral<T>) {
@@ -178,7 +175,7 @@ public:
 
     /// Which of the members holds the value.
     Kind kind = Kind::impossible;
-    /// For bools, chars and integers.
+    /// For bools and integers.
     long long integer = 0;
     /// For floats and doubles.
     double real = 0.0;

@@ -170,6 +170,19 @@ TEST_F(bkdoc_check_files, are_told_in_lines_for_editors) {
                            "/../lib/part.bkd:1:3: error: unexpected '!' [unexpected-word]\n");
 }
 
+TEST_F(bkdoc_check_files, are_told_to_editors_by_columns_of_the_screen) {
+    const auto told = [](const std::string& text) {
+        return run_bkdoc({"check", "--format", "gcc", "-"}, text).out;
+    };
+    const std::string error = ": error: unexpected '@' [unexpected-word]\n";
+    EXPECT_EQ(told("\ta @ 1\n"), "<stdin>:1:11" + error);
+    EXPECT_EQ(told("a \"\xC3\xA4\" @ 1\n"), "<stdin>:1:7" + error);
+    EXPECT_EQ(told("a \"\xE6\xA1\xA5\" @ 1\n"), "<stdin>:1:8" + error);
+    EXPECT_EQ(told("a \"e\xCC\x81\" @ 1\n"), "<stdin>:1:7" + error);
+    EXPECT_EQ(told("a \"" + std::string(6000, 'x') + "\"\t@ 1\n"), "<stdin>:1:6009" + error);
+    EXPECT_EQ(told("a \xFF 1\n").substr(0, 12), "<stdin>:1:3:");
+}
+
 TEST_F(bkdoc_check_files, are_told_in_json) {
     const std::string file = shots() + "/a.bkd";
     const BkdocRun run = run_bkdoc({"check", "--json", file, folder.path("gone.bkd")});

@@ -43,7 +43,17 @@ std::string run_block(const ScratchFolder& folder, const std::string& block) {
     return shown;
 }
 
+/// Whether a test of its own runs the commands of a page, as its first lines then say.
+bool has_test_of_its_own(const std::string& page) {
+    const std::size_t mark = page.find("<!-- checked by ");
+    return mark != std::string::npos &&
+           page.substr(mark, page.find("-->", mark) - mark).find(" console") != std::string::npos;
+}
+
 void run_page(const fs::path& page, unsigned int& count) {
+    if (has_test_of_its_own(text_of_file(page))) {
+        return;
+    }
     const ScratchFolder folder;
     copy_examples(folder);
     for (const PageBlock& block : blocks_of(text_of_file(page))) {

@@ -162,6 +162,39 @@ TEST_F(save_files, a_file_that_is_included_twice_changes_when_both_places_ask_fo
     expect_same(loaded.document);
 }
 
+TEST_F(save_files, a_cleared_group_lets_go_of_an_include_that_another_place_keeps) {
+    const std::string one = "one { // c\n  #include \"parts/common\" // it\n}\n";
+    folder_.write("document", one + "two {\n#include \"parts/common\"\n}\n");
+    LoadResult loaded = load_it();
+    entry(loaded.document, "two").get_group(0)->clear();
+    SaveResult result = save(loaded.document);
+    ASSERT_TRUE(result.ok()) << result.reason;
+    EXPECT_EQ(folder_.read("document"), one + "two {\n}\n");
+    EXPECT_EQ(folder_.read("parts/common"), "unit 1\r\n");
+    expect_same(loaded.document);
+    entry(loaded.document, "one").get_group(0)->clear();
+    result = save(loaded.document);
+    ASSERT_TRUE(result.ok()) << result.reason;
+    EXPECT_EQ(folder_.read("document"), one + "two {\n}\n") << "the last place clears the file";
+    EXPECT_EQ(folder_.read("parts/common"), "");
+}
+
+TEST_F(save_files, a_cleared_group_lets_go_of_includes_inside_of_includes) {
+    folder_.write("parts/lights", "// lights\n#include \"common\"\nl 1\n");
+    folder_.write("document",
+                  "one {\n#include \"parts/lights\"\n}\ntwo {\n#include \"parts/lights\"\nx 1\n}\n");
+    LoadResult loaded = load_it();
+    ParserGroup& two = *entry(loaded.document, "two").get_group(0);
+    two.clear();
+    two.add_entry("new", 0, 0)->add_int(1);
+    const SaveResult result = save(loaded.document);
+    ASSERT_TRUE(result.ok()) << result.reason;
+    EXPECT_EQ(folder_.read("document"), "one {\n#include \"parts/lights\"\n}\ntwo {\n    new 1\n}\n");
+    EXPECT_EQ(folder_.read("parts/lights"), "// lights\n#include \"common\"\nl 1\n");
+    EXPECT_EQ(folder_.read("parts/common"), "unit 1\r\n");
+    expect_same(loaded.document);
+}
+
 TEST_F(save_files, a_file_that_changed_on_the_disk_or_is_gone_is_refused) {
     LoadResult loaded = load_it();
     entry(loaded.document, "a").set_int(2, 0);

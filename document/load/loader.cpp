@@ -86,8 +86,13 @@ LoadResult Loader::parse(std::string_view text) {
 }
 
 void Loader::read_any(CoreString&& bytes, const Meter::Range& range) {
-    state_->form = form_of(bytes.get_view());
+    state_->form = lost_ == nullptr ? form_of(bytes.get_view()) : likely_form_of(bytes.get_view());
     state_->document_files.push_back({path_of_text(name_), path_of_text(path_), bytes.get_length(), 0, 0});
+    if (lost_ != nullptr && state_->form != Form::text) {
+        salvage(std::move(bytes), range);
+        take_version_entry();
+        return;
+    }
     switch (state_->form) {
     case Form::binary:
         read_binary(bytes.get_view(), range);
@@ -127,7 +132,7 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     for (const CoreString& path : preprocessor.included_paths()) {
         state_->dependencies.push_back(path_of_text(path.get_view()));
     }
-    state_->version = CoreVersion(version > 0 ? version : bk::written_version);
+    state_->version = CoreVersion(version > 0 && !lacks_version_ ? version : bk::written_version);
     if (preprocessor.is_ended()) {
         state_->files.clear();
     }

@@ -166,9 +166,9 @@ void JsonTreeReader::warn_of_number(bool is_int) {
     if (is_plain_number(word, is_int, word.data() + word.size())) {
         return;
     }
-    ValueFlaw flaw = find_number_flaw(word, is_int);
+    const ValueFlaw flaw = find_number_flaw(word, is_int);
     if (flaw.code == codes::number_out_of_range) {
-        add_problem(flaw.code, std::move(flaw.message), reader_.offset(), reader_.length());
+        add_problem(flaw.code, flaw.text(word, flaw), reader_.offset(), reader_.length());
     }
 }
 

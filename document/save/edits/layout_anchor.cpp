@@ -1,19 +1,21 @@
 #include "document/save/edits/layout_edits_impl.h"
 #include "document/save/edits/layout_lines_impl.h"
 
+#include <algorithm>
+
 // Where new entries are put, and how they look there.
 
 namespace bk_parser {
 
 /// Between entries of two files, the file that includes the one, or both, takes what is new: an entry that is added behind an
 /// include stands behind its directive, not in the included file.
-bool LayoutEdits::find_anchor(const Gap& gap, Anchor& anchor) {
+void LayoutEdits::find_anchor(const Gap& gap, Anchor& anchor) {
     const bool has_open = gap.group->open != 0;
     const bool has_close = gap.group->close < sources_.text().size();
     FileRange left;  // that ends at the gap
     FileRange right; // that begins behind it
     if (gap.before != nullptr) {
-        const Spot last = sources_.map().find(gap.before->end - 1, 1);
+        const Spot last = sources_.map().find(gap.before->tail - 1, 1);
         left = {last.inclusion, last.offset, last.offset + 1};
     } else if (has_open) {
         const Spot brace = sources_.map().find(gap.group->open - 1, 1);
@@ -27,19 +29,18 @@ bool LayoutEdits::find_anchor(const Gap& gap, Anchor& anchor) {
     anchor.inclusion = common(left.inclusion, right.inclusion);
     if (gap.before != nullptr || has_open) {
         settle_behind(anchor, climb(left, anchor.inclusion), gap);
-        return true;
+        return;
     }
     const std::string_view text = text_of(anchor.inclusion);
     if (gap.behind == nullptr && !has_close) {
         anchor.at = text.size();
-        return true;
+        return;
     }
     right = climb(right, anchor.inclusion);
     const bool is_first = begins_line(text, right.begin);
     anchor.indent = indent_of(text, right.begin);
     anchor.at = is_first ? line_begin(text, right.begin) : right.begin;
     anchor.way = is_first ? Anchor::Way::lines_before : Anchor::Way::in_line_before;
-    return true;
 }
 
 void LayoutEdits::settle_behind(Anchor& anchor, const FileRange& place, const Gap& gap) {
@@ -84,80 +85,102 @@ PrintLayout LayoutEdits::layout_at(const Anchor& anchor) {
             line_break(text, anchor.at == 0 ? 0 : line_begin(text, anchor.at - 1)), has_escapes_};
 }
 
-std::string LayoutEdits::compose(const Anchor& anchor, const std::vector<Addition>& additions) {
+bool LayoutEdits::compose(const Anchor& anchor, const Gap& gap, const std::vector<Addition>& additions,
+                          Edit& edit) {
     const std::string_view text = text_of(anchor.inclusion);
     const bool is_in_line =
         anchor.way == Anchor::Way::in_line_behind || anchor.way == Anchor::Way::in_line_before;
     // A long line is not searched for its ends each time.
     const std::string line_end(is_in_line ? std::string_view() : layout_at(anchor).line_break);
-    std::string result;
+    const bool ends_with_line = text.empty() || text.back() == '\n';
     for (const Addition& addition : additions) {
         switch (anchor.way) {
-        case Anchor::Way::lines_before:
-            result += addition_lines(anchor, addition) + line_end;
-            break;
         case Anchor::Way::lines_behind:
-            result += line_end + addition_lines(anchor, addition);
+            edit.text += line_end;
             break;
         case Anchor::Way::in_line_behind:
-            result += ' ' + addition_in_line(addition);
-            break;
-        case Anchor::Way::in_line_before:
-            result += addition_in_line(addition) + ' ';
+            edit.text += ' ';
             break;
         case Anchor::Way::at_end:
-            result += result.empty() && (text.empty() || text.back() == '\n') ? "" : line_end;
-            result += addition_lines(anchor, addition);
+            edit.text += (&addition == &additions.front() && ends_with_line) ? "" : line_end;
+            break;
+        default:
             break;
         }
+        if (!(is_in_line ? add_in_line(anchor, gap, addition, edit)
+                         : add_lines(anchor, gap, addition, edit))) {
+            return false;
+        }
+        if (anchor.way == Anchor::Way::lines_before) {
+            edit.text += line_end;
+        } else if (anchor.way == Anchor::Way::in_line_before) {
+            edit.text += ' ';
+        }
     }
-    const bool ends_with_line = !text.empty() && text.back() == '\n';
-    if (anchor.way == Anchor::Way::at_end && (ends_with_line || text.empty())) {
-        result += line_end;
+    if (anchor.way == Anchor::Way::at_end && ends_with_line) {
+        edit.text += line_end;
     }
-    const bool is_glued = anchor.way == Anchor::Way::in_line_behind && anchor.at < text.size() &&
-                          text[anchor.at] != ' ' && text[anchor.at] != '\t' && text[anchor.at] != '\r' &&
-                          text[anchor.at] != '\n';
-    return is_glued ? result + ' ' : result;
+    if (anchor.way == Anchor::Way::in_line_behind && skip_blanks(text, anchor.at) == anchor.at &&
+        anchor.at < text.size() && text[anchor.at] != '\n') {
+        edit.text += ' ';
+    }
+    return true;
 }
 
 /// Entries that only moved take their lines along, comments too.
-std::string LayoutEdits::addition_lines(const Anchor& anchor, const Addition& addition) {
+bool LayoutEdits::add_lines(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit) {
     FileRange place;
-    const OldEntry* const old = addition.moved_from;
-    if (old != nullptr && !old->has_changed && is_of_one_file({old->name.begin, old->end}) &&
-        locate({old->name.begin, old->end}, place)) {
-        const std::string_view text = text_of(place.inclusion);
-        const LineRange lines = removal_of(text, place.begin, place.end);
-        std::size_t end = place.end;
-        if (lines.has_whole_lines) {
-            end = trimmed_back(text, next_line(text, place.end));
-            end = text.substr(0, end).ends_with('\n') ? trimmed_back(text, end - 1) : end;
-        }
-        return indented_anew(text.substr(place.begin, end - place.begin), indent_of(text, place.begin),
-                             anchor.indent);
+    if (addition.moved_from != nullptr && can_carry(*addition.moved_from, anchor.inclusion, place)) {
+        take_comment(place);
+        return carry(anchor, gap, addition, place, edit);
     }
     has_printed_ = true;
     const PrintLayout layout = layout_at(anchor);
-    std::string result;
+    bool is_first = true;
     for (std::uint32_t i = 0; i < addition.count; ++i) {
         if (addition.entries[i] != nullptr) {
-            result += result.empty() ? std::string() : std::string(layout.line_break);
-            result += layout.indent + print_lines(*addition.entries[i], layout);
+            edit.text += is_first ? std::string_view() : layout.line_break;
+            edit.text += layout.indent + print_lines(*addition.entries[i], layout);
+            is_first = false;
         }
     }
-    return result;
+    return true;
 }
 
-std::string LayoutEdits::addition_in_line(const Addition& addition) {
+/// A comment behind an entry that ends its line is a part of what moves.
+void LayoutEdits::take_comment(FileRange& place) const {
+    const std::string_view text = text_of(place.inclusion);
+    if (removal_of(text, place.begin, place.end).has_whole_lines) {
+        const std::size_t line = next_line(text, place.end);
+        const bool has_feed = line != 0 && text[line - 1] == '\n';
+        place.end = std::max(place.end, trimmed_back(text, has_feed ? line - 1 : line));
+    }
+}
+
+bool LayoutEdits::add_in_line(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit) {
+    FileRange place;
+    if (addition.moved_from != nullptr && can_carry(*addition.moved_from, anchor.inclusion, place)) {
+        const std::size_t end = place.end;
+        take_comment(place);
+        if (!carry(anchor, gap, addition, place, edit)) {
+            return false;
+        }
+        if (place.end != end) { // nothing can stand behind the comment
+            const std::string_view text = text_of(anchor.inclusion);
+            edit.text += line_break(text, anchor.at);
+            edit.text += indent_of(text, anchor.at);
+        }
+        return true;
+    }
     has_printed_ = true;
-    std::string result;
+    bool is_first = true;
     for (std::uint32_t i = 0; i < addition.count; ++i) {
         if (addition.entries[i] != nullptr) {
-            result += (result.empty() ? "" : " ") + print_in_line(*addition.entries[i], has_escapes_);
+            edit.text += (is_first ? "" : " ") + print_in_line(*addition.entries[i], has_escapes_);
+            is_first = false;
         }
     }
-    return result;
+    return true;
 }
 
 } // namespace bk_parser

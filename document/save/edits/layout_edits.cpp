@@ -11,15 +11,23 @@
 namespace bk_parser {
 
 bool LayoutEdits::run() {
-    pending_.push_back(record_.root());
+    pending_.push_back({record_.root(), no_index});
     while (!pending_.empty()) {
-        const std::uint32_t group = pending_.back();
+        const PendingGroup pending = pending_.back();
         pending_.pop_back();
-        if (!edit_group(group)) {
+        inside_ = pending.inside;
+        if (!edit_group(pending.group)) {
             return false;
         }
     }
-    return keeps_includes();
+    drop_cleared_includes();
+    note_covers();
+    if (!keeps_includes() || !keeps_unread_words()) {
+        return false;
+    }
+    note_dropped_files();
+    fill_carries();
+    return true;
 }
 
 std::string_view LayoutEdits::text_of(std::size_t inclusion) const noexcept {

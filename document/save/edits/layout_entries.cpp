@@ -70,7 +70,7 @@ bool LayoutEdits::edit_last_group(const OldEntry& old, const ParserEntry& now, s
     const bool has_group = count < now.get_value_count();
     if (had_group && has_group) {
         if (!old.has_same_group) {
-            pending_.push_back(old.group);
+            pending_.push_back({old.group, inside_});
         }
         return true;
     }
@@ -84,8 +84,20 @@ bool LayoutEdits::edit_last_group(const OldEntry& old, const ParserEntry& now, s
     if (count == 0 && old.value_count == 0 && old.empty_tag.end == 0) {
         return replace(old.braces, std::string(bk::empty_tag), now);
     }
+    return drop_group(old, now);
+}
+
+/// With the blanks before it. Comments between stay.
+bool LayoutEdits::drop_group(const OldEntry& old, const ParserEntry& now) {
     const std::string_view before = sources_.text().substr(0, old.braces.begin);
     const auto begin = static_cast<std::uint32_t>(before.find_last_not_of(" \t\r\n") + 1);
+    FileRange gap; // with the bytes around it
+    FileRange braces;
+    if (locate({begin - 1, old.braces.begin + 1}, gap) && has_comment(gap) && locate(old.braces, braces)) {
+        const LineRange lines = removal_of(text_of(braces.inclusion), braces.begin, braces.end);
+        return add_edit({braces.inclusion, lines.begin, lines.end}, {},
+                        std::string(now.get_name().get_view()));
+    }
     return replace({begin, old.braces.end}, {}, now);
 }
 
@@ -104,7 +116,17 @@ bool LayoutEdits::replace(TextRange range, std::string text, const ParserEntry& 
     } else if (!locate(range, place)) {
         return refuse(name, "begins in one file and ends in another");
     }
-    edits_.push_back({place.inclusion, place.begin, place.end, std::move(text), std::move(name)});
+    return add_edit(place, std::move(text), std::move(name));
+}
+
+bool LayoutEdits::add_edit(const FileRange& place, std::string text, std::string about) {
+    Edit& edit = edits_.emplace_back();
+    edit.inclusion = place.inclusion;
+    edit.begin = place.begin;
+    edit.end = place.end;
+    edit.text = std::move(text);
+    edit.about = std::move(about);
+    edit.inside = inside_;
     return true;
 }
 

@@ -74,6 +74,7 @@ bool LayoutEdits::edit_group(std::uint32_t index) {
     });
     const KeptInOrder kept(group, order);
     std::vector<bool> is_kept(group.entries.size());
+    is_carried_.assign(group.entries.size(), false);
     const CoreVector<ParserEntry*>& now = group.now->get_entries();
     std::vector<Addition> additions;
     const OldEntry* before = nullptr;
@@ -94,60 +95,76 @@ bool LayoutEdits::edit_group(std::uint32_t index) {
             continue;
         }
         is_kept[order[i]] = true;
-        add_between({&group, before, &old}, additions);
-        before = &old;
-        if (!reason_.empty() || (old.has_changed && !edit_entry(group, old, *now[old.new_index]))) {
+        if (!add_between({&group, before, &old}, additions) ||
+            (old.has_changed && !edit_entry(group, old, *now[old.new_index]))) {
             return false;
         }
+        before = &old;
     }
     add_new_up_to(now.get_count());
-    add_between({&group, before, nullptr}, additions);
-    if (!reason_.empty()) {
+    if (!add_between({&group, before, nullptr}, additions)) {
         return false;
     }
-    // Entries that are removed, one behind the other on a line as one.
+    return remove_unkept(group, is_kept);
+}
+
+/// Entries that are removed or carried away, one behind the other on a line as one.
+bool LayoutEdits::remove_unkept(const OldGroup& group, const std::vector<bool>& is_kept) {
     for (std::size_t i = 0; i < group.entries.size(); ++i) {
         if (is_kept[i]) {
             continue;
         }
         TextRange range{group.entries[i].name.begin, group.entries[i].end};
         const std::string about(words(group.entries[i].name));
+        bool moves = is_carried_[i];
         FileRange place;
         FileRange next;
-        while (i + 1 < group.entries.size() && !is_kept[i + 1] && locate(range, place) &&
+        while (i + 1 < group.entries.size() && !is_kept[i + 1] && group.entries[i].tail == range.end &&
+               locate(range, place) &&
                locate({group.entries[i + 1].name.begin, group.entries[i + 1].end}, next) &&
                next.inclusion == place.inclusion && next.begin >= place.end &&
                text_of(place.inclusion).substr(place.end, next.begin - place.end).find('\n') ==
                    std::string_view::npos) {
             range.end = group.entries[++i].end;
+            moves = moves && is_carried_[i];
         }
-        if (!remove_range(range, about)) {
+        if (!remove_range(range, about, moves)) {
             return false;
         }
     }
     return true;
 }
 
-bool LayoutEdits::remove_range(TextRange range, std::string about) {
+bool LayoutEdits::remove_range(TextRange range, std::string about, bool moves) {
     FileRange place;
     if (!locate(range, place)) {
         return refuse(about, "begins in one file and ends in another");
     }
     const LineRange lines = removal_of(text_of(place.inclusion), place.begin, place.end);
-    edits_.push_back({place.inclusion, lines.begin, lines.end, {}, std::move(about), true});
+    add_edit({place.inclusion, lines.begin, lines.end}, {}, std::move(about));
+    edits_.back().moves = moves;
+    edits_.back().removes_entries = !moves;
     return true;
 }
 
-void LayoutEdits::add_between(const Gap& gap, std::vector<Addition>& additions) {
+bool LayoutEdits::add_between(const Gap& gap, std::vector<Addition>& additions) {
     if (additions.empty()) {
-        return;
+        return true;
     }
     Anchor anchor;
-    if (find_anchor(gap, anchor)) {
-        edits_.push_back({anchor.inclusion, anchor.at, anchor.at, compose(anchor, additions),
-                          std::string(additions.front().entries[0]->get_name().get_view())});
+    find_anchor(gap, anchor);
+    Edit edit;
+    edit.inclusion = anchor.inclusion;
+    edit.begin = anchor.at;
+    edit.end = anchor.at;
+    edit.about = additions.front().entries[0]->get_name().get_view();
+    edit.inside = inside_;
+    if (!compose(anchor, gap, additions, edit)) {
+        return false;
     }
+    edits_.push_back(std::move(edit));
     additions.clear();
+    return true;
 }
 
 } // namespace bk_parser

@@ -9,7 +9,7 @@ namespace bk_parser {
 /// Sorts what takes bytes away, by place, and notes of each place the edit that reaches furthest.
 void LayoutEdits::note_covers() {
     for (const Edit& edit : edits_) {
-        if (edit.begin < edit.end) {
+        if (edit.begin < edit.end && !edit.moves) {
             covers_.push_back({edit.inclusion, edit.begin, &edit});
         }
     }
@@ -43,7 +43,6 @@ const Edit* LayoutEdits::cover_of(Spot directive) const noexcept {
 /// An include that was left out is nowhere in the tree: only its directive says that there is one. An entry that was removed while
 /// others are printed may have been moved.
 bool LayoutEdits::keeps_includes() {
-    note_covers();
     for (const Spot& directive : sources_.left_out()) {
         const Edit* const edit = cover_of(directive);
         if (edit != nullptr && (!edit->removes_entries || has_printed_)) {
@@ -53,7 +52,7 @@ bool LayoutEdits::keeps_includes() {
     return true;
 }
 
-std::vector<std::string> LayoutEdits::dropped_files() const {
+void LayoutEdits::note_dropped_files() {
     const SourceMap& map = sources_.map();
     std::vector<bool> stays(map.get_files().size());
     for (std::size_t i = 0; i < map.get_inclusion_count(); ++i) {
@@ -62,13 +61,11 @@ std::vector<std::string> LayoutEdits::dropped_files() const {
             stays[map.inclusion(i).file] = true;
         }
     }
-    std::vector<std::string> dropped;
     for (std::size_t file = 0; file < stays.size(); ++file) {
         if (!stays[file]) {
-            dropped.push_back(map.get_files()[file]->path);
+            dropped_.push_back(map.get_files()[file]->path);
         }
     }
-    return dropped;
 }
 
 } // namespace bk_parser

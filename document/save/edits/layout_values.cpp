@@ -1,4 +1,5 @@
 #include "document/save/edits/layout_edits_impl.h"
+#include "document/save/edits/layout_lines_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
@@ -54,18 +55,82 @@ bool LayoutEdits::fill_empty(const OldEntry& old, const ParserEntry& now, std::u
     return replace({old.name.end, old.name.end}, ' ' + text, now);
 }
 
-/// The blanks and the comma go with a value: those behind it when another value follows, else those before it.
+/// The blanks and the comma go with a value: those behind it when another value follows, else those before it. So does a comment
+/// behind it on its line; other comments stay.
 bool LayoutEdits::drop_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now,
                               std::uint32_t first, std::uint32_t last) {
     const TextRange dropped{value_of(group, old, first).begin, value_of(group, old, last - 1).end};
     if (last < old.value_count) {
-        return replace({dropped.begin, value_of(group, old, last).begin}, {}, now);
+        return drop_before(dropped, value_of(group, old, last), now);
     }
     if (first != 0) {
-        return replace({value_of(group, old, first - 1).end, dropped.end}, {}, now);
+        return drop_behind(value_of(group, old, first - 1), dropped, now);
     }
     const bool stays_empty = !old.is_call && now.get_value_count() == 0;
     return replace(dropped, stays_empty ? std::string(bk::empty_tag) : std::string(), now);
+}
+
+bool LayoutEdits::drop_before(TextRange dropped, TextRange next, const ParserEntry& now) {
+    FileRange place; // with the byte that the next value begins with
+    if (!locate({dropped.begin, next.begin + 1}, place)) {
+        return refuse_split(now);
+    }
+    --place.end;
+    FileRange values;
+    locate(dropped, values);
+    const std::string_view text = text_of(place.inclusion);
+    const std::size_t comma = skip_blanks(text, values.end);
+    const std::size_t end = comma < place.end && text[comma] == ',' ? comma + 1 : values.end;
+    const std::size_t line = std::min(next_line(text, end), place.end);
+    if (line == place.end || !ends_line(text, end)) { // the next value stands on the line
+        return add_edit(place, {}, std::string(now.get_name().get_view()));
+    }
+    if (begins_line(text, place.begin)) {
+        return add_edit({place.inclusion, line_begin(text, place.begin), line}, {},
+                        std::string(now.get_name().get_view()));
+    }
+    const bool has_lines_between =
+        text.substr(line, place.end - line).find_first_not_of(" \t\r\n") != std::string_view::npos;
+    if (has_lines_between) {
+        place.begin = trimmed_back(text, place.begin);
+        place.end = trimmed_back(text, line - 1);
+    }
+    return add_edit(place, {}, std::string(now.get_name().get_view()));
+}
+
+bool LayoutEdits::drop_behind(TextRange before, TextRange dropped, const ParserEntry& now) {
+    FileRange gap; // with the byte before it
+    FileRange place;
+    if (!locate({before.end - 1, dropped.end}, gap) || !locate(dropped, place)) {
+        return refuse_split(now);
+    }
+    gap = {gap.inclusion, gap.begin + 1, place.begin};
+    if (!has_comment(gap)) {
+        return replace({before.end, dropped.end}, {}, now);
+    }
+    const std::string_view text = text_of(place.inclusion);
+    const std::string about(now.get_name().get_view());
+    for (std::size_t at = before.end; at < dropped.begin; ++at) {
+        if (sources_.text()[at] == ',') {
+            const std::size_t comma = sources_.map().find(at, 1).offset;
+            if (line_begin(text, comma) == line_begin(text, place.begin)) {
+                place.begin = comma;
+                break;
+            }
+            add_edit({place.inclusion, trimmed_back(text, comma), comma + 1}, {}, about);
+        }
+    }
+    const LineRange lines = removal_of(text, place.begin, place.end);
+    return add_edit({place.inclusion, lines.begin, lines.end}, {}, about);
+}
+
+bool LayoutEdits::has_comment(const FileRange& place) const {
+    return text_of(place.inclusion).substr(place.begin, place.end - place.begin).find("//") !=
+           std::string_view::npos;
+}
+
+bool LayoutEdits::refuse_split(const ParserEntry& now) {
+    return refuse(std::string(now.get_name().get_view()), "begins in one file and ends in another");
 }
 
 bool LayoutEdits::insert_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now,
@@ -79,9 +144,8 @@ bool LayoutEdits::insert_values(const OldGroup& group, const OldEntry& old, cons
         }
         FileRange place;
         locate(before, place);
-        edits_.push_back({place.inclusion, place.begin, place.begin, std::move(text),
-                          std::string(now.get_name().get_view())});
-        return true;
+        place.end = place.begin;
+        return add_edit(place, std::move(text), std::string(now.get_name().get_view()));
     }
     const std::uint32_t end = value_of(group, old, at - 1).end;
     for (std::uint32_t i = first; i < last; ++i) {
@@ -90,12 +154,12 @@ bool LayoutEdits::insert_values(const OldGroup& group, const OldEntry& old, cons
     return replace({end, end}, std::move(text), now);
 }
 
-/// What stands between the last two values, where that is on one line.
+/// What stands between the last two values, where that is on one line and nothing else.
 std::string LayoutEdits::separator(const OldGroup& group, const OldEntry& old) const {
     if (old.value_count > 1) {
         const std::string_view between = words(
             {value_of(group, old, old.value_count - 2).end, value_of(group, old, old.value_count - 1).begin});
-        if (between.find('\n') == std::string_view::npos) {
+        if (between.find_first_not_of(" \t,") == std::string_view::npos) {
             return std::string(between);
         }
         return between.find(',') == std::string_view::npos ? " " : ", ";

@@ -4,12 +4,14 @@
 #include "document/save/proof/same_tree_impl.h"
 #include "document/save/record/save_sources_impl.h"
 #include "parser/archive/parser_archive_impl.h"
+#include "parser/binary/parser_binary_impl.h"
 #include "parser/cipher/parser_cipher_impl.h"
 #include "parser/files/parser_document_impl.h"
 #include "parser/parser_archive.h"
 #include "parser/text/parser_text_writer_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace bk_parser {
@@ -77,6 +79,28 @@ bool reads_back_from_binary(const CoreVector<char>& binary, const ParserGroup& r
     return other == nullptr;
 }
 
+/// Prints some entries of the root group, each on a line of its own.
+bool print(const ParserGroup& root, unsigned int first, unsigned int end, CoreString& text) {
+    bk::TextWriter writer(text, true);
+    writer.write_entries_of(root, first, end);
+    return writer.finish();
+}
+
+bool print_with_version(const ParserGroup& root, const VersionPlace& version, std::string& text) {
+    const unsigned int count = root.get_entries().get_count();
+    const unsigned int place = version.is_at_begin ? 0 : std::min(version.entry, count);
+    CoreString before;
+    CoreString behind;
+    if (!print(root, 0, place, before) || !print(root, place, count, behind)) {
+        return false;
+    }
+    text = before.get_view();
+    text += version.is_at_begin ? "" : "\n";
+    text += version_line();
+    text += behind.get_view();
+    return text.size() <= CoreString::max_length;
+}
+
 } // namespace
 
 std::string enciphered(std::string_view text, std::string_view key) {
@@ -86,26 +110,29 @@ std::string enciphered(std::string_view text, std::string_view key) {
     return bytes;
 }
 
-bool store(ParserGroup& root, Form form, const std::string& key, StoredForm& stored) {
+bool store(const ParserGroup& root, Form form, const std::string& key, const VersionPlace& version,
+           StoredForm& stored) {
     switch (form) {
     case Form::text:
         stored.head = version_line() + '\n';
-        return bk::print_group(stored.text, root, false, true, 1);
-    case Form::enciphered:
-        if (!bk::print_group(stored.text, root, false, true, 1)) {
+        return print(root, 0, root.get_entries().get_count(), stored.text);
+    case Form::enciphered: {
+        std::string text;
+        if (!print_with_version(root, version, text)) {
             return false;
         }
-        // An entry behind all others, as the application writes it.
-        stored.bytes = enciphered(std::string(stored.text.get_view()) + '\n' + version_line(), key);
-        stored.text.clear();
+        stored.bytes = enciphered(text, key);
         return true;
-    case Form::binary:
+    }
+    case Form::binary: {
         stored.head = binary_tag;
-        stored.binary = root.get_binary(false);
-        return !stored.binary.is_empty();
+        bk::BinaryEncoder encoder(stored.binary);
+        encoder.write_group(root);
+        return encoder.finish("ParserGroup.get_binary") != 0;
+    }
     case Form::archive: {
         ParserArchive archive;
-        ParserImpl::archive_group(root, archive, false, nullptr);
+        bk::add_words(archive, root);
         stored.bytes = bk::archive_file_bytes(archive);
         return true;
     }

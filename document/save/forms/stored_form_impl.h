@@ -19,8 +19,15 @@ struct StoredForm {
     }
 };
 
-/// Makes the bytes of a new file, laid out as get_text does. False when it would be too large.
-bool store(ParserGroup& root, Form form, const std::string& key, StoredForm& stored);
+/// Where an enciphered text says its version: in a line at its begin, or in an entry before the n-th of the others.
+struct VersionPlace {
+    bool is_at_begin = false;
+    unsigned int entry = 0xFFFFFFFFu; // behind all others, as the application writes it
+};
+
+/// Makes the bytes of a new file, laid out as get_text does. False when it would be too large. When memory runs out, that passes.
+bool store(const ParserGroup& root, Form form, const std::string& key, const VersionPlace& version,
+           StoredForm& stored);
 
 /// Whether these bytes read back as just that tree; if not, the name of the entry at which they do not.
 bool reads_back(const StoredForm& stored, Form form, const ParserGroup& root, const std::string& key,

@@ -14,7 +14,8 @@ std::uint32_t EntryLookup::find(core_ulong line, core_ulong column, std::string_
     if (group_ == nullptr) {
         return none;
     }
-    if (next_ < group_->get_entries().get_count() && !(has_index_ && found_[next_])) {
+    twins_.clear();
+    if (!has_twins_ && next_ < group_->get_entries().get_count() && !(has_index_ && found_[next_])) {
         const ParserEntry* const entry = at(next_);
         if (entry != nullptr && entry->get_line() == line && entry->get_column() == column &&
             entry->get_name().get_view() == name) {
@@ -28,8 +29,30 @@ std::uint32_t EntryLookup::find(core_ulong line, core_ulong column, std::string_
     if (position != none) {
         found_[position] = true;
         next_ = position + 1;
+        last_ = position;
     }
     return position;
+}
+
+void EntryLookup::choose(std::uint32_t twin) {
+    found_[last_] = false;
+    found_[twin] = true;
+    next_ = twin + 1;
+    last_ = twin;
+    twins_.clear();
+}
+
+bool EntryLookup::is_ascending() const noexcept {
+    std::uint64_t last = 0;
+    for (const ParserEntry* const entry : group_->get_entries()) {
+        const std::uint64_t key =
+            entry == nullptr ? last + 1 : key_of(entry->get_line(), entry->get_column());
+        if (key <= last) {
+            return false;
+        }
+        last = key;
+    }
+    return true;
 }
 
 void EntryLookup::make_index() {
@@ -45,6 +68,9 @@ void EntryLookup::make_index() {
         std::stable_sort(index_.begin(), index_.end(), by_key);
     }
     has_index_ = true;
+    has_twins_ = std::adjacent_find(index_.begin(), index_.end(), [](const Place& a, const Place& b) {
+                     return a.key == b.key && a.key != 0; // new entries say none
+                 }) != index_.end();
 }
 
 std::uint32_t EntryLookup::find_in_index(std::uint64_t key, std::string_view name) {
@@ -52,20 +78,22 @@ std::uint32_t EntryLookup::find_in_index(std::uint64_t key, std::string_view nam
         make_index();
     }
     std::uint32_t first = none;
+    std::uint32_t other = none; // of another name
     auto place = std::lower_bound(index_.begin(), index_.end(), key,
                                   [](const Place& a, std::uint64_t wanted) { return a.key < wanted; });
     for (; place != index_.end() && place->key == key; ++place) {
         if (found_[place->position]) {
             continue;
         }
-        if (at(place->position)->get_name().get_view() == name) {
-            return place->position;
-        }
-        if (first == none) {
+        if (at(place->position)->get_name().get_view() != name) {
+            other = other == none ? place->position : other;
+        } else if (first == none) {
             first = place->position;
+        } else {
+            twins_.push_back(place->position);
         }
     }
-    return first;
+    return first == none ? other : first;
 }
 
 } // namespace bk_parser

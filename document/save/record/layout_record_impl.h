@@ -23,7 +23,8 @@ struct TextRange {
 struct OldEntry {
     TextRange name;               // of the first entry, with template and array suffix
     std::uint32_t last_begin = 0; // of the last entry
-    std::uint32_t end = 0;        // behind its last word
+    std::uint32_t end = 0;        // behind its last word that was read
+    std::uint32_t tail = 0;       // behind the words that were not, too, up to the next entry
     std::uint32_t count = 1;
     std::uint32_t new_index = no_index; // in its new group, of the first; none when the entry is not there
     bool has_changed = false;
@@ -63,13 +64,18 @@ public:
     bool has_changes() const noexcept { return root_ != no_index; }
     std::uint32_t root() const noexcept { return root_; }
     const OldGroup& group(std::uint32_t i) const noexcept { return groups_[i]; }
-    std::size_t group_count() const noexcept { return groups_.size(); }
+    /// Words that the tree has nothing of, in their order.
+    const std::vector<TextRange>& unread_words() const noexcept { return unread_; }
+    /// The name of the outermost entry whose group has no "}", with its template and array suffix; empty when there is none.
+    TextRange open_group_name() const noexcept { return open_name_; }
 
     // The sink of the grammar.
     void see_word(std::string_view word) noexcept {
         before_word_ = last_end_;
+        read_before_word_ = read_end_;
         last_begin_ = offset(word.data());
         last_end_ = last_begin_ + static_cast<std::uint32_t>(word.size());
+        read_end_ = last_end_;
         if (word == bk::empty_tag && !levels_.empty()) {
             levels_.back().entry.empty_tag = {last_begin_, last_end_};
         }
@@ -82,12 +88,7 @@ public:
     }
     bool open_group(const bk::Token& brace);
     void close_group();
-    void report_fault(ParserReadObserver::Fault fault, const bk::Token& token, std::string_view) noexcept {
-        if (fault == ParserReadObserver::FAULT_TEXT_AFTER_END) {
-            text_end_ = token.start;
-            last_end_ = before_word_;
-        }
-    }
+    void report_fault(ParserReadObserver::Fault fault, const bk::Token& token, std::string_view);
 
 private:
     /// A group that is being read.
@@ -98,6 +99,7 @@ private:
         std::size_t first_value = 0;
         bool has_entry = false;
         OldEntry entry;
+        bk::EntryHead head; // of the entry, when it has twins
         const ParserEntry* match = nullptr;
         bool is_renamed = false; // the match is
         bool has_same_values = true;
@@ -107,7 +109,13 @@ private:
         return static_cast<std::uint32_t>(place - text_.data());
     }
     static void check_renamed(Level& level) noexcept;
-    void finish_entry(std::uint32_t end);
+    void match_entry(Level& level, std::uint32_t index, const bk::EntryHead& head);
+    void settle_twins(std::string_view group_text, bool has_group);
+    unsigned int likeness(const ParserEntry& candidate, std::string_view group_text, bool has_group) const;
+    std::string_view value_word(const Level& level, std::uint32_t i) const noexcept;
+    void compare_value(Level& level, std::uint32_t i, ParserWord::Type kind, std::string_view word) const;
+    void leave_out(const bk::Token& token);
+    void finish_entry(std::uint32_t end, std::uint32_t tail);
     std::uint32_t finish_group(std::uint32_t close);
     bool is_as_it_was(const Level& level) const noexcept;
 
@@ -117,7 +125,11 @@ private:
     std::vector<OldEntry> entries_; // of all open groups
     std::vector<TextRange> values_;
     std::deque<OldGroup> groups_;
+    std::vector<TextRange> unread_;
+    TextRange open_name_;
     std::uint32_t root_ = no_index;
+    std::uint32_t read_end_ = 0; // of the last word that was read
+    std::uint32_t read_before_word_ = 0;
     std::uint32_t before_word_ = 0;
     std::uint32_t last_begin_ = 0;
     std::uint32_t last_end_ = 0;

@@ -45,6 +45,13 @@ bool SaveSources::is_enciphered(std::string_view path) const noexcept {
     return file != nullptr && file->is_enciphered;
 }
 
+std::string SaveSources::place_of(std::size_t expanded) const {
+    const Spot spot = map_.find(expanded, 1);
+    const SourceFile& file = map_.file_of(spot);
+    const std::string_view before = file.text.get_text().substr(0, spot.offset);
+    return file.path + ":" + std::to_string(1 + std::count(before.begin(), before.end(), '\n'));
+}
+
 bool SaveSources::read(const std::string& path) {
     CoreString bytes;
     if (!load(path, bytes)) {

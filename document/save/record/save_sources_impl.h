@@ -33,6 +33,8 @@ public:
     /// The directives of includes that are left out.
     const std::vector<Spot>& left_out() const noexcept { return left_out_; }
     bool is_enciphered(std::string_view path) const noexcept;
+    /// "FILE:LINE" of a byte of the text.
+    std::string place_of(std::size_t expanded) const;
 
     bk::SourceRead read(const CoreString& path, core_uint64 most, CoreString& bytes) override;
     bool read_as_text(const CoreString&, CoreString&) override { return true; }

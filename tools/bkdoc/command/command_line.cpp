@@ -82,7 +82,7 @@ std::string wanted(const OptionSpec& option) {
         for (const char character : option.value_name) {
             words += character == '|' ? std::string(", ") : std::string(1, character);
         }
-        return "one of " + words;
+        return (option.name == "--to" ? "a form: " : "one of ") + words;
     }
     default:
         return "a value: " + std::string(option.value_name);

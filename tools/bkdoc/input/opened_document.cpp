@@ -115,8 +115,14 @@ OpenedDocument open_document(const std::string& operand, const OpenOptions& opti
     });
 }
 
-OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options) {
-    return open_with(operand, options, [](double) { return !Interruption::is_wanted(); });
+OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options,
+                            std::function<void(double)> tell) {
+    return open_with(operand, options, [tell = std::move(tell)](double done) {
+        if (tell) {
+            tell(done);
+        }
+        return !Interruption::is_wanted();
+    });
 }
 
 OpenedDocument open_bytes(std::string name, std::string_view bytes, const OpenOptions& options) {

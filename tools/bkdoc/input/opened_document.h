@@ -5,6 +5,7 @@
 #include "output/output.h"
 #include "verbs/exit_code.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -55,8 +56,9 @@ private:
 /// Loads the document that an operand names; "-" is standard input, and so is what a pipe gives. Shows the progress on a
 /// terminal, and stops at an interrupt.
 OpenedDocument open_document(const std::string& operand, const OpenOptions& options, Streams& streams);
-/// The same for threads, without a progress line.
-OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options);
+/// The same for threads, without a progress line: `tell` is given how far the loading is, from 0 to 1. It may be empty.
+OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options,
+                            std::function<void(double)> tell = {});
 /// The same for a document in memory.
 OpenedDocument open_bytes(std::string name, std::string_view bytes, const OpenOptions& options);
 

@@ -4,7 +4,7 @@
 
 namespace bkdoc {
 
-/// While it lives, a file that a save has not finished is removed when a signal ends the tool. All paths go to the device
+/// While it lives, files that a save has not finished are removed when a signal ends the tool. All paths go to the device
 /// that was there before.
 class SavingDevice : public DeviceLayer {
 public:

@@ -1,6 +1,6 @@
-#include "core/sys_file.h"
 #include "output/display/text_display.h"
 #include "output/problems/report.h"
+#include "output/stored_file.h"
 #include "platform/paths.h"
 #include "platform/platform.h"
 #include "verbs/draft.h"
@@ -160,14 +160,8 @@ private:
             }
             return true;
         }
-        SysFile file;
-        const auto size = static_cast<core_int64>(bytes.size());
-        const CoreString target{std::string_view(request_.target)};
-        if (!file.open(target, SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
-            return refuse(request_.target + ": cannot be opened for writing");
-        }
-        const bool taken = file.write(bytes.data(), size) == size;
-        return (file.close() && taken) || refuse(request_.target + ": cannot be stored");
+        const std::string reason = store_file(request_.target, bytes);
+        return reason.empty() || refuse(reason);
     }
 
     const Request& request_;

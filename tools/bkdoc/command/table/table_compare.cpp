@@ -8,7 +8,8 @@ namespace {
 
 constexpr OptionSpec same_options[] = {
     {"--content", "", ValueKind::none, "", false,
-     "Only names and values count, a number whatever its type: what every form keeps."}};
+     "Only names and values count, a number whatever its type: what every form keeps."},
+    json_option};
 
 constexpr OptionSpec diff_options[] = {
     {"--tolerance", "", ValueKind::word, "X", false,

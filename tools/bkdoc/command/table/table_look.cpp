@@ -22,14 +22,24 @@ constexpr OptionSpec check_options[] = {
     {"--max-problems", "", ValueKind::whole_number, "N", false,
      "Tell at most so many problems of a file; 50 when it is not given, all when it is 0."},
     {"--format", "", ValueKind::choice, "text|json|sarif|gcc", false,
-     "For people, for programs, or a line a problem for editors."},
+     "For people, for programs, or a line a problem for editors, as gcc writes it: a column is "
+     "one of the screen, with a tab stop at each eighth, and elsewhere a character."},
     {"--json", "", ValueKind::none, "", false, "The same as --format json."},
     {"--watch", "", ValueKind::none, "", false,
      "Check again whenever one of the files changes, or one that they include."},
 };
 constexpr OptionSpec cat_options[] = {
     {"--compact", "", ValueKind::none, "", false, "All entries on one line."}, path_option};
-constexpr OptionSpec info_options[] = {path_option};
+constexpr OptionSpec info_options[] = {path_option, json_option};
+constexpr OptionSpec stats_options[] = {
+    {"--by", "", ValueKind::choice, "path|name|type", false,
+     "Sum up by the names on the way to an entry, with all that is below it; by the names of entries, "
+     "without "
+     "what is below; or by the types of values. By path when it is not given."},
+    {"--top", "", ValueKind::whole_number, "N", false,
+     "Only the N largest; 20 when it is not given, all when it is 0."},
+    json_option,
+};
 constexpr OptionSpec deps_options[] = {
     {"--reverse", "", ValueKind::file, "FILE", false,
      "Draw instead which of the documents include this file, and by which way."},
@@ -75,8 +85,15 @@ constexpr VerbSpec look_rows[] = {
      "found is shown with the places that were looked at.",
      several_files, deps_options, true, "bkdoc deps --reverse library/steel.bkd shots",
      "0 every file was found, 1 one is missing, 2 a document could not be read.", run_deps},
-    {"dump", Task::look, "Explain the bytes of a binary, enciphered or archive file.", "", one_file,
-     dump_options, false, "bkdoc dump scene.archive",
+    {"stats", Task::look, "Say what takes the space of documents, the largest first.",
+     "Bytes are those of the text that the library writes on one line, includes spliced in: what comments "
+     "and "
+     "indents take, or what another form takes, does not count. Several documents are summed up together.",
+     several_files, stats_options, true, "bkdoc stats --by name harbour.bkd", reading_exit_codes, run_stats},
+    {"dump", Task::look, "Explain the bytes of a binary, enciphered or archive file.",
+     "What cannot be explained is shown as it is, and the map goes on behind it where a size says how far it "
+     "goes.",
+     one_file, dump_options, false, "bkdoc dump scene.archive",
      "0 every byte is explained, 1 one is not, 2 the file could not be read.", run_dump},
 };
 

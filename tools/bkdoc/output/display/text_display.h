@@ -1,5 +1,7 @@
 #pragma once
 
+#include "document/utf8.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -8,12 +10,8 @@
 /// one is cut.
 namespace bkdoc {
 
-/// The length of the well-formed UTF-8 character at `position`; 0 when the byte there begins none.
-std::size_t utf8_length(std::string_view text, std::size_t position) noexcept;
-
-/// The number of characters: each well-formed UTF-8 character is one, and so is each byte that belongs to
-/// none.
-std::size_t count_characters(std::string_view text) noexcept;
+using bk_parser::count_characters;
+using bk_parser::utf8_length;
 
 /// The first byte at or after `position` that begins a character, when the text is well-formed there.
 std::size_t character_start(std::string_view text, std::size_t position) noexcept;
