@@ -44,8 +44,8 @@ void save_enciphered() {
 
     bk_parser::LoadOptions with_key;
     with_key.key = options.key;
-    std::cout << bk_parser::get_or(bk_parser::load("lamp.kwbf", with_key).document.root(), "power", 0.0)
-              << "\n";
+    const auto again = bk_parser::load("lamp.kwbf", with_key);
+    std::cout << bk_parser::get_or(again.document.root(), "power", 0.0) << "\n";
 }
 
 void see_what_a_save_would_change() {
