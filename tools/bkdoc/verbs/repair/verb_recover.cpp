@@ -148,12 +148,13 @@ private:
     }
 
     ExitCode write(OpenedDocument& document, bool is_whole) {
-        const Draft draft = make_draft(document, form_, open_.key);
+        const Storage storage{form_, {}};
+        const Draft draft = make_draft(document, storage, open_.key);
         if (!draft.refusal.empty()) {
             refuse(draft.refusal + "; nothing is written");
             return EXIT_UNREADABLE;
         }
-        const DraftProof proof = prove_draft(document, draft, open_);
+        const DraftProof proof = prove_draft(document, draft, storage, open_);
         bool is_kept = true;
         if (!proof.refusal.empty()) {
             is_kept = refuse("warning: what is written cannot be read back: " + proof.refusal);
