@@ -35,7 +35,7 @@ install(FILES ${PROJECT_BINARY_DIR}/bk_parser.pc DESTINATION ${pc_dir})
 
 # As they stand in the tree, so that the links from page to page lead somewhere.
 install(FILES README.md CHANGELOG.md SECURITY.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents)
-install(DIRECTORY docs abi examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents
+install(DIRECTORY docs abi examples schemas syntaxes DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents
     PATTERN CMakeLists.txt EXCLUDE
     PATTERN *.cmake EXCLUDE)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents RENAME copyright) # the name that Debian asks for

@@ -58,17 +58,27 @@ T get_or(const ParserGroup& group, PathRef path, T fallback) {
     std::optional<T> found = get<T>(group, path);
     return found ? std::move(*found) : std::move(fallback);
 }
+/// The same with another fallback or place.
 template <ReadableValue T>
 T get_or(const ParserEntry& entry, unsigned int value, T fallback) {
     std::optional<T> found = get<T>(entry, value);
     return found ? std::move(*found) : std::move(fallback);
 }
+/// The same with another fallback or place.
 inline std::string get_or(const ParserGroup& group, PathRef path, const char* fallback) {
     return get_or<std::string>(group, path, std::string(TextRef(fallback).view()));
 }
+/// The same with another fallback or place.
 inline std::string get_or(const ParserEntry& entry, unsigned int value, const char* fallback) {
     return get_or<std::string>(entry, value, std::string(TextRef(fallback).view()));
 }
+template <ReadableValue T, class Given>
+requires WrongByAccident<T, Given> T get_or(const ParserGroup& group, PathRef path, const Given& fallback)
+= delete;
+template <ReadableValue T, class Given>
+requires WrongByAccident<T, Given> T get_or(const ParserEntry& entry, unsigned int value,
+                                            const Given& fallback)
+= delete;
 std::string get_or(const ParserGroup& group, PathRef path, std::nullptr_t fallback) = delete;
 std::string get_or(const ParserEntry& entry, unsigned int value, std::nullptr_t fallback) = delete;
 
@@ -97,13 +107,22 @@ bool set(ParserEntry& entry, unsigned int value, const T& content) {
 ///
 /// A path that finds nothing is searched for in the whole group, and then its beginnings are, a number of times that is
 /// in proportion to the logarithm of the number of steps. n calls that make n entries of one group, as `set(group, "k[i]", i)`
-/// does, take time in proportion to n * n; `add` does not search that group.
+/// does, take time in proportion to n * n: an entry may be renamed without its group, which therefore keeps no numbers of names.
+/// `add(group, "k", i)` does not search that group, and n calls take time in proportion to n.
 template <WritableValue T>
 bool set(ParserGroup& group, PathRef path, const T& content) {
     return access::with_given(content, [&](std::span<const GivenValue> given, access::ListEnd end) {
         return access::set_values(group, path, given, end);
     });
 }
+
+/// `set<bool>(group, path, "no")` does not compile: a pointer converts to yes.
+template <WritableValue T, class Given>
+requires WrongByAccident<T, Given>
+bool set(ParserEntry& entry, unsigned int value, const Given& content) = delete;
+template <WritableValue T, class Given>
+requires WrongByAccident<T, Given>
+bool set(ParserGroup& group, PathRef path, const Given& content) = delete;
 
 /// Adds an entry for the last step of the path, whether there is one or not, and the groups on the way where they are
 /// missing. Null when `set` would not make it. Only the groups on the way are searched for; a step with a number takes
@@ -117,6 +136,10 @@ ParserEntry* add(ParserGroup& group, PathRef path, const T& content) {
     });
 }
 
+template <WritableValue T, class Given>
+requires WrongByAccident<T, Given> ParserEntry* add(ParserGroup& group, PathRef path,
+                                                    const Given& content) = delete;
+
 /// Removes the first entry that the path finds, or its value when the path ends in `@` and a number. False when there is
 /// none.
 BK_PARSER_API bool remove(ParserGroup& group, PathRef path);
@@ -127,6 +150,7 @@ BK_PARSER_API std::size_t remove_all(ParserGroup& group, PathRef path);
 /// Gives the first entry that the path finds another name. False when there is none, when it is no name of the text syntax,
 /// or one with a template or array suffix, and when one of the two names is a keyword and the other is not.
 BK_PARSER_API bool rename(ParserGroup& group, PathRef path, TextRef name);
+/// The same for an entry. False when the name is no entry name; the entry then keeps its own.
 BK_PARSER_API bool rename(ParserEntry& entry, TextRef name);
 
 /// Moves the first entry that `from` finds to where `to` says: to the end of the group that its steps but the last lead to,

@@ -4,10 +4,12 @@
 
 #include "document/access.h"
 #include "document/include.h"
+#include "document/json.h"
 #include "document/load.h"
 #include "document/path.h"
 #include "document/places.h"
 #include "document/problem.h"
 #include "document/ranges.h"
+#include "document/recover.h"
 #include "document/save.h"
 #include "document/strings.h"

@@ -20,7 +20,7 @@ struct SaveOptions {
     std::string key;
     /// Text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes: only the bytes of
     /// what was changed change. Without it, and for every other document, the file is laid out as ParserGroup::get_text does, and holds
-    /// all of the document: includes are spliced in.
+    /// all of the document: includes are spliced in. Its lines end with a line feed on every platform.
     bool keep_layout = true;
     /// Saves although the form cannot carry everything that the document holds.
     bool lossy = false;
@@ -47,6 +47,7 @@ struct FileChange {
     std::filesystem::path path;
     /// As they are stored; empty when there is no such file.
     std::string before;
+    /// As they would be stored.
     std::string after;
     /// Whether there is a file that is replaced.
     bool is_there = false;
@@ -56,9 +57,11 @@ struct FileChange {
 struct SavePreview {
     /// Why nothing would be saved, as in a SaveResult.
     std::string reason;
+    /// What the form cannot carry, as in a SaveResult.
     std::vector<Problem> losses;
     /// Files that would not change are left out. The document's own file is the last.
     std::vector<FileChange> changes;
+    /// Whether there is no reason against it.
     bool ok() const { return reason.empty(); }
 };
 
@@ -81,18 +84,23 @@ struct SavePreview {
 /// that was left out can be read now, there or at the new path. It knows an entry by the line and column that it got when it was loaded,
 /// so that a moved or changed entry keeps what is around it, and a renamed one does when its values, or an entry of its group, are those
 /// of before; after the save the entries have the lines and columns of the new text. What it does:
-/// - an entry that was removed goes with its line, and with a comment behind it on that line; comments above it stay;
+/// - an entry or a value that was removed goes with its line, and with a comment behind it on that line; comments above it stay;
 /// - a new entry stands on a line of its own, indented as its neighbours are, or in the line where its neighbours share one;
 /// - a new entry between two of an included file goes into that file; at the begin or end of an include it goes beside the directive;
-/// - an entry that moved within its group takes its lines along; one that moved to another group is laid out anew;
-/// - a file that is included more than once, under one name or several, changes when the tree was changed alike in each place, else the
-///   save is refused;
+/// - an entry that moved within its group takes its lines along, with what changed inside of it, with comments and includes; one that moved to
+///   another group is laid out anew;
+/// - a copy of an entry, which says the same place, takes the layout only where the original is gone;
+/// - words that were not read stay where they are: a save that would take one away is refused, with its place;
+/// - a file that is included more than once, under one name or several (by symbolic or hard links), changes when the tree was changed alike
+///   in each place. Where one place was cleared its directive goes instead. Else the save is refused. Each hard link becomes a file of its
+///   own;
 /// - a removed entry takes includes inside it along. An entry that is laid out anew holds what its includes gave: the save is refused when
 ///   nothing else includes such a file, and when such an include was left out. An entry that is removed in the same save in which others
 ///   are laid out counts as one of these;
+/// - a group that the text left open stays so: a save that puts something behind it is refused, with its place;
 /// - an enciphered include is enciphered again with the key of the load;
 /// - a file whose lines end in a carriage return alone takes no new lines: that is refused;
-/// - after a save with losses the file's layout is not that of the tree: the next save that would keep it is refused;
+/// - after a save with losses the next one keeps the layout of what was written; what was lost is a loss again as long as the tree holds it;
 /// - to another path only the document's own file goes: its includes stay where they are. That is refused when they would not be
 ///   found from there, or when one of them would have to change.
 ///

@@ -1,6 +1,7 @@
 #include "document/document.h"
 #include "fuzz/input.h"
 #include "tests/support/counting_log.h"
+#include "tests/support/plain_text.h"
 
 #include <string>
 

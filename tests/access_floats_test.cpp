@@ -62,10 +62,14 @@ TEST_F(access_floats, a_whole_float_keeps_an_int) {
 
 TEST_F(access_floats, every_float_reads_back_with_the_same_bits) {
     std::mt19937 random(7);
-    std::vector<float> floats{std::numeric_limits<float>::max(),  std::numeric_limits<float>::lowest(),
-                              std::numeric_limits<float>::min(),  std::numeric_limits<float>::denorm_min(),
-                              std::nextafter(1.0f, 2.0f),         0x1p-126f - 0x1p-149f,
-                              std::nextafter(0x1.fffffep127f, 0), 16777216.0f};
+    std::vector<float> floats{std::numeric_limits<float>::max(),
+                              std::numeric_limits<float>::lowest(),
+                              std::numeric_limits<float>::min(),
+                              std::numeric_limits<float>::denorm_min(),
+                              std::nextafter(1.0f, 2.0f),
+                              0x1p-126f - 0x1p-149f,
+                              std::nextafter(0x1.fffffep127f, 0.0f),
+                              16777216.0f};
     while (floats.size() < 20000) {
         const float value = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
         if (std::isfinite(value)) {

@@ -70,8 +70,9 @@ TEST_F(access_texts, a_null_pointer_is_no_path_and_no_name) {
     EXPECT_FALSE(bk_parser::move(root_, "a", null_));
     EXPECT_FALSE(bk_parser::rename(root_, "a", null_));
     EXPECT_FALSE(bk_parser::rename(*root_.get_entry("a"), null_));
-    EXPECT_FALSE(bk_parser::Path(null_).ok());
-    EXPECT_EQ(bk_parser::Path(null_).text(), "");
+    const bk_parser::Path path(null_);
+    EXPECT_FALSE(path.ok());
+    EXPECT_EQ(path.text(), "");
     const auto error = bk_parser::path_error(null_);
     ASSERT_TRUE(error);
     EXPECT_EQ(bk_parser::to_text(*error, null_), error->message + "\n\n^\n");

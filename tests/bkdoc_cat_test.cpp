@@ -18,7 +18,7 @@ TEST(bkdoc_cat, the_document_is_written_as_the_library_writes_it) {
     const BkdocRun run = run_bkdoc({"cat", document});
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.out, folder.read("b.bkd"));
+    EXPECT_EQ(run.out, with_plain_line_ends(folder.read("b.bkd")));
     EXPECT_EQ(with_plain_line_ends(run.out),
               "#Brellwick_Serial_Version 1.2\n\na 1.50 \"x\\ny\"\nb {\n    c yes\n}\nf(1, 2)\ne <empty>");
 }

@@ -59,6 +59,8 @@ TEST_F(bkdoc_check_files, of_a_folder_are_found_by_content_or_by_extension) {
     folder.write("mixed/scene", "// a comment\n#Brellwick_Serial_Version 1.2\na 1\n");
     folder.write("mixed/binary.dat", std::string("UDFS\0\0\0\0\0\0\0\0", 12));
     folder.write("mixed/.hidden.bkd", "a @\n");
+    folder.write("mixed/scene.bak", "#Brellwick_Serial_Version 1.2\na @\n");
+    folder.write("mixed/scene.bkd~", "#Brellwick_Serial_Version 1.2\na @\n");
     folder.write("mixed/.git/a.bkd", "a @\n");
     folder.write("mixed/deep/er/x.bkd", "a 1\n");
     EXPECT_EQ(run_bkdoc({"check", mixed}).out, "3 files, no problems\n");
@@ -66,6 +68,7 @@ TEST_F(bkdoc_check_files, of_a_folder_are_found_by_content_or_by_extension) {
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(run.out.starts_with(mixed + "/readme.txt:1:")) << run.out;
     EXPECT_EQ(run_bkdoc({"check", "--ext", ".bkd", "--ext", "dat", mixed}).out, "2 files, no problems\n");
+    EXPECT_EQ(run_bkdoc({"check", "--ext", "bak", mixed}).code, 1);
 }
 
 TEST_F(bkdoc_check_files, are_named_by_a_list) {
@@ -165,6 +168,19 @@ TEST_F(bkdoc_check_files, are_told_in_lines_for_editors) {
     const BkdocRun run = run_bkdoc({"check", "--format", "gcc", shots(), "-"}, "x @ 1\n");
     EXPECT_EQ(run.out, "<stdin>:1:3: error: unexpected '@' [unexpected-word]\n" + shots() +
                            "/../lib/part.bkd:1:3: error: unexpected '!' [unexpected-word]\n");
+}
+
+TEST_F(bkdoc_check_files, are_told_to_editors_by_columns_of_the_screen) {
+    const auto told = [](const std::string& text) {
+        return run_bkdoc({"check", "--format", "gcc", "-"}, text).out;
+    };
+    const std::string error = ": error: unexpected '@' [unexpected-word]\n";
+    EXPECT_EQ(told("\ta @ 1\n"), "<stdin>:1:11" + error);
+    EXPECT_EQ(told("a \"\xC3\xA4\" @ 1\n"), "<stdin>:1:7" + error);
+    EXPECT_EQ(told("a \"\xE6\xA1\xA5\" @ 1\n"), "<stdin>:1:8" + error);
+    EXPECT_EQ(told("a \"e\xCC\x81\" @ 1\n"), "<stdin>:1:7" + error);
+    EXPECT_EQ(told("a \"" + std::string(6000, 'x') + "\"\t@ 1\n"), "<stdin>:1:6009" + error);
+    EXPECT_EQ(told("a \xFF 1\n").substr(0, 12), "<stdin>:1:3:");
 }
 
 TEST_F(bkdoc_check_files, are_told_in_json) {

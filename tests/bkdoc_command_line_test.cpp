@@ -160,8 +160,9 @@ TEST(bkdoc_command_line, a_value_that_does_not_suit_is_refused_with_what_would) 
     EXPECT_EQ(refusal_of({"tree", "--depth", "1", "--depth=2", "a.bkd"}), "--depth is given twice");
     EXPECT_EQ(refusal_of({"cat", "--compact=yes", "a.bkd"}), "--compact takes no value");
     EXPECT_EQ(refusal_of({"convert", "a", "b", "--to", "paper"}),
-              "--to needs one of text, binary, cipher, archive, not 'paper'");
-    EXPECT_EQ(refusal_of({"convert", "a", "b"}), "--to needs a form: text, binary, cipher, archive");
+              "--to needs a form: text, binary, cipher, archive, json, json-plain, ndjson, not 'paper'");
+    EXPECT_EQ(refusal_of({"convert", "a", "b"}),
+              "--to needs a form: text, binary, cipher, archive, json, json-plain, ndjson");
     EXPECT_EQ(refusal_of({"cat", "a", "--color", "blue"}),
               "--color needs one of auto, always, never, not 'blue'");
     EXPECT_EQ(refusal_of({"check", "-I"}), "-I needs a folder");

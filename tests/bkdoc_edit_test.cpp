@@ -96,6 +96,15 @@ TEST_F(bkdoc_edit, the_type_of_a_value_stays_unless_it_is_given) {
                   ":3:19: light[\"quay_02\"]/power: 40 * 1.11 is 44.4, which no int holds; --type double "
                   "makes it a "
                   "double, --type int rounds it\nbkdoc: nothing is written\n");
+    EXPECT_EQ(run({"set", "shot/camera@1", "=2.5"}).err,
+              "bkdoc: " + top_ +
+                  ":6:14: shot/camera: 2.5 is no int, as 2 is; --type double makes it a double\n"
+                  "bkdoc: nothing is written\n");
+    EXPECT_EQ(run({"set", "shot/camera", "=1 2 3e99"}).code, 2);
+    expect_unchanged();
+    EXPECT_EQ(run({"set", "-w", "shot/camera@1", "=7.0"}).code, 0);
+    EXPECT_EQ(run({"set", "-w", "--type", "double", "shot/camera@2", "=2.5"}).code, 0);
+    EXPECT_EQ(run({"get", "--values", "shot/camera"}).out, "1 7 2.5\n");
     EXPECT_EQ(run({"set", "title", "=5"}).code, 2);
     EXPECT_EQ(run({"set", "-w", "--type", "int", "title", "=5"}).code, 0);
     EXPECT_EQ(run({"get", "--json", "title"}).out.find("\"Quay\""), std::string::npos);

@@ -1,55 +1,11 @@
 #include "tests/support/bkdoc_run.h"
+#include "tests/support/terminal.h"
 
 #include <gtest/gtest.h>
 
 #if !defined(_WIN32)
 
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace {
-
-/// A terminal of the test's own.
-class Terminal {
-public:
-    Terminal() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
-        if (master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0) {
-            slave_ = open(ptsname(master_), O_RDWR | O_NOCTTY);
-        }
-    }
-    ~Terminal() {
-        close(slave_);
-        close(master_);
-    }
-    Terminal(const Terminal&) = delete;
-    Terminal& operator=(const Terminal&) = delete;
-
-    bool works() const { return slave_ >= 0; }
-
-    /// What a shell command, whose standard output the terminal is, shows on it.
-    std::string show(const std::string& command) {
-        const pid_t child = fork();
-        if (child == 0) {
-            dup2(slave_, STDOUT_FILENO);
-            execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
-            _exit(127);
-        }
-        close(slave_);
-        slave_ = -1;
-        std::string shown;
-        char buffer[4096];
-        for (ssize_t count = 0; (count = read(master_, buffer, sizeof buffer)) > 0;) {
-            shown.append(buffer, static_cast<std::size_t>(count));
-        }
-        int status = 0;
-        waitpid(child, &status, 0);
-        return shown;
-    }
-
-private:
-    int master_;
-    int slave_ = -1;
-};
 
 std::string shown_with(const std::string& environment, const std::string& arguments) {
     Terminal terminal;

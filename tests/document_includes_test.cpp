@@ -1,3 +1,4 @@
+#include "document/document.h"
 #include "tests/support/loaded_document.h"
 #include "tests/support/stored_forms.h"
 
@@ -219,3 +220,45 @@ TEST_F(document_includes, a_version_line_that_gives_no_version_is_told) {
                      "part.bkd:1:1: error: '0' is no version; the latest is 1.2 [no-version]"}));
     EXPECT_EQ(tree_of(result), " a \"\\n\" p 1");
 }
+
+#if !defined(_WIN32) // takes ".." steps away before it looks for links
+
+TEST_F(document_includes, behind_a_linked_folder_are_the_file_that_the_system_finds) {
+    folder_.write("shots/part.bkd", "a 1");     // where the text of the path leads
+    folder_.write("elsewhere/part.bkd", "a 2"); // where the system comes to
+    folder_.make_folder("elsewhere/far");
+    folder_.make_folder("shots");
+    std::filesystem::create_directory_symlink(folder_.path("elsewhere/far"), folder_.path("shots/far"));
+    LoadResult result = load_text("#include \"far/../part.bkd\"\n");
+    EXPECT_EQ(told(result), Lines{});
+    EXPECT_EQ(tree_of(result), " a 2");
+    ASSERT_EQ(result.document.includes().size(), 1u);
+    EXPECT_EQ(result.document.includes()[0].found,
+              std::filesystem::path(folder_.path("shots/far/../part.bkd")))
+        << "it is called as it was found";
+    EXPECT_EQ(result.document.dependencies()[0], std::filesystem::path(folder_.path("elsewhere/part.bkd")));
+
+    ASSERT_TRUE(bk_parser::set(result.document.root(), "a", 3));
+    EXPECT_EQ(bk_parser::save(result.document).reason, "");
+    EXPECT_EQ(folder_.read("elsewhere/part.bkd"), "a 3");
+    EXPECT_EQ(folder_.read("shots/part.bkd"), "a 1");
+
+    std::filesystem::remove(folder_.path("shots/part.bkd"));
+    EXPECT_EQ(tree_of(load_text("#include \"far/../part.bkd\"\n")), " a 3")
+        << "and the other one is not needed";
+}
+
+TEST_F(document_includes, a_document_behind_a_linked_folder_is_saved_where_it_was_loaded) {
+    folder_.write("s.bkd", "a 1");
+    folder_.write("elsewhere/s.bkd", "a 2");
+    folder_.make_folder("elsewhere/far");
+    std::filesystem::create_directory_symlink("elsewhere/far", folder_.path("far"));
+    LoadResult result = load(folder_.path("far/../s.bkd"));
+    EXPECT_EQ(tree_of(result), " a 2");
+    ASSERT_TRUE(bk_parser::set(result.document.root(), "a", 3));
+    EXPECT_EQ(bk_parser::save(result.document).reason, "");
+    EXPECT_EQ(folder_.read("elsewhere/s.bkd"), "a 3");
+    EXPECT_EQ(folder_.read("s.bkd"), "a 1");
+}
+
+#endif

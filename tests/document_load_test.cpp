@@ -71,12 +71,10 @@ TEST(document_load, a_text_has_no_problems_that_the_application_reads_without_fa
 }
 
 TEST(document_load, text_of_the_first_version_has_no_escapes) {
-    EXPECT_EQ(bk_parser::parse("a \"x\\n\"").document.root().get_entry(0)->get_string(0), CoreString("x\\n"));
-    EXPECT_EQ(bk_parser::parse("#Brellwick_Serial_Version 1.2\na \"x\\n\"")
-                  .document.root()
-                  .get_entry(0)
-                  ->get_string(0),
-              CoreString("x\n"));
+    const LoadResult first = bk_parser::parse("a \"x\\n\"");
+    EXPECT_EQ(first.document.root().get_entry(0)->get_string(0), CoreString("x\\n"));
+    const LoadResult later = bk_parser::parse("#Brellwick_Serial_Version 1.2\na \"x\\n\"");
+    EXPECT_EQ(later.document.root().get_entry(0)->get_string(0), CoreString("x\n"));
 }
 
 TEST(document_load, nothing_is_logged) {

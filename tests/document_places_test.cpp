@@ -52,7 +52,8 @@ TEST(document_places, an_entry_of_an_include_stands_in_that_file) {
 }
 
 TEST(document_places, without_kept_sources_and_of_new_entries_no_place_is_known) {
-    EXPECT_FALSE(place_of(parse("a 1").document, *find(parse("a 1").document.root(), "a")).is_known());
+    const auto other = parse("a 1");
+    EXPECT_FALSE(place_of(parse("a 1").document, *find(other.document.root(), "a")).is_known());
     LoadResult loaded = parse("a 1", keeping());
     EXPECT_FALSE(place_of(loaded.document, *add(loaded.document.root(), "b", 2)).is_known());
 }

@@ -1,5 +1,5 @@
 #include "document/document.h"
-#include "document/problems/problem_codes_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
 #include "parser/parser_file.h"
 #include "tests/support/recording_log.h"
 #include "tests/support/scratch_folder.h"

@@ -1,5 +1,5 @@
 #include "document/document.h"
-#include "document/problems/problem_codes_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>

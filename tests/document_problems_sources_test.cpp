@@ -188,8 +188,8 @@ TEST_F(document_problems_files, problems_are_in_the_order_of_the_expanded_text) 
         places.push_back(problem.file.filename().string() + " " + problem.code + " " +
                          std::to_string(problem.line));
     }
-    const std::vector<std::string> expected = {"main.bkd text-after-number 1", "main.bkd not-utf-8 1",
-                                               "main.bkd bad-name 1",          "x.bkd text-after-number 1",
+    const std::vector<std::string> expected = {"main.bkd text-after-number 1", "main.bkd bad-name 1",
+                                               "main.bkd not-utf-8 1",         "x.bkd text-after-number 1",
                                                "main.bkd text-after-number 3", "main.bkd no-value 4"};
     EXPECT_EQ(places, expected);
 }

@@ -50,6 +50,27 @@ TEST(document_refusal, json_is_one_problem) {
     EXPECT_EQ(kind_of("// a comment\n{\"a\": 1}"), "JSON");
 }
 
+TEST(document_refusal, a_string_or_number_alone_is_json_where_the_file_is_called_so) {
+    const ScratchFolder folder;
+    const auto code_of = [&folder](std::string_view name, std::string_view text) {
+        const bk_parser::LoadResult result = bk_parser::load(folder.write(name, text));
+        return result.problems.empty() ? std::string() : result.problems[0].code;
+    };
+    for (const std::string_view text : {"\"abc\"", " \"a \\\" b\" \n", "42", "-1.5E+3\n", "0"}) {
+        EXPECT_EQ(code_of("value.json", text), "not-a-document") << text;
+        EXPECT_EQ(code_of("value.JSON", text), "not-a-document") << text;
+        EXPECT_EQ(code_of("value.bkd", text), "value-without-entry")
+            << text << ": a value that a document includes";
+    }
+    EXPECT_EQ(code_of("value.json", "[1,2]"), "not-a-document");
+    EXPECT_EQ(code_of("document.json", "a 42"), "");
+    EXPECT_EQ(code_of("values.json", "42 43"), "value-without-entry");
+    EXPECT_EQ(code_of("main.bkd", "a #include \"value.json\"\n"), "not-a-document") << "[1,2] is no value";
+    folder.write("value.json", "42");
+    EXPECT_EQ(code_of("main.bkd", "a #include \"value.json\"\n"), "")
+        << "the include is a value of the document";
+}
+
 TEST(document_refusal, a_document_that_begins_with_a_brace_by_mistake_is_read) {
     EXPECT_EQ(kind_of("{ a 1 }"), "");
     EXPECT_EQ(kind_of("{ \"a\" 1 }"), "");

@@ -84,3 +84,46 @@ TEST_F(document_save_links, a_link_to_the_document_is_the_document) {
     EXPECT_EQ(folder_.read("parts/common"), "x 5\n");
     EXPECT_TRUE(std::filesystem::is_symlink(folder_.path("name")));
 }
+
+namespace {
+
+class DocumentSaveHardLinks : public testing::Test {
+protected:
+    void SetUp() override {
+        folder_.write("common", "x 1 // c\n");
+        std::error_code failure;
+        std::filesystem::create_hard_link(folder_.path("common"), folder_.path("other"), failure);
+        if (failure) {
+            GTEST_SKIP() << "no hard links here";
+        }
+    }
+
+    const ScratchFolder folder_;
+};
+
+using document_save_hard_links = DocumentSaveHardLinks;
+
+} // namespace
+
+TEST_F(document_save_hard_links, an_include_under_two_hard_links_is_one_file) {
+    folder_.write("document", "a {\n#include \"common\"\n}\nb {\n#include \"other\"\n}\n");
+    LoadResult loaded = load(folder_.path("document"));
+    ASSERT_TRUE(set(loaded.document.root(), "a/x", 5));
+    ASSERT_TRUE(set(loaded.document.root(), "b/x", 6));
+    const SaveResult refused = save(loaded.document);
+    EXPECT_NE(refused.reason.find("is included more than once"), std::string::npos) << refused.reason;
+    EXPECT_EQ(folder_.read("common"), "x 1 // c\n");
+    ASSERT_TRUE(set(loaded.document.root(), "b/x", 5));
+    const SaveResult result = save(loaded.document);
+    ASSERT_TRUE(result.ok()) << result.reason;
+    EXPECT_EQ(result.written.size(), 2u) << "each name";
+    EXPECT_EQ(folder_.read("common"), "x 5 // c\n");
+    EXPECT_EQ(folder_.read("other"), "x 5 // c\n");
+}
+
+TEST_F(document_save_hard_links, an_include_is_not_replaced_by_the_document_under_another_name) {
+    folder_.write("document", "a {\n#include \"common\"\n}\n");
+    LoadResult loaded = load(folder_.path("document"));
+    const SaveResult result = save(loaded.document, folder_.path("other"));
+    EXPECT_NE(result.reason.find("is included by the document"), std::string::npos) << result.reason;
+}

@@ -41,12 +41,42 @@ protected:
                 EXPECT_TRUE(result.ok() || has_failed) << n << ": " << result.reason;
                 EXPECT_TRUE(!result.ok() || folder_.read("main") != old_main) << n;
                 if (result.ok() && !options.form) {
-                    EXPECT_EQ(print(load(path).document.root()), print(loaded.document.root())) << n;
+                    const auto saved = load(path);
+                    EXPECT_EQ(print(saved.document.root()), print(loaded.document.root())) << n;
                 }
             }
             held.reset();
             EXPECT_EQ(FailingMemory::live(), live) << "request " << n << " left blocks behind";
             if (!has_failed || HasFailure()) {
+                return;
+            }
+        }
+        FAIL();
+    }
+
+    /// Lets request 1, 2, 3 ... of `operate` fail, on a document that is made anew each time, until it needs no more of them.
+    void run_out_of_save(const std::function<std::unique_ptr<LoadResult>()>& make,
+                         const std::function<SaveResult(Document&)>& operate,
+                         const std::function<void(bool)>& look) const {
+        constexpr std::size_t more_than_any_needs = 20000;
+        for (std::size_t n = 1; n < more_than_any_needs; ++n) {
+            const long live = FailingMemory::live();
+            std::unique_ptr<LoadResult> held = make();
+            bool has_failed = false;
+            bool is_ok = false;
+            {
+                const CountingLog log;
+                FailingMemory::fail_at(n, GetParam());
+                const SaveResult result = operate(held->document);
+                has_failed = FailingMemory::disarm();
+                is_ok = result.ok();
+                EXPECT_TRUE(is_ok || has_failed) << n << ": " << result.reason;
+            }
+            held.reset();
+            look(is_ok);
+            EXPECT_EQ(FailingMemory::live(), live) << "request " << n << " left blocks behind";
+            if (!has_failed || HasFailure()) {
+                EXPECT_GT(n, 1u) << "nothing was asked for";
                 return;
             }
         }
@@ -72,6 +102,70 @@ TEST_P(memory_out_of_saves, while_each_form_is_saved_anew) {
         options.keep_layout = false;
         expect_saving(options);
     }
+}
+
+TEST_P(memory_out_of_saves, while_a_form_takes_losses) {
+    for (const Form form : {Form::text, Form::enciphered, Form::binary, Form::archive}) {
+        const std::filesystem::path path(folder_.path("lossy"));
+        SaveOptions options;
+        options.form = form;
+        options.key = "key";
+        options.lossy = true;
+        LoadOptions reading;
+        reading.key = "key";
+        std::size_t whole = 0;
+        run_out_of_save(
+            [&] {
+                folder_.write("lossy", "old");
+                auto made = std::make_unique<LoadResult>(parse(scene()));
+                made->document.root().add_entry("z", 0, 0)->add_char('x');
+                made->document.root().get_entry("last")->set_template("t"); // the binary form has none
+                return made;
+            },
+            [&](Document& document) { return save(document, path, options); },
+            [&](bool is_saved) {
+                if (!is_saved) {
+                    EXPECT_EQ(folder_.read("lossy"), "old");
+                    return;
+                }
+                const LoadResult again = load(path, reading);
+                const std::size_t size = print(again.document.root()).size();
+                whole = whole == 0 ? size : whole;
+                EXPECT_EQ(size, whole);
+                EXPECT_GT(size, 500u);
+            });
+    }
+}
+
+TEST_P(memory_out_of_saves, while_a_save_is_previewed) {
+    folder_.write("main", "#Brellwick_Serial_Version 1.2\na 1\n#include \"part\"\n" + scene());
+    folder_.write("part", "b 1 // and a comment\n");
+    SavePreview whole;
+    const auto changed = [&] {
+        auto made = std::make_unique<LoadResult>(load(folder_.path("main")));
+        made->document.root().get_entry("a")->set_int(2, 0);
+        made->document.root().get_entry("b")->set_int(2, 0);
+        return made;
+    };
+    whole = preview_save(changed()->document);
+    ASSERT_EQ(whole.changes.size(), 2u);
+    SavePreview preview;
+    run_out_of_save(
+        changed,
+        [&](Document& document) {
+            preview = preview_save(document);
+            SaveResult result;
+            result.reason = preview.reason;
+            return result;
+        },
+        [&](bool is_made) {
+            ASSERT_EQ(preview.changes.size(), is_made ? 2u : 0u);
+            for (std::size_t i = 0; i < preview.changes.size(); ++i) {
+                EXPECT_EQ(preview.changes[i].after, whole.changes[i].after);
+                EXPECT_EQ(preview.changes[i].before, whole.changes[i].before);
+            }
+            preview = SavePreview();
+        });
 }
 
 INSTANTIATE_TEST_SUITE_P(one_request_or_all_from_there, memory_out_of_saves, testing::Bool());

@@ -16,7 +16,7 @@ TEST(save_preview, tells_the_new_bytes_and_writes_nothing) {
     const SavePreview preview = preview_save(loaded.document);
     ASSERT_TRUE(preview.ok()) << preview.reason;
     ASSERT_EQ(preview.changes.size(), 2U);
-    EXPECT_EQ(preview.changes[0].path.string(), part);
+    EXPECT_EQ(preview.changes[0].path.generic_string(), part);
     EXPECT_EQ(preview.changes[0].before, "b 2\n");
     EXPECT_EQ(preview.changes[0].after, "b 20\n");
     EXPECT_EQ(preview.changes[1].after, "a  10 // one\n#include \"part.bkd\"\n");
@@ -75,7 +75,8 @@ TEST(save_preview, of_the_binary_form_has_its_bytes) {
     ASSERT_EQ(preview.changes.size(), 1U);
     EXPECT_EQ(preview.changes[0].before, folder.read("a.bin"));
     EXPECT_EQ(replace_files(preview.changes), "");
-    EXPECT_EQ(get<int>(load(folder.path("a.bin")).document.root(), "a"), 2);
+    const auto saved = load(folder.path("a.bin"));
+    EXPECT_EQ(get<int>(saved.document.root(), "a"), 2);
 }
 
 TEST(save_preview, files_that_changed_since_are_not_replaced) {
@@ -85,7 +86,7 @@ TEST(save_preview, files_that_changed_since_are_not_replaced) {
     const SavePreview preview = preview_save(loaded.document);
     folder.write("top.bkd", "a 3\n");
     EXPECT_EQ(replace_files(preview.changes),
-              folder.path("top.bkd") + ": has changed on the disk since it was loaded");
+              folder.full_path("top.bkd") + ": has changed on the disk since it was loaded");
     EXPECT_EQ(folder.read("top.bkd"), "a 3\n");
 }
 

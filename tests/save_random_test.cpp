@@ -52,11 +52,9 @@ TEST_P(save_random, what_is_saved_loads_as_the_tree_and_only_lines_of_the_edits_
     }
     LoadResult loaded = load(folder.path("document"));
     for (unsigned int round = 0; round < rounds; ++round) {
-        std::size_t before = 0;
         std::vector<std::string> old;
         for (const auto& [name, text] : random.files()) {
             old.push_back(folder.read(name));
-            before += old.back().size();
         }
         const unsigned int lines = random.edit(loaded.document.root());
         const SaveResult result = save(loaded.document);

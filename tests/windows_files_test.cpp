@@ -13,9 +13,7 @@
 #include <vector>
 
 #ifndef NOMINMAX
-#if !defined(NOMINMAX)
 #define NOMINMAX
-#endif
 #endif
 #include <windows.h>
 

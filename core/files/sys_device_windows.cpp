@@ -8,9 +8,7 @@
 #define WIN32_LEAN_AND_MEAN
 #endif
 #ifndef NOMINMAX
-#if !defined(NOMINMAX)
 #define NOMINMAX
-#endif
 #endif
 #include <windows.h>
 
@@ -63,18 +61,40 @@ std::wstring current_folder_wide() {
     return wide_text([](wchar_t* out, DWORD size) { return ::GetCurrentDirectoryW(size, out); });
 }
 
-/// The path as the system's calls take it, of any length.
-std::wstring native_path(const std::string& path) {
-    std::wstring wide = to_wide(path);
-    if (wide.size() < longest_plain_path) {
-        return wide;
+/// A path of any length as the system's calls take it. A short one takes no memory: files are also removed and put back
+/// when there is none.
+class NativePath {
+public:
+    explicit NativePath(const std::string& path) {
+        const int size = path.size() < longest_plain_path ? static_cast<int>(path.size()) + 1 : 0;
+        const int length = size == 0
+                               ? 0
+                               : ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, path.c_str(), size,
+                                                       plain_, static_cast<int>(longest_plain_path));
+        if (length == 0) {
+            plain_[0] = L'\0'; // of a text that is not UTF-8, which names no file
+            long_ = long_path(path);
+        }
     }
-    const std::string full = full_path(path, to_utf8(current_folder_wide()), PathStyle::windows);
-    if (full.starts_with("\\\\?\\") || full.starts_with("\\\\.\\")) {
-        return to_wide(full);
+
+    const wchar_t* c_str() const noexcept { return long_.empty() ? plain_ : long_.c_str(); }
+
+private:
+    static std::wstring long_path(const std::string& path) {
+        std::wstring wide = to_wide(path);
+        if (wide.size() < longest_plain_path) {
+            return wide;
+        }
+        const std::string full = full_path(path, to_utf8(current_folder_wide()), PathStyle::windows);
+        if (full.starts_with("\\\\?\\") || full.starts_with("\\\\.\\")) {
+            return to_wide(full);
+        }
+        return to_wide(full.starts_with("\\\\") ? "\\\\?\\UNC" + full.substr(1) : "\\\\?\\" + full);
     }
-    return to_wide(full.starts_with("\\\\") ? "\\\\?\\UNC" + full.substr(1) : "\\\\?\\" + full);
-}
+
+    wchar_t plain_[longest_plain_path] = {};
+    std::wstring long_;
+};
 
 class WindowsHandle final : public SysHandle {
 public:
@@ -113,25 +133,25 @@ private:
     HANDLE file_ = INVALID_HANDLE_VALUE;
 };
 
-HANDLE open_file(const std::wstring& path, DWORD access, DWORD share, DWORD disposition, DWORD flags) {
+HANDLE open_file(const NativePath& path, DWORD access, DWORD share, DWORD disposition, DWORD flags) {
     return ::CreateFileW(path.c_str(), access, share, nullptr, disposition, flags, nullptr);
 }
 
 std::unique_ptr<SysHandle> open_existing(const std::string& path, DWORD access, DWORD flags) {
     auto handle = std::make_unique<WindowsHandle>();
-    const bool opened = handle->adopt(open_file(native_path(path), access, share_all, OPEN_EXISTING, flags));
+    const bool opened = handle->adopt(open_file(NativePath(path), access, share_all, OPEN_EXISTING, flags));
     return opened ? std::move(handle) : nullptr;
 }
 
 // Opens whatever stands at a path, only to ask about it. Links are followed.
 bool open_to_ask(WindowsHandle& handle, const std::string& path) {
-    return handle.adopt(open_file(native_path(path), FILE_READ_ATTRIBUTES, share_all, OPEN_EXISTING,
+    return handle.adopt(open_file(NativePath(path), FILE_READ_ATTRIBUTES, share_all, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS));
 }
 
 // "NUL", "CON" and pipes stand in no folder: their full paths begin with "\\.\".
 bool is_device_path(const std::string& path) {
-    const std::wstring wide = native_path(path);
+    const NativePath wide(path);
     const std::wstring full = wide_text(
         [&wide](wchar_t* out, DWORD size) { return ::GetFullPathNameW(wide.c_str(), size, out, nullptr); });
     return full.starts_with(L"\\\\.\\");
@@ -164,7 +184,7 @@ public:
     }
 
     std::unique_ptr<SysHandle> create_beside(const std::string& target, std::string& created_path) override {
-        const DWORD attributes = ::GetFileAttributesW(native_path(target).c_str());
+        const DWORD attributes = ::GetFileAttributesW(NativePath(target).c_str());
         if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
             return nullptr; // a file that must not be written must not be replaced either
         }
@@ -173,7 +193,7 @@ public:
         for (int attempt = 0; attempt < temporary_name_attempts; ++attempt) {
             created_path = folder + temporary_name(::GetCurrentProcessId(), attempt);
             // Nobody else opens the file before it is whole. It takes the old one's permissions in `replace`.
-            if (handle->adopt(open_file(native_path(created_path), GENERIC_WRITE, 0, CREATE_NEW,
+            if (handle->adopt(open_file(NativePath(created_path), GENERIC_WRITE, 0, CREATE_NEW,
                                         FILE_ATTRIBUTE_NORMAL))) {
                 return handle;
             }
@@ -185,8 +205,8 @@ public:
     }
 
     bool replace(const std::string& from, const std::string& to) override {
-        const std::wstring source = native_path(from);
-        const std::wstring target = native_path(to);
+        const NativePath source(from);
+        const NativePath target(to);
         // Keeps the old file's permissions and attributes, where there is one and the disk knows of them.
         if (::ReplaceFileW(target.c_str(), source.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
                            nullptr) != 0) {
@@ -196,19 +216,10 @@ public:
                              MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
     }
 
-    /// Takes memory for long paths only: what is removed may be the beginning of a file for which there was none.
-    bool remove(const std::string& path) override {
-        wchar_t wide[longest_plain_path];
-        const int size = path.size() < longest_plain_path ? static_cast<int>(path.size()) + 1 : 0;
-        const int length = size == 0
-                               ? 0
-                               : ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, path.c_str(), size,
-                                                       wide, static_cast<int>(longest_plain_path));
-        return ::DeleteFileW(length > 0 ? wide : native_path(path).c_str()) != 0;
-    }
+    bool remove(const std::string& path) override { return ::DeleteFileW(NativePath(path).c_str()) != 0; }
 
     std::string resolve_links(const std::string& path) override {
-        const DWORD attributes = ::GetFileAttributesW(native_path(path).c_str());
+        const DWORD attributes = ::GetFileAttributesW(NativePath(path).c_str());
         if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
             return path;
         }

@@ -5,6 +5,9 @@
 #include "core/sys_device.h"
 #include "core/sys_file.h"
 
+#include <algorithm>
+#include <string>
+
 namespace bk {
 namespace {
 
@@ -32,6 +35,48 @@ CoreString absolute_path(const CoreString& path) {
         return path; // the folder is gone
     }
     return CoreString(std::string_view(full_path(path.get_view(), current, native_path_style)));
+}
+
+namespace {
+
+/// Leaves no ".." step in an absolute path. What such a step leaves is a link at most `most_links` times.
+std::string without_parent_steps(std::string path) {
+    constexpr int most_links = 40;
+    std::string place;
+    int links = 0;
+    for (std::size_t at = 0; at < path.size();) {
+        const std::size_t end = std::min(path.find('/', at), path.size());
+        const std::string_view step = std::string_view(path).substr(at, end - at);
+        if (step == "..") {
+            const std::string target = place.empty() ? place : SysDevice::get().resolve_links(place);
+            if (!target.empty() && target != place && links++ < most_links) {
+                path = target + '/' + path.substr(at);
+                place.clear();
+                at = 0;
+                continue;
+            }
+            place.erase(std::min(place.rfind('/'), place.size()));
+        } else if (!step.empty() && step != ".") {
+            (place += '/') += step;
+        }
+        at = end + 1;
+    }
+    return place.empty() ? "/" : place;
+}
+
+} // namespace
+
+CoreString opened_path(const CoreString& path) {
+    const std::string_view name = path.get_view();
+    // Windows takes the steps away before it looks for links.
+    if (native_path_style == PathStyle::windows || name.find("..") == std::string_view::npos) {
+        return absolute_path(path);
+    }
+    const std::string current = name.front() == '/' ? std::string() : SysDevice::get().current_folder();
+    if (current.empty() && name.front() != '/') {
+        return path; // the folder is gone
+    }
+    return CoreString(std::string_view(without_parent_steps(current + '/' + std::string(name))));
 }
 
 } // namespace bk

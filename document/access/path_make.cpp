@@ -152,7 +152,6 @@ Attachment::Attachment(const PathWay& way, MadeEntries made) : group_(way.group)
         return;
     }
     try {
-        bk::GroupAccess::make_index_room(*group_, 1);
         group_->add_entry(*made.outermost);
     } catch (...) {
         undo();
@@ -176,7 +175,7 @@ void Attachment::undo() noexcept {
         marks_.back() = 1;
         bk::EntryAccess::values(*holder_).remove_marked(marks_.data(), *holder_);
     } else if (listed_in_ != nullptr) {
-        listed_in_->remove_entry(listed_in_->get_entries().get_count() - 1);
+        bk::GroupAccess::drop_appended(*listed_in_);
     }
 }
 

@@ -88,8 +88,6 @@ std::optional<PlannedValue> plan_value(const GivenValue& given, const ParserValu
     switch (given.kind) {
     case GivenKind::boolean:
         return plan_integer(ParserValue::TYPE_BOOL, static_cast<int>(given.integer));
-    case GivenKind::character:
-        return plan_whole(given.integer, is_number ? type : ParserValue::TYPE_CHAR);
     case GivenKind::integer:
         return plan_whole(given.integer, type);
     case GivenKind::real:

@@ -4,7 +4,7 @@
 #include "document/layout/source_tokens_impl.h"
 #include "document/load.h"
 #include "document/load/form_impl.h"
-#include "document/save/same_tree_impl.h"
+#include "document/save/proof/same_tree_impl.h"
 
 #include <algorithm>
 #include <utility>

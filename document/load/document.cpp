@@ -16,12 +16,12 @@ Document& Document::operator=(Document&& other) noexcept = default;
 
 Document::~Document() = default;
 
-ParserGroup&
-Document::root() { // NOLINT(readability-make-member-function-const): a constant document has a constant tree
+ParserGroup& Document::
+    root() & { // NOLINT(readability-make-member-function-const): a constant document has a constant tree
     return *DocumentState::of(*this).root;
 }
 
-const ParserGroup& Document::root() const {
+const ParserGroup& Document::root() const& {
     return *DocumentState::of(*this).root;
 }
 
@@ -29,20 +29,36 @@ Form Document::form() const {
     return DocumentState::of(*this).form;
 }
 
-const std::filesystem::path& Document::path() const {
+const std::filesystem::path& Document::path() const& {
     return DocumentState::of(*this).path;
 }
 
-const std::vector<std::filesystem::path>& Document::dependencies() const {
+std::filesystem::path Document::path() && {
+    return std::move(DocumentState::of(*this).path);
+}
+
+const std::vector<std::filesystem::path>& Document::dependencies() const& {
     return DocumentState::of(*this).dependencies;
 }
 
-const std::vector<Include>& Document::includes() const {
+std::vector<std::filesystem::path> Document::dependencies() && {
+    return std::move(DocumentState::of(*this).dependencies);
+}
+
+const std::vector<Include>& Document::includes() const& {
     return DocumentState::of(*this).includes;
 }
 
-const std::vector<DocumentFile>& Document::files() const {
+std::vector<Include> Document::includes() && {
+    return std::move(DocumentState::of(*this).includes);
+}
+
+const std::vector<DocumentFile>& Document::files() const& {
     return DocumentState::of(*this).document_files;
+}
+
+std::vector<DocumentFile> Document::files() && {
+    return std::move(DocumentState::of(*this).document_files);
 }
 
 std::uint64_t Document::expanded_size() const {

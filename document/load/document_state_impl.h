@@ -36,6 +36,7 @@ struct DocumentState {
     CoreVersion version{1.2}; // of the syntax that the text was read by
     // Where the entry of the version stood that was taken off the root, in the forms that have it as an entry.
     std::optional<unsigned int> version_entry;
+    bool has_version_header = false; // an enciphered text begins with its version
     std::vector<std::filesystem::path> search;
     bool beside = true;
     std::string key;
@@ -45,7 +46,6 @@ struct DocumentState {
     std::vector<std::string> lost;     // what of the document was not read, in words
     std::vector<std::string> left_out; // the same of includes, whose directives a kept layout keeps
     std::size_t inclusion_count = 0;   // of the text that the places of entries count in
-    bool is_saved_lossy = false;       // the file says something else than the tree
 
     std::unique_ptr<const EntryPlaces> places; // when they are kept
     std::string memory_text;                   // of a document in memory whose sources are kept

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/problems/problem_codes_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
 #include "parser/files/parser_source_host_impl.h"
 
 #include <string>

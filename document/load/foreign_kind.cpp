@@ -53,14 +53,24 @@ bool is_blank(char byte) noexcept {
     return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
-/// What no text has: control characters but for white space.
+/// What no text has: control characters but for white space. Without branches, so that the compiler takes many at a time.
 bool is_control(char byte) noexcept {
     const auto code = static_cast<unsigned char>(byte);
-    return (code < 0x20 && (code < '\t' || code > '\r')) || code == 0x7F;
+    const auto from_tab = static_cast<unsigned char>(code - '\t');
+    return ((code < 0x20) & (from_tab > '\r' - '\t')) | (code == 0x7F);
 }
 
 std::size_t count_controls(std::string_view sample) noexcept {
-    return static_cast<std::size_t>(std::count_if(sample.begin(), sample.end(), is_control));
+    constexpr std::size_t block = 192; // that a byte can count
+    std::size_t count = 0;
+    for (std::size_t begin = 0; begin < sample.size(); begin += block) {
+        unsigned char controls = 0;
+        for (const char byte : sample.substr(begin, block)) {
+            controls = static_cast<unsigned char>(controls + (is_control(byte) ? 1 : 0));
+        }
+        count += controls;
+    }
+    return count;
 }
 
 std::string_view kind_of_mark(std::string_view sample, bool has_controls) noexcept {
@@ -160,6 +170,15 @@ bool is_json_word(std::string_view text) noexcept {
     return (word == "null" || word == "true" || word == "false") && behind_blanks(text.substr(end)).empty();
 }
 
+/// What follows a string that a text begins with; npos when it does not end.
+std::size_t end_of_json_string(std::string_view text) noexcept {
+    std::size_t at = 1;
+    while (at < text.size() && text[at] != '"') {
+        at += text[at] == '\\' ? 2 : 1;
+    }
+    return at < text.size() ? at + 1 : std::string_view::npos;
+}
+
 /// No word of a document begins with a bracket.
 std::string_view kind_of_bracket(std::string_view text) noexcept {
     const char first = next_but_blanks(text.substr(1));
@@ -204,6 +223,17 @@ bool is_binary(std::string_view sample) noexcept {
 }
 
 } // namespace
+
+bool is_json_value(std::string_view bytes) noexcept {
+    const std::string_view text = from_first_word(bytes);
+    std::size_t end = 0;
+    if (text.starts_with('"')) {
+        end = end_of_json_string(text);
+    } else if (!text.empty() && (text[0] == '-' || (text[0] >= '0' && text[0] <= '9'))) {
+        end = std::min(text.find_first_not_of("+-.0123456789Ee"), text.size());
+    }
+    return end != 0 && end != std::string_view::npos && behind_blanks(text.substr(end)).empty();
+}
 
 std::string_view foreign_kind(std::string_view bytes) noexcept {
     const std::string_view sample = bytes.substr(0, sample_size);

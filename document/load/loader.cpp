@@ -7,7 +7,7 @@
 #include "document/load/failure_text_impl.h"
 #include "document/load/form_impl.h"
 #include "document/load/source_loader_impl.h"
-#include "document/problems/parse_checked_impl.h"
+#include "document/problems/values/parse_checked_impl.h"
 #include "document/sources/byte_hash_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
@@ -29,6 +29,14 @@ constexpr double parsing_share = 0.88;
 constexpr Meter::Range reading = all.part(0, 0.97);
 constexpr Meter::Range locating = all.part(0.97, 1);
 
+bool is_called_json(std::string_view name) noexcept {
+    constexpr std::string_view ending = ".json";
+    return name.size() > ending.size() &&
+           std::equal(
+               ending.begin(), ending.end(), name.end() - static_cast<std::ptrdiff_t>(ending.size()),
+               [](char small, char any) { return any == small || (small != '.' && (any | 0x20) == small); });
+}
+
 } // namespace
 
 Loader::Loader(const LoadOptions& options)
@@ -45,7 +53,7 @@ LoadResult Loader::load(const std::filesystem::path& path) {
     meter_.begin();
     name_ = path_text(path);
     state_->path = path;
-    path_ = bk::absolute_path(CoreString(std::string_view(name_))).get_view();
+    path_ = bk::opened_path(CoreString(std::string_view(name_))).get_view();
     state_->absolute = path_of_text(path_);
     const core_uint64 most = std::min<core_uint64>(CoreString::max_length, options_.limits.source_size);
     FileBytes file = read_file(name_, most, reading.part(0, 0.1), meter_);
@@ -78,8 +86,13 @@ LoadResult Loader::parse(std::string_view text) {
 }
 
 void Loader::read_any(CoreString&& bytes, const Meter::Range& range) {
-    state_->form = form_of(bytes.get_view());
+    state_->form = lost_ == nullptr ? form_of(bytes.get_view()) : likely_form_of(bytes.get_view());
     state_->document_files.push_back({path_of_text(name_), path_of_text(path_), bytes.get_length(), 0, 0});
+    if (lost_ != nullptr && state_->form != Form::text) {
+        salvage(std::move(bytes), range);
+        take_version_entry();
+        return;
+    }
     switch (state_->form) {
     case Form::binary:
         read_binary(bytes.get_view(), range);
@@ -98,8 +111,10 @@ void Loader::read_any(CoreString&& bytes, const Meter::Range& range) {
 }
 
 void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
-    const std::string_view kind =
-        state_->form == Form::text ? foreign_kind(bytes.get_view()) : std::string_view();
+    std::string_view kind = state_->form == Form::text ? foreign_kind(bytes.get_view()) : std::string_view();
+    if (kind.empty() && is_called_json(name_) && is_json_value(bytes.get_view())) {
+        kind = "JSON";
+    }
     if (!kind.empty()) {
         refuse(codes::not_a_document, shown_name() + " is " + std::string(kind) + ", not a document");
         return;
@@ -117,7 +132,7 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     for (const CoreString& path : preprocessor.included_paths()) {
         state_->dependencies.push_back(path_of_text(path.get_view()));
     }
-    state_->version = CoreVersion(version > 0 ? version : bk::written_version);
+    state_->version = CoreVersion(version > 0 && !lacks_version_ ? version : bk::written_version);
     if (preprocessor.is_ended()) {
         state_->files.clear();
     }

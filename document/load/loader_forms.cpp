@@ -103,23 +103,32 @@ void Loader::read_archive(std::string_view bytes, const Meter::Range& range) {
         break;
     }
     tell_nameless(name, archive);
+    if (read_archive_text(std::move(archive), name, range) && taken.result != bk::ArchiveBytes::whole) {
+        forget_faults_of_a_cut();
+    }
+}
+
+/// False when the text would pass the limits.
+bool Loader::read_archive_text(ParserArchive&& archive, const std::string& name, const Meter::Range& range) {
     if (!bk::is_text_within(archive, options_.limits)) {
         refuse(codes::too_large, name + " is too large: its text would have " +
                                      grouped_number(bk::archive_text_size(archive)) +
                                      " bytes: ParserLimits::archive_ratio and archive_size");
-        return;
+        return false;
     }
     meter_.start(range.part(0.2, 0.3), static_cast<std::size_t>(bk::archive_text_size(archive)));
-    CoreString text = bk::join_words(archive, &meter_);
+    CoreString text = bk::join_words(archive, &meter_, lost_ == nullptr ? ' ' : '\n');
     archive = ParserArchive();
     meter_.stop(text.get_length());
     read_words(std::move(text), range.part(0.3, 1));
-    if (taken.result != bk::ArchiveBytes::whole) {
-        // The last entry ends where the words do; what it lacks is cut off.
-        for (const std::string_view code : {codes::group_left_open, codes::no_value, codes::unquoted_string,
-                                            codes::arguments_left_open, codes::array_count}) {
-            problems_.forget(code);
-        }
+    return true;
+}
+
+/// The last entry ends where the words do; what it lacks is cut off.
+void Loader::forget_faults_of_a_cut() {
+    for (const std::string_view code : {codes::group_left_open, codes::no_value, codes::unquoted_string,
+                                        codes::arguments_left_open, codes::array_count}) {
+        problems_.forget(code);
     }
 }
 

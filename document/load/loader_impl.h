@@ -2,7 +2,8 @@
 
 #include "document/load/document_state_impl.h"
 #include "document/load/meter_impl.h"
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/list/problem_list_impl.h"
+#include "document/recover/lost_parts_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/source_map_impl.h"
 #include "parser/parser_archive.h"
@@ -20,6 +21,8 @@ public:
 
     LoadResult load(const std::filesystem::path& path);
     LoadResult parse(std::string_view text);
+    /// What is damaged is gone on behind, and told here.
+    void keep_lost(LostParts& lost) noexcept { lost_ = &lost; }
 
 private:
     void read_any(CoreString&& bytes, const Meter::Range& range);
@@ -27,6 +30,13 @@ private:
     void read_binary(std::string_view bytes, const Meter::Range& range);
     void read_archive(std::string_view bytes, const Meter::Range& range);
     void read_words(CoreString&& text, const Meter::Range& range);
+    void salvage(CoreString&& bytes, const Meter::Range& range);
+    void salvage_binary(std::string_view bytes, const Meter::Range& range);
+    void salvage_archive_words(std::string_view bytes, const Meter::Range& range);
+    void salvage_text(std::string_view bytes, const Meter::Range& range);
+    void tell_lost();
+    void forget_faults_of_a_cut();
+    bool read_archive_text(ParserArchive&& archive, const std::string& name, const Meter::Range& range);
     void tell_nameless(const std::string& name, const ParserArchive& archive);
     void tell_rest(const std::string& name, core_uint64 present, core_uint64 used);
     void parse_text(std::string_view text, const Meter::Range& range);
@@ -47,6 +57,8 @@ private:
     SourceMap sources_;
     CoreString expanded_; // the text that was parsed
     ProblemList problems_;
+    LostParts* lost_ = nullptr;  // of a recovery
+    bool lacks_version_ = false; // the line or entry that states the version is lost
 };
 
 } // namespace bk_parser

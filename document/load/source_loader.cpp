@@ -105,10 +105,14 @@ void SourceLoader::include_found(const bk::SourcePiece& piece) {
 }
 
 void SourceLoader::version_found(const bk::SourcePiece& piece, double version) {
+    if (state_.form == Form::enciphered && open_.size() == 1 && piece.directive_offset == 0) {
+        state_.has_version_header = true;
+    }
     if (!(version > 0)) {
-        problems_.add(Severity::error, codes::no_version,
-                      "'" + std::string(piece.argument) + "' is no version; the latest is 1.2",
-                      sources_.here(piece.directive_offset, piece.directive_length));
+        problems_.add(
+            Severity::error, codes::no_version,
+            [&] { return "'" + std::string(piece.argument) + "' is no version; the latest is 1.2"; },
+            sources_.here(piece.directive_offset, piece.directive_length));
     }
 }
 

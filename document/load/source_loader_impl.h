@@ -3,7 +3,7 @@
 #include "document/load/document_state_impl.h"
 #include "document/load/include_record_impl.h"
 #include "document/load/meter_impl.h"
-#include "document/problems/problem_list_impl.h"
+#include "document/problems/list/problem_list_impl.h"
 #include "document/sources/source_map_impl.h"
 #include "parser/files/parser_source_host_impl.h"
 

@@ -2,7 +2,7 @@
 
 #include "core/text/core_utf8_impl.h"
 #include "document/paths/path_steps_impl.h"
-#include "document/problems/problem_codes_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
 
 #include <algorithm>
 #include <utility>
@@ -43,11 +43,11 @@ bool Path::ok() const noexcept {
     return !parsed_->error;
 }
 
-const PathError* Path::error() const noexcept {
+const PathError* Path::error() const& noexcept {
     return parsed_->error ? &*parsed_->error : nullptr;
 }
 
-std::string_view Path::text() const noexcept {
+std::string_view Path::text() const& noexcept {
     return parsed_->text;
 }
 

@@ -1,15 +1,17 @@
 #include "document/save/keep_layout_impl.h"
 
 #include "document/load/entry_places_impl.h"
-#include "document/save/file_change_impl.h"
-#include "document/save/file_edits_impl.h"
-#include "document/save/file_set_impl.h"
-#include "document/save/layout_record_impl.h"
-#include "document/save/losses_impl.h"
-#include "document/save/proof_impl.h"
-#include "document/save/read_back_impl.h"
-#include "document/save/same_file_impl.h"
-#include "document/save/save_sources_impl.h"
+#include "document/problems/list/shown_word_impl.h"
+#include "document/save/edits/file_edits_impl.h"
+#include "document/save/files/file_change_impl.h"
+#include "document/save/files/file_set_impl.h"
+#include "document/save/files/same_file_impl.h"
+#include "document/save/forms/losses_impl.h"
+#include "document/save/proof/found_places_impl.h"
+#include "document/save/proof/proof_impl.h"
+#include "document/save/proof/read_back_impl.h"
+#include "document/save/record/layout_record_impl.h"
+#include "document/save/record/save_sources_impl.h"
 #include "document/sources/path_text_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
@@ -77,10 +79,6 @@ private:
 
     /// Fills in the new bytes of the files that change.
     bool compose() {
-        if (state_.is_saved_lossy) {
-            return fail(path_ +
-                        ": was saved with losses, so that its layout is not that of the tree any more");
-        }
         if (!old_->read(state_.files.front().path)) {
             return fail(old_->reason());
         }
@@ -91,13 +89,15 @@ private:
         record_.emplace(old_->text(), *state_.root, has_escapes_);
         record_->run();
         if (record_->has_changes()) {
-            LayoutEdits edits(*old_, *record_, has_escapes_);
+            const FileNames names(old_->map());
+            LayoutEdits edits(*old_, *record_, names, has_escapes_);
             if (!edits.run()) {
                 return fail(path_ + ": " + edits.reason() + ": the layout cannot be kept");
             }
             dropped_ = edits.dropped_files();
             std::string reason;
-            if (!may_edit(edits.edits()) || !apply_edits(*old_, edits.edits(), state_.key, bytes_, reason)) {
+            if (!may_edit(edits.edits()) ||
+                !apply_edits(*old_, names, edits.edits(), state_.key, bytes_, reason)) {
                 return result_.reason.empty() ? fail(std::move(reason)) : false;
             }
         }
@@ -161,10 +161,13 @@ private:
     bool explain(const ParserEntry* difference, const SaveSources& fresh) {
         result_.losses = find_losses(*state_.root, Form::text, has_escapes_);
         if (result_.losses.empty()) {
+            const std::string what = difference == nullptr
+                                         ? "more"
+                                         : "entry '" + std::string(difference->get_name().get_view()) + "'";
             return fail(
-                path_ + ": the layout cannot be kept: entry '" +
-                (difference == nullptr ? std::string() : std::string(difference->get_name().get_view())) +
-                "' would not read back as it is");
+                path_ + ": the layout cannot be kept: " + what +
+                (difference == nullptr ? " would be read than there is" : " would not read back as it is") +
+                likely_cause());
         }
         if (!options_.lossy) {
             return fail(path_ + ": the text form cannot carry everything, see the losses");
@@ -174,9 +177,27 @@ private:
         state_.root->get_text(text, false, true, 1);
         expected.set_text(text, CoreVersion(has_escapes_ ? 1.2 : 1.0), nullptr);
         shifts_ = PlaceShifts();
-        is_lossy_ = true;
+        found_.emplace(fresh.text(), *state_.root);
         ReadBack lossy(fresh.text(), expected, has_escapes_);
         return lossy.run() || fail(path_ + ": the layout cannot be kept with these losses");
+    }
+
+    /// Mistakes of the old text that what is put beside them becomes a part of.
+    std::string likely_cause() const {
+        const auto word = [this](TextRange range) {
+            return shown(old_->text().substr(range.begin, range.end - range.begin));
+        };
+        const TextRange open = record_->open_group_name();
+        if (open.end != 0) {
+            return ", because group " + word(open) + " at " + old_->place_of(open.begin) +
+                   " is not closed: put its '}' where it ends, and load the document again";
+        }
+        if (!record_->unread_words().empty()) {
+            const TextRange unread = record_->unread_words().front();
+            return ", perhaps because of the word " + word(unread) + " at " + old_->place_of(unread.begin) +
+                   ", which was not read: mend it and load the document again";
+        }
+        return {};
     }
 
     /// What stays as it is, is no change.
@@ -230,8 +251,10 @@ private:
         state_.places.reset();
         state_.memory_text.clear();
         state_.inclusion_count = inclusion_count_;
-        state_.is_saved_lossy = is_lossy_;
         shifts_.apply();
+        if (found_) {
+            found_->apply();
+        }
         if (is_elsewhere_) {
             state_.absolute = path;
             state_.path = std::move(path);
@@ -254,8 +277,8 @@ private:
     std::vector<std::string> included_;
     std::vector<std::string> dropped_; // files that are not included any more
     std::size_t inclusion_count_ = 0;
-    bool is_lossy_ = false;
     PlaceShifts shifts_;
+    std::optional<FoundPlaces> found_; // when something is lost
 };
 
 } // namespace

@@ -4,13 +4,14 @@
 #include "core/reports/core_diagnostic_impl.h"
 #include "document/load/document_state_impl.h"
 #include "document/load/entry_places_impl.h"
-#include "document/save/file_change_impl.h"
-#include "document/save/file_set_impl.h"
+#include "document/save/files/file_change_impl.h"
+#include "document/save/files/file_set_impl.h"
+#include "document/save/files/same_file_impl.h"
+#include "document/save/forms/losses_impl.h"
+#include "document/save/forms/stored_form_impl.h"
 #include "document/save/keep_layout_impl.h"
-#include "document/save/losses_impl.h"
-#include "document/save/read_back_impl.h"
-#include "document/save/same_file_impl.h"
-#include "document/save/stored_form_impl.h"
+#include "document/save/proof/found_places_impl.h"
+#include "document/save/proof/read_back_impl.h"
 #include "document/sources/byte_hash_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
@@ -18,6 +19,7 @@
 
 #include <functional>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -26,7 +28,7 @@ namespace bk_parser {
 namespace {
 
 std::string absolute_text(const std::filesystem::path& path) {
-    return std::string(bk::absolute_path(CoreString(std::string_view(path_text(path)))).get_view());
+    return std::string(bk::opened_path(CoreString(std::string_view(path_text(path)))).get_view());
 }
 
 const char* form_name(Form form) noexcept {
@@ -105,7 +107,10 @@ private:
     }
 
     bool compose() {
-        if (!store(*state_.root, form_, key_, stored_)) {
+        VersionPlace version;
+        version.is_at_begin = state_.has_version_header;
+        version.entry = state_.version_entry.value_or(version.entry);
+        if (!store(*state_.root, form_, key_, version, stored_)) {
             return fail(std::string("too large for the ") + form_name(form_) + " form");
         }
         std::string difference;
@@ -138,11 +143,14 @@ private:
         std::filesystem::path absolute = path_of_text(absolute_text(path_));
         result_.written.push_back(path_);
         PlaceShifts shifts;
+        std::optional<FoundPlaces> found;
         if (form_ == Form::text) {
             ReadBack back(stored_.text.get_view(), *state_.root, true);
             if (back.run()) {
                 shifts = back.shifts();
                 shifts.set_range(*state_.root, 0, state_.root->get_entries().get_count());
+            } else {
+                found.emplace(stored_.text.get_view(), *state_.root);
             }
         }
         FileSet files;
@@ -159,7 +167,6 @@ private:
         state_.lost.clear();
         state_.left_out.clear();
         state_.inclusion_count = 1;
-        state_.is_saved_lossy = changes_;
         state_.version = CoreVersion(bk::written_version);
         state_.form = form_;
         state_.path = std::move(path);
@@ -168,6 +175,9 @@ private:
             state_.key = std::move(key_);
         }
         shifts.apply();
+        if (found) {
+            found->apply();
+        }
     }
 
     DocumentState& state_;

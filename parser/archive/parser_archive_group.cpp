@@ -172,7 +172,7 @@ private:
 
 /// All of them or, when memory runs out or the host throws, none.
 template <class Action>
-void add_words(ParserArchive& archive, const char* operation, Action action) {
+void add_all_or_none(ParserArchive& archive, const char* operation, Action action) {
     const unsigned int string_count = archive.strings.get_count();
     const unsigned int index_count = archive.indices.get_count();
     bk::completed(operation, [&] {
@@ -188,18 +188,24 @@ void add_words(ParserArchive& archive, const char* operation, Action action) {
 
 } // namespace
 
+void bk::add_words(ParserArchive& archive, const ParserGroup& group) {
+    Archiver(archive, nullptr).add_group(group, false);
+}
+
 void ParserImpl::archive_group(ParserGroup& group, ParserArchive& archive, const bool& with_braces,
                                AppProgressBar* progress) {
-    add_words(archive, "ParserImpl.archive_group",
-              [&] { Archiver(archive, progress).add_group(group, with_braces); });
+    add_all_or_none(archive, "ParserImpl.archive_group",
+                    [&] { Archiver(archive, progress).add_group(group, with_braces); });
 }
 
 void ParserImpl::archive_entry(ParserEntry& entry, ParserArchive& archive, AppProgressBar* progress) {
-    add_words(archive, "ParserImpl.archive_entry", [&] { Archiver(archive, progress).add_entry(entry); });
+    add_all_or_none(archive, "ParserImpl.archive_entry",
+                    [&] { Archiver(archive, progress).add_entry(entry); });
 }
 
 void ParserImpl::archive_value(ParserValue& value, ParserArchive& archive, AppProgressBar* progress) {
-    add_words(archive, "ParserImpl.archive_value", [&] { Archiver(archive, progress).add_value(value); });
+    add_all_or_none(archive, "ParserImpl.archive_value",
+                    [&] { Archiver(archive, progress).add_value(value); });
 }
 
 void ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& archive,

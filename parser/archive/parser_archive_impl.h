@@ -46,11 +46,14 @@ ArchiveTaken take_archive(std::string_view bytes, ParserArchive& archive, bool t
 /// Whether the text that the words make is within the limits.
 bool is_text_within(const ParserArchive& archive, const ParserLimits& limits) noexcept;
 
-/// That text. `pace`, which may be null, is told its bytes.
-CoreString join_words(const ParserArchive& archive, Pace* pace);
+/// That text. `pace`, which may be null, is told its bytes. Who puts a line end behind each word keeps the damage of one to itself.
+CoreString join_words(const ParserArchive& archive, Pace* pace, char separator = ' ');
 
 /// The size of that text.
 core_uint64 archive_text_size(const ParserArchive& archive) noexcept;
+
+/// Appends the words of a group without braces. When memory runs out, that passes, and some of them are there.
+void add_words(ParserArchive& archive, const ParserGroup& group);
 
 /// The whole file of an archive.
 std::string archive_file_bytes(const ParserArchive& archive);

@@ -33,7 +33,7 @@ bool is_text_within(const ParserArchive& archive, const ParserLimits& limits) no
            (size <= limits.archive_free_size || (size - 1) / file_size_of(archive) < limits.archive_ratio);
 }
 
-CoreString join_words(const ParserArchive& archive, Pace* pace) {
+CoreString join_words(const ParserArchive& archive, Pace* pace, char separator) {
     CoreString text;
     char* const begin = text.resize(static_cast<unsigned int>(archive_text_size(archive)));
     char* out = begin;
@@ -41,7 +41,7 @@ CoreString join_words(const ParserArchive& archive, Pace* pace) {
         if (index < archive.strings.get_count()) {
             const std::string_view word = archive.strings[index].get_view();
             out += word.copy(out, word.size());
-            *out++ = ' ';
+            *out++ = separator;
             if (pace != nullptr) {
                 pace->reach(static_cast<std::size_t>(out - begin));
             }

@@ -3,6 +3,7 @@
 #include "core/text/core_bytes_impl.h"
 #include "parser/cipher/parser_keystream_impl.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -22,6 +23,19 @@ std::uint64_t decipher_length(std::string_view block, Keystream& keystream) noex
     block.copy(reinterpret_cast<char*>(length), length_size);
     keystream.subtract_from(length, length, length_size / word_size);
     return load_le64(length);
+}
+
+/// The text of so many bytes that follows the length of a block.
+void decipher_text(std::string_view block, Keystream& keystream, std::size_t length, CoreString& text) {
+    auto* const out = reinterpret_cast<unsigned char*>(text.resize(static_cast<unsigned int>(length)));
+    const unsigned char* const in = bytes_of(block) + length_size;
+    const std::size_t whole = length / word_size * word_size;
+    keystream.subtract_from(in, out, whole / word_size);
+    if (whole != length) {
+        unsigned char last[word_size];
+        keystream.subtract_from(in + whole, last, 1);
+        std::memcpy(out + whole, last, length - whole);
+    }
 }
 
 } // namespace
@@ -72,17 +86,19 @@ bool decipher(std::string_view block, std::string_view key, CoreString& text) {
         return false;
     }
     CoreString plain; // the block may lie in `text`
-    auto* const out = reinterpret_cast<unsigned char*>(plain.resize(static_cast<unsigned int>(length)));
-    const unsigned char* const in = bytes_of(block) + length_size;
-    const std::size_t whole = static_cast<std::size_t>(length) / word_size * word_size;
-    keystream.subtract_from(in, out, whole / word_size);
-    if (whole != length) {
-        unsigned char last[word_size];
-        keystream.subtract_from(in + whole, last, 1);
-        std::memcpy(out + whole, last, static_cast<std::size_t>(length) - whole);
-    }
+    decipher_text(block, keystream, static_cast<std::size_t>(length), plain);
     text = std::move(plain);
     return true;
+}
+
+std::uint64_t decipher_words(std::string_view block, std::string_view key, CoreString& text) {
+    Keystream keystream(cipher_seed(key));
+    const std::uint64_t announced = decipher_length(block, keystream);
+    CoreString plain; // the block may lie in `text`
+    const std::size_t longest = CoreString::max_length / word_size * word_size;
+    decipher_text(block, keystream, std::min(block.size() - length_size, longest), plain);
+    text = std::move(plain);
+    return announced;
 }
 
 } // namespace bk

@@ -34,4 +34,8 @@ inline std::uint32_t peek_cipher_length(std::string_view block, std::string_view
 /// fit, or its size is no multiple of 4. A block of no bytes holds the empty text. A wrong key may pass.
 bool decipher(std::string_view block, std::string_view key, CoreString& text);
 
+/// Deciphers every word that follows the length, whatever that says, and gives the length. The block has at least the length,
+/// and its size is a multiple of 4. What is behind the largest length of a string is left out.
+std::uint64_t decipher_words(std::string_view block, std::string_view key, CoreString& text);
+
 } // namespace bk

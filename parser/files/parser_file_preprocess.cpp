@@ -127,7 +127,7 @@ bool Preprocessor::find_at(const CoreString& folder, Place& place) {
         tried_.push_back(std::move(candidate));
         return false;
     }
-    place.path = absolute_path(candidate);
+    place.path = opened_path(candidate);
     place.found = std::move(candidate);
     if (open_files_.empty()) {
         top_path_ = place.path;

@@ -19,6 +19,10 @@ public:
         static_cast<void>(owned.release());
     }
 
+    /// Deletes the entry that was appended last, as long as the group was not edited since. Takes no memory, and no longer in a
+    /// large group.
+    static void drop_appended(ParserGroup& group) noexcept;
+
     /// Lists an entry that holds `value`, or a new group for null, when all of it is there: until then `value` is the
     /// caller's. Null for a null entry.
     static ParserGroup* add_group(ParserGroup& group, std::unique_ptr<ParserEntry> entry, ParserGroup* value);

@@ -20,6 +20,17 @@ void GroupAccess::drop_slot(ParserGroup& group, unsigned int position) {
     group.rebuild_index();
 }
 
+void GroupAccess::drop_appended(ParserGroup& group) noexcept {
+    const unsigned int last = group.entries_.get_count() - 1;
+    const unsigned int keyword_count = group.keyword_index_.get_count();
+    ParserEntry* const entry = group.entries_[last];
+    group.entries_.truncate(last);
+    if (keyword_count != 0 && group.keyword_index_[keyword_count - 1] == last) {
+        group.keyword_index_.truncate(keyword_count - 1);
+    }
+    EntryAccess::release(entry);
+}
+
 std::unique_ptr<ParserEntry> GroupAccess::take(ParserGroup& group, unsigned int position) {
     if (position >= group.entries_.get_count() || group.entries_[position] == nullptr) {
         return nullptr;

@@ -103,6 +103,11 @@ void TextWriter::write_group(const ParserGroup& group, bool braces, unsigned int
     run();
 }
 
+void TextWriter::write_entries_of(const ParserGroup& group, unsigned int first, unsigned int end) {
+    frames_.push_back({group.get_entries().get_data() + first, end - first, 0, 0, 1, Scope::bare_group});
+    run();
+}
+
 void TextWriter::write_entry(const ParserEntry& entry, unsigned int level) {
     const ParserEntry* const one = &entry;
     frames_.push_back({&one, 1, 0, 0, level, Scope::entry});

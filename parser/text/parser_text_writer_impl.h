@@ -31,6 +31,8 @@ public:
     void write_no_escapes() noexcept { has_escapes_ = false; }
 
     void write_group(const ParserGroup& group, bool braces, unsigned int level);
+    /// Some entries of a group, as it has them without braces.
+    void write_entries_of(const ParserGroup& group, unsigned int first, unsigned int end);
     void write_entry(const ParserEntry& entry, unsigned int level);
     void write_entry_values(const ParserEntry& entry, unsigned int level);
     void write_value(const ParserValue& value, unsigned int level);

@@ -15,11 +15,16 @@ public:
     static void start() {
         base_ = used_.load();
         peak_ = base_.load();
+        taken_ = 0;
     }
     /// The most that was in use at a time since the start, above what was in use then.
     static std::size_t growth() { return peak_ - base_; }
 
+    /// How many blocks were taken since the start.
+    static std::size_t taken() { return taken_; }
+
     static void* take(std::size_t size) {
+        ++taken_;
         auto* block = static_cast<std::size_t*>(std::malloc(size + header));
         if (block == nullptr) {
             return nullptr;
@@ -45,6 +50,7 @@ private:
     static inline std::atomic<std::size_t> used_ = 0;
     static inline std::atomic<std::size_t> base_ = 0;
     static inline std::atomic<std::size_t> peak_ = 0;
+    static inline std::atomic<std::size_t> taken_ = 0;
 };
 
 void* operator new(std::size_t size) {

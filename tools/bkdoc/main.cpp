@@ -1,5 +1,5 @@
 #include "command/command_line.h"
-#include "command/command_table.h"
+#include "command/table/command_table.h"
 #include "output/output.h"
 #include "platform/platform.h"
 #include "platform/saving_device.h"

@@ -1,10 +1,10 @@
 #include "command/command_line.h"
 
-#include "command/command_table.h"
-#include "command/completions.h"
-#include "command/help.h"
-#include "command/manual.h"
+#include "command/pages/completions.h"
+#include "command/pages/help.h"
+#include "command/pages/manual.h"
 #include "command/suggestion.h"
+#include "command/table/command_table.h"
 
 #include <algorithm>
 
@@ -82,7 +82,7 @@ std::string wanted(const OptionSpec& option) {
         for (const char character : option.value_name) {
             words += character == '|' ? std::string(", ") : std::string(1, character);
         }
-        return "one of " + words;
+        return (option.name == "--to" ? "a form: " : "one of ") + words;
     }
     default:
         return "a value: " + std::string(option.value_name);

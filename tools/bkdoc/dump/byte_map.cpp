@@ -1,8 +1,9 @@
 #include "dump/byte_map.h"
 
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace bkdoc {
 
@@ -68,11 +69,15 @@ void ByteMapWriter::row(LittleCursor& cursor, std::size_t size, std::size_t dept
     line(offset, cursor.take(size), indented(depth, field), meaning, tone);
 }
 
-void ByteMapWriter::unexplained(std::string_view bytes, std::size_t offset) {
-    const std::string_view rest = bytes.substr(offset);
-    line(offset, rest, "?",
-         rest.empty() ? "the file ends here" : counted(rest.size(), "byte", "bytes") + " not explained",
+void ByteMapWriter::unexplained(LittleCursor& cursor, std::size_t size, std::string_view where,
+                                std::string reason) {
+    const std::size_t offset = cursor.position();
+    const std::string_view bytes = cursor.take(size);
+    line(offset, bytes, "?",
+         bytes.empty() ? std::string(where) + " ends here"
+                       : counted(bytes.size(), "byte", "bytes") + " not explained",
          Tone::error);
+    unexplained_.push_back({offset, std::move(reason)});
 }
 
 void ByteMapWriter::line(std::size_t offset, std::string_view bytes, std::string_view field,

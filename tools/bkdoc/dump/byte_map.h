@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 /// Maps of the bytes of files: line by line what stands where, and what it means.
 namespace bkdoc {
@@ -14,7 +16,7 @@ namespace bkdoc {
 /// How many characters of a text in the file are shown in a line.
 inline constexpr std::size_t row_text_limit = 60;
 
-/// The first byte that could not be explained.
+/// Bytes that could not be explained.
 struct Unexplained {
     std::size_t offset;
     std::string reason; // what was expected there, and what was found
@@ -31,8 +33,14 @@ public:
              std::string_view meaning, Tone tone = Tone::plain);
     /// A line without bytes, under the meaning of the last one.
     void remark(std::string_view text);
-    /// The last line of a map that ends early.
-    void unexplained(std::string_view bytes, std::size_t offset);
+    /// A line about the next bytes, which cannot be explained and are passed. `where` has no more of them when there are none.
+    void unexplained(LittleCursor& cursor, std::size_t size, std::string_view where, std::string reason);
+    /// What has a line already and is wrong all the same.
+    void reject(std::size_t offset, std::string reason) {
+        unexplained_.push_back({offset, std::move(reason)});
+    }
+    /// What cannot be explained, and why.
+    const std::vector<Unexplained>& unexplained() const noexcept { return unexplained_; }
     /// Nothing more can be written.
     bool has_failed() const noexcept { return out_.has_failed(); }
 
@@ -41,15 +49,15 @@ private:
               Tone tone);
 
     Output& out_;
+    std::vector<Unexplained> unexplained_;
 };
 
-/// Each writes the map of a whole file, as far as it can be explained. Sizes in the file are compared with the bytes
-/// that are there; any depth of groups will do.
-std::optional<Unexplained> map_binary(std::string_view bytes, ByteMapWriter& map);
-std::optional<Unexplained> map_archive(std::string_view bytes, ByteMapWriter& map);
+/// Each writes the map of a whole file. Sizes in the file are compared with the bytes that are there; any depth of groups will
+/// do. Behind what cannot be explained it goes on where the entry, the group or the list around it ends.
+void map_binary(std::string_view bytes, ByteMapWriter& map);
+void map_archive(std::string_view bytes, ByteMapWriter& map);
 /// `text` is the deciphered text; nothing when there was no key to decipher it.
-std::optional<Unexplained> map_enciphered(std::string_view bytes, std::optional<std::string_view> text,
-                                          ByteMapWriter& map);
+void map_enciphered(std::string_view bytes, std::optional<std::string_view> text, ByteMapWriter& map);
 
 /// "0x4B".
 std::string shown_byte(char byte);

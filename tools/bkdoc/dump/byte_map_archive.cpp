@@ -1,7 +1,7 @@
 #include "dump/byte_map.h"
 #include "dump/little_cursor.h"
 #include "input/form_mark.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 #include <algorithm>
 #include <vector>
@@ -27,18 +27,18 @@ class ArchiveMap {
 public:
     ArchiveMap(std::string_view bytes, ByteMapWriter& map) : cursor_(bytes), map_(map) {}
 
-    std::optional<Unexplained> run() {
+    void run() {
         map_.row(cursor_, form_mark_size, 0, "magic", "an archive of words");
         if (take_reserved() && take_strings() && take_indices() && cursor_.left() != 0) {
             stop("expected the end of the file, found " + counted(cursor_.left(), "byte", "bytes") +
                  " behind the archive");
         }
-        return stop_;
     }
 
 private:
+    /// The rest of the file is not explained.
     bool stop(std::string reason) {
-        stop_ = Unexplained{cursor_.position(), std::move(reason)};
+        map_.unexplained(cursor_, cursor_.left(), "the file", std::move(reason));
         return false;
     }
 
@@ -99,18 +99,23 @@ private:
         if (!take_count("words", count)) {
             return false;
         }
-        if (count * width_ > cursor_.left() - count_width) {
-            return stop("expected the number of words, found " + grouped(count) + ", but the file has only " +
-                        counted(cursor_.left() - count_width, "byte", "bytes") + " behind it");
+        const std::uint64_t present = (cursor_.left() - count_width) / width_;
+        if (count > present) {
+            map_.unexplained(cursor_, count_width, "the file",
+                             "expected the number of words, found " + grouped(count) +
+                                 ", but the file has only " +
+                                 counted(cursor_.left() - count_width, "byte", "bytes") + " behind it");
+            count = present; // those that are there
+        } else {
+            map_.row(cursor_, count_width, 0, "count",
+                     counted(count, "word", "words") + ", each the number of a string in " +
+                         counted(width_, "byte", "bytes"),
+                     Tone::dim);
         }
-        map_.row(cursor_, count_width, 0, "count",
-                 counted(count, "word", "words") + ", each the number of a string in " +
-                     counted(width_, "byte", "bytes"),
-                 Tone::dim);
-        for (std::uint64_t done = 0; done < count && !stop_ && !map_.has_failed();) {
+        for (std::uint64_t done = 0; done < count && !map_.has_failed();) {
             done += take_index_row(done, count - done);
         }
-        return !stop_ && !map_.has_failed();
+        return !map_.has_failed();
     }
 
     /// As many words as fit on a line.
@@ -131,24 +136,26 @@ private:
         if (count != 0) {
             map_.row(cursor_, count * width_, 1, "word " + grouped(done), words);
         }
-        if (count != most) {
-            stop("expected the number of a string, less than " + grouped(strings_.size()) + ", found " +
-                 grouped(little_number(cursor_.rest().substr(0, width_))));
+        if (count == most) {
+            return count;
         }
-        return count;
+        const std::uint64_t index = little_number(cursor_.rest().substr(0, width_));
+        map_.unexplained(cursor_, width_, "the file",
+                         "expected the number of a string, less than " + grouped(strings_.size()) +
+                             ", found " + grouped(index));
+        return count + 1;
     }
 
     LittleCursor cursor_;
     ByteMapWriter& map_;
     std::vector<std::string_view> strings_;
     std::size_t width_ = 1;
-    std::optional<Unexplained> stop_;
 };
 
 } // namespace
 
-std::optional<Unexplained> map_archive(std::string_view bytes, ByteMapWriter& map) {
-    return ArchiveMap(bytes, map).run();
+void map_archive(std::string_view bytes, ByteMapWriter& map) {
+    ArchiveMap(bytes, map).run();
 }
 
 } // namespace bkdoc

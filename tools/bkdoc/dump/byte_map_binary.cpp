@@ -2,8 +2,8 @@
 #include "dump/byte_map.h"
 #include "dump/little_cursor.h"
 #include "input/form_mark.h"
-#include "output/text_display.h"
-#include "output/value_display.h"
+#include "output/display/text_display.h"
+#include "output/display/value_display.h"
 #include "parser/parser_value.h"
 
 #include <bit>
@@ -31,17 +31,16 @@ class BinaryMap {
 public:
     BinaryMap(std::string_view bytes, ByteMapWriter& map) : cursor_(bytes), size_(bytes.size()), map_(map) {}
 
-    std::optional<Unexplained> run() {
+    void run() {
         map_.row(cursor_, form_mark_size, 0, "tag", "a document in the binary form");
         frames_.push_back({size_, Inside::file});
         if (take_group()) {
             walk();
         }
-        if (!stop_ && cursor_.left() != 0 && !map_.has_failed()) {
+        if (cursor_.left() != 0 && !map_.has_failed()) {
             stop("expected the end of the file, found " + counted(cursor_.left(), "byte", "bytes") +
                  " behind the document");
         }
-        return stop_;
     }
 
 private:
@@ -53,7 +52,7 @@ private:
     };
 
     void walk() {
-        while (!stop_ && frames_.size() > 1 && !map_.has_failed()) {
+        while (frames_.size() > 1 && !map_.has_failed()) {
             if (cursor_.position() == frames_.back().end) {
                 frames_.pop_back();
             } else if (frames_.back().inside == Inside::group) {
@@ -64,8 +63,9 @@ private:
         }
     }
 
+    /// What is left of what is open is not explained.
     bool stop(std::string reason) {
-        stop_ = Unexplained{cursor_.position(), std::move(reason)};
+        map_.unexplained(cursor_, left(), where(), std::move(reason));
         return false;
     }
 
@@ -90,26 +90,30 @@ private:
                                       counted(left(), "byte", "bytes") + " left");
     }
 
-    /// A size, and that there are as many bytes behind it.
-    bool take_size(const std::string& what, std::uint64_t& size) {
+    /// A size, and that there are as many bytes behind it; of one that is too large so many as there are.
+    bool take_size(const std::string& what, std::uint64_t& size, std::string (*meaning)(std::uint64_t)) {
         if (!has(size_width, "the 8 bytes of the size of " + what)) {
             return false;
         }
         size = little_number(cursor_.rest().substr(0, size_width));
-        if (size > left() - size_width) {
-            return stop("expected the size of " + what + ", found " + grouped(size) + ", but " + where() +
-                        " has only " + counted(left() - size_width, "byte", "bytes") + " behind it");
+        const std::size_t rest = left() - size_width;
+        if (size > rest) {
+            map_.unexplained(cursor_, size_width, where(),
+                             "expected the size of " + what + ", found " + grouped(size) + ", but " +
+                                 where() + " has only " + counted(rest, "byte", "bytes") + " behind it");
+            size = rest; // what follows may be what was meant
+            return true;
         }
+        map_.row(cursor_, size_width, depth(), "size", meaning(size), Tone::dim);
         return true;
     }
 
     bool take_group() {
         std::uint64_t size = 0;
-        if (!take_size("a group", size)) {
+        if (!take_size("a group", size,
+                       [](std::uint64_t count) { return counted(count, "byte", "bytes") + " of entries"; })) {
             return false;
         }
-        map_.row(cursor_, size_width, depth(), "size", counted(size, "byte", "bytes") + " of entries",
-                 Tone::dim);
         frames_.push_back({cursor_.position() + static_cast<std::size_t>(size), Inside::group});
         return true;
     }
@@ -130,14 +134,15 @@ private:
 
     bool take_entry_head() {
         std::uint64_t size = 0;
-        if (!take_size("an entry", size)) {
-            return false;
-        }
-        if (size == 0) {
+        if (left() >= size_width && little_number(cursor_.rest().substr(0, size_width)) == 0) {
             return stop("expected the size of an entry, found 0, which leaves no room for its reserved byte");
         }
-        map_.row(cursor_, size_width, depth(), "size",
-                 counted(size, "byte", "bytes") + ", the next one and the values", Tone::dim);
+        const auto meaning = [](std::uint64_t count) {
+            return counted(count, "byte", "bytes") + ", the next one and the values";
+        };
+        if (!take_size("an entry", size, meaning) || size == 0) {
+            return false;
+        }
         const std::size_t end = cursor_.position() + static_cast<std::size_t>(size);
         const bool is_usual = cursor_.rest().front() == '\0';
         map_.row(cursor_, 1, depth(), "reserved", is_usual ? "" : "ignored; 00 as a rule", Tone::dim);
@@ -227,13 +232,12 @@ private:
     std::size_t size_;
     ByteMapWriter& map_;
     std::vector<Frame> frames_;
-    std::optional<Unexplained> stop_;
 };
 
 } // namespace
 
-std::optional<Unexplained> map_binary(std::string_view bytes, ByteMapWriter& map) {
-    return BinaryMap(bytes, map).run();
+void map_binary(std::string_view bytes, ByteMapWriter& map) {
+    BinaryMap(bytes, map).run();
 }
 
 } // namespace bkdoc

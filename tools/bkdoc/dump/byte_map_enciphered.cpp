@@ -1,7 +1,7 @@
 #include "dump/byte_map.h"
 #include "dump/little_cursor.h"
 #include "input/form_mark.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 namespace bkdoc {
 
@@ -24,7 +24,7 @@ void preview(std::string_view text, ByteMapWriter& map) {
     }
 }
 
-std::optional<Unexplained> map_text(LittleCursor& cursor, std::string_view text, ByteMapWriter& map) {
+void map_text(LittleCursor& cursor, std::string_view text, ByteMapWriter& map) {
     map.row(cursor, text.size(), 0, "text", "enciphered; it begins:");
     preview(text, map);
     const std::size_t padding = (word_width - text.size() % word_width) % word_width;
@@ -32,40 +32,43 @@ std::optional<Unexplained> map_text(LittleCursor& cursor, std::string_view text,
         map.row(cursor, padding, 0, "padding", "up to a word of 4 bytes", Tone::dim);
     }
     if (cursor.left() != 0) {
-        return Unexplained{cursor.position(), "expected the end of the file, found " +
-                                                  counted(cursor.left(), "byte", "bytes") +
-                                                  " behind the text"};
+        map.unexplained(cursor, cursor.left(), "the file",
+                        "expected the end of the file, found " + counted(cursor.left(), "byte", "bytes") +
+                            " behind the text");
     }
-    return std::nullopt;
+}
+
+/// What is there of the frame, without its content.
+void map_frame(LittleCursor& cursor, ByteMapWriter& map) {
+    map.row(cursor, length_width, 0, "length", "enciphered");
+    const std::size_t stray = cursor.left() % word_width;
+    const std::size_t whole = cursor.left() - stray;
+    if (whole != 0) {
+        map.row(cursor, whole, 0, "text", counted(whole, "byte", "bytes") + ", enciphered and padded");
+    }
+    if (stray != 0) {
+        map.unexplained(cursor, stray, "the file",
+                        "expected a word of 4 bytes, but the file has only " +
+                            counted(stray, "byte", "bytes") + " left");
+    }
 }
 
 } // namespace
 
-std::optional<Unexplained> map_enciphered(std::string_view bytes, std::optional<std::string_view> text,
-                                          ByteMapWriter& map) {
+void map_enciphered(std::string_view bytes, std::optional<std::string_view> text, ByteMapWriter& map) {
     LittleCursor cursor(bytes);
     map.row(cursor, form_mark_size, 0, "magic", "a text enciphered under a key");
     if (cursor.left() < length_width) {
-        return Unexplained{cursor.position(),
-                           "expected the 8 bytes of the enciphered length, but the file has only " +
-                               counted(cursor.left(), "byte", "bytes") + " left"};
+        map.unexplained(cursor, cursor.left(), "the file",
+                        "expected the 8 bytes of the enciphered length, but the file has only " +
+                            counted(cursor.left(), "byte", "bytes") + " left");
+    } else if (!text) {
+        map_frame(cursor, map);
+    } else {
+        map.row(cursor, length_width, 0, "length",
+                "enciphered; " + counted(text->size(), "byte", "bytes") + " of text");
+        map_text(cursor, *text, map);
     }
-    if (cursor.left() % word_width != 0) {
-        const std::size_t stray = cursor.left() % word_width;
-        return Unexplained{bytes.size() - stray, "expected a word of 4 bytes, but the file has only " +
-                                                     counted(stray, "byte", "bytes") + " left"};
-    }
-    if (!text) {
-        map.row(cursor, length_width, 0, "length", "enciphered");
-        if (cursor.left() != 0) {
-            const std::string size = counted(cursor.left(), "byte", "bytes");
-            map.row(cursor, cursor.left(), 0, "text", size + ", enciphered and padded");
-        }
-        return std::nullopt;
-    }
-    map.row(cursor, length_width, 0, "length",
-            "enciphered; " + counted(text->size(), "byte", "bytes") + " of text");
-    return map_text(cursor, *text, map);
 }
 
 } // namespace bkdoc

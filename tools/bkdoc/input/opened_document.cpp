@@ -1,7 +1,8 @@
 #include "input/opened_document.h"
 
-#include "input/config.h"
-#include "input/input.h"
+#include "input/files/input.h"
+#include "input/json_input.h"
+#include "input/options/config.h"
 #include "output/progress_line.h"
 #include "platform/interruption.h"
 #include "platform/paths.h"
@@ -54,7 +55,17 @@ OpenedDocument open_with(const std::string& operand, const OpenOptions& options,
         if (!read_standard_input(bytes)) {
             return refused(operand, "standard input cannot be read");
         }
+        if (is_json_input(operand, bytes, options)) {
+            return {operand, read_json("<stdin>", bytes, options, std::move(load_options.progress)), true};
+        }
         return parse_bytes(operand, bytes, std::move(load_options));
+    }
+    if (is_json_file(operand, options)) {
+        const Input input(operand);
+        if (!input.refusal.empty()) {
+            return refused(operand, input.refusal);
+        }
+        return {operand, read_json(operand, input.bytes, options, std::move(load_options.progress)), true};
     }
     if (operand.empty()) {
         return refused(operand, "'': no such file");
@@ -70,6 +81,12 @@ const bk_parser::Problem* OpenedDocument::refusal() const noexcept {
 
 const bk_parser::Problem* OpenedDocument::damage() const noexcept {
     return find_whole(result_.problems, damages);
+}
+
+bool OpenedDocument::is_broken_json() const noexcept {
+    return std::any_of(result_.problems.begin(), result_.problems.end(), [](const auto& problem) {
+        return problem.code == "json-syntax" || problem.code == "json-shape";
+    });
 }
 
 bool OpenedDocument::lacks_includes() const {
@@ -98,11 +115,20 @@ OpenedDocument open_document(const std::string& operand, const OpenOptions& opti
     });
 }
 
-OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options) {
-    return open_with(operand, options, [](double) { return !Interruption::is_wanted(); });
+OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options,
+                            std::function<void(double)> tell) {
+    return open_with(operand, options, [tell = std::move(tell)](double done) {
+        if (tell) {
+            tell(done);
+        }
+        return !Interruption::is_wanted();
+    });
 }
 
 OpenedDocument open_bytes(std::string name, std::string_view bytes, const OpenOptions& options) {
+    if (options.json) {
+        return {name, read_json(name, bytes, options, {}), true};
+    }
     return parse_bytes(std::move(name), bytes, options.load_options());
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "document/load.h"
-#include "input/open_options.h"
+#include "input/options/open_options.h"
 #include "output/output.h"
 #include "verbs/exit_code.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,8 +16,8 @@ namespace bkdoc {
 /// A document as the library loaded it, and how it is called in reports.
 class OpenedDocument {
 public:
-    OpenedDocument(std::string operand, bk_parser::LoadResult&& result)
-        : operand_(std::move(operand)), result_(std::move(result)) {}
+    OpenedDocument(std::string operand, bk_parser::LoadResult&& result, bool is_json = false)
+        : operand_(std::move(operand)), result_(std::move(result)), is_json_(is_json) {}
 
     /// As the command line has it; "-" is standard input.
     const std::string& operand() const noexcept { return operand_; }
@@ -36,6 +37,9 @@ public:
     /// The problem of a stored form that broke off: the tree ends where the damage begins. Null when there is none.
     const bk_parser::Problem* damage() const noexcept;
     bool is_damaged() const noexcept { return damage() != nullptr; }
+    bool is_json() const noexcept { return is_json_; }
+    /// Whether it is JSON that was read up to a fault.
+    bool is_broken_json() const noexcept;
     bool has_errors() const noexcept { return !result_.ok(); }
     /// Whether an included file could not be had, or an include directive has no end: the tree lacks what they hold.
     bool lacks_includes() const;
@@ -46,13 +50,15 @@ public:
 private:
     std::string operand_;
     bk_parser::LoadResult result_;
+    bool is_json_;
 };
 
 /// Loads the document that an operand names; "-" is standard input, and so is what a pipe gives. Shows the progress on a
 /// terminal, and stops at an interrupt.
 OpenedDocument open_document(const std::string& operand, const OpenOptions& options, Streams& streams);
-/// The same for threads, without a progress line.
-OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options);
+/// The same for threads, without a progress line: `tell` is given how far the loading is, from 0 to 1. It may be empty.
+OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options,
+                            std::function<void(double)> tell = {});
 /// The same for a document in memory.
 OpenedDocument open_bytes(std::string name, std::string_view bytes, const OpenOptions& options);
 

@@ -1,54 +1,13 @@
 #include "output/json_writer.h"
 
-#include "output/text_display.h"
-
-#include <algorithm>
+#include "document/json.h"
 
 namespace bkdoc {
 
-namespace {
-
-std::string escape_of(char character) {
-    switch (character) {
-    case '"':
-        return "\\\"";
-    case '\\':
-        return "\\\\";
-    case '\n':
-        return "\\n";
-    case '\r':
-        return "\\r";
-    case '\t':
-        return "\\t";
-    default:
-        break;
-    }
-    const auto byte = static_cast<unsigned char>(character);
-    return {'\\', 'u', '0', '0', hexadecimal_digits[byte >> 4], hexadecimal_digits[byte & 15]};
-}
-
-bool needs_escape(std::string_view character) noexcept {
-    return character.size() == 1 && (static_cast<unsigned char>(character[0]) < 0x20 || character[0] == '"' ||
-                                     character[0] == '\\' || character[0] == '\x7F');
-}
-
-} // namespace
-
 std::string json_string(std::string_view text) {
-    std::string json = "\"";
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = utf8_length(text, i);
-        const std::string_view character = text.substr(i, std::max<std::size_t>(length, 1));
-        if (length == 0) {
-            json += "\xEF\xBF\xBD";
-        } else if (needs_escape(character)) {
-            json += escape_of(character.front());
-        } else {
-            json += character;
-        }
-        i += character.size();
-    }
-    return json + "\"";
+    std::string json;
+    bk_parser::append_json_string(json, text);
+    return json;
 }
 
 void JsonWriter::key(std::string_view name) {

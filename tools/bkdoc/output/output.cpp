@@ -1,6 +1,6 @@
 #include "output/output.h"
 
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 #include <cerrno>
 

@@ -1,6 +1,6 @@
 #include "output/progress_line.h"
 
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 #include <utility>
 

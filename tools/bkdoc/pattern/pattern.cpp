@@ -1,6 +1,6 @@
 #include "pattern/pattern.h"
 
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 #include <algorithm>
 

@@ -1,9 +1,10 @@
 #include "platform/unfinished_file.h"
 
 #if !defined(_WIN32)
-#include <array>
+#include <algorithm>
 #include <csignal>
 #include <unistd.h>
+#include <vector>
 #endif
 
 namespace bkdoc {
@@ -22,9 +23,12 @@ namespace {
 
 constexpr int ending_signals[] = {SIGINT, SIGTERM, SIGHUP};
 
-// Only the tool's one thread changes it, with the signals held: the handler sees it whole, at the end of the process, too.
-// No file has a longer path.
-std::array<char, 4096> unfinished{};
+// Only the tool's one thread changes it, with the signals held: the handler sees it whole. It is never destroyed, so that the
+// handler finds it at the end of the process, too.
+std::vector<std::string>& unfinished() {
+    static auto* const files = new std::vector<std::string>();
+    return *files;
+}
 
 sigset_t ending_set() {
     sigset_t set;
@@ -37,8 +41,8 @@ sigset_t ending_set() {
 
 // Calls what a handler may call, and no more. The signal is blocked until the handler returns; then it ends the process.
 void remove_and_end(int signal) {
-    if (unfinished.front() != '\0') {
-        ::unlink(unfinished.data());
+    for (const std::string& path : unfinished()) {
+        ::unlink(path.c_str());
     }
     std::signal(signal, SIG_DFL);
     std::raise(signal);
@@ -47,6 +51,7 @@ void remove_and_end(int signal) {
 } // namespace
 
 void watch_ending_signals() {
+    unfinished(); // made here, for a handler may not make it
     struct sigaction action {};
     action.sa_handler = remove_and_end;
     action.sa_mask = ending_set();
@@ -69,16 +74,11 @@ SignalsHeld::~SignalsHeld() {
 }
 
 void note_unfinished_file(const std::string& path) {
-    if (path.size() < unfinished.size()) {
-        path.copy(unfinished.data(), path.size());
-        unfinished[path.size()] = '\0';
-    }
+    unfinished().push_back(path);
 }
 
 void forget_unfinished_file(const std::string& path) {
-    if (path == unfinished.data()) {
-        unfinished.front() = '\0';
-    }
+    std::erase(unfinished(), path);
 }
 
 #endif

@@ -2,15 +2,15 @@
 
 #include <string>
 
-/// The file that a save is about to put in its target's place. A signal that ends the tool (SIGINT, SIGTERM or SIGHUP)
-/// removes it first.
+/// The files that a save is about to put in their targets' places. A signal that ends the tool (SIGINT, SIGTERM or SIGHUP)
+/// removes them first.
 namespace bkdoc {
 
-/// From now on these signals remove the unfinished file, and then end the process as they would have. A signal that is
+/// From now on these signals remove the unfinished files, and then end the process as they would have. A signal that is
 /// ignored stays ignored.
 void watch_ending_signals();
 
-/// Holds the signals back while it lives: the file and what is known of it change together.
+/// Holds the signals back while it lives: the files and what is known of them change together.
 class SignalsHeld {
 public:
     SignalsHeld();

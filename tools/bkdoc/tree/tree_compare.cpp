@@ -1,7 +1,7 @@
 #include "tree/tree_compare.h"
 
-#include "output/text_display.h"
-#include "output/value_display.h"
+#include "output/display/text_display.h"
+#include "output/display/value_display.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,9 +1,9 @@
 #include "verbs/draft.h"
 
+#include "input/files/memory_file.h"
 #include "input/form_mark.h"
 #include "input/log_keeper.h"
-#include "input/memory_file.h"
-#include "output/document_text.h"
+#include "output/display/document_text.h"
 #include "parser/parser_archive.h"
 #include "parser/parser_file.h"
 
@@ -58,26 +58,37 @@ std::string why_unread(const OpenedDocument& read) {
     return "what would be written cannot be read back";
 }
 
+OpenedDocument read_draft(const Draft& draft, const Storage& storage, const OpenOptions& options) {
+    OpenOptions own = options;
+    own.reads_json = false;
+    own.json = storage.json;
+    return open_bytes("<draft>", draft.bytes, own);
+}
+
 } // namespace
 
-Draft make_draft(OpenedDocument& document, Form form, const std::string& key) {
+Draft make_draft(OpenedDocument& document, const Storage& storage, const std::string& key) {
     const LogKeeper log;
     Draft draft;
-    draft.bytes = bytes_in_form(document.root(), form, key);
-    draft.refusal = !log.first().empty()  ? log.first()
-                    : draft.bytes.empty() ? "the document cannot be written"
-                                          : "";
+    draft.bytes = storage.json ? bk_parser::to_json(document.root(), {*storage.json})
+                               : bytes_in_form(document.root(), storage.form, key);
+    const bool may_be_empty = storage.json == bk_parser::JsonShape::lines;
+    draft.refusal = !log.first().empty()                   ? log.first()
+                    : draft.bytes.empty() && !may_be_empty ? "the document cannot be written"
+                                                           : "";
     return draft;
 }
 
-DraftProof prove_draft(const OpenedDocument& document, const Draft& draft, const OpenOptions& options) {
-    const OpenedDocument read = open_bytes("<draft>", draft.bytes, options);
-    if (!read.is_read() || read.lacks_includes()) {
-        return {why_unread(read), {}, {}};
+DraftProof prove_draft(const OpenedDocument& document, const Draft& draft, const Storage& storage,
+                       const OpenOptions& options) {
+    if (storage.json == bk_parser::JsonShape::plain) {
+        return {}; // which nothing reads back
     }
-    return {{},
-            find_difference(document.root(), read.root(), Likeness::content),
-            find_difference(document.root(), read.root(), Likeness::everything)};
+    const OpenedDocument read = read_draft(draft, storage, options);
+    if (!read.is_read() || read.is_broken_json() || read.lacks_includes()) {
+        return {why_unread(read), {}};
+    }
+    return {{}, find_difference(document.root(), read.root(), Likeness::everything)};
 }
 
 } // namespace bkdoc

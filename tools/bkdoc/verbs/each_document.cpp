@@ -1,6 +1,6 @@
 #include "verbs/each_document.h"
 
-#include "output/report.h"
+#include "output/problems/report.h"
 #include "verbs/selection.h"
 
 #include <algorithm>

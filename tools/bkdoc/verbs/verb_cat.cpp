@@ -1,4 +1,4 @@
-#include "output/document_text.h"
+#include "output/display/document_text.h"
 #include "verbs/each_document.h"
 #include "verbs/verbs.h"
 

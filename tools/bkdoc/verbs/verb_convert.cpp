@@ -1,6 +1,6 @@
-#include "core/sys_file.h"
-#include "output/report.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
+#include "output/problems/report.h"
+#include "output/stored_file.h"
 #include "platform/paths.h"
 #include "platform/platform.h"
 #include "verbs/draft.h"
@@ -31,16 +31,9 @@ struct Request {
     OpenOptions open;
     std::string source;
     std::string target; // "-" is standard output
-    Form form = Form::text;
+    Storage storage;
     bool lossy = false;
 };
-
-Form form_named(std::string_view name) {
-    return name == "binary"    ? Form::binary
-           : name == "cipher"  ? Form::enciphered
-           : name == "archive" ? Form::archive
-                               : Form::text;
-}
 
 /// One conversion, up to the place where it fails.
 class Conversion {
@@ -60,6 +53,13 @@ public:
         if (!document.is_read()) {
             return result;
         }
+        if (document.is_broken_json()) {
+            refuse(document.name() + ": could be read up to this place alone");
+            return EXIT_UNREADABLE;
+        }
+        if (is_stored_so(document)) {
+            return result;
+        }
         if (!may_replace(document) || !write(document)) {
             return EXIT_UNREADABLE;
         }
@@ -73,14 +73,16 @@ private:
     }
 
     bool may_begin() {
-        if (request_.form == Form::enciphered && request_.open.key.empty()) {
-            return refuse("--to cipher needs a key, given by --key, --key-file or BKDOC_KEY");
-        }
-        const bool is_text = request_.form == Form::text;
-        if (!is_text && request_.target == standard_output && streams_.out.is_terminal()) {
-            return refuse("refusing to write binary data to a terminal; give a file name or a pipe");
-        }
-        return true;
+        const bool to_terminal = request_.target == standard_output && streams_.out.is_terminal();
+        const std::string reason = why_not_stored(request_.storage, !request_.open.key.empty(), to_terminal);
+        return reason.empty() || refuse(reason);
+    }
+
+    /// A text that stays where it is keeps its comments, its layout and its includes.
+    bool is_stored_so(const OpenedDocument& document) const {
+        const bool is_text = document.form() == Form::text && !document.is_json();
+        return is_text && request_.storage.form == Form::text && !request_.storage.json &&
+               request_.target != standard_output && is_source(request_.target);
     }
 
     bool is_source(const std::string& path) const {
@@ -108,11 +110,11 @@ private:
     }
 
     bool write(OpenedDocument& document) {
-        const Draft draft = make_draft(document, request_.form, request_.open.key);
+        const Draft draft = make_draft(document, request_.storage, request_.open.key);
         if (!draft.refusal.empty()) {
             return refuse(draft.refusal);
         }
-        return accept(prove_draft(document, draft, request_.open)) && store(draft.bytes);
+        return accept(prove_draft(document, draft, request_.storage, request_.open)) && store(draft.bytes);
     }
 
     bool accept(const DraftProof& proof) {
@@ -126,19 +128,8 @@ private:
             }
             complain(streams_, "warning: this form cannot hold the document: at " + change_of(*proof.loss));
             lossy_ = true;
-        } else if (proof.leaving) {
-            complain(streams_, note_on(*proof.leaving));
         }
         return true;
-    }
-
-    std::string note_on(const Difference& leaving) const {
-        return request_.form == Form::binary
-                   ? "note: the binary form keeps names and values only; kinds, templates and array counts "
-                     "are left out, first at " +
-                         place_of(leaving)
-                   : "note: in text, kinds and types follow from the spelling; first at " +
-                         change_of(leaving);
     }
 
     bool store(const std::string& bytes) {
@@ -149,14 +140,8 @@ private:
             }
             return true;
         }
-        SysFile file;
-        const auto size = static_cast<core_int64>(bytes.size());
-        const CoreString target{std::string_view(request_.target)};
-        if (!file.open(target, SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
-            return refuse(request_.target + ": cannot be opened for writing");
-        }
-        const bool taken = file.write(bytes.data(), size) == size;
-        return (file.close() && taken) || refuse(request_.target + ": cannot be stored");
+        const std::string reason = store_file(request_.target, bytes);
+        return reason.empty() || refuse(reason);
     }
 
     const Request& request_;
@@ -169,13 +154,17 @@ private:
 ExitCode run_convert(const Arguments& arguments, Streams& streams) {
     const auto form = arguments.value("--to");
     if (!form) {
-        complain(streams, "--to needs a form: text, binary, cipher, archive");
+        complain(streams, "--to needs a form: " + storage_list());
         return EXIT_UNREADABLE;
     }
     Request request;
     request.source = arguments.operands().at(0);
     request.target = arguments.operands().at(1);
-    request.form = form_named(*form);
+    request.storage = storage_named(*form);
+    request.open.reads_json = true;
+    if (const auto from = arguments.value("--from")) {
+        request.open.json = storage_named(*from).json;
+    }
     request.lossy = arguments.has("--lossy");
     return take_opening(arguments, request.open, streams) ? Conversion(request, streams).run()
                                                           : EXIT_UNREADABLE;

@@ -1,10 +1,10 @@
 #include "dump/byte_map.h"
+#include "input/files/input.h"
+#include "input/files/memory_file.h"
 #include "input/form_mark.h"
-#include "input/input.h"
 #include "input/log_keeper.h"
-#include "input/memory_file.h"
 #include "input/opened_document.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 #include "parser/parser_file.h"
 #include "parser/parser_read_observer.h"
 #include "verbs/verbs.h"
@@ -41,31 +41,27 @@ std::optional<std::string> deciphered(const std::string& bytes, const std::strin
     return keeper.text();
 }
 
-/// The text of an enciphered file, as the library deciphers it.
-std::optional<Unexplained> map_with_key(const std::string& bytes, const std::string& key,
-                                        ByteMapWriter& map) {
-    if (key.empty()) {
-        return map_enciphered(bytes, std::nullopt, map);
+/// The text of an enciphered file, as the library deciphers it. Under a wrong key the length is not explained.
+void map_with_key(const std::string& bytes, const std::string& key, ByteMapWriter& map) {
+    const std::optional<std::string> text = key.empty() ? std::nullopt : deciphered(bytes, key);
+    map_enciphered(bytes, text, map);
+    if (!key.empty() && !text && map.unexplained().empty()) {
+        map.reject(form_mark_size,
+                   "expected the length of a text that fits the file: wrong key, or a damaged file");
     }
-    if (const auto text = deciphered(bytes, key)) {
-        return map_enciphered(bytes, *text, map);
-    }
-    const auto damage = map_enciphered(bytes, std::nullopt, map);
-    return damage
-               ? damage
-               : Unexplained{form_mark_size, "expected the length of a text that fits the file: wrong key, "
-                                             "or a damaged file"};
 }
 
-std::optional<Unexplained> map_file(const std::string& bytes, Form form, const std::string& key,
-                                    ByteMapWriter& map) {
+void map_file(const std::string& bytes, Form form, const std::string& key, ByteMapWriter& map) {
     switch (form) {
     case Form::binary:
-        return map_binary(bytes, map);
+        map_binary(bytes, map);
+        break;
     case Form::archive:
-        return map_archive(bytes, map);
+        map_archive(bytes, map);
+        break;
     default:
-        return map_with_key(bytes, key, map);
+        map_with_key(bytes, key, map);
+        break;
     }
 }
 
@@ -95,13 +91,11 @@ ExitCode run_dump(const Arguments& arguments, Streams& streams) {
     }
     ByteMapWriter map(streams.out);
     write_heading(name, form, input.bytes.size(), streams.out, map);
-    const auto unexplained = map_file(input.bytes, form, open.key, map);
-    if (!unexplained) {
-        return EXIT_CLEAN;
+    map_file(input.bytes, form, open.key, map);
+    for (const Unexplained& part : map.unexplained()) {
+        complain(streams, name + ": at byte " + grouped(part.offset) + ": " + part.reason);
     }
-    map.unexplained(input.bytes, unexplained->offset);
-    complain(streams, name + ": at byte " + grouped(unexplained->offset) + ": " + unexplained->reason);
-    return EXIT_FAULTS;
+    return map.unexplained().empty() ? EXIT_CLEAN : EXIT_FAULTS;
 }
 
 } // namespace bkdoc

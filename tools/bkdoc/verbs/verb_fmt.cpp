@@ -1,12 +1,12 @@
-#include "core/sys_file.h"
 #include "document/format.h"
 #include "document/text_diff.h"
-#include "input/file_list.h"
-#include "input/input.h"
+#include "input/files/file_list.h"
+#include "input/files/input.h"
 #include "input/opened_document.h"
-#include "output/diff_text.h"
-#include "output/report.h"
-#include "output/text_display.h"
+#include "output/diff/diff_text.h"
+#include "output/display/text_display.h"
+#include "output/problems/report.h"
+#include "output/stored_file.h"
 #include "platform/interruption.h"
 #include "platform/paths.h"
 #include "verbs/verbs.h"
@@ -108,15 +108,9 @@ private:
     }
 
     void store(const std::string& path, const std::string& text) {
-        SysFile file;
-        const auto size = static_cast<core_int64>(text.size());
-        if (!file.open(CoreString(std::string_view(path)), SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
-            fail(path + ": cannot be opened for writing");
-            return;
-        }
-        const bool is_taken = file.write(text.data(), size) == size;
-        if (!file.close() || !is_taken) {
-            fail(path + ": cannot be stored");
+        const std::string reason = store_file(path, text);
+        if (!reason.empty()) {
+            fail(reason);
         }
     }
 

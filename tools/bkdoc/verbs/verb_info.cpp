@@ -1,7 +1,8 @@
 #include "input/archive_facts.h"
-#include "input/input.h"
-#include "output/text_display.h"
-#include "output/value_display.h"
+#include "input/files/input.h"
+#include "output/display/text_display.h"
+#include "output/display/value_display.h"
+#include "output/json_writer.h"
 #include "platform/paths.h"
 #include "tree/tree_walk.h"
 #include "verbs/each_document.h"
@@ -202,23 +203,97 @@ void write_dependencies(const bk_parser::Document& document, Output& out, InfoWr
     }
 }
 
+template <std::size_t Size>
+void write_numbers(const std::array<unsigned long long, Size>& numbers,
+                   const std::array<std::string_view, Size>& names, JsonWriter& json) {
+    json.begin_object();
+    for (std::size_t i = 0; i < Size; ++i) {
+        json.member(names[i], numbers[i]);
+    }
+    json.end_object();
+}
+
+void write_counts(const Counts& counts, JsonWriter& json) {
+    constexpr std::array<std::string_view, Counts::entry_kinds> kinds = {"ordinary", "keyword", "call",
+                                                                         "raw_text"};
+    std::array<std::string_view, Counts::value_types> types;
+    for (std::size_t i = 0; i < types.size(); ++i) {
+        types[i] = type_word(static_cast<ParserValue::Type>(i));
+    }
+    json.key("entries");
+    write_numbers(counts.entries, kinds, json);
+    json.member("templates", counts.templates);
+    json.member("arrays", counts.arrays);
+    json.key("values");
+    write_numbers(counts.values, types, json);
+    json.member("depth", counts.depth);
+}
+
+void write_files(const bk_parser::Document& document, JsonWriter& json) {
+    json.key("files");
+    json.begin_array();
+    for (const bk_parser::DocumentFile& file : document.files()) {
+        json.begin_object();
+        json.member("file", text_of(file.file));
+        json.member("bytes", file.stored_size);
+        json.member("text_bytes", file.text_size);
+        json.member("lines", file.line_count);
+        json.end_object();
+    }
+    json.end_array();
+}
+
+void write_json(const OpenedDocument& opened, const Counts& counts, JsonWriter& json) {
+    using bk_parser::Form;
+    const bk_parser::Document& document = opened.document();
+    json.begin_object();
+    json.member("document", opened.name());
+    json.member("form", document.form() == Form::enciphered ? "enciphered" : form_word(document.form()));
+    if (document.form() == Form::text || document.form() == Form::enciphered) {
+        json.member("version", version_text(document));
+        json.member("expanded_bytes", document.expanded_size());
+    }
+    write_files(document, json);
+    write_counts(counts, json);
+    json.member("problems", opened.problems().size());
+    json.end_object();
+}
+
+void write_text(const OpenedDocument& opened, const Counts& counts, Output& out) {
+    const bk_parser::Document& document = opened.document();
+    InfoWriter writer(out);
+    writer.write("document", shown(opened.name(), file_name_limit));
+    write_form(document, opened.operand(), writer);
+    write_counts(counts, writer);
+    writer.write("problems", grouped(opened.problems().size()));
+    write_dependencies(document, out, writer);
+}
+
 } // namespace
 
 ExitCode run_info(const Arguments& arguments, Streams& streams) {
+    const bool is_json = arguments.has("--json");
     bool is_first = true;
-    return for_each_selection(arguments, streams,
-                              [&](const OpenedDocument& opened, const ParserGroup& group) {
-                                  const bk_parser::Document& document = opened.document();
-                                  streams.out << (is_first ? "" : "\n");
-                                  is_first = false;
-                                  InfoWriter writer(streams.out);
-                                  writer.write("document", shown(opened.name(), file_name_limit));
-                                  write_form(document, opened.operand(), writer);
-                                  write_counts(count_tree(group), writer);
-                                  writer.write("problems", grouped(opened.problems().size()));
-                                  write_dependencies(document, streams.out, writer);
-                                  return EXIT_CLEAN;
-                              });
+    JsonWriter json(streams.out);
+    if (is_json) {
+        json.begin_array();
+    }
+    const ExitCode result =
+        for_each_selection(arguments, streams, [&](const OpenedDocument& opened, const ParserGroup& group) {
+            if (is_json) {
+                write_json(opened, count_tree(group), json);
+                return EXIT_CLEAN;
+            }
+            streams.out << (is_first ? "" : "\n");
+            is_first = false;
+            write_text(opened, count_tree(group), streams.out);
+            return EXIT_CLEAN;
+        });
+    if (is_json) {
+        json.end_array();
+        json.finish();
+    }
+    return result;
 }
 
 } // namespace bkdoc

@@ -1,26 +1,12 @@
-#include "core/sys_file.h"
 #include "document/merge.h"
-#include "input/input.h"
-#include "output/text_display.h"
+#include "input/files/input.h"
+#include "output/display/text_display.h"
+#include "output/stored_file.h"
 #include "verbs/verbs.h"
 
 #include <array>
 
 namespace bkdoc {
-
-namespace {
-
-bool store(const std::string& path, const std::string& text) {
-    SysFile file;
-    const auto size = static_cast<core_int64>(text.size());
-    if (!file.open(CoreString(std::string_view(path)), SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
-        return false;
-    }
-    const bool is_taken = file.write(text.data(), size) == size;
-    return file.close() && is_taken;
-}
-
-} // namespace
 
 ExitCode run_merge(const Arguments& arguments, Streams& streams) {
     const std::array<Input, 3> inputs = {Input(arguments.operands().at(0)), Input(arguments.operands().at(1)),
@@ -40,8 +26,8 @@ ExitCode run_merge(const Arguments& arguments, Streams& streams) {
     }
     if (!arguments.has("--write")) {
         streams.out << result.text;
-    } else if (!store(ours, result.text)) {
-        complain(streams, shown(ours, file_name_limit) + ": cannot be stored");
+    } else if (const std::string reason = store_file(ours, result.text); !reason.empty()) {
+        complain(streams, reason);
         return EXIT_UNREADABLE;
     }
     if (result.conflicts != 0) {

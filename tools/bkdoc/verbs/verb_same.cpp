@@ -1,5 +1,6 @@
-#include "output/report.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
+#include "output/json_writer.h"
+#include "output/problems/report.h"
 #include "tree/tree_compare.h"
 #include "verbs/verbs.h"
 
@@ -21,6 +22,24 @@ void write_difference(const Difference& difference, std::string_view first, std:
     out << ", " << difference.what << ":\n";
     write_side(first, difference.first, width, out);
     write_side(second, difference.second, width, out);
+}
+
+void write_json(const std::optional<Difference>& difference, bool content, Output& out) {
+    JsonWriter json(out);
+    json.begin_object();
+    json.member("same", !difference.has_value());
+    json.member("compared", content ? "content" : "everything");
+    if (difference) {
+        json.key("difference");
+        json.begin_object();
+        json.member("path", difference->path);
+        json.member("what", difference->what);
+        json.member("first", difference->first);
+        json.member("second", difference->second);
+        json.end_object();
+    }
+    json.end_object();
+    json.finish();
 }
 
 } // namespace
@@ -47,6 +66,10 @@ ExitCode run_same(const Arguments& arguments, Streams& streams) {
     const std::string second_name = shown(second.name(), file_name_limit);
     const std::optional<Difference> difference =
         find_difference(first.root(), second.root(), content ? Likeness::content : Likeness::everything);
+    if (arguments.has("--json")) {
+        write_json(difference, content, streams.out);
+        return difference ? EXIT_FAULTS : EXIT_CLEAN;
+    }
     if (difference) {
         write_difference(*difference, first_name, second_name, streams.out);
         return EXIT_FAULTS;

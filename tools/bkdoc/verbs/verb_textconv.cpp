@@ -1,7 +1,7 @@
-#include "input/input.h"
+#include "input/files/input.h"
 #include "input/opened_document.h"
-#include "output/document_text.h"
-#include "output/text_display.h"
+#include "output/display/document_text.h"
+#include "output/display/text_display.h"
 #include "verbs/verbs.h"
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-#include "output/text_display.h"
-#include "output/value_display.h"
+#include "output/display/text_display.h"
+#include "output/display/value_display.h"
 #include "tree/tree_walk.h"
 #include "verbs/each_document.h"
 #include "verbs/verbs.h"

@@ -34,7 +34,7 @@ ExitCode run_same(const Arguments& arguments, Streams& streams);
 /// Stores the document in another form. What was made is read back and compared before it takes the target's name;
 /// a target that cannot be written, or would hold something else, stays as it was.
 ExitCode run_convert(const Arguments& arguments, Streams& streams);
-/// Writes what each byte of a binary, enciphered or archive file means, up to the first that cannot be explained.
+/// Writes what each byte of a binary, enciphered or archive file means, and goes on behind what cannot be explained.
 ExitCode run_dump(const Arguments& arguments, Streams& streams);
 /// Lays out texts. What is read stays the same: the library compares it before anything is written.
 ExitCode run_fmt(const Arguments& arguments, Streams& streams);
@@ -44,5 +44,9 @@ ExitCode run_diff(const Arguments& arguments, Streams& streams);
 ExitCode run_textconv(const Arguments& arguments, Streams& streams);
 /// Merges two texts that were made of one.
 ExitCode run_merge(const Arguments& arguments, Streams& streams);
+/// Saves what is left of a stored form that is cut off or damaged, and tells what is lost.
+ExitCode run_recover(const Arguments& arguments, Streams& streams);
+/// Says what takes the space of documents.
+ExitCode run_stats(const Arguments& arguments, Streams& streams);
 
 } // namespace bkdoc

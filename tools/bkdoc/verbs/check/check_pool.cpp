@@ -91,13 +91,13 @@ private:
 } // namespace
 
 void check_files(const std::vector<std::string>& files, const CheckRules& rules, std::size_t threads,
-                 const std::function<void(CheckedFile&&)>& take) {
+                 const std::function<void(CheckedFile&&)>& take, const std::function<void(double)>& tell) {
     if (threads <= 1 || files.size() <= 1) {
         for (const std::string& file : files) {
             if (Interruption::is_wanted()) {
                 return;
             }
-            take(check_file(file, rules));
+            take(check_file(file, rules, tell));
         }
         return;
     }

@@ -1,5 +1,5 @@
+#include "output/display/text_display.h"
 #include "output/json_writer.h"
-#include "output/text_display.h"
 #include "platform/paths.h"
 #include "verbs/check/check_report.h"
 

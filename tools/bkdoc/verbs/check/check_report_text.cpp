@@ -1,6 +1,7 @@
 #include "verbs/check/check_report.h"
 
-#include "output/text_display.h"
+#include "output/display/screen_column.h"
+#include "output/display/text_display.h"
 #include "platform/paths.h"
 
 #include <algorithm>
@@ -98,17 +99,22 @@ public:
     void file(const std::string&, const std::vector<ToldProblem>& problems,
               std::size_t most_problems) override {
         for (std::size_t i = 0; i < std::min(problems.size(), most_problems); ++i) {
-            writer_.write_line(problems[i].problem);
+            write(problems[i].problem);
         }
     }
     void refusal(const std::string& reason) override { complain(streams_, reason); }
     void end(const std::vector<IncludedProblem>& included, std::size_t, const CheckCounts&) override {
         for (const IncludedProblem& problem : included) {
-            writer_.write_line(problem.told.problem);
+            write(problem.told.problem);
         }
     }
 
 private:
+    void write(bk_parser::Problem problem) {
+        problem.column = screen_column(problem);
+        writer_.write_line(problem);
+    }
+
     Streams& streams_;
     ProblemWriter writer_;
 };

@@ -1,6 +1,6 @@
 #include "verbs/check/checked_file.h"
 
-#include "input/config.h"
+#include "input/options/config.h"
 
 #include <limits>
 #include <utility>
@@ -46,7 +46,8 @@ void take_problems(const OpenedDocument& document, bool strict, CheckedFile& che
 
 } // namespace
 
-CheckedFile check_file(const std::string& operand, const CheckRules& rules) {
+CheckedFile check_file(const std::string& operand, const CheckRules& rules,
+                       std::function<void(double)> tell) {
     CheckedFile checked;
     checked.name = shown_operand(operand);
     OpenOptions open = rules.open;
@@ -59,7 +60,7 @@ CheckedFile check_file(const std::string& operand, const CheckRules& rules) {
         return checked;
     }
     open.allow.insert(open.allow.end(), config.allow.begin(), config.allow.end());
-    const OpenedDocument document = open_quietly(operand, open);
+    const OpenedDocument document = open_quietly(operand, open, std::move(tell));
     if (document.is_cancelled()) {
         checked.code = EXIT_INTERRUPTED;
         return checked;

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "input/opened_document.h"
-#include "output/report.h"
+#include "output/problems/report.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,7 +37,8 @@ struct CheckRules {
     std::optional<std::size_t> max_problems;
 };
 
-/// Loads one document by the rules and those of its configuration.
-CheckedFile check_file(const std::string& operand, const CheckRules& rules);
+/// Loads one document by the rules and those of its configuration. `tell` is given how far that is, from 0 to 1.
+CheckedFile check_file(const std::string& operand, const CheckRules& rules,
+                       std::function<void(double)> tell = {});
 
 } // namespace bkdoc

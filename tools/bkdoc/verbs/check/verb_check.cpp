@@ -1,9 +1,11 @@
-#include "input/file_list.h"
+#include "input/files/file_list.h"
+#include "input/options/problem_code.h"
+#include "output/display/text_display.h"
 #include "output/progress_line.h"
-#include "output/text_display.h"
 #include "platform/interruption.h"
 #include "verbs/check/check_pool.h"
 #include "verbs/check/check_report.h"
+#include "verbs/check/shared_files.h"
 #include "verbs/check/watch.h"
 #include "verbs/verbs.h"
 
@@ -30,16 +32,19 @@ std::size_t thread_count(const Arguments& arguments) {
     return std::min(asked == 0 ? processors : asked, most_threads);
 }
 
-/// Shown while more files than one are checked.
 class FileProgress {
 public:
-    FileProgress(Streams& streams, std::size_t count)
-        : line_(streams.err, "checking " + counted(count, "file", "files")), count_(count) {}
+    FileProgress(Streams& streams, const std::vector<std::string>& files)
+        : line_(streams.err, "checking " + (files.size() == 1 ? shown_operand(files.front())
+                                                              : counted(files.size(), "file", "files"))),
+          count_(files.size()) {}
 
     void step() {
         ++done_;
-        line_.show(static_cast<double>(done_) / static_cast<double>(count_));
+        show(0);
     }
+    /// So much of the next file is done.
+    void show(double part) { line_.show((static_cast<double>(done_) + part) / static_cast<double>(count_)); }
 
 private:
     ProgressLine line_;
@@ -58,8 +63,9 @@ WatchRound check_once(const Request& request, Streams& streams) {
         report->refusal(fault);
         summary.fail(EXIT_UNREADABLE);
     }
-    FileProgress progress(streams, list.files.size());
-    check_files(list.files, request.rules, request.threads, [&](CheckedFile&& file) {
+    FileProgress progress(streams, list.files);
+    const SharedFiles shared;
+    const auto take = [&](CheckedFile&& file) {
         progress.step();
         if (file.refusal) {
             report->refusal(*file.refusal);
@@ -68,7 +74,9 @@ WatchRound check_once(const Request& request, Streams& streams) {
         const std::string name = file.name;
         const std::size_t most = file.most_problems;
         report->file(name, summary.add(std::move(file)), most);
-    });
+    };
+    check_files(list.files, request.rules, request.threads, take,
+                [&progress](double part) { progress.show(part); });
     const std::size_t most = request.rules.max_problems.value_or(usual_most_problems);
     const auto included = summary.take_included();
     report->end(included, most == 0 ? std::numeric_limits<std::size_t>::max() : most, summary.counts());
@@ -97,6 +105,12 @@ bool take_request(const Arguments& arguments, Request& request, Streams& streams
     }
     const bool is_opened = take_opening(arguments, request.rules.open, streams);
     request.rules.open.allow = arguments.values("--allow");
+    for (const std::string& code : request.rules.open.allow) {
+        if (const std::string reason = unknown_code(code); !reason.empty()) {
+            complain(streams, "--allow: " + reason);
+            return false;
+        }
+    }
     return is_opened;
 }
 

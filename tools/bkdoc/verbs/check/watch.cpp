@@ -1,7 +1,7 @@
 #include "verbs/check/watch.h"
 
-#include "input/config.h"
-#include "output/text_display.h"
+#include "input/options/config.h"
+#include "output/display/text_display.h"
 #include "platform/change_waiter.h"
 #include "platform/interruption.h"
 #include "platform/paths.h"

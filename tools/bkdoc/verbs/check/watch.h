@@ -1,6 +1,6 @@
 #pragma once
 
-#include "input/file_list.h"
+#include "input/files/file_list.h"
 #include "output/output.h"
 #include "verbs/exit_code.h"
 

@@ -1,4 +1,4 @@
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 #include "platform/paths.h"
 #include "verbs/deps/deps_output.h"
 

@@ -1,6 +1,6 @@
-#include "input/file_list.h"
+#include "input/files/file_list.h"
 #include "input/opened_document.h"
-#include "output/report.h"
+#include "output/problems/report.h"
 #include "platform/paths.h"
 #include "verbs/deps/deps_output.h"
 #include "verbs/verbs.h"

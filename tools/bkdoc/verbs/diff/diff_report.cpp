@@ -1,7 +1,7 @@
 #include "verbs/diff/diff_report.h"
 
+#include "output/display/text_display.h"
 #include "output/json_writer.h"
-#include "output/text_display.h"
 
 #include <algorithm>
 #include <array>

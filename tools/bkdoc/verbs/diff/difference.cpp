@@ -1,8 +1,8 @@
 #include "verbs/diff/difference.h"
 
 #include "document/places.h"
-#include "output/text_display.h"
-#include "output/value_display.h"
+#include "output/display/text_display.h"
+#include "output/display/value_display.h"
 #include "platform/paths.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include "document/compare.h"
-#include "output/report.h"
+#include "output/problems/report.h"
 #include "verbs/diff/diff_report.h"
 #include "verbs/diff/difference.h"
 #include "verbs/verbs.h"

@@ -1,9 +1,10 @@
 #include "verbs/edit/edit_output.h"
 
-#include "input/input.h"
-#include "output/report.h"
-#include "output/text_display.h"
-#include "output/unified_diff.h"
+#include "document/text_diff.h"
+#include "input/files/input.h"
+#include "output/diff/diff_text.h"
+#include "output/display/text_display.h"
+#include "output/problems/report.h"
 #include "platform/paths.h"
 #include "platform/unfinished_file.h"
 
@@ -125,7 +126,7 @@ void EditOutput::write_diffs() {
         const bk_parser::FileChange& change = changed.change;
         const std::string name = shown(changed.name, file_name_limit);
         if (is_text(change.before) && is_text(change.after)) {
-            write_unified_diff(change.before, change.after, name, name, streams_.out);
+            write_diff(bk_parser::unified_diff(change.before, change.after, name, name), streams_.out);
         } else {
             streams_.out << name << ": is no text; " << counted(change.before.size(), "byte", "bytes")
                          << " would become " << grouped(change.after.size()) << "\n";

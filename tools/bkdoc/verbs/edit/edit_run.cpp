@@ -1,8 +1,8 @@
 #include "verbs/edit/edit_run.h"
 
 #include "document/places.h"
-#include "input/file_list.h"
-#include "output/report.h"
+#include "input/files/file_list.h"
+#include "output/problems/report.h"
 #include "platform/paths.h"
 #include "verbs/edit/edit_output.h"
 

@@ -2,7 +2,7 @@
 
 #include "document/access.h"
 #include "document/ranges.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 
 #include <cmath>
 

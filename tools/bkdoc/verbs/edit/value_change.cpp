@@ -1,8 +1,8 @@
 #include "verbs/edit/value_change.h"
 
 #include "document/access.h"
-#include "output/text_display.h"
-#include "output/value_display.h"
+#include "output/display/text_display.h"
+#include "output/display/value_display.h"
 
 #include <charconv>
 #include <cmath>
@@ -100,8 +100,14 @@ ValueChange::Result ValueChange::apply(ParserEntry& entry, unsigned int value) c
 std::string ValueChange::type_refusal(const ParserEntry& entry, unsigned int i, unsigned int given) const {
     const ParserValue::Type has = entry.get_value_type(i);
     const ParserValue::Type gets = literals_.type(given);
-    if (has == gets || (is_number(has) && is_number(gets)) || type_ != WantedType::as_it_is) {
+    if (has == gets || type_ != WantedType::as_it_is) {
         return {};
+    }
+    if (is_number(has) && is_number(gets)) {
+        const bool is_kept = has == ParserValue::TYPE_DOUBLE || is_int(literals_.given(given).real);
+        return is_kept ? std::string()
+                       : number_text(literals_.given(given).real) + " is no int, as " +
+                             spelled_value(entry, i) + " is; --type double makes it a double";
     }
     const std::string_view option = gets == ParserValue::TYPE_BOOL     ? "bool"
                                     : gets == ParserValue::TYPE_STRING ? "string"

@@ -1,5 +1,5 @@
 #include "document/access.h"
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 #include "verbs/edit/edit_run.h"
 #include "verbs/find/find_run.h"
 #include "verbs/verbs.h"

@@ -1,7 +1,7 @@
 #include "verbs/find/find_run.h"
 
-#include "input/file_list.h"
-#include "output/report.h"
+#include "input/files/file_list.h"
+#include "output/problems/report.h"
 #include "platform/interruption.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "verbs/find/match.h"
 
+#include "output/display/text_display.h"
+#include "output/display/value_display.h"
 #include "output/json_writer.h"
-#include "output/text_display.h"
-#include "output/value_display.h"
 #include "parser/parser_group.h"
 
 #include <cmath>

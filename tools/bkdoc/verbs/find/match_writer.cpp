@@ -2,9 +2,9 @@
 
 #include "document/path.h"
 #include "document/places.h"
-#include "output/report.h"
-#include "output/text_display.h"
-#include "output/value_display.h"
+#include "output/display/text_display.h"
+#include "output/display/value_display.h"
+#include "output/problems/report.h"
 
 #include <optional>
 

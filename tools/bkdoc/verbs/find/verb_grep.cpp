@@ -1,4 +1,4 @@
-#include "output/text_display.h"
+#include "output/display/text_display.h"
 #include "pattern/pattern.h"
 #include "verbs/find/find_run.h"
 #include "verbs/verbs.h"

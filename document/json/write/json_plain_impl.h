@@ -1,0 +1,52 @@
+#pragma once
+
+#include "document/json/write/json_output_impl.h"
+#include "parser/parser_entry.h"
+#include "parser/parser_group.h"
+
+#include <string_view>
+#include <vector>
+
+namespace bk_parser {
+
+/// Writes a tree in the plain shape: a group is an object, in which each name stands once. Depth costs heap, not stack.
+class PlainJsonWriter {
+public:
+    /// No line breaks when `indent` is 0.
+    PlainJsonWriter(JsonOutput& out, unsigned int indent) : out_(out), indent_(indent) {}
+
+    /// False when the output wants no more.
+    bool write(const ParserGroup& root);
+
+private:
+    /// An entry, and the place in its group of the first one of its name.
+    struct Item {
+        const ParserEntry* entry;
+        unsigned int position;
+        unsigned int first;
+    };
+    struct Level {
+        std::vector<Item> items; // entries of one name side by side
+        std::size_t item = 0;    // that is being written, or the next one
+        unsigned int value = 0;  // the next one of that entry
+        bool is_in_entry = false;
+    };
+
+    static std::vector<Item> items_of(const ParserGroup& group);
+    static bool begins_name(const Level& level) noexcept;
+    static bool ends_name(const Level& level) noexcept;
+    void open_group(const ParserGroup& group);
+    void advance();
+    void begin_entry(Level& level);
+    bool write_values(Level& level);
+    void end_entry(Level& level);
+    void put_value(const ParserValue& value);
+    void put_comma() { out_.put(indent_ == 0 ? "," : ", "); }
+    void break_line();
+
+    JsonOutput& out_;
+    unsigned int indent_;
+    std::vector<Level> levels_;
+};
+
+} // namespace bk_parser

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "core/numbers/core_number_impl.h"
+#include "parser/model/parser_value_impl.h"
+
+#include <array>
+#include <string_view>
+
+namespace bk_parser {
+
+/// The word by which a text says a bool, char, int, double or bare word. Refers to the value.
+class ScalarWord {
+public:
+    /// The spelling, or what says the content when there is none.
+    static ScalarWord as_spelled(const ParserValue& value) { return ScalarWord(value, true); }
+    /// What says the content, however it is spelled.
+    static ScalarWord as_read(const ParserValue& value) { return ScalarWord(value, false); }
+
+    ScalarWord(const ScalarWord&) = delete;
+    ScalarWord& operator=(const ScalarWord&) = delete;
+
+    std::string_view view() const noexcept { return word_; }
+
+private:
+    ScalarWord(const ParserValue& value, bool keeps_spelling) {
+        const bool has_content = bk::ValueAccess::type(value) != ParserValue::TYPE_WORD;
+        const bool is_shown = bk::ValueAccess::is_spelled(value) && (keeps_spelling || !has_content);
+        word_ = is_shown ? bk::ValueAccess::spelling(value) : word_of_content(value);
+    }
+
+    std::string_view word_of_content(const ParserValue& value) {
+        switch (bk::ValueAccess::type(value)) {
+        case ParserValue::TYPE_BOOL:
+            return value.get_as_bool() ? "yes" : "no";
+        case ParserValue::TYPE_CHAR:
+        case ParserValue::TYPE_INT:
+            return {room_.data(), bk::write_int(room_.data(), value.get_as_int())};
+        case ParserValue::TYPE_DOUBLE:
+            return {room_.data(), bk::write_double(room_.data(), value.get_as_double())};
+        default:
+            return {};
+        }
+    }
+
+    std::array<char, bk::number_text_capacity> room_;
+    std::string_view word_;
+};
+
+} // namespace bk_parser

@@ -1,0 +1,192 @@
+#include "document/problems/files/source_checks_impl.h"
+
+#include "core/core_version.h"
+#include "core/numbers/core_number_impl.h"
+#include "document/problems/files/byte_scan_impl.h"
+#include "document/problems/files/line_reader_impl.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/problems/list/shown_word_impl.h"
+#include "parser/files/parser_document_impl.h"
+#include "parser/words/parser_word_rules_impl.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace bk_parser {
+
+namespace {
+
+constexpr std::string_view blanks = " \t\r\n";
+
+/// What becomes known of a file while its pieces go by, at the first place where it is included.
+class FileChecks {
+public:
+    FileChecks(std::size_t inclusion, std::size_t expanded, std::string_view text, bool has_escapes,
+               const Losses& losses, ProblemList& problems)
+        : inclusion_(inclusion), text_(text), has_escapes_(has_escapes), losses_(losses), problems_(problems),
+          quotes_(text), stray_(find_stray_bytes(text)), expanded_(expanded) {}
+
+    std::size_t get_inclusion() const noexcept { return inclusion_; }
+
+    void take_piece(const SourceMap::Piece& piece) {
+        take_gap(piece.offset, piece.expanded);
+        tell_stray_bytes(piece.offset, piece.expanded, 0);
+        read_ = std::size_t{piece.offset} + piece.length;
+        expanded_ = std::size_t{piece.expanded} + piece.length;
+        tell_stray_bytes(read_, expanded_, piece.length);
+    }
+    void finish() {
+        take_gap(text_.size(), expanded_);
+        tell_stray_bytes(text_.size(), expanded_, 0);
+    }
+
+private:
+    Spot spot(std::size_t offset, std::size_t length, std::size_t expanded) const noexcept {
+        return {inclusion_, offset, length, expanded};
+    }
+
+    /// Comments and directives, one after the other.
+    void take_gap(std::size_t end, std::size_t expanded) {
+        std::size_t at = read_;
+        while (at < end) {
+            const std::string_view rest = text_.substr(at);
+            if (rest.starts_with("//")) {
+                at = after_line(at);
+            } else if (rest.starts_with(bk::include_directive)) {
+                const std::size_t quote = text_.find('"', at + bk::include_directive.size());
+                const std::size_t stop = std::min(quote, text_.size() - 1) + 1;
+                check_directive(at, stop - at, expanded);
+                at = stop;
+            } else if (rest.starts_with(bk::version_directive)) {
+                check_version(at, expanded);
+                at = after_line(at);
+            } else {
+                return;
+            }
+        }
+    }
+
+    std::size_t after_line(std::size_t at) const noexcept {
+        return std::min(text_.find('\n', at), text_.size() - 1) + 1;
+    }
+
+    void check_directive(std::size_t at, std::size_t length, std::size_t expanded) {
+        if (quotes_.state_at(at) == LineReader::State::string) {
+            const Spot place = spot(at, length, expanded);
+            problems_.add(losses_.severity(codes::directive_in_string, place), codes::directive_in_string,
+                          "a directive is obeyed inside a string, too: spell it otherwise", place);
+        }
+    }
+
+    void check_version(std::size_t at, std::size_t expanded) {
+        const std::size_t number_at = at + bk::version_directive.size();
+        const std::size_t line_end = std::min(text_.find('\n', number_at), text_.size());
+        std::string_view argument = text_.substr(number_at, line_end - number_at);
+        check_directive(at, bk::version_directive.size() - 1, expanded);
+        const bk::DoubleText version = bk::text_to_double(argument);
+        if (!(version.value > 0)) {
+            return; // told when it was found
+        }
+        const Spot place = spot(number_at, version.length, expanded);
+        check_text_after(number_at, argument, version.length, expanded);
+        if (CoreVersion(bk::written_version).is_older_than(CoreVersion(version.value))) {
+            problems_.add(codes::version_too_new,
+                          "the version is " + std::string(argument.substr(0, version.length)) +
+                              "; the latest that is known is 1.2",
+                          place);
+        }
+        if (inclusion_ != 0 && text_.find('\\') != std::string_view::npos &&
+            bk::has_escapes(CoreVersion(version.value)) != has_escapes_) {
+            problems_.add(codes::version_of_include,
+                          std::string("the version of an included file does not count: here a backslash ") +
+                              (has_escapes_ ? "begins an escape" : "stands for itself"),
+                          place);
+        }
+        if (inclusion_ == 0 && version_ && *version_ != version.value) {
+            problems_.add(codes::version_repeated, "the file states a version twice; this one counts", place);
+        }
+        version_ = version.value;
+    }
+
+    void check_text_after(std::size_t number_at, std::string_view argument, std::size_t length,
+                          std::size_t expanded) {
+        const std::size_t begin = argument.find_first_not_of(blanks, length);
+        if (begin == std::string_view::npos || argument.substr(begin).starts_with("//")) {
+            return;
+        }
+        const std::size_t end = argument.find_last_not_of(blanks) + 1;
+        problems_.add(codes::text_after_version,
+                      shown(argument.substr(begin, end - begin)) +
+                          " is dropped with the version line: put it on the next line",
+                      spot(number_at + begin, end - begin, expanded));
+    }
+
+    /// Those before `end`, which is at `expanded` there; so many bytes before it are a part of the expanded text.
+    void tell_stray_bytes(std::size_t end, std::size_t expanded, std::size_t length_there) {
+        const auto place = [&](std::size_t at, std::size_t length) {
+            const std::size_t distance = std::min(end - at, length_there);
+            return spot(at, length, expanded - distance);
+        };
+        if (stray_.nul_count != 0 && stray_.first_nul < end) {
+            problems_.add(codes::nul_byte,
+                          "the file holds " + counted(stray_.nul_count, "NUL byte") +
+                              ", the first one here: it is damaged, or no text",
+                          place(stray_.first_nul, 1));
+            stray_.nul_count = 0;
+        }
+        if (stray_.bad_count != 0 && stray_.first_bad < end) {
+            problems_.add(codes::not_utf_8,
+                          "the file holds " + counted(stray_.bad_count, "byte") + " that " +
+                              (stray_.bad_count == 1 ? "is" : "are") +
+                              " no UTF-8, the first one here: save the file as UTF-8",
+                          place(stray_.first_bad, 1));
+            stray_.bad_count = 0;
+        }
+        for (; next_mark_ < stray_.marks.size() && stray_.marks[next_mark_] < end; ++next_mark_) {
+            const std::size_t at = stray_.marks[next_mark_];
+            if (quotes_.state_at(at) == LineReader::State::string) {
+                problems_.add(codes::byte_order_mark_in_string,
+                              "an invisible byte order mark stands in this string: delete it", place(at, 3));
+            }
+        }
+    }
+
+    std::size_t inclusion_;
+    std::string_view text_;
+    bool has_escapes_;
+    const Losses& losses_;
+    ProblemList& problems_;
+    LineReader quotes_;
+    StrayBytes stray_;
+    std::size_t next_mark_ = 0;
+    std::size_t read_ = 0;
+    std::size_t expanded_;
+    std::optional<double> version_;
+};
+
+} // namespace
+
+void check_sources(const SourceMap& sources, bool has_escapes, const Losses& losses, ProblemList& problems) {
+    std::vector<FileChecks> files;
+    files.reserve(sources.get_files().size());
+    for (std::size_t i = 0; i < sources.get_inclusion_count();
+         ++i) { // files are in the order of their first inclusion
+        if (sources.file_of_inclusion(i) == files.size()) {
+            files.emplace_back(i, sources.inclusion(i).directive.expanded,
+                               sources.get_files()[files.size()]->text.get_text(), has_escapes, losses,
+                               problems);
+        }
+    }
+    for (const SourceMap::Piece& piece : sources.get_pieces()) {
+        FileChecks& file = files[sources.file_of_inclusion(piece.inclusion)];
+        if (file.get_inclusion() == piece.inclusion) {
+            file.take_piece(piece);
+        }
+    }
+    for (FileChecks& file : files) {
+        file.finish();
+    }
+}
+
+} // namespace bk_parser

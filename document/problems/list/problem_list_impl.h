@@ -1,0 +1,106 @@
+#pragma once
+
+#include "document/load/meter_impl.h"
+#include "document/problem.h"
+#include "document/problems/list/problem_codes_impl.h"
+#include "document/sources/source_map_impl.h"
+
+#include <array>
+#include <concepts>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace bk_parser {
+
+/// The problems of one load, collected as they are noticed, by place. Their lines and columns are worked out when the
+/// load is over: a document without problems costs nothing. A hostile document may have a problem at every other byte,
+/// so that their number is bounded: when `most` errors are kept, further errors are only counted, and so are warnings.
+class ProblemList {
+public:
+    /// How many are told, whatever the limits allow.
+    static constexpr std::size_t most_told = 10000;
+
+    /// The arguments outlive the list. Warnings of the allowed codes are left out; `most` problems are told.
+    ProblemList(const SourceMap& sources, const std::vector<std::string>& allow, std::size_t most)
+        : sources_(sources), allow_(allow), most_(most) {}
+
+    /// A problem at a place of a file.
+    void add(Severity severity, std::string_view code, std::string message, const Spot& spot);
+    /// The same; the severity is that of the table.
+    void add(std::string_view code, std::string message, const Spot& spot);
+    /// The same of problems that a hostile document may have many of: those that are too many are counted, and their messages
+    /// are not composed.
+    template <std::invocable Compose>
+    void add(Severity severity, std::string_view code, const Compose& compose, const Spot& spot) {
+        if (keeps_message(severity, code)) {
+            add(severity, code, compose(), spot);
+        } else if (!is_allowed(severity, code)) {
+            leave_out(severity, code);
+        }
+    }
+    template <std::invocable Compose>
+    void add(std::string_view code, const Compose& compose, const Spot& spot) {
+        add(severity_of(code), code, compose, spot);
+    }
+    /// A problem of a whole file, or of none.
+    void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
+
+    bool is_empty() const noexcept { return noticed_.empty() && left_.empty(); }
+    /// What was not read, in the words of the problems: parts of the document, and includes that were left out alone.
+    const std::vector<std::string>& unread_parts() const noexcept { return unread_parts_; }
+    const std::vector<std::string>& unread_includes() const noexcept { return unread_includes_; }
+    /// Takes back the problems of a code.
+    void forget(std::string_view code);
+    /// In the order of the reading, each message on one line. What is wrong in a file that is included more than once is
+    /// told at the first place. The last problem says how many were left out as too many. The meter's range is the work here.
+    std::vector<Problem> take(const Meter::Range& range, Meter& meter);
+
+private:
+    struct Noticed {
+        Severity severity;
+        std::string_view code; // one of document/problems/list/problem_codes_impl.h
+        std::string message;
+        std::filesystem::path file; // when it has no spot
+        Spot spot;
+        bool has_spot;
+    };
+    /// File, place in it, and hash of what is told.
+    using Told = std::array<std::size_t, 3>;
+    struct ToldHash {
+        std::size_t operator()(const Told& told) const noexcept {
+            return (told[0] * 1000003 + told[1]) * 1000003 ^ told[2];
+        }
+    };
+    struct Left {
+        std::size_t count = 0;
+        bool has_error = false;
+    };
+
+    bool is_allowed(Severity severity, std::string_view code) const;
+    bool keeps_message(Severity severity, std::string_view code) const;
+    void note_unread(std::string_view code, const std::string& message, bool has_spot);
+    std::size_t kept(Severity severity) const noexcept { return kept_[severity == Severity::error ? 1 : 0]; }
+    bool has_room(Severity severity) noexcept;
+    Told told_of(const Spot& spot, std::string_view code, std::string_view message) const noexcept;
+    bool is_told(const Spot& spot, std::string_view code, std::string_view message) const;
+    void remember(const Spot& spot, std::string_view code, std::string_view message);
+    bool is_before(const Noticed& a, const Noticed& b) const;
+    void leave_out(Severity severity, std::string_view code);
+    Problem problem_of(Noticed&& noticed, std::size_t& line_bytes) const;
+    void add_left(std::vector<Problem>& problems) const;
+
+    const SourceMap& sources_;
+    const std::vector<std::string>& allow_;
+    std::size_t most_;
+    std::vector<Noticed> noticed_;
+    std::vector<std::string> unread_parts_;
+    std::vector<std::string> unread_includes_;
+    std::array<std::size_t, 2> kept_{}; // by severity
+    std::unordered_set<Told, ToldHash> told_;
+    std::unordered_map<std::string_view, Left> left_; // by code
+};
+
+} // namespace bk_parser

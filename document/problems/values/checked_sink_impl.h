@@ -1,0 +1,164 @@
+#pragma once
+
+#include "document/problems/faults/fault_record_impl.h"
+#include "document/problems/files/joins_impl.h"
+#include "document/problems/files/line_reader_impl.h"
+#include "document/problems/list/problem_list_impl.h"
+#include "document/problems/values/value_checks_impl.h"
+#include "parser/text/parser_tree_sink_impl.h"
+
+#include <string_view>
+
+namespace bk_parser {
+
+/// Builds the tree, and looks at names and values on the way.
+class CheckedSink {
+public:
+    CheckedSink(ParserGroup& root, std::string_view expanded, bool has_escapes, const ParserLimits& limits,
+                const SourceMap& sources, const Joins& joins, ProblemList& problems)
+        : text_(expanded), end_(expanded.data() + expanded.size()), has_escapes_(has_escapes),
+          sources_(sources), joins_(joins), problems_(problems), lines_(sources), faults_(expanded),
+          tree_(root, has_escapes, &faults_, limits) {
+        tree_.leave_log_out();
+    }
+
+    bool begin_entry(const bk::EntryHead& head, const bk::Token& token) {
+        check_head(head, token);
+        return tree_.begin_entry(head, token);
+    }
+
+    void add_value(ParserWord::Type kind, std::string_view word) {
+        check_value(kind, word);
+        tree_.add_value(kind, word);
+    }
+
+    void add_entry(const bk::KnownEntry& known) {
+        check_head(known.entry_head(), known.token(text_.data()));
+        if (known.kind == bk::KnownEntry::numbers) {
+            known.for_each_number([this](std::string_view word, bool is_double) {
+                check_value(is_double ? ParserWord::TYPE_DOUBLE : ParserWord::TYPE_INT, word);
+            });
+        } else {
+            check_value(known.kind == bk::KnownEntry::string ? ParserWord::TYPE_STRING
+                                                             : ParserWord::TYPE_BOOL,
+                        known.word());
+        }
+        tree_.add_entry(known);
+    }
+
+    bool open_group(const bk::KnownEntry& known, const bk::Token& brace) {
+        check_head(known.entry_head(), known.token(text_.data()));
+        begin_group();
+        return tree_.open_group(known, brace);
+    }
+
+    void make_function_call() {
+        check_call();
+        tree_.make_function_call();
+    }
+    bool open_group(const bk::Token& brace) {
+        begin_group();
+        return tree_.open_group(brace);
+    }
+    void close_group() {
+        end_watched_entry();
+        faults_.begin_or_end_group();
+        tree_.close_group();
+    }
+    void report_fault(ParserReadObserver::Fault fault, const bk::Token& token, std::string_view) {
+        faults_.add(fault, token.start, token.length);
+    }
+    void finish() {
+        end_watched_entry();
+        tell_escapes();
+        tree_.finish();
+    }
+
+    const FaultRecorder& get_faults() const noexcept { return faults_; }
+
+private:
+    void check_head(const bk::EntryHead& head, const bk::Token& token) {
+        end_watched_entry();
+        value_count_ = 0;
+        faults_.begin_entry(head.name);
+        if (head.array_count != bk::no_array) {
+            watch_count(head, token);
+        } else if (head.is_keyword) {
+            check_keyword(head, token);
+        }
+    }
+
+    void check_value(ParserWord::Type kind, std::string_view word) {
+        ++value_count_;
+        switch (kind) {
+        case ParserWord::TYPE_INT:
+        case ParserWord::TYPE_DOUBLE:
+            if (!is_plain_number(word, kind == ParserWord::TYPE_INT, end_)) {
+                check_number(word, kind == ParserWord::TYPE_INT);
+            }
+            break;
+        case ParserWord::TYPE_STRING:
+            if (!is_plain_string(word)) {
+                check_string(word);
+            }
+            break;
+        case ParserWord::TYPE_BINARY_DATA:
+            array_count_ = bk::no_array; // an array may stand in one binary literal
+            tell(word, find_binary_flaw(word));
+            break;
+        default:
+            break;
+        }
+    }
+
+    void begin_group() {
+        array_count_ = bk::no_array; // an array may be a group
+        faults_.begin_or_end_group();
+    }
+    void end_watched_entry() {
+        if (array_count_ != bk::no_array) {
+            if (array_count_ != value_count_) {
+                tell_count();
+            }
+            array_count_ = bk::no_array;
+        }
+    }
+    void watch_count(const bk::EntryHead& head, const bk::Token& token) {
+        head_ = text_.substr(token.start, token.length);
+        if (is_plain_count(head_, head.name.size())) {
+            array_count_ = head.array_count;
+        } else {
+            check_suffix(head);
+        }
+    }
+    void check_suffix(const bk::EntryHead& head);
+    void tell_count();
+    void check_keyword(const bk::EntryHead& head, const bk::Token& token);
+    void check_call() const;
+    void check_number(std::string_view word, bool is_int);
+    void check_string(std::string_view word);
+    void tell_escapes();
+    void tell(std::string_view word, const ValueFlaw& flaw);
+    Spot spot_of(std::string_view word) const {
+        return sources_.find(static_cast<std::size_t>(word.data() - text_.data()), word.size());
+    }
+
+    std::string_view text_;
+    const char* end_;
+    bool has_escapes_;
+    const SourceMap& sources_;
+    const Joins& joins_;
+    ProblemList& problems_;
+    LineReaders lines_;
+
+    unsigned int value_count_ = 0;            // of the entry begun last, groups not counted
+    unsigned int array_count_ = bk::no_array; // that the entry begun last declares
+    std::string_view head_;                   // the word of that entry
+    std::string_view first_escape_;           // of a document whose version has none
+    std::size_t escape_count_ = 0;            // strings that have some
+
+    FaultRecorder faults_;
+    bk::TreeSink tree_;
+};
+
+} // namespace bk_parser

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "document/load/meter_impl.h"
+#include "document/problems/list/problem_list_impl.h"
+#include "document/sources/source_map_impl.h"
+#include "parser/parser_group.h"
+#include "parser/parser_limits.h"
+
+#include <string_view>
+
+namespace bk_parser {
+
+/// Who is told how far the work is: of the parsing in the range that it stands in, in bytes of the text, and of what is
+/// found out about faults then in the range given here.
+struct CheckProgress {
+    Meter& meter;
+    Meter::Range of_faults;
+};
+
+/// Parses an expanded text, which a NUL follows, into a group. Faults become problems, and nothing is logged.
+void parse_checked(ParserGroup& root, std::string_view expanded, bool has_escapes, const SourceMap& sources,
+                   const ParserLimits& limits, ProblemList& problems, const CheckProgress& progress);
+
+} // namespace bk_parser

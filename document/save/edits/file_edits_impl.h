@@ -1,0 +1,16 @@
+#pragma once
+
+#include "document/save/edits/layout_edits_impl.h"
+#include "document/save/record/save_sources_impl.h"
+
+#include <string>
+#include <vector>
+
+namespace bk_parser {
+
+/// Turns the edits of all inclusions into new bytes of files. False when the inclusions of one file ask for different
+/// edits of it: the reason says so.
+bool apply_edits(const SaveSources& sources, const FileNames& names, const std::vector<Edit>& edits,
+                 const std::string& key, NewBytes& bytes, std::string& reason);
+
+} // namespace bk_parser

@@ -1,0 +1,88 @@
+#include "document/save/edits/layout_edits_impl.h"
+#include "document/save/edits/layout_lines_impl.h"
+#include "document/save/edits/text_edits_impl.h"
+
+#include <algorithm>
+#include <utility>
+
+// Entries that moved within their group: their bytes are carried to the new place, comments and all, with what has changed in them.
+
+namespace bk_parser {
+
+/// Bytes with an include go nowhere but to the same file, which alone finds it as before.
+bool LayoutEdits::can_carry(const OldEntry& old, std::size_t target, FileRange& place) {
+    const TextRange range{old.name.begin, old.end};
+    return locate(range, place) && (place.inclusion == target || is_of_one_file(range));
+}
+
+bool LayoutEdits::carry(const Anchor& anchor, const Gap& gap, const Addition& addition,
+                        const FileRange& place, Edit& edit) {
+    const OldEntry& old = *addition.moved_from;
+    const auto index = static_cast<std::uint32_t>(carries_.size());
+    const bool has_lines =
+        anchor.way != Anchor::Way::in_line_behind && anchor.way != Anchor::Way::in_line_before;
+    carries_.push_back({place, std::string(indent_of(text_of(place.inclusion), place.begin)), anchor.indent,
+                        has_lines, std::string()});
+    edit.carried.push_back({edit.text.size(), index});
+    is_carried_[static_cast<std::size_t>(&old - gap.group->entries.data())] = true;
+    const std::uint32_t around = std::exchange(inside_, index);
+    const bool is_done = !old.has_changed || edit_entry(*gap.group, old, *addition.entries[0]);
+    inside_ = around;
+    return is_done;
+}
+
+/// Puts the carried texts into what takes them in. The changes inside of one are part of it then.
+void LayoutEdits::fill_carries() {
+    if (carries_.empty()) {
+        return;
+    }
+    std::vector<std::vector<std::size_t>> inside(carries_.size());
+    for (std::size_t i = 0; i < edits_.size(); ++i) {
+        Edit& edit = edits_[i];
+        if (edit.inside != no_index && edit.inclusion == carries_[edit.inside].place.inclusion) {
+            inside[edit.inside].push_back(i);
+        } else {
+            edit.inside = no_index; // in an include inside of it, which stays
+        }
+    }
+    for (std::size_t i = carries_.size(); i-- > 0;) {
+        Carry& carry = carries_[i];
+        std::vector<Edit> changes;
+        for (const std::size_t at : inside[i]) {
+            Edit& edit = edits_[at];
+            fill(edit, carries_);
+            edit.begin = std::max(edit.begin, carry.place.begin) - carry.place.begin;
+            edit.end = std::min(edit.end, carry.place.end) - carry.place.begin;
+            changes.push_back(std::move(edit));
+        }
+        const std::string_view text = text_of(carry.place.inclusion);
+        sort_edits(changes);
+        carry.text = edited(text.substr(carry.place.begin, carry.place.end - carry.place.begin), changes);
+        carry.text.resize(carry.text.find_last_not_of(" \t\r\n") + 1);
+        if (carry.has_lines) {
+            carry.text = indented_anew(carry.text, carry.from, carry.to);
+        }
+    }
+    std::erase_if(edits_, [](const Edit& edit) { return edit.inside != no_index; });
+    for (Edit& edit : edits_) {
+        fill(edit, carries_);
+    }
+}
+
+void LayoutEdits::fill(Edit& edit, const std::vector<Carry>& carries) {
+    if (edit.carried.empty()) {
+        return;
+    }
+    std::string text;
+    std::size_t at = 0;
+    for (const CarriedText& carried : edit.carried) {
+        text.append(edit.text, at, carried.at - at);
+        text += carries[carried.carry].text;
+        at = carried.at;
+    }
+    text.append(edit.text, at);
+    edit.text = std::move(text);
+    edit.carried.clear();
+}
+
+} // namespace bk_parser

@@ -1,0 +1,199 @@
+#pragma once
+
+#include "document/save/edits/layout_print_impl.h"
+#include "document/save/files/same_file_impl.h"
+#include "document/save/record/layout_record_impl.h"
+#include "document/save/record/save_sources_impl.h"
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace bk_parser {
+
+/// The text of an entry that moved, which another text takes in at a place.
+struct CarriedText {
+    std::size_t at = 0;
+    std::uint32_t carry = no_index;
+};
+
+/// A range of a file in one of the places that it is included at.
+struct FileRange {
+    std::size_t inclusion = 0;
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+/// Bytes of a file, in one of the places that it is included at, that give way to others.
+struct Edit {
+    std::size_t inclusion = 0;
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::string text;
+    std::string about; // the name of an entry
+    bool removes_entries = false;
+    bool moves = false;               // the bytes are carried to another place
+    std::uint32_t inside = no_index;  // of which carried text it is a change
+    std::vector<CarriedText> carried; // by ascending place
+};
+
+/// Works out which bytes of which files have to change, so that the text says what the tree now holds.
+class LayoutEdits {
+public:
+    LayoutEdits(const SaveSources& sources, const LayoutRecord& record, const FileNames& names,
+                bool has_escapes)
+        : sources_(sources), record_(record), names_(names), has_escapes_(has_escapes) {}
+
+    /// False when it cannot be said in that layout: the reason tells why.
+    bool run();
+    const std::string& reason() const noexcept { return reason_; }
+    const std::vector<Edit>& edits() const noexcept { return edits_; }
+    /// The paths of the files that nothing includes any more, as the entries around their directives were removed.
+    const std::vector<std::string>& dropped_files() const noexcept { return dropped_; }
+
+private:
+    /// The bytes of an entry that moved. They are taken with all that is changed in them.
+    struct Carry {
+        FileRange place;
+        std::string from; // the indentation of their first line
+        std::string to;   // and what it becomes
+        bool has_lines;   // all lines get it
+        std::string text; // when all changes in them are known
+    };
+    /// A group that has changed, and the carried text that it stands in.
+    struct PendingGroup {
+        std::uint32_t group;
+        std::uint32_t inside;
+    };
+    /// Something that is to be put between two entries that stay.
+    struct Addition {
+        const ParserEntry* const* entries;
+        std::uint32_t count;
+        const OldEntry* moved_from; // null of new ones
+    };
+    /// A place between entries: in a file, and what it is next to.
+    struct Gap {
+        const OldGroup* group;
+        const OldEntry* before; // null at the begin of the group
+        const OldEntry* behind; // null at its end
+    };
+    /// Bytes that are taken away and go nowhere else: where that begins, and the edit that takes most.
+    struct Cover {
+        std::size_t inclusion;
+        std::size_t begin;
+        const Edit* furthest;
+        bool operator<(const Cover& other) const noexcept {
+            return inclusion != other.inclusion ? inclusion < other.inclusion : begin < other.begin;
+        }
+    };
+    struct Anchor {
+        std::size_t inclusion = 0;
+        std::size_t at = 0;
+        std::string indent;
+        enum class Way {
+            lines_behind,
+            in_line_behind,
+            lines_before,
+            in_line_before,
+            at_end
+        } way = Way::at_end;
+    };
+
+    std::string_view text_of(std::size_t inclusion) const noexcept;
+    const std::string& unit_of(std::size_t inclusion);
+    bool locate(TextRange range, FileRange& place);
+    bool is_of_one_file(TextRange range) const noexcept;
+    std::size_t parent(std::size_t inclusion) const noexcept;
+    std::size_t common(std::size_t a, std::size_t b) const noexcept;
+    FileRange climb(FileRange place, std::size_t ancestor) const noexcept;
+
+    // layout_carries.cpp
+    bool can_carry(const OldEntry& old, std::size_t target, FileRange& place);
+    bool carry(const Anchor& anchor, const Gap& gap, const Addition& addition, const FileRange& place,
+               Edit& edit);
+    void fill_carries();
+    static void fill(Edit& edit, const std::vector<Carry>& carries);
+
+    // cleared_includes.cpp
+    bool is_of_file(const Edit& edit) const noexcept;
+    std::vector<std::vector<Edit>> take_file_edits();
+    Edit removal_of_directive(std::size_t inclusion, std::string about) const;
+    std::vector<bool> cleared_places(const std::vector<std::vector<Edit>>& edits) const;
+    void drop_edits_below(std::size_t inclusion, std::vector<std::vector<Edit>>& edits) const;
+    void drop_cleared_includes();
+
+    // layout_unread.cpp
+    bool keeps_unread_words();
+
+    // layout_includes.cpp
+    void note_covers();
+    const Edit* cover_of(Spot directive) const noexcept;
+    bool keeps_includes();
+    void note_dropped_files();
+
+    // layout_groups.cpp
+    bool edit_group(std::uint32_t index);
+    bool add_between(const Gap& gap, std::vector<Addition>& additions);
+    bool remove_unkept(const OldGroup& group, const std::vector<bool>& is_kept);
+    bool remove_range(TextRange range, std::string about, bool moves);
+    bool add_edit(const FileRange& place, std::string text, std::string about);
+
+    // layout_anchor.cpp
+    void find_anchor(const Gap& gap, Anchor& anchor);
+    void settle_behind(Anchor& anchor, const FileRange& place, const Gap& gap);
+    std::string indent_behind(const FileRange& place, const Gap& gap);
+    bool compose(const Anchor& anchor, const Gap& gap, const std::vector<Addition>& additions, Edit& edit);
+    bool add_lines(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit);
+    void take_comment(FileRange& place) const;
+    bool add_in_line(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit);
+    PrintLayout layout_at(const Anchor& anchor);
+
+    // layout_entries.cpp
+    bool edit_entry(const OldGroup& group, const OldEntry& old, const ParserEntry& now);
+    bool edit_head(const OldEntry& old, const ParserEntry& now);
+    bool edit_last_group(const OldEntry& old, const ParserEntry& now, std::uint32_t count);
+    bool drop_group(const OldEntry& old, const ParserEntry& now);
+    bool reprint(const OldEntry& old, const ParserEntry& now);
+    bool replace(TextRange range, std::string text, const ParserEntry& about);
+    PrintLayout layout_of(std::uint32_t at);
+    std::string value_text(const ParserEntry& now, std::uint32_t i, std::uint32_t at);
+
+    // layout_values.cpp
+    bool edit_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now, std::uint32_t count);
+    bool fill_empty(const OldEntry& old, const ParserEntry& now, std::uint32_t count);
+    bool drop_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now, std::uint32_t first,
+                     std::uint32_t last);
+    bool drop_before(TextRange dropped, TextRange next, const ParserEntry& now);
+    bool drop_behind(TextRange before, TextRange dropped, const ParserEntry& now);
+    bool has_comment(const FileRange& place) const;
+    bool refuse_split(const ParserEntry& now);
+    bool insert_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now, std::uint32_t at,
+                       std::uint32_t first, std::uint32_t last);
+    std::string separator(const OldGroup& group, const OldEntry& old) const;
+    static TextRange value_of(const OldGroup& group, const OldEntry& old, std::uint32_t i) noexcept {
+        return group.values[old.first_value + i];
+    }
+    bool is_same(TextRange word, const ParserValue& value) const;
+    bool refuse(const std::string& about, const char* why);
+
+    std::string_view words(TextRange range) const noexcept {
+        return sources_.text().substr(range.begin, range.end - range.begin);
+    }
+
+    const SaveSources& sources_;
+    const LayoutRecord& record_;
+    const FileNames& names_;
+    bool has_escapes_;
+    std::string reason_;
+    std::vector<Edit> edits_;
+    std::vector<Cover> covers_; // of the edits before texts are carried
+    std::vector<std::string> dropped_;
+    std::vector<Carry> carries_;      // a text inside of another one behind it
+    std::vector<bool> is_carried_;    // of the entries of the group that is being edited
+    std::uint32_t inside_ = no_index; // the carried text that is being changed
+    bool has_printed_ = false;        // an entry, in a new place
+    std::vector<PendingGroup> pending_;
+    std::vector<std::string> units_; // of indentation, by file
+};
+
+} // namespace bk_parser

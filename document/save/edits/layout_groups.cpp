@@ -1,0 +1,170 @@
+#include "document/save/edits/layout_edits_impl.h"
+#include "document/save/edits/layout_lines_impl.h"
+
+#include <algorithm>
+
+// The entries of a group: which stay where they are, which are moved, removed and added.
+
+namespace bk_parser {
+
+namespace {
+
+/// Which of the entries, given by their old positions in their new order, are in their old order: the choice that leaves
+/// most entries where they are.
+class KeptInOrder {
+public:
+    KeptInOrder(const OldGroup& group, const std::vector<std::uint32_t>& order)
+        : best_(group.entries.size() + 1), runs_(order.size()) {
+        Best overall;
+        for (std::uint32_t i = 0; i < order.size(); ++i) {
+            const Best before = best_before(order[i]);
+            runs_[i] = before.last;
+            // Of two equal ones, the one that has changed: the other takes its layout along when it moves.
+            const OldEntry& entry = group.entries[order[i]];
+            const Best run{before.count + 2 * std::uint64_t{entry.count} + (entry.has_changed ? 1 : 0), i};
+            note(order[i], run);
+            overall = run.count > overall.count ? run : overall;
+        }
+        stays_.resize(order.size());
+        for (std::uint32_t i = overall.last; i != no_index; i = runs_[i]) {
+            stays_[i] = true;
+        }
+    }
+
+    bool stays(std::size_t i) const { return stays_[i]; }
+
+private:
+    /// A run of entries that are in their old order: what they count for, and the last one.
+    struct Best {
+        std::uint64_t count = 0;
+        std::uint32_t last = no_index;
+    };
+
+    // A tree over the old positions, in which each node knows the best of the positions that it covers.
+    Best best_before(std::uint32_t position) const noexcept {
+        Best best;
+        for (std::uint32_t node = position; node != 0; node &= node - 1) {
+            best = best_[node].count > best.count ? best_[node] : best;
+        }
+        return best;
+    }
+    void note(std::uint32_t position, const Best& run) noexcept {
+        for (std::size_t node = position + 1; node < best_.size(); node += node & (~node + 1)) {
+            best_[node] = run.count > best_[node].count ? run : best_[node];
+        }
+    }
+
+    std::vector<Best> best_;
+    std::vector<std::uint32_t> runs_; // of each entry the one before it in its run
+    std::vector<bool> stays_;
+};
+
+} // namespace
+
+bool LayoutEdits::edit_group(std::uint32_t index) {
+    const OldGroup& group = record_.group(index);
+    std::vector<std::uint32_t> order; // of the entries that are still there, by new position
+    for (std::uint32_t i = 0; i < group.entries.size(); ++i) {
+        if (group.entries[i].new_index != no_index) {
+            order.push_back(i);
+        }
+    }
+    std::sort(order.begin(), order.end(), [&group](std::uint32_t a, std::uint32_t b) {
+        return group.entries[a].new_index < group.entries[b].new_index;
+    });
+    const KeptInOrder kept(group, order);
+    std::vector<bool> is_kept(group.entries.size());
+    is_carried_.assign(group.entries.size(), false);
+    const CoreVector<ParserEntry*>& now = group.now->get_entries();
+    std::vector<Addition> additions;
+    const OldEntry* before = nullptr;
+    std::uint32_t at = 0;
+    const auto add_new_up_to = [&](std::uint32_t end) {
+        for (; at < end; ++at) {
+            if (now[at] != nullptr) {
+                additions.push_back({&now[at], 1, nullptr});
+            }
+        }
+    };
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const OldEntry& old = group.entries[order[i]];
+        add_new_up_to(old.new_index);
+        at = old.new_index + old.count;
+        if (!kept.stays(i)) {
+            additions.push_back({&now[old.new_index], old.count, &old});
+            continue;
+        }
+        is_kept[order[i]] = true;
+        if (!add_between({&group, before, &old}, additions) ||
+            (old.has_changed && !edit_entry(group, old, *now[old.new_index]))) {
+            return false;
+        }
+        before = &old;
+    }
+    add_new_up_to(now.get_count());
+    if (!add_between({&group, before, nullptr}, additions)) {
+        return false;
+    }
+    return remove_unkept(group, is_kept);
+}
+
+/// Entries that are removed or carried away, one behind the other on a line as one.
+bool LayoutEdits::remove_unkept(const OldGroup& group, const std::vector<bool>& is_kept) {
+    for (std::size_t i = 0; i < group.entries.size(); ++i) {
+        if (is_kept[i]) {
+            continue;
+        }
+        TextRange range{group.entries[i].name.begin, group.entries[i].end};
+        const std::string about(words(group.entries[i].name));
+        bool moves = is_carried_[i];
+        FileRange place;
+        FileRange next;
+        while (i + 1 < group.entries.size() && !is_kept[i + 1] && group.entries[i].tail == range.end &&
+               locate(range, place) &&
+               locate({group.entries[i + 1].name.begin, group.entries[i + 1].end}, next) &&
+               next.inclusion == place.inclusion && next.begin >= place.end &&
+               text_of(place.inclusion).substr(place.end, next.begin - place.end).find('\n') ==
+                   std::string_view::npos) {
+            range.end = group.entries[++i].end;
+            moves = moves && is_carried_[i];
+        }
+        if (!remove_range(range, about, moves)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool LayoutEdits::remove_range(TextRange range, std::string about, bool moves) {
+    FileRange place;
+    if (!locate(range, place)) {
+        return refuse(about, "begins in one file and ends in another");
+    }
+    const LineRange lines = removal_of(text_of(place.inclusion), place.begin, place.end);
+    add_edit({place.inclusion, lines.begin, lines.end}, {}, std::move(about));
+    edits_.back().moves = moves;
+    edits_.back().removes_entries = !moves;
+    return true;
+}
+
+bool LayoutEdits::add_between(const Gap& gap, std::vector<Addition>& additions) {
+    if (additions.empty()) {
+        return true;
+    }
+    Anchor anchor;
+    find_anchor(gap, anchor);
+    Edit edit;
+    edit.inclusion = anchor.inclusion;
+    edit.begin = anchor.at;
+    edit.end = anchor.at;
+    edit.about = additions.front().entries[0]->get_name().get_view();
+    edit.inside = inside_;
+    if (!compose(anchor, gap, additions, edit)) {
+        return false;
+    }
+    edits_.push_back(std::move(edit));
+    additions.clear();
+    return true;
+}
+
+} // namespace bk_parser

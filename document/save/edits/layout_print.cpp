@@ -1,0 +1,65 @@
+#include "document/save/edits/layout_print_impl.h"
+
+#include "parser/text/parser_text_writer_impl.h"
+
+namespace bk_parser {
+
+namespace {
+
+constexpr std::size_t printed_unit = 4; // blanks a level in what the writer prints
+
+template <class Write>
+std::string print(bool pretty, bool has_escapes, Write write) {
+    CoreString out;
+    {
+        bk::TextWriter writer(out, pretty);
+        if (!has_escapes) {
+            writer.write_no_escapes();
+        }
+        write(writer);
+        static_cast<void>(writer.finish()); // a text that is too long stays empty, and does not read back
+    }
+    return std::string(out.get_view());
+}
+
+/// Lines with the indentation of the place.
+std::string laid_out(const std::string& printed, const PrintLayout& layout) {
+    std::string result;
+    for (std::size_t at = 0;;) {
+        const std::size_t feed = printed.find('\n', at);
+        result.append(printed, at, feed - at);
+        if (feed == std::string::npos) {
+            return result;
+        }
+        result += layout.line_break;
+        result += layout.indent;
+        at = feed + 1;
+        for (; printed.compare(at, printed_unit, "    ") == 0; at += printed_unit) {
+            result += layout.unit;
+        }
+    }
+}
+
+} // namespace
+
+std::string print_lines(const ParserEntry& entry, const PrintLayout& layout) {
+    return laid_out(
+        print(true, layout.has_escapes, [&](bk::TextWriter& writer) { writer.write_entry(entry, 1); }),
+        layout);
+}
+
+std::string print_in_line(const ParserEntry& entry, bool has_escapes) {
+    return print(false, has_escapes, [&](bk::TextWriter& writer) { writer.write_entry(entry, 1); });
+}
+
+std::string print_head(const ParserEntry& entry) {
+    return print(false, true, [&](bk::TextWriter& writer) { writer.write_head(entry); });
+}
+
+std::string print_value(const ParserValue& value, const PrintLayout& layout) {
+    return laid_out(
+        print(true, layout.has_escapes, [&](bk::TextWriter& writer) { writer.write_value(value, 1); }),
+        layout);
+}
+
+} // namespace bk_parser

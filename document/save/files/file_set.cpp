@@ -1,0 +1,193 @@
+#include "document/save/files/file_set_impl.h"
+
+#include "core/files/sys_file_input_impl.h"
+#include "core/files/sys_reason_impl.h"
+
+#include <new>
+#include <utility>
+
+namespace bk_parser {
+
+namespace {
+
+constexpr std::size_t copy_size = std::size_t{1} << 16;
+
+/// "FILE: what: the system's reason", where the system gave one.
+std::string reason_of(const std::string& path, const char* what) {
+    const std::string reason = bk::last_system_reason();
+    return path + ": " + what + (reason.empty() ? "" : ": " + reason);
+}
+
+bool write_all(SysHandle& handle, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const core_int64 taken = handle.write(bytes.data(), bytes.size());
+        if (taken <= 0) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(taken));
+    }
+    return true;
+}
+
+bool copy_all(bk::FileInput& from, SysHandle& to) {
+    std::string piece(copy_size, '\0');
+    std::size_t got = piece.size();
+    while (got == piece.size()) {
+        got = from.read(piece.data(), piece.size());
+        if (!write_all(to, {piece.data(), got})) {
+            return false;
+        }
+    }
+    return from.close();
+}
+
+void remove_quietly(std::string& path) noexcept {
+    if (path.empty()) {
+        return;
+    }
+    try {
+        SysDevice::get().remove(path);
+    } catch (...) {
+        // Nothing more can be done; the name says that the file is rubbish.
+    }
+    path.clear();
+}
+
+} // namespace
+
+FileSet::~FileSet() {
+    for (File& file : files_) {
+        remove_quietly(file.created);
+        remove_quietly(file.kept);
+    }
+}
+
+void FileSet::add(std::string path, std::string_view head, std::string_view body) {
+    File file;
+    file.path = std::move(path);
+    file.head = head;
+    file.body = body;
+    files_.push_back(std::move(file));
+}
+
+std::string FileSet::replace() {
+    for (File& file : files_) {
+        bk::forget_system_reason();
+        const SysPathKind kind = SysDevice::get().inspect(file.path).kind;
+        if (kind == SysPathKind::directory) {
+            return file.path + ": is a directory";
+        }
+        if (kind == SysPathKind::other) {
+            return files_.size() == 1
+                       ? write_in_place(file)
+                       : file.path + ": is no regular file, and cannot be replaced with others";
+        }
+        file.had_old = kind == SysPathKind::regular;
+        std::string reason = prepare(file);
+        if (reason.empty() && files_.size() > 1 && file.had_old) {
+            reason = keep_old(file);
+        }
+        if (!reason.empty()) {
+            return reason;
+        }
+    }
+    for (File& file : files_) {
+        bk::forget_system_reason();
+        std::string reason;
+        if (!put_in_place(file)) {
+            reason = is_out_of_memory_ ? "out of memory" : reason_of(file.path, "cannot be replaced");
+            return restore() ? reason : reason + "; files that were replaced before it could not be restored";
+        }
+    }
+    return {};
+}
+
+/// Memory may run out when the file has its new name already: then it is in place.
+bool FileSet::put_in_place(File& file) {
+    try {
+        file.is_replaced = SysDevice::get().replace(file.created, file.target);
+    } catch (const std::bad_alloc&) {
+        is_out_of_memory_ = true;
+        file.is_replaced = SysDevice::get().inspect(file.created).kind == SysPathKind::missing;
+    }
+    if (file.is_replaced) {
+        file.created.clear();
+    }
+    return file.is_replaced;
+}
+
+/// Writes the new file beside its target.
+std::string FileSet::prepare(File& file) {
+    SysDevice& device = SysDevice::get();
+    file.target = device.resolve_links(file.path);
+    if (file.target.empty()) {
+        return file.path + ": leads nowhere that a file can be created";
+    }
+    std::string created;
+    bk::forget_system_reason();
+    const std::unique_ptr<SysHandle> handle = device.create_beside(file.target, created);
+    if (handle == nullptr) {
+        return reason_of(file.path, "cannot be opened for writing");
+    }
+    file.created = std::move(created);
+    if (!write_all(*handle, file.head) || !write_all(*handle, file.body) || !handle->sync()) {
+        std::string reason = reason_of(file.path, "cannot be written");
+        handle->close();
+        return reason;
+    }
+    return handle->close() ? std::string() : reason_of(file.path, "cannot be written");
+}
+
+std::string FileSet::keep_old(File& file) {
+    bk::FileInput old;
+    std::string kept;
+    bk::forget_system_reason();
+    if (!old.open(file.target, false)) {
+        return reason_of(file.path, "cannot be read");
+    }
+    const std::unique_ptr<SysHandle> handle = SysDevice::get().create_beside(file.target, kept);
+    if (handle == nullptr) {
+        return reason_of(file.path, "cannot be kept");
+    }
+    file.kept = std::move(kept);
+    if (!copy_all(old, *handle) || !handle->sync()) {
+        std::string reason = reason_of(file.path, "cannot be kept");
+        handle->close();
+        return reason;
+    }
+    return handle->close() ? std::string() : reason_of(file.path, "cannot be kept");
+}
+
+std::string FileSet::write_in_place(File& file) {
+    const std::unique_ptr<SysHandle> handle = SysDevice::get().open_in_place(file.path);
+    if (handle == nullptr) {
+        return reason_of(file.path, "cannot be opened for writing");
+    }
+    if (!write_all(*handle, file.head) || !write_all(*handle, file.body) || !handle->sync()) {
+        std::string reason = reason_of(file.path, "cannot be written");
+        handle->close();
+        return reason;
+    }
+    return handle->close() ? std::string() : reason_of(file.path, "cannot be written");
+}
+
+/// False when a file could not get its old bytes back; its copy is left beside it then.
+bool FileSet::restore() noexcept {
+    bool is_restored = true;
+    for (File& file : files_) {
+        if (!file.is_replaced) {
+            continue;
+        }
+        try {
+            const bool is_back = file.had_old ? SysDevice::get().replace(file.kept, file.target)
+                                              : SysDevice::get().remove(file.target);
+            is_restored = is_restored && is_back;
+        } catch (...) {
+            is_restored = false;
+        }
+        file.kept.clear();
+    }
+    return is_restored;
+}
+
+} // namespace bk_parser

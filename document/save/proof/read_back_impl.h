@@ -1,0 +1,86 @@
+#pragma once
+
+#include "document/save/proof/place_shifts_impl.h"
+#include "parser/parser_group.h"
+#include "parser/text/parser_grammar_impl.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bk_parser {
+
+/// Reads a text and compares it, word by word, with the tree that it shall say. Nothing is built.
+class ReadBack {
+public:
+    ReadBack(std::string_view text, const ParserGroup& root, bool has_escapes)
+        : ReadBack(text, root, 0, root.get_entries().get_count(), has_escapes) {}
+    /// The text shall say some entries of a group alone.
+    ReadBack(std::string_view text, const ParserGroup& group, unsigned int first, unsigned int end,
+             bool has_escapes);
+
+    /// The version of an enciphered text is an entry, which is not compared.
+    void pass_over_version() noexcept { passes_over_version_ = true; }
+
+    /// The text is a piece that begins with an entry, at this line and column, both from 0, of a larger one. One more entry, of this
+    /// name, stands behind the others.
+    void read_piece(core_ulong line, core_ulong column, std::string_view name_behind) noexcept {
+        lines_before_ = line;
+        columns_before_ = column;
+        name_behind_ = name_behind;
+    }
+
+    /// Whether the text says just that tree.
+    bool run();
+    /// The entry at which it does not; null when that is behind the last one.
+    const ParserEntry* difference() const noexcept { return difference_; }
+    const PlaceShifts& shifts() const noexcept { return shifts_; }
+
+    // The sink of the grammar.
+    bool begin_entry(const bk::EntryHead& head, const bk::Token& token);
+    void add_value(ParserWord::Type kind, std::string_view word);
+    void make_function_call() noexcept { levels_.back().is_call = true; }
+    bool open_group(const bk::Token&);
+    void close_group();
+    void report_fault(ParserReadObserver::Fault, const bk::Token&, std::string_view) noexcept {
+        if (!name_behind_.empty() && !has_begun_) {
+            fail(nullptr); // it may be a value of the entry before the piece
+        }
+    }
+
+private:
+    struct Level {
+        ParserEntry* const* entries;
+        unsigned int count;
+        unsigned int next = 0;
+        const ParserEntry* entry = nullptr; // that is being read
+        unsigned int value_count = 0;
+        bool is_call = false;
+    };
+
+    void enter(const ParserGroup& group, unsigned int first, unsigned int end);
+    const ParserEntry* take_entry(Level& level) noexcept;
+    void finish_entry();
+    void finish_group();
+    void fail(const ParserEntry* entry) noexcept {
+        difference_ = is_equal_ ? entry : difference_;
+        is_equal_ = false;
+    }
+
+    std::string_view text_;
+    bool has_escapes_;
+    bool passes_over_version_ = false;
+    core_ulong lines_before_ = 0;
+    core_ulong columns_before_ = 0;
+    std::string_view name_behind_;
+    bool has_begun_ = false;
+    bool has_seen_behind_ = false;
+    bool is_passing_over_ = false;
+    bool is_equal_ = true;
+    const ParserEntry* difference_ = nullptr;
+    std::vector<Level> levels_;
+    PlaceShifts shifts_;
+};
+
+} // namespace bk_parser

@@ -1,0 +1,139 @@
+#pragma once
+
+#include "document/save/record/entry_lookup_impl.h"
+#include "parser/parser_group.h"
+#include "parser/text/parser_grammar_impl.h"
+
+#include <cstdint>
+#include <deque>
+#include <string_view>
+#include <vector>
+
+namespace bk_parser {
+
+inline constexpr std::uint32_t no_index = 0xFFFFFFFFu;
+
+/// A range of the expanded text.
+struct TextRange {
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0;
+};
+
+/// An entry of the old text, or a run of entries one behind the other of which none has changed.
+struct OldEntry {
+    TextRange name;               // of the first entry, with template and array suffix
+    std::uint32_t last_begin = 0; // of the last entry
+    std::uint32_t end = 0;        // behind its last word that was read
+    std::uint32_t tail = 0;       // behind the words that were not, too, up to the next entry
+    std::uint32_t count = 1;
+    std::uint32_t new_index = no_index; // in its new group, of the first; none when the entry is not there
+    bool has_changed = false;
+    bool has_own_change = false; // in something else than its group
+    // Of a single entry that has changed:
+    bool is_call = false;
+    bool has_same_group = false;      // its group is there and as it was
+    bool has_known_entries = false;   // some of its group are there
+    std::uint32_t arguments_open = 0; // behind the "("
+    std::uint32_t first_value = 0;    // in its group's values
+    std::uint32_t value_count = 0;    // the group not counted
+    TextRange empty_tag;
+    TextRange braces; // empty when there is no group
+    std::uint32_t group = no_index;
+    core_ulong line = 0;
+    core_ulong column = 0;
+};
+
+/// A group of the old text in which something has changed.
+struct OldGroup {
+    std::uint32_t open = 0;           // behind the "{"
+    std::uint32_t close = 0;          // before the "}"
+    const ParserGroup* now = nullptr; // what has become of it
+    std::vector<OldEntry> entries;
+    std::vector<TextRange> values;
+};
+
+/// Reads the old text once more, beside the tree that was made of it and has been changed since. Entries are known again by the line and
+/// column that they got when they were read. What has not changed leaves nothing but a range: memory is in proportion to
+/// the changes.
+class LayoutRecord {
+public:
+    LayoutRecord(std::string_view text, const ParserGroup& root, bool has_escapes);
+
+    /// The group of the whole text; its changes are none when nothing changed.
+    void run();
+    bool has_changes() const noexcept { return root_ != no_index; }
+    std::uint32_t root() const noexcept { return root_; }
+    const OldGroup& group(std::uint32_t i) const noexcept { return groups_[i]; }
+    /// Words that the tree has nothing of, in their order.
+    const std::vector<TextRange>& unread_words() const noexcept { return unread_; }
+    /// The name of the outermost entry whose group has no "}", with its template and array suffix; empty when there is none.
+    TextRange open_group_name() const noexcept { return open_name_; }
+
+    // The sink of the grammar.
+    void see_word(std::string_view word) noexcept {
+        before_word_ = last_end_;
+        read_before_word_ = read_end_;
+        last_begin_ = offset(word.data());
+        last_end_ = last_begin_ + static_cast<std::uint32_t>(word.size());
+        read_end_ = last_end_;
+        if (word == bk::empty_tag && !levels_.empty()) {
+            levels_.back().entry.empty_tag = {last_begin_, last_end_};
+        }
+    }
+    bool begin_entry(const bk::EntryHead& head, const bk::Token& token);
+    void add_value(ParserWord::Type kind, std::string_view word);
+    void make_function_call() noexcept {
+        levels_.back().entry.is_call = true;
+        levels_.back().entry.arguments_open = last_end_;
+    }
+    bool open_group(const bk::Token& brace);
+    void close_group();
+    void report_fault(ParserReadObserver::Fault fault, const bk::Token& token, std::string_view);
+
+private:
+    /// A group that is being read.
+    struct Level {
+        EntryLookup now;
+        std::uint32_t open = 0;
+        std::size_t first_entry = 0;
+        std::size_t first_value = 0;
+        bool has_entry = false;
+        OldEntry entry;
+        bk::EntryHead head; // of the entry, when it has twins
+        const ParserEntry* match = nullptr;
+        bool is_renamed = false; // the match is
+        bool has_same_values = true;
+    };
+
+    std::uint32_t offset(const char* place) const noexcept {
+        return static_cast<std::uint32_t>(place - text_.data());
+    }
+    static void check_renamed(Level& level) noexcept;
+    void match_entry(Level& level, std::uint32_t index, const bk::EntryHead& head);
+    void settle_twins(std::string_view group_text, bool has_group);
+    unsigned int likeness(const ParserEntry& candidate, std::string_view group_text, bool has_group) const;
+    std::string_view value_word(const Level& level, std::uint32_t i) const noexcept;
+    void compare_value(Level& level, std::uint32_t i, ParserWord::Type kind, std::string_view word) const;
+    void leave_out(const bk::Token& token);
+    void finish_entry(std::uint32_t end, std::uint32_t tail);
+    std::uint32_t finish_group(std::uint32_t close);
+    bool is_as_it_was(const Level& level) const noexcept;
+
+    std::string_view text_;
+    bool has_escapes_;
+    std::vector<Level> levels_;
+    std::vector<OldEntry> entries_; // of all open groups
+    std::vector<TextRange> values_;
+    std::deque<OldGroup> groups_;
+    std::vector<TextRange> unread_;
+    TextRange open_name_;
+    std::uint32_t root_ = no_index;
+    std::uint32_t read_end_ = 0; // of the last word that was read
+    std::uint32_t read_before_word_ = 0;
+    std::uint32_t before_word_ = 0;
+    std::uint32_t last_begin_ = 0;
+    std::uint32_t last_end_ = 0;
+    std::uint32_t text_end_;
+};
+
+} // namespace bk_parser

@@ -1,0 +1,169 @@
+#include "document/save/record/save_sources_impl.h"
+
+#include "document/load/failure_text_impl.h"
+#include "document/load/form_impl.h"
+#include "document/load/meter_impl.h"
+#include "document/save/files/same_file_impl.h"
+#include "document/sources/byte_hash_impl.h"
+#include "document/sources/file_bytes_impl.h"
+#include "document/sources/path_text_impl.h"
+#include "parser/files/parser_document_impl.h"
+#include "parser/files/parser_file_preprocess_impl.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace bk_parser {
+
+namespace {
+
+const ReadFile* find_file(const std::vector<ReadFile>& files, std::string_view path) noexcept {
+    const auto found =
+        std::find_if(files.begin(), files.end(), [path](const ReadFile& file) { return file.path == path; });
+    return found == files.end() ? nullptr : &*found;
+}
+
+CoreVector<CoreString> folders_of(const DocumentState& state) {
+    CoreVector<CoreString> folders;
+    for (const std::filesystem::path& folder : state.search) {
+        folders.add(CoreString(std::string_view(path_text(folder))));
+    }
+    folders.add(CoreString()); // last, the name as it stands
+    return folders;
+}
+
+} // namespace
+
+SaveSources::SaveSources(const DocumentState& state, const NewBytes& replaced) : state_(state) {
+    for (const auto& [path, bytes] : replaced) {
+        replaced_.emplace(real_path(path), bytes);
+    }
+}
+
+bool SaveSources::is_enciphered(std::string_view path) const noexcept {
+    const ReadFile* const file = find_file(files_, path);
+    return file != nullptr && file->is_enciphered;
+}
+
+std::string SaveSources::place_of(std::size_t expanded) const {
+    const Spot spot = map_.find(expanded, 1);
+    const SourceFile& file = map_.file_of(spot);
+    const std::string_view before = file.text.get_text().substr(0, spot.offset);
+    return file.path + ":" + std::to_string(1 + std::count(before.begin(), before.end(), '\n'));
+}
+
+bool SaveSources::read(const std::string& path) {
+    CoreString bytes;
+    if (!load(path, bytes)) {
+        return false;
+    }
+    const CoreVector<CoreString> folders = folders_of(state_);
+    const CoreString key{std::string_view(state_.key)};
+    const CoreString name{std::string_view(path)};
+    bk::Preprocessor preprocessor(folders, key, *this, state_.limits,
+                                  {state_.beside, true, std::string_view::npos, true});
+    version_ = preprocessor.run(name, name, std::move(bytes), text_);
+    version_ = version_ > 0 ? version_ : bk::written_version; // as a load takes it
+    if (!reason_.empty()) {
+        return false;
+    }
+    if (preprocessor.is_ended()) {
+        reason_ = path + ": too large to be read again";
+        return false;
+    }
+    for (const CoreString& included : preprocessor.included_paths()) {
+        included_.emplace_back(included.get_view());
+    }
+    return check_all_read(path);
+}
+
+/// Every file that the document was read from takes part again.
+bool SaveSources::check_all_read(const std::string& path) {
+    for (std::size_t i = 1; i < state_.files.size(); ++i) {
+        if (find_file(files_, state_.files[i].path) == nullptr) {
+            reason_ = state_.files[i].path + (replaced_.empty()
+                                                  ? ": is not found by the includes of " + path + " any more"
+                                                  : ": would not be included by " + path +
+                                                        ", as an entry around its include is laid out anew, "
+                                                        "or it is not found from there");
+            return false;
+        }
+    }
+    return true;
+}
+
+/// What was left out when the document was loaded is left out now.
+bk::SourceRead SaveSources::read(const CoreString& path, core_uint64, CoreString& bytes) {
+    const std::string name(path.get_view());
+    if (find_file(state_.files, name) != nullptr) {
+        return load(name, bytes) ? bk::SourceRead::done : bk::SourceRead::unreadable;
+    }
+    if (can_be_read(name)) {
+        reason_ = name + ": would be included, and was not when the document was loaded";
+    }
+    return bk::SourceRead::unreadable;
+}
+
+/// As a load finds it.
+bool SaveSources::can_be_read(const std::string& path) const {
+    const std::function<bool(double)> nobody;
+    Meter meter(nobody);
+    const FileBytes now = read_file(path, CoreString::max_length, {}, meter);
+    return now.reason.empty() && !now.is_too_large &&
+           (form_of(now.bytes.get_view()) == Form::enciphered || why_no_text(now.bytes.get_view()).empty());
+}
+
+/// Faults of a file's own text leave nothing out.
+void SaveSources::failed(const bk::SourceFailure& failure) {
+    if (failure.fault != bk::SourceFault::no_version && failure.fault != bk::SourceFault::include_left_open &&
+        !map_.is_empty()) {
+        left_out_.push_back(directive_);
+    }
+}
+
+bool SaveSources::load(const std::string& path, CoreString& bytes) {
+    ReadFile file{path, 0, 0, false};
+    const auto replaced = replaced_.empty() ? replaced_.end() : replaced_.find(real_path(path));
+    if (replaced != replaced_.end()) {
+        bytes.set_borrowed(replaced->second.data(), static_cast<unsigned int>(replaced->second.size()));
+        const Form form = form_of(bytes.get_view());
+        if (form != Form::enciphered && (form != Form::text || !foreign_kind(bytes.get_view()).empty())) {
+            reason_ = path + ": would not be taken for a text any more";
+            return false;
+        }
+        file.size = bytes.get_length();
+        file.hash = find_file(files_, path) == nullptr ? ByteHash::of(bytes.get_view()) : 0;
+    } else if (!load_stored(path, bytes, file)) {
+        return false;
+    }
+    file.is_enciphered = form_of(bytes.get_view()) == Form::enciphered;
+    if (find_file(files_, path) == nullptr) {
+        files_.push_back(std::move(file));
+    }
+    return true;
+}
+
+bool SaveSources::load_stored(const std::string& path, CoreString& bytes, ReadFile& file) {
+    const std::function<bool(double)> nobody;
+    Meter meter(nobody);
+    FileBytes stored = read_file(path, CoreString::max_length, {}, meter);
+    if (!stored.reason.empty()) {
+        reason_ = path + ": cannot be read again: " + stored.reason;
+        return false;
+    }
+    const ReadFile* const then = find_file(state_.files, path);
+    file.size = stored.bytes.get_length();
+    file.hash = stored.hash;
+    if (then == nullptr || stored.is_too_large || then->size != file.size || then->hash != file.hash) {
+        reason_ = path + ": has changed on the disk since it was loaded";
+        return false;
+    }
+    bytes = std::move(stored.bytes);
+    return true;
+}
+
+bool SaveSources::accepts_deciphered(const CoreString& text) {
+    return foreign_kind(text.get_view()).empty();
+}
+
+} // namespace bk_parser

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "document/load/document_state_impl.h"
+#include "document/sources/source_map_impl.h"
+#include "parser/files/parser_source_host_impl.h"
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace bk_parser {
+
+/// New bytes of files, by their absolute paths; of a file that has several, by one of them.
+using NewBytes = std::unordered_map<std::string, std::string>;
+
+/// The files of a document, read again as they were read when it was loaded, and the text that they make.
+class SaveSources final : public bk::SourceHost {
+public:
+    /// `replaced` stand in for what the disk holds. The arguments outlive this.
+    SaveSources(const DocumentState& state, const NewBytes& replaced);
+
+    /// Reads the document at this absolute path with all its includes. False when a file is not what it was: the reason says which.
+    bool read(const std::string& path);
+
+    const std::string& reason() const noexcept { return reason_; }
+    std::string_view text() const noexcept { return text_.get_view(); }
+    double version() const noexcept { return version_; }
+    const SourceMap& map() const noexcept { return map_; }
+    /// What was read, the document first.
+    const std::vector<ReadFile>& files() const noexcept { return files_; }
+    const std::vector<std::string>& included() const noexcept { return included_; }
+    /// The directives of includes that are left out.
+    const std::vector<Spot>& left_out() const noexcept { return left_out_; }
+    bool is_enciphered(std::string_view path) const noexcept;
+    /// "FILE:LINE" of a byte of the text.
+    std::string place_of(std::size_t expanded) const;
+
+    bk::SourceRead read(const CoreString& path, core_uint64 most, CoreString& bytes) override;
+    bool read_as_text(const CoreString&, CoreString&) override { return true; }
+    bool accepts_deciphered(const CoreString& text) override;
+    void failed(const bk::SourceFailure& failure) override;
+    void include_found(const bk::SourcePiece& piece) override {
+        directive_ = map_.here(piece.directive_offset, piece.directive_length);
+    }
+    void version_found(const bk::SourcePiece&, double) override {}
+    void entered(const bk::SourceEntered& file) override { map_.enter({}, file.path.get_view(), directive_); }
+    void left(CoreString&& text) override { map_.leave(std::move(text)); }
+    void copied(const bk::SourcePiece& piece, unsigned int expanded) override {
+        map_.copy(piece.offset, piece.text.size(), expanded);
+    }
+
+private:
+    bool can_be_read(const std::string& path) const;
+    bool load(const std::string& path, CoreString& bytes);
+    bool load_stored(const std::string& path, CoreString& bytes, ReadFile& file);
+    bool check_all_read(const std::string& path);
+
+    const DocumentState& state_;
+    std::unordered_map<std::string, std::string_view> replaced_; // by real path
+    std::string reason_;
+    CoreString text_;
+    double version_ = 0;
+    SourceMap map_;
+    Spot directive_;
+    std::vector<ReadFile> files_;
+    std::vector<std::string> included_;
+    std::vector<Spot> left_out_;
+};
+
+} // namespace bk_parser

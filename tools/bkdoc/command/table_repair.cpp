@@ -1,9 +1,0 @@
-#include "command/table_parts.h"
-
-namespace bkdoc {
-
-std::span<const VerbSpec> repair_verbs() noexcept {
-    return {};
-}
-
-} // namespace bkdoc

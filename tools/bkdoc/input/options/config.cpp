@@ -1,0 +1,140 @@
+#include "input/options/config.h"
+
+#include "document/load.h"
+#include "platform/paths.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string_view>
+
+namespace bkdoc {
+
+namespace {
+
+/// Takes the entries of a configuration; what it does not know is a fault.
+class ConfigReader {
+public:
+    explicit ConfigReader(Config& config) : config_(config) {}
+
+    void read(const ParserGroup& root) {
+        for (const ParserEntry* entry : root.get_entries()) {
+            if (!take(*entry)) {
+                config_.fault =
+                    text_of(config_.file) + ": '" + std::string(entry->get_name().get_view()) +
+                    "' is no entry of a configuration, or has no such values; search, allow, ext, "
+                    "strict and max_problems are";
+                return;
+            }
+        }
+    }
+
+private:
+    bool take(const ParserEntry& entry) {
+        const std::string_view name = entry.get_name().get_view();
+        if (name == "search") {
+            return each_string(entry, [this](std::string_view folder) {
+                config_.search.push_back(config_.file.parent_path() / path_of(folder));
+            });
+        }
+        if (name == "allow") {
+            return each_string(entry, [this](std::string_view code) { config_.allow.emplace_back(code); });
+        }
+        if (name == "ext") {
+            return each_string(entry,
+                               [this](std::string_view word) { config_.extensions.emplace_back(word); });
+        }
+        if (name == "strict" && is_one(entry, ParserValue::TYPE_BOOL)) {
+            config_.strict = entry.get_bool(0);
+            return true;
+        }
+        if (name == "max_problems" && is_one(entry, ParserValue::TYPE_INT) && entry.get_int(0) >= 0) {
+            config_.max_problems = static_cast<std::size_t>(entry.get_int(0));
+            return true;
+        }
+        return false;
+    }
+
+    static bool is_one(const ParserEntry& entry, ParserValue::Type type) {
+        return entry.get_value_count() == 1 && entry.get_value_type(0) == type;
+    }
+
+    template <class Take>
+    static bool each_string(const ParserEntry& entry, Take take) {
+        for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
+            if (entry.get_value_type(i) != ParserValue::TYPE_STRING) {
+                return false;
+            }
+            take(entry.get_string(i).get_view());
+        }
+        return entry.has_value();
+    }
+
+    Config& config_;
+};
+
+std::unique_ptr<Config> read_config(const std::filesystem::path& file) {
+    auto config = std::make_unique<Config>();
+    config->file = file;
+    const bk_parser::LoadResult result = bk_parser::load(file);
+    if (!result.ok()) {
+        config->fault = text_of(file) + ": cannot be used: " + result.problems.front().message;
+    } else {
+        ConfigReader(*config).read(result.document.root());
+    }
+    return config;
+}
+
+/// The configurations of the folders that were asked about.
+class ConfigCache {
+public:
+    const Config& at(const std::filesystem::path& folder) {
+        const std::lock_guard lock(mutex_);
+        return find(folder);
+    }
+
+private:
+    const Config& find(const std::filesystem::path& folder) {
+        const std::string key = text_of(folder);
+        if (const auto known = known_.find(key); known != known_.end()) {
+            return *known->second;
+        }
+        const Config* config = &none_;
+        std::error_code error;
+        if (std::filesystem::path file = folder / config_name;
+            std::filesystem::is_regular_file(file, error)) {
+            config = read_.emplace_back(read_config(file)).get();
+        } else if (folder.has_relative_path()) {
+            config = &find(folder.parent_path());
+        }
+        known_.emplace(key, config);
+        return *config;
+    }
+
+    std::mutex mutex_;
+    Config none_;
+    std::vector<std::unique_ptr<Config>> read_;
+    std::map<std::string, const Config*> known_;
+};
+
+} // namespace
+
+const Config& config_for(const std::filesystem::path& folder) {
+    static ConfigCache cache;
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(folder, error).lexically_normal();
+    return cache.at(absolute.has_filename() ? absolute : absolute.parent_path());
+}
+
+std::filesystem::path folder_of_operand(const std::string& operand) {
+    const std::filesystem::path folder =
+        operand == "-" ? std::filesystem::path() : path_of(operand).parent_path();
+    return folder.empty() ? std::filesystem::path(".") : folder;
+}
+
+void add_config_search(const std::string& operand, std::vector<std::filesystem::path>& search) {
+    const Config& config = config_for(folder_of_operand(operand));
+    search.insert(search.end(), config.search.begin(), config.search.end());
+}
+
+} // namespace bkdoc

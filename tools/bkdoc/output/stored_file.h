@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace bkdoc {
+
+/// Puts these bytes in the place of a file, which stays as it was until all of them are on the disk. Empty, or why they are not
+/// stored, with the file's name.
+std::string store_file(const std::string& path, std::string_view bytes);
+
+} // namespace bkdoc
