@@ -96,4 +96,33 @@ TEST(bkdoc_fmt, what_cannot_be_done_is_refused) {
     EXPECT_EQ(input.code, 2);
 }
 
+TEST(bkdoc_fmt, a_file_that_cannot_be_replaced_is_told_with_the_reason_of_the_system) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "folders take new files there whatever their attributes say";
+#else
+    const ScratchFolder folder;
+    const std::string file = folder.write("closed/a.bkd", "a   1\n");
+    // Nothing can be created in a folder that is too long for one more name, whoever asks.
+    const std::string name(250, 'n');
+    const std::string long_file = folder.write(name, "a   1\n");
+    const BkdocRun run = run_bkdoc({"fmt", "-w", file, long_file});
+    EXPECT_EQ(run.code, 2) << run.err;
+    EXPECT_EQ(folder.read("closed/a.bkd"), "a 1\n");
+    EXPECT_NE(run.err.find(": cannot be opened for writing: file name too long\n"), std::string::npos) << run.err;
+#endif
+}
+
+TEST(bkdoc_fmt, a_difference_has_the_colours_that_a_change_shows) {
+    const ScratchFolder folder;
+    const std::string file = folder.write("a.bkd", "b { a   1 }\n");
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"fmt", "--diff", "--color", "always", file},
+          std::vector<std::string>{"set", "--dry-run", "--color", "always", "b/a", "=2", file}}) {
+        const std::string out = run_bkdoc(arguments).out;
+        const std::size_t at = out.find("@@ -1");
+        ASSERT_NE(at, std::string::npos) << out;
+        EXPECT_EQ(out.substr(out.rfind('\n', at) + 1, at - out.rfind('\n', at) - 1), "\033[2m") << out;
+    }
+}
+
 } // namespace
