@@ -12,7 +12,6 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::size_t size_width = 8;
 constexpr std::size_t longest_likely_name = 1000;
 
 bool is_control(char character) noexcept {
