@@ -23,14 +23,14 @@ unsigned decode(std::string_view character) noexcept {
     return code_point;
 }
 
-struct Range {
+struct HiddenRange {
     unsigned first;
     unsigned last;
 };
 
 /// Control characters, marks that turn the direction of writing, and marks that nobody sees.
-constexpr Range not_shown[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x200B, 0x200F},
-                               {0x2028, 0x202E}, {0x2060, 0x2069}, {0xFEFF, 0xFEFF}};
+constexpr HiddenRange not_shown[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x200B, 0x200F},
+                                     {0x2028, 0x202E}, {0x2060, 0x2069}, {0xFEFF, 0xFEFF}};
 
 std::string hex_escape(unsigned byte) {
     return {'\\', 'x', hexadecimal_digits[byte >> 4], hexadecimal_digits[byte & 15]};
@@ -92,7 +92,7 @@ bool is_showable(std::string_view character) noexcept {
         return false;
     }
     const unsigned code_point = decode(character);
-    return std::none_of(std::begin(not_shown), std::end(not_shown), [code_point](const Range& range) {
+    return std::none_of(std::begin(not_shown), std::end(not_shown), [code_point](const HiddenRange& range) {
         return code_point >= range.first && code_point <= range.last;
     });
 }
