@@ -65,12 +65,16 @@ void watch_ending_signals() {
 
 SignalsHeld::SignalsHeld() {
     const sigset_t set = ending_set();
-    ::sigprocmask(SIG_BLOCK, &set, nullptr);
+    sigset_t before;
+    ::sigprocmask(SIG_BLOCK, &set, &before);
+    is_outermost_ = ::sigismember(&before, ending_signals[0]) == 0;
 }
 
 SignalsHeld::~SignalsHeld() {
-    const sigset_t set = ending_set();
-    ::sigprocmask(SIG_UNBLOCK, &set, nullptr);
+    if (is_outermost_) {
+        const sigset_t set = ending_set();
+        ::sigprocmask(SIG_UNBLOCK, &set, nullptr);
+    }
 }
 
 void note_unfinished_file(const std::string& path) {

@@ -10,13 +10,16 @@ namespace bkdoc {
 /// ignored stays ignored.
 void watch_ending_signals();
 
-/// Holds the signals back while it lives: the files and what is known of them change together.
+/// Holds the signals back while it lives: the files and what is known of them change together. They may be nested.
 class SignalsHeld {
 public:
     SignalsHeld();
     ~SignalsHeld();
     SignalsHeld(const SignalsHeld&) = delete;
     SignalsHeld& operator=(const SignalsHeld&) = delete;
+
+private:
+    [[maybe_unused]] bool is_outermost_ = true;
 };
 
 /// Called while the signals are held.

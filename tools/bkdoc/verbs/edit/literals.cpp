@@ -10,7 +10,8 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::string_view probe = "x ";
+// Of the version whose strings have escapes.
+constexpr std::string_view probe = "#Brellwick_Serial_Version 1.2\nx ";
 
 } // namespace
 
