@@ -20,7 +20,8 @@ struct SaveOptions {
     std::string key;
     /// Text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes: only the bytes of
     /// what was changed change. Without it, and for every other document, the file is laid out as ParserGroup::get_text does, and holds
-    /// all of the document: includes are spliced in. Its lines end with a line feed on every platform.
+    /// all of the document: includes are spliced in. Its lines end with a line feed on every platform. A binary document or an archive
+    /// that says its version in an entry says it there again, in that form.
     bool keep_layout = true;
     /// Saves although the form cannot carry everything that the document holds.
     bool lossy = false;
@@ -74,6 +75,8 @@ struct SavePreview {
 ///   reading. `lossy` does not help. An include that was not found or not read counts, too, unless the layout is kept, which keeps its
 ///   directive. The losses name what was not read, by the code "not-read-whole".
 /// To another path such a document goes with `lossy` alone, and without what was not read.
+/// Words that were not read ("the word 'X' at FILE:LINE") are in the files alone: a save that does not keep the layout needs `lossy`, too,
+/// over any file, and drops them. The losses name the first hundred of them by the same code.
 /// No save replaces a file that the document includes. A document from memory has no own file: it is laid out anew, with its includes
 /// spliced in.
 ///
