@@ -43,8 +43,14 @@ is_there() {
         qemu-user-static) command -v qemu-s390x-static ;;
         man-db) command -v man ;;
         groff-base) command -v groff ;;
+        doxygen-awesome-css) [ -d /usr/share/doxygen-awesome-css ] ;;
+        chromium) command -v chromium || command -v chromium-browser ;;
         python3-jsonschema) python3 -c "import jsonschema" 2>/dev/null ;;
         googletest) [ -f /usr/src/googletest/googletest/src/gtest-all.cc ] ;;
+        pybind11-dev) [ -f /usr/include/pybind11/pybind11.h ] ;;
+        python3-dev) ls /usr/include/python3.*/Python.h ;;
+        python3-venv) /usr/bin/python3 -c 'import ensurepip' ;;
+        python3-?*) /usr/bin/python3 -c "import ${1#python3-}" ;;
         *) command -v "$1" ;;
     esac >/dev/null
 }

@@ -12,6 +12,7 @@
 /// A host that opens documents of strangers (downloads, attachments, uploads to a server) takes `ParserLimits::untrusted()`
 /// instead, which also bounds how much text a small archive may stand for.
 struct ParserLimits {
+    /// The value of a limit that never ends a read.
     static constexpr unsigned int no_limit = 0xFFFFFFFFu;
 
     /// How many includes may be open inside each other. Projects use a handful.

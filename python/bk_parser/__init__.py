@@ -1,0 +1,52 @@
+"""Structured documents: load, ask, change, and save keeping their layout.
+
+    import bk_parser
+
+    with bk_parser.edit("harbour.bkd", search=["library"]) as scene:
+        for light in scene.find_all("**/light"):
+            light["power"] = light.get("power", 0.0) * 2
+
+docs/python.md is the guide.
+"""
+
+from collections.abc import MutableSequence
+
+from bk_parser import _containers, _pickling
+from bk_parser._core import (
+    Document,
+    Entry,
+    Group,
+    LoadCancelled,
+    LoadError,
+    PathError,
+    Problem,
+    SaveError,
+    Values,
+    from_binary,
+    from_json,
+    load,
+    parse,
+)
+from bk_parser._edit import edit
+
+_containers.extend(Group)
+_containers.extend(Entry)
+_pickling.extend()
+MutableSequence.register(Values)
+
+__all__ = [
+    "Document",
+    "Entry",
+    "Group",
+    "LoadCancelled",
+    "LoadError",
+    "PathError",
+    "Problem",
+    "SaveError",
+    "Values",
+    "edit",
+    "from_binary",
+    "from_json",
+    "load",
+    "parse",
+]

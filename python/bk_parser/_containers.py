@@ -1,0 +1,82 @@
+"""What Group, Document and Entry have beside what the extension gives them."""
+
+import json
+from collections.abc import Callable, Iterable, Mapping
+from html import escape
+from typing import Any
+
+from bk_parser._core import Entry, Group
+
+Column = str | Callable[[Entry], Any]
+_MOST_SHOWN = 200  # entries of one group in a notebook
+
+
+def frame(
+    self: Group | Entry, path: str, columns: Iterable[str] | Mapping[str, Column], default: Any = None
+) -> list[dict[str, Any]]:
+    """A row for each entry that a path finds: a dict from the columns' names to values.
+
+    A column is a path that begins at the entry found, "@0" for a value of that entry itself, or a callable that gets
+    the entry. With a mapping, its keys are the columns' names. `pandas.DataFrame(rows)` and `csv.DictWriter` take the
+    rows as they are.
+    """
+    named = columns if isinstance(columns, Mapping) else {name: name for name in columns}
+    readers = {name: _reader(column, default) for name, column in named.items()}
+    return [{name: read(entry) for name, read in readers.items()} for entry in self.find_all(path)]
+
+
+def to_dict(self: Group | Entry) -> dict[str, Any]:
+    """The entries as dicts and lists: names are keys, and what repeats is a list (docs/json.md, the plain shape)."""
+    content: dict[str, Any] = json.loads(self.to_json(shape="plain", indent=0))
+    return content
+
+
+def _reader(column: Column, default: Any) -> Callable[[Entry], Any]:
+    if not isinstance(column, str):
+        return column
+    path = column
+    if path.startswith("@"):
+        index = int(path[1:])
+        return lambda entry: entry.values[index] if index < len(entry.values) else default
+    return lambda entry: entry.get(path, default)
+
+
+def _head(entry: Entry) -> str:
+    template = f"&lt;{escape(entry.template)}&gt;" if entry.template else ""
+    words = [escape(repr(value))[:80] for value in entry.values[:12] if not isinstance(value, Group)]
+    return f"<b>{escape(entry.name)}</b>{template} {' '.join(words)}"
+
+
+def _summary(container: Group | Entry, is_open: bool) -> str:
+    title = _head(container) if isinstance(container, Entry) else escape(repr(container))
+    return f"<details{' open' if is_open else ''}><summary>{title}</summary><ul>"
+
+
+def repr_html(self: Group | Entry) -> str:
+    """A folding tree, as notebooks show it."""
+    # The stack holds what is still to be written: entries, and the ends of lists that are open.
+    out = [_summary(self, True)]
+    stack: list[Entry | str] = ["</ul></details>", *reversed(_shown(self))]
+    while stack:
+        item = stack.pop()
+        if isinstance(item, str):
+            out.append(item)
+        elif item.group is None:
+            out.append(f"<li>{_head(item)}</li>")
+        else:
+            out.append("<li>" + _summary(item, False))
+            stack.append("</ul></details></li>")
+            stack.extend(reversed(_shown(item)))
+    return "".join(out)
+
+
+def _shown(container: Group | Entry) -> list[Entry | str]:
+    shown: list[Entry | str] = list(container[:_MOST_SHOWN])
+    left = len(container) - len(shown)
+    return [*shown, f"<li>and {left} more</li>"] if left > 0 else shown
+
+
+def extend(cls: Any) -> None:
+    cls.frame = frame
+    cls.to_dict = to_dict
+    cls._repr_html_ = repr_html

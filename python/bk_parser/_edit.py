@@ -1,0 +1,31 @@
+"""`with edit(path) as document`: load, change, save."""
+
+import os
+from collections.abc import Callable, Iterable, Iterator
+from contextlib import contextmanager
+
+from bk_parser._core import Document, load
+
+StrPath = str | os.PathLike[str]
+
+
+@contextmanager
+def edit(
+    path: StrPath,
+    *,
+    search: Iterable[StrPath] = (),
+    progress: Callable[[float], object] | None = None,
+    key: str = "",
+    trusted: bool = False,
+    allow: Iterable[str] = (),
+    lossy: bool = False,
+    into_includes: bool = True,
+) -> Iterator[Document]:
+    """Loads a document, and saves it on the way out, keeping its layout.
+
+    When an exception passes, nothing is saved. A file that did not change is not written. The arguments are those of
+    `load` and `Document.save`.
+    """
+    document = load(path, search=list(search), progress=progress, key=key, trusted=trusted, allow=list(allow))
+    yield document
+    document.save(lossy=lossy, into_includes=into_includes)

@@ -1,0 +1,26 @@
+"""How documents, groups and entries are pickled and copied: as detached ones, in the binary form where that carries them
+whole, else as text."""
+
+from typing import Any
+
+from bk_parser import _core
+from bk_parser._core import Document, Entry, Group
+
+
+def document(form: str, content: bytes) -> Document:
+    return _core._document_from_state(form, content)
+
+
+def group(form: str, content: bytes) -> Group:
+    return _core._group_from_state(form, content)
+
+
+def entry(form: str, content: bytes) -> Entry:
+    return _core._entry_from_state(form, content)
+
+
+def extend() -> None:
+    """Gives the types what pickle and copy ask for."""
+    makers: list[tuple[Any, Any]] = [(Document, document), (Group, group), (Entry, entry)]
+    for cls, make in makers:
+        cls.__reduce__ = lambda self, make=make: (make, self._state())

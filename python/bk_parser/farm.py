@@ -1,0 +1,169 @@
+"""Documents by the thousand, on the workers of a dask.distributed cluster.
+
+    from dask.distributed import Client
+    from bk_parser import farm
+
+    def brighten(scene):
+        for power in scene.find_all("**/light/power"):
+            power.value *= 2
+
+    with Client(scheduler) as client:
+        for result in farm.edit(client, brighten, paths):
+            print(result.path, result.error or "done")
+
+The workers see the files under the paths that are given, as on a farm with a shared disk.
+"""
+
+import hashlib
+import os
+import pickle
+import shutil
+import tempfile
+from collections.abc import Callable, Iterable, Iterator
+from dataclasses import dataclass, field
+from pathlib import Path
+from typing import Any
+
+import bk_parser
+from bk_parser import Document, Problem
+
+
+@dataclass(frozen=True)
+class Result:
+    """What became of one document."""
+
+    path: Path | None
+    """None for a document that travelled itself."""
+    value: Any = None
+    """What the function returned."""
+    problems: list[Problem] = field(default_factory=list)
+    """What was wrong with the file."""
+    error: str = ""
+    """Why the file was not edited, and is as it was; empty when all went well."""
+
+
+def edit(
+    client: Any,
+    function: Callable[[Document], Any],
+    paths: Iterable[str | os.PathLike[str]],
+    *,
+    share: int = 20,
+    progress: bool = False,
+    **options: Any,
+) -> Iterator[Result]:
+    """Calls a function with each document, on the workers, and saves the document where the function changed it.
+
+    Results come in the order of the paths, each as soon as it and those before it are there. `share` files go to a
+    worker at a time. `options` are those of `bk_parser.edit`; what comes from an included file is not changed, so that
+    each file is written by one worker.
+
+    When a worker dies, another one does its share again: a file that was saved already is not edited twice, because the
+    worker wrote down what it was about to save before. A function that kills its worker again and again is an error of
+    that file alone.
+    """
+    files = [Path(os.path.abspath(path)) for path in paths]
+    if len(set(files)) != len(files):
+        raise ValueError("a file is given twice")
+    options = {"into_includes": False, **options}
+    journal = tempfile.mkdtemp(prefix=".bk_parser_farm_", dir=os.path.commonpath([str(file.parent) for file in files] or ["."]))
+    try:
+        jobs = [(str(file), function, options, journal) for file in files]
+        yield from _ordered(client, _edit_file, jobs, share, progress)
+    finally:
+        shutil.rmtree(journal, ignore_errors=True)
+
+
+def apply(
+    client: Any,
+    function: Callable[[Document], Any],
+    documents: Iterable[Document],
+    *,
+    share: int = 20,
+    progress: bool = False,
+) -> Iterator[Result]:
+    """Calls a function with each document, which travels itself, in the binary form where that carries it. Nothing is
+    saved; a function that returns the document sends it back."""
+    yield from _ordered(client, _apply_one, [(function, document) for document in documents], share, progress)
+
+
+def _ordered(
+    client: Any, work: Callable[..., Result], jobs: list[Any], share: int, progress: bool
+) -> Iterator[Result]:
+    shares = [jobs[i : i + share] for i in range(0, len(jobs), share)]
+    futures = [client.submit(_do_share, _Share(work, part), pure=False) for part in shares]
+    bar = _bar(len(jobs)) if progress else None
+    try:
+        for part, future in zip(shares, futures):
+            for result in _results(client, work, part, future):
+                if bar is not None:
+                    bar.update()
+                yield result
+    finally:
+        client.cancel(futures)
+        if bar is not None:
+            bar.close()
+
+
+def _bar(total: int) -> Any:
+    from tqdm import tqdm
+
+    return tqdm(total=total, unit="file")
+
+
+@dataclass(frozen=True)
+class _Share:
+    """Jobs that go to a worker together; the scheduler does not look into it."""
+
+    work: Callable[..., Result]
+    jobs: list[Any]
+
+
+def _do_share(share: _Share) -> list[Result]:
+    return [share.work(*job) for job in share.jobs]
+
+
+def _results(client: Any, work: Callable[..., Result], part: list[Any], future: Any) -> list[Result]:
+    """Those of one share. When it killed its workers, its files are tried one after the other: what waits on a worker that
+    dies counts as guilty, too."""
+    from distributed import KilledWorker
+
+    try:
+        done: list[Result] = future.result()
+        return done
+    except KilledWorker:
+        if len(part) == 1:
+            path = Path(part[0][0]) if isinstance(part[0][0], str) else None
+            return [Result(path, error="the worker died each time it was tried")]
+    alone = (([job], client.submit(_do_share, _Share(work, [job]), pure=False)) for job in part)
+    return [result for jobs, one in alone for result in _results(client, work, jobs, one)]
+
+
+def _digest(path: Path) -> str:
+    return hashlib.sha256(path.read_bytes()).hexdigest()
+
+
+def _edit_file(name: str, function: Callable[[Document], Any], options: dict[str, Any], journal: str) -> Result:
+    path = Path(name)
+    record = Path(journal) / hashlib.sha256(name.encode("utf-8", "surrogateescape")).hexdigest()
+    try:
+        before = _digest(path)
+        if record.exists():
+            recorded_before, result = pickle.loads(record.read_bytes())
+            if recorded_before != before:  # saved by a worker that died before it could tell
+                return Result(path, *result)
+        with bk_parser.edit(path, **options) as document:
+            value = function(document)
+            result = (value, document.problems)
+            unfinished = record.with_name(f"{record.name}.{os.getpid()}")
+            unfinished.write_bytes(pickle.dumps((before, result)))
+            os.replace(unfinished, record)
+        return Result(path, *result)
+    except Exception as error:
+        return Result(path, problems=getattr(error, "problems", []), error=f"{type(error).__name__}: {error}")
+
+
+def _apply_one(function: Callable[[Document], Any], document: Document) -> Result:
+    try:
+        return Result(None, function(document), document.problems)
+    except Exception as error:
+        return Result(None, error=f"{type(error).__name__}: {error}")

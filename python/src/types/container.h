@@ -1,0 +1,29 @@
+#pragma once
+
+#include "types/handles.h"
+
+namespace bk_python {
+
+/// The slots that Group, Document and Entry share.
+PyObject* get_item(PyObject* self, PyObject* key) noexcept;
+int set_item(PyObject* self, PyObject* key, PyObject* content) noexcept;
+int has_item(PyObject* self, PyObject* key) noexcept;
+Py_ssize_t count_items(PyObject* self) noexcept;
+PyObject* iterate_items(PyObject* self) noexcept;
+PyObject* compare_trees(PyObject* self, PyObject* other, int operation) noexcept;
+
+/// The methods that Group, Document and Entry share.
+void define_container_methods(PyObject* type);
+
+PyTypeObject* make_group_type();
+PyTypeObject* make_document_type(PyTypeObject* group);
+PyTypeObject* make_entry_type();
+void define_group_methods();
+void define_entry_methods();
+
+/// The group below which lists the entry, which is somewhere in it.
+ParserGroup* parent_group(ParserGroup& group, const ParserEntry& entry);
+/// A path that is well-formed; else PathError.
+bk_parser::Path checked_path(py::handle text);
+
+} // namespace bk_python

@@ -1,0 +1,244 @@
+#include "types/values.h"
+
+#include "tree/edits.h"
+#include "values/convert.h"
+
+#include "document/access/value_write_impl.h"
+
+namespace bk_python {
+
+namespace {
+
+PyObject* entry_of(PyObject* self) noexcept {
+    return reinterpret_cast<ValuesObject*>(self)->entry;
+}
+
+Py_ssize_t count_of(PyObject* self) {
+    return static_cast<Py_ssize_t>(use_entry(entry_of(self)).entry->get_value_count());
+}
+
+/// Of a Python index, which may count from the end.
+unsigned int checked_index(Py_ssize_t index, Py_ssize_t count) {
+    index += index < 0 ? count : 0;
+    if (index < 0 || index >= count) {
+        fail(PyExc_IndexError, "the entry has no such value");
+    }
+    return static_cast<unsigned int>(index);
+}
+
+py::list as_list(PyObject* self) {
+    return py::list(value_tuple(entry_of(self)));
+}
+
+Py_ssize_t length(PyObject* self) {
+    return guarded<Py_ssize_t>(-1, [&] { return count_of(self); });
+}
+
+/// Called with an index from the beginning only.
+PyObject* item(PyObject* self, Py_ssize_t index) {
+    return guarded<PyObject*>(nullptr, [&] {
+        const EntryObject& handle = use_entry(entry_of(self));
+        if (index < 0 || index >= static_cast<Py_ssize_t>(handle.entry->get_value_count())) {
+            fail(PyExc_IndexError, "the entry has no such value");
+        }
+        return value_of(*handle.head.tree, *handle.entry, static_cast<unsigned int>(index)).release().ptr();
+    });
+}
+
+PyObject* subscript(PyObject* self, PyObject* key) {
+    return guarded<PyObject*>(nullptr, [&]() -> PyObject* {
+        if (PySlice_Check(key)) {
+            return stolen(PyObject_GetItem(as_list(self).ptr(), key)).release().ptr();
+        }
+        const Py_ssize_t index = PyNumber_AsSsize_t(key, PyExc_IndexError);
+        if (index == -1 && PyErr_Occurred() != nullptr) {
+            throw py::error_already_set();
+        }
+        return item(self, static_cast<Py_ssize_t>(index < 0 ? index + count_of(self) : index));
+    });
+}
+
+void remove_at(PyObject* self, Py_ssize_t index) {
+    EntryObject& handle = use_entry(entry_of(self));
+    const unsigned int value = checked_index(index, static_cast<Py_ssize_t>(handle.entry->get_value_count()));
+    remove_value(*handle.head.tree, *handle.entry, value);
+}
+
+void remove_slice(PyObject* self, PyObject* key) {
+    Py_ssize_t begin = 0;
+    Py_ssize_t end = 0;
+    Py_ssize_t step = 0;
+    if (PySlice_Unpack(key, &begin, &end, &step) != 0) {
+        throw py::error_already_set();
+    }
+    const Py_ssize_t count = PySlice_AdjustIndices(count_of(self), &begin, &end, step);
+    for (Py_ssize_t i = 0; i < count; ++i) {
+        remove_at(self, step > 0 ? begin + (count - 1 - i) * step : begin + i * step);
+    }
+}
+
+void set_item(PyObject* self, PyObject* key, PyObject* content) {
+    const Given given(content);
+    if (given.is_list()) {
+        fail(PyExc_TypeError, "one place takes one value");
+    }
+    const Py_ssize_t index = PyNumber_AsSsize_t(key, PyExc_IndexError);
+    if (index == -1 && PyErr_Occurred() != nullptr) {
+        throw py::error_already_set();
+    }
+    EntryObject& handle = use_entry(entry_of(self));
+    store(*handle.head.tree, *handle.entry,
+          checked_index(index, static_cast<Py_ssize_t>(handle.entry->get_value_count())), given.values(),
+          given.end());
+}
+
+void set_slice(PyObject* self, PyObject* key, PyObject* content) {
+    const py::list list = as_list(self);
+    if (PyObject_SetItem(list.ptr(), key, content) != 0) {
+        throw py::error_already_set();
+    }
+    const Given given(list);
+    EntryObject& handle = use_entry(entry_of(self));
+    store(*handle.head.tree, *handle.entry, 0, given.values(), given.end());
+}
+
+int assign_subscript(PyObject* self, PyObject* key, PyObject* content) {
+    return guarded<int>(-1, [&] {
+        if (content != nullptr) {
+            (PySlice_Check(key) ? set_slice : set_item)(self, key, content);
+        } else if (PySlice_Check(key)) {
+            remove_slice(self, key);
+        } else {
+            const Py_ssize_t index = PyNumber_AsSsize_t(key, PyExc_IndexError);
+            if (index == -1 && PyErr_Occurred() != nullptr) {
+                throw py::error_already_set();
+            }
+            remove_at(self, index);
+        }
+        return 0;
+    });
+}
+
+PyObject* iterate_values(PyObject* self) {
+    return guarded<PyObject*>(nullptr, [&] { return PyObject_GetIter(value_tuple(entry_of(self)).ptr()); });
+}
+
+PyObject* compare(PyObject* self, PyObject* other, int operation) {
+    return guarded<PyObject*>(nullptr, [&]() -> PyObject* {
+        const bool is_other_list = PyList_Check(other) || PyTuple_Check(other);
+        if (!is_other_list && !Py_IS_TYPE(other, types.values)) {
+            return Py_NewRef(Py_NotImplemented);
+        }
+        const py::list list(py::reinterpret_borrow<py::object>(other));
+        return PyObject_RichCompare(as_list(self).ptr(), list.ptr(), operation);
+    });
+}
+
+PyObject* represent(PyObject* self) {
+    return guarded<PyObject*>(nullptr, [&] { return PyObject_Repr(as_list(self).ptr()); });
+}
+
+void free_values(PyObject* self) noexcept {
+    PyTypeObject* const type = Py_TYPE(self);
+    Py_DECREF(entry_of(self));
+    PyObject_Free(self);
+    Py_DECREF(type);
+}
+
+void insert_at(PyObject* self, Py_ssize_t index, const Given& given) {
+    EntryObject& handle = use_entry(entry_of(self));
+    ParserEntry& entry = *handle.entry;
+    const auto count = static_cast<Py_ssize_t>(entry.get_value_count());
+    index = std::clamp<Py_ssize_t>(index < 0 ? index + count : index, 0, count);
+    store(*handle.head.tree, *handle.entry, static_cast<unsigned int>(count), given.values(),
+          bk_parser::access::ListEnd::keep);
+    for (unsigned int i = 0; index != count && i < given.values().size(); ++i) {
+        entry.move_value(static_cast<unsigned int>(count) + i, static_cast<unsigned int>(index) + i);
+    }
+    handle.head.tree->forget_paths();
+}
+
+} // namespace
+
+py::object values_handle(PyObject* entry) {
+    auto* const values = PyObject_New(ValuesObject, types.values);
+    if (values == nullptr) {
+        throw std::bad_alloc();
+    }
+    values->entry = Py_NewRef(entry);
+    return py::reinterpret_steal<py::object>(reinterpret_cast<PyObject*>(values));
+}
+
+PyTypeObject* make_values_type() {
+    static PyType_Slot slots[] = {
+        {Py_tp_dealloc, reinterpret_cast<void*>(free_values)},
+        {Py_tp_iter, reinterpret_cast<void*>(iterate_values)},
+        {Py_tp_repr, reinterpret_cast<void*>(represent)},
+        {Py_tp_richcompare, reinterpret_cast<void*>(compare)},
+        {Py_tp_hash, reinterpret_cast<void*>(PyObject_HashNotImplemented)},
+        {Py_sq_length, reinterpret_cast<void*>(length)},
+        {Py_sq_item, reinterpret_cast<void*>(item)},
+        {Py_mp_length, reinterpret_cast<void*>(length)},
+        {Py_mp_subscript, reinterpret_cast<void*>(subscript)},
+        {Py_mp_ass_subscript, reinterpret_cast<void*>(assign_subscript)},
+        {Py_bf_getbuffer, reinterpret_cast<void*>(get_numbers)},
+        {Py_bf_releasebuffer, reinterpret_cast<void*>(release_numbers)},
+        {Py_tp_doc, const_cast<char*>("The values of an entry, as a list that stays one with the entry.")},
+        {0, nullptr},
+    };
+    static PyType_Spec spec = {"bk_parser._core.Values", sizeof(ValuesObject), 0,
+                               Py_TPFLAGS_DEFAULT | Py_TPFLAGS_SEQUENCE | Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                               slots};
+    return reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
+}
+
+void define_values_methods() {
+    const auto type = reinterpret_cast<PyObject*>(types.values);
+    define(
+        type, "append",
+        [](const ValuesSelf& self, const py::object& value) {
+            Given given(value);
+            if (given.is_list()) {
+                fail(PyExc_TypeError, "append takes one value; extend takes several");
+            }
+            insert_at(self.ptr(), PY_SSIZE_T_MAX, given);
+        },
+        py::arg("value"), "Adds a value at the end.");
+    define(
+        type, "extend",
+        [](const ValuesSelf& self, const py::object& values) {
+            insert_at(self.ptr(), PY_SSIZE_T_MAX, Given(values));
+        },
+        py::arg("values"), "Adds the values of a list, an array or another iterable at the end.");
+    define(
+        type, "insert",
+        [](const ValuesSelf& self, Py_ssize_t index, const py::object& value) {
+            insert_at(self.ptr(), index, Given(value));
+        },
+        py::arg("index"), py::arg("value"), "Adds a value before the one at an index.");
+    define(
+        type, "clear",
+        [](const ValuesSelf& self) {
+            while (count_of(self.ptr()) != 0) {
+                remove_at(self.ptr(), -1);
+            }
+        },
+        "Removes all values. A group for which a Python object stands lives on, detached.");
+    define(
+        type, "tolist", [](const ValuesSelf& self) { return as_list(self.ptr()); },
+        "A list of the values as they are now.");
+    define(
+        type, "index",
+        [](const ValuesSelf& self, const py::object& value) {
+            return as_list(self.ptr()).attr("index")(value);
+        },
+        py::arg("value"), "Where a value stands first; ValueError when it does not.");
+    define(
+        type, "count",
+        [](const ValuesSelf& self, const py::object& value) {
+            return as_list(self.ptr()).attr("count")(value);
+        },
+        py::arg("value"), "How often a value is there.");
+}
+
+} // namespace bk_python

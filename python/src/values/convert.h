@@ -1,0 +1,54 @@
+#pragma once
+
+#include "types/handles.h"
+
+#include <deque>
+#include <string>
+#include <vector>
+
+/// Between Python objects and values of entries. Texts are UTF-8; bytes that are none come as lone surrogates, as those of
+/// file names do ("surrogateescape"), and go back as they were.
+namespace bk_python {
+
+/// A new reference: bool, int, float, str, bytes, Group, or None for a value without content.
+py::object value_of(Tree& tree, const ParserEntry& entry, unsigned int value);
+/// All values of an Entry.
+py::tuple value_tuple(PyObject* self);
+
+py::str text_of(std::string_view text);
+/// The characters of a str.
+std::string text_from(py::handle text);
+
+/// A Python object as values to be stored: what is given, and what it refers to. Made before anything of a tree is looked
+/// at: the conversion may run Python code, which may edit the tree.
+class Given {
+public:
+    explicit Given(py::handle object);
+
+    std::span<const bk_parser::GivenValue> values() const noexcept { return values_; }
+    bool is_list() const noexcept { return is_list_; }
+    bk_parser::access::ListEnd end() const noexcept {
+        return is_list_ ? bk_parser::access::ListEnd::cut : bk_parser::access::ListEnd::keep;
+    }
+    void append(py::handle object) { add_single(object); }
+
+private:
+    void add_single(py::handle object);
+    void add_integer(py::handle number);
+    bool add_bytes(py::handle object);
+    bool add_buffer(py::handle object, bool takes_list);
+    void add_all(py::handle iterable);
+
+    std::vector<bk_parser::GivenValue> values_;
+    std::deque<std::string> texts_;
+    bool is_list_ = false;
+};
+
+/// Stores values in an entry; ValueError where no value can hold them, or a group stands there.
+void store(Tree& tree, ParserEntry& entry, unsigned int value, std::span<const bk_parser::GivenValue> given,
+           bk_parser::access::ListEnd end);
+
+/// Numbers of a buffer, one after the other in the order of C. False, and nothing done, for a format that is no number.
+bool read_numbers(const Py_buffer& buffer, std::vector<bk_parser::GivenValue>& out);
+
+} // namespace bk_python

@@ -1,0 +1,86 @@
+#include "types/values.h"
+
+#include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_value_impl.h"
+
+#include <memory>
+
+/// The buffer of an entry's values: the numbers where they stand, a value's width apart, to be read only.
+namespace bk_python {
+
+namespace {
+
+struct Shape {
+    Py_ssize_t count;
+    Py_ssize_t stride;
+    PyObject* entry; // counted
+};
+
+/// Whether all values are numbers of that type, side by side; each then has its number, not its spelling alone.
+bool are_in_place(const ParserEntry& entry, ParserValue::Type type) {
+    const ParserValue* const first = bk::EntryAccess::values(entry).side_by_side();
+    for (unsigned int i = 0; first != nullptr && i < entry.get_value_count(); ++i) {
+        if (bk::ValueAccess::type(first[i]) != type) {
+            return false;
+        }
+        static_cast<void>(bk::ValueAccess::scalar(first[i]));
+    }
+    return first != nullptr;
+}
+
+void refuse(const char* why) {
+    PyErr_SetString(PyExc_BufferError, why);
+    throw py::error_already_set();
+}
+
+void fill(PyObject* self, Py_buffer& view, int flags) {
+    EntryObject& handle = use_entry(reinterpret_cast<ValuesObject*>(self)->entry);
+    const ParserEntry& entry = *handle.entry;
+    const bool is_double = entry.get_value_type(0) == ParserValue::TYPE_DOUBLE;
+    const ParserValue::Type type = is_double ? ParserValue::TYPE_DOUBLE : ParserValue::TYPE_INT;
+    if (!are_in_place(entry, type)) {
+        refuse("the values are not all floats, or all ints");
+    }
+    if ((flags & PyBUF_WRITABLE) != 0) {
+        refuse("a buffer of values is read only");
+    }
+    if ((flags & PyBUF_STRIDES) != PyBUF_STRIDES && entry.get_value_count() != 1) {
+        refuse("the values do not stand next to each other; make a list or an array of them");
+    }
+    const ParserValue& first = bk::EntryAccess::value(entry, 0);
+    auto shape = std::make_unique<Shape>(Shape{static_cast<Py_ssize_t>(entry.get_value_count()),
+                                               static_cast<Py_ssize_t>(sizeof(ParserValue)),
+                                               Py_NewRef(reinterpret_cast<PyObject*>(&handle))});
+    view.buf = const_cast<double*>(&bk::ValueAccess::scalar(first).as_double);
+    view.itemsize = is_double ? sizeof(double) : sizeof(int);
+    view.len = shape->count * view.itemsize;
+    view.readonly = 1;
+    view.ndim = 1;
+    view.format = (flags & PyBUF_FORMAT) != 0 ? const_cast<char*>(is_double ? "d" : "i") : nullptr;
+    view.shape = (flags & PyBUF_ND) != 0 ? &shape->count : nullptr;
+    view.strides = (flags & PyBUF_STRIDES) == PyBUF_STRIDES ? &shape->stride : nullptr;
+    view.suboffsets = nullptr;
+    view.internal = shape.release();
+    view.obj = Py_NewRef(self);
+    ++handle.export_count;
+    ++types.export_count;
+}
+
+} // namespace
+
+int get_numbers(PyObject* self, Py_buffer* view, int flags) noexcept {
+    view->obj = nullptr;
+    return guarded<int>(-1, [&] {
+        fill(self, *view, flags);
+        return 0;
+    });
+}
+
+void release_numbers(PyObject*, Py_buffer* view) noexcept {
+    const std::unique_ptr<Shape> shape(static_cast<Shape*>(view->internal));
+    --types.export_count;
+    --reinterpret_cast<EntryObject*>(shape->entry)->export_count;
+    Py_DECREF(shape->entry);
+}
+
+} // namespace bk_python

@@ -1,0 +1,281 @@
+"""Assigning, adding, removing, moving, saving."""
+
+import copy
+import pickle
+from pathlib import Path
+
+import pytest
+
+import bk_parser
+from bk_parser import Document, Entry
+
+from conftest import SCENE
+
+
+@pytest.fixture
+def scene() -> Document:
+    return bk_parser.parse(SCENE)
+
+
+def test_assignment_keeps_number_types(scene: Document) -> None:
+    scene["**/light<spot>/power"] = 66
+    assert isinstance(scene.get("**/light<spot>/power"), float)
+    scene["**/light<point>/power"] = 66.0
+    assert isinstance(scene.get("**/light<point>/power"), int)
+    scene["**/light<point>/power"] = 66.5
+    assert scene.get("**/light<point>/power") == 66.5
+
+
+def test_a_path_that_is_missing_is_made(scene: Document) -> None:
+    scene['sequence/shot["030"]/camera'] = [1, 2]
+    assert list(scene["sequence"][-1]["camera"].values) == [1, 2]
+    assert scene["sequence"][-1].value == "030"
+    scene["title/note"] = "made"
+    assert scene["title"].group is not None
+
+
+def test_what_cannot_be_made_is_refused_and_changes_nothing(scene: Document) -> None:
+    before = scene.to_text()
+    for path in ("nothing/*", "a[5]/x", "list/**/x", "title@3", "two words"):
+        with pytest.raises(ValueError):
+            scene[path] = 1
+    with pytest.raises(ValueError):
+        scene["title"]["a[5]"] = 1
+    with pytest.raises(ValueError):
+        scene["sequence"] = 5
+    with pytest.raises(ValueError):
+        scene["title"] = float("nan")
+    with pytest.raises(OverflowError):
+        scene["title"] = 2**80
+    for value in (None, {}, object(), [1, None], [[1]], scene):
+        with pytest.raises(TypeError):
+            scene["title"] = value  # type: ignore[assignment]
+    assert scene.to_text() == before
+
+
+def test_values_are_a_list(scene: Document) -> None:
+    values = scene["list"].values
+    values[0] *= 2  # type: ignore[operator]
+    values[-1] = 10
+    assert values == [14, 8, 10]
+    values.append(11)
+    values.insert(1, 0)
+    values.extend([1, 2])
+    assert values == [14, 0, 8, 10, 11, 1, 2]
+    assert scene["list"].array_count == 7
+    del values[0]
+    del values[-2:]
+    assert values == [0, 8, 10, 11]
+    values[1:3] = [5]
+    assert values == (0, 5, 11)
+    assert 5 in values
+    assert values.index(11) == 2
+    assert values.count(5) == 1
+    assert list(reversed(values)) == [11, 5, 0]
+    assert values[::-1] == [11, 5, 0]
+    with pytest.raises(IndexError):
+        values[3]
+    with pytest.raises(IndexError):
+        values[3] = 1
+    values.clear()
+    assert len(values) == 0
+    assert scene["list"].value is None
+
+
+def test_values_of_every_kind_are_stored() -> None:
+    entry = Entry("all", True, 7, 2.5, "text", b"\x00\xff")
+    assert entry.values == [True, 7, 2.5, "text", b"\x00\xff"]
+    assert [type(value) for value in entry.values] == [bool, int, float, str, bytes]
+    entry.values = (value for value in "ab")
+    assert entry.values == ["a", "b"]
+    entry.value = 2**40
+    assert entry.values == [float(2**40), "b"]
+
+
+def test_names_and_templates_change(scene: Document) -> None:
+    light = scene["**/light"]
+    light.name = "lamp"
+    light.template = "area"
+    assert scene["**/lamp<area>"] is light
+    light.template = None
+    assert light.template is None
+    for name in ("two words", "#keyword", "", "x[2]"):
+        with pytest.raises(ValueError):
+            light.name = name
+    with pytest.raises(TypeError):
+        light.name = 5  # type: ignore[assignment]
+    with pytest.raises(AttributeError):
+        del light.name
+
+
+def test_an_entry_that_was_removed_lives_on(scene: Document) -> None:
+    shot = scene["sequence/shot"]
+    power = shot["light/power"]
+    assert shot.remove() is shot
+    assert shot.parent is None and shot.document is None
+    assert power.parent is not None and power.parent.parent is shot
+    power.value = 5
+    assert shot.get("light/power") == 5.0
+    assert power.path == "shot/light<spot>/power"
+    assert len(scene["sequence"]) == 1
+    assert shot.remove() is shot
+    del scene
+    assert shot.get("camera@2") == 3
+
+
+def test_an_entry_outlives_its_document() -> None:
+    light = bk_parser.parse(SCENE)["**/light"]
+    assert light.document is not None
+    assert len(light.document) == 5
+    assert light.document is not None
+
+
+def test_entries_move(scene: Document) -> None:
+    light = scene["**/light"]
+    scene.append(light)
+    assert scene[-1] is light
+    assert light.parent is None
+    assert light.path == "light"
+    scene.insert(0, light)
+    assert scene[0] is light
+    scene["title"].append(light)
+    assert scene["title"][0] is light
+    scene.move("title/light", "sequence/lamps/lamp")
+    assert scene["sequence/lamps/lamp"] is light
+    assert light.parent is scene["sequence/lamps"]
+    other = Document()
+    other.append(light)
+    assert light.document is other
+    assert "**/lamp" not in scene
+
+
+def test_no_entry_moves_into_itself(scene: Document) -> None:
+    sequence = scene["sequence"]
+    for inside in (sequence, sequence["shot"], sequence["shot/light"]):
+        with pytest.raises(ValueError):
+            inside.append(sequence)
+    detached = sequence.remove()
+    with pytest.raises(ValueError):
+        detached["shot"].append(detached)
+    with pytest.raises(ValueError):
+        scene.move("title", "title/x")
+
+
+def test_what_is_removed_from_values_lives_on() -> None:
+    document = bk_parser.parse("a 5 { b 1 c { d 2 } }")
+    group = document["a"].group
+    d = document["a/c/d"]
+    assert group is not None
+    del document["a"].values[1]
+    assert document["a"].values == [5]
+    assert group.parent is None
+    assert [entry.name for entry in group.walk()] == ["b", "c", "d"]
+    assert d.parent is group["c"]
+    group["b"] = 7
+    assert group.get("b") == 7
+
+
+def test_remove_all_and_del(scene: Document) -> None:
+    kept = scene["**/light<point>"]
+    assert scene.remove_all("**/light") == 2
+    assert kept.get("power") == 40
+    assert "**/light" not in scene
+    del scene["sequence/shot[1]"]
+    del scene[0]
+    del scene["list@1"]
+    assert scene["list"].values == [7, 9]
+    with pytest.raises(KeyError):
+        del scene["nothing"]
+    with pytest.raises(IndexError):
+        del scene[10]
+    scene.clear()
+    assert len(scene) == 0
+
+
+def test_numbers_of_a_path_count_before_anything_is_removed() -> None:
+    document = bk_parser.parse("x 1 x 2 x 3")
+    second = document["x[1]"]
+    assert document.remove_all("x[1]") == 1
+    assert [x.value for x in document] == [1, 3]
+    assert second.value == 2
+
+
+def test_copies_are_detached_and_equal(scene: Document) -> None:
+    light = scene["**/light"]
+    for made in (light.copy(), copy.copy(light), copy.deepcopy(light), pickle.loads(pickle.dumps(light))):
+        assert made == light and made is not light
+        assert made.document is None
+        made["power"] = 1
+        assert made != light
+    for document in (copy.deepcopy(scene), pickle.loads(pickle.dumps(scene))):
+        assert document == scene and document is not scene
+    group = scene["sequence"].group
+    assert pickle.loads(pickle.dumps(group)) == group
+
+
+def test_equality_is_about_content() -> None:
+    assert bk_parser.parse("a 1.50 { b 2 }") == bk_parser.parse("a 1.5 { b 2 }")
+    for other in ("a 1 { b 2 }", "a 1.5 { b 3 }", "a 1.5 { b 2 } c 1", "a 1.5", "a<t> 1.5 { b 2 }", "a 1.5 { c 2 }"):
+        assert bk_parser.parse("a 1.5 { b 2 }") != bk_parser.parse(other)
+    assert bk_parser.parse("a { x 1 } { }") != bk_parser.parse("a { } { x 1 }")
+    with pytest.raises(TypeError):
+        hash(Document())
+
+
+def test_pickles_are_small_where_the_binary_form_carries_all() -> None:
+    plain = bk_parser.parse("a 1 { b 2.5 }")
+    assert plain.__reduce__()[1][0] == "binary"  # type: ignore[index]
+    assert bk_parser.parse("a<t> 1").__reduce__()[1][0] == "text"  # type: ignore[index]
+    assert bk_parser.from_binary(plain.to_binary()) == plain
+    with pytest.raises(ValueError):
+        bk_parser.from_binary(plain.to_binary()[:-3])
+
+
+def test_edit_saves_keeping_the_layout(scene_file: Path) -> None:
+    with bk_parser.edit(scene_file) as scene:
+        for light in scene.find_all("**/light"):
+            light["power"] = light.get("power", 0.0) * 2
+    assert scene_file.read_text() == SCENE.replace("60.0", "120.0").replace("40", "80")
+
+
+def test_edit_saves_nothing_when_an_exception_passes(scene_file: Path) -> None:
+    with pytest.raises(RuntimeError):
+        with bk_parser.edit(scene_file) as scene:
+            scene["title"] = "lost"
+            raise RuntimeError
+    assert scene_file.read_text() == SCENE
+
+
+def test_a_save_that_is_refused_says_why(scene_file: Path) -> None:
+    scene = bk_parser.load(scene_file)
+    scene["title"] = "quay"
+    assert "+title \"quay\"" in scene.diff()
+    scene_file.write_text(SCENE + "late 1\n")
+    with pytest.raises(bk_parser.SaveError, match="changed on the disk"):
+        scene.save()
+    assert scene_file.read_text() == SCENE + "late 1\n"
+
+
+def test_every_form_is_saved_and_loaded(scene: Document, tmp_path: Path) -> None:
+    with pytest.raises(bk_parser.SaveError) as caught:
+        scene.save(tmp_path / "scene.bkb", form="binary")
+    assert caught.value.losses
+    plain = bk_parser.parse("a 1 { b 2.5 }")
+    for form in ("text", "binary", "archive"):
+        path = tmp_path / form
+        assert plain.save(path, form=form) == [path]  # type: ignore[arg-type]
+        assert bk_parser.load(path) == plain
+        assert bk_parser.load(path).form == form
+    plain.save(tmp_path / "secret", form="cipher", key="wren")
+    assert bk_parser.load(tmp_path / "secret", key="wren") == plain
+
+
+def test_what_comes_from_another_document_is_saved_as_new(tmp_path: Path) -> None:
+    one, other = tmp_path / "one.bkd", tmp_path / "other.bkd"
+    one.write_text("a 1 // first\nb 2 // second\n")
+    other.write_text("c 3 // third\nd 4 // fourth\n")
+    with bk_parser.edit(one) as target:
+        source = bk_parser.load(other)
+        target.append(source["c"])
+        target.append(target["a"].copy())
+    assert one.read_text() == "a 1 // first\nb 2 // second\nc 3\na 1\n"
