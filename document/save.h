@@ -91,7 +91,7 @@ struct SavePreview {
 /// - a new entry stands on a line of its own, indented as its neighbours are, or in the line where its neighbours share one;
 /// - a new entry between two of an included file goes into that file; at the begin or end of an include it goes beside the directive;
 /// - an entry that moved within its group takes its lines along, with what changed inside of it, with comments and includes; one that moved to
-///   another group is laid out anew;
+///   a group that was there does so when nothing in it has changed and no include stands in it, and else is laid out anew, without its comments;
 /// - a copy of an entry, which says the same place, takes the layout only where the original is gone;
 /// - words that were not read stay where they are: a save that would take one away is refused, with its place;
 /// - a file that is included more than once, under one name or several (by symbolic or hard links), changes when the tree was changed alike
