@@ -21,7 +21,8 @@ struct SaveOptions {
     /// Text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes: only the bytes of
     /// what was changed change. Without it, and for every other document, the file is laid out as ParserGroup::get_text does, and holds
     /// all of the document: includes are spliced in. Its lines end with a line feed on every platform. A binary document or an archive
-    /// that says its version in an entry says it there again, in that form.
+    /// that says its version in an entry says it there again, in that form. An infinity of the binary form is read, and so
+    /// saved, as the largest double.
     bool keep_layout = true;
     /// Saves although the form cannot carry everything that the document holds.
     bool lossy = false;
