@@ -25,7 +25,7 @@ enum class JsonShape {
 struct JsonOptions {
     /// Which of the shapes is written.
     JsonShape shape = JsonShape::lossless;
-    /// Blanks for each level. 0 writes all of it on one line, without a line end. `lines` takes no account of it.
+    /// Blanks for each of the first hundred levels; deeper lines stand as far in as those. 0 writes all of it on one line, without a line end. `lines` takes no account of it.
     unsigned int indent = 2;
 };
 
