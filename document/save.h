@@ -20,7 +20,9 @@ struct SaveOptions {
     std::string key;
     /// Text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes: only the bytes of
     /// what was changed change. Without it, and for every other document, the file is laid out as ParserGroup::get_text does, and holds
-    /// all of the document: includes are spliced in. Its lines end with a line feed on every platform.
+    /// all of the document: includes are spliced in. Its lines end with a line feed on every platform. A binary document or an archive
+    /// that says its version in an entry says it there again, in that form. An infinity of the binary form is read, and so
+    /// saved, as the largest double.
     bool keep_layout = true;
     /// Saves although the form cannot carry everything that the document holds.
     bool lossy = false;
@@ -77,6 +79,8 @@ struct SavePreview {
 ///   reading. `lossy` does not help. An include that was not found or not read counts, too, unless the layout is kept, which keeps its
 ///   directive. The losses name what was not read, by the code "not-read-whole".
 /// To another path such a document goes with `lossy` alone, and without what was not read.
+/// Words that were not read ("the word 'X' at FILE:LINE") are in the files alone: a save that does not keep the layout needs `lossy`, too,
+/// over any file, and drops them. The losses name the first hundred of them by the same code.
 /// No save replaces a file that the document includes. A document from memory has no own file: it is laid out anew, with its includes
 /// spliced in.
 ///
@@ -88,7 +92,7 @@ struct SavePreview {
 /// - a new entry stands on a line of its own, indented as its neighbours are, or in the line where its neighbours share one;
 /// - a new entry between two of an included file goes into that file; at the begin or end of an include it goes beside the directive;
 /// - an entry that moved within its group takes its lines along, with what changed inside of it, with comments and includes; one that moved to
-///   another group is laid out anew;
+///   a group that was there does so when nothing in it has changed and no include stands in it, and else is laid out anew, without its comments;
 /// - a copy of an entry, which says the same place, takes the layout only where the original is gone;
 /// - words that were not read stay where they are: a save that would take one away is refused, with its place;
 /// - a file that is included more than once, under one name or several (by symbolic or hard links), changes when the tree was changed alike

@@ -133,3 +133,54 @@ TEST_F(document_save_comments, of_a_group_stay_with_the_original_when_a_changed_
     expect_saved(loaded.document, "g {\n  h {\n    a 7\n  }\n}\n"
                                   "g { // about g\n  h {\n    a 1 // about a\n  }\n}\nb 2 // about b\n");
 }
+
+TEST_F(document_save_comments, inside_and_behind_an_entry_go_with_it_to_another_group) {
+    LoadResult loaded =
+        load_text("g {\n  a 1\n  s \"one\" {\n    x   0x1F // why\n    // inside\n    y 2\n  } // tail\n}\n"
+                  "h {\n    deep {\n        z 1\n    }\n}\n");
+    ASSERT_TRUE(move(loaded.document.root(), "g/s", "h/deep/s"));
+    expect_saved(loaded.document,
+                 "g {\n  a 1\n}\n"
+                 "h {\n    deep {\n        z 1\n        s \"one\" {\n          x   0x1F // why\n"
+                 "          // inside\n          y 2\n        } // tail\n    }\n}\n");
+    ASSERT_TRUE(move(loaded.document.root(), "h/deep/s", "g/s"));
+    expect_saved(loaded.document,
+                 "g {\n  a 1\n  s \"one\" {\n    x   0x1F // why\n    // inside\n    y 2\n  } // tail\n}\n"
+                 "h {\n    deep {\n        z 1\n    }\n}\n");
+}
+
+TEST_F(document_save_comments, inside_an_entry_are_kept_when_the_group_around_it_goes) {
+    LoadResult loaded = load_text("a 1\ng {\n  s {\n    x 1 // why\n  }\n}\nb 2\n");
+    ParserGroup& root = loaded.document.root();
+    std::unique_ptr<ParserEntry> inner = take(*root.get_entry("g")->get_group(0), 0);
+    ASSERT_NE(inner, nullptr);
+    insert(root, 1, std::move(inner));
+    ASSERT_TRUE(remove(root, "g"));
+    expect_saved(loaded.document, "a 1\ns {\n  x 1 // why\n}\nb 2\n");
+}
+
+TEST_F(document_save_comments, go_with_an_entry_into_an_included_file_and_out_of_it) {
+    folder_.write("part", "p {\n  q 1 // in the part\n}\n");
+    LoadResult loaded = load_text("a {\n  b 0x02 // in the file\n  c 3\n}\n#include \"part\"\n");
+    ASSERT_TRUE(move(loaded.document.root(), "a/b", "p/b"));
+    expect_saved(loaded.document, "a {\n  c 3\n}\n#include \"part\"\n");
+    EXPECT_EQ(folder_.read("part"), "p {\n  q 1 // in the part\n  b 0x02 // in the file\n}\n");
+    ASSERT_TRUE(move(loaded.document.root(), "p/q", "a/q"));
+    expect_saved(loaded.document, "a {\n  c 3\n  q 1 // in the part\n}\n#include \"part\"\n");
+    EXPECT_EQ(folder_.read("part"), "p {\n  b 0x02 // in the file\n}\n");
+}
+
+TEST_F(document_save_comments, of_an_entry_that_moved_to_another_group_and_changed_are_not_kept) {
+    LoadResult loaded = load_text("g {\n  a 1 // one\n  b 2\n}\nh {\n  c 3\n}\n");
+    ASSERT_TRUE(move(loaded.document.root(), "g/a", "h/a"));
+    ASSERT_TRUE(set(loaded.document.root(), "h/a", 7));
+    expect_saved(loaded.document, "g {\n  b 2\n}\nh {\n  c 3\n  a 7\n}\n");
+}
+
+TEST_F(document_save_comments, stay_with_the_original_when_a_copy_goes_to_another_group) {
+    LoadResult loaded = load_text("g {\n  a 1 // one\n}\nh {\n  c 3\n}\n");
+    ParserGroup& root = loaded.document.root();
+    insert(*root.get_entry("h")->get_group(0), 0,
+           std::make_unique<ParserEntry>(*root.get_entry("g")->get_group(0)->get_entry("a")));
+    expect_saved(loaded.document, "g {\n  a 1 // one\n}\nh {\n  a 1\n  c 3\n}\n");
+}

@@ -93,3 +93,52 @@ TEST_F(document_save_faults, a_group_left_open_is_named_when_something_cannot_st
     ASSERT_TRUE(set(included.document.root(), "new", 2));
     expect_refused(included.document, "group 'q' at " + folder_.path("part") + ":3 is not closed");
 }
+
+TEST_F(document_save_faults, words_that_a_new_layout_would_not_hold_are_named_and_need_a_leave) {
+    folder_.write("part", "\nq 1 $$\n");
+    LoadResult loaded = load_text("a 1\n%% b 2\n#include \"part\"\n");
+    SaveOptions anew;
+    anew.keep_layout = false;
+    for (const std::string& path : {std::string(), folder_.path("other")}) {
+        const SaveResult result = save(loaded.document, path, anew);
+        EXPECT_NE(result.reason.find("was not read whole, see the losses"), std::string::npos)
+            << result.reason;
+        ASSERT_EQ(result.losses.size(), 2u);
+        EXPECT_EQ(result.losses[0].code, "not-read-whole");
+        EXPECT_EQ(result.losses[0].message, "the word '%%' at " + folder_.path("file") + ":2 was not read");
+        EXPECT_EQ(result.losses[1].message, "the word '$$' at " + folder_.path("part") + ":2 was not read");
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder_.path("other")));
+    SaveOptions binary;
+    binary.form = Form::binary;
+    EXPECT_EQ(save(loaded.document, folder_.path("other"), binary).losses.size(), 2u);
+    anew.lossy = true;
+    EXPECT_EQ(save(loaded.document, {}, anew).losses.size(), 2u);
+    EXPECT_EQ(folder_.read("file"), "#Brellwick_Serial_Version 1.2\n\na 1\nb 2\nq 1");
+    anew.lossy = false;
+    EXPECT_TRUE(save(loaded.document, {}, anew).losses.empty()) << "they are not there any more";
+}
+
+TEST_F(document_save_faults, the_lines_of_words_that_were_not_read_are_those_of_the_last_save) {
+    LoadResult loaded = load_text("a 1\nb 2\n%%\n");
+    ASSERT_TRUE(remove(loaded.document.root(), "a"));
+    expect_saved(loaded.document, "b 2\n%%\n");
+    SaveOptions anew;
+    anew.keep_layout = false;
+    const SaveResult result = save(loaded.document, {}, anew);
+    ASSERT_EQ(result.losses.size(), 1u);
+    EXPECT_EQ(result.losses[0].message, "the word '%%' at " + folder_.path("file") + ":2 was not read");
+}
+
+TEST_F(document_save_faults, a_hundred_words_that_were_not_read_are_named_and_the_others_counted) {
+    std::string text = "a 1\n";
+    for (int i = 0; i < 102; ++i) {
+        text += "%%\n";
+    }
+    LoadResult loaded = load_text(text);
+    SaveOptions anew;
+    anew.keep_layout = false;
+    const SaveResult result = save(loaded.document, {}, anew);
+    ASSERT_EQ(result.losses.size(), 101u);
+    EXPECT_EQ(result.losses[100].message, "2 more words were not read");
+}

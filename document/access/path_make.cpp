@@ -49,8 +49,16 @@ unsigned int count_like(const ParserGroup& group, PathStep step) {
     return count;
 }
 
-/// A name, and at most one key and behind that at most one number, which is that of the next entry.
-bool is_makeable(const PathStep& step, const ParserGroup* group) {
+/// The number that the step's next entry has in the group that the way leads to.
+unsigned int next_number(const PathWay& way, const PathStep& step) {
+    if (way.like_count) {
+        return *way.like_count;
+    }
+    return way.group == nullptr ? 0 : count_like(*way.group, step);
+}
+
+/// A name, and at most one key and behind that at most one number, which is that of the next entry. `way` is null in a new group.
+bool is_makeable(const PathStep& step, const PathWay* way) {
     bool is_keyword = false;
     if (step.is_any_depth || step.is_any_name || !is_plain_name(step.name, is_keyword) ||
         (step.template_name && !step.template_name->empty() &&
@@ -64,7 +72,7 @@ bool is_makeable(const PathStep& step, const ParserGroup* group) {
             has_key = true;
         } else if (selector.kind == SelectorKind::index && !has_number) {
             has_number = true;
-            if (selector.index != (group == nullptr ? 0 : count_like(*group, step))) {
+            if (selector.index != (way == nullptr ? 0 : next_number(*way, step))) {
                 return false;
             }
         } else {
@@ -122,7 +130,7 @@ bool make_steps(const PathWay& way, const ParsedPath& path, std::size_t step_cou
     }
     for (std::size_t i = way.found; i < step_count; ++i) {
         const PathStep& step = path.steps[i];
-        if (!is_makeable(step, i == way.found ? way.group : nullptr)) {
+        if (!is_makeable(step, i == way.found ? &way : nullptr)) {
             return false;
         }
         std::unique_ptr<ParserEntry> entry = make_entry(step);

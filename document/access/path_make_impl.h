@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -20,7 +21,9 @@ struct PathWay {
     std::vector<ParserEntry*> passed; // the entries on the way, outermost first
     ParserGroup* group = nullptr;     // where the next step belongs
     bool has_no_group = false;        // the last entry on the way has no group yet; `group` is null
-    bool is_blocked = false;          // what the last step names is no group; `group` is null
+    std::optional<unsigned int>
+        like_count; // how many entries of `group` fit the next step without its number, when that is known
+    bool is_blocked = false; // what the last step names is no group; `group` is null
 
     ParserEntry* holder() const noexcept { return passed.back(); }
 };

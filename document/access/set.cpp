@@ -3,10 +3,16 @@
 #include "document/access/path_make_impl.h"
 #include "document/access/value_write_impl.h"
 #include "document/paths/path_search_impl.h"
+#include "parser/model/parser_entry_impl.h"
+
+#include <optional>
+#include <string_view>
 
 namespace bk_parser {
 
 namespace {
+
+constexpr unsigned int entries_ahead = 8; // that memory is asked for while one is looked at
 
 /// Makes the entry of the last step and writes its values from `value` on.
 ParserEntry* make_with_values(const PathWay& way, const ParsedPath& path, unsigned int value,
@@ -31,24 +37,36 @@ bool is_numbered_name(const ParsedPath& path) noexcept {
            step.selectors.size() == 1 && step.index_count == 1;
 }
 
-ParserEntry* find_numbered(const ParserGroup& group, const PathStep& step) noexcept {
+/// The entry whose value is set, whether it has that value or not; null when there is none.
+struct Holder {
+    ParserEntry* entry = nullptr;
+    std::optional<unsigned int> like_count; // of the name, in one search for a number that is not there
+};
+
+Holder find_numbered(const ParserGroup& group, const PathStep& step) noexcept {
+    const CoreVector<ParserEntry*>& entries = group.get_entries();
+    const unsigned int count = entries.get_count();
+    const std::string_view name = step.name;
+    const unsigned int wanted = step.selectors.front().index;
     unsigned int passed = 0;
-    for (ParserEntry* const entry : group.get_entries()) {
-        if (entry != nullptr && entry->get_name().get_view() == step.name &&
-            passed++ == step.selectors.front().index) {
-            return entry;
+    for (unsigned int i = 0; i < count; ++i) {
+        if (i + entries_ahead < count) {
+            bk::prefetch_entry(entries[i + entries_ahead]);
+        }
+        ParserEntry* const entry = entries[i];
+        if (entry != nullptr && entry->get_name().get_view() == name && passed++ == wanted) {
+            return {entry, {}};
         }
     }
-    return nullptr;
+    return {nullptr, passed};
 }
 
-/// The entry whose value is set, whether it has that value or not; null when there is none.
-ParserEntry* find_holder(const ParserGroup& group, const ParsedPath& path) {
+Holder find_holder(const ParserGroup& group, const ParsedPath& path) {
     if (is_numbered_name(path)) {
         return find_numbered(group, path.steps.front());
     }
     PathMatcher matcher(group, path, path.steps.size(), true);
-    return matcher.next() ? matcher.cursor().entry() : nullptr;
+    return {matcher.next() ? matcher.cursor().entry() : nullptr, {}};
 }
 
 } // namespace
@@ -65,10 +83,12 @@ bool set_values(ParserGroup& group, PathRef path, std::span<const GivenValue> gi
         return false;
     }
     const unsigned int value = argument.last().named_value();
-    if (ParserEntry* const holder = find_holder(group, argument.get())) {
-        return write_values(*holder, value, given, end);
+    const Holder holder = find_holder(group, argument.get());
+    if (holder.entry != nullptr) {
+        return write_values(*holder.entry, value, given, end);
     }
-    const PathWay way = find_way(group, argument.get(), argument.steps().size() - 1);
+    PathWay way = find_way(group, argument.get(), argument.steps().size() - 1);
+    way.like_count = holder.like_count;
     return make_with_values(way, argument.get(), value, given) != nullptr;
 }
 

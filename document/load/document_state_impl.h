@@ -36,16 +36,18 @@ struct DocumentState {
     CoreVersion version{1.2}; // of the syntax that the text was read by
     // Where the entry of the version stood that was taken off the root, in the forms that have it as an entry.
     std::optional<unsigned int> version_entry;
-    bool has_version_header = false; // an enciphered text begins with its version
+    std::unique_ptr<ParserEntry> kept_version; // that entry, of a binary document or an archive
+    bool has_version_header = false;           // an enciphered text begins with its version
     std::vector<std::filesystem::path> search;
     bool beside = true;
     std::string key;
     ParserLimits limits;
     std::vector<ReadFile>
         files; // the document first, unless it came from memory; each once. Empty when it was not read whole
-    std::vector<std::string> lost;     // what of the document was not read, in words
-    std::vector<std::string> left_out; // the same of includes, whose directives a kept layout keeps
-    std::size_t inclusion_count = 0;   // of the text that the places of entries count in
+    std::vector<std::string> lost;         // what of the document was not read, in words
+    std::vector<std::string> left_out;     // the same of includes, whose directives a kept layout keeps
+    std::vector<std::string> unread_words; // faulty ones, which a kept layout keeps, too
+    std::size_t inclusion_count = 0;       // of the text that the places of entries count in
 
     std::unique_ptr<const EntryPlaces> places; // when they are kept
     std::string memory_text;                   // of a document in memory whose sources are kept

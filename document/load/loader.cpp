@@ -148,8 +148,8 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
 void Loader::parse_text(std::string_view text, const Meter::Range& range) {
     state_->expanded_size = text.size();
     meter_.start(range.part(0, parsing_share), text.size());
-    parse_checked(*state_->root, text, bk::has_escapes(state_->version), sources_, options_.limits, problems_,
-                  {meter_, range.part(parsing_share, 1)});
+    state_->unread_words = parse_checked(*state_->root, text, bk::has_escapes(state_->version), sources_,
+                                         options_.limits, problems_, {meter_, range.part(parsing_share, 1)});
 }
 
 /// What is no document is said to be that, however large it is.
@@ -181,12 +181,21 @@ std::string Loader::shown_name() const {
 void Loader::take_version_entry() {
     const CoreString name(bk::version_keyword);
     const CoreVector<ParserEntry*>& entries = state_->root->get_entries();
+    unsigned int count = 0;
     for (unsigned int i = 0; i < entries.get_count(); ++i) {
-        if (entries[i]->get_name() == name) {
+        if (entries[i]->get_name() == name && ++count == 1) {
             state_->version_entry = i;
-            state_->root->remove_entry(name);
-            return;
         }
+    }
+    if (count == 0) {
+        return;
+    }
+    if (state_->form != Form::enciphered) {
+        state_->kept_version = std::make_unique<ParserEntry>(*entries[*state_->version_entry]);
+    }
+    state_->root->remove_entry(name);
+    if (count > 1) {
+        state_->unread_words.push_back(shown_name() + " states its version more than once");
     }
 }
 

@@ -1,6 +1,7 @@
 #include "document/save/keep_layout_impl.h"
 
 #include "document/load/entry_places_impl.h"
+#include "document/problems/faults/unread_words_impl.h"
 #include "document/problems/list/shown_word_impl.h"
 #include "document/save/edits/file_edits_impl.h"
 #include "document/save/files/file_change_impl.h"
@@ -154,7 +155,26 @@ private:
         inclusion_count_ = fresh.map().get_inclusion_count();
         included_ = fresh.included();
         shifts_ = proof.shifts;
+        note_unread_words(fresh);
         return (proof.is_equal && is_same_syntax) || explain(proof.difference, fresh);
+    }
+
+    /// They stand on other lines now, and some may have been mended.
+    void note_unread_words(const SaveSources& fresh) {
+        if (state_.unread_words.empty()) {
+            return;
+        }
+        LayoutRecord now(fresh.text(), *state_.root, has_escapes_);
+        now.run();
+        const std::vector<TextRange>& words = now.unread_words();
+        for (const TextRange& word : words) {
+            if (unread_words_.size() == most_unread_words) {
+                unread_words_.push_back(more_unread_words(words.size() - most_unread_words));
+                return;
+            }
+            unread_words_.push_back(unread_word(fresh.text().substr(word.begin, word.end - word.begin),
+                                                fresh.place_of(word.begin)));
+        }
     }
 
     /// True when what does not read back is what no text can carry, and the host takes the loss.
@@ -251,6 +271,7 @@ private:
         state_.places.reset();
         state_.memory_text.clear();
         state_.inclusion_count = inclusion_count_;
+        state_.unread_words = std::move(unread_words_);
         shifts_.apply();
         if (found_) {
             found_->apply();
@@ -277,6 +298,7 @@ private:
     std::vector<std::string> included_;
     std::vector<std::string> dropped_; // files that are not included any more
     std::size_t inclusion_count_ = 0;
+    std::vector<std::string> unread_words_;
     PlaceShifts shifts_;
     std::optional<FoundPlaces> found_; // when something is lost
 };

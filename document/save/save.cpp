@@ -8,6 +8,7 @@
 #include "document/save/files/file_set_impl.h"
 #include "document/save/files/same_file_impl.h"
 #include "document/save/forms/losses_impl.h"
+#include "document/save/forms/restored_version_impl.h"
 #include "document/save/forms/stored_form_impl.h"
 #include "document/save/keep_layout_impl.h"
 #include "document/save/proof/found_places_impl.h"
@@ -74,6 +75,7 @@ private:
         const bool is_own = is_own_file(state_, absolute_text(path_)) && bk::is_regular_file(shown_);
         add_unread(state_.lost);
         add_unread(state_.left_out);
+        add_unread(state_.unread_words);
         if (is_own && (!state_.lost.empty() || !state_.left_out.empty())) {
             return fail("the file holds more than could be read of it, see the losses");
         }
@@ -110,6 +112,7 @@ private:
         VersionPlace version;
         version.is_at_begin = state_.has_version_header;
         version.entry = state_.version_entry.value_or(version.entry);
+        const RestoredVersion restored(state_, form_);
         if (!store(*state_.root, form_, key_, version, stored_)) {
             return fail(std::string("too large for the ") + form_name(form_) + " form");
         }
@@ -166,8 +169,12 @@ private:
         state_.dependencies.clear();
         state_.lost.clear();
         state_.left_out.clear();
+        state_.unread_words.clear();
         state_.inclusion_count = 1;
         state_.version = CoreVersion(bk::written_version);
+        if (form_ != state_.form) {
+            state_.kept_version.reset();
+        }
         state_.form = form_;
         state_.path = std::move(path);
         state_.absolute = std::move(absolute);

@@ -1,6 +1,7 @@
 #include "document/problems/values/parse_checked_impl.h"
 
 #include "document/problems/faults/fault_story_impl.h"
+#include "document/problems/faults/unread_words_impl.h"
 #include "document/problems/files/joins_impl.h"
 #include "document/problems/files/source_checks_impl.h"
 #include "document/problems/values/checked_sink_impl.h"
@@ -8,8 +9,9 @@
 
 namespace bk_parser {
 
-void parse_checked(ParserGroup& root, std::string_view expanded, bool has_escapes, const SourceMap& sources,
-                   const ParserLimits& limits, ProblemList& problems, const CheckProgress& progress) {
+std::vector<std::string> parse_checked(ParserGroup& root, std::string_view expanded, bool has_escapes,
+                                       const SourceMap& sources, const ParserLimits& limits,
+                                       ProblemList& problems, const CheckProgress& progress) {
     Meter& meter = progress.meter;
     const Joins joins(expanded, sources);
     CheckedSink sink(root, expanded, has_escapes, limits, sources, joins, problems);
@@ -25,6 +27,7 @@ void parse_checked(ParserGroup& root, std::string_view expanded, bool has_escape
     joins.tell(expanded, losses, problems);
     check_sources(sources, has_escapes, losses, problems);
     story.tell();
+    return unread_words(sink.get_faults(), sources);
 }
 
 } // namespace bk_parser

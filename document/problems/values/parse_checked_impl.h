@@ -6,7 +6,9 @@
 #include "parser/parser_group.h"
 #include "parser/parser_limits.h"
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace bk_parser {
 
@@ -17,8 +19,10 @@ struct CheckProgress {
     Meter::Range of_faults;
 };
 
-/// Parses an expanded text, which a NUL follows, into a group. Faults become problems, and nothing is logged.
-void parse_checked(ParserGroup& root, std::string_view expanded, bool has_escapes, const SourceMap& sources,
-                   const ParserLimits& limits, ProblemList& problems, const CheckProgress& progress);
+/// Parses an expanded text, which a NUL follows, into a group. Faults become problems, and nothing is logged. Gives the words that were not
+/// read, as `unread_words` does.
+std::vector<std::string> parse_checked(ParserGroup& root, std::string_view expanded, bool has_escapes,
+                                       const SourceMap& sources, const ParserLimits& limits,
+                                       ProblemList& problems, const CheckProgress& progress);
 
 } // namespace bk_parser

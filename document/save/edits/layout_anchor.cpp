@@ -130,7 +130,7 @@ bool LayoutEdits::compose(const Anchor& anchor, const Gap& gap, const std::vecto
 /// Entries that only moved take their lines along, comments too.
 bool LayoutEdits::add_lines(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit) {
     FileRange place;
-    if (addition.moved_from != nullptr && can_carry(*addition.moved_from, anchor.inclusion, place)) {
+    if (can_carry(addition, anchor.inclusion, place)) {
         take_comment(place);
         return carry(anchor, gap, addition, place, edit);
     }
@@ -159,7 +159,7 @@ void LayoutEdits::take_comment(FileRange& place) const {
 
 bool LayoutEdits::add_in_line(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit) {
     FileRange place;
-    if (addition.moved_from != nullptr && can_carry(*addition.moved_from, anchor.inclusion, place)) {
+    if (can_carry(addition, anchor.inclusion, place)) {
         const std::size_t end = place.end;
         take_comment(place);
         if (!carry(anchor, gap, addition, place, edit)) {

@@ -5,14 +5,21 @@
 #include <algorithm>
 #include <utility>
 
-// Entries that moved within their group: their bytes are carried to the new place, comments and all, with what has changed in them.
+// Entries that moved: their bytes are carried to the new place, comments and all, with what has changed in them.
 
 namespace bk_parser {
 
 /// Bytes with an include go nowhere but to the same file, which alone finds it as before.
-bool LayoutEdits::can_carry(const OldEntry& old, std::size_t target, FileRange& place) {
-    const TextRange range{old.name.begin, old.end};
-    return locate(range, place) && (place.inclusion == target || is_of_one_file(range));
+bool LayoutEdits::can_carry(const Addition& addition, std::size_t target, FileRange& place) {
+    if (addition.moved_from == nullptr) {
+        return false;
+    }
+    const TextRange range{addition.moved_from->name.begin, addition.moved_from->end};
+    if (!locate(range, place)) {
+        return false;
+    }
+    const bool stays_in_file = place.inclusion == target && !addition.comes_from_elsewhere;
+    return stays_in_file || is_of_one_file(range);
 }
 
 bool LayoutEdits::carry(const Anchor& anchor, const Gap& gap, const Addition& addition,
@@ -24,7 +31,10 @@ bool LayoutEdits::carry(const Anchor& anchor, const Gap& gap, const Addition& ad
     carries_.push_back({place, std::string(indent_of(text_of(place.inclusion), place.begin)), anchor.indent,
                         has_lines, std::string()});
     edit.carried.push_back({edit.text.size(), index});
-    is_carried_[static_cast<std::size_t>(&old - gap.group->entries.data())] = true;
+    carried_.insert(&old);
+    if (addition.comes_from_elsewhere) {
+        return true;
+    }
     const std::uint32_t around = std::exchange(inside_, index);
     const bool is_done = !old.has_changed || edit_entry(*gap.group, old, *addition.entries[0]);
     inside_ = around;

@@ -11,6 +11,7 @@
 namespace bk_parser {
 
 bool LayoutEdits::run() {
+    note_lost_entries();
     pending_.push_back({record_.root(), no_index});
     while (!pending_.empty()) {
         const PendingGroup pending = pending_.back();
@@ -20,6 +21,7 @@ bool LayoutEdits::run() {
             return false;
         }
     }
+    note_moves();
     drop_cleared_includes();
     note_covers();
     if (!keeps_includes() || !keeps_unread_words()) {

@@ -7,6 +7,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace bk_parser {
@@ -70,6 +71,13 @@ private:
         const ParserEntry* const* entries;
         std::uint32_t count;
         const OldEntry* moved_from; // null of new ones
+        bool comes_from_elsewhere;  // from another group, as it was
+    };
+    /// An edit that takes away entries that stood one behind the other.
+    struct Removal {
+        std::size_t edit;
+        const OldEntry* first;
+        const OldEntry* last;
     };
     /// A place between entries: in a file, and what it is next to.
     struct Gap {
@@ -108,11 +116,16 @@ private:
     FileRange climb(FileRange place, std::size_t ancestor) const noexcept;
 
     // layout_carries.cpp
-    bool can_carry(const OldEntry& old, std::size_t target, FileRange& place);
+    bool can_carry(const Addition& addition, std::size_t target, FileRange& place);
     bool carry(const Anchor& anchor, const Gap& gap, const Addition& addition, const FileRange& place,
                Edit& edit);
     void fill_carries();
     static void fill(Edit& edit, const std::vector<Carry>& carries);
+
+    // layout_travellers.cpp
+    void note_lost_entries();
+    const OldEntry* take_lost(const ParserGroup& group, std::uint32_t position);
+    void note_moves();
 
     // cleared_includes.cpp
     bool is_of_file(const Edit& edit) const noexcept;
@@ -135,7 +148,7 @@ private:
     bool edit_group(std::uint32_t index);
     bool add_between(const Gap& gap, std::vector<Addition>& additions);
     bool remove_unkept(const OldGroup& group, const std::vector<bool>& is_kept);
-    bool remove_range(TextRange range, std::string about, bool moves);
+    bool remove_range(TextRange range, std::string about, const OldEntry& first, const OldEntry& last);
     bool add_edit(const FileRange& place, std::string text, std::string about);
 
     // layout_anchor.cpp
@@ -188,8 +201,11 @@ private:
     std::vector<Edit> edits_;
     std::vector<Cover> covers_; // of the edits before texts are carried
     std::vector<std::string> dropped_;
-    std::vector<Carry> carries_;      // a text inside of another one behind it
-    std::vector<bool> is_carried_;    // of the entries of the group that is being edited
+    std::vector<Carry> carries_; // a text inside of another one behind it
+    std::unordered_set<const OldEntry*> carried_;
+    std::unordered_map<std::uint64_t, const OldEntry*>
+        lost_; // entries that their groups do not hold any more, by line and column
+    std::vector<Removal> removals_;
     std::uint32_t inside_ = no_index; // the carried text that is being changed
     bool has_printed_ = false;        // an entry, in a new place
     std::vector<PendingGroup> pending_;

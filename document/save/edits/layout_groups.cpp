@@ -74,7 +74,6 @@ bool LayoutEdits::edit_group(std::uint32_t index) {
     });
     const KeptInOrder kept(group, order);
     std::vector<bool> is_kept(group.entries.size());
-    is_carried_.assign(group.entries.size(), false);
     const CoreVector<ParserEntry*>& now = group.now->get_entries();
     std::vector<Addition> additions;
     const OldEntry* before = nullptr;
@@ -82,7 +81,8 @@ bool LayoutEdits::edit_group(std::uint32_t index) {
     const auto add_new_up_to = [&](std::uint32_t end) {
         for (; at < end; ++at) {
             if (now[at] != nullptr) {
-                additions.push_back({&now[at], 1, nullptr});
+                const OldEntry* const lost = take_lost(*group.now, at);
+                additions.push_back({&now[at], 1, lost, lost != nullptr});
             }
         }
     };
@@ -91,7 +91,7 @@ bool LayoutEdits::edit_group(std::uint32_t index) {
         add_new_up_to(old.new_index);
         at = old.new_index + old.count;
         if (!kept.stays(i)) {
-            additions.push_back({&now[old.new_index], old.count, &old});
+            additions.push_back({&now[old.new_index], old.count, &old, false});
             continue;
         }
         is_kept[order[i]] = true;
@@ -116,7 +116,7 @@ bool LayoutEdits::remove_unkept(const OldGroup& group, const std::vector<bool>& 
         }
         TextRange range{group.entries[i].name.begin, group.entries[i].end};
         const std::string about(words(group.entries[i].name));
-        bool moves = is_carried_[i];
+        const OldEntry& first = group.entries[i];
         FileRange place;
         FileRange next;
         while (i + 1 < group.entries.size() && !is_kept[i + 1] && group.entries[i].tail == range.end &&
@@ -126,24 +126,23 @@ bool LayoutEdits::remove_unkept(const OldGroup& group, const std::vector<bool>& 
                text_of(place.inclusion).substr(place.end, next.begin - place.end).find('\n') ==
                    std::string_view::npos) {
             range.end = group.entries[++i].end;
-            moves = moves && is_carried_[i];
         }
-        if (!remove_range(range, about, moves)) {
+        if (!remove_range(range, about, first, group.entries[i])) {
             return false;
         }
     }
     return true;
 }
 
-bool LayoutEdits::remove_range(TextRange range, std::string about, bool moves) {
+bool LayoutEdits::remove_range(TextRange range, std::string about, const OldEntry& first,
+                               const OldEntry& last) {
     FileRange place;
     if (!locate(range, place)) {
         return refuse(about, "begins in one file and ends in another");
     }
     const LineRange lines = removal_of(text_of(place.inclusion), place.begin, place.end);
     add_edit({place.inclusion, lines.begin, lines.end}, {}, std::move(about));
-    edits_.back().moves = moves;
-    edits_.back().removes_entries = !moves;
+    removals_.push_back({edits_.size() - 1, &first, &last});
     return true;
 }
 

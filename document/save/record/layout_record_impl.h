@@ -64,6 +64,7 @@ public:
     bool has_changes() const noexcept { return root_ != no_index; }
     std::uint32_t root() const noexcept { return root_; }
     const OldGroup& group(std::uint32_t i) const noexcept { return groups_[i]; }
+    std::uint32_t group_count() const noexcept { return static_cast<std::uint32_t>(groups_.size()); }
     /// Words that the tree has nothing of, in their order.
     const std::vector<TextRange>& unread_words() const noexcept { return unread_; }
     /// The name of the outermost entry whose group has no "}", with its template and array suffix; empty when there is none.

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "document/problems/faults/fault_record_impl.h"
+#include "document/sources/source_map_impl.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bk_parser {
+
+inline constexpr std::size_t most_unread_words = 100; // that are named
+
+/// "the word 'X' at FILE:LINE was not read"
+std::string unread_word(std::string_view word, const std::string& place);
+/// "3 more words were not read"
+std::string more_unread_words(std::size_t count);
+
+/// These of the words that the tree has nothing of.
+std::vector<std::string> unread_words(const FaultRecorder& faults, const SourceMap& sources);
+
+} // namespace bk_parser

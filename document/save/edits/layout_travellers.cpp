@@ -1,0 +1,56 @@
+#include "document/save/edits/layout_edits_impl.h"
+#include "document/save/proof/read_back_impl.h"
+
+#include <algorithm>
+#include <string>
+
+// Entries that moved to another group. They are known by their line and column, and take their bytes along when they are as they were.
+
+namespace bk_parser {
+
+namespace {
+
+std::uint64_t key_of(core_ulong line, core_ulong column) noexcept {
+    return std::uint64_t{line} << 32 | column;
+}
+
+} // namespace
+
+void LayoutEdits::note_lost_entries() {
+    for (std::uint32_t i = 0; i < record_.group_count(); ++i) {
+        for (const OldEntry& old : record_.group(i).entries) {
+            if (old.new_index == no_index) {
+                lost_.emplace(key_of(old.line, old.column), &old);
+            }
+        }
+    }
+}
+
+/// The old entry that a new one of the group is, which no other is then; null when there is none.
+const OldEntry* LayoutEdits::take_lost(const ParserGroup& group, std::uint32_t position) {
+    const ParserEntry& entry = *group.get_entries()[position];
+    const auto found = lost_.find(key_of(entry.get_line(), entry.get_column()));
+    if (found == lost_.end()) {
+        return nullptr;
+    }
+    const OldEntry& old = *found->second;
+    const std::string text(words({old.name.begin, old.end})); // words are cut from texts that a NUL follows
+    if (!text.starts_with(entry.get_name().get_view()) ||
+        !ReadBack(text, group, position, position + 1, has_escapes_).run()) {
+        return nullptr;
+    }
+    lost_.erase(found);
+    return &old;
+}
+
+/// When all groups are done it is known which of the entries that were taken away stand elsewhere.
+void LayoutEdits::note_moves() {
+    for (const Removal& removal : removals_) {
+        Edit& edit = edits_[removal.edit];
+        edit.moves = std::all_of(removal.first, removal.last + 1,
+                                 [this](const OldEntry& old) { return carried_.contains(&old); });
+        edit.removes_entries = !edit.moves;
+    }
+}
+
+} // namespace bk_parser
