@@ -38,7 +38,7 @@ namespace bk_parser {
 /// any number as the nearest float, a bool only as a bool, a string only as a string.
 /// Value `value` of the entry on. A list is all values from there to the last. Nothing when a value is missing or is no T.
 ///
-/// A std::string_view, a span or Values points into the tree: until the value is changed or removed.
+/// A std::string_view, a span or Values points into the tree: until its entry is changed or dies.
 template <ReadableValue T>
 std::optional<T> get(const ParserEntry& entry, unsigned int value = 0) {
     return access::read_any<T>(entry, value);
@@ -169,7 +169,8 @@ BK_PARSER_API ParserEntry& insert(ParserGroup& group, unsigned int position,
                                   std::unique_ptr<ParserEntry> entry);
 
 /// Converts every number of a tree that so far is only text, so that any number of threads may read the tree at once until
-/// it is changed. ParserEntry::get_group still makes a group in an entry without values.
+/// it is changed. After a change call it again before they go on: what was inserted may hold numbers that are only text.
+/// ParserEntry::get_group still makes a group in an entry without values. Linear in the tree.
 BK_PARSER_API void freeze(const ParserGroup& root);
 
 /// The entries of a group as the text syntax writes them, one a line. Every line ends in a line feed; a group without entries

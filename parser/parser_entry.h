@@ -23,7 +23,7 @@ struct EntryFields;
 /// When memory ends, constructors and edits throw std::bad_alloc (std::length_error where a count would pass its limit) and
 /// leave everything as it was; nothing else throws.
 ///
-/// Layout: 64 bytes, one cache line.
+/// Layout: 64 bytes, one cache line. An entry with values takes 8 more for the head of their list, and 32 for each value.
 class BK_PARSER_API ParserEntry {
 public:
     /// What kind of entry it is.
@@ -130,7 +130,8 @@ public:
     /// The value's text, unquoted, whatever its type; empty for a group. Logs nothing but that memory ran out; it is empty
     /// then, too.
     CoreString get_word(const unsigned int& i) const;
-    /// Null when value `i` is no group. An entry without values gets a new group, whatever `i` is: that is an edit.
+    /// Null when value `i` is no group. An entry without values gets a new group, whatever `i` is: that is an edit. The group stays at
+    /// its address until its own value is set or removed or the last entry that lists it dies.
     ParserGroup* get_group(const unsigned int& i) const;
     /// Components from value `i` on; those for which there is no value are 0.
     GMathVec2<double> get_vec2d(const unsigned int& i) const;

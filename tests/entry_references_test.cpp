@@ -79,6 +79,23 @@ TEST_P(entry_references, stay_when_the_list_grows) {
     EXPECT_EQ(entry->get_int(5), 0);
 }
 
+TEST_P(entry_references, to_groups_stay_until_their_own_value_is_removed) {
+    ParserGroup* const inner = entry->add_group(nullptr);
+    const unsigned int place = entry->get_value_count() - 1;
+    for (int i = 0; i < 1000; ++i) {
+        entry->add_int(i);
+    }
+    EXPECT_EQ(entry->get_group(place), inner);
+    entry->remove_value(0);
+    EXPECT_EQ(entry->get_group(place - 1), inner);
+    {
+        ParserEntry other("other", ParserEntry::TYPE_ENTRY, 0, 0);
+        other = *entry;
+        EXPECT_EQ(other.get_group(place - 1), inner);
+    }
+    EXPECT_EQ(entry->get_group(place - 1), inner);
+}
+
 TEST_P(entry_references, follow_their_values_when_these_move) {
     const Held held[] = {{*entry, 0}, {*entry, 1}, {*entry, 2}};
     entry->move_value(0, 1);

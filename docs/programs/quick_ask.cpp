@@ -17,4 +17,5 @@ int main() {
     if (!bk_parser::get<int>(root, "name")) {
         std::cout << "name is no int\n";
     }
+    std::cout << *bk_parser::get<int>(root, "power") << " from 40.0\n";
 }

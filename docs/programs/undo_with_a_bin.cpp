@@ -19,7 +19,7 @@ public:
 
 private:
     struct Step {
-        ParserGroup* group;
+        ParserGroup* group; // good while the entry that holds it lives: undo in the reverse order of removal
         unsigned int position;
     };
     ParserGroup bin_{"bin"};
