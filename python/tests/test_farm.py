@@ -122,7 +122,7 @@ def test_documents_travel_themselves(client: Any) -> None:
 
 def test_a_cluster_without_workers_ends_with_a_message(tmp_path: Path) -> None:
     paths = make_files(tmp_path / "farm", 2)
-    with distributed.LocalCluster(n_workers=0, processes=False, dashboard_address=None) as cluster:
+    with distributed.LocalCluster(n_workers=0, processes=False, dashboard_address=":0") as cluster:
         with distributed.Client(cluster) as connected:
             with pytest.raises(TimeoutError, match=r"shot_000\.bkd on after 0\.2 seconds; the cluster has 0 workers"):
                 list(farm.edit(connected, brighten, paths, timeout=0.2))

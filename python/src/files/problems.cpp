@@ -29,9 +29,9 @@ py::object file_of(const Problem& problem) {
     return problem.file.empty() ? py::none() : py::cast(problem.file);
 }
 
-py::tuple state_of(const Problem& problem) {
+py::tuple problem_state(const Problem& problem) {
     return py::make_tuple(problem.severity == bk_parser::Severity::error, py::bytes(problem.code),
-                          py::bytes(problem.message), problem.file, problem.line, problem.column,
+                          py::bytes(problem.message), file_of(problem), problem.line, problem.column,
                           problem.offset, problem.length, py::bytes(problem.source_line),
                           problem.source_line_offset, problem.included_from);
 }
@@ -41,7 +41,7 @@ Problem problem_from_state(const py::tuple& state) {
     problem.severity = state[0].cast<bool>() ? bk_parser::Severity::error : bk_parser::Severity::warning;
     problem.code = state[1].cast<std::string>();
     problem.message = state[2].cast<std::string>();
-    problem.file = state[3].cast<std::filesystem::path>();
+    problem.file = state[3].is_none() ? std::filesystem::path() : state[3].cast<std::filesystem::path>();
     problem.line = state[4].cast<unsigned int>();
     problem.column = state[5].cast<unsigned int>();
     problem.offset = state[6].cast<std::size_t>();
@@ -85,10 +85,7 @@ void define_problems(py::module_& module) {
                         line_of(problem) == line_of(other.cast<const Problem&>());
              })
         .def("__hash__", [](const Problem& problem) { return py::hash(text_of(line_of(problem))); })
-        .def("__reduce__", [](const py::object& self) {
-            const py::object make = py::module_::import("bk_parser._core").attr("_problem_from_state");
-            return py::make_tuple(make, py::make_tuple(state_of(self.cast<const Problem&>())));
-        });
+        .def("_state", problem_state);
     module.def("_problem_from_state", problem_from_state);
     // An object that nobody made would show what was in the memory before: only load makes problems.
     reinterpret_cast<PyTypeObject*>(type.ptr())->tp_new = nullptr;
