@@ -5,10 +5,13 @@
 /// Names a class at run time and links it to the class it derives from (null at the root).
 class CoreClassInfo {
 public:
+    /// `name` and `base` are kept by address, so they live as long as this does.
     constexpr explicit CoreClassInfo(const char* name, const CoreClassInfo* base = nullptr) noexcept
         : name_(name), base_(base) {}
 
+    /// The name of the class.
     constexpr const char* get_name() const noexcept { return name_; }
+    /// The class that it derives from; null for the root.
     constexpr const CoreClassInfo* get_base() const noexcept { return base_; }
 
 private:
@@ -20,11 +23,14 @@ private:
 class BK_PARSER_API CoreBaseObject {
 public:
     constexpr CoreBaseObject() noexcept = default;
+    /// Copies nothing: there is nothing in it.
     CoreBaseObject(const CoreBaseObject&) = default;
+    /// Copies nothing: there is nothing in it.
     CoreBaseObject& operator=(const CoreBaseObject&) = default;
     virtual ~CoreBaseObject();
 
     /// True when this object's class is `info` or derives from it.
     virtual bool is_kindof(const CoreClassInfo& info) const;
+    /// The class that the object was made as.
     virtual const CoreClassInfo& get_class_info() const;
 };

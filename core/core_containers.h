@@ -18,11 +18,15 @@ template <class T>
 class CoreVector {
 public:
     CoreVector() noexcept = default;
+    /// Makes these elements, in their order.
     CoreVector(std::initializer_list<T> elements) : CoreVector() {
         add_range(elements.begin(), static_cast<unsigned int>(elements.size()));
     }
+    /// Copies every element.
     CoreVector(const CoreVector& other) : CoreVector() { add_range(other.data_, other.count_); }
+    /// Takes the elements; the source is left empty.
     CoreVector(CoreVector&& other) noexcept { swap(other); }
+    /// Becomes a copy of every element.
     CoreVector& operator=(const CoreVector& other) {
         if (this != &other) {
             CoreVector copy(other);
@@ -30,6 +34,7 @@ public:
         }
         return *this;
     }
+    /// Takes the elements; the source is left empty.
     CoreVector& operator=(CoreVector&& other) noexcept {
         CoreVector taken(std::move(other));
         swap(taken);
@@ -37,6 +42,7 @@ public:
     }
     ~CoreVector() { clear(); }
 
+    /// Adds a copy at the end. Amortised constant time.
     void add(const T& element) {
         if (count_ == capacity_) {
             T copy(element); // the element may lie in the storage that is given up
@@ -67,13 +73,20 @@ public:
         return first;
     }
 
+    /// How many elements there are.
     const unsigned int& get_count() const noexcept { return count_; }
+    /// How many elements there is room for without growing.
     const unsigned int& get_capacity() const noexcept { return capacity_; }
+    /// Whether there is no element.
     bool is_empty() const noexcept { return count_ == 0; }
 
+    /// The element at a position from 0, which is not checked.
     T& operator[](const unsigned int& i) noexcept { return data_[i]; }
+    /// The element at a position from 0, which is not checked.
     const T& operator[](const unsigned int& i) const noexcept { return data_[i]; }
+    /// The first of the elements, which stand side by side.
     T* get_data() noexcept { return data_; }
+    /// The first of the elements, which stand side by side.
     const T* get_data() const noexcept { return data_; }
 
     /// Destroys the elements and frees the storage: count and capacity become 0.
@@ -101,15 +114,20 @@ public:
             grow_to(capacity);
         }
     }
+    /// Exchanges the elements of both. Constant time.
     void swap(CoreVector& other) noexcept {
         std::swap(data_, other.data_);
         std::swap(count_, other.count_);
         std::swap(capacity_, other.capacity_);
     }
 
+    /// For loops over the elements, in order.
     T* begin() noexcept { return data_; }
+    /// For loops over the elements, in order.
     T* end() noexcept { return data_ + count_; }
+    /// For loops over the elements, in order.
     const T* begin() const noexcept { return data_; }
+    /// For loops over the elements, in order.
     const T* end() const noexcept { return data_ + count_; }
 
 private:
@@ -153,21 +171,33 @@ private:
 template <class T>
 class CoreBasicArray {
 public:
+    /// Makes that many elements, each with its default value.
     explicit CoreBasicArray(const unsigned int& count = 0) { extend_to(count); }
+    /// Makes these elements, in their order.
     CoreBasicArray(std::initializer_list<T> elements) : elements_(elements) {}
 
+    /// How many elements there are.
     const unsigned int& get_count() const noexcept { return elements_.get_count(); }
+    /// The element at a position from 0, which is not checked.
     T& operator[](const unsigned int& i) noexcept { return elements_[i]; }
+    /// The element at a position from 0, which is not checked.
     const T& operator[](const unsigned int& i) const noexcept { return elements_[i]; }
+    /// The first of the elements, which stand side by side.
     T* get_data() noexcept { return elements_.get_data(); }
+    /// The first of the elements, which stand side by side.
     const T* get_data() const noexcept { return elements_.get_data(); }
 
+    /// For loops over the elements, in order.
     T* begin() noexcept { return elements_.begin(); }
+    /// For loops over the elements, in order.
     T* end() noexcept { return elements_.end(); }
+    /// For loops over the elements, in order.
     const T* begin() const noexcept { return elements_.begin(); }
+    /// For loops over the elements, in order.
     const T* end() const noexcept { return elements_.end(); }
 
 protected:
+    /// Grows to that many elements; it never shrinks.
     void extend_to(const unsigned int& count) {
         const unsigned int wanted = count; // read before growing: it may be an element
         elements_.reserve(wanted);
@@ -187,6 +217,7 @@ protected:
         }
     }
 
+    /// The elements.
     CoreVector<T> elements_;
 };
 
@@ -211,17 +242,27 @@ template <class T>
 class CoreList {
 public:
     CoreList() noexcept = default;
+    /// Makes these elements, in their order.
     CoreList(std::initializer_list<T> elements) : elements_(elements) {}
 
+    /// Adds a copy at the end. Amortised constant time.
     void add(const T& element) { elements_.add(element); }
+    /// Removes every element.
     void clear() noexcept { elements_.clear(); }
+    /// How many elements there are.
     const unsigned int& get_count() const noexcept { return elements_.get_count(); }
+    /// The element at a position from 0, which is not checked.
     T& operator[](const unsigned int& i) noexcept { return elements_[i]; }
+    /// The element at a position from 0, which is not checked.
     const T& operator[](const unsigned int& i) const noexcept { return elements_[i]; }
 
+    /// For loops over the elements, in order.
     T* begin() noexcept { return elements_.begin(); }
+    /// For loops over the elements, in order.
     T* end() noexcept { return elements_.end(); }
+    /// For loops over the elements, in order.
     const T* begin() const noexcept { return elements_.begin(); }
+    /// For loops over the elements, in order.
     const T* end() const noexcept { return elements_.end(); }
 
 private:
@@ -245,16 +286,21 @@ template <class T>
 class CoreSet {
 public:
     CoreSet() noexcept = default;
+    /// Copies every element.
     CoreSet(const CoreSet&) = default;
+    /// Takes the elements; the source is left empty.
     CoreSet(CoreSet&&) noexcept = default;
+    /// Becomes a copy of every element.
     CoreSet& operator=(const CoreSet& other) {
         CoreSet copy(other); // what can fail comes before anything changes
         *this = std::move(copy);
         return *this;
     }
+    /// Takes the elements; the source is left empty.
     CoreSet& operator=(CoreSet&&) noexcept = default;
     ~CoreSet() = default;
 
+    /// Adds the element unless an equal one is there. Amortised constant time.
     void add(const T& element) {
         if (exists(element)) {
             return;
@@ -265,6 +311,7 @@ public:
         elements_.add(element);
         enter(elements_.get_count() - 1);
     }
+    /// Whether an equal element is there. Constant time on average.
     bool exists(const T& element) const {
         if (slots_.get_count() == 0) {
             return false;
@@ -278,13 +325,17 @@ public:
         }
         return false;
     }
+    /// Removes every element.
     void clear() noexcept {
         elements_.clear();
         slots_.clear();
     }
+    /// How many elements there are.
     const unsigned int& get_count() const noexcept { return elements_.get_count(); }
 
+    /// For loops over the elements, in order.
     const T* begin() const noexcept { return elements_.begin(); }
+    /// For loops over the elements, in order.
     const T* end() const noexcept { return elements_.end(); }
 
 private:

@@ -12,8 +12,10 @@ public:
     CoreLogStream(const char* text, const unsigned int& size);
     ~CoreLogStream() override;
 
+    /// What was appended so far.
     const CoreString& get_message() const noexcept { return message_; }
 
+    /// Appends a part, as CoreString does.
     template <class T>
     CoreLogStream& operator+=(const T& part) {
         message_ += part;
@@ -26,11 +28,13 @@ private:
 
 /// Takes the messages of the library. Level 1 is an error, level 2 a warning; a message is composed only when
 /// the handler's verbosity is at least its level. A host overrides `log` and points `s_main_log_handler` at its
-/// own handler, which it keeps alive as long as the library may log. What `log` throws ends the operation and passes to its
-/// caller, but for std::bad_alloc: the message is then left out.
+/// own handler, which it keeps alive as long as the library may log. An exception that `log` throws ends the operation and
+/// passes to its caller. After std::bad_alloc the operation goes on without the message.
 class BK_PARSER_API CoreLogHandler : public CoreBaseObject {
 public:
+    /// Something was not done: a file that cannot be written, memory that has run out.
     static constexpr int level_error = 1;
+    /// Something was wrong with what was read, or a value was asked for as another type.
     static constexpr int level_warning = 2;
 
     constexpr CoreLogHandler() noexcept = default;
@@ -39,7 +43,9 @@ public:
     /// Delivers the message. The default writes it to standard error as it stands.
     virtual void log(const int& level, const CoreLogStream& stream);
 
+    /// The highest level that is delivered.
     const int& get_verbosity() const noexcept { return verbosity_; }
+    /// 0 delivers nothing, 1 errors, 2 warnings too.
     void set_verbosity(const int& verbosity) noexcept { verbosity_ = verbosity; }
 
     /// Never null; at first the default handler. Read without synchronisation.

@@ -33,7 +33,9 @@ public:
     const char* get_data() const noexcept { return is_inline() ? short_.text : long_.data; }
     /// Characters, without the closing NUL.
     unsigned int get_length() const noexcept { return short_.length; }
+    /// Whether the length is 0.
     bool is_empty() const noexcept { return short_.length == 0; }
+    /// The characters, without a copy. Good until the string changes.
     std::string_view get_view() const noexcept { return {get_data(), get_length()}; }
 
     /// Byte-wise equality, length included.
@@ -50,17 +52,23 @@ protected:
     constexpr CoreBasicString() noexcept : short_{0, {}} {}
     ~CoreBasicString() = default;
 
+    /// Whether the characters stand inside of the object.
     bool is_inline() const noexcept { return short_.length <= inline_capacity; }
 
     /// Holds when length is at most inline_capacity.
     struct Short {
+        /// How many characters there are.
         unsigned int length;
+        /// The characters and a NUL.
         char text[inline_capacity + 1];
     };
     /// Holds otherwise. A capacity of 0 marks text that somebody else keeps.
     struct Long {
+        /// How many characters there are.
         unsigned int length;
+        /// Room for characters; 0 when the text is somebody else's.
         unsigned int capacity;
+        /// The characters and a NUL.
         char* data;
     };
     union {
@@ -81,7 +89,9 @@ public:
     CoreString(const char* text);
     /// Exactly `size` bytes.
     CoreString(const char* data, const unsigned int& size);
+    /// Copies the characters, NUL bytes included.
     explicit CoreString(std::string_view text);
+    /// Copies the characters.
     CoreString(const CoreString& other) : CoreBasicString() {
         if (other.is_inline()) {
             short_ = other.short_;
@@ -89,11 +99,14 @@ public:
             assign(other.long_.data, other.long_.length);
         }
     }
+    /// Takes the characters; the source is left empty.
     CoreString(CoreString&& other) noexcept : CoreBasicString() { take(other); }
+    /// Becomes a copy of the characters.
     CoreString& operator=(const CoreString& other) {
         assign(other.get_data(), other.get_length());
         return *this;
     }
+    /// Takes the characters; the source is left empty.
     CoreString& operator=(CoreString&& other) noexcept {
         if (this != &other) {
             release();
@@ -112,6 +125,7 @@ public:
     void set_borrowed(const char* data, const unsigned int& size);
     /// Whether the text is somebody else's.
     bool is_borrowed() const noexcept { return !is_inline() && long_.capacity == 0; }
+    /// Becomes the empty string.
     void clear() noexcept;
 
     /// A shared empty string, for accessors that have nothing to give.
@@ -135,13 +149,17 @@ public:
     /// Appends `size` bytes, which may lie inside this very string. False, and no change, when the length
     /// would pass `max_length`. Amortised constant time per byte.
     bool append(const char* data, const std::size_t& size);
+    /// Appends the characters, NUL bytes included.
     bool append(std::string_view text) { return append(text.data(), text.size()); }
 
+    /// Appends the characters up to the NUL.
     CoreString& operator+=(const char* text);
+    /// Appends the characters of the other string, which may be this one.
     CoreString& operator+=(const CoreString& other) {
         append(other.get_data(), other.get_length());
         return *this;
     }
+    /// Appends one character.
     CoreString& operator+=(char character) {
         const unsigned int length = get_length();
         if (length < capacity()) {
@@ -153,11 +171,15 @@ public:
         }
         return *this;
     }
+    /// Appends the byte as one character.
     CoreString& operator+=(unsigned char byte) { return *this += static_cast<char>(byte); }
     /// Numbers are appended in decimal digits; a negative one with "-".
     CoreString& operator+=(int number);
+    /// Appends the number in decimal digits.
     CoreString& operator+=(unsigned int number);
+    /// Appends the number in decimal digits.
     CoreString& operator+=(unsigned long number);
+    /// Appends the number in decimal digits.
     CoreString& operator+=(unsigned long long number);
     /// The shortest text that reads back to the same double, with ".0" behind it where it has neither a point nor an "e"
     /// (60.0, -0.0, 1e+300). Infinities are "inf" and "-inf"; not-a-number is "nan" or "-nan".

@@ -6,14 +6,18 @@
 /// A version number, held as one double. Versions are compared with a tolerance of `epsilon`.
 class CoreVersion {
 public:
+    /// Versions that differ by no more count as one: 1e-9.
     static constexpr double epsilon = 1e-9;
 
+    /// 0 is no version.
     constexpr CoreVersion(const double& value = 0.0) noexcept : value_(value) {}
 
+    /// The version as the number that it is.
     constexpr const double& get_value() const noexcept { return value_; }
 
     /// A version that is not above zero by more than `epsilon` counts as unset.
     constexpr bool is_set() const noexcept { return is_number(value_) && value_ > epsilon; }
+    /// Whether it is below the other by more than `epsilon`.
     constexpr bool is_older_than(const CoreVersion& other) const noexcept {
         return is_number(value_) && is_number(other.value_) && value_ < other.value_ &&
                other.value_ - value_ > epsilon;

@@ -17,6 +17,7 @@ public:
     virtual core_int64 write(const char* data, std::size_t size) = 0;
     /// Flushes to the disk.
     virtual bool sync() = 0;
+    /// False when the system says that not everything was stored.
     virtual bool close() = 0;
 };
 
@@ -24,19 +25,23 @@ enum class SysPathKind { missing, regular, directory, other };
 
 /// What stands at a path.
 struct SysPathInfo {
+    /// What stands there.
     SysPathKind kind = SysPathKind::missing;
+    /// In bytes, of a regular file.
     core_int64 size = 0;
 };
 
 /// Every way by which the library reaches a disk. Tests put their own device in place of the platform's to
 /// let call number n fail or to serve files from memory. `inspect` is given paths as they were named, also relative ones.
-/// What a call throws ends the operation and passes to its caller, but for std::bad_alloc, which is memory that ran out. A file
-/// that was being written is removed first, where what `remove` throws is dropped.
+/// An exception that a call throws ends the operation and passes to its caller; std::bad_alloc counts as out of memory. A file
+/// that was being written is removed first; what `remove` throws then is dropped.
 class BK_PARSER_API SysDevice {
 public:
     virtual ~SysDevice();
 
+    /// What stands under that path. Links are followed.
     virtual SysPathInfo inspect(const std::string& path) = 0;
+    /// Null when it cannot be opened.
     virtual std::unique_ptr<SysHandle> open_for_reading(const std::string& path) = 0;
     /// Opens an existing target that is not a regular file.
     virtual std::unique_ptr<SysHandle> open_in_place(const std::string& path) = 0;
@@ -45,10 +50,12 @@ public:
                                                      std::string& created_path) = 0;
     /// Lets the file at `from` take the name `to`, replacing what stands there, in one step, durably.
     virtual bool replace(const std::string& from, const std::string& to) = 0;
+    /// False when the file could not be removed.
     virtual bool remove(const std::string& path) = 0;
     /// The path that symbolic links lead to; the path itself where there are none, empty when they
     /// lead nowhere that a file can be created.
     virtual std::string resolve_links(const std::string& path) = 0;
+    /// The folder that relative paths begin in.
     virtual std::string current_folder() = 0;
 
     /// The device in use, never null; the platform's at first. Replaced only while no file is open.

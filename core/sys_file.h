@@ -14,6 +14,7 @@
 /// target is what is replaced. A target that is not a regular file (a pipe, a device) is written in place.
 class BK_PARSER_API SysFile {
 public:
+    /// Whether a file is read or written.
     enum Mode : unsigned int { MODE_READ = 0, MODE_WRITE = 1 };
     /// TYPE_TEXT translates line ends as the platform's C runtime does: CR LF on Windows, nothing elsewhere.
     enum Type : unsigned int { TYPE_TEXT = 0, TYPE_BINARY = 1 };
@@ -33,6 +34,7 @@ public:
 
     /// Writes bytes; returns how many were taken.
     core_int64 write(const char* data, const core_int64& size);
+    /// Writes the characters. False when not all of them could be written.
     core_int64 write(const CoreString& text);
 
     /// The size in bytes of the file as it was opened for reading; 0 otherwise.

@@ -58,14 +58,17 @@ T get_or(const ParserGroup& group, PathRef path, T fallback) {
     std::optional<T> found = get<T>(group, path);
     return found ? std::move(*found) : std::move(fallback);
 }
+/// The same with another fallback or place.
 template <ReadableValue T>
 T get_or(const ParserEntry& entry, unsigned int value, T fallback) {
     std::optional<T> found = get<T>(entry, value);
     return found ? std::move(*found) : std::move(fallback);
 }
+/// The same with another fallback or place.
 inline std::string get_or(const ParserGroup& group, PathRef path, const char* fallback) {
     return get_or<std::string>(group, path, std::string(TextRef(fallback).view()));
 }
+/// The same with another fallback or place.
 inline std::string get_or(const ParserEntry& entry, unsigned int value, const char* fallback) {
     return get_or<std::string>(entry, value, std::string(TextRef(fallback).view()));
 }
@@ -147,6 +150,7 @@ BK_PARSER_API std::size_t remove_all(ParserGroup& group, PathRef path);
 /// Gives the first entry that the path finds another name. False when there is none, when it is no name of the text syntax,
 /// or one with a template or array suffix, and when one of the two names is a keyword and the other is not.
 BK_PARSER_API bool rename(ParserGroup& group, PathRef path, TextRef name);
+/// The same for an entry. False when the name is no entry name; the entry then keeps its own.
 BK_PARSER_API bool rename(ParserEntry& entry, TextRef name);
 
 /// Moves the first entry that `from` finds to where `to` says: to the end of the group that its steps but the last lead to,

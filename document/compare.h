@@ -10,6 +10,7 @@ namespace bk_parser {
 
 /// A difference of two trees.
 struct TreeChange {
+    /// What happened to an entry.
     enum class Kind {
         value,   ///< one value of an entry: see value_before and value_after
         head,    ///< an entry's kind, template or array count
@@ -18,14 +19,18 @@ struct TreeChange {
         moved,   ///< an entry stands at another place of its group, or in another group
         renamed  ///< an entry has another name
     };
+    /// Stands for the entry as a whole.
     static constexpr unsigned int no_value = 0xFFFFFFFFu;
 
+    /// What happened.
     Kind kind = Kind::value;
     /// The entry in the tree before, null when it was added, and in the tree after, null when it was removed.
     const ParserEntry* before = nullptr;
+    /// The entry in the second tree; null when it was removed.
     const ParserEntry* after = nullptr;
     /// The value that differs; of one that was added or removed one of them is no_value.
     unsigned int value_before = no_value;
+    /// The position of the value in the second tree.
     unsigned int value_after = no_value;
 };
 

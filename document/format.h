@@ -26,6 +26,7 @@ struct FormatResult {
     std::string reason;
     /// The faults that are the reason, with their places.
     std::vector<Problem> problems;
+    /// Whether there is no reason against it.
     bool ok() const { return reason.empty(); }
 };
 

@@ -16,11 +16,15 @@ struct Include {
     std::filesystem::path file;
     /// The place of the directive, as in a Problem.
     unsigned int line = 0;
+    /// From 1, in UTF-8 characters.
     unsigned int column = 0;
+    /// Where the directive begins, in bytes of the file.
     std::size_t offset = 0;
+    /// Of the directive, in bytes.
     std::size_t length = 0;
     /// The file that was included, as it was found and as an absolute path; empty when none was found.
     std::filesystem::path found;
+    /// The file that was found; empty when none was.
     std::filesystem::path path;
     /// The places where the file was looked for and was not, as they were named, in their order.
     std::vector<std::filesystem::path> tried;
@@ -37,6 +41,7 @@ struct DocumentFile {
     /// Bytes as they are stored, and of the text, which is another number in an enciphered file. In the binary form and in an
     /// archive there is no text.
     std::uint64_t stored_size = 0;
+    /// Bytes of its text, after deciphering.
     std::uint64_t text_size = 0;
     /// Lines of the text; LF, CR LF and CR each end one.
     std::uint64_t line_count = 0;

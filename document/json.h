@@ -23,8 +23,9 @@ enum class JsonShape {
 
 /// How to write JSON.
 struct JsonOptions {
+    /// Which of the shapes is written.
     JsonShape shape = JsonShape::lossless;
-    /// Blanks for each level. 0 writes all of it on one line, without a line end. `lines` takes no account of it.
+    /// Blanks for each of the first hundred levels; deeper lines stand as far in as those. 0 writes all of it on one line, without a line end. `lines` takes no account of it.
     unsigned int indent = 2;
 };
 
@@ -32,7 +33,7 @@ struct JsonOptions {
 using JsonSink = std::function<bool(std::string_view)>;
 
 /// The tree below a group as JSON, in UTF-8. The name of the group itself is no part of it, as in the other forms, and neither are the
-/// places of entries in files. Never fails but for memory: throws std::bad_alloc, and std::length_error when no string is so long.
+/// places of entries in files. Fails only when memory runs out: throws std::bad_alloc, and std::length_error past the longest string.
 /// Linear in the output; names that repeat in a group cost the logarithm of their number.
 [[nodiscard]] BK_PARSER_API std::string to_json(const ParserGroup& group, const JsonOptions& options = {});
 /// The same of a document.
@@ -55,6 +56,7 @@ struct JsonReadOptions {
     ParserLimits limits = ParserLimits::untrusted();
     /// As in LoadOptions.
     std::function<bool(double)> progress;
+    /// As in LoadOptions.
     std::vector<std::string> allow;
 };
 

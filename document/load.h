@@ -26,30 +26,39 @@ class BK_PARSER_API Document {
 public:
     /// An empty document without a path, in the text form.
     Document();
+    /// Takes the tree; the other document is an empty one then.
     Document(Document&& other) noexcept;
+    /// Takes the tree; the one that was here dies.
     Document& operator=(Document&& other) noexcept;
     ~Document();
 
     /// The group that holds everything; the document owns it. Of a document that nobody keeps, as in
     /// `load(path).document.root()`, it does not compile: the group would be gone.
     ParserGroup& root() &;
+    /// The same for a document that does not change.
     const ParserGroup& root() const&;
+    /// Does not compile.
     ParserGroup& root() && = delete;
+    /// Does not compile.
     const ParserGroup& root() const&& = delete;
     /// The form that it was loaded from, or was saved in last.
     Form form() const;
     /// The file that it was loaded from, or was saved to last, as it was given; empty when there is none.
     const std::filesystem::path& path() const&;
+    /// A copy, of a document that nobody keeps.
     std::filesystem::path path() &&;
     /// Absolute paths of the files that it includes, each once, in the order of their first inclusion.
     const std::vector<std::filesystem::path>& dependencies() const&;
+    /// A copy, of a document that nobody keeps.
     std::vector<std::filesystem::path> dependencies() &&;
     /// The include directives of its files in the order of reading, those that failed too. A file that is included
     /// more than once has its directives listed once.
     const std::vector<Include>& includes() const&;
+    /// A copy, of a document that nobody keeps.
     std::vector<Include> includes() &&;
     /// The files that it was read from, each once, in the order of reading: the document first.
     const std::vector<DocumentFile>& files() const&;
+    /// A copy, of a document that nobody keeps.
     std::vector<DocumentFile> files() &&;
     /// Bytes of the text that was parsed: includes spliced in, comments left out. 0 in the binary form.
     std::uint64_t expanded_size() const;
@@ -92,6 +101,7 @@ struct LoadResult {
     /// In the order of the text, what has no place first. At most 10,000, or ParserLimits::message_count when that is
     /// less; when there are more, one further problem, "more-problems", is the last and says how many.
     std::vector<Problem> problems;
+    /// Whether `progress` returned false.
     bool cancelled = false;
     /// Whether the whole document was read: not cancelled, and no problem is an error.
     BK_PARSER_API bool ok() const;

@@ -13,9 +13,11 @@ struct MergeResult {
     /// With a conflict marked as "<<<<<<< ours", "=======", ">>>>>>> theirs", each on a line of its own, around the
     /// two versions of an entry. Empty when there is a reason.
     std::string text;
+    /// How many conflicts are marked in the text.
     std::size_t conflicts = 0;
     /// Why the texts could not be merged, in one line; else empty.
     std::string reason;
+    /// Whether there is no reason against it.
     bool ok() const { return reason.empty(); }
 };
 

@@ -24,6 +24,7 @@ struct PathError {
     std::string message;
     /// In bytes of the path. The length is at least 1, and the place may be the end of the path.
     std::size_t offset = 0;
+    /// Of what is wrong, in bytes.
     std::size_t length = 1;
 };
 
@@ -32,12 +33,17 @@ class BK_PARSER_API Path {
 public:
     /// Linear. A malformed path finds nothing, and `error` says why.
     explicit Path(TextRef text);
+    /// Copies share what was parsed.
     Path(const Path& other) noexcept;
+    /// Takes what the other holds.
     Path(Path&& other) noexcept;
+    /// Copies share what was parsed.
     Path& operator=(const Path& other) noexcept;
+    /// Takes what the other holds.
     Path& operator=(Path&& other) noexcept;
     ~Path();
 
+    /// Whether the path is well formed.
     bool ok() const noexcept;
     /// Null when the path is well-formed. Valid as long as the path or a copy of it.
     const PathError* error() const& noexcept;
@@ -55,12 +61,15 @@ private:
 /// nothing. Refers to what it was made of.
 class PathRef {
 public:
+    /// Refers to the path, which must outlive the call.
     PathRef(const Path& path) noexcept : path_(&path) {}
+    /// Refers to the path, which must outlive the call.
     template <TextLike Text>
     PathRef(const Text& text) noexcept : text_(TextRef(text).view()) {}
 
     /// Null for a text.
     const Path* path() const noexcept { return path_; }
+    /// The path as it was spelled.
     std::string_view text() const noexcept { return path_ != nullptr ? path_->text() : text_; }
 
 private:
@@ -87,8 +96,11 @@ BK_PARSER_API std::string path_string(TextRef text);
 /// it is; memory in proportion to depth times steps. A search that was moved from finds nothing and may be assigned to.
 class BK_PARSER_API PathSearch {
 public:
+    /// Begins before the first place that the path finds.
     PathSearch(const ParserGroup& group, PathRef path);
+    /// Takes what the other holds.
     PathSearch(PathSearch&& other) noexcept;
+    /// Takes what the other holds.
     PathSearch& operator=(PathSearch&& other) noexcept;
     PathSearch(const PathSearch&) = delete;
     PathSearch& operator=(const PathSearch&) = delete;
@@ -142,8 +154,11 @@ BK_PARSER_API ParserEntry* parent_of(const ParserGroup& root, const ParserGroup&
 /// moved from has no entries and may be assigned to.
 class BK_PARSER_API PathIndex {
 public:
+    /// Indexes the tree under this group, which must outlive the index.
     explicit PathIndex(const ParserGroup& root);
+    /// Takes what the other holds.
     PathIndex(PathIndex&& other) noexcept;
+    /// Takes what the other holds.
     PathIndex& operator=(PathIndex&& other) noexcept;
     PathIndex(const PathIndex&) = delete;
     PathIndex& operator=(const PathIndex&) = delete;

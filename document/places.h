@@ -13,13 +13,16 @@ namespace bk_parser {
 struct EntryPlace {
     /// The file that holds the entry, as it was found and as an absolute path; empty for a document in memory.
     std::filesystem::path file;
+    /// The file that holds the entry.
     std::filesystem::path path;
     /// From 1; columns count UTF-8 characters, as in a Problem. 0 where there is no place.
     unsigned int line = 0;
+    /// From 1, in UTF-8 characters.
     unsigned int column = 0;
     /// In bytes of that file, as it is after deciphering.
     std::size_t offset = 0;
 
+    /// Whether the place is known.
     bool is_known() const noexcept { return line != 0; }
 };
 

@@ -17,6 +17,7 @@ enum class Severity {
 
 /// Something that was wrong with a document, or looks wrong, and where.
 struct Problem {
+    /// Whether something was lost.
     Severity severity = Severity::error;
     /// Stable across versions, such as "comment-joins-line". docs/problems.md has a section for each code.
     std::string code;
@@ -27,9 +28,11 @@ struct Problem {
     std::filesystem::path file;
     /// From 1; columns count UTF-8 characters, and a byte that belongs to none counts as one. 0 where there is no place.
     unsigned int line = 0;
+    /// From 1, in UTF-8 characters; 0 where there is no place.
     unsigned int column = 0;
     /// The place in bytes of that file, as it is after deciphering.
     std::size_t offset = 0;
+    /// How many bytes the place takes.
     std::size_t length = 0;
     /// The line that holds the place, without its line end, as it is in the file: it may hold tabs, control characters and
     /// bytes that are no UTF-8. Of a line of more than 4096 bytes those around the place, no character cut in two; nothing when

@@ -34,10 +34,12 @@ public:
 
     /// At no entry: `entry` and `parent` may not be asked for.
     Visit() = default;
+    /// Names an entry and its place.
     Visit(ParserEntry& entry, ParserGroup& parent, unsigned int position, unsigned int depth,
           unsigned int value) noexcept
         : entry_(&entry), parent_(&parent), position_(position), depth_(depth), value_(value) {}
 
+    /// The entry that was come to.
     ParserEntry& entry() const noexcept { return *entry_; }
     /// The group that lists the entry.
     ParserGroup& parent() const noexcept { return *parent_; }
@@ -60,8 +62,11 @@ private:
 /// in proportion to the depth. A walker that was moved from comes to nothing and may be assigned to.
 class BK_PARSER_API Walker {
 public:
+    /// Begins before the first entry. The walker does not own the group.
     explicit Walker(const ParserGroup& group);
+    /// Takes what the other holds.
     Walker(Walker&& other) noexcept;
+    /// Takes what the other holds.
     Walker& operator=(Walker&& other) noexcept;
     Walker(const Walker&) = delete;
     Walker& operator=(const Walker&) = delete;
@@ -84,15 +89,21 @@ private:
 template <class Cursor, class Item>
 class CursorRange : public std::ranges::view_base {
 public:
+    /// Walks the range, as the standard library asks of iterators.
     class Iterator {
     public:
+        /// What the standard library may do with it.
         using iterator_concept = std::input_iterator_tag;
+        /// What it comes to.
         using value_type = Item;
+        /// The type of distances.
         using difference_type = std::ptrdiff_t;
 
         Iterator() = default;
+        /// At the first that the range comes to.
         explicit Iterator(CursorRange& range) noexcept : range_(&range) {}
 
+        /// What the iterator has come to.
         Item& operator*() const noexcept {
             if constexpr (std::same_as<Item, ParserEntry>) {
                 return range_->cursor_.visit().entry();
@@ -100,20 +111,25 @@ public:
                 return range_->cursor_.visit();
             }
         }
+        /// A member of what the iterator has come to.
         Item* operator->() const noexcept { return &**this; }
         /// Where the entry stands, and which of its values the path names.
         const Visit& visit() const noexcept { return range_->cursor_.visit(); }
+        /// Goes on to the next.
         Iterator& operator++() {
             range_->is_over_ = !range_->cursor_.next();
             return *this;
         }
+        /// Goes on to the next.
         void operator++(int) { ++*this; }
+        /// Whether there is nothing further.
         bool operator==(std::default_sentinel_t) const noexcept { return range_->is_over_; }
 
     private:
         CursorRange* range_ = nullptr;
     };
 
+    /// Walks what the cursor comes to.
     explicit CursorRange(Cursor cursor) noexcept : cursor_(std::move(cursor)) {}
 
     /// To be called once. The range outlives its iterators.
@@ -121,7 +137,9 @@ public:
         is_over_ = !cursor_.next();
         return Iterator(*this);
     }
+    /// For loops over the range.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
+    /// The cursor that the range walks with.
     Cursor& cursor() & noexcept { return cursor_; }
 
 private:
@@ -137,30 +155,44 @@ inline CursorRange<Walker, const Visit> walk(const ParserGroup& group) {
 /// The entries of one group, of every kind, in document order; with a name only those of that name.
 class Entries : public std::ranges::view_base {
 public:
+    /// Walks the range, as the standard library asks of iterators.
     class Iterator {
     public:
+        /// What the standard library may do with it.
         using iterator_concept = std::forward_iterator_tag;
+        /// What the standard library may do with it.
         using iterator_category = std::forward_iterator_tag;
+        /// What it comes to.
         using value_type = ParserEntry;
+        /// The type of distances.
         using difference_type = std::ptrdiff_t;
+        /// What `*` gives.
         using reference = ParserEntry&;
+        /// What `->` gives.
         using pointer = ParserEntry*;
 
         Iterator() = default;
+        /// At the first that the range comes to.
         explicit Iterator(const Entries& range) noexcept : range_(&range) { find_from(0); }
 
+        /// What the iterator has come to.
         ParserEntry& operator*() const noexcept { return *entry_; }
+        /// A member of what the iterator has come to.
         ParserEntry* operator->() const noexcept { return entry_; }
+        /// Goes on to the next.
         Iterator& operator++() noexcept {
             find_from(following());
             return *this;
         }
+        /// Goes on to the next.
         Iterator operator++(int) noexcept {
             const Iterator before = *this;
             ++*this;
             return before;
         }
+        /// Whether both have come to the same.
         bool operator==(const Iterator& other) const noexcept { return entry_ == other.entry_; }
+        /// Whether there is nothing further.
         bool operator==(std::default_sentinel_t) const noexcept { return entry_ == nullptr; }
         /// Where the entry stands in its group.
         unsigned int position() const noexcept { return position_; }
@@ -196,12 +228,16 @@ public:
         unsigned int position_ = 0;
     };
 
+    /// The range does not own the group.
     explicit Entries(const ParserGroup& group) noexcept : group_(&group) {}
+    /// The range does not own the group.
     Entries(const ParserGroup& group, TextRef name) : group_(&group), name_(name.view()) {}
 
     /// The range outlives its iterators.
     Iterator begin() const& noexcept { return Iterator(*this); }
+    /// Does not compile: the range would be gone.
     Iterator begin() const&& = delete;
+    /// For loops over the range.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
 
 private:
@@ -213,9 +249,11 @@ private:
     std::optional<std::string> name_;
 };
 
+/// Every entry of the group, of every kind, in document order.
 inline Entries entries(const ParserGroup& group) {
     return Entries(group);
 }
+/// The entries of that name, of every kind, in document order.
 inline Entries entries(const ParserGroup& group, TextRef name) {
     return {group, name};
 }

@@ -47,6 +47,7 @@ struct FileChange {
     std::filesystem::path path;
     /// As they are stored; empty when there is no such file.
     std::string before;
+    /// As they would be stored.
     std::string after;
     /// Whether there is a file that is replaced.
     bool is_there = false;
@@ -56,9 +57,11 @@ struct FileChange {
 struct SavePreview {
     /// Why nothing would be saved, as in a SaveResult.
     std::string reason;
+    /// What the form cannot carry, as in a SaveResult.
     std::vector<Problem> losses;
     /// Files that would not change are left out. The document's own file is the last.
     std::vector<FileChange> changes;
+    /// Whether there is no reason against it.
     bool ok() const { return reason.empty(); }
 };
 

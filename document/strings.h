@@ -36,6 +36,7 @@ inline std::ostream& operator<<(std::ostream& stream, const CoreBasicString& tex
 /// The hash of a std::string_view of the same bytes.
 template <>
 struct std::hash<CoreString> {
+    /// A hash of the characters: the same for every kind of text.
     std::size_t operator()(const CoreString& text) const noexcept {
         return std::hash<std::string_view>()(text.get_view());
     }
@@ -53,6 +54,7 @@ struct std::formatter<CoreString> : std::formatter<std::string_view> {
 
 namespace bk_parser {
 
+/// The text as a string of the standard library.
 inline std::string to_string(const CoreBasicString& text) {
     return std::string(text.get_view());
 }
@@ -60,14 +62,20 @@ inline std::string to_string(const CoreBasicString& text) {
 /// For containers that are asked with any kind of string, and make none for that:
 /// `std::unordered_map<CoreString, int, StringHash, StringEqual>`, `std::map<CoreString, int, std::less<>>`.
 struct StringHash {
+    /// Lets maps be searched by every kind of text, without making a string.
     using is_transparent = void;
+    /// A hash of the characters: the same for every kind of text.
     std::size_t operator()(std::string_view text) const noexcept {
         return std::hash<std::string_view>()(text);
     }
+    /// A hash of the characters: the same for every kind of text.
     std::size_t operator()(const CoreBasicString& text) const noexcept { return (*this)(text.get_view()); }
 };
+/// Compares texts of all kinds by their characters.
 struct StringEqual {
+    /// Lets maps be searched by every kind of text, without making a string.
     using is_transparent = void;
+    /// Compares texts of all kinds by their characters.
     template <class Left, class Right>
     bool operator()(const Left& left, const Right& right) const noexcept {
         return left == right;

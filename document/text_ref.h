@@ -14,9 +14,11 @@ concept TextLike = std::convertible_to<const T&, std::string_view> && !std::same
 /// A text as a parameter. A pointer that is null is the empty text. Refers to what it was made of.
 class TextRef {
 public:
+    /// Refers to the characters, which must outlive the call.
     template <TextLike Text>
     TextRef(const Text& text) noexcept : view_(view_of(text)) {}
 
+    /// The characters.
     std::string_view view() const noexcept { return view_; }
 
 private:

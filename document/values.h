@@ -25,17 +25,22 @@
 /// The types that values are read as and set from. document/access.h has the functions.
 namespace bk_parser {
 
+/// Whether T is of the kind in the name.
 template <class T>
 inline constexpr bool is_wide_character = std::same_as<T, wchar_t> || std::same_as<T, char8_t> ||
                                           std::same_as<T, char16_t> || std::same_as<T, char32_t>;
 
+/// Every integer type, chars included; bools and wide characters are none.
 template <class T>
 concept IntegerValue = std::integral<T> && !std::same_as<T, bool> && !is_wide_character<T>;
+/// Every integer type, float and double.
 template <class T>
 concept NumberValue = IntegerValue<T> || std::same_as<T, float> || std::same_as<T, double>;
+/// The types that texts are read as.
 template <class T>
 concept StringValue =
     std::same_as<T, std::string> || std::same_as<T, CoreString> || std::same_as<T, std::string_view>;
+/// The types that binary data is read as. A span refers to the bytes of the entry.
 template <class T>
 concept BytesValue = std::same_as<T, std::span<const std::byte>> || std::same_as<T, std::vector<std::byte>>;
 /// What one value of an entry is read as.
@@ -49,26 +54,39 @@ class Values;
 /// How many values of which type make up a T.
 template <class T>
 struct ListTraits {
+    /// How many values there are; 0 for types that are no such list.
     static constexpr std::size_t size = 0;
 };
+/// A list of a fixed number of values.
 template <class T>
 struct ListTraits<GMathVec2<T>> {
+    /// A list of a fixed number of values.
     using Element = T;
+    /// A list of a fixed number of values.
     static constexpr std::size_t size = 2;
 };
+/// A list of a fixed number of values.
 template <class T>
 struct ListTraits<GMathVec3<T>> {
+    /// A list of a fixed number of values.
     using Element = T;
+    /// A list of a fixed number of values.
     static constexpr std::size_t size = 3;
 };
+/// A list of a fixed number of values.
 template <class T>
 struct ListTraits<GMathVec4<T>> {
+    /// A list of a fixed number of values.
     using Element = T;
+    /// A list of a fixed number of values.
     static constexpr std::size_t size = 4;
 };
+/// A list of a fixed number of values.
 template <class T, std::size_t Size>
 struct ListTraits<std::array<T, Size>> {
+    /// A list of a fixed number of values.
     using Element = T;
+    /// A list of a fixed number of values.
     static constexpr std::size_t size = Size;
 };
 
@@ -76,12 +94,15 @@ struct ListTraits<std::array<T, Size>> {
 template <class T>
 concept FixedListValue = ListTraits<T>::size != 0 && SingleValue<typename ListTraits<T>::Element>;
 
+/// Whether T is of the kind in the name.
 template <class T>
 inline constexpr bool is_vector = false;
 template <SingleValue T>
 inline constexpr bool is_vector<std::vector<T>> = true;
+/// Whether T is of the kind in the name.
 template <class T>
 inline constexpr bool is_values = false;
+/// Whether T is of the kind in the name.
 template <SingleValue T>
 inline constexpr bool is_values<Values<T>> = true;
 
@@ -89,17 +110,19 @@ inline constexpr bool is_values<Values<T>> = true;
 template <class T>
 concept OpenListValue = (is_vector<T> || is_values<T>)&&!BytesValue<T>;
 
+/// Everything that `get` can read.
 template <class T>
 concept ReadableValue = SingleValue<T> || FixedListValue<T> || OpenListValue<T>;
 
 /// A text, literals too. A null pointer to one is an empty text.
 template <class T>
 concept TextValue = StringValue<T> || TextLike<T>;
-/// Not a char: a text has no characters, and 'A' would be the number 65 in it. Set "A", or int('A').
+/// What one value may be set to. Not a char: a text has no characters, and 'A' would be the number 65 in it. Set "A", or int('A').
 template <class T>
 concept WritableSingleValue =
     std::same_as<T, bool> ||(NumberValue<T> && !std::same_as<T, char>) || TextValue<T> || BytesValue<T>;
 
+/// Whether T is of the kind in the name.
 template <class T>
 inline constexpr bool is_writable_list = false;
 template <WritableSingleValue T>
@@ -123,8 +146,10 @@ concept WrongByAccident =
 /// One value that is to be stored. Refers to texts and bytes.
 class GivenValue {
 public:
+    /// What kind of value is to be stored.
     enum class Kind { boolean, integer, real, single, text, bytes, impossible };
 
+    /// Refers to the value, and copies nothing but numbers.
     template <WritableSingleValue T>
     explicit GivenValue(const T& value) noexcept {
         if constexpr (std::same_as<T, bool>) {
@@ -148,9 +173,13 @@ public:
         }
     }
 
+    /// Which of the members holds the value.
     Kind kind = Kind::impossible;
+    /// For bools and integers.
     long long integer = 0;
+    /// For floats and doubles.
     double real = 0.0;
+    /// For texts and bytes; not owned.
     std::string_view text;
 
 private:
@@ -172,6 +201,7 @@ private:
 /// What the templates stand on.
 namespace access {
 
+/// What becomes of the values behind those that are set.
 enum class ListEnd {
     keep, ///< values behind those that are set stay
     cut   ///< they are removed
@@ -179,21 +209,31 @@ enum class ListEnd {
 
 /// Each is false, and leaves `out` as it was, when the entry has no such value or it is none of that type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, bool& out);
+/// The same for another type or place.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, long long& out);
+/// The same for another type or place.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, unsigned long long& out);
+/// The same for another type or place.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, float& out);
+/// The same for another type or place.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, double& out);
+/// The same for another type or place.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, std::string_view& out);
+/// The same for another type or place.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, std::span<const std::byte>& out);
+/// The same for another type or place.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, ParserGroup*& out);
 
 /// The entry that a path finds first, and the value that it names; null when there is none.
 BK_PARSER_API const ParserEntry* find_value(const ParserGroup& group, PathRef path, unsigned int& value);
 
+/// The same for another type or place.
 BK_PARSER_API bool set_values(ParserEntry& entry, unsigned int value, std::span<const GivenValue> given,
                               ListEnd end);
+/// The same for another type or place.
 BK_PARSER_API bool set_values(ParserGroup& group, PathRef path, std::span<const GivenValue> given,
                               ListEnd end);
+/// The same for another type or place.
 BK_PARSER_API ParserEntry* add_values(ParserGroup& group, PathRef path, std::span<const GivenValue> given);
 
 /// As the model has it, a char is signed on every platform.
@@ -204,6 +244,7 @@ inline std::optional<char> read_char(const ParserEntry& entry, unsigned int valu
                : std::nullopt;
 }
 
+/// The same for another type or place.
 template <IntegerValue T>
 std::optional<T> read_integer(const ParserEntry& entry, unsigned int value) {
     using Wide = std::conditional_t<std::signed_integral<T>, long long, unsigned long long>;
@@ -216,6 +257,7 @@ std::optional<T> read_integer(const ParserEntry& entry, unsigned int value) {
     return static_cast<T>(wide);
 }
 
+/// The same for another type or place.
 template <SingleValue T>
 std::optional<T> read_single(const ParserEntry& entry, unsigned int value) {
     if constexpr (std::same_as<T, char>) {
@@ -234,6 +276,7 @@ std::optional<T> read_single(const ParserEntry& entry, unsigned int value) {
     }
 }
 
+/// The same for another type or place.
 template <FixedListValue T>
 std::optional<T> read_fixed_list(const ParserEntry& entry, unsigned int value) {
     T list{};
@@ -247,6 +290,7 @@ std::optional<T> read_fixed_list(const ParserEntry& entry, unsigned int value) {
     return list;
 }
 
+/// The same for another type or place.
 template <class T>
 std::optional<std::vector<T>> read_vector(const ParserEntry& entry, unsigned int value) {
     if (value > entry.get_value_count()) {
@@ -263,6 +307,7 @@ std::optional<std::vector<T>> read_vector(const ParserEntry& entry, unsigned int
     return list;
 }
 
+/// The same for another type or place.
 template <ReadableValue T>
 std::optional<T> read_any(const ParserEntry& entry, unsigned int value) {
     if constexpr (SingleValue<T>) {
@@ -304,30 +349,43 @@ auto with_given(const T& content, const Action& act) {
 template <SingleValue T>
 class Values : public std::ranges::view_base {
 public:
+    /// Walks the range, as the standard library asks of iterators.
     class Iterator {
     public:
+        /// What the standard library may do with it.
         using iterator_concept = std::forward_iterator_tag;
+        /// What the standard library may do with it.
         using iterator_category = std::input_iterator_tag;
+        /// What it comes to.
         using value_type = T;
+        /// The type of distances.
         using difference_type = std::ptrdiff_t;
+        /// What `*` gives.
         using reference = T;
+        /// What `->` gives.
         using pointer = void;
 
         Iterator() = default;
+        /// At the first value from `index` on that can be read as T.
         Iterator(const ParserEntry& entry, unsigned int index) : entry_(&entry), index_(index) { find(); }
 
+        /// What the iterator has come to.
         T operator*() const { return *value_; }
+        /// Goes on to the next.
         Iterator& operator++() {
             ++index_;
             find();
             return *this;
         }
+        /// Goes on to the next.
         Iterator operator++(int) {
             Iterator before = *this;
             ++*this;
             return before;
         }
+        /// Whether both have come to the same.
         bool operator==(const Iterator& other) const noexcept { return index_ == other.index_; }
+        /// Whether there is nothing further.
         bool operator==(std::default_sentinel_t) const noexcept { return !value_; }
         /// Which value of the entry this is.
         unsigned int index() const noexcept { return index_; }
@@ -346,10 +404,13 @@ public:
         std::optional<T> value_;
     };
 
+    /// The values from `first` on. The entry must outlive the range.
     explicit Values(const ParserEntry& entry, unsigned int first = 0) noexcept
         : entry_(&entry), first_(first) {}
 
+    /// For loops over the range.
     Iterator begin() const { return Iterator(*entry_, first_); }
+    /// For loops over the range.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
 
     /// Nothing when one of the values from `first` on is no T.

@@ -1,4 +1,4 @@
-# Runs PROGRAM, before which an emulator may stand, in FOLDER, and compares what it prints and leaves with EXAMPLES/expected.
+# Runs PROGRAM, before which an emulator may stand, in FOLDER, and compares what it prints and leaves with EXPECTED.
 
 file(REMOVE_RECURSE ${FOLDER})
 file(COPY ${EXAMPLES}/lamp.bkd ${EXAMPLES}/project DESTINATION ${FOLDER})
@@ -16,8 +16,8 @@ function(expect what text file)
     endif()
 endfunction()
 
-expect(printed "${printed}" ${EXAMPLES}/expected/${NAME}.txt)
-if(EXISTS ${EXAMPLES}/expected/${NAME}.bkd)
+expect(printed "${printed}" ${EXPECTED}/${NAME}.txt)
+if(EXISTS ${EXPECTED}/${NAME}.bkd)
     file(READ ${FOLDER}/lamp.bkd left)
-    expect("left in lamp.bkd" "${left}" ${EXAMPLES}/expected/${NAME}.bkd)
+    expect("left in lamp.bkd" "${left}" ${EXPECTED}/${NAME}.bkd)
 endif()

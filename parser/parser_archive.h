@@ -10,14 +10,17 @@
 /// A group's text as a sequence of words, each distinct word kept once.
 struct BK_PARSER_API ParserArchive {
     ParserArchive();
+    /// Copies the words.
     ParserArchive(const ParserArchive& other);
     /// The source is left empty.
     ParserArchive(ParserArchive&& other) noexcept;
+    /// Becomes a copy of the words.
     ParserArchive& operator=(const ParserArchive& other);
+    /// Takes the words; the source is left empty.
     ParserArchive& operator=(ParserArchive&& other) noexcept;
     ~ParserArchive();
 
-    /// Appends a word to the sequence. Amortised constant time, but for hashing the word.
+    /// Appends a word to the sequence. Hashes the word; amortised constant time otherwise.
     void operator+=(const CoreString& word);
 
 private:
@@ -36,9 +39,12 @@ public:
 /// Packing groups into archives, and archives into files (docs/formats.md).
 class BK_PARSER_API ParserImpl {
 public:
+    /// Appends the words of a group; with braces also its name and the braces. `progress` may be null.
     static void archive_group(ParserGroup& group, ParserArchive& archive, const bool& with_braces,
                               AppProgressBar* progress);
+    /// Appends the words of an entry, its name first. `progress` may be null.
     static void archive_entry(ParserEntry& entry, ParserArchive& archive, AppProgressBar* progress);
+    /// Appends the words of a value: one, or those of the group. `progress` may be null.
     static void archive_value(ParserValue& value, ParserArchive& archive, AppProgressBar* progress);
     /// Parses the archive's words into the group. Indices that name no string are skipped. An archive whose text would
     /// pass the limits is refused with "ParserImpl.group_set_archive: text too large\n" at level 2.

@@ -26,6 +26,7 @@ struct EntryFields;
 /// Layout: 64 bytes, one cache line.
 class BK_PARSER_API ParserEntry {
 public:
+    /// What kind of entry it is.
     enum Type : unsigned int {
         TYPE_ENTRY = 0,         ///< ordinary; the name is an identifier
         TYPE_KEYWORD = 1,       ///< the name is a keyword, "#" and a name
@@ -36,6 +37,7 @@ public:
     /// What get_array_count gives for an entry that is not an array.
     static constexpr unsigned int not_an_array = 0xFFFFFFFFu;
 
+    /// An entry without values. `line` and `column` are what get_line and get_column give.
     ParserEntry(const CoreString& name, const Type& type, const core_ulong& line, const core_ulong& column);
     /// Deep; nested groups are copied at any depth, each with a null source entry.
     ParserEntry(const ParserEntry& other);
@@ -51,18 +53,24 @@ public:
 
     /// Valid, and the same, until the entry is renamed or assigned to, or dies.
     const CoreString& get_name() const noexcept { return name_; }
+    /// The kind that it was made as, or that reading gave it.
     const Type& get_type() const noexcept { return type_; }
     /// Empty when there is none. To be asked for again after set_template.
     const CoreString& get_template() const noexcept;
     /// Where the entry was read: a line counted from 1, and a column, of the text that was parsed (which is not the
-    /// file's, see docs/syntax.md); 0 for an entry made by add_group.
+    /// file's, see docs/language.md); 0 for an entry made by add_group.
     const core_ulong& get_line() const noexcept { return line_; }
+    /// The column, as get_line has the line.
     const core_ulong& get_column() const noexcept { return column_; }
     /// The declared size, 0 when none was stated, not_an_array otherwise.
     const unsigned int& get_array_count() const noexcept { return array_count_; }
+    /// How many values it holds.
     const unsigned int& get_value_count() const noexcept { return values_.get_count(); }
+    /// Whether it holds a value.
     bool has_value() const noexcept { return values_.get_count() != 0; }
+    /// Whether it was declared as an array.
     bool is_array() const noexcept { return array_count_ != not_an_array; }
+    /// Whether it has a template name.
     bool is_template() const noexcept { return !get_template().is_empty(); }
     /// Exactly one value, and it is a group.
     bool is_group() const;
@@ -81,30 +89,43 @@ public:
     void add_bool(const bool& value);
     /// Kept as the character's code: 'A' is written 65.
     void add_char(const char& value);
+    /// Appends an int.
     void add_int(const int& value);
+    /// Appends a double.
     void add_double(const double& value);
+    /// Appends a copy of the string.
     void add_string(const CoreString& value);
+    /// Appends a copy of `size` bytes.
     void add_binary_data(void* data, const unsigned int& size);
     /// A value of the given type from a word of the text syntax; a string loses its enclosing quotes.
     void add_word(const ParserWord& word, const ParserValue::Type& type);
     /// Adopts `group` and returns it, leaving its source entry as it is; when memory ends it still is the caller's. Null
     /// makes a new group, without a name, whose source entry is this entry.
     ParserGroup* add_group(ParserGroup* group);
+    /// Appends the components as values of their own, in order.
     void add_vec2d(const GMathVec2<double>& value);
+    /// Appends the components as values of their own, in order.
     void add_vec2i(const GMathVec2<int>& value);
+    /// Appends the components as values of their own, in order.
     void add_vec3d(const GMathVec3<double>& value);
+    /// Appends the components as values of their own, in order.
     void add_vec4d(const GMathVec4<double>& value);
 
     /// Typed reads of value `i`; see ParserValue for conversions and messages. A message for which there is no memory is left
     /// out.
     bool get_bool(const unsigned int& i) const;
+    /// As get_bool, for another type.
     char get_char(const unsigned int& i) const;
+    /// As get_bool, for another type.
     int get_int(const unsigned int& i) const;
+    /// As get_bool, for another type.
     double get_double(const unsigned int& i) const;
     /// The string is valid, at its address and with its characters where they are, until its own value is set or removed or
     /// the last entry that lists the value dies: whatever happens to other values, to the list, or to the entry's place.
     const CoreString& get_string(const unsigned int& i) const;
+    /// The bytes, which the entry owns; get_binary_data_size says how many.
     void* get_binary_data(const unsigned int& i) const;
+    /// How many bytes get_binary_data gives.
     unsigned int get_binary_data_size(const unsigned int& i) const;
     /// The value's text, unquoted, whatever its type; empty for a group. Logs nothing but that memory ran out; it is empty
     /// then, too.
@@ -113,42 +134,58 @@ public:
     ParserGroup* get_group(const unsigned int& i) const;
     /// Components from value `i` on; those for which there is no value are 0.
     GMathVec2<double> get_vec2d(const unsigned int& i) const;
+    /// As get_vec2d, for another type.
     GMathVec2<int> get_vec2i(const unsigned int& i) const;
+    /// As get_vec2d, for another type.
     GMathVec3<double> get_vec3d(const unsigned int& i) const;
+    /// As get_vec2d, for another type.
     GMathVec4<double> get_vec4d(const unsigned int& i) const;
 
+    /// Whether that value is a group.
     bool is_value_group(const unsigned int& i) const;
+    /// Whether that value is of the type in the name.
     bool is_value_bool(const unsigned int& i) const;
+    /// Whether that value is of the type in the name.
     bool is_value_char(const unsigned int& i) const;
+    /// Whether that value is of the type in the name.
     bool is_value_int(const unsigned int& i) const;
     /// An int counts as a double.
     bool is_value_double(const unsigned int& i) const;
+    /// Whether that value is of the type in the name.
     bool is_value_string(const unsigned int& i) const;
     /// 0xFFFFFFFF when the entry has no values.
     ParserValue::Type get_value_type(const unsigned int& i) const;
 
     /// Each gives value `i` a new content and type.
     void set_bool(const bool& value, const unsigned int& i);
+    /// Sets the value at that position.
     void set_int(const int& value, const unsigned int& i);
+    /// Sets the value at that position.
     void set_double(const double& value, const unsigned int& i);
+    /// Sets the value at that position to a copy of the string.
     void set_string(const CoreString& value, const unsigned int& i);
+    /// Sets the value at that position to a copy of `size` bytes.
     void set_binary_data(void* data, const unsigned int& size, const unsigned int& i);
 
     /// Moves a value to position `to`; those between shift by one place.
     void move_value(const unsigned int& from, const unsigned int& to);
     /// The survivors keep their order. Indices may come in any order and repeat; those past the end are ignored.
     void remove_value(const unsigned int& i);
+    /// Removes the values at these positions.
     void remove_value(const CoreBasicArray<unsigned int>& indices);
+    /// Removes the values at these positions.
     void remove_value(const CoreList<unsigned int>& indices);
 
     /// Appends the entry, or its values alone, as the text syntax writes them.
     void get_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
+    /// Appends the values alone, as get_text writes them.
     void get_value_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
 
     /// The entry's text enciphered under `key` (docs/formats.md): as bytes, or as hexadecimal digits. An empty
     /// text leaves the output as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& pretty,
                             const unsigned int& level) const;
+    /// The same as hexadecimal digits.
     void get_encrypted_text(CoreString& text, const CoreString& key, const bool& pretty,
                             const unsigned int& level) const;
 
@@ -159,11 +196,15 @@ public:
     /// "ParserEntry.set_binary: ParserEntry '<name>', chunk size (<size>) is larger than the given buffer (<size>)\n".
     bool set_binary(const CoreVector<char>& data, core_uint64& position);
 
+    /// Takes a block from the library's slabs, in whichever module the object is made.
     static void* operator new(std::size_t size);
     /// Null when memory has run out, and for a derived class of more than CoreMemory::largest_slab_block bytes.
     static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
+    /// Makes the object in a place of the caller's.
     static void* operator new(std::size_t, void* place) noexcept { return place; }
+    /// Gives the block back to the library's slabs, in whichever module the object dies.
     static void operator delete(void* block, std::size_t size) noexcept;
+    /// Gives the block back when a constructor threw.
     static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:

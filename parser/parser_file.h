@@ -20,14 +20,15 @@ extern BK_PARSER_API CoreVersion default_parser_serial_version;
 
 /// A document on disk: the tree under its root group, the name of its file, and where its includes are found.
 ///
-/// To edit files that people wrote, use bk_parser::load and bk_parser::save (document/document.h) instead. `read` is true
-/// for a text that is full of faults, takes any file for a text, and tells nothing of what was cut off; `write` prints the
-/// document anew, without its comments and with its includes spliced in, and is true when nothing could be stored.
+/// `write` loses comments, blank lines and includes: it prints the document anew. It is true even when nothing could be stored.
+/// `read` is true for a text that is full of faults, takes any file for a text, and does not tell that a document was cut off.
+/// To edit files that people wrote, use bk_parser::load and bk_parser::save (document/document.h) instead.
 ///
 /// A text document begins with a line "#Brellwick_Serial_Version 1.2". Where it says #include "name", the file of
 /// that name is spliced in; "//" begins a comment that ends with its line, and takes the line's end with it.
 class BK_PARSER_API ParserFile : public CoreBaseObject {
 public:
+    /// How `write` stores a document.
     enum Mode : unsigned int { MODE_TEXT = 0, MODE_BINARY = 1 };
 
     /// Owns the group from now on.
@@ -43,11 +44,14 @@ public:
     /// Deletes what the root group holds.
     void clear();
 
+    /// Stores the name that `read` and `write` take when they are given none.
     void set_filename(const CoreString& filename);
+    /// The stored name.
     const CoreString& get_filename() const noexcept { return filename_; }
     /// The folders in which reading looks for files, in this order, before the name is tried as it stands. Writing does not
     /// look there.
     void set_search_paths(const CoreVector<CoreString>& paths);
+    /// What set_search_paths was given.
     const CoreVector<CoreString>& get_search_paths() const noexcept { return search_paths_; }
     /// The absolute paths of the files that the last read included.
     const CoreSet<CoreString>& get_dependencies() const noexcept { return dependencies_; }
@@ -55,6 +59,7 @@ public:
     const CoreVersion& get_serial_version() const noexcept { return serial_version_; }
     /// Whether the first file ever read was an enciphered one.
     bool is_encrypted() const noexcept { return storage_ == STORAGE_ENCRYPTED; }
+    /// The root group, which the file owns together with its copies.
     ParserGroup& get_root() const noexcept { return *root_; }
 
     /// Tells an observer, which the caller keeps alive, how later reads go; null ends that.
@@ -62,6 +67,7 @@ public:
 
     /// What later reads may cost.
     void set_limits(const ParserLimits& limits) noexcept { limits_ = limits; }
+    /// What set_limits was given; wide limits at first.
     const ParserLimits& get_limits() const noexcept { return limits_; }
 
     /// Appends the root group's text, without a version line.
@@ -71,9 +77,9 @@ public:
     /// includes, and appends it to the root group. `key` deciphers what is stored enciphered. False when the file or an
     /// include cannot be found, opened or deciphered, with level-2 messages, and without one for an include directive
     /// that lacks its closing quote and for a version that is not above 0; then the root group is as it was. False also
-    /// when a limit ends the parsing: then it has what was read before. Faults of the syntax are logged, and are no failure;
-    /// that the document was cut off, or ended early at a "}", is told to an observer alone. What MODE_BINARY wrote is
-    /// read by set_binary, and taken for a text here.
+    /// when a limit ends the parsing: then it has what was read before. Faults of the syntax are logged, and are no failure.
+    /// To detect a truncated document, or one that ended early at a "}", install a ParserReadObserver: nothing else tells. Does
+    /// not read MODE_BINARY files; use set_binary.
     bool read(const CoreString& filename, const CoreString& key, AppProgressBar* progress);
 
     /// Writes to the stored filename as it stands, after storing `filename` when it is not empty. A key that is not empty

@@ -24,6 +24,7 @@ class GroupAccess;
 /// leave everything as it was; nothing else throws.
 class BK_PARSER_API ParserGroup {
 public:
+    /// An empty group. The name is not checked.
     explicit ParserGroup(const CoreString& name);
     /// Deep, at any depth; the source entries of the copy and of the groups in it are null.
     ParserGroup(const ParserGroup& other);
@@ -49,9 +50,10 @@ public:
     /// Null when the name is not valid.
     ParserGroup* add_group(const CoreString& name);
     /// Adopts `group` under its own name and returns it. Null when that is not a valid entry name: the group then still is
-    /// the caller's, as when memory ends. The group keeps its name, which texts cannot carry back (docs/syntax.md).
+    /// the caller's, as when memory ends. The group keeps its name, which texts cannot carry back (docs/language.md).
     ParserGroup* add_group(ParserGroup* group);
 
+    /// The name that it was made with. Groups inside a text that was read have none.
     const CoreString& get_name() const noexcept { return name_; }
     /// How many ordinals there are.
     unsigned int get_entry_count() const noexcept {
@@ -74,6 +76,7 @@ public:
     unsigned int get_first_entry_index(ParserEntry::Type type) const;
     /// The entry whose value is this group; null for a root and for an adopted group.
     const ParserEntry* get_source_entry() const noexcept { return source_entry_; }
+    /// Says which entry holds this group. The entry is not owned.
     void set_source_entry(ParserEntry* entry) noexcept { source_entry_ = entry; }
 
     /// Empties the slot of the entry with that ordinal. The caller, who took the pointer before, owns the entry
@@ -101,8 +104,8 @@ public:
     /// A position past the end removes nothing.
     void remove_entry(unsigned int position);
 
-    /// Parses a text and appends what it holds. To learn what is wrong with it, and where, use bk_parser::parse
-    /// (document/load.h): the result here is no success flag. Faults are logged at level 2 as
+    /// Parses a text and appends what it holds. The result is not a success flag: to learn of errors, use bk_parser::parse
+    /// (document/load.h) or pass an observer. Faults are logged at level 2 as
     /// "ParserGroup.set_text: (<line>:<column>) ..." and do not stop the parse; lines and columns are those of this
     /// text. False when it has no word, and when the last word outside of the groups in it, braces not counted, was a
     /// fault or "<empty>". Linear in the text; nesting costs heap, not stack.
@@ -122,11 +125,13 @@ public:
     /// plain text itself; an empty text leaves the output as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& braces,
                             const bool& pretty, const unsigned int& level) const;
+    /// The same as hexadecimal digits.
     void get_encrypted_text(CoreString& text, const CoreString& key, const bool& braces, const bool& pretty,
                             const unsigned int& level) const;
     /// Deciphers and parses. False, with the group unchanged, when the data cannot be deciphered; a wrong key
     /// is not always noticed.
     bool set_encrypted_text(const CoreArray<unsigned char>& data, const CoreString& key);
+    /// The same from hexadecimal digits.
     bool set_encrypted_text(const CoreString& text, const CoreString& key);
 
     /// The binary form (docs/formats.md).
@@ -138,11 +143,15 @@ public:
     /// The same within limits: at level 2 "ParserGroup.set_binary: Group is nested too deeply\n", and false.
     bool set_binary(const CoreVector<char>& data, core_uint64& position, const ParserLimits& limits);
 
+    /// Takes a block from the library's slabs, in whichever module the object is made.
     static void* operator new(std::size_t size);
     /// Null when memory has run out, and for a derived class of more than CoreMemory::largest_slab_block bytes.
     static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
+    /// Makes the object in a place of the caller's.
     static void* operator new(std::size_t, void* place) noexcept { return place; }
+    /// Gives the block back to the library's slabs, in whichever module the object dies.
     static void operator delete(void* block, std::size_t size) noexcept;
+    /// Gives the block back when a constructor threw.
     static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:

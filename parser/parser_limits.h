@@ -12,6 +12,7 @@
 /// A host that opens documents of strangers (downloads, attachments, uploads to a server) takes `ParserLimits::untrusted()`
 /// instead, which also bounds how much text a small archive may stand for.
 struct ParserLimits {
+    /// The value of a limit that never ends a read.
     static constexpr unsigned int no_limit = 0xFFFFFFFFu;
 
     /// How many includes may be open inside each other. Projects use a handful.
@@ -42,9 +43,12 @@ struct ParserLimits {
     /// "ParserGroup.set_text: <n> more messages\n". A host that shows its log may set 1000. Observers are told all.
     unsigned int message_count = no_limit;
 
-    /// The limits for a document whose maker is not known. They differ from the defaults in what an archive may become.
+    /// The limits for a document whose maker is not known. They differ from the defaults in how many files a reading may include,
+    /// and in what an archive may become.
     static ParserLimits untrusted() noexcept {
         ParserLimits limits;
+        // A shot of many assets includes some thousand files. This many small ones take a second or two.
+        limits.include_count = 100000;
         // A scene of many like objects comes to a ratio of 3 to 10. This is where every byte of the file stands for a
         // word of 256 characters: a megabyte cannot become more than a quarter of a gigabyte.
         limits.archive_ratio = 256;

@@ -8,11 +8,11 @@
 /// the parser reads, after includes are spliced in and comments are dropped; any other counts in the text of the file
 /// that is being read.
 ///
-/// What a call throws ends the reading and passes to its caller, but std::bad_alloc, which counts as the library's own
-/// where the operation has a result to say so; the files that were entered are left first, where what file_left throws
-/// is dropped.
+/// An exception that a call throws ends the read and passes to its caller, after file_left was called for every open file; what
+/// file_left throws then is dropped. std::bad_alloc counts as the library's own in operations that have a result.
 class BK_PARSER_API ParserReadObserver {
 public:
+    /// What can be wrong with a text.
     enum Fault : unsigned int {
         FAULT_WRONGLY_PLACED,
         FAULT_NO_VALUE,
@@ -42,6 +42,7 @@ public:
     /// The current file is now this one: found at `path` and loaded; `text` is what it holds, deciphered, and
     /// stays where it is until file_left. A byte order mark at its beginning is counted in offsets and copied in no piece.
     virtual void file_entered(const CoreString& name, const CoreString& path, const CoreString& text);
+    /// The current file is again the one that included this one.
     virtual void file_left();
     /// A piece of the current file became part of the expanded text.
     virtual void piece_copied(const unsigned int& offset, const unsigned int& length,

@@ -34,12 +34,16 @@ struct BK_PARSER_API ParserValue {
         TYPE_WORD = 7
     };
 
+    /// A value of TYPE_CHAR.
     explicit ParserValue(const char& value);
+    /// A value of TYPE_INT.
     explicit ParserValue(const int& value);
     /// A double is always finite: infinities become the largest magnitude of their sign, not-a-number the
     /// lowest finite double.
     explicit ParserValue(const double& value);
+    /// A value of TYPE_BOOL.
     explicit ParserValue(const bool& value);
+    /// A value of TYPE_STRING, with a copy of the string.
     explicit ParserValue(const CoreString& value);
     /// Text is passed as a CoreString; a plain pointer would be taken for a bool.
     template <std::same_as<char> T>
@@ -62,11 +66,17 @@ struct BK_PARSER_API ParserValue {
     /// Releases the content. The type stays; a cleared value reads and prints as the empty text.
     void clear();
 
+    /// Becomes this value; what it was before is gone.
     void set_bool(const bool& value);
+    /// Becomes this value; what it was before is gone.
     void set_char(const char& value);
+    /// Becomes this value; what it was before is gone.
     void set_int(const int& value);
+    /// Becomes this value; what it was before is gone.
     void set_double(const double& value);
+    /// Becomes a copy of the string.
     void set_string(const CoreString& value);
+    /// Becomes a copy of `size` bytes.
     void set_binary_data(void* data, const unsigned int& size);
 
     /// Typed reads. Bool, char, int and double convert into each other: an int is read as a char by its low
@@ -74,8 +84,11 @@ struct BK_PARSER_API ParserValue {
     /// A value of another type gives the neutral result, and logs if there is memory for that, at level 2,
     /// "ParserValue.<read>: type mismatch, value type is '<type name>' \n".
     bool get_as_bool() const;
+    /// As get_as_bool, for another type.
     char get_as_char() const;
+    /// As get_as_bool, for another type.
     int get_as_int() const;
+    /// As get_as_bool, for another type.
     double get_as_double() const;
     /// The string of a TYPE_STRING value, else the empty string. Valid until the value is changed or assigned to another
     /// one, or dies. For the strings of an entry see ParserEntry::get_string.
@@ -103,20 +116,31 @@ struct BK_PARSER_API ParserValue {
 
     /// Encoders: each appends to `out` and returns the number of bytes appended.
     static unsigned long long bool_to_bin(CoreVector<char>& out, const bool& value);
+    /// Appends the value's bytes, little-endian (docs/formats.md).
     static unsigned long long char_to_bin(CoreVector<char>& out, const char& value);
+    /// Appends the value's bytes, little-endian (docs/formats.md).
     static unsigned long long int_to_bin(CoreVector<char>& out, const int& value);
+    /// Appends the value's bytes, little-endian (docs/formats.md).
     static unsigned long long double_to_bin(CoreVector<char>& out, const double& value);
+    /// Appends the value's bytes, little-endian (docs/formats.md).
     static unsigned long long size_to_bin(CoreVector<char>& out, const unsigned long long& value);
+    /// Appends the value's bytes, little-endian (docs/formats.md).
     static unsigned long long string_to_bin(CoreVector<char>& out, const CoreString& value);
+    /// Appends the value's bytes, little-endian (docs/formats.md).
     static unsigned long long binary_data_to_bin(CoreVector<char>& out, void* data, const unsigned int& size);
+    /// Appends the value's bytes, little-endian (docs/formats.md).
     static unsigned long long group_to_bin(CoreVector<char>& out, const ParserGroup& group);
 
     /// Decoders: each reads at `position` and advances it. A fixed-width read past the end takes the missing
     /// bytes as zero.
     static bool bin_to_bool(const CoreVector<char>& data, unsigned long long& position);
+    /// Reads the value at the position, and advances it. Missing bytes count as 0.
     static char bin_to_char(const CoreVector<char>& data, unsigned long long& position);
+    /// Reads the value at the position, and advances it. Missing bytes count as 0.
     static int bin_to_int(const CoreVector<char>& data, unsigned long long& position);
+    /// Reads the value at the position, and advances it. Missing bytes count as 0.
     static double bin_to_double(const CoreVector<char>& data, unsigned long long& position);
+    /// Reads the value at the position, and advances it. Missing bytes count as 0.
     static unsigned long long bin_to_size(const CoreVector<char>& data, unsigned long long& position);
     /// Up to a NUL. Without one: "ParserValue.bin_to_string: Failed to parse string\n" at level 2, the empty
     /// string, and `position` at the end.
@@ -128,11 +152,15 @@ struct BK_PARSER_API ParserValue {
     /// A tag and its value, which the caller owns; null for a tag above 6 or at the end of the data.
     static ParserValue* bin_to_value(const CoreVector<char>& data, unsigned long long& position);
 
+    /// Takes a block from the library's slabs, in whichever module the object is made.
     static void* operator new(std::size_t size);
     /// Null when memory has run out, and for a derived class of more than CoreMemory::largest_slab_block bytes.
     static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
+    /// Makes the object in a place of the caller's.
     static void* operator new(std::size_t, void* place) noexcept { return place; }
+    /// Gives the block back to the library's slabs, in whichever module the object dies.
     static void operator delete(void* block, std::size_t size) noexcept;
+    /// Gives the block back when a constructor threw.
     static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:

@@ -22,7 +22,9 @@ public:
     ParserValueList(const ParserValueList&) = delete;
     ParserValueList& operator=(const ParserValueList&) = delete;
 
+    /// How many values there are.
     const unsigned int& get_count() const noexcept { return count_; }
+    /// The value at a position from 0, which is not checked.
     const ParserValue& operator[](unsigned int i) const noexcept { return at(i); }
     /// A value that is about to be given a new content.
     ParserValue& change(unsigned int i) noexcept;
@@ -37,20 +39,28 @@ public:
     void make_room(unsigned int count, std::size_t text_size);
     /// The same in a place of room_size bytes that the list does not give back.
     void take_room(void* place, unsigned int count, std::size_t text_size) noexcept;
+    /// How many bytes a block takes for that many values and their text.
     static std::size_t room_size(unsigned int count, std::size_t text_size);
+    /// How many values the block has room for.
     ParserValue* room() const noexcept;
+    /// How many bytes of text the block has room for.
     char* text_room() const noexcept;
+    /// Says how many values were made in the block.
     void set_count(unsigned int count) noexcept { count_ = count; }
+    /// Says that no value keeps anything outside of the block.
     void keep_plain() noexcept;
 
     /// Takes over the content of `value`, which is left cleared. Amortised constant time.
     ParserValue& append(ParserValue& value);
+    /// Moves a value to another position; those between shift by one.
     void move(unsigned int from, unsigned int to);
     /// Removes every value whose mark is set; `marks` has one byte a value. Linear.
     void remove_marked(const unsigned char* marks, const ParserEntry& owner);
     /// Deletes all but the first `count` values.
     void truncate(unsigned int count) noexcept;
+    /// Removes every value.
     void clear() noexcept;
+    /// Exchanges the values of both lists. Constant time.
     void swap(ParserValueList& other) noexcept;
     /// Lists the same values as `other`, in place of what was listed.
     void share(ParserValueList& other);

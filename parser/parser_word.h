@@ -24,6 +24,7 @@ struct NameParts;
 /// The text is not owned: it outlives the word. A word carries a template or an array suffix, not both.
 class BK_PARSER_API ParserWord {
 public:
+    /// What kind of word it is.
     enum Type : unsigned int {
         TYPE_IDENTIFIER = 0,
         TYPE_OPERATOR = 1,
@@ -42,6 +43,7 @@ public:
 
     /// A word over the text: all of it when `whole`, else empty. Strings of versions before 1.1 have no escapes.
     ParserWord(const CoreString& text, const bool& whole, const CoreVersion& version);
+    /// An empty word without a text.
     explicit ParserWord(const CoreVersion& version);
     ParserWord();
     /// The copy shares its source's template word, which dies with the last of them.
@@ -52,6 +54,7 @@ public:
 
     /// Grows the word by the character at `position` of the text; the first one gives its start.
     ParserWord& operator+=(unsigned int position);
+    /// Becomes an empty word of no known kind.
     void clear();
     /// The `i`th character. Not checked.
     const char& operator[](const unsigned int& i) const { return text_[start_ + i]; }
@@ -64,31 +67,51 @@ public:
     /// first asked for, as by the classifiers below. Memory that ends is an exception, and the word is as it was.
     const CoreString& get_string() const;
 
+    /// The kind that a classifier found; TYPE_UNKNOWN before.
     const Type& get_type() const noexcept { return type_; }
+    /// How many characters the word has.
     const unsigned int& get_length() const noexcept { return length_; }
+    /// The line that set_line was given.
     const core_ulong& get_line() const noexcept { return line_; }
+    /// The column, as get_line has the line.
     const core_ulong& get_column() const noexcept { return column_; }
     /// 0xFFFFFFFF: not an array; 0: empty brackets.
     const unsigned int& get_array_count() const noexcept { return array_count_; }
     /// Null when there is none.
     ParserWord* get_template() const noexcept { return template_.get(); }
+    /// Whether the word has a template word.
     bool has_template() const noexcept { return template_ != nullptr; }
+    /// Whether it was declared as an array.
     bool is_array() const noexcept { return array_count_ != 0xFFFFFFFFu; }
+    /// Whether the word has no character.
     bool is_empty() const noexcept { return length_ == 0; }
 
+    /// Says where the word stands; nothing is checked.
     void set_line(const core_ulong& line) noexcept { line_ = line; }
+    /// Says where the word stands; nothing is checked.
     void set_column(const core_ulong& column) noexcept { column_ = column; }
+    /// TYPE_BRACE for true; for false the word is of no known kind.
     void set_brace(const bool& brace) noexcept { type_ = brace ? TYPE_BRACE : TYPE_UNKNOWN; }
 
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
     bool is_operator() const;
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
     bool is_separator() const;
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
     bool is_brace() const;
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
     bool is_bool() const;
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
     bool is_empty_tag() const;
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
     bool is_binary_data() const;
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
     bool is_string() const;
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
     bool is_int() const;
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
     bool is_double() const;
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
     bool is_keyword() const;
     /// Takes a template or array suffix off the word. A bad suffix makes the word TYPE_INVALID.
     bool is_identifier() const;

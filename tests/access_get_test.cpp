@@ -48,8 +48,7 @@ static_assert(!CanGet<std::array<int, 0>> && !CanGet<std::vector<void*>> && !Can
               !CanGet<long double>);
 
 static_assert(!CanSet<char> && !CanSet<std::vector<char>> && CanSet<signed char> && CanSet<unsigned char>);
-static_assert(CanSet<bool> && CanSet<unsigned short> && CanSet<double> &&
-              CanSet<std::string>);
+static_assert(CanSet<bool> && CanSet<unsigned short> && CanSet<double> && CanSet<std::string>);
 static_assert(CanSet<char[3]> && CanSet<const char*> && CanSet<CoreString> && CanSet<std::string_view>);
 static_assert(CanSet<std::vector<int>> && CanSet<std::vector<bool>> && CanSet<std::span<const float>> &&
               CanSet<GMathVec2<int>>);

@@ -22,7 +22,7 @@ concept FallsBackTo = requires(const ParserGroup& group, const ParserEntry& entr
 };
 
 template <class T, class Given>
-inline constexpr bool is_taken = SetsAs<T, Given> && FallsBackTo<T, Given>;
+inline constexpr bool is_taken = SetsAs<T, Given>&& FallsBackTo<T, Given>;
 template <class T, class Given>
 inline constexpr bool is_refused = !SetsAs<T, Given> && !FallsBackTo<T, Given>;
 

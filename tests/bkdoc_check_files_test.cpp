@@ -158,6 +158,24 @@ TEST_F(bkdoc_check_files, take_search_folders_and_rules_from_the_configuration_a
     EXPECT_NE(wrong.err.find(": 'serach' is no entry of a configuration"), std::string::npos) << wrong.err;
 }
 
+TEST_F(bkdoc_check_files, are_refused_when_the_configuration_allows_an_unknown_code) {
+    const std::string config = folder.write("project/.bkdoc.bkd", "allow \"include-not-fuond\"\n");
+    const std::string file = folder.write("project/a.bkd", "a 1\n");
+    const BkdocRun run = run_bkdoc({"check", file});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_EQ(run.err, "bkdoc: " + config +
+                           ": allow: unknown code 'include-not-fuond'; did you mean 'include-not-found'?\n");
+    EXPECT_EQ(run_bkdoc({"check", "--no-config", file}).code, 0);
+}
+
+TEST_F(bkdoc_check_files, of_a_folder_are_those_of_the_configured_extension_unless_it_is_not_used) {
+    folder.write("typed/.bkdoc.bkd", "ext \"scene\"\n");
+    folder.write("typed/a.scene", "a @\n");
+    folder.write("typed/b.bkd", "b 1\n");
+    EXPECT_EQ(run_bkdoc({"check", folder.path("typed")}).code, 1);
+    EXPECT_EQ(run_bkdoc({"check", "--no-config", folder.path("typed")}).code, 0);
+}
+
 TEST_F(bkdoc_check_files, may_leave_their_includes_out) {
     const BkdocRun run = run_bkdoc({"check", "--no-includes", shots()});
     EXPECT_EQ(run.code, 0);

@@ -56,6 +56,14 @@ TEST_F(bkdoc_deps, that_are_missing_are_drawn_with_the_places_looked_at) {
     EXPECT_EQ(run({"--missing", top}).code, 0);
 }
 
+TEST_F(bkdoc_deps, that_are_missing_have_each_place_once_in_json) {
+    const std::string json =
+        run_bkdoc({"deps", "--json", "-I", folder.path(), "-I", folder.path(), broken}).out;
+    const std::string place = '"' + folder.path("gone.bkd") + '"';
+    ASSERT_NE(json.find(place), std::string::npos) << json;
+    EXPECT_EQ(json.find(place), json.rfind(place)) << json;
+}
+
 TEST_F(bkdoc_deps, are_asked_the_other_way_round) {
     const BkdocRun result = run({"--reverse", deep, folder.path()});
     EXPECT_EQ(result.code, 0);

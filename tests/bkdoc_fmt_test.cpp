@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#if !defined(_WIN32)
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
 namespace {
 
 constexpr std::string_view loose = "// head\na { b 1 c \"x\" } // end\n\n\nd = 1,2\n";
@@ -94,6 +99,58 @@ TEST(bkdoc_fmt, what_cannot_be_done_is_refused) {
     const BkdocRun input = run_bkdoc({"fmt", "-w"}, loose);
     EXPECT_EQ(input.err, "bkdoc: -w writes files, and standard input is none\n");
     EXPECT_EQ(input.code, 2);
+}
+
+#if !defined(_WIN32)
+
+/// While one lives, what this process starts cannot write files of more than a kilobyte.
+class SmallFiles {
+public:
+    SmallFiles() : handler_(::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit small{1024, before_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~SmallFiles() {
+        ::setrlimit(RLIMIT_FSIZE, &before_);
+        ::signal(SIGXFSZ, handler_);
+    }
+    SmallFiles(const SmallFiles&) = delete;
+    SmallFiles& operator=(const SmallFiles&) = delete;
+
+private:
+    void (*handler_)(int);
+    rlimit before_{};
+};
+
+TEST(bkdoc_fmt, a_file_that_cannot_be_replaced_is_told_with_the_reason_of_the_system) {
+    const ScratchFolder folder;
+    std::string text;
+    for (int i = 0; i < 1000; ++i) {
+        text += "a   1\n";
+    }
+    const std::string file = folder.write("a.bkd", text);
+    const SmallFiles limit;
+    const BkdocRun run = run_bkdoc({"fmt", "-w", file});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_EQ(run.err, "bkdoc: " + file + ": cannot be written: file too large\n");
+    EXPECT_EQ(folder.read("a.bkd"), text);
+    EXPECT_EQ(folder.count(), 1u);
+}
+
+#endif
+
+TEST(bkdoc_fmt, a_difference_has_the_colours_that_a_change_shows) {
+    const ScratchFolder folder;
+    const std::string file = folder.write("a.bkd", "b { a   1 }\n");
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"fmt", "--diff", "--color", "always", file},
+          std::vector<std::string>{"set", "--dry-run", "--color", "always", "b/a", "=2", file}}) {
+        const std::string out = run_bkdoc(arguments).out;
+        const std::size_t at = out.find("@@ -1");
+        ASSERT_NE(at, std::string::npos) << out;
+        EXPECT_EQ(out.substr(out.rfind('\n', at) + 1, at - out.rfind('\n', at) - 1), "\033[2m") << out;
+    }
 }
 
 } // namespace

@@ -53,6 +53,32 @@ TEST(bkdoc_recover, a_file_without_damage_loses_nothing_in_any_form) {
     }
 }
 
+TEST(bkdoc_recover, what_is_left_is_written_as_json_too) {
+    const ScratchFolder folder;
+    const std::string file = write_in_form(folder, "binary", "a 1 b { c \"x\" }");
+    for (const char* to : {"json", "ndjson"}) {
+        const std::string out = folder.path(std::string("out.") + to);
+        const BkdocRun run = run_bkdoc({"recover", file, "-o", out, "--to", to});
+        EXPECT_EQ(run.code, 0) << to << run.err;
+        EXPECT_EQ(folder.read(std::string("out.") + to), run_bkdoc({"convert", file, "-", "--to", to}).out);
+        EXPECT_EQ(run_bkdoc({"convert", out, folder.path("back"), "--to", "text"}).code, 0);
+        EXPECT_EQ(run_bkdoc({"same", "--content", file, folder.path("back")}).code, 0) << to;
+    }
+    const BkdocRun plain = run_bkdoc({"recover", file, "--to", "json-plain"});
+    EXPECT_EQ(plain.code, 0);
+    EXPECT_EQ(plain.out, run_bkdoc({"convert", file, "-", "--to", "json-plain"}).out);
+}
+
+TEST(bkdoc_recover, takes_the_forms_that_convert_takes) {
+    const auto forms = [](const char* verb) {
+        const std::string help = run_bkdoc({verb, "--help"}).out;
+        const std::size_t begin = help.find("--to ");
+        return help.substr(begin, help.find('\n', begin) - begin);
+    };
+    EXPECT_TRUE(contains(forms("recover"), "text|binary|cipher|archive|json|json-plain|ndjson"));
+    EXPECT_EQ(forms("recover").substr(0, 55), forms("convert").substr(0, 55));
+}
+
 TEST(bkdoc_recover, what_is_read_of_an_archive_shows_the_faults_of_its_words) {
     const ScratchFolder folder;
     write_in_form(folder, "archive", "a 1 b \"x\" c 2");

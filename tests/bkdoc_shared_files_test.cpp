@@ -72,6 +72,22 @@ TEST_F(bkdoc_shared_files, are_read_once_when_they_are_checked_themselves) {
     EXPECT_EQ(counter.count(), 1);
 }
 
+TEST_F(bkdoc_shared_files, are_read_once_however_often_documents_name_them) {
+    constexpr int count = 20; // the first one stands for a million inclusions
+    for (int i = 0; i < count; ++i) {
+        const std::string next = "#include \"f" + std::to_string(i + 1) + ".bkd\"\n";
+        folder.write("twice/f" + std::to_string(i) + ".bkd",
+                     (i + 1 < count ? next + next : "") + "a" + std::to_string(i) + " 1\n");
+    }
+    const OpenCounter counter(folder.path("twice/f" + std::to_string(count - 1) + ".bkd"));
+    const BkdocRun run = run_bkdoc({"check", "--format", "gcc", "--ext", "bkd", folder.path("twice")});
+    EXPECT_EQ(run.code, 1) << run.err;
+    EXPECT_LE(counter.count(), 2); // once to see whether it is a document
+    EXPECT_NE(run.out.find(": error: too many includes; --trusted reads on [too-many-includes]\n"),
+              std::string::npos)
+        << run.out;
+}
+
 #endif
 
 TEST_F(bkdoc_shared_files, do_not_change_what_is_told) {

@@ -10,6 +10,7 @@
 #include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 // The tool gets a signal before and after each of its system calls. Nothing stays beside the old document or the new one.
 
@@ -23,15 +24,19 @@ struct Ended {
     int status = 0; // as waitpid gives it
 };
 
-pid_t start_traced(const std::string& source, const std::string& target) {
+pid_t start_traced(const std::vector<std::string>& arguments) {
     const pid_t child = ::fork();
     if (child == 0) {
         const int nothing = ::open("/dev/null", O_RDWR);
         ::dup2(nothing, 1);
         ::dup2(nothing, 2);
+        std::vector<char*> words{const_cast<char*>("bkdoc")};
+        for (const std::string& argument : arguments) {
+            words.push_back(const_cast<char*>(argument.c_str()));
+        }
+        words.push_back(nullptr);
         if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0) {
-            ::execl(BK_PARSER_BKDOC, "bkdoc", "convert", source.c_str(), target.c_str(), "--to", "text",
-                    nullptr);
+            ::execv(BK_PARSER_BKDOC, words.data());
         }
         ::_exit(77);
     }
@@ -39,9 +44,9 @@ pid_t start_traced(const std::string& source, const std::string& target) {
 }
 
 /// Runs the tool, which gets the signal at the n-th place, counted from 1.
-Ended run_with_signal_at(int n, int signal, const std::string& source, const std::string& target) {
+Ended run_with_signal_at(int n, int signal, const std::vector<std::string>& arguments) {
     Ended ended;
-    const pid_t child = start_traced(source, target);
+    const pid_t child = start_traced(arguments);
     if (child < 0 || ::waitpid(child, &ended.status, 0) != child || !WIFSTOPPED(ended.status)) {
         return ended;
     }
@@ -98,7 +103,7 @@ TEST_P(bkdoc_signal, at_any_system_call_leaves_nothing_beside_the_document_and_e
     for (int n = 1;; n += step) {
         ASSERT_LT(n, more_than_any_needs);
         const std::string target = folder.write("target/document", old_bytes);
-        const Ended ended = run_with_signal_at(n, GetParam(), source, target);
+        const Ended ended = run_with_signal_at(n, GetParam(), {"convert", source, target, "--to", "text"});
         if (!ended.is_traced) {
             GTEST_SKIP() << "this process may not trace another one";
         }
@@ -120,6 +125,35 @@ TEST_P(bkdoc_signal, at_any_system_call_leaves_nothing_beside_the_document_and_e
     }
 }
 
+TEST_P(bkdoc_signal,
+       at_any_system_call_of_a_change_of_three_files_leaves_all_old_or_all_new_and_nothing_beside) {
+#if defined(BK_PARSER_SANITIZED_MEMORY)
+    GTEST_SKIP() << "the leak sanitizer does not work in a traced process";
+#endif
+    const ScratchFolder set;
+    const int step = GetParam() == SIGTERM ? 3 : 11;
+    for (int n = 1;; n += step) {
+        ASSERT_LT(n, more_than_any_needs);
+        std::vector<std::string> arguments = {"set", "-w", "a", "=2"};
+        for (const char* name : {"x.bkd", "y.bkd", "z.bkd"}) {
+            arguments.push_back(set.write(name, "a 1\n"));
+        }
+        const Ended ended = run_with_signal_at(n, GetParam(), arguments);
+        if (!ended.is_traced) {
+            GTEST_SKIP() << "this process may not trace another one";
+        }
+        ASSERT_EQ(set.count(), 3u) << "place " << n;
+        const std::string first = set.read("x.bkd");
+        ASSERT_TRUE(first == "a 1\n" || first == "a 2\n") << "place " << n;
+        ASSERT_EQ(set.read("y.bkd"), first) << "place " << n;
+        ASSERT_EQ(set.read("z.bkd"), first) << "place " << n;
+        if (!ended.has_got_signal) {
+            EXPECT_EQ(first, "a 2\n");
+            return;
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(each, bkdoc_signal, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST(bkdoc_ignored_signal, a_signal_that_the_caller_ignores_stays_ignored) {
@@ -127,7 +161,8 @@ TEST(bkdoc_ignored_signal, a_signal_that_the_caller_ignores_stays_ignored) {
     const std::string source = folder.write("a.bkd", "a 1\n");
     ::signal(SIGHUP, SIG_IGN); // as nohup does
     for (int n = 50; n < 1000; n += 50) {
-        const Ended ended = run_with_signal_at(n, SIGHUP, source, folder.path("b.bkd"));
+        const Ended ended =
+            run_with_signal_at(n, SIGHUP, {"convert", source, folder.path("b.bkd"), "--to", "text"});
         if (!ended.is_traced) {
             GTEST_SKIP() << "this process may not trace another one";
         }

@@ -95,6 +95,24 @@ TEST(bkdoc_watch, checks_again_when_a_file_or_an_include_changes_appears_or_goes
     EXPECT_EQ(check.interrupt(), 130);
 }
 
+TEST(bkdoc_watch, checks_again_when_the_configuration_comes_or_changes) {
+    const ScratchFolder folder;
+    const std::string file = folder.write("shots/top.bkd", "a 1E2\n");
+    WatchedCheck check(folder, folder.path("shots"));
+    const std::string warning = file +
+                                ":1:3: warning: '1E2' is read as 1: an exponent is spelled with a small e "
+                                "[exponent-ignored]\na 1E2\n  ^~~\n1 warning\n";
+    std::string expected = warning + "watching 1 file; Ctrl-C ends\n";
+    ASSERT_TRUE(check.comes_to(expected)) << check.written();
+    folder.write("shots/.bkdoc.bkd", "allow \"exponent-ignored\"\n");
+    expected += "\n.bkdoc.bkd changed\nwatching 2 files; Ctrl-C ends\n";
+    ASSERT_TRUE(check.comes_to(expected)) << check.written();
+    folder.write("shots/.bkdoc.bkd", "strict no\n");
+    expected += "\n.bkdoc.bkd changed\n" + warning + "watching 2 files; Ctrl-C ends\n";
+    ASSERT_TRUE(check.comes_to(expected)) << check.written();
+    EXPECT_EQ(check.interrupt(), 130);
+}
+
 } // namespace
 
 #endif

@@ -103,7 +103,7 @@ TEST_F(chunk_out, a_parse_that_gets_no_further_chunk_keeps_what_it_read) {
                 EXPECT_EQ(group.get_entry(count - 1)->get_int(0), static_cast<int>(count) - 1);
             }
         }
-        EXPECT_LE(chunk_memory().size(), in_use + 1) << "one empty chunk may be kept";
+        EXPECT_LE(chunk_memory().size(), in_use + 8) << "eight empty chunks may be kept";
         EXPECT_GE(count, most);
         most = count;
         if (result) {
@@ -140,14 +140,14 @@ TEST_F(chunk_out, a_large_block_that_cannot_be_had_is_an_exception_of_its_own_re
     CoreMemory::release(block, std::size_t{8} << 20);
 }
 
-TEST_F(chunk_out, one_chunk_that_is_empty_is_kept_for_what_comes_next_and_the_others_go_back) {
+TEST_F(chunk_out, eight_chunks_that_are_empty_are_kept_for_what_comes_next_and_the_others_go_back) {
     constexpr std::size_t size = CoreMemory::largest_slab_block;
     constexpr std::size_t blocks_of_a_chunk = bk::chunk_size / size;
     std::size_t in_use = 0;
     std::size_t asked = 0;
     for (int round = 0; round < 5; ++round) {
         std::vector<void*> blocks;
-        for (std::size_t i = 0; i < 4 * blocks_of_a_chunk; ++i) {
+        for (std::size_t i = 0; i < 11 * blocks_of_a_chunk; ++i) {
             blocks.push_back(CoreMemory::allocate(size));
         }
         const std::size_t most = chunk_memory().size();
@@ -165,7 +165,7 @@ TEST_F(chunk_out, one_chunk_that_is_empty_is_kept_for_what_comes_next_and_the_ot
         }
         EXPECT_EQ(chunks_asked, asked) << round;
     }
-    std::vector<void*> filling; // the pages of the chunks in use, so that what follows needs the spare one
+    std::vector<void*> filling; // the pages of the chunks in use, so that what follows needs an empty one
     while (chunks_asked == asked) {
         filling.push_back(CoreMemory::allocate(size));
     }
@@ -179,7 +179,7 @@ TEST_F(chunk_out, one_chunk_that_is_empty_is_kept_for_what_comes_next_and_the_ot
     for (void* const block : filling) {
         CoreMemory::release(block, size);
     }
-    EXPECT_LE(chunk_memory().size(), in_use + 1);
+    EXPECT_LE(chunk_memory().size(), in_use + 8);
 }
 
 TEST_F(chunk_out, a_thread_at_its_end_that_gets_no_chunk_is_told) {
@@ -208,5 +208,5 @@ TEST_F(chunk_out, a_thread_at_its_end_that_gets_no_chunk_is_told) {
         CoreMemory::release(CoreMemory::allocate(1), 1);
     }).join();
     EXPECT_TRUE(is_refused);
-    EXPECT_LE(chunk_memory().size(), in_use + 1);
+    EXPECT_LE(chunk_memory().size(), in_use + 8);
 }

@@ -1,5 +1,6 @@
 #include "document/format.h"
 #include "document/load.h"
+#include "tests/support/odd_layout.h"
 #include "tests/support/random_layout.h"
 
 #include <gtest/gtest.h>
@@ -139,28 +140,64 @@ TEST(format_text, what_would_be_indented_beyond_a_text_is_refused) {
     EXPECT_EQ(format_text(text).reason, "would be larger than 4 GiB");
 }
 
+/// Lays a text out in two widths: its tree and comments stay, and what was laid out comes back the same. False when it is refused.
+bool keeps_all(const std::string& text) {
+    bool is_laid_out = false;
+    for (const unsigned int width : {20u, 100u}) {
+        bk_parser::FormatOptions options;
+        options.width = width;
+        const bk_parser::FormatResult result = format_text(text, options);
+        if (!result.ok()) {
+            EXPECT_NE(result.reason, "would be read differently once laid out") << text;
+            continue;
+        }
+        is_laid_out = true;
+        EXPECT_EQ(tree_of(result.text), tree_of(text)) << text;
+        EXPECT_EQ(comments_of(result.text), comments_of(text)) << text;
+        EXPECT_EQ(format_text(result.text, options).text, result.text) << text;
+    }
+    return is_laid_out;
+}
+
+template <class Layout>
+unsigned int count_laid_out(unsigned int seeds) {
+    unsigned int count = 0;
+    for (unsigned int seed = 0; seed < seeds && !testing::Test::HasFailure(); ++seed) {
+        for (const auto& [name, text] : Layout(seed).files()) {
+            count += keeps_all(text) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
 TEST(format_text, random_layouts_keep_their_trees_and_comments_and_come_back_the_same) {
-    unsigned int laid_out_count = 0;
-    for (unsigned int seed = 0; seed < 3000; ++seed) {
-        const RandomLayout layout(seed);
-        for (const auto& [name, text] : layout.files()) {
-            for (const unsigned int width : {20u, 100u}) {
-                bk_parser::FormatOptions options;
-                options.width = width;
-                const bk_parser::FormatResult result = format_text(text, options);
-                if (!result.ok()) {
-                    ASSERT_NE(result.reason, "would be read differently once laid out") << seed << "\n"
-                                                                                        << text;
-                    continue;
-                }
-                ++laid_out_count;
-                ASSERT_EQ(tree_of(result.text), tree_of(text)) << seed;
-                ASSERT_EQ(comments_of(result.text), comments_of(text)) << seed;
-                ASSERT_EQ(format_text(result.text, options).text, result.text) << seed << "\n" << text;
+    EXPECT_GT(count_laid_out<RandomLayout>(3000), 3000u);
+}
+
+TEST(format_text, comments_in_odd_places_stay_and_change_nothing_that_is_read) {
+    EXPECT_GT(count_laid_out<OddLayout>(3000), 3000u);
+}
+
+TEST(format_text, every_text_of_the_corpora_keeps_its_tree_and_comes_back_the_same) {
+    unsigned int count = 0;
+    for (const char* root :
+         {BK_PARSER_SOURCE_DIR "/fuzz/corpus/text", BK_PARSER_SOURCE_DIR "/fuzz/corpus/document",
+          BK_PARSER_SOURCE_DIR "/tests/data", BK_PARSER_SOURCE_DIR "/examples"}) {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+            if (!entry.is_regular_file()) {
+                continue;
+            }
+            std::ifstream file(entry.path(), std::ios::binary);
+            const std::string text{std::istreambuf_iterator<char>(file), {}};
+            const bk_parser::FormatResult result = format_text(text);
+            if (result.ok()) {
+                EXPECT_EQ(tree_of(result.text), tree_of(text)) << entry.path();
+                EXPECT_EQ(format_text(result.text).text, result.text) << entry.path();
+                ++count;
             }
         }
     }
-    EXPECT_GT(laid_out_count, 6000u);
+    EXPECT_GT(count, 20u);
 }
 
 TEST(format_text, every_example_keeps_its_tree_and_comes_back_the_same) {

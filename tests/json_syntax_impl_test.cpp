@@ -1,5 +1,5 @@
-#include "document/json/read/json_reader_impl.h"
 #include "document/json/json_words_impl.h"
+#include "document/json/read/json_reader_impl.h"
 
 #include <gtest/gtest.h>
 

@@ -335,7 +335,7 @@ TEST(limits, documents_of_strangers_are_bounded_in_what_their_archives_become) {
     EXPECT_EQ(untrusted.archive_ratio, 256u);
     EXPECT_EQ(untrusted.archive_free_size, core_uint64{64} << 20);
     EXPECT_EQ(untrusted.archive_size, core_uint64{2} << 30);
-    EXPECT_EQ(untrusted.include_count, defaults.include_count);
+    EXPECT_EQ(untrusted.include_count, 100000u);
     EXPECT_EQ(untrusted.source_size, defaults.source_size);
 }
 

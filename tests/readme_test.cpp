@@ -1,36 +1,43 @@
+#include "tests/support/page_blocks.h"
+
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
+#include <algorithm>
+#include <filesystem>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace {
 
-std::string file_text(const std::string& name) {
-    std::ifstream stream(std::string(BK_PARSER_SOURCE_DIR) + "/" + name);
-    EXPECT_TRUE(stream.is_open()) << name;
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+const std::filesystem::path root = BK_PARSER_SOURCE_DIR;
+
+TEST(readme, is_shorter_than_150_lines) {
+    const std::string page = text_of_file(root / "README.md");
+    EXPECT_LT(std::count(page.begin(), page.end(), '\n'), 150);
 }
 
-/// What stands between each line "```cpp" and the line that ends the block.
-std::vector<std::string> programs_of(std::string_view page) {
-    constexpr std::string_view opening = "\n```cpp\n";
-    std::vector<std::string> programs;
-    for (std::size_t start = page.find(opening); start != std::string_view::npos;
-         start = page.find(opening)) {
-        page.remove_prefix(start + opening.size());
-        programs.emplace_back(page.substr(0, page.find("```\n")));
+TEST(readme, shows_a_whole_program_with_its_input_and_output) {
+    const std::vector<PageBlock> blocks = blocks_of_page("README.md");
+    for (const char* name : {"examples/lamp.bkd", "examples/load_ask_change_save.cpp",
+                             "examples/expected/load_ask_change_save.txt"}) {
+        const auto block = std::find_if(blocks.begin(), blocks.end(), [name](const PageBlock& candidate) {
+            return candidate.mark == name;
+        });
+        ASSERT_NE(block, blocks.end()) << name;
+        EXPECT_EQ(block->text, text_of_file(root / name));
     }
-    return programs;
 }
 
-TEST(readme, its_programs_are_examples_that_are_compiled_and_run) {
-    const std::vector<std::string> programs = programs_of(file_text("README.md"));
-    ASSERT_EQ(programs.size(), 2u);
-    EXPECT_EQ(programs[0], file_text("examples/load_ask_change_save.cpp"));
-    EXPECT_EQ(programs[1], file_text("examples/read_edit_write.cpp"));
+TEST(readme, tells_what_the_program_leaves_in_the_document) {
+    EXPECT_NE(text_of_file(root / "README.md").find("`lamp.bkd` says `power 80.0`"), std::string::npos);
+    EXPECT_NE(text_of_file(root / "examples/expected/load_ask_change_save.bkd").find("\npower 80.0\n"),
+              std::string::npos);
+}
+
+TEST(readme, counts_the_examples) {
+    const std::filesystem::directory_iterator files(root / "examples");
+    EXPECT_EQ(std::count_if(begin(files), end(files),
+                            [](const auto& entry) { return entry.path().extension() == ".cpp"; }),
+              15);
 }
 
 } // namespace

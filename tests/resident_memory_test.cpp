@@ -88,7 +88,7 @@ TEST(resident_memory, blocks_of_threads_that_have_ended_are_given_back) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_GT(resident_memory(), before + 100.0 * mebibyte) << "the blocks' memory is not seen";
+    EXPECT_GT(resident_memory(), before + 80.0 * mebibyte) << "the blocks' memory is not seen";
     for (const std::vector<void*>& taken : blocks) {
         for (void* const block : taken) {
             CoreMemory::release(block, size);

@@ -24,6 +24,9 @@ bk::TextMasks expected_masks(const std::string& text) {
         masks.run_ends |= bit(bk::CHAR_ENDS_RUN);
         masks.double_marks |= bit(bk::CHAR_DOUBLE_MARK);
         masks.quotes |= bit(bk::CHAR_QUOTE);
+        masks.names |= bit(bk::CHAR_NAME);
+        masks.digits |= bit(bk::CHAR_DIGIT);
+        masks.dashes |= std::uint64_t{text[i] == '-'} << i;
     }
     return masks;
 }
@@ -48,6 +51,9 @@ void expect_masks(const std::string& text) {
         ASSERT_EQ(masks.run_ends, expected.run_ends) << text;
         ASSERT_EQ(masks.double_marks, expected.double_marks) << text;
         ASSERT_EQ(masks.quotes, expected.quotes) << text;
+        ASSERT_EQ(masks.names, expected.names) << text;
+        ASSERT_EQ(masks.digits, expected.digits) << text;
+        ASSERT_EQ(masks.dashes, expected.dashes) << text;
     }
 }
 

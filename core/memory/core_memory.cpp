@@ -1,6 +1,7 @@
 #include "core/core_memory.h"
 
 #include "core/memory/core_chunk_impl.h"
+#include "core/memory/core_run_impl.h"
 #include "core/memory/core_slab_impl.h"
 
 #include <cstring>
@@ -24,6 +25,10 @@ void* move_to_larger(void* block, std::size_t size, std::size_t kept, std::size_
 
 void* CoreMemory::allocate(std::size_t size) {
     return ::operator new(size);
+}
+
+void* bk::allocate_in_order(std::size_t size) {
+    return CoreMemory::allocate(size);
 }
 
 void* CoreMemory::grow(void* block, std::size_t size, std::size_t kept, std::size_t grown) {
@@ -84,6 +89,19 @@ void* CoreMemory::allocate(std::size_t size) {
         throw std::bad_alloc();
     }
     bk::unpoison(block, size);
+    return block;
+}
+
+void* bk::allocate_in_order(std::size_t size) {
+    SlabHeap* const heap = SlabHeap::of_this_thread();
+    if (heap == nullptr || size > slab_largest_small_block) {
+        return CoreMemory::allocate(size);
+    }
+    void* const block = heap->take_next(slab_rounded(size, run_granularity));
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    unpoison(block, size);
     return block;
 }
 

@@ -18,6 +18,12 @@
 /// Tells the address sanitizer which bytes of the slabs are in use; nothing in other builds.
 namespace bk {
 
+#if defined(BK_PARSER_POISONS)
+inline constexpr bool has_poison = true;
+#else
+inline constexpr bool has_poison = false;
+#endif
+
 /// Whoever touches these bytes from here on is reported.
 inline void poison([[maybe_unused]] const void* begin, [[maybe_unused]] std::size_t size) noexcept {
 #if defined(BK_PARSER_POISONS)

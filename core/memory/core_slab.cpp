@@ -66,17 +66,22 @@ void SlabHeap::leave() noexcept {
             add_with_room(page);
         }
         while (SlabPage* const page = with_room_[i].first()) {
-            remove_with_room(page);
-            if (page->has_room()) {
-                slab_pool.park(page);
-            } else {
-                page->owner.store(&full_page, std::memory_order_release);
-            }
+            give_up(page);
         }
     }
     BK_ASSERT(with_room_count_ == 0);
     is_owned_.store(false);
     take_back_from_afar(nullptr);
+}
+
+/// One of those with room: it becomes the pool's, or nobody's when there is none, as in a run.
+void SlabHeap::give_up(SlabPage* page) noexcept {
+    remove_with_room(page);
+    if (page->has_room()) {
+        slab_pool.park(page);
+    } else {
+        page->owner.store(&full_page, std::memory_order_release);
+    }
 }
 
 void* SlabHeap::allocate_without_heap(std::size_t size_class) noexcept {
@@ -124,7 +129,8 @@ void SlabHeap::receive(SlabHeap* sender, SlabPage* page, void* block) noexcept {
     }
     unpoison(block, sizeof(FreeBlock));
     auto* const freed = new (block) FreeBlock{from_afar_.load(std::memory_order_relaxed)};
-    poison(freed + 1, page->block_size - sizeof(FreeBlock)); // once the block is listed, its page may be gone
+    poison(freed + 1,
+           page->size_of(block) - sizeof(FreeBlock)); // once the block is listed, its page may be gone
     while (!from_afar_.compare_exchange_weak(freed->next, freed)) {
     }
     if (!is_owned_.load()) { // its thread has left meanwhile, and would never look at the list
@@ -147,6 +153,29 @@ void* SlabHeap::allocate_elsewhere(std::size_t size_class) noexcept {
         take_back_from_afar(this);
     }
     return change_page(size_class) ? current_[size_class]->take_block() : nullptr;
+}
+
+/// On another page. What is left of one whose room is too short is lost until it is empty.
+void* SlabHeap::take_next_elsewhere(std::size_t size) noexcept {
+    if (from_afar_.load(std::memory_order_relaxed) != nullptr) {
+        take_back_from_afar(this);
+    }
+    SlabPage*& current = current_[slab_run_class];
+    for (;;) {
+        if (current == nullptr) {
+            current = slab_pool.take_page(slab_run_class, this);
+        }
+        if (current == nullptr) {
+            return nullptr;
+        }
+        if (void* const block = current->take_next(size)) {
+            return block;
+        }
+        SlabPage* const page = std::exchange(current, nullptr);
+        page->fresh = page->end;
+        BK_ASSERT(page->live_count != 0);
+        page->owner.store(&full_page, std::memory_order_release);
+    }
 }
 
 /// Makes a page that has room the current one.
@@ -175,8 +204,7 @@ void SlabHeap::add_with_room(SlabPage* page) noexcept {
     ++with_room_count_;
     SlabPage* const oldest = pages.last();
     if (with_room_count_ > most_pages_with_room && oldest != page) {
-        remove_with_room(oldest);
-        slab_pool.park(oldest);
+        give_up(oldest);
     }
 }
 

@@ -15,6 +15,10 @@
 /// back: so the thread that destroys a document has the pages, whichever thread read it. A block of a page that is another
 /// thread's goes through a list of that thread's heap, which its owner empties now and then.
 ///
+/// A run is what a document is read into: blocks of any size, one behind the other in the order of the document, which is
+/// the order in which it is visited and destroyed. Its pages go from thread to thread as those of slabs do, but what is given
+/// back there is not taken again before its page is empty.
+///
 /// A heap holds few pages on to: one of each class that it takes blocks from, and `most_pages_with_room` others. What
 /// is beyond goes to the pool, whose pages any thread takes, and so does everything when a thread ends.
 namespace bk {
@@ -26,6 +30,13 @@ public:
     void* allocate(std::size_t size_class) noexcept {
         SlabPage* const page = current_[size_class];
         return page != nullptr && page->has_room() ? page->take_block() : allocate_elsewhere(size_class);
+    }
+    /// A block of a run: behind the one that this thread took last as this, as long as it fits the page. Null when there is no
+    /// memory. `size` is a multiple of the granularity.
+    void* take_next(std::size_t size) noexcept {
+        SlabPage* const page = current_[slab_run_class];
+        void* const block = page != nullptr ? page->take_next(size) : nullptr;
+        return block != nullptr ? block : take_next_elsewhere(size);
     }
     /// The first block of this thread, or one at its end, when it has given its heap up; null when there is no memory.
     static void* allocate_without_heap(std::size_t size_class) noexcept;
@@ -54,9 +65,11 @@ private:
     bool try_to_own() noexcept;
     void leave() noexcept;
     void* allocate_elsewhere(std::size_t size_class) noexcept;
+    void* take_next_elsewhere(std::size_t size) noexcept;
     bool change_page(std::size_t size_class) noexcept;
     bool claim(SlabPage* page) noexcept;
     void add_with_room(SlabPage* page) noexcept;
+    void give_up(SlabPage* page) noexcept;
     void remove_with_room(SlabPage* page) noexcept;
     void retire(SlabPage* page) noexcept;
     static void release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) noexcept;
@@ -66,7 +79,7 @@ private:
     static constinit thread_local SlabHeap* this_threads_heap BK_TLS_MODEL;
 
     SlabPage* current_[slab_class_count] = {};   // the page that blocks are taken from
-    SlabPageList with_room_[slab_class_count];   // other pages that have room
+    SlabPageList with_room_[slab_class_count];   // other pages that have room, and full ones of runs
     unsigned int with_room_count_ = 0;           // of all classes
     std::atomic<FreeBlock*> from_afar_{nullptr}; // what other threads gave back
     std::atomic<bool> is_owned_{true};

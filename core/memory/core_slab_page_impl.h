@@ -24,7 +24,11 @@ inline constinit SlabOwner full_page;
 /// The pool's: there is room, and whoever touches more than the owner holds the pool's lock.
 inline constinit SlabOwner pooled_page;
 
-/// The head of a page. Blocks that were never taken lie between `fresh` and `end`.
+/// What lies in front of each block of a run where free blocks are poisoned: how long it is.
+inline constexpr std::size_t run_block_head = has_poison ? sizeof(std::uint64_t) : 0;
+
+/// The head of a page. Blocks that were never taken lie between `fresh` and `end`. A page of the run class has blocks of any
+/// size, block_size 0 and no free list: what is free there is not taken again before the page is empty.
 struct SlabPage {
     std::atomic<SlabOwner*> owner;
     FreeBlock* free_blocks;
@@ -44,6 +48,18 @@ struct SlabPage {
         return owner.load(std::memory_order_relaxed) == one;
     }
     bool has_room() const noexcept { return free_blocks != nullptr || fresh != end; }
+    bool is_run() const noexcept { return block_size == 0; }
+    /// What a block takes; of a run 0 in builds that do not ask.
+    std::size_t size_of(const void* block) const noexcept {
+        if (!is_run() || !has_poison) {
+            return block_size;
+        }
+        const auto* const size = static_cast<const std::uint64_t*>(block) - 1;
+        unpoison(size, run_block_head);
+        const std::uint64_t found = *size;
+        poison(size, run_block_head);
+        return found;
+    }
 
     /// When there is one. Its bytes are still poisoned.
     void* take_block() noexcept {
@@ -60,19 +76,38 @@ struct SlabPage {
         return block;
     }
 
+    /// Of a run: a block of this size, a multiple of the granularity; null when the rest of the page is too short. Its bytes are
+    /// still poisoned.
+    void* take_next(std::size_t size) noexcept {
+        if (static_cast<std::size_t>(end - fresh) < size + run_block_head) {
+            return nullptr;
+        }
+        if constexpr (has_poison) {
+            unpoison(fresh, run_block_head);
+            new (fresh) std::uint64_t{size};
+            poison(fresh, run_block_head);
+        }
+        char* const block = fresh + run_block_head;
+        fresh = block + size;
+        ++live_count;
+        return block;
+    }
+
     /// Whether it was the last one in use.
     bool put_block(void* block) noexcept {
         BK_ASSERT(live_count != 0 && is_block(block));
-        unpoison(block, sizeof(FreeBlock));
-        free_blocks = new (block) FreeBlock{free_blocks};
-        poison(block, block_size);
+        if (!is_run()) {
+            unpoison(block, sizeof(FreeBlock));
+            free_blocks = new (block) FreeBlock{free_blocks};
+        }
+        poison(block, size_of(block));
         return --live_count == 0;
     }
 
     /// Whether a block that was once taken begins there.
     bool is_block(const void* place) const noexcept {
         const char* const block = static_cast<const char*>(place);
-        return block < fresh && static_cast<std::size_t>(end - block) % block_size == 0;
+        return block < fresh && (is_run() || static_cast<std::size_t>(end - block) % block_size == 0);
     }
 };
 

@@ -73,13 +73,13 @@ SlabPage* lay_out_page(void* place, std::size_t size_class, SlabOwner* owner) no
     const bool is_first = reinterpret_cast<std::uintptr_t>(place) % chunk_size == 0;
     const std::size_t head_size = is_first ? first_page_head_size : page_head_size;
     const std::size_t block_size = slab_block_size(size_class);
-    const std::size_t block_count = (slab_page_size - head_size) / block_size;
+    const std::size_t room = slab_page_size - head_size;
     char* const blocks = static_cast<char*>(place) + head_size;
     poison(blocks, slab_page_size - head_size);
     return new (place) SlabPage{owner,
                                 nullptr,
                                 blocks,
-                                blocks + block_count * block_size,
+                                blocks + room - (block_size == 0 ? 0 : room % block_size),
                                 static_cast<std::uint32_t>(block_size),
                                 static_cast<std::uint32_t>(size_class),
                                 0,
@@ -90,7 +90,8 @@ SlabPage* lay_out_page(void* place, std::size_t size_class, SlabOwner* owner) no
 SlabPage* SlabPool::take_page(std::size_t size_class, SlabOwner* owner) noexcept {
     Lock lock(lock_);
     if (SlabPage* const page = parked_[size_class].first()) {
-        BK_ASSERT(page->is_owned_by(&pooled_page) && page->live_count != 0 && page->has_room());
+        BK_ASSERT(page->is_owned_by(&pooled_page) && page->live_count != 0);
+        BK_ASSERT(page->has_room() || page->is_run());
         parked_[size_class].remove(page);
         page->owner.store(owner, std::memory_order_release);
         return page;
@@ -162,14 +163,15 @@ void* SlabPool::find_page(Lock& lock) noexcept {
         if (memory != nullptr) {
             search_for_leaks(memory, chunk_size);
             link(new (static_cast<char*>(memory) + page_head_size) SlabChunk{0, nullptr, nullptr});
+            ++empty_chunk_count_;
         } else if (chunks_with_room_ == nullptr) { // else another thread has had more luck
             return nullptr;
         }
     }
     SlabChunk* const chunk = chunks_with_room_;
     BK_ASSERT(chunk->used_pages != all_pages_used);
-    if (chunk == spare_chunk_) {
-        spare_chunk_ = nullptr;
+    if (chunk->used_pages == 0) {
+        --empty_chunk_count_;
     }
     const auto index = static_cast<unsigned int>(std::countr_one(chunk->used_pages));
     chunk->used_pages |= 1u << index;
@@ -179,7 +181,7 @@ void* SlabPool::find_page(Lock& lock) noexcept {
     return chunk->page(index);
 }
 
-/// The chunk, when it has become empty and there is a spare one already: it is the caller's to give back.
+/// The chunk, when it has become empty and enough others are: it is the caller's to give back.
 SlabChunk* SlabPool::drop_page(SlabPage* page) noexcept {
     SlabChunk* const chunk = SlabChunk::of(page);
     BK_ASSERT((chunk->used_pages >> index_in_chunk(page) & 1u) == 1u);
@@ -190,8 +192,8 @@ SlabChunk* SlabPool::drop_page(SlabPage* page) noexcept {
     if (chunk->used_pages != 0) {
         return nullptr;
     }
-    if (spare_chunk_ == nullptr) {
-        spare_chunk_ = chunk;
+    if (empty_chunk_count_ != most_empty_chunks) {
+        ++empty_chunk_count_;
         return nullptr;
     }
     unlink(chunk);

@@ -17,11 +17,14 @@ inline constexpr std::size_t slab_most_blocks =
     slab_page_room / (slab_largest_small_block + slab_granularity);
 inline constexpr std::size_t slab_fewest_blocks = 4;
 inline constexpr std::size_t slab_largest_block = slab_page_room / slab_fewest_blocks;
-inline constexpr std::size_t slab_class_count =
+/// The last class: pages of blocks of any size, one behind the other in the order in which they were taken.
+inline constexpr std::size_t run_granularity = 8;
+inline constexpr std::size_t slab_run_class =
     slab_small_class_count + slab_most_blocks - slab_fewest_blocks + 1;
+inline constexpr std::size_t slab_class_count = slab_run_class + 1;
 
-constexpr std::size_t slab_rounded(std::size_t size) noexcept {
-    return (size + slab_granularity - 1) / slab_granularity * slab_granularity;
+constexpr std::size_t slab_rounded(std::size_t size, std::size_t granularity = slab_granularity) noexcept {
+    return (size + granularity - 1) / granularity * granularity;
 }
 
 constexpr std::size_t slab_class_of(std::size_t size) noexcept {
@@ -34,6 +37,9 @@ constexpr std::size_t slab_class_of(std::size_t size) noexcept {
 constexpr std::size_t slab_block_size(std::size_t size_class) noexcept {
     if (size_class < slab_small_class_count) {
         return (size_class + 1) * slab_granularity;
+    }
+    if (size_class == slab_run_class) {
+        return 0;
     }
     const std::size_t block_count = slab_most_blocks - (size_class - slab_small_class_count);
     return slab_page_room / block_count / slab_granularity * slab_granularity;

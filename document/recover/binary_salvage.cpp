@@ -12,7 +12,6 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::size_t size_width = 8;
 constexpr std::size_t most_path_bytes = 200;
 
 } // namespace

@@ -12,7 +12,6 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::size_t size_bytes = 8;
 constexpr std::size_t longest_likely_name = 1000;
 
 bool is_control(char character) noexcept {
@@ -39,20 +38,20 @@ std::uint64_t BinarySalvage::number_at(std::size_t place) const noexcept {
 /// The head of the entry at `place`, which lies before `end` whole, whatever it says. The name is not empty.
 bool BinarySalvage::read_head(std::size_t place, std::size_t end, Head& head) const noexcept {
     const std::size_t length = bk::find_nul(data_.substr(place, end - place));
-    if (length == 0 || length == std::string_view::npos || end - place - length < 1 + size_bytes) {
+    if (length == 0 || length == std::string_view::npos || end - place - length < 1 + size_width) {
         return false;
     }
     head.begin = place;
     head.name_size = length;
     head.size = number_at(place + length + 1);
-    head.values = place + length + 1 + size_bytes + bk::reserved_size;
+    head.values = place + length + 1 + size_width + bk::reserved_size;
     return true;
 }
 
 /// Whether what stands at `place` looks as the beginning of an entry that ends before `end`.
 bool BinarySalvage::is_likely_head(std::size_t place, std::size_t end) const noexcept {
     Head head;
-    const std::size_t near = std::min(end, place + longest_likely_name + 1 + size_bytes);
+    const std::size_t near = std::min(end, place + longest_likely_name + 1 + size_width);
     if (is_control(data_[place]) || !read_head(place, near, head)) {
         return false;
     }
@@ -76,7 +75,7 @@ bool BinarySalvage::chain_ends_at(std::size_t begin, std::size_t end) noexcept {
         if (!read_head(begin, end, head)) {
             return false;
         }
-        const std::size_t work = head.name_size + size_bytes;
+        const std::size_t work = head.name_size + size_width;
         if (work > work_left_) {
             return false;
         }
@@ -93,7 +92,7 @@ bool BinarySalvage::chain_ends_at(std::size_t begin, std::size_t end) noexcept {
 /// Where the group ends whose size stands at `size_at`, and which may not go beyond `parent_end`.
 std::size_t BinarySalvage::group_end(std::size_t size_at, std::size_t parent_end, bool is_root) {
     const std::uint64_t size = number_at(size_at);
-    const std::size_t begin = size_at + size_bytes;
+    const std::size_t begin = size_at + size_width;
     const bool fits = size <= parent_end - begin;
     const std::size_t end = fits ? begin + static_cast<std::size_t>(size) : parent_end;
     // Nothing follows the root.
@@ -107,11 +106,11 @@ std::size_t BinarySalvage::group_end(std::size_t size_at, std::size_t parent_end
         return parent_end;
     }
     if ((!fits || end != parent_end) && begin < parent_end && chain_ends_at(begin, parent_end)) {
-        lost_.add(size_at, size_bytes, "the size of a group");
+        lost_.add(size_at, size_width, "the size of a group");
         return parent_end;
     }
     if (!fits && (size > announced_end_ || begin + size > announced_end_)) {
-        lost_.add(size_at, size_bytes, "the size of a group");
+        lost_.add(size_at, size_width, "the size of a group");
     }
     return end;
 }
@@ -140,11 +139,11 @@ BinarySalvage::Head BinarySalvage::head_with_lost_nul(const Head& head, std::siz
     while (shorter.name_size < head.name_size && is_in_names(data_[head.begin + shorter.name_size])) {
         ++shorter.name_size;
     }
-    const std::size_t body = head.begin + shorter.name_size + 1 + size_bytes;
+    const std::size_t body = head.begin + shorter.name_size + 1 + size_width;
     if (shorter.name_size == head.name_size || body >= end || !has_good_name(shorter)) {
         return head;
     }
-    shorter.size = number_at(body - size_bytes);
+    shorter.size = number_at(body - size_width);
     shorter.values = body + bk::reserved_size;
     Level level;
     level.group_end = end;

@@ -13,6 +13,8 @@
 
 namespace bk_parser {
 
+inline constexpr std::size_t size_width = 8; // of a size in bytes
+
 /// Reads what can be read of a binary document that may be damaged anywhere.
 ///
 /// A size is believed when what it measures ends where it says, or when an entry begins there. Otherwise the values themselves show

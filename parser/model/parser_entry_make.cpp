@@ -1,4 +1,5 @@
 #include "core/core_memory.h"
+#include "core/memory/core_run_impl.h"
 #include "core/text/core_string_impl.h"
 #include "parser/model/parser_entry_impl.h"
 
@@ -31,7 +32,7 @@ ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, st
         entry->values_.make_room(count, text_size);
         return entry.release();
     }
-    char* const block = static_cast<char*>(CoreMemory::allocate(size));
+    char* const block = static_cast<char*>(allocate_in_order(size));
     auto* const entry = ::new (block) ParserEntry(fields);
     if (count != 0) {
         entry->values_.take_room(block + sizeof(ParserEntry), count, text_size);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "parser/parser_read_observer.h"
+#include "parser/text/parser_entry_cutter_impl.h"
 #include "parser/text/parser_word_stream_impl.h"
 #include "parser/words/parser_characters_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
@@ -8,15 +9,6 @@
 #include <vector>
 
 namespace bk {
-
-/// The name of an entry as the grammar hands it to a sink.
-struct EntryHead {
-    std::string_view name;
-    std::string_view template_name;
-    unsigned int array_count = no_array;
-    bool is_keyword = false;
-    bool had_suffix = false; // the name is only a part of the word
-};
 
 /// The grammar of documents, one loop over the words of a text. What the text says goes to a sink:
 ///
@@ -27,8 +19,9 @@ struct EntryHead {
 ///                                                        when the text is not to be read any further
 ///     void close_group()
 ///     void report_fault(ParserReadObserver::Fault, const Token&, std::string_view word)
-///     void see_word(std::string_view)                    optional: each word before the grammar takes it, but for
-///                                                        numbers in a row, which come by add_value alone
+///     void see_word(std::string_view)                    optional: each word before the grammar takes it
+///     void add_entry(const KnownEntry&)                  optional: a whole entry in place of the first two, when
+///     bool open_group(const KnownEntry&, const Token&)   the words are not seen; and one that holds a group alone
 ///
 /// Faults do not stop the loop. Groups nest on a stack of the loop's own.
 template <class Sink>
@@ -36,14 +29,14 @@ class Grammar {
 public:
     using Fault = ParserReadObserver::Fault;
 
-    Grammar(std::string_view text, Sink& sink) : words_(text), sink_(sink) {}
+    Grammar(std::string_view text, Sink& sink) : words_(text), cutter_(text), sink_(sink) {}
 
     /// Somebody asks for each word of the outermost group, so that there they are taken one by one.
     void watch_outermost() noexcept { is_watched_ = true; }
 
     /// False when the text is empty, its last word was a fault or the empty tag, or the sink wanted no more. `on_word`
-    /// is called before each word, with the stream and whether the word is one of the outermost group. A row of numbers may
-    /// count as one word, of at most 64 characters.
+    /// is called before each word, with the stream and whether the word is one of the outermost group. What is
+    /// certain to be an entry counts as one word.
     template <class OnWord>
     bool run(OnWord on_word) {
         if (words_.at_end()) {
@@ -51,6 +44,11 @@ public:
         }
         while (!words_.at_end()) {
             on_word(words_, outer_.empty());
+            if constexpr (!sees_words) {
+                if (!take_entries(on_word)) {
+                    return false;
+                }
+            }
             if (words_.next() && !take(words_.word())) {
                 if (is_stopped_) {
                     return false;
@@ -78,9 +76,74 @@ private:
         Token brace; // where the group inside was opened
     };
 
+    static constexpr bool sees_words = requires(Sink & sink, std::string_view word) { sink.see_word(word); };
+    static constexpr bool takes_entries = requires(Sink & sink, const KnownEntry& known) {
+        sink.add_entry(known);
+    };
+
+    /// Takes what is certain as whole entries, up to where the rules below have to look at each word. False when the sink
+    /// wants no more.
+    template <class OnWord>
+    bool take_entries(OnWord on_word) {
+        const char* const word = words_.next_start();
+        if (word == nullptr || !is_char(*word, CHAR_NAME_START) || (is_watched_ && outer_.empty()) ||
+            (level_.has_entry && !level_.has_taken) || !cutter_.seek(word)) {
+            return true;
+        }
+        const std::size_t outermost = is_watched_ ? 1 : 0; // whose end is asked for as a word
+        while (cutter_.cut(known_, outer_.size() > outermost) && take_entry()) {
+            words_.pass(cutter_.at());
+            on_word(words_, outer_.empty());
+        }
+        if (cutter_.at() != word) {
+            words_.go_on_at(cutter_.at(), cutter_.place());
+        }
+        return !is_stopped_;
+    }
+
+    /// False when the sink wants no more.
+    bool take_entry() {
+        if (known_.kind == KnownEntry::close) {
+            close_group();
+            return true;
+        }
+        if constexpr (takes_entries) {
+            if (known_.kind == KnownEntry::group) {
+                is_stopped_ = !sink_.open_group(known_, cutter_.brace());
+            } else {
+                sink_.add_entry(known_);
+            }
+        } else {
+            tell_entry();
+        }
+        level_.has_entry = true;
+        level_.has_taken = true; // nobody asks for more: the next word is a name or ends the group
+        if (known_.kind == KnownEntry::group) {
+            level_.last_kind = ParserWord::TYPE_IDENTIFIER;
+            enter_group(cutter_.brace());
+        }
+        return !is_stopped_;
+    }
+
+    /// The entry in parts, as the rules below would tell them.
+    void tell_entry() {
+        sink_.begin_entry(known_.entry_head(), known_.token(words_.begin()));
+        if (known_.kind == KnownEntry::group) {
+            is_stopped_ = !sink_.open_group(cutter_.brace());
+        } else if (known_.kind == KnownEntry::string) {
+            sink_.add_value(ParserWord::TYPE_STRING, known_.word());
+        } else if (known_.kind == KnownEntry::boolean) {
+            sink_.add_value(ParserWord::TYPE_BOOL, known_.word());
+        } else {
+            known_.for_each_number([this](std::string_view word, bool is_double) {
+                sink_.add_value(is_double ? ParserWord::TYPE_DOUBLE : ParserWord::TYPE_INT, word);
+            });
+        }
+    }
+
     /// False at the brace that ends the outermost group, and when the sink wants no more.
     bool take(std::string_view word) {
-        if constexpr (requires(Sink & sink) { sink.see_word(word); }) {
+        if constexpr (sees_words) {
             sink_.see_word(word);
         }
         if (is_char(word[0], CHAR_DELIMITER) && word[0] != ':') { // a colon stands for nothing
@@ -118,7 +181,6 @@ private:
         } else if (is_char(word.data()[word[0] == '-' ? 1 : 0], CHAR_DIGIT)) { // no digit follows a lone "-"
             const bool has_quotes = (words_.classes() & CHAR_QUOTE) != 0;
             take_value(word, has_quotes ? classify_value(word) : classify_number(word, words_.classes()));
-            take_numbers();
         } else if (is_string_word(word)) {
             take_value(word, ParserWord::TYPE_STRING); // a quote begins nothing else
         } else if (is_keyword_word(word)) {
@@ -183,23 +245,6 @@ private:
         level_.last_kind = kind;
     }
 
-    /// Numbers come in rows: the next ones are taken without asking what else they could be.
-    void take_numbers() {
-        if (!level_.has_entry || (is_watched_ && outer_.empty())) { // without an entry they are faults
-            return;
-        }
-        Sink& sink = sink_;
-        bool has_values = false;
-        words_.cut_numbers([&sink, &has_values](std::string_view word, unsigned int classes) {
-            sink.add_value(classify_decimal(classes), word);
-            has_values = true;
-        });
-        if (has_values) {
-            level_.last_kind = classify_decimal(words_.classes());
-            level_.has_values = true;
-        }
-    }
-
     void take_operator(std::string_view word) {
         if (level_.last_kind == ParserWord::TYPE_IDENTIFIER) {
             level_.last_kind = ParserWord::TYPE_OPERATOR;
@@ -221,15 +266,20 @@ private:
             fault(ParserReadObserver::FAULT_GROUP_WITHOUT_ENTRY, word);
             return true;
         }
-        level_.brace = words_.token();
-        if (!sink_.open_group(level_.brace)) {
+        const Token brace = words_.token();
+        if (!sink_.open_group(brace)) {
             is_stopped_ = true;
             return false;
         }
+        enter_group(brace);
+        return true;
+    }
+
+    void enter_group(const Token& brace) {
         level_.has_entry = false; // it ends with its group
+        level_.brace = brace;
         outer_.push_back(level_);
         level_ = Level();
-        return true;
     }
 
     bool close_group() {
@@ -278,6 +328,8 @@ private:
     }
 
     WordStream words_;
+    EntryCutter cutter_;
+    KnownEntry known_;
     Sink& sink_;
     Level level_;              // the innermost group
     std::vector<Level> outer_; // the groups around it, the outermost first

@@ -21,42 +21,44 @@ struct TextMasks {
     std::uint64_t run_ends = 0;     // CHAR_ENDS_RUN
     std::uint64_t double_marks = 0; // CHAR_DOUBLE_MARK
     std::uint64_t quotes = 0;
+    std::uint64_t names = 0;  // CHAR_NAME
+    std::uint64_t digits = 0; // CHAR_DIGIT
+    std::uint64_t dashes = 0; // '-'
 };
 
 namespace portable {
 
-/// What the masks tell of a character, in the lowest bits of three numbers of sixteen bits: whether it is more than an
-/// ordinary one of its kind, whether it ends a run without being a blank, and whether it is a blank.
+/// A byte for each mask, in the order of the structure: one where the character is in it.
 constexpr std::array<std::uint64_t, 256> make_mask_table() {
     std::array<std::uint64_t, 256> table{};
     for (std::size_t i = 0; i < table.size(); ++i) {
         const auto character = static_cast<char>(i);
-        const bool is_blank = is_char(character, CHAR_BLANK);
-        const bool is_end = !is_blank && is_char(character, CHAR_ENDS_RUN);
-        const bool is_special = is_char(character, CHAR_LINE_BREAK | CHAR_QUOTE | CHAR_DOUBLE_MARK);
-        table[i] = std::uint64_t{is_blank} << 32 | std::uint64_t{is_end} << 16 | std::uint64_t{is_special};
+        unsigned int place = 0;
+        const auto put = [&](bool is_in) { table[i] |= std::uint64_t{is_in} << 8 * place++; };
+        for (const CharacterClass wanted : {CHAR_BLANK, CHAR_LINE_BREAK, CHAR_ENDS_RUN, CHAR_DOUBLE_MARK,
+                                            CHAR_QUOTE, CHAR_NAME, CHAR_DIGIT}) {
+            put(is_char(character, wanted));
+        }
+        put(character == '-');
     }
     return table;
 }
 
 inline constexpr std::array<std::uint64_t, 256> mask_table = make_mask_table();
 
+/// Eight characters at a time, each of which moves the bits of those behind it up in all the bytes.
 inline void make_masks(const char* text, TextMasks& out) noexcept {
-    constexpr unsigned int count = 16;
-    std::uint64_t blanks = 0;
-    std::uint64_t ends = 0;
-    std::uint64_t specials = 0;
-    for (unsigned int i = 0; i < TextMasks::width; i += count) {
-        std::uint64_t of_sixteen = 0;
-        for (unsigned int k = count; k-- != 0;) { // each moves those behind it up
-            of_sixteen = 2 * of_sixteen + mask_table[static_cast<unsigned char>(text[i + k])];
+    std::uint64_t masks[8] = {};
+    for (unsigned int i = 0; i < TextMasks::width; i += 8) {
+        std::uint64_t of_eight = 0;
+        for (unsigned int k = 8; k-- != 0;) {
+            of_eight = 2 * of_eight + mask_table[static_cast<unsigned char>(text[i + k])];
         }
-        blanks |= (of_sixteen >> 32) << i;
-        ends |= (of_sixteen >> 16 & 0xFFFF) << i;
-        specials |= (of_sixteen & 0xFFFF) << i;
+        for (unsigned int mask = 0; mask < 8; ++mask) {
+            masks[mask] |= (of_eight >> 8 * mask & 0xFF) << i;
+        }
     }
-    const std::uint64_t run_ends = blanks | ends;
-    out = {blanks, blanks & specials, run_ends, specials & ~run_ends, specials & ends};
+    out = {masks[0], masks[1], masks[2], masks[3], masks[4], masks[5], masks[6], masks[7]};
 }
 
 } // namespace portable
@@ -76,6 +78,10 @@ inline void make_masks(const char* text, TextMasks& out) noexcept {
         masks.run_ends |= std::uint64_t{Block::mask(block.run_ends(blanks))} << i;
         masks.double_marks |= std::uint64_t{Block::mask(block.double_marks())} << i;
         masks.quotes |= std::uint64_t{Block::mask(block.quotes())} << i;
+        const __m128i digits = block.digits();
+        masks.names |= std::uint64_t{Block::mask(block.name_characters(digits))} << i;
+        masks.digits |= std::uint64_t{Block::mask(digits)} << i;
+        masks.dashes |= std::uint64_t{Block::mask(block.dashes())} << i;
     }
     out = masks;
 }

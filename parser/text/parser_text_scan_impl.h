@@ -109,10 +109,11 @@ public:
     }
     __m128i quotes() const noexcept { return is('"'); }
     __m128i double_marks() const noexcept { return either(is('.'), is('e')); }
-    __m128i name_characters() const noexcept {
+    __m128i dashes() const noexcept { return is('-'); }
+    __m128i digits() const noexcept { return at_most(_mm_sub_epi8(bytes_, _mm_set1_epi8('0')), 9); }
+    __m128i name_characters(__m128i digits) const noexcept {
         const __m128i lower = _mm_or_si128(bytes_, _mm_set1_epi8(0x20));
         const __m128i letters = at_most(_mm_sub_epi8(lower, _mm_set1_epi8('a')), 'z' - 'a');
-        const __m128i digits = at_most(_mm_sub_epi8(bytes_, _mm_set1_epi8('0')), 9);
         return either(letters, either(digits, is('_')));
     }
     __m128i string_stops() const noexcept { return either(quotes(), line_breaks()); }
@@ -146,7 +147,7 @@ inline bool are_name_characters(const char* p, std::size_t size, const char* end
     if (size > static_cast<std::size_t>(width) || end - p < width) {
         return portable::are_name_characters(p, size, end);
     }
-    const unsigned int others = ~Block::mask(Block(p).name_characters());
+    const unsigned int others = ~Block::mask(Block(p).name_characters(Block(p).digits()));
     return (others & ((1u << size) - 1)) == 0;
 }
 

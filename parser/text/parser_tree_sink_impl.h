@@ -44,10 +44,15 @@ public:
         if (kind == ParserWord::TYPE_BINARY_DATA) {
             has_binary_data_ = true;
         } else {
-            text_size_ += ValueAccess::spelling_need(word.size());
+            text_size_ += ValueAccess::spelling_need(word.size()) + 1;
         }
         values_.emplace_back(value_type_of(kind), word, false);
     }
+
+    /// A whole entry without groups.
+    void add_entry(const KnownEntry& known);
+    /// An entry and the group that is all it holds.
+    bool open_group(const KnownEntry& known, const Token& brace);
 
     void make_function_call() noexcept { fields_.type = ParserEntry::TYPE_FUNCTION_CALL; }
     bool open_group(const Token& brace);
@@ -58,8 +63,6 @@ public:
     /// Faults are told to the observer alone.
     void leave_log_out() noexcept { logs_ = false; }
 
-    /// How many values the entry begun last has, groups not counted, until another one begins.
-    std::size_t get_pending_count() const noexcept { return values_.size(); }
     /// Whether a limit ended the reading.
     bool is_stopped() const noexcept { return is_stopped_; }
 
@@ -93,14 +96,11 @@ private:
         }
     }
     ParserEntry* make_entry(unsigned int extra_values);
-    std::string_view text_run() const noexcept;
-    /// Whether the values are nothing but their spellings.
-    bool are_scalars() const noexcept { return !has_strings_ && !has_binary_data_; }
-    void fill_values(ParserValueList& values, std::string_view run) const;
-    void fill_apart(ParserValueList& values) const;
-    void fill_run(ParserValueList& values) const;
-    void fill_scalar_run(ParserValueList& values) const noexcept;
-    static void fill_value(ParserValue* place, const PendingValue& value, char*& text, bool is_copied);
+    ParserEntry* make_known(const KnownEntry& known, unsigned int count, std::size_t text_size);
+    bool may_nest(const Token& brace);
+    void list_group(ParserEntry* entry, ParserGroup* group);
+    void fill_values(ParserValueList& values) const;
+    static void fill_value(ParserValue* place, const PendingValue& value, char*& text);
     void attach_entries();
     void discard_entries() noexcept;
 
@@ -116,7 +116,6 @@ private:
     std::string_view template_name_;
     std::vector<PendingValue> values_;
     std::size_t text_size_ = 0; // of the text area that these values need
-    bool has_strings_ = false;
     bool has_binary_data_ = false;
 
     std::vector<OpenGroup> groups_;     // the outermost first

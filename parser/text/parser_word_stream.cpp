@@ -13,6 +13,14 @@ Token WordStream::token() noexcept {
             static_cast<core_ulong>(start_ - line_start_) + (ends_at_blank ? 1 : 0)};
 }
 
+void WordStream::go_on_at(const char* word, const LinePlace& place) noexcept {
+    position_ = word;
+    word_end_ = word;
+    line_ = place.line;
+    line_start_ = place.line_start;
+    fill_block(word);
+}
+
 float WordStream::fraction() const noexcept {
     return begin_ == end_ ? 1.0F : static_cast<float>(position_ - begin_) / static_cast<float>(end_ - begin_);
 }
@@ -41,9 +49,9 @@ void WordStream::fill_block(const char* from) noexcept {
 }
 
 void WordStream::count_lines(std::uint64_t breaks) noexcept {
-    for (; breaks != 0; breaks &= breaks - 1) {
-        ++line_;
-        line_start_ = block_ + std::countr_zero(breaks) + 1;
+    if (breaks != 0) {
+        line_ += static_cast<core_ulong>(std::popcount(breaks));
+        line_start_ = block_ + std::bit_width(breaks);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/core_string.h"
+#include "parser/text/parser_known_entry_impl.h"
 #include "parser/text/parser_text_block_impl.h"
 #include "parser/text/parser_text_scan_impl.h"
 #include "parser/words/parser_characters_impl.h"
@@ -10,14 +11,6 @@
 #include <string_view>
 
 namespace bk {
-
-/// A word as it stands in the text.
-struct Token {
-    unsigned int start = 0;
-    unsigned int length = 0; // 0 at the end of the text
-    core_ulong line = 0;
-    core_ulong column = 0;
-};
 
 /// Cuts a text into words. A word is a span of the text; nothing is copied. The text is looked at in blocks of 64
 /// characters, each from where the last one was left.
@@ -55,38 +48,13 @@ public:
         return true;
     }
 
-    /// Cuts words as long as each is a number that is followed by a blank, and hands each over: take(word, classes). Numbers
-    /// come in rows, and what the stream knows of its last word is told once a row.
-    template <class Take>
-    void cut_numbers(Take take) {
-        const TextMasks masks = masks_;
-        std::uint64_t unread = unread_;
-        const char* start = start_;
-        std::size_t size = 0;
-        unsigned int classes = classes_;
-        while (unread != 0) { // cut as in next()
-            const std::uint64_t first = unread & -unread;
-            const std::uint64_t ends = masks.run_ends & -first;
-            const std::uint64_t end = ends & -ends;
-            const char* const begin = block_ + std::countr_zero(first);
-            const char* const digit = begin + (*begin == '-' ? 1 : 0);
-            if ((masks.blanks & end) == 0 || !is_char(*digit, CHAR_DIGIT) || is_hexadecimal_mark(digit[1])) {
-                break;
-            }
-            start = begin;
-            size = static_cast<std::size_t>(std::countr_zero(end) - std::countr_zero(first));
-            classes = (masks.double_marks & (end - first)) != 0 ? CHAR_DOUBLE_MARK : 0;
-            unread &= -end;
-            take(std::string_view(start, size), classes);
-        }
-        if (size != 0) {
-            unread_ = unread;
-            start_ = start;
-            classes_ = classes;
-            word_end_ = start + size;
-            position_ = word_end_ + 1;
-        }
+    /// The first character of the next word; null when that is not known yet.
+    const char* next_start() const noexcept {
+        return unread_ == 0 ? nullptr : block_ + std::countr_zero(unread_);
     }
+    /// All before a word that stands further on is consumed, and next comes what `go_on_at` is given.
+    void pass(const char* word) noexcept { position_ = word; }
+    void go_on_at(const char* word, const LinePlace& place) noexcept;
 
     /// The word that was cut last.
     std::string_view word() const noexcept { return {start_, static_cast<std::size_t>(word_end_ - start_)}; }
@@ -100,6 +68,7 @@ public:
 
     /// Whether every byte has been consumed.
     bool at_end() const noexcept { return position_ == end_; }
+    const char* begin() const noexcept { return begin_; }
     /// How many bytes have been consumed.
     std::size_t consumed() const noexcept { return static_cast<std::size_t>(position_ - begin_); }
     /// How far the text is consumed, from 0 to 1.

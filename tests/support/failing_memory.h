@@ -2,6 +2,7 @@
 
 #include "core/core_memory.h"
 #include "core/memory/core_count_impl.h"
+#include "core/memory/core_run_impl.h"
 
 #include <atomic>
 #include <cstddef>
@@ -101,6 +102,9 @@ void operator delete[](void* block, const std::nothrow_t&) noexcept {
 }
 
 void* CoreMemory::allocate(std::size_t size) {
+    return FailingMemory::take_or_throw(size);
+}
+void* bk::allocate_in_order(std::size_t size) {
     return FailingMemory::take_or_throw(size);
 }
 void* CoreMemory::grow(void* block, std::size_t, std::size_t kept, std::size_t grown) {

@@ -28,7 +28,7 @@ inline std::string all_texts(const ParserGroup& group) {
 
 /// The tree as it comes back is the one that went, however it is laid out.
 inline void expect_back(const ParserGroup& group) {
-    const RecordingLog log; // raw text of values that are no strings
+    const RecordingLog log;                // raw text of values that are no strings
     ParserGroup named(CoreString("root")); // as a document's
     named.set(group);
     ParserGroup tree(CoreString("root"));

@@ -2,6 +2,7 @@
 
 #include "document/json.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -15,7 +16,12 @@ public:
 
     void put(char character) { buffer_ += character; }
     void put(std::string_view json) { buffer_ += json; }
-    void put_blanks(std::size_t count) { buffer_.append(count, ' '); }
+    /// Indentation stops growing at a hundred levels: otherwise the text of deep groups would grow with the square of the depth.
+    void break_line(std::size_t level, std::size_t indent) {
+        constexpr std::size_t indented_levels = 100;
+        buffer_.push_back('\n');
+        buffer_.append(std::min(level, indented_levels) * indent, ' ');
+    }
     /// A string in quotes; bytes that are no UTF-8 become U+FFFD.
     void put_string(std::string_view text);
     /// A string in quotes, behind a beginning of plain characters: a backslash is spelled "\\" and each byte that is no UTF-8

@@ -162,8 +162,7 @@ void PlainJsonWriter::put_value(const ParserValue& value) {
 
 void PlainJsonWriter::break_line() {
     if (indent_ != 0) {
-        out_.put('\n');
-        out_.put_blanks(levels_.size() * indent_);
+        out_.break_line(levels_.size(), indent_);
     }
 }
 

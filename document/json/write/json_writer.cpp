@@ -289,8 +289,7 @@ void JsonWriter::put_key(std::string_view key) {
 
 void JsonWriter::break_line() {
     if (indent_ != 0) {
-        out_.put('\n');
-        out_.put_blanks(levels_.size() * indent_);
+        out_.break_line(levels_.size(), indent_);
     }
 }
 

@@ -52,8 +52,7 @@ void CheckedSink::check_keyword(const bk::EntryHead& head, const bk::Token& toke
 void CheckedSink::tell_count() {
     if (!faults_.has_any_in_epoch()) {
         problems_.add(
-            codes::array_count,
-            [&] { return shown(head_) + " has " + counted(tree_.get_pending_count(), "value"); },
+            codes::array_count, [&] { return shown(head_) + " has " + counted(value_count_, "value"); },
             spot_of(head_));
     }
 }

@@ -23,37 +23,33 @@ public:
     }
 
     bool begin_entry(const bk::EntryHead& head, const bk::Token& token) {
-        end_watched_entry();
-        faults_.begin_entry(head.name);
-        if (head.array_count != bk::no_array) {
-            watch_count(head, token);
-        } else if (head.is_keyword) {
-            check_keyword(head, token);
-        }
+        check_head(head, token);
         return tree_.begin_entry(head, token);
     }
 
     void add_value(ParserWord::Type kind, std::string_view word) {
-        switch (kind) {
-        case ParserWord::TYPE_INT:
-        case ParserWord::TYPE_DOUBLE:
-            if (!is_plain_number(word, kind == ParserWord::TYPE_INT, end_)) {
-                check_number(word, kind == ParserWord::TYPE_INT);
-            }
-            break;
-        case ParserWord::TYPE_STRING:
-            if (!is_plain_string(word)) {
-                check_string(word);
-            }
-            break;
-        case ParserWord::TYPE_BINARY_DATA:
-            array_count_ = bk::no_array; // an array may stand in one binary literal
-            tell(word, find_binary_flaw(word));
-            break;
-        default:
-            break;
-        }
+        check_value(kind, word);
         tree_.add_value(kind, word);
+    }
+
+    void add_entry(const bk::KnownEntry& known) {
+        check_head(known.entry_head(), known.token(text_.data()));
+        if (known.kind == bk::KnownEntry::numbers) {
+            known.for_each_number([this](std::string_view word, bool is_double) {
+                check_value(is_double ? ParserWord::TYPE_DOUBLE : ParserWord::TYPE_INT, word);
+            });
+        } else {
+            check_value(known.kind == bk::KnownEntry::string ? ParserWord::TYPE_STRING
+                                                             : ParserWord::TYPE_BOOL,
+                        known.word());
+        }
+        tree_.add_entry(known);
+    }
+
+    bool open_group(const bk::KnownEntry& known, const bk::Token& brace) {
+        check_head(known.entry_head(), known.token(text_.data()));
+        begin_group();
+        return tree_.open_group(known, brace);
     }
 
     void make_function_call() {
@@ -61,8 +57,7 @@ public:
         tree_.make_function_call();
     }
     bool open_group(const bk::Token& brace) {
-        array_count_ = bk::no_array; // an array may be a group
-        faults_.begin_or_end_group();
+        begin_group();
         return tree_.open_group(brace);
     }
     void close_group() {
@@ -82,9 +77,47 @@ public:
     const FaultRecorder& get_faults() const noexcept { return faults_; }
 
 private:
+    void check_head(const bk::EntryHead& head, const bk::Token& token) {
+        end_watched_entry();
+        value_count_ = 0;
+        faults_.begin_entry(head.name);
+        if (head.array_count != bk::no_array) {
+            watch_count(head, token);
+        } else if (head.is_keyword) {
+            check_keyword(head, token);
+        }
+    }
+
+    void check_value(ParserWord::Type kind, std::string_view word) {
+        ++value_count_;
+        switch (kind) {
+        case ParserWord::TYPE_INT:
+        case ParserWord::TYPE_DOUBLE:
+            if (!is_plain_number(word, kind == ParserWord::TYPE_INT, end_)) {
+                check_number(word, kind == ParserWord::TYPE_INT);
+            }
+            break;
+        case ParserWord::TYPE_STRING:
+            if (!is_plain_string(word)) {
+                check_string(word);
+            }
+            break;
+        case ParserWord::TYPE_BINARY_DATA:
+            array_count_ = bk::no_array; // an array may stand in one binary literal
+            tell(word, find_binary_flaw(word));
+            break;
+        default:
+            break;
+        }
+    }
+
+    void begin_group() {
+        array_count_ = bk::no_array; // an array may be a group
+        faults_.begin_or_end_group();
+    }
     void end_watched_entry() {
         if (array_count_ != bk::no_array) {
-            if (array_count_ != tree_.get_pending_count()) {
+            if (array_count_ != value_count_) {
                 tell_count();
             }
             array_count_ = bk::no_array;
@@ -118,6 +151,7 @@ private:
     ProblemList& problems_;
     LineReaders lines_;
 
+    unsigned int value_count_ = 0;            // of the entry begun last, groups not counted
     unsigned int array_count_ = bk::no_array; // that the entry begun last declares
     std::string_view head_;                   // the word of that entry
     std::string_view first_escape_;           // of a document whose version has none

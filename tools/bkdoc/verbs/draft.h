@@ -1,19 +1,13 @@
 #pragma once
 
-#include "document/json.h"
 #include "input/opened_document.h"
 #include "tree/tree_compare.h"
+#include "verbs/storage.h"
 
 #include <optional>
 #include <string>
 
 namespace bkdoc {
-
-/// How a document is to be stored: in a form, or as JSON.
-struct Storage {
-    bk_parser::Form form = bk_parser::Form::text;
-    std::optional<bk_parser::JsonShape> json;
-};
 
 /// A document as it would be stored in a form.
 struct Draft {

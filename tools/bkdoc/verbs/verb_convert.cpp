@@ -13,7 +13,6 @@ namespace bkdoc {
 namespace {
 
 using bk_parser::Form;
-using bk_parser::JsonShape;
 
 constexpr const char* standard_input = "-";
 constexpr const char* standard_output = "-";
@@ -35,20 +34,6 @@ struct Request {
     Storage storage;
     bool lossy = false;
 };
-
-std::optional<JsonShape> json_named(std::string_view name) {
-    return name == "json"         ? std::optional(JsonShape::lossless)
-           : name == "ndjson"     ? std::optional(JsonShape::lines)
-           : name == "json-plain" ? std::optional(JsonShape::plain)
-                                  : std::nullopt;
-}
-
-Form form_named(std::string_view name) {
-    return name == "binary"    ? Form::binary
-           : name == "cipher"  ? Form::enciphered
-           : name == "archive" ? Form::archive
-                               : Form::text;
-}
 
 /// One conversion, up to the place where it fails.
 class Conversion {
@@ -88,14 +73,9 @@ private:
     }
 
     bool may_begin() {
-        if (request_.storage.form == Form::enciphered && request_.open.key.empty()) {
-            return refuse("--to cipher needs a key, given by --key, --key-file or BKDOC_KEY");
-        }
-        const bool is_text = request_.storage.form == Form::text;
-        if (!is_text && request_.target == standard_output && streams_.out.is_terminal()) {
-            return refuse("refusing to write binary data to a terminal; give a file name or a pipe");
-        }
-        return true;
+        const bool to_terminal = request_.target == standard_output && streams_.out.is_terminal();
+        const std::string reason = why_not_stored(request_.storage, !request_.open.key.empty(), to_terminal);
+        return reason.empty() || refuse(reason);
     }
 
     /// A text that stays where it is keeps its comments, its layout and its includes.
@@ -174,16 +154,16 @@ private:
 ExitCode run_convert(const Arguments& arguments, Streams& streams) {
     const auto form = arguments.value("--to");
     if (!form) {
-        complain(streams, "--to needs a form: text, binary, cipher, archive, json, json-plain, ndjson");
+        complain(streams, "--to needs a form: " + storage_list());
         return EXIT_UNREADABLE;
     }
     Request request;
     request.source = arguments.operands().at(0);
     request.target = arguments.operands().at(1);
-    request.storage = {form_named(*form), json_named(*form)};
+    request.storage = storage_named(*form);
     request.open.reads_json = true;
     if (const auto from = arguments.value("--from")) {
-        request.open.json = json_named(*from);
+        request.open.json = storage_named(*from).json;
     }
     request.lossy = arguments.has("--lossy");
     return take_opening(arguments, request.open, streams) ? Conversion(request, streams).run()

@@ -1,4 +1,5 @@
 #include "document/format.h"
+#include "document/save.h"
 #include "document/text_diff.h"
 #include "input/files/file_list.h"
 #include "input/files/input.h"
@@ -6,7 +7,6 @@
 #include "output/diff/diff_text.h"
 #include "output/display/text_display.h"
 #include "output/problems/report.h"
-#include "output/stored_file.h"
 #include "platform/interruption.h"
 #include "platform/paths.h"
 #include "verbs/verbs.h"
@@ -81,7 +81,7 @@ private:
         changed_ += has_changed ? 1 : 0;
         answer(file, input.bytes, result.text);
         if (writes_ && has_changed) {
-            store(file, result.text);
+            store(file, input.bytes, result.text);
         }
     }
 
@@ -107,8 +107,9 @@ private:
         fail(shown(name, file_name_limit) + ": " + result.reason + "; it is left as it is");
     }
 
-    void store(const std::string& path, const std::string& text) {
-        const std::string reason = store_file(path, text);
+    void store(const std::string& path, const std::string& before, const std::string& after) {
+        const bk_parser::FileChange change{path_of(path), before, after, true};
+        const std::string reason = bk_parser::replace_files({&change, 1});
         if (!reason.empty()) {
             fail(reason);
         }

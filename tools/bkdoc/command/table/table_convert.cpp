@@ -1,5 +1,6 @@
 #include "command/table/table_parts.h"
 
+#include "verbs/storage.h"
 #include "verbs/verbs.h"
 
 namespace bkdoc {
@@ -7,7 +8,7 @@ namespace bkdoc {
 namespace {
 
 constexpr OptionSpec convert_options[] = {
-    {"--to", "", ValueKind::choice, "text|binary|cipher|archive|json|json-plain|ndjson", false,
+    {"--to", "", ValueKind::choice, storage_choices, false,
      "Form to store the document in."},
     {"--from", "", ValueKind::choice, "json|ndjson", false,
      "IN is JSON, or has an entry in JSON on each line, whatever its name and its first bytes say."},

@@ -1,5 +1,6 @@
 #include "command/table/table_parts.h"
 
+#include "verbs/storage.h"
 #include "verbs/verbs.h"
 
 namespace bkdoc {
@@ -9,8 +10,8 @@ namespace {
 constexpr OptionSpec recover_options[] = {
     {"--output", "-o", ValueKind::file, "FILE", false,
      "Write to this file, which is another one than is read; standard output when it is not given."},
-    {"--to", "", ValueKind::choice, "text|binary|cipher|archive", false,
-     "Form to store what was read in; text when it is not given."},
+    {"--to", "", ValueKind::choice, storage_choices, false,
+     "Form to store what was read in; text when it is not given. As for convert."},
 };
 
 constexpr VerbSpec repair_rows[] = {

@@ -86,8 +86,9 @@ private:
 
     void add_folder(const std::filesystem::path& folder) {
         const std::string prefix = folder == "." ? "./" : "";
-        const std::vector<std::string>& extensions =
-            options_.extensions.empty() ? config_for(folder).extensions : options_.extensions;
+        const std::vector<std::string>& extensions = options_.extensions.empty() && options_.use_config
+                                                         ? config_for(folder).extensions
+                                                         : options_.extensions;
         std::vector<std::string> files;
         std::error_code error;
         std::filesystem::recursive_directory_iterator item(folder, error);

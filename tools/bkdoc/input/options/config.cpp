@@ -1,6 +1,7 @@
 #include "input/options/config.h"
 
 #include "document/load.h"
+#include "input/options/problem_code.h"
 #include "platform/paths.h"
 
 #include <map>
@@ -19,11 +20,13 @@ public:
 
     void read(const ParserGroup& root) {
         for (const ParserEntry* entry : root.get_entries()) {
-            if (!take(*entry)) {
+            if (!take(*entry) && config_.fault.empty()) {
                 config_.fault =
                     text_of(config_.file) + ": '" + std::string(entry->get_name().get_view()) +
                     "' is no entry of a configuration, or has no such values; search, allow, ext, "
                     "strict and max_problems are";
+            }
+            if (!config_.fault.empty()) {
                 return;
             }
         }
@@ -38,7 +41,7 @@ private:
             });
         }
         if (name == "allow") {
-            return each_string(entry, [this](std::string_view code) { config_.allow.emplace_back(code); });
+            return each_string(entry, [this](std::string_view code) { allow(code); });
         }
         if (name == "ext") {
             return each_string(entry,
@@ -53,6 +56,14 @@ private:
             return true;
         }
         return false;
+    }
+
+    void allow(std::string_view code) {
+        const std::string reason = unknown_code(code);
+        if (!reason.empty() && config_.fault.empty()) {
+            config_.fault = text_of(config_.file) + ": allow: " + reason;
+        }
+        config_.allow.emplace_back(code);
     }
 
     static bool is_one(const ParserEntry& entry, ParserValue::Type type) {
@@ -93,6 +104,12 @@ public:
         return find(folder);
     }
 
+    void clear() {
+        const std::lock_guard lock(mutex_);
+        known_.clear();
+        read_.clear();
+    }
+
 private:
     const Config& find(const std::filesystem::path& folder) {
         const std::string key = text_of(folder);
@@ -117,13 +134,21 @@ private:
     std::map<std::string, const Config*> known_;
 };
 
+ConfigCache& cache() {
+    static ConfigCache cache;
+    return cache;
+}
+
 } // namespace
 
+void forget_configs() {
+    cache().clear();
+}
+
 const Config& config_for(const std::filesystem::path& folder) {
-    static ConfigCache cache;
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(folder, error).lexically_normal();
-    return cache.at(absolute.has_filename() ? absolute : absolute.parent_path());
+    return cache().at(absolute.has_filename() ? absolute : absolute.parent_path());
 }
 
 std::filesystem::path folder_of_operand(const std::string& operand) {

@@ -22,8 +22,11 @@ struct Config {
     std::string fault; // why it cannot be used, as one line; empty when it can
 };
 
-/// The nearest .bkdoc.bkd at or above a folder. Each is read once. Threads may ask.
+/// The nearest .bkdoc.bkd at or above a folder. Each is read once, until it is forgotten. Threads may ask.
 const Config& config_for(const std::filesystem::path& folder);
+
+/// Lets each be read again, as what is watched may have changed. No thread asks meanwhile, and what was given is gone.
+void forget_configs();
 
 /// The folder that the configuration of an operand is looked for in: of standard input the current one.
 std::filesystem::path folder_of_operand(const std::string& operand);

@@ -17,10 +17,10 @@ struct OpenOptions {
     std::string key; // for what is stored enciphered; empty when there is none
     bool trusted = false;
     bool follow_includes = true;
-    bool keep_sources = false;      // to tell where entries stand
-    bool use_config = true;         // the search folders of the .bkdoc.bkd at or above a document
-    std::vector<std::string> allow; // codes of problems that are not told
-    bool reads_json = false;        // of a document that is JSON by its name or its first bytes
+    bool keep_sources = false;                // to tell where entries stand
+    bool use_config = true;                   // the search folders of the .bkdoc.bkd at or above a document
+    std::vector<std::string> allow;           // codes of problems that are not told
+    bool reads_json = false;                  // of a document that is JSON by its name or its first bytes
     std::optional<bk_parser::JsonShape> json; // the document is JSON of this shape
 
     /// As the library takes them, without progress.

@@ -1,5 +1,6 @@
 #include "output/display/screen_column.h"
 
+#include "output/display/code_points.h"
 #include "output/display/text_display.h"
 
 #include <algorithm>
@@ -12,37 +13,16 @@ namespace {
 
 constexpr unsigned int tab_stop = 8;
 
-struct Range {
-    char32_t first;
-    char32_t last;
-};
-
-constexpr Range combining[] = {{0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD}, {0x064B, 0x065F},
-                               {0x1AB0, 0x1AFF}, {0x1DC0, 0x1DFF}, {0x200B, 0x200F}, {0x20D0, 0x20F0},
-                               {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}, {0xFEFF, 0xFEFF}};
-constexpr Range wide[] = {{0x1100, 0x115F},   {0x2E80, 0x303E},  {0x3041, 0x33FF}, {0x3400, 0x4DBF},
-                          {0x4E00, 0xA4CF},   {0xA960, 0xA97C},  {0xAC00, 0xD7A3}, {0xF900, 0xFAFF},
-                          {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},  {0xFFE0, 0xFFE6}, {0x1F300, 0x1F64F},
-                          {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD}};
-
-template <std::size_t count>
-bool is_in(const Range (&ranges)[count], char32_t code) noexcept {
-    return std::any_of(std::begin(ranges), std::end(ranges),
-                       [code](const Range& range) { return code >= range.first && code <= range.last; });
-}
-
-/// Of a well-formed character.
-char32_t code_of(std::string_view character) noexcept {
-    const auto lead = static_cast<unsigned char>(character.front());
-    char32_t code = character.size() == 1 ? lead : lead & (0x7Fu >> character.size());
-    for (const char byte : character.substr(1)) {
-        code = code << 6 | (static_cast<unsigned char>(byte) & 0x3Fu);
-    }
-    return code;
-}
+constexpr CodeRange combining[] = {{0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD}, {0x064B, 0x065F},
+                                   {0x1AB0, 0x1AFF}, {0x1DC0, 0x1DFF}, {0x200B, 0x200F}, {0x20D0, 0x20F0},
+                                   {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}, {0xFEFF, 0xFEFF}};
+constexpr CodeRange wide[] = {{0x1100, 0x115F},   {0x2E80, 0x303E},  {0x3041, 0x33FF}, {0x3400, 0x4DBF},
+                              {0x4E00, 0xA4CF},   {0xA960, 0xA97C},  {0xAC00, 0xD7A3}, {0xF900, 0xFAFF},
+                              {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},  {0xFFE0, 0xFFE6}, {0x1F300, 0x1F64F},
+                              {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD}};
 
 unsigned int width_of(std::string_view character) noexcept {
-    const char32_t code = code_of(character);
+    const char32_t code = code_point(character);
     return is_in(wide, code) ? 2 : is_in(combining, code) ? 0 : 1;
 }
 

@@ -1,7 +1,8 @@
 #include "output/display/text_display.h"
 
+#include "output/display/code_points.h"
+
 #include <algorithm>
-#include <iterator>
 
 namespace bkdoc {
 
@@ -11,26 +12,9 @@ unsigned byte_at(std::string_view text, std::size_t position) noexcept {
     return static_cast<unsigned char>(text[position]);
 }
 
-/// The code point of a well-formed character.
-unsigned decode(std::string_view character) noexcept {
-    if (character.size() == 1) {
-        return byte_at(character, 0);
-    }
-    unsigned code_point = byte_at(character, 0) & (0x7Fu >> character.size());
-    for (std::size_t i = 1; i < character.size(); ++i) {
-        code_point = code_point << 6 | (byte_at(character, i) & 0x3F);
-    }
-    return code_point;
-}
-
-struct Range {
-    unsigned first;
-    unsigned last;
-};
-
 /// Control characters, marks that turn the direction of writing, and marks that nobody sees.
-constexpr Range not_shown[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x200B, 0x200F},
-                               {0x2028, 0x202E}, {0x2060, 0x2069}, {0xFEFF, 0xFEFF}};
+constexpr CodeRange not_shown[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x200B, 0x200F},
+                                   {0x2028, 0x202E}, {0x2060, 0x2069}, {0xFEFF, 0xFEFF}};
 
 std::string hex_escape(unsigned byte) {
     return {'\\', 'x', hexadecimal_digits[byte >> 4], hexadecimal_digits[byte & 15]};
@@ -91,10 +75,7 @@ bool is_showable(std::string_view character) noexcept {
     if (utf8_length(character, 0) != character.size()) {
         return false;
     }
-    const unsigned code_point = decode(character);
-    return std::none_of(std::begin(not_shown), std::end(not_shown), [code_point](const Range& range) {
-        return code_point >= range.first && code_point <= range.last;
-    });
+    return !is_in(not_shown, code_point(character));
 }
 
 std::string shown(std::string_view text, std::size_t limit) {

@@ -53,6 +53,12 @@ CheckedFile check_file(const std::string& operand, const CheckRules& rules,
     OpenOptions open = rules.open;
     const Config none;
     const Config& config = open.use_config ? config_for(folder_of_operand(operand)) : none;
+    if (open.use_config) {
+        checked.sources.push_back(folder_of_operand(operand) / config_name); // which may come
+        if (!config.file.empty()) {
+            checked.sources.push_back(config.file);
+        }
+    }
     checked.most_problems = most_problems(rules, config);
     if (!config.fault.empty()) {
         checked.refusal = config.fault;

@@ -1,8 +1,10 @@
 #include "input/files/file_list.h"
+#include "input/options/config.h"
 #include "input/options/problem_code.h"
 #include "output/display/text_display.h"
 #include "output/progress_line.h"
 #include "platform/interruption.h"
+#include "platform/paths.h"
 #include "verbs/check/check_pool.h"
 #include "verbs/check/check_report.h"
 #include "verbs/check/shared_files.h"
@@ -52,9 +54,21 @@ private:
     std::size_t done_ = 0;
 };
 
+/// Where the rules of what is checked may come to stand: in the folders that were asked for, and in the current one.
+void add_config_places(const std::vector<std::string>& operands, std::vector<std::filesystem::path>& places) {
+    places.emplace_back(config_name);
+    for (const std::string& operand : operands) {
+        std::error_code error;
+        if (std::filesystem::is_directory(path_of(operand), error)) {
+            places.push_back(path_of(operand) / config_name);
+        }
+    }
+}
+
 /// Checks everything once.
 WatchRound check_once(const Request& request, Streams& streams) {
     const Interruption interruption;
+    forget_configs();
     const FileList list = list_files(request.list);
     const auto report = make_check_report(request.format, streams);
     CheckSummary summary(list.files.size() == 1);
@@ -62,6 +76,9 @@ WatchRound check_once(const Request& request, Streams& streams) {
     for (const std::string& fault : list.faults) {
         report->refusal(fault);
         summary.fail(EXIT_UNREADABLE);
+    }
+    if (request.rules.open.use_config) {
+        add_config_places(request.list.operands, round.sources);
     }
     FileProgress progress(streams, list.files);
     const SharedFiles shared;
@@ -104,6 +121,7 @@ bool take_request(const Arguments& arguments, Request& request, Streams& streams
         return false;
     }
     const bool is_opened = take_opening(arguments, request.rules.open, streams);
+    request.list.use_config = request.rules.open.use_config;
     request.rules.open.allow = arguments.values("--allow");
     for (const std::string& code : request.rules.open.allow) {
         if (const std::string reason = unknown_code(code); !reason.empty()) {

@@ -30,7 +30,7 @@ void write_include(const IncludeGraph::Edge& edge, JsonWriter& json) {
     }
     json.key("tried");
     json.begin_array();
-    for (const std::filesystem::path& place : edge.include.tried) {
+    for (const std::filesystem::path& place : places_tried(edge.include)) {
         json.string(slashed(place));
     }
     json.end_array();

@@ -11,10 +11,8 @@ namespace {
 std::string why_missing(const bk_parser::Include& include) {
     if (include.problem == "include-not-found") {
         std::string tried;
-        for (auto place = include.tried.begin(); place != include.tried.end(); ++place) {
-            if (std::find(include.tried.begin(), place, *place) == place) {
-                tried += (tried.empty() ? "" : ", ") + shown(slashed(*place), file_name_limit);
-            }
+        for (const std::filesystem::path& place : places_tried(include)) {
+            tried += (tried.empty() ? "" : ", ") + shown(slashed(place), file_name_limit);
         }
         return "not found; tried " + tried;
     }

@@ -2,7 +2,19 @@
 
 #include "platform/paths.h"
 
+#include <algorithm>
+
 namespace bkdoc {
+
+std::vector<std::filesystem::path> places_tried(const bk_parser::Include& include) {
+    std::vector<std::filesystem::path> places;
+    for (const std::filesystem::path& place : include.tried) {
+        if (std::find(places.begin(), places.end(), place) == places.end()) {
+            places.push_back(place);
+        }
+    }
+    return places;
+}
 
 std::size_t IncludeGraph::node_of(const std::filesystem::path& path, const std::string& name) {
     const auto [known, is_new] = by_path_.try_emplace(path.lexically_normal(), nodes_.size());

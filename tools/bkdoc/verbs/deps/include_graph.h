@@ -10,6 +10,9 @@
 
 namespace bkdoc {
 
+/// The places where a file was looked for in vain, each once: search folders may be one and the same.
+std::vector<std::filesystem::path> places_tried(const bk_parser::Include& include);
+
 /// Which files include which, over many documents.
 class IncludeGraph {
 public:

@@ -50,7 +50,7 @@ class Recovery {
 public:
     Recovery(const Arguments& arguments, Streams& streams)
         : streams_(streams), source_(arguments.operands().front()), target_(arguments.value("--output")),
-          form_(form_named(arguments.value("--to").value_or("text"))) {}
+          storage_(storage_named(arguments.value("--to").value_or("text"))) {}
 
     ExitCode run(const Arguments& arguments) {
         if (!take_opening(arguments, open_, streams_) || !may_begin()) {
@@ -78,24 +78,16 @@ public:
     }
 
 private:
-    static Form form_named(std::string_view name) {
-        return name == "binary"    ? Form::binary
-               : name == "cipher"  ? Form::enciphered
-               : name == "archive" ? Form::archive
-                                   : Form::text;
-    }
-
     bool refuse(const std::string& reason) {
         complain(streams_, reason);
         return false;
     }
 
     bool may_begin() {
-        if (form_ == Form::enciphered && open_.key.empty()) {
-            return refuse("--to cipher needs a key, given by --key, --key-file or BKDOC_KEY");
-        }
-        if (!target_ && form_ != Form::text && streams_.out.is_terminal()) {
-            return refuse("refusing to write binary data to a terminal; give a file name or a pipe");
+        const std::string reason =
+            why_not_stored(storage_, !open_.key.empty(), !target_ && streams_.out.is_terminal());
+        if (!reason.empty()) {
+            return refuse(reason);
         }
         if (target_ && source_ != "-" && are_same_file(source_, *target_)) {
             return refuse(*target_ + ": is what is read; recover writes another file");
@@ -148,12 +140,12 @@ private:
     }
 
     ExitCode write(OpenedDocument& document, bool is_whole) {
-        const Draft draft = make_draft(document, form_, open_.key);
+        const Draft draft = make_draft(document, storage_, open_.key);
         if (!draft.refusal.empty()) {
             refuse(draft.refusal + "; nothing is written");
             return EXIT_UNREADABLE;
         }
-        const DraftProof proof = prove_draft(document, draft, open_);
+        const DraftProof proof = prove_draft(document, draft, storage_, open_);
         bool is_kept = true;
         if (!proof.refusal.empty()) {
             is_kept = refuse("warning: what is written cannot be read back: " + proof.refusal);
@@ -177,7 +169,7 @@ private:
     Streams& streams_;
     std::string source_;
     std::optional<std::string> target_;
-    Form form_;
+    Storage storage_;
     OpenOptions open_;
 };
 

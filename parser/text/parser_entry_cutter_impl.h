@@ -1,0 +1,97 @@
+#pragma once
+
+#include "parser/text/parser_known_entry_impl.h"
+#include "parser/text/parser_text_block_impl.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace bk {
+
+/// The fast way of reading: cuts entries whole, each at the cost of a few shifts of bit masks, as long as it is certain what
+/// they are. It decides nothing: what it takes is what the grammar would make of the same words.
+///
+/// The text is looked at once, in blocks of 64 characters from its beginning on, whose masks stay in a ring while they are
+/// needed. An entry is a few windows of 64 characters that begin where they are wanted.
+class EntryCutter {
+public:
+    /// A NUL follows the text, as in every CoreString.
+    explicit EntryCutter(std::string_view text) noexcept
+        : begin_(text.data()), end_(begin_ + text.size()), at_(begin_), line_start_(begin_),
+          make_masks_(fastest_make_masks()) {}
+
+    /// Goes on at the first character of a word that is not inside a group's brace or an entry. False when nothing is
+    /// certain there.
+    bool seek(const char* word);
+
+    /// Cuts what stands there; the ends of groups only when `may_close`. False when it is not certain of it: nothing is cut.
+    bool cut(KnownEntry& known, bool may_close);
+
+    /// The first character that is not cut, and its place.
+    const char* at() const noexcept { return at_; }
+    LinePlace place() noexcept;
+    /// The brace that opens the group that was cut last.
+    const Token& brace() const noexcept { return brace_; }
+
+private:
+    using Head = KnownEntry::Head;
+
+    /// The masks of 64 characters.
+    struct Record {
+        std::uint64_t starts;       // the first characters of words that stand behind blanks
+        std::uint64_t ends;         // the first blanks behind words
+        std::uint64_t stops;        // where a row of numbers is at its end
+        std::uint64_t double_marks; // CHAR_DOUBLE_MARK
+        std::uint64_t others;       // what no name has
+        std::uint64_t breaks;       // CHAR_LINE_BREAK
+        LinePlace first;            // of the first character
+    };
+
+    void make_record() noexcept;
+    void reach(const char* p) noexcept {
+        while (record_count_ < static_cast<std::size_t>(p - begin_) / 64 + 2) {
+            make_record();
+        }
+    }
+    /// The masks of the 64 characters from `p` on, which were reached.
+    std::uint64_t window(std::uint64_t Record::*mask, const char* p) const noexcept {
+        const auto offset = static_cast<std::size_t>(p - begin_);
+        const std::uint64_t first = records_[offset / 64 % ring_size].*mask;
+        const std::uint64_t next = records_[(offset / 64 + 1) % ring_size].*mask;
+        return first >> offset % 64 | next << 1 << (63 - offset % 64);
+    }
+
+    LinePlace place_of(const char* p) const noexcept;
+    Token token_of_brace(const char* p) noexcept;
+    bool look(const char* p, Head& head);
+    /// The first character from `p` on that is no blank: the NUL behind the text is none.
+    const char* next_word(const char* p) noexcept {
+        if (!is_char(*p, CHAR_BLANK)) {
+            return p;
+        }
+        return is_char(p[1], CHAR_BLANK) ? next_word_behind(p + 1) : p + 1;
+    }
+    const char* next_word_behind(const char* p) noexcept;
+    const char* cut_numbers(const char* p, KnownEntry& known);
+
+    static constexpr std::size_t ring_size = 16;
+
+    const char* begin_;
+    const char* end_;
+    const char* at_;
+    Token brace_;
+    bool has_head_ = false; // of what stands at `at_`
+    Head heads_[2] = {};    // that one, and the one that was cut last or comes next
+    Head* head_ = heads_;
+
+    core_ulong line_ = 1; // of the first character behind the records
+    const char* line_start_;
+    bool is_behind_blank_ = true;
+    std::size_t record_count_ = 0;
+    MakeMasks make_masks_;
+    std::array<Record, ring_size> records_ = {};
+};
+
+} // namespace bk

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "core/core_string.h"
+#include "parser/words/parser_word_rules_impl.h"
+
+#include <bit>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace bk {
+
+/// A word as it stands in the text.
+struct Token {
+    unsigned int start = 0;
+    unsigned int length = 0; // 0 at the end of the text
+    core_ulong line = 0;
+    core_ulong column = 0;
+};
+
+/// The name of an entry as the grammar hands it to a sink.
+struct EntryHead {
+    std::string_view name;
+    std::string_view template_name;
+    unsigned int array_count = no_array;
+    bool is_keyword = false;
+    bool had_suffix = false; // the name is only a part of the word
+};
+
+/// What the place of a character is counted from.
+struct LinePlace {
+    core_ulong line;
+    const char* line_start;
+};
+
+/// What the fast way of reading recognises in one look: a whole entry of a shape that nearly all have, or the beginning of
+/// one that holds a group and nothing else, or the end of a group. It is certain of all this; what it is not certain of it
+/// leaves alone, for the grammar to take word by word.
+struct KnownEntry {
+    enum Kind {
+        numbers, ///< a name and numbers in decimal
+        string,  ///< a name and a string
+        boolean, ///< a name and "yes" or "no"
+        group,   ///< a name and "{"
+        close    ///< "}" alone
+    };
+    /// Whole numbers of a row, with blanks between, in at most 64 characters: a bit each.
+    struct Numbers {
+        const char* begin;
+        std::uint64_t starts;       ///< the first character of each
+        std::uint64_t ends;         ///< the one behind each
+        std::uint64_t double_marks; ///< CHAR_DOUBLE_MARK
+    };
+
+    /// A name and what it carries.
+    struct Head {
+        std::string_view name;
+        std::string_view template_name;
+        unsigned int array_count;
+        LinePlace place;
+        const char* end;   ///< of all that
+        const char* value; ///< the first character of what follows
+
+        core_ulong column() const noexcept {
+            return static_cast<core_ulong>(name.data() - place.line_start) + 1;
+        }
+    };
+
+    Kind kind = close;
+    const Head* head = nullptr;
+    /// The values as they stand in the text, with what is between them; of a string what is between its quotes.
+    std::string_view text;
+    std::vector<Numbers> rows;
+
+    EntryHead entry_head() const noexcept {
+        return {head->name, head->template_name, head->array_count, false,
+                head->name.data() + head->name.size() != head->end};
+    }
+    /// The first word of an entry of a text that begins at `text_begin`.
+    Token token(const char* text_begin) const noexcept {
+        return {static_cast<unsigned int>(head->name.data() - text_begin),
+                static_cast<unsigned int>(head->end - head->name.data()), head->place.line, head->column()};
+    }
+    /// A string, with its quotes, or "yes" or "no".
+    std::string_view word() const noexcept {
+        return kind == string ? std::string_view(text.data() - 1, text.size() + 2) : text;
+    }
+    /// take(number, whether it is a double)
+    template <class Take>
+    void for_each_number(Take take) const {
+        for (const Numbers& row : rows) {
+            std::uint64_t ends = row.ends;
+            for (std::uint64_t starts = row.starts; starts != 0; starts &= starts - 1, ends &= ends - 1) {
+                const std::uint64_t first = starts & -starts;
+                const std::uint64_t end = ends & -ends;
+                const int at = std::countr_zero(first);
+                take(std::string_view(row.begin + at, static_cast<std::size_t>(std::countr_zero(end) - at)),
+                     (row.double_marks & (end - first)) != 0);
+            }
+        }
+    }
+};
+
+} // namespace bk
