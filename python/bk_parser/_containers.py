@@ -20,6 +20,8 @@ def frame(
     the entry. With a mapping, its keys are the columns' names. `pandas.DataFrame(rows)` and `csv.DictWriter` take the
     rows as they are.
     """
+    if isinstance(columns, str):
+        raise TypeError('columns are a list, such as ["power"]')
     named = columns if isinstance(columns, Mapping) else {name: name for name in columns}
     readers = {name: _reader(column, default) for name, column in named.items()}
     return [{name: read(entry) for name, read in readers.items()} for entry in self.find_all(path)]

@@ -4,7 +4,7 @@ whole, else as text."""
 from typing import Any
 
 from bk_parser import _core
-from bk_parser._core import Document, Entry, Group
+from bk_parser._core import Document, Entry, Group, Problem
 
 
 def document(form: str, content: bytes) -> Document:
@@ -19,8 +19,14 @@ def entry(form: str, content: bytes) -> Entry:
     return _core._entry_from_state(form, content)
 
 
+def problem(state: tuple[Any, ...]) -> Problem:
+    return _core._problem_from_state(state)
+
+
 def extend() -> None:
     """Gives the types what pickle and copy ask for."""
     makers: list[tuple[Any, Any]] = [(Document, document), (Group, group), (Entry, entry)]
     for cls, make in makers:
         cls.__reduce__ = lambda self, make=make: (make, self._state())
+    problems: Any = Problem
+    problems.__reduce__ = lambda self: (problem, (self._state(),))

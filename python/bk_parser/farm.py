@@ -49,6 +49,7 @@ def edit(
     *,
     share: int = 20,
     progress: bool = False,
+    timeout: float | None = None,
     **options: Any,
 ) -> Iterator[Result]:
     """Calls a function with each document, on the workers, and saves the document where the function changed it.
@@ -59,16 +60,17 @@ def edit(
 
     When a worker dies, another one does its share again: a file that was saved already is not edited twice, because the
     worker wrote down what it was about to save before. A function that kills its worker again and again is an error of
-    that file alone.
+    that file alone. A cluster that loses all its workers would be waited for without end: with `timeout`, TimeoutError
+    comes when a share that is next in order took so many seconds more.
     """
     files = [Path(os.path.abspath(path)) for path in paths]
     if len(set(files)) != len(files):
         raise ValueError("a file is given twice")
     options = {"into_includes": False, **options}
-    journal = tempfile.mkdtemp(prefix=".bk_parser_farm_", dir=os.path.commonpath([str(file.parent) for file in files] or ["."]))
+    journal = tempfile.mkdtemp(prefix=".bk_parser_farm_", dir=files[0].parent if files else None)
     try:
         jobs = [(str(file), function, options, journal) for file in files]
-        yield from _ordered(client, _edit_file, jobs, share, progress)
+        yield from _ordered(client, _edit_file, jobs, share, progress, timeout)
     finally:
         shutil.rmtree(journal, ignore_errors=True)
 
@@ -80,21 +82,23 @@ def apply(
     *,
     share: int = 20,
     progress: bool = False,
+    timeout: float | None = None,
 ) -> Iterator[Result]:
     """Calls a function with each document, which travels itself, in the binary form where that carries it. Nothing is
     saved; a function that returns the document sends it back."""
-    yield from _ordered(client, _apply_one, [(function, document) for document in documents], share, progress)
+    jobs = [(function, document) for document in documents]
+    yield from _ordered(client, _apply_one, jobs, share, progress, timeout)
 
 
 def _ordered(
-    client: Any, work: Callable[..., Result], jobs: list[Any], share: int, progress: bool
+    client: Any, work: Callable[..., Result], jobs: list[Any], share: int, progress: bool, timeout: float | None
 ) -> Iterator[Result]:
     shares = [jobs[i : i + share] for i in range(0, len(jobs), share)]
     futures = [client.submit(_do_share, _Share(work, part), pure=False) for part in shares]
     bar = _bar(len(jobs)) if progress else None
     try:
         for part, future in zip(shares, futures):
-            for result in _results(client, work, part, future):
+            for result in _results(client, work, part, future, timeout):
                 if bar is not None:
                     bar.update()
                 yield result
@@ -122,20 +126,31 @@ def _do_share(share: _Share) -> list[Result]:
     return [share.work(*job) for job in share.jobs]
 
 
-def _results(client: Any, work: Callable[..., Result], part: list[Any], future: Any) -> list[Result]:
+def _results(
+    client: Any, work: Callable[..., Result], part: list[Any], future: Any, timeout: float | None
+) -> list[Result]:
     """Those of one share. When it killed its workers, its files are tried one after the other: what waits on a worker that
     dies counts as guilty, too."""
     from distributed import KilledWorker
 
     try:
-        done: list[Result] = future.result()
+        done: list[Result] = future.result(timeout=timeout)
         return done
+    except TimeoutError:
+        workers = len(client.scheduler_info()["workers"])
+        raise TimeoutError(
+            f"no result from {_name(part[0])} on after {timeout:g} seconds; the cluster has {workers} workers"
+        ) from None
     except KilledWorker:
         if len(part) == 1:
-            path = Path(part[0][0]) if isinstance(part[0][0], str) else None
+            path = Path(part[0][0]) if isinstance(part[0][0], str) else None  # else a document that travelled
             return [Result(path, error="the worker died each time it was tried")]
     alone = (([job], client.submit(_do_share, _Share(work, [job]), pure=False)) for job in part)
-    return [result for jobs, one in alone for result in _results(client, work, jobs, one)]
+    return [result for jobs, one in alone for result in _results(client, work, jobs, one, timeout)]
+
+
+def _name(job: tuple[Any, ...]) -> str:
+    return job[0] if isinstance(job[0], str) else "a document"
 
 
 def _digest(path: Path) -> str:

@@ -1,6 +1,20 @@
+import faulthandler
+import os
+from collections.abc import Iterator
 from pathlib import Path
 
 import pytest
+
+# A copy, because pytest captures the descriptor 2 while a test runs.
+_messages = os.fdopen(os.dup(2), "w")
+
+
+@pytest.fixture(autouse=True)
+def a_test_that_hangs_ends_with_where_it_hangs() -> Iterator[None]:
+    faulthandler.dump_traceback_later(240, exit=True, file=_messages)
+    yield
+    faulthandler.cancel_dump_traceback_later()
+
 
 SCENE = """#Brellwick_Serial_Version 1.2
 // lights of the set

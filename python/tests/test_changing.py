@@ -279,3 +279,56 @@ def test_what_comes_from_another_document_is_saved_as_new(tmp_path: Path) -> Non
         target.append(source["c"])
         target.append(target["a"].copy())
     assert one.read_text() == "a 1 // first\nb 2 // second\nc 3\na 1\n"
+
+
+def test_what_is_refused_says_why_and_leaves_no_empty_group() -> None:
+    document = bk_parser.parse("a 1\nb { c 2 }\n")
+    before = document.to_text()
+    for number in (float("nan"), float("inf"), 2**53 + 1):
+        for call in (
+            lambda: document.__setitem__("new", number),
+            lambda: document.__setitem__("a", number),
+            lambda: document.add("a/new", number),
+            lambda: document["a"].add("new", number),
+            lambda: Entry("new", number),
+        ):
+            with pytest.raises(ValueError, match="no value holds that"):
+                call()
+    with pytest.raises(ValueError, match="a group stands there"):
+        document["b"] = 5
+    with pytest.raises(ValueError, match="cannot be made"):
+        document["a"].add("x[5]", 1)
+    with pytest.raises(ValueError, match="into itself"):
+        document["a"].append(document["a"])
+    for value in (object(), 1j):
+        with pytest.raises(TypeError, match="a value is a bool, int, float, str or bytes, not"):
+            document["a"] = value  # type: ignore[assignment]
+    with pytest.raises(TypeError, match="a str is wanted, not bytes"):
+        document["a"].name = b"bytes"  # type: ignore[assignment]
+    assert document.to_text() == before
+
+
+def test_a_template_is_a_name() -> None:
+    entry = Entry("light")
+    for name in ("a[1]", "a b", "1a", "\0", "a<b>", "yes", "#a"):
+        with pytest.raises(ValueError, match="no name for a template"):
+            entry.template = name
+    entry.template = "spot.2"
+    assert entry.template == "spot.2"
+    entry.template = None
+    assert entry.template is None
+
+
+def test_a_str_where_a_list_is_wanted_is_not_taken_letter_by_letter(scene_file: Path) -> None:
+    for arguments in ({"search": "library"}, {"allow": "unexpected-word"}):
+        with pytest.raises(TypeError, match="are lists"):
+            with bk_parser.edit(scene_file, **arguments):  # type: ignore[arg-type]
+                pass
+    with pytest.raises(TypeError, match="are a list"):
+        bk_parser.load(scene_file).frame("**/light", "power")
+
+
+def test_an_insert_counts_the_entries_after_its_own_was_taken_out() -> None:
+    document = bk_parser.parse("a 1 b 2 c 3 d 4")
+    document.insert(3, document["a"])
+    assert [entry.name for entry in document] == ["b", "c", "d", "a"]

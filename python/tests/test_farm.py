@@ -16,11 +16,22 @@ dask = pytest.importorskip("dask")
 distributed = pytest.importorskip("distributed")
 
 
+# Two deaths in place of four end a try: each costs the start of a process. A worker that does not start within the time
+# for connections is never started again, and on a machine under load a start takes longer than the usual 30 seconds.
+CONFIGURATION = {
+    "distributed.scheduler.allowed-failures": 1,
+    "distributed.comm.timeouts.connect": "120s",
+    "distributed.comm.timeouts.tcp": "120s",
+}
+# So that a test of which the cluster died fails with the number of its workers.
+edit = partial(farm.edit, timeout=180)
+
+
 @pytest.fixture(scope="module")
 def client(tmp_path_factory: pytest.TempPathFactory) -> Iterator[Any]:
     folder = tmp_path_factory.mktemp("cluster")
     # Two deaths in place of four end a try: each costs the start of a process.
-    with dask.config.set({"distributed.scheduler.allowed-failures": 1}), distributed.LocalCluster(
+    with dask.config.set(CONFIGURATION), distributed.LocalCluster(
         n_workers=3, threads_per_worker=1, processes=True, dashboard_address=None, local_directory=str(folder)
     ) as cluster, distributed.Client(cluster) as connected:
         yield connected
@@ -63,7 +74,7 @@ def replace_and_die(flag: str, replace: Any, scene: Document, source: Path, targ
 def test_a_killed_worker_loses_nothing_and_nothing_is_done_twice(client: Any, tmp_path: Path, moment: str) -> None:
     paths = make_files(tmp_path / "farm", 60)
     flag = tmp_path / "died"
-    results = list(farm.edit(client, partial(brighten_and_die, str(flag), moment), paths, share=5))
+    results = list(edit(client, partial(brighten_and_die, str(flag), moment), paths, share=5))
     assert flag.exists()
 
     expected = make_files(tmp_path / "alone", 60)
@@ -86,7 +97,7 @@ def brighten_or_die(scene: Document) -> float:
 
 def test_a_file_that_kills_every_worker_is_an_error_of_that_file(client: Any, tmp_path: Path) -> None:
     paths = make_files(tmp_path / "farm", 4)
-    results = list(farm.edit(client, brighten_or_die, paths, share=4))
+    results = list(edit(client, brighten_or_die, paths, share=4))
     assert [bool(result.error) for result in results] == [False, False, True, False]
     assert paths[2].read_text() == "// shot 2\nlight { power 2.5 } // kept\n"
     assert paths[3].read_text() == "// shot 3\nlight { power 7.0 } // kept\n"
@@ -96,7 +107,7 @@ def test_what_fails_leaves_its_file_and_says_why(client: Any, tmp_path: Path) ->
     paths = make_files(tmp_path / "farm", 3)
     paths[1].unlink()
     paths[2].write_text("nothing 1\n")
-    results = list(farm.edit(client, brighten, paths))
+    results = list(edit(client, brighten, paths))
     assert [result.error.split(":")[0] for result in results] == ["", "FileNotFoundError", "KeyError"]
     assert paths[2].read_text() == "nothing 1\n"
     with pytest.raises(ValueError, match="twice"):
@@ -105,5 +116,16 @@ def test_what_fails_leaves_its_file_and_says_why(client: Any, tmp_path: Path) ->
 
 def test_documents_travel_themselves(client: Any) -> None:
     documents = [bk_parser.parse(f"light {{ power {number}.5 }}") for number in range(10)]
-    results = list(farm.apply(client, brighten, documents, share=3, progress=True))
+    results = list(farm.apply(client, brighten, documents, share=3, progress=True, timeout=180))
     assert [result.value for result in results] == [number * 2 + 1.0 for number in range(10)]
+
+
+def test_a_cluster_without_workers_ends_with_a_message(tmp_path: Path) -> None:
+    paths = make_files(tmp_path / "farm", 2)
+    with distributed.LocalCluster(n_workers=0, processes=False, dashboard_address=":0") as cluster:
+        with distributed.Client(cluster) as connected:
+            with pytest.raises(TimeoutError, match=r"shot_000\.bkd on after 0\.2 seconds; the cluster has 0 workers"):
+                list(farm.edit(connected, brighten, paths, timeout=0.2))
+            with pytest.raises(TimeoutError, match="a document on after 0.2 seconds"):
+                list(farm.apply(connected, brighten, [Document()], timeout=0.2))
+    assert sorted(path.name for path in (tmp_path / "farm").iterdir()) == ["shot_000.bkd", "shot_001.bkd"]

@@ -1,6 +1,9 @@
 """Nothing that Python does with entries, buffers and threads crashes; the address sanitizer runs these, too."""
 
+import array
+import ctypes
 import gc
+import pickle
 import threading
 from collections.abc import Iterator
 from pathlib import Path
@@ -265,3 +268,82 @@ def test_methods_refuse_what_is_of_another_type() -> None:
     ):
         with pytest.raises(TypeError):
             call()
+
+
+def test_what_is_about_groups_refuses_an_entry() -> None:
+    for entry in (Entry("x"), bk_parser.parse("a { b 1 }")["a"]):
+        with pytest.raises(TypeError):
+            bk_parser.Group.clear(entry)  # type: ignore[arg-type]
+        with pytest.raises(IndexError):
+            del Entry("x")[0]
+
+
+def test_a_view_that_was_released_is_refused() -> None:
+    class Bytes(ctypes.Structure):
+        _fields_ = [("x", ctypes.c_double)]
+
+    document = bk_parser.parse("a 1 2 3")
+    for make in (lambda: array.array("d", [1.0, 2.0]), lambda: (Bytes * 3)(), lambda: bytearray(5), numbers):
+        view = memoryview(make())  # type: ignore[arg-type]
+        view.release()
+        gc.collect()
+        with pytest.raises(ValueError, match="released"):
+            document["a"] = view
+        with pytest.raises(ValueError, match="released"):
+            document["a"].values.append(view)
+    assert document.to_text() == "a 1 2 3\n"
+
+
+def numbers() -> object:
+    """Its letters go with it."""
+    return pytest.importorskip("numpy").zeros(5)
+
+
+def test_a_problem_is_made_by_a_load_alone() -> None:
+    for make in (bk_parser.Problem, lambda: bk_parser.Problem.__new__(bk_parser.Problem)):
+        with pytest.raises(TypeError):
+            make()
+    problem = bk_parser.parse("a 1 @x").problems[0]
+    assert not hasattr(problem, "__setstate__")
+    assert pickle.loads(pickle.dumps([problem, problem])) == [problem, problem]
+
+
+def test_every_method_withstands_every_argument() -> None:
+    document = bk_parser.parse("a 1 { b 2 } c 3")
+    entry = document["a"]
+    classes = [bk_parser.Group, Document, Entry, bk_parser.Values, bk_parser.Problem]
+    classes += [type(document.walk()), type(document.find_all("a")), type(iter(document))]
+    many_arguments: list[tuple[object, ...]] = [(), (5,), (None,), (document,), (entry,), (Entry("x"),), (entry.values,)]
+    many_arguments += [(document.walk(),), (iter(document),), (document.find_all("a"),), (document, None), (entry, entry)]
+    many_arguments += [(Entry("x"), None), (Entry("x"), 0), (Entry("x"), "a"), (Entry("x"), "a", "b"), (document, entry)]
+    many_arguments += [(entry.values, 0), (entry.values, -9), (document, "a", "b"), (Entry("x"), document), (document, 0)]
+    calls = 0
+    for cls in classes:
+        for name in set(dir(cls)) - {"__class__", "__init_subclass__", "__subclasshook__", "save"}:
+            attribute = getattr(cls, name)
+            call = attribute if callable(attribute) else getattr(attribute, "__get__", None)
+            for arguments in many_arguments if call is not None else []:
+                calls += 1
+                try:
+                    call(*arguments)
+                except Exception:
+                    pass
+    assert calls > 1000
+    assert bk_parser.parse("a 1")["a"].value == 1
+
+
+def test_what_nests_deep_is_asked_changed_and_sent() -> None:
+    depth = 100_000
+    text = "g { " * depth + "x 1" + " }" * depth
+    document = bk_parser.parse(text)
+    deepest = document["**/x"]
+    assert len(repr(document)) < 100 and len(repr(deepest.parent)) < 100
+    assert pickle.loads(pickle.dumps(document)) == document
+    assert document["g"].copy() == document["g"]
+    assert bk_parser.from_binary(document.to_binary()) == document
+    assert len(deepest.path) == 2 * depth + 1
+    with pytest.raises(RecursionError):
+        document.to_dict()
+    with pytest.raises(ValueError, match="into itself"):
+        deepest.append(document["g"])
+    assert deepest.group is None

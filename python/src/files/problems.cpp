@@ -29,13 +29,36 @@ py::object file_of(const Problem& problem) {
     return problem.file.empty() ? py::none() : py::cast(problem.file);
 }
 
+py::tuple problem_state(const Problem& problem) {
+    return py::make_tuple(problem.severity == bk_parser::Severity::error, py::bytes(problem.code),
+                          py::bytes(problem.message), file_of(problem), problem.line, problem.column,
+                          problem.offset, problem.length, py::bytes(problem.source_line),
+                          problem.source_line_offset, problem.included_from);
+}
+
+Problem problem_from_state(const py::tuple& state) {
+    Problem problem;
+    problem.severity = state[0].cast<bool>() ? bk_parser::Severity::error : bk_parser::Severity::warning;
+    problem.code = state[1].cast<std::string>();
+    problem.message = state[2].cast<std::string>();
+    problem.file = state[3].is_none() ? std::filesystem::path() : state[3].cast<std::filesystem::path>();
+    problem.line = state[4].cast<unsigned int>();
+    problem.column = state[5].cast<unsigned int>();
+    problem.offset = state[6].cast<std::size_t>();
+    problem.length = state[7].cast<std::size_t>();
+    problem.source_line = state[8].cast<std::string>();
+    problem.source_line_offset = state[9].cast<std::size_t>();
+    problem.included_from = state[10].cast<std::vector<std::filesystem::path>>();
+    return problem;
+}
+
 } // namespace
 
 void define_problems(py::module_& module) {
-    py::class_<Problem>(module, "Problem", py::is_final(),
-                        "Something that was wrong with a document, or looks wrong, and where.\n\n"
-                        "str() is the line that bkdoc prints.")
-        .def_property_readonly("severity", severity_text, "'error' where something was lost, else 'warning'.")
+    py::class_<Problem> type(module, "Problem", py::is_final(),
+                             "Something that was wrong with a document, or looks wrong, and where.\n\n"
+                             "str() is the line that bkdoc prints.");
+    type.def_property_readonly("severity", severity_text, "'error' where something was lost, else 'warning'.")
         .def_property_readonly(
             "code", [](const Problem& problem) { return text_of(problem.code); },
             "Stable across versions; docs/problems.md has a section for each.")
@@ -62,29 +85,10 @@ void define_problems(py::module_& module) {
                         line_of(problem) == line_of(other.cast<const Problem&>());
              })
         .def("__hash__", [](const Problem& problem) { return py::hash(text_of(line_of(problem))); })
-        .def(py::pickle(
-            [](const Problem& problem) {
-                return py::make_tuple(problem.severity == bk_parser::Severity::error, py::bytes(problem.code),
-                                      py::bytes(problem.message), problem.file, problem.line, problem.column,
-                                      problem.offset, problem.length, py::bytes(problem.source_line),
-                                      problem.source_line_offset, problem.included_from);
-            },
-            [](const py::tuple& state) {
-                Problem problem;
-                problem.severity =
-                    state[0].cast<bool>() ? bk_parser::Severity::error : bk_parser::Severity::warning;
-                problem.code = state[1].cast<std::string>();
-                problem.message = state[2].cast<std::string>();
-                problem.file = state[3].cast<std::filesystem::path>();
-                problem.line = state[4].cast<unsigned int>();
-                problem.column = state[5].cast<unsigned int>();
-                problem.offset = state[6].cast<std::size_t>();
-                problem.length = state[7].cast<std::size_t>();
-                problem.source_line = state[8].cast<std::string>();
-                problem.source_line_offset = state[9].cast<std::size_t>();
-                problem.included_from = state[10].cast<std::vector<std::filesystem::path>>();
-                return problem;
-            }));
+        .def("_state", problem_state);
+    module.def("_problem_from_state", problem_from_state);
+    // An object that nobody made would show what was in the memory before: only load makes problems.
+    reinterpret_cast<PyTypeObject*>(type.ptr())->tp_new = nullptr;
 }
 
 } // namespace bk_python

@@ -79,12 +79,6 @@ void clear_places(ParserEntry& top) {
     });
 }
 
-bool holds(const ParserEntry& entry, const ParserGroup& group) {
-    bool found = false;
-    each_target(entry, [&](const void* target) { found = found || target == &group; });
-    return found;
-}
-
 /// Gives the content of a group to a new one in a tree of its own, because something stands for it.
 void detach_group(Tree& tree, ParserGroup& group) {
     std::vector<std::pair<const void*, Handle*>> moved = handles_in(tree, group);
@@ -191,6 +185,20 @@ void refuse_exported_way(const Tree& tree, ParserGroup& group, const bk_parser::
     }
 }
 
+void refuse_into_itself(const EntryObject& moved, const Container& to) {
+    if (moved.head.tree != reinterpret_cast<Handle*>(to.self)->tree) {
+        return;
+    }
+    const void* const place = is_entry(to.self)
+                                  ? static_cast<const void*>(reinterpret_cast<EntryObject*>(to.self)->entry)
+                                  : reinterpret_cast<GroupObject*>(to.self)->group;
+    bool is_inside = false;
+    each_target(*moved.entry, [&](const void* target) { is_inside = is_inside || target == place; });
+    if (is_inside) {
+        fail(PyExc_ValueError, "an entry cannot move into itself");
+    }
+}
+
 void remove_entry(Tree& tree, ParserGroup& group, unsigned int position) {
     begin_edit(tree);
     const auto moved = handles_in(tree, *group.get_entries()[position]);
@@ -202,9 +210,6 @@ void remove_entry(Tree& tree, ParserGroup& group, unsigned int position) {
 }
 
 void insert_entry(Tree& tree, ParserGroup& group, unsigned int position, EntryObject& handle) {
-    if (handle.head.tree == &tree && holds(*handle.entry, group)) {
-        fail(PyExc_ValueError, "an entry cannot move into itself");
-    }
     begin_edit(tree);
     if (handle.parent != nullptr) {
         remove_entry(*handle.head.tree, *handle.parent, position_of(handle));

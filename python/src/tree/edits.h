@@ -16,6 +16,9 @@ void refuse_exported(const Tree& tree, const ParserEntry& entry);
 /// The same when a path that is to be made would add a group to such an entry.
 void refuse_exported_way(const Tree& tree, ParserGroup& group, const bk_parser::Path& path);
 
+/// ValueError when an entry would move into itself; before a group is made for it.
+void refuse_into_itself(const EntryObject& moved, const Container& to);
+
 /// Takes an entry out of its group. It lives on, in a tree of its own, when something stands for it or for
 /// something in it; else it is gone.
 void remove_entry(Tree& tree, ParserGroup& group, unsigned int position);

@@ -79,9 +79,9 @@ void assign(const Container& container, py::handle key, PyObject* content) {
     ParserGroup& group = container.made_group();
     if (!bk_parser::access::set_values(group, path, given.values(), given.end())) {
         if (there == nullptr) {
-            ParserEntry& entry = *reinterpret_cast<EntryObject*>(container.self)->entry;
-            remove_value(tree, entry, entry.get_value_count() - 1);
+            container.remove_made_group();
         }
+        refuse_numbers(given.values());
         fail(PyExc_ValueError,
              "there is no such entry, and it cannot be made: a path to make has names, at most with a "
              "template, a key or the next number");
@@ -114,7 +114,8 @@ void remove_item(const Container& container, PyObject* key) {
     }
     const Py_ssize_t index = as_index(key);
     ParserGroup* const group = container.group();
-    remove_entry(container.tree(), *group, entry_index(index, group));
+    const unsigned int position = entry_index(index, group);
+    remove_entry(container.tree(), *group, position);
 }
 
 } // namespace

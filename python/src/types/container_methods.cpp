@@ -33,6 +33,7 @@ py::object find(const Container& self, const py::str& key) {
 py::object add(const Container& self, const py::str& key, const py::args& values) {
     const bk_parser::Path path = checked_path(key);
     const Given given{values.size() == 1 ? py::object(values[0]) : py::object(values)};
+    const bool had_group = self.group() != nullptr;
     ParserGroup& group = self.made_group();
     Tree& tree = self.tree();
     begin_edit(tree);
@@ -40,6 +41,10 @@ py::object add(const Container& self, const py::str& key, const py::args& values
     ParserEntry* const entry = values.empty() ? bk_parser::add(group, path)
                                               : bk_parser::access::add_values(group, path, given.values());
     if (entry == nullptr) {
+        if (!had_group) {
+            self.remove_made_group();
+        }
+        refuse_numbers(given.values());
         fail(PyExc_ValueError,
              "that path cannot be made: it has names, at most with a template, a key or the next number");
     }
@@ -52,6 +57,7 @@ py::object insert(const Container& self, Py_ssize_t index, const py::object& giv
         fail(PyExc_TypeError, std::string("an Entry is listed, not ") + Py_TYPE(given.ptr())->tp_name);
     }
     use_both(*reinterpret_cast<Handle*>(self.self), *reinterpret_cast<Handle*>(given.ptr()));
+    refuse_into_itself(use_entry(given.ptr()), self);
     ParserGroup& group = self.made_group();
     const auto count = static_cast<Py_ssize_t>(group.get_entries().get_count());
     index = std::clamp<Py_ssize_t>(index < 0 ? index + count : index, 0, count);
@@ -119,8 +125,10 @@ void define_container_methods(PyObject* type) {
     define(type, "add", add, py::arg("path"),
            "Adds an entry for the last step of a path, with values, and the groups on the way where they are "
            "missing.");
-    define(type, "insert", insert, py::arg("index"), py::arg("entry"),
-           "Moves an entry, from wherever it is, before the one at an index, and gives it back.");
+    define(
+        type, "insert", insert, py::arg("index"), py::arg("entry"),
+        "Moves an entry, from wherever it is, to an index, and gives it back. The index counts the entries\n"
+        "after one of the same group was taken out.");
     define(
         type, "append",
         [](const Container& self, const py::object& entry) { return insert(self, PY_SSIZE_T_MAX, entry); },

@@ -65,6 +65,10 @@ py::object template_of(EntryObject& handle) {
 
 void set_template(PyObject* self, py::handle content) {
     const std::string name = content.is_none() ? std::string() : text_from(content);
+    ParserEntry tried(CoreString(std::string_view("entry")), ParserEntry::TYPE_ENTRY, 0, 0);
+    if (!name.empty() && !bk_parser::rename(tried, name)) {
+        fail(PyExc_ValueError, "that is no name for a template: names are letters, digits, '_' and '.'");
+    }
     EntryObject& handle = use_entry(self);
     handle.entry->set_template(CoreString(std::string_view(name)));
     handle.head.tree->forget_paths();
@@ -179,6 +183,7 @@ PyObject* new_entry(PyTypeObject*, PyObject* arguments, PyObject* names) {
         ParserGroup group{CoreString()};
         if (bk_parser::access::add_values(group, path, values.values()) == nullptr ||
             path.text().find('/') != path.text().npos) {
+            refuse_numbers(values.values());
             fail(PyExc_ValueError, "Entry takes a name, at most with a template or a key");
         }
         return detached_handle(bk_parser::take(group, 0u)).release().ptr();

@@ -98,7 +98,11 @@ void define_group_methods() {
     const auto type = reinterpret_cast<PyObject*>(types.group);
     define_container_methods(type);
     define(
-        type, "clear", [](const Container& self) { clear(self.tree(), *self.group()); },
+        type, "clear",
+        [](const GroupSelf& self) {
+            const GroupObject& handle = use_group(self.ptr());
+            clear(*handle.head.tree, *handle.group);
+        },
         "Removes every entry. One for which a Python object stands lives on, detached.");
 }
 

@@ -115,4 +115,9 @@ ParserGroup& Container::made_group() const {
     return add_group(*reinterpret_cast<EntryObject*>(self));
 }
 
+void Container::remove_made_group() const {
+    ParserEntry& entry = *reinterpret_cast<EntryObject*>(self)->entry;
+    remove_value(tree(), entry, entry.get_value_count() - 1);
+}
+
 } // namespace bk_python

@@ -106,6 +106,8 @@ struct Container {
     }
     /// Gives an entry without a group one.
     ParserGroup& made_group() const;
+    /// Takes that one away again.
+    void remove_made_group() const;
 };
 
 /// The object that a method is called on, which is of that type.

@@ -44,6 +44,9 @@ private:
     bool is_list_ = false;
 };
 
+/// ValueError when one of them is a number that no value holds.
+void refuse_numbers(std::span<const bk_parser::GivenValue> given);
+
 /// Stores values in an entry; ValueError where no value can hold them, or a group stands there.
 void store(Tree& tree, ParserEntry& entry, unsigned int value, std::span<const bk_parser::GivenValue> given,
            bk_parser::access::ListEnd end);

@@ -2,6 +2,8 @@
 
 #include "tree/edits.h"
 
+#include "document/access/value_plan_impl.h"
+
 namespace bk_python {
 
 namespace {
@@ -14,6 +16,11 @@ bool is_refused_buffer() {
         return true;
     }
     throw py::error_already_set();
+}
+
+[[noreturn]] void fail_type(py::handle given) {
+    fail(PyExc_TypeError,
+         std::string("a value is a bool, int, float, str or bytes, not ") + Py_TYPE(given.ptr())->tp_name);
 }
 
 class Buffer {
@@ -37,6 +44,9 @@ private:
 } // namespace
 
 std::string text_from(py::handle text) {
+    if (!PyUnicode_Check(text.ptr())) {
+        fail(PyExc_TypeError, std::string("a str is wanted, not ") + Py_TYPE(text.ptr())->tp_name);
+    }
     Py_ssize_t size = 0;
     if (const char* const characters = PyUnicode_AsUTF8AndSize(text.ptr(), &size)) {
         return std::string(characters, static_cast<std::size_t>(size));
@@ -65,6 +75,9 @@ Given::Given(py::handle object) {
         add_single(object);
     } else {
         is_list_ = true;
+        if (Py_TYPE(given)->tp_iter == nullptr && PySequence_Check(given) == 0) {
+            fail_type(object);
+        }
         add_all(object);
     }
 }
@@ -94,8 +107,7 @@ void Given::add_single(py::handle object) {
     } else if (PyIndex_Check(given)) {
         add_integer(stolen(PyNumber_Index(given)));
     } else {
-        fail(PyExc_TypeError,
-             std::string("a value is a bool, int, float, str or bytes, not ") + Py_TYPE(given)->tp_name);
+        fail_type(object);
     }
 }
 
@@ -119,8 +131,8 @@ void Given::add_integer(py::handle number) {
 
 /// bytes, bytearray, and a memoryview of bytes.
 bool Given::add_bytes(py::handle object) {
-    const bool is_view = PyMemoryView_Check(object.ptr()) &&
-                         std::string_view(PyMemoryView_GET_BUFFER(object.ptr())->format) == "B";
+    // Asked as Python asks it: the letters of a view that was released may be gone.
+    const bool is_view = PyMemoryView_Check(object.ptr()) && py::str("B").equal(object.attr("format"));
     if (!PyBytes_Check(object.ptr()) && !PyByteArray_Check(object.ptr()) && !is_view) {
         return false;
     }
@@ -147,12 +159,23 @@ bool Given::add_buffer(py::handle object, bool takes_list) {
     return read_numbers(buffer.view, values_);
 }
 
+void refuse_numbers(std::span<const bk_parser::GivenValue> given) {
+    for (const bk_parser::GivenValue& one : given) {
+        if (!bk_parser::plan_value(one, nullptr)) {
+            fail(
+                PyExc_ValueError,
+                "no value holds that: it is not-a-number, infinite, or an integer that a double would round");
+        }
+    }
+}
+
 void store(Tree& tree, ParserEntry& entry, unsigned int value, std::span<const bk_parser::GivenValue> given,
            bk_parser::access::ListEnd end) {
     refuse_exported(tree, entry);
     const bool was_key = entry.get_value_type(0) == ParserValue::TYPE_STRING;
     if (!bk_parser::access::set_values(entry, value, given, end)) {
-        fail(PyExc_ValueError, "no value can hold that, or a group stands there");
+        refuse_numbers(given);
+        fail(PyExc_ValueError, "a group stands there; remove it first, or name an entry in it");
     }
     if (was_key || entry.get_value_type(0) == ParserValue::TYPE_STRING) {
         tree.forget_paths();
