@@ -228,4 +228,13 @@ TEST_F(bkdoc_edit, the_binary_form_is_changed_in_its_form) {
     EXPECT_EQ(run_bkdoc({"get", "--values", "light/power", binary}).out, "61.0\n41\n");
 }
 
+// The shell of Windows takes the backslash and the quotes away.
+#if !defined(_WIN32)
+TEST_F(bkdoc_edit, a_string_may_hold_quotes_as_in_a_document) {
+    const std::string file = folder_.write("quoted.bkd", "#Brellwick_Serial_Version 1.2\nx \"q\" // c\n");
+    EXPECT_EQ(run_bkdoc({"set", "-w", "x", R"(="a\"b" 2)", file}).err, "");
+    EXPECT_EQ(folder_.read("quoted.bkd"), "#Brellwick_Serial_Version 1.2\nx \"a\\\"b\" 2 // c\n");
+}
+#endif
+
 } // namespace

@@ -205,3 +205,18 @@ TEST(json_text, a_string_is_escaped_by_one_rule) {
     EXPECT_EQ(out, R"(x"\"\\\n\r\t\u0001\u007F\u0000)"
                    "\xC3\xA9\xEF\xBF\xBD/\"");
 }
+
+TEST(json_text, deep_groups_are_indented_as_far_as_a_hundred_levels) {
+    constexpr std::size_t depth = 20000;
+    std::string text;
+    for (std::size_t i = 0; i < depth; ++i) {
+        text += "g { ";
+    }
+    const LoadResult deep = parse(text + std::string(depth, '}'), [] {
+        LoadOptions options;
+        options.limits = ParserLimits();
+        return options;
+    }());
+    EXPECT_LT(to_json(deep.document).size(), depth * 2 * 220);
+    EXPECT_LT(to_json(deep.document, {JsonShape::plain, 2}).size(), depth * 2 * 220);
+}
