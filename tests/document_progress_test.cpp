@@ -1,3 +1,4 @@
+#include "document/save.h"
 #include "tests/support/loaded_document.h"
 #include "tests/support/stored_forms.h"
 
@@ -133,6 +134,21 @@ TEST(document_progress, cancels_at_every_call_and_leaves_nothing) {
             EXPECT_TRUE(result.document.path().empty());
         }
     }
+}
+
+TEST(document_progress, what_was_cancelled_is_not_saved_over_the_file) {
+    const ScratchFolder folder;
+    const std::string text = repeated("entry 1 // kept\n", 50000);
+    const std::string path = folder.write("main.bkd", text);
+    Watch watch;
+    watch.cancel_at = 3;
+    LoadResult result = load(path, watch.options());
+    ASSERT_TRUE(result.cancelled);
+    const bk_parser::SaveResult saved = bk_parser::save(result.document, path);
+    EXPECT_FALSE(saved.ok());
+    ASSERT_EQ(saved.losses.size(), 1u);
+    EXPECT_EQ(saved.losses[0].message, "all of it, as the load was cancelled");
+    EXPECT_EQ(folder.read("main.bkd"), text);
 }
 
 TEST(document_progress, passes_on_what_it_throws) {

@@ -1,6 +1,7 @@
 #include "document/load.h"
 
 #include "core/reports/core_diagnostic_impl.h"
+#include "document/load/document_state_impl.h"
 #include "document/load/loader_impl.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ LoadResult run(const LoadOptions& options, Action action) {
     } catch (const LoadCancelled&) {
         LoadResult result;
         result.cancelled = true;
+        DocumentState::of(result.document).lost.emplace_back("all of it, as the load was cancelled");
         return result;
     }
 }

@@ -8,8 +8,7 @@ namespace bkdoc {
 namespace {
 
 constexpr OptionSpec convert_options[] = {
-    {"--to", "", ValueKind::choice, storage_choices, false,
-     "Form to store the document in."},
+    {"--to", "", ValueKind::choice, storage_choices, false, "Form to store the document in."},
     {"--from", "", ValueKind::choice, "json|ndjson", false,
      "IN is JSON, or has an entry in JSON on each line, whatever its name and its first bytes say."},
     {"--lossy", "", ValueKind::none, "", false, "Convert even what the form cannot carry."},
