@@ -39,9 +39,9 @@ CoreString absolute_path(const CoreString& path) {
 
 namespace {
 
-/// Leaves no ".." step in an absolute path. What such a step leaves is a link at most `most_links` times.
+/// Leaves no ".." step in an absolute path. What such a step leaves is a link at most `most_links_stepped` times.
 std::string without_parent_steps(std::string path) {
-    constexpr int most_links = 40;
+    constexpr int most_links_stepped = 40;
     std::string place;
     int links = 0;
     for (std::size_t at = 0; at < path.size();) {
@@ -49,7 +49,7 @@ std::string without_parent_steps(std::string path) {
         const std::string_view step = std::string_view(path).substr(at, end - at);
         if (step == "..") {
             const std::string target = place.empty() ? place : SysDevice::get().resolve_links(place);
-            if (!target.empty() && target != place && links++ < most_links) {
+            if (!target.empty() && target != place && links++ < most_links_stepped) {
                 path = target + '/' + path.substr(at);
                 place.clear();
                 at = 0;
