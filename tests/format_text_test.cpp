@@ -163,7 +163,8 @@ template <class Layout>
 unsigned int count_laid_out(unsigned int seeds) {
     unsigned int count = 0;
     for (unsigned int seed = 0; seed < seeds && !testing::Test::HasFailure(); ++seed) {
-        for (const auto& [name, text] : Layout(seed).files()) {
+        const Layout layout(seed);
+        for (const auto& [name, text] : layout.files()) {
             count += keeps_all(text) ? 1 : 0;
         }
     }

@@ -3,7 +3,6 @@
 #include "core/text/core_bytes_impl.h"
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -31,10 +30,9 @@ private:
     static constexpr std::uint64_t factor = 0x9E3779B97F4A7C15u;
     static constexpr std::uint64_t last_factor = 0xA4093822299F31D1u;
 
-    /// One to one in the lane and in the word. The product's high bits depend on all bits, its low ones on few: the next
-    /// product begins with them exchanged.
     static std::uint64_t mix(std::uint64_t lane, std::uint64_t word) noexcept {
-        return std::rotl((lane ^ word) * factor, 32);
+        const std::uint64_t product = (lane ^ word) * factor;
+        return product ^ product >> 32; // the product's high bits depend on all bits, its low ones on few
     }
     /// Lets each bit depend on all.
     static std::uint64_t spread(std::uint64_t hash) noexcept {
