@@ -159,7 +159,8 @@ TEST_F(bkdoc_check_files, take_search_folders_and_rules_from_the_configuration_a
 }
 
 TEST_F(bkdoc_check_files, are_refused_when_the_configuration_allows_an_unknown_code) {
-    const std::string config = folder.write("project/.bkdoc.bkd", "allow \"include-not-fuond\"\n");
+    folder.write("project/.bkdoc.bkd", "allow \"include-not-fuond\"\n");
+    const std::string config = folder.full_path("project/.bkdoc.bkd");
     const std::string file = folder.write("project/a.bkd", "a 1\n");
     const BkdocRun run = run_bkdoc({"check", file});
     EXPECT_EQ(run.code, 2);

@@ -50,7 +50,7 @@ std::string without_parent_steps(std::string path) {
         if (step == "..") {
             const std::string target = place.empty() ? place : SysDevice::get().resolve_links(place);
             if (!target.empty() && target != place && links++ < most_links_stepped) {
-                path = target + '/' + path.substr(at);
+                path.replace(0, at, target + '/');
                 place.clear();
                 at = 0;
                 continue;

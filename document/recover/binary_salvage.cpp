@@ -6,6 +6,7 @@
 #include "parser/model/parser_group_impl.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace bk_parser {
@@ -240,12 +241,12 @@ void BinarySalvage::add_value(char tag, std::size_t end) {
 /// The names of the entries that are open, the outermost first.
 std::string BinarySalvage::path() const {
     std::string path;
-    for (auto level = levels_.rbegin(); level != levels_.rend(); ++level) {
-        const std::string_view name = data_.substr(level->head.begin, level->head.name_size);
+    for (const auto& level : std::views::reverse(levels_)) {
+        const std::string_view name = data_.substr(level.head.begin, level.head.name_size);
         if (path.size() + name.size() > most_path_bytes) {
             return ".../" + path;
         }
-        path = std::string(name) + (path.empty() ? "" : "/") + path;
+        path.insert(0, path.empty() ? "" : "/").insert(0, name);
     }
     return path;
 }

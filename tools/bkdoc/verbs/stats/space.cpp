@@ -109,7 +109,7 @@ std::string SpaceCount::path_of(std::size_t node) const {
         if (++levels > most_levels) {
             return ".../" + path;
         }
-        path = nodes_[node].name + "/" + path;
+        path.insert(0, "/").insert(0, nodes_[node].name);
     }
     return path;
 }

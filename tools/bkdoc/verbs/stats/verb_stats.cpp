@@ -5,6 +5,7 @@
 #include "verbs/verbs.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace bkdoc {
 
@@ -28,7 +29,7 @@ std::string_view word_of(SpaceBy by) noexcept {
 unsigned long long share_of(unsigned long long part, unsigned long long whole) noexcept {
     return whole == 0 ? 0
                       : static_cast<unsigned long long>(
-                            static_cast<double>(part) * 1000.0 / static_cast<double>(whole) + 0.5);
+                            std::llround(static_cast<double>(part) * 1000.0 / static_cast<double>(whole)));
 }
 
 std::string share_text(unsigned long long part, unsigned long long whole) {
