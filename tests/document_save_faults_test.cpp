@@ -80,18 +80,19 @@ TEST_F(document_save_faults, words_between_values_are_not_written_again_with_a_n
 TEST_F(document_save_faults, a_word_that_would_be_read_beside_a_change_is_named) {
     LoadResult loaded = load_text("z 0\nf(1)\n5\nb 2\n");
     ASSERT_TRUE(remove(loaded.document.root(), "f"));
-    expect_refused(loaded.document, "perhaps because of the word '5' at " + folder_.path("file") + ":3");
+    expect_refused(loaded.document, "perhaps because of the word '5' at " + folder_.full_path("file") + ":3");
 }
 
 TEST_F(document_save_faults, a_group_left_open_is_named_when_something_cannot_stand_behind_it) {
     LoadResult loaded = load_text("a 1\ng {\n  h 1 {\n    a 1\n");
     ASSERT_TRUE(set(loaded.document.root(), "new", 2));
     expect_refused(loaded.document, "more would be read than there is, because group 'g' at " +
-                                        folder_.path("file") + ":2 is not closed: put its '}' where it ends");
+                                        folder_.full_path("file") +
+                                        ":2 is not closed: put its '}' where it ends");
     folder_.write("part", "\n\nq {\n  r 1\n");
     LoadResult included = load_text("a 1\n#include \"part\"\n");
     ASSERT_TRUE(set(included.document.root(), "new", 2));
-    expect_refused(included.document, "group 'q' at " + folder_.path("part") + ":3 is not closed");
+    expect_refused(included.document, "group 'q' at " + folder_.full_path("part") + ":3 is not closed");
 }
 
 TEST_F(document_save_faults, words_that_a_new_layout_would_not_hold_are_named_and_need_a_leave) {
@@ -99,19 +100,21 @@ TEST_F(document_save_faults, words_that_a_new_layout_would_not_hold_are_named_an
     LoadResult loaded = load_text("a 1\n%% b 2\n#include \"part\"\n");
     SaveOptions anew;
     anew.keep_layout = false;
-    for (const std::string& path : {std::string(), folder_.path("other")}) {
+    for (const std::string& path : {std::string(), folder_.full_path("other")}) {
         const SaveResult result = save(loaded.document, path, anew);
         EXPECT_NE(result.reason.find("was not read whole, see the losses"), std::string::npos)
             << result.reason;
         ASSERT_EQ(result.losses.size(), 2u);
         EXPECT_EQ(result.losses[0].code, "not-read-whole");
-        EXPECT_EQ(result.losses[0].message, "the word '%%' at " + folder_.path("file") + ":2 was not read");
-        EXPECT_EQ(result.losses[1].message, "the word '$$' at " + folder_.path("part") + ":2 was not read");
+        EXPECT_EQ(result.losses[0].message,
+                  "the word '%%' at " + folder_.full_path("file") + ":2 was not read");
+        EXPECT_EQ(result.losses[1].message,
+                  "the word '$$' at " + folder_.full_path("part") + ":2 was not read");
     }
-    EXPECT_FALSE(std::filesystem::exists(folder_.path("other")));
+    EXPECT_FALSE(std::filesystem::exists(folder_.full_path("other")));
     SaveOptions binary;
     binary.form = Form::binary;
-    EXPECT_EQ(save(loaded.document, folder_.path("other"), binary).losses.size(), 2u);
+    EXPECT_EQ(save(loaded.document, folder_.full_path("other"), binary).losses.size(), 2u);
     anew.lossy = true;
     EXPECT_EQ(save(loaded.document, {}, anew).losses.size(), 2u);
     EXPECT_EQ(folder_.read("file"), "#Brellwick_Serial_Version 1.2\n\na 1\nb 2\nq 1");
@@ -127,7 +130,7 @@ TEST_F(document_save_faults, the_lines_of_words_that_were_not_read_are_those_of_
     anew.keep_layout = false;
     const SaveResult result = save(loaded.document, {}, anew);
     ASSERT_EQ(result.losses.size(), 1u);
-    EXPECT_EQ(result.losses[0].message, "the word '%%' at " + folder_.path("file") + ":2 was not read");
+    EXPECT_EQ(result.losses[0].message, "the word '%%' at " + folder_.full_path("file") + ":2 was not read");
 }
 
 TEST_F(document_save_faults, a_hundred_words_that_were_not_read_are_named_and_the_others_counted) {

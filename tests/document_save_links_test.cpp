@@ -93,8 +93,8 @@ protected:
         folder_.write("common", "x 1 // c\n");
         std::error_code failure;
         std::filesystem::create_hard_link(folder_.path("common"), folder_.path("other"), failure);
-        if (failure) {
-            GTEST_SKIP() << "no hard links here";
+        if (failure || std::filesystem::hard_link_count(folder_.path("common"), failure) != 2) {
+            GTEST_SKIP() << "no hard links here, or none that the standard library counts";
         }
     }
 

@@ -6,7 +6,6 @@
 #include "parser/model/parser_group_impl.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace bk_parser {
@@ -241,8 +240,8 @@ void BinarySalvage::add_value(char tag, std::size_t end) {
 /// The names of the entries that are open, the outermost first.
 std::string BinarySalvage::path() const {
     std::string path;
-    for (const auto& level : std::views::reverse(levels_)) {
-        const std::string_view name = data_.substr(level.head.begin, level.head.name_size);
+    for (std::size_t i = levels_.size(); i-- != 0;) {
+        const std::string_view name = data_.substr(levels_[i].head.begin, levels_[i].head.name_size);
         if (path.size() + name.size() > most_path_bytes) {
             return ".../" + path;
         }
