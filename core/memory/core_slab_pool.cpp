@@ -96,7 +96,7 @@ SlabPage* SlabPool::take_page(std::size_t size_class, SlabOwner* owner) noexcept
         page->owner.store(owner, std::memory_order_release);
         return page;
     }
-    void* const place = find_page(lock);
+    void* const place = find_page();
     lock.unlock();
     return place == nullptr ? nullptr : lay_out_page(place, size_class, owner);
 }
@@ -120,7 +120,7 @@ void* SlabPool::allocate(std::size_t size_class) noexcept {
     Lock lock(lock_);
     SlabPageList& parked = parked_[size_class];
     if (parked.first() == nullptr) {
-        void* const place = find_page(lock);
+        void* const place = find_page();
         if (place == nullptr) {
             return nullptr;
         }
@@ -154,19 +154,17 @@ bool SlabPool::release(SlabPage* page, void* block) noexcept {
     return true;
 }
 
-/// Memory for a page; null when there is none.
-void* SlabPool::find_page(Lock& lock) noexcept {
+/// Memory for a page; null when there is none. The lock is held while a chunk is mapped: threads that began together would
+/// otherwise take a chunk each, where one has pages for 32 of them.
+void* SlabPool::find_page() noexcept {
     if (chunks_with_room_ == nullptr) {
-        lock.unlock();
         void* const memory = take_chunks(chunk_size);
-        lock.lock();
-        if (memory != nullptr) {
-            search_for_leaks(memory, chunk_size);
-            link(new (static_cast<char*>(memory) + page_head_size) SlabChunk{0, nullptr, nullptr});
-            ++empty_chunk_count_;
-        } else if (chunks_with_room_ == nullptr) { // else another thread has had more luck
+        if (memory == nullptr) {
             return nullptr;
         }
+        search_for_leaks(memory, chunk_size);
+        link(new (static_cast<char*>(memory) + page_head_size) SlabChunk{0, nullptr, nullptr});
+        ++empty_chunk_count_;
     }
     SlabChunk* const chunk = chunks_with_room_;
     BK_ASSERT(chunk->used_pages != all_pages_used);
@@ -192,7 +190,7 @@ SlabChunk* SlabPool::drop_page(SlabPage* page) noexcept {
     if (chunk->used_pages != 0) {
         return nullptr;
     }
-    if (empty_chunk_count_ != most_empty_chunks) {
+    if (empty_chunk_count_ < most_empty_chunks) {
         ++empty_chunk_count_;
         return nullptr;
     }

@@ -50,7 +50,7 @@ private:
 
     using Lock = std::unique_lock<StaticLock>;
 
-    void* find_page(Lock& lock) noexcept;
+    void* find_page() noexcept;
     SlabChunk* drop_page(SlabPage* page) noexcept;
     void link(SlabChunk* chunk) noexcept;
     void unlink(SlabChunk* chunk) noexcept;
