@@ -3,7 +3,7 @@
 
 #include <iostream>
 
-/// Entries of a class that another module derives. The group owns them, and its end calls their own destructors.
+/// Another module derives the class of these entries. The group owns them and calls their own destructors when it dies.
 int main() {
     {
         ParserGroup root("root");

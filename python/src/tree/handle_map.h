@@ -25,7 +25,7 @@ public:
         }
     }
 
-    /// Makes room for so many more, so that adding them cannot fail.
+    /// Reserves room for this many more handles, so that adding them cannot fail.
     void reserve(std::size_t more) {
         std::size_t slots = slots_.empty() ? 8 : slots_.size();
         while (slots < 2 * (size_ + more)) {
