@@ -28,6 +28,7 @@ from bk_parser._core import (
     parse,
 )
 from bk_parser._edit import edit
+from bk_parser._types import Form, NewValue, NewValues, Value
 
 _containers.extend(Group)
 _containers.extend(Entry)
@@ -37,12 +38,16 @@ MutableSequence.register(Values)
 __all__ = [
     "Document",
     "Entry",
+    "Form",
     "Group",
     "LoadCancelled",
     "LoadError",
+    "NewValue",
+    "NewValues",
     "PathError",
     "Problem",
     "SaveError",
+    "Value",
     "Values",
     "edit",
     "from_binary",

@@ -1,12 +1,10 @@
 """`with edit(path) as document`: load, change, save."""
 
-import os
 from collections.abc import Callable, Iterable, Iterator
 from contextlib import contextmanager
 
 from bk_parser._core import Document, load
-
-StrPath = str | os.PathLike[str]
+from bk_parser._types import StrPath
 
 
 @contextmanager

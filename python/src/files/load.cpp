@@ -15,7 +15,7 @@ using bk_parser::LoadResult;
 py::list problem_list(const std::vector<bk_parser::Problem>& problems) {
     py::list list;
     for (const bk_parser::Problem& problem : problems) {
-        list.append(py::cast(problem));
+        list.append(problem_object(problem));
     }
     return list;
 }
@@ -160,7 +160,7 @@ py::object loaded_document(LoadResult loaded) {
         const auto error =
             std::find_if(loaded.problems.begin(), loaded.problems.end(),
                          [](const auto& problem) { return problem.severity == bk_parser::Severity::error; });
-        fail_load(types.load_error, py::str(py::cast(*error)), loaded);
+        fail_load(types.load_error, py::str(problem_object(*error)), loaded);
     }
     return document_handle(std::move(loaded));
 }

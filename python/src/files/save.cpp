@@ -37,7 +37,7 @@ std::optional<bk_parser::Form> form_of(const std::optional<std::string>& name) {
     const py::object error = py::reinterpret_borrow<py::object>(types.save_error)(text_of(reason));
     py::list list;
     for (const bk_parser::Problem& loss : losses) {
-        list.append(py::cast(loss));
+        list.append(problem_object(loss));
     }
     error.attr("losses") = list;
     PyErr_SetObject(types.save_error, error.ptr());
@@ -76,7 +76,7 @@ py::str diff(const DocumentSelf& self, const OptionalPath& path, bool keep_layou
         bk_parser::SavePreview shown =
             bk_parser::preview_save(document, path.value_or(std::filesystem::path()), options);
         for (const bk_parser::FileChange& change : shown.changes) {
-            const std::string name = change.path.string();
+            const std::string name = path_text(change.path);
             text += bk_parser::unified_diff(change.before, change.after, name, name);
         }
         return shown;
