@@ -1,6 +1,5 @@
 """What Group, Document and Entry have beside what the extension gives them."""
 
-import json
 from collections.abc import Callable, Iterable, Mapping
 from html import escape
 from typing import Any
@@ -25,12 +24,6 @@ def frame(
     named = columns if isinstance(columns, Mapping) else {name: name for name in columns}
     readers = {name: _reader(column, default) for name, column in named.items()}
     return [{name: read(entry) for name, read in readers.items()} for entry in self.find_all(path)]
-
-
-def to_dict(self: Group | Entry) -> dict[str, Any]:
-    """The entries as dicts and lists: names are keys, and what repeats is a list (docs/json.md, the plain shape)."""
-    content: dict[str, Any] = json.loads(self.to_json(shape="plain", indent=0))
-    return content
 
 
 def _reader(column: Column, default: Any) -> Callable[[Entry], Any]:
@@ -80,5 +73,4 @@ def _shown(container: Group | Entry) -> list[Entry | str]:
 
 def extend(cls: Any) -> None:
     cls.frame = frame
-    cls.to_dict = to_dict
     cls._repr_html_ = repr_html

@@ -7,6 +7,7 @@ import pickle
 import threading
 from collections.abc import Iterator
 from pathlib import Path
+from typing import Any
 
 import pytest
 
@@ -342,8 +343,14 @@ def test_what_nests_deep_is_asked_changed_and_sent() -> None:
     assert document["g"].copy() == document["g"]
     assert bk_parser.from_binary(document.to_binary()) == document
     assert len(deepest.path) == 2 * depth + 1
-    with pytest.raises(RecursionError):
-        document.to_dict()
+    content: Any = document.to_dict()
+    for _ in range(depth):
+        content = content["g"]
+    assert content == {"x": 1}
+    assert len(document.to_json()) > len(document.to_json(indent=0)) > 6 * depth
+    assert len(document.to_text(compact=True)) > 4 * depth
+    with pytest.raises(OverflowError, match="more than 4 GiB"):
+        document.to_text()
     with pytest.raises(ValueError, match="into itself"):
         deepest.append(document["g"])
     assert deepest.group is None

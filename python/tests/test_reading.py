@@ -1,5 +1,6 @@
 """Loading, asking, problems."""
 
+import json
 import os
 from pathlib import Path
 
@@ -207,3 +208,22 @@ def test_html_folds_and_escapes(scene: Document) -> None:
     html = scene._repr_html_()
     assert html.count("<details") == html.count("</details>") == 6
     assert "<script>" not in html
+
+
+def test_a_dict_has_what_the_plain_json_has() -> None:
+    document = bk_parser.parse(
+        'name "caf\xe9" "q\\"" words a b mixed 1 2.5 yes { x 1.50 } again 1 again 2 { y } none big 1e400 -7 0x00FF0000\n'
+    )
+    content = document.to_dict()
+    assert content == json.loads(document.to_json(shape="plain"))
+    assert content["mixed"] == [1, 2.5, True, {"x": 1.5}]
+    assert [type(value) for value in content["mixed"]] == [int, float, bool, dict]
+    assert document["mixed"].to_dict() == {"x": 1.5}
+    assert Entry("empty").to_dict() == {}
+
+
+def test_compact_text_is_one_line_that_reads_back(scene: Document) -> None:
+    text = scene.to_text(compact=True)
+    assert "\n" not in text and len(text) < len(scene.to_text())
+    assert bk_parser.parse(text) == scene
+    assert Entry("empty").to_text(compact=True) == Document().to_text(compact=True) == ""

@@ -3,6 +3,7 @@
 #include "types/equal.h"
 #include "types/handles.h"
 #include "values/convert.h"
+#include "values/text.h"
 
 #include "parser/parser_limits.h"
 
@@ -49,12 +50,14 @@ py::tuple state_of(const ParserGroup& group) {
             return py::make_tuple("binary", py::bytes(bytes.get_data(), bytes.get_count()));
         }
     }
-    const std::string text = bk_parser::to_text(group);
-    bk_parser::LoadResult read = bk_parser::parse(text);
-    if (!are_equal(group, read.document.root())) {
-        fail(PyExc_ValueError, "neither the binary form nor the text syntax carries this tree");
+    for (const auto print : {compact_text, indented_text}) {
+        const std::string text = print(group);
+        const bk_parser::LoadResult read = bk_parser::parse(text);
+        if (are_equal(group, read.document.root())) {
+            return py::make_tuple("text", py::bytes(text));
+        }
     }
-    return py::make_tuple("text", py::bytes(text));
+    fail(PyExc_ValueError, "neither the binary form nor the text syntax carries this tree");
 }
 
 bk_parser::LoadResult restored(const std::string& form, const std::string& content) {

@@ -4,6 +4,7 @@
 #include "types/entries.h"
 #include "types/search.h"
 #include "values/convert.h"
+#include "values/text.h"
 
 namespace bk_python {
 
@@ -92,9 +93,12 @@ std::size_t remove_all_of(const Container& self, const py::str& key) {
     return group == nullptr ? 0 : remove_all(self.tree(), *group, path);
 }
 
-py::str to_text(const Container& self) {
+py::str to_text(const Container& self, bool compact) {
     const ParserGroup* const group = self.group();
-    return text_of(group == nullptr ? std::string() : bk_parser::to_text(*group));
+    if (group == nullptr) {
+        return {};
+    }
+    return text_of(compact ? compact_text(*group) : indented_text(*group));
 }
 
 } // namespace
@@ -138,7 +142,11 @@ void define_container_methods(PyObject* type) {
            "last name.");
     define(type, "remove_all", remove_all_of, py::arg("path"),
            "Removes every entry that a path finds, and gives how many there were.");
-    define(type, "to_text", to_text, "The entries as the text syntax writes them, one a line.");
+    define(type, "to_text", to_text, py::kw_only(), py::arg("compact") = false,
+           "The entries as the text syntax writes them, one a line, with four blanks a level. OverflowError "
+           "where that is\n"
+           "more than 4 GiB, as beyond 32,000 levels.\n\n"
+           "compact: all on one line.");
 }
 
 } // namespace bk_python
