@@ -87,7 +87,7 @@ is_configured() {
     local cache=$1/CMakeCache.txt setting
     shift
     [ -z "$newly_installed" ] && [ -f "$cache" ] || return
-    grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$cache" || return
+    grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=${project:-$root}" "$cache" || return
     grep -q 'DIR-NOTFOUND$' "$cache" && return 1
     for setting in "$@"; do
         setting=${setting#-D}
@@ -95,16 +95,17 @@ is_configured() {
     done
 }
 
-# configure <build folder> <-DNAME=VALUE>...: as seldom as possible, for it takes seconds.
+# configure <build folder> <-DNAME=VALUE>...: as seldom as possible, for it takes seconds. `project` is the folder of another
+# project than the whole one.
 configure() {
     local folder=$1 cache=$1/CMakeCache.txt generator=()
     shift
     is_configured "$folder" "$@" && return
-    if [ -f "$cache" ] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$cache"; then
+    if [ -f "$cache" ] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=${project:-$root}" "$cache"; then
         rm -rf "$cache" "$folder/CMakeFiles"
     fi
     [ -f "$cache" ] || generator=(-G Ninja)
-    quietly cmake -S "$root" -B "$folder" "${generator[@]}" "$@"
+    quietly cmake -S "${project:-$root}" -B "$folder" "${generator[@]}" "$@"
 }
 
 # run_tests <build folder> <ctest argument>...: shows the tests that fail and sets `passed` and `failed`.

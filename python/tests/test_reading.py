@@ -212,7 +212,7 @@ def test_html_folds_and_escapes(scene: Document) -> None:
 
 def test_a_dict_has_what_the_plain_json_has() -> None:
     document = bk_parser.parse(
-        'name "caf\xe9" "q\\"" words a b mixed 1 2.5 yes { x 1.50 } again 1 again 2 { y } none big 1e400 -7 0x00FF0000\n'
+        'name "caf\xe9" "q\\"" mixed 1 2.5 yes { x 1.50 } again 1 again 2 { y } none { } big 1e400 -7 0x00FF0000\n'
     )
     content = document.to_dict()
     assert content == json.loads(document.to_json(shape="plain"))
