@@ -55,7 +55,7 @@ is_there() {
     esac >/dev/null
 }
 
-# need <Debian package>...: installs what is missing where that can be done without asking; names it elsewhere.
+# need <Debian package>...: installs what is missing where that can be done without asking; names it elsewhere, in one line.
 need() {
     local package missing=()
     for package in "$@"; do
@@ -68,8 +68,11 @@ need() {
     fi
     echo "installing ${missing[*]}" >&2
     export DEBIAN_FRONTEND=noninteractive
-    quietly apt-get update || exit 2
-    quietly apt-get install -y --no-install-recommends "${missing[@]}" || exit 2
+    local output
+    if ! output=$({ apt-get update && apt-get install -y --no-install-recommends "${missing[@]}"; } 2>&1 </dev/null); then
+        echo "missing, and not to be had: ${missing[*]} ($(grep -m 1 '^E: ' <<<"$output"))" >&2
+        exit 2
+    fi
     newly_installed=yes
 }
 

@@ -9,8 +9,6 @@
 docs/python.md is the guide.
 """
 
-from collections.abc import MutableSequence
-
 from bk_parser import _containers, _pickling
 from bk_parser._core import (
     Document,
@@ -33,7 +31,7 @@ from bk_parser._types import Form, NewValue, NewValues, Value
 _containers.extend(Group)
 _containers.extend(Entry)
 _pickling.extend()
-MutableSequence.register(Values)
+_containers.extend_values(Values)
 
 __all__ = [
     "Document",

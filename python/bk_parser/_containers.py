@@ -1,6 +1,6 @@
 """What Group, Document and Entry have beside what the extension gives them."""
 
-from collections.abc import Callable, Iterable, Mapping
+from collections.abc import Callable, Iterable, Mapping, MutableSequence
 from html import escape
 from typing import Any
 
@@ -31,6 +31,8 @@ def _reader(column: Column, default: Any) -> Callable[[Entry], Any]:
         return column
     path = column
     if path.startswith("@"):
+        if not path[1:].isdecimal():
+            raise ValueError(f'"@" stands before the number of a value, as in "@0": "{path}"')
         index = int(path[1:])
         return lambda entry: entry.values[index] if index < len(entry.values) else default
     return lambda entry: entry.get(path, default)
@@ -74,3 +76,11 @@ def _shown(container: Group | Entry) -> list[Entry | str]:
 def extend(cls: Any) -> None:
     cls.frame = frame
     cls._repr_html_ = repr_html
+
+
+def extend_values(cls: Any) -> None:
+    """Gives Values what a list has and its own methods do not."""
+    MutableSequence.register(cls)
+    for name in ("__iadd__", "__reversed__", "pop", "remove", "reverse"):
+        setattr(cls, name, getattr(MutableSequence, name))
+    cls.__reduce__ = lambda self: (list, (self.tolist(),))

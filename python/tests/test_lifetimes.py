@@ -292,7 +292,7 @@ def test_a_view_that_was_released_is_refused() -> None:
             document["a"] = view
         with pytest.raises(ValueError, match="released"):
             document["a"].values.append(view)
-    assert document.to_text() == "a 1 2 3\n"
+    assert document.to_text() == "#Brellwick_Serial_Version 1.2\na 1 2 3\n"
 
 
 def numbers() -> object:

@@ -2,6 +2,7 @@
 #include "tree/edits.h"
 #include "types/equal.h"
 #include "types/handles.h"
+#include "values/arguments.h"
 #include "values/convert.h"
 #include "values/text.h"
 
@@ -51,7 +52,7 @@ py::tuple state_of(const ParserGroup& group) {
         }
     }
     for (const auto print : {compact_text, indented_text}) {
-        const std::string text = print(group);
+        const std::string text = version_line() + print(group);
         const bk_parser::LoadResult read = bk_parser::parse(text);
         if (are_equal(group, read.document.root())) {
             return py::make_tuple("text", py::bytes(text));
@@ -80,8 +81,8 @@ bk_parser::LoadResult restored(const std::string& form, const std::string& conte
     return loaded;
 }
 
-py::object from_binary(const py::bytes& bytes) {
-    return document_handle(restored("binary", bytes));
+py::object from_binary(const py::object& data) {
+    return document_handle(restored("binary", bytes_from(data)));
 }
 
 py::object group_from_state(const std::string& form, const py::bytes& content) {

@@ -2,6 +2,7 @@
 
 #include "files/files.h"
 #include "types/handles.h"
+#include "values/arguments.h"
 #include "values/convert.h"
 #include "values/from_json.h"
 
@@ -37,8 +38,7 @@ py::object to_dict(const Container& self) {
 }
 
 py::object from_json(const py::object& text) {
-    const std::string content =
-        PyUnicode_Check(text.ptr()) ? text_from(text) : text.cast<py::bytes>().cast<std::string>();
+    const std::string content = content_from(text);
     bk_parser::LoadResult loaded;
     {
         const py::gil_scoped_release unlocked;

@@ -98,7 +98,8 @@ py::str to_text(const Container& self, bool compact) {
     if (group == nullptr) {
         return {};
     }
-    return text_of(compact ? compact_text(*group) : indented_text(*group));
+    const std::string head = Py_IS_TYPE(self.self, types.document) ? version_line() : std::string();
+    return text_of(head + (compact ? compact_text(*group) : indented_text(*group)));
 }
 
 } // namespace
@@ -142,11 +143,12 @@ void define_container_methods(PyObject* type) {
            "last name.");
     define(type, "remove_all", remove_all_of, py::arg("path"),
            "Removes every entry that a path finds, and gives how many there were.");
-    define(type, "to_text", to_text, py::kw_only(), py::arg("compact") = false,
-           "The entries as the text syntax writes them, one a line, with four blanks a level. OverflowError "
-           "where that is\n"
-           "more than 4 GiB, as beyond 32,000 levels.\n\n"
-           "compact: all on one line.");
+    define(
+        type, "to_text", to_text, py::kw_only(), py::arg("compact") = false,
+        "The entries as the text syntax writes them, one a line, with four blanks a level; those of a "
+        "document behind the\n"
+        "line with their version. OverflowError where that is more than 4 GiB, as beyond 32,000 levels.\n\n"
+        "compact: all entries on one line.");
 }
 
 } // namespace bk_python

@@ -3,6 +3,7 @@
 
 #include "tree/tree.h"
 
+#include "parser/files/parser_document_impl.h"
 #include "parser/text/parser_text_writer_impl.h"
 
 #include <cstdint>
@@ -31,6 +32,13 @@ std::string compact_text(const ParserGroup& group) {
     }
     const std::string_view words = text.get_view();
     return std::string(words.substr(words.starts_with(' ') ? 1 : 0));
+}
+
+std::string version_line() {
+    CoreString line;
+    line.append(bk::version_directive);
+    line += bk::written_version;
+    return std::string(line.get_view()) + "\n";
 }
 
 } // namespace bk_python

@@ -10,5 +10,7 @@ namespace bk_python {
 std::string indented_text(const ParserGroup& group);
 /// All on one line.
 std::string compact_text(const ParserGroup& group);
+/// The line that a document begins with. Without it, the escapes in strings of these texts would be read as they stand.
+std::string version_line();
 
 } // namespace bk_python
