@@ -4,7 +4,7 @@ from collections.abc import Callable, Iterable, Mapping, MutableSequence
 from html import escape
 from typing import Any
 
-from bk_parser._core import Entry, Group
+from bk_parser._core import Entry, Group, Values
 
 Column = str | Callable[[Entry], Any]
 _MOST_SHOWN = 200  # entries of one group in a notebook
@@ -78,9 +78,19 @@ def extend(cls: Any) -> None:
     cls._repr_html_ = repr_html
 
 
+def _add(self: Values, other: Any) -> Any:
+    return self.tolist() + list(other) if isinstance(other, (list, tuple, Values)) else NotImplemented
+
+
+def _add_to(self: Values, other: Any) -> Any:
+    return list(other) + self.tolist() if isinstance(other, (list, tuple)) else NotImplemented
+
+
 def extend_values(cls: Any) -> None:
     """Gives Values what a list has and its own methods do not."""
     MutableSequence.register(cls)
     for name in ("__iadd__", "__reversed__", "pop", "remove", "reverse"):
         setattr(cls, name, getattr(MutableSequence, name))
+    cls.__add__ = _add
+    cls.__radd__ = _add_to
     cls.__reduce__ = lambda self: (list, (self.tolist(),))

@@ -355,6 +355,11 @@ def test_values_change_as_a_list_does() -> None:
     assert entry.values == [2, 3, 4, 5]
     values.reverse()
     assert values == [5, 4, 3, 2]
+    assert values + [1] == values + (1,) == [5, 4, 3, 2, 1]
+    assert [6] + values == (6,) + values == [6, 5, 4, 3, 2]
+    assert values + values == 2 * values.tolist()
+    with pytest.raises(TypeError):
+        values + 1  # type: ignore[operator]
     assert values.index(4, 1) == 1
     assert values.index(2, -1) == 3
     for call in (lambda: values.index(5, 1), lambda: values.index(2, 0, 3), lambda: values.remove(9)):
@@ -381,3 +386,10 @@ def test_values_are_copied_and_pickled_as_a_list() -> None:
     for made in (copy.copy(values), copy.deepcopy(values), pickle.loads(pickle.dumps(values))):
         assert type(made) is list
         assert made == list(values)
+
+
+def test_problems_travel_with_their_document() -> None:
+    document = bk_parser.parse("a 1 @\n")
+    assert [problem.code for problem in document.problems] == ["unexpected-word"]
+    assert pickle.loads(pickle.dumps(document)).problems == document.problems
+    assert copy.deepcopy(document).problems == document.problems

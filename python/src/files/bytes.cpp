@@ -118,9 +118,12 @@ void define_bytes(py::module_& module) {
         "The entries in the binary form: names and values, without kinds, templates and array counts.";
     define(reinterpret_cast<PyObject*>(types.group), "to_binary", to_binary, to_binary_text);
     define(reinterpret_cast<PyObject*>(types.entry), "to_binary", to_binary, to_binary_text);
-    module.def("_document_from_state", [](const std::string& form, const py::bytes& content) {
-        return document_handle(restored(form, content));
-    });
+    module.def("_document_from_state",
+               [](const std::string& form, const py::bytes& content, const py::list& problems) {
+                   bk_parser::LoadResult loaded = restored(form, content);
+                   loaded.problems = problems_from(problems);
+                   return document_handle(std::move(loaded));
+               });
     module.def("_group_from_state", group_from_state);
     module.def("_entry_from_state", entry_from_state);
     define(reinterpret_cast<PyObject*>(types.group), "_state",

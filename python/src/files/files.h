@@ -10,6 +10,7 @@ namespace bk_python {
 PyTypeObject* make_problem_type();
 void define_problems(py::module_& module);
 py::object problem_object(bk_parser::Problem problem);
+std::vector<bk_parser::Problem> problems_from(const py::list& list);
 /// load, parse and the fields of a Document that say where it came from.
 void define_load(py::module_& module);
 /// The document, or LoadError when nothing could be read.

@@ -147,6 +147,17 @@ py::object problem_object(Problem problem) {
     return py::reinterpret_steal<py::object>(reinterpret_cast<PyObject*>(object));
 }
 
+std::vector<Problem> problems_from(const py::list& list) {
+    std::vector<Problem> problems;
+    for (const py::handle item : list) {
+        if (!Py_IS_TYPE(item.ptr(), types.problem)) {
+            fail(PyExc_TypeError, "a Problem is wanted");
+        }
+        problems.push_back(problem_of(item.ptr()));
+    }
+    return problems;
+}
+
 PyTypeObject* make_problem_type() {
     static PyType_Slot slots[] = {
         {Py_tp_dealloc, reinterpret_cast<void*>(free_problem)},

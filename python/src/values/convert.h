@@ -40,6 +40,7 @@ private:
     void add_integer(py::handle number);
     bool add_bytes(py::handle object);
     bool add_buffer(py::handle object, bool takes_list);
+    bool add_plain(py::handle object, bool takes_list);
     void add_all(py::handle iterable);
 
     std::vector<bk_parser::GivenValue> values_;
