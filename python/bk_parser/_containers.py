@@ -8,6 +8,7 @@ from bk_parser._core import Entry, Group, Values
 
 Column = str | Callable[[Entry], Any]
 _MOST_SHOWN = 200  # entries of one group in a notebook
+_MOST_OPENED = 2000  # groups of a notebook's tree that show what is in them
 
 
 def frame(
@@ -50,17 +51,21 @@ def _summary(container: Group | Entry, is_open: bool) -> str:
 
 
 def repr_html(self: Group | Entry) -> str:
-    """A folding tree, as notebooks show it."""
+    """A folding tree, as notebooks show it: of large documents the beginning."""
     # The stack holds what is still to be written: entries, and the ends of lists that are open.
     out = [_summary(self, True)]
     stack: list[Entry | str] = ["</ul></details>", *reversed(_shown(self))]
+    opened = 0
     while stack:
         item = stack.pop()
         if isinstance(item, str):
             out.append(item)
         elif item.group is None:
             out.append(f"<li>{_head(item)}</li>")
+        elif opened == _MOST_OPENED:
+            out.append(f"<li>{_head(item)} with {len(item)} more</li>")
         else:
+            opened += 1
             out.append("<li>" + _summary(item, False))
             stack.append("</ul></details></li>")
             stack.extend(reversed(_shown(item)))

@@ -284,3 +284,13 @@ def test_a_column_of_values_has_a_number(scene: Document) -> None:
     for column in ("@x", "@-1", "@", "@1.5"):
         with pytest.raises(ValueError, match="number of a value"):
             scene.frame("**/shot", [column])
+
+
+def test_html_of_a_large_document_is_bounded() -> None:
+    wide = bk_parser.parse(("g { " + "h { x 1 } " * 300 + "} ") * 300)
+    deep = bk_parser.parse("g { " * 50_000 + "x 1" + " }" * 50_000)
+    for document in (wide, deep):
+        html = document._repr_html_()
+        assert html.count("<details") == html.count("</details>") == 2001
+        assert len(html) < 1_000_000
+        assert " more</li>" in html
