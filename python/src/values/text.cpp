@@ -1,5 +1,4 @@
 #include "values/text.h"
-#include "python.h"
 
 #include "tree/tree.h"
 

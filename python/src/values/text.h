@@ -1,5 +1,7 @@
 #pragma once
 
+#include "python.h"
+
 #include "parser/parser_group.h"
 
 #include <string>
