@@ -44,7 +44,7 @@ private:
 void scan_digits(NumberScanner& scanner, Decimal& number) noexcept {
     for (; scanner.at_digit(); scanner.advance()) {
         const unsigned int digit = static_cast<unsigned int>(scanner.peek() - '0');
-        number.mantissa = number.mantissa * 10 + digit; // what it wraps to past 19 digits is not used
+        number.mantissa = number.mantissa * 10 + digit; // wraps past 19 digits, where nobody uses it
         number.significant += number.significant != 0 || digit != 0;
         ++number.digits;
     }
@@ -195,7 +195,7 @@ bool take_decimal(std::string_view text, NumberScanner& scanner, double& value) 
 
 } // namespace
 
-// Rounds in whole numbers, and puts the bits of the double together. At most 64 bits are dropped.
+// Rounds in integers, and assembles the bits of the double. Drops at most 64 bits.
 double nearest_double(std::uint64_t mantissa, std::int64_t exponent_of_lowest) noexcept {
     if (mantissa == 0) {
         return 0.0;

@@ -3,12 +3,12 @@
 #include <cstddef>
 #include <string_view>
 
-/// Numbers as nearly all documents spell them, read without a loop over their characters. What is another number, or none,
-/// is left to the rules of core_number_impl.h; what is read here is read as they would.
+/// Reads numbers in their usual spellings without a loop over the characters. Leaves every other word to the rules of
+/// core_number_impl.h. Both give the same result for what is read here.
 namespace bk {
 
-/// How many bytes in front of a text may be read along with it, whatever they are, where a function asks for a margin.
-/// With one, a text of any length is read by the same few steps: how long a number is cannot be foreseen.
+/// How many readable bytes must stand before a text where a function asks for a margin. Their content does not matter. With a
+/// margin a number of any length takes the same few steps, without a branch on its length, which would mispredict.
 inline constexpr std::size_t number_margin = 16;
 
 /// A sign and up to eight digits. The text has a margin.
