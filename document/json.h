@@ -41,8 +41,8 @@ using JsonSink = std::function<bool(std::string_view)>;
 [[nodiscard]] BK_PARSER_API std::string to_json(const Document& document, const JsonOptions& options = {});
 
 /// The same in pieces of about 64 KiB, for JSON that is too large for memory. Takes memory for one piece and for the depth of the tree,
-/// and 8 bytes for each entry of a group when it begins that group; `lines` saves these for the outermost group. The plain shape takes 32 bytes for each entry of
-/// each open group. Returns false when the sink returned false. What the sink throws passes through.
+/// and 8 bytes for each entry of a group when it begins that group; `lines` saves these for the outermost group. The plain shape
+/// takes 32 bytes for each entry of each open group. Returns false when the sink returned false. What the sink throws passes through.
 BK_PARSER_API bool write_json(const ParserGroup& group, const JsonSink& sink,
                               const JsonOptions& options = {});
 
