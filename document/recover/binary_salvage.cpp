@@ -55,7 +55,7 @@ void BinarySalvage::step() {
     }
 }
 
-/// Values do not go beyond this.
+/// The end of the entry's values at the latest.
 std::size_t BinarySalvage::end_of_values(const Level& level) const noexcept {
     return level.is_sure ? level.entry_end : level.group_end;
 }
@@ -146,7 +146,7 @@ void BinarySalvage::stop_values() {
     finish_entry();
 }
 
-/// An entry of whose values nothing is left would say something else.
+/// Drops an entry that has lost all its values, because without values it would mean something else.
 void BinarySalvage::finish_entry() {
     Level& level = levels_.back();
     if (!level.entry->has_value() && level.head.size > bk::reserved_size) {
@@ -194,7 +194,7 @@ BinarySalvage::Taken BinarySalvage::take_group(std::size_t end) {
     return Taken::group;
 }
 
-/// Whether a value of this type, other than a group, stands before `end` whole.
+/// Whether a value of this type, other than a group, lies whole before `end`.
 bool BinarySalvage::value_fits(char tag, std::size_t end) const noexcept {
     const std::string_view rest = data_.substr(position_ + 1, end - position_ - 1);
     switch (static_cast<ParserValue::Type>(tag)) {

@@ -24,8 +24,8 @@ bool is_size_known(const std::string& path) {
     return info.kind == SysPathKind::regular && info.size != 0;
 }
 
-/// Whether it is a device of characters or blocks, which may have no end. The shell hands over pipes, which have one. The
-/// device in use tells both as `other`; what it makes up itself is not there for the system.
+/// Whether the path is a character or block device, which may have no end. A pipe, which a shell makes, has one. SysDevice reports
+/// both as `other`, so this asks the system; a file that a host's SysDevice invents does not exist for the system.
 bool is_endless(const std::string& path) {
     if (SysDevice::get().inspect(path).kind != SysPathKind::other) {
         return false;
@@ -42,8 +42,8 @@ std::string reason_or(const char* general) {
     return reason.empty() ? general : reason;
 }
 
-/// Reads until the file ends. A file may be longer or shorter than it was when it was opened: one byte more than its size is
-/// asked for, to see its end.
+/// Reads until the file ends. The file may have become longer or shorter since it was opened, so this asks for one byte more than its
+/// size, to see the end.
 bool read_pieces(bk::FileInput& input, core_uint64 most, FileBytes& file, Meter& meter) {
     ByteHash hash;
     std::size_t have = 0;

@@ -13,14 +13,14 @@ struct FileBytes {
     CoreString bytes;
     std::uint64_t hash = 0;    // ByteHash of them
     std::string reason;        // why it could not be read, in plain words; else empty
-    bool is_too_large = false; // then the bytes are the first few, as far as they could be had
+    bool is_too_large = false; // then `bytes` has only the first few bytes
     std::uint64_t size = 0;    // of one that is too large; 0 when that is not known
 };
 
 /// Reads a file, of at most `most` bytes, through the device in use. The meter's range is the reading.
 FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Range& range, Meter& meter);
 
-/// Why no file can be read there: "permission denied". Empty when there is one.
+/// Why no file can be read there, for example "permission denied". Empty when one can.
 std::string why_no_file(const std::string& path);
 
 } // namespace bk_parser
