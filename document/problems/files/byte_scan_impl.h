@@ -17,7 +17,7 @@ struct StrayBytes {
     bool are_none() const noexcept { return nul_count == 0 && bad_count == 0 && marks.empty(); }
 };
 
-/// Finds them. Linear; characters below 0x80 are skipped sixteen at a time.
+/// Finds them. Linear; skips characters below 0x80 in blocks.
 StrayBytes find_stray_bytes(std::string_view text);
 
 } // namespace bk_parser
