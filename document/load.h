@@ -73,12 +73,12 @@ private:
 
 /// How to load a document.
 struct LoadOptions {
-    /// Folders to search for included files, in this order. Last of all `load` tries the name as it is: an absolute path,
-    /// or one relative to the working folder. `parse` does not.
+    /// Folders to search for included files, in this order. At last `load` tries the name as it stands: an absolute path,
+    /// or one from the working folder. `parse` does not.
     std::vector<std::filesystem::path> search;
     /// Whether an included file is searched for beside the file that includes it, before the search folders.
     bool beside = true;
-    /// Whether included files are read. Otherwise `Document::includes` lists the directives, and the tree is without those files.
+    /// Whether included files are read. Otherwise their directives are left out, and `Document::includes` lists them.
     bool follow_includes = true;
     /// The key of an enciphered document and its enciphered includes.
     std::string key;

@@ -24,8 +24,8 @@ struct BK_PARSER_API ParserArchive {
     void operator+=(const CoreString& word);
 
 private:
-    /// The hash table that finds words. Empty while the words are few: then a linear search finds them. Both give a word the same
-    /// index.
+    /// Finds words: by a linear search while they are few and this is empty, then by their hash. Which of the two is
+    /// at work never changes the index that a word gets.
     CoreVector<unsigned int> lookup_;
     unsigned int known_words_ = 0; // how many of `strings` the lookup finds
 
