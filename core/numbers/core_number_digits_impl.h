@@ -44,7 +44,8 @@ constexpr bool read_short_digits(std::uint64_t characters, std::size_t count,
     return read_eight_digits(characters << others | zeros, number);
 }
 
-/// Sixteen bytes of zeros, then sixteen of ones. Of the sixteen bytes that begin at position n, the last n are ones.
+/// Masks of bytes: sixteen without and sixteen with all bits. Of sixteen that begin n bytes behind the beginning the last
+/// n are the ones with.
 alignas(32) inline constexpr std::array<unsigned char, 32> byte_windows = [] {
     std::array<unsigned char, 32> windows{};
     for (std::size_t i = 16; i < windows.size(); ++i) {

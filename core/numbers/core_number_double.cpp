@@ -44,7 +44,7 @@ private:
 void scan_digits(NumberScanner& scanner, Decimal& number) noexcept {
     for (; scanner.at_digit(); scanner.advance()) {
         const unsigned int digit = static_cast<unsigned int>(scanner.peek() - '0');
-        number.mantissa = number.mantissa * 10 + digit; // wraps past 19 digits, where nobody uses it
+        number.mantissa = number.mantissa * 10 + digit; // what it wraps to past 19 digits is not used
         number.significant += number.significant != 0 || digit != 0;
         ++number.digits;
     }

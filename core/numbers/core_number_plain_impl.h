@@ -7,8 +7,8 @@
 /// core_number_impl.h. Both give the same result for what is read here.
 namespace bk {
 
-/// How many readable bytes must stand before a text where a function asks for a margin. Their content does not matter. With a
-/// margin a number of any length takes the same few steps, without a branch on its length, which would mispredict.
+/// How many bytes in front of a text may be read along with it, whatever they are, where a function asks for a margin.
+/// With one, a text of any length is read by the same few steps: how long a number is cannot be foreseen.
 inline constexpr std::size_t number_margin = 16;
 
 /// A sign and up to eight digits. The text has a margin.

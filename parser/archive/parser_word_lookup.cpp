@@ -32,7 +32,7 @@ void WordLookup::catch_up() {
     while (covered_ < words_.get_count()) {
         const unsigned int next = covered_;
         find_or_cover(words_[next].get_view());
-        covered_ = next + 1; // a word that is there twice keeps its first index
+        covered_ = next + 1; // a word that is there twice is found by its first index
     }
 }
 
@@ -62,7 +62,8 @@ unsigned int WordLookup::find_linearly(std::string_view word) const noexcept {
     return index;
 }
 
-/// The slot of the word, or the vacant slot where it belongs. Slots never become vacant again, so a vacant one ends the search.
+/// The slot of the word, or the vacant one where it belongs. Slots are never vacated, so that a vacant one ends the
+/// way on which the word would stand.
 unsigned int WordLookup::find_slot(unsigned int hash, std::string_view word) const noexcept {
     const unsigned int mask = slot_count() - 1;
     for (unsigned int i = 0; i < near_slots; ++i) {

@@ -15,10 +15,10 @@ namespace {
 
 constexpr std::size_t entry_head_size = sizeof(std::uint64_t) + reserved_size;
 
-constexpr unsigned int entries_ahead = 4; // prefetched: in a large tree each entry is a cache miss
+constexpr unsigned int entries_ahead = 4; // in a large tree each entry has to come from memory first
 
-/// Stores scalars and strings, beginning with value `next`. Stops at the first value that is neither, that may not fit before
-/// `limit`, or that is in a cell of its own, and sets `next` to it. Returns the end of what it stored.
+/// Stores scalars and strings from the value at `next` on, and leaves there the first value that is neither, for which there may
+/// be no room before `limit`, or that stands in a cell of its own. Gives the place behind what is stored.
 inline char* put_values(char* end, const char* limit, const ParserValueList& values, unsigned int& next) {
     constexpr std::size_t tag_size = 1;
     const ParserValue* const first = values.side_by_side();

@@ -19,7 +19,7 @@ namespace bk {
 struct IncludeRules {
     /// An included file is searched for in the folder of the file that includes it, before the search paths.
     bool searches_beside = false;
-    /// Leaves out an include that cannot be read, and reads on after it. Limits on the whole document still end the read.
+    /// An include that cannot be had is left out, and what is behind it is read. Limits on the whole still end the reading.
     bool goes_on = false;
     /// Copies the text in pieces of at most so many bytes, and tells the host of each.
     std::size_t longest_piece = std::string_view::npos;

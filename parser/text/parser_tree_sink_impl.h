@@ -15,7 +15,7 @@ namespace bk {
 /// their spellings after them go into one block of the right size.
 class TreeSink {
 public:
-    /// The caller keeps `limits` alive as long as the sink.
+    /// `limits` outlive the sink.
     TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer, const ParserLimits& limits);
     /// Gives the whole entries to their groups, also when the parse ended early.
     ~TreeSink();
