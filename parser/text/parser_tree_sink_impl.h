@@ -17,7 +17,7 @@ class TreeSink {
 public:
     /// `limits` outlive the sink.
     TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer, const ParserLimits& limits);
-    /// Gives the whole entries to their groups, also when the parse ended early.
+    /// Hands over the entries that are whole, even when reading ends early.
     ~TreeSink();
     TreeSink(const TreeSink&) = delete;
     TreeSink& operator=(const TreeSink&) = delete;
