@@ -150,7 +150,7 @@ BK_PARSER_API ParserGroup* parent_of(const ParserGroup& root, const ParserEntry&
 /// adopted or copied does not.
 BK_PARSER_API ParserEntry* parent_of(const ParserGroup& root, const ParserGroup& group);
 
-/// The paths and parents of all entries of a tree, found in one walk. **Wrong once the tree is edited.** A moved-from index has no
+/// The paths and parents of all entries of a tree, found in one walk. **Wrong once the tree is edited**. A moved-from index has no
 /// entries and may be assigned to.
 class BK_PARSER_API PathIndex {
 public:

@@ -33,10 +33,12 @@ struct RecoverResult {
     BK_PARSER_API bool is_whole() const;
 };
 
+/// Loads a binary, enciphered or archive file as `load` does, but goes on after damage, wherever a size or the next entry
+/// shows where.
+///
 /// **Look at the document before you use it**: values that were read from a wrong place cannot be told from true ones.
 ///
-/// Loads a binary, enciphered or archive file as `load` does, but goes on after damage, wherever a size or the next entry
-/// shows where. When a size contradicts the part that it measures, goes by that part. An entry that lost some of its values keeps those
+/// When a size contradicts the part that it measures, goes by that part. An entry that lost some of its values keeps those
 /// before them. A file whose first four bytes differ in one byte from those of a form is taken for that form. A text is loaded as by
 /// `load` and has no lost parts. Linear in the size of the file.
 [[nodiscard]] BK_PARSER_API RecoverResult recover(const std::filesystem::path& path,

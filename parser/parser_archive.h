@@ -56,9 +56,10 @@ public:
     /// limits.
     static bool get_archive_text(const ParserArchive& archive, CoreString& text, const ParserLimits& limits);
 
-    /// **An empty result does not mean that the archive was stored.** It means that the file could be opened; otherwise the result is
-    /// "empty filename" or "cannot open file". When not everything could be stored, the old file stays, and only the log says
-    /// "ParserImpl.save_archive: Can't save archive '<filename>'.\n", at level 1.
+    /// Saves an archive to a file. Returns an empty text, or "empty filename" or "cannot open file".
+    ///
+    /// **An empty text does not mean that the archive was stored**, only that the file could be opened. When not everything could be
+    /// stored, the old file stays, and only the log says "ParserImpl.save_archive: Can't save archive '<filename>'.\n", at level 1.
     static CoreString save_archive(const ParserArchive& archive, const CoreString& filename,
                                    AppProgressBar* progress);
     /// Appends an archive file to `archive`, which should be empty. Returns an empty text on success, otherwise "empty filename",

@@ -129,8 +129,8 @@ public:
     unsigned int get_binary_data_size(const unsigned int& i) const;
     /// The text of value `i`, without quotes, whatever its type. Empty for a group. When memory runs out, it logs that and is empty.
     CoreString get_word(const unsigned int& i) const;
-    /// **Adds a new group to an entry without values**, whatever `i` is: that is an edit. Otherwise the group of value `i`, null when
-    /// that is no group. The group stays at its address until that value is set or removed or the last entry that lists it dies.
+    /// The group of value `i`; null when that is no group. The group stays at its address until that value is set or removed or the
+    /// last entry that lists it dies. **An entry without values gets a new group**, whatever `i` is: that is an edit.
     ParserGroup* get_group(const unsigned int& i) const;
     /// The values from `i` on as components. Missing ones are 0.
     GMathVec2<double> get_vec2d(const unsigned int& i) const;
@@ -182,7 +182,7 @@ public:
     /// Appends the values alone, as get_text does.
     void get_value_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
 
-    /// **The cipher is not security.** Replaces `data` by the entry's text, enciphered under `key` (docs/formats.md). An empty text
+    /// Replaces `data` by the entry's text, enciphered under `key` (docs/formats.md). **The cipher is not security**. An empty text
     /// leaves `data` as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& pretty,
                             const unsigned int& level) const;

@@ -85,12 +85,12 @@ public:
     /// Also returns false when a limit ends the parse; the root group then has what was read before.
     bool read(const CoreString& filename, const CoreString& key, AppProgressBar* progress);
 
-    /// **Returns true even when the document could not be stored**: the old file then stays, and only the log says
-    /// "ParserFile.write: Can't save project '<filename>'.\n", at level 1.
+    /// Writes the document to the stored name as it is, after it stored `filename` when that is not empty. With a key it writes the
+    /// enciphered form, whatever the mode, and leaves the version in the tree as the keyword entry "#Brellwick_Serial_Version".
     ///
-    /// Stores `filename` when it is not empty, and writes to the stored name as it is. With a key it writes the enciphered form,
-    /// whatever the mode, and leaves the version in the tree as the keyword entry "#Brellwick_Serial_Version". Returns false when the
-    /// file cannot be opened, and for an unknown mode with "ParserFile.write: Unknown file mode\n" at level 1.
+    /// **Returns true even when the document could not be stored**: the old file then stays, and only the log says
+    /// "ParserFile.write: Can't save project '<filename>'.\n", at level 1. Returns false when the file cannot be opened, and for an
+    /// unknown mode with "ParserFile.write: Unknown file mode\n" at level 1.
     bool write(const Mode& mode, const CoreString& filename, const CoreString& key);
 
     /// The binary form of the whole document (docs/formats.md).

@@ -106,12 +106,12 @@ public:
     /// A position past the end removes nothing.
     void remove_entry(unsigned int position);
 
-    /// **The result is not a success flag**: to learn of errors, use bk_parser::parse (document/load.h) or pass an observer. It is
-    /// false when the text has no word, and when its last word outside of nested groups, braces not counted, was a fault or "<empty>".
-    ///
     /// Parses a text and appends what it holds. Faults do not stop the parse. They are logged at level 2 as
     /// "ParserGroup.set_text: (<line>:<column>) ...", with lines and columns of this text. Linear in the text; nesting costs heap, not
     /// stack.
+    ///
+    /// **The result is not a success flag**: to learn of errors, use bk_parser::parse (document/load.h) or pass an observer. It is
+    /// false when the text has no word, and when its last word outside of nested groups, braces not counted, was a fault or "<empty>".
     bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress);
     /// The same. Tells the observer, which may be null, the place of every fault.
     bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress,
@@ -124,11 +124,11 @@ public:
     /// level (a level below 1 counts as 1). Compact: all on one line.
     void get_text(CoreString& out, const bool& braces, const bool& pretty, const unsigned int& level) const;
 
-    /// **The cipher is not security.** Replaces `data` by the group's text, enciphered under `key` (docs/formats.md). An empty text
+    /// Replaces `data` by the group's text, enciphered under `key` (docs/formats.md). **The cipher is not security**. An empty text
     /// leaves the output as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& braces,
                             const bool& pretty, const unsigned int& level) const;
-    /// The same as hexadecimal digits. **The plain text itself follows the digits.**
+    /// The same as hexadecimal digits. **The plain text itself follows the digits**.
     void get_encrypted_text(CoreString& text, const CoreString& key, const bool& braces, const bool& pretty,
                             const unsigned int& level) const;
     /// Deciphers and parses. When the data cannot be deciphered, returns false and leaves the group unchanged. Does not notice every

@@ -80,7 +80,7 @@ struct BK_PARSER_API ParserValue {
     void set_binary_data(void* data, const unsigned int& size);
 
     /// Reads the value as this type. Bool, char, int and double convert into each other: a char has the low 8 bits of an int, and a
-    /// double is truncated toward zero. **A double outside the int range reads as -2147483648.** For a value of another type returns
+    /// double is truncated toward zero. **A double outside the int range reads as -2147483648**. For a value of another type returns
     /// no, 0 or an empty text, and logs at level 2, if there is memory for that,
     /// "ParserValue.<read>: type mismatch, value type is '<type name>' \n".
     bool get_as_bool() const;
@@ -106,7 +106,7 @@ struct BK_PARSER_API ParserValue {
     void get_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
 
     /// Decodes a binary-data literal: "0x", two upper-case hexadecimal digits a byte, eight digits of checksum. **Does not verify the
-    /// checksum.** A pair with any other character decodes as 0. A literal of odd length, or of at most
+    /// checksum**. A pair with any other character decodes as 0. A literal of odd length, or of at most
     /// 10 characters, gives null and 0. The caller frees the bytes with CoreMemory::release and their size.
     static void word_to_binary_data(void*& data, unsigned int& size, const ParserWord& word);
 
