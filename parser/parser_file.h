@@ -20,8 +20,8 @@ extern BK_PARSER_API CoreVersion default_parser_serial_version;
 
 /// A document on disk: the tree under its root group, the name of its file, and where its includes are found.
 ///
-/// **`write` loses comments, blank lines and includes**: it prints the document anew. It returns true even when nothing could be
-/// stored. **`read` returns true for a text full of faults**, takes any file for a text, and does not tell that a document was cut
+/// `write` **loses comments, blank lines and includes**: it prints the document anew. It returns true even when nothing could be
+/// stored. `read` **returns true for a text full of faults**, takes any file for a text, and does not tell that a document was cut
 /// off. To edit files that people wrote, use bk_parser::load and bk_parser::save (document/document.h).
 ///
 /// A text document begins with a line "#Brellwick_Serial_Version 1.2". `#include "name"` is replaced by the text of
