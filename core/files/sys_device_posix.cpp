@@ -92,7 +92,7 @@ bool take_permissions(int file, const struct stat& from) {
         mode &= static_cast<mode_t>(~(S_ISUID | S_ISGID));
     }
     if (!group_kept) {
-        mode &= static_cast<mode_t>(~S_IRWXG); // the file has another group now, which must not get the old one's rights
+        mode &= static_cast<mode_t>(~S_IRWXG); // the new group gets no rights of the old one
     }
     return ::fchmod(file, mode) == 0;
 }

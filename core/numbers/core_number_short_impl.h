@@ -38,7 +38,7 @@ inline std::size_t write_short_double(char* out, double number) noexcept {
     constexpr std::uint32_t largest_whole = 99999; // above, an exponent may be shorter
 
     const auto bits = std::bit_cast<std::uint64_t>(number);
-    const std::uint64_t magnitude = bits & ~(std::uint64_t{1} << 63); // positive doubles compare as their bits do
+    const std::uint64_t magnitude = bits & ~(std::uint64_t{1} << 63); // doubles sort as their bits do
     if (magnitude < std::bit_cast<std::uint64_t>(smallest) ||
         magnitude >= std::bit_cast<std::uint64_t>(largest)) {
         return 0;

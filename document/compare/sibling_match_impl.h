@@ -14,7 +14,7 @@ inline constexpr std::uint32_t unmatched = 0xFFFFFFFFu;
 struct SiblingMatch {
     std::vector<std::uint32_t> right_of; // of each on the left
     std::vector<std::uint32_t> left_of;  // of each on the right
-    std::vector<bool> is_moved; // for each on the right: it has another place among the matched ones
+    std::vector<bool> is_moved; // of each on the right: it stands at another place among the matched ones
 };
 
 /// Matches the entries of two groups, given by their nodes, as compare_trees says.

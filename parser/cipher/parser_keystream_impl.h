@@ -41,7 +41,7 @@ private:
                  std::size_t count) noexcept;
 
     const KeystreamLoops& loops_;
-    alignas(64) std::array<std::uint32_t, state_size> state_; // aligned, so that no vector spans two cache lines
+    alignas(64) std::array<std::uint32_t, state_size> state_; // so that few vectors span two cache lines
     std::size_t used_ = state_size;                           // words of the round
 };
 

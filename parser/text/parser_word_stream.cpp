@@ -70,7 +70,7 @@ bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept 
             return true;
         }
     } else if (end == 0 && first != 1) {
-        restart_block(first); // most words are shorter than 64 characters, so whole in a block that begins with them
+        restart_block(first); // most words are whole in a block that begins with them
         return next();
     }
     if (end == 0) {

@@ -121,7 +121,7 @@ void CheckedSink::tell(std::string_view word, const ValueFlaw& flaw) {
         return;
     }
     const Spot spot = spot_of(word.substr(flaw.offset, flaw.length));
-    if (lines_.state_at(spot) != LineReader::State::comment) { // in a comment the mistake is an unclosed quote before it
+    if (lines_.state_at(spot) != LineReader::State::comment) { // in one, an open quote is what is wrong
         problems_.add(
             flaw.code, [&] { return flaw.text(word, flaw); }, spot);
     }
