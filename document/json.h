@@ -48,8 +48,8 @@ BK_PARSER_API bool write_json(const ParserGroup& group, const JsonSink& sink,
 
 /// How to read JSON.
 struct JsonReadOptions {
-    /// `lossless` reads one value, `lines` an object on each line; no lines are an empty document. Without a value the text decides:
-    /// when more objects follow the first, each on a new line, it is `lines`. The plain shape cannot be read.
+    /// `lossless` takes one value, `lines` an object on each line, where a text without any is an empty document. Otherwise
+    /// the text tells: what has more objects behind the first, each on a new line, is `lines`. The plain shape is not read.
     std::optional<JsonShape> shape;
     /// The name of the text in problems.
     std::filesystem::path file;
@@ -61,12 +61,11 @@ struct JsonReadOptions {
     std::vector<std::string> allow;
 };
 
-/// Reads JSON of the shapes `lossless` and `lines`, from `to_json` or any other program that follows docs/json.md. The text must be
-/// strict JSON (RFC 8259) and valid UTF-8; a byte order mark at its beginning is skipped.
-///
-/// Stops at the first fault: the document has what stands before it, and one problem has its place. The codes are "json-syntax" (no
-/// JSON), "json-shape" (JSON of another shape), "nested-too-deeply" and "too-large". A number that no int or double holds is a warning.
-/// The document has the text form and no path. Depth costs heap, not stack. Throws std::bad_alloc. Linear in the text.
+/// Reads what `to_json` wrote in the shapes `lossless` and `lines`, or what follows docs/json.md. The text is JSON by RFC 8259, strictly,
+/// and valid UTF-8; a byte order mark at its begin is skipped. Of a text with a fault the document holds what stands before the fault,
+/// and one problem says where that is: "json-syntax" where it is no JSON, "json-shape" where it is JSON of another shape,
+/// "nested-too-deeply" or "too-large". Numbers that no int or double holds are warnings. The document is in the text form and has no path.
+/// Depth costs heap, not stack. Throws std::bad_alloc. Linear in the text.
 [[nodiscard]] BK_PARSER_API LoadResult from_json(std::string_view text, const JsonReadOptions& options = {});
 
 /// Appends a text as a string of JSON, in quotes. Each byte that is no UTF-8 becomes U+FFFD.

@@ -80,7 +80,7 @@ struct LoadOptions {
     bool beside = true;
     /// Whether included files are read. Otherwise their directives are left out, and `Document::includes` lists them.
     bool follow_includes = true;
-    /// The key of an enciphered document and its enciphered includes.
+    /// Decrypts an enciphered document and its enciphered includes.
     std::string key;
     /// Bounds the memory and time of the load.
     ParserLimits limits = ParserLimits::untrusted();

@@ -18,12 +18,11 @@ struct SaveOptions {
     std::optional<Form> form;
     /// The key of the enciphered form; when it is empty, the key with which the document was loaded.
     std::string key;
-    /// Whether a document that was read from text files, and is saved as text, keeps its comments, blank lines, spelling and includes, so
-    /// that only the bytes of what was changed change.
-    ///
-    /// When false, and for every other document, the file is laid out as by ParserGroup::get_text, with includes spliced in and a line
-    /// feed after each line on every platform. A binary document or an archive that has its version in an entry keeps that entry in that
-    /// form. An infinity of the binary form is read, and so saved, as the largest double.
+    /// Text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes: only the bytes of
+    /// what was changed change. Without it, and for every other document, the file is laid out as ParserGroup::get_text does, and holds
+    /// all of the document: includes are spliced in. Its lines end with a line feed on every platform. A binary document or an archive
+    /// that says its version in an entry says it there again, in that form. An infinity of the binary form is read, and so
+    /// saved, as the largest double.
     bool keep_layout = true;
     /// Whether to save even when the form cannot carry everything that the document holds.
     bool lossy = false;
@@ -70,8 +69,8 @@ struct SavePreview {
 
 /// Saves a document to `path`, or to the file that it was loaded from when `path` is empty.
 ///
-/// Before it writes anything, it reads the new bytes back and compares them with the tree. When they do not read back as exactly this
-/// tree, it writes nothing, and the losses and the reason say why.
+/// Before anything is written, what is to be written is read back and compared with the tree. When it would not read back as just
+/// this tree, nothing is written, and the losses and the reason say why.
 ///
 /// The document's own file is the one that it was loaded from or last saved to, under every name that symbolic links give it. Without
 /// a path it is found whatever the current folder is. In any form, a save over it is refused
@@ -106,10 +105,9 @@ struct SavePreview {
 ///   others counts as one of these;
 /// - a group that the text left open stays open: a save that would put something behind it is refused, with its place;
 /// - an enciphered include is enciphered again with the key of the load;
-/// - a file whose lines end in a carriage return alone gets no new lines: such a save is refused;
-/// - after a save with losses the next save keeps the layout of what was written. What was lost is a loss again as long as the tree has
-///   it;
-/// - a save to another path writes only the document's own file. Its includes stay where they are. It is refused when they would not be
+/// - a file whose lines end in a carriage return alone takes no new lines: that is refused;
+/// - after a save with losses the next one keeps the layout of what was written; what was lost is a loss again as long as the tree holds it;
+/// - to another path only the document's own file goes: its includes stay where they are. That is refused when they would not be
 ///   found from there, or when one of them would have to change.
 ///
 /// Each file is replaced in one step by a new one that was flushed to the disk before. When several files change, all new ones are

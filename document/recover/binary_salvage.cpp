@@ -194,7 +194,7 @@ BinarySalvage::Taken BinarySalvage::take_group(std::size_t end) {
     return Taken::group;
 }
 
-/// Whether a value of this type, other than a group, lies whole before `end`.
+/// Whether a value of this type, other than a group, stands before `end` whole.
 bool BinarySalvage::value_fits(char tag, std::size_t end) const noexcept {
     const std::string_view rest = data_.substr(position_ + 1, end - position_ - 1);
     switch (static_cast<ParserValue::Type>(tag)) {

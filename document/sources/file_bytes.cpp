@@ -24,8 +24,8 @@ bool is_size_known(const std::string& path) {
     return info.kind == SysPathKind::regular && info.size != 0;
 }
 
-/// Whether the path is a character or block device, which may have no end. A pipe, which a shell makes, has one. SysDevice reports
-/// both as `other`, so this asks the system; a file that a host's SysDevice invents does not exist for the system.
+/// Whether it is a device of characters or blocks, which may have no end. The shell hands over pipes, which have one. The
+/// device in use tells both as `other`; what it makes up itself is not there for the system.
 bool is_endless(const std::string& path) {
     if (SysDevice::get().inspect(path).kind != SysPathKind::other) {
         return false;

@@ -9,8 +9,8 @@
 
 namespace bk {
 
-/// The position of the first NUL. Most names are shorter than eight bytes, so it tests the first eight together instead of
-/// calling memchr.
+/// Where the first NUL stands. Names are short, and a call costs more than they do: of the first bytes eight are
+/// looked at together.
 inline std::size_t find_nul(std::string_view text) noexcept {
     constexpr std::size_t step = 8;
     for (std::size_t i = 0; i < 2 * step && text.size() - i >= step; i += step) {
@@ -21,7 +21,7 @@ inline std::size_t find_nul(std::string_view text) noexcept {
     return text.find('\0');
 }
 
-/// Takes the characters up to a NUL, and the NUL. Returns false when there is none; the cursor is then at the end.
+/// The characters up to a NUL, which is passed. False when there is none: the cursor is at the end then.
 bool cut_string(ByteCursor& cursor, std::string_view& text) noexcept;
 
 /// Takes a number of bytes and then these bytes. Returns false when the buffer ends before; the cursor is then at the end.

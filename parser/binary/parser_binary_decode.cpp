@@ -268,7 +268,7 @@ BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
 /// reads nothing.
 bool BinaryDecoder::read_plain_entry(Level& level) {
     if (cursor_.position() > data_.size() ||
-        !may_be_plain(level)) { // the position is beyond the data when the entry's head is cut off
+        !may_be_plain(level)) { // behind an entry that is cut in its head
         return false;
     }
     const char* const data = data_.data();
