@@ -76,13 +76,11 @@ struct SavePreview {
 /// a path it is found whatever the current folder is. In any form, a save over it is refused
 /// - when it has changed on the disk since ("has changed on the disk since it was loaded");
 /// - when it was not read whole: a stored form that is cut off or damaged, text behind a '}' that closes nothing, a limit that ended the
-///   read, or, when the layout is not kept, an include that was not found or read. `lossy` does not help. The losses list what was not
-///   read, by the code "not-read-whole".
-///
-/// With `lossy`, such a document can be saved to another path, without what was not read. Words that were not read ("the word 'X' at
-/// FILE:LINE") are only in the files: a save that does not keep the layout drops them, and so needs `lossy` for every path. The losses
-/// list the first hundred of them by the same code.
-///
+///   reading. `lossy` does not help. An include that was not found or not read counts, too, unless the layout is kept, which keeps its
+///   directive. The losses name what was not read, by the code "not-read-whole".
+/// To another path such a document goes with `lossy` alone, and without what was not read.
+/// Words that were not read ("the word 'X' at FILE:LINE") are in the files alone: a save that does not keep the layout needs `lossy`, too,
+/// over any file, and drops them. The losses name the first hundred of them by the same code.
 /// No save replaces a file that the document includes. A document from memory has no own file: it is laid out anew, with its includes
 /// spliced in.
 ///
