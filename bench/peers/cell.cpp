@@ -137,6 +137,8 @@ private:
             return decode_round();
         case Operation::destroy:
             return parse_anew() && timed([&] { return peer_->destroy(), true; });
+        case Operation::load_walk_close:
+            return whole_round();
         case Operation::memory:
             break;
         }
@@ -156,6 +158,19 @@ private:
         result_.was_walked = true;
         peer_->destroy();
         return is_read;
+    }
+
+    bool whole_round() {
+        peer_->prepare();
+        result_.was_walked = true;
+        return timed([&] {
+            const bool is_read = peer_->parse();
+            if (is_read) {
+                result_.sum = peer_->walk();
+            }
+            peer_->destroy();
+            return is_read;
+        });
     }
 
     bool edit_round() {
