@@ -1,8 +1,9 @@
 #include "bench/peers/cell.h"
 
+#include "bench/thread_time.h"
+
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <malloc.h>
 #include <unistd.h>
 
@@ -236,12 +237,6 @@ std::optional<CellResult> measure_memory(const PeerKind& kind, const std::string
 }
 
 } // namespace
-
-double thread_seconds() {
-    timespec time = {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
 
 double median(std::vector<double> samples) {
     if (samples.empty()) {

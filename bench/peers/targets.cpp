@@ -1,5 +1,6 @@
 #include "bench/peers/targets.h"
 
+#include "bench/thread_time.h"
 #include "parser/cipher/parser_keystream_impl.h"
 
 #include <cstdio>

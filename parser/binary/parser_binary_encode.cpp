@@ -20,7 +20,7 @@ constexpr std::size_t entry_head_size = sizeof(std::uint64_t) + reserved_size;
 inline char* put_values(char* end, const char* limit, const ParserValueList& values, unsigned int& next) {
     constexpr std::size_t tag_size = 1;
     const ParserValue* const first = values.side_by_side();
-    if (first == nullptr) {
+    if (first == nullptr || !takes_whole_entries) {
         return end;
     }
     const ParserValue* const last = first + values.get_count();
@@ -193,7 +193,7 @@ void BinaryEncoder::run() {
 bool BinaryEncoder::put_entry(Level& level, const ParserEntry& entry) {
     const CoreString& name = entry.get_name();
     const ParserValueList& values = EntryAccess::values(entry);
-    if (room() < StringAccess::put_room(name) + entry_head_size) {
+    if (!takes_whole_entries || room() < StringAccess::put_room(name) + entry_head_size) {
         return false;
     }
     char* const head = StringAccess::put(end_, name);
