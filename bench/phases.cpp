@@ -1,13 +1,12 @@
 #include "bench/phases.h"
 
+#include "bench/thread_time.h"
 #include "bench/walk.h"
 #include "core/core_version.h"
 #include "parser/parser_group.h"
 
 #include <benchmark/benchmark.h>
 
-#include <chrono>
-#include <ctime>
 #include <memory>
 #include <vector>
 
@@ -18,22 +17,11 @@ namespace {
 using Document = std::unique_ptr<ParserGroup>;
 using Documents = std::vector<Document>;
 
-/// Seconds of this thread's work: unlike the time on the wall, they do not pass while other programs run.
-double now() {
-#if defined(CLOCK_THREAD_CPUTIME_ID)
-    timespec time = {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-#else
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-#endif
-}
-
 template <class Step>
 double seconds_of(Step step) {
-    const double start = now();
+    const double start = thread_seconds();
     step();
-    return now() - start;
+    return thread_seconds() - start;
 }
 
 Documents empty_documents(unsigned int count) {

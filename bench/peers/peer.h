@@ -57,17 +57,19 @@ enum class Operation {
     encode,
     decode_walk,
     destroy,
+    load_walk_close,
     first,
     memory
 };
-constexpr unsigned int operation_count = 14;
+constexpr unsigned int operation_count = 15;
 const char* operation_name(Operation operation);
 
 constexpr unsigned int bit(Operation operation) {
     return 1u << static_cast<unsigned int>(operation);
 }
 constexpr unsigned int reads = bit(Operation::parse) | bit(Operation::parse_walk) | bit(Operation::walk) |
-                               bit(Operation::walk_again) | bit(Operation::destroy) | bit(Operation::first) |
+                               bit(Operation::walk_again) | bit(Operation::destroy) |
+                               bit(Operation::load_walk_close) | bit(Operation::first) |
                                bit(Operation::memory);
 constexpr unsigned int prints = bit(Operation::print_pretty) | bit(Operation::print_compact);
 constexpr unsigned int built_prints = bit(Operation::built_pretty) | bit(Operation::built_compact);

@@ -6,8 +6,9 @@ namespace bench {
 
 const char* operation_name(Operation operation) {
     constexpr const char* names[operation_count] = {
-        "parse",        "parse_walk",    "walk",   "walk_again",  "edit",    "print_pretty", "print_compact",
-        "built_pretty", "built_compact", "encode", "decode_walk", "destroy", "first",        "memory"};
+        "parse",           "parse_walk",   "walk",          "walk_again", "edit",        "print_pretty",
+        "print_compact",   "built_pretty", "built_compact", "encode",     "decode_walk", "destroy",
+        "load_walk_close", "first",        "memory"};
     return names[static_cast<unsigned int>(operation)];
 }
 
@@ -23,6 +24,12 @@ const PeerList& all_peers() {
 #endif
 #if defined(BK_PEER_RAPIDJSON)
         add_rapidjson(list);
+#endif
+#if defined(BK_PEER_YYJSON)
+        add_yyjson(list);
+#endif
+#if defined(BK_PEER_BOOSTJSON)
+        add_boostjson(list);
 #endif
 #if defined(BK_PEER_NLOHMANN)
         add_nlohmann(list);

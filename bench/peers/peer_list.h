@@ -11,6 +11,8 @@ void add_bk_parser(PeerList& peers);
 void add_pugixml(PeerList& peers);
 void add_rapidxml(PeerList& peers);
 void add_rapidjson(PeerList& peers);
+void add_yyjson(PeerList& peers);
+void add_boostjson(PeerList& peers);
 void add_nlohmann(PeerList& peers);
 void add_simdjson(PeerList& peers);
 void add_tomlplusplus(PeerList& peers);

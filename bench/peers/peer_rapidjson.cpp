@@ -88,7 +88,7 @@ void edit_value(Value& value, Turns& turns, Allocator& allocator) {
     }
 }
 
-template <bool in_place>
+template <bool in_place, unsigned int flags = rapidjson::kParseDefaultFlags>
 class Rapidjson : public Peer {
 public:
     explicit Rapidjson(const Source& source) : source_(source) {}
@@ -101,9 +101,9 @@ public:
     bool parse() override {
         document_ = std::make_unique<rapidjson::Document>();
         if constexpr (in_place) {
-            document_->ParseInsitu(text_.data());
+            document_->ParseInsitu<flags>(text_.data());
         } else {
-            document_->Parse(source_.text.data(), source_.text.size());
+            document_->Parse<flags>(source_.text.data(), source_.text.size());
         }
         return !document_->HasParseError();
     }
@@ -148,6 +148,8 @@ void add_rapidjson(PeerList& peers) {
     peers.push_back({"rapidjson", Form::json, PeerKind::LOOSE_DECIMALS, all, make_peer<Rapidjson<false>>});
     peers.push_back({"rapidjson_insitu", Form::json, PeerKind::LOOSE_DECIMALS | PeerKind::IN_PLACE, all,
                      make_peer<Rapidjson<true>>});
+    peers.push_back({"rapidjson_exact", Form::json, PeerKind::NONE, reads,
+                     make_peer<Rapidjson<false, rapidjson::kParseFullPrecisionFlag>>});
 }
 
 } // namespace bench

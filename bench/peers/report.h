@@ -30,8 +30,8 @@ private:
 };
 
 constexpr const char* operation_titles[operation_count] = {
-    "parse",    "parse+walk", "walk",   "again",    "edit",    "pretty", "compact",
-    "built/pr", "built/co",   "encode", "dec+walk", "destroy", "first",  "bytes"};
+    "parse",    "parse+walk", "walk",     "again",   "edit",  "pretty", "compact", "built/pr",
+    "built/co", "encode",     "dec+walk", "destroy", "whole", "first",  "bytes"};
 
 /// A corpus and what came of it.
 struct Raced {

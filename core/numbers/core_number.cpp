@@ -1,6 +1,5 @@
 #include "core/numbers/core_number_impl.h"
 
-#include "core/numbers/core_number_plain_impl.h"
 #include "core/numbers/core_number_short_impl.h"
 #include "core/numbers/core_number_text_impl.h"
 
@@ -72,9 +71,6 @@ std::size_t write_shortest(char* out, double number) noexcept {
 } // namespace
 
 IntText text_to_int(std::string_view text) noexcept {
-    if (int plain = 0; read_plain_int(text, plain)) {
-        return {plain, text.size()};
-    }
     constexpr long long limit = std::numeric_limits<int>::max();
     NumberScanner scanner(text);
     const bool negative = scanner.skip_space_and_sign();

@@ -7,14 +7,6 @@
 /// Decimal numbers on their way to doubles.
 namespace bk {
 
-/// Digits with an optional point and an optional exponent.
-struct Decimal {
-    std::uint64_t mantissa = 0;   // all significant digits, when there are at most 19
-    std::int64_t significant = 0; // digits from the first that is not zero
-    std::int64_t exponent = 0;    // ten's power of the last digit
-    std::size_t digits = 0;
-};
-
 /// The double that is nearest to mantissa * 2^exponent, ties to even. The lowest bit of a mantissa of more than 53 bits may
 /// stand for all the bits that were cut off below it.
 double nearest_double(std::uint64_t mantissa, std::int64_t exponent) noexcept;
@@ -50,21 +42,5 @@ inline bool divide_exactly(std::uint64_t mantissa, std::size_t places, double& v
 /// The nearest double to a number of up to 19 digits, of which so many stand behind the point. Returns false, and converts
 /// nothing, for 0, and where the compiler has no 128-bit integers.
 bool divide_by_ten_to(std::size_t places, std::uint64_t number, double& value) noexcept;
-
-/// As divide_exactly, of a number with an exponent. False for one that is far from 1, too.
-inline bool convert_exactly(const Decimal& number, double& value) noexcept {
-    if (number.significant > 19 || number.exponent < -most_exact_power ||
-        number.exponent > most_exact_power) {
-        return false;
-    }
-    if (number.exponent <= 0) {
-        return divide_exactly(number.mantissa, static_cast<std::size_t>(-number.exponent), value);
-    }
-    if (!is_exact_operand(number.mantissa)) {
-        return false;
-    }
-    value = static_cast<double>(number.mantissa) * exact_powers_of_ten[number.exponent];
-    return true;
-}
 
 } // namespace bk

@@ -36,14 +36,6 @@ constexpr bool read_eight_digits(std::uint64_t digits, std::uint32_t& number) no
     return true;
 }
 
-/// The number that the first `count` characters make, from 1 to 8 of them.
-constexpr bool read_short_digits(std::uint64_t characters, std::size_t count,
-                                 std::uint32_t& number) noexcept {
-    const std::size_t others = 8 * (most_short_digits - count);
-    const std::uint64_t zeros = eight_of('0') & ~(~std::uint64_t{0} << others);
-    return read_eight_digits(characters << others | zeros, number);
-}
-
 /// Masks of bytes: sixteen without and sixteen with all bits. Of sixteen that begin n bytes behind the beginning the last
 /// n are the ones with.
 alignas(32) inline constexpr std::array<unsigned char, 32> byte_windows = [] {

@@ -1,7 +1,6 @@
 #include "core/numbers/core_number_impl.h"
 
 #include "core/numbers/core_number_decimal_impl.h"
-#include "core/numbers/core_number_plain_impl.h"
 #include "core/numbers/core_number_text_impl.h"
 
 #include <bit>
@@ -41,11 +40,16 @@ private:
     int before_;
 };
 
+/// Digits with an optional point and an optional exponent.
+struct Decimal {
+    std::int64_t significant = 0; // digits from the first that is not zero
+    std::int64_t exponent = 0;    // ten's power of the last digit
+    std::size_t digits = 0;
+};
+
 void scan_digits(NumberScanner& scanner, Decimal& number) noexcept {
     for (; scanner.at_digit(); scanner.advance()) {
-        const unsigned int digit = static_cast<unsigned int>(scanner.peek() - '0');
-        number.mantissa = number.mantissa * 10 + digit; // what it wraps to past 19 digits is not used
-        number.significant += number.significant != 0 || digit != 0;
+        number.significant += number.significant != 0 || scanner.peek() != '0';
         ++number.digits;
     }
 }
@@ -98,12 +102,8 @@ double convert_decimal(const Decimal& number, std::string_view digits) noexcept 
     if (magnitude > 310 || magnitude < -330) {
         return beyond;
     }
-    double value = 0.0;
-    if (convert_exactly(number, value)) {
-        return value;
-    }
     const NearestRounding rounding;
-    value = convert_digits(digits, 0.0);
+    const double value = convert_digits(digits, 0.0);
     return value < 0.0 ? beyond : value;
 }
 
@@ -222,9 +222,6 @@ double nearest_double(std::uint64_t mantissa, std::int64_t exponent_of_lowest) n
 }
 
 DoubleText text_to_double(std::string_view text) noexcept {
-    if (double plain = 0.0; read_plain_decimal(text, plain)) {
-        return {plain, text.size()};
-    }
     NumberScanner scanner(text);
     const bool negative = scanner.skip_space_and_sign();
     double value = 0.0;

@@ -3,7 +3,6 @@
 #include "core/numbers/core_number_decimal_impl.h"
 #include "core/numbers/core_number_digits_impl.h"
 #include "core/text/core_bytes_impl.h"
-#include "core/text/core_copy_impl.h"
 
 #include <bit>
 #include <cstdint>
@@ -50,22 +49,6 @@ int with_sign(std::uint32_t magnitude, int is_negative) noexcept {
     return (static_cast<int>(magnitude) ^ -is_negative) + is_negative;
 }
 
-/// A copy of a text, with a margin.
-class MarginedCopy {
-public:
-    static constexpr std::size_t most_characters = bk::most_characters + 1;
-
-    /// Of at most so many characters.
-    explicit MarginedCopy(std::string_view text) noexcept : size_(text.size()) {
-        copy_text(room_ + number_margin, text.data(), text.size());
-    }
-    std::string_view text() const noexcept { return {room_ + number_margin, size_}; }
-
-private:
-    char room_[number_margin + most_characters] = {};
-    std::size_t size_;
-};
-
 } // namespace
 
 bool read_margined_int(std::string_view text, int& value) noexcept {
@@ -96,26 +79,6 @@ bool read_margined_decimal(std::string_view text, double& value) noexcept {
     }
     value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) | is_negative << 63);
     return true;
-}
-
-bool read_plain_int(std::string_view text, int& value) noexcept {
-    const int is_negative = starts_with_minus(text);
-    text.remove_prefix(static_cast<std::size_t>(is_negative));
-    if (text.empty() || text.size() > most_short_digits) {
-        return false;
-    }
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
-    std::uint32_t number = 0;
-    if (!read_short_digits(load_le(bytes, text.size()), text.size(), number)) {
-        return false;
-    }
-    value = with_sign(number, is_negative);
-    return true;
-}
-
-bool read_plain_decimal(std::string_view text, double& value) noexcept {
-    return text.size() <= MarginedCopy::most_characters &&
-           read_margined_decimal(MarginedCopy(text).text(), value);
 }
 
 } // namespace bk

@@ -1,6 +1,5 @@
 #include "core/text/core_bytes_impl.h"
 #include "document/recover/binary_salvage_impl.h"
-#include "parser/binary/parser_binary_cut_impl.h"
 #include "parser/binary/parser_binary_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
@@ -37,7 +36,7 @@ std::uint64_t BinarySalvage::number_at(std::size_t place) const noexcept {
 
 /// The head of the entry at `place`, which lies whole before `end`, whatever its size says. The name is not empty.
 bool BinarySalvage::read_head(std::size_t place, std::size_t end, Head& head) const noexcept {
-    const std::size_t length = bk::find_nul(data_.substr(place, end - place));
+    const std::size_t length = data_.substr(place, end - place).find('\0');
     if (length == 0 || length == std::string_view::npos || end - place - length < 1 + size_width) {
         return false;
     }

@@ -10,9 +10,7 @@ namespace bk {
 
 namespace {
 
-/// Up to so many words a linear search is faster.
-constexpr unsigned int most_unhashed = 8;
-constexpr unsigned int first_slot_count = 4 * most_unhashed;
+constexpr unsigned int first_slot_count = 32;
 constexpr unsigned int most_slots = 1u << 30;
 /// How many slots the Jenkins hash names.
 constexpr unsigned int near_slots = 16;
@@ -37,13 +35,8 @@ void WordLookup::catch_up() {
 }
 
 unsigned int WordLookup::find_or_cover(std::string_view word) {
-    if (covered_ >= (table_.is_empty() ? most_unhashed : slot_count() / 2)) {
+    if (covered_ >= slot_count() / 2) {
         grow();
-    }
-    if (table_.is_empty()) {
-        const unsigned int found = find_linearly(word);
-        covered_ += found == covered_ ? 1 : 0;
-        return found;
     }
     const unsigned int hash = hash_of(word);
     const unsigned int slot = find_slot(hash, word);
@@ -52,14 +45,6 @@ unsigned int WordLookup::find_or_cover(std::string_view word) {
         index_at(slot) = covered_++;
     }
     return index_at(slot);
-}
-
-unsigned int WordLookup::find_linearly(std::string_view word) const noexcept {
-    unsigned int index = 0;
-    while (index < covered_ && words_[index].get_view() != word) {
-        ++index;
-    }
-    return index;
 }
 
 /// The slot of the word, or the vacant one where it belongs. Slots are never vacated, so that a vacant one ends the
@@ -97,9 +82,6 @@ void WordLookup::grow() {
         if (old[i + 1] != vacant) {
             enter(old[i], old[i + 1]);
         }
-    }
-    for (unsigned int index = 0; old.is_empty() && index < covered_; ++index) {
-        enter(hash_of(words_[index].get_view()), index);
     }
 }
 

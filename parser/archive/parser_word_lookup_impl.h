@@ -24,7 +24,6 @@ public:
     unsigned int find_or_cover(std::string_view word);
 
 private:
-    unsigned int find_linearly(std::string_view word) const noexcept;
     unsigned int find_slot(unsigned int hash, std::string_view word) const noexcept;
     bool ends_search(unsigned int slot, unsigned int hash, std::string_view word) const noexcept;
     void grow();
@@ -34,7 +33,7 @@ private:
     unsigned int& hash_at(unsigned int slot) const noexcept { return table_[2 * slot]; }
     unsigned int& index_at(unsigned int slot) const noexcept { return table_[2 * slot + 1]; }
 
-    CoreVector<unsigned int>& table_; // empty as long as a linear search will do; at most half full
+    CoreVector<unsigned int>& table_; // at most half full
     unsigned int& covered_;
     const CoreVector<CoreString>& words_;
 };

@@ -6,7 +6,7 @@ namespace bk {
 
 bool cut_string(ByteCursor& cursor, std::string_view& text) noexcept {
     const std::string_view rest = cursor.rest();
-    const std::size_t size = find_nul(rest);
+    const std::size_t size = rest.find('\0');
     if (size == std::string_view::npos) {
         cursor.move_to_end();
         return false;

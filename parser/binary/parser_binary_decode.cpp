@@ -1,7 +1,6 @@
 #include "parser/binary/parser_binary_impl.h"
 
 #include "core/reports/core_guard_impl.h"
-#include "parser/binary/parser_binary_cut_impl.h"
 #include "parser/binary/parser_binary_scalar_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
@@ -49,7 +48,7 @@ bool find_plain_values(PlainValues& found, const char* sure_end, const char* buf
         if (size == 0) {
             const std::string_view rest(place + 1, static_cast<std::size_t>(buffer_end - place) - 1);
             const std::size_t length =
-                *place == ParserValue::TYPE_STRING ? find_nul(rest) : std::string_view::npos;
+                *place == ParserValue::TYPE_STRING ? rest.find('\0') : std::string_view::npos;
             if (length == std::string_view::npos) {
                 return false;
             }
@@ -267,7 +266,7 @@ BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
 /// Reads an entry whose values are all scalars and strings and are whole in the buffer. For every other entry returns false and
 /// reads nothing.
 bool BinaryDecoder::read_plain_entry(Level& level) {
-    if (cursor_.position() > data_.size() ||
+    if (!takes_whole_entries || cursor_.position() > data_.size() ||
         !may_be_plain(level)) { // behind an entry that is cut in its head
         return false;
     }

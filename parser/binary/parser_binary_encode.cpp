@@ -15,14 +15,12 @@ namespace {
 
 constexpr std::size_t entry_head_size = sizeof(std::uint64_t) + reserved_size;
 
-constexpr unsigned int entries_ahead = 4; // in a large tree each entry has to come from memory first
-
 /// Stores scalars and strings from the value at `next` on, and leaves there the first value that is neither, for which there may
 /// be no room before `limit`, or that stands in a cell of its own. Gives the place behind what is stored.
 inline char* put_values(char* end, const char* limit, const ParserValueList& values, unsigned int& next) {
     constexpr std::size_t tag_size = 1;
     const ParserValue* const first = values.side_by_side();
-    if (first == nullptr) {
+    if (first == nullptr || !takes_whole_entries) {
         return end;
     }
     const ParserValue* const last = first + values.get_count();
@@ -166,9 +164,6 @@ void BinaryEncoder::write_entry(const ParserEntry& entry) {
 
 void BinaryEncoder::open_group(const ParserGroup& group) {
     const CoreVector<ParserEntry*>& entries = group.get_entries();
-    for (unsigned int i = 0; i < std::min(entries.get_count(), entries_ahead); ++i) {
-        prefetch_entry(entries[i]);
-    }
     levels_.push_back({entries.get_data(), entries.get_count(), 0, 0, leave_size(), 0, true, false});
 }
 
@@ -198,7 +193,7 @@ void BinaryEncoder::run() {
 bool BinaryEncoder::put_entry(Level& level, const ParserEntry& entry) {
     const CoreString& name = entry.get_name();
     const ParserValueList& values = EntryAccess::values(entry);
-    if (room() < StringAccess::put_room(name) + entry_head_size) {
+    if (!takes_whole_entries || room() < StringAccess::put_room(name) + entry_head_size) {
         return false;
     }
     char* const head = StringAccess::put(end_, name);
@@ -220,9 +215,6 @@ bool BinaryEncoder::put_entry(Level& level, const ParserEntry& entry) {
 /// an entry whose head may not fit.
 void BinaryEncoder::put_entries(Level& level) {
     while (!level.is_in_entry && level.next_entry < level.entry_count) {
-        if (level.entry_count - level.next_entry > entries_ahead) {
-            prefetch_entry(level.entries[level.next_entry + entries_ahead]);
-        }
         const ParserEntry* const entry = level.entries[level.next_entry];
         if (entry != nullptr && !put_entry(level, *entry)) {
             break;

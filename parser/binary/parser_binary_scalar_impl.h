@@ -11,6 +11,14 @@
 /// Bools, chars, ints and doubles in the binary form: a byte for the type, then the bytes of the value.
 namespace bk {
 
+/// Entries of scalars and strings are stored and made in one; bench/ablation shows what that gains.
+inline constexpr bool takes_whole_entries =
+#if defined(BK_WITHOUT_WHOLE_ENTRIES)
+    false;
+#else
+    true;
+#endif
+
 /// The bytes that a tag and its scalar take; 0 when the tag is of something else.
 constexpr std::array<unsigned char, 256> make_stored_sizes() {
     std::array<unsigned char, 256> sizes{};

@@ -7,7 +7,6 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 /// Searches for characters: sixteen at a time with SSE2, otherwise one or eight. Every function has a portable and a vector version,
 /// which give the same result. SSE2 is guaranteed on x86-64, so the choice is made when compiling.
@@ -75,23 +74,6 @@ class Block {
 public:
     explicit Block(const char* text) noexcept
         : bytes_(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text))) {}
-    /// All of fewer than sixteen characters, in any order, some of them twice, and NULs.
-    Block(const char* text, std::size_t size) noexcept {
-        std::uint64_t low = 0;
-        std::uint64_t high = 0;
-        if (size >= 8) {
-            std::memcpy(&low, text, 8);
-            std::memcpy(&high, text + size - 8, 8);
-        } else if (size >= 4) {
-            std::memcpy(&low, text, 4);
-            std::memcpy(&high, text + size - 4, 4);
-        } else if (size != 0) {
-            std::memcpy(&low, text, 1);
-            std::memcpy(&high, text + size / 2, 1);
-            high = high << 8 | static_cast<unsigned char>(text[size - 1]);
-        }
-        bytes_ = _mm_set_epi64x(static_cast<long long>(high), static_cast<long long>(low));
-    }
 
     /// A bit a character, the first one's the lowest.
     static unsigned int mask(__m128i found) noexcept {
@@ -166,8 +148,7 @@ inline const char* find_escaped(const char* p, const char* end) noexcept {
             return p + std::countr_zero(escaped);
         }
     }
-    const Block rest(p, static_cast<std::size_t>(end - p));
-    return Block::mask(rest.escaped()) == 0 ? end : portable::find_escaped(p, end);
+    return portable::find_escaped(p, end);
 }
 
 inline const char* find_directive(const char* p, const char* end) noexcept {

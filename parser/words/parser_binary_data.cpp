@@ -2,7 +2,6 @@
 #include "core/text/core_hexadecimal_impl.h"
 #include "parser/model/parser_value_impl.h"
 
-#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -15,21 +14,11 @@ namespace {
 constexpr std::size_t prefix_length = 2;
 constexpr std::size_t checksum_length = 8;
 
-constexpr std::array<unsigned char, 256> make_digit_values() {
-    std::array<unsigned char, 256> values{};
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        values[i] = static_cast<unsigned char>(hexadecimal_value(static_cast<char>(i)));
-    }
-    return values;
-}
-
-constexpr std::array<unsigned char, 256> digit_values = make_digit_values();
-
 /// The byte of two digits; 0 when either is none.
 unsigned char decode_pair(const char* pair) noexcept {
-    const unsigned int high = digit_values[static_cast<unsigned char>(pair[0])];
-    const unsigned int low = digit_values[static_cast<unsigned char>(pair[1])];
-    return (high | low) > 15 ? 0 : static_cast<unsigned char>(high * 16 + low);
+    const int high = hexadecimal_value(pair[0]);
+    const int low = hexadecimal_value(pair[1]);
+    return (high | low) < 0 ? 0 : static_cast<unsigned char>(high * 16 + low);
 }
 
 void put_byte(TextBuffer& out, unsigned char byte) {

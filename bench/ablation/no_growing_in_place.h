@@ -1,0 +1,5 @@
+#pragma once
+
+#include <sys/mman.h>
+
+#undef MREMAP_FIXED

@@ -1,0 +1,3 @@
+#pragma once
+
+#define __builtin_prefetch(address) static_cast<void>(address)
