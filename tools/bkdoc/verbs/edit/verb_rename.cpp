@@ -1,6 +1,7 @@
 #include "document/access.h"
 #include "output/display/text_display.h"
 #include "verbs/edit/edit_run.h"
+#include "verbs/edit/entry_name.h"
 #include "verbs/find/find_run.h"
 #include "verbs/verbs.h"
 
@@ -43,8 +44,7 @@ private:
         const bool is_new = entry.get_name().get_view() != name_;
         if (!bk_parser::rename(entry, name_)) {
             outcome.refusal = told_place(document, entry) + ": cannot be called '" +
-                              shown(name_, name_limit) +
-                              "'; a name is letters, digits and _, and behind # that of a keyword";
+                              shown(name_, name_limit) + "'; " + why_no_name(name_);
             return;
         }
         outcome.is_found = true;
@@ -81,6 +81,7 @@ ExitCode run_rename(const Arguments& arguments, Streams& streams) {
     if (!accept_path(path, "PATH", streams)) {
         return EXIT_UNREADABLE;
     }
+    warn_of_name(operands[1], streams);
     const Renaming renaming(path, operands[1], arguments.has("--refs"));
     const EditRequest request{{operands.begin() + 2, operands.end()},
                               operands[0],
