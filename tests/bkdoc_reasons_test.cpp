@@ -22,7 +22,7 @@ protected:
 
 TEST_F(bkdoc_reasons, a_target_that_cannot_be_made_is_told_with_the_systems_reason) {
     ASSERT_EQ(run({"convert", "--to", "binary", "a.bkd", "a.bin"}).code, 0);
-    const std::string told = "gone/b.bkd: cannot be opened for writing: no such file or directory";
+    const std::string told = "gone/b.bkd: cannot be opened for writing: no such folder";
     EXPECT_EQ(run({"convert", "--to", "text", "a.bin", "gone/b.bkd"}).err,
               "bkdoc: " + told + "; nothing is written\n");
     const BkdocRun recover = run({"recover", "a.bin", "-o", "gone/b.bkd"});
