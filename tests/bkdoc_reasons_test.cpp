@@ -51,6 +51,25 @@ TEST_F(bkdoc_reasons, the_configuration_of_a_folder_is_left_out_by_every_verb) {
     EXPECT_EQ(run({"set", "-w", "n", "=4", "shots"}).out, "shots/one.shot: 1 value set\n");
 }
 
+TEST_F(bkdoc_reasons, a_folder_without_documents_is_told) {
+    folder_.make_folder("empty/deeper");
+    for (const std::vector<std::string>& verb : {std::vector<std::string>{"check"},
+                                                 {"get", "n"},
+                                                 {"set", "n", "=1"},
+                                                 {"fmt", "--check"},
+                                                 {"deps"}}) {
+        std::vector<std::string> arguments = verb;
+        arguments.emplace_back("empty");
+        const BkdocRun none = run(arguments);
+        EXPECT_EQ(none.code, 2) << verb[0];
+        EXPECT_TRUE(none.err.starts_with("bkdoc: empty: no document in this folder\n")) << none.err;
+    }
+    folder_.write("empty/deeper/a.bkd", "n 1\n");
+    EXPECT_EQ(run({"check", "empty"}).code, 0);
+    EXPECT_EQ(run({"check", "--ext", "shot", "empty"}).err,
+              "bkdoc: empty: no document in this folder has such an extension\n");
+}
+
 TEST_F(bkdoc_reasons, an_include_that_the_configuration_leads_to_is_told_from_the_current_folder) {
     folder_.write(".bkdoc.bkd", "search \"lib\"\n");
     folder_.write("lib/part.bkd", "n 2 @\n");
