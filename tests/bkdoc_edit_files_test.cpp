@@ -81,6 +81,20 @@ TEST_F(bkdoc_edit_files, what_becomes_of_hard_links_is_told) {
               "bkdoc: wide.bkd: 1 other hard link to it keeps the old content\n");
 }
 
+TEST_F(bkdoc_edit_files, what_a_document_includes_twice_is_counted_once) {
+    folder_.write("twice.bkd",
+                  "#include \"real/lamp.bkd\"\ng {\n#include \"real/lamp.bkd\"\n}\nuses \"power\"\n");
+    folder_.write("real/lamp.bkd", "power 1\nof \"power\"\n");
+    EXPECT_EQ(run({"set", "--dry-run", "**/power", "=5", "twice.bkd"}).err,
+              "real/lamp.bkd: 1 value would be set\n");
+    EXPECT_EQ(run({"rm", "--dry-run", "**/power", "twice.bkd"}).err,
+              "real/lamp.bkd: 1 entry would be removed\n");
+    EXPECT_EQ(run({"rename", "--refs", "-w", "**/power", "watt", "twice.bkd"}).out,
+              "real/lamp.bkd:2:1: of@0: \"power\" -> \"watt\"\ntwice.bkd:5:1: uses@0: \"power\" -> \"watt\"\n"
+              "real/lamp.bkd: 2 names changed\ntwice.bkd: 1 name changed\n3 names changed in 2 files\n");
+    EXPECT_EQ(folder_.read("real/lamp.bkd"), "watt 1\nof \"watt\"\n");
+}
+
 TEST_F(bkdoc_edit_files, an_included_file_that_would_change_is_told_before_the_output) {
     folder_.write("top.bkd", "#include \"real/lamp.bkd\"\n");
     const BkdocRun set = run({"set", "power", "=5", "top.bkd"});

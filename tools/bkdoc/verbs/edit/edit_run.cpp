@@ -115,6 +115,11 @@ private:
 
 } // namespace
 
+bool EditOutcome::is_new_place(const OpenedDocument& document, const ParserEntry& entry, unsigned int value) {
+    const bk_parser::EntryPlace place = place_of(document.document(), entry);
+    return !place.is_known() || places_.emplace(text_of(place.path), place.line, place.column, value).second;
+}
+
 ExitCode run_edit(const Arguments& arguments, Streams& streams, const EditRequest& request) {
     OpenOptions open;
     if (!take_opening(arguments, open, streams)) {

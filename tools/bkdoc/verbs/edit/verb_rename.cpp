@@ -41,7 +41,8 @@ public:
 
 private:
     void rename_entry(const OpenedDocument& document, ParserEntry& entry, EditOutcome& outcome) const {
-        const bool is_new = entry.get_name().get_view() != name_;
+        const bool is_new = entry.get_name().get_view() != name_ &&
+                            outcome.is_new_place(document, entry, bk_parser::Visit::whole_entry);
         if (!bk_parser::rename(entry, name_)) {
             outcome.refusal = told_place(document, entry) + ": cannot be called '" +
                               shown(name_, name_limit) + "'; " + why_no_name(name_);
@@ -57,6 +58,10 @@ private:
             ParserEntry& entry = visit.entry();
             for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
                 if (!entry.is_value_string(i) || !old_names.contains(entry.get_string(i).get_view())) {
+                    continue;
+                }
+                if (!outcome.is_new_place(document, entry, i)) {
+                    bk_parser::set(entry, i, name_);
                     continue;
                 }
                 outcome.notes += told_place(document, entry) + "@" + std::to_string(i) + ": " +
