@@ -330,7 +330,8 @@ TEST(bkdoc_convert, a_full_device_is_noticed) {
     }
     const BkdocRun run = run_bkdoc({"convert", file, "/dev/full", "--to", "text"});
     EXPECT_EQ(run.code, 2);
-    EXPECT_EQ(run.err, "bkdoc: /dev/full: cannot be written: no space left on the device; nothing is written\n");
+    EXPECT_EQ(run.err,
+              "bkdoc: /dev/full: cannot be written: no space left on the device; nothing is written\n");
 }
 
 TEST(bkdoc_convert, a_link_stays_one) {

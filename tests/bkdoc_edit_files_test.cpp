@@ -136,19 +136,19 @@ TEST_F(bkdoc_edit_files, a_dry_run_is_a_patch_that_git_and_patch_take) {
               "--- \"shots/a \\\"b\\\"\\t\xE9.bkd\"\n+++ \"shots/a \\\"b\\\"\\t\xE9.bkd\"\n@@ -1 +1 @@\n"
               "-power 4\n+power 8\n");
     folder_.write("change.patch", dry.out);
-    for (const std::string& program : {"patch", "git"}) {
+    for (const std::string program : {"patch", "git"}) {
         if (run_shell(folder_, "command -v " + program).code != 0) {
             continue;
         }
         const std::string line = program == "patch" ? "patch -p0 " : "git apply -p0 ";
-        const std::string back = "-R ";
+
         const BkdocRun applied = run_shell(folder_, line + "< change.patch");
         EXPECT_EQ(applied.code, 0) << applied.out;
         EXPECT_EQ(folder_.read("lib/part.bkd"), "power 2\n");
         EXPECT_EQ(folder_.read("real/lamp.bkd"), "power 2\n");
         EXPECT_EQ(folder_.read("shots/a name.bkd"), "power 6");
         EXPECT_EQ(folder_.read("shots/a \"b\"\t\xE9.bkd"), "power 8\n");
-        EXPECT_EQ(run_shell(folder_, line + back + "< change.patch").code, 0);
+        EXPECT_EQ(run_shell(folder_, line + "-R < change.patch").code, 0);
         EXPECT_EQ(folder_.read("lib/part.bkd"), "power 1\n");
     }
 }
