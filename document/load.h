@@ -75,9 +75,13 @@ private:
 struct LoadOptions {
     /// Folders to search for included files, in this order. At last `load` tries the name as it stands: an absolute path,
     /// or one from the working folder. `parse` does not.
+    /// With `working_folder` false, "." stands for the working folder, and an empty path for none.
     std::vector<std::filesystem::path> search;
     /// Whether an included file is searched for beside the file that includes it, before the search folders.
     bool beside = true;
+    /// Whether `load` searches the working folder. Without it a document reads alike whichever that folder is. An absolute path is
+    /// tried all the same.
+    bool working_folder = true;
     /// Whether included files are read. Otherwise their directives are left out, and `Document::includes` lists them.
     bool follow_includes = true;
     /// Decrypts an enciphered document and its enciphered includes.

@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace bk_parser {
@@ -88,7 +89,8 @@ struct SavePreview {
 /// that was left out can be read now, there or at the new path. It knows an entry by the line and column that it got when it was loaded,
 /// so that a moved or changed entry keeps what is around it, and a renamed one does when its values, or an entry of its group, are those
 /// of before; after the save the entries have the lines and columns of the new text. What it does:
-/// - an entry or a value that was removed goes with its line, and with a comment behind it on that line; comments above it stay;
+/// - an entry or a value that was removed goes with its line, and with a comment behind it on that line; comments above it stay, and of two
+///   blank lines around an entry the one behind it goes, too;
 /// - a new entry stands on a line of its own, indented as its neighbours are, or in the line where its neighbours share one;
 /// - a new entry between two of an included file goes into that file; at the begin or end of an include it goes beside the directive;
 /// - an entry that moved within its group takes its lines along, with what changed inside of it, with comments and includes; one that moved to
@@ -129,5 +131,11 @@ struct SavePreview {
 /// Returns why nothing was replaced, for example because a file has changed since the preview; empty when every byte is on the disk.
 /// The documents of the previews still refer to the old files: load them again before you go on.
 [[nodiscard]] BK_PARSER_API std::string replace_files(std::span<const FileChange> changes);
+
+/// Gives a file these bytes in one step, or makes it, as `save` does: a new file that was flushed to the disk takes the name. A link stays,
+/// and the file that it leads to is replaced. A pipe or a device is written to. Gives why nothing was replaced, "FILE: what: the
+/// system's reason"; empty when every byte is on the disk. Throws nothing; linear in the bytes.
+[[nodiscard]] BK_PARSER_API std::string replace_file(const std::filesystem::path& path,
+                                                     std::string_view bytes);
 
 } // namespace bk_parser

@@ -308,11 +308,15 @@ TEST(bkdoc_convert, characters_that_end_a_string_too_early_are_refused) {
 TEST(bkdoc_convert, a_target_that_cannot_be_written_is_told) {
     const ScratchFolder folder;
     const std::string file = folder.write("a.bkd", "a 1\n");
-    for (const std::string& target :
-         {folder.make_folder("inner"), folder.path("no/such/folder.bkd"), std::string()}) {
+    const std::string inner = folder.make_folder("inner");
+    const std::string deep = folder.path("no/such/folder.bkd");
+    for (const auto& [target, reason] :
+         {std::pair(inner, inner + ": is a directory"),
+          std::pair(deep, deep + ": cannot be opened for writing: no such folder"),
+          std::pair(std::string(), std::string("'': no such file"))}) {
         const BkdocRun run = run_bkdoc({"convert", file, target, "--to", "text"});
         EXPECT_EQ(run.code, 2) << target;
-        EXPECT_TRUE(run.err.ends_with(": cannot be opened for writing; nothing is written\n")) << run.err;
+        EXPECT_EQ(run.err, "bkdoc: " + reason + "; nothing is written\n");
     }
     EXPECT_EQ(folder.count(), 2u);
 }
@@ -326,7 +330,8 @@ TEST(bkdoc_convert, a_full_device_is_noticed) {
     }
     const BkdocRun run = run_bkdoc({"convert", file, "/dev/full", "--to", "text"});
     EXPECT_EQ(run.code, 2);
-    EXPECT_EQ(run.err, "bkdoc: /dev/full: cannot be stored; nothing is written\n");
+    EXPECT_EQ(run.err,
+              "bkdoc: /dev/full: cannot be written: no space left on the device; nothing is written\n");
 }
 
 TEST(bkdoc_convert, a_link_stays_one) {

@@ -48,8 +48,10 @@ TEST_F(bkdoc_edit, without_w_the_result_goes_to_standard_output) {
 TEST_F(bkdoc_edit, a_changed_include_is_told_beside_the_result) {
     const BkdocRun set = run({"set", "light/on", "=no"});
     EXPECT_EQ(set.out, top_text);
-    EXPECT_EQ(set.err, lights_ + ": 1 value set\nbkdoc: " + lights_ +
-                           " is not part of the result; -w changes it, too\n");
+    EXPECT_EQ(set.err,
+              "bkdoc: " + lights_ +
+                  ": would change, too, and is not in the output; -w changes it, --dry-run shows it\n" +
+                  lights_ + ": 1 value set, but not in the output\n");
     expect_unchanged();
 }
 

@@ -88,6 +88,28 @@ TEST_F(document_includes, that_are_missing_are_told_with_every_path_that_was_tri
     EXPECT_FALSE(result.ok());
 }
 
+TEST_F(document_includes, that_are_not_to_come_from_the_working_folder_are_found_by_an_absolute_path_alone) {
+    const std::string part = folder_.write("part.bkd", "b 2\n");
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder_.path());
+    LoadOptions options;
+    const LoadResult anywhere = load_text("a 1\n#include \"part.bkd\"\n");
+    options.working_folder = false;
+    LoadResult here = load_text("a 1\n#include \"part.bkd\"\n", options);
+    LoadResult absolute = load_text("a 1\n#include \"" + part + "\"\n", options);
+    const LoadResult relative = load("shots/main.bkd", options);
+    absolute.document.root().get_entries()[0]->set_int(3, 0);
+    const bk_parser::SaveResult saved = save(absolute.document);
+    std::filesystem::current_path(before);
+    EXPECT_EQ(tree_of(anywhere), " a 1 b 2");
+    EXPECT_EQ(told_here(here),
+              Lines{"main.bkd:2:1: error: 'part.bkd' not found; tried shots/part.bkd; a search folder adds a "
+                    "place [include-not-found]"});
+    EXPECT_EQ(tree_of(relative), " a 1 b 2");
+    EXPECT_EQ(tree_of(absolute), " a 3 b 2");
+    EXPECT_EQ(saved.reason, "");
+}
+
 TEST_F(document_includes, that_are_missing_do_not_hide_the_faults_behind_them) {
     folder_.write("shots/part.bkd", "#include \"two.bkd\"\n) c 3\n");
     const LoadResult result =

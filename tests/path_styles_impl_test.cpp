@@ -32,6 +32,18 @@ TEST(windows_path, one_with_a_drive_keeps_its_drive) {
     EXPECT_EQ(windows_path("D:\\..\\a"), "D:\\a");
 }
 
+TEST(windows_path, one_from_a_root_is_absolute) {
+    using bk::is_absolute_path;
+    for (const std::string_view path : {"C:\\a", "c:/", "\\\\server\\share", "//server", "\\a", "/a"}) {
+        EXPECT_TRUE(is_absolute_path(path, bk::PathStyle::windows)) << path;
+        EXPECT_EQ(is_absolute_path(path, bk::PathStyle::posix), path[0] == '/') << path;
+    }
+    for (const std::string_view path : {"", "a", "a/b", "..\\a", "C:a", "C:"}) {
+        EXPECT_FALSE(is_absolute_path(path, bk::PathStyle::windows)) << path;
+        EXPECT_FALSE(is_absolute_path(path, bk::PathStyle::posix)) << path;
+    }
+}
+
 TEST(windows_path, a_drive_without_a_root_means_the_current_folder_of_that_drive) {
     EXPECT_EQ(windows_path("C:file"), "C:\\work\\here\\file");
     EXPECT_EQ(windows_path("c:file"), "c:\\work\\here\\file");

@@ -287,7 +287,7 @@ TEST(save_reasons, name_the_file_and_why) {
     EXPECT_EQ(save(document).reason, "there is no path to save to");
     EXPECT_EQ(save(document, folder.path()).reason, folder.path() + ": is a directory");
     EXPECT_EQ(save(document, folder.path("no/file")).reason,
-              folder.path("no/file") + ": cannot be opened for writing: no such file");
+              folder.path("no/file") + ": cannot be opened for writing: no such folder");
     EXPECT_TRUE(save(document, folder.path("file")).ok());
     EXPECT_EQ(folder.read("file"), "#Brellwick_Serial_Version 1.2\n");
 }

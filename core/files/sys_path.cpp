@@ -94,6 +94,10 @@ std::string full_path(std::string_view path, std::string_view current_folder, Pa
     return full;
 }
 
+bool is_absolute_path(std::string_view path, PathStyle style) noexcept {
+    return cut_path(path, style).from_root;
+}
+
 std::string_view folder_of(std::string_view path, PathStyle style) {
     const std::size_t last = path.find_last_of(path_separators(style));
     if (last == std::string_view::npos) {

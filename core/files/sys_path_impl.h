@@ -23,6 +23,9 @@ constexpr std::string_view path_separators(PathStyle style) {
 /// and doubled separators. Works on the text alone. An empty path stays empty.
 std::string full_path(std::string_view path, std::string_view current_folder, PathStyle style);
 
+/// Whether the path means the same in every folder.
+bool is_absolute_path(std::string_view path, PathStyle style) noexcept;
+
 /// The path up to its last separator, without it; a root stays whole. Empty when there is no separator.
 std::string_view folder_of(std::string_view path, PathStyle style);
 

@@ -40,6 +40,7 @@ struct DocumentState {
     bool has_version_header = false;           // an enciphered text begins with its version
     std::vector<std::filesystem::path> search;
     bool beside = true;
+    bool working_folder = true;
     std::string key;
     ParserLimits limits;
     std::vector<ReadFile>

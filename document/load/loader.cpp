@@ -45,6 +45,7 @@ Loader::Loader(const LoadOptions& options)
                 std::min<std::size_t>(ProblemList::most_told, options.limits.message_count)) {
     state_->search = options.search;
     state_->beside = options.beside;
+    state_->working_folder = options.working_folder;
     state_->key = options.key;
     state_->limits = options.limits;
 }
@@ -123,9 +124,9 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     const CoreString key{std::string_view(options_.key)};
     SourceLoader host(*state_, sources_, problems_, meter_, range.part(0, 0.2));
     const bool is_file = !path_.empty();
-    bk::Preprocessor preprocessor(
-        folders, key, host, options_.limits,
-        {options_.beside && is_file, true, bk::pace_step, options_.follow_includes, true});
+    bk::Preprocessor preprocessor(folders, key, host, options_.limits,
+                                  {options_.beside && is_file, options_.working_folder || !is_file, true,
+                                   bk::pace_step, options_.follow_includes, true});
     CoreString text;
     const double version = preprocessor.run(CoreString(std::string_view(name_)),
                                             CoreString(std::string_view(path_)), std::move(bytes), text);

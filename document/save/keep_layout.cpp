@@ -37,6 +37,7 @@ DocumentState moved_to(const DocumentState& state, const std::string& path) {
     DocumentState moved;
     moved.search = state.search;
     moved.beside = state.beside;
+    moved.working_folder = state.working_folder;
     moved.key = state.key;
     moved.limits = state.limits;
     moved.files = state.files;

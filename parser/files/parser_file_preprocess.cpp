@@ -108,7 +108,12 @@ bool Preprocessor::find(Place& place) {
             return true;
         }
     }
+    const bool takes_as_it_stands = open_files_.empty() || rules_.searches_working_folder ||
+                                    is_absolute_path(place.name.get_view(), native_path_style);
     for (const CoreString& folder : search_paths_) {
+        if (folder.is_empty() && !takes_as_it_stands) {
+            continue;
+        }
         if (find_at(folder, place)) {
             return true;
         }

@@ -19,6 +19,9 @@ namespace bk {
 struct IncludeRules {
     /// An included file is searched for in the folder of the file that includes it, before the search paths.
     bool searches_beside = false;
+    /// An empty search path stands for the working folder, where an included file is searched for, too. Otherwise only
+    /// an absolute path is found by it.
+    bool searches_working_folder = true;
     /// An include that cannot be had is left out, and what is behind it is read. Limits on the whole still end the reading.
     bool goes_on = false;
     /// Copies the text in pieces of at most so many bytes, and tells the host of each.

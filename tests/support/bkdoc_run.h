@@ -65,11 +65,12 @@ inline std::string with_plain_line_ends(std::string text) {
     return text;
 }
 
-/// Runs the tool with these arguments, a file on its standard input, and waits for it.
-inline BkdocRun run_bkdoc_on(const std::string& input_path, const std::vector<std::string>& arguments) {
+/// Runs the tool with these arguments, a file on its standard input, and waits for it. `before` stands before it on the shell's line.
+inline BkdocRun run_bkdoc_on(const std::string& input_path, const std::vector<std::string>& arguments,
+                             const std::string& before = {}) {
     using namespace bkdoc_run_detail;
     const ScratchFolder folder;
-    std::string line = shell_word(BK_PARSER_BKDOC);
+    std::string line = before + shell_word(BK_PARSER_BKDOC);
     for (const std::string& argument : arguments) {
         line += " " + shell_word(argument);
     }
@@ -87,6 +88,19 @@ inline BkdocRun run_bkdoc(const std::vector<std::string>& arguments, std::string
     const ScratchFolder folder;
     folder.write("in", input);
     return run_bkdoc_on(folder.path("in"), arguments);
+}
+
+/// The same in a folder, from which relative names count.
+inline BkdocRun run_bkdoc_in(const std::string& folder, const std::vector<std::string>& arguments,
+                             std::string_view input = {}) {
+    const ScratchFolder other;
+    other.write("in", input);
+#if defined(_WIN32)
+    const std::string change = "cd /d ";
+#else
+    const std::string change = "cd ";
+#endif
+    return run_bkdoc_on(other.path("in"), arguments, change + bkdoc_run_detail::shell_word(folder) + " && ");
 }
 
 /// The arguments that read the example project.

@@ -21,6 +21,7 @@ bool LayoutEdits::run() {
             return false;
         }
     }
+    join_blank_lines();
     note_moves();
     drop_cleared_includes();
     note_covers();

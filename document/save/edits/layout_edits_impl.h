@@ -78,6 +78,7 @@ private:
         std::size_t edit;
         const OldEntry* first;
         const OldEntry* last;
+        bool has_whole_lines;
     };
     /// A place between entries: in a file, and what it is next to.
     struct Gap {
@@ -149,6 +150,7 @@ private:
     bool add_between(const Gap& gap, std::vector<Addition>& additions);
     bool remove_unkept(const OldGroup& group, const std::vector<bool>& is_kept);
     bool remove_range(TextRange range, std::string about, const OldEntry& first, const OldEntry& last);
+    void join_blank_lines();
     bool add_edit(const FileRange& place, std::string text, std::string about);
 
     // layout_anchor.cpp

@@ -142,8 +142,35 @@ bool LayoutEdits::remove_range(TextRange range, std::string about, const OldEntr
     }
     const LineRange lines = removal_of(text_of(place.inclusion), place.begin, place.end);
     add_edit({place.inclusion, lines.begin, lines.end}, {}, std::move(about));
-    removals_.push_back({edits_.size() - 1, &first, &last});
+    removals_.push_back({edits_.size() - 1, &first, &last, lines.has_whole_lines});
     return true;
+}
+
+/// Whole lines that go from between two blank lines take the one behind them along.
+void LayoutEdits::join_blank_lines() {
+    std::vector<Edit*> whole;
+    for (const Removal& removal : removals_) {
+        if (removal.has_whole_lines) {
+            whole.push_back(&edits_[removal.edit]);
+        }
+    }
+    std::sort(whole.begin(), whole.end(), [](const Edit* a, const Edit* b) {
+        return a->inclusion != b->inclusion ? a->inclusion < b->inclusion : a->begin < b->begin;
+    });
+    const Edit* first = nullptr; // of the removals that adjoin
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        first = first == nullptr ? whole[i] : first;
+        const bool adjoins = i + 1 < whole.size() && whole[i + 1]->inclusion == whole[i]->inclusion &&
+                             whole[i + 1]->begin <= whole[i]->end;
+        if (adjoins) {
+            continue;
+        }
+        const std::string_view text = text_of(whole[i]->inclusion);
+        if (is_behind_blank_line(text, first->begin) && is_at_blank_line(text, whole[i]->end)) {
+            whole[i]->end = next_line(text, whole[i]->end);
+        }
+        first = nullptr;
+    }
 }
 
 bool LayoutEdits::add_between(const Gap& gap, std::vector<Addition>& additions) {

@@ -54,6 +54,14 @@ bool ends_line(std::string_view text, std::size_t at) noexcept {
     return rest.empty() || rest.front() == '\n' || rest.starts_with("//");
 }
 
+bool is_at_blank_line(std::string_view text, std::size_t at) noexcept {
+    return text.substr(skip_blanks(text, at)).starts_with('\n');
+}
+
+bool is_behind_blank_line(std::string_view text, std::size_t at) noexcept {
+    return at != 0 && text[at - 1] == '\n' && begins_line(text, at - 1);
+}
+
 std::string_view indent_of(std::string_view text, std::size_t at) noexcept {
     const std::size_t begin = line_begin(text, at);
     std::size_t end = begin;

@@ -19,6 +19,10 @@ std::size_t skip_blanks(std::string_view text, std::size_t at) noexcept;
 bool begins_line(std::string_view text, std::size_t at) noexcept;
 /// Whether nothing but blanks, and perhaps a comment, stands behind it.
 bool ends_line(std::string_view text, std::size_t at) noexcept;
+/// Whether a line of blanks alone, with its line feed, begins at the place.
+bool is_at_blank_line(std::string_view text, std::size_t at) noexcept;
+/// Whether such a line ends at the place.
+bool is_behind_blank_line(std::string_view text, std::size_t at) noexcept;
 
 /// The blanks that the line begins with.
 std::string_view indent_of(std::string_view text, std::size_t at) noexcept;

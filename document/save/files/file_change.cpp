@@ -45,6 +45,19 @@ std::string replace_all(std::span<const FileChange> changes) {
     return files.replace();
 }
 
+/// What an action gives; without memory that is the reason.
+template <class Action>
+std::string reason_of(Action action) {
+    const bk::KeptErrno kept;
+    try {
+        return action();
+    } catch (const std::bad_alloc&) {
+        return "out of memory"; // short enough to need none
+    } catch (const std::length_error&) {
+        return "out of memory";
+    }
+}
+
 } // namespace
 
 FileChange change_of_file(const std::string& path, std::string&& after, std::string& reason) {
@@ -56,14 +69,15 @@ FileChange change_of_file(const std::string& path, std::string&& after, std::str
 }
 
 std::string replace_files(std::span<const FileChange> changes) {
-    const bk::KeptErrno kept;
-    try {
-        return replace_all(changes);
-    } catch (const std::bad_alloc&) {
-        return "out of memory"; // short enough to need none
-    } catch (const std::length_error&) {
-        return "out of memory";
-    }
+    return reason_of([changes] { return replace_all(changes); });
+}
+
+std::string replace_file(const std::filesystem::path& path, std::string_view bytes) {
+    return reason_of([&] {
+        FileSet files;
+        files.add(path_text(path), {}, bytes);
+        return files.replace();
+    });
 }
 
 } // namespace bk_parser

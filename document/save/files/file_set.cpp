@@ -1,6 +1,7 @@
 #include "document/save/files/file_set_impl.h"
 
 #include "core/files/sys_file_input_impl.h"
+#include "core/files/sys_path_impl.h"
 #include "core/files/sys_reason_impl.h"
 
 #include <new>
@@ -39,6 +40,11 @@ bool copy_all(bk::FileInput& from, SysHandle& to) {
         }
     }
     return from.close();
+}
+
+bool has_folder(const std::string& path) {
+    const std::string folder(bk::folder_of(path, bk::native_path_style));
+    return folder.empty() || SysDevice::get().inspect(folder).kind != SysPathKind::missing;
 }
 
 void remove_quietly(std::string& path) noexcept {
@@ -127,7 +133,9 @@ std::string FileSet::prepare(File& file) {
     bk::forget_system_reason();
     const std::unique_ptr<SysHandle> handle = device.create_beside(file.target, created);
     if (handle == nullptr) {
-        return reason_of(file.path, "cannot be opened for writing");
+        std::string reason = reason_of(file.path, "cannot be opened for writing");
+        return has_folder(file.target) ? reason
+                                       : file.path + ": cannot be opened for writing: no such folder";
     }
     file.created = std::move(created);
     if (!write_all(*handle, file.head) || !write_all(*handle, file.body) || !handle->sync()) {

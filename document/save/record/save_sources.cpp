@@ -60,8 +60,9 @@ bool SaveSources::read(const std::string& path) {
     const CoreVector<CoreString> folders = folders_of(state_);
     const CoreString key{std::string_view(state_.key)};
     const CoreString name{std::string_view(path)};
-    bk::Preprocessor preprocessor(folders, key, *this, state_.limits,
-                                  {state_.beside, true, std::string_view::npos, true});
+    bk::Preprocessor preprocessor(
+        folders, key, *this, state_.limits,
+        {state_.beside, state_.working_folder || path.empty(), true, std::string_view::npos, true});
     version_ = preprocessor.run(name, name, std::move(bytes), text_);
     version_ = version_ > 0 ? version_ : bk::written_version; // as a load takes it
     if (!reason_.empty()) {

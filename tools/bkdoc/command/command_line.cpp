@@ -178,7 +178,11 @@ private:
         const bool fits = option.kind == ValueKind::whole_number ? whole_number(value).has_value()
                           : option.kind == ValueKind::choice     ? is_choice(option.value_name, value)
                                                                  : true;
-        if (!fits) {
+        const bool is_too_large = !fits && option.kind == ValueKind::whole_number && !value.empty() &&
+                                  value.find_first_not_of("0123456789") == std::string_view::npos;
+        if (is_too_large) {
+            refusal_ = std::string(shown_name) + " takes no number as large as " + std::string(value);
+        } else if (!fits) {
             refusal_ =
                 std::string(shown_name) + " needs " + wanted(option) + ", not '" + std::string(value) + "'";
         } else if (!option.repeats && option.kind != ValueKind::none && arguments_.has(option.name)) {

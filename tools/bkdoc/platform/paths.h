@@ -22,4 +22,11 @@ inline std::string slashed(const std::filesystem::path& path) {
     return {text.begin(), text.end()};
 }
 
+/// The name that a file has behind all links of its path; the path itself where there is none.
+inline std::string real_file(const std::string& path) {
+    std::error_code failure;
+    const std::filesystem::path real = std::filesystem::canonical(path_of(path), failure);
+    return failure ? path : text_of(real);
+}
+
 } // namespace bkdoc

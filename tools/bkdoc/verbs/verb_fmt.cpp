@@ -5,22 +5,26 @@
 #include "input/files/input.h"
 #include "input/opened_document.h"
 #include "output/diff/diff_text.h"
+#include "output/diff/patch_name.h"
 #include "output/display/text_display.h"
+#include "output/hard_links.h"
 #include "output/problems/report.h"
 #include "platform/interruption.h"
 #include "platform/paths.h"
 #include "verbs/verbs.h"
 
 #include <algorithm>
-#include <limits>
+#include <utility>
 
 namespace bkdoc {
 
 namespace {
 
+constexpr unsigned int most_indent = 100;
+constexpr unsigned int most_width = 1'000'000;
+
 unsigned int number_of(const Arguments& arguments, std::string_view option, unsigned int usual) {
-    return static_cast<unsigned int>(
-        std::min<std::size_t>(arguments.number_or(option, usual), std::numeric_limits<unsigned int>::max()));
+    return static_cast<unsigned int>(arguments.number_or(option, usual));
 }
 
 /// One run of the verb over all its files.
@@ -91,7 +95,8 @@ private:
             streams_.out << name << "\n";
         }
         if (shows_) {
-            write_diff(bk_parser::unified_diff(before, after, name, name), streams_.out);
+            const std::string label = file == "-" ? name : patch_name(file);
+            write_diff(bk_parser::unified_diff(before, after, label, label), streams_.out);
         }
         if (!checks_ && !shows_ && !writes_) {
             streams_.out << after;
@@ -109,10 +114,14 @@ private:
 
     void store(const std::string& path, const std::string& before, const std::string& after) {
         const bk_parser::FileChange change{path_of(path), before, after, true};
+        HardLinks links;
+        links.note(path, path);
         const std::string reason = bk_parser::replace_files({&change, 1});
         if (!reason.empty()) {
             fail(reason);
+            return;
         }
+        links.tell(streams_, true);
     }
 
     Streams& streams_;
@@ -133,6 +142,14 @@ ExitCode run_fmt(const Arguments& arguments, Streams& streams) {
         options.operands.emplace_back("-");
     }
     options.extensions = arguments.values("--ext");
+    options.use_config = !arguments.has("--no-config");
+    for (const auto& [option, most] :
+         {std::pair{"--indent", most_indent}, std::pair{"--width", most_width}}) {
+        if (arguments.number_or(option, 0) > most) {
+            complain(streams, std::string(option) + " takes at most " + grouped(most));
+            return EXIT_UNREADABLE;
+        }
+    }
     return Formatting(arguments, streams).run(list_files(options));
 }
 

@@ -18,6 +18,7 @@ constexpr OptionSpec fmt_options[] = {
      "Where lists go on in the next line, in characters; 100 when it is not given."},
     {"--ext", "", ValueKind::word, "EXT", true,
      "Of folders, take the files with this extension; may be given again. Without it the content decides."},
+    {"--no-config", "", ValueKind::none, "", false, "Do not use the extensions of a .bkdoc.bkd."},
 };
 
 constexpr VerbSpec layout_rows[] = {

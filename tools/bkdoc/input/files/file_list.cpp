@@ -103,6 +103,9 @@ private:
         }
         if (error) {
             list_.faults.push_back(text_of(folder) + ": " + error.message());
+        } else if (files.empty()) {
+            list_.faults.push_back(text_of(folder) + ": no document in this folder" +
+                                   (extensions.empty() ? "" : " has such an extension"));
         }
         std::sort(files.begin(), files.end());
         for (const std::string& file : files) {

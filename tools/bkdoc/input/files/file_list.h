@@ -27,7 +27,7 @@ struct FileList {
 /// Lists the documents that operands name. A folder stands for the documents in it and below it. Without extensions those
 /// are the files that a mark or a version line shows to be documents, and those whose names end in .bkd. Names that begin
 /// with a dot are left out, and links to folders are not followed. A pattern (input/glob.h) that is no file's name stands for
-/// the files that fit.
+/// the files that fit. A folder without documents is a fault, as a pattern without files is.
 FileList list_files(const FileListOptions& options);
 
 } // namespace bkdoc

@@ -36,9 +36,8 @@ private:
     bool take(const ParserEntry& entry) {
         const std::string_view name = entry.get_name().get_view();
         if (name == "search") {
-            return each_string(entry, [this](std::string_view folder) {
-                config_.search.push_back(config_.file.parent_path() / path_of(folder));
-            });
+            return each_string(
+                entry, [this](std::string_view folder) { config_.search.push_back(path_of(folder)); });
         }
         if (name == "allow") {
             return each_string(entry, [this](std::string_view code) { allow(code); });
@@ -139,6 +138,18 @@ ConfigCache& cache() {
     return cache;
 }
 
+/// The folder that its names count from. From the current folder when the operand does: what is told of both is spelled alike.
+std::filesystem::path base_of(const Config& config, const std::string& operand) {
+    const std::filesystem::path folder = config.file.parent_path();
+    std::error_code error;
+    const std::filesystem::path current = std::filesystem::current_path(error);
+    if (error || path_of(operand).is_absolute()) {
+        return folder;
+    }
+    const std::filesystem::path relative = folder.lexically_relative(current);
+    return relative.empty() ? folder : relative == "." ? std::filesystem::path() : relative;
+}
+
 } // namespace
 
 void forget_configs() {
@@ -159,7 +170,10 @@ std::filesystem::path folder_of_operand(const std::string& operand) {
 
 void add_config_search(const std::string& operand, std::vector<std::filesystem::path>& search) {
     const Config& config = config_for(folder_of_operand(operand));
-    search.insert(search.end(), config.search.begin(), config.search.end());
+    const std::filesystem::path base = base_of(config, operand);
+    for (const std::filesystem::path& folder : config.search) {
+        search.push_back(base / folder);
+    }
 }
 
 } // namespace bkdoc

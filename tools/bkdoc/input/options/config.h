@@ -14,7 +14,7 @@ inline constexpr const char* config_name = ".bkdoc.bkd";
 /// What a .bkdoc.bkd says. `bkdoc check --help` shows its entries.
 struct Config {
     std::filesystem::path file;                // empty when there is none
-    std::vector<std::filesystem::path> search; // from the folder of the file
+    std::vector<std::filesystem::path> search; // as it spells them: from the folder of the file
     std::vector<std::string> allow;
     std::vector<std::string> extensions;
     std::optional<std::size_t> max_problems;

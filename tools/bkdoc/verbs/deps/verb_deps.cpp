@@ -50,6 +50,7 @@ ExitCode run_deps(const Arguments& arguments, Streams& streams) {
     }
     FileListOptions options;
     options.operands = arguments.operands();
+    options.use_config = open.use_config;
     const FileList list = list_files(options);
     ExitCode worst = EXIT_CLEAN;
     for (const std::string& fault : list.faults) {

@@ -3,7 +3,9 @@
 #include "document/text_diff.h"
 #include "input/files/input.h"
 #include "output/diff/diff_text.h"
+#include "output/diff/patch_name.h"
 #include "output/display/text_display.h"
+#include "output/hard_links.h"
 #include "output/problems/report.h"
 #include "platform/paths.h"
 #include "platform/unfinished_file.h"
@@ -43,7 +45,8 @@ std::string EditOutput::take(const OpenedDocument& document, const EditOutcome& 
     }
     for (bk_parser::FileChange& change : changes) {
         const std::string path = text_of(change.path);
-        const auto [known, is_new] = by_path_.try_emplace(path, changed_.size());
+        const std::string real = path.empty() ? path : real_file(path); // one file, by whichever of its names
+        const auto [known, is_new] = by_path_.try_emplace(real, changed_.size());
         if (!is_new) {
             const Changed& other = changed_[known->second];
             if (other.change.after != change.after) {
@@ -54,6 +57,7 @@ std::string EditOutput::take(const OpenedDocument& document, const EditOutcome& 
         }
         const auto there = outcome.counts.find(path);
         std::string name = found_name(document, change.path);
+        change.path = path_of(real);
         changed_.push_back({std::move(change), std::move(name), document.name(),
                             there == outcome.counts.end() ? 0 : there->second});
     }
@@ -66,19 +70,20 @@ std::string EditOutput::take(const OpenedDocument& document, const EditOutcome& 
 /// The document's own file, as it would be.
 void EditOutput::take_result(const OpenedDocument& document,
                              const std::vector<bk_parser::FileChange>& changes) {
-    const std::filesystem::path own = path_of(own_file(document));
-    std::string result;
-    bool is_changed = false;
-    for (const bk_parser::FileChange& change : changes) {
-        if (change.path == own) {
-            result = change.after;
-            is_changed = true;
-        } else {
-            others_.push_back(found_name(document, change.path));
-        }
+    const std::string own = own_file(document);
+    if (!own.empty() && !given_.insert(real_file(own)).second) {
+        return; // the same file by another name
     }
-    results_.push_back(is_changed ? std::move(result) : Input(document.operand()).bytes);
+    const auto change =
+        std::find_if(changes.begin(), changes.end(),
+                     [&own](const bk_parser::FileChange& one) { return text_of(one.path) == own; });
+    results_.push_back(change == changes.end() ? Input(document.operand()).bytes : change->after);
     has_bytes_ = has_bytes_ || document.form() != bk_parser::Form::text;
+}
+
+bool EditOutput::is_given(const Changed& changed) const {
+    const std::string path = text_of(changed.change.path);
+    return writes_ || is_dry_ || path.empty() || given_.contains(path);
 }
 
 ExitCode EditOutput::finish() {
@@ -90,23 +95,36 @@ ExitCode EditOutput::finish() {
     if (is_dry_) {
         write_diffs();
         close(streams_.err, "would be ");
+        HardLinks links;
+        for (const Changed& changed : changed_) {
+            links.note(text_of(changed.change.path), changed.name);
+        }
+        links.tell(streams_, false);
         return EXIT_CLEAN;
     }
     return write_results();
 }
 
-ExitCode EditOutput::write() {
-    std::vector<bk_parser::FileChange> changes;
+/// Each stands beside the file that is changed, also when a link leads there.
+std::vector<bk_parser::FileChange> EditOutput::backups() const {
+    std::vector<bk_parser::FileChange> backups;
     for (const Changed& changed : changed_) {
         if (keeps_old_ && changed.change.is_there) {
             const std::string path = text_of(changed.change.path) + std::string(backup_ending);
             Input old(path);
-            changes.push_back(
+            backups.push_back(
                 {path_of(path), std::move(old.bytes), changed.change.before, old.refusal.empty()});
         }
     }
-    for (Changed& changed : changed_) {
-        changes.push_back(std::move(changed.change));
+    return backups;
+}
+
+ExitCode EditOutput::write() {
+    std::vector<bk_parser::FileChange> changes = backups();
+    HardLinks links;
+    for (const Changed& changed : changed_) {
+        links.note(text_of(changed.change.path), changed.name);
+        changes.push_back(changed.change);
     }
     std::string reason;
     {
@@ -114,22 +132,39 @@ ExitCode EditOutput::write() {
         reason = bk_parser::replace_files(changes);
     }
     if (!reason.empty()) {
-        complain(streams_, reason + "; nothing is written");
+        complain(streams_, told_by_name(std::move(reason)) + "; nothing is written");
         return EXIT_UNREADABLE;
     }
     close(streams_.out, "");
+    links.tell(streams_, true);
     return EXIT_CLEAN;
+}
+
+/// A reason begins with the path of a file, or of its backup.
+std::string EditOutput::told_by_name(std::string reason) const {
+    for (const Changed& changed : changed_) {
+        const std::string path = text_of(changed.change.path);
+        std::error_code failure;
+        const auto named = std::filesystem::absolute(path_of(changed.name), failure);
+        const bool is_same_place = !failure && named.lexically_normal() == changed.change.path;
+        const bool is_backup = reason.starts_with(path + std::string(backup_ending) + ":");
+        if (reason.starts_with(path + ":") || (is_backup && is_same_place)) {
+            return reason.replace(0, path.size(), changed.name);
+        }
+    }
+    return reason;
 }
 
 void EditOutput::write_diffs() {
     for (const Changed& changed : changed_) {
         const bk_parser::FileChange& change = changed.change;
-        const std::string name = shown(changed.name, file_name_limit);
         if (is_text(change.before) && is_text(change.after)) {
+            const std::string name = patch_name(changed.name);
             write_diff(bk_parser::unified_diff(change.before, change.after, name, name), streams_.out);
         } else {
-            streams_.out << name << ": is no text; " << counted(change.before.size(), "byte", "bytes")
-                         << " would become " << grouped(change.after.size()) << "\n";
+            streams_.out << shown(changed.name, file_name_limit) << ": is no text; "
+                         << counted(change.before.size(), "byte", "bytes") << " would become "
+                         << grouped(change.after.size()) << "\n";
         }
     }
     streams_.out.flush();
@@ -140,14 +175,18 @@ ExitCode EditOutput::write_results() {
         complain(streams_, "refusing to write binary data to a terminal; -w changes the file");
         return EXIT_UNREADABLE;
     }
+    for (const Changed& changed : changed_) {
+        if (!is_given(changed)) {
+            complain(streams_,
+                     changed.name +
+                         ": would change, too, and is not in the output; -w changes it, --dry-run shows it");
+        }
+    }
     for (const std::string& result : results_) {
         streams_.out << result;
     }
     streams_.out.flush();
     close(streams_.err, "");
-    for (const std::string& other : others_) {
-        complain(streams_, other + " is not part of the result; -w changes it, too");
-    }
     return EXIT_CLEAN;
 }
 
@@ -161,7 +200,8 @@ void EditOutput::close(Output& out, std::string_view how) {
     for (const Changed& changed : changed_) {
         total += changed.count;
         out << shown(changed.name, file_name_limit) << ": "
-            << (changed.count == 0 ? std::string(how) + "changed, too" : told(changed.count)) << "\n";
+            << (changed.count == 0 ? std::string(how) + "changed, too" : told(changed.count))
+            << (is_given(changed) ? "" : ", but not in the output") << "\n";
     }
     if (changed_.empty()) {
         out << "everything is so already\n";

@@ -3,6 +3,7 @@
 #include "verbs/edit/edit_run.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,7 +29,11 @@ private:
     };
 
     void take_result(const OpenedDocument& document, const std::vector<bk_parser::FileChange>& changes);
+    /// Whether standard output, a diff or the disk gets the change.
+    bool is_given(const Changed& changed) const;
     ExitCode write();
+    std::vector<bk_parser::FileChange> backups() const;
+    std::string told_by_name(std::string reason) const;
     void write_diffs();
     ExitCode write_results();
     void close(Output& out, std::string_view how);
@@ -41,7 +46,7 @@ private:
     std::vector<Changed> changed_; // in the order in which they are to be written
     std::map<std::string, std::size_t> by_path_;
     std::vector<std::string> results_; // for standard output, a document each
-    std::vector<std::string> others_;  // files that would change beside them
+    std::set<std::string> given_;      // the files that these are
     bool has_bytes_ = false;           // a result is no text
     std::string notes_;
 };

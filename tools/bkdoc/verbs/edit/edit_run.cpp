@@ -12,6 +12,23 @@ namespace bkdoc {
 
 namespace {
 
+void replace_each(std::string& text, std::string_view old, std::string_view with) {
+    for (std::size_t at = text.find(old); at != std::string::npos; at = text.find(old, at + with.size())) {
+        text.replace(at, old.size(), with);
+    }
+}
+
+/// What the library says of a save, with files as the command line spells them, and without what only a program can do.
+std::string tool_reason(std::string reason, const OpenedDocument& document) {
+    for (const bk_parser::DocumentFile& file : document.document().files()) {
+        replace_each(reason, text_of(file.path) + ":", shown_file(file.file, document.name()) + ":");
+    }
+    replace_each(reason, "the layout cannot be kept: more would be read than there is, because ", "");
+    replace_each(reason, ", and load the document again", "");
+    replace_each(reason, " and load the document again", "");
+    return reason;
+}
+
 /// One run over all documents.
 class EditRun {
 public:
@@ -76,7 +93,7 @@ private:
         if (outcome.is_found) {
             preview = bk_parser::preview_save(document.document());
         }
-        std::string reason = preview.reason;
+        std::string reason = tool_reason(preview.reason, document);
         for (const bk_parser::Problem& loss : preview.losses) {
             complain(streams_, loss.message);
         }
@@ -98,6 +115,11 @@ private:
 
 } // namespace
 
+bool EditOutcome::is_new_place(const OpenedDocument& document, const ParserEntry& entry, unsigned int value) {
+    const bk_parser::EntryPlace place = place_of(document.document(), entry);
+    return !place.is_known() || places_.emplace(text_of(place.path), place.line, place.column, value).second;
+}
+
 ExitCode run_edit(const Arguments& arguments, Streams& streams, const EditRequest& request) {
     OpenOptions open;
     if (!take_opening(arguments, open, streams)) {
@@ -111,6 +133,7 @@ ExitCode run_edit(const Arguments& arguments, Streams& streams, const EditReques
     }
     FileListOptions options;
     options.operands = request.files;
+    options.use_config = open.use_config;
     return EditRun(arguments, streams, request).run(open, list_files(options));
 }
 

@@ -7,8 +7,10 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 namespace bkdoc {
@@ -20,6 +22,13 @@ struct EditOutcome {
     std::map<std::string, std::size_t> counts; // of changes, by the absolute path of the file; empty for "-"
     std::size_t anywhere = 0;                  // changes in the file that is changed last
     std::string notes;                         // lines to be shown before anything is written
+
+    /// Whether no change of this place of a file was asked about before: a file that is included twice has its values twice in
+    /// the tree. To be asked before the tree is changed.
+    bool is_new_place(const OpenedDocument& document, const ParserEntry& entry, unsigned int value);
+
+private:
+    std::set<std::tuple<std::string, unsigned int, unsigned int, unsigned int>> places_;
 };
 
 /// What the verbs that change documents have in common.

@@ -4,7 +4,7 @@
 #include "document/ranges.h"
 #include "output/display/text_display.h"
 
-#include <cmath>
+#include <algorithm>
 
 namespace bkdoc {
 
@@ -12,6 +12,35 @@ namespace {
 
 // Of the version whose strings have escapes.
 constexpr std::string_view probe = "#Brellwick_Serial_Version 1.2\nx ";
+
+std::size_t digits_at(std::string_view word, std::size_t at) noexcept {
+    return std::min(word.find_first_not_of("0123456789", at), word.size()) - at;
+}
+
+/// A sign, digits with or without a point, and an exponent; or hexadecimal digits behind 0x.
+bool looks_like_number(std::string_view word) noexcept {
+    std::size_t at = word.starts_with('-') || word.starts_with('+') ? 1 : 0;
+    if (word.substr(at).starts_with("0x") || word.substr(at).starts_with("0X")) {
+        return word.find_first_not_of("0123456789abcdefABCDEF", at + 2) == std::string_view::npos;
+    }
+    const std::size_t whole = digits_at(word, at);
+    at += whole;
+    std::size_t fraction = 0;
+    if (word.substr(at).starts_with('.')) {
+        fraction = digits_at(word, at + 1);
+        at += 1 + fraction;
+    }
+    if (whole + fraction == 0) {
+        return false;
+    }
+    if (word.substr(at).starts_with('e') || word.substr(at).starts_with('E')) {
+        ++at;
+        at += word.substr(at).starts_with('-') || word.substr(at).starts_with('+') ? 1 : 0;
+        const std::size_t exponent = digits_at(word, at);
+        return exponent != 0 && at + exponent == word.size();
+    }
+    return at == word.size();
+}
 
 } // namespace
 
@@ -27,6 +56,10 @@ Literals::Literals(std::string_view text, WantedType type, bool may_have_groups)
     const std::string quoted = "'" + shown(text, shown_text) + "'";
     if (read(text, may_have_groups)) {
         convert();
+        return;
+    }
+    refusal_ = type == WantedType::string ? std::string() : why_no_numbers(text);
+    if (!refusal_.empty()) {
         return;
     }
     if (type == WantedType::boolean || text == "true" || text == "false") {
@@ -49,6 +82,9 @@ bool Literals::read(std::string_view text, bool may_have_groups) {
     options.follow_includes = false;
     bk_parser::LoadResult result = bk_parser::parse(std::string(probe) + std::string(text), options);
     const auto& entries = result.document.root().get_entries();
+    if (!result.problems.empty()) {
+        problem_ = result.problems.front().message;
+    }
     if (!result.problems.empty() || entries.get_count() != 1 || !result.document.includes().empty()) {
         return false;
     }
@@ -65,6 +101,28 @@ bool Literals::read(std::string_view text, bool may_have_groups) {
     entry_ = entry;
     source_ = std::move(result.document);
     return true;
+}
+
+/// Why a text that looks like numbers is not read as these; empty of other texts, which are strings.
+std::string Literals::why_no_numbers(std::string_view text) const {
+    bool is_any = false;
+    for (std::string_view rest = text; !rest.empty();) {
+        const std::size_t end = std::min(rest.find_first_of(" \t,"), rest.size());
+        if (end != 0 && !looks_like_number(rest.substr(0, end))) {
+            return {};
+        }
+        is_any = is_any || end != 0;
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    if (!is_any || problem_.empty()) {
+        return {};
+    }
+    constexpr std::string_view is_read = "' is read as ";
+    std::string reason = problem_;
+    if (const std::size_t at = reason.find(is_read); at != std::string::npos) {
+        reason.replace(at, is_read.size(), "' would be read as ");
+    }
+    return reason + "; in quotes it is a string";
 }
 
 /// What `type_` makes of the values; the entry is this object's own.

@@ -41,10 +41,12 @@ public:
 
 private:
     void convert();
+    std::string why_no_numbers(std::string_view text) const;
     bool read(std::string_view text, bool may_have_groups);
 
     WantedType type_;
     std::string refusal_;
+    std::string problem_; // that the reading found
     bk_parser::Document source_;
     const ParserEntry* entry_ = nullptr; // null when the whole is one string
     std::string string_;

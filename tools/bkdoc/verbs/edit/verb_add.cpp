@@ -1,6 +1,7 @@
 #include "document/access.h"
 #include "parser/parser_group.h"
 #include "verbs/edit/edit_run.h"
+#include "verbs/edit/entry_name.h"
 #include "verbs/edit/literals.h"
 #include "verbs/find/find_run.h"
 #include "verbs/verbs.h"
@@ -61,6 +62,7 @@ ExitCode run_add(const Arguments& arguments, Streams& streams) {
             return EXIT_UNREADABLE;
         }
     }
+    warn_of_name(last_name(operands[0]), streams);
     const EditRequest request{
         {operands.back()}, operands[0],
         "entry",           "entries",

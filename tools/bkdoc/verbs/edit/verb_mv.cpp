@@ -1,5 +1,6 @@
 #include "document/access.h"
 #include "verbs/edit/edit_run.h"
+#include "verbs/edit/entry_name.h"
 #include "verbs/find/find_run.h"
 #include "verbs/verbs.h"
 
@@ -40,6 +41,7 @@ ExitCode run_mv(const Arguments& arguments, Streams& streams) {
     if (!accept_path(from, "PATH", streams) || !accept_path(to, "PATH", streams)) {
         return EXIT_UNREADABLE;
     }
+    warn_of_name(last_name(operands[1]), streams);
     const EditRequest request{
         {operands[2]}, operands[0], "entry",
         "entries",     "moved",     [&](OpenedDocument& document) { return move_found(document, from, to); }};

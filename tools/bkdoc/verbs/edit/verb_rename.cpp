@@ -1,6 +1,7 @@
 #include "document/access.h"
 #include "output/display/text_display.h"
 #include "verbs/edit/edit_run.h"
+#include "verbs/edit/entry_name.h"
 #include "verbs/find/find_run.h"
 #include "verbs/verbs.h"
 
@@ -40,11 +41,11 @@ public:
 
 private:
     void rename_entry(const OpenedDocument& document, ParserEntry& entry, EditOutcome& outcome) const {
-        const bool is_new = entry.get_name().get_view() != name_;
+        const bool is_new = entry.get_name().get_view() != name_ &&
+                            outcome.is_new_place(document, entry, bk_parser::Visit::whole_entry);
         if (!bk_parser::rename(entry, name_)) {
             outcome.refusal = told_place(document, entry) + ": cannot be called '" +
-                              shown(name_, name_limit) +
-                              "'; a name is letters, digits and _, and behind # that of a keyword";
+                              shown(name_, name_limit) + "'; " + why_no_name(name_);
             return;
         }
         outcome.is_found = true;
@@ -57,6 +58,10 @@ private:
             ParserEntry& entry = visit.entry();
             for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
                 if (!entry.is_value_string(i) || !old_names.contains(entry.get_string(i).get_view())) {
+                    continue;
+                }
+                if (!outcome.is_new_place(document, entry, i)) {
+                    bk_parser::set(entry, i, name_);
                     continue;
                 }
                 outcome.notes += told_place(document, entry) + "@" + std::to_string(i) + ": " +
@@ -81,6 +86,7 @@ ExitCode run_rename(const Arguments& arguments, Streams& streams) {
     if (!accept_path(path, "PATH", streams)) {
         return EXIT_UNREADABLE;
     }
+    warn_of_name(operands[1], streams);
     const Renaming renaming(path, operands[1], arguments.has("--refs"));
     const EditRequest request{{operands.begin() + 2, operands.end()},
                               operands[0],

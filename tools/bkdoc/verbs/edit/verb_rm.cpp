@@ -13,7 +13,8 @@ EditOutcome remove_found(OpenedDocument& document, const bk_parser::Path& path) 
     bk_parser::PathSearch search(document.root(), path);
     while (search.next()) {
         const bk_parser::Visit& visit = search.visit();
-        ++outcome.counts[home_of(document, visit.entry())];
+        const bool is_new = outcome.is_new_place(document, visit.entry(), visit.value());
+        outcome.counts[home_of(document, visit.entry())] += is_new ? 1 : 0;
         outcome.is_found = true;
         if (visit.value() == bk_parser::Visit::whole_entry) {
             search.skip_groups();

@@ -11,13 +11,14 @@ EditOutcome set_values(OpenedDocument& document, const bk_parser::Path& path, co
     EditOutcome outcome;
     for (const bk_parser::Visit& visit : found_by(document, path)) {
         const std::string home = home_of(document, visit.entry());
+        const bool is_new = outcome.is_new_place(document, visit.entry(), visit.value());
         const ValueChange::Result result = change.apply(visit.entry(), visit.value());
         if (!result.refusal.empty()) {
             outcome.refusal = told_place(document, visit.entry()) + ": " + result.refusal;
             return outcome;
         }
         outcome.is_found = true;
-        outcome.counts[home] += result.changed;
+        outcome.counts[home] += is_new ? result.changed : 0;
     }
     return outcome;
 }

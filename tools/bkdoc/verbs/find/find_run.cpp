@@ -32,6 +32,7 @@ find_in_documents(const Arguments& arguments, Streams& streams,
     }
     open.keep_sources = true;
     FileListOptions options;
+    options.use_config = open.use_config;
     options.operands.assign(arguments.operands().begin() + 1, arguments.operands().end());
     const FileList list = list_files(options);
     for (const std::string& fault : list.faults) {
