@@ -133,7 +133,7 @@ TEST(bkdoc_check, a_missing_include_is_shown_at_its_directive_with_every_place_l
     const BkdocRun run = run_bkdoc({"check", "-I", folder.path(), "-I", other, top});
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(run.out, top + ":2:3: error: 'gone.bkd' not found; tried " + folder.path("gone.bkd") + ", " +
-                           other + "/gone.bkd; -I adds a folder [include-not-found]\n" +
+                           other + "/gone.bkd, gone.bkd; -I adds a folder [include-not-found]\n" +
                            "  #include \"gone.bkd\"\n  ^~~~~~~~~~~~~~~~~~~\n1 error\n");
     EXPECT_EQ(run.err, "");
 }

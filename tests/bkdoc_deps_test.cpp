@@ -41,7 +41,7 @@ TEST_F(bkdoc_deps, are_drawn_as_a_tree_and_once_each) {
 TEST_F(bkdoc_deps, that_are_missing_are_drawn_with_the_places_looked_at) {
     const BkdocRun result = run({broken});
     EXPECT_EQ(result.code, 1);
-    const std::string tried = folder.path("gone.bkd") + ", " + folder.path("lib/gone.bkd");
+    const std::string tried = folder.path("gone.bkd") + ", " + folder.path("lib/gone.bkd") + ", gone.bkd";
     EXPECT_EQ(result.out, broken +
                               "\n"
                               "\xE2\x94\x9C\xE2\x94\x80\xE2\x94\x80 gone.bkd  line 2  not found; tried " +

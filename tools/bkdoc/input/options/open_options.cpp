@@ -28,7 +28,6 @@ bk_parser::LoadOptions OpenOptions::load_options() const {
     for (const std::string& folder : search_paths) {
         options.search.push_back(path_of(folder));
     }
-    options.working_folder = false; // a document says the same from wherever the tool is started
     options.key = key;
     options.limits = limits_of(trusted);
     options.follow_includes = follow_includes;
