@@ -101,6 +101,12 @@ TEST(format_text, line_ends_and_the_byte_order_mark_stay) {
               "a 1\r\nb 2\r\nc 3\r\n");
 }
 
+TEST(format_text, a_name_before_a_version_line_at_the_end_is_laid_out_once) {
+    const std::string laid = laid_out("n  #Brellwick_Serial_Version 1");
+    EXPECT_EQ(laid, "n  \n#Brellwick_Serial_Version 1\n");
+    EXPECT_EQ(laid_out(laid), laid);
+}
+
 TEST(format_text, a_name_without_values_at_the_end_stays_an_entry) {
     EXPECT_EQ(laid_out("a 1\nb\n\n"), "a 1\nb\n\n");
     EXPECT_EQ(laid_out("b  // x\n"), "b  // x\n");
