@@ -168,7 +168,7 @@ TEST(bkdoc_command_line, a_value_that_does_not_suit_is_refused_with_what_would) 
     EXPECT_EQ(refusal_of({"check", "-I"}), "-I needs a folder");
     EXPECT_EQ(refusal_of({"same", "a.bkd"}), "same needs B; bkdoc same --help shows an example");
     EXPECT_EQ(refusal_of({"dump", "a", "b"}),
-              "more words than dump takes; bkdoc dump --help shows an example");
+              "too many arguments for dump; bkdoc dump --help shows an example");
 }
 
 TEST(bkdoc_command_line, options_may_stand_anywhere) {

@@ -122,7 +122,7 @@ TEST(format_text, a_text_with_errors_is_refused_with_their_places) {
 }
 
 TEST(format_text, a_comment_or_a_directive_that_touches_a_word_is_refused) {
-    const char* const reason = "a comment or a directive touches a word; put a blank between the two";
+    const char* const reason = "a comment or a directive touches a word; put a blank between them";
     EXPECT_EQ(format_text("a 1// x\n2\n").reason, reason);
     EXPECT_EQ(format_text("a 1#include \"x\"\n").reason, reason);
     EXPECT_EQ(format_text("a 1// x\n 2\n").text, "a 1 // x\n    2\n");
@@ -154,7 +154,7 @@ bool keeps_all(const std::string& text) {
         options.width = width;
         const bk_parser::FormatResult result = format_text(text, options);
         if (!result.ok()) {
-            EXPECT_NE(result.reason, "would be read differently once laid out") << text;
+            EXPECT_NE(result.reason, "would be read differently once formatted") << text;
             continue;
         }
         is_laid_out = true;

@@ -218,7 +218,7 @@ std::string count_refusal(const Arguments& arguments) {
         }
     }
     if (!may_repeat && arguments.operands().size() > verb.operands.size()) {
-        return "more words than " + name + " takes; bkdoc " + name + " --help shows an example";
+        return "too many arguments for " + name + "; bkdoc " + name + " --help shows an example";
     }
     return {};
 }

@@ -62,7 +62,7 @@ constexpr VerbSpec change_rows[] = {
      add_operands, value_options, true, "bkdoc add -w 'light<spot>[\"mast\"]/power' 60.0 harbour.bkd",
      "0 done\n2 refused; no file is changed", run_add},
     {"rm", Task::change, "Remove the entries or values that a path finds.",
-     "An entry is removed with its line and with a comment behind it on that line. Comments above it stay.",
+     "An entry is removed with its line and with a comment after it on that line. Comments above it stay.",
      rm_operands, edit_options, true, "bkdoc rm --dry-run '**/light[power>100]' harbour.bkd", edit_exit_codes,
      run_rm},
     {"mv", Task::change, "Move an entry to another group, or rename it.",

@@ -87,7 +87,7 @@ constexpr VerbSpec look_rows[] = {
      "indentation and the sizes of other forms do not count. Several documents are added up.",
      several_files, stats_options, true, "bkdoc stats --by name harbour.bkd", reading_exit_codes, run_stats},
     {"dump", Task::look, "Explain the bytes of a binary, enciphered or archive file.",
-     "Bytes that have no meaning are shown as they are. The explanation goes on behind them where a stored "
+     "Bytes that have no meaning are shown as they are. The explanation goes on after them where a stored "
      "size says how far they reach.",
      one_file, dump_options, false, "bkdoc dump harbour.archive",
      "0 every byte is explained\n1 some bytes are not explained\n2 the file could not be read", run_dump},

@@ -16,7 +16,7 @@ constexpr OptionSpec recover_options[] = {
 
 constexpr VerbSpec repair_rows[] = {
     {"recover", Task::repair, "Save what is left of a damaged binary, enciphered or archive file.",
-     "recover reads everything that it can, before and behind the damage. The error stream tells how many "
+     "recover reads everything that it can, before and after the damage. The error stream tells how many "
      "entries were read, which bytes were lost and what they held. Look at the result before you use it: "
      "bytes that were changed but still mean something are read as they stand.",
      one_file, recover_options, true, "bkdoc recover damaged.bin -o saved.bkd",

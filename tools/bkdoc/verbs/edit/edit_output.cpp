@@ -48,7 +48,7 @@ std::string EditOutput::take(const OpenedDocument& document, const EditOutcome& 
             const Changed& other = changed_[known->second];
             if (other.change.after != change.after) {
                 return other.name + ": would change in one way for " + other.document +
-                       " and in another for " + document.name() + "; change this file by itself";
+                       " and in another for " + document.name() + "; change this file on its own";
             }
             continue;
         }
@@ -128,7 +128,7 @@ void EditOutput::write_diffs() {
         if (is_text(change.before) && is_text(change.after)) {
             write_diff(bk_parser::unified_diff(change.before, change.after, name, name), streams_.out);
         } else {
-            streams_.out << name << ": is no text; " << counted(change.before.size(), "byte", "bytes")
+            streams_.out << name << ": is not text; " << counted(change.before.size(), "byte", "bytes")
                          << " would become " << grouped(change.after.size()) << "\n";
         }
     }
@@ -164,7 +164,7 @@ void EditOutput::close(Output& out, std::string_view how) {
             << (changed.count == 0 ? std::string(how) + "changed, too" : told(changed.count)) << "\n";
     }
     if (changed_.empty()) {
-        out << "everything is so already\n";
+        out << "nothing to change\n";
     } else if (changed_.size() > 1) {
         out << told(total) << " in " << counted(changed_.size(), "file", "files") << "\n";
     }

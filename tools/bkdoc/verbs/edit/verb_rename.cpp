@@ -44,7 +44,7 @@ private:
         if (!bk_parser::rename(entry, name_)) {
             outcome.refusal = told_place(document, entry) + ": cannot be called '" +
                               shown(name_, name_limit) +
-                              "'; a name is letters, digits and _, and behind # that of a keyword";
+                              "'; names have letters, digits and _, and those of keywords begin with #";
             return;
         }
         outcome.is_found = true;
