@@ -252,12 +252,10 @@ CommandLine without_verb(const std::vector<std::string>& words, std::size_t widt
 /// The answer to "help" and "help VERB".
 CommandLine asked_help(const std::vector<std::string>& words, std::size_t verb_at, std::size_t width) {
     CommandLine line;
-    if (verb_at + 1 == words.size()) {
+    if (verb_at + 1 == words.size() || is_option_word(words[verb_at + 1])) {
         line.answer = help_text(width);
     } else if (const VerbSpec* const asked = find_verb(words[verb_at + 1]); asked != nullptr) {
         line.answer = help_text(*asked, width);
-    } else if (words[verb_at + 1] == "--help" || words[verb_at + 1] == "-h") {
-        line.answer = help_text(width);
     } else {
         line.refusal = unknown_verb(words[verb_at + 1]);
     }

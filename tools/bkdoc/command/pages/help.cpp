@@ -22,7 +22,7 @@ std::string wrapped_choices(std::string_view head, std::size_t indent, std::size
     const std::size_t margin = used;
     for (std::size_t at = begin; at < head.size();) {
         const std::size_t bar = head.find('|', at);
-        const std::string_view word = head.substr(at, bar == head.npos ? bar : bar - at + 1);
+        const std::string_view word = head.substr(at, bar == std::string_view::npos ? bar : bar - at + 1);
         if (used + word.size() > width && used > margin) {
             line += "\n" + std::string(margin, ' ');
             used = margin;
