@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything that a host needs for a day's work with documents: load, find out what is wrong, ask, change, save.
+/// Everything that most hosts need for documents: load them, list their problems, read, change and save them.
 
 #include "document/access.h"
 #include "document/include.h"
