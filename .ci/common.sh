@@ -43,6 +43,7 @@ is_there() {
         qemu-user-static) command -v qemu-s390x-static ;;
         man-db) command -v man ;;
         groff-base) command -v groff ;;
+        libxml2-utils) command -v xmllint ;;
         doxygen-awesome-css) [ -d /usr/share/doxygen-awesome-css ] ;;
         chromium) command -v chromium || command -v chromium-browser ;;
         python3-jsonschema) python3 -c "import jsonschema" 2>/dev/null ;;

@@ -17,15 +17,15 @@ const std::vector<Expectation>& expectations() {
     static const std::vector<Expectation> table = {
         {"wrongly_placed.bkd",
          1,
-         {"wrongly_placed.bkd:3:18: error: unexpected ',': it stands between two values; what follows up to "
-          "the next name is skipped [wrongly-placed]"}},
+         {"wrongly_placed.bkd:3:18: error: unexpected ',': it may only stand between two values; everything "
+          "up to the next name is skipped [wrongly-placed]"}},
         {"no_value.bkd",
          1,
          {"no_value.bkd:2:1: error: 'camera' has no value, and 'lens' is skipped [no-value]"}},
         {"template_inside_template.bkd",
          1,
-         {"template_inside_template.bkd:3:1: error: 'layers<stack<wood>>' is no name: a template has no "
-          "template of its own [bad-template]"}},
+         {"template_inside_template.bkd:3:1: error: 'layers<stack<wood>>' is not a name: a template cannot "
+          "have a template [bad-template]"}},
         {"value_without_entry.bkd",
          1,
          {"value_without_entry.bkd:3:28: error: '45.0' belongs to no entry, and is skipped "
@@ -39,13 +39,14 @@ const std::vector<Expectation>& expectations() {
          {"arguments_without_entry.bkd:3:25: error: '(' has no name before it [bad-arguments]"}},
         {"arguments_after_values.bkd",
          1,
-         {"arguments_after_values.bkd:3:13: error: '(' stands behind a value: an argument list follows the "
-          "name, and nothing follows it [bad-arguments]"}},
+         {"arguments_after_values.bkd:3:13: error: '(' follows a value: an argument list must follow the "
+          "name directly, and nothing may follow it [bad-arguments]"}},
         {"arguments_inside_arguments.bkd",
          1,
          {"arguments_inside_arguments.bkd:3:5: warning: the argument list of 'flash' is not closed "
           "[arguments-left-open]",
-          "arguments_inside_arguments.bkd:3:11: error: '(' stands in an argument list: it holds no other one "
+          "arguments_inside_arguments.bkd:3:11: error: '(' is inside an argument list, which cannot hold "
+          "another "
           "[bad-arguments]"}},
         {"arguments_on_keyword.bkd",
          1,
@@ -60,13 +61,13 @@ const std::vector<Expectation>& expectations() {
         {"unknown_word.bkd", 1, {"unknown_word.bkd:3:7: error: unexpected '%' [unexpected-word]"}},
         {"unknown_word_bad_array_count.bkd",
          1,
-         {"unknown_word_bad_array_count.bkd:4:5: error: '[-1]' is no array count: it is a whole number, or "
-          "nothing [bad-array-count]",
-          "unknown_word_bad_array_count.bkd:5:5: error: '[many]' is no array count: it is a whole number, or "
-          "nothing [bad-array-count]"}},
+         {"unknown_word_bad_array_count.bkd:4:5: error: '[-1]' is not an array count: write a whole number "
+          "or nothing [bad-array-count]",
+          "unknown_word_bad_array_count.bkd:5:5: error: '[many]' is not an array count: write a whole number "
+          "or nothing [bad-array-count]"}},
         {"unknown_word_empty_template.bkd",
          1,
-         {"unknown_word_empty_template.bkd:4:5: error: '<>' is no template: a name stands between '<' and "
+         {"unknown_word_empty_template.bkd:4:5: error: '<>' is not a template: put a name between '<' and "
           "'>' [bad-template]"}},
         {"string_left_open.bkd",
          1,
@@ -74,7 +75,7 @@ const std::vector<Expectation>& expectations() {
           "'\\n' [string-left-open]"}},
         {"invalid_name.bkd",
          1,
-         {"invalid_name.bkd:3:5: error: 'yes[2]' is no name: yes and no are values [bad-name]"}},
+         {"invalid_name.bkd:3:5: error: 'yes[2]' is not a name: yes and no are values [bad-name]"}},
         {"text_after_end.bkd",
          1,
          {"text_after_end.bkd:5:1: error: '}' closes nothing, and the text after it is not read "

@@ -92,7 +92,7 @@ TEST_F(bkdoc_check_files, are_named_by_patterns_that_the_shell_left_alone) {
               included_problem("3 documents") + "3 files, 3 with problems (1 error)\n");
     const BkdocRun none = run_bkdoc({"check", shots() + "/*.none"});
     EXPECT_EQ(none.code, 2);
-    EXPECT_EQ(none.err, "bkdoc: " + shots() + "/*.none: no file fits this pattern\n");
+    EXPECT_EQ(none.err, "bkdoc: " + shots() + "/*.none: no file matches this pattern\n");
 }
 
 TEST_F(bkdoc_check_files, that_cannot_be_read_are_told_and_counted) {
@@ -119,7 +119,7 @@ TEST_F(bkdoc_check_files, tell_at_most_so_many_problems_each) {
     };
     const BkdocRun usual = run_bkdoc({"check", file});
     EXPECT_EQ(count(usual.out), 50u);
-    EXPECT_TRUE(usual.out.ends_with(file + ": 10 more problems; --max-problems 0 tells all\n60 warnings\n"))
+    EXPECT_TRUE(usual.out.ends_with(file + ": 10 more problems; --max-problems 0 shows all\n60 warnings\n"))
         << usual.out;
     EXPECT_EQ(count(run_bkdoc({"check", "--max-problems", "0", file}).out), 60u);
     EXPECT_EQ(count(run_bkdoc({"check", "--max-problems", "3", file}).out), 3u);
@@ -155,7 +155,7 @@ TEST_F(bkdoc_check_files, take_search_folders_and_rules_from_the_configuration_a
     folder.write("project/.bkdoc.bkd", "serach \"library\"\n");
     const BkdocRun wrong = run_bkdoc({"check", file});
     EXPECT_EQ(wrong.code, 2);
-    EXPECT_NE(wrong.err.find(": 'serach' is no entry of a configuration"), std::string::npos) << wrong.err;
+    EXPECT_NE(wrong.err.find(": 'serach' is not a setting"), std::string::npos) << wrong.err;
 }
 
 TEST_F(bkdoc_check_files, are_refused_when_the_configuration_allows_an_unknown_code) {

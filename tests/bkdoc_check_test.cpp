@@ -74,7 +74,7 @@ TEST(bkdoc_check, a_byte_of_no_character_is_one_column_and_shown_as_a_question_m
     const BkdocRun run = check_text("a \"\xFF\x1B\" @ 1\n");
     EXPECT_EQ(
         run.out,
-        "<stdin>:1:4: warning: the file holds 1 byte that is no UTF-8, the first one here: save the file "
+        "<stdin>:1:4: warning: the file holds 1 byte that is not UTF-8, the first one here: save the file "
         "as UTF-8 [not-utf-8]\na \"??\" @ 1\n   ^\n"
         "<stdin>:1:8: error: unexpected '@' [unexpected-word]\na \"??\" @ 1\n       ^\n"
         "1 error, 1 warning\n");
@@ -178,7 +178,7 @@ TEST(bkdoc_check, an_empty_document_has_no_faults) {
 
 TEST(bkdoc_check, a_name_without_a_value_is_told_at_the_name) {
     EXPECT_EQ(check_text("a b 1\n").out,
-              "<stdin>:1:1: error: 'a' has no value, and 'b' is skipped: a string stands in double quotes "
+              "<stdin>:1:1: error: 'a' has no value, and 'b' is skipped: strings need double quotes "
               "[unquoted-string]\na b 1\n^\n1 error\n");
     for (const char* text : {"a 1 b", "a 1 b\n"}) {
         EXPECT_EQ(check_text(text).out,
@@ -194,9 +194,8 @@ TEST(bkdoc_check, a_string_that_its_line_ends_is_explained) {
 
 TEST(bkdoc_check, a_string_that_a_backslash_keeps_open_is_explained) {
     EXPECT_EQ(check_text("a \"C:\\\" 1\nb 2\n").out,
-              "<stdin>:1:3: error: this string is not closed on its line: a quote behind a backslash does "
-              "not close "
-              "it [string-left-open]\na \"C:\\\" 1\n  ^~~~~~~\n1 error\n");
+              "<stdin>:1:3: error: this string is not closed on its line: a quote after a backslash does not "
+              "close it [string-left-open]\na \"C:\\\" 1\n  ^~~~~~~\n1 error\n");
 }
 
 TEST(bkdoc_check, a_version_that_is_none_is_told) {

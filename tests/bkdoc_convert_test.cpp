@@ -113,10 +113,9 @@ TEST(bkdoc_convert, the_version_entry_of_an_enciphered_document_does_not_become_
 TEST(bkdoc_convert, what_the_binary_form_leaves_out_has_to_be_wanted) {
     const ScratchFolder folder;
     const std::string file = write_in_form(folder, "text", document);
-    expect_refusal(
-        folder, file, {"--to", "binary"},
-        "bkdoc: this form cannot hold the document (--lossy converts it all the same): at #units, kind: "
-        "keyword reads back as ordinary entry; nothing is written\n");
+    expect_refusal(folder, file, {"--to", "binary"},
+                   "bkdoc: this form cannot hold the document (--lossy converts it anyway): at #units, kind: "
+                   "keyword reads back as ordinary entry; nothing is written\n");
     const BkdocRun run = run_bkdoc({"convert", file, folder.path("b"), "--to", "binary", "--lossy"});
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(run.err,
@@ -185,8 +184,7 @@ TEST(bkdoc_convert, a_file_with_faults_is_not_written_over_itself) {
     folder.make_folder("inner");
     const BkdocRun run = run_bkdoc({"convert", file, folder.path("inner") + "/../a.bkd", "--to", "archive"});
     EXPECT_EQ(run.code, 2);
-    EXPECT_TRUE(contains(run.err, "has errors, and would be written over itself; nothing is written\n"))
-        << run.err;
+    EXPECT_TRUE(contains(run.err, "has errors and would replace itself; nothing is written\n")) << run.err;
     EXPECT_EQ(folder.read("a.bkd"), text);
 }
 
@@ -196,8 +194,7 @@ TEST(bkdoc_convert, a_file_with_faults_is_not_written_over_itself_when_it_is_sta
     const std::string file = folder.write("a.bkd", text);
     const BkdocRun run = run_bkdoc_on(file, {"convert", "-", file, "--to", "archive"});
     EXPECT_EQ(run.code, 2);
-    EXPECT_TRUE(contains(run.err, "has errors, and would be written over itself; nothing is written\n"))
-        << run.err;
+    EXPECT_TRUE(contains(run.err, "has errors and would replace itself; nothing is written\n")) << run.err;
     EXPECT_EQ(folder.read("a.bkd"), text);
     EXPECT_EQ(run_bkdoc_on(file, {"convert", "-", folder.path("b.bkd"), "--to", "text"}).code, 1);
 }
@@ -252,7 +249,7 @@ TEST(bkdoc_convert, what_a_text_cannot_say_is_refused_unless_the_loss_is_wanted)
     const std::string path = folder.path("a.bkd");
     for (const char* form : {"text", "archive"}) {
         expect_refusal(folder, path, {"--to", form},
-                       "cannot hold the document (--lossy converts it all the same): at folder, ");
+                       "cannot hold the document (--lossy converts it anyway): at folder, ");
     }
     const BkdocRun run = run_bkdoc({"convert", path, folder.path("target.bkd"), "--to", "text", "--lossy"});
     EXPECT_EQ(run.code, 1);

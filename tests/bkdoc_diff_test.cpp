@@ -84,7 +84,7 @@ TEST(bkdoc_diff, json_has_all_of_it) {
 TEST(bkdoc_diff, tolerance_and_order_are_as_asked) {
     EXPECT_EQ(compare("a 1.0\nb 2\n", "b 2\na 1.01\n", {"--tolerance", "0.1", "--ignore-order"}).code, 0);
     const BkdocRun run = compare("a 1\n", "a 1\n", {"--tolerance", "x"});
-    EXPECT_EQ(run.err, "bkdoc: --tolerance needs a number from 0 on, not 'x'\n");
+    EXPECT_EQ(run.err, "bkdoc: --tolerance needs a number of 0 or more, not 'x'\n");
     EXPECT_EQ(run.code, 2);
 }
 

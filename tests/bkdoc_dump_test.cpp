@@ -128,13 +128,12 @@ TEST(bkdoc_dump, a_binary_file_that_ends_early_is_not_explained_to_its_end) {
 
 TEST(bkdoc_dump, the_first_byte_that_has_no_meaning_in_binary_data_is_told) {
     expect_stop("UDFS\x01", 4, "the 8 bytes of the size of a group");
-    expect_stop("UDFS" + size_field(99), 4, "found 99, but the file has only 0 bytes behind it");
+    expect_stop("UDFS" + size_field(99), 4, "found 99, but the file has only 0 bytes after it");
     expect_stop("UDFS" + size_field(0xFFFFFFFFFFFFFFFFu) + "abc", 4, "found 18,446,744,073,709,551,615");
     expect_stop(binary_of("abc"), 12, "no 00 byte ends it inside the group");
     expect_stop(binary_of(std::string(1, '\0')), 12, "found an empty one");
     expect_stop(binary_of(std::string("a\0\x05", 3)), 14, "the 8 bytes of the size of an entry");
-    expect_stop(binary_of(std::string("a\0", 2) + size_field(50)), 14,
-                "the group has only 0 bytes behind it");
+    expect_stop(binary_of(std::string("a\0", 2) + size_field(50)), 14, "the group has only 0 bytes after it");
     expect_stop(binary_of(std::string("a\0", 2) + size_field(0)), 14, "no room for its reserved byte");
     expect_stop(binary_of(entry_of("a", "\x07")), 23, "found 0x07");
     expect_stop(binary_of(entry_of("a", "\xFF")), 23, "found 0xFF");
@@ -144,13 +143,13 @@ TEST(bkdoc_dump, the_first_byte_that_has_no_meaning_in_binary_data_is_told) {
     expect_stop(binary_of(entry_of("a", "\x06" + size_field(2) + "x")), 23,
                 "found 2, but the entry has only 1 byte");
     expect_stop(binary_of(entry_of("a", "\x06" + size_field(1ULL << 32) + "x")), 23, "found 4,294,967,296");
-    expect_stop(binary_of("") + "x", 12, "1 byte behind the document");
+    expect_stop(binary_of("") + "x", 12, "1 byte after the document");
 }
 
 TEST(bkdoc_dump, a_group_may_not_reach_over_the_entry_that_holds_it) {
     const std::string group = std::string(1, '\0') + size_field(20);
     expect_stop(binary_of(entry_of("a", group) + entry_of("long_name", unhex("01 00"))), 24,
-                "the entry has only 0 bytes behind it");
+                "the entry has only 0 bytes after it");
 }
 
 TEST(bkdoc_dump, random_bytes_are_explained_or_not_but_never_more_than_there_are) {
@@ -213,7 +212,7 @@ TEST(bkdoc_dump, the_first_byte_that_has_no_meaning_in_an_archive_is_told) {
     expect_stop(head + little(0, 4) + little(0xFFFFFFFFu, 4) + "x", 16, "found 4,294,967,295");
     const std::string one = head + little(1, 4) + std::string("R\0", 2);
     expect_stop(one + little(3, 4) + std::string("\0\0\x01", 3), 24, "less than 1, found 1");
-    expect_stop(one + little(1, 4) + std::string("\0?", 2), 23, "1 byte behind the archive");
+    expect_stop(one + little(1, 4) + std::string("\0?", 2), 23, "1 byte after the archive");
 }
 
 TEST(bkdoc_dump, an_enciphered_file_shows_its_frame_without_the_key) {
@@ -295,9 +294,9 @@ TEST(bkdoc_dump, a_file_that_is_cut_off_is_explained_up_to_the_cut) {
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(run.err,
               "bkdoc: <stdin>: at byte 4: expected the size of a group, found 28, but the file has only "
-              "27 bytes behind it\n"
+              "27 bytes after it\n"
               "bkdoc: <stdin>: at byte 27: expected the size of an entry, found 5, but the group has "
-              "only 4 bytes behind it\n"
+              "only 4 bytes after it\n"
               "bkdoc: <stdin>: at byte 38: expected 2 bytes of a value of type bool, but the entry has "
               "only 1 byte left\n");
     EXPECT_TRUE(contains(list_of(run.out), "36: 01 00 bool no\n38: 01 ? 1 byte not explained\n")) << run.out;

@@ -88,14 +88,14 @@ TEST_F(bkdoc_edit, nothing_found_is_exit_1) {
         const BkdocRun edit = run(verb);
         EXPECT_EQ(edit.code, 1);
         EXPECT_EQ(edit.out, "");
-        EXPECT_EQ(edit.err, "bkdoc: nothing fits gone\n");
+        EXPECT_EQ(edit.err, "bkdoc: nothing matches gone\n");
     }
 }
 
 TEST_F(bkdoc_edit, the_type_of_a_value_stays_unless_it_is_given) {
     EXPECT_EQ(run({"set", "**/power", "*=1.11"}).err,
               "bkdoc: " + lights_ +
-                  ":3:19: light[\"quay_02\"]/power: 40 * 1.11 is 44.4, which no int holds; --type double "
+                  ":3:19: light[\"quay_02\"]/power: 40 * 1.11 is 44.4, which is not an int; --type double "
                   "makes it a "
                   "double, --type int rounds it\nbkdoc: nothing is written\n");
     EXPECT_EQ(run({"set", "shot/camera@1", "=2.5"}).err,
@@ -125,10 +125,10 @@ TEST_F(bkdoc_edit, set_takes_lists_and_refuses_what_is_no_change) {
                                                     ":6:1: shot: has 1 value before its group; give as many\n"
                                                     "bkdoc: nothing is written\n");
     EXPECT_EQ(run({"set", "title", "5"}).err,
-              "bkdoc: '5' is no change; write =VALUES, +=N, -=N, *=N or /=N\n");
+              "bkdoc: '5' is not a change; write =VALUES, +=N, -=N, *=N or /=N\n");
     EXPECT_EQ(run({"set", "title", "*=x"}).err, "bkdoc: *= needs a number, not 'x'\n");
     EXPECT_EQ(run({"set", "light/on", "=true"}).err,
-              "bkdoc: 'true' is no boolean; booleans are yes and no\n");
+              "bkdoc: 'true' is not a boolean; booleans are yes and no\n");
     EXPECT_EQ(run({"set", "light/power", "=1 y 2"}).code, 2);
     EXPECT_EQ(run({"set", "light/power", "/=0"}).code, 2);
     EXPECT_EQ(run({"set", "-w", "title", "+= 7"}).code, 2);
@@ -138,7 +138,7 @@ TEST_F(bkdoc_edit, faulty_input_is_refused_without_force_and_then_no_file_is_wri
     const std::string bad = folder_.write("bad.bkd", "a 1\nb @ 2\nc }\nd 4\n");
     const BkdocRun refused = run({"set", "-w", "*", "+=1", bad});
     EXPECT_EQ(refused.code, 2);
-    EXPECT_NE(refused.err.find(bad + ": has errors; --force changes it all the same\n"), std::string::npos);
+    EXPECT_NE(refused.err.find(bad + ": has errors; --force changes it anyway\n"), std::string::npos);
     EXPECT_TRUE(refused.err.ends_with("bkdoc: nothing is written\n")) << refused.err;
     EXPECT_EQ(folder_.read("bad.bkd"), "a 1\nb @ 2\nc }\nd 4\n");
     expect_unchanged();
@@ -167,7 +167,7 @@ TEST_F(bkdoc_edit, a_file_that_several_documents_include_is_changed_once) {
     const BkdocRun apart = run_bkdoc({"set", "-w", "light[1]/power", "+=1", p, q});
     EXPECT_EQ(apart.code, 2);
     EXPECT_EQ(apart.err, "bkdoc: " + two + ": would change in one way for " + p + " and in another for " + q +
-                             "; change this file by itself\nbkdoc: nothing is written\n");
+                             "; change this file on its own\nbkdoc: nothing is written\n");
 }
 
 TEST_F(bkdoc_edit, add_makes_an_entry_and_the_groups_on_the_way) {
@@ -217,10 +217,10 @@ TEST_F(bkdoc_edit, rename_changes_names_and_if_asked_the_strings_that_equal_them
     EXPECT_EQ(refs.out, top_ + ":2:1: uses@0: \"light\" -> \"lamp\"\n" + lights_ + ": 2 names changed\n" +
                             top_ + ": 1 name changed\n3 names changed in 2 files\n");
     EXPECT_EQ(folder_.read("top.bkd"), "#include \"lights.bkd\"\nuses \"lamp\" \"lights\"\n");
-    EXPECT_EQ(run({"rename", "lamp", "a b"}).err, "bkdoc: " + lights_ +
-                                                      ":1:1: lamp[\"quay_01\"]: cannot be called 'a b'; a "
-                                                      "name is letters, digits and _, and behind # that "
-                                                      "of a keyword\nbkdoc: nothing is written\n");
+    EXPECT_EQ(run({"rename", "lamp", "a b"}).err,
+              "bkdoc: " + lights_ +
+                  ":1:1: lamp[\"quay_01\"]: cannot be called 'a b'; names have letters, digits and _, and "
+                  "those of keywords begin with #\nbkdoc: nothing is written\n");
 }
 
 TEST_F(bkdoc_edit, the_binary_form_is_changed_in_its_form) {

@@ -84,7 +84,7 @@ TEST_F(bkdoc_find, a_missing_include_stops_neither_get_nor_grep) {
     EXPECT_EQ(found.code, 0);
     EXPECT_EQ(found.out, broken + ":3:1: b = 2\n");
     EXPECT_EQ(found.err,
-              "bkdoc: " + broken + ": has errors, and may be read in part; bkdoc check shows them\n");
+              "bkdoc: " + broken + ": has errors and may be read only in part; bkdoc check shows them\n");
     EXPECT_EQ(run_bkdoc({"grep", "2", broken}).out, broken + ":3:1: b@0 = 2\n");
     EXPECT_EQ(run_bkdoc({"get", "--no-includes", "b", broken}).err, "");
 }
@@ -128,9 +128,9 @@ TEST_F(bkdoc_find, malformed_patterns_are_told_with_a_caret) {
          {std::pair{"a(b", "this '(' is not closed; write \\( for the character\na(b\n ^\n"},
           std::pair{"ab)", "this ')' closes nothing; write \\) for the character\nab)\n  ^\n"},
           std::pair{"[a", "this '[' is not closed; write \\[ for the character\n[a\n^\n"},
-          std::pair{"[z-a]", "this is no range of characters\n[z-a]\n ^\n"},
+          std::pair{"[z-a]", "this is not a range of characters\n[z-a]\n ^\n"},
           std::pair{"*a", "there is nothing that '*' could repeat\n*a\n^\n"},
-          std::pair{"a**", "a repetition of a repetition; put it in ( )\na**\n   ^\n"},
+          std::pair{"a**", "a repetition cannot be repeated; put it in ( )\na**\n   ^\n"},
           std::pair{"\\q", "unknown escape; there are \\d \\w \\s \\D \\W \\S \\b \\B \\n \\r \\t\n\\q\n^\n"},
           std::pair{"a{3,2}", "a repetition is from 0 to 1000, the smaller number first\na{3,2}\n ^\n"}}) {
         const BkdocRun found = run({"grep", pattern});

@@ -40,7 +40,7 @@ TEST(bkdoc_fmt, files_are_written_with_w_and_only_those_that_change) {
     folder.write("b.bkd", neat);
     const BkdocRun run = run_bkdoc({"fmt", "-w", folder.path()});
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "2 files, 1 laid out anew\n");
+    EXPECT_EQ(run.err, "2 files, 1 formatted\n");
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(folder.read("a.bkd"), neat);
     EXPECT_EQ(folder.read("b.bkd"), neat);
@@ -52,7 +52,7 @@ TEST(bkdoc_fmt, check_names_the_files_that_would_change) {
     folder.write("b.bkd", neat);
     const BkdocRun run = run_bkdoc({"fmt", "--check", folder.path("a.bkd"), folder.path("b.bkd")});
     EXPECT_EQ(run.out, folder.path("a.bkd") + "\n");
-    EXPECT_EQ(run.err, "2 files, 1 not laid out\n");
+    EXPECT_EQ(run.err, "2 files, 1 not formatted\n");
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(run_bkdoc({"fmt", "--check", folder.path("b.bkd")}).code, 0);
     EXPECT_EQ(folder.read("a.bkd"), loose);
@@ -79,7 +79,7 @@ TEST(bkdoc_fmt, a_file_with_errors_is_left_as_it_is) {
     folder.write("b.bkd", loose);
     const BkdocRun run = run_bkdoc({"fmt", "-w", folder.path("a.bkd"), folder.path("b.bkd")});
     EXPECT_NE(run.err.find("a.bkd:2:5: error: "), std::string::npos) << run.err;
-    EXPECT_NE(run.err.find("a.bkd: has errors; it is left as it is\n2 files, 1 laid out anew\n"),
+    EXPECT_NE(run.err.find("a.bkd: has errors; it is left as it is\n2 files, 1 formatted\n"),
               std::string::npos)
         << run.err;
     EXPECT_EQ(run.code, 2);
@@ -97,7 +97,7 @@ TEST(bkdoc_fmt, what_cannot_be_done_is_refused) {
     EXPECT_EQ(missing.err, "bkdoc: missing.bkd: no such file\n");
     EXPECT_EQ(missing.code, 2);
     const BkdocRun input = run_bkdoc({"fmt", "-w"}, loose);
-    EXPECT_EQ(input.err, "bkdoc: -w writes files, and standard input is none\n");
+    EXPECT_EQ(input.err, "bkdoc: -w cannot write to standard input\n");
     EXPECT_EQ(input.code, 2);
 }
 

@@ -177,7 +177,7 @@ TEST(bkdoc_forms, a_damaged_document_is_not_written) {
               file +
                   ": error: damaged at byte 23: a value of an unknown kind; what follows is not read "
                   "[damaged]\nbkdoc: " +
-                  file + ": not written, for a part of it is missing\n");
+                  file + ": not written because part of it is missing\n");
 }
 
 TEST(bkdoc_forms, an_archive_that_ends_early_is_told_to_be_cut_off) {

@@ -108,8 +108,8 @@ TEST(bkdoc_json, a_name_tells_that_a_file_is_json) {
     expect_output(run_bkdoc({"convert", folder.write("a.jsonl", "\n"), "-", "--to", "ndjson"}), 0, "", "");
     const std::string bad = folder.write("a.json", "a 1\n");
     expect_output(run_bkdoc({"convert", bad, "-", "--to", "text"}), 2, "",
-                  bad + ":1:1: error: 'a' is no word of JSON [json-syntax]\na 1\n^\nbkdoc: " + bad +
-                      ": could be read up to this place alone; nothing is written\n");
+                  bad + ":1:1: error: 'a' is not a JSON word [json-syntax]\na 1\n^\nbkdoc: " + bad +
+                      ": could be read only up to this place; nothing is written\n");
 }
 
 TEST(bkdoc_json, from_says_what_the_document_is) {
@@ -119,9 +119,8 @@ TEST(bkdoc_json, from_says_what_the_document_is) {
                   "{\"a\":1}\n{\"a\":2}\n", "");
     expect_output(
         run_bkdoc({"convert", file, "-", "--from", "json", "--to", "ndjson"}), 2, "",
-        file +
-            ":2:1: error: there is more behind the end of the value [json-syntax]\n{\"a\": 2}\n^\nbkdoc: " +
-            file + ": could be read up to this place alone; nothing is written\n");
+        file + ":2:1: error: there is more after the end of the value [json-syntax]\n{\"a\": 2}\n^\nbkdoc: " +
+            file + ": could be read only up to this place; nothing is written\n");
     expect_output(run_bkdoc({"convert", "-", "-", "--from", "paper", "--to", "text"}), 2, "",
                   "bkdoc: --from needs one of json, ndjson, not 'paper'\n");
 }
@@ -133,11 +132,11 @@ TEST(bkdoc_json, json_that_is_no_document_is_refused_with_its_place) {
     expect_output(
         run_bkdoc({"convert", file, target, "--to", "text"}), 2, "",
         file +
-            ":2:12: error: null is no value: an entry without values has an empty array [json-shape]\n"
+            ":2:12: error: null is not a value: an entry without values has an empty array [json-shape]\n"
             "  \"power\": null\n"
             "           ^~~~\n"
             "bkdoc: " +
-            file + ": could be read up to this place alone; nothing is written\n");
+            file + ": could be read only up to this place; nothing is written\n");
     EXPECT_EQ(folder.read("target.bkd"), "what was there");
 }
 
@@ -145,8 +144,8 @@ TEST(bkdoc_json, what_no_text_can_say_is_a_loss) {
     const BkdocRun run = run_bkdoc({"convert", "-", "-", "--to", "text"}, R"({"two words": 1})");
     EXPECT_EQ(run.code, 2);
     EXPECT_EQ(run.out, "");
-    EXPECT_TRUE(run.err.starts_with(
-        "bkdoc: this form cannot hold the document (--lossy converts it all the same): at"))
+    EXPECT_TRUE(
+        run.err.starts_with("bkdoc: this form cannot hold the document (--lossy converts it anyway): at"))
         << run.err;
 }
 
@@ -154,8 +153,8 @@ TEST(bkdoc_json, numbers_out_of_range_are_warnings) {
     expect_output(
         run_bkdoc({"convert", "-", "-", "--to", "ndjson"}, "{\"a\": 99999999999}"), 0,
         "{\"a\":99999999999}\n",
-        "<stdin>:1:7: warning: '99999999999' is read as 2147483647: an int has 32 bits; with a point it is a "
-        "double [number-out-of-range]\n{\"a\": 99999999999}\n      ^~~~~~~~~~~\n");
+        "<stdin>:1:7: warning: '99999999999' is read as 2147483647: an int has 32 bits; write a point to "
+        "make it a double [number-out-of-range]\n{\"a\": 99999999999}\n      ^~~~~~~~~~~\n");
 }
 
 TEST(bkdoc_json, other_verbs_take_no_json) {

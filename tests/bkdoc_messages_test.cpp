@@ -67,7 +67,7 @@ TEST(bkdoc_messages, a_code_that_no_problem_has_is_not_allowed) {
     EXPECT_EQ(refusal_of({"check", "--allow", "comment-join-line", "a.bkd"}),
               "--allow: unknown code 'comment-join-line'; did you mean 'comment-joins-line'?");
     EXPECT_EQ(refusal_of({"check", "--allow", "x", "a.bkd"}),
-              "--allow: unknown code 'x'; a problem shows its code in brackets behind the message");
+              "--allow: unknown code 'x'; each problem shows its code in brackets after the message");
     EXPECT_EQ(run_bkdoc({"check", "--allow", "comment-joins-line", "-"}, "a 1\n").code, 0);
 }
 

@@ -97,14 +97,13 @@ TEST(bkdoc_recover, what_cannot_be_done_is_said) {
     BkdocRun run = run_bkdoc({"recover", text});
     EXPECT_EQ(run.code, 2);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err,
-              "bkdoc: " + text +
-                  " is text; recover reads binary, enciphered and archive files, and check tells what "
-                  "is wrong with a text\n");
+    EXPECT_EQ(run.err, "bkdoc: " + text +
+                           " is text; recover reads binary, enciphered and archive files; check shows "
+                           "what is wrong with a text\n");
     const std::string binary = write_in_form(folder, "binary", "a 1");
     run = run_bkdoc({"recover", binary, "-o", binary});
     EXPECT_EQ(run.code, 2);
-    EXPECT_EQ(run.err, "bkdoc: " + binary + ": is what is read; recover writes another file\n");
+    EXPECT_EQ(run.err, "bkdoc: " + binary + ": is the damaged file; recover writes to another one\n");
     run = run_bkdoc({"recover", binary, "--to", "cipher", "-o", folder.path("x")});
     EXPECT_EQ(run.code, 2);
     EXPECT_EQ(run.err, "bkdoc: --to cipher needs a key, given by --key, --key-file or BKDOC_KEY\n");

@@ -42,7 +42,7 @@ TEST_F(bkdoc_selection, is_counted) {
 TEST_F(bkdoc_selection, that_finds_nothing_is_told) {
     const BkdocRun run = run_bkdoc({"tree", "--path", "camera", first, second});
     EXPECT_EQ(run.code, 1);
-    EXPECT_EQ(run.err, "bkdoc: " + second + ": nothing fits camera\n");
+    EXPECT_EQ(run.err, "bkdoc: " + second + ": nothing matches camera\n");
     EXPECT_TRUE(run.out.starts_with(first + "  version ")) << run.out;
 }
 

@@ -99,9 +99,8 @@ TEST(bkdoc_watch, checks_again_when_the_configuration_comes_or_changes) {
     const ScratchFolder folder;
     const std::string file = folder.write("shots/top.bkd", "a 1E2\n");
     WatchedCheck check(folder, folder.path("shots"));
-    const std::string warning = file +
-                                ":1:3: warning: '1E2' is read as 1: an exponent is spelled with a small e "
-                                "[exponent-ignored]\na 1E2\n  ^~~\n1 warning\n";
+    const std::string warning = file + ":1:3: warning: '1E2' is read as 1: write the exponent with a small e "
+                                       "[exponent-ignored]\na 1E2\n  ^~~\n1 warning\n";
     std::string expected = warning + "watching 1 file; Ctrl-C ends\n";
     ASSERT_TRUE(check.comes_to(expected)) << check.written();
     folder.write("shots/.bkdoc.bkd", "allow \"exponent-ignored\"\n");

@@ -81,7 +81,7 @@ TEST(document_problem_list, ends_with_the_number_of_those_that_are_too_many) {
     const Problem& last = result.problems.back();
     EXPECT_EQ(last.code, "more-problems");
     EXPECT_EQ(last.severity, Severity::error);
-    EXPECT_EQ(last.message, "2,345 more problems are not told");
+    EXPECT_EQ(last.message, "2,345 more problems are not shown");
     EXPECT_EQ(last.line, 0u);
     EXPECT_EQ(result.problems[most_told - 1].offset, 2 * (most_told - 1));
     EXPECT_EQ(parse(repeated("] ", most_told)).problems.size(), most_told);
@@ -91,7 +91,7 @@ TEST(document_problem_list, of_too_many_warnings_ends_with_a_warning) {
     const LoadResult result = parse("a " + repeated("1; ", most_told + 1));
     ASSERT_EQ(result.problems.size(), most_told + 1);
     EXPECT_EQ(result.problems.back().code, "more-problems");
-    EXPECT_EQ(result.problems.back().message, "1 more problem is not told");
+    EXPECT_EQ(result.problems.back().message, "1 more problem is not shown");
     EXPECT_EQ(result.problems.back().severity, Severity::warning);
     EXPECT_TRUE(result.ok());
     LoadOptions options;
@@ -112,7 +112,7 @@ TEST(document_problem_list, is_as_long_as_the_limits_say) {
     const LoadResult result = parse("] ] ] ] {", options);
     ASSERT_EQ(result.problems.size(), 3u);
     EXPECT_EQ(result.problems[1].offset, 2u);
-    EXPECT_EQ(result.problems[2].message, "2 more problems are not told");
+    EXPECT_EQ(result.problems[2].message, "2 more problems are not shown");
     options.limits.message_count = 0;
     const LoadResult none = parse("]", options);
     ASSERT_EQ(none.problems.size(), 1u);

@@ -2,19 +2,19 @@
 
 namespace {
 
-const std::string skips = "what follows up to the next name is skipped";
+const std::string skips = "everything up to the next name is skipped";
 
 const ToldRow rows[] = {
     {"an_equals_sign_stands_behind_a_name",
      "a 1 = 2, 3\nb 4\n",
      {{"wrongly-placed", true, 2, 5, 1,
-       "unexpected '=': it stands between a name and its first value; " + skips}}},
+       "unexpected '=': it may only stand between a name and its first value; " + skips}}},
     {"a_comma_stands_between_values",
      "a , 1\nb 4\n",
-     {{"wrongly-placed", true, 2, 3, 1, "unexpected ',': it stands between two values; " + skips}}},
+     {{"wrongly-placed", true, 2, 3, 1, "unexpected ',': it may only stand between two values; " + skips}}},
     {"a_comma_behind_a_comma_is_a_mistake",
      "a 1, , 2\nb 4\n",
-     {{"wrongly-placed", true, 2, 6, 1, "unexpected ',': it stands between two values; " + skips}}},
+     {{"wrongly-placed", true, 2, 6, 1, "unexpected ',': it may only stand between two values; " + skips}}},
     {"values_without_entry_are_one_problem",
      "g { a 1 } 5 6 7\nb 4\n",
      {{"value-without-entry", true, 2, 11, 1, "'5' belongs to no entry, and is skipped"}}},
@@ -44,7 +44,7 @@ const ToldRow rows[] = {
     {"an_argument_list_follows_a_name",
      "a 1 (2)\nb 1\n",
      {{"bad-arguments", true, 2, 5, 1,
-       "'(' stands behind a value: an argument list follows the name, and nothing follows it"}}},
+       "'(' follows a value: an argument list must follow the name directly, and nothing may follow it"}}},
     {"a_keyword_takes_no_arguments",
      "#k (1)\nb 1\n",
      {{"bad-arguments", true, 2, 4, 1, "'(' follows a keyword, which takes no arguments"}}},

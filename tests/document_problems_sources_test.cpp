@@ -31,20 +31,18 @@ const ToldRow rows[] = {
     {"a_misspelled_include_that_loses_a_name_is_an_error",
      "#Include x\na 1\n",
      {{"include-misspelled", true, 2, 1, 8,
-       "'#Include' is a keyword here, and nothing is included: it is spelled #include \"name\", with one "
-       "blank"}}},
+       "'#Include' is read as a keyword and includes nothing: write #include \"name\", with one blank"}}},
     {"a_brace_too_many_is_told_behind_a_misspelled_include",
      "#Include \"x\"}\na 1\n",
      {{"include-misspelled", false, 2, 1, 8,
-       "'#Include' is a keyword here, and nothing is included: it is spelled #include \"name\", with one "
-       "blank"},
+       "'#Include' is read as a keyword and includes nothing: write #include \"name\", with one blank"},
       {"text-after-end", true, 2, 13, 1, "'}' closes nothing, and the text after it is not read"}}},
     {"a_byte_order_mark_in_a_string_left_open_does_not_hide_it",
      "a \"x\xEF\xBB\xBF\nb 2\n",
      {{"string-left-open", true, 2, 3, 5,
        "this string is not closed on its line: a line's end is spelled '\\n'"},
       {"byte-order-mark-in-string", false, 2, 5, 3,
-       "an invisible byte order mark stands in this string: delete it"}}},
+       "this string contains an invisible byte order mark: delete it"}}},
     {"a_comment_joins_strings",
      "a \"x\"// c\n\"y\"\n",
      {{"comment-joins-line", false, 2, 6, 2, "'\"y\"' joins '\"x\"'" + before_comment}}},
@@ -59,30 +57,26 @@ const ToldRow rows[] = {
     {"an_include_is_spelled_in_small_letters",
      "#Include \"x\"\na 1\n",
      {{"include-misspelled", false, 2, 1, 8,
-       "'#Include' is a keyword here, and nothing is included: it is spelled #include \"name\", with one "
-       "blank"}}},
+       "'#Include' is read as a keyword and includes nothing: write #include \"name\", with one blank"}}},
     {"an_include_has_one_blank",
      "#include  \"x\"\na 1\n",
      {{"include-misspelled", false, 2, 1, 8,
-       "'#include' is a keyword here, and nothing is included: it is spelled #include \"name\", with one "
-       "blank"}}},
+       "'#include' is read as a keyword and includes nothing: write #include \"name\", with one blank"}}},
     {"an_include_has_double_quotes",
      "#include <x>\na 1\n#INCLUDE 'x y'\nb 1\n",
      {{"include-misspelled", true, 2, 1, 8,
-       "'#include' is a keyword here, and nothing is included: it is spelled #include \"name\", with one "
-       "blank"},
+       "'#include' is read as a keyword and includes nothing: write #include \"name\", with one blank"},
       {"include-misspelled", true, 4, 1, 8,
-       "'#INCLUDE' is a keyword here, and nothing is included: it is spelled #include \"name\", with one "
-       "blank"}}},
+       "'#INCLUDE' is read as a keyword and includes nothing: write #include \"name\", with one blank"}}},
     {"a_version_line_has_its_letters",
      "#brellwick_serial_version 1.2\na 1\n",
      {{"version-misspelled", false, 2, 1, 25,
-       "'#brellwick_serial_version' is a keyword here, and the version does not count: it is spelled "
+       "'#brellwick_serial_version' is read as a keyword and states no version: write "
        "#Brellwick_Serial_Version 1.2, with one blank"}}},
     {"a_version_line_has_a_blank",
      "#Brellwick_Serial_Version\t1.1\na 1\n",
      {{"version-misspelled", false, 2, 1, 25,
-       "'#Brellwick_Serial_Version' is a keyword here, and the version does not count: it is spelled "
+       "'#Brellwick_Serial_Version' is read as a keyword and states no version: write "
        "#Brellwick_Serial_Version 1.2, with one blank"}}},
     {"a_second_version_counts",
      "#Brellwick_Serial_Version 1.1\na 1\n",
@@ -90,7 +84,8 @@ const ToldRow rows[] = {
     {"the_same_version_twice_is_none_too_many", "#Brellwick_Serial_Version 1.2 // again\na 1\n", {}},
     {"a_newer_version_is_told",
      "#Brellwick_Serial_Version 1.3\na 1\n",
-     {{"version-too-new", false, 2, 27, 3, "the version is 1.3; the latest that is known is 1.2"},
+     {{"version-too-new", false, 2, 27, 3,
+       "version 1.3 is newer than 1.2, the latest that this library knows"},
       {"version-repeated", false, 2, 27, 3, "the file states a version twice; this one counts"}}},
     {"text_behind_a_version_is_dropped",
      "#Brellwick_Serial_Version 1.2 a 1\nb 1\n",
@@ -99,15 +94,15 @@ const ToldRow rows[] = {
     {"NUL_bytes_are_counted",
      std::string("a \"x\0\0\" // \0\nb 1\n", 17),
      {{"nul-byte", false, 2, 5, 1,
-       "the file holds 3 NUL bytes, the first one here: it is damaged, or no text"}}},
+       "the file holds 3 NUL bytes, the first one here: it is damaged or not text"}}},
     {"bytes_that_are_no_UTF_8_are_counted",
      "a \"\xC3\xA9\xE9t\" // \xFF\nb 1\n",
      {{"not-utf-8", false, 2, 5, 1,
-       "the file holds 2 bytes that are no UTF-8, the first one here: save the file as UTF-8"}}},
+       "the file holds 2 bytes that are not UTF-8, the first one here: save the file as UTF-8"}}},
     {"a_byte_order_mark_in_a_string_is_told",
      "a \"\xEF\xBB\xBFx\" // \xEF\xBB\xBF\n",
      {{"byte-order-mark-in-string", false, 2, 4, 3,
-       "an invisible byte order mark stands in this string: delete it"}}},
+       "this string contains an invisible byte order mark: delete it"}}},
     {"characters_of_all_lengths_are_UTF_8",
      "a \"\xC3\xA9 \xE3\x81\x82\xE3\x81\x84 \xED\x9F\xBF \xEE\x80\x80 \xEF\xBF\xBD \xF0\x9F\x98\x80\" // "
      "\xE0\xA0\x80\n",
@@ -115,7 +110,7 @@ const ToldRow rows[] = {
     {"surrogates_and_long_forms_are_no_UTF_8",
      "a \"\xED\xA0\x80\xE0\x80\x80\xC0\x80\"\n",
      {{"not-utf-8", false, 2, 4, 1,
-       "the file holds 8 bytes that are no UTF-8, the first one here: save the file as UTF-8"}}},
+       "the file holds 8 bytes that are not UTF-8, the first one here: save the file as UTF-8"}}},
     {"a_carriage_return_ends_a_line",
      "a 1\rb 2;\rc 3\r",
      {{"text-after-number", false, 3, 4, 1, "'2;' is read as 2, and ';' is ignored"}}},
@@ -219,7 +214,7 @@ TEST_F(document_problems_files, a_directive_in_a_string_is_obeyed) {
     folder.write("x.bkd", "x");
     const std::vector<ToldProblem> told = {
         {"directive-in-string", false, 2, 8, 16,
-         "a directive is obeyed inside a string, too: spell it otherwise"}};
+         "a directive takes effect inside a string, too: write the string differently"}};
     EXPECT_EQ(told_of(load_main(version_line + "a \"see #include \"x.bkd\"\"\n")), told);
 }
 
@@ -228,7 +223,7 @@ TEST_F(document_problems_files, a_directive_in_a_string_that_loses_an_entry_is_a
     const bk_parser::LoadResult result = load_main("a \"x #include \"inc.bkd\"\"\nb 2\n");
     const std::vector<ToldProblem> told = {
         {"directive-in-string", true, 1, 6, 18,
-         "a directive is obeyed inside a string, too: spell it otherwise"}};
+         "a directive takes effect inside a string, too: write the string differently"}};
     EXPECT_EQ(told_of(result), told);
     EXPECT_FALSE(result.ok());
 }
@@ -248,7 +243,7 @@ TEST_F(document_problems_files, codes_that_are_allowed_are_not_told) {
     options.allow = {"text-after-number"};
     EXPECT_EQ(told_of(bk_parser::parse("a 1; 2E5\n", options)),
               (std::vector<ToldProblem>{{"exponent-ignored", false, 1, 6, 3,
-                                         "'2E5' is read as 2: an exponent is spelled with a small e"}}));
+                                         "'2E5' is read as 2: write the exponent with a small e"}}));
 }
 
 TEST_F(document_problems_files, ten_thousand_problems_on_one_line_are_told_in_order) {

@@ -101,6 +101,12 @@ TEST(format_text, line_ends_and_the_byte_order_mark_stay) {
               "a 1\r\nb 2\r\nc 3\r\n");
 }
 
+TEST(format_text, a_name_before_a_version_line_at_the_end_is_laid_out_once) {
+    const std::string laid = laid_out("n  #Brellwick_Serial_Version 1");
+    EXPECT_EQ(laid, "n  \n#Brellwick_Serial_Version 1\n");
+    EXPECT_EQ(laid_out(laid), laid);
+}
+
 TEST(format_text, a_name_without_values_at_the_end_stays_an_entry) {
     EXPECT_EQ(laid_out("a 1\nb\n\n"), "a 1\nb\n\n");
     EXPECT_EQ(laid_out("b  // x\n"), "b  // x\n");
@@ -116,7 +122,7 @@ TEST(format_text, a_text_with_errors_is_refused_with_their_places) {
 }
 
 TEST(format_text, a_comment_or_a_directive_that_touches_a_word_is_refused) {
-    const char* const reason = "a comment or a directive touches a word; put a blank between the two";
+    const char* const reason = "a comment or a directive touches a word; put a blank between them";
     EXPECT_EQ(format_text("a 1// x\n2\n").reason, reason);
     EXPECT_EQ(format_text("a 1#include \"x\"\n").reason, reason);
     EXPECT_EQ(format_text("a 1// x\n 2\n").text, "a 1 // x\n    2\n");
@@ -148,7 +154,7 @@ bool keeps_all(const std::string& text) {
         options.width = width;
         const bk_parser::FormatResult result = format_text(text, options);
         if (!result.ok()) {
-            EXPECT_NE(result.reason, "would be read differently once laid out") << text;
+            EXPECT_NE(result.reason, "would be read differently once formatted") << text;
             continue;
         }
         is_laid_out = true;

@@ -64,13 +64,13 @@ TEST(json_read, numbers_are_ints_or_doubles_by_their_spelling) {
 }
 
 TEST(json_read, numbers_that_no_int_or_double_holds_are_warnings) {
-    EXPECT_EQ(problem_of(R"({"a": 99999999999})"), "1:7 number-out-of-range: '99999999999' is read as "
-                                                   "2147483647: an int has 32 bits; with a point it is "
-                                                   "a double");
+    EXPECT_EQ(problem_of(R"({"a": 99999999999})"),
+              "1:7 number-out-of-range: '99999999999' is read as "
+              "2147483647: an int has 32 bits; write a point to make it a double");
     EXPECT_EQ(problem_of("{\"a\": [1,\n 1e999]}"), "2:2 number-out-of-range: '1e999' is read as 1.797e308, "
-                                                   "the largest double: it is beyond every double");
+                                                   "the largest double: it is out of range for a double");
     EXPECT_EQ(problem_of(R"({"a": 1e-999})"),
-              "1:7 number-out-of-range: '1e-999' is read as 0: no double is so small");
+              "1:7 number-out-of-range: '1e-999' is read as 0: it is too small for a double");
     JsonReadOptions options;
     options.allow = {"number-out-of-range"};
     EXPECT_EQ(text_of(R"({"a": 99999999999})", options), " a 99999999999");
@@ -99,13 +99,13 @@ TEST(json_read, lines_are_told_by_what_stands_behind_the_first_object) {
     EXPECT_EQ(text_of("", of_shape(JsonShape::lines)), "");
     EXPECT_EQ(text_of("\n \n", of_shape(JsonShape::lines)), "");
     EXPECT_EQ(problem_of("{\"a\": 1} {\"a\": 2}"),
-              "1:10 json-syntax: there is more behind the end of the value");
+              "1:10 json-syntax: there is more after the end of the value");
     EXPECT_EQ(problem_of("{\"a\": 1}\n{\"a\": 2}\n", of_shape(JsonShape::lossless)),
-              "2:1 json-syntax: there is more behind the end of the value");
+              "2:1 json-syntax: there is more after the end of the value");
     EXPECT_EQ(problem_of("{\"a\":\n1}\n", of_shape(JsonShape::lines)),
-              "2:1 json-syntax: the line ends inside of its value: each value stands on one line");
+              "2:1 json-syntax: the line ends inside its value: each value must be on one line");
     EXPECT_EQ(problem_of("{\"a\"\n:1}\n", of_shape(JsonShape::lines)),
-              "2:1 json-syntax: the line ends inside of its value: each value stands on one line");
+              "2:1 json-syntax: the line ends inside its value: each value must be on one line");
     EXPECT_EQ(problem_of("[{\"a\": 1}]\n", of_shape(JsonShape::lines)),
               "1:1 json-shape: each line has to be an object with an entry");
     EXPECT_EQ(problem_of("{}\n[]\n"), "2:1 json-shape: each line has to be an object with an entry");
@@ -153,24 +153,25 @@ TEST(json_read, other_shapes_of_json_are_refused_with_their_place) {
     const std::pair<const char*, const char*> rows[] = {
         {"1", "1:1 json-shape: a document is an object, or an array of objects"},
         {"\"a\"", "1:1 json-shape: a document is an object, or an array of objects"},
-        {"[1]", "1:2 json-shape: an array that is a group holds objects alone"},
-        {"[[]]", "1:2 json-shape: an array that is a group holds objects alone"},
-        {R"({"a": null})", "1:7 json-shape: null is no value: an entry without values has an empty array"},
-        {R"({"a": [null]})", "1:8 json-shape: null is no value: an entry without values has an empty array"},
-        {R"({"a": [[1]]})", "1:9 json-shape: an array that is a group holds objects alone"},
+        {"[1]", "1:2 json-shape: an array that is a group may hold only objects"},
+        {"[[]]", "1:2 json-shape: an array that is a group may hold only objects"},
+        {R"({"a": null})", "1:7 json-shape: null is not a value: an entry without values has an empty array"},
+        {R"({"a": [null]})",
+         "1:8 json-shape: null is not a value: an entry without values has an empty array"},
+        {R"({"a": [[1]]})", "1:9 json-shape: an array that is a group may hold only objects"},
         {R"({"$a": 1})",
          "1:2 json-shape: '$a' stands among names: a name that begins with $ is spelled '$:$a'"},
         {R"({"a": {"b": 1, "$int": 2}})",
          "1:16 json-shape: '$int' stands among names: a name that begins with $ is spelled '$:$int'"},
         {R"({"$:\\q": 1})",
          "1:2 json-shape: a name behind $: has \\\\ for a backslash and \\x with two digits for a byte"},
-        {R"({"a": {"$foo": 1}})", "1:8 json-shape: '$foo' is no tag of a value"},
+        {R"({"a": {"$foo": 1}})", "1:8 json-shape: '$foo' is not a tag of a value"},
         {R"({"a": {"$int": true}})", "1:16 json-shape: a string is missing"},
         {R"({"a": {"$int": {"$int": 1}}})", "1:17 json-shape: a string is missing"},
-        {R"({"a": {"$int": 1, "b": 2}})", "1:19 json-shape: the object holds one value alone"},
+        {R"({"a": {"$int": 1, "b": 2}})", "1:19 json-shape: the object may hold only one value"},
         {R"({"a": {"$binary": "AQI"}})",
-         "1:19 json-shape: binary data are a string in base64, with its padding"},
-        {R"({"a": {"$binary": 1}})", "1:19 json-shape: binary data are a string in base64, with its padding"},
+         "1:19 json-shape: binary data must be a string in base64, with padding"},
+        {R"({"a": {"$binary": 1}})", "1:19 json-shape: binary data must be a string in base64, with padding"},
         {R"({"a": {"$string": "\\xG0"}})", "1:19 json-shape: '$string' is a string with \\\\ for a backslash "
                                            "and \\x with two digits for a byte"},
         {R"({"a": {"$type": 7}})", "1:17 json-shape: a type without a name is a number from 8 to 16777215"},
@@ -179,18 +180,18 @@ TEST(json_read, other_shapes_of_json_are_refused_with_their_place) {
         {R"({"a": {"$kind": "cal", "$values": []}})",
          "1:17 json-shape: a kind is \"entry\", \"keyword\", \"call\" or \"raw\""},
         {R"({"a": {"$array": -1, "$values": []}})",
-         "1:18 json-shape: '-1' is no whole number up to 4294967294"},
+         "1:18 json-shape: '-1' is not a whole number up to 4294967294"},
         {R"({"a": {"$array": 4294967295, "$values": []}})",
-         "1:18 json-shape: '4294967295' is no whole number up to 4294967294"},
+         "1:18 json-shape: '4294967295' is not a whole number up to 4294967294"},
         {R"({"a": {"$array": "1", "$values": []}})", "1:18 json-shape: an array count is a whole number"},
         {R"({"a": {"$array": 1, "$array": 1}})", "1:21 json-shape: '$array' is there twice"},
-        {R"({"a": {"$array": 1, "b": 1}})", "1:21 json-shape: 'b' is nothing that an entry has"},
+        {R"({"a": {"$array": 1, "b": 1}})", "1:21 json-shape: 'b' is not a member of an entry"},
         {R"({"a": [{"$array": 1, "$values": 1}]})",
          "1:9 json-shape: '$array' belongs to an entry, not to a value"},
         {R"({"a": {"$group": "g"}})", "1:21 json-shape: a group with a name has '$group' and '$entries'"},
         {R"({"a": {"$entries": {}}})", "1:22 json-shape: a group with a name has '$group' and '$entries'"},
         {R"({"a": {"$entries": 1}})", "1:20 json-shape: '$entries' is an object, or an array of objects"},
-        {R"({"a": {"$group": "g", "b": 1}})", "1:23 json-shape: 'b' is nothing that a group has"},
+        {R"({"a": {"$group": "g", "b": 1}})", "1:23 json-shape: 'b' is not a member of a group"},
     };
     for (const auto& [json, problem] : rows) {
         EXPECT_EQ(problem_of(json), problem) << json;
@@ -226,7 +227,7 @@ TEST(json_read, numbers_out_of_range_are_told_up_to_the_limit) {
     options.limits.message_count = 5;
     const LoadResult result = from_json(json + "]}", options);
     ASSERT_EQ(result.problems.size(), 6u);
-    EXPECT_EQ(result.problems.back().message, "15 more problems are not told");
+    EXPECT_EQ(result.problems.back().message, "15 more problems are not shown");
     EXPECT_TRUE(result.ok());
 }
 

@@ -67,15 +67,15 @@ TEST(json_syntax_impl, numbers_follow_the_grammar) {
     }
     EXPECT_EQ(json_number_of("12"), JsonNumber::whole);
     EXPECT_EQ(json_number_of("1e2"), JsonNumber::broken);
-    EXPECT_EQ(events_of("[01]"), "[ fault '01' is no number of JSON at 1+2");
-    EXPECT_EQ(events_of("[1.]"), "[ fault '1.' is no number of JSON at 1+2");
+    EXPECT_EQ(events_of("[01]"), "[ fault '01' is not a JSON number at 1+2");
+    EXPECT_EQ(events_of("[1.]"), "[ fault '1.' is not a JSON number at 1+2");
 }
 
 TEST(json_syntax_impl, words_are_three) {
     for (const std::string_view word : {"True"sv, "nul"sv, "nulll"sv, "undefined"sv, "yes"sv}) {
         EXPECT_FALSE(is_taken(word)) << word;
     }
-    EXPECT_EQ(events_of("[TRUE]"), "[ fault 'TRUE' is no word of JSON at 1+4");
+    EXPECT_EQ(events_of("[TRUE]"), "[ fault 'TRUE' is not a JSON word at 1+4");
 }
 
 TEST(json_syntax_impl, escapes_are_decoded) {
@@ -84,24 +84,24 @@ TEST(json_syntax_impl, escapes_are_decoded) {
               "string:A\xC3\xA9\xE2\x82\xAC"s.append(1, '\0') + " end");
     EXPECT_EQ(events_of(R"("\uD83D\uDE00")"), "string:\xF0\x9F\x98\x80 end");
     EXPECT_EQ(events_of(R"("\uDBFF\uDFFF")"), "string:\xF4\x8F\xBF\xBF end");
-    EXPECT_EQ(events_of(R"("\x41")"), "fault JSON has no such escape at 1+2");
-    EXPECT_EQ(events_of(R"("\u00g0")"), "fault four hexadecimal digits are missing behind \\u at 1+2");
-    EXPECT_EQ(events_of(R"("\u12)"), "fault four hexadecimal digits are missing behind \\u at 1+2");
-    EXPECT_EQ(events_of(R"("\)"), "fault JSON has no such escape at 1+1");
+    EXPECT_EQ(events_of(R"("\x41")"), "fault JSON does not have this escape at 1+2");
+    EXPECT_EQ(events_of(R"("\u00g0")"), "fault four hexadecimal digits must follow \\u at 1+2");
+    EXPECT_EQ(events_of(R"("\u12)"), "fault four hexadecimal digits must follow \\u at 1+2");
+    EXPECT_EQ(events_of(R"("\)"), "fault JSON does not have this escape at 1+1");
 }
 
 TEST(json_syntax_impl, halves_of_surrogate_pairs_are_refused) {
     for (const std::string_view json :
          {R"("\uD800")"sv, R"("\uDC00")"sv, R"("\uD800x")"sv, R"("\uD800\n")"sv, R"("\uD800\uD800")"sv,
           R"("\uDC00\uD800")"sv, R"("\uD800\u0041")"sv, R"("\uD800\u12)"sv}) {
-        EXPECT_EQ(events_of(json), "fault half of a surrogate pair is no character at 1+6") << json;
+        EXPECT_EQ(events_of(json), "fault half of a surrogate pair is not a character at 1+6") << json;
     }
 }
 
 TEST(json_syntax_impl, strings_are_utf_8_without_control_characters) {
-    EXPECT_EQ(events_of("\"a\xFF\""), "fault a byte that is no UTF-8 at 2+1");
-    EXPECT_EQ(events_of("\"\xED\xA0\x80\""), "fault a byte that is no UTF-8 at 1+1"); // a surrogate
-    EXPECT_EQ(events_of("\"\xC0\x80\""), "fault a byte that is no UTF-8 at 1+1");     // an over-long NUL
+    EXPECT_EQ(events_of("\"a\xFF\""), "fault a byte that is not UTF-8 at 2+1");
+    EXPECT_EQ(events_of("\"\xED\xA0\x80\""), "fault a byte that is not UTF-8 at 1+1"); // a surrogate
+    EXPECT_EQ(events_of("\"\xC0\x80\""), "fault a byte that is not UTF-8 at 1+1");     // an over-long NUL
     EXPECT_EQ(events_of("\"a\tb\""), "fault a control character in a string has to be escaped at 2+1");
     EXPECT_EQ(events_of("\"a\0b\""sv), "fault a control character in a string has to be escaped at 2+1");
     EXPECT_EQ(events_of("\"a\nb\""), "fault the string is not closed on its line at 2+1");
@@ -115,7 +115,7 @@ TEST(json_syntax_impl, commas_and_brackets_have_to_match) {
     EXPECT_EQ(events_of("[,1]"), "[ fault a value is missing at 1+1");
     EXPECT_EQ(events_of("{,}"), "{ fault a name in double quotes is missing at 1+1");
     EXPECT_EQ(events_of("{\"a\":1,}"), "{ key:a number:1 fault a name in double quotes is missing at 7+1");
-    EXPECT_EQ(events_of("{\"a\" 1}"), "{ fault ':' is missing behind the name at 5+1");
+    EXPECT_EQ(events_of("{\"a\" 1}"), "{ fault ':' is missing after the name at 5+1");
     EXPECT_EQ(events_of("{\"a\":}"), "{ key:a fault a value is missing at 5+1");
     EXPECT_EQ(events_of("{\"a\":1 \"b\":2}"), "{ key:a number:1 fault ',' or '}' is missing at 7+1");
     EXPECT_EQ(events_of("{a:1}"), "{ fault a name in double quotes is missing at 1+1");
@@ -124,24 +124,24 @@ TEST(json_syntax_impl, commas_and_brackets_have_to_match) {
     EXPECT_EQ(events_of("[1}"), "[ number:1 fault ',' or ']' is missing at 2+1");
     EXPECT_EQ(events_of("]"), "fault a value is missing at 0+1");
     EXPECT_EQ(events_of("['a']"), "[ fault a value is missing at 1+1");
-    EXPECT_EQ(events_of("[1] // x"), "[ number:1 ] fault there is more behind the end of the value at 4+1");
+    EXPECT_EQ(events_of("[1] // x"), "[ number:1 ] fault there is more after the end of the value at 4+1");
     EXPECT_EQ(events_of("/**/1"), "fault a value is missing at 0+1");
 }
 
 TEST(json_syntax_impl, a_text_that_ends_too_early_says_in_what) {
     EXPECT_EQ(events_of(""), "fault a value is missing at 0+0");
     EXPECT_EQ(events_of(" \n"), "fault a value is missing at 2+0");
-    EXPECT_EQ(events_of("[1"), "[ number:1 fault the text ends inside of an array at 2+0");
-    EXPECT_EQ(events_of("[1,"), "[ number:1 fault the text ends inside of an array at 3+0");
-    EXPECT_EQ(events_of("{\"a\""), "{ fault the text ends inside of an object at 4+0");
-    EXPECT_EQ(events_of("[{\"a\":"), "[ { key:a fault the text ends inside of an object at 6+0");
+    EXPECT_EQ(events_of("[1"), "[ number:1 fault the text ends inside an array at 2+0");
+    EXPECT_EQ(events_of("[1,"), "[ number:1 fault the text ends inside an array at 3+0");
+    EXPECT_EQ(events_of("{\"a\""), "{ fault the text ends inside an object at 4+0");
+    EXPECT_EQ(events_of("[{\"a\":"), "[ { key:a fault the text ends inside an object at 6+0");
 }
 
 TEST(json_syntax_impl, what_stands_behind_the_value_is_refused) {
-    EXPECT_EQ(events_of("1 2"), "number:1 fault there is more behind the end of the value at 2+1");
-    EXPECT_EQ(events_of("{}}"), "{ } fault there is more behind the end of the value at 2+1");
-    EXPECT_EQ(events_of("{}\0"sv), "{ } fault there is more behind the end of the value at 2+1");
-    EXPECT_EQ(events_of("{}\n{}"), "{ } fault there is more behind the end of the value at 3+1");
+    EXPECT_EQ(events_of("1 2"), "number:1 fault there is more after the end of the value at 2+1");
+    EXPECT_EQ(events_of("{}}"), "{ } fault there is more after the end of the value at 2+1");
+    EXPECT_EQ(events_of("{}\0"sv), "{ } fault there is more after the end of the value at 2+1");
+    EXPECT_EQ(events_of("{}\n{}"), "{ } fault there is more after the end of the value at 3+1");
 }
 
 TEST(json_syntax_impl, lines_have_a_value_each) {
@@ -149,7 +149,7 @@ TEST(json_syntax_impl, lines_have_a_value_each) {
     EXPECT_EQ(events_of("1\n2\n", Count::lines), "number:1 number:2 end");
     EXPECT_EQ(events_of("", Count::lines), "end");
     EXPECT_EQ(events_of("1 2\n", Count::lines),
-              "number:1 fault there is more behind the end of the value at 2+1");
+              "number:1 fault there is more after the end of the value at 2+1");
     EXPECT_EQ(events_of("[1,\n2]\n", Count::any), "[ number:1 number:2 ] end");
     EXPECT_EQ(events_of("1\n2\n", Count::any), "number:1 number:2 end");
     EXPECT_EQ(events_of("", Count::any), "fault a value is missing at 0+0");

@@ -82,7 +82,7 @@ TEST(merge_texts, includes_and_comments_at_the_end_are_merged) {
 TEST(merge_texts, texts_with_errors_and_other_forms_are_refused) {
     EXPECT_EQ(merge_texts("a 1\n", "a 1 )\n", "a 1\n").reason, "ours has errors");
     EXPECT_EQ(merge_texts("a 1\n", "a 1\n", "a 1// x\n2\n").reason,
-              "in theirs a comment or a directive touches a word; put a blank between the two");
+              "in theirs a comment or a directive touches a word; put a blank between them");
 }
 
 std::string tree_of(std::string_view text) {

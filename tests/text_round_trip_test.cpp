@@ -1,14 +1,11 @@
 #include "tests/support/carried_back.h"
+#include "tests/support/example_texts.h"
 #include "tests/support/plain_text.h"
 #include "tests/support/recording_log.h"
 #include "tests/support/tree_equal.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 
 namespace {
@@ -17,22 +14,8 @@ namespace {
 /// not change.
 const std::vector<std::string>& documents() {
     static const std::vector<std::string> all = [] {
-        std::vector<std::string> texts = {
-            "a 1 2.5 -3e4 yes no \"s t\" 0x01FF00010000\n#k = \"x\\ty\\\"z\\\\\" { b <empty>\n c[] 1, 2\n "
-            "d[3] 4\n "
-            "e<t> 5 f<t[2]> 6 g.h 7 }\ni(1, \"j\", yes) k() l( { m 1 } )\nn { } o \"\" p {q{r{s 1}}}\n"};
-        std::vector<std::filesystem::path> paths;
-        for (const auto& item :
-             std::filesystem::recursive_directory_iterator(BK_PARSER_SOURCE_DIR "/examples/project")) {
-            if (item.path().extension() == ".bkd") {
-                paths.push_back(item.path());
-            }
-        }
-        std::sort(paths.begin(), paths.end());
-        for (const std::filesystem::path& path : paths) {
-            std::ifstream stream(path, std::ios::binary);
-            texts.emplace_back(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-        }
+        std::vector<std::string> texts = example_texts("project");
+        texts.emplace_back(every_syntax);
         return texts;
     }();
     return all;

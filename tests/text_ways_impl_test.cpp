@@ -1,16 +1,13 @@
 #include "parser/text/parser_grammar_impl.h"
 #include "parser/text/parser_tree_sink_impl.h"
 #include "tests/support/counting_log.h"
+#include "tests/support/example_texts.h"
 #include "tests/support/plain_text.h"
 #include "tests/support/tree_equal.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 #include <sstream>
 
@@ -125,26 +122,13 @@ void expect_same(const std::string& text) {
 
 const std::vector<std::string>& documents() {
     static const std::vector<std::string> all = [] {
-        std::vector<std::string> texts = {
-            "a 1 2.5 -3e4 yes no \"s t\" 0x01FF00010000\n#k = \"x\\ty\\\"z\\\\\" { b <empty>\n c[] 1, 2\n "
-            "d[3] 4\n e<t> 5 f<t[2]> 6 g.h 7 }\ni(1, \"j\", yes) k() l( { m 1 } )\nn { } o \"\" p {q{r{s "
-            "1}}}\n",
+        std::vector<std::string> texts = example_texts(".");
+        texts.emplace_back(every_syntax);
+        texts.emplace_back(
             "matrix 1 0 0 0  0 1 0 0\n  0 0 1 0\t0.25 -1.5e2 -17 1234567.875 12345678901234567890 2\r\n  "
             "size[3] 1 "
             "2 3\nname \"a string that is longer than a block of sixty-four characters, and then some\" next "
-            "no last yes group<base> { visible yes size -1 } } behind 1"};
-        std::vector<std::filesystem::path> paths;
-        for (const auto& item :
-             std::filesystem::recursive_directory_iterator(BK_PARSER_SOURCE_DIR "/examples")) {
-            if (item.path().extension() == ".bkd") {
-                paths.push_back(item.path());
-            }
-        }
-        std::sort(paths.begin(), paths.end());
-        for (const std::filesystem::path& path : paths) {
-            std::ifstream stream(path, std::ios::binary);
-            texts.emplace_back(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-        }
+            "no last yes group<base> { visible yes size -1 } } behind 1");
         return texts;
     }();
     return all;

@@ -44,15 +44,16 @@ class BkParser:
             document[f"{key}/count"] = value
 
 
-class Json:
-    name = "json"
-    keeps_layout = False
+class OfDicts:
+    """A library whose tree is made of dicts and lists. It says how a file becomes one, and one a file."""
 
-    def __init__(self, folder: Path) -> None:
-        self.path = folder / "scene.json"
+    path: Path
 
     def load(self) -> Any:
-        return json.loads(self.path.read_bytes())
+        raise NotImplementedError
+
+    def store(self, content: Any) -> None:
+        raise NotImplementedError
 
     def first(self, key: str) -> Any:
         return self.load()[key]["count"]
@@ -63,10 +64,21 @@ class Json:
     def change(self, key: str, value: int) -> None:
         content = self.load()
         content[key]["count"] = value
-        self.path.write_text(self.dump(content))
+        self.store(content)
 
-    def dump(self, content: Any) -> str:
-        return json.dumps(content, indent=2)
+
+class Json(OfDicts):
+    name = "json"
+    keeps_layout = False
+
+    def __init__(self, folder: Path) -> None:
+        self.path = folder / "scene.json"
+
+    def load(self) -> Any:
+        return json.loads(self.path.read_bytes())
+
+    def store(self, content: Any) -> None:
+        self.path.write_text(json.dumps(content, indent=2))
 
 
 class Orjson(Json):
@@ -81,9 +93,8 @@ class Orjson(Json):
     def load(self) -> Any:
         return self.orjson.loads(self.path.read_bytes())
 
-    def dump(self, content: Any) -> str:
-        text: bytes = self.orjson.dumps(content, option=self.orjson.OPT_INDENT_2)
-        return text.decode()
+    def store(self, content: Any) -> None:
+        self.path.write_bytes(self.orjson.dumps(content, option=self.orjson.OPT_INDENT_2))
 
 
 class Lxml:
@@ -118,7 +129,7 @@ class Lxml:
         tree.write(str(self.path))
 
 
-class Tomlkit:
+class Tomlkit(OfDicts):
     name = "tomlkit"
     keeps_layout = True
 
@@ -131,19 +142,11 @@ class Tomlkit:
     def load(self) -> Any:
         return self.tomlkit.parse(self.path.read_text())
 
-    def first(self, key: str) -> Any:
-        return self.load()[key]["count"]
-
-    def walk(self) -> int:
-        return sum(1 for _ in values_of(self.load()))
-
-    def change(self, key: str, value: int) -> None:
-        content = self.load()
-        content[key]["count"] = value
+    def store(self, content: Any) -> None:
         self.path.write_text(self.tomlkit.dumps(content))
 
 
-class RuamelYaml:
+class RuamelYaml(OfDicts):
     name = "ruamel.yaml"
     keeps_layout = True
 
@@ -156,15 +159,7 @@ class RuamelYaml:
     def load(self) -> Any:
         return self.yaml.load(self.path.read_text())
 
-    def first(self, key: str) -> Any:
-        return self.load()[key]["count"]
-
-    def walk(self) -> int:
-        return sum(1 for _ in values_of(self.load()))
-
-    def change(self, key: str, value: int) -> None:
-        content = self.load()
-        content[key]["count"] = value
+    def store(self, content: Any) -> None:
         with self.path.open("w") as file:
             self.yaml.dump(content, file)
 

@@ -56,7 +56,7 @@ std::vector<Problem> errors_of(std::vector<Problem> problems) {
 
 FormatResult format_text(std::string_view text, const FormatOptions& options) {
     if (form_of(text) != Form::text) {
-        return refused("is no text");
+        return refused("is not text");
     }
     LoadResult before = read_alone(text);
     if (!before.ok()) {
@@ -64,7 +64,7 @@ FormatResult format_text(std::string_view text, const FormatOptions& options) {
     }
     const SourceTokens tokens = find_tokens(text);
     if (tokens.has_cut_words) {
-        return refused("a comment or a directive touches a word; put a blank between the two");
+        return refused("a comment or a directive touches a word; put a blank between them");
     }
     LayoutPrinter printer(text, tokens, options);
     if (!printer.run()) {
@@ -75,7 +75,7 @@ FormatResult format_text(std::string_view text, const FormatOptions& options) {
     const LoadResult after = read_alone(result.text);
     if (!after.ok() || !have_same_words(text, tokens, result.text, find_tokens(result.text)) ||
         !read_alike(before, after)) {
-        return refused("would be read differently once laid out");
+        return refused("would be read differently once formatted");
     }
     return result;
 }

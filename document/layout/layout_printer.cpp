@@ -103,7 +103,8 @@ void LayoutPrinter::put_name(std::size_t i) {
     append(text_of(source_, tokens_[i]));
     if (ends_with_name_ && i == last_word_ && i + 1 < tokens_.size()) {
         append(" "); // the name counts only when more follows than what ends the word
-        if (line_breaks_before(i + 1) != 0) {
+        const bool begins_line = tokens_[i + 1].kind == TokenKind::version; // wherever it stands now
+        if (begins_line || line_breaks_before(i + 1) != 0) {
             append(" ");
         }
     }

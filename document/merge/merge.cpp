@@ -254,7 +254,7 @@ MergeResult merge_texts(std::string_view base, std::string_view ours, std::strin
     const std::array<std::string_view, 3> given = {base, ours, theirs};
     for (std::size_t i = 0; i < given.size(); ++i) {
         if (form_of(given[i]) != Form::text) {
-            return refused(std::string(names[i]) + " is no text");
+            return refused(std::string(names[i]) + " is not text");
         }
         if (!reads_well(given[i])) {
             return refused(std::string(names[i]) + " has errors");
@@ -266,7 +266,7 @@ MergeResult merge_texts(std::string_view base, std::string_view ours, std::strin
     for (std::size_t i = 0; const TextItems* const items : {&base_items, &our_items, &their_items}) {
         if (items->has_faults) {
             return refused("in " + std::string(names[i]) +
-                           " a comment or a directive touches a word; put a blank between the two");
+                           " a comment or a directive touches a word; put a blank between them");
         }
         ++i;
     }

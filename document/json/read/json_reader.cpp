@@ -7,8 +7,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::string_view line_ends_early =
-    "the line ends inside of its value: each value stands on one line";
+constexpr std::string_view line_ends_early = "the line ends inside its value: each value must be on one line";
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 bool is_word_character(char character) noexcept {
@@ -51,7 +50,7 @@ JsonReader::Event JsonReader::read() {
             return Event::end;
         }
         if (has_value_ && (count_ == Count::one || !has_line_break)) {
-            return fail_here("there is more behind the end of the value");
+            return fail_here("there is more after the end of the value");
         }
         return read_value();
     case Wanted::key:
@@ -78,8 +77,7 @@ JsonReader::Event JsonReader::fail(std::string_view message, std::size_t offset,
 /// At the character here, or the end.
 JsonReader::Event JsonReader::fail_here(std::string_view message) {
     if (is_at_end() && !open_.empty()) {
-        return fail(open_.back() == '{' ? "the text ends inside of an object"
-                                        : "the text ends inside of an array",
+        return fail(open_.back() == '{' ? "the text ends inside an object" : "the text ends inside an array",
                     at_, 0);
     }
     return fail(message, at_, is_at_end() ? 0 : 1);
@@ -128,7 +126,7 @@ JsonReader::Event JsonReader::read_key_or_end() {
         return fail_here(line_ends_early);
     }
     if (peek() != ':') {
-        return fail_here("':' is missing behind the name");
+        return fail_here("':' is missing after the name");
     }
     ++at_;
     begin_ = begin;
@@ -176,7 +174,7 @@ JsonReader::Event JsonReader::read_number() {
     const std::string_view word = word_at(source_, at_);
     const std::size_t length = json_number_length(word);
     if (length != word.size()) {
-        return fail(shown(word) + " is no number of JSON", at_, word.size());
+        return fail(shown(word) + " is not a JSON number", at_, word.size());
     }
     at_ += length;
     text_ = word;
@@ -191,7 +189,7 @@ JsonReader::Event JsonReader::read_word() {
                         : word == "null"  ? Event::null
                                           : Event::fault;
     if (event == Event::fault) {
-        return fail(shown(word) + " is no word of JSON", at_, word.size());
+        return fail(shown(word) + " is not a JSON word", at_, word.size());
     }
     at_ += word.size();
     return finish_value(event);

@@ -68,7 +68,7 @@ bool JsonReader::read_string() {
         const std::size_t length =
             static_cast<unsigned char>(character) < 0x80 ? 1 : bk::utf8_length(source_, at_);
         if (length == 0) {
-            fail("a byte that is no UTF-8", at_, 1);
+            fail("a byte that is not UTF-8", at_, 1);
             return false;
         }
         at_ += length;
@@ -89,7 +89,7 @@ bool JsonReader::read_escape() {
     if (peek() != 'u') {
         const char character = is_at_end() ? '\0' : escaped(peek());
         if (character == '\0') {
-            fail("JSON has no such escape", begin, is_at_end() ? 1 : 2);
+            fail("JSON does not have this escape", begin, is_at_end() ? 1 : 2);
             return false;
         }
         decoded_ += character;
@@ -98,7 +98,7 @@ bool JsonReader::read_escape() {
     }
     unsigned int code = 0;
     if (!read_code_unit(code)) {
-        fail("four hexadecimal digits are missing behind \\u", begin, 2);
+        fail("four hexadecimal digits must follow \\u", begin, 2);
         return false;
     }
     if (code < first_surrogate || code > last_surrogate) {
@@ -108,7 +108,7 @@ bool JsonReader::read_escape() {
     unsigned int low = 0;
     if (code >= first_low_surrogate || peek() != '\\' || !(++at_, read_code_unit(low)) ||
         low < first_low_surrogate || low > last_surrogate) {
-        fail("half of a surrogate pair is no character", begin, 6);
+        fail("half of a surrogate pair is not a character", begin, 6);
         return false;
     }
     append_character(0x10000 + ((code - first_surrogate) << 10) + (low - first_low_surrogate));

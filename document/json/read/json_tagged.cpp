@@ -50,7 +50,7 @@ bool JsonTreeReader::take_tagged() {
             return take_tagged_word(tag.type);
         }
     }
-    return shape_fault(shown(key) + " is no tag of a value");
+    return shape_fault(shown(key) + " is not a tag of a value");
 }
 
 /// The spelling, as a string or, of a number, as it stands.
@@ -77,7 +77,7 @@ bool JsonTreeReader::take_binary() {
     }
     scratch_.clear();
     if (event != Event::string || !resolve_base64(reader_.text(), scratch_)) {
-        return shape_fault("binary data are a string in base64, with its padding");
+        return shape_fault("binary data must be a string in base64, with padding");
     }
     if (!read_object_end()) {
         return false;
@@ -141,13 +141,13 @@ bool JsonTreeReader::take_whole(unsigned int most, unsigned int& number) {
     if (read.ec == std::errc() && read.ptr == word.data() + word.size() && number <= most) {
         return true;
     }
-    return shape_fault(shown(word) + " is no whole number up to " + std::to_string(most));
+    return shape_fault(shown(word) + " is not a whole number up to " + std::to_string(most));
 }
 
 bool JsonTreeReader::read_object_end() {
     const Event event = reader_.next();
     return event == Event::object_end ||
-           (event == Event::fault ? syntax_fault() : shape_fault("the object holds one value alone"));
+           (event == Event::fault ? syntax_fault() : shape_fault("the object may hold only one value"));
 }
 
 bool JsonTreeReader::shape_fault(std::string_view message) {

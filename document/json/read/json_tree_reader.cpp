@@ -91,7 +91,7 @@ bool JsonTreeReader::take_in_parts(Event event) {
         end_frame();
         return true;
     }
-    return shape_fault("an array that is a group holds objects alone");
+    return shape_fault("an array that is a group may hold only objects");
 }
 
 bool JsonTreeReader::take_in_values(Event event) {
@@ -161,7 +161,7 @@ bool JsonTreeReader::take_value(Event event, bool is_content) {
         frames_.push_back({Place::values});
         return true;
     default:
-        return shape_fault("null is no value: an entry without values has an empty array");
+        return shape_fault("null is not a value: an entry without values has an empty array");
     }
     value_done();
     return true;
@@ -280,7 +280,7 @@ bool JsonTreeReader::take_head_key() {
         return note_key(array_seen) && take_array_count();
     }
     if (key != template_key) {
-        return shape_fault(shown(key) + " is nothing that an entry has");
+        return shape_fault(shown(key) + " is not a member of an entry");
     }
     std::string name;
     if (!note_key(template_seen) || !read_text(reader_.next(), name)) {
@@ -334,7 +334,7 @@ bool JsonTreeReader::take_group_key() {
         return note_key(entries_seen);
     }
     if (key != group_key) {
-        return shape_fault(shown(key) + " is nothing that a group has");
+        return shape_fault(shown(key) + " is not a member of a group");
     }
     Frame& frame = frames_.back();
     frame.is_named_late = (frame.seen & entries_seen) != 0;

@@ -47,7 +47,7 @@ bool needs_escape(char character) noexcept {
            character == '\x7F';
 }
 
-/// The inside of a string. `append_bad` takes a byte that is no UTF-8, `append_special` a character that needs an escape.
+/// The inside of a string. `append_bad` takes a byte that is not UTF-8, `append_special` a character that needs an escape.
 template <class AppendSpecial, class AppendBad>
 void append_inside(std::string& out, std::string_view text, AppendSpecial append_special,
                    AppendBad append_bad) {

@@ -120,13 +120,13 @@ void FaultStory::tell_name_without_value(std::span<const Name> names, std::size_
             codes::not_a_boolean, [&] { return skipped() + ": booleans are yes and no"; }, spot);
     } else if (is_meant_as_nothing(word)) {
         add(
-            codes::no_value, [&] { return skipped() + ": nothing is spelled <empty>"; }, spot);
+            codes::no_value, [&] { return skipped() + ": write <empty> for no value"; }, spot);
     } else if (is_meant_as_number(word)) {
         add(
-            codes::no_value, [&] { return skipped() + ": infinity is spelled +inf"; }, spot);
+            codes::no_value, [&] { return skipped() + ": write +inf for infinity"; }, spot);
     } else {
         add(
-            codes::unquoted_string, [&] { return skipped() + ": a string stands in double quotes"; }, spot);
+            codes::unquoted_string, [&] { return skipped() + ": strings need double quotes"; }, spot);
     }
 }
 

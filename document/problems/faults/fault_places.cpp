@@ -21,20 +21,20 @@ using Observer = ParserReadObserver;
 
 constexpr PlaceText place_texts[] = {
     {Observer::FAULT_TEMPLATE_INSIDE_TEMPLATE, codes::bad_template,
-     " is no name: a template has no template of its own"},
+     " is not a name: a template cannot have a template"},
     {Observer::FAULT_VALUE_WITHOUT_ENTRY, codes::value_without_entry, " belongs to no entry, and is skipped"},
     {Observer::FAULT_GROUP_WITHOUT_ENTRY, codes::group_without_entry,
      " has no name before it: what it holds goes to the group around it"},
     {Observer::FAULT_ARGUMENTS_WITHOUT_ENTRY, codes::bad_arguments, " has no name before it"},
     {Observer::FAULT_ARGUMENTS_AFTER_VALUES, codes::bad_arguments,
-     " stands behind a value: an argument list follows the name, and nothing follows it"},
+     " follows a value: an argument list must follow the name directly, and nothing may follow it"},
     {Observer::FAULT_ARGUMENTS_INSIDE_ARGUMENTS, codes::bad_arguments,
-     " stands in an argument list: it holds no other one"},
+     " is inside an argument list, which cannot hold another"},
     {Observer::FAULT_ARGUMENTS_ON_KEYWORD, codes::bad_arguments,
      " follows a keyword, which takes no arguments"},
     {Observer::FAULT_CLOSING_WITHOUT_ENTRY, codes::bad_arguments, " closes no argument list"},
     {Observer::FAULT_CLOSING_NO_ARGUMENTS, codes::bad_arguments, " closes no argument list"},
-    {Observer::FAULT_INVALID_NAME, codes::bad_name, " is no name: yes and no are values"},
+    {Observer::FAULT_INVALID_NAME, codes::bad_name, " is not a name: yes and no are values"},
 };
 
 } // namespace
@@ -45,9 +45,10 @@ void FaultStory::tell_place(const FaultRecord& record, const Spot& spot) {
     case Observer::FAULT_WRONGLY_PLACED:
         add(codes::wrongly_placed,
             word == "="
-                ? "unexpected '=': it stands between a name and its first value; what follows up to the next "
-                  "name is skipped"
-                : "unexpected ',': it stands between two values; what follows up to the next name is skipped",
+                ? "unexpected '=': it may only stand between a name and its first value; everything up to "
+                  "the next name is skipped"
+                : "unexpected ',': it may only stand between two values; everything up to the next name is "
+                  "skipped",
             spot);
         return;
     case Observer::FAULT_TEXT_AFTER_END:
@@ -86,11 +87,10 @@ void FaultStory::tell_misspelled(const Misspelled& directive) {
     const std::string_view code = is_include ? codes::include_misspelled : codes::version_misspelled;
     const auto compose = [&] {
         return shown(word_of(*directive.record)) +
-               (is_include ? " is a keyword here, and nothing is included: it is spelled #include \"name\", "
-                             "with one "
-                             "blank"
-                           : " is a keyword here, and the version does not count: it is spelled "
-                             "#Brellwick_Serial_Version 1.2, with one blank");
+               (is_include
+                    ? " is read as a keyword and includes nothing: write #include \"name\", with one blank"
+                    : " is read as a keyword and states no version: write #Brellwick_Serial_Version 1.2, "
+                      "with one blank");
     };
     problems_.add(losses_.severity(code, directive.spot), code, compose, directive.spot);
 }

@@ -51,15 +51,15 @@ void FaultStory::tell_word(const FaultRecord& record, const Spot& spot) {
     } else if (word[0] == '[') {
         add(
             codes::bad_array_count,
-            [&] { return unexpected(word) + ": no blank stands between a name and its count"; }, spot);
+            [&] { return unexpected(word) + ": remove the blank between the name and its count"; }, spot);
     } else if (word[0] == '<') {
         add(
             codes::bad_template,
-            [&] { return unexpected(word) + ": no blank stands between a name and its template"; }, spot);
+            [&] { return unexpected(word) + ": remove the blank between the name and its template"; }, spot);
     } else if (word[0] == '#') {
         add(
             codes::bad_name,
-            [&] { return shown(word) + " is no keyword: behind '#' stand letters, digits and '_'"; }, spot);
+            [&] { return shown(word) + " is not a keyword: letters, digits and '_' follow the '#'"; }, spot);
     } else {
         add(
             codes::unexpected_word, [&] { return unexpected(word); }, spot);
@@ -86,7 +86,7 @@ void FaultStory::tell_string(std::string_view word, const Spot& spot) {
         const std::string_view rest = word.substr(quote + 1);
         const Spot place = spot_of(rest);
         const std::string hint =
-            rest[0] == '"' ? ": a blank stands between two strings" : " behind a string, which is left out";
+            rest[0] == '"' ? ": put a blank between two strings" : " after a string, which is left out";
         add(
             codes::unexpected_word, [&] { return unexpected(rest) + hint; }, place);
         return;
@@ -94,7 +94,7 @@ void FaultStory::tell_string(std::string_view word, const Spot& spot) {
     has_open_quote_[sources_.file_of_inclusion(spot.inclusion)] = true;
     const bool has_escaped = word.find("\\\"") != std::string_view::npos;
     add(codes::string_left_open,
-        has_escaped ? "this string is not closed on its line: a quote behind a backslash does not close it"
+        has_escaped ? "this string is not closed on its line: a quote after a backslash does not close it"
                     : "this string is not closed on its line: a line's end is spelled '\\n'",
         spot);
 }
@@ -103,21 +103,22 @@ void FaultStory::tell_name(std::string_view word, const Spot& spot) {
     const std::size_t at = find_stranger(word);
     if (at == word.size()) { // it ends with a point
         add(
-            codes::bad_name, [&] { return shown(word) + " is no name: a name does not end with '.'"; }, spot);
+            codes::bad_name, [&] { return shown(word) + " is not a name: a name cannot end with '.'"; },
+            spot);
         return;
     }
     const std::string_view rest = word.substr(at);
     if (rest[0] == '<') {
         add(
             codes::bad_template,
-            [&] { return shown(rest) + " is no template: a name stands between '<' and '>'"; }, spot);
+            [&] { return shown(rest) + " is not a template: put a name between '<' and '>'"; }, spot);
     } else if (rest[0] == '[') {
         add(
             codes::bad_array_count,
-            [&] { return shown(rest) + " is no array count: it is a whole number, or nothing"; }, spot);
+            [&] { return shown(rest) + " is not an array count: write a whole number or nothing"; }, spot);
     } else if (rest[0] == '"') {
         add(
-            codes::bad_name, [&] { return shown(word) + " is no name: a blank stands before a string"; },
+            codes::bad_name, [&] { return shown(word) + " is not a name: put a blank before a string"; },
             spot);
     } else {
         const std::string_view character =
@@ -128,8 +129,8 @@ void FaultStory::tell_name(std::string_view word, const Spot& spot) {
         add(
             codes::bad_name,
             [&] {
-                return shown(word) + " is no name: " + shown(character.substr(0, letters)) +
-                       " cannot stand in one, and what follows goes to the entry before it";
+                return shown(word) + " is not a name: it cannot contain " +
+                       shown(character.substr(0, letters)) + ", and what follows goes to the entry before it";
             },
             spot);
     }
@@ -154,7 +155,7 @@ bool FaultStory::tell_other_comment(std::string_view word, const Spot& spot) {
         codes::no_comment,
         [&] {
             return shown(word.substr(0, word[0] == '/' ? 2 : word.size())) +
-                   " begins no comment: '//' does, up to the end of its line";
+                   " does not begin a comment: '//' does, up to the end of its line";
         },
         spot);
     return true;
@@ -169,7 +170,7 @@ bool FaultStory::tell_single_quotes(std::string_view word, const Spot& spot) {
     const std::size_t end = line.find(word[0], spot.offset + 1);
     const std::size_t length = end == std::string_view::npos ? spot.length : end + 1 - spot.offset;
     cover(spot, spot.offset, spot.offset + length);
-    add(codes::unquoted_string, [&] { return shown(word) + " is skipped: a string stands in double quotes"; },
+    add(codes::unquoted_string, [&] { return shown(word) + " is skipped: strings need double quotes"; },
         {spot.inclusion, spot.offset, length, spot.expanded});
     return true;
 }

@@ -75,7 +75,8 @@ private:
         if (quotes_.state_at(at) == LineReader::State::string) {
             const Spot place = spot(at, length, expanded);
             problems_.add(losses_.severity(codes::directive_in_string, place), codes::directive_in_string,
-                          "a directive is obeyed inside a string, too: spell it otherwise", place);
+                          "a directive takes effect inside a string, too: write the string differently",
+                          place);
         }
     }
 
@@ -92,8 +93,8 @@ private:
         check_text_after(number_at, argument, version.length, expanded);
         if (CoreVersion(bk::written_version).is_older_than(CoreVersion(version.value))) {
             problems_.add(codes::version_too_new,
-                          "the version is " + std::string(argument.substr(0, version.length)) +
-                              "; the latest that is known is 1.2",
+                          "version " + std::string(argument.substr(0, version.length)) +
+                              " is newer than 1.2, the latest that this library knows",
                           place);
         }
         if (inclusion_ != 0 && text_.find('\\') != std::string_view::npos &&
@@ -131,7 +132,7 @@ private:
         if (stray_.nul_count != 0 && stray_.first_nul < end) {
             problems_.add(codes::nul_byte,
                           "the file holds " + counted(stray_.nul_count, "NUL byte") +
-                              ", the first one here: it is damaged, or no text",
+                              ", the first one here: it is damaged or not text",
                           place(stray_.first_nul, 1));
             stray_.nul_count = 0;
         }
@@ -139,7 +140,7 @@ private:
             problems_.add(codes::not_utf_8,
                           "the file holds " + counted(stray_.bad_count, "byte") + " that " +
                               (stray_.bad_count == 1 ? "is" : "are") +
-                              " no UTF-8, the first one here: save the file as UTF-8",
+                              " not UTF-8, the first one here: save the file as UTF-8",
                           place(stray_.first_bad, 1));
             stray_.bad_count = 0;
         }
@@ -147,7 +148,7 @@ private:
             const std::size_t at = stray_.marks[next_mark_];
             if (quotes_.state_at(at) == LineReader::State::string) {
                 problems_.add(codes::byte_order_mark_in_string,
-                              "an invisible byte order mark stands in this string: delete it", place(at, 3));
+                              "this string contains an invisible byte order mark: delete it", place(at, 3));
             }
         }
     }

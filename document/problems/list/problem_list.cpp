@@ -238,7 +238,7 @@ void ProblemList::add_left(std::vector<Problem>& problems) const {
         problem.severity = has_error ? Severity::error : Severity::warning;
         problem.code = codes::more_problems;
         problem.message = grouped_number(count) +
-                          (count == 1 ? " more problem is not told" : " more problems are not told");
+                          (count == 1 ? " more problem is not shown" : " more problems are not shown");
     }
 }
 

@@ -59,18 +59,17 @@ std::string spelled_checksum(std::uint32_t sum) {
 }
 
 std::string odd_text(std::string_view word, const ValueFlaw&) {
-    return shown(word) + " holds no byte: its number of digits is odd";
+    return shown(word) + " holds no bytes: its number of digits is odd";
 }
 
 std::string short_text(std::string_view word, const ValueFlaw&) {
-    return shown(word) +
-           " holds no byte: eight digits of checksum follow the digits of the bytes; a number is decimal";
+    return shown(word) + " holds no bytes: its last eight digits are a checksum; numbers are decimal";
 }
 
 std::string digit_text(std::string_view word, const ValueFlaw& flaw) {
     const bool is_lower = word[flaw.offset] >= 'a' && word[flaw.offset] <= 'f';
-    return shown(word.substr(flaw.offset, 1)) + " is no digit of binary data, and its byte is read as 0" +
-           (is_lower ? ": they are in upper case" : "");
+    return shown(word.substr(flaw.offset, 1)) + " is not a digit of binary data, and its byte is read as 0" +
+           (is_lower ? ": use upper case" : "");
 }
 
 std::string checksum_text(std::string_view word, const ValueFlaw& flaw) {

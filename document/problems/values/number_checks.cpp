@@ -33,7 +33,7 @@ bool is_exponent(std::string_view text) noexcept {
 
 std::string exponent_text(std::string_view word, const ValueFlaw&) {
     return shown(word) + " is read as " + std::string(word.substr(0, word.find('E'))) +
-           ": an exponent is spelled with a small e";
+           ": write the exponent with a small e";
 }
 
 std::string text_after_text(std::string_view word, const ValueFlaw& flaw) {
@@ -63,20 +63,20 @@ bool is_other_than_zero(std::string_view word) noexcept {
 
 std::string int_range_text(std::string_view word, const ValueFlaw&) {
     return shown(word) + " is read as " + std::to_string(bk::text_to_int(word).value) +
-           ": an int has 32 bits; with a point it is a double";
+           ": an int has 32 bits; write a point to make it a double";
 }
 
 std::string double_range_text(std::string_view word, const ValueFlaw&) {
     const double number = bk::text_to_double(word).value;
     if (number == 0.0) {
-        return shown(word) + " is read as 0: no double is so small";
+        return shown(word) + " is read as 0: it is too small for a double";
     }
     const std::string_view digits = without_sign(word);
     const bool is_spelled_out = !is_digit(digits[0]) && digits[0] != '.';
     return shown(word) +
            (number > 0 ? " is read as 1.797e308, the largest double"
                        : " is read as -1.797e308, the lowest double") +
-           (is_spelled_out ? ": a number is finite" : ": it is beyond every double");
+           (is_spelled_out ? ": numbers are finite" : ": it is out of range for a double");
 }
 
 ValueFlaw find_int_flaw(std::string_view word) {

@@ -14,7 +14,7 @@ bool is_dropped_escape(char escaped) noexcept {
 std::string quote_text(std::string_view word, const ValueFlaw& flaw) {
     return word[flaw.offset - 1] == '\\'
                ? std::string(string_runs_on)
-               : "the string runs on behind this quote: a blank is missing between two strings";
+               : "the string goes on after this quote: put a blank between two strings";
 }
 
 std::string escape_text(std::string_view word, const ValueFlaw& flaw) {

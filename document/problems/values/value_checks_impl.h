@@ -26,7 +26,7 @@ struct ValueFlaw {
 };
 
 inline constexpr std::string_view string_runs_on =
-    "the string runs on behind this quote, as a backslash stands before it: put another value first, or let "
+    "the string goes on after this quote, because a backslash is before it: put another value first, or let "
     "the string end "
     "otherwise";
 

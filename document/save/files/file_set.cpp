@@ -86,7 +86,7 @@ std::string FileSet::replace() {
         if (kind == SysPathKind::other) {
             return files_.size() == 1
                        ? write_in_place(file)
-                       : file.path + ": is no regular file, and cannot be replaced with others";
+                       : file.path + ": is not a regular file and cannot be replaced together with others";
         }
         file.had_old = kind == SysPathKind::regular;
         std::string reason = prepare(file);

@@ -222,7 +222,7 @@ std::string count_refusal(const Arguments& arguments) {
         }
     }
     if (!may_repeat && arguments.operands().size() > verb.operands.size()) {
-        return "more words than " + name + " takes; bkdoc " + name + " --help shows an example";
+        return "too many arguments for " + name + "; bkdoc " + name + " --help shows an example";
     }
     return {};
 }
@@ -253,6 +253,19 @@ CommandLine without_verb(const std::vector<std::string>& words, std::size_t widt
     return line;
 }
 
+/// The answer to "help" and "help VERB".
+CommandLine asked_help(const std::vector<std::string>& words, std::size_t verb_at, std::size_t width) {
+    CommandLine line;
+    if (verb_at + 1 == words.size() || is_option_word(words[verb_at + 1])) {
+        line.answer = help_text(width);
+    } else if (const VerbSpec* const asked = find_verb(words[verb_at + 1]); asked != nullptr) {
+        line.answer = help_text(*asked, width);
+    } else {
+        line.refusal = unknown_verb(words[verb_at + 1]);
+    }
+    return line;
+}
+
 } // namespace
 
 CommandLine understand(const std::vector<std::string>& words, std::size_t width) {
@@ -262,6 +275,9 @@ CommandLine understand(const std::vector<std::string>& words, std::size_t width)
     }
     CommandLine line;
     const VerbSpec* const verb = find_verb(words[verb_at]);
+    if (verb == nullptr && words[verb_at] == help_verb) {
+        return asked_help(words, verb_at, width);
+    }
     if (verb == nullptr) {
         line.answer =
             words[verb_at] == generate_verb && words.size() == verb_at + 2 ? generated(words.back()) : "";

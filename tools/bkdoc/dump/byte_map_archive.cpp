@@ -31,7 +31,7 @@ public:
         map_.row(cursor_, form_mark_size, 0, "magic", "an archive of words");
         if (take_reserved() && take_strings() && take_indices() && cursor_.left() != 0) {
             stop("expected the end of the file, found " + counted(cursor_.left(), "byte", "bytes") +
-                 " behind the archive");
+                 " after the archive");
         }
     }
 
@@ -104,7 +104,7 @@ private:
             map_.unexplained(cursor_, count_width, "the file",
                              "expected the number of words, found " + grouped(count) +
                                  ", but the file has only " +
-                                 counted(cursor_.left() - count_width, "byte", "bytes") + " behind it");
+                                 counted(cursor_.left() - count_width, "byte", "bytes") + " after it");
             count = present; // those that are there
         } else {
             map_.row(cursor_, count_width, 0, "count",

@@ -39,7 +39,7 @@ public:
         }
         if (cursor_.left() != 0 && !map_.has_failed()) {
             stop("expected the end of the file, found " + counted(cursor_.left(), "byte", "bytes") +
-                 " behind the document");
+                 " after the document");
         }
     }
 
@@ -100,7 +100,7 @@ private:
         if (size > rest) {
             map_.unexplained(cursor_, size_width, where(),
                              "expected the size of " + what + ", found " + grouped(size) + ", but " +
-                                 where() + " has only " + counted(rest, "byte", "bytes") + " behind it");
+                                 where() + " has only " + counted(rest, "byte", "bytes") + " after it");
             size = rest; // what follows may be what was meant
             return true;
         }
@@ -219,7 +219,7 @@ private:
         const std::uint64_t size = little_number(cursor_.rest().substr(1, size_width));
         if (size > std::numeric_limits<std::uint32_t>::max() || size > left() - 1 - size_width) {
             return stop("expected the size of data, found " + grouped(size) + ", but " + where() +
-                        " has only " + counted(left() - 1 - size_width, "byte", "bytes") + " behind it");
+                        " has only " + counted(left() - 1 - size_width, "byte", "bytes") + " after it");
         }
         value_row(1 + size_width, counted(size, "byte", "bytes"));
         if (size != 0) {

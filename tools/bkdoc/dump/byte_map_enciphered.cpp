@@ -34,7 +34,7 @@ void map_text(LittleCursor& cursor, std::string_view text, ByteMapWriter& map) {
     if (cursor.left() != 0) {
         map.unexplained(cursor, cursor.left(), "the file",
                         "expected the end of the file, found " + counted(cursor.left(), "byte", "bytes") +
-                            " behind the text");
+                            " after the text");
     }
 }
 

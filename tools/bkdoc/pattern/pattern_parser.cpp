@@ -152,10 +152,10 @@ private:
         if (text_.substr(at_).starts_with("?:")) {
             at_ += 2;
         } else if (is_at('?')) {
-            fail("only (?: ) is known of what begins with (?");
+            fail("(? must be followed by a colon, as in (?: )");
         }
         if (++depth_ > most_pattern_depth) {
-            fail("more than " + std::to_string(most_pattern_depth) + " parentheses within each other");
+            fail("more than " + std::to_string(most_pattern_depth) + " nested parentheses");
         }
         Steps steps = failed() ? Steps() : alternatives();
         --depth_;
@@ -240,7 +240,7 @@ private:
             return ends.size() == 1 && ends[0].first == ends[0].last;
         };
         if (!is_one(first) || !is_one(last) || last[0].first < first[0].first) {
-            fail_at("this is no range of characters", begin);
+            fail_at("this is not a range of characters", begin);
             return;
         }
         set.push_back({first[0].first, last[0].first});
@@ -299,7 +299,7 @@ private:
                 if (least == 0 && most == 1) {
                     continue; // "lazy": whether a pattern fits is the same
                 }
-                fail("a repetition of a repetition; put it in ( )");
+                fail("a repetition cannot be repeated; put it in ( )");
                 break;
             }
             is_repeated = true;

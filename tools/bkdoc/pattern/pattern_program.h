@@ -42,7 +42,7 @@ struct PatternFault {
     std::size_t offset = 0;
 };
 
-/// A pattern may have so many steps, repetitions written out, and so many parentheses within each other.
+/// A pattern may have so many steps, repetitions written out, and so many nested parentheses.
 inline constexpr std::size_t most_pattern_steps = 5000;
 inline constexpr std::size_t most_pattern_depth = 100;
 

@@ -27,7 +27,7 @@ const ParserGroup* Selection::of(const OpenedDocument& document, Streams& stream
         bk_parser::insert(*found_, found_->get_entries().get_count(), std::make_unique<ParserEntry>(entry));
     }
     if (found_->get_entries().is_empty()) {
-        complain(streams, document.name() + ": nothing fits " + std::string(path_->text()));
+        complain(streams, document.name() + ": nothing matches " + std::string(path_->text()));
         return nullptr;
     }
     return &*found_;

@@ -12,7 +12,7 @@ ExitCode run_cat(const Arguments& arguments, Streams& streams) {
     bool is_first = true;
     const auto write = [&](const OpenedDocument& document, const ParserGroup& group) {
         if (document.lacks_includes() || document.is_damaged()) {
-            complain(streams, document.name() + ": not written, for a part of it is missing");
+            complain(streams, document.name() + ": not written because part of it is missing");
             return EXIT_UNREADABLE;
         }
         std::string text;

@@ -54,7 +54,7 @@ public:
             return result;
         }
         if (document.is_broken_json()) {
-            refuse(document.name() + ": could be read up to this place alone");
+            refuse(document.name() + ": could be read only up to this place");
             return EXIT_UNREADABLE;
         }
         if (is_stored_so(document)) {
@@ -99,7 +99,7 @@ private:
             return true;
         }
         if (document.has_errors() && is_source(request_.target)) {
-            return refuse(request_.target + ": has errors, and would be written over itself");
+            return refuse(request_.target + ": has errors and would replace itself");
         }
         const auto& includes = document.document().dependencies();
         const bool is_include =
@@ -123,7 +123,7 @@ private:
         }
         if (proof.loss) {
             if (!request_.lossy) {
-                return refuse("this form cannot hold the document (--lossy converts it all the same): at " +
+                return refuse("this form cannot hold the document (--lossy converts it anyway): at " +
                               change_of(*proof.loss));
             }
             complain(streams_, "warning: this form cannot hold the document: at " + change_of(*proof.loss));

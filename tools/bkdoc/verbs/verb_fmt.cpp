@@ -54,7 +54,7 @@ public:
         }
         if ((writes_ || checks_) && list.files.size() > 1) {
             streams_.err << counted(list.files.size(), "file", "files") + ", " + grouped(changed_) +
-                                (writes_ ? " laid out anew\n" : " not laid out\n");
+                                (writes_ ? " formatted\n" : " not formatted\n");
         }
         const bool is_asked = checks_ || (shows_ && !writes_);
         return std::max(worst_, is_asked && changed_ != 0 ? EXIT_FAULTS : EXIT_CLEAN);
@@ -68,7 +68,7 @@ private:
 
     void take(const std::string& file) {
         if (file == "-" && writes_) {
-            fail("-w writes files, and standard input is none");
+            fail("-w cannot write to standard input");
             return;
         }
         const Input input(file);

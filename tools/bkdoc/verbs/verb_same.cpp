@@ -57,7 +57,7 @@ ExitCode run_same(const Arguments& arguments, Streams& streams) {
     }
     for (const OpenedDocument* document : {&first, &second}) {
         if (document->lacks_includes() || document->is_damaged()) {
-            complain(streams, document->name() + ": not compared, for a part of it is missing");
+            complain(streams, document->name() + ": not compared because part of it is missing");
             return EXIT_UNREADABLE;
         }
     }

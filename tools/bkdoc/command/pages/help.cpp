@@ -4,30 +4,64 @@
 #include "output/display/text_display.h"
 
 #include <algorithm>
+#include <span>
 
 namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t option_column = 24;
 constexpr std::size_t verb_column = 12;
+constexpr std::size_t exit_code_column = 7;
+constexpr std::size_t usage_column = 13;
+
+/// Breaks a list of choices behind a "|" where it would not fit.
+std::string wrapped_choices(std::string_view head, std::size_t indent, std::size_t width) {
+    const std::size_t begin = head.rfind(' ') + 1;
+    std::string line(head.substr(0, begin));
+    std::size_t used = indent + count_characters(line);
+    const std::size_t margin = used;
+    for (std::size_t at = begin; at < head.size();) {
+        const std::size_t bar = head.find('|', at);
+        const std::string_view word = head.substr(at, bar == std::string_view::npos ? bar : bar - at + 1);
+        if (used + word.size() > width && used > margin) {
+            line += "\n" + std::string(margin, ' ');
+            used = margin;
+        }
+        line += word;
+        used += word.size();
+        at += word.size();
+    }
+    return line;
+}
 
 /// A row of two columns: what stands in the first, padded, and the filled text behind it.
 std::string row(std::string_view head, std::string_view text, std::size_t column, std::size_t width) {
-    std::string line = "  " + std::string(head);
-    const std::string indent(column, ' ');
-    if (count_characters(line) + 2 > column) {
-        line += "\n" + indent;
-    } else {
-        line += std::string(column - count_characters(line), ' ');
+    const std::size_t used = 2 + count_characters(head);
+    const std::string gap =
+        used + 2 > column ? "\n" + std::string(column, ' ') : std::string(column - used, ' ');
+    return "  " + wrapped_choices(head, 2, width) + gap + filled(text, column, width) + "\n";
+}
+
+std::string option_rows(std::string_view heading, std::span<const OptionSpec> options, std::size_t width) {
+    const std::size_t option_column = width < 60 ? 8 : 24;
+    std::string text;
+    for (const OptionSpec& option : options) {
+        text += row(option_heading(option), option.help, option_column, width);
     }
-    return line + filled(text, column, width) + "\n";
+    return text.empty() ? text : "\n" + std::string(heading) + "\n" + text;
 }
 
 std::string options_of(const VerbSpec& verb, std::size_t width) {
-    std::string text = "\nOptions\n";
-    for_each_option(&verb, [&](const OptionSpec& option) {
-        text += row(option_heading(option), option.help, option_column, width);
+    return option_rows("Options", verb.options, width) +
+           option_rows("Options for reading documents",
+                       verb.opens_documents ? opening_options() : std::span<const OptionSpec>(), width) +
+           option_rows("General options", general_options(), width);
+}
+
+std::string exit_codes_of(const VerbSpec& verb, std::size_t width) {
+    std::string text = "\nExit code\n";
+    for_each_exit_code(verb, [&](std::string_view code, std::string_view meaning) {
+        text += row(code, meaning, exit_code_column, width);
     });
     return text;
 }
@@ -101,8 +135,8 @@ std::string version_text() {
 }
 
 std::string help_text(std::size_t width) {
-    std::string text = "bkdoc: check, find, change, compare and convert bk documents\n\n"
-                       "Usage: bkdoc VERB [OPTIONS] FILE...\n";
+    std::string text = filled("bkdoc: check, find, change, compare and convert bk documents", 0, width) +
+                       "\n\nUsage: bkdoc VERB [OPTIONS] FILE...\n";
     const VerbSpec* last = nullptr;
     for (const VerbSpec& verb : all_verbs()) {
         if (last == nullptr || last->task != verb.task) {
@@ -111,26 +145,21 @@ std::string help_text(std::size_t width) {
         text += row(verb.name, verb.summary, verb_column, width);
         last = &verb;
     }
-    text += "\nOptions\n";
-    for (const OptionSpec& option : general_options()) {
-        text += row(option_heading(option), option.help, option_column, width);
-    }
-    text += "\n" +
-            filled("bkdoc VERB --help describes a verb, with an example. A FILE named - is standard input.",
-                   0, width) +
-            "\n";
-    return text;
+    text += option_rows("Options", general_options(), width) + "\n";
+    text += filled("bkdoc help VERB explains a verb and shows an example. A FILE named - is standard input.",
+                   0, width);
+    return text + "\n";
 }
 
 std::string help_text(const VerbSpec& verb, std::size_t width) {
-    std::string text = filled(verb.summary, 0, width) + "\n\nUsage: bkdoc " + usage_of(verb) + "\n";
+    std::string text = filled(verb.summary, 0, width) + "\n\nUsage: bkdoc " +
+                       filled(usage_of(verb), usage_column, width) + "\n";
     if (!verb.description.empty()) {
         text += "\n" + filled(verb.description, 0, width) + "\n";
     }
     text += options_of(verb, width);
-    text += "\nExample\n  " + filled(verb.example, 2, width) + "\n";
-    text += "\nExit code: " + filled(verb.exit_codes, 11, width) + "\n";
-    return text;
+    text += "\nExample\n  " + std::string(verb.example) + "\n"; // whole: people copy it
+    return text + exit_codes_of(verb, width);
 }
 
 } // namespace bkdoc

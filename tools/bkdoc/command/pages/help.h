@@ -9,6 +9,9 @@ namespace bkdoc {
 struct OptionSpec;
 struct VerbSpec;
 
+/// The word that asks for help, as in "bkdoc help" and "bkdoc help check".
+inline constexpr std::string_view help_verb = "help";
+
 /// All verbs by task, filled to the width of the terminal.
 std::string help_text(std::size_t width);
 /// One verb: how it is called, what it does, its options, an example and its exit codes.

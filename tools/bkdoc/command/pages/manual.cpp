@@ -60,10 +60,14 @@ std::string section(const VerbSpec& verb) {
         text += described(option);
     }
     if (verb.opens_documents) {
-        text += ".PP\nTakes the options that open documents, below.\n";
+        text += ".PP\nIt also takes the options for reading documents, below.\n";
     }
     text += ".PP\nExample:\n.PP\n.nf\n  " + literal(verb.example) + "\n.fi\n";
-    return text + ".PP\nExit code: " + literal(verb.exit_codes) + "\n";
+    text += ".PP\nExit code:\n";
+    for_each_exit_code(verb, [&text](std::string_view code, std::string_view meaning) {
+        text += ".TP\n.B " + std::string(code) + "\n" + literal(meaning) + "\n";
+    });
+    return text;
 }
 
 } // namespace
@@ -75,13 +79,14 @@ std::string manual_page() {
         ".SH SYNOPSIS\n.B bkdoc\n.I VERB\n.RI [ OPTIONS ]\n.IR FILE ...\n"
         ".SH DESCRIPTION\nA document is a tree of groups, entries and values. It is stored as text, as "
         "binary "
-        "data, as enciphered text or as an archive; the form shows in the first bytes. Options may stand "
-        "anywhere; \\-\\- ends them. A FILE named \\- is standard input.\n"
+        "data, as enciphered text or as an archive; its first bytes show the form. Options may stand "
+        "anywhere; \\-\\- ends them. A FILE named \\- is standard input.\n.PP\n"
+        "bkdoc help lists the verbs; bkdoc help VERB explains one.\n"
         ".SH VERBS\n";
     for (const VerbSpec& verb : all_verbs()) {
         text += section(verb);
     }
-    text += ".SH OPTIONS THAT OPEN DOCUMENTS\n";
+    text += ".SH OPTIONS FOR READING DOCUMENTS\n";
     for (const OptionSpec& option : opening_options()) {
         text += described(option);
     }
@@ -89,12 +94,12 @@ std::string manual_page() {
     for (const OptionSpec& option : general_options()) {
         text += described(option);
     }
-    return text +
-           ".SH ENVIRONMENT\n.TP\n.B BKDOC_KEY\nThe key of enciphered documents, when neither \\-\\-key nor "
-           "\\-\\-key\\-file gives one.\n.TP\n.B NO_COLOR\nNo colours, whatever the terminal.\n"
-           ".SH EXIT STATUS\n0 when all is well, 1 when the answer is no (faults, differences, nothing "
-           "found), 2 when "
-           "the work could not be done, 130 when it was interrupted.\n";
+    return text + ".SH ENVIRONMENT\n.TP\n.B BKDOC_KEY\nThe key of enciphered documents, unless \\-\\-key or "
+                  "\\-\\-key\\-file gives one.\n.TP\n.B NO_COLOR\nIf set, bkdoc uses no colours unless "
+                  "\\-\\-color asks for them.\n"
+                  ".SH EXIT STATUS\n0 if all is well, 1 if the answer is no (errors, differences, nothing "
+                  "found), 2 if "
+                  "the work could not be done, 130 if it was interrupted.\n";
 }
 
 } // namespace bkdoc

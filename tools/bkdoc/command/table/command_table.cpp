@@ -11,18 +11,18 @@ namespace {
 
 constexpr OptionSpec general[] = {
     {"--color", "", ValueKind::choice, "auto|always|never", false,
-     "Colours: on a terminal, always, or never."},
-    {"--help", "-h", ValueKind::none, "", false, "Show this help, and end."},
-    {"--version", "", ValueKind::none, "", false, "Show the version, and end."},
+     "When to use colours; auto means on a terminal."},
+    {"--help", "-h", ValueKind::none, "", false, "Show this help and exit."},
+    {"--version", "", ValueKind::none, "", false, "Show the version and exit."},
 };
 
 constexpr OptionSpec opening[] = {
-    {"-I", "", ValueKind::folder, "DIR", true, "Look for included files in this folder; may be given again."},
-    {"--no-includes", "", ValueKind::none, "", false, "Leave included files out."},
+    {"-I", "", ValueKind::folder, "DIR", true, "Search this folder for included files. May be repeated."},
+    {"--no-includes", "", ValueKind::none, "", false, "Do not read included files."},
     {"--no-config", "", ValueKind::none, "", false,
-     "Do not use the .bkdoc.bkd at or above the folder of a document."},
+     "Ignore the .bkdoc.bkd in the folder of a document or above it."},
     {"--trusted", "", ValueKind::none, "", false,
-     "Read the document however much its includes or its archive make of it."},
+     "Read documents from a trusted source without limits on what includes and archives expand to."},
     key_option,
     key_file_option,
 };

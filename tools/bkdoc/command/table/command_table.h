@@ -4,6 +4,7 @@
 #include "output/output.h"
 #include "verbs/exit_code.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 #include <string_view>
@@ -42,8 +43,8 @@ struct VerbSpec {
     std::span<const OperandSpec> operands;
     std::span<const OptionSpec> options; ///< its own, beside the shared ones
     bool opens_documents;                ///< takes the options of opening_options()
-    std::string_view example;            ///< a command line with its answer in words
-    std::string_view exit_codes;
+    std::string_view example;            ///< a command line; a test runs it on the example project
+    std::string_view exit_codes;         ///< lines of a code, a blank and its meaning
     ExitCode (*run)(const Arguments&, Streams&);
 };
 
@@ -62,6 +63,16 @@ std::span<const OptionSpec> opening_options() noexcept;
 
 /// The option of that name (long or short) among those that a verb takes; null when there is none. `verb` may be null.
 const OptionSpec* find_option(const VerbSpec* verb, std::string_view name) noexcept;
+
+/// Calls `visit` with each exit code of a verb and its meaning.
+template <class Visit>
+void for_each_exit_code(const VerbSpec& verb, Visit visit) {
+    for (std::string_view rest = verb.exit_codes; !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        visit(line.substr(0, line.find(' ')), line.substr(line.find(' ') + 1));
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    }
+}
 
 /// Calls `visit` with each option that a verb takes, its own first. `verb` may be null.
 template <class Visit>

@@ -10,91 +10,87 @@ constexpr OperandSpec files_or_folders[] = {{"FILE", true, true}};
 
 constexpr OptionSpec check_options[] = {
     {"--ext", "", ValueKind::word, "EXT", true,
-     "Of folders, check the files with this extension; may be given again. Without it the content decides."},
+     "In folders, check the files with this extension instead of judging by content. May be repeated."},
     {"--files-from", "", ValueKind::file, "FILE", false,
-     "Check what the lines of this file name, too; - is standard input."},
-    {"-0", "", ValueKind::none, "", false, "The names of --files-from end with a NUL, not with their line."},
+     "Also check the files that FILE names, one per line; - reads the names from standard input."},
+    {"-0", "", ValueKind::none, "", false,
+     "The names that --files-from reads end with a NUL byte, not with a line end."},
     {"--jobs", "-j", ValueKind::whole_number, "N", false,
-     "Check so many files at a time; as many as there are processors when it is 0 or not given."},
-    {"--strict", "", ValueKind::none, "", false, "Take warnings for errors."},
+     "Check N files at a time; 0, the default, means one per processor."},
+    {"--strict", "", ValueKind::none, "", false, "Treat warnings as errors."},
     {"--allow", "", ValueKind::word, "CODE", true,
-     "Do not tell problems of this code, as in comment-joins-line; may be given again."},
+     "Do not report problems with this code, such as comment-joins-line. May be repeated."},
     {"--max-problems", "", ValueKind::whole_number, "N", false,
-     "Tell at most so many problems of a file; 50 when it is not given, all when it is 0."},
+     "Report at most N problems per file; 0 means all. The default is 50."},
     {"--format", "", ValueKind::choice, "text|json|sarif|gcc", false,
-     "For people, for programs, or a line a problem for editors, as gcc writes it: a column is "
-     "one of the screen, with a tab stop at each eighth, and elsewhere a character."},
-    {"--json", "", ValueKind::none, "", false, "The same as --format json."},
+     "Write for people (text, the default), for programs (json, sarif) or for editors (gcc, one line per "
+     "problem). gcc counts screen columns, with a tab stop every 8; the others count characters."},
+    {"--json", "", ValueKind::none, "", false, "Same as --format json."},
     {"--watch", "", ValueKind::none, "", false,
-     "Check again whenever one of the files changes, or one that they include."},
+     "Keep running, and check again whenever one of the files or a file that they include changes."},
 };
 constexpr OptionSpec cat_options[] = {
-    {"--compact", "", ValueKind::none, "", false, "All entries on one line."}, path_option};
+    {"--compact", "", ValueKind::none, "", false, "Print all entries on one line."}, path_option};
 constexpr OptionSpec info_options[] = {path_option, json_option};
 constexpr OptionSpec stats_options[] = {
     {"--by", "", ValueKind::choice, "path|name|type", false,
-     "Sum up by the names on the way to an entry, with all that is below it; by the names of entries, "
-     "without "
-     "what is below; or by the types of values. By path when it is not given."},
-    {"--top", "", ValueKind::whole_number, "N", false,
-     "Only the N largest; 20 when it is not given, all when it is 0."},
+     "Add up by path (an entry with everything below it), by name (all entries of that name, without what "
+     "is below them) or by the type of values. The default is path."},
+    {"--top", "", ValueKind::whole_number, "N", false, "Show the N largest; 0 means all. The default is 20."},
     json_option,
 };
 constexpr OptionSpec deps_options[] = {
     {"--reverse", "", ValueKind::file, "FILE", false,
-     "Draw instead which of the documents include this file, and by which way."},
+     "Show instead which of the documents include FILE, and through which other files."},
     {"--missing", "", ValueKind::none, "", false,
-     "Only the files that are missing, with the places looked at."},
-    {"--dot", "", ValueKind::none, "", false, "A graph in the language of Graphviz."},
+     "Show only the files that are missing, with the places that were tried."},
+    {"--dot", "", ValueKind::none, "", false, "Print a graph in the DOT language of Graphviz."},
     json_option,
 };
 constexpr OptionSpec tree_options[] = {
-    {"--depth", "", ValueKind::whole_number, "N", false, "Draw only so many levels."}, path_option};
+    {"--depth", "", ValueKind::whole_number, "N", false, "Draw only the first N levels."}, path_option};
 
 constexpr OptionSpec dump_options[] = {key_option, key_file_option};
 
 constexpr VerbSpec look_rows[] = {
-    {"check", Task::look, "Report the problems of documents, with the place of each.",
-     "A FILE may be a folder, which stands for the documents in it and below it: without --ext those are the "
-     "files that begin as a document does, and those whose names end in .bkd. Names that begin with a dot "
-     "are left out, and so are backups, whose names end in .bak or ~. A FILE may be a pattern, too: * is any "
-     "number of characters, ** any number of folders.\n"
+    {"check", Task::look, "Report the problems of documents, and where they are.",
+     "A FILE may be a folder: bkdoc then checks the documents in it and in the folders below. These are the "
+     "files that begin as a document does and those named *.bkd, or those that --ext selects. Hidden files "
+     "and backups (*.bak, *~) are skipped. A FILE may also be a pattern, in which * matches any characters "
+     "and ** any number of folders.\n"
      "\n"
-     "A problem of a file that several documents include is told once. Errors lost something of the "
-     "document; "
-     "warnings are read otherwise than they were surely meant.\n"
+     "An error means that part of the document was lost. A warning means that something was read, but "
+     "surely not as it was meant. A problem in a file that several documents include is reported once.\n"
      "\n"
-     "A file .bkdoc.bkd in the folder of a document, or above it, says search folders and rules, as in:\n"
+     "A file .bkdoc.bkd in the folder of a document, or above it, sets search folders and rules:\n"
      "  search \"library\" \"shots\"\n"
      "  allow \"comment-joins-line\"\n"
      "  strict yes\n"
      "  max_problems 20\n"
      "  ext \"bkd\"",
      files_or_folders, check_options, true, "bkdoc check -I library harbour.bkd shots",
-     "0 no errors, 1 errors, 2 something could not be read, 130 interrupted.", run_check},
+     "0 no errors\n1 errors were found\n2 something could not be read\n130 interrupted", run_check},
     {"tree", Task::look, "Draw the groups, entries and values of documents.", "", several_files, tree_options,
      true, "bkdoc tree --depth 2 harbour.bkd", reading_exit_codes, run_tree},
-    {"cat", Task::look, "Write documents as the library writes them, includes spliced in.",
-     "Several documents are written as one, behind one version line.", several_files, cat_options, true,
+    {"cat", Task::look, "Print documents as the library writes them, with includes spliced in.",
+     "Several documents are printed as one, with one version line.", several_files, cat_options, true,
      "bkdoc cat -I library harbour.bkd", reading_exit_codes, run_cat},
-    {"info", Task::look, "Say what documents are made of and which files they need.", "", several_files,
+    {"info", Task::look, "Summarise what documents contain and which files they include.", "", several_files,
      info_options, true, "bkdoc info harbour.bkd", reading_exit_codes, run_info},
-    {"deps", Task::look, "Draw which files documents include, and where each was found.",
-     "A FILE may be a folder or a pattern, as for check. What a file includes is drawn once. A file that is "
-     "not "
-     "found is shown with the places that were looked at.",
-     several_files, deps_options, true, "bkdoc deps --reverse library/steel.bkd shots",
-     "0 every file was found, 1 one is missing, 2 a document could not be read.", run_deps},
-    {"stats", Task::look, "Say what takes the space of documents, the largest first.",
-     "Bytes are those of the text that the library writes on one line, includes spliced in: what comments "
-     "and "
-     "indents take, or what another form takes, does not count. Several documents are summed up together.",
+    {"deps", Task::look, "Show which files documents include, and where each was found.",
+     "A FILE may be a folder or a pattern, as for check. What a file includes is shown once, however often "
+     "that file is included. A missing file is shown with the places that were tried.",
+     several_files, deps_options, true, "bkdoc deps --reverse library/lights.bkd harbour.bkd shots",
+     "0 every file was found\n1 a file is missing\n2 a document could not be read", run_deps},
+    {"stats", Task::look, "Show what takes the space in documents, largest first.",
+     "Sizes are bytes of the text that the library writes on one line, with includes spliced in. Comments, "
+     "indentation and the sizes of other forms do not count. Several documents are added up.",
      several_files, stats_options, true, "bkdoc stats --by name harbour.bkd", reading_exit_codes, run_stats},
     {"dump", Task::look, "Explain the bytes of a binary, enciphered or archive file.",
-     "What cannot be explained is shown as it is, and the map goes on behind it where a size says how far it "
-     "goes.",
-     one_file, dump_options, false, "bkdoc dump scene.archive",
-     "0 every byte is explained, 1 one is not, 2 the file could not be read.", run_dump},
+     "Bytes that have no meaning are shown as they are. The explanation goes on after them where a stored "
+     "size says how far they reach.",
+     one_file, dump_options, false, "bkdoc dump harbour.archive",
+     "0 every byte is explained\n1 some bytes are not explained\n2 the file could not be read", run_dump},
 };
 
 } // namespace

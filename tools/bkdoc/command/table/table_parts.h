@@ -6,7 +6,8 @@
 namespace bkdoc {
 
 inline constexpr std::string_view reading_exit_codes =
-    "0 clean, 1 the document has errors, 2 it could not be read or written.";
+    "0 no document has errors\n1 a document has errors\n2 a document could not be read, or the output not "
+    "written";
 
 inline constexpr OperandSpec one_file[] = {{"FILE"}};
 inline constexpr OperandSpec several_files[] = {{"FILE", true}};
@@ -15,19 +16,23 @@ inline constexpr OperandSpec in_and_out[] = {{"IN"}, {"OUT"}};
 
 inline constexpr OptionSpec path_option = {
     "--path", "",    ValueKind::word,
-    "PATH",   false, "Only what this path finds, as in 'sequence/shot[\"010\"]/camera'."};
+    "PATH",   false, "Only what this path finds, such as 'sequence/shot[\"010\"]/camera'."};
 inline constexpr OptionSpec key_option = {
     "--key",
     "",
     ValueKind::word,
     "KEY",
     false,
-    "Key of enciphered documents. Other users of the machine can see it; a file, or the environment variable "
-    "BKDOC_KEY, keeps it from them."};
+    "The key of enciphered documents. Other users of this machine can see it on the command line; use "
+    "--key-file or the environment variable BKDOC_KEY to hide it."};
 inline constexpr OptionSpec key_file_option = {
-    "--key-file", "",    ValueKind::file,
-    "FILE",       false, "The first line of this file is the key; here - is a name as any other."};
-inline constexpr OptionSpec json_option = {"--json", "", ValueKind::none, "", false, "Answer in JSON."};
+    "--key-file",
+    "",
+    ValueKind::file,
+    "FILE",
+    false,
+    "Read the key from the first line of FILE. Here - is a file of that name, not standard input."};
+inline constexpr OptionSpec json_option = {"--json", "", ValueKind::none, "", false, "Print JSON."};
 
 /// The verbs of a task, in the order of the help.
 std::span<const VerbSpec> look_verbs() noexcept;

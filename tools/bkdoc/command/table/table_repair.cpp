@@ -9,20 +9,18 @@ namespace {
 
 constexpr OptionSpec recover_options[] = {
     {"--output", "-o", ValueKind::file, "FILE", false,
-     "Write to this file, which is another one than is read; standard output when it is not given."},
+     "Write to this file, which must not be the damaged one. The default is standard output."},
     {"--to", "", ValueKind::choice, storage_choices, false,
-     "Form to store what was read in; text when it is not given. As for convert."},
+     "The form to write, as for convert. The default is text."},
 };
 
 constexpr VerbSpec repair_rows[] = {
-    {"recover", Task::repair, "Save what is left of a binary, enciphered or archive file.",
-     "Of a file that is cut off or damaged everything is read that can be, before and behind the damage. The "
-     "error stream tells how many entries were read, and which bytes are lost and what stood there. Look at "
-     "the "
-     "result before it is used: bytes that were changed, and still mean something, are taken for what they "
-     "mean.",
+    {"recover", Task::repair, "Save what is left of a damaged binary, enciphered or archive file.",
+     "recover reads everything that it can, before and after the damage. The error stream tells how many "
+     "entries were read, which bytes were lost and what they held. Look at the result before you use it: "
+     "bytes that were changed but still mean something are read as they stand.",
      one_file, recover_options, true, "bkdoc recover damaged.bin -o saved.bkd",
-     "0 nothing was lost, 1 something was, 2 nothing could be read or written.", run_recover},
+     "0 nothing was lost\n1 something was lost\n2 nothing could be read, or nothing written", run_recover},
 };
 
 } // namespace

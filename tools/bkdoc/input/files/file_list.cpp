@@ -72,7 +72,7 @@ private:
     void add_pattern(const std::string& pattern) {
         const std::vector<std::string> found = expand_glob(pattern);
         if (found.empty()) {
-            list_.faults.push_back(pattern + ": no file fits this pattern");
+            list_.faults.push_back(pattern + ": no file matches this pattern");
         }
         for (const std::string& path : found) {
             std::error_code error;

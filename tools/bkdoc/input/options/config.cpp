@@ -23,8 +23,8 @@ public:
             if (!take(*entry) && config_.fault.empty()) {
                 config_.fault =
                     text_of(config_.file) + ": '" + std::string(entry->get_name().get_view()) +
-                    "' is no entry of a configuration, or has no such values; search, allow, ext, "
-                    "strict and max_problems are";
+                    "' is not a setting, or has the wrong values; the settings are search, allow, ext, "
+                    "strict and max_problems";
             }
             if (!config_.fault.empty()) {
                 return;

@@ -15,7 +15,7 @@ std::string unknown_code(std::string_view word) {
     }
     const std::string meant = did_you_mean(word, codes);
     return "unknown code '" + std::string(word) + "'" +
-           (meant.empty() ? "; a problem shows its code in brackets behind the message" : meant);
+           (meant.empty() ? "; each problem shows its code in brackets after the message" : meant);
 }
 
 } // namespace bkdoc

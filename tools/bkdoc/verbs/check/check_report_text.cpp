@@ -44,7 +44,7 @@ private:
         if (count > most_problems) {
             streams_.out << shown(name, file_name_limit) << ": "
                          << counted(count - most_problems, "more problem", "more problems")
-                         << "; --max-problems 0 tells all\n";
+                         << "; --max-problems 0 shows all\n";
         }
     }
 

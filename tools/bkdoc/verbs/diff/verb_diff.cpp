@@ -21,7 +21,7 @@ bool take_compare_options(const Arguments& arguments, bk_parser::CompareOptions&
     const auto [rest, error] = std::from_chars(tolerance->data(), end, options.tolerance);
     const bool is_number = error == std::errc() && rest == end && options.tolerance >= 0;
     if (!is_number) {
-        complain(streams, "--tolerance needs a number from 0 on, not '" + *tolerance + "'");
+        complain(streams, "--tolerance needs a number of 0 or more, not '" + *tolerance + "'");
     }
     return is_number;
 }

@@ -51,7 +51,7 @@ std::string EditOutput::take(const OpenedDocument& document, const EditOutcome& 
             const Changed& other = changed_[known->second];
             if (other.change.after != change.after) {
                 return other.name + ": would change in one way for " + other.document +
-                       " and in another for " + document.name() + "; change this file by itself";
+                       " and in another for " + document.name() + "; change this file on its own";
             }
             continue;
         }
@@ -162,7 +162,7 @@ void EditOutput::write_diffs() {
             const std::string name = patch_name(changed.name);
             write_diff(bk_parser::unified_diff(change.before, change.after, name, name), streams_.out);
         } else {
-            streams_.out << shown(changed.name, file_name_limit) << ": is no text; "
+            streams_.out << shown(changed.name, file_name_limit) << ": is not text; "
                          << counted(change.before.size(), "byte", "bytes") << " would become "
                          << grouped(change.after.size()) << "\n";
         }
@@ -204,7 +204,7 @@ void EditOutput::close(Output& out, std::string_view how) {
             << (is_given(changed) ? "" : ", but not in the output") << "\n";
     }
     if (changed_.empty()) {
-        out << "everything is so already\n";
+        out << "nothing to change\n";
     } else if (changed_.size() > 1) {
         out << told(total) << " in " << counted(changed_.size(), "file", "files") << "\n";
     }

@@ -55,7 +55,7 @@ public:
             return EXIT_UNREADABLE;
         }
         if (!is_found_) {
-            complain(streams_, "nothing fits " + request_.sought);
+            complain(streams_, "nothing matches " + request_.sought);
             return EXIT_FAULTS;
         }
         return output_.finish();
@@ -76,7 +76,7 @@ private:
         }
         if (document.has_errors() && !force_) {
             report_aside(document, streams_);
-            refuse(document.name() + ": has errors; --force changes it all the same");
+            refuse(document.name() + ": has errors; --force changes it anyway");
             return false;
         }
         return true;
@@ -128,7 +128,7 @@ ExitCode run_edit(const Arguments& arguments, Streams& streams, const EditReques
     open.keep_sources = true;
     const bool has_input = std::find(request.files.begin(), request.files.end(), "-") != request.files.end();
     if (arguments.has("-w") && has_input) {
-        complain(streams, "-w cannot change standard input; without it the result goes to standard output");
+        complain(streams, "-w cannot change standard input; without -w the result is printed");
         return EXIT_UNREADABLE;
     }
     FileListOptions options;

@@ -34,7 +34,7 @@ private:
 /// What the verbs that change documents have in common.
 struct EditRequest {
     std::vector<std::string> files;
-    std::string sought;    // as in "nothing fits light/power"
+    std::string sought;    // as in "nothing matches light/power"
     std::string_view one;  // as in "value"
     std::string_view many; // as in "values"
     std::string_view done; // as in "set"

@@ -15,13 +15,13 @@ std::string why_no_name(std::string_view name) {
             return "it is a number, and would be read as a value";
         }
     }
-    return "a name is letters, digits and _, and behind # that of a keyword";
+    return "names have letters, digits and _, and those of keywords begin with #";
 }
 
 void warn_of_name(std::string_view name, Streams& streams) {
     const bool is_boolean = name == "true" || name == "false";
     if (is_boolean || name == "inf" || name == "nan") {
-        complain(streams, "warning: '" + std::string(name) + "' is a name here, and no value: " +
+        complain(streams, "warning: '" + std::string(name) + "' is a name here, not a value: " +
                               (is_boolean ? "booleans are yes and no" : "infinity is spelled +inf"));
     }
 }

@@ -64,13 +64,13 @@ Literals::Literals(std::string_view text, WantedType type, bool may_have_groups)
     }
     if (type == WantedType::boolean || text == "true" || text == "false") {
         if (type != WantedType::string) {
-            refusal_ = quoted + " is no boolean; booleans are yes and no";
+            refusal_ = quoted + " is not a boolean; booleans are yes and no";
             return;
         }
     }
     const bool is_bare = text.find_first_of("\"{}") == std::string_view::npos && !text.empty();
     if (type != WantedType::string && (!is_bare || type != WantedType::as_it_is)) {
-        refusal_ = quoted + " is no row of values; write numbers, strings in quotes, yes and no";
+        refusal_ = quoted + " is not a list of values; write numbers, strings in quotes, yes or no";
         return;
     }
     string_ = text;
@@ -144,11 +144,12 @@ void Literals::convert() {
         } else if (type_ == WantedType::integer && is_number(has) && whole) {
             entry.set_int(*whole, i);
         } else {
-            const std::string_view wanted = type_ == WantedType::boolean ? "boolean; booleans are yes and no"
-                                            : type_ == WantedType::integer ? "int"
-                                                                           : "number";
+            const std::string_view wanted = type_ == WantedType::boolean
+                                                ? "a boolean; booleans are yes and no"
+                                            : type_ == WantedType::integer ? "an int"
+                                                                           : "a number";
             refusal_ =
-                "'" + shown(entry.get_word(i).get_view(), shown_text) + "' is no " + std::string(wanted);
+                "'" + shown(entry.get_word(i).get_view(), shown_text) + "' is not " + std::string(wanted);
         }
     }
 }

@@ -76,7 +76,7 @@ ValueChange::ValueChange(std::string_view text, WantedType type)
     : type_(type), operation_(operation_of(text)), operand_(operand_of(text)),
       literals_(operand_, operation_ == '=' ? type : WantedType::as_it_is, false) {
     if (operation_ == '\0') {
-        refusal_ = "'" + shown(text, shown_text) + "' is no change; write =VALUES, +=N, -=N, *=N or /=N";
+        refusal_ = "'" + shown(text, shown_text) + "' is not a change; write =VALUES, +=N, -=N, *=N or /=N";
         return;
     }
     refusal_ = literals_.refusal();
@@ -89,7 +89,7 @@ ValueChange::ValueChange(std::string_view text, WantedType type)
         refusal_ = std::string(1, operation_) + "= needs a number, not '" + shown(operand_, shown_text) + "'";
     } else if (is_one_number && type != WantedType::as_it_is && type != WantedType::integer &&
                type != WantedType::real) {
-        refusal_ = "a calculation gives a number; --type int and --type double go with it";
+        refusal_ = "a calculation gives a number; only --type int and --type double go with it";
     }
 }
 
@@ -198,7 +198,7 @@ std::string ValueChange::calculate_value(ParserEntry& entry, unsigned int i) con
     double number = without_rounding_error(calculated(entry.get_double(i), operation_, right));
     const auto told = [&] { return spelled_value(entry, i) + " " + operation_ + " " + operand_; };
     if (!std::isfinite(number)) {
-        return told() + " is no number";
+        return told() + " is not a finite number";
     }
     const bool is_int_now = entry.get_value_type(i) == ParserValue::TYPE_INT;
     if (type_ == WantedType::integer) {
@@ -210,7 +210,7 @@ std::string ValueChange::calculate_value(ParserEntry& entry, unsigned int i) con
         entry.set_int(static_cast<int>(number), i);
     } else {
         return told() + " is " + number_text(number) +
-               ", which no int holds; --type double makes it a double, --type int rounds it";
+               ", which is not an int; --type double makes it a double, --type int rounds it";
     }
     return {};
 }

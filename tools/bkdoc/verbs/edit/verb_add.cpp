@@ -32,9 +32,8 @@ EditOutcome add_entry(OpenedDocument& document, const bk_parser::Path& path, con
     EditOutcome outcome;
     ParserEntry* const entry = bk_parser::add(document.root(), path);
     if (entry == nullptr) {
-        outcome.refusal =
-            document.name() + ": " + std::string(path.text()) +
-            " cannot be made; steps that are not there have to be names, as in light<spot>[\"key\"]/power";
+        outcome.refusal = document.name() + ": " + std::string(path.text()) +
+                          " cannot be created; missing steps must be names, as in light<spot>[\"key\"]/power";
         return outcome;
     }
     for (const auto& literals : values) {

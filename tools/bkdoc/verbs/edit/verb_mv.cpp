@@ -25,9 +25,8 @@ EditOutcome move_found(OpenedDocument& document, const bk_parser::Path& from, co
     outcome.is_found = true;
     ++outcome.counts[home_of(document, entry)];
     if (!bk_parser::move(document.root(), from, to)) {
-        outcome.refusal =
-            place + ": cannot move to " + std::string(to.text()) +
-            "; that is a plain name in a group that is there or can be made, outside of the entry";
+        outcome.refusal = place + ": cannot move to " + std::string(to.text()) +
+                          "; TO must be a plain name in a group outside the entry";
     }
     return outcome;
 }

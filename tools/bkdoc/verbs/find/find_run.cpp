@@ -19,7 +19,8 @@ bool accept_path(const bk_parser::Path& path, std::string_view what, Streams& st
 
 void note_errors(const OpenedDocument& document, Streams& streams) {
     if (document.is_read() && document.has_errors()) {
-        complain(streams, document.name() + ": has errors, and may be read in part; bkdoc check shows them");
+        complain(streams,
+                 document.name() + ": has errors and may be read only in part; bkdoc check shows them");
     }
 }
 

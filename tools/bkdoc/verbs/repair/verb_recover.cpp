@@ -64,8 +64,8 @@ public:
         }
         if (document.form() == Form::text) {
             complain(streams_, shown(document.name(), file_name_limit) +
-                                   " is text; recover reads binary, enciphered and archive files, and check "
-                                   "tells what is wrong with a text");
+                                   " is text; recover reads binary, enciphered and archive files; check "
+                                   "shows what is wrong with a text");
             return EXIT_UNREADABLE;
         }
         tell_lost(document, result.lost);
@@ -90,7 +90,7 @@ private:
             return refuse(reason);
         }
         if (target_ && source_ != "-" && are_same_file(source_, *target_)) {
-            return refuse(*target_ + ": is what is read; recover writes another file");
+            return refuse(*target_ + ": is the damaged file; recover writes to another one");
         }
         return true;
     }
