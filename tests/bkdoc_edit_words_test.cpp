@@ -66,14 +66,14 @@ TEST_F(bkdoc_edit_words, a_name_that_is_a_value_is_refused) {
 }
 
 TEST_F(bkdoc_edit_words, a_name_that_looks_like_a_value_is_warned_of) {
-    const std::string told = "bkdoc: warning: 'true' is a name here, and no value: booleans are yes and no\n";
+    const std::string told = "bkdoc: warning: 'true' is a name here, not a value: booleans are yes and no\n";
     const BkdocRun renamed = run({"rename", "n", "true", "a.bkd"});
     EXPECT_EQ(renamed.code, 0);
     EXPECT_EQ(renamed.out, "true 1\nx 2.0\nname \"a\"\n");
     EXPECT_EQ(renamed.err, told + "a.bkd: 1 name changed\n");
     EXPECT_EQ(run({"mv", "n", "true", "a.bkd"}).err, told + "a.bkd: 1 entry moved\n");
     EXPECT_EQ(run({"add", "g/true", "1", "a.bkd"}).err, told + "a.bkd: 1 entry added\n");
-    EXPECT_EQ(run({"rename", "n", "inf", "a.bkd"}).err, "bkdoc: warning: 'inf' is a name here, and no value: "
+    EXPECT_EQ(run({"rename", "n", "inf", "a.bkd"}).err, "bkdoc: warning: 'inf' is a name here, not a value: "
                                                         "infinity is spelled +inf\na.bkd: 1 name changed\n");
     EXPECT_EQ(run({"rename", "n", "truth", "a.bkd"}).err, "a.bkd: 1 name changed\n");
 }
