@@ -49,6 +49,7 @@ void FaultStory::tell_place(const FaultRecord& record, const Spot& spot) {
                   "name is skipped"
                 : "unexpected ',': it stands between two values; what follows up to the next name is skipped",
             spot);
+        more_ = {}; // the message says it
         return;
     case Observer::FAULT_TEXT_AFTER_END:
         tell_text_after_end(record, spot);

@@ -137,6 +137,7 @@ private:
 
     // layout_unread.cpp
     bool keeps_unread_words();
+    bool owns_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now);
 
     // layout_includes.cpp
     void note_covers();
