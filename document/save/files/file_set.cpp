@@ -2,6 +2,7 @@
 
 #include "core/files/sys_file_input_impl.h"
 #include "core/files/sys_reason_impl.h"
+#include "document/sources/path_text_impl.h"
 
 #include <new>
 #include <utility>
@@ -16,6 +17,12 @@ constexpr std::size_t copy_size = std::size_t{1} << 16;
 std::string reason_of(const std::string& path, const char* what) {
     const std::string reason = bk::last_system_reason();
     return path + ": " + what + (reason.empty() ? "" : ": " + reason);
+}
+
+/// Empty when the path names none.
+std::string folder_of(const std::string& path) {
+    const std::filesystem::path folder = path_of_text(path).parent_path();
+    return folder.empty() ? std::string() : path_text(folder);
 }
 
 bool write_all(SysHandle& handle, std::string_view bytes) {
@@ -127,6 +134,10 @@ std::string FileSet::prepare(File& file) {
     bk::forget_system_reason();
     const std::unique_ptr<SysHandle> handle = device.create_beside(file.target, created);
     if (handle == nullptr) {
+        const std::string folder = folder_of(file.target);
+        if (!folder.empty() && device.inspect(folder).kind == SysPathKind::missing) {
+            return file.path + ": there is no folder " + folder;
+        }
         return reason_of(file.path, "cannot be opened for writing");
     }
     file.created = std::move(created);
