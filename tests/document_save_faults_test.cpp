@@ -139,7 +139,7 @@ TEST_F(document_save_faults, words_that_a_new_layout_would_not_hold_are_named_an
     EXPECT_EQ(save(loaded.document, folder_.full_path("other"), binary).losses.size(), 2u);
     anew.lossy = true;
     EXPECT_EQ(save(loaded.document, {}, anew).losses.size(), 2u);
-    EXPECT_EQ(folder_.read("file"), "#Brellwick_Serial_Version 1.2\n\na 1\nb 2\nq 1");
+    EXPECT_EQ(folder_.read("file"), "#Brellwick_Serial_Version 1.2\n\na 1\nb 2\nq 1\n");
     anew.lossy = false;
     EXPECT_TRUE(save(loaded.document, {}, anew).losses.empty()) << "they are not there any more";
 }

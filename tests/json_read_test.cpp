@@ -256,3 +256,27 @@ TEST(json_read, the_document_is_a_text_without_a_path) {
     EXPECT_EQ(result.document.form(), Form::text);
     EXPECT_TRUE(result.document.path().empty());
 }
+
+TEST(json_read, a_text_without_a_value_is_an_empty_document_of_lines) {
+    for (const char* const text : {"", "\n", " \r\n\t"}) {
+        const LoadResult result = from_json(text);
+        EXPECT_TRUE(result.problems.empty());
+        EXPECT_EQ(result.document.root().get_entry_count(), 0u);
+    }
+    JsonReadOptions one;
+    one.shape = JsonShape::lossless;
+    EXPECT_FALSE(from_json("", one).ok());
+}
+
+TEST(json_read, a_spelling_that_is_no_value_of_a_text_is_told) {
+    const std::string no_value = "is no value of that kind in a text, which cannot hold it";
+    EXPECT_EQ(problem_of(R"({"a": {"$int": "1 b 2"}})"), "1:16 json-word: '1 b 2' " + no_value);
+    EXPECT_EQ(problem_of(R"({"a": {"$word": "} c 3"}})"), "1:17 json-word: '} c 3' " + no_value);
+    EXPECT_EQ(problem_of(R"({"a": {"$double": "nan"}})"), "1:19 json-word: 'nan' " + no_value);
+    EXPECT_EQ(problem_of(R"({"a": {"$int": "1//"}})"), "1:16 json-word: '1//' " + no_value);
+    EXPECT_EQ(problem_of(R"({"a": {"$bool": ""}})"), "1:17 json-word: '' " + no_value);
+    for (const char* const good : {R"({"a": {"$int": "007"}})", R"({"a": {"$double": "+inf"}})",
+                                   R"({"a": {"$bool": "yes"}})", R"({"a": {"$char": "65"}})"}) {
+        EXPECT_TRUE(from_json(good).problems.empty()) << good;
+    }
+}

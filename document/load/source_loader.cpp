@@ -93,10 +93,10 @@ void SourceLoader::failed(const bk::SourceFailure& failure) {
 /// ": a.bkd includes b.bkd, which includes a.bkd", of a circle through other files.
 std::string SourceLoader::circle_text(const bk::SourceFailure& failure) const {
     const CoreString path = bk::opened_path(failure.found);
-    std::vector<std::string_view> chain; // from the innermost file on
+    std::vector<std::string> chain; // from the innermost file on
     for (std::size_t inclusion = directive_.inclusion;;) {
         const SourceFile& file = sources_.file_of(Spot{inclusion, 0, 0, 0});
-        chain.push_back(file.name.shown);
+        chain.push_back(path_text(path_of_text(file.name.shown).filename()));
         if (inclusion == 0 || file.path == path.get_view()) {
             break;
         }
@@ -113,9 +113,9 @@ std::string SourceLoader::circle_text(const bk::SourceFailure& failure) const {
             text += std::to_string(i) + " more files, then ";
             i = 0;
         }
-        text += std::string(chain[i]) + (before == 0 ? " includes " : ", which includes ");
+        text += chain[i] + (before == 0 ? " includes " : ", which includes ");
     }
-    return text + std::string(chain.back());
+    return text + chain.back();
 }
 
 /// A problem of the file that is asked for: at the directive, or of the document itself.
