@@ -80,7 +80,7 @@ struct LoadOptions {
     bool beside = true;
     /// Whether included files are read. Otherwise their directives are left out, and `Document::includes` lists them.
     bool follow_includes = true;
-    /// Decrypts an enciphered document and its enciphered includes.
+    /// Decrypts an enciphered document and its enciphered includes. With a key a file of no bytes is a document that was cut off.
     std::string key;
     /// What the load may cost.
     ParserLimits limits = ParserLimits::untrusted();

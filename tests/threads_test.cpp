@@ -1,4 +1,5 @@
 #include "document/access.h"
+#include "document/document.h"
 #include "parser/parser_archive.h"
 #include "parser/parser_file.h"
 #include "parser/parser_word.h"
