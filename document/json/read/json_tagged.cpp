@@ -35,8 +35,10 @@ bool is_value_of_text(ParserValue::Type type, std::string_view word) {
     const bool is_one_word = !word.empty() && std::none_of(word.begin(), word.end(), [](char character) {
         return bk::is_char(character, cuts);
     });
-    return type != ParserValue::TYPE_WORD && is_one_word && word.find("//") == std::string_view::npos &&
-           bk::value_type_of(bk::classify_value(word)) == type;
+    const bool is_name =
+        is_one_word && bk::is_char(word.front(), bk::CHAR_NAME_START); // yes and no alone are values
+    return type != ParserValue::TYPE_WORD && is_one_word && is_name == (type == ParserValue::TYPE_BOOL) &&
+           word.find("//") == std::string_view::npos && bk::value_type_of(bk::classify_value(word)) == type;
 }
 
 } // namespace
