@@ -49,7 +49,7 @@ BK_PARSER_API bool write_json(const ParserGroup& group, const JsonSink& sink,
 /// How to read JSON.
 struct JsonReadOptions {
     /// `lossless` takes one value, `lines` an object on each line, where a text without any is an empty document. Otherwise
-    /// the text tells: what has more objects behind the first, each on a new line, is `lines`. The plain shape is not read.
+    /// the text tells: what has more objects behind the first, each on a new line, or none, is `lines`. The plain shape is not read.
     std::optional<JsonShape> shape;
     /// The name of the text in problems.
     std::filesystem::path file;
@@ -64,7 +64,7 @@ struct JsonReadOptions {
 /// Reads what `to_json` wrote in the shapes `lossless` and `lines`, or what follows docs/json.md. The text is JSON by RFC 8259, strictly,
 /// and valid UTF-8; a byte order mark at its begin is skipped. Of a text with a fault the document holds what stands before the fault,
 /// and one problem says where that is: "json-syntax" where it is no JSON, "json-shape" where it is JSON of another shape,
-/// "nested-too-deeply" or "too-large". Numbers that no int or double holds are warnings. The document is in the text form and has no path.
+/// "nested-too-deeply" or "too-large". Numbers that no int or double holds, and spellings that no text can hold, are warnings. The document is in the text form and has no path.
 /// Depth costs heap, not stack. Throws std::bad_alloc. Linear in the text.
 [[nodiscard]] BK_PARSER_API LoadResult from_json(std::string_view text, const JsonReadOptions& options = {});
 

@@ -84,7 +84,7 @@ struct LoadOptions {
     bool working_folder = true;
     /// Whether included files are read. Otherwise their directives are left out, and `Document::includes` lists them.
     bool follow_includes = true;
-    /// Decrypts an enciphered document and its enciphered includes.
+    /// Decrypts an enciphered document and its enciphered includes. With a key a file of no bytes is a document that was cut off.
     std::string key;
     /// Bounds the memory and time of the load.
     ParserLimits limits = ParserLimits::untrusted();

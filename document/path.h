@@ -66,6 +66,8 @@ public:
     /// Refers to the path, which must outlive the call.
     template <TextLike Text>
     PathRef(const Text& text) noexcept : text_(TextRef(text).view()) {}
+    /// Refers to the text, which must outlive the call.
+    PathRef(const CoreBasicString& text) noexcept : text_(text.get_view()) {}
 
     /// Null for a text.
     const Path* path() const noexcept { return path_; }

@@ -21,7 +21,8 @@ struct SaveOptions {
     std::string key;
     /// Text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes: only the bytes of
     /// what was changed change. Without it, and for every other document, the file is laid out as ParserGroup::get_text does, and holds
-    /// all of the document: includes are spliced in. Its lines end with a line feed on every platform. A binary document or an archive
+    /// all of the document: includes are spliced in. Its lines, the last one too, end with a line feed on every platform. Comments of an
+    /// enciphered text, which is always laid out anew, are a loss ("comments-lost") unless this is false. A binary document or an archive
     /// that says its version in an entry says it there again, in that form. An infinity of the binary form is read, and so
     /// saved, as the largest double.
     bool keep_layout = true;
@@ -76,9 +77,9 @@ struct SavePreview {
 /// The document's own file is the one that it was loaded from or last saved to, under every name that symbolic links give it. Without
 /// a path it is found whatever the current folder is. In any form, a save over it is refused
 /// - when it has changed on the disk since ("has changed on the disk since it was loaded");
-/// - when it was not read whole: a stored form that is cut off or damaged, text behind a '}' that closes nothing, a limit that ended the
-///   reading. `lossy` does not help. An include that was not found or not read counts, too, unless the layout is kept, which keeps its
-///   directive. The losses name what was not read, by the code "not-read-whole".
+/// - when it was not read whole: a stored form that is cut off or damaged, a limit that ended the reading. `lossy` does not help. Text
+///   behind a '}' that closes nothing, and an include that was not found or not read, count, too, unless the layout is kept, which keeps the
+///   text and the directive. The losses name what was not read, by the code "not-read-whole".
 /// To another path such a document goes with `lossy` alone, and without what was not read.
 /// Words that were not read ("the word 'X' at FILE:LINE") are in the files alone: a save that does not keep the layout needs `lossy`, too,
 /// over any file, and drops them. The losses name the first hundred of them by the same code.
@@ -88,15 +89,18 @@ struct SavePreview {
 /// A save that keeps the layout reads the old files again, and refuses when one has changed on the disk or is gone, or when an include
 /// that was left out can be read now, there or at the new path. It knows an entry by the line and column that it got when it was loaded,
 /// so that a moved or changed entry keeps what is around it, and a renamed one does when its values, or an entry of its group, are those
-/// of before; after the save the entries have the lines and columns of the new text. What it does:
+/// of before; an entry of another document is new under any name but that of the entry whose place it says. After the save the entries
+/// have the lines and columns of the new text. What it does:
 /// - an entry or a value that was removed goes with its line, and with a comment behind it on that line; comments above it stay, and of two
 ///   blank lines around an entry the one behind it goes, too;
 /// - a new entry stands on a line of its own, indented as its neighbours are, or in the line where its neighbours share one;
 /// - a new entry between two of an included file goes into that file; at the begin or end of an include it goes beside the directive;
-/// - an entry that moved within its group takes its lines along, with what changed inside of it, with comments and includes; one that moved to
+/// - an entry that moved within its group takes its lines along, with what changed inside of it, with comments and includes, and with the
+///   comments directly above it that have its indentation, unless it goes into the middle of a line; one that moved to
 ///   a group that was there does so when nothing in it has changed and no include stands in it, and else is laid out anew, without its comments;
 /// - a copy of an entry, which says the same place, takes the layout only where the original is gone;
-/// - words that were not read stay where they are: a save that would take one away is refused, with its place;
+/// - words that were not read stay where they are: a save that would take one away is refused, with its place; so is one that would
+///   change a value, or take away a group, behind a name that was not read, as it may be meant for that name;
 /// - a file that is included more than once, under one name or several (by symbolic or hard links), changes when the tree was changed alike
 ///   in each place. Where one place was cleared its directive goes instead. Else the save is refused. Each hard link becomes a file of its
 ///   own;
@@ -108,7 +112,8 @@ struct SavePreview {
 /// - a file whose lines end in a carriage return alone takes no new lines: that is refused;
 /// - after a save with losses the next one keeps the layout of what was written; what was lost is a loss again as long as the tree holds it;
 /// - to another path only the document's own file goes: its includes stay where they are. That is refused when they would not be
-///   found from there, or when one of them would have to change.
+///   found from there, or when one of them would have to change. An include that is found there from the folder alone that the
+///   process works in is a loss ("include-not-carried"): who works in another one would not find it.
 ///
 /// Each file is replaced in one step by a new one that was flushed to the disk before. When several files change, all new ones are
 /// on the disk before the first is put in place, and the document's own file is put in place last. When a step fails, the files

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/core_string.h"
+
 #include <concepts>
 #include <cstddef>
 #include <string_view>
@@ -17,6 +19,8 @@ public:
     /// Refers to the characters, which must outlive the call.
     template <TextLike Text>
     TextRef(const Text& text) noexcept : view_(view_of(text)) {}
+    /// Refers to the characters, which must outlive the call.
+    TextRef(const CoreBasicString& text) noexcept : view_(text.get_view()) {}
 
     /// The characters.
     std::string_view view() const noexcept { return view_; }

@@ -214,7 +214,8 @@ private:
     /// What only few entries have.
     struct Rare {
         CoreString template_name;
-        unsigned int other_owners = 0; // lists that hold the entry beside the first
+        unsigned int other_owners = 0;       // lists that hold the entry beside the first
+        unsigned long long former_names = 0; // a bit for each name since it was read
     };
 
     explicit ParserEntry(const bk::EntryFields& fields) noexcept;
@@ -222,6 +223,7 @@ private:
     Rare& make_rare();
     void leave_values() noexcept;
     void copy_fields(const ParserEntry& other);
+    void copy_former_names(const ParserEntry& other);
     void append(ParserValue&& value);
 
     CoreString name_;

@@ -82,3 +82,13 @@ TEST_F(access_texts, a_null_pointer_is_no_path_and_no_name) {
     EXPECT_EQ(std::ranges::distance(bk_parser::entries(root_, null_)), 0);
     EXPECT_EQ(described(root_), " a 1 s \"text\"");
 }
+
+TEST_F(access_texts, a_core_string_is_a_name_and_a_path) {
+    const CoreString name("b");
+    EXPECT_TRUE(bk_parser::rename(*root_.get_entry("a"), name));
+    EXPECT_TRUE(bk_parser::rename(*root_.get_entry("b"), CoreString("c")));
+    EXPECT_TRUE(bk_parser::rename(root_, CoreString("c"), name));
+    EXPECT_EQ(bk_parser::get<int>(root_, name), 1);
+    EXPECT_EQ(bk_parser::path_name(name), "b");
+    EXPECT_EQ(std::ranges::distance(bk_parser::entries(root_, name)), 1);
+}

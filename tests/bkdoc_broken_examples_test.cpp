@@ -102,7 +102,9 @@ const std::vector<Expectation>& expectations() {
           "[include-circle]"}},
         {"include_includes_itself_through_another.bkd",
          1,
-         {"parts/way_back.bkd:1:1: error: 'include_includes_itself_through_another.bkd' includes itself "
+         {"parts/way_back.bkd:1:1: error: 'include_includes_itself_through_another.bkd' includes itself: "
+          "include_includes_itself_through_another.bkd includes way_back.bkd, which includes "
+          "include_includes_itself_through_another.bkd "
           "[include-circle]"}},
         {"include_cannot_be_deciphered.bkd",
          1,

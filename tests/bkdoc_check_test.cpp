@@ -193,9 +193,10 @@ TEST(bkdoc_check, a_string_that_its_line_ends_is_explained) {
 }
 
 TEST(bkdoc_check, a_string_that_a_backslash_keeps_open_is_explained) {
-    EXPECT_EQ(check_text("a \"C:\\\" 1\nb 2\n").out,
-              "<stdin>:1:3: error: this string is not closed on its line: a quote after a backslash does not "
-              "close it [string-left-open]\na \"C:\\\" 1\n  ^~~~~~~\n1 error\n");
+    EXPECT_EQ(
+        check_text("a \"C:\\\" 1\nb 2\n").out,
+        "<stdin>:1:3: error: this string is not closed on its line: a quote after a backslash does not close "
+        "it; 'b' in line 2 is skipped, too [string-left-open]\na \"C:\\\" 1\n  ^~~~~~~\n1 error\n");
 }
 
 TEST(bkdoc_check, a_version_that_is_none_is_told) {

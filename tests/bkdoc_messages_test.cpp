@@ -37,8 +37,10 @@ TEST(bkdoc_messages, a_merge_conflict_is_told_once_with_its_lines) {
         text += "a 1\n";
     }
     const std::string report = report_of(text + "<<<<<<< ours\na 1\n=======\na 2\n>>>>>>> theirs\n");
-    EXPECT_EQ(report, "<stdin>:35:1: error: unresolved merge conflict, lines 35 to 39 [merge-conflict]\n"
-                      "<<<<<<< ours\n^~~~~~~~~~~~\n");
+    EXPECT_EQ(report,
+              "<stdin>:35:1: error: unresolved merge conflict, lines 35 to 39; 'a' in line 36 is skipped, "
+              "too [merge-conflict]\n"
+              "<<<<<<< ours\n^~~~~~~~~~~~\n");
 }
 
 TEST(bkdoc_messages, a_byte_order_mark_says_how_to_get_rid_of_it) {

@@ -133,12 +133,26 @@ TEST_F(document_includes, that_make_a_circle_are_told_at_the_directive_that_clos
     folder_.write("shots/a.bkd", "a 1\n#include \"b.bkd\"\n");
     folder_.write("shots/b.bkd", "b 2\n#include \"a.bkd\"\nc 3\n");
     const LoadResult result = load_text("#include \"a.bkd\"\n#include \"main.bkd\"\n");
-    EXPECT_EQ(told_here(result), (Lines{"b.bkd:2:1: error: 'a.bkd' includes itself [include-circle]",
-                                        "main.bkd:2:1: error: 'main.bkd' includes itself [include-circle]"}));
+    EXPECT_EQ(told_here(result),
+              (Lines{"b.bkd:2:1: error: 'a.bkd' includes itself: a.bkd includes b.bkd, which includes "
+                     "a.bkd [include-circle]",
+                     "main.bkd:2:1: error: 'main.bkd' includes itself [include-circle]"}));
     EXPECT_EQ(
         result.problems[0].included_from,
         (std::vector<std::filesystem::path>{folder_.path("shots/a.bkd"), folder_.path("shots/main.bkd")}));
     EXPECT_EQ(tree_of(result), " a 1 b 2 c 3");
+}
+
+TEST_F(document_includes, that_make_a_long_circle_are_told_with_the_files_between) {
+    for (int i = 0; i < 20; ++i) {
+        folder_.write("shots/" + std::to_string(i),
+                      "#include \"" + (i == 19 ? std::string("main.bkd") : std::to_string(i + 1)) + "\"\n");
+    }
+    EXPECT_EQ(
+        told_here(load_text("#include \"0\"\n")),
+        Lines{"19:1:1: error: 'main.bkd' includes itself: main.bkd includes 0, which includes 1, which "
+              "includes 2, which includes 3, which includes 4, which includes 5, which includes 13 more "
+              "files, then 19, which includes main.bkd [include-circle]"});
 }
 
 TEST_F(document_includes, without_a_closing_quote_are_told) {

@@ -184,3 +184,51 @@ TEST_F(document_save_comments, stay_with_the_original_when_a_copy_goes_to_anothe
            std::make_unique<ParserEntry>(*root.get_entry("g")->get_group(0)->get_entry("a")));
     expect_saved(loaded.document, "g {\n  a 1 // one\n}\nh {\n  a 1\n  c 3\n}\n");
 }
+
+TEST_F(document_save_comments, directly_above_an_entry_move_with_it_in_its_group) {
+    const std::string text =
+        "#Brellwick_Serial_Version 1.2\n// the file\n\n// about a\n// more about a\na 1\n// about b\n"
+        "b 2 // behind b\n\n// about c\nc 3\n";
+    LoadResult down = load_text(text);
+    down.document.root().move_entry(0, 2);
+    expect_saved(
+        down.document,
+        "#Brellwick_Serial_Version 1.2\n// the file\n\n// about b\nb 2 // behind b\n\n// about c\nc 3\n"
+        "// about a\n// more about a\na 1\n");
+    LoadResult up = load_text(text);
+    up.document.root().move_entry(2, 0);
+    expect_saved(
+        up.document,
+        "#Brellwick_Serial_Version 1.2\n// the file\n\n// about c\nc 3\n// about a\n// more about a\na 1\n"
+        "// about b\nb 2 // behind b\n\n");
+    LoadResult bare = load_text("// about a\na 1\n\nb 2\nc 3");
+    bare.document.root().move_entry(2, 0);
+    expect_saved(bare.document, "c 3\n// about a\na 1\n\nb 2");
+    LoadResult last = load_text("a 1\r\nb 2\r\n// about c\r\nc 3");
+    last.document.root().move_entry(2, 0);
+    expect_saved(last.document, "// about c\r\nc 3\r\na 1\r\nb 2");
+}
+
+TEST_F(document_save_comments, directly_above_an_entry_go_with_it_to_another_group) {
+    LoadResult loaded = load_text("g {\n  // of g\n\n  // about a\n  // and more\n  a 1 // one\n  b 2\n}\n"
+                                  "h {\n    // about c\n    c 3\n}\n");
+    ASSERT_TRUE(move(loaded.document.root(), "g/a", "h/a"));
+    expect_saved(loaded.document, "g {\n  // of g\n\n  b 2\n}\nh {\n    // about c\n    c 3\n    // about a\n"
+                                  "    // and more\n    a 1 // one\n}\n");
+    ParserGroup& root = loaded.document.root();
+    insert(*find_group(root, "g"), 0, take(*find_group(root, "h"), 0));
+    expect_saved(loaded.document, "g {\n  // about c\n  c 3\n  // of g\n\n  b 2\n}\nh {\n    // about a\n"
+                                  "    // and more\n    a 1 // one\n}\n");
+}
+
+TEST_F(document_save_comments, above_an_entry_stay_where_they_are_when_it_goes_into_a_line) {
+    LoadResult loaded = load_text("// about a\na 1\ng { b 2 }\n");
+    ASSERT_TRUE(move(loaded.document.root(), "a", "g/a"));
+    expect_saved(loaded.document, "// about a\ng { b 2 a 1 }\n");
+}
+
+TEST_F(document_save_comments, of_another_indentation_above_an_entry_stay_where_they_are) {
+    LoadResult loaded = load_text("a 1\n  // no one's\n// about b\nb 2\nc 3\n");
+    loaded.document.root().move_entry(1, 2);
+    expect_saved(loaded.document, "a 1\n  // no one's\nc 3\n// about b\nb 2\n");
+}

@@ -48,6 +48,28 @@ TEST_F(document_save_faults, words_between_values_are_not_lost_with_a_value) {
     expect_saved(value.document, "a 1 %% 7\n");
 }
 
+TEST_F(document_save_faults, a_value_behind_a_name_that_was_not_read_is_not_changed) {
+    for (const std::string text :
+         {"fullscreen true\nwidth 1024\n", "z 0\nfullscreen on // comment\nwidth 1024 768\n",
+          "fullscreen 1\nwi$dth 1024\n", "fullscreen \"x\nwidth 1024\n",
+          "fullscreen true\nwindow {\n  width 1024\n}\n"}) {
+        LoadResult loaded = load_text(text);
+        EXPECT_FALSE(loaded.ok());
+        ASSERT_TRUE(remove(loaded.document.root(), "fullscreen@0"));
+        loaded.document.root().get_entry("fullscreen")->add_bool(true);
+        ASSERT_TRUE(set(loaded.document.root(), "width", 1024));
+        expect_refused(loaded.document, "was not read, and what stands behind it would change with entry "
+                                        "'fullscreen'; mend it and load the document again");
+        SaveOptions anew;
+        anew.keep_layout = false;
+        EXPECT_EQ(save(loaded.document, {}, anew).losses.at(0).code, "not-read-whole");
+        EXPECT_EQ(folder_.read("file"), text);
+    }
+    LoadResult inside = load_text("fullscreen true\nwindow {\n  width 1024\n}\n");
+    ASSERT_TRUE(set(inside.document.root(), "fullscreen/width", 800));
+    expect_saved(inside.document, "fullscreen true\nwindow {\n  width 800\n}\n");
+}
+
 TEST_F(document_save_faults, words_inside_of_a_removed_entry_are_not_lost_with_it) {
     LoadResult loaded = load_text("g {\n  a 1\n  %%\n}\nb 2\n");
     ASSERT_TRUE(remove(loaded.document.root(), "g"));
@@ -117,7 +139,7 @@ TEST_F(document_save_faults, words_that_a_new_layout_would_not_hold_are_named_an
     EXPECT_EQ(save(loaded.document, folder_.full_path("other"), binary).losses.size(), 2u);
     anew.lossy = true;
     EXPECT_EQ(save(loaded.document, {}, anew).losses.size(), 2u);
-    EXPECT_EQ(folder_.read("file"), "#Brellwick_Serial_Version 1.2\n\na 1\nb 2\nq 1");
+    EXPECT_EQ(folder_.read("file"), "#Brellwick_Serial_Version 1.2\n\na 1\nb 2\nq 1\n");
     anew.lossy = false;
     EXPECT_TRUE(save(loaded.document, {}, anew).losses.empty()) << "they are not there any more";
 }

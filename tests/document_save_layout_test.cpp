@@ -97,6 +97,38 @@ TEST_F(document_save_layout, an_entry_of_another_document_does_not_take_the_comm
     expect_saved(loaded.document, version + "zz 9\nb 2 // about b\n");
 }
 
+TEST_F(document_save_layout, an_entry_of_another_document_with_the_values_of_a_removed_one_is_no_rename) {
+    for (const std::string body : {"1", "{\n  x 1\n}", "<empty>"}) {
+        LoadResult loaded = load_text("a " + body + " // about a\nb 2 // about b\n");
+        LoadResult other = parse("zz " + body + "\n");
+        auto entry = take(other.document.root(), 0u);
+        ASSERT_TRUE(remove(loaded.document.root(), "a"));
+        insert(loaded.document.root(), 0, std::move(entry));
+        expect_saved(loaded.document, "zz " + body + "\nb 2 // about b\n");
+    }
+}
+
+TEST_F(document_save_layout, an_entry_that_is_renamed_again_and_again_keeps_its_comments) {
+    LoadResult loaded = load_text("a 1 // about it\n");
+    ParserGroup& root = loaded.document.root();
+    ASSERT_TRUE(rename(root, "a", "b"));
+    ASSERT_TRUE(rename(root, "b", "c"));
+    expect_saved(loaded.document, "c 1 // about it\n");
+    ASSERT_TRUE(rename(root, "c", "a"));
+    expect_saved(loaded.document, "a 1 // about it\n");
+    SaveOptions anew;
+    anew.keep_layout = false;
+    ASSERT_TRUE(rename(root, "a", "d"));
+    ASSERT_TRUE(save(loaded.document, {}, anew).ok());
+    std::string text = folder_.read("file");
+    text.replace(text.find("d 1"), 3, "e 1");
+    ASSERT_TRUE(rename(root, "d", "e"));
+    auto copy = std::make_unique<ParserEntry>(*root.get_entries()[0]);
+    ASSERT_TRUE(remove(root, "e"));
+    insert(root, 0, std::move(copy));
+    expect_saved(loaded.document, text);
+}
+
 TEST_F(document_save_layout, a_renamed_group_in_which_something_changed_keeps_its_comments) {
     LoadResult loaded = load_text(version + "g { // about g\n  a 1 // one\n  b 2 // two\n}\n");
     ASSERT_TRUE(rename(loaded.document.root(), "g", "h"));

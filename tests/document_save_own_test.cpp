@@ -1,4 +1,5 @@
 #include "document/document.h"
+#include "tests/support/cipher_reference.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/tree_content.h"
 
@@ -175,4 +176,123 @@ TEST(document_save_own, an_include_that_was_missing_and_is_there_at_the_new_plac
     const SaveResult refused = save(loaded.document, folder.path("other/file"));
     EXPECT_NE(refused.reason.find("missing: would be included"), std::string::npos) << refused.reason;
     EXPECT_FALSE(folder.exists("other/file"));
+}
+
+TEST(document_save_own, the_path_stays_as_it_was_given) {
+    const ScratchFolder folder;
+    folder.write("file", "a 1 // one\n");
+    const OtherFolder inside(folder.path());
+    LoadResult loaded = load("file");
+    ParserGroup& root = loaded.document.root();
+    ASSERT_TRUE(set(root, "a", 2));
+    ASSERT_TRUE(save(loaded.document).ok());
+    EXPECT_EQ(loaded.document.path(), "file");
+    ASSERT_TRUE(save(loaded.document, "other").ok());
+    EXPECT_EQ(loaded.document.path(), "other");
+    EXPECT_EQ(folder.read("other"), "a 2 // one\n");
+    SaveOptions anew;
+    anew.keep_layout = false;
+    ASSERT_TRUE(save(loaded.document, {}, anew).ok());
+    EXPECT_EQ(loaded.document.path(), "other");
+    const OtherFolder elsewhere("/");
+    ASSERT_TRUE(set(root, "a", 3));
+    ASSERT_TRUE(save(loaded.document).ok());
+    EXPECT_EQ(loaded.document.path(), "other");
+    EXPECT_EQ(folder.read("other"), "#Brellwick_Serial_Version 1.2\n\na 3\n");
+}
+
+TEST(document_save_own, an_include_that_only_the_working_folder_has_is_a_loss_at_a_new_place) {
+    const ScratchFolder folder;
+    folder.write("part", "q 1\n");
+    folder.write("documents/top", "#include \"part\"\na 1\n");
+    std::filesystem::create_directory(folder.path("new"));
+    const OtherFolder inside(folder.path());
+    LoadResult loaded = load("documents/top");
+    ASSERT_TRUE(loaded.ok());
+    const SaveResult refused = save(loaded.document, "new/top");
+    EXPECT_NE(refused.reason.find("an include would be found from the working folder alone"),
+              std::string::npos)
+        << refused.reason;
+    ASSERT_EQ(refused.losses.size(), 1u);
+    EXPECT_EQ(refused.losses[0].code, "include-not-carried");
+    EXPECT_EQ(refused.losses[0].message, "the include 'part' is found from the working folder alone");
+    EXPECT_FALSE(std::filesystem::exists("new/top"));
+    SaveOptions lossy;
+    lossy.lossy = true;
+    EXPECT_EQ(save(loaded.document, "new/top", lossy).losses.size(), 1u);
+    EXPECT_EQ(folder.read("new/top"), "#include \"part\"\na 1\n");
+    LoadResult own = load("documents/top");
+    ASSERT_TRUE(set(own.document.root(), "a", 2));
+    EXPECT_TRUE(save(own.document).ok()) << "at its own place it is as it was";
+    folder.write("new/part", "q 1\n");
+    EXPECT_FALSE(save(own.document, "new/other").ok()) << "another file would be included";
+    LoadOptions searching;
+    searching.search = {"."};
+    LoadResult found = load("documents/top", searching);
+    std::filesystem::remove("new/part");
+    EXPECT_TRUE(save(found.document, "new/third").ok());
+}
+
+TEST(document_save_own, an_empty_file_that_a_key_is_given_for_is_cut_off) {
+    const ScratchFolder folder;
+    const std::string path = folder.write("file", "");
+    EXPECT_TRUE(load(path).ok()) << "an empty text is a document";
+    LoadOptions options;
+    options.key = "key";
+    LoadResult loaded = load(path, options);
+    ASSERT_EQ(loaded.problems.size(), 1u);
+    EXPECT_EQ(loaded.problems[0].code, "cut-off");
+    ASSERT_TRUE(set(loaded.document.root(), "a", 1));
+    EXPECT_TRUE(is_unread(save(loaded.document)));
+    EXPECT_EQ(folder.read("file"), "");
+}
+
+TEST(document_save_own, comments_of_an_enciphered_text_are_told_before_they_are_lost) {
+    const ScratchFolder folder;
+    SaveOptions enciphered;
+    enciphered.form = Form::enciphered;
+    enciphered.key = "key";
+    LoadOptions options;
+    options.key = "key";
+    Document plain;
+    ASSERT_TRUE(set(plain.root(), "a", 1));
+    ASSERT_TRUE(save(plain, folder.path("plain"), enciphered).ok());
+    LoadResult without = load(folder.path("plain"), options);
+    ASSERT_TRUE(set(without.document.root(), "a", 2));
+    EXPECT_TRUE(save(without.document).ok());
+    for (const std::string text :
+         {"// about a\na 1\n", "a 1 // one\nb 2", "a 1\nb 2 // last", "a 1\n// last"}) {
+        const std::string path = folder.write("file", cipher_reference::enciphered_file(text, "key"));
+        LoadResult loaded = load(path, options);
+        ASSERT_TRUE(set(loaded.document.root(), "a", 2));
+        const SaveResult refused = save(loaded.document);
+        EXPECT_NE(refused.reason.find("the comments of the enciphered text would be lost"), std::string::npos)
+            << refused.reason;
+        ASSERT_EQ(refused.losses.size(), 1u) << text;
+        EXPECT_EQ(refused.losses[0].code, "comments-lost");
+        EXPECT_EQ(folder.read("file"), cipher_reference::enciphered_file(text, "key"));
+        SaveOptions anew;
+        anew.keep_layout = false;
+        EXPECT_TRUE(save(loaded.document, {}, anew).ok());
+        EXPECT_TRUE(save(loaded.document).ok()) << "they are not there any more";
+    }
+}
+
+TEST(document_save_own, strings_of_any_bytes_in_a_binary_document_or_an_archive_are_no_problem) {
+    const ScratchFolder folder;
+    Document document;
+    ASSERT_TRUE(set(document.root(), "a", std::string_view("y\xFF", 2)));
+    SaveOptions options;
+    options.form = Form::binary;
+    ASSERT_TRUE(save(document, folder.path("binary"), options).ok());
+    EXPECT_TRUE(load(folder.path("binary")).problems.empty());
+    ASSERT_TRUE(set(document.root(), "a", std::string_view("x\0y\xFF", 4)));
+    options.form = Form::archive;
+    ASSERT_TRUE(save(document, folder.path("archive"), options).ok());
+    const LoadResult again = load(folder.path("archive"));
+    EXPECT_TRUE(again.problems.empty());
+    EXPECT_EQ(get<std::string>(again.document.root(), "a"), std::string("x\0y\xFF", 4));
+    options.form = Form::text;
+    ASSERT_TRUE(save(document, folder.path("text"), options).ok());
+    EXPECT_EQ(load(folder.path("text")).problems.size(), 2u) << "in a text they are";
 }

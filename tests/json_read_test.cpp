@@ -86,9 +86,12 @@ TEST(json_read, heads_and_tags_stand_in_any_order) {
 }
 
 TEST(json_read, tags_give_values_of_each_type) {
-    EXPECT_EQ(text_of(R"({"a": [{"$int": "0x1F"}, {"$double": "1."}, {"$char": 65}, {"$bool": "Yes"}]})"),
-              " a 0x1F 1. 65 Yes");
-    EXPECT_EQ(text_of(R"({"a": [{"$word": "w"}, {"$string": "\\x41\\\\"}, {"$binary": "AQID"}]})"),
+    JsonReadOptions any_word;
+    any_word.allow = {"json-word"};
+    EXPECT_EQ(
+        text_of(R"({"a": [{"$int": "0x1F"}, {"$double": "1."}, {"$char": 65}, {"$bool": "Yes"}]})", any_word),
+        " a 0x1F 1. 65 Yes");
+    EXPECT_EQ(text_of(R"({"a": [{"$word": "w"}, {"$string": "\\x41\\\\"}, {"$binary": "AQID"}]})", any_word),
               R"( a w "A\\" 0x01020306000000)");
     EXPECT_EQ(text_of(R"({"a": {"$int": 5}})"), " a 5");
 }
@@ -256,4 +259,32 @@ TEST(json_read, the_document_is_a_text_without_a_path) {
     const LoadResult result = from_json("{}");
     EXPECT_EQ(result.document.form(), Form::text);
     EXPECT_TRUE(result.document.path().empty());
+}
+
+TEST(json_read, a_text_without_a_value_is_an_empty_document_of_lines) {
+    for (const char* const text : {"", "\n", " \r\n\t"}) {
+        const LoadResult result = from_json(text);
+        EXPECT_TRUE(result.problems.empty());
+        EXPECT_EQ(result.document.root().get_entry_count(), 0u);
+    }
+    JsonReadOptions one;
+    one.shape = JsonShape::lossless;
+    EXPECT_FALSE(from_json("", one).ok());
+}
+
+TEST(json_read, a_spelling_that_is_no_value_of_a_text_is_told) {
+    const std::string no_value = "is no value of that kind in a text, which cannot hold it";
+    EXPECT_EQ(problem_of(R"({"a": {"$int": "1 b 2"}})"), "1:16 json-word: '1 b 2' " + no_value);
+    EXPECT_EQ(problem_of(R"({"a": {"$word": "} c 3"}})"), "1:17 json-word: '} c 3' " + no_value);
+    EXPECT_EQ(problem_of(R"({"a": {"$double": "nan"}})"), "1:19 json-word: 'nan' " + no_value);
+    LoadResult loaded = from_json(R"({"a": {"$double": "nan"}})");
+    const SaveResult refused = save(loaded.document, "never_written");
+    ASSERT_EQ(refused.losses.size(), 1u) << refused.reason;
+    EXPECT_EQ(refused.losses[0].code, "value-changes");
+    EXPECT_EQ(problem_of(R"({"a": {"$int": "1//"}})"), "1:16 json-word: '1//' " + no_value);
+    EXPECT_EQ(problem_of(R"({"a": {"$bool": ""}})"), "1:17 json-word: '' " + no_value);
+    for (const char* const good : {R"({"a": {"$int": "007"}})", R"({"a": {"$double": "+inf"}})",
+                                   R"({"a": {"$bool": "yes"}})", R"({"a": {"$char": "65"}})"}) {
+        EXPECT_TRUE(from_json(good).problems.empty()) << good;
+    }
 }

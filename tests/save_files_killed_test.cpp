@@ -77,4 +77,41 @@ TEST(save_files_killed,
     }
 }
 
+/// Each name that a hard link gave the old file keeps the old bytes, whenever the process dies: the new ones are in a new file.
+TEST(save_files_killed, at_any_system_call_leaves_the_other_hard_links_of_a_file_as_they_were) {
+    const ScratchFolder folder;
+    const std::string old_texts[] = {"b 1\n", "c 1\n", "a 1\n#include \"one\"\n#include \"two\"\n"};
+    const std::string new_texts[] = {"b 2\n", "c 2\n", "a 2\n#include \"one\"\n#include \"two\"\n"};
+    std::vector<long> calls;
+    for (int n = 1;; ++n) {
+        ASSERT_LT(n, more_than_any_needs);
+        for (std::size_t i = 0; i < 3; ++i) {
+            std::filesystem::remove(folder.path(std::string(names[i])));
+            std::filesystem::remove(folder.path(std::string(names[i]) + ".link"));
+            folder.write(names[i], old_texts[i]);
+            std::filesystem::create_hard_link(folder.path(std::string(names[i])),
+                                              folder.path(std::string(names[i]) + ".link"));
+        }
+        const End end = run_killed_at(
+            n, [&folder] { save_changed(folder.path("document")); }, calls);
+        if (end == End::not_traced) {
+            GTEST_SKIP() << "this process may not trace another one";
+        }
+        for (std::size_t i = 0; i < 3; ++i) {
+            const std::string bytes = folder.read(names[i]);
+            EXPECT_TRUE(bytes == old_texts[i] || bytes == new_texts[i]) << names[i] << " at place " << n;
+            EXPECT_EQ(folder.read(std::string(names[i]) + ".link"), old_texts[i]) << "at place " << n;
+        }
+        if (end == End::done) {
+            EXPECT_EQ(folder.read("document"), new_texts[2]);
+            return;
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+            if (entry.path().filename().string().starts_with(".bk_parser_new_")) {
+                std::filesystem::remove(entry.path());
+            }
+        }
+    }
+}
+
 #endif

@@ -287,9 +287,24 @@ TEST(save_reasons, name_the_file_and_why) {
     EXPECT_EQ(save(document).reason, "there is no path to save to");
     EXPECT_EQ(save(document, folder.path()).reason, folder.path() + ": is a directory");
     EXPECT_EQ(save(document, folder.path("no/file")).reason,
-              folder.path("no/file") + ": cannot be opened for writing: no such folder");
+              folder.path("no/file") + ": there is no folder " + folder.path("no"));
     EXPECT_TRUE(save(document, folder.path("file")).ok());
     EXPECT_EQ(folder.read("file"), "#Brellwick_Serial_Version 1.2\n");
+}
+
+TEST(save_reasons, a_file_that_was_deleted_is_told_as_such_and_written_anew_where_that_is_asked_for) {
+    const ScratchFolder folder;
+    const std::string path = folder.write("file", "a 1 // one\n");
+    LoadResult loaded = load(path);
+    std::filesystem::remove(path);
+    ASSERT_TRUE(set(loaded.document.root(), "a", 2));
+    EXPECT_EQ(save(loaded.document).reason,
+              native(path) + ": is not there any more: it was deleted or renamed since it was loaded");
+    EXPECT_FALSE(std::filesystem::exists(path));
+    SaveOptions anew;
+    anew.keep_layout = false;
+    EXPECT_TRUE(save(loaded.document, {}, anew).ok());
+    EXPECT_EQ(folder.read("file"), "#Brellwick_Serial_Version 1.2\n\na 2\n");
 }
 
 TEST(save_reasons, a_file_that_was_not_read_is_not_replaced) {

@@ -1,4 +1,5 @@
 #include "document/access.h"
+#include "document/document.h"
 #include "parser/parser_archive.h"
 #include "parser/parser_file.h"
 #include "parser/parser_word.h"
@@ -127,6 +128,29 @@ TEST(threads, every_form_is_saved_and_loaded_on_each_thread) {
     });
     EXPECT_EQ(whole, thread_count * static_cast<int>(saved_forms().size()));
     EXPECT_EQ(folder.count(), static_cast<std::size_t>(thread_count) * saved_forms().size());
+}
+
+TEST(threads, documents_are_loaded_changed_and_saved_keeping_their_layout_on_each_thread) {
+    const ScratchFolder folder;
+    std::atomic<int> whole = 0;
+    on_all_threads([&](int i) {
+        const std::string name = std::to_string(i);
+        const std::string path =
+            folder.write(name, "// about a\na 1 // one\n#include \"" + name + ".part\"\n");
+        folder.write(name + ".part", "g {\n  b 1\n}\n");
+        for (int round = 0; round < 5; ++round) {
+            bk_parser::LoadResult loaded = bk_parser::load(path);
+            const bool is_set = bk_parser::set(loaded.document.root(), "a", round) &&
+                                bk_parser::set(loaded.document.root(), "g/b", i);
+            whole += is_set && loaded.ok() && bk_parser::save(loaded.document).ok() ? 1 : 0;
+        }
+    });
+    EXPECT_EQ(whole, thread_count * 5);
+    for (int i = 0; i < thread_count; ++i) {
+        const std::string name = std::to_string(i);
+        EXPECT_EQ(folder.read(name), "// about a\na 4 // one\n#include \"" + name + ".part\"\n");
+        EXPECT_EQ(folder.read(name + ".part"), "g {\n  b " + name + "\n}\n");
+    }
 }
 
 TEST(threads, all_threads_may_save_to_one_name_and_one_of_the_documents_is_there) {

@@ -38,6 +38,7 @@ struct DocumentState {
     std::optional<unsigned int> version_entry;
     std::unique_ptr<ParserEntry> kept_version; // that entry, of a binary document or an archive
     bool has_version_header = false;           // an enciphered text begins with its version
+    bool has_hidden_comments = false;          // an enciphered text has comments, which no save keeps
     std::vector<std::filesystem::path> search;
     bool beside = true;
     bool working_folder = true;

@@ -62,6 +62,8 @@ LoadResult Loader::load(const std::filesystem::path& path) {
         refuse(codes::unreadable, (name_.empty() ? "''" : name_) + ": " + file.reason);
     } else if (file.is_too_large) {
         refuse_too_large(file, most);
+    } else if (file.bytes.is_empty() && !options_.key.empty() && lost_ == nullptr) {
+        refuse(codes::cut_off, name_ + " is cut off: it has no bytes, and a key is given for it");
     } else {
         const bool is_enciphered = form_of(file.bytes.get_view()) == Form::enciphered;
         state_->files.push_back({path_, file.bytes.get_length(), file.hash, is_enciphered});
@@ -133,6 +135,7 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     for (const CoreString& path : preprocessor.included_paths()) {
         state_->dependencies.push_back(path_of_text(path.get_view()));
     }
+    state_->has_hidden_comments = state_->form == Form::enciphered && has_comments();
     state_->version = CoreVersion(version > 0 && !lacks_version_ ? version : bk::written_version);
     if (preprocessor.is_ended()) {
         state_->files.clear();
@@ -144,6 +147,24 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     if (preprocessor.is_ended()) {
         problems_.forget(codes::group_left_open); // they are not: the text was not read to its end
     }
+}
+
+/// Between the pieces that became part of the expanded text stand comments and directives.
+bool Loader::has_comments() const {
+    if (sources_.is_empty()) {
+        return false;
+    }
+    const std::string_view text = sources_.get_files().front()->text.get_text();
+    std::size_t end = 0;
+    for (const SourceMap::Piece& piece : sources_.get_pieces()) {
+        if (piece.inclusion == 0) {
+            if (text.substr(end, piece.offset - end).starts_with("//")) {
+                return true;
+            }
+            end = std::size_t{piece.offset} + piece.length;
+        }
+    }
+    return text.substr(std::min(end, text.size())).starts_with("//");
 }
 
 void Loader::parse_text(std::string_view text, const Meter::Range& range) {

@@ -138,6 +138,9 @@ void Loader::read_words(CoreString&& text, const Meter::Range& range) {
     sources_.copy(0, text.get_length(), 0);
     sources_.leave(std::move(text));
     parse_text(sources_.get_files().front()->text.get_text(), range);
+    for (const std::string_view code : {codes::nul_byte, codes::not_utf_8}) {
+        problems_.forget(code); // an archive holds any bytes in its strings
+    }
 }
 
 /// Words that name no string are left out.

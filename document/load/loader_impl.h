@@ -39,6 +39,7 @@ private:
     bool read_archive_text(ParserArchive&& archive, const std::string& name, const Meter::Range& range);
     void tell_nameless(const std::string& name, const ParserArchive& archive);
     void tell_rest(const std::string& name, core_uint64 present, core_uint64 used);
+    bool has_comments() const;
     void parse_text(std::string_view text, const Meter::Range& range);
     void refuse_too_large(const FileBytes& file, core_uint64 most);
     void refuse(std::string_view code, std::string message);

@@ -1,5 +1,6 @@
 #include "document/load/source_loader_impl.h"
 
+#include "core/files/sys_filesystem_impl.h"
 #include "document/load/failure_text_impl.h"
 #include "document/load/form_impl.h"
 #include "document/sources/file_bytes_impl.h"
@@ -73,6 +74,10 @@ void SourceLoader::failed(const bk::SourceFailure& failure) {
         includes_.failed(failure, reason_code_);
         tell(reason_code_, std::string(failure.found.get_view()) + ": " + reason_);
         break;
+    case SourceFault::includes_itself:
+        includes_.failed(failure, codes::include_circle);
+        tell(codes::include_circle, failure_text(failure, has_key_) + circle_text(failure));
+        break;
     case SourceFault::file_too_large:
         tell(codes::too_large,
              too_large_text("'" + std::string(failure.name.get_view()) + "'", size_, most_));
@@ -83,6 +88,34 @@ void SourceLoader::failed(const bk::SourceFailure& failure) {
         break;
     }
     resume();
+}
+
+/// ": a.bkd includes b.bkd, which includes a.bkd", of a circle through other files.
+std::string SourceLoader::circle_text(const bk::SourceFailure& failure) const {
+    const CoreString path = bk::opened_path(failure.found);
+    std::vector<std::string> chain; // from the innermost file on
+    for (std::size_t inclusion = directive_.inclusion;;) {
+        const SourceFile& file = sources_.file_of(Spot{inclusion, 0, 0, 0});
+        chain.push_back(path_text(path_of_text(file.name.shown).filename()));
+        if (inclusion == 0 || file.path == path.get_view()) {
+            break;
+        }
+        inclusion = sources_.inclusion(inclusion).directive.inclusion;
+    }
+    if (chain.size() < 2) {
+        return {};
+    }
+    constexpr std::size_t most_shown = 8;
+    std::string text = ": ";
+    for (std::size_t i = chain.size(); i-- > 0;) {
+        const std::size_t before = chain.size() - 1 - i;
+        if (before == most_shown - 1 && i != 0) {
+            text += std::to_string(i) + " more files, then ";
+            i = 0;
+        }
+        text += chain[i] + (before == 0 ? " includes " : ", which includes ");
+    }
+    return text + chain.back();
 }
 
 /// A problem of the file that is asked for: at the directive, or of the document itself.

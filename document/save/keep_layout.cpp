@@ -17,6 +17,7 @@
 #include "parser/words/parser_word_rules_impl.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -47,9 +48,9 @@ DocumentState moved_to(const DocumentState& state, const std::string& path) {
 
 class LayoutSave {
 public:
-    LayoutSave(DocumentState& state, const std::string& path, const SaveOptions& options,
-               std::vector<FileChange>* preview)
-        : state_(state), options_(options), preview_(preview),
+    LayoutSave(DocumentState& state, const std::string& path, const std::filesystem::path& given,
+               const SaveOptions& options, std::vector<FileChange>* preview)
+        : state_(state), given_(given), options_(options), preview_(preview),
           is_elsewhere_(path != state.files.front().path && !is_own_file(state, path)),
           path_(is_elsewhere_ ? path : state.files.front().path), memory_(memory_of(state)),
           old_(std::in_place, state, memory_) {}
@@ -150,6 +151,9 @@ private:
         if (!fresh.read(path_)) {
             return fail(fresh.reason());
         }
+        if (is_elsewhere_ && !carries_includes(fresh)) {
+            return false;
+        }
         const bool is_same_syntax = bk::has_escapes(CoreVersion(fresh.version())) == has_escapes_;
         const Proof proof = prove(old_->text(), *record_, fresh.text(), *state_.root, has_escapes_);
         files_ = fresh.files();
@@ -158,6 +162,19 @@ private:
         shifts_ = proof.shifts;
         note_unread_words(fresh);
         return (proof.is_equal && is_same_syntax) || explain(proof.difference, fresh);
+    }
+
+    /// What is found through the working folder alone is found by nobody who works in another one.
+    bool carries_includes(const SaveSources& fresh) {
+        for (const std::string& what : fresh.found_from_working_folder()) {
+            Problem loss;
+            loss.code = "include-not-carried";
+            loss.message = what;
+            loss.file = path_of_text(path_);
+            result_.losses.push_back(std::move(loss));
+        }
+        return result_.losses.empty() || options_.lossy ||
+               fail(path_ + ": an include would be found from the working folder alone, see the losses");
     }
 
     /// They stand on other lines now, and some may have been mended.
@@ -180,8 +197,11 @@ private:
 
     /// True when what does not read back is what no text can carry, and the host takes the loss.
     bool explain(const ParserEntry* difference, const SaveSources& fresh) {
-        result_.losses = find_losses(*state_.root, Form::text, has_escapes_);
-        if (result_.losses.empty()) {
+        std::vector<Problem> losses = find_losses(*state_.root, Form::text, has_escapes_);
+        const bool is_carried = !losses.empty();
+        result_.losses.insert(result_.losses.end(), std::make_move_iterator(losses.begin()),
+                              std::make_move_iterator(losses.end()));
+        if (!is_carried) {
             const std::string what = difference == nullptr
                                          ? "more"
                                          : "entry '" + std::string(difference->get_name().get_view()) + "'";
@@ -247,6 +267,7 @@ private:
     /// Included files first: while only some are replaced, the document's own file is the old one.
     void write() {
         std::filesystem::path path = path_of_text(path_);
+        std::filesystem::path given = given_;
         std::vector<std::filesystem::path> dependencies;
         for (const std::string& included : included_) {
             dependencies.push_back(path_of_text(included));
@@ -278,13 +299,14 @@ private:
             found_->apply();
         }
         if (is_elsewhere_) {
-            state_.absolute = path;
-            state_.path = std::move(path);
+            state_.absolute = std::move(path);
+            state_.path = std::move(given);
         }
         state_.dependencies = std::move(dependencies);
     }
 
     DocumentState& state_;
+    const std::filesystem::path& given_; // what the document then calls its file
     const SaveOptions& options_;
     std::vector<FileChange>* preview_;
     bool is_elsewhere_;
@@ -306,9 +328,10 @@ private:
 
 } // namespace
 
-SaveResult save_keeping_layout(DocumentState& state, const std::string& path, const SaveOptions& options,
+SaveResult save_keeping_layout(DocumentState& state, const std::string& path,
+                               const std::filesystem::path& given, const SaveOptions& options,
                                std::vector<FileChange>* preview) {
-    return LayoutSave(state, path, options, preview).run();
+    return LayoutSave(state, path, given, options, preview).run();
 }
 
 } // namespace bk_parser

@@ -48,10 +48,10 @@ const char* form_name(Form form) noexcept {
 /// A save that lays the whole document out anew, in one file.
 class NewSave {
 public:
-    NewSave(DocumentState& state, std::filesystem::path path, Form form, const SaveOptions& options,
-            std::vector<FileChange>* preview)
-        : state_(state), path_(std::move(path)), shown_(path_text(path_)), form_(form), options_(options),
-          preview_(preview), key_(options.key.empty() ? state.key : options.key) {}
+    NewSave(DocumentState& state, std::filesystem::path path, const std::filesystem::path& given, Form form,
+            const SaveOptions& options, std::vector<FileChange>* preview)
+        : state_(state), path_(std::move(path)), given_(given), shown_(path_text(path_)), form_(form),
+          options_(options), preview_(preview), key_(options.key.empty() ? state.key : options.key) {}
 
     SaveResult run() {
         if (check() && compose()) {
@@ -82,8 +82,21 @@ private:
         if (is_own && has_changed_on_disk()) {
             return fail("has changed on the disk since it was loaded");
         }
+        const bool loses_comments =
+            state_.has_hidden_comments && options_.keep_layout && form_ == state_.form;
+        if (loses_comments) {
+            Problem lost;
+            lost.code = "comments-lost";
+            lost.message = "the comments of the enciphered text, which is laid out anew";
+            lost.file = state_.path;
+            result_.losses.push_back(std::move(lost));
+        }
         if (result_.losses.empty() || options_.lossy) {
             return true;
+        }
+        if (loses_comments && result_.losses.size() == 1) {
+            return fail("the comments of the enciphered text would be lost; without keep_layout, or lossy, "
+                        "it is saved");
         }
         return fail(changes_ ? std::string("the ") + form_name(form_) +
                                    " form cannot carry everything, see the losses"
@@ -142,9 +155,9 @@ private:
         hash.add(stored_.body(form_));
         const std::uint64_t size = stored_.head.size() + stored_.body(form_).size();
         std::vector<ReadFile> read{{absolute_text(path_), size, hash.finish(), form_ == Form::enciphered}};
-        std::filesystem::path path = path_;
         std::filesystem::path absolute = path_of_text(absolute_text(path_));
         result_.written.push_back(path_);
+        std::filesystem::path given = given_;
         PlaceShifts shifts;
         std::optional<FoundPlaces> found;
         if (form_ == Form::text) {
@@ -170,13 +183,14 @@ private:
         state_.lost.clear();
         state_.left_out.clear();
         state_.unread_words.clear();
+        state_.has_hidden_comments = false;
         state_.inclusion_count = 1;
         state_.version = CoreVersion(bk::written_version);
         if (form_ != state_.form) {
             state_.kept_version.reset();
         }
         state_.form = form_;
-        state_.path = std::move(path);
+        state_.path = std::move(given);
         state_.absolute = std::move(absolute);
         if (form_ == Form::enciphered) {
             state_.key = std::move(key_);
@@ -189,6 +203,7 @@ private:
 
     DocumentState& state_;
     std::filesystem::path path_;
+    const std::filesystem::path& given_; // what the document then calls it
     std::string shown_;
     Form form_;
     const SaveOptions& options_;
@@ -223,17 +238,18 @@ SaveResult save_document(DocumentState& state, const std::filesystem::path& path
         return result;
     }
     const Form form = options.form.value_or(state.form);
+    const std::filesystem::path given = path.empty() ? state.path : path;
     const bool has_layout =
         options.keep_layout && state.lost.empty() && has_own_text(state) && form == state.form;
     if (has_layout && form == Form::text) {
-        return save_keeping_layout(state, target.empty() ? std::string() : absolute_text(target), options,
-                                   preview);
+        return save_keeping_layout(state, target.empty() ? std::string() : absolute_text(target), given,
+                                   options, preview);
     }
     if (has_layout && state.files.size() > 1) {
         result.reason = path_text(target) + ": its includes can be kept in the text form alone";
         return result;
     }
-    return NewSave(state, target, form, options, preview).run();
+    return NewSave(state, target, given, form, options, preview).run();
 }
 
 SaveResult save_or_preview(Document& document, const std::filesystem::path& path, const SaveOptions& options,

@@ -80,6 +80,7 @@ void ParserEntry::copy_from(const ParserEntry& other) {
 /// What can fail comes before anything changes.
 void ParserEntry::copy_fields(const ParserEntry& other) {
     CoreString name(other.name_);
+    copy_former_names(other);
     set_template(other.get_template());
     name_ = std::move(name);
     line_ = other.line_;
@@ -101,8 +102,19 @@ bool ParserEntry::is_group() const {
     return values_.get_count() == 1 && is_value_group(0);
 }
 
+/// An entry that was read stays known by the name that its text has.
 void ParserEntry::rename(const CoreString& name) {
+    if (line_ != 0 && name != name_) {
+        make_rare().former_names |= bk::name_bit(name_.get_view());
+    }
     name_ = name;
+}
+
+void ParserEntry::copy_former_names(const ParserEntry& other) {
+    const unsigned long long names = other.rare_ == nullptr ? 0 : other.rare_->former_names;
+    if (rare_ != nullptr || names != 0) {
+        make_rare().former_names = names;
+    }
 }
 
 void ParserEntry::set_template(const CoreString& name) {

@@ -4,6 +4,9 @@
 #include "parser/model/parser_value_list_impl.h"
 #include "parser/parser_entry.h"
 
+#include <functional>
+#include <string_view>
+
 namespace bk {
 
 /// What an entry is made with.
@@ -14,6 +17,11 @@ struct EntryFields {
     core_ulong column = 0;
     unsigned int array_count = ParserEntry::not_an_array;
 };
+
+/// The one of 64 bits that stands for a name.
+inline unsigned long long name_bit(std::string_view name) noexcept {
+    return 1ULL << (std::hash<std::string_view>()(name) % 64);
+}
 
 /// What the library's other parts see of an entry.
 class EntryAccess {
@@ -29,6 +37,13 @@ public:
     static void set_place(ParserEntry& entry, core_ulong line, core_ulong column) noexcept {
         entry.line_ = line;
         entry.column_ = column;
+    }
+    /// Whether an entry that was read may have been renamed from that name since. Of other names one in 64 is taken for a former one.
+    static bool may_have_had_name(const ParserEntry& entry, std::string_view name) noexcept {
+        return entry.rare_ != nullptr && (entry.rare_->former_names & name_bit(name)) != 0;
+    }
+    static void copy_former_names(ParserEntry& entry, const ParserEntry& other) {
+        entry.copy_former_names(other);
     }
     static void copy_fields(ParserEntry& entry, const ParserEntry& other) { entry.copy_fields(other); }
 

@@ -26,6 +26,7 @@ ParserEntry* TreeCopier::copy_entry(const ParserEntry& entry) {
                              entry.get_column(), entry.get_array_count()};
     std::unique_ptr<ParserEntry> copied(EntryAccess::make(fields, values.get_count(), text_need(values)));
     copied->set_template(entry.get_template());
+    EntryAccess::copy_former_names(*copied, entry);
     fill_values(values, EntryAccess::values(*copied));
     return copied.release();
 }

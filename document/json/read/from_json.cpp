@@ -22,8 +22,10 @@ constexpr Meter::Range all{};
 constexpr Meter::Range reading = all.part(0, 0.97);
 constexpr Meter::Range locating = all.part(0.97, 1);
 
-JsonReader::Count count_of(const std::optional<JsonShape>& shape) noexcept {
-    return !shape                       ? JsonReader::Count::any
+/// What `to_json` makes of an empty document in the shape `lines` has no value.
+JsonReader::Count count_of(const std::optional<JsonShape>& shape, std::string_view text) noexcept {
+    const bool is_empty = text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+    return !shape                       ? (is_empty ? JsonReader::Count::lines : JsonReader::Count::any)
            : *shape == JsonShape::lines ? JsonReader::Count::lines
                                         : JsonReader::Count::one;
 }
@@ -45,7 +47,8 @@ public:
                           options_.file);
         } else {
             meter_.start(reading, text.size());
-            JsonTreeReader(text, count_of(options_.shape), *state_->root, options_.limits, problems_, meter_)
+            JsonTreeReader(text, count_of(options_.shape, text), *state_->root, options_.limits, problems_,
+                           meter_)
                 .run();
             meter_.stop(text.size());
         }

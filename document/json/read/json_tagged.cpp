@@ -4,7 +4,10 @@
 #include "document/problems/list/problem_codes_impl.h"
 #include "document/problems/list/shown_word_impl.h"
 #include "document/problems/values/value_checks_impl.h"
+#include "parser/words/parser_characters_impl.h"
+#include "parser/words/parser_word_rules_impl.h"
 
+#include <algorithm>
 #include <charconv>
 #include <system_error>
 
@@ -25,6 +28,18 @@ constexpr Tag word_tags[] = {{bool_key, ParserValue::TYPE_BOOL},
                              {word_key, ParserValue::TYPE_WORD}};
 
 constexpr unsigned int largest_type = 0xFFFFFF;
+
+/// Whether a text reads it as one word, and as a value of this kind.
+bool is_value_of_text(ParserValue::Type type, std::string_view word) {
+    constexpr unsigned int cuts = bk::CHAR_BLANK | bk::CHAR_DELIMITER | bk::CHAR_QUOTE | bk::CHAR_TERMINATOR;
+    const bool is_one_word = !word.empty() && std::none_of(word.begin(), word.end(), [](char character) {
+        return bk::is_char(character, cuts);
+    });
+    const bool is_name =
+        is_one_word && bk::is_char(word.front(), bk::CHAR_NAME_START); // yes and no alone are values
+    return type != ParserValue::TYPE_WORD && is_one_word && is_name == (type == ParserValue::TYPE_BOOL) &&
+           word.find("//") == std::string_view::npos && bk::value_type_of(bk::classify_value(word)) == type;
+}
 
 } // namespace
 
@@ -62,8 +77,16 @@ bool JsonTreeReader::take_tagged_word(ParserValue::Type type) {
     } else if (!read_text(event, word)) {
         return false;
     }
+    const std::size_t offset = reader_.offset();
+    const std::size_t length = reader_.length();
     if (!read_object_end()) {
         return false;
+    }
+    if (type != ParserValue::TYPE_CHAR && !is_value_of_text(type, word)) {
+        problems_.add(
+            Severity::warning, codes::json_word,
+            [&] { return shown(word) + " is no value of that kind in a text, which cannot hold it"; },
+            Spot{0, offset, length, offset});
     }
     tree_.add_value(type, word, false);
     value_done();

@@ -56,6 +56,7 @@ std::size_t FaultStory::tell_names(std::size_t i) {
     const std::size_t next = std::min(text_.find_first_not_of(" \t\r\n", last_end), text_.size());
     const bool has_value_behind = next != text_.size() && text_[next] != '}' && text_[next] != ')';
 
+    std::size_t named_end = 0; // behind the last name that a message says
     for (std::size_t k = 0; k < names.size();) {
         std::size_t follower_count = 0;
         if (k + 1 < names.size() && !names[k + 1].begins_line) {
@@ -74,8 +75,15 @@ std::size_t FaultStory::tell_names(std::size_t i) {
             follower_count != 0 ? names[k + 1].is_joined : k == 0 && !has_head && names[0].is_joined;
         if (is_told_already) {
             lose(first, reason);
+            named_end = k + 1;
         } else if (!is_join_meant && (!is_whole || k == 0)) {
             tell_name_without_value(std::span(names).subspan(k), follower_count);
+            named_end = k + 2;
+        } else if (is_join_meant) {
+            named_end = after;
+        }
+        for (std::size_t unnamed = std::max(named_end, k); unnamed < after; ++unnamed) {
+            skip_too(names[unnamed].word);
         }
         k = after;
     }

@@ -50,6 +50,7 @@ void FaultStory::tell_place(const FaultRecord& record, const Spot& spot) {
                 : "unexpected ',': it may only stand between two values; everything up to the next name is "
                   "skipped",
             spot);
+        more_ = {}; // the message says it
         return;
     case Observer::FAULT_TEXT_AFTER_END:
         tell_text_after_end(record, spot);

@@ -49,6 +49,7 @@ void FaultStory::explain(bk::Pace& pace) {
         i = next;
         pace.reach(i);
     }
+    tell_more();
 }
 
 void FaultStory::tell() {
@@ -94,6 +95,8 @@ bool FaultStory::is_explained(const FaultRecord& record, const Spot& spot) {
         last_reason_ = *joins_.find_inside(record.start, record.length);
     } else if (!is_consequence(record)) {
         return false;
+    } else if (!is_mark(word_of(record))) {
+        skip_too(word_of(record));
     }
     lose(record, last_reason_);
     return true;

@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace bk_parser {
@@ -54,6 +55,13 @@ private:
         const FaultRecord* record;
         Spot spot;
     };
+    /// Words that are skipped because of the mistake that was told last, and that its message does not name.
+    struct More {
+        std::size_t problem = ProblemList::not_kept;
+        std::size_t count = 0;
+        std::string_view last;
+        Spot told_at;
+    };
     /// A word of a run of names without values.
     struct Name {
         std::string_view word;
@@ -77,12 +85,18 @@ private:
     /// Everything that the grammar leaves out is an error.
     template <std::invocable Compose>
     void add(std::string_view code, const Compose& compose, const Spot& spot) {
+        tell_more();
         problems_.add(Severity::error, code, compose, spot);
+        more_ = {problems_.last_kept(), 0, {}, spot};
     }
     void add(std::string_view code, std::string_view message, const Spot& spot) {
-        problems_.add(
-            Severity::error, code, [message] { return std::string(message); }, spot);
+        add(
+            code, [message] { return std::string(message); }, spot);
     }
+
+    // fault_more.cpp
+    void skip_too(std::string_view word);
+    void tell_more();
 
     // fault_words.cpp
     void tell_word(const FaultRecord& record, const Spot& spot);
@@ -119,6 +133,7 @@ private:
     Cover cover_;
     Cover conflict_;
     std::vector<Misspelled> misspelled_;
+    More more_;
     const FaultRecord* last_ = nullptr;       // told or explained
     Reason last_reason_;                      // of that one
     const FaultRecord* lost_brace_ = nullptr; // a brace that opened no group

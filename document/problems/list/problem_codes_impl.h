@@ -71,6 +71,7 @@ inline constexpr std::string_view malformed_path = "malformed-path";
 // Of JSON.
 inline constexpr std::string_view json_syntax = "json-syntax";
 inline constexpr std::string_view json_shape = "json-shape";
+inline constexpr std::string_view json_word = "json-word";
 // About the list itself; an error when an error is left out.
 inline constexpr std::string_view more_problems = "more-problems";
 } // namespace codes
@@ -141,6 +142,7 @@ inline constexpr ProblemCode problem_codes[] = {
     {codes::malformed_path, Severity::error, "a path does not follow its language"},
     {codes::json_syntax, Severity::error, "a text is no JSON"},
     {codes::json_shape, Severity::error, "a JSON text is no document"},
+    {codes::json_word, Severity::warning, "a value of JSON is none of a text"},
     {codes::more_problems, Severity::error, "there are more problems than are told"},
 };
 

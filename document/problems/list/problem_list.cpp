@@ -92,11 +92,13 @@ void add_place(Problem& problem, const SourceMap& sources, const Spot& spot, std
 
 void ProblemList::add(Severity severity, std::string_view code, std::string message, const Spot& spot) {
     note_unread(code, message, true);
+    last_kept_ = not_kept;
     if (is_allowed(severity, code) || is_told(spot, code, message)) {
         return;
     }
     if (has_room(severity)) {
         remember(spot, code, message);
+        last_kept_ = noticed_.size();
         noticed_.push_back({severity, code, std::move(message), {}, spot, true});
     } else {
         leave_out(severity, code);

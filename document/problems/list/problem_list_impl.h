@@ -37,8 +37,11 @@ public:
     void add(Severity severity, std::string_view code, const Compose& compose, const Spot& spot) {
         if (keeps_message(severity, code)) {
             add(severity, code, compose(), spot);
-        } else if (!is_allowed(severity, code)) {
-            leave_out(severity, code);
+        } else {
+            last_kept_ = not_kept;
+            if (!is_allowed(severity, code)) {
+                leave_out(severity, code);
+            }
         }
     }
     template <std::invocable Compose>
@@ -47,6 +50,12 @@ public:
     }
     /// A problem of a whole file, or of none.
     void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
+
+    /// What names the problem that was added last for `append`; none when it was left out, or told before.
+    static constexpr std::size_t not_kept = ~std::size_t{0};
+    std::size_t last_kept() const noexcept { return last_kept_; }
+    /// Adds to the message of a problem, before any is forgotten.
+    void append(std::size_t kept, std::string_view text) { noticed_[kept].message += text; }
 
     bool is_empty() const noexcept { return noticed_.empty() && left_.empty(); }
     /// What was not read, in the words of the problems: parts of the document, and separately the includes that were left out.
@@ -96,6 +105,7 @@ private:
     const std::vector<std::string>& allow_;
     std::size_t most_;
     std::vector<Noticed> noticed_;
+    std::size_t last_kept_ = not_kept;
     std::vector<std::string> unread_parts_;
     std::vector<std::string> unread_includes_;
     std::array<std::size_t, 2> kept_{}; // by severity

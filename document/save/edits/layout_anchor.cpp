@@ -79,6 +79,19 @@ std::string LayoutEdits::indent_behind(const FileRange& place, const Gap& gap) {
     return is_inside ? indent + unit_of(place.inclusion) : indent;
 }
 
+/// At the begin of a file a new entry stands below the comments there, which may be the file's. One that moved there does not come
+/// between an entry and its comments.
+void LayoutEdits::pass_comments(Anchor& anchor, const std::vector<Addition>& additions) const {
+    const bool has_moved = std::any_of(additions.begin(), additions.end(), [](const Addition& addition) {
+        return addition.moved_from != nullptr;
+    });
+    if (has_moved && anchor.way == Anchor::Way::lines_before) {
+        const std::string_view text = text_of(anchor.inclusion);
+        const std::size_t entry = skip_blanks(text, anchor.at);
+        anchor.at = comments_above(text, entry);
+    }
+}
+
 PrintLayout LayoutEdits::layout_at(const Anchor& anchor) {
     const std::string_view text = text_of(anchor.inclusion);
     return {anchor.indent, unit_of(anchor.inclusion),
@@ -127,11 +140,12 @@ bool LayoutEdits::compose(const Anchor& anchor, const Gap& gap, const std::vecto
     return true;
 }
 
-/// Entries that only moved take their lines along, comments too.
+/// Entries that only moved take their lines along, with comments behind and above.
 bool LayoutEdits::add_lines(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit) {
     FileRange place;
     if (can_carry(addition, anchor.inclusion, place)) {
         take_comment(place);
+        take_comments_above(place);
         return carry(anchor, gap, addition, place, edit);
     }
     has_printed_ = true;
@@ -154,6 +168,15 @@ void LayoutEdits::take_comment(FileRange& place) const {
         const std::size_t line = next_line(text, place.end);
         const bool has_feed = line != 0 && text[line - 1] == '\n';
         place.end = std::max(place.end, trimmed_back(text, has_feed ? line - 1 : line));
+    }
+}
+
+/// So are those directly above an entry that begins its line. Into the middle of a line they do not go.
+void LayoutEdits::take_comments_above(FileRange& place) const {
+    const std::string_view text = text_of(place.inclusion);
+    if (begins_line(text, place.begin)) {
+        const std::size_t comments = comments_above(text, place.begin);
+        place.begin = std::min(place.begin, skip_blanks(text, comments));
     }
 }
 

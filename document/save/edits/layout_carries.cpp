@@ -31,7 +31,7 @@ bool LayoutEdits::carry(const Anchor& anchor, const Gap& gap, const Addition& ad
     carries_.push_back({place, std::string(indent_of(text_of(place.inclusion), place.begin)), anchor.indent,
                         has_lines, std::string()});
     edit.carried.push_back({edit.text.size(), index});
-    carried_.insert(&old);
+    carried_.emplace(&old, index);
     if (addition.comes_from_elsewhere) {
         return true;
     }

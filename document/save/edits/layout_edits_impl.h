@@ -7,7 +7,6 @@
 
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace bk_parser {
@@ -76,6 +75,7 @@ private:
     /// An edit that takes away entries that stood one behind the other.
     struct Removal {
         std::size_t edit;
+        FileRange place; // the entries alone
         const OldEntry* first;
         const OldEntry* last;
         bool has_whole_lines;
@@ -138,6 +138,7 @@ private:
 
     // layout_unread.cpp
     bool keeps_unread_words();
+    bool owns_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now);
 
     // layout_includes.cpp
     void note_covers();
@@ -155,11 +156,13 @@ private:
 
     // layout_anchor.cpp
     void find_anchor(const Gap& gap, Anchor& anchor);
+    void pass_comments(Anchor& anchor, const std::vector<Addition>& additions) const;
     void settle_behind(Anchor& anchor, const FileRange& place, const Gap& gap);
     std::string indent_behind(const FileRange& place, const Gap& gap);
     bool compose(const Anchor& anchor, const Gap& gap, const std::vector<Addition>& additions, Edit& edit);
     bool add_lines(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit);
     void take_comment(FileRange& place) const;
+    void take_comments_above(FileRange& place) const;
     bool add_in_line(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit);
     PrintLayout layout_at(const Anchor& anchor);
 
@@ -204,7 +207,7 @@ private:
     std::vector<Cover> covers_; // of the edits before texts are carried
     std::vector<std::string> dropped_;
     std::vector<Carry> carries_; // a text inside of another one behind it
-    std::unordered_set<const OldEntry*> carried_;
+    std::unordered_map<const OldEntry*, std::uint32_t> carried_;
     std::unordered_map<std::uint64_t, const OldEntry*>
         lost_; // entries that their groups do not hold any more, by line and column
     std::vector<Removal> removals_;

@@ -47,6 +47,10 @@ bool LayoutEdits::edit_entry(const OldGroup& group, const OldEntry& old, const P
     if (has_odd_group || !has_type_of(old, words(old.name).front(), now)) {
         return reprint(old, now);
     }
+    const bool has_lost_group = old.braces.end != 0 && count == now.get_value_count();
+    if ((old.has_own_change || has_lost_group) && !owns_values(group, old, now)) {
+        return false;
+    }
     return edit_head(old, now) && edit_values(group, old, now, count) && edit_last_group(old, now, count);
 }
 

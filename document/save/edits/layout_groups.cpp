@@ -142,7 +142,7 @@ bool LayoutEdits::remove_range(TextRange range, std::string about, const OldEntr
     }
     const LineRange lines = removal_of(text_of(place.inclusion), place.begin, place.end);
     add_edit({place.inclusion, lines.begin, lines.end}, {}, std::move(about));
-    removals_.push_back({edits_.size() - 1, &first, &last, lines.has_whole_lines});
+    removals_.push_back({edits_.size() - 1, place, &first, &last, lines.has_whole_lines});
     return true;
 }
 
@@ -179,6 +179,7 @@ bool LayoutEdits::add_between(const Gap& gap, std::vector<Addition>& additions) 
     }
     Anchor anchor;
     find_anchor(gap, anchor);
+    pass_comments(anchor, additions);
     Edit edit;
     edit.inclusion = anchor.inclusion;
     edit.begin = anchor.at;

@@ -71,6 +71,20 @@ std::string_view indent_of(std::string_view text, std::size_t at) noexcept {
     return text.substr(begin, std::min(end, std::max(at, begin)) - begin);
 }
 
+std::size_t comments_above(std::string_view text, std::size_t at) noexcept {
+    const std::string_view indent = indent_of(text, at);
+    std::size_t line = line_begin(text, at);
+    while (line > first_byte(text)) {
+        const std::size_t above = line_begin(text, line - 1);
+        const std::string_view rest = text.substr(above);
+        if (!rest.starts_with(indent) || !rest.substr(indent.size()).starts_with("//")) {
+            break;
+        }
+        line = above;
+    }
+    return line;
+}
+
 std::string indent_unit(std::string_view text) {
     for (std::size_t line = 0; line != text.size(); line = next_line(text, line)) {
         const std::size_t end = skip_blanks(text, line);

@@ -26,6 +26,8 @@ bool is_behind_blank_line(std::string_view text, std::size_t at) noexcept;
 
 /// The blanks that the line begins with.
 std::string_view indent_of(std::string_view text, std::size_t at) noexcept;
+/// Where the comments begin that stand directly above the line of an entry, with its indentation; at the line when there are none.
+std::size_t comments_above(std::string_view text, std::size_t at) noexcept;
 /// What one level of indentation is: that of the first indented line, four blanks where there is none.
 std::string indent_unit(std::string_view text);
 /// The end of this line, or of the first line where this one has none: "\n" or "\r\n".

@@ -1,4 +1,5 @@
 #include "document/save/edits/layout_edits_impl.h"
+#include "document/save/edits/layout_lines_impl.h"
 #include "document/save/proof/read_back_impl.h"
 
 #include <algorithm>
@@ -43,13 +44,21 @@ const OldEntry* LayoutEdits::take_lost(const ParserGroup& group, std::uint32_t p
     return &old;
 }
 
-/// When all groups are done it is known which of the entries that were taken away stand elsewhere.
+/// When all groups are done it is known which of the entries that were taken away stand elsewhere, and whether the comments above them
+/// do, too.
 void LayoutEdits::note_moves() {
     for (const Removal& removal : removals_) {
         Edit& edit = edits_[removal.edit];
         edit.moves = std::all_of(removal.first, removal.last + 1,
                                  [this](const OldEntry& old) { return carried_.contains(&old); });
         edit.removes_entries = !edit.moves;
+        const auto first = carried_.find(removal.first);
+        if (first != carried_.end() && carries_[first->second].place.begin < removal.place.begin) {
+            const LineRange lines =
+                removal_of(text_of(edit.inclusion), carries_[first->second].place.begin, removal.place.end);
+            edit.begin = lines.begin;
+            edit.end = lines.end;
+        }
     }
 }
 

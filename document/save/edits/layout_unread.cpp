@@ -1,9 +1,43 @@
 #include "document/problems/list/shown_word_impl.h"
 #include "document/save/edits/layout_edits_impl.h"
+#include "parser/words/parser_characters_impl.h"
 
-// Words that were not read are in the files alone: no edit may take one away.
+#include <algorithm>
+
+// Words that were not read are in the files alone: no edit may take one away, nor change values that one of them was meant to have.
 
 namespace bk_parser {
+
+namespace {
+
+/// What stands for a name or a value, and for more than a mark too many.
+bool may_be_meant_as_entry(std::string_view word) noexcept {
+    const char first = word.front();
+    return bk::is_char(first, bk::CHAR_NAME_START) || static_cast<unsigned char>(first) >= 0x80 ||
+           first == '#' || first == '"' || first == '\'';
+}
+
+} // namespace
+
+/// In `fullscreen true width 1024` the words `true` and `width` are not read, and the value goes to `fullscreen`: whoever wrote it meant
+/// it for `width`.
+bool LayoutEdits::owns_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now) {
+    std::uint32_t end = old.value_count == 0 ? old.name.end : value_of(group, old, old.value_count - 1).end;
+    end = old.braces.end == 0 ? end : old.braces.begin;
+    const std::vector<TextRange>& unread = record_.unread_words();
+    auto word =
+        std::lower_bound(unread.begin(), unread.end(), old.name.end,
+                         [](const TextRange& range, std::uint32_t place) { return range.begin < place; });
+    for (; word != unread.end() && word->begin < end; ++word) {
+        if (may_be_meant_as_entry(words(*word))) {
+            reason_ = "the word " + shown(words(*word)) + " at " + sources_.place_of(word->begin) +
+                      " was not read, and what stands behind it would change with entry '" +
+                      std::string(now.get_name().get_view()) + "'; mend it and load the document again";
+            return false;
+        }
+    }
+    return true;
+}
 
 bool LayoutEdits::keeps_unread_words() {
     for (const TextRange& word : record_.unread_words()) {

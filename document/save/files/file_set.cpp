@@ -1,8 +1,8 @@
 #include "document/save/files/file_set_impl.h"
 
 #include "core/files/sys_file_input_impl.h"
-#include "core/files/sys_path_impl.h"
 #include "core/files/sys_reason_impl.h"
+#include "document/sources/path_text_impl.h"
 
 #include <new>
 #include <utility>
@@ -17,6 +17,12 @@ constexpr std::size_t copy_size = std::size_t{1} << 16;
 std::string reason_of(const std::string& path, const char* what) {
     const std::string reason = bk::last_system_reason();
     return path + ": " + what + (reason.empty() ? "" : ": " + reason);
+}
+
+/// Empty when the path names none.
+std::string folder_of(const std::string& path) {
+    const std::filesystem::path folder = path_of_text(path).parent_path();
+    return folder.empty() ? std::string() : path_text(folder);
 }
 
 bool write_all(SysHandle& handle, std::string_view bytes) {
@@ -40,11 +46,6 @@ bool copy_all(bk::FileInput& from, SysHandle& to) {
         }
     }
     return from.close();
-}
-
-bool has_folder(const std::string& path) {
-    const std::string folder(bk::folder_of(path, bk::native_path_style));
-    return folder.empty() || SysDevice::get().inspect(folder).kind != SysPathKind::missing;
 }
 
 void remove_quietly(std::string& path) noexcept {
@@ -133,9 +134,11 @@ std::string FileSet::prepare(File& file) {
     bk::forget_system_reason();
     const std::unique_ptr<SysHandle> handle = device.create_beside(file.target, created);
     if (handle == nullptr) {
-        std::string reason = reason_of(file.path, "cannot be opened for writing");
-        return has_folder(file.target) ? reason
-                                       : file.path + ": cannot be opened for writing: no such folder";
+        const std::string folder = folder_of(file.target);
+        if (!folder.empty() && device.inspect(folder).kind == SysPathKind::missing) {
+            return file.path + ": there is no folder " + folder;
+        }
+        return reason_of(file.path, "cannot be opened for writing");
     }
     file.created = std::move(created);
     if (!write_all(*handle, file.head) || !write_all(*handle, file.body) || !handle->sync()) {

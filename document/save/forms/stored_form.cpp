@@ -115,7 +115,14 @@ bool store(const ParserGroup& root, Form form, const std::string& key, const Ver
     switch (form) {
     case Form::text:
         stored.head = version_line() + '\n';
-        return print(root, 0, root.get_entries().get_count(), stored.text);
+        if (!print(root, 0, root.get_entries().get_count(), stored.text) ||
+            stored.text.get_length() == CoreString::max_length) {
+            return false;
+        }
+        if (!stored.text.is_empty()) {
+            stored.text += '\n'; // a file ends with a line
+        }
+        return true;
     case Form::enciphered: {
         std::string text;
         if (!print_with_version(root, version, text)) {

@@ -83,6 +83,11 @@ void LayoutRecord::match_entry(Level& level, std::uint32_t index, const bk::Entr
     level.entry.new_index = index;
     level.match = index == no_index ? nullptr : level.now.group()->get_entries()[index];
     level.is_renamed = level.match != nullptr && level.match->get_name().get_view() != head.name;
+    if (level.is_renamed && !bk::EntryAccess::may_have_had_name(*level.match, head.name)) {
+        level.entry.new_index = no_index; // of another document
+        level.match = nullptr;
+        level.is_renamed = false;
+    }
     level.has_same_values = true;
     level.entry.has_changed = level.match == nullptr || !has_head(*level.match, head);
 }
@@ -225,7 +230,7 @@ bool LayoutRecord::is_as_it_was(const Level& level) const noexcept {
            entry.count == now->get_entries().get_count();
 }
 
-/// An entry of another name at the same place may come from another document: it is the same when it holds the same.
+/// An entry of another name at the same place may come from another document all the same: it is known when it holds the same.
 void LayoutRecord::check_renamed(Level& level) noexcept {
     OldEntry& entry = level.entry;
     if (!level.is_renamed) {

@@ -1,5 +1,6 @@
 #include "document/save/record/save_sources_impl.h"
 
+#include "core/sys_device.h"
 #include "document/load/failure_text_impl.h"
 #include "document/load/form_impl.h"
 #include "document/load/meter_impl.h"
@@ -114,6 +115,19 @@ bool SaveSources::can_be_read(const std::string& path) const {
            (form_of(now.bytes.get_view()) == Form::enciphered || why_no_text(now.bytes.get_view()).empty());
 }
 
+/// A name is taken as it stands at last, and a relative one then begins in the working folder.
+void SaveSources::entered(const bk::SourceEntered& file) {
+    if (!map_.is_empty() && file.found == file.name && path_of_text(file.name.get_view()).is_relative()) {
+        std::string what =
+            "the include '" + std::string(file.name.get_view()) + "' is found from the working folder alone";
+        if (std::find(from_working_folder_.begin(), from_working_folder_.end(), what) ==
+            from_working_folder_.end()) {
+            from_working_folder_.push_back(std::move(what));
+        }
+    }
+    map_.enter({}, file.path.get_view(), directive_);
+}
+
 /// Faults of a file's own text leave nothing out.
 void SaveSources::failed(const bk::SourceFailure& failure) {
     if (failure.fault != bk::SourceFault::no_version && failure.fault != bk::SourceFault::include_left_open &&
@@ -149,7 +163,9 @@ bool SaveSources::load_stored(const std::string& path, CoreString& bytes, ReadFi
     Meter meter(nobody);
     FileBytes stored = read_file(path, CoreString::max_length, {}, meter);
     if (!stored.reason.empty()) {
-        reason_ = path + ": cannot be read again: " + stored.reason;
+        const bool is_gone = SysDevice::get().inspect(path).kind == SysPathKind::missing;
+        reason_ = path + (is_gone ? ": is not there any more: it was deleted or renamed since it was loaded"
+                                  : ": cannot be read again: " + stored.reason);
         return false;
     }
     const ReadFile* const then = find_file(state_.files, path);

@@ -32,6 +32,10 @@ public:
     const std::vector<std::string>& included() const noexcept { return included_; }
     /// The directives of includes that are left out.
     const std::vector<Spot>& left_out() const noexcept { return left_out_; }
+    /// "the include 'NAME' is found from the working folder alone", of each that is, once.
+    const std::vector<std::string>& found_from_working_folder() const noexcept {
+        return from_working_folder_;
+    }
     bool is_enciphered(std::string_view path) const noexcept;
     /// "FILE:LINE" of a byte of the text.
     std::string place_of(std::size_t expanded) const;
@@ -44,7 +48,7 @@ public:
         directive_ = map_.here(piece.directive_offset, piece.directive_length);
     }
     void version_found(const bk::SourcePiece&, double) override {}
-    void entered(const bk::SourceEntered& file) override { map_.enter({}, file.path.get_view(), directive_); }
+    void entered(const bk::SourceEntered& file) override;
     void left(CoreString&& text) override { map_.leave(std::move(text)); }
     void copied(const bk::SourcePiece& piece, unsigned int expanded) override {
         map_.copy(piece.offset, piece.text.size(), expanded);
@@ -66,6 +70,7 @@ private:
     std::vector<ReadFile> files_;
     std::vector<std::string> included_;
     std::vector<Spot> left_out_;
+    std::vector<std::string> from_working_folder_;
 };
 
 } // namespace bk_parser
