@@ -49,7 +49,8 @@ struct Shape {
 /// What a tree is made of.
 Shape shape_of(const ParserGroup& root) {
     Shape shape;
-    for (const ParserEntry& entry : bk_parser::walk(root)) {
+    for (const bk_parser::Visit& visit : bk_parser::walk(root)) {
+        const ParserEntry& entry = visit.entry();
         ++shape.entries;
         shape.values += entry.get_value_count();
         for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
@@ -66,8 +67,7 @@ std::vector<std::string> stored_examples() {
     for (const char* name : {binary_file, archive_file, long_archive_file, enciphered_file}) {
         examples.push_back(golden::bytes(name));
     }
-    std::filesystem::path folder = __FILE__;
-    folder = folder.parent_path().parent_path() / "examples";
+    const std::filesystem::path folder = std::filesystem::path(BK_PARSER_SOURCE_DIR) / "examples";
     for (const auto& file : std::filesystem::recursive_directory_iterator(folder)) {
         if (file.path().extension() != ".bkd") {
             continue;
