@@ -25,8 +25,12 @@ bool are_hard_links(const std::string& one, const std::string& two) {
 } // namespace
 
 std::string real_path(const std::string& path) {
+    const std::filesystem::path given = path_of_text(path);
     std::error_code failure;
-    const std::filesystem::path real = std::filesystem::weakly_canonical(path_of_text(path), failure);
+    std::filesystem::path real = std::filesystem::weakly_canonical(given, failure);
+    if (failure) { // which some standard libraries also report when memory ran out for a moment
+        real = std::filesystem::weakly_canonical(given, failure);
+    }
     return failure ? path : path_text(real);
 }
 
