@@ -1,6 +1,7 @@
 #pragma once
 
-/// Everything that a host needs for a day's work with documents: load, find out what is wrong, ask, change, save.
+/// Everything that a host needs for a day's work with documents: load, find out what is wrong, ask, change, save. Comparing, merging
+/// and laying out texts have headers of their own: document/compare.h, text_diff.h, merge.h and format.h.
 
 #include "document/access.h"
 #include "document/include.h"
@@ -13,3 +14,4 @@
 #include "document/recover.h"
 #include "document/save.h"
 #include "document/strings.h"
+#include "document/utf8.h"
