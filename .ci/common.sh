@@ -55,7 +55,7 @@ is_there() {
     esac >/dev/null
 }
 
-# need <Debian package>...: installs what is missing where that can be done without asking; names it elsewhere.
+# need <Debian package>...: installs what is missing where that can be done without asking; names it elsewhere, in one line.
 need() {
     local package missing=()
     for package in "$@"; do
@@ -68,8 +68,11 @@ need() {
     fi
     echo "installing ${missing[*]}" >&2
     export DEBIAN_FRONTEND=noninteractive
-    quietly apt-get update || exit 2
-    quietly apt-get install -y --no-install-recommends "${missing[@]}" || exit 2
+    local output
+    if ! output=$({ apt-get update && apt-get install -y --no-install-recommends "${missing[@]}"; } 2>&1 </dev/null); then
+        echo "missing, and not to be had: ${missing[*]} ($(grep -m 1 '^E: ' <<<"$output"))" >&2
+        exit 2
+    fi
     newly_installed=yes
 }
 
@@ -87,7 +90,7 @@ is_configured() {
     local cache=$1/CMakeCache.txt setting
     shift
     [ -z "$newly_installed" ] && [ -f "$cache" ] || return
-    grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$cache" || return
+    grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=${project:-$root}" "$cache" || return
     grep -q 'DIR-NOTFOUND$' "$cache" && return 1
     for setting in "$@"; do
         setting=${setting#-D}
@@ -95,16 +98,17 @@ is_configured() {
     done
 }
 
-# configure <build folder> <-DNAME=VALUE>...: as seldom as possible, for it takes seconds.
+# configure <build folder> <-DNAME=VALUE>...: as seldom as possible, for it takes seconds. `project` is the folder of another
+# project than the whole one.
 configure() {
     local folder=$1 cache=$1/CMakeCache.txt generator=()
     shift
     is_configured "$folder" "$@" && return
-    if [ -f "$cache" ] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$cache"; then
+    if [ -f "$cache" ] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=${project:-$root}" "$cache"; then
         rm -rf "$cache" "$folder/CMakeFiles"
     fi
     [ -f "$cache" ] || generator=(-G Ninja)
-    quietly cmake -S "$root" -B "$folder" "${generator[@]}" "$@"
+    quietly cmake -S "${project:-$root}" -B "$folder" "${generator[@]}" "$@"
 }
 
 # run_tests <build folder> <ctest argument>...: shows the tests that fail and sets `passed` and `failed`.

@@ -3,10 +3,11 @@
 #include "core/core_export.h"
 #include "core/core_string.h"
 
-/// Shows the progress of long operations. Tasks nest: each `begin_task` opens one inside the current one and
-/// each `end_task` closes the innermost. The operations of this base do nothing; a host overrides those it shows. An exception
-/// that they throw ends the operation and passes to its caller, after the open tasks were ended; what `end_task` throws then is
-/// dropped. One exception is different: std::bad_alloc counts as the library's own in operations that have a result.
+/// Shows the progress of long operations. Tasks nest: `begin_task` opens a task inside the current one, and `end_task` closes the
+/// innermost. The functions of this base class do nothing; a host overrides those that it needs.
+///
+/// When one of them throws, the library ends the open tasks, drops what `end_task` throws meanwhile, and passes the exception to
+/// the caller of the operation. One exception is different: an operation that has a result takes std::bad_alloc for its own.
 class BK_PARSER_API AppProgressBar {
 public:
     AppProgressBar() = default;

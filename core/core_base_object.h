@@ -5,7 +5,7 @@
 /// Names a class at run time and links it to the class it derives from (null at the root).
 class CoreClassInfo {
 public:
-    /// `name` and `base` are kept by address, so they live as long as this does.
+    /// Keeps the addresses of `name` and `base`: both must live as long as this object.
     constexpr explicit CoreClassInfo(const char* name, const CoreClassInfo* base = nullptr) noexcept
         : name_(name), base_(base) {}
 

@@ -45,7 +45,7 @@ public:
     /// Adds a copy at the end. Amortised constant time.
     void add(const T& element) {
         if (count_ == capacity_) {
-            T copy(element); // the element may lie in the storage that is given up
+            T copy(element); // `element` may lie in the storage that is about to be freed
             grow_to(doubled_capacity(count_ + core_uint64{1}));
             std::construct_at(data_ + count_, std::move(copy));
         } else {
@@ -54,8 +54,8 @@ public:
         ++count_;
     }
 
-    /// Appends `count` elements; they must not lie in this vector. The capacity is what adding them one by one
-    /// would have made it.
+    /// Appends `count` elements, which must not lie in this vector. The capacity becomes what adding them one by one would
+    /// make it.
     void add_range(const T* elements, const unsigned int& count) {
         const unsigned int added = count; // read before growing: it may be an element
         make_room(added);
@@ -63,8 +63,8 @@ public:
         count_ += added;
     }
 
-    /// Appends `count` elements that hold anything until they are written, and gives the first. The capacity is
-    /// what adding them one by one would have made it.
+    /// Appends `count` elements with unspecified values and returns the first. Write them before you read them. The capacity
+    /// becomes what adding them one by one would make it.
     T* extend(const unsigned int& count) requires std::is_trivially_copyable_v<T> {
         const unsigned int added = count; // read before growing: it may be an element
         make_room(added);
@@ -101,7 +101,7 @@ public:
         std::destroy(data_ + count, data_ + count_);
         count_ = count;
     }
-    /// Makes room for `count` more elements. The capacity is what adding them one by one would have made it.
+    /// Makes room for `count` more elements. The capacity becomes what adding them one by one would make it.
     void make_room(const unsigned int& count) {
         const core_uint64 needed = core_uint64{count_} + count;
         if (needed > capacity_) {
@@ -269,7 +269,7 @@ private:
     CoreVector<T> elements_;
 };
 
-/// What a set files an element by; a type of the host's provides its own overload.
+/// The hash by which CoreSet files an element. For a type of its own a host provides an overload.
 inline unsigned int core_set_hash(const CoreString& text) noexcept {
     return CoreHash::generate_jenkins(text.get_data(), text.get_length());
 }
@@ -292,7 +292,7 @@ public:
     CoreSet(CoreSet&&) noexcept = default;
     /// Becomes a copy of every element.
     CoreSet& operator=(const CoreSet& other) {
-        CoreSet copy(other); // what can fail comes before anything changes
+        CoreSet copy(other); // copying may throw, so it comes before any change
         *this = std::move(copy);
         return *this;
     }
@@ -350,7 +350,7 @@ private:
         slots_[slot] = index;
     }
     void rehash(unsigned int slot_count) {
-        CoreVector<unsigned int> fresh; // the old ones stay when there is no memory for these
+        CoreVector<unsigned int> fresh; // when this allocation throws, the old slots are still valid
         std::fill_n(fresh.extend(slot_count), slot_count, vacant);
         slots_.swap(fresh);
         for (unsigned int i = 0; i < elements_.get_count(); ++i) {

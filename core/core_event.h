@@ -3,9 +3,9 @@
 #include "core/core_export.h"
 #include "core/core_string.h"
 
-/// Registers the name of an event with its hash, so that two names that hash alike are found at load time.
-/// True when the hash stood for no other name before; registering the same pair again is no collision.
-/// Meant for load time: calls are not synchronised.
+/// Registers the name of an event with its hash, to find two names with one hash at load time. Returns false when the hash is
+/// registered with another name, or when there is no memory. Registering the same pair again is no collision. Call it at load
+/// time only: calls are not synchronised.
 BK_PARSER_API bool event_debug_collisions(const unsigned int& hash, const CoreString& name);
 
 /// The name registered with `hash`, empty when there is none.

@@ -7,8 +7,8 @@
 class BK_PARSER_API CoreLogStream : public CoreBaseObject {
 public:
     CoreLogStream();
-    /// A message that is shown where it lies, so that it takes no memory. The caller keeps the bytes, and a NUL after
-    /// them, as long as the stream is there.
+    /// Borrows a message instead of copying it, so that it takes no memory. The caller keeps the bytes, and a NUL after them, as
+    /// long as the stream lives.
     CoreLogStream(const char* text, const unsigned int& size);
     ~CoreLogStream() override;
 
@@ -26,10 +26,10 @@ private:
     CoreString message_;
 };
 
-/// Takes the messages of the library. Level 1 is an error, level 2 a warning; a message is composed only when
-/// the handler's verbosity is at least its level. A host overrides `log` and points `s_main_log_handler` at its
-/// own handler, which it keeps alive as long as the library may log. An exception that `log` throws ends the operation and
-/// passes to its caller. After std::bad_alloc the operation goes on without the message.
+/// Receives the messages of the library. Level 1 is an error, level 2 a warning. A message is composed only when
+/// the handler's verbosity is at least its level. A host overrides `log`, points `s_main_log_handler` at its
+/// own handler, and keeps that alive as long as the library may log. An exception that `log` throws ends the operation and
+/// passes to its caller, except std::bad_alloc: then the operation goes on without the message.
 class BK_PARSER_API CoreLogHandler : public CoreBaseObject {
 public:
     /// Something was not done: a file that cannot be written, memory that has run out.

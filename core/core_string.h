@@ -20,8 +20,8 @@ using core_ulong = std::uint32_t;
 using core_uint64 = unsigned long long;
 using core_int64 = long long;
 
-/// The read-only face of a string: a run of 8-bit characters with an explicit length. Any byte may stand in
-/// it, NUL too. One more NUL always follows the last character, so that C interfaces can read it.
+/// The read-only part of a string: 8-bit characters with an explicit length. They may be any bytes, NUL too. One more NUL
+/// always follows the last character, so that C interfaces can read it.
 ///
 /// Layout: 16 bytes. Up to `inline_capacity` characters stand inside the object, longer texts in a block.
 class BK_PARSER_API CoreBasicString {
@@ -35,7 +35,7 @@ public:
     unsigned int get_length() const noexcept { return short_.length; }
     /// Whether the length is 0.
     bool is_empty() const noexcept { return short_.length == 0; }
-    /// The characters, without a copy. Good until the string changes.
+    /// The characters, without a copy. Valid until the string changes, moves or dies.
     std::string_view get_view() const noexcept { return {get_data(), get_length()}; }
 
     /// Byte-wise equality, length included.
@@ -52,7 +52,7 @@ protected:
     constexpr CoreBasicString() noexcept : short_{0, {}} {}
     ~CoreBasicString() = default;
 
-    /// Whether the characters stand inside of the object.
+    /// Whether the characters are inside the object.
     bool is_inline() const noexcept { return short_.length <= inline_capacity; }
 
     /// Holds when length is at most inline_capacity.
@@ -119,9 +119,9 @@ public:
     /// Replaces the contents by `size` bytes, which may lie inside this very string. A size of 0xFFFFFFFF
     /// means up to the NUL.
     void set_data(const char* data, const unsigned int& size = 0xFFFFFFFF);
-    /// Reads the text where it lies instead of copying it (short texts are copied all the same). The caller
-    /// keeps the bytes, and a NUL after them, for as long as this string shows them. A copy of the string
-    /// owns its text; so does the string itself after the next change.
+    /// Borrows the text instead of copying it; a text of up to `inline_capacity` characters is copied all the same. The caller
+    /// keeps the bytes, and a NUL after them, as long as this string borrows them. A copy of the string
+    /// owns its text, and so does the string itself after its next change.
     void set_borrowed(const char* data, const unsigned int& size);
     /// Whether the text is somebody else's.
     bool is_borrowed() const noexcept { return !is_inline() && long_.capacity == 0; }
@@ -139,11 +139,11 @@ public:
     /// The longest prefix that `strtod` takes in the "C" locale; 0 when there is none.
     explicit operator double() const noexcept;
 
-    /// Makes room for `length` characters in all. A text that stands inside the object has nowhere to keep such
-    /// room: it must be longer than `inline_capacity` first.
+    /// Makes room for `length` characters in all. Only for a text longer than `inline_capacity`: a shorter one is inside the
+    /// object, where there is no such room.
     void reserve(const unsigned int& length);
-    /// Makes the text `length` bytes long and gives them for writing: the first ones stay, new ones hold
-    /// anything. At most `max_length`.
+    /// Makes the text `length` bytes long, at most `max_length`, and returns them for writing. The bytes that were there stay.
+    /// New ones have unspecified values.
     char* resize(const unsigned int& length);
 
     /// Appends `size` bytes, which may lie inside this very string. False, and no change, when the length
@@ -206,10 +206,10 @@ private:
 
     bool owns_block() const noexcept { return !is_inline() && long_.capacity != 0; }
     unsigned int capacity() const noexcept { return is_inline() ? inline_capacity : long_.capacity; }
-    /// Characters that can be appended where the text stands: none to borrowed text.
+    /// How many characters can be appended without a new block: none to a borrowed text.
     unsigned int room() const noexcept { return capacity() > get_length() ? capacity() - get_length() : 0; }
     char* writable_data() noexcept { return is_inline() ? short_.text : long_.data; }
-    /// Ends the text, which stands at `text`, at `length`. The side of inline_capacity stays the same.
+    /// Sets the length of the text at `text`, and its NUL. The text stays inside the object or outside of it, as it was.
     void close_at(char* text, unsigned int length) noexcept {
         text[length] = '\0';
         if (length <= inline_capacity) {

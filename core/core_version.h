@@ -12,7 +12,7 @@ public:
     /// 0 is no version.
     constexpr CoreVersion(const double& value = 0.0) noexcept : value_(value) {}
 
-    /// The version as the number that it is.
+    /// The version as a number.
     constexpr const double& get_value() const noexcept { return value_; }
 
     /// A version that is not above zero by more than `epsilon` counts as unset.
@@ -24,7 +24,7 @@ public:
     }
 
 private:
-    /// Looks at the bits: to compare with not-a-number raises a floating-point exception.
+    /// Compares bits, because comparing with not-a-number raises a floating-point exception.
     static constexpr bool is_number(double value) noexcept {
         return std::bit_cast<std::uint64_t>(value) << 1 <= std::uint64_t{0x7FF} << 53;
     }

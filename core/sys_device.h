@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-/// An open file as the operating system gives it: bytes, no translation. The destructor closes.
+/// An open file of the operating system: bytes, without translation. The destructor closes it.
 class BK_PARSER_API SysHandle {
 public:
     virtual ~SysHandle();
@@ -31,10 +31,10 @@ struct SysPathInfo {
     core_int64 size = 0;
 };
 
-/// Every way by which the library reaches a disk. Tests put their own device in place of the platform's to
-/// let call number n fail or to serve files from memory. `inspect` is given paths as they were named, also relative ones.
-/// An exception that a call throws ends the operation and passes to its caller; std::bad_alloc counts as out of memory. A file
-/// that was being written is removed first; what `remove` throws then is dropped.
+/// The only way by which the library reaches a disk. A host or a test may replace the platform's device, for example to
+/// serve files from memory, to refuse paths, or to let call number n fail. `inspect` gets paths as they were named, relative ones
+/// too. An exception that a function throws ends the operation and passes to its caller; std::bad_alloc counts as out of memory.
+/// The library first removes a file that it was writing, and drops what `remove` throws then.
 class BK_PARSER_API SysDevice {
 public:
     virtual ~SysDevice();
@@ -48,7 +48,7 @@ public:
     /// Creates a new file beside `target`, with the target's permissions where it exists; fills in its path.
     virtual std::unique_ptr<SysHandle> create_beside(const std::string& target,
                                                      std::string& created_path) = 0;
-    /// Lets the file at `from` take the name `to`, replacing what stands there, in one step, durably.
+    /// Renames the file `from` to `to` in one step, replaces what is there, and flushes the folder to the disk.
     virtual bool replace(const std::string& from, const std::string& to) = 0;
     /// False when the file could not be removed.
     virtual bool remove(const std::string& path) = 0;

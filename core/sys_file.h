@@ -5,13 +5,13 @@
 
 #include <memory>
 
-/// One open file. The file is closed by `close`; a file object can be opened again. A file that is open for
-/// writing when it dies, or is opened again, is abandoned: the target stays as it was.
+/// One open file. `close` closes it; then it can be opened again. When an object that is open for writing dies or is opened
+/// again without `close`, what was written is discarded and the target stays as it was.
 ///
-/// Writing replaces: the bytes go to a new file beside the target, and `close` flushes them to the disk and lets
-/// them take the target's name when every write was whole. Until then, and whenever anything fails, the
-/// old file stays as it was and the new one is removed. The old file's permissions stay, and a symbolic link's
-/// target is what is replaced. A target that is not a regular file (a pipe, a device) is written in place.
+/// Writing replaces: the bytes go to a new file beside the target. When every write was whole, `close` flushes the new file to
+/// the disk and renames it over the target. Until then, and whenever anything fails, the old file stays as it was and the new one
+/// is removed. The new file gets the old file's permissions. Of a symbolic link the target is replaced. A target that is not a
+/// regular file (a pipe, a device) is written in place.
 class BK_PARSER_API SysFile {
 public:
     /// Whether a file is read or written.
@@ -40,9 +40,9 @@ public:
     /// The size in bytes of the file as it was opened for reading; 0 otherwise.
     const core_int64& get_size() const noexcept { return size_; }
 
-    /// False when something that was written is not safely stored, as after a transfer that the device ended by an
-    /// exception; the target is then as it was before `open`. False, too, when a read met an error, so that what was read may
-    /// not be all. Closing a closed file is legal and true.
+    /// False when not everything that was written is on the disk, for example after the device threw; the target is then as it
+    /// was before `open`. Also false when a read failed, so that the file may have more than what was read. Closing a closed file
+    /// is legal and returns true.
     bool close();
 
 private:

@@ -15,36 +15,35 @@
 #include <string_view>
 #include <vector>
 
-/// Asks for values of a tree, and changes it, by paths. A path that is malformed finds nothing and changes nothing:
-/// path_error says why. Nothing here logs, but `to_text` when memory ends. A pointer to a text that is null is an empty
-/// text everywhere; nullptr itself does not compile.
+/// Reads and changes values of a tree by paths. A malformed path finds nothing and changes nothing; path_error says why. Nothing here
+/// logs, except `to_text` when memory runs out. A null pointer to a text is an empty text; nullptr itself does not compile.
 ///
-/// A path names a value: the one that `@` names; else, when the last step has a key, the one behind the key; else value 0.
+/// A path names a value: the one that `@` names; otherwise the value after the key, when the last step has a key; otherwise value 0.
 /// `get`, `set` and `add` agree on that: `shot["010"]` is value 1 of that shot, and `shot["010"]@0` its key.
 ///
-/// A path is searched for from the beginning of the group on, whatever is done with what it finds: in time in
-/// proportion to the entries that come before it, as PathSearch says. To ask or change one entry often, find it once and
-/// use the functions that take an entry.
+/// Every call searches from the beginning of the group, in time in proportion to the entries before the one that it finds (see
+/// PathSearch). To read or change one entry often, find it once and use the functions that take an entry.
 ///
-/// What changes a tree does it whole or not at all: when memory ends, std::bad_alloc or std::length_error comes out and
-/// the tree is as it was, unless it says otherwise.
+/// A change is made whole or not at all: when memory runs out, a function throws std::bad_alloc or std::length_error and leaves the
+/// tree as it was, unless its description says otherwise.
 namespace bk_parser {
 
-/// What may be asked for: bool, integers, float and double, std::string, CoreString, std::string_view, bytes as
-/// std::span<const std::byte> or std::vector<std::byte>, GMathVec2, 3 and 4 and std::array of these, std::vector<T> and
-/// Values<T> of single ones.
+/// Reads value `value` of the entry as T, or for a list the values from there on. Returns nothing when a value is missing or is no T.
 ///
-/// A value is read as T when nothing is lost: an int as any type that can hold it, a double as an integer when it is whole,
-/// any number as the nearest float, a bool only as a bool, a string only as a string.
-/// Value `value` of the entry on. A list is all values from there to the last. Nothing when a value is missing or is no T.
+/// T may be bool, an integer, float, double, std::string, CoreString, std::string_view, bytes as
+/// std::span<const std::byte> or std::vector<std::byte>, GMathVec2, 3 or 4, std::array of these, and std::vector<T> or
+/// Values<T> of single ones. A vector or Values takes all values to the last.
 ///
-/// A std::string_view, a span or Values points into the tree: until its entry is changed or dies.
+/// A value is a T when nothing is lost: an int is any type that can hold it, a double is an integer when it is whole,
+/// any number is the nearest float, a bool is only a bool, a string is only a string.
+///
+/// A std::string_view, a span and Values point into the tree. They are valid until the entry is changed or dies.
 template <ReadableValue T>
 std::optional<T> get(const ParserEntry& entry, unsigned int value = 0) {
     return access::read_any<T>(entry, value);
 }
 
-/// The same of the first entry that the path finds, from the value on that the path names.
+/// The same for the first entry that the path finds, from the value that the path names on.
 template <ReadableValue T>
 std::optional<T> get(const ParserGroup& group, PathRef path) {
     unsigned int value = 0;
@@ -52,7 +51,7 @@ std::optional<T> get(const ParserGroup& group, PathRef path) {
     return entry == nullptr ? std::nullopt : access::read_any<T>(*entry, value);
 }
 
-/// The fallback where `get` gives nothing. A text gives a std::string.
+/// What `get` returns, or the fallback when that is nothing. With a text as the fallback the result is a std::string.
 template <ReadableValue T>
 T get_or(const ParserGroup& group, PathRef path, T fallback) {
     std::optional<T> found = get<T>(group, path);
@@ -82,17 +81,18 @@ requires WrongByAccident<T, Given> T get_or(const ParserEntry& entry, unsigned i
 std::string get_or(const ParserGroup& group, PathRef path, std::nullptr_t fallback) = delete;
 std::string get_or(const ParserEntry& entry, unsigned int value, std::nullptr_t fallback) = delete;
 
-/// Gives value `value` of the entry, or the one behind its last, a new content; GMathVec and std::array so many values, and
-/// lists (std::vector, std::span) all values from there to the last. A declared array count that was right stays right.
+/// Sets value `value` of the entry, or appends one when `value` is the number of its values. GMathVec and std::array set as many
+/// values as they have. A list (std::vector, std::span) replaces all values from there to the last. A declared array count that was
+/// right stays right.
 ///
-/// A number keeps the type that the value has when that can hold it: a double stays a double, an int that is set to 66.0
-/// stays an int, and becomes a double when it is set to 66.5. What is equal already keeps its spelling. A float is equal to
-/// what `get<float>` reads; another float becomes the double nearest to the shortest digits that read back as that float:
+/// A number keeps the type of the old value when that can hold it: a double stays a double, an int that is set to 66.0
+/// stays an int, and an int that is set to 66.5 becomes a double. A number set to an equal one keeps its spelling. A float is equal
+/// to what `get<float>` reads. Any other float becomes the double nearest to the shortest digits that read back as that float:
 /// 0.1f becomes 0.1. Where those digits would read back as another float, it becomes the double of the same value.
 ///
-/// False, and nothing changed, when there is no such place, when a group would be overwritten, and for what no value can
-/// hold: not-a-number, infinities, an integer that is no int and has no double. Linear in what is given, and in the values
-/// of the entry where their number changes.
+/// Returns false, and changes nothing, when there is no such place, when it would overwrite a group, and for what no value can
+/// hold: not-a-number, infinities, an integer that neither an int nor a double holds. Linear in what is given, and in the values
+/// of the entry when their number changes.
 template <WritableValue T>
 bool set(ParserEntry& entry, unsigned int value, const T& content) {
     return access::with_given(content, [&](std::span<const GivenValue> given, access::ListEnd end) {
@@ -100,15 +100,13 @@ bool set(ParserEntry& entry, unsigned int value, const T& content) {
     });
 }
 
-/// The same of the first entry that the path finds, at the value that the path names. Where there is none, it is made with the groups on the way: for that
-/// the steps that are missing have to be names, with a template or key if need be, or with the number of the
-/// next entry of that name. False also when they are not, or are no names of the text syntax. What was made stands at the end
-/// of its group.
+/// The same for the first entry that the path finds, at the value that the path names. When there is none, makes the entry and the
+/// groups on the way, each at the end of its group. For that, each missing step must be a name of the text syntax, with a template
+/// or key where you want one, or with the number of the next entry of that name; otherwise returns false.
 ///
-/// A path that finds nothing is searched for in the whole group, and then its beginnings are, a number of times that is
-/// in proportion to the logarithm of the number of steps. n calls that make n entries of one group, as `set(group, "k[i]", i)`
-/// does, take time in proportion to n * n: an entry may be renamed without its group, which therefore keeps no numbers of names.
-/// `add(group, "k", i)` does not search that group, and n calls take time in proportion to n.
+/// When the path finds nothing, this searches the whole group, and then for beginnings of the path, as many times as the logarithm of
+/// the number of steps. So n calls that make n entries of one group, such as `set(group, "k[i]", i)`, take time in proportion to
+/// n * n. `add(group, "k", i)` does not search that group: n calls take time in proportion to n.
 template <WritableValue T>
 bool set(ParserGroup& group, PathRef path, const T& content) {
     return access::with_given(content, [&](std::span<const GivenValue> given, access::ListEnd end) {
@@ -124,11 +122,11 @@ template <WritableValue T, class Given>
 requires WrongByAccident<T, Given>
 bool set(ParserGroup& group, PathRef path, const Given& content) = delete;
 
-/// Adds an entry for the last step of the path, whether there is one or not, and the groups on the way where they are
-/// missing. Null when `set` would not make it. Only the groups on the way are searched for; a step with a number takes
-/// time in proportion to the group that the entry comes to.
+/// Adds an entry for the last step of the path, even where there is one already, and the missing groups on the way. Returns null when
+/// `set` could not make it. Searches only for the groups on the way. A last step with a number takes
+/// time in proportion to the group that gets the entry.
 BK_PARSER_API ParserEntry* add(ParserGroup& group, PathRef path);
-/// The same with values, behind the key if the step has one.
+/// The same with values, after the key when the step has one.
 template <WritableValue T>
 ParserEntry* add(ParserGroup& group, PathRef path, const T& content) {
     return access::with_given(content, [&](std::span<const GivenValue> given, access::ListEnd) {
@@ -140,41 +138,41 @@ template <WritableValue T, class Given>
 requires WrongByAccident<T, Given> ParserEntry* add(ParserGroup& group, PathRef path,
                                                     const Given& content) = delete;
 
-/// Removes the first entry that the path finds, or its value when the path ends in `@` and a number. False when there is
-/// none.
+/// Removes the first entry that the path finds, or one value of it when the path ends in `@` and a number. Returns false when there
+/// is none.
 BK_PARSER_API bool remove(ParserGroup& group, PathRef path);
-/// Removes all of them, and gives how many there were; what stands in an entry that is removed does not count. When
-/// memory ends, some may be removed already.
+/// Removes all of them and returns how many there were. Entries inside a removed entry do not count. When memory runs out, throws, and
+/// some may be removed already.
 BK_PARSER_API std::size_t remove_all(ParserGroup& group, PathRef path);
 
-/// Gives the first entry that the path finds another name. False when there is none, when it is no name of the text syntax,
-/// or one with a template or array suffix, and when one of the two names is a keyword and the other is not.
+/// Gives the first entry that the path finds another name. Returns false when there is no entry, when the name is none of the text
+/// syntax or has a template or array suffix, and when only one of the two names is a keyword.
 BK_PARSER_API bool rename(ParserGroup& group, PathRef path, TextRef name);
-/// The same for an entry. False when the name is no entry name; the entry then keeps its own.
+/// The same for an entry. When it returns false, the entry keeps its name.
 BK_PARSER_API bool rename(ParserEntry& entry, TextRef name);
 
-/// Moves the first entry that `from` finds to where `to` says: to the end of the group that its steps but the last lead to,
-/// which is made if need be, and renamed to its last step, a plain name. In its own group the entry keeps its place. False, and
-/// nothing changed, when there is no such entry, when it would come into itself, and when `rename` would refuse the name.
+/// Moves the first entry that `from` finds to `to`, and renames it to the last step of `to`, a plain name. The entry goes to the
+/// end of the group that the steps before lead to, which is made when it is missing; in its own group it keeps its place. Returns
+/// false, and changes nothing, when there is no such entry, when it would move into itself, and when `rename` would refuse the name.
 BK_PARSER_API bool move(ParserGroup& group, PathRef from, PathRef to);
 
-/// Takes an entry of any kind out of a group; the caller owns it. Null past the end and for an empty slot. An entry that
-/// other groups list too, after a shallow assignment, stays theirs: then this is a copy. Linear in the group.
+/// Takes an entry of any kind out of a group. The caller owns it. Null past the end and for an empty slot. When other groups list the
+/// entry too, after a shallow assignment, it stays with them, and the caller gets a copy. Linear in the group.
 BK_PARSER_API std::unique_ptr<ParserEntry> take(ParserGroup& group, unsigned int position);
 /// Takes the entry that the path finds first.
 BK_PARSER_API std::unique_ptr<ParserEntry> take(ParserGroup& group, PathRef path);
-/// Lists an entry at a position of a group, which owns it from then on; a position past the end is the end. `entry` is
-/// not null, and does not hold `group`. When memory ends the entry is deleted, and the group is as it was. Linear in the group.
+/// Inserts an entry at a position of a group, which then owns it. A position past the end means the end. `entry` must not be null
+/// and must not hold `group`. When memory runs out, throws, deletes the entry, and leaves the group as it was. Linear in the group.
 BK_PARSER_API ParserEntry& insert(ParserGroup& group, unsigned int position,
                                   std::unique_ptr<ParserEntry> entry);
 
-/// Converts every number of a tree that so far is only text, so that any number of threads may read the tree at once until
-/// it is changed. After a change call it again before they go on: what was inserted may hold numbers that are only text.
-/// ParserEntry::get_group still makes a group in an entry without values. Linear in the tree.
+/// Converts every number of a tree that is still only text, so that any number of threads may read the tree at once until
+/// it is changed. After a change call it again before they go on: what was inserted may have numbers that are only text. Do not call
+/// ParserEntry::get_group from several threads: it still makes a group in an entry without values. Linear in the tree.
 BK_PARSER_API void freeze(const ParserGroup& root);
 
-/// The entries of a group as the text syntax writes them, one a line. Every line ends in a line feed; a group without entries
-/// is an empty text. Throws std::bad_alloc when memory ends.
+/// The entries of a group as text, one a line. Every line ends in a line feed. A group without entries gives an empty text. Throws
+/// std::bad_alloc when memory runs out.
 BK_PARSER_API std::string to_text(const ParserGroup& group);
 
 } // namespace bk_parser

@@ -19,7 +19,7 @@ struct TreeChange {
         moved,   ///< an entry stands at another place of its group, or in another group
         renamed  ///< an entry has another name
     };
-    /// Stands for the entry as a whole.
+    /// Means the entry as a whole.
     static constexpr unsigned int no_value = 0xFFFFFFFFu;
 
     /// What happened.
@@ -28,7 +28,7 @@ struct TreeChange {
     const ParserEntry* before = nullptr;
     /// The entry in the second tree; null when it was removed.
     const ParserEntry* after = nullptr;
-    /// The value that differs; of one that was added or removed one of them is no_value.
+    /// The position of the value in the first tree. When a value was added or removed, one of the two positions is no_value.
     unsigned int value_before = no_value;
     /// The position of the value in the second tree.
     unsigned int value_after = no_value;
@@ -36,22 +36,26 @@ struct TreeChange {
 
 /// What counts as a difference.
 struct CompareOptions {
-    /// Two numbers that are no further apart are equal, whatever their types. Below 0 numbers are equal that have the same type and the
-    /// same bits.
+    /// Two numbers that differ by at most this are equal, whatever their types. When it is below 0, numbers are equal only with the same
+    /// type and the same bits.
     double tolerance = -1.0;
-    /// Whether the order of the entries of a group is of no account.
+    /// Whether to ignore the order of the entries of a group.
     bool ignore_order = false;
 };
 
-/// Every difference of two trees, in the order of the tree after. A number counts by its value, not by its spelling, and the places of
-/// entries in files do not count.
+/// Every difference of two trees, in the order of the second tree. Compares numbers by value, not by spelling. Ignores the places of
+/// entries in files. The changes point into the trees.
 ///
-/// In each group the entries are matched: equal ones in their order; equal ones elsewhere, which then were moved; those of
-/// the same name, template and first string; those of the same name that are alike; and of what is left those that have the same values
-/// and entries, or most of them, under another name, which then were renamed. Entries with groups that are removed in one place and stand
-/// just so in another one were moved. Takes time in proportion to the trees plus, in each group, the differences by the
-/// logarithm of its entries; entries of one name that differ are compared for likeness as long as they are few, else taken in their order.
-/// The changes point into the trees.
+/// In each group it matches the entries in this order:
+/// - equal entries in the same order;
+/// - equal entries elsewhere in the group: they were moved;
+/// - entries with the same name, template and first string;
+/// - similar entries of the same name;
+/// - entries with all or most of their values and entries equal, under another name: they were renamed.
+///
+/// An entry with a group that was removed in one place and is unchanged in another one was moved. Takes time in proportion to the
+/// trees plus, in each group, the differences times the logarithm of its entries. Compares differing entries of one name for
+/// similarity only while they are few; otherwise takes them in their order.
 [[nodiscard]] BK_PARSER_API std::vector<TreeChange>
 compare_trees(const ParserGroup& before, const ParserGroup& after, const CompareOptions& options = {});
 

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Everything that a host needs for a day's work with documents: load, find out what is wrong, ask, change, save. Comparing, merging
-/// and laying out texts have headers of their own: document/compare.h, text_diff.h, merge.h and format.h.
+/// Everything that most hosts need for documents: load them, list their problems, read, change and save them. Comparing, merging and
+/// laying out texts have headers of their own: document/compare.h, text_diff.h, merge.h and format.h.
 
 #include "document/access.h"
 #include "document/include.h"

@@ -13,7 +13,7 @@ namespace bk_parser {
 struct FormatOptions {
     /// Blanks for each group that a line is in.
     unsigned int indent = 4;
-    /// In characters: a list of values goes on in the next line before it passes this column. No word is
+    /// Columns in characters: a list of values that would pass this column goes on in the next line. No word is
     /// cut, and the first value stays with its name.
     unsigned int width = 100;
 };
@@ -30,16 +30,18 @@ struct FormatResult {
     bool ok() const { return reason.empty(); }
 };
 
-/// Lays out the text of one file: an entry a line, indented by its groups; what a group holds between its braces on
-/// lines of their own; lists that are too long for the width go on in the next line, one level deeper. Words stay as they
-/// are spelled, and so do "=" and ",". Comments stay with what they stand behind, or above; an include directive stays
-/// on a line of its own or within its line, a version line is a line of its own. Of blank lines between two things one is
-/// kept, those at the begin and end of a group are not. A byte order mark stays, and lines end as the first one does (LF or
-/// CR LF). What is laid out already comes back byte for byte.
+/// Lays out the text of one file:
+/// - Each entry is on a line of its own, indented by its groups. The entries of a group are on lines between its braces.
+/// - A list that is too long for the width goes on in the next line, one level deeper.
+/// - Words keep their spelling, and "=" and "," stay.
+/// - A comment stays behind or above what it is about. An include directive stays on a line of its own or within its line. A version
+///   line is a line of its own.
+/// - Of several blank lines one is kept, and none at the beginning and end of a group.
+/// - A byte order mark stays. All lines end as the first one does (LF or CR LF).
 ///
-/// Never changes what is read: the text is read again, and its words, comments, directives and tree are compared with those
-/// of the text that was given. A text with errors is refused, and one in which a comment or a directive cuts a word.
-/// Included files are neither read nor looked for. Linear in the text.
+/// A second run changes no byte. Never changes what is read: reads the new text again and compares its words, comments, directives and
+/// tree with those of the given one. Refuses a text with errors, and one in which a comment or a directive cuts a word. Does not look
+/// for included files. Linear in the text.
 [[nodiscard]] BK_PARSER_API FormatResult format_text(std::string_view text,
                                                      const FormatOptions& options = {});
 

@@ -8,9 +8,9 @@
 
 namespace bk_parser {
 
-/// An include directive of a document, and what became of it.
+/// An include directive of a document, and the file that it included.
 struct Include {
-    /// What stands between its quotes.
+    /// The name between its quotes.
     std::string name;
     /// The file that holds the directive, as it was found; empty for a document in memory.
     std::filesystem::path file;
@@ -26,9 +26,9 @@ struct Include {
     std::filesystem::path found;
     /// The file that was found; empty when none was.
     std::filesystem::path path;
-    /// The places where the file was looked for and was not, as they were named, in their order.
+    /// The places where the file was looked for and not found, as they were named, in their order.
     std::vector<std::filesystem::path> tried;
-    /// The code of the problem that kept the file out; empty when it was included.
+    /// The code of the problem because of which the file was not included; empty when it was.
     std::string problem;
 };
 
@@ -38,8 +38,7 @@ struct DocumentFile {
     std::filesystem::path file;
     /// Absolute.
     std::filesystem::path path;
-    /// Bytes as they are stored, and of the text, which is another number in an enciphered file. In the binary form and in an
-    /// archive there is no text.
+    /// Bytes of the file as it is stored. An enciphered file has fewer bytes of text. The binary form and an archive have no text.
     std::uint64_t stored_size = 0;
     /// Bytes of its text, after deciphering.
     std::uint64_t text_size = 0;

@@ -18,30 +18,31 @@ namespace bk_parser {
 enum class JsonShape {
     lossless, ///< one value that `from_json` reads back as the same tree
     lines,    ///< the same with an object on a line for each entry of the outermost group (NDJSON)
-    plain     ///< for tools that ask: names are keys, and what repeats is an array; nothing reads it back
+    plain     ///< for query tools: names are keys, and names that repeat are arrays; nothing reads it back
 };
 
 /// How to write JSON.
 struct JsonOptions {
     /// Which of the shapes is written.
     JsonShape shape = JsonShape::lossless;
-    /// Blanks for each of the first hundred levels; deeper lines stand as far in as those. 0 writes all of it on one line, without a line end. `lines` takes no account of it.
+    /// Blanks of indentation for each of the first hundred levels; deeper lines are indented as the hundredth. 0 writes everything on
+    /// one line, without a line end. `lines` ignores it.
     unsigned int indent = 2;
 };
 
-/// Takes a piece of the JSON; the pieces in their order are the whole. When it returns false, the writing ends.
+/// Receives the JSON piece by piece, in order. Return false to stop.
 using JsonSink = std::function<bool(std::string_view)>;
 
-/// The tree below a group as JSON, in UTF-8. The name of the group itself is no part of it, as in the other forms, and neither are the
-/// places of entries in files. Fails only when memory runs out: throws std::bad_alloc, and std::length_error past the longest string.
+/// The tree below a group as JSON, in UTF-8, without the name of the group itself and the places of entries in files.
+/// Throws std::bad_alloc when memory runs out, and std::length_error past the longest string; nothing else fails.
 /// Linear in the output; names that repeat in a group cost the logarithm of their number.
 [[nodiscard]] BK_PARSER_API std::string to_json(const ParserGroup& group, const JsonOptions& options = {});
-/// The same of a document.
+/// The same for a document.
 [[nodiscard]] BK_PARSER_API std::string to_json(const Document& document, const JsonOptions& options = {});
 
-/// The same in pieces of about 64 KiB, for what is larger than memory should hold: beside a piece it takes what the depth of the tree
-/// needs and, for a group that it begins, 8 bytes for each entry of that group, which `lines` saves for the outermost one. The plain shape
-/// takes 32 bytes for each entry of each open group. False when the sink returned false. What the sink throws passes through.
+/// The same in pieces of about 64 KiB, for JSON that is too large for memory. Takes memory for one piece and for the depth of the tree,
+/// and 8 bytes for each entry of a group when it begins that group; `lines` saves these for the outermost group. The plain shape
+/// takes 32 bytes for each entry of each open group. Returns false when the sink returned false. What the sink throws passes through.
 BK_PARSER_API bool write_json(const ParserGroup& group, const JsonSink& sink,
                               const JsonOptions& options = {});
 
@@ -50,9 +51,9 @@ struct JsonReadOptions {
     /// `lossless` takes one value, `lines` an object on each line, where a text without any is an empty document. Otherwise
     /// the text tells: what has more objects behind the first, each on a new line, is `lines`. The plain shape is not read.
     std::optional<JsonShape> shape;
-    /// What problems call the text.
+    /// The name of the text in problems.
     std::filesystem::path file;
-    /// `source_size`, `nesting_depth` and `message_count` count here.
+    /// Only `source_size`, `nesting_depth` and `message_count` matter here.
     ParserLimits limits = ParserLimits::untrusted();
     /// As in LoadOptions.
     std::function<bool(double)> progress;

@@ -21,33 +21,33 @@ struct DocumentState;
 /// How a document is stored (docs/formats.md).
 enum class Form { text, binary, enciphered, archive };
 
-/// A tree together with where it came from. Movable, not copyable; a document that was moved from is an empty one.
+/// A tree, and where it came from. Movable, not copyable. A moved-from document is empty.
 class BK_PARSER_API Document {
 public:
     /// An empty document without a path, in the text form.
     Document();
-    /// Takes the tree; the other document is an empty one then.
+    /// Takes the tree; the other document becomes empty.
     Document(Document&& other) noexcept;
-    /// Takes the tree; the one that was here dies.
+    /// Takes the tree, and deletes the one that was here.
     Document& operator=(Document&& other) noexcept;
     ~Document();
 
-    /// The group that holds everything; the document owns it. Of a document that nobody keeps, as in
-    /// `load(path).document.root()`, it does not compile: the group would be gone.
+    /// The root group, which the document owns. Does not compile on a temporary document, as in `load(path).document.root()`: the
+    /// group would dangle.
     ParserGroup& root() &;
-    /// The same for a document that does not change.
+    /// The same for a constant document.
     const ParserGroup& root() const&;
     /// Does not compile.
     ParserGroup& root() && = delete;
     /// Does not compile.
     const ParserGroup& root() const&& = delete;
-    /// The form that it was loaded from, or was saved in last.
+    /// The form that it was loaded from or last saved in.
     Form form() const;
-    /// The file that it was loaded from, or was saved to last, as it was given; empty when there is none.
+    /// The file that it was loaded from or last saved to, as it was given; empty when there is none.
     const std::filesystem::path& path() const&;
     /// A copy, of a document that nobody keeps.
     std::filesystem::path path() &&;
-    /// Absolute paths of the files that it includes, each once, in the order of their first inclusion.
+    /// The absolute paths of the files that it includes, each once, in the order of their first inclusion.
     const std::vector<std::filesystem::path>& dependencies() const&;
     /// A copy, of a document that nobody keeps.
     std::vector<std::filesystem::path> dependencies() &&;
@@ -62,7 +62,7 @@ public:
     std::vector<DocumentFile> files() &&;
     /// Bytes of the text that was parsed: includes spliced in, comments left out. 0 in the binary form.
     std::uint64_t expanded_size() const;
-    /// The version of the syntax that its text was read by; of the forms that have no text the one that is written.
+    /// The version of the syntax by which its text was read. For a form without text, the version that the library writes.
     double version() const;
 
 private:
@@ -82,24 +82,24 @@ struct LoadOptions {
     bool follow_includes = true;
     /// Decrypts an enciphered document and its enciphered includes.
     std::string key;
-    /// What the load may cost.
+    /// Bounds the memory and time of the load.
     ParserLimits limits = ParserLimits::untrusted();
-    /// Called about a hundred times with how much of the load is done, from 0 to 1 and never falling. 1 is told once,
-    /// when the problems are found, too. When it returns false, the load is cancelled. What it throws passes through `load`.
+    /// Is called about a hundred times with the part of the load that is done, from 0 to 1 and never falling; once with 1, after
+    /// the problems are found. Return false to cancel the load. What it throws passes through `load`.
     std::function<bool(double)> progress;
-    /// Keeps the texts of all files in memory, as long as the document is not saved: place_of (document/places.h) tells where
-    /// entries stand, and a text that was parsed in memory keeps its layout when it is saved.
+    /// Keeps the texts of all files in memory until the document is saved. Then place_of (document/places.h) finds the places of
+    /// entries, and a text that was parsed from memory keeps its layout when it is saved.
     bool keep_sources = false;
-    /// Codes of warnings that are not told. Errors are always told.
+    /// Codes of warnings to suppress. Errors cannot be suppressed.
     std::vector<std::string> allow;
 };
 
-/// What a load gives.
+/// The result of a load.
 struct LoadResult {
     /// Everything that could be read; empty when the load was cancelled or refused.
     Document document;
-    /// In the order of the text, what has no place first. At most 10,000, or ParserLimits::message_count when that is
-    /// less; when there are more, one further problem, "more-problems", is the last and says how many.
+    /// Problems in the order of the text; those without a place come first. At most 10,000, or ParserLimits::message_count when that is
+    /// less. When there are more, one further problem, "more-problems", comes last and says how many.
     std::vector<Problem> problems;
     /// Whether `progress` returned false.
     bool cancelled = false;
@@ -107,14 +107,13 @@ struct LoadResult {
     BK_PARSER_API bool ok() const;
 };
 
-/// Loads a document in any stored form, which is found from its first bytes. Never fails without a problem that says why:
-/// a file that cannot be opened, or that is no document (JSON, an image, UTF-16), is one problem, and the
-/// document is empty. So is one of a device other than a pipe. A named pipe that nobody writes to blocks.
-/// Linear in the size of the files.
+/// Loads a document in any stored form, which it recognises by the first bytes. Every failure gives a problem that says why. A file
+/// that cannot be opened, that is no document (JSON, an image, UTF-16), or that is a device other than a pipe gives one problem and an
+/// empty document. **Blocks on a named pipe that nobody writes to**. Linear in the size of the files.
 [[nodiscard]] BK_PARSER_API LoadResult load(const std::filesystem::path& path,
                                             const LoadOptions& options = {});
 
-/// The same for a text in memory. Includes are searched for in the search folders alone.
+/// The same for a text in memory. Searches for includes only in the search folders.
 [[nodiscard]] BK_PARSER_API LoadResult parse(std::string_view text, const LoadOptions& options = {});
 
 } // namespace bk_parser

@@ -8,10 +8,10 @@
 
 namespace bk_parser {
 
-/// How two texts were merged.
+/// The result of a merge.
 struct MergeResult {
-    /// With a conflict marked as "<<<<<<< ours", "=======", ">>>>>>> theirs", each on a line of its own, around the
-    /// two versions of an entry. Empty when there is a reason.
+    /// The merged text. A conflict has both versions of an entry, between the lines "<<<<<<< ours", "=======" and
+    /// ">>>>>>> theirs". Empty when there is a reason.
     std::string text;
     /// How many conflicts are marked in the text.
     std::size_t conflicts = 0;
@@ -21,14 +21,16 @@ struct MergeResult {
     bool ok() const { return reason.empty(); }
 };
 
-/// Merges two texts that were made of one: `base` became `ours` here and `theirs` there. Merged are entries, with the
-/// comments above and behind them: in each group, what only one side changed, added or removed is taken from that side,
-/// and a group that both changed is merged entry by entry. What both changed in different ways, or one changed and
-/// the other removed, is a conflict. Entries are known again by equal content, else by
-/// name, template and first string. The layout stays that of `ours`, and of what comes from `theirs` that of `theirs`; where only they changed the order of entries, theirs is taken.
-/// Include and version lines are merged as entries are.
+/// Merges two texts that were made from one: `base` became `ours` and `theirs`. It merges entry by entry, with the comments above and
+/// behind the entries, and include and version lines like entries:
+/// - What only one side changed, added or removed is taken from that side.
+/// - A group that both sides changed is merged entry by entry.
+/// - An entry that both sides changed in different ways, or that one side changed and the other removed, is a conflict.
 ///
-/// Refuses texts that have faults, and refuses when the merged text would have faults. Near-linear in the texts.
+/// Matches entries by equal content, otherwise by name, template and first string. Keeps the layout of `ours`; what comes from
+/// `theirs` keeps the layout of `theirs`. When only `theirs` changed the order of entries, takes that order.
+///
+/// Refuses texts with faults, and a merge whose text would have faults. Near-linear in the texts.
 [[nodiscard]] BK_PARSER_API MergeResult merge_texts(std::string_view base, std::string_view ours,
                                                     std::string_view theirs);
 

@@ -22,16 +22,16 @@ struct ParsedPath;
 struct PathError {
     /// What was found and what to write instead, on one line.
     std::string message;
-    /// In bytes of the path. The length is at least 1, and the place may be the end of the path.
+    /// Where it is wrong, in bytes of the path. This may be the end of the path.
     std::size_t offset = 0;
-    /// Of what is wrong, in bytes.
+    /// The length of what is wrong, in bytes: at least 1.
     std::size_t length = 1;
 };
 
-/// A path that was parsed once and may be matched often, by many threads at once. Copies share what was parsed.
+/// A parsed path, which may be used often, by many threads at once. Copies share what was parsed.
 class BK_PARSER_API Path {
 public:
-    /// Linear. A malformed path finds nothing, and `error` says why.
+    /// Parses the path, in linear time. A malformed path finds nothing, and `error` says why.
     explicit Path(TextRef text);
     /// Copies share what was parsed.
     Path(const Path& other) noexcept;
@@ -48,7 +48,7 @@ public:
     /// Null when the path is well-formed. Valid as long as the path or a copy of it.
     const PathError* error() const& noexcept;
     const PathError* error() const&& = delete;
-    /// As it was given.
+    /// The path as it was given.
     std::string_view text() const& noexcept;
     std::string_view text() const&& = delete;
 
@@ -58,7 +58,7 @@ private:
 };
 
 /// A path as a parameter: a text, which is parsed in the call, or a Path. A null pointer is an empty text, which finds
-/// nothing. Refers to what it was made of.
+/// nothing. Refers to its argument, which must outlive it.
 class PathRef {
 public:
     /// Refers to the path, which must outlive the call.
@@ -91,12 +91,12 @@ BK_PARSER_API std::string path_name(TextRef name);
 /// Always in quotes, with escapes for quotes, backslashes, control characters and bytes that are no UTF-8.
 BK_PARSER_API std::string path_string(TextRef text);
 
-/// Comes to everything that a path finds in a group, in document order, each entry once. Takes time in proportion to the
-/// entries that are searched times the steps of the path and their brackets, of which a step has at most 64, whatever path
-/// it is; memory in proportion to depth times steps. A search that was moved from finds nothing and may be assigned to.
+/// Visits everything that a path finds in a group, in document order, each entry once. The time is in proportion to the
+/// entries searched times the steps and brackets of the path; a step has at most 64 brackets. The memory is in
+/// proportion to depth times steps. A moved-from search finds nothing and may be assigned to.
 class BK_PARSER_API PathSearch {
 public:
-    /// Begins before the first place that the path finds.
+    /// Starts before the first place; call `next` to go there.
     PathSearch(const ParserGroup& group, PathRef path);
     /// Takes what the other holds.
     PathSearch(PathSearch&& other) noexcept;
@@ -108,9 +108,9 @@ public:
 
     /// Goes to the next entry; false when there is none.
     bool next();
-    /// Leaves out what the current entry holds.
+    /// Skips what the current entry holds.
     void skip_groups() noexcept;
-    /// What `next` came to last; Visit() before that, and when the search was moved from.
+    /// The current place; Visit() before the first `next`, and for a moved-from search.
     const Visit& visit() const noexcept;
 
 private:
@@ -118,12 +118,12 @@ private:
     std::unique_ptr<State> state_;
 };
 
-/// The first entry that the path finds, in document order; null when there is none, or the path is malformed. Takes time
-/// as PathSearch does, until the entry is reached: n calls for the n entries of a group take time in proportion to n * n.
-/// The entry belongs to the tree, and is constant only if you keep it so.
+/// The first entry that the path finds, in document order; null when there is none or the path is malformed. Searches as
+/// PathSearch does, up to that entry: n calls for the n entries of a group take time in proportion to n * n.
+/// The tree owns the entry. The entry is not const, even for a const group: change it only if you may change the tree.
 BK_PARSER_API ParserEntry* find(const ParserGroup& group, PathRef path);
 
-/// The group that the path leads to: the value that `@` names, or the first group of the first entry that is found. Null
+/// The group that the path leads to: the value that `@` names, or the first group of the first entry found. Null
 /// when that is no group.
 BK_PARSER_API ParserGroup* find_group(const ParserGroup& group, PathRef path);
 
@@ -137,21 +137,21 @@ inline CursorRange<PathSearch, const Visit> find_visits(const ParserGroup& group
     return CursorRange<PathSearch, const Visit>(PathSearch(group, path));
 }
 
-/// The path in canonical form that finds that entry in `root`, and no other; empty when the entry is not below `root`.
-/// A step is the name alone where no other entry of the group has it, else the name with the entry's first
+/// The canonical path that finds this entry in `root`, and no other; empty when the entry is not below `root`.
+/// A step is the name alone where no other entry of the group has it, otherwise the name with the entry's first
 /// string, its template, or its number among those of the name. Linear in the tree: for many entries make a PathIndex.
 BK_PARSER_API std::string path_of(const ParserGroup& root, const ParserEntry& entry);
 
-/// The group that lists an entry; null when the entry is not below `root`. An entry does not know its group: linear in
-/// the tree.
+/// The group that lists an entry; null when the entry is not below `root`. Linear in the tree, because an entry does not know
+/// its group.
 BK_PARSER_API ParserGroup* parent_of(const ParserGroup& root, const ParserEntry& entry);
 /// The entry that holds a group; null for `root` itself and for a group that is not below it. Linear in the tree. A
 /// group that was read or was made in its entry knows that entry at once (ParserGroup::get_source_entry); one that was
 /// adopted or copied does not.
 BK_PARSER_API ParserEntry* parent_of(const ParserGroup& root, const ParserGroup& group);
 
-/// The paths and parents of all entries of a tree, found in one walk. Wrong once the tree is edited. An index that was
-/// moved from has no entries and may be assigned to.
+/// The paths and parents of all entries of a tree, found in one walk. **Wrong once the tree is edited**. A moved-from index has no
+/// entries and may be assigned to.
 class BK_PARSER_API PathIndex {
 public:
     /// Indexes the tree under this group, which must outlive the index.

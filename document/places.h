@@ -19,16 +19,16 @@ struct EntryPlace {
     unsigned int line = 0;
     /// From 1, in UTF-8 characters.
     unsigned int column = 0;
-    /// In bytes of that file, as it is after deciphering.
+    /// In bytes of that file after deciphering.
     std::size_t offset = 0;
 
     /// Whether the place is known.
     bool is_known() const noexcept { return line != 0; }
 };
 
-/// The place of an entry in the files of its document, which was loaded with `LoadOptions::keep_sources`. Not known
-/// without that, in the binary form and in archives, of an entry that was added since, and after a save. Logarithmic in
-/// the lines of the document, and linear in the length of the line. Not for several threads at once.
+/// The place of an entry in the files of its document. Load the document with `LoadOptions::keep_sources`. Without it no place is
+/// known, nor in the binary form and in archives, for an entry that was added since the load, and after a save. **Not for several
+/// threads at once**. Logarithmic in the lines of the document, and linear in the length of the line.
 BK_PARSER_API EntryPlace place_of(const Document& document, const ParserEntry& entry);
 
 } // namespace bk_parser

@@ -11,18 +11,18 @@ namespace bk_parser {
 
 /// How bad a problem is.
 enum class Severity {
-    warning, ///< the document was read as it is spelled, and surely says something else than its author meant
+    warning, ///< the document was read as it is spelled, but its author probably meant something else
     error    ///< something was lost: a word, an entry, a file, or the whole document
 };
 
-/// Something that was wrong with a document, or looks wrong, and where.
+/// Something that is wrong with a document, or looks wrong, and where.
 struct Problem {
     /// Whether something was lost.
     Severity severity = Severity::error;
     /// Stable across versions, such as "comment-joins-line". docs/problems.md has a section for each code.
     std::string code;
-    /// What was found and what to do, in plain words, on one line, without the place. Control characters and bytes that are no UTF-8,
-    /// which names of files may hold, are spelled as "\x1B".
+    /// What was found and what to do, on one line, without the place. Control characters and bytes that are no UTF-8,
+    /// which names of files may have, are spelled as in "\x1B".
     std::string message;
     /// The file that holds the place, as it was given or found: relative when the given path is; empty for a document in memory.
     std::filesystem::path file;
@@ -34,9 +34,9 @@ struct Problem {
     std::size_t offset = 0;
     /// How many bytes the place takes.
     std::size_t length = 0;
-    /// The line that holds the place, without its line end, as it is in the file: it may hold tabs, control characters and
-    /// bytes that are no UTF-8. Of a line of more than 4096 bytes those around the place, no character cut in two; nothing when
-    /// the lines of the problems before it take 64 MB.
+    /// The line with the place, without its line end, as it is in the file: it may have tabs, control characters and
+    /// bytes that are no UTF-8. Of a line of more than 4096 bytes only a part around the place, which cuts no character in two. Empty
+    /// when the lines of the problems before take 64 MB.
     std::string source_line;
     /// The place of source_line's first byte in bytes of the file.
     std::size_t source_line_offset = 0;

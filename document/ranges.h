@@ -18,28 +18,28 @@
 
 /// Ranges over trees, for range-for and for std::views. All of them are lazy, and none of them recurses.
 ///
-/// Edits while a range is walked: at an entry you may change, move, take or remove that entry, change what is below it,
-/// and add, move or remove entries of the same group. An entry that is moved is followed: moved to the end, it ends the
-/// walk of its group. When the entry is gone, the walk goes on at its old position number, so that entries before it that
-/// are removed or added too make the walk skip or repeat some. Add before you remove: a new entry may get the address of one
-/// that was deleted, and is then followed in its place. Do not remove or move the entries above the current one, which
-/// hold the groups that are being walked.
+/// **Do not remove or move the entries above the current one**, which hold the groups that are being walked. Otherwise you may edit
+/// during a walk: change, move, take or remove the current entry, change what is below it, and add, move or remove entries of the
+/// same group. The walk follows the current entry when that moves; an entry moved to the end ends the walk of its group. When the
+/// current entry is gone, the walk goes on at its old position number. If you then also add or remove entries before that position,
+/// the walk repeats or skips some. Add before you remove: a new entry may get the address of a deleted one, and the walk then takes
+/// it for that one.
 namespace bk_parser {
 
-/// An entry that a walk or a search has come to, and its place. Valid until the tree is edited there.
+/// The current entry of a walk or a search, and its place. Valid until the tree is edited there.
 class Visit {
 public:
-    /// What `value` gives for the entry as a whole.
+    /// What `value` returns for the entry as a whole.
     static constexpr unsigned int whole_entry = 0xFFFFFFFFu;
 
-    /// At no entry: `entry` and `parent` may not be asked for.
+    /// No entry: do not call `entry` and `parent`.
     Visit() = default;
     /// Names an entry and its place.
     Visit(ParserEntry& entry, ParserGroup& parent, unsigned int position, unsigned int depth,
           unsigned int value) noexcept
         : entry_(&entry), parent_(&parent), position_(position), depth_(depth), value_(value) {}
 
-    /// The entry that was come to.
+    /// The entry.
     ParserEntry& entry() const noexcept { return *entry_; }
     /// The group that lists the entry.
     ParserGroup& parent() const noexcept { return *parent_; }
@@ -58,11 +58,11 @@ private:
     unsigned int value_ = whole_entry;
 };
 
-/// Comes to every entry of a group and of the groups in it, depth first, an entry before what it holds. Memory is
-/// in proportion to the depth. A walker that was moved from comes to nothing and may be assigned to.
+/// Visits every entry of a group and of the groups in it, depth first, an entry before what it holds. Takes memory
+/// in proportion to the depth. A moved-from walker visits nothing and may be assigned to.
 class BK_PARSER_API Walker {
 public:
-    /// Begins before the first entry. The walker does not own the group.
+    /// Starts before the first entry; call `next` to go there. Does not own the group.
     explicit Walker(const ParserGroup& group);
     /// Takes what the other holds.
     Walker(Walker&& other) noexcept;
@@ -74,9 +74,9 @@ public:
 
     /// Goes to the next entry; false when there is none.
     bool next();
-    /// Leaves out what the current entry holds.
+    /// Skips what the current entry holds.
     void skip_groups() noexcept;
-    /// What `next` came to last; Visit() before that, and when the walker was moved from.
+    /// The current entry; Visit() before the first `next`, and for a moved-from walker.
     const Visit& visit() const noexcept;
 
 private:
@@ -84,8 +84,8 @@ private:
     std::unique_ptr<State> state_;
 };
 
-/// A range over what a cursor (Walker, PathSearch) comes to, to be walked once. It moves, and is not copied.
-/// `Item` is Visit or ParserEntry: what the range gives references to. A range that was moved from is empty.
+/// A range over what a cursor (Walker, PathSearch) visits, which can be walked once. Movable, not copyable; a moved-from range is
+/// empty. `Item` is Visit or ParserEntry: the range gives references to it.
 template <class Cursor, class Item>
 class CursorRange : public std::ranges::view_base {
 public:
@@ -132,7 +132,7 @@ public:
     /// Walks what the cursor comes to.
     explicit CursorRange(Cursor cursor) noexcept : cursor_(std::move(cursor)) {}
 
-    /// To be called once. The range outlives its iterators.
+    /// Call it once. The range must outlive its iterators.
     Iterator begin() & {
         is_over_ = !cursor_.next();
         return Iterator(*this);
@@ -198,7 +198,7 @@ public:
         unsigned int position() const noexcept { return position_; }
 
     private:
-        /// Behind the entry; where it was when it is gone.
+        /// The position after the entry, or the entry's old position when it is gone.
         unsigned int following() const noexcept {
             const auto& entries = range_->group_->get_entries();
             if (position_ < entries.get_count() && entries[position_] == entry_) {
@@ -233,9 +233,9 @@ public:
     /// The range does not own the group.
     Entries(const ParserGroup& group, TextRef name) : group_(&group), name_(name.view()) {}
 
-    /// The range outlives its iterators.
+    /// The range must outlive its iterators.
     Iterator begin() const& noexcept { return Iterator(*this); }
-    /// Does not compile: the range would be gone.
+    /// Does not compile on a temporary range: the iterator would dangle.
     Iterator begin() const&& = delete;
     /// For loops over the range.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }

@@ -13,37 +13,38 @@ namespace bk_parser {
 
 /// Bytes of a stored form that could not be read.
 struct LostPart {
-    /// The place in bytes of the file as it is stored. What is cut off begins at the end of the file.
+    /// The place in bytes of the stored file. A part that is cut off begins at the end of the file.
     std::uint64_t offset = 0;
-    /// Of what is cut off so much as the file announces; 0 where it does not say.
+    /// How many bytes. For a part that is cut off, the number that the file announces, or 0 when it announces none.
     std::uint64_t length = 0;
-    /// What stood there, as far as it can be told: "values of 'lights/key/power'", "cut off". Names may hold any bytes.
+    /// What was there, as far as that is known: "values of 'lights/key/power'", "cut off". Names may have any bytes.
     std::string what;
 };
 
-/// What a recovery gives.
+/// The result of a recovery.
 struct RecoverResult {
     /// The document, and its problems as after a load. One more problem, "damaged" or "cut-off", sums up the lost parts. Problems of
-    /// an archive count in the text that its words make.
+    /// an archive have their places in the text that its words make.
     LoadResult loaded;
-    /// By ascending place; at most 10,000. The last one of these says how many more there are.
+    /// The lost parts by ascending place, at most 10,000. When there are more, the last one says how many.
     std::vector<LostPart> lost;
 
     /// Whether nothing is lost, and the document could be read.
     BK_PARSER_API bool is_whole() const;
 };
 
-/// Loads a binary, enciphered or archive file as `load` does, but goes on behind what is damaged, wherever a size or the next entry
-/// shows where. A size that contradicts what it measures is taken from that. An entry that lost some of its values has those before.
-/// A first word of the file that differs from a form's in one byte is taken for it. A text is loaded as `load` does; it has no lost
-/// parts, for the parser goes on in any case.
+/// Loads a binary, enciphered or archive file as `load` does, but goes on after damage, wherever a size or the next entry
+/// shows where.
 ///
-/// What was read from the wrong place cannot be told from what was saved so: look at the document before it is used.
-/// Linear in the size of the file.
+/// **Look at the document before you use it**: values that were read from a wrong place cannot be told from true ones.
+///
+/// When a size contradicts the part that it measures, goes by that part. An entry that lost some of its values keeps those
+/// before them. A file whose first four bytes differ in one byte from those of a form is taken for that form. A text is loaded as by
+/// `load` and has no lost parts. Linear in the size of the file.
 [[nodiscard]] BK_PARSER_API RecoverResult recover(const std::filesystem::path& path,
                                                   const LoadOptions& options = {});
 
-/// The same for bytes in memory. Includes are searched for in the search folders alone.
+/// The same for bytes in memory. Searches for includes only in the search folders.
 [[nodiscard]] BK_PARSER_API RecoverResult recover_bytes(std::string_view bytes,
                                                         const LoadOptions& options = {});
 

@@ -14,9 +14,9 @@ namespace bk_parser {
 
 /// How to save a document.
 struct SaveOptions {
-    /// The form that it was loaded from, or was saved in last, when there is none.
+    /// The form to save in; without a value the one that it was loaded from or last saved in.
     std::optional<Form> form;
-    /// Encrypts the enciphered form; when it is empty, the key that the document was loaded with does.
+    /// The key of the enciphered form; when it is empty, the key with which the document was loaded.
     std::string key;
     /// Text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes: only the bytes of
     /// what was changed change. Without it, and for every other document, the file is laid out as ParserGroup::get_text does, and holds
@@ -24,18 +24,18 @@ struct SaveOptions {
     /// that says its version in an entry says it there again, in that form. An infinity of the binary form is read, and so
     /// saved, as the largest double.
     bool keep_layout = true;
-    /// Saves although the form cannot carry everything that the document holds.
+    /// Whether to save even when the form cannot carry everything that the document holds.
     bool lossy = false;
-    /// A change of an entry that came from an included file is made in that file; else it is refused.
+    /// Whether to change included files. When false, a save that would have to change one is refused.
     bool into_includes = true;
 };
 
-/// How a save went.
+/// The result of a save.
 struct SaveResult {
     /// Why nothing was saved: "FILE: what: the system's reason". Empty when every byte is on the disk.
     std::string reason;
-    /// What the form cannot carry: of each thing a code, and the names that lead to the entry. Without `lossy` they are the reason that
-    /// nothing was saved.
+    /// What the form cannot carry, each with a code and the names that lead to the entry. Without `lossy` nothing was saved because of
+    /// them.
     std::vector<Problem> losses;
     /// The files that were replaced. Files that did not change are not written.
     std::vector<std::filesystem::path> written;
@@ -47,11 +47,11 @@ struct SaveResult {
 struct FileChange {
     /// Empty for a document in memory.
     std::filesystem::path path;
-    /// As they are stored; empty when there is no such file.
+    /// The stored bytes; empty when there is no such file.
     std::string before;
-    /// As they would be stored.
+    /// The bytes that would be stored.
     std::string after;
-    /// Whether there is a file that is replaced.
+    /// Whether the file exists and would be replaced.
     bool is_there = false;
 };
 
@@ -61,7 +61,7 @@ struct SavePreview {
     std::string reason;
     /// What the form cannot carry, as in a SaveResult.
     std::vector<Problem> losses;
-    /// Files that would not change are left out. The document's own file is the last.
+    /// The files that would change. The document's own file is the last.
     std::vector<FileChange> changes;
     /// Whether there is no reason against it.
     bool ok() const { return reason.empty(); }
@@ -72,8 +72,8 @@ struct SavePreview {
 /// Before anything is written, what is to be written is read back and compared with the tree. When it would not read back as just
 /// this tree, nothing is written, and the losses and the reason say why.
 ///
-/// The file that the document was loaded from, or saved to last, is its own, under every name that symbolic links give it; without a
-/// path it is found from every current folder. In any form, a save over it is refused
+/// The document's own file is the one that it was loaded from or last saved to, under every name that symbolic links give it. Without
+/// a path it is found whatever the current folder is. In any form, a save over it is refused
 /// - when it has changed on the disk since ("has changed on the disk since it was loaded");
 /// - when it was not read whole: a stored form that is cut off or damaged, text behind a '}' that closes nothing, a limit that ended the
 ///   reading. `lossy` does not help. An include that was not found or not read counts, too, unless the layout is kept, which keeps its
@@ -98,36 +98,36 @@ struct SavePreview {
 /// - a file that is included more than once, under one name or several (by symbolic or hard links), changes when the tree was changed alike
 ///   in each place. Where one place was cleared its directive goes instead. Else the save is refused. Each hard link becomes a file of its
 ///   own;
-/// - a removed entry takes includes inside it along. An entry that is laid out anew holds what its includes gave: the save is refused when
-///   nothing else includes such a file, and when such an include was left out. An entry that is removed in the same save in which others
-///   are laid out counts as one of these;
-/// - a group that the text left open stays so: a save that puts something behind it is refused, with its place;
+/// - a removed entry takes includes inside it along. An entry that is laid out anew contains the text of its includes: the save is refused
+///   when nothing else includes such a file, and when such an include was left out. An entry that is removed in a save that lays out
+///   others counts as one of these;
+/// - a group that the text left open stays open: a save that would put something behind it is refused, with its place;
 /// - an enciphered include is enciphered again with the key of the load;
 /// - a file whose lines end in a carriage return alone takes no new lines: that is refused;
 /// - after a save with losses the next one keeps the layout of what was written; what was lost is a loss again as long as the tree holds it;
 /// - to another path only the document's own file goes: its includes stay where they are. That is refused when they would not be
 ///   found from there, or when one of them would have to change.
 ///
-/// Each file is replaced in one step by a new one that was flushed to the disk before. When several files change, all of the new ones are
-/// on the disk before the first is put in place, and the document's own file is put in place last. When a step fails,
-/// those replaced before get their old bytes back. A process that dies in between leaves each file whole, some of them new and the others old, and
-/// files named ".bk_parser_new_*", which may be deleted.
+/// Each file is replaced in one step by a new one that was flushed to the disk before. When several files change, all new ones are
+/// on the disk before the first is put in place, and the document's own file is put in place last. When a step fails, the files
+/// that were replaced before get their old bytes back. **A process that dies in between may leave some of the files new and others
+/// old**, each of them whole, and files named ".bk_parser_new_*", which may be deleted.
 ///
-/// When it fails, the document and every file are as they were. Throws nothing but what a host's log handler throws; without memory the
+/// When it fails, the document and every file are as they were. Throws only what a host's log handler throws. When memory runs out, the
 /// reason is "out of memory". Linear in the size of the files and of the tree.
 [[nodiscard]] BK_PARSER_API SaveResult save(Document& document, const std::filesystem::path& path = {},
                                             const SaveOptions& options = {});
 
-/// Works out what `save` would write, proves it in the same way, and writes nothing. A document that was parsed in memory
-/// has a preview without a path, too: its own text is the change without one. Throws and costs what `save` does, and
-/// memory for the files that change.
+/// Computes what `save` would write, and reads it back in the same way, but writes nothing. A document that was parsed from memory
+/// has a preview even without a path: the change without a path is its own text. Throws and costs what `save` does, and
+/// takes memory for the files that change.
 [[nodiscard]] BK_PARSER_API SavePreview preview_save(Document& document,
                                                      const std::filesystem::path& path = {},
                                                      const SaveOptions& options = {});
 
-/// Replaces files by what previews gave, all of them or none, in their order and as `save` does. Each path may stand there once.
-/// Gives why nothing was replaced: also when a file is not any more what the preview saw. Empty when every byte is on the disk.
-/// The documents of the previews still take the old files for theirs: load them again to go on.
+/// Replaces files by the changes of previews, all of them or none, in their order and as `save` does. Each path may occur once.
+/// Returns why nothing was replaced, for example because a file has changed since the preview; empty when every byte is on the disk.
+/// The documents of the previews still refer to the old files: load them again before you go on.
 [[nodiscard]] BK_PARSER_API std::string replace_files(std::span<const FileChange> changes);
 
 } // namespace bk_parser

@@ -14,8 +14,8 @@
 #include <format>
 #endif
 
-/// CoreString among the strings of the standard library: compared, ordered, hashed, printed and converted. A CoreString is
-/// made of a std::string_view by its constructor, and shown as one by get_view; nothing converts by itself.
+/// Makes CoreString work with the strings of the standard library: comparing, ordering, hashing, printing and converting. The
+/// constructor of CoreString takes a std::string_view, and get_view returns one; no conversion is implicit.
 
 inline bool operator==(const CoreBasicString& left, std::string_view right) noexcept {
     return left.get_view() == right;
@@ -59,7 +59,7 @@ inline std::string to_string(const CoreBasicString& text) {
     return std::string(text.get_view());
 }
 
-/// For containers that are asked with any kind of string, and make none for that:
+/// For containers in which you look up any kind of string without making a CoreString:
 /// `std::unordered_map<CoreString, int, StringHash, StringEqual>`, `std::map<CoreString, int, std::less<>>`.
 struct StringHash {
     /// Lets maps be searched by every kind of text, without making a string.

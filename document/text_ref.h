@@ -11,7 +11,7 @@ namespace bk_parser {
 template <class T>
 concept TextLike = std::convertible_to<const T&, std::string_view> && !std::same_as<T, std::nullptr_t>;
 
-/// A text as a parameter. A pointer that is null is the empty text. Refers to what it was made of.
+/// A text as a parameter. A null pointer is the empty text. Refers to its argument, which must outlive it.
 class TextRef {
 public:
     /// Refers to the characters, which must outlive the call.

@@ -7,8 +7,8 @@
 
 namespace bk_parser {
 
-/// The length of the well-formed UTF-8 character (RFC 3629) at `position`, which lies inside of the text; 0 when the byte there begins
-/// none.
+/// The length of the well-formed UTF-8 character (RFC 3629) at `position`, which must be inside the text. 0 when no such character
+/// begins there.
 BK_PARSER_API std::size_t utf8_length(std::string_view text, std::size_t position) noexcept;
 
 /// The number of characters, as columns of problems count them: each well-formed character is one, and so is each byte that

@@ -117,7 +117,7 @@ concept ReadableValue = SingleValue<T> || FixedListValue<T> || OpenListValue<T>;
 /// A text, literals too. A null pointer to one is an empty text.
 template <class T>
 concept TextValue = StringValue<T> || TextLike<T>;
-/// What one value may be set to. Not a char: a text has no characters, and 'A' would be the number 65 in it. Set "A", or int('A').
+/// What one value may be set to. Not a char: the text form has none and would write 'A' as 65. Set "A" or int('A').
 template <class T>
 concept WritableSingleValue =
     std::same_as<T, bool> ||(NumberValue<T> && !std::same_as<T, char>) || TextValue<T> || BytesValue<T>;
@@ -136,14 +136,13 @@ template <class T>
 concept WritableValue = WritableSingleValue<T> || is_writable_list<T> ||
     (ListTraits<T>::size != 0 && WritableSingleValue<typename ListTraits<T>::Element>);
 
-/// What converts to a T that is asked for by name, and says something else than what was given: a text is no bool, a double no
-/// integer, and nullptr no text.
+/// Arguments that would convert to T and change their meaning: a text to a bool, a double to an integer, nullptr to a text.
 template <class T, class Given>
 concept WrongByAccident =
     (std::same_as<T, bool> && (std::is_pointer_v<std::decay_t<Given>> || std::is_floating_point_v<Given>)) ||
     (IntegerValue<T> && std::is_floating_point_v<Given>) || std::is_null_pointer_v<Given>;
 
-/// One value that is to be stored. Refers to texts and bytes.
+/// A value to store. Does not own texts and bytes.
 class GivenValue {
 public:
     /// What kind of value is to be stored.
@@ -198,16 +197,16 @@ private:
     }
 };
 
-/// What the templates stand on.
+/// Internal: the functions that the templates above call.
 namespace access {
 
-/// What becomes of the values behind those that are set.
+/// What happens to the values after those that are set.
 enum class ListEnd {
-    keep, ///< values behind those that are set stay
+    keep, ///< they stay
     cut   ///< they are removed
 };
 
-/// Each is false, and leaves `out` as it was, when the entry has no such value or it is none of that type.
+/// Reads a value. Returns false, and leaves `out` as it was, when the entry has no such value or it is not of that type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, bool& out);
 /// The same for another type or place.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, long long& out);
@@ -321,7 +320,7 @@ std::optional<T> read_any(const ParserEntry& entry, unsigned int value) {
     }
 }
 
-/// Calls `act` with what is given, value by value.
+/// Calls `act` with the given values as a list.
 template <WritableValue T, class Action>
 auto with_given(const T& content, const Action& act) {
     if constexpr (WritableSingleValue<T>) {
@@ -344,8 +343,8 @@ auto with_given(const T& content, const Action& act) {
 
 } // namespace access
 
-/// The values of an entry that can be read as T, in order; others are passed over. Values that are added while it is walked
-/// are walked, too. Points to the entry.
+/// The values of an entry that can be read as T, in order; skips the others. Also visits values that are added during the walk. Refers
+/// to the entry.
 template <SingleValue T>
 class Values : public std::ranges::view_base {
 public:

@@ -49,21 +49,21 @@ public:
     /// Parses the archive's words into the group. Indices that name no string are skipped. An archive whose text would
     /// pass the limits is refused with "ParserImpl.group_set_archive: text too large\n" at level 2.
     static void group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar* progress);
-    /// The same within other limits than the usual ones. False when one ends the reading; faults of the syntax are
-    /// logged, and are no failure.
+    /// The same within these limits. False when one of them ends the read. Faults of the syntax are logged and do not make it false.
     static bool group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar* progress,
                                   const ParserLimits& limits);
-    /// The text that the words make, each with a blank after it, replaces `text`. False, with `text` as it was, when
-    /// it would pass the limits.
+    /// Replaces `text` by the words, each with a blank after it. Returns false, and leaves `text` as it was, when that would pass the
+    /// limits.
     static bool get_archive_text(const ParserArchive& archive, CoreString& text, const ParserLimits& limits);
 
-    /// Empty on success, else "empty filename" or "cannot open file". When not everything could be stored, the result is
-    /// empty all the same, the old file stays, and level 1 says
-    /// "ParserImpl.save_archive: Can't save archive '<filename>'.\n".
+    /// Saves an archive to a file. Returns an empty text, or "empty filename" or "cannot open file".
+    ///
+    /// **An empty text does not mean that the archive was stored**, only that the file could be opened. When not everything could be
+    /// stored, the old file stays, and only the log says "ParserImpl.save_archive: Can't save archive '<filename>'.\n", at level 1.
     static CoreString save_archive(const ParserArchive& archive, const CoreString& filename,
                                    AppProgressBar* progress);
-    /// Empty on success, else "empty filename", "cannot open file", "invalid file size" or "unknown file format".
-    /// Meant for an empty archive; one that was loaded is not for adding further words. Makes no progress calls.
+    /// Appends an archive file to `archive`, which should be empty. Returns an empty text on success, otherwise "empty filename",
+    /// "cannot open file", "invalid file size" or "unknown file format". Do not add words to a loaded archive. Makes no progress calls.
     static CoreString load_archive(ParserArchive& archive, const CoreString& filename,
                                    AppProgressBar* progress);
 };

@@ -14,14 +14,14 @@ class EntryAccess;
 struct EntryFields;
 } // namespace bk
 
-/// One named line of a document: a name, a kind, an optional template name, an optional array mark, the place
-/// where it was read, and an ordered list of values, which the entry owns.
+/// An entry of a document: a name, a kind, an optional template name, an optional array count, the place where it was read, and an
+/// ordered list of values, which the entry owns.
 ///
-/// Indexed operations do not check the index unless they say so. References and pointers to names and fields are valid
-/// as long as the entry is; for templates see get_template, for strings get_string.
+/// Functions that take an index do not check it unless they say so. A reference that get_name, get_template or get_string returns is
+/// valid as long as these say.
 ///
-/// When memory ends, constructors and edits throw std::bad_alloc (std::length_error where a count would pass its limit) and
-/// leave everything as it was; nothing else throws.
+/// When memory runs out, constructors and edits throw std::bad_alloc (std::length_error where a count would pass its limit) and
+/// leave everything as it was. Nothing else throws.
 ///
 /// Layout: 64 bytes, one cache line. An entry with values takes 8 more for the head of their list, and 32 for each value.
 class BK_PARSER_API ParserEntry {
@@ -34,31 +34,31 @@ public:
         TYPE_RAW_TEXT = 3       ///< its strings are written verbatim, without name or separators
     };
 
-    /// What get_array_count gives for an entry that is not an array.
+    /// What get_array_count returns for an entry that is not an array.
     static constexpr unsigned int not_an_array = 0xFFFFFFFFu;
 
-    /// An entry without values. `line` and `column` are what get_line and get_column give.
+    /// An entry without values. get_line and get_column will return `line` and `column`.
     ParserEntry(const CoreString& name, const Type& type, const core_ulong& line, const core_ulong& column);
-    /// Deep; nested groups are copied at any depth, each with a null source entry.
+    /// A deep copy: copies nested groups at any depth. Their source entries are null.
     ParserEntry(const ParserEntry& other);
     virtual ~ParserEntry();
 
-    /// Shallow: afterwards both entries list the same values, and a change of one is seen through both.
-    /// A value dies with the last entry that lists it. Use copy_from for an independent copy.
+    /// **Shallow**: afterwards both entries list the same values, and a change of a value shows in both. A value dies with the last
+    /// entry that lists it. Use copy_from for an independent copy.
     ParserEntry& operator=(const ParserEntry& other);
-    /// Deep: own values are deleted first. Copying an entry from itself changes nothing.
+    /// Becomes a deep copy of the other entry. Copying an entry from itself changes nothing.
     void copy_from(const ParserEntry& other);
     /// Deletes all values; name, type, place, array count and template stay.
     void reset();
 
-    /// Valid, and the same, until the entry is renamed or assigned to, or dies.
+    /// The name. The reference is valid until the entry is renamed or assigned to, or dies.
     const CoreString& get_name() const noexcept { return name_; }
-    /// The kind that it was made as, or that reading gave it.
+    /// The kind of the entry.
     const Type& get_type() const noexcept { return type_; }
-    /// Empty when there is none. To be asked for again after set_template.
+    /// The template name, empty when there is none. The reference is valid until set_template.
     const CoreString& get_template() const noexcept;
-    /// Where the entry was read: a line counted from 1, and a column, of the text that was parsed (which is not the
-    /// file's, see docs/language.md); 0 for an entry made by add_group.
+    /// The line of the entry, counted from 1, in the text that was parsed. That is not the line in the file: includes are spliced into
+    /// that text and comments dropped (docs/language.md). 0 for an entry made by add_group.
     const core_ulong& get_line() const noexcept { return line_; }
     /// The column, as get_line has the line.
     const core_ulong& get_column() const noexcept { return column_; }
@@ -72,22 +72,22 @@ public:
     bool is_array() const noexcept { return array_count_ != not_an_array; }
     /// Whether it has a template name.
     bool is_template() const noexcept { return !get_template().is_empty(); }
-    /// Exactly one value, and it is a group.
+    /// Whether it has exactly one value, and that is a group.
     bool is_group() const;
 
-    /// Neither checks the name nor touches the indexes of the group.
+    /// Gives the entry another name. Does not check the name, and does not update the indexes of the group.
     void rename(const CoreString& name);
     /// The empty string removes the template.
     void set_template(const CoreString& name);
     /// `count` is ignored when `is_array` is false.
     void set_array(const bool& is_array, const unsigned int& count);
-    /// TYPE_RAW_TEXT when true; TYPE_ENTRY when false, whatever the entry was before. The group's
-    /// indexes follow at the next operation that rebuilds them.
+    /// Makes the entry TYPE_RAW_TEXT, or with false TYPE_ENTRY, whatever it was before. The indexes of the group change only when they
+    /// are next rebuilt.
     void set_as_raw_text(bool raw);
 
-    /// Each appends one value; a vector appends one value a component. Amortised constant time.
+    /// Appends a bool. Each of these functions appends one value, or for a vector one value a component, in amortised constant time.
     void add_bool(const bool& value);
-    /// Kept as the character's code: 'A' is written 65.
+    /// Appends a char. It is written as its code: 'A' as 65, which reads back as an int.
     void add_char(const char& value);
     /// Appends an int.
     void add_int(const int& value);
@@ -97,10 +97,10 @@ public:
     void add_string(const CoreString& value);
     /// Appends a copy of `size` bytes.
     void add_binary_data(void* data, const unsigned int& size);
-    /// A value of the given type from a word of the text syntax; a string loses its enclosing quotes.
+    /// Appends a value of this type from a word of the text syntax. Takes the quotes off a string.
     void add_word(const ParserWord& word, const ParserValue::Type& type);
-    /// Adopts `group` and returns it, leaving its source entry as it is; when memory ends it still is the caller's. Null
-    /// makes a new group, without a name, whose source entry is this entry.
+    /// Adopts `group`, leaves its source entry as it is, and returns it. When memory runs out, the caller still owns it. With null,
+    /// makes a new group without a name, whose source entry is this entry.
     ParserGroup* add_group(ParserGroup* group);
     /// Appends the components as values of their own, in order.
     void add_vec2d(const GMathVec2<double>& value);
@@ -111,8 +111,8 @@ public:
     /// Appends the components as values of their own, in order.
     void add_vec4d(const GMathVec4<double>& value);
 
-    /// Typed reads of value `i`; see ParserValue for conversions and messages. A message for which there is no memory is left
-    /// out.
+    /// Reads value `i` as this type. ParserValue describes conversions and messages. A message for which there is no memory is
+    /// dropped.
     bool get_bool(const unsigned int& i) const;
     /// As get_bool, for another type.
     char get_char(const unsigned int& i) const;
@@ -120,20 +120,19 @@ public:
     int get_int(const unsigned int& i) const;
     /// As get_bool, for another type.
     double get_double(const unsigned int& i) const;
-    /// The string is valid, at its address and with its characters where they are, until its own value is set or removed or
-    /// the last entry that lists the value dies: whatever happens to other values, to the list, or to the entry's place.
+    /// The string of value `i`. The reference is valid, and the characters stay at their address, until that value is set or
+    /// removed or the last entry that lists it dies. Changes of other values, and moves of the entry, do not matter.
     const CoreString& get_string(const unsigned int& i) const;
     /// The bytes, which the entry owns; get_binary_data_size says how many.
     void* get_binary_data(const unsigned int& i) const;
     /// How many bytes get_binary_data gives.
     unsigned int get_binary_data_size(const unsigned int& i) const;
-    /// The value's text, unquoted, whatever its type; empty for a group. Logs nothing but that memory ran out; it is empty
-    /// then, too.
+    /// The text of value `i`, without quotes, whatever its type. Empty for a group. When memory runs out, it logs that and is empty.
     CoreString get_word(const unsigned int& i) const;
-    /// Null when value `i` is no group. An entry without values gets a new group, whatever `i` is: that is an edit. The group stays at
-    /// its address until its own value is set or removed or the last entry that lists it dies.
+    /// The group of value `i`; null when that is no group. The group stays at its address until that value is set or removed or the
+    /// last entry that lists it dies. **An entry without values gets a new group**, whatever `i` is: that is an edit.
     ParserGroup* get_group(const unsigned int& i) const;
-    /// Components from value `i` on; those for which there is no value are 0.
+    /// The values from `i` on as components. Missing ones are 0.
     GMathVec2<double> get_vec2d(const unsigned int& i) const;
     /// As get_vec2d, for another type.
     GMathVec2<int> get_vec2i(const unsigned int& i) const;
@@ -150,14 +149,14 @@ public:
     bool is_value_char(const unsigned int& i) const;
     /// Whether that value is of the type in the name.
     bool is_value_int(const unsigned int& i) const;
-    /// An int counts as a double.
+    /// Whether that value is a double or an int.
     bool is_value_double(const unsigned int& i) const;
     /// Whether that value is of the type in the name.
     bool is_value_string(const unsigned int& i) const;
-    /// 0xFFFFFFFF when the entry has no values.
+    /// The type of that value; 0xFFFFFFFF when the entry has no values.
     ParserValue::Type get_value_type(const unsigned int& i) const;
 
-    /// Each gives value `i` a new content and type.
+    /// Sets value `i` to this content and type.
     void set_bool(const bool& value, const unsigned int& i);
     /// Sets the value at that position.
     void set_int(const int& value, const unsigned int& i);
@@ -168,22 +167,23 @@ public:
     /// Sets the value at that position to a copy of `size` bytes.
     void set_binary_data(void* data, const unsigned int& size, const unsigned int& i);
 
-    /// Moves a value to position `to`; those between shift by one place.
+    /// Moves a value to position `to`. The values between shift by one position.
     void move_value(const unsigned int& from, const unsigned int& to);
-    /// The survivors keep their order. Indices may come in any order and repeat; those past the end are ignored.
+    /// Removes the values at these positions. The others keep their order. Indices may come in any order and repeat. Indices past the
+    /// end are ignored.
     void remove_value(const unsigned int& i);
     /// Removes the values at these positions.
     void remove_value(const CoreBasicArray<unsigned int>& indices);
     /// Removes the values at these positions.
     void remove_value(const CoreList<unsigned int>& indices);
 
-    /// Appends the entry, or its values alone, as the text syntax writes them.
+    /// Appends the entry as text.
     void get_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
-    /// Appends the values alone, as get_text writes them.
+    /// Appends the values alone, as get_text does.
     void get_value_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
 
-    /// The entry's text enciphered under `key` (docs/formats.md): as bytes, or as hexadecimal digits. An empty
-    /// text leaves the output as it was.
+    /// Replaces `data` by the entry's text, enciphered under `key` (docs/formats.md). **The cipher is not security**. An empty text
+    /// leaves `data` as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& pretty,
                             const unsigned int& level) const;
     /// The same as hexadecimal digits.
@@ -192,26 +192,26 @@ public:
 
     /// The binary form: name and values; kind, template, array count and place are not part of it.
     CoreVector<char> get_binary() const;
-    /// Reads what follows the name in the binary form and appends the values. False, with what was
-    /// read before kept, when the data is bad. A chunk larger than the whole buffer is logged at level 2:
+    /// Reads what follows the name in the binary form, and appends the values. Returns false when the data is bad, and keeps what it
+    /// read before. Logs a chunk larger than the whole buffer at level 2:
     /// "ParserEntry.set_binary: ParserEntry '<name>', chunk size (<size>) is larger than the given buffer (<size>)\n".
     bool set_binary(const CoreVector<char>& data, core_uint64& position);
 
-    /// Takes a block from the library's slabs, in whichever module the object is made.
+    /// Allocates from the library's slabs, whichever module makes the object.
     static void* operator new(std::size_t size);
     /// Null when memory has run out, and for a derived class of more than CoreMemory::largest_slab_block bytes.
     static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
-    /// Makes the object in a place of the caller's.
+    /// Constructs the object in memory of the caller's.
     static void* operator new(std::size_t, void* place) noexcept { return place; }
-    /// Gives the block back to the library's slabs, in whichever module the object dies.
+    /// Returns the block to the library's slabs, whichever module deletes the object.
     static void operator delete(void* block, std::size_t size) noexcept;
-    /// Gives the block back when a constructor threw.
+    /// Returns the block when a constructor threw.
     static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:
     friend class bk::EntryAccess;
 
-    /// What few entries have.
+    /// What only few entries have.
     struct Rare {
         CoreString template_name;
         unsigned int other_owners = 0; // lists that hold the entry beside the first

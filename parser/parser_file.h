@@ -14,42 +14,42 @@
 
 class SysFile;
 
-/// The version of a file object that has read nothing, and of the texts of archives: 1.2. A text without a version line is
-/// of version 1.0, and what is written of 1.2, whatever this says.
+/// The version of a file object that has read nothing, and of the texts of archives: 1.2. It does not matter for files: a text
+/// without a version line has version 1.0, and `write` writes 1.2.
 extern BK_PARSER_API CoreVersion default_parser_serial_version;
 
 /// A document on disk: the tree under its root group, the name of its file, and where its includes are found.
 ///
-/// `write` loses comments, blank lines and includes: it prints the document anew. It is true even when nothing could be stored.
-/// `read` is true for a text that is full of faults, takes any file for a text, and does not tell that a document was cut off.
-/// To edit files that people wrote, use bk_parser::load and bk_parser::save (document/document.h) instead.
+/// `write` **loses comments, blank lines and includes**: it prints the document anew. It returns true even when nothing could be
+/// stored. `read` **returns true for a text full of faults**, takes any file for a text, and does not tell that a document was cut
+/// off. To edit files that people wrote, use bk_parser::load and bk_parser::save (document/document.h).
 ///
-/// A text document begins with a line "#Brellwick_Serial_Version 1.2". Where it says #include "name", the file of
-/// that name is spliced in; "//" begins a comment that ends with its line, and takes the line's end with it.
+/// A text document begins with a line "#Brellwick_Serial_Version 1.2". `#include "name"` is replaced by the text of
+/// that file. "//" begins a comment, which ends with its line and takes the line end with it.
 class BK_PARSER_API ParserFile : public CoreBaseObject {
 public:
     /// How `write` stores a document.
     enum Mode : unsigned int { MODE_TEXT = 0, MODE_BINARY = 1 };
 
-    /// Owns the group from now on.
+    /// Takes over the group as its root.
     explicit ParserFile(ParserGroup& root);
-    /// A new root group named "root". The file is not read.
+    /// Stores the name and makes a root group named "root". Does not read the file.
     explicit ParserFile(const CoreString& filename);
-    /// Copies share one root group, which dies with the last of them.
+    /// **Copies share one root group**, which dies with the last of them.
     ParserFile(const ParserFile& other);
-    /// When memory ends, nothing has changed.
+    /// Shares the other's root group. When memory runs out, nothing has changed.
     ParserFile& operator=(const ParserFile& other);
     ~ParserFile() override;
 
-    /// Deletes what the root group holds.
+    /// Deletes all entries of the root group.
     void clear();
 
-    /// Stores the name that `read` and `write` take when they are given none.
+    /// Stores the name that `read` and `write` use when theirs is empty.
     void set_filename(const CoreString& filename);
     /// The stored name.
     const CoreString& get_filename() const noexcept { return filename_; }
-    /// The folders in which reading looks for files, in this order, before the name is tried as it stands. Writing does not
-    /// look there.
+    /// Sets the folders in which `read` looks for files, in this order, before it tries the name as it is. `write` does not use
+    /// them.
     void set_search_paths(const CoreVector<CoreString>& paths);
     /// What set_search_paths was given.
     const CoreVector<CoreString>& get_search_paths() const noexcept { return search_paths_; }
@@ -62,36 +62,40 @@ public:
     /// The root group, which the file owns together with its copies.
     ParserGroup& get_root() const noexcept { return *root_; }
 
-    /// Tells an observer, which the caller keeps alive, how later reads go; null ends that.
+    /// Sets an observer for later reads, which the caller keeps alive; null removes it.
     void set_read_observer(ParserReadObserver* observer) noexcept { observer_ = observer; }
 
-    /// What later reads may cost.
+    /// Limits the memory and time of later reads.
     void set_limits(const ParserLimits& limits) noexcept { limits_ = limits; }
-    /// What set_limits was given; wide limits at first.
+    /// What set_limits was given; at first the defaults of ParserLimits, which are wide.
     const ParserLimits& get_limits() const noexcept { return limits_; }
 
     /// Appends the root group's text, without a version line.
     void get_text(CoreString& out) const;
 
-    /// Reads a file (the stored one when `filename` is empty; else `filename` is stored, whatever comes of it), with its
-    /// includes, and appends it to the root group. `key` deciphers what is stored enciphered. False when the file or an
-    /// include cannot be found, opened or deciphered, with level-2 messages, and without one for an include directive
-    /// that lacks its closing quote and for a version that is not above 0; then the root group is as it was. False also
-    /// when a limit ends the parsing: then it has what was read before. Faults of the syntax are logged, and are no failure.
-    /// To detect a truncated document, or one that ended early at a "}", install a ParserReadObserver: nothing else tells. Does
-    /// not read MODE_BINARY files; use set_binary.
+    /// Reads a text or enciphered file with its includes, and appends it to the root group. Does not read MODE_BINARY files; use
+    /// set_binary. `key` deciphers enciphered files. A `filename` that is not empty is stored first, whether the read succeeds or not;
+    /// an empty one means the stored name.
+    ///
+    /// Returns true when the text has faults: they are logged. To detect a truncated document, or one that ended early at a "}",
+    /// install a ParserReadObserver; nothing else tells. Returns false, with the root group as it was,
+    /// - when the file or an include cannot be found, opened or deciphered, with a message at level 2;
+    /// - when an include directive lacks its closing quote, or a version is not above 0, without a message.
+    ///
+    /// Also returns false when a limit ends the parse; the root group then has what was read before.
     bool read(const CoreString& filename, const CoreString& key, AppProgressBar* progress);
 
-    /// Writes to the stored filename as it stands, after storing `filename` when it is not empty. A key that is not empty
-    /// writes the enciphered form, whatever the mode, and leaves the version in the tree, as the keyword entry
-    /// "#Brellwick_Serial_Version". False when the file cannot be opened, and for an unknown mode with
-    /// "ParserFile.write: Unknown file mode\n" at level 1. What cannot be stored whole is logged at level 1 as
-    /// "ParserFile.write: Can't save project '<filename>'.\n"; the result is true all the same, and the old file stays.
+    /// Writes the document to the stored name as it is, after it stored `filename` when that is not empty. With a key it writes the
+    /// enciphered form, whatever the mode, and leaves the version in the tree as the keyword entry "#Brellwick_Serial_Version".
+    ///
+    /// **Returns true even when the document could not be stored**: the old file then stays, and only the log says
+    /// "ParserFile.write: Can't save project '<filename>'.\n", at level 1. Returns false when the file cannot be opened, and for an
+    /// unknown mode with "ParserFile.write: Unknown file mode\n" at level 1.
     bool write(const Mode& mode, const CoreString& filename, const CoreString& key);
 
     /// The binary form of the whole document (docs/formats.md).
     CoreVector<char> get_binary() const;
-    /// Appends what the binary form holds to the root group. False, with level-2 messages, when it is bad.
+    /// Reads a binary document and appends it to the root group. When the data is bad, returns false and logs that at level 2.
     bool set_binary(const CoreVector<char>& data);
 
 private:

@@ -3,13 +3,12 @@
 #include "core/core_export.h"
 #include "core/core_string.h"
 
-/// Watches how a document is read, so that a tool can say which file, line and column a fault is in. The
-/// operations of this base do nothing. Offsets and lengths are bytes; an "expanded" offset counts in the text that
-/// the parser reads, after includes are spliced in and comments are dropped; any other counts in the text of the file
-/// that is being read.
+/// Watches a read, so that a tool can say in which file, line and column a fault is. The functions of this base class do nothing.
+/// Offsets and lengths are in bytes. An "expanded" offset counts in the text that the parser reads, with includes spliced in and
+/// comments dropped. Every other offset counts in the text of the current file.
 ///
-/// An exception that a call throws ends the read and passes to its caller, after file_left was called for every open file; what
-/// file_left throws then is dropped. std::bad_alloc counts as the library's own in operations that have a result.
+/// When a function here throws, the library calls file_left for every open file, drops what that throws, ends the read, and passes the
+/// exception to the caller. An operation that has a result takes std::bad_alloc for its own.
 class BK_PARSER_API ParserReadObserver {
 public:
     /// What can be wrong with a text.
@@ -36,19 +35,19 @@ public:
     ParserReadObserver() = default;
     virtual ~ParserReadObserver();
 
-    /// An include directive stands at this place of the current file and its search begins.
+    /// An include directive was found at this place of the current file. The search for its file begins.
     virtual void include_found(const unsigned int& offset, const unsigned int& length,
                                const CoreString& name);
-    /// The current file is now this one: found at `path` and loaded; `text` is what it holds, deciphered, and
-    /// stays where it is until file_left. A byte order mark at its beginning is counted in offsets and copied in no piece.
+    /// This file becomes the current one: found at `path`, loaded and deciphered. `text` stays at its address until file_left. Offsets
+    /// count a byte order mark at its beginning, and no piece contains it.
     virtual void file_entered(const CoreString& name, const CoreString& path, const CoreString& text);
-    /// The current file is again the one that included this one.
+    /// The current file ended. The file that included it is current again.
     virtual void file_left();
     /// A piece of the current file became part of the expanded text.
     virtual void piece_copied(const unsigned int& offset, const unsigned int& length,
                               const unsigned int& expanded);
-    /// A fault at a word of the expanded text, with the message as logged, less its class and place and line end; empty when
-    /// there was no memory for it.
+    /// A fault at a word of the expanded text. `message` is the logged one without the name of the function, the place and the line
+    /// end; it is empty when there was no memory for it.
     virtual void fault_found(const Fault& fault, const unsigned int& expanded, const unsigned int& length,
                              const CoreString& message);
     /// A fault of a directive in the current file.

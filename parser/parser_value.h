@@ -16,8 +16,8 @@ class ValueAccess;
 
 /// One typed value of an entry: a scalar, a string, binary data, a bare word or a whole group.
 ///
-/// A value that was read from text keeps its spelling and is converted on its first typed read, once; it is
-/// written back as it was spelled. A value that was set has no spelling: its text is made when it is asked for.
+/// A value that was read from text keeps its spelling, and is written back as it was spelled. Its first typed read converts it once.
+/// A value that was set has no spelling: its text is made whenever it is asked for.
 ///
 /// Layout: 32 bytes, the type and flags in one word, the spelling's length beside them, and sixteen bytes whose use
 /// depends on the type (docs/architecture.md draws it).
@@ -45,25 +45,25 @@ struct BK_PARSER_API ParserValue {
     explicit ParserValue(const bool& value);
     /// A value of TYPE_STRING, with a copy of the string.
     explicit ParserValue(const CoreString& value);
-    /// Text is passed as a CoreString; a plain pointer would be taken for a bool.
+    /// Does not compile: a plain pointer would convert to a bool. Pass a CoreString.
     template <std::same_as<char> T>
     explicit ParserValue(const T* text) = delete;
-    /// Adopts the group, which is deleted with the value; null makes a new group with an empty name.
+    /// Adopts the group, which dies with the value. Null makes a new group with an empty name.
     explicit ParserValue(ParserGroup* group);
     /// Copies `size` bytes.
     ParserValue(void* data, const unsigned int& size);
-    /// A value as it is read from text, not converted yet. Binary data is decoded at once and its text is
-    /// not kept; a group is new and has `text` for its name; a type that is not listed above stores nothing.
+    /// A value from a word of a text, which is converted later. Binary data is decoded at once, and its text is
+    /// not kept. For TYPE_GROUP makes a new group named `text`. For a type that is not listed above stores nothing.
     ParserValue(const Type& type, const CoreString& text);
-    /// Deep: a group is copied with everything in it, at any depth, without recursion.
+    /// A deep copy: copies a group with everything in it, at any depth, without recursion.
     ParserValue(const ParserValue& other);
     virtual ~ParserValue();
 
-    /// Shallow: afterwards both values refer to the same string, bytes or group, and what this value held
-    /// before is not released. The caller sees to it that only one of the two is destroyed, cleared or set.
+    /// **Shallow and unsafe**: afterwards both values refer to the same string, bytes or group, and what this value held before leaks.
+    /// The caller must let only one of the two be destroyed, cleared or set.
     ParserValue& operator=(const ParserValue& other);
 
-    /// Releases the content. The type stays; a cleared value reads and prints as the empty text.
+    /// Frees the content. The type stays. A cleared value reads and prints as the empty text.
     void clear();
 
     /// Becomes this value; what it was before is gone.
@@ -79,9 +79,9 @@ struct BK_PARSER_API ParserValue {
     /// Becomes a copy of `size` bytes.
     void set_binary_data(void* data, const unsigned int& size);
 
-    /// Typed reads. Bool, char, int and double convert into each other: an int is read as a char by its low
-    /// 8 bits, a double is truncated toward zero, and one outside the int range reads as -2147483648.
-    /// A value of another type gives the neutral result, and logs if there is memory for that, at level 2,
+    /// Reads the value as this type. Bool, char, int and double convert into each other: a char has the low 8 bits of an int, and a
+    /// double is truncated toward zero. **A double outside the int range reads as -2147483648**. For a value of another type returns
+    /// no, 0 or an empty text, and logs at level 2, if there is memory for that,
     /// "ParserValue.<read>: type mismatch, value type is '<type name>' \n".
     bool get_as_bool() const;
     /// As get_as_bool, for another type.
@@ -93,22 +93,21 @@ struct BK_PARSER_API ParserValue {
     /// The string of a TYPE_STRING value, else the empty string. Valid until the value is changed or assigned to another
     /// one, or dies. For the strings of an entry see ParserEntry::get_string.
     const CoreString& get_as_string() const;
-    /// The bytes of a TYPE_BINARY_DATA value, which keeps them; else null, and `size` stays as it was.
+    /// The bytes of a TYPE_BINARY_DATA value, which still owns them. For any other type returns null and leaves `size` as it was.
     void* get_as_binary_data(unsigned int& size) const;
 
-    /// Converts a value that so far is only text. The typed reads do this themselves.
+    /// Converts a value that is still only text. The typed reads do this themselves.
     void make_value() const;
 
-    /// "TYPE_GROUP" to "TYPE_WORD"; "TYPE_UNKNOWN" for any other number.
+    /// The name of a type, from "TYPE_GROUP" to "TYPE_WORD"; "TYPE_UNKNOWN" for any other number.
     static CoreString get_type_name(const Type& type);
 
-    /// Appends the value as the text syntax writes it: strings quoted and escaped, groups in braces, laid out
-    /// for `level` when `pretty`.
+    /// Appends the value as text: a string with quotes and escapes, a group in braces, indented by `level` when `pretty`.
     void get_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
 
-    /// Decodes a binary-data literal: "0x", two upper-case hexadecimal digits a byte, eight digits of checksum,
-    /// which is not verified. Any other character decodes as a zero digit pair. A literal of odd length, or of no
-    /// more than 10 characters, gives null and 0. The caller owns the bytes, as taken from CoreMemory::allocate(size).
+    /// Decodes a binary-data literal: "0x", two upper-case hexadecimal digits a byte, eight digits of checksum. **Does not verify the
+    /// checksum**. A pair with any other character decodes as 0. A literal of odd length, or of at most
+    /// 10 characters, gives null and 0. The caller frees the bytes with CoreMemory::release and their size.
     static void word_to_binary_data(void*& data, unsigned int& size, const ParserWord& word);
 
     /// Appends the binary form (docs/formats.md) and adds its length to `count`. Linear in the output.
@@ -142,25 +141,25 @@ struct BK_PARSER_API ParserValue {
     static double bin_to_double(const CoreVector<char>& data, unsigned long long& position);
     /// Reads the value at the position, and advances it. Missing bytes count as 0.
     static unsigned long long bin_to_size(const CoreVector<char>& data, unsigned long long& position);
-    /// Up to a NUL. Without one: "ParserValue.bin_to_string: Failed to parse string\n" at level 2, the empty
-    /// string, and `position` at the end.
+    /// Reads a string up to its NUL. Without a NUL returns the empty string, sets `position` to the end, and logs
+    /// "ParserValue.bin_to_string: Failed to parse string\n" at level 2.
     static CoreString bin_to_string(const CoreVector<char>& data, unsigned long long& position);
-    /// The caller owns the bytes, as taken from CoreMemory::allocate(size). Null and 0 for empty data, and when
-    /// the buffer ends before: then with "ParserValue.bin_to_binary_data: Failed to parse string\n" at level 2.
+    /// Reads binary data. The caller frees the bytes with CoreMemory::release and their size. Null and 0 for empty data, and when
+    /// the buffer ends too early: then logs "ParserValue.bin_to_binary_data: Failed to parse string\n" at level 2.
     static void* bin_to_binary_data(const CoreVector<char>& data, unsigned long long& position,
                                     unsigned int& size);
-    /// A tag and its value, which the caller owns; null for a tag above 6 or at the end of the data.
+    /// Reads a tag and its value, which the caller owns. Null for a tag above 6 and at the end of the data.
     static ParserValue* bin_to_value(const CoreVector<char>& data, unsigned long long& position);
 
-    /// Takes a block from the library's slabs, in whichever module the object is made.
+    /// Allocates from the library's slabs, whichever module makes the object.
     static void* operator new(std::size_t size);
     /// Null when memory has run out, and for a derived class of more than CoreMemory::largest_slab_block bytes.
     static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
-    /// Makes the object in a place of the caller's.
+    /// Constructs the object in memory of the caller's.
     static void* operator new(std::size_t, void* place) noexcept { return place; }
-    /// Gives the block back to the library's slabs, in whichever module the object dies.
+    /// Returns the block to the library's slabs, whichever module deletes the object.
     static void operator delete(void* block, std::size_t size) noexcept;
-    /// Gives the block back when a constructor threw.
+    /// Returns the block when a constructor threw.
     static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:

@@ -12,16 +12,16 @@ namespace bk {
 struct NameParts;
 }
 
-/// The token of the text syntax: a view of a run of characters with its place and, once a classifier has recognised
-/// it, its kind. The first classifier that recognises a word settles its kind; from then on every classifier
-/// answers from that alone, until `clear` or `set_brace(false)`.
+/// A token of the text syntax: a view of a run of characters with its place and, once a classifier (`is_...`) has recognised
+/// it, its kind. The first classifier that recognises a word sets its kind. From then on every classifier
+/// answers by that kind, until `clear` or `set_brace(false)`.
 ///
 /// A classifier that fails leaves the word unclassified, with two exceptions. `is_operator`, `is_separator`, `is_bool`,
 /// `is_empty_tag`, `is_double`, `is_keyword` and `is_identifier` ask for the decoded string, and decoding makes a
 /// double-quoted word of version 1.1 or later TYPE_STRING. `is_keyword` and `is_identifier` of `yes` or `no` leave
 /// TYPE_BOOL. `is_int`, `is_binary_data` and `is_string` read the characters as they stand.
 ///
-/// The text is not owned: it outlives the word. A word carries a template or an array suffix, not both.
+/// The caller keeps the text alive as long as the word. A word carries a template or an array suffix, not both.
 class BK_PARSER_API ParserWord {
 public:
     /// What kind of word it is.
@@ -52,19 +52,19 @@ public:
     ParserWord& operator=(const ParserWord& other);
     virtual ~ParserWord();
 
-    /// Grows the word by the character at `position` of the text; the first one gives its start.
+    /// Appends the character at `position` of the text to the word. The first one sets where the word starts.
     ParserWord& operator+=(unsigned int position);
     /// Becomes an empty word of no known kind.
     void clear();
     /// The `i`th character. Not checked.
     const char& operator[](const unsigned int& i) const { return text_[start_ + i]; }
-    /// A comparison with what stands in the text from the word's start on, for as long as `s` is: the word's length does
-    /// not matter, so that a word "abc" equals "ab", and a word "ab" followed by "c" equals "abc". An empty word equals
+    /// **Not a comparison of words**: compares `s` with the text from the word's start on, as far as `s` goes. The word's length does
+    /// not matter: a word "abc" equals "ab", and a word "ab" followed by "c" equals "abc". An empty word equals
     /// only "", and "" equals every word.
     bool operator==(const char* s) const;
 
-    /// The word's text, with the escapes of a string resolved (from version 1.1 on) and its quotes kept: a copy, made when it is
-    /// first asked for, as by the classifiers below. Memory that ends is an exception, and the word is as it was.
+    /// The word's text, with quotes; from version 1.1 on with the escapes of a string resolved. It is a copy, made on the first call,
+    /// also by a classifier. When memory runs out, throws std::bad_alloc and leaves the word as it was.
     const CoreString& get_string() const;
 
     /// The kind that a classifier found; TYPE_UNKNOWN before.
@@ -86,9 +86,9 @@ public:
     /// Whether the word has no character.
     bool is_empty() const noexcept { return length_ == 0; }
 
-    /// Says where the word stands; nothing is checked.
+    /// Sets the line of the word. Does not check it.
     void set_line(const core_ulong& line) noexcept { line_ = line; }
-    /// Says where the word stands; nothing is checked.
+    /// Sets the column of the word. Does not check it.
     void set_column(const core_ulong& column) noexcept { column_ = column; }
     /// TYPE_BRACE for true; for false the word is of no known kind.
     void set_brace(const bool& brace) noexcept { type_ = brace ? TYPE_BRACE : TYPE_UNKNOWN; }

@@ -158,7 +158,7 @@ TEST(formats_page, a_binary_document_is_these_bytes) {
 TEST(formats_page, an_enciphered_block_is_the_text_and_the_keystream) {
     const std::string key = line("key", "block");
     const std::string seed = std::to_string(cipher_reference::seed(key));
-    EXPECT_NE(page().find("the seed is " + seed + ","), std::string::npos) << seed;
+    EXPECT_NE(page().find("has the seed " + seed + "."), std::string::npos) << seed;
     const std::string text = compact(*document("block"));
     const std::string plain_block = bytes("block-plain");
     EXPECT_EQ(hex(plain_block), hex(cipher_reference::plain_block(text.size(), text)));

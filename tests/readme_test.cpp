@@ -4,11 +4,37 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iomanip>
+#include <sstream>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace {
 
 const std::filesystem::path root = BK_PARSER_SOURCE_DIR;
+
+/// A figure of the large scene, with one decimal: of that peer, in that column of the table.
+std::string measured(const std::string& peer, std::string_view column) {
+    std::istringstream lines(text_of_file(root / "docs/performance_figures.md"));
+    std::string line;
+    while (std::getline(lines, line) && !line.starts_with("## scene_1m")) {
+    }
+    std::size_t position = 0;
+    while (std::getline(lines, line) && !line.starts_with("| " + peer + " |")) {
+        if (line.starts_with("| | parse")) {
+            const auto end = line.begin() + static_cast<std::ptrdiff_t>(line.find(column));
+            position = static_cast<std::size_t>(std::count(line.begin(), end, '|'));
+        }
+    }
+    std::istringstream cells(line);
+    std::string cell;
+    for (std::size_t i = 0; i <= position && std::getline(cells, cell, '|'); ++i) {
+    }
+    std::ostringstream text;
+    text << std::fixed << std::setprecision(1) << std::stod(cell);
+    return text.str();
+}
 
 TEST(readme, is_shorter_than_150_lines) {
     const std::string page = text_of_file(root / "README.md");
@@ -31,6 +57,20 @@ TEST(readme, tells_what_the_program_leaves_in_the_document) {
     EXPECT_NE(text_of_file(root / "README.md").find("`lamp.bkd` says `power 80.0`"), std::string::npos);
     EXPECT_NE(text_of_file(root / "examples/expected/load_ask_change_save.bkd").find("\npower 80.0\n"),
               std::string::npos);
+}
+
+TEST(readme, has_the_figures_of_the_last_measurement) {
+    const std::string page = text_of_file(root / "README.md");
+    const std::pair<const char*, const char*> figures[] = {{"bk_parser", "bk_parser reaches "},
+                                                           {"pugixml", "pugixml "},
+                                                           {"rapidjson", "RapidJSON "},
+                                                           {"rapidxml", "rapidxml "},
+                                                           {"pugixml_inplace+fc", "`std::from_chars` "},
+                                                           {"simdjson, read-only", "read-only tree ("}};
+    for (const auto& [peer, words] : figures) {
+        const std::string told = words + measured(peer, " parse+walk ");
+        EXPECT_NE(page.find(told), std::string::npos) << told;
+    }
 }
 
 TEST(readme, counts_the_examples) {

@@ -9,10 +9,10 @@
 
 namespace bk {
 
-/// The operating system's own device. It lives as long as the process.
+/// The operating system's device. It lives as long as the process.
 SysDevice& platform_device();
 
-/// How often a new name is tried when another file has it already.
+/// How many new names are tried when other files have them already.
 inline constexpr int temporary_name_attempts = 100;
 
 /// The name of a file that is being written, for the folder of its target. A file of this name that outlives its

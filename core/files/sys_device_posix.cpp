@@ -35,7 +35,7 @@ bool flush_to_disk(int file) {
     if (retried([&] { return ::fsync(file); }) == 0) {
         return true;
     }
-    // What has no disk behind it, such as a pipe, has nothing to flush.
+    // A pipe and other files without a disk cannot be flushed.
     return errno == EINVAL || errno == EROFS || errno == ENOTSUP;
 }
 
@@ -56,7 +56,7 @@ public:
     bool close() override {
         const int file = file_;
         file_ = -1;
-        // Never repeated: after a signal the number is free already and may belong to another file.
+        // Never repeat close after a signal: the descriptor is closed already and may belong to another file.
         return file < 0 || ::close(file) == 0 || errno == EINTR;
     }
 
@@ -76,7 +76,7 @@ std::unique_ptr<SysHandle> open_existing(const std::string& path, int flags) {
     return handle->adopt(open_file(path, flags)) ? std::move(handle) : nullptr;
 }
 
-// A file of that owner and mode; the owner where this process may give files away.
+// Gives a file that owner, where this process may change owners, and that mode.
 bool take_permissions(int file, const struct stat& from) {
     struct stat own {};
     if (::fstat(file, &own) != 0) {
@@ -92,7 +92,7 @@ bool take_permissions(int file, const struct stat& from) {
         mode &= static_cast<mode_t>(~(S_ISUID | S_ISGID));
     }
     if (!group_kept) {
-        mode &= static_cast<mode_t>(~S_IRWXG); // what the old group was granted is not for another one
+        mode &= static_cast<mode_t>(~S_IRWXG); // the new group gets no rights of the old one
     }
     return ::fchmod(file, mode) == 0;
 }
@@ -149,9 +149,9 @@ public:
         struct stat old {};
         const bool replaces = ::stat(target.c_str(), &old) == 0;
         if (replaces && ::access(target.c_str(), W_OK) != 0) {
-            return nullptr; // a file that must not be written must not be replaced either
+            return nullptr; // a file that may not be written may not be replaced either
         }
-        // Nobody but the owner reaches the new file before it has the old one's permissions.
+        // Only the owner may open the new file until it has the old file's permissions.
         const mode_t mode = replaces ? 0600 : 0666;
         auto handle = std::make_unique<PosixHandle>();
         if (!handle->adopt(create_unique(std::string(folder_prefix(target, "/")), mode, created_path))) {
@@ -202,8 +202,8 @@ public:
     }
 
 private:
-    // The file has its name already and the old one is gone, so that a fault here undoes nothing: after a
-    // crash the folder shows either of them, whole.
+    // The new file has its name already and the old file is gone, so a failure here changes nothing now. After a
+    // crash the folder has either of the two files, whole.
     static void sync_folder_of(const std::string& path) {
         const std::string_view prefix = folder_prefix(path, "/");
         const int folder = open_file(prefix.empty() ? "." : std::string(prefix), O_RDONLY | O_DIRECTORY);

@@ -113,7 +113,7 @@ public:
         return ::WriteFile(file_, data, transfer_size(size), &taken, nullptr) != 0 ? core_int64{taken} : -1;
     }
     bool sync() override {
-        // What has no disk behind it has nothing to flush.
+        // A pipe and other files without a disk cannot be flushed.
         return ::GetFileType(file_) != FILE_TYPE_DISK || ::FlushFileBuffers(file_) != 0;
     }
     bool close() override {
@@ -186,13 +186,13 @@ public:
     std::unique_ptr<SysHandle> create_beside(const std::string& target, std::string& created_path) override {
         const DWORD attributes = ::GetFileAttributesW(NativePath(target).c_str());
         if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-            return nullptr; // a file that must not be written must not be replaced either
+            return nullptr; // a file that may not be written may not be replaced either
         }
         const std::string folder(folder_prefix(target, path_separators(PathStyle::windows)));
         auto handle = std::make_unique<WindowsHandle>();
         for (int attempt = 0; attempt < temporary_name_attempts; ++attempt) {
             created_path = folder + temporary_name(::GetCurrentProcessId(), attempt);
-            // Nobody else opens the file before it is whole. It takes the old one's permissions in `replace`.
+            // Only this process may open the file until it is whole. `replace` gives it the old file's permissions.
             if (handle->adopt(open_file(NativePath(created_path), GENERIC_WRITE, 0, CREATE_NEW,
                                         FILE_ATTRIBUTE_NORMAL))) {
                 return handle;
@@ -207,7 +207,7 @@ public:
     bool replace(const std::string& from, const std::string& to) override {
         const NativePath source(from);
         const NativePath target(to);
-        // Keeps the old file's permissions and attributes, where there is one and the disk knows of them.
+        // Keeps the old file's permissions and attributes, where there is an old file and the file system has them.
         if (::ReplaceFileW(target.c_str(), source.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
                            nullptr) != 0) {
             return true;

@@ -8,7 +8,7 @@
 #include <limits>
 #include <utility>
 
-/// An open file is either of the two.
+/// The input or the output behind an open SysFile.
 struct SysFile::Stream {
     std::unique_ptr<bk::FileInput> input;
     std::unique_ptr<bk::FileOutput> output;
@@ -36,7 +36,7 @@ core_int64 read_text(bk::FileInput& input, CoreString& text, core_int64 wanted) 
     return have;
 }
 
-/// Bytes that an action moves. What an exception has cut short is not whole: closing the file will say so.
+/// Runs a read or write. When it throws, the file is marked, so that `close` returns false.
 template <class Direction, class Action>
 core_int64 transfer(const char* operation, Direction& direction, Action action) {
     return bk::guarded(operation, core_int64{0}, [&] {
@@ -128,7 +128,7 @@ core_int64 SysFile::write(const CoreString& text) {
 }
 
 bool SysFile::close() {
-    const bk::KeptErrno kept; // put back when the stream is gone
+    const bk::KeptErrno kept; // restores errno after the stream's destructor
     const std::unique_ptr<Stream> stream = std::move(stream_);
     size_ = 0;
     if (stream == nullptr) {

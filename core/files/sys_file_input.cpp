@@ -22,8 +22,8 @@ bool FileInput::open(const std::string& path, bool translates_text, core_int64 m
     }
     translates_text_ = translates_text;
     size_ = info.size;
-    // The size of a pipe shows only at its end, and so does that of files which a system makes up as they are
-    // read: these say 0.
+    // A pipe has no size before its end, and neither have files that the system generates while they are read: it gives 0
+    // for these.
     if (info.kind == SysPathKind::other || size_ == 0) {
         read_all_ahead(most);
     }
@@ -44,7 +44,7 @@ std::size_t FileInput::read(char* buffer, std::size_t size) {
     return have;
 }
 
-// Whether the file could be closed does not matter: what was read was read.
+// Ignores the result of closing: the bytes were read already.
 bool FileInput::close() noexcept {
     handle_.reset();
     return !failed_;

@@ -11,8 +11,8 @@ namespace bk {
 /// A file that is read from its beginning.
 class FileInput {
 public:
-    /// Of what tells no size before its end, such as a pipe, no more than `most` bytes are kept: when there are more, the
-    /// size is larger than that and nothing can be read.
+    /// A pipe, or another file without a size, is read to its end first, but no more than `most` bytes of it. When there are
+    /// more, the size is larger than `most` and nothing can be read.
     bool open(const std::string& path, bool translates_text, core_int64 most = unreadable_size - 1);
     /// The file's size when it was opened.
     core_int64 size() const noexcept { return size_; }
@@ -20,7 +20,7 @@ public:
     core_int64 left() const noexcept { return taken_ < size_ ? size_ - taken_ : 0; }
     /// Reads until `size` bytes are there or the file ends; returns their number.
     std::size_t read(char* buffer, std::size_t size);
-    /// Something that was to be read is missing: `close` will fail.
+    /// Makes `close` fail: something that was to be read is missing.
     void fail() noexcept { failed_ = true; }
     /// Whether no read met an error.
     bool close() noexcept;
@@ -31,7 +31,7 @@ private:
     core_int64 read_ahead();
     void read_all_ahead(core_int64 most);
 
-    // No document is as long as this; a device that never ends must not fill the memory.
+    // No document is this long, and a device that never ends must not fill the memory.
     static constexpr core_int64 unreadable_size = core_int64{1} << 32;
 
     std::unique_ptr<SysHandle> handle_;

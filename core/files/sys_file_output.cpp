@@ -16,7 +16,7 @@ FileOutput::~FileOutput() {
     try {
         discard();
     } catch (...) {
-        return; // nothing more can be done; the name says that the file is rubbish
+        return; // the file stays; its name shows that it is garbage
     }
 }
 

@@ -7,8 +7,9 @@
 
 namespace bk {
 
-/// A file that is written from its beginning: beside a regular target, to take its name in the end; in place
-/// where the target is something else. Without a `close` that succeeds nothing is left of it.
+/// A file that is written from its beginning. When the target is a regular file or missing, a new file beside the target is
+/// written, and `close` renames it. Otherwise the target is written in place. Without a successful `close` the new file is
+/// removed.
 class FileOutput {
 public:
     FileOutput() = default;
@@ -19,9 +20,9 @@ public:
     bool open(const std::string& path, bool translates_text);
     /// Returns how many bytes were taken. A fault is remembered for `close`.
     std::size_t write(const char* data, std::size_t size);
-    /// Something that was to be written is missing: `close` will fail.
+    /// Makes `close` fail: something that was to be written is missing.
     void fail() noexcept { failed_ = true; }
-    /// Whether everything written is stored under the target's name. The object is spent then.
+    /// Returns whether everything written is stored under the target's name. The object cannot be used afterwards.
     bool close();
 
 private:
@@ -31,7 +32,7 @@ private:
 
     std::unique_ptr<SysHandle> handle_;
     std::string target_;
-    std::string created_; // the new file's path as long as it is this object's to remove
+    std::string created_; // the new file's path, as long as this object has to remove the file
     bool translates_text_ = false;
     bool failed_ = false;
 };

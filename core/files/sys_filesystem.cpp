@@ -39,7 +39,7 @@ CoreString absolute_path(const CoreString& path) {
 
 namespace {
 
-/// Leaves no ".." step in an absolute path. What such a step leaves is a link at most `most_links_stepped` times.
+/// Removes the ".." steps of an absolute path. Follows at most `most_links_stepped` symbolic links that such steps leave.
 std::string without_parent_steps(std::string path) {
     constexpr int most_links_stepped = 40;
     std::string place;

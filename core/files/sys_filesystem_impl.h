@@ -6,15 +6,15 @@
 
 namespace bk {
 
-/// What SysFilesystem answers, for the library itself: memory that has run out is an exception here, and not a file
-/// that is not there.
+/// The functions of SysFilesystem for the library itself. When memory runs out they throw; the public ones say that there is no
+/// such file.
 bool is_file(std::string_view path);
-/// The same of files that have an end: no pipe, socket, terminal or other device, whose reader may wait for ever.
+/// The same, but false for a pipe, socket, terminal or other device, where a reader may wait for ever.
 bool is_regular_file(std::string_view path);
 /// Works on the text alone: a ".." step takes the step before it away.
 CoreString absolute_path(const CoreString& path);
-/// The same of the file that the system opens under that name: where a ".." step leaves a folder through a symbolic link, it
-/// comes to another place.
+/// The absolute path of the file that the system opens under that name. It differs from the textual one where a ".." step
+/// follows a symbolic link to a folder.
 CoreString opened_path(const CoreString& path);
 
 } // namespace bk

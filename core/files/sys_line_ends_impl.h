@@ -19,7 +19,7 @@ void append_with_cr_lf(std::string& out, std::string_view text);
 class LineEndReader {
 public:
     void append(std::string& out, std::string_view piece);
-    /// After the last piece: a CR that was held back has no LF.
+    /// Call after the last piece: appends a CR that was held back, because no LF follows it.
     void finish(std::string& out);
 
 private:

@@ -25,7 +25,7 @@ std::size_t share_length(std::string_view path, PathStyle style) {
     return server_end == path.size() ? server_end : end_of_step(path, server_end + 1, style);
 }
 
-/// A path cut into what no ".." step leaves and the steps from there.
+/// A path, cut into the part that no ".." step can leave and the steps after it.
 struct CutPath {
     std::string_view device;   // "C:" or "\\server\share"; never anything on Posix
     bool from_root = false;    // whether a separator follows the device

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-/// The two ways of writing a path. Both are here on every platform, so that both are tested on every platform.
+/// The path syntaxes of Posix and Windows. Every platform has both, so that every platform tests both.
 namespace bk {
 
 enum class PathStyle { posix, windows };

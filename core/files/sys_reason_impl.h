@@ -4,7 +4,7 @@
 
 namespace bk {
 
-/// Forgets why the last call of the operating system failed, so that a reason that is found later is a new one.
+/// Clears the system's last error, so that a reason that is found later is a new one.
 void forget_system_reason() noexcept;
 
 /// Why the last call of the operating system on this thread failed, in plain English whatever the locale: "permission denied".

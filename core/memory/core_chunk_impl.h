@@ -11,8 +11,8 @@ inline constexpr std::size_t chunk_size = std::size_t{2} << 20;
 /// back it with huge pages.
 void* take_chunks(std::size_t size) noexcept;
 
-/// Adds chunks, all zeros, behind those that there are, by giving what these hold another address instead of copying it.
-/// Null where that cannot be done; they then stay as they are.
+/// Grows a range of chunks by moving its pages to another address instead of copying them. The new chunks are zeros. Returns null where
+/// that is impossible; the range then stays as it is.
 void* grow_chunks(void* chunks, std::size_t size, std::size_t grown) noexcept;
 
 void give_chunks_back(void* chunks, std::size_t size) noexcept;

@@ -4,7 +4,8 @@
 
 namespace bk {
 
-/// Thrown where a count would pass its limit. A type of its own, so that a std::length_error of a host's is told apart from it.
+/// Thrown where a count would pass its limit. It has a type of its own, so that guarded operations do not take a host's
+/// std::length_error for it.
 class CountRefused : public std::length_error {
 public:
     using std::length_error::length_error;

@@ -2,8 +2,8 @@
 
 namespace bk {
 
-/// An object that is there before the first static constructor runs and that no static destructor takes away,
-/// so that other statics may use it whenever they are made or destroyed.
+/// An object that exists before the first static constructor and is never destroyed, so that other static objects may use it in
+/// their constructors and destructors.
 template <class T>
 union Immortal {
     T value;

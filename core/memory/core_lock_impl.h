@@ -4,7 +4,7 @@
 #include <mutex>
 #endif
 
-/// A lock that is there before the first static constructor runs and that no static destructor takes away.
+/// A lock that works before the first static constructor and after the last static destructor.
 namespace bk {
 
 #if defined(_WIN32)

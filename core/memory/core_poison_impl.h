@@ -24,7 +24,7 @@ inline constexpr bool has_poison = true;
 inline constexpr bool has_poison = false;
 #endif
 
-/// Whoever touches these bytes from here on is reported.
+/// Makes the sanitizer report every later access to these bytes.
 inline void poison([[maybe_unused]] const void* begin, [[maybe_unused]] std::size_t size) noexcept {
 #if defined(BK_PARSER_POISONS)
     __asan_poison_memory_region(begin, size);
@@ -46,7 +46,7 @@ inline bool is_poisoned([[maybe_unused]] const void* begin) noexcept {
 #endif
 }
 
-/// What is reached only through these bytes, which no global heap knows of, is no leak.
+/// Tells the leak sanitizer to search these bytes for pointers: the slabs do not come from the global heap.
 inline void search_for_leaks([[maybe_unused]] const void* begin, [[maybe_unused]] std::size_t size) noexcept {
 #if defined(BK_PARSER_POISONS) && !defined(_WIN32)
     __lsan_register_root_region(begin, size);

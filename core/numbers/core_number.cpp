@@ -23,15 +23,15 @@ std::size_t written(const char* out, const std::to_chars_result& result) noexcep
     return static_cast<std::size_t>(result.ptr - out);
 }
 
-/// Below the smallest double of full precision. Bits tell: a processor may be set to take these for zeros.
+/// Whether the double is subnormal. Compares bits, because a processor may be set to take subnormal numbers for zeros.
 bool is_subnormal(double number) noexcept {
     constexpr std::uint64_t fraction = (std::uint64_t{1} << 52) - 1;
     const std::uint64_t magnitude = std::bit_cast<std::uint64_t>(number) << 1 >> 1;
     return magnitude != 0 && magnitude <= fraction;
 }
 
-/// The floating-point environment as a program begins with it, as long as it lives. Where the vector unit has a control
-/// word of its own, that is set as well: not every C library's default environment takes it back.
+/// Sets the default floating-point environment, and restores the caller's in the destructor. Where the vector unit has a control
+/// word of its own, sets that as well: not every C library resets it with the default environment.
 class DefaultFloatingPoint {
 public:
     DefaultFloatingPoint() noexcept {
@@ -58,7 +58,7 @@ private:
 #endif
 };
 
-/// What std::to_chars writes. A text of digits alone reads back as an int, so ".0" goes behind it.
+/// Appends ".0" to what std::to_chars writes when that has only digits: it would read back as an int.
 std::size_t write_shortest(char* out, double number) noexcept {
     const std::size_t size = written(out, std::to_chars(out, out + number_text_capacity, number));
     const bool is_whole = std::none_of(out, out + size, [](char c) { return c == '.' || c > '9'; });

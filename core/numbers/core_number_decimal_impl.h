@@ -16,7 +16,7 @@ struct Decimal {
 };
 
 /// The double that is nearest to mantissa * 2^exponent, ties to even. The lowest bit of a mantissa of more than 53 bits may
-/// stand for anything that is behind it.
+/// stand for all the bits that were cut off below it.
 double nearest_double(std::uint64_t mantissa, std::int64_t exponent) noexcept;
 
 inline bool rounds_to_nearest() noexcept {
@@ -37,7 +37,8 @@ inline bool is_exact_operand(std::uint64_t mantissa) noexcept {
     return FLT_EVAL_METHOD == 0 && mantissa <= std::uint64_t{1} << 53 && rounds_to_nearest();
 }
 
-/// A number with up to 22 places behind the point. False, and nothing converted, where that is not exact.
+/// Converts a number with up to 22 places behind the point. Returns false, and converts nothing, where the result would not be
+/// exactly rounded.
 inline bool divide_exactly(std::uint64_t mantissa, std::size_t places, double& value) noexcept {
     if (!is_exact_operand(mantissa)) {
         return false;
@@ -46,8 +47,8 @@ inline bool divide_exactly(std::uint64_t mantissa, std::size_t places, double& v
     return true;
 }
 
-/// The nearest double to a number of up to 19 digits of which so many stand behind the point. False, and nothing converted,
-/// for 0, and where there are no numbers of 128 bits.
+/// The nearest double to a number of up to 19 digits, of which so many stand behind the point. Returns false, and converts
+/// nothing, for 0, and where the compiler has no 128-bit integers.
 bool divide_by_ten_to(std::size_t places, std::uint64_t number, double& value) noexcept;
 
 /// As divide_exactly, of a number with an exponent. False for one that is far from 1, too.

@@ -8,9 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Characters of numbers, eight or sixteen at a time, and what is read out of them without a loop: where a loop over the
-/// digits of a number ends cannot be foreseen. (Lemire, "Number Parsing at a Gigabyte per Second", Software: Practice and
-/// Experience 51, 2021.)
+/// Reads eight or sixteen characters of a number at a time, without a loop: the exit of a loop over the digits mispredicts.
+/// (Lemire, "Number Parsing at a Gigabyte per Second", Software: Practice and Experience 51, 2021.)
 namespace bk {
 
 inline constexpr std::size_t most_short_digits = 8;
@@ -69,7 +68,7 @@ constexpr std::uint64_t first_point(std::uint64_t characters) noexcept {
     return points & -points;
 }
 
-/// What is before the point is moved to where it stood, and `in_front` with it.
+/// Removes the point: moves the characters before it, `in_front` among them, one place towards it.
 constexpr std::uint64_t without_point(std::uint64_t characters, std::uint64_t point,
                                       std::uint64_t in_front) noexcept {
     const std::uint64_t before = (point >> 7) - 1;

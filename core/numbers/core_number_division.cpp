@@ -36,8 +36,8 @@ constexpr std::array<std::uint64_t, most_places + 1> make_reciprocals() {
 
 constexpr std::array<std::uint64_t, most_places + 1> reciprocals_of_ten = make_reciprocals();
 
-/// Whether a quotient of at least 63 bits that is too small by less than 2 rounds to 53 bits as the true one does: it does
-/// but for just below the middle between two doubles.
+/// Whether a quotient of at least 63 bits, too small by less than 2, rounds to 53 bits as the exact one does. It does, except just
+/// below the middle between two doubles.
 constexpr bool rounds_surely(std::uint64_t quotient) noexcept {
     const int dropped = 11 - std::countl_zero(quotient);
     const std::uint64_t middle = std::uint64_t{1} << (dropped - 1);
@@ -47,10 +47,9 @@ constexpr bool rounds_surely(std::uint64_t quotient) noexcept {
 
 } // namespace
 
-/// Divides by a power of ten in whole numbers. Both numbers are shifted up until their highest bit is set, so that the
-/// quotient has at least 63 bits. It is first estimated by a multiplication; where that does not settle the rounding it is
-/// divided, and what is left over decides a tie. (Lemire, "Number Parsing at a Gigabyte per Second", Software: Practice and
-/// Experience 51, 2021.)
+/// Divides by a power of ten in integers. Shifts both numbers up until their highest bit is set, so that the quotient has at least
+/// 63 bits. First estimates the quotient by a multiplication. Where the estimate does not settle the rounding, divides; the
+/// remainder then decides a tie. (Lemire, "Number Parsing at a Gigabyte per Second", Software: Practice and Experience 51, 2021.)
 bool divide_by_ten_to(std::size_t places, std::uint64_t number, double& value) noexcept {
     if (number == 0 || places > most_places) {
         return false;

@@ -195,7 +195,7 @@ bool take_decimal(std::string_view text, NumberScanner& scanner, double& value) 
 
 } // namespace
 
-// Rounds in whole numbers, and puts the bits of the double together. At most 64 bits are dropped.
+// Rounds in integers, and assembles the bits of the double. Drops at most 64 bits.
 double nearest_double(std::uint64_t mantissa, std::int64_t exponent_of_lowest) noexcept {
     if (mantissa == 0) {
         return 0.0;

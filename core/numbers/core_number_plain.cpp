@@ -16,7 +16,7 @@ constexpr std::size_t most_characters = 20; // behind the sign
 
 constexpr std::uint64_t ten_to_the_15 = 1000000000000000;
 
-/// Of a text of more than sixteen characters: those in front of the last sixteen, which are read already.
+/// Reads the characters before the last sixteen, which were read already.
 bool add_first_characters(const char* end, std::size_t count, PointedDigits& digits) noexcept {
     PointedDigits first;
     if (!read_pointed_digits(end, count, first)) {
@@ -45,7 +45,7 @@ int starts_with_minus(std::string_view text) noexcept {
     return !text.empty() && text[0] == '-' ? 1 : 0;
 }
 
-/// Without a branch: signs cannot be foreseen either.
+/// Without a branch, which would mispredict for signs too.
 int with_sign(std::uint32_t magnitude, int is_negative) noexcept {
     return (static_cast<int>(magnitude) ^ -is_negative) + is_negative;
 }

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
-/// Numbers as nearly all documents spell them, read without a loop over their characters. What is another number, or none,
-/// is left to the rules of core_number_impl.h; what is read here is read as they would.
+/// Reads numbers in their usual spellings without a loop over the characters. Leaves every other word to the rules of
+/// core_number_impl.h. Both give the same result for what is read here.
 namespace bk {
 
 /// How many bytes in front of a text may be read along with it, whatever they are, where a function asks for a margin.

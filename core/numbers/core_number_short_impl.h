@@ -8,8 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Writing the doubles that stand in most documents: those with no more than eight digits behind the point, between
-/// 0.01 and ten million. Whole numbers do it, so that neither the rounding mode nor a trap of the host's matters.
+/// Writes the doubles that most documents have: with at most eight digits behind the point, between 0.01 and ten million. Uses
+/// integers only, so that neither the rounding mode nor a floating-point trap of the host matters.
 namespace bk {
 
 inline constexpr std::size_t short_double_capacity = 17; // a sign, seven digits, the point, eight digits
@@ -18,7 +18,8 @@ inline constexpr std::size_t short_double_capacity = 17; // a sign, seven digits
 
 /// The eight decimal digits of a number below 100,000,000 in eight bytes, the first one lowest.
 constexpr std::uint64_t digits_of(std::uint32_t number) noexcept {
-    // Halves of four digits, of these halves of two, of these the digits: all of one size are split together.
+    // Splits the number into two halves of four digits, these into halves of two, and these into digits. Each step splits all
+    // parts at once.
     std::uint64_t digits = number / 10000 | std::uint64_t{number % 10000} << 32;
     std::uint64_t upper = digits * 10486 >> 20 & 0x0000007F0000007Fu;
     digits = upper | (digits - 100 * upper) << 16;

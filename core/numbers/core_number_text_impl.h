@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-/// What the readers of numbers share: a place in a text, and tests of the character there.
+/// Shared by the readers of numbers: a position in a text, and tests of the character there.
 namespace bk {
 
 class NumberScanner {

@@ -34,8 +34,8 @@ private:
     AppProgressBar* bar_;
 };
 
-/// A task that is ended on every way out of its scope. `end` is what ends it when all went well, and passes on what the host
-/// throws; the destructor is left with the ways out by an exception, which is not to be replaced by another one.
+/// A task that ends with its scope. Call `end` on the normal way out: it passes on what the host throws. The destructor ends the
+/// task when an exception leaves the scope, and drops what the host throws then, so that the first exception stays.
 class ProgressTask {
 public:
     ProgressTask(const Progress& progress, float share) : bar_(progress.bar_) {
@@ -52,7 +52,7 @@ public:
         try {
             end();
         } catch (...) {
-            return; // the exception that came first is on its way
+            return; // the first exception is on its way
         }
     }
     void end() {

@@ -19,7 +19,7 @@ void report_out_of_memory(const char* operation) {
         const CoreLogStream stream(text, static_cast<unsigned int>(end - text));
         CoreLogHandler::s_main_log_handler->log(CoreLogHandler::level_error, stream);
     } catch (const std::bad_alloc&) {
-        // The result of the operation says it all the same.
+        // The caller still learns of it from the operation's result.
     }
 }
 

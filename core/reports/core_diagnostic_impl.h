@@ -7,7 +7,7 @@
 
 namespace bk {
 
-/// Puts errno back: what the library does on the way is not the caller's business.
+/// Restores errno, so that the library's own system calls do not change it.
 class KeptErrno {
 public:
     KeptErrno() noexcept : kept_(errno) {}
@@ -25,8 +25,8 @@ inline bool is_reported(int level) {
     return handler != nullptr && handler->get_verbosity() >= level;
 }
 
-/// Delivers the message that `compose` makes; nothing is composed when nobody takes it. A message for which there is no
-/// memory is left out: what it is about is a fault of the document and goes on as such.
+/// Delivers the message that `compose` makes. Calls `compose` only when the handler takes messages of this level. Drops a
+/// message for which there is no memory, and the operation goes on: the message is only about a fault of the document.
 template <class Compose>
 void report_composed(int level, Compose compose) {
     if (!is_reported(level)) {
@@ -42,7 +42,7 @@ void report_composed(int level, Compose compose) {
     }
 }
 
-/// The same of parts that are there already.
+/// Delivers a message made of these parts.
 template <class... Parts>
 void report(int level, const Parts&... parts) {
     report_composed(level, [&](CoreLogStream& stream) { ((stream += parts), ...); });

@@ -7,7 +7,7 @@ namespace {
 
 using Registry = std::unordered_map<unsigned int, CoreString>;
 
-// Made by the first name that is registered, whichever static constructor does it.
+// Created by the first registration, because static constructors register names in no fixed order.
 Registry& registry() {
     static Registry names;
     return names;

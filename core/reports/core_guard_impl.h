@@ -5,16 +5,16 @@
 
 #include <new>
 
-/// What stands between the library's insides, where memory that has run out is an exception, and its callers, who
-/// get a result that says so.
+/// Wraps public operations. Inside the library, running out of memory is an exception; the wrapper turns it into the operation's
+/// result.
 namespace bk {
 
-/// "<operation>: out of memory\n" at level 1, composed without memory. Nothing is logged when the handler itself has none;
-/// anything else that it throws passes.
+/// Logs "<operation>: out of memory\n" at level 1. Composing it takes no memory. When the handler throws std::bad_alloc,
+/// nothing is logged. Every other exception of the handler passes.
 void report_out_of_memory(const char* operation);
 
-/// Runs an operation. When memory runs out, or a count of it passes 32 bits, that is logged and the result is `failure`.
-/// The handler may throw: what the operation has to undo, it undoes itself, on its way out.
+/// Runs an operation. When memory runs out, or a count passes 32 bits, logs that and returns `failure`. The log handler may throw
+/// as well, so the operation must clean up in its own destructors.
 template <class Result, class Action>
 Result guarded(const char* operation, Result failure, Action action) {
     const KeptErrno kept;
@@ -28,7 +28,7 @@ Result guarded(const char* operation, Result failure, Action action) {
     return failure;
 }
 
-/// The same for an operation that can only be whole or not.
+/// The same for an operation without a result: returns whether it was completed.
 template <class Action>
 bool completed(const char* operation, Action action) {
     return guarded(operation, false, [&action] {

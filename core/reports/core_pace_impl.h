@@ -5,14 +5,14 @@
 
 namespace bk {
 
-/// Somebody who is told now and then how far a long loop has come. What is thrown by it passes through the loop.
+/// Is told from time to time how far a long loop has come. What it throws passes through the loop.
 class Pace {
 public:
     Pace() = default;
     Pace(const Pace&) = delete;
     Pace& operator=(const Pace&) = delete;
 
-    /// So many bytes of the work at hand are done. Costs a comparison unless somebody is to be told.
+    /// Reports that this many bytes are done. Costs one comparison when no call is due.
     void reach(std::size_t done) {
         if (done >= due_) {
             tell(done);
@@ -32,7 +32,7 @@ protected:
     std::size_t due_ = never;
 };
 
-/// So many bytes are done between two calls at most, where that can be had cheaply.
+/// At most this many bytes are done between two calls, where the loop can cheaply stop that often.
 inline constexpr std::size_t pace_step = std::size_t{1} << 20;
 
 } // namespace bk

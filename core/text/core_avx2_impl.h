@@ -2,7 +2,7 @@
 
 #include "core/text/core_vectors_impl.h"
 
-/// BK_USE_AVX2: functions may be compiled for vectors of 32 bytes as well, and are called where the processor has them.
+/// BK_USE_AVX2: functions may also be compiled for AVX2 (vectors of 32 bytes). They are called only when the processor has it.
 /// MinGW's g++ does not align the stack for such vectors.
 #if defined(BK_USE_VECTORS) && defined(__GNUC__) && !defined(__MINGW32__)
 #define BK_USE_AVX2 1
@@ -18,7 +18,7 @@ inline bool has_avx2() noexcept {
 } // namespace bk
 #endif
 
-/// For a function that is compiled anew for the processor of each function that calls it.
+/// Marks a function that is compiled into each of its callers, for the processor of that caller.
 #if defined(__GNUC__)
 #define BK_ALWAYS_INLINE [[gnu::always_inline]] inline
 #else

@@ -12,7 +12,7 @@
 /// Little-endian numbers in byte buffers, whatever the machine's byte order.
 namespace bk {
 
-/// Between the machine's byte order and the buffers'.
+/// Converts between the machine's byte order and little-endian.
 template <std::unsigned_integral T>
 constexpr T little_endian(T value) noexcept {
     if constexpr (std::endian::native == std::endian::big) {
@@ -54,7 +54,7 @@ inline std::uint64_t load_le64(const unsigned char* bytes) noexcept {
     return load_le<std::uint64_t>(bytes);
 }
 
-/// A number of up to 8 bytes: two halves that may overlap, or up to three bytes.
+/// Loads a number of up to 8 bytes: as two overlapping halves, or as up to three single bytes.
 inline std::uint64_t load_le(const unsigned char* bytes, std::size_t width) noexcept {
     if (width >= 4) {
         return load_le32(bytes) | std::uint64_t{load_le32(bytes + width - 4)} << (8 * (width - 4));
@@ -91,7 +91,7 @@ public:
     std::string_view rest() const noexcept {
         return at_end() ? std::string_view() : std::string_view(data_ + position_, size_ - position_);
     }
-    /// Stops at the largest position there is.
+    /// The position does not wrap: it stops at the largest 64-bit number.
     void skip(core_uint64 count) noexcept {
         position_ = count > ~position_ ? ~core_uint64{0} : position_ + count;
     }

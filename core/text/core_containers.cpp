@@ -2,7 +2,7 @@
 
 #include "core/memory/core_count_impl.h"
 
-// Apart from the storage itself, so that a program that brings its own can still link this.
+// In a file of its own: tests replace core_memory.cpp.
 
 // In a shared library for Windows a constant has no place for callers to import without this.
 constexpr std::size_t CoreMemory::largest_slab_block; // NOLINT(readability-redundant-declaration)

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Eight characters of a text in one whole number, the first one lowest: what a processor without vectors can look at in one
-/// step.
+/// Eight characters of a text in one 64-bit number, the first one in the lowest byte: what a processor without vector
+/// instructions can compare in one step.
 namespace bk {
 
 /// The same character eight times.
@@ -19,10 +19,10 @@ inline std::uint64_t load_eight(const char* text) noexcept {
     return load_le64(reinterpret_cast<const unsigned char*>(text));
 }
 
-/// The top bit of each of the characters that is the wanted one. Above the lowest one that is, bits mean nothing. (Warren,
+/// Sets the top bit of each byte that equals the wanted character. Bits above the first such byte are unreliable. (Warren,
 /// "Hacker's Delight", second edition 2012, section 6-1.)
 constexpr std::uint64_t find_in_eight(std::uint64_t characters, char wanted) noexcept {
-    const std::uint64_t others = characters ^ eight_of(wanted); // what is wanted has become zero
+    const std::uint64_t others = characters ^ eight_of(wanted); // a wanted character becomes a zero byte
     return (others - eight_of('\x01')) & ~others & eight_of('\x80');
 }
 

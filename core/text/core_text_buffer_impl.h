@@ -8,8 +8,8 @@
 
 namespace bk {
 
-/// Appends to a string, whose length is settled when the buffer dies. What would make the string too long is left
-/// out, and in the end the string is as it was.
+/// Appends to a string. The destructor sets the string's length. When the string would become too long, the buffer drops the
+/// rest, and the string ends as it was before.
 class TextBuffer {
 public:
     explicit TextBuffer(CoreString& out) noexcept : out_(out), old_length_(out.get_length()) {}
@@ -50,7 +50,7 @@ public:
         *end_++ = '\n';
         constexpr std::size_t usual = 32;
         if (indentation <= usual && static_cast<std::size_t>(limit_ - end_) >= usual) {
-            std::memset(end_, ' ', usual); // of a size that is known, and needs no call
+            std::memset(end_, ' ', usual); // a constant size, which the compiler inlines
         } else {
             std::memset(end_, ' ', indentation);
         }

@@ -8,7 +8,7 @@ unsigned byte_at(std::string_view text, std::size_t position) noexcept {
     return static_cast<unsigned char>(text[position]);
 }
 
-// The smallest code point that needs a sequence of this length: a smaller one is over-long.
+// The smallest code point that needs a sequence of this length. A smaller one in such a sequence is over-long.
 constexpr unsigned smallest_code_point[] = {0, 0, 0x80, 0x800, 0x10000};
 
 std::size_t length_from_lead(unsigned lead) noexcept {

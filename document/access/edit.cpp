@@ -20,7 +20,7 @@ void remove_value(ParserEntry& entry, unsigned int value) {
     array_count.follow();
 }
 
-/// From the last to the first, so that what stands in a group value goes before that value.
+/// Goes from the last to the first, so that an entry inside a group value is removed before that value.
 std::size_t remove_values(PathMatcher& matcher, unsigned int value) {
     std::vector<ParserEntry*> found;
     while (matcher.next()) {
@@ -33,7 +33,7 @@ std::size_t remove_values(PathMatcher& matcher, unsigned int value) {
     return count;
 }
 
-/// Those of a group at once: removing is linear in the group.
+/// Removes all entries of a group in one call, because each removal is linear in the group.
 std::size_t remove_found(PathMatcher& matcher) {
     std::unordered_map<ParserGroup*, std::vector<unsigned int>> found;
     std::size_t count = 0;

@@ -14,8 +14,7 @@ namespace {
 
 using SelectorKind = PathSelector::Kind;
 
-/// Whether there is a way along so many steps. One that ends in "**" is there when it is there without; the way then ends
-/// before it.
+/// Whether entries of the tree match this many steps. A "**" at the end always matches; the way then ends before it.
 bool find_prefix(ParserGroup& root, const ParsedPath& path, std::size_t step_count, PathWay& way) {
     const std::size_t searched = step_count - (path.steps[step_count - 1].is_any_depth ? 1 : 0);
     if (searched == 0) {
@@ -57,7 +56,8 @@ unsigned int next_number(const PathWay& way, const PathStep& step) {
     return way.group == nullptr ? 0 : count_like(*way.group, step);
 }
 
-/// A name, and at most one key and behind that at most one number, which is that of the next entry. `way` is null in a new group.
+/// Whether a step says how to make its entry: it is a name, with at most one key and then at most one number, which must be that of the
+/// next entry. `way` is null in a new group.
 bool is_makeable(const PathStep& step, const PathWay* way) {
     bool is_keyword = false;
     if (step.is_any_depth || step.is_any_name || !is_plain_name(step.name, is_keyword) ||
@@ -108,7 +108,7 @@ bool is_plain_name(std::string_view name, bool& is_keyword) noexcept {
             (bk::classify_name_level(name, parts) == bk::NameKind::identifier && parts.base == name));
 }
 
-/// A shorter way is there whenever a longer one is: the longest is searched for by halves.
+/// Finds the longest way by binary search: whenever a way exists, every shorter one does.
 PathWay find_way(ParserGroup& root, const ParsedPath& path, std::size_t step_count) {
     PathWay way;
     way.group = &root;

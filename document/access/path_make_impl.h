@@ -19,11 +19,11 @@ bool is_plain_name(std::string_view name, bool& is_keyword) noexcept;
 struct PathWay {
     std::size_t found = 0;            // steps that are there
     std::vector<ParserEntry*> passed; // the entries on the way, outermost first
-    ParserGroup* group = nullptr;     // where the next step belongs
+    ParserGroup* group = nullptr;     // the group for the next step
     bool has_no_group = false;        // the last entry on the way has no group yet; `group` is null
     std::optional<unsigned int>
         like_count; // how many entries of `group` fit the next step without its number, when that is known
-    bool is_blocked = false; // what the last step names is no group; `group` is null
+    bool is_blocked = false; // the value that the last step names is no group; `group` is null
 
     ParserEntry* holder() const noexcept { return passed.back(); }
 };
@@ -37,11 +37,11 @@ struct MadeEntries {
     ParserEntry* innermost = nullptr;
 };
 
-/// Makes the steps from way.found up to `step_count`. False when the path does not say how an entry is to look, or where.
+/// Makes entries for the steps from way.found up to `step_count`. Returns false when a step does not say what entry to make.
 bool make_steps(const PathWay& way, const ParsedPath& path, std::size_t step_count, MadeEntries& made);
 
-/// Adds made entries to the tree at the end of a way, or a new group when none was made. Until it is kept, everything is taken
-/// away again, which needs no memory.
+/// Adds made entries to the tree at the end of a way, or a new group when none was made. Unless `keep` is called, the destructor
+/// removes them again, which needs no memory.
 class Attachment {
 public:
     Attachment(const PathWay& way, MadeEntries made);

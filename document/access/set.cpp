@@ -12,7 +12,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr unsigned int entries_ahead = 8; // that memory is asked for while one is looked at
+constexpr unsigned int entries_ahead = 8; // prefetched
 
 /// Makes the entry of the last step and writes its values from `value` on.
 ParserEntry* make_with_values(const PathWay& way, const ParsedPath& path, unsigned int value,
@@ -30,14 +30,14 @@ ParserEntry* make_with_values(const PathWay& way, const ParsedPath& path, unsign
     return entry;
 }
 
-/// "name[3]" and no more: what is looked for is the entry of that number, in one walk over the names.
+/// Finds the entry for a path of one step such as "name[3]", in one walk over the names.
 bool is_numbered_name(const ParsedPath& path) noexcept {
     const PathStep& step = path.steps.front();
     return path.steps.size() == 1 && !step.is_any_depth && !step.is_any_name && !step.template_name &&
            step.selectors.size() == 1 && step.index_count == 1;
 }
 
-/// The entry whose value is set, whether it has that value or not; null when there is none.
+/// The entry whose value is to be set, even if it does not have that value yet; null when there is no entry.
 struct Holder {
     ParserEntry* entry = nullptr;
     std::optional<unsigned int> like_count; // of the name, in one search for a number that is not there

@@ -44,7 +44,7 @@ std::optional<PlannedValue> plan_whole(long long number, ParserValue::Type exist
     return has_double(number) ? std::optional(plan_double(static_cast<double>(number))) : std::nullopt;
 }
 
-/// An int or a char takes a double that is an int; a negative zero is none.
+/// Whether an int or a char can hold this double. It cannot hold a negative zero.
 std::optional<PlannedValue> plan_real(double number, ParserValue::Type existing) {
     if (!std::isfinite(number)) {
         return std::nullopt;
@@ -55,7 +55,7 @@ std::optional<PlannedValue> plan_real(double number, ParserValue::Type existing)
     return is_int_here && is_int ? plan_whole(static_cast<long long>(number), existing) : plan_double(number);
 }
 
-/// As `get` reads a number as a float.
+/// The float that `get` reads from this number.
 bool reads_as(double number, float single) noexcept {
     return std::fabs(number) <= double{std::numeric_limits<float>::max()} &&
            std::bit_cast<std::uint32_t>(static_cast<float>(number)) == std::bit_cast<std::uint32_t>(single);
@@ -69,7 +69,7 @@ double shortest_double(float number) noexcept {
     return reads_as(shortest, number) ? shortest : double{number};
 }
 
-/// What reads as that float stays what it is.
+/// Keeps a value that already reads as that float.
 std::optional<PlannedValue> plan_single(float number, const ParserValue* existing, ParserValue::Type type) {
     if (existing != nullptr && type != no_type && reads_as(existing->get_as_double(), number)) {
         return type == ParserValue::TYPE_DOUBLE ? plan_double(existing->get_as_double())

@@ -8,7 +8,7 @@
 
 namespace bk_parser {
 
-/// What a value is to become: its type, and the member that the type goes by.
+/// The new type and content of a value. The type decides which member has the content.
 struct PlannedValue {
     ParserValue::Type type = ParserValue::TYPE_BOOL;
     int integer = 0; // of a bool or a char, too
@@ -16,11 +16,11 @@ struct PlannedValue {
     std::string_view text; // of a string, or bytes
 };
 
-/// Chooses the type for what is given. A number keeps the type of `existing`, which may be null, when that can hold
-/// it. Nothing when no value can hold it.
+/// Chooses the type for a given value. A number keeps the type of `existing`, which may be null, when that type can hold
+/// it. Returns nothing when no value can hold it.
 std::optional<PlannedValue> plan_value(const GivenValue& given, const ParserValue* existing);
 
-/// Whether a value is already what is planned.
+/// Whether a value already has the planned type and content.
 bool is_equal(const ParserValue& value, const PlannedValue& planned);
 
 } // namespace bk_parser

@@ -10,7 +10,7 @@ namespace bk_parser::access {
 
 namespace {
 
-/// Null for a value that is not there.
+/// The value, or null when the entry has none at that position.
 const ParserValue* find_in(const ParserEntry& entry, unsigned int value) noexcept {
     return value < entry.get_value_count() ? &bk::EntryAccess::value(entry, value) : nullptr;
 }

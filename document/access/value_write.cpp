@@ -19,7 +19,7 @@ void* bytes_of(const PlannedValue& planned) noexcept {
     return const_cast<char*>(planned.text.data());
 }
 
-/// What stands at a place already stays, with its spelling.
+/// Leaves a value that is equal already, so that it keeps its spelling.
 void set_value(ParserEntry& entry, unsigned int i, const PlannedValue& planned) {
     if (is_equal(bk::EntryAccess::value(entry, i), planned)) {
         return;
@@ -57,8 +57,8 @@ void add_value(ParserEntry& entry, const PlannedValue& planned) {
     }
 }
 
-/// Several values at once. New ones are added behind the old ones first: adding may fail, and then they are taken away
-/// again, which cannot fail.
+/// Writes several values. First adds the new ones after the old ones: adding may throw, and then removing them again cannot
+/// fail.
 class ListWriter {
 public:
     ListWriter(ParserEntry& entry, unsigned int first, unsigned int in_place, unsigned int removed,
@@ -85,7 +85,7 @@ public:
     }
 
 private:
-    /// What is given may be the entry's own texts, which move when the list grows.
+    /// Copies given texts that alias the entry's own values, which move when the list grows.
     void own_texts() {
         texts_.reserve(planned_.size());
         for (PlannedValue& planned : planned_) {

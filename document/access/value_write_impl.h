@@ -4,12 +4,12 @@
 
 namespace bk_parser {
 
-/// Writes values into an entry, whose values from `value` to the last they replace when `end` is ListEnd::cut. All or
-/// nothing.
+/// Writes values into an entry from position `value` on. With ListEnd::cut removes the old values after them. Writes all or
+/// none.
 bool write_values(ParserEntry& entry, unsigned int value, std::span<const GivenValue> given,
                   access::ListEnd end);
 
-/// A declared array count that was the number of values becomes the number that there is now.
+/// Updates a declared array count that was equal to the number of values before.
 class ArrayCount {
 public:
     explicit ArrayCount(ParserEntry& entry) noexcept

@@ -14,7 +14,7 @@ namespace {
 
 using Kind = TreeChange::Kind;
 
-/// What is still to be compared or told: a task of the walk, which has no recursion.
+/// Something that is still to be compared or reported. The walk keeps these tasks in a list instead of recursing.
 struct Task {
     enum class What { change, entries, groups };
     What what = What::change;
@@ -148,7 +148,7 @@ private:
         return match_sequences(ours, theirs, static_cast<std::uint32_t>(kinds.size()));
     }
 
-    /// One value beside the other, and what is left over.
+    /// Compares the values of two entries one by one, and reports those that only one entry has.
     void compare_range(const ParserEntry& left, unsigned int i, unsigned int left_end,
                        const ParserEntry& right, unsigned int k, unsigned int right_end) {
         for (; i < left_end && k < right_end; ++i, ++k) {
@@ -164,7 +164,8 @@ private:
         }
     }
 
-    /// The first group of one entry is compared with the first of the other, and so on; one that has no other was told as a value.
+    /// Compares the first group of one entry with the first group of the other, and so on. Groups without a counterpart were reported
+    /// as values.
     void compare_inner(const ParserEntry& left, std::uint32_t left_node, const ParserEntry& right,
                        std::uint32_t right_node) {
         unsigned int i = 0;
@@ -190,7 +191,7 @@ private:
         return next_group(entry, i) && entry.get_group(i)->get_entries().get_count() != 0;
     }
 
-    /// What was removed in one group and added just so in another one was moved, when there is only one like it.
+    /// Reports an entry that was removed in one group and added unchanged in another one as moved, when no other one is equal to it.
     void find_moves_between_groups() {
         std::unordered_map<const ParserEntry*, std::uint64_t> hashes;
         std::unordered_map<std::uint64_t, std::pair<std::size_t, std::size_t>> counts; // removed and added

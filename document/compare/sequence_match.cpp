@@ -7,7 +7,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::int64_t longest_script = 512; // its square is what a stretch may cost in memory and time
+constexpr std::int64_t longest_script = 512; // a stretch takes time and memory in proportion to its square
 
 /// A stretch of both sequences in which nothing is matched yet.
 struct Stretch {
@@ -103,7 +103,7 @@ private:
         return pairs;
     }
 
-    /// The greedy search for a shortest edit script: for each number of edits and each diagonal the furthest place.
+    /// The greedy search for a shortest edit script: computes for each number of edits the furthest place on each diagonal.
     void take_script(const Stretch& stretch) {
         const std::int64_t left_size = stretch.left_end - stretch.left_begin;
         const std::int64_t right_size = stretch.right_end - stretch.right_begin;

@@ -9,7 +9,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::size_t most_pairs = 4096;    // of entries that are compared for likeness
+constexpr std::size_t most_pairs = 4096;    // how many pairs of entries are compared for similarity
 constexpr std::uint32_t most_features = 64; // of an entry that are looked at for that
 constexpr double least_likeness = 0.5;      // of entries of one name
 constexpr double least_renamed = 0.6;       // of entries of two names
@@ -29,7 +29,7 @@ std::uint64_t label_hash(const ParserEntry& entry) {
     return hash;
 }
 
-/// What two entries are compared for likeness by: hashes of their values and of the entries that they hold, sorted.
+/// The features by which two entries are compared for similarity: sorted hashes of their values and of the entries in them.
 class Features {
 public:
     Features(const TreeIndex& index, std::uint32_t node) {
@@ -107,7 +107,7 @@ private:
         match_.left_of[right] = left;
     }
 
-    /// What is equal at both ends, which as a rule is nearly everything.
+    /// Matches the equal entries at both ends, which usually are nearly all.
     void take_ends() {
         std::uint32_t begin = 0;
         std::uint32_t left_end = left_size();
@@ -152,7 +152,7 @@ private:
         drop_matched();
     }
 
-    /// Between equal entries there may be as many on both sides, of the same labels: they were changed where they stand.
+    /// Matches entries between equal ones when both sides have as many, with the same labels: they were changed in place.
     void match_between() {
         std::uint32_t left = left_rest_.front();
         std::uint32_t right = right_rest_.front();
@@ -191,8 +191,8 @@ private:
         std::erase_if(right_rest_, [this](std::uint32_t i) { return match_.left_of[i] != unmatched; });
     }
 
-    /// Matches entries that have one hash in common: the alike ones, and where that is not asked, or there are too many,
-    /// each with the next one.
+    /// Matches entries with a common hash: by similarity, or each with the next one when similarity is not asked for or there are too
+    /// many.
     template <class Hash>
     void match_groups(const Hash& hash, double least) {
         if (left_rest_.empty() || right_rest_.empty()) {

@@ -10,7 +10,7 @@ namespace bk_parser {
 
 inline constexpr std::uint32_t unmatched = 0xFFFFFFFFu;
 
-/// Which entries of two groups are the same ones, by their places in the lists that were given.
+/// Which entries of two groups belong together, by their positions in the given lists.
 struct SiblingMatch {
     std::vector<std::uint32_t> right_of; // of each on the left
     std::vector<std::uint32_t> left_of;  // of each on the right

@@ -27,7 +27,7 @@ std::string_view bytes_of(const ParserValue& value) {
     }
 }
 
-/// The bits of a scalar, the sign of a char and an int taken along.
+/// The bits of a scalar; chars and ints are sign-extended.
 std::uint64_t bits_of(const ParserEntry& entry, unsigned int i) {
     switch (entry.get_value_type(i)) {
     case ParserValue::TYPE_BOOL:

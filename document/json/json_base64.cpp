@@ -43,7 +43,7 @@ bool resolve_quad(std::string_view quad, std::size_t padding, std::string& out) 
         out += static_cast<char>(bits >> (16 - 8 * i) & 0xFF);
     }
     const std::uint32_t unused = (std::uint32_t{1} << 8 * padding) - 1;
-    return (bits & unused) == 0; // each text stands for other bytes
+    return (bits & unused) == 0; // otherwise two texts would mean the same bytes
 }
 
 } // namespace

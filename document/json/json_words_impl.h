@@ -11,12 +11,12 @@
 /// The words of the lossless shape, for its writer and its reader.
 namespace bk_parser {
 
-/// A key that begins so is no name of an entry.
+/// A key with this beginning is not the name of an entry.
 inline constexpr char json_mark = '$';
-/// Behind this stands a name that needs escapes.
+/// Precedes a name that needs escapes.
 inline constexpr std::string_view escaped_name_mark = "$:";
 
-// What an entry has beside its values.
+// Keys for the other parts of an entry.
 inline constexpr std::string_view kind_key = "$kind";
 inline constexpr std::string_view template_key = "$template";
 inline constexpr std::string_view array_key = "$array";
@@ -24,7 +24,7 @@ inline constexpr std::string_view values_key = "$values";
 // A group with a name of its own.
 inline constexpr std::string_view group_key = "$group";
 inline constexpr std::string_view entries_key = "$entries";
-// Values that no word of JSON spells.
+// Tags of values that JSON has no word for.
 inline constexpr std::string_view bool_key = "$bool";
 inline constexpr std::string_view char_key = "$char";
 inline constexpr std::string_view int_key = "$int";
@@ -41,7 +41,7 @@ JsonNumber json_number_of(std::string_view word) noexcept;
 /// The length of the number that the text begins with; 0 when there is none.
 std::size_t json_number_length(std::string_view text) noexcept;
 
-/// The kind of an entry when nothing says it.
+/// The kind of an entry without a "$kind".
 ParserEntry::Type usual_kind(std::string_view name) noexcept;
 /// "entry", "keyword", "call", "raw"; empty for another number.
 std::string_view kind_word(ParserEntry::Type kind) noexcept;
@@ -49,7 +49,7 @@ std::optional<ParserEntry::Type> kind_of_word(std::string_view word) noexcept;
 
 /// The value of a hexadecimal digit of either case; negative for another character.
 int hexadecimal_digit(char digit) noexcept;
-/// Whether the text holds no byte that is no UTF-8.
+/// Whether the text is valid UTF-8.
 bool is_utf8(std::string_view text) noexcept;
 /// Resolves "\\" and "\x" with two hexadecimal digits. False when something else stands behind a backslash.
 bool resolve_byte_escapes(std::string_view text, std::string& out);

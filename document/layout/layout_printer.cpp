@@ -16,7 +16,7 @@ std::string_view line_end_of(std::string_view source) noexcept {
     return is_windows ? "\r\n" : "\n";
 }
 
-/// UTF-8 characters, and of other bytes a bit fewer than there are: good enough for the width of a line.
+/// The number of UTF-8 characters. Bytes that are no UTF-8 may count too little, which is good enough for the width of a line.
 std::size_t width_of(std::string_view text) noexcept {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
         return (static_cast<unsigned char>(byte) & 0xC0u) != 0x80u;
@@ -63,7 +63,7 @@ bool LayoutPrinter::run() {
     return true;
 }
 
-/// What is deep is indented far: a text of a few megabytes may need more memory than there is.
+/// Indentation may make the output much larger than the text: a few megabytes of nested groups may need gigabytes.
 std::uint64_t LayoutPrinter::largest_size() const noexcept {
     std::uint64_t size = 0;
     std::uint64_t depth = 0;
@@ -109,7 +109,7 @@ void LayoutPrinter::put_name(std::size_t i) {
     }
 }
 
-/// What belongs to the entry before it: values, signs, and the brace that opens its group.
+/// Whether a token belongs to the entry before it: a value, a sign, or the brace that opens its group.
 void LayoutPrinter::put_in_line(std::size_t i) {
     const SourceToken& token = tokens_[i];
     const bool is_attached = token.kind == TokenKind::comma || token.kind == TokenKind::open_arguments ||

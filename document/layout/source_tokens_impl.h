@@ -37,11 +37,11 @@ inline bool is_directive(TokenKind kind) noexcept {
 /// files are not looked at.
 struct SourceTokens {
     std::vector<SourceToken> tokens;
-    /// A comment or a directive stands inside a word, or a directive touches one: whether it is one word depends on it.
+    /// Whether a comment or a directive is inside a word, or a directive touches one. Then it decides what the word is.
     bool has_cut_words = false;
-    /// The text has faults, or they cannot be told without what it includes.
+    /// Whether the text has faults, or may have some that depend on its includes.
     bool has_faults = false;
-    /// The text ends with a name that has no values: then white space has to follow it that is more than one character.
+    /// Whether the text ends with a name without values: more than one white character must follow it.
     bool ends_with_name = false;
 };
 

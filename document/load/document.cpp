@@ -33,7 +33,7 @@ const std::filesystem::path& Document::path() const& {
     return DocumentState::of(*this).path;
 }
 
-// What a document that dies gives away is moved, so these four are not const.
+// These four move from a temporary document, so they are not const.
 // NOLINTBEGIN(readability-make-member-function-const)
 std::filesystem::path Document::path() && {
     return std::move(DocumentState::of(*this).path);
@@ -78,7 +78,7 @@ DocumentState::DocumentState(DocumentState&& other) noexcept = default;
 
 DocumentState::~DocumentState() = default;
 
-/// A document that was moved from gets a new state when it is used.
+/// A moved-from document gets a new state when it is used again.
 DocumentState& DocumentState::of(const Document& document) {
     if (document.state_ == nullptr) {
         document.state_ = std::make_unique<DocumentState>();

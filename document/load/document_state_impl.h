@@ -23,12 +23,12 @@ struct ReadFile {
     bool is_enciphered = false;
 };
 
-/// What a document knows beside its tree.
+/// Everything that a document has besides its tree.
 struct DocumentState {
     std::unique_ptr<ParserGroup> root = std::make_unique<ParserGroup>(CoreString("root"));
     Form form = Form::text;
     std::filesystem::path path;
-    std::filesystem::path absolute; // the same; the current folder may be another one later
+    std::filesystem::path absolute; // the same, made absolute at once, because the current folder may change
     std::vector<std::filesystem::path> dependencies;
     std::vector<Include> includes;
     std::vector<DocumentFile> document_files;

@@ -18,7 +18,7 @@ std::string_view code_of_enciphered(const bk::SourceFailure& failure, bool has_k
     if (failure.present < length_size) {
         return codes::cut_off;
     }
-    // Under another key all 64 bits of the length are anything; no text is longer than 32 bits tell.
+    // Under a wrong key the length is any 64-bit number. A true one is below 2^32.
     if (failure.announced >> 32 != 0) {
         return has_key ? codes::wrong_key : codes::no_key;
     }

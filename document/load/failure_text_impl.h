@@ -19,7 +19,7 @@ std::string too_large_text(std::string_view name, core_uint64 size, core_uint64 
 std::string grouped_number(core_uint64 number);
 /// "cut.bin is cut off: 4,738 bytes announced, 1,988 present"
 std::string cut_off_text(std::string_view name, core_uint64 announced, core_uint64 present);
-/// Why such bytes cannot be read as a text: "is a PNG image, not a document". Else empty.
+/// Why these bytes cannot be read as a text, for example "is a PNG image, not a document"; empty when they can.
 std::string why_no_text(std::string_view bytes);
 
 } // namespace bk_parser

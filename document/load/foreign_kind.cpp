@@ -13,7 +13,7 @@ constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 struct Mark {
     std::string_view bytes;
     std::string_view kind;
-    bool may_be_text; // bytes that a document may begin with, too
+    bool may_be_text; // a document may begin with these bytes too
 };
 
 using namespace std::string_view_literals;
@@ -53,7 +53,8 @@ bool is_blank(char byte) noexcept {
     return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
-/// What no text has: control characters but for white space. Without branches, so that the compiler takes many at a time.
+/// Whether the character is a control character other than white space, which no text has. Without branches, so that the compiler
+/// vectorises it.
 bool is_control(char byte) noexcept {
     const auto code = static_cast<unsigned char>(byte);
     const auto from_tab = static_cast<unsigned char>(code - '\t');
@@ -93,7 +94,8 @@ std::string_view kind_of_wide_mark(std::string_view sample) noexcept {
     return {};
 }
 
-/// One that does not, most of it Latin: three of four or every other byte is NUL.
+/// Text of 16 or 32 bits a character without a byte order mark. Most of it is Latin, so every other byte, or three of four, are
+/// NUL.
 std::string_view kind_of_wide_text(std::string_view sample) noexcept {
     std::array<std::size_t, 4> nuls{}; // by the place in four bytes
     for (std::size_t i = 0; i < sample.size(); ++i) {

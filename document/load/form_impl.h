@@ -6,17 +6,17 @@
 
 namespace bk_parser {
 
-/// The form of a document that begins so.
+/// The form of a document that begins with these bytes.
 Form form_of(std::string_view bytes) noexcept;
 
-/// What a file is that is no document: "a PNG image". Empty of one that may be a text of ours.
+/// What kind of file this is, when it is no document, for example "a PNG image". Empty for a file that may be a document.
 std::string_view foreign_kind(std::string_view bytes) noexcept;
 
-/// Whether a text is one string or one number of JSON and nothing else. A document may include such a text as a value, so that
-/// it takes more to know that it is foreign: that it is a document of its own, and is called one of JSON.
+/// Whether a text is one JSON string or number and nothing else. A document may include such a text as a value. So it counts as JSON
+/// only when it is not included and its file is named as JSON.
 bool is_json_value(std::string_view bytes) noexcept;
 
-/// The same, where one byte of what it begins with may be wrong. What has one wrong has a NUL further on, which texts have not.
+/// The same for a damaged file: one byte of the first four may be wrong. Then the file must also contain a NUL, which texts do not.
 Form likely_form_of(std::string_view bytes) noexcept;
 
 } // namespace bk_parser

@@ -19,8 +19,8 @@ unsigned char count_line_feeds(const char* text, std::size_t size) noexcept {
     return count;
 }
 
-/// How many lines end in a text. Of blocks of one size, a multiple of a vector's, the compiler makes vector instructions, half as
-/// many as of blocks of any size.
+/// How many lines end in a text. Counts in blocks of one size, a multiple of a vector's, for which the compiler makes half as many
+/// instructions as for blocks of any size.
 std::uint64_t count_line_ends(std::string_view text) noexcept {
     constexpr std::size_t block = 192;
     std::uint64_t count = 0;
@@ -99,7 +99,7 @@ void IncludeRecord::found(const bk::SourcePiece& piece) {
     include.column = static_cast<unsigned int>(line.place_of(include.offset - open.line_begin).column);
 }
 
-/// A CR whose LF stands at the offset ends no line before it.
+/// A CR before the offset ends no line when its LF is at the offset.
 void IncludeRecord::count_to(Open& open, std::size_t offset) noexcept {
     const std::string_view between = open.text.substr(open.counted, offset - open.counted);
     open.line += count_line_ends(between);

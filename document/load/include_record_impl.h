@@ -10,8 +10,7 @@
 
 namespace bk_parser {
 
-/// Keeps the files and the include directives of a document while it is read. A file that was read before is not looked at
-/// again.
+/// Lists the files and include directives of a document while it is read. Lists a file that is read again only once.
 class IncludeRecord {
 public:
     explicit IncludeRecord(DocumentState& state) noexcept : state_(state) {}
@@ -22,7 +21,7 @@ public:
     void left() { open_.pop_back(); }
     /// A directive of the innermost file. Linear in what stands between it and the directive before it.
     void found(const bk::SourcePiece& piece);
-    /// The file of the directive that was found last is kept out.
+    /// The file of the last directive is not included.
     void failed(const bk::SourceFailure& failure, std::string_view code);
 
 private:

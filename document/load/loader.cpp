@@ -152,7 +152,7 @@ void Loader::parse_text(std::string_view text, const Meter::Range& range) {
                                          options_.limits, problems_, {meter_, range.part(parsing_share, 1)});
 }
 
-/// What is no document is said to be that, however large it is.
+/// Tests first whether the file is a document, so that a foreign file is reported as such even when it is too large.
 void Loader::refuse_too_large(const FileBytes& file, core_uint64 most) {
     const std::string_view kind = foreign_kind(file.bytes.get_view());
     if (form_of(file.bytes.get_view()) == Form::text && !kind.empty()) {
@@ -177,7 +177,8 @@ std::string Loader::shown_name() const {
     return name_.empty() ? "the document" : name_;
 }
 
-/// The version is an entry where there is no line for it, and no part of what the document says. A save puts it back.
+/// Takes the version's entry off the root: the forms without a version line have it, and it is no part of the content. A save puts it
+/// back.
 void Loader::take_version_entry() {
     const CoreString name(bk::version_keyword);
     const CoreVector<ParserEntry*>& entries = state_->root->get_entries();
@@ -211,7 +212,7 @@ CoreVector<CoreString> Loader::search_folders() const {
     return folders;
 }
 
-/// Of a file that is not there nothing is lost.
+/// A document that does not exist has lost nothing.
 void Loader::note_unread() {
     state_->lost = problems_.unread_parts();
     state_->left_out = problems_.unread_includes();

@@ -7,12 +7,12 @@
 
 namespace bk_parser {
 
-/// Passes from the inside of a load to its caller when the progress callback said not to go on.
+/// Thrown inside a load when the progress callback returned false.
 struct LoadCancelled {};
 
-/// Tells a callback how much of a load is done, about a hundred times. The load is cut into ranges of 0 to 1; whoever works
-/// through a range says how far it is and how many bytes that took. Throws LoadCancelled when the callback returns
-/// false; what the callback throws passes through.
+/// Calls the progress callback about a hundred times in a load. The load is divided into ranges of 0 to 1. The code that works
+/// through a range reports how far it is and how many bytes that took. Throws LoadCancelled when the callback returns
+/// false. What the callback throws passes through.
 class Meter final : public bk::Pace {
 public:
     /// A part of the load.
@@ -31,9 +31,9 @@ public:
     void begin();
     void finish();
 
-    /// What is told next belongs to this range, which comes to `total` bytes; `done` of them are done already.
+    /// Starts a range of `total` bytes, of which `done` are done already.
     void start(const Range& range, std::size_t total, std::size_t done = 0) noexcept;
-    /// The range is left, with so much of it done.
+    /// Ends the range, with this much of it done.
     void stop(std::size_t done) noexcept;
 
 private:

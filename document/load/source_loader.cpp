@@ -49,7 +49,7 @@ bk::SourceRead SourceLoader::read(const CoreString& path, core_uint64 most, Core
 }
 
 bool SourceLoader::read_as_text(const CoreString&, CoreString&) {
-    return true; // places count in the bytes of the file, and its line ends are kept
+    return true; // no translation: places count in the bytes of the file, so its line ends stay
 }
 
 bool SourceLoader::accepts_deciphered(const CoreString& text) {

@@ -13,11 +13,12 @@
 
 namespace bk_parser {
 
-/// Reads the files of a text for the preprocessor, and keeps what is needed to tell problems: which file each byte of the expanded
-/// text came from, and what was wrong with files and directives.
+/// Reads the files of a text for the preprocessor. Records which file each byte of the expanded text came from, and what was wrong
+/// with files and directives.
 class SourceLoader final : public bk::SourceHost {
 public:
-    /// The arguments outlive the loader. The range is all of the preprocessing, the document's own bytes read.
+    /// The caller keeps the arguments alive as long as the loader. The range covers all of the preprocessing; the document's own bytes
+    /// are read already.
     SourceLoader(DocumentState& state, SourceMap& sources, ProblemList& problems, Meter& meter,
                  const Meter::Range& range)
         : state_(state), sources_(sources), problems_(problems), meter_(meter), range_(range),

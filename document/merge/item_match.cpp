@@ -12,7 +12,7 @@ namespace bk_parser {
 namespace {
 
 using Items = std::vector<std::uint32_t>;
-/// For each item of one group, by its number in the text, the item of the other group that it is.
+/// For each item of one group, by its number in the text, the matching item of the other group.
 using ItemMap = std::unordered_map<std::uint32_t, std::uint32_t>;
 
 void match_equal(const TextItems& left, const Items& left_items, const TextItems& right,
@@ -41,7 +41,7 @@ ItemMap inverse(const ItemMap& map) {
     return result;
 }
 
-/// Equal items in their order; then each with the next one of its label.
+/// Matches equal items in their order, then each other item with the next one of its label.
 ItemMap match_items(const TextItems& left, const Items& left_items, const TextItems& right,
                     const Items& right_items) {
     ItemMap right_of;
@@ -99,7 +99,7 @@ Side make_side(const TextItems& base, const Items& base_items, const TextItems& 
     return side;
 }
 
-/// What both sides added: the new ones of one side, each with its like on the other.
+/// Items that both sides added: each new one of one side with its counterpart on the other.
 ItemMap match_added(const Side& left, const Side& right) {
     const auto added = [](const Side& side) {
         Items items = side.items;
@@ -109,7 +109,7 @@ ItemMap match_added(const Side& left, const Side& right) {
     return match_items(left.text, added(left), right.text, added(right));
 }
 
-/// The items of the leading side in their order, and behind each what stands behind it on the other side alone.
+/// Lists the items of the leading side in their order, and after each one the items that follow it only on the other side.
 std::vector<MergeSlot> ordered_slots(const Side& leader, const Side& other) {
     const ItemMap other_of_added = match_added(leader, other);
     std::vector<MergeSlot> slots;

@@ -15,7 +15,7 @@ namespace bk_parser {
 
 namespace {
 
-/// Puts stretches of the texts one behind the other.
+/// Joins parts of the texts.
 class MergedText {
 public:
     void put(const TextItems& text, std::uint32_t begin, std::uint32_t end) {
@@ -61,7 +61,7 @@ private:
     void put_line(std::string_view line) { out_ += line; }
 
     void put_version(std::string_view text, bool follows_break) {
-        if (follows_break) { // the line break that the version begins with stands before the marks
+        if (follows_break) { // the line break at the beginning of the version goes before the marks
             const std::size_t first = text.find_first_not_of(" \t\r");
             text.remove_prefix(first != std::string_view::npos && text[first] == '\n' ? first + 1 : 0);
         }
@@ -108,7 +108,7 @@ public:
     }
 
 private:
-    /// A stretch to be put, a conflict, or an item to be merged.
+    /// A part to be copied, a conflict, or an item to be merged.
     struct Task {
         const TextItems* text = nullptr;
         std::uint32_t begin = 0;

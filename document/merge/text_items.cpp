@@ -60,7 +60,7 @@ private:
     }
 
     void take_value(const SourceToken& token) {
-        if (item_ == 0 || is_directive_) { // of an entry that a directive interrupts
+        if (item_ == 0 || is_directive_) { // the entry was interrupted by a directive
             begin_item(hash_of(token));
         }
         const bool is_value = token.kind == TokenKind::value;
@@ -71,8 +71,8 @@ private:
         add(token);
     }
 
-    /// A comment in the line of an item, or between its words, belongs to it; another one to the next item, or to the
-    /// tail.
+    /// A comment on the line of an item, or between its words, belongs to that item. Any other comment belongs to the next item or to
+    /// the tail.
     void take_comment(const SourceToken& token) {
         if (item_ != 0 && (is_in_its_line(token) || continues())) {
             add(token);

@@ -9,7 +9,7 @@
 namespace bk_parser {
 
 /// An entry or a directive of a text, with the comments and white space before it and the rest of its line. The items
-/// of a group and its tail make up all that stands between its braces.
+/// of a group and its tail together are everything between its braces.
 struct TextItem {
     std::uint32_t begin = 0;
     std::uint32_t end = 0;

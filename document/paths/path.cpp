@@ -11,7 +11,7 @@ namespace bk_parser {
 
 namespace {
 
-/// On one line, so that a caret can stand below: control characters are shown as "?".
+/// The path on one line, so that a caret can be drawn below: shows control characters as "?".
 std::string on_one_line(std::string_view path) {
     std::string line(path);
     std::replace_if(
@@ -29,7 +29,7 @@ Path::Path(TextRef text) {
     parsed_ = std::make_shared<const ParsedPath>(std::move(parsed));
 }
 Path::Path(const Path& other) noexcept = default;
-// A path that was moved from is used as before: a move is a copy.
+// A move copies, so that a moved-from path can be used as before.
 Path::Path(Path&& other) noexcept
     : Path(static_cast<const Path&>(other)) {} // NOLINT(performance-move-constructor-init)
 Path& Path::operator=(const Path& other) noexcept = default;

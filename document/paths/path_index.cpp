@@ -12,7 +12,7 @@ namespace bk_parser {
 
 namespace {
 
-/// Counts what is alike among the entries of one group.
+/// Counts entries of one group with the same name, first string or template.
 class LikenessCounter {
 public:
     explicit LikenessCounter(const ParserGroup& group) {
@@ -29,7 +29,7 @@ public:
         }
     }
 
-    /// To be asked for every entry of the group, in order.
+    /// Call it for every entry of the group, in order.
     Likeness next(const ParserEntry& entry) {
         Names& names = names_[entry.get_name().get_view()];
         std::string_view key;
@@ -57,7 +57,7 @@ struct PathIndex::State {
         Likeness likeness;
     };
 
-    /// Comparing all with all is faster than hashing where there are few.
+    /// With few entries, comparing all pairs is faster than hashing.
     void add_group(const ParserGroup& group, ParserEntry* parent, unsigned int value) {
         constexpr unsigned int few = 16;
         if (group.get_entries().get_count() > few) {

@@ -30,7 +30,7 @@ bool holds(Operator comparison, std::partial_ordering order) noexcept {
     }
 }
 
-/// A value of another type than the literal's fulfils no comparison.
+/// Every comparison is false for a value of another type than the literal's.
 bool compare(const ParserValue& value, Operator comparison, const PathLiteral& literal) {
     using Kind = PathLiteral::Kind;
     switch (bk::ValueAccess::type(value)) {
@@ -58,7 +58,7 @@ bool fulfils(const PathSelector& condition, const ParserEntry& entry) {
             compare(bk::EntryAccess::value(entry, index), condition.comparison, condition.literal));
 }
 
-/// Calls `act` for the entries of that name in the groups that an entry holds, until it gives true.
+/// Calls `act` for the entries of that name in the groups that an entry holds, until it returns true.
 template <class Action>
 bool any_below(const ParserEntry& entry, std::string_view name, const Action& act) {
     for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
@@ -75,7 +75,7 @@ bool any_below(const ParserEntry& entry, std::string_view name, const Action& ac
     return false;
 }
 
-/// Level by level: what the fields but the last name is gathered.
+/// Goes level by level: gathers the entries that each field except the last names.
 bool fits_condition(const PathSelector& condition, const ParserEntry& entry) {
     if (condition.fields.empty()) {
         return fulfils(condition, entry);

@@ -12,10 +12,10 @@ namespace {
 
 using Operator = PathSelector::Operator;
 
-/// The search of an entry takes time in proportion to them.
+/// Bounded, because the search of an entry takes time in proportion to them.
 constexpr std::size_t most_selectors = 64;
 
-/// One function for each rule of the grammar in docs/paths.md. Each is false after an error.
+/// One function for each rule of the grammar in docs/paths.md. Each returns false after an error.
 class PathParser {
 public:
     explicit PathParser(std::string_view text) : scanner_(text) {}

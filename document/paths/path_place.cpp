@@ -11,7 +11,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::size_t longest_key = 64; // a longer one tells a reader less than a number
+constexpr std::size_t longest_key = 64; // a number is easier to read than a longer one
 
 } // namespace
 
@@ -76,7 +76,7 @@ void append_descent(std::string& path, const ParserEntry& entry, unsigned int va
 
 namespace {
 
-/// A cursor that walks until it stands on what is looked for.
+/// Walks a cursor until it has reached the entry or group that is looked for.
 template <class IsFound>
 bool walk_to(TreeCursor& cursor, const IsFound& is_found) {
     while (cursor.next()) {

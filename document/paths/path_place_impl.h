@@ -24,9 +24,9 @@ bool find_key(const ParserEntry& entry, std::string_view& key) noexcept;
 /// Which of an entry's values are groups, as far as a path needs to know.
 unsigned int count_groups(const ParserEntry& entry) noexcept;
 
-/// Appends the step that finds just this entry in its group.
+/// Appends the step that finds this entry in its group, and no other.
 void append_step(std::string& path, const ParserEntry& entry, const Likeness& likeness);
-/// Appends what leads from an entry into the group that is this value of it.
+/// Appends the `@` and number that lead from an entry into the group that is this value, where they are needed.
 void append_descent(std::string& path, const ParserEntry& entry, unsigned int value);
 
 } // namespace bk_parser

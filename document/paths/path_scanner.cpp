@@ -145,7 +145,7 @@ std::string_view PathScanner::take_decimal() noexcept {
             take('+');
         }
         if (!is_at_digit()) {
-            at_ = mantissa_end; // what stands there is told as unexpected
+            at_ = mantissa_end; // the error names the character there
         }
         take_digits();
     }

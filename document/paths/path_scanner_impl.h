@@ -14,14 +14,14 @@ public:
 
     bool is_at_end() const noexcept { return at_ == text_.size(); }
     std::size_t get_position() const noexcept { return at_; }
-    /// NUL at the end. A NUL inside the path fits nowhere, so that it is an error in any case.
+    /// The current character, NUL at the end. No rule accepts a NUL inside the path, so it is always an error.
     char peek() const noexcept { return is_at_end() ? '\0' : text_[at_]; }
     bool is_at_digit() const noexcept;
 
     bool take(char character) noexcept;
     bool take(std::string_view characters) noexcept;
     void skip_blanks() noexcept;
-    /// A name as the text syntax has it, or a keyword. False, and nothing is taken, when there is none.
+    /// Takes a name or keyword of the text syntax. When there is none, returns false and takes nothing.
     bool take_bare_name(std::string& name);
     /// A string in quotes; false after an error.
     bool take_string(std::string& text);
@@ -30,10 +30,10 @@ public:
     /// A decimal number with sign, fraction and exponent; empty when there is none.
     std::string_view take_decimal() noexcept;
 
-    /// Each keeps the message for take_error and is false.
+    /// Each stores the message for take_error and returns false.
     bool fail(std::string message, std::size_t offset);
     bool fail(std::string message) { return fail(std::move(message), at_); }
-    /// Begins the message with what stands here.
+    /// The same with a message that begins with the current character.
     bool fail_at_character(std::string_view advice);
     PathError take_error() { return std::move(error_); }
 

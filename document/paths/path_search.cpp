@@ -32,7 +32,7 @@ bool PathMatcher::next() {
     }
 }
 
-/// Of the groups of the current entry, the next in which some step may be matched.
+/// The next group of the current entry in which some step may match.
 void PathMatcher::enter_next_group() {
     if (successors_.size() == levels_.back().successors) {
         return;
@@ -54,7 +54,7 @@ void PathMatcher::leave() noexcept {
     levels_.pop_back();
 }
 
-/// False when no step may be matched below that value.
+/// Returns false when no step may match below that value.
 bool PathMatcher::add_states(unsigned int value) {
     const std::size_t begin = levels_[levels_.size() - 2].successors;
     const std::size_t end = levels_.back().successors;
@@ -66,7 +66,7 @@ bool PathMatcher::add_states(unsigned int value) {
     return states_.size() != levels_.back().states;
 }
 
-/// Steps come in ascending order, so that one that is there already is among the last.
+/// Steps come in ascending order, so a duplicate is among the last ones.
 void PathMatcher::add_state(unsigned int step) {
     const auto add = [this](unsigned int added) {
         if (states_.size() == levels_.back().states || states_.back() < added) {
@@ -80,7 +80,7 @@ void PathMatcher::add_state(unsigned int step) {
     }
 }
 
-/// Whether the current entry is found. Notes which steps go on below it.
+/// Whether the path finds the current entry. Also notes which steps go on below it.
 bool PathMatcher::evaluate() {
     const Level level = levels_.back();
     successors_.resize(level.successors);

@@ -14,22 +14,22 @@ ParserGroup* held_group(const ParserEntry& entry, unsigned int value) noexcept;
 /// The entry that a path finds first; null when there is none, or the path is malformed.
 ParserEntry* find_first(const ParserGroup& group, const PathArgument& path);
 
-/// Matches the steps of a path as a machine that is in several states at once: for each open group, the set of steps that its
-/// entries may be. No step is tried twice on an entry, so that no path takes exponential time.
+/// Matches the steps of a path like a nondeterministic automaton: keeps for each open group the set of steps that its
+/// entries may match. Tries no step twice on an entry, so that no path takes exponential time.
 class PathMatcher {
 public:
-    /// The first `step_count` steps count. A `@` of the last of them is left to the caller when `takes_any_value`.
+    /// Matches only the first `step_count` steps. With `takes_any_value` ignores the `@` of the last one; the caller handles it.
     PathMatcher(const ParserGroup& group, const ParsedPath& path, std::size_t step_count,
                 bool takes_any_value = false);
 
     bool next();
-    /// Leaves out what the current entry holds.
+    /// Skips what the current entry holds.
     void skip_groups() noexcept { cursor_.skip_groups(); }
     const TreeCursor& cursor() const noexcept { return cursor_; }
     Visit visit() const noexcept;
 
 private:
-    /// A step that the entries below a group value may be; below which one, or no_value for all.
+    /// A step that the entries below a group value may match, and the position of that value, or no_value for all.
     struct Successor {
         unsigned int step;
         unsigned int value;

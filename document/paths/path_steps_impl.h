@@ -9,10 +9,10 @@
 
 namespace bk_parser {
 
-/// Stands for "none" where a path may name a value.
+/// Means that the path names no value.
 inline constexpr unsigned int no_value = Visit::whole_entry;
 
-/// What a condition compares with.
+/// The literal of a condition.
 struct PathLiteral {
     enum class Kind { number, string, boolean };
     Kind kind = Kind::number;
@@ -21,13 +21,13 @@ struct PathLiteral {
     std::string string;
 };
 
-/// What stands in brackets. Those of a step are applied from left to right.
+/// The content of a pair of brackets. The selectors of a step apply from left to right.
 struct PathSelector {
     enum class Kind { index, key, condition };
     enum class Operator { exists, equal, not_equal, less, at_most, greater, at_least };
 
     Kind kind = Kind::index;
-    unsigned int index = 0; // among the entries of the group that pass what stands before
+    unsigned int index = 0; // among the entries of the group that pass the selectors before it
     std::string key;        // the first value
     std::vector<std::string>
         fields; // names of entries, from the entry on down; the entry itself when there are none
@@ -50,7 +50,7 @@ struct PathStep {
             return selector.kind == PathSelector::Kind::key;
         });
     }
-    /// The value that is read and set: without `@`, the one behind the key.
+    /// The value to read or set: without `@`, the one after the key.
     unsigned int named_value() const noexcept {
         return value != no_value ? value : static_cast<unsigned int>(has_key());
     }
@@ -67,7 +67,7 @@ struct ParsedPath {
 
 ParsedPath parse_path(std::string_view text);
 
-/// What a parameter says, parsed here when it is a text.
+/// The path of a parameter, parsed here when it is a text.
 class PathArgument {
 public:
     explicit PathArgument(PathRef path) {

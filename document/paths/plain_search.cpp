@@ -21,7 +21,7 @@ struct PlainLevel {
     bool is_inside = false;
 };
 
-/// The next entry that fits the step; null behind the last.
+/// The next entry that fits the step; null after the last.
 ParserEntry* next_fitting(PlainLevel& level, const PathStep& step) {
     const auto& entries = level.group->get_entries();
     for (; level.position < entries.get_count(); ++level.position) {

@@ -4,12 +4,12 @@
 
 namespace bk_parser {
 
-/// Paths without "**" and numbers of entries, and of few steps: an entry at some depth can only be the step of that
-/// number, and nothing is counted.
+/// Searches for plain paths: with few steps, and without "**" and numbers of entries. An entry can match only the step at its own
+/// depth, and nothing has to be counted.
 bool is_plain(const ParsedPath& path) noexcept;
 
-/// The first entry that a plain path finds; null when there is none. Takes no memory, so that it is several times as fast as
-/// the matcher of all paths.
+/// The first entry that a plain path finds; null when there is none. Allocates nothing, so that it is several times as fast as
+/// PathMatcher.
 ParserEntry* find_plain(const ParserGroup& group, const ParsedPath& path);
 
 } // namespace bk_parser

@@ -5,7 +5,7 @@
 
 namespace bk_parser {
 
-/// Where the entry stands now; false when the group does not list it any more.
+/// Finds the entry's current position. Returns false when the group does not list it any more.
 bool TreeCursor::find_again(Level& level) noexcept {
     const auto& entries = level.group->get_entries();
     if (level.entry == nullptr) {

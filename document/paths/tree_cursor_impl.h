@@ -9,22 +9,22 @@ namespace bk_parser {
 /// Of a walk or a search that was moved from.
 inline constexpr Visit no_visit;
 
-/// A place in a tree: the entries on the way down from a group, on a stack of its own. Whoever moves it says which groups
-/// are entered. An entry that was moved in its group is found again, and one that is gone is stepped over.
+/// A place in a tree: the entries on the way down from a group, on a stack of its own. The caller decides which groups to
+/// enter. The cursor follows an entry that was moved in its group, and steps over one that is gone.
 class TreeCursor {
 public:
     explicit TreeCursor(const ParserGroup& group) { enter(const_cast<ParserGroup&>(group)); }
 
-    /// The next entry of all, depth first, an entry before what it holds; false behind the last.
+    /// Goes to the next entry of the whole tree, depth first, an entry before what it holds. Returns false after the last.
     bool next();
-    /// The next entry of the innermost group; false behind the last.
+    /// Goes to the next entry of the innermost group. Returns false after the last.
     bool next_entry() noexcept;
-    /// The next group among the values of the current entry; null when there is no more.
+    /// The next group among the values of the current entry; null after the last.
     ParserGroup* next_group() noexcept;
-    /// No group of the current entry is next any more.
+    /// Skips the remaining groups of the current entry.
     void skip_groups() noexcept { levels_.back().value = no_more_values; }
     void enter(ParserGroup& group) { levels_.push_back({&group, nullptr, 0, 0}); }
-    /// Back to the entry that holds the innermost group; false when that is the outermost.
+    /// Goes back to the entry that holds the innermost group. Returns false when that group is the outermost.
     bool leave() noexcept;
 
     ParserEntry* entry() const noexcept { return levels_.back().entry; }
@@ -39,8 +39,8 @@ public:
 
     struct Level {
         ParserGroup* group;
-        ParserEntry* entry;    // null before the first, behind the last, and when it is gone
-        unsigned int position; // of the entry; without one, of the next
+        ParserEntry* entry;    // null before the first, after the last, and when it is gone
+        unsigned int position; // of the entry, or of the next one when there is none
         unsigned int value;    // the next to look at
     };
     /// From the outermost group on; the last one has the current entry.

@@ -19,7 +19,7 @@ std::uint32_t count_at(std::string_view bytes, std::size_t place) noexcept {
     return bk::load_le32(reinterpret_cast<const unsigned char*>(bytes.data() + place));
 }
 
-/// Where the strings of an archive end, and how many they are.
+/// Where the strings of an archive may end, and how many there are up to there.
 struct Strings {
     std::uint32_t count;
     std::size_t end;
@@ -33,13 +33,13 @@ bool fits_file(std::string_view bytes, const Strings& strings) noexcept {
                rest - count_width;
 }
 
-/// Whether one number may have become the other: by one bit, or by a byte 00 more or less in the strings.
+/// Whether damage may have turned one number into the other: one flipped bit, or one byte 00 more or fewer in the strings.
 bool is_near(std::uint32_t first, std::uint32_t second) noexcept {
     return std::has_single_bit(first ^ second) || first - second == 1 || second - first == 1;
 }
 
-/// Of the places where the strings may end those behind which the rest fits; of several the one that has nearly so many strings
-/// as are announced. That a few bytes fit may be chance.
+/// Chooses the place where the strings end: one after which the rest of the file fits. Of several takes the one whose number of
+/// strings is nearest to the announced one, because a few bytes may fit by chance.
 std::optional<Strings> find_strings(std::string_view bytes, std::uint32_t announced) noexcept {
     constexpr std::uint32_t sure_words = 16;
     std::optional<Strings> best;
@@ -63,7 +63,7 @@ std::optional<Strings> find_strings(std::string_view bytes, std::uint32_t announ
     return best;
 }
 
-/// The strings as the number says, as far as they go.
+/// Takes as many strings as the number says, as far as there are any.
 Strings announced_strings(std::string_view bytes, std::uint32_t announced) noexcept {
     Strings strings{0, strings_begin};
     while (strings.count < announced) {
@@ -125,7 +125,7 @@ private:
         archive_.strings.add(string);
     }
 
-    /// One string too few is there: one byte 00 has changed. A control character, which no word has, shows where.
+    /// There is one string too few, so one byte 00 has changed. A control character, which no word has, shows where.
     void split_joined(std::uint32_t announced) {
         std::size_t place = strings_begin;
         for (unsigned int i = 0; i + 1 < announced; ++i) {

@@ -7,8 +7,8 @@
 
 namespace bk_parser {
 
-/// Reads what can be read of an archive that may be damaged anywhere. Words that name no string are left out. Where the number of
-/// strings, or of words, contradicts the rest, the place is taken at which the words end with the file.
+/// Reads what can be read of an archive that may be damaged anywhere. Leaves out words that name no string. When the number of
+/// strings or of words contradicts the rest, goes by the place from which the words reach exactly to the end of the file.
 void salvage_archive(std::string_view bytes, ParserArchive& archive, LostParts& lost);
 
 } // namespace bk_parser

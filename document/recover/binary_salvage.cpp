@@ -55,7 +55,7 @@ void BinarySalvage::step() {
     }
 }
 
-/// Values do not go beyond this.
+/// The end of the entry's values at the latest.
 std::size_t BinarySalvage::end_of_values(const Level& level) const noexcept {
     return level.is_sure ? level.entry_end : level.group_end;
 }
@@ -146,7 +146,7 @@ void BinarySalvage::stop_values() {
     finish_entry();
 }
 
-/// An entry of whose values nothing is left would say something else.
+/// Drops an entry that has lost all its values, because without values it would mean something else.
 void BinarySalvage::finish_entry() {
     Level& level = levels_.back();
     if (!level.entry->has_value() && level.head.size > bk::reserved_size) {

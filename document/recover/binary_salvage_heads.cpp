@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-// Heads of entries and sizes of groups, and which of them are believed.
+// Heads of entries and sizes of groups, and which of them to trust.
 
 namespace bk_parser {
 
@@ -35,7 +35,7 @@ std::uint64_t BinarySalvage::number_at(std::size_t place) const noexcept {
     return bk::load_le64(reinterpret_cast<const unsigned char*>(data_.data() + place));
 }
 
-/// The head of the entry at `place`, which lies before `end` whole, whatever it says. The name is not empty.
+/// The head of the entry at `place`, which lies whole before `end`, whatever its size says. The name is not empty.
 bool BinarySalvage::read_head(std::size_t place, std::size_t end, Head& head) const noexcept {
     const std::size_t length = bk::find_nul(data_.substr(place, end - place));
     if (length == 0 || length == std::string_view::npos || end - place - length < 1 + size_width) {
@@ -48,7 +48,7 @@ bool BinarySalvage::read_head(std::size_t place, std::size_t end, Head& head) co
     return true;
 }
 
-/// Whether what stands at `place` looks as the beginning of an entry that ends before `end`.
+/// Whether the bytes at `place` look like the beginning of an entry that ends before `end`.
 bool BinarySalvage::is_likely_head(std::size_t place, std::size_t end) const noexcept {
     Head head;
     const std::size_t near = std::min(end, place + longest_likely_name + 1 + size_width);
@@ -132,7 +132,7 @@ bool BinarySalvage::has_good_name(const Head& head) const {
     return bk::is_entry_name(data_.substr(head.begin, head.name_size), is_keyword);
 }
 
-/// The head as it is when the first character that no name has was the NUL behind the name; the same head where that leads nowhere.
+/// The head if the first character that no name has was once the NUL after the name. Returns the same head when that does not fit.
 BinarySalvage::Head BinarySalvage::head_with_lost_nul(const Head& head, std::size_t end) const {
     Head shorter = head;
     shorter.name_size = 1;
@@ -151,7 +151,7 @@ BinarySalvage::Head BinarySalvage::head_with_lost_nul(const Head& head, std::siz
     return level.is_sure ? shorter : head;
 }
 
-/// The name of the entry; of one that no entry may have the characters that are to blame are replaced.
+/// The name of the entry. In a name that no entry may have, replaces the invalid characters.
 std::string BinarySalvage::mended_name(const Head& head) {
     std::string name = name_of(head);
     bool is_keyword = false;

@@ -17,8 +17,8 @@ inline constexpr std::size_t size_width = 8; // of a size in bytes
 
 /// Reads what can be read of a binary document that may be damaged anywhere.
 ///
-/// A size is believed when what it measures ends where it says, or when an entry begins there. Otherwise the values themselves show
-/// where an entry ends: the name of the next one begins with a byte that is no type of a value.
+/// Trusts a size when the part that it measures ends there, or when an entry begins there. Otherwise the values themselves show
+/// where an entry ends: the name of the next one begins with a byte that is no tag of a value.
 class BinarySalvage {
 public:
     BinarySalvage(std::string_view data, unsigned int nesting_depth, LostParts& lost, Meter& meter) noexcept
@@ -43,7 +43,7 @@ private:
         ParserEntry* entry = nullptr; // null between entries
         Head head;
         std::size_t entry_end = 0; // as its size says; 0 when that does not fit
-        bool is_sure = false;      // something stands at that end that may follow an entry
+        bool is_sure = false;      // what follows that end may follow an entry
     };
 
     enum class Taken { value, group, nothing };
@@ -81,7 +81,7 @@ private:
     Meter& meter_;
     std::size_t position_ = 0;
     std::uint64_t announced_end_; // of a document that is cut off, where it ended once
-    std::size_t work_left_; // bytes that may be looked at to find out what is right: hostile sizes end it
+    std::size_t work_left_; // bytes that may still be looked at; bounds the time that hostile sizes cost
     std::vector<Level> levels_;
 };
 

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t length_width = 8;
 constexpr std::size_t word_width = 4;
 
-/// Whether at most a quarter of the bytes are such as no text has. A wrong key makes more than half of them so.
+/// Whether at most a quarter of the bytes are ones that no text has. Under a wrong key more than half are.
 bool is_likely_text(std::string_view text) noexcept {
     constexpr std::size_t most_bad = 4;
     std::size_t bad = 0;

@@ -7,8 +7,8 @@
 
 namespace bk_parser {
 
-/// Deciphers what is there of an enciphered file that may be damaged anywhere. False when what comes out is no text, as under a wrong
-/// key; `lost` is as it was then.
+/// Deciphers what is there of an enciphered file that may be damaged anywhere. When the result is no text, as under a wrong key,
+/// returns false and leaves `lost` as it was.
 bool salvage_cipher(std::string_view bytes, std::string_view key, CoreString& text, LostParts& lost);
 
 } // namespace bk_parser

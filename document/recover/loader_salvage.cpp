@@ -9,7 +9,7 @@
 
 #include <utility>
 
-// What a load does of stored forms that may be damaged anywhere.
+// The part of Loader that reads stored forms that may be damaged anywhere.
 
 namespace bk_parser {
 
@@ -75,7 +75,7 @@ void Loader::salvage_text(std::string_view bytes, const Meter::Range& range) {
     read_text(std::move(text), range);
 }
 
-/// So that a save does not take what is left for the whole.
+/// Marks the document as not read whole, so that a save does not replace the file.
 void Loader::tell_lost() {
     if (lost_->is_empty()) {
         return;

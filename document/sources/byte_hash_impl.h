@@ -9,8 +9,8 @@
 
 namespace bk_parser {
 
-/// A hash of many bytes that tells whether a file has changed, eight bytes at a time in four lanes: about as fast as the bytes
-/// come from memory. It is no protection against somebody who looks for two files of one hash.
+/// A hash that tells whether a file has changed. It takes eight bytes at a time in four lanes, about as fast as memory delivers them.
+/// It does not protect against somebody who searches for two files with one hash.
 class ByteHash {
 public:
     /// Pieces may be of any size. The hash depends on the bytes, not on how they are cut.
@@ -34,7 +34,7 @@ private:
         const std::uint64_t product = (lane ^ word) * factor;
         return product ^ product >> 32; // the product's high bits depend on all bits, its low ones on few
     }
-    /// Lets each bit depend on all.
+    /// Makes each bit depend on all bits.
     static std::uint64_t spread(std::uint64_t hash) noexcept {
         hash = (hash ^ hash >> 31) * factor;
         hash = (hash ^ hash >> 29) * last_factor;

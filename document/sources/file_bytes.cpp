@@ -42,8 +42,8 @@ std::string reason_or(const char* general) {
     return reason.empty() ? general : reason;
 }
 
-/// Reads until the file ends. A file may be longer or shorter than it was when it was opened: one byte more than its size is
-/// asked for, to see its end.
+/// Reads until the file ends. The file may have become longer or shorter since it was opened, so this asks for one byte more than its
+/// size, to see the end.
 bool read_pieces(bk::FileInput& input, core_uint64 most, FileBytes& file, Meter& meter) {
     ByteHash hash;
     std::size_t have = 0;

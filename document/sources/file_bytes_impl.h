@@ -13,7 +13,7 @@ struct FileBytes {
     CoreString bytes;
     std::uint64_t hash = 0;    // ByteHash of them
     std::string reason;        // why it could not be read, in plain words; else empty
-    bool is_too_large = false; // then the bytes are the first few, as far as they could be had
+    bool is_too_large = false; // then `bytes` has only the first few bytes
     std::uint64_t size = 0;    // of one that is too large; 0 when that is not known
 };
 

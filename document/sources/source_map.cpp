@@ -14,7 +14,7 @@ std::size_t SourceMap::file_index(const SourceName& name, std::string_view path)
     return files_.size() - 1;
 }
 
-/// When memory ends, the file is not open: what is open was entered whole.
+/// When memory runs out, throws before it adds the file to the open ones, so that every open file was entered whole.
 void SourceMap::enter(const SourceName& name, std::string_view path, const Spot& directive) {
     inclusions_.push_back({file_index(name, path), directive});
     open_.push_back(inclusions_.size() - 1);

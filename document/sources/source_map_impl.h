@@ -12,14 +12,13 @@
 
 namespace bk_parser {
 
-/// How a file is called in reports, and the search folder that it was found in: empty when it was found as
-/// named.
+/// The name of a file in reports, and the search folder in which it was found, empty when it was found as named.
 struct SourceName {
     std::string shown;
     std::string folder;
 };
 
-/// A file that took part in a reading.
+/// A file of a document.
 struct SourceFile {
     SourceName name;
     std::string path; // absolute, UTF-8; empty for a document in memory
@@ -76,8 +75,8 @@ public:
     Spot here(std::size_t offset, std::size_t length) const noexcept {
         return {current(), offset, length, get_expanded_size()};
     }
-    /// Where a piece of the expanded text came from, as far as it is of one piece there too. Past the end:
-    /// the end of the last piece. Only after something was entered.
+    /// Where a piece of the expanded text came from, up to the end of the source's own piece. Past the end of the text: the end of
+    /// the last piece. Call it only after a file was entered.
     Spot find(std::size_t expanded, std::size_t length) const;
 
     bool is_empty() const noexcept { return inclusions_.empty(); }

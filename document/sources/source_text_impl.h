@@ -24,8 +24,7 @@ public:
 
     std::string_view get_text() const noexcept { return text_.get_view(); }
     std::size_t get_line_count() const;
-    /// Logarithmic in the lines, and linear in the line; places asked for from left to right cost one walk
-    /// of it.
+    /// Logarithmic in the lines, and linear in the length of the line. Asking for places from left to right walks a line only once.
     Place place_of(std::size_t offset) const;
     /// Where the line of an offset begins and ends, its line end and the file's byte order mark left out.
     std::size_t line_begin(std::size_t offset) const;

@@ -13,7 +13,7 @@ ParserArchive::ParserArchive(ParserArchive&& other) noexcept
       strings(std::move(other.strings)), indices(std::move(other.indices)) {}
 
 ParserArchive& ParserArchive::operator=(const ParserArchive& other) {
-    return *this = ParserArchive(other); // what can fail comes before anything changes
+    return *this = ParserArchive(other); // copying may throw, so it comes before any change
 }
 
 ParserArchive& ParserArchive::operator=(ParserArchive&& other) noexcept {

@@ -72,7 +72,7 @@ std::unique_ptr<char[]> read_all(SysFile& file, std::size_t& size) {
     return bytes;
 }
 
-/// A text for the caller, which takes no memory.
+/// Makes an error text for the caller without taking memory.
 CoreString answer(const char* text) {
     CoreString shown;
     shown.set_borrowed(text, static_cast<unsigned int>(std::strlen(text)));

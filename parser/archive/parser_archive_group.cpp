@@ -134,7 +134,7 @@ private:
         archive_ += head;
     }
 
-    /// False when a group stands in between, which is to be added first.
+    /// Returns false at a group, which has to be added before the values after it.
     bool add_values(Level& level) {
         const ParserEntry& entry = *level.entries[level.next_entry - 1];
         const bool is_call = entry.get_type() == ParserEntry::TYPE_FUNCTION_CALL;
@@ -167,10 +167,10 @@ private:
 
     ParserArchive& archive_;
     bk::Progress progress_;
-    std::deque<Level> levels_; // levels stay where they are: a task cannot be moved
+    std::deque<Level> levels_; // a deque does not move its elements, and a task cannot be moved
 };
 
-/// All of them or, when memory runs out or the host throws, none.
+/// Adds all words, or none when memory runs out or the host throws.
 template <class Action>
 void add_all_or_none(ParserArchive& archive, const char* operation, Action action) {
     const unsigned int string_count = archive.strings.get_count();

@@ -14,7 +14,7 @@ namespace bk {
 inline constexpr std::string_view archive_magic = "KWAF";
 
 inline constexpr std::size_t archive_reserved_size = 8;
-/// What is taken off each character.
+/// Is subtracted from each character in a file.
 inline constexpr unsigned int archive_shift = 15;
 
 /// The bytes of an index in the file of an archive with so many strings.
@@ -39,20 +39,21 @@ struct ArchiveTaken {
     core_uint64 size; // that the bytes need to be whole, when that is known; of a whole archive its own
 };
 
-/// Appends what the file of an archive holds. Of one that is cut off in its indices the indices that are there are taken only
-/// when `takes_rest` says so. `pace`, which may be null, is told the bytes that were taken.
+/// Appends what an archive file holds. When the file is cut off in its indices, takes the indices that are there only if
+/// `takes_rest` is set. Tells `pace`, which may be null, how many bytes were taken.
 ArchiveTaken take_archive(std::string_view bytes, ParserArchive& archive, bool takes_rest, Pace* pace);
 
 /// Whether the text that the words make is within the limits.
 bool is_text_within(const ParserArchive& archive, const ParserLimits& limits) noexcept;
 
-/// That text. `pace`, which may be null, is told its bytes. Who puts a line end behind each word keeps the damage of one to itself.
+/// That text, with `separator` after each word. With a line end as the separator, a damaged word cannot join the next one. Tells
+/// `pace`, which may be null, how many bytes were made.
 CoreString join_words(const ParserArchive& archive, Pace* pace, char separator = ' ');
 
 /// The size of that text.
 core_uint64 archive_text_size(const ParserArchive& archive) noexcept;
 
-/// Appends the words of a group without braces. When memory runs out, that passes, and some of them are there.
+/// Appends the words of a group without braces. May throw std::bad_alloc; some of the words are there then.
 void add_words(ParserArchive& archive, const ParserGroup& group);
 
 /// The whole file of an archive.

@@ -26,7 +26,8 @@ core_uint64 archive_text_size(const ParserArchive& archive) noexcept {
     return size;
 }
 
-/// The size is known before any room is taken for the text. The product of ratio and size is not formed: it could wrap.
+/// Compares the size before any memory is taken for the text. Divides instead of multiplying the ratio with the size, because the
+/// product could wrap.
 bool is_text_within(const ParserArchive& archive, const ParserLimits& limits) noexcept {
     const core_uint64 size = archive_text_size(archive);
     return size <= CoreString::max_length && size <= limits.archive_size &&

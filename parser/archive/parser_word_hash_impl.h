@@ -8,8 +8,8 @@
 
 namespace bk {
 
-/// SipHash-2-4 (Aumasson and Bernstein, 2012) under a fixed key: much slower than the Jenkins hash, and without
-/// its families of words that hash alike. It steps in where such words were found.
+/// SipHash-2-4 (Aumasson and Bernstein, 2012) with a fixed key. It is slower than the Jenkins hash, but nobody knows families of
+/// words with equal hashes. It is used only where Jenkins hashes collide.
 class WordHash {
 public:
     static std::uint64_t of(std::string_view word) noexcept {

@@ -89,7 +89,7 @@ void WordLookup::grow() {
         throw CountRefused("ParserArchive: too many words");
     }
     const unsigned int size = 2 * std::max(first_slot_count, table_.get_count());
-    CoreVector<unsigned int> fresh; // the old table stays when there is no memory for a new one
+    CoreVector<unsigned int> fresh; // when this allocation throws, the old table is still valid
     std::fill_n(fresh.extend(size), size, vacant);
     table_.swap(fresh);
     const CoreVector<unsigned int>& old = fresh;

@@ -9,18 +9,18 @@ namespace bk {
 /// Finds words in a growing list. The table, and the number of words that it covers, are the caller's; a slot of the
 /// table is two numbers, the Jenkins hash of a word and its index.
 ///
-/// A word is looked for in a few slots from the place that its Jenkins hash names on, and then along a way that a
-/// stronger hash names: words that were made to share a Jenkins hash do not slow each other down.
+/// A search first looks at a few slots, beginning at the one that the Jenkins hash selects. Then it follows a sequence of slots
+/// that a stronger hash selects, so that words made to share a Jenkins hash do not slow each other down.
 class WordLookup {
 public:
     WordLookup(CoreVector<unsigned int>& table, unsigned int& covered,
                const CoreVector<CoreString>& words) noexcept
         : table_(table), covered_(covered), words_(words) {}
 
-    /// Covers the words that were added since, or all of them anew when some were taken away.
+    /// Adds the words that were added to the list since, or all of them again when some were removed.
     void catch_up();
 
-    /// The index of a word that is covered, else the number of words that are: the caller gives it that index.
+    /// The index of the word. For a new word this is the number of words so far, and the caller must add it with that index.
     unsigned int find_or_cover(std::string_view word);
 
 private:

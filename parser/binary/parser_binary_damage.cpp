@@ -2,11 +2,12 @@
 #include "parser/binary/parser_binary_cut_impl.h"
 #include "parser/binary/parser_binary_impl.h"
 
-// How the decoder meets what is wrong: as it always did, or strictly.
+// What the decoder does about damage. With a host it is strict: the first damage ends the decoding and is told to the host. Without
+// one it logs and goes on, as it always did.
 
 namespace bk {
 
-/// Nothing is left to be read: every group that is open ends with the entries that are whole.
+/// Ends the decoding. Every open group keeps the entries that are whole.
 BinaryDecoder::Step BinaryDecoder::stop_at_depth() {
     if (!damage(BinaryDamage::Kind::nested_too_deeply, cursor_.position())) {
         report_warning("ParserGroup.set_binary: Group is nested too deeply\n");
@@ -16,7 +17,7 @@ BinaryDecoder::Step BinaryDecoder::stop_at_depth() {
     return Step::failed;
 }
 
-/// False when this decoder is not strict. Else nothing is left to be read, and only the first damage is told.
+/// Returns false when this decoder is not strict. Otherwise ends the decoding, and tells the host only of the first damage.
 bool BinaryDecoder::damage(BinaryDamage::Kind kind, core_uint64 position, core_uint64 announced,
                            core_uint64 present) {
     if (host_ == nullptr) {
@@ -31,17 +32,17 @@ bool BinaryDecoder::damage(BinaryDamage::Kind kind, core_uint64 position, core_u
     return true;
 }
 
-/// Whether a value that was read ends behind the data.
+/// Whether a strict decoder read a value that ends beyond the data.
 bool BinaryDecoder::is_past_end() {
     return cursor_.position() > data_.size() && damage(BinaryDamage::Kind::data_end, data_.size());
 }
 
-/// False when an entry or a group should have ended at `end`, and that matters.
+/// Whether an entry or group ends at `end`. A decoder that is not strict always answers yes.
 bool BinaryDecoder::ends_at(core_uint64 end) {
     return is_stopped_ || cursor_.position() == end || !damage(BinaryDamage::Kind::size_mismatch, end);
 }
 
-/// A group is larger than what is left. Of a document that is cut off strict decoding takes what there is.
+/// Called for a group that is larger than the rest of the data. A strict decoder takes the rest when the document is cut off.
 bool BinaryDecoder::take_rest_of_cut_group(core_uint64 size) {
     const core_uint64 start = cursor_.position();
     const core_uint64 present = cursor_.rest().size();
@@ -59,7 +60,7 @@ bool BinaryDecoder::take_rest_of_cut_group(core_uint64 size) {
     return false;
 }
 
-/// Strictly, an entry lies in the data whole, or is the one that a document is cut off in.
+/// For a strict decoder: whether the entry lies in the data whole, or is the one in which the document is cut off.
 bool BinaryDecoder::may_hold_entry(Level& level, core_uint64 size) {
     const core_uint64 start = cursor_.position();
     const core_uint64 present = cursor_.rest().size();
@@ -71,8 +72,8 @@ bool BinaryDecoder::may_hold_entry(Level& level, core_uint64 size) {
     return level.is_cut || !damage(BinaryDamage::Kind::entry_too_large, start, size, present);
 }
 
-/// Whether an entry is whole that has come to its end. The entry that a document is cut off in may end with a group, which
-/// has what is whole of it.
+/// Whether an entry may be kept at its end. The entry in which a document is cut off may be kept when its last value is a group,
+/// which has its whole entries.
 bool BinaryDecoder::ends_well(const Level& level) {
     if (!level.is_cut) {
         return ends_at(level.entry_end);
@@ -122,7 +123,7 @@ std::string_view BinaryDecoder::take_bytes() {
     return bytes;
 }
 
-/// A large entry is read value by value for somebody who wants to know how far that is.
+/// False for an entry that is cut off, and for a large one whose progress is watched: that is read value by value.
 bool BinaryDecoder::may_be_plain(const Level& level) const noexcept {
     if (level.is_cut) {
         return false;

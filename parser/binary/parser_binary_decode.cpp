@@ -36,9 +36,9 @@ struct PlainValues {
     std::size_t text_size;
 };
 
-/// Reads over scalars and strings from `found.begin` on, until one would begin at `sure_end` or behind it: a scalar that begins
-/// before is sure to stand in the buffer whole. Keeps the sizes of the strings. False when something else stands there, or a
-/// string without a NUL.
+/// Skips scalars and strings from `found.begin` on, up to the first that would begin at `sure_end` or later: a scalar that begins
+/// before is whole in the buffer. Stores the sizes of the strings. Returns false at any other value and at a string without a
+/// NUL.
 bool find_plain_values(PlainValues& found, const char* sure_end, const char* buffer_end,
                        std::vector<unsigned int>& string_sizes) {
     const char* place = found.begin;
@@ -105,7 +105,7 @@ bool BinaryDecoder::read_group(ParserGroup& group) {
     }
 }
 
-/// Memory has run out, or the host has thrown: of the group that is being read the entries that are whole stay.
+/// Called when memory ran out or the host threw: keeps the whole entries of the outermost group.
 void BinaryDecoder::keep_whole_entries() noexcept {
     discard_values(0);
     if (levels_.empty()) {
@@ -121,7 +121,7 @@ void BinaryDecoder::keep_whole_entries() noexcept {
     try {
         close_level();
     } catch (const std::exception&) {
-        return; // there is not even memory to list them
+        return; // there is no memory to list them either
     }
 }
 
@@ -152,7 +152,7 @@ ParserValue* BinaryDecoder::read_value() {
         return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
     }
     char* no_text = nullptr;
-    auto value = std::make_unique<ParserValue>(false); // a bool has nothing to release
+    auto value = std::make_unique<ParserValue>(false); // a bool owns nothing, so make_value may write over it
     make_value(value.get(), pending, no_text);
     return value.release();
 }
@@ -174,8 +174,8 @@ bool BinaryDecoder::open_group(ParserGroup& group) {
     return true;
 }
 
-/// The size is compared with the whole buffer, not with what is left of it: an entry may claim more than there is,
-/// and fails where its data end.
+/// Compares the size with the whole buffer, as it always did, not with the rest of it. So an entry may claim more than there is,
+/// and fails where the data end.
 bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
     const std::uint64_t size = cursor_.take<std::uint64_t>();
     if (host_ != nullptr && !may_hold_entry(level, size)) {
@@ -264,8 +264,8 @@ BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
     return Step::more;
 }
 
-/// Reads an entry whose values are all scalars and strings and stand in the buffer whole. False, and nothing read, when it
-/// is another one.
+/// Reads an entry whose values are all scalars and strings and are whole in the buffer. For every other entry returns false and
+/// reads nothing.
 bool BinaryDecoder::read_plain_entry(Level& level) {
     if (cursor_.position() > data_.size() ||
         !may_be_plain(level)) { // behind an entry that is cut in its head
@@ -291,7 +291,7 @@ bool BinaryDecoder::read_plain_entry(Level& level) {
     return true;
 }
 
-/// Up to here a scalar with its tag stands in the buffer whole, whichever it is, if it begins in the entry.
+/// A scalar of any type that begins before this position and in the entry is whole in the buffer.
 core_uint64 BinaryDecoder::sure_end(const Level& level) const noexcept {
     const core_uint64 count = data_.size();
     return std::min(level.entry_end, count < largest_stored_size ? 0 : count - largest_stored_size + 1);

@@ -62,10 +62,10 @@ bool BinaryEncoder::grow(std::size_t size) {
     const core_uint64 needed = core_uint64{used()} + size;
     if (!fits_ || size > max_binary_size || needed > max_binary_size) {
         fits_ = false;
-        limit_ = end_; // nothing more, however small
+        limit_ = end_; // refuse everything from here on, however small
         return false;
     }
-    out_.extend(used() - out_.get_count()); // what is counted is kept
+    out_.extend(used() - out_.get_count()); // growing keeps only bytes that are counted
     const core_uint64 grown = next_room(out_.get_capacity());
     const core_uint64 wanted = std::min(std::max(needed, grown), max_binary_size);
     out_.make_room(static_cast<unsigned int>(wanted - out_.get_count()));
@@ -194,7 +194,7 @@ void BinaryEncoder::run() {
     }
 }
 
-/// Stores an entry as far as it is scalars and strings. False, and nothing stored, when there may be no room for its head.
+/// Stores an entry up to its first value that is no scalar or string. Returns false, and stores nothing, when its head may not fit.
 bool BinaryEncoder::put_entry(Level& level, const ParserEntry& entry) {
     const CoreString& name = entry.get_name();
     const ParserValueList& values = EntryAccess::values(entry);
@@ -216,8 +216,8 @@ bool BinaryEncoder::put_entry(Level& level, const ParserEntry& entry) {
     return true;
 }
 
-/// Stores entries of scalars and strings. Stops in the first one that holds more or for whose values there may be no room, or
-/// before one for whose head there may be none.
+/// Stores entries of scalars and strings. Stops in the first entry that has other values or whose values may not fit, and before
+/// an entry whose head may not fit.
 void BinaryEncoder::put_entries(Level& level) {
     while (!level.is_in_entry && level.next_entry < level.entry_count) {
         if (level.entry_count - level.next_entry > entries_ahead) {
@@ -240,7 +240,7 @@ void BinaryEncoder::begin_entry(Level& level, const ParserEntry& entry) {
     level.is_in_entry = true;
 }
 
-/// Goes on in an entry. False when a group stands in between, which is to be written first.
+/// Goes on in an entry. Returns false at a group, which has to be written before the values after it.
 bool BinaryEncoder::write_values(Level& level) {
     const ParserValueList& values = EntryAccess::values(*level.entries[level.next_entry - 1]);
     while (fits_ && level.next_value != values.get_count()) {

@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
-/// The binary form of trees, which docs/formats.md describes byte by byte. Both directions walk with an explicit
-/// stack: the depth of a tree costs no stack of the thread's.
+/// The binary form of trees, which docs/formats.md describes byte by byte. Encoder and decoder keep a stack of their own, so that
+/// the depth of a tree costs none of the thread's stack.
 namespace bk {
 
 /// The first four bytes of a document in the binary form.
@@ -23,11 +23,11 @@ inline constexpr std::string_view binary_tag = "UDFS";
 /// The largest buffer: counts are 32-bit.
 inline constexpr core_uint64 max_binary_size = 0xFFFFFFFFu;
 
-/// Between an entry's size and its values stands a byte that is 0, which the size counts.
+/// The byte between an entry's size and its values. It is 0, and the size counts it.
 inline constexpr std::size_t reserved_size = 1;
 
-/// Appends the binary form to a buffer. Sizes are written as zeros and filled in when what they measure is
-/// complete, so that every byte is written once. The buffer counts the bytes only when `finish` is called.
+/// Appends the binary form to a buffer. Writes each size as zeros first and fills it in when the part that it measures is
+/// complete, so that no part is written twice. The buffer's count changes only in `finish`.
 class BinaryEncoder {
 public:
     explicit BinaryEncoder(CoreVector<char>& out) noexcept : out_(out), begin_(out.get_count()) {
@@ -43,8 +43,8 @@ public:
     void write_entry(const ParserEntry& entry);
     void write_group(const ParserGroup& group);
 
-    /// The number of bytes appended. When the buffer would have passed max_binary_size, 0: the buffer is as it was,
-    /// and the warning "<operation>: data too large\n" is logged.
+    /// Returns the number of bytes appended. When the buffer would have passed max_binary_size, returns 0, leaves the buffer as it
+    /// was, and logs the warning "<operation>: data too large\n".
     core_uint64 finish(const char* operation);
 
 private:
@@ -71,8 +71,8 @@ private:
 
     std::size_t room() const noexcept { return static_cast<std::size_t>(limit_ - end_); }
     bool has_room(std::size_t size) { return room() >= size || grow(size); }
-    /// Whether the largest buffer has no room for so much. What is asked for in advance may still be more than what
-    /// is written, which then is to be written by its size.
+    /// Whether even the largest buffer has no room for so much. The caller may have asked for more than it will write, and then
+    /// has to write by exact sizes.
     bool is_last_room(std::size_t size) const noexcept {
         return room() < size && core_uint64{used()} + size > max_binary_size;
     }
@@ -88,8 +88,8 @@ private:
     std::vector<Level> levels_;
 };
 
-/// Appends what `write` writes with an encoder; the number of bytes. When there is no room for all of it, 0: the
-/// buffer is as it was, and that is logged.
+/// Appends what `write` writes with an encoder, and returns the number of bytes. When not all of it fits, logs that, returns 0 and
+/// leaves the buffer as it was.
 template <class Write>
 core_uint64 encode(CoreVector<char>& out, const char* operation, Write write) {
     const unsigned int begin = out.get_count();
@@ -125,7 +125,7 @@ struct BinaryDamage {
     core_uint64 present = 0;
 };
 
-/// Who decodes strictly: the first damage ends the decoding, and is told here instead of the log.
+/// Is told of damage by a strict decoder, which ends at the first damage and logs nothing.
 class BinaryHost {
 public:
     BinaryHost() = default;
@@ -137,10 +137,10 @@ public:
     virtual void damaged(const BinaryDamage& damage) = 0;
 };
 
-/// Builds what a buffer holds. A size in the buffer is never believed: nothing is allocated for what is not there.
+/// Builds a tree from a buffer. Trusts no size in the buffer: allocates nothing for bytes that are not there.
 ///
-/// Failures do not go all the way up. An entry that fails is discarded and ends its group, and the entry that holds
-/// that group keeps the group as far as it was read and goes on at the place where the reading stopped.
+/// A failure does not fail everything above it. An entry that fails is discarded and ends its group. The entry that holds
+/// that group keeps what was read of the group, and goes on at the byte where the reading stopped.
 class BinaryDecoder {
 public:
     BinaryDecoder(const CoreVector<char>& data, core_uint64 position,
@@ -161,12 +161,12 @@ public:
 
     /// Decodes strictly: every group has the entries that are whole, up to the first damage.
     void be_strict(BinaryHost& host) noexcept { host_ = &host; }
-    /// Tells somebody how many bytes of the data are decoded.
+    /// `pace` is told how many bytes are decoded.
     void set_pace(Pace& pace) noexcept { pace_ = &pace; }
 
 private:
-    /// A value that waits for the end of its entry. It is filled field by field where it stands: copying what was
-    /// just stored in parts would wait for the stores.
+    /// A value that waits for the end of its entry. It is constructed in place: copying it right after it was stored field by
+    /// field would cause a store-forwarding stall.
     struct PendingValue {
         PendingValue(ParserValue::Type scalar_type, std::uint64_t scalar_bits) noexcept
             : type(scalar_type), bits(scalar_bits) {}

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Bools, chars, ints and doubles in the binary form: a byte for the type, and the value in as many as it needs.
+/// Bools, chars, ints and doubles in the binary form: a byte for the type, then the bytes of the value.
 namespace bk {
 
 /// The bytes that a tag and its scalar take; 0 when the tag is of something else.
@@ -28,8 +28,8 @@ inline std::size_t stored_size(char tag) noexcept {
     return stored_sizes[static_cast<unsigned char>(tag)];
 }
 
-/// Stores a tag and its scalar, and gives the place behind them, which is `out` itself when the value is no scalar. As many
-/// bytes as the largest needs may be written.
+/// Stores a tag and its scalar, and returns the place after them. Returns `out` when the value is no scalar. May write up to
+/// `largest_stored_size` bytes, so that there must be room for these.
 inline char* put_scalar(char* out, const ParserValue& value) {
     const ParserValue::Type type = ValueAccess::type(value);
     const std::size_t size = type < stored_sizes.size() ? stored_sizes[type] : 0;
@@ -40,7 +40,7 @@ inline char* put_scalar(char* out, const ParserValue& value) {
     return out + size;
 }
 
-/// The scalar that stands at the low end of `bytes`, whatever stands above, as ValueAccess::make_scalar takes it.
+/// The scalar in the low bytes of `bytes`, as ValueAccess::make_scalar takes it. Ignores the bytes above.
 inline std::uint64_t stored_scalar(ParserValue::Type type, std::uint64_t bytes) noexcept {
     constexpr std::uint64_t lowest_byte = 0xFF;
     switch (type) {

@@ -38,7 +38,7 @@ unsigned long long ParserValue::bool_to_bin(CoreVector<char>& out, const bool& v
 }
 
 unsigned long long ParserValue::char_to_bin(CoreVector<char>& out, const char& value) {
-    const char byte = value; // may lie in `out`, which grows
+    const char byte = value; // copied first: `value` may alias a byte of `out`, which grows
     return bk::encode(out, "ParserValue.char_to_bin",
                       [&](bk::BinaryEncoder& encoder) { encoder.write_bytes(&byte, sizeof(byte)); });
 }
@@ -68,7 +68,7 @@ unsigned long long ParserValue::binary_data_to_bin(CoreVector<char>& out, void* 
                                                    const unsigned int& size) {
     const auto* const bytes = static_cast<const char*>(data);
     return bk::encode(out, "ParserValue.binary_data_to_bin", [&](bk::BinaryEncoder& encoder) {
-        if (lies_in(out, bytes)) { // which grows
+        if (lies_in(out, bytes)) { // growing `out` would free these bytes
             const std::vector<char> copy(bytes, bytes + size);
             encoder.write_binary_data(copy.data(), size);
         } else {

@@ -23,19 +23,19 @@ std::uint64_t cipher_block_size(std::uint64_t length) noexcept;
 /// Enciphers `text` into `block`, which has room for cipher_block_size(text.size()) bytes.
 void encipher(std::string_view text, std::string_view key, unsigned char* block) noexcept;
 
-/// The length that the block states for its text; missing bytes count as zero. A key that is not the block's makes any 64 bits of it.
+/// The length that the block states for its text; missing bytes count as zero. Under a wrong key it is any 64-bit number.
 std::uint64_t announced_cipher_length(std::string_view block, std::string_view key) noexcept;
 /// Its low 32 bits.
 inline std::uint32_t peek_cipher_length(std::string_view block, std::string_view key) noexcept {
     return static_cast<std::uint32_t>(announced_cipher_length(block, key));
 }
 
-/// Deciphers a block. False, and `text` is as it was, when no text can be in it: the length that it states does not
-/// fit, or its size is no multiple of 4. A block of no bytes holds the empty text. A wrong key may pass.
+/// Deciphers a block. Returns false, and leaves `text` as it was, when the length that the block states does not fit or its size
+/// is no multiple of 4. A block of no bytes holds the empty text. A wrong key may pass.
 bool decipher(std::string_view block, std::string_view key, CoreString& text);
 
-/// Deciphers every word that follows the length, whatever that says, and gives the length. The block has at least the length,
-/// and its size is a multiple of 4. What is behind the largest length of a string is left out.
+/// Deciphers everything after the length, whatever the length says, and returns the length. The block must have at least 8 bytes and
+/// a size that is a multiple of 4. Drops what does not fit into a string.
 std::uint64_t decipher_words(std::string_view block, std::string_view key, CoreString& text);
 
 } // namespace bk

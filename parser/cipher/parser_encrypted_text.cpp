@@ -16,7 +16,7 @@ std::string_view view_of(const CoreArray<unsigned char>& data) noexcept {
     return {reinterpret_cast<const char*>(data.get_data()), data.get_count()};
 }
 
-/// An empty text, or one whose block would be too large, leaves `data` as it was; true when it was replaced.
+/// Replaces `data` by the block and returns true. Leaves `data` as it was when the text is empty or its block too large.
 bool encipher_into(CoreArray<unsigned char>& data, const CoreString& text, const CoreString& key,
                    const char* operation) {
     if (text.is_empty()) {
@@ -38,7 +38,7 @@ void write_hexadecimal(char* out, const CoreArray<unsigned char>& data) noexcept
     }
 }
 
-/// The digits of the enciphered text, then `suffix`, replace `out`. An empty text leaves it as it was.
+/// Replaces `out` by the digits of the enciphered text and then `suffix`. An empty text leaves `out` as it was.
 void encipher_into(CoreString& out, const CoreString& text, const CoreString& key, std::string_view suffix,
                    const char* operation) {
     CoreArray<unsigned char> data;
@@ -57,7 +57,7 @@ void encipher_into(CoreString& out, const CoreString& text, const CoreString& ke
     out = std::move(made);
 }
 
-/// Upper-case digits are understood; any other character counts by its distance from "0", unchecked.
+/// The value of an upper-case digit. Does not check: every other character counts by its distance from "0".
 constexpr unsigned int digit_value(char character) noexcept {
     const unsigned int code = static_cast<unsigned char>(character);
     return character >= 'A' && character <= 'F' ? code - 'A' + 10 : code - '0';

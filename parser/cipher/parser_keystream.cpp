@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-/// Every loop here is plain and free of branches, so that compilers turn it into vector code: of 16 bytes as every x86-64
-/// has them, and once more of 32.
+/// Every loop here is plain and free of branches, so that compilers vectorise it. The loops are compiled twice: for SSE2, which
+/// every x86-64 has, and for AVX2.
 namespace bk {
 
 namespace {
@@ -28,8 +28,8 @@ constexpr std::uint32_t temper(std::uint32_t word) noexcept {
     return word ^ (word >> 18);
 }
 
-/// The distant word lies ahead in the old round first, then behind in the new one, and the last word's
-/// neighbour is the first of the new round: three loops without a wrapping index.
+/// Three parts instead of an index that wraps: first the distant word is still one of the old round, then one of the new round, and
+/// the neighbour of the last word is the first word of the new round.
 BK_ALWAYS_INLINE void make_round(std::uint32_t* state) {
     constexpr std::size_t size = Keystream::state_size;
     constexpr std::size_t ahead = size - middle;

@@ -20,8 +20,8 @@ struct KeystreamLoops {
 extern const KeystreamLoops plain_keystream_loops;
 const KeystreamLoops& fastest_keystream_loops() noexcept;
 
-/// The outputs of the MT19937 generator (Matsumoto and Nishimura, 1998), one after the other, combined with the
-/// little-endian 32-bit words of a text. Its state is made anew a whole round at a time.
+/// Combines the outputs of the MT19937 generator (Matsumoto and Nishimura, 1998), one after the other, with the little-endian 32-bit
+/// words of a text. Computes its state a whole round at a time.
 class Keystream {
 public:
     static constexpr std::size_t state_size = 624;
@@ -41,7 +41,7 @@ private:
                  std::size_t count) noexcept;
 
     const KeystreamLoops& loops_;
-    alignas(64) std::array<std::uint32_t, state_size> state_; // a vector less often stands in two cache lines
+    alignas(64) std::array<std::uint32_t, state_size> state_; // so that few vectors span two cache lines
     std::size_t used_ = state_size;                           // words of the round
 };
 

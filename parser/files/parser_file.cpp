@@ -33,7 +33,7 @@ ParserFile& ParserFile::operator=(const ParserFile& other) {
     if (this == &other) {
         return *this;
     }
-    ParserFile copy(other); // what can fail comes before anything changes
+    ParserFile copy(other); // copying may throw, so it comes before any change
     filename_ = std::move(copy.filename_);
     folder_ = std::move(copy.folder_);
     std::swap(root_, copy.root_);

@@ -5,7 +5,7 @@
 namespace {
 
 using bk::binary_tag;
-/// A buffer of the tag and only a part of the size is left to the group to refuse.
+/// Does not test for a buffer that has the tag and only a part of the size: the group's reader refuses that.
 constexpr unsigned int least_size = 9;
 
 bool is_known_format(const CoreVector<char>& data) {

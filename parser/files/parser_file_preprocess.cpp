@@ -42,14 +42,14 @@ double Preprocessor::run(const CoreString& name, const CoreString& path, CoreStr
 double Preprocessor::finish(Progress progress) {
     const double version = within_task(
         progress, [&] { return scan(progress); }, 0.7F);
-    while (!open_files_.empty()) { // of a reading that failed
+    while (!open_files_.empty()) { // the last read failed
         leave();
     }
     return version;
 }
 
-/// The files that are still open when an exception ends the reading are left, too; that one is not to be replaced by another.
-/// The text may be gone by then.
+/// When an exception ends the read, also tells the host of each open file that it is left. Drops what the host throws then, so that the
+/// first exception stays. The text may be gone by then.
 Preprocessor::~Preprocessor() {
     shown_ = {};
     while (!open_files_.empty()) {
@@ -122,7 +122,7 @@ bool Preprocessor::find_at(const CoreString& folder, Place& place) {
         candidate += '/';
     }
     candidate += place.name;
-    // The shell hands over a pipe as a document; a document that names one as an include could wait for ever.
+    // A document may be a pipe, which a shell makes. An include may not: reading it could wait for ever.
     if (!(open_files_.empty() ? is_file(candidate.get_view()) : is_regular_file(candidate.get_view()))) {
         tried_.push_back(std::move(candidate));
         return false;
@@ -144,7 +144,7 @@ bool Preprocessor::may_open(const Place& place) {
     if (open_files_.size() > limits_.include_depth) {
         return fail(SourceFault::included_too_deeply, place);
     }
-    return rules_.goes_on || may_include(place); // else it was asked before
+    return rules_.goes_on || may_include(place); // with `goes_on`, `include` has asked already
 }
 
 bool Preprocessor::may_include(const Place& place) {
@@ -212,7 +212,7 @@ void Preprocessor::note_storage(bool is_encrypted) noexcept {
     }
 }
 
-/// Scans the innermost file that is open until the outermost one has come to its end.
+/// Scans the innermost open file, until the outermost one has ended.
 double Preprocessor::scan(Progress progress) {
     progress.set_step_count(open_files_.back().source.text.get_length());
     double version = failed;
@@ -248,7 +248,7 @@ double Preprocessor::scan(Progress progress) {
     return version;
 }
 
-/// False of a file whose version line says that it fails.
+/// Returns false when the file's version line makes the read fail.
 bool Preprocessor::end_file(double& version) {
     const OpenFile& file = open_files_.back();
     const bool is_good = file.version != failed || fail(SourceFault::no_version, file.place);
@@ -268,7 +268,7 @@ bool Preprocessor::append_piece(const OpenFile& file, const SourcePiece& piece) 
     return true;
 }
 
-/// As long as the text is one stretch of the first file, that is not copied. False when this piece ends that.
+/// Does not copy the text as long as it is one stretch of the first file. Returns false when this piece has to be appended to a copy.
 bool Preprocessor::show_piece(const SourcePiece& piece) noexcept {
     if (!rules_.shows_source || open_files_.size() != 1 || !out_->is_empty()) {
         return false;
@@ -288,7 +288,8 @@ bool Preprocessor::copy_shown() {
     return shown_.empty() || append(std::exchange(shown_, {}));
 }
 
-/// The first file ends. What runs up to its end is followed by a NUL, and stays where it is when the file's text moves to the host.
+/// Called at the end of the first file. Borrows a stretch that runs up to the end of the file: a NUL follows it, and it stays at its
+/// address when the file's text moves to the host. Copies any other stretch.
 void Preprocessor::finish_shown() {
     const std::string_view source = open_files_.back().source.text.get_view();
     const bool is_rest = shown_.data() + shown_.size() == source.data() + source.size();
@@ -300,7 +301,7 @@ void Preprocessor::finish_shown() {
     }
 }
 
-/// Takes room for as much as the first file at once, instead of by doubling.
+/// Appends the text. The first time it takes as much room as the first file has, instead of growing by doubling.
 bool Preprocessor::append(std::string_view text) {
     if (!out_->append(text)) {
         return false;
@@ -318,13 +319,13 @@ bool Preprocessor::include(const SourcePiece& piece) {
         return true;
     }
     const CoreString name(piece.argument);
-    if (rules_.goes_on && !may_include({name, {}, {}})) { // those that fail are counted, too
+    if (rules_.goes_on && !may_include({name, {}, {}})) { // counts includes that fail, too
         return false;
     }
     return enter(name, Progress(nullptr));
 }
 
-/// Tells the host. The result is false.
+/// Tells the host, and returns false.
 bool Preprocessor::fail(SourceFault fault, const Place& place, const SourcePiece& piece,
                         core_uint64 announced, core_uint64 present) {
     host_.failed({fault, place.name, place.found, tried_, piece, announced, present});

@@ -15,17 +15,17 @@
 
 namespace bk {
 
-/// How a preprocessor goes about includes. The defaults are ParserFile's.
+/// How a preprocessor treats includes. The defaults are those of ParserFile.
 struct IncludeRules {
     /// An included file is searched for in the folder of the file that includes it, before the search paths.
     bool searches_beside = false;
     /// An include that cannot be had is left out, and what is behind it is read. Limits on the whole still end the reading.
     bool goes_on = false;
-    /// The text is copied in pieces of at most so many bytes, about each of which the host is told.
+    /// Copies the text in pieces of at most so many bytes, and tells the host of each.
     std::size_t longest_piece = std::string_view::npos;
-    /// Otherwise the host is told of include directives, and they are left out.
+    /// When false, tells the host of include directives and leaves them out.
     bool follows_includes = true;
-    /// A text that is the rest of the first file, as it stands, shows that file's text, which the host keeps.
+    /// When the whole text is the rest of the first file, borrows that file's text, which the host keeps, instead of copying it.
     bool shows_source = false;
 };
 
@@ -33,17 +33,17 @@ struct IncludeRules {
 /// includes, drops comments and takes the version out of its version line.
 class Preprocessor {
 public:
-    /// The arguments outlive the preprocessor.
+    /// The caller keeps the arguments alive as long as the preprocessor.
     Preprocessor(const CoreVector<CoreString>& search_paths, const CoreString& key, SourceHost& host,
                  const ParserLimits& limits, IncludeRules rules = {});
     ~Preprocessor();
     Preprocessor(const Preprocessor&) = delete;
     Preprocessor& operator=(const Preprocessor&) = delete;
 
-    /// Appends the text of the file and what it includes to `text`. The result is the serial version, 1.0 when the
-    /// file states none, and 0.0 when it, or an include, cannot be had; the host is told why.
+    /// Appends the text of the file and of what it includes to `text`. Returns the serial version: 1.0 when the file states none, and
+    /// 0.0 when the file or an include cannot be read. Then it tells the host why.
     double run(const CoreString& name, Progress progress, CoreString& text);
-    /// The same for a file whose bytes are at hand: `path` is its absolute path, or empty when it is none.
+    /// The same for a text in memory. `path` is the absolute path of its file, or empty when it has none.
     double run(const CoreString& name, const CoreString& path, CoreString&& bytes, CoreString& text);
 
     /// The absolute paths of the files that were included, failures included.
@@ -51,7 +51,7 @@ public:
     bool has_loaded() const noexcept { return has_loaded_; }
     /// Whether the first file loaded was an enciphered one.
     bool is_encrypted() const noexcept { return is_encrypted_; }
-    /// Whether a limit on the whole ended the reading.
+    /// Whether a limit on the whole document ended the read.
     bool is_ended() const noexcept { return is_ended_; }
 
 private:

@@ -54,7 +54,7 @@ bool store(SysFile& file, std::string_view head, std::string_view body) {
 } // namespace
 
 bool ParserFile::write(const Mode& mode, const CoreString& filename, const CoreString& key) {
-    // Writing sets the version of the document, whose string may be either of the two: they are copied.
+    // Copies both, because they may alias the string of the version entry, which writing changes.
     return bk::guarded("ParserFile.write", false,
                        [&] { return write_document(mode, CoreString(filename), CoreString(key)); });
 }

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <string_view>
 
-/// What the library does when it is loaded, before any other call.
+/// Runs when the library is loaded, before any call into it.
 
 constinit CoreVersion default_parser_serial_version(1.2);
 

@@ -9,7 +9,7 @@ namespace bk {
 
 namespace {
 
-/// False when a read met an error: half a document must not pass for a whole one.
+/// Returns false when a read failed, so that half a document does not pass for a whole one.
 bool read_whole(SysFile& file, CoreString& text) {
     file.read(text, file.get_size());
     return file.close();

@@ -5,7 +5,7 @@
 
 namespace bk {
 
-/// Reads files from the device in use, logs what goes wrong at level 2, and tells an observer the rest.
+/// Reads files from the current SysDevice, logs failures at level 2, and tells an observer of everything else.
 class LogHost final : public SourceHost {
 public:
     /// `observer` may be null.

@@ -28,8 +28,8 @@ struct SourceFailure {
     SourceFault fault;
     const CoreString& name;               // as it was asked for
     const CoreString& found;              // the place that was taken; empty when there is none
-    const std::vector<CoreString>& tried; // the places that were looked at, as they were named
-    const SourcePiece& piece;             // of a fault that stands in the file itself
+    const std::vector<CoreString>& tried; // the places that were tried, as they were named
+    const SourcePiece& piece;             // where the fault is, when it is in the file itself
     core_uint64 announced =
         0; // of enciphered_length and enciphered_block: the bytes of text that its length says,
     core_uint64 present = 0; // and those of the block that is there
@@ -38,7 +38,7 @@ struct SourceFailure {
 /// How a file was read.
 enum class SourceRead { done, unreadable, too_large };
 
-/// A file that takes part in a reading.
+/// A file of a document while it is read.
 struct SourceEntered {
     const CoreString& name;  // as it was asked for
     const CoreString& found; // the place that was taken, as it was named
@@ -48,7 +48,7 @@ struct SourceEntered {
     const std::vector<CoreString>& tried; // the places that were looked at before
 };
 
-/// What the preprocessor asks of the world, and whom it tells what it does. What is thrown here passes through it.
+/// Gives the preprocessor its files, and is told what it does. What a function here throws passes through the preprocessor.
 class SourceHost {
 public:
     SourceHost() = default;
@@ -58,9 +58,9 @@ public:
 
     /// The bytes of a file, at most `most` of them.
     virtual SourceRead read(const CoreString& path, core_uint64 most, CoreString& bytes) = 0;
-    /// Replaces the bytes of a file by what the platform makes of a text. False when it cannot be read.
+    /// Replaces the bytes of a file by its text, with line ends translated as the platform does. False when it cannot be read.
     virtual bool read_as_text(const CoreString& path, CoreString& text) = 0;
-    /// Whether what was deciphered can be a text; a wrong key gives anything.
+    /// Whether the deciphered bytes can be a text: a wrong key gives arbitrary bytes.
     virtual bool accepts_deciphered(const CoreString& text) = 0;
     virtual void failed(const SourceFailure& failure) = 0;
 
@@ -69,7 +69,7 @@ public:
     /// A piece ends at a version line.
     virtual void version_found(const SourcePiece& piece, double version) = 0;
     virtual void entered(const SourceEntered& file) = 0;
-    /// The innermost file is done; its text is the host's now.
+    /// The innermost file has ended; the host takes over its text.
     virtual void left(CoreString&& text) = 0;
     /// A piece of the innermost file becomes part of the expanded text.
     virtual void copied(const SourcePiece& piece, unsigned int expanded) = 0;

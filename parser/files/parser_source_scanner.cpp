@@ -95,13 +95,13 @@ void SourceScanner::take_include(SourcePiece& piece) noexcept {
 
 void SourceScanner::take_version(SourcePiece& piece) noexcept {
     const std::size_t number = position_ + version_directive.size();
-    if (line_end_ < number) { // a line may hold many that are kept
+    if (line_end_ < number) { // found once a line: one line may hold many version lines that are kept
         line_end_ = std::min(source_.find('\n', number), source_.size());
     }
     piece.argument = source_.substr(number, line_end_ - number);
     piece.directive_length = static_cast<unsigned int>(line_end_ - position_);
     if (keeps_later_version_lines_ && position_ != begin_) {
-        // The line is a part of the next piece, which begins with it and does not look at its first byte again.
+        // The next piece begins with this line, and does not test its first byte again.
         finish_piece(piece, SourcePiece::Then::version, position_);
         skips_directive_ = true;
     } else {

@@ -20,22 +20,21 @@ struct SourcePiece {
     unsigned int directive_length = 0;
 };
 
-/// Cuts a source at comments and directives. A byte order mark at the very beginning is skipped: the source begins behind
-/// it, and offsets count it. Comments stand outside strings only; directives are found inside
-/// strings as well. The quote at the very beginning of a source does not open a string.
+/// Cuts a source at comments and directives. Skips a byte order mark at the very beginning, which offsets count. Finds comments only
+/// outside strings, and directives inside strings as well. A quote at the very beginning of a source does not open a string.
 class SourceScanner {
 public:
     SourceScanner(std::string_view source, Progress progress) noexcept
         : source_(source), progress_(progress),
           begin_(source.starts_with(byte_order_mark) ? byte_order_mark.size() : 0) {}
 
-    /// Version lines that do not stand at the very beginning are kept as text, too.
+    /// Keeps version lines as text too, except one at the very beginning.
     void keep_later_version_lines() noexcept { keeps_later_version_lines_ = true; }
 
     /// Ends pieces that are longer than this, with Then::pause.
     void set_longest_piece(std::size_t size) noexcept { longest_piece_ = size; }
 
-    /// The last piece ends with Then::end. What the host's progress bar throws passes, and ends the scanning.
+    /// The last piece ends with Then::end. What the host's progress bar throws passes through and ends the scan.
     SourcePiece next();
 
 private:
@@ -59,7 +58,7 @@ private:
     std::size_t position_ = begin_;
     std::size_t piece_begin_ = 0;
     std::size_t longest_piece_ = std::string_view::npos;
-    std::size_t line_end_ = 0; // of the version line found last
+    std::size_t line_end_ = 0; // the end of the version line that was found last
     bool in_string_ = false;
     bool keeps_later_version_lines_ = false;
     bool skips_directive_ = false; // the next piece begins with a version line that is kept

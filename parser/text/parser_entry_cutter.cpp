@@ -12,7 +12,7 @@ bool is_blank(char character) noexcept {
     return is_char(character, CHAR_BLANK);
 }
 
-/// Behind the template or the array count that begins at `p`, which ends the word; null when it is not a plain one.
+/// The end of the template or array count that begins at `p`. Null when that is not plain or does not end the word.
 const char* end_of_suffix(const char* p, std::string_view& template_name,
                           unsigned int& array_count) noexcept {
     const char* const begin = p + 1;
@@ -34,7 +34,7 @@ const char* end_of_suffix(const char* p, std::string_view& template_name,
     return *p == '>' && is_blank(p[1]) && !is_bool_word(template_name) ? p + 1 : nullptr;
 }
 
-/// The closing quote of the string that opens at `p`; null when a line break or the text's end comes first.
+/// The closing quote of the string that opens at `p`. Null when a line break or the end of the text comes first.
 const char* closing_quote(const char* p, const char* end) noexcept {
     do {
         p = find_string_stop(p + 1, end);
@@ -75,7 +75,7 @@ void EntryCutter::make_record() noexcept {
 
 LinePlace EntryCutter::place() noexcept {
     if (has_head_) {
-        return head_->place; // its record may be overwritten
+        return head_->place; // the ring may no longer have its record
     }
     reach(at_);
     return place_of(at_);
@@ -99,7 +99,7 @@ LinePlace EntryCutter::place_of(const char* p) const noexcept {
             p - offset % 64 + std::bit_width(before)};
 }
 
-/// From a blank on.
+/// The first word after `p`, which is a blank.
 const char* EntryCutter::next_word_behind(const char* p) noexcept {
     do {
         reach(p);
@@ -109,7 +109,7 @@ const char* EntryCutter::next_word_behind(const char* p) noexcept {
     return p;
 }
 
-/// Whether a name stands there that is certain to begin an entry, as far as that does not depend on what follows.
+/// Whether the name at `p` certainly begins an entry, unless what follows it says otherwise.
 bool EntryCutter::look(const char* p, Head& head) {
     if (!is_char(*p, CHAR_NAME_START)) {
         return false;
@@ -205,7 +205,7 @@ bool EntryCutter::cut(KnownEntry& known, bool may_close) {
     return true;
 }
 
-/// Gives the word behind the numbers; null when there are none, or no word behind the last.
+/// Returns the word after the numbers. Null when there are no numbers, or no word follows them.
 const char* EntryCutter::cut_numbers(const char* p, KnownEntry& known) {
     const char* const begin = p;
     known.rows.clear();
@@ -218,9 +218,9 @@ const char* EntryCutter::cut_numbers(const char* p, KnownEntry& known) {
         if (stop == 1) {
             break;
         }
-        const std::uint64_t before = ends & (stop - 1); // all of them without a stop
+        const std::uint64_t before = ends & (stop - 1); // all ends, when there is no stop
         if ((stop & ~starts) != 0 || before == 0) {
-            return nullptr; // in the middle of a word, or a word of 64 characters
+            return nullptr; // the stop is inside a word, or a word has 64 characters or more
         }
         const int size = 63 - std::countl_zero(before);
         known.rows.push_back(

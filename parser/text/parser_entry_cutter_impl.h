@@ -10,11 +10,11 @@
 
 namespace bk {
 
-/// The fast way of reading: cuts entries whole, each at the cost of a few shifts of bit masks, as long as it is certain what
-/// they are. It decides nothing: what it takes is what the grammar would make of the same words.
+/// The fast path of parsing: cuts whole entries with a few shifts of bit masks, as long as it is certain what they are. It adds no
+/// rule: the grammar would make the same entries of the same words.
 ///
-/// The text is looked at once, in blocks of 64 characters from its beginning on, whose masks stay in a ring while they are
-/// needed. An entry is a few windows of 64 characters that begin where they are wanted.
+/// Makes the masks once, for blocks of 64 characters from the beginning of the text on, and keeps them in a ring while they are
+/// needed. Reads an entry through windows of 64 characters, which may begin anywhere in two neighbouring blocks.
 class EntryCutter {
 public:
     /// A NUL follows the text, as in every CoreString.
@@ -26,10 +26,11 @@ public:
     /// certain there.
     bool seek(const char* word);
 
-    /// Cuts what stands there; the ends of groups only when `may_close`. False when it is not certain of it: nothing is cut.
+    /// Cuts the next entry, or with `may_close` the next end of a group. Returns false, and cuts nothing, when it is not certain what
+    /// follows.
     bool cut(KnownEntry& known, bool may_close);
 
-    /// The first character that is not cut, and its place.
+    /// The first character that is not cut yet, and its place.
     const char* at() const noexcept { return at_; }
     LinePlace place() noexcept;
     /// The brace that opens the group that was cut last.

@@ -5,10 +5,10 @@
 
 namespace bk {
 
-/// Whether the fault is logged; one that is not is told to observers alone.
+/// Whether the fault is logged. The others are told only to observers.
 bool is_logged_fault(ParserReadObserver::Fault fault) noexcept;
 
-/// What a fault at this word says, without place and line end.
+/// The message for a fault at this word, without place and line end.
 CoreString fault_text(ParserReadObserver::Fault fault, const CoreString& word);
 
 } // namespace bk

@@ -10,7 +10,7 @@
 
 namespace bk {
 
-/// The grammar of documents, one loop over the words of a text. What the text says goes to a sink:
+/// The grammar of documents, one loop over the words of a text. It calls a sink:
 ///
 ///     bool begin_entry(const EntryHead&, const Token&)   false when the name is refused
 ///     void add_value(ParserWord::Type, std::string_view) a value of the entry begun last
@@ -31,12 +31,12 @@ public:
 
     Grammar(std::string_view text, Sink& sink) : words_(text), cutter_(text), sink_(sink) {}
 
-    /// Somebody asks for each word of the outermost group, so that there they are taken one by one.
+    /// Takes the words of the outermost group one by one, because the caller asks for each of them.
     void watch_outermost() noexcept { is_watched_ = true; }
 
-    /// False when the text is empty, its last word was a fault or the empty tag, or the sink wanted no more. `on_word`
-    /// is called before each word, with the stream and whether the word is one of the outermost group. What is
-    /// certain to be an entry counts as one word.
+    /// Returns false when the text is empty, when its last word was a fault or the empty tag, and when the sink stopped the loop.
+    /// Calls `on_word` before each word, with the stream and whether the word belongs to the outermost group. An entry that was cut
+    /// whole counts as one word.
     template <class OnWord>
     bool run(OnWord on_word) {
         if (words_.at_end()) {
@@ -81,8 +81,8 @@ private:
         sink.add_entry(known);
     };
 
-    /// Takes what is certain as whole entries, up to where the rules below have to look at each word. False when the sink
-    /// wants no more.
+    /// Takes whole entries as long as the cutter is certain of them; then the rules below look at each word. Returns false when the
+    /// sink stops the loop.
     template <class OnWord>
     bool take_entries(OnWord on_word) {
         const char* const word = words_.next_start();
@@ -90,7 +90,7 @@ private:
             (level_.has_entry && !level_.has_taken) || !cutter_.seek(word)) {
             return true;
         }
-        const std::size_t outermost = is_watched_ ? 1 : 0; // whose end is asked for as a word
+        const std::size_t outermost = is_watched_ ? 1 : 0; // its closing brace is taken as a word
         while (cutter_.cut(known_, outer_.size() > outermost) && take_entry()) {
             words_.pass(cutter_.at());
             on_word(words_, outer_.empty());
@@ -101,7 +101,7 @@ private:
         return !is_stopped_;
     }
 
-    /// False when the sink wants no more.
+    /// Returns false when the sink stops the loop.
     bool take_entry() {
         if (known_.kind == KnownEntry::close) {
             close_group();
@@ -117,7 +117,7 @@ private:
             tell_entry();
         }
         level_.has_entry = true;
-        level_.has_taken = true; // nobody asks for more: the next word is a name or ends the group
+        level_.has_taken = true; // enough: the next word is a name or ends the group
         if (known_.kind == KnownEntry::group) {
             level_.last_kind = ParserWord::TYPE_IDENTIFIER;
             enter_group(cutter_.brace());
@@ -125,7 +125,7 @@ private:
         return !is_stopped_;
     }
 
-    /// The entry in parts, as the rules below would tell them.
+    /// Tells the sink of the entry in parts, as the rules below would.
     void tell_entry() {
         sink_.begin_entry(known_.entry_head(), known_.token(words_.begin()));
         if (known_.kind == KnownEntry::group) {
@@ -141,12 +141,12 @@ private:
         }
     }
 
-    /// False at the brace that ends the outermost group, and when the sink wants no more.
+    /// Returns false at the brace that ends the outermost group, and when the sink stops the loop.
     bool take(std::string_view word) {
         if constexpr (sees_words) {
             sink_.see_word(word);
         }
-        if (is_char(word[0], CHAR_DELIMITER) && word[0] != ':') { // a colon stands for nothing
+        if (is_char(word[0], CHAR_DELIMITER) && word[0] != ':') { // a lone ':' is an unknown word
             return take_delimiter(word);
         }
         take_word(word);
@@ -182,7 +182,7 @@ private:
             const bool has_quotes = (words_.classes() & CHAR_QUOTE) != 0;
             take_value(word, has_quotes ? classify_value(word) : classify_number(word, words_.classes()));
         } else if (is_string_word(word)) {
-            take_value(word, ParserWord::TYPE_STRING); // a quote begins nothing else
+            take_value(word, ParserWord::TYPE_STRING); // only strings begin with a quote
         } else if (is_keyword_word(word)) {
             begin_entry({word, {}, no_array, true, false});
         } else {
@@ -216,7 +216,7 @@ private:
 
     void begin_entry(const EntryHead& head) {
         const bool has_empty_entry = level_.has_entry & !level_.has_taken;
-        if (words_.at_end() | has_empty_entry) { // seldom both, and one branch is foreseen better than three
+        if (words_.at_end() | has_empty_entry) { // both are rare, so three tests share one branch
             fault(ParserReadObserver::FAULT_NO_VALUE, head.name);
             return;
         }
@@ -276,7 +276,7 @@ private:
     }
 
     void enter_group(const Token& brace) {
-        level_.has_entry = false; // it ends with its group
+        level_.has_entry = false; // a group ends the entry that holds it
         level_.brace = brace;
         outer_.push_back(level_);
         level_ = Level();

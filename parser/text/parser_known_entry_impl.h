@@ -27,15 +27,14 @@ struct EntryHead {
     bool had_suffix = false; // the name is only a part of the word
 };
 
-/// What the place of a character is counted from.
+/// A line, and where it begins: columns are counted from there.
 struct LinePlace {
     core_ulong line;
     const char* line_start;
 };
 
-/// What the fast way of reading recognises in one look: a whole entry of a shape that nearly all have, or the beginning of
-/// one that holds a group and nothing else, or the end of a group. It is certain of all this; what it is not certain of it
-/// leaves alone, for the grammar to take word by word.
+/// What bk::EntryCutter recognises at once: a whole entry of a usual shape, the beginning of an entry that holds only a group, or the
+/// end of a group. It leaves everything of which it is not certain to the grammar, which takes that word by word.
 struct KnownEntry {
     enum Kind {
         numbers, ///< a name and numbers in decimal
@@ -44,7 +43,7 @@ struct KnownEntry {
         group,   ///< a name and "{"
         close    ///< "}" alone
     };
-    /// Whole numbers of a row, with blanks between, in at most 64 characters: a bit each.
+    /// Numbers that lie whole in a window of 64 characters, with blanks between them. Each mask has a bit a character.
     struct Numbers {
         const char* begin;
         std::uint64_t starts;       ///< the first character of each
@@ -81,7 +80,7 @@ struct KnownEntry {
 
     Kind kind = close;
     const Head* head = nullptr;
-    /// The values as they stand in the text, with what is between them; of a string what is between its quotes.
+    /// The text of the values, with the blanks between them; of a string the part between its quotes.
     std::string_view text;
     std::vector<Numbers> rows;
 

@@ -8,9 +8,9 @@ namespace bk {
 
 namespace {
 
-/// A character's classes by its two halves: `low` and `high` have a bit in common when the character is in the class
-/// that the bit stands for. A bit is a class and one high half; there are as many as fit a byte. (Langdale and Lemire,
-/// "Parsing Gigabytes of JSON per Second", The VLDB Journal 28, 2019.)
+/// Classifies a character by its two halves of four bits: when the table entries `low` and `high` of the halves have a bit in common,
+/// the character is in the class of that bit. Each bit stands for a class and one high half, so there are at most eight such pairs.
+/// (Langdale and Lemire, "Parsing Gigabytes of JSON per Second", The VLDB Journal 28, 2019.)
 struct HalfTables {
     alignas(16) std::uint8_t low[16] = {};
     alignas(16) std::uint8_t high[16] = {};
@@ -72,7 +72,8 @@ static_assert(half_tables.next_bit <= 0x100, "the classes fit a byte");
     return _mm256_cmpeq_epi8(_mm256_min_epu8(distance, limit), distance);
 }
 
-/// Thirty-two characters at a time, which saves 3 to 10% of a parse against sixteen. A character from 0x80 up has no class: looking up its low half gives none.
+/// Thirty-two characters at a time, which saves 3 to 10% of a parse against sixteen. A character from 0x80 up has no class, because
+/// looking up its low half gives none.
 [[gnu::target("avx2")]] void make_masks_avx2(const char* text, TextMasks& out) noexcept {
     TextMasks masks;
     for (unsigned int i = 0; i < TextMasks::width; i += 32) {

@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <cstring>
 
-/// 64 characters of a text as bit masks, the first character's bit the lowest. Words are short: a loop over characters
-/// is left every few of them, at a place that nobody can foresee, while in a mask the next place of interest is one
-/// instruction away. The masks are made by vectors or by a table; all ways give the same.
+/// 64 characters of a text as bit masks; the first character has the lowest bit. A mask gives the next place of interest in one
+/// instruction. A loop over the characters would exit every few of them, because words are short, and each exit would mispredict.
+/// The masks are made by vectors or by a table, with the same result.
 namespace bk {
 
 struct TextMasks {
@@ -46,7 +46,7 @@ constexpr std::array<std::uint64_t, 256> make_mask_table() {
 
 inline constexpr std::array<std::uint64_t, 256> mask_table = make_mask_table();
 
-/// Eight characters at a time, each of which moves the bits of those behind it up in all the bytes.
+/// Takes eight characters at a time. Each one shifts the bits of the characters after it up, in all bytes at once.
 inline void make_masks(const char* text, TextMasks& out) noexcept {
     std::uint64_t masks[8] = {};
     for (unsigned int i = 0; i < TextMasks::width; i += 8) {
@@ -90,13 +90,13 @@ inline void make_masks(const char* text, TextMasks& out) noexcept {
 
 #endif
 
-/// Into a place of the caller's: masks that are handed over by copies are read before they have arrived.
+/// Writes into the caller's object, because copying masks that were just stored would cause a store-forwarding stall.
 using MakeMasks = void (*)(const char* text, TextMasks& out) noexcept;
 
-/// The fastest of the functions above, and of those that need more than every processor has.
+/// The fastest function for this processor: one of those above, or one that needs more than SSE2.
 MakeMasks fastest_make_masks() noexcept;
 
-/// Of the characters up to `end`, of which there are fewer than a block has; a NUL stands for each that is missing.
+/// Makes the masks of fewer characters than a block has, up to `end`. Takes a NUL for each missing character.
 inline void make_last_masks(MakeMasks make_masks, const char* text, const char* end,
                             TextMasks& out) noexcept {
     char padded[TextMasks::width] = {};

@@ -8,7 +8,7 @@
 
 namespace bk {
 
-/// How the reading of a text went.
+/// The result of reading a text.
 enum class TextResult {
     clean,
     faulty, ///< empty, or its last word was a fault or the empty tag

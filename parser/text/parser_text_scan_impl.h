@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <cstring>
 
-/// Searches for characters: sixteen at a time where there are vectors, else one or eight. Every function is there
-/// twice, and both do the same; x86-64 always has the vectors, so nothing needs to be asked at run time.
+/// Searches for characters: sixteen at a time with SSE2, otherwise one or eight. Every function has a portable and a vector version,
+/// which give the same result. SSE2 is guaranteed on x86-64, so the choice is made when compiling.
 namespace bk {
 
 /// One character at a time, or eight.
@@ -50,7 +50,7 @@ inline const char* find_escaped(const char* p, const char* end) noexcept {
     return p;
 }
 
-/// The first character that may begin or end what the preprocessor looks for, or the end. A '0' does with an 'x' only.
+/// The first character that may begin or end what the preprocessor looks for, or the end. A '0' counts only before an 'x'.
 inline const char* find_directive(const char* p, const char* end) noexcept {
     const auto begins = [end](const char* at) {
         return is_char(*at, CHAR_DIRECTIVE) && (*at != '0' || (at + 1 != end && at[1] == 'x'));

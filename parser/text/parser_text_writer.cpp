@@ -15,7 +15,7 @@ namespace {
 
 constexpr unsigned int indentation_width = 4;
 
-/// What stands behind the backslash by which a string spells this character.
+/// The character that follows the backslash in the escape for this character.
 constexpr char escape_of(char character) noexcept {
     switch (character) {
     case '\t':
@@ -66,7 +66,7 @@ void put_plain_text(TextBuffer& out, const ParserValue& value) {
 
 namespace {
 
-/// False, with the output as it was and a message, when there is no room for the whole text.
+/// When there is no room for the whole text, returns false, logs that, and leaves the output as it was.
 template <class Write>
 bool print(CoreString& out, bool pretty, const char* operation, Write write) {
     const unsigned int old_length = out.get_length();
@@ -241,7 +241,7 @@ bool TextWriter::write_values(Frame& frame, const ParserEntry& entry) {
     return true;
 }
 
-/// The spelling of a value, and of those behind it that are kept as they are written: one blank apart.
+/// The spelling of a value, and of the values after it whose spellings lie one blank apart, so that they can be copied in one piece.
 void TextWriter::write_spellings(Frame& frame, const ParserEntry& entry, const ParserValue& first) {
     std::string_view run = ValueAccess::spelling(first);
     const ParserValue* last = &first;

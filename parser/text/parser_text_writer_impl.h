@@ -10,28 +10,27 @@ namespace bk {
 /// Appends a value's text without quotes and escapes, whatever its type; nothing for a group.
 void put_plain_text(TextBuffer& out, const ParserValue& value);
 
-/// Each appends a text. False, with the output as it was and a message, when it would be too long or memory runs out.
+/// Each appends a text. When that would be too long or memory runs out, they return false, log that, and leave the output as it was.
 bool print_group(CoreString& out, const ParserGroup& group, bool braces, bool pretty, unsigned int level);
 bool print_entry(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level);
 bool print_entry_values(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level);
 bool print_value(CoreString& out, const ParserValue& value, bool pretty, unsigned int level);
 
-/// Prints trees as the text syntax writes them. It walks with an explicit stack: the depth of a tree costs
-/// no stack of the thread's.
+/// Prints trees as text. It keeps a stack of its own, so that the depth of a tree costs none of the thread's stack.
 class TextWriter {
 public:
     TextWriter(CoreString& out, bool pretty) noexcept : out_(out), pretty_(pretty) {}
     TextWriter(const TextWriter&) = delete;
     TextWriter& operator=(const TextWriter&) = delete;
 
-    /// False, with a message, when the text has become too long: the output is then as it was.
+    /// When the text became too long, returns false, logs that, and leaves the output as it was.
     bool finish() const;
     bool is_too_long() const noexcept { return out_.is_too_long(); }
     /// Strings are written as they are, for texts of versions that have no escapes.
     void write_no_escapes() noexcept { has_escapes_ = false; }
 
     void write_group(const ParserGroup& group, bool braces, unsigned int level);
-    /// Some entries of a group, as it has them without braces.
+    /// Writes some entries of a group, without braces.
     void write_entries_of(const ParserGroup& group, unsigned int first, unsigned int end);
     void write_entry(const ParserEntry& entry, unsigned int level);
     void write_entry_values(const ParserEntry& entry, unsigned int level);

@@ -33,7 +33,7 @@ unsigned int count_values(const KnownEntry& known) noexcept {
     return count;
 }
 
-/// All as they stand in the text, which is copied in one piece.
+/// Makes all values of the entry, and copies their text in one piece.
 void fill_numbers(ParserValue* place, const KnownEntry& known, char* text) noexcept {
     const char* const begin = known.text.data();
     copy_text(text, begin, known.text.size());
@@ -55,7 +55,7 @@ TreeSink::~TreeSink() {
     while (!groups_.empty()) {
         try {
             attach_entries();
-        } catch (const std::exception&) { // no memory: what cannot be handed over has to go
+        } catch (const std::exception&) { // no memory to hand the entries over: deletes them
             discard_entries();
         }
     }
@@ -74,7 +74,7 @@ void TreeSink::finish() {
 }
 
 void TreeSink::add_string(std::string_view word) {
-    word = word.substr(1, word.size() - 2); // the quotes are not a part of it
+    word = word.substr(1, word.size() - 2); // without the quotes
     const bool has_escapes = has_escapes_ && word.find('\\') != std::string_view::npos;
     text_size_ +=
         has_escapes ? ValueAccess::escaped_string_need(word.size()) : ValueAccess::string_need(word.size());
@@ -183,7 +183,7 @@ bool TreeSink::may_log(ParserReadObserver::Fault fault) noexcept {
     return fault == ParserReadObserver::FAULT_NESTED_TOO_DEEPLY || ++message_count_ <= limits_.message_count;
 }
 
-/// Empty when there is no memory for it: the parse goes on.
+/// Returns the empty text when memory runs out, so that the parse goes on.
 CoreString TreeSink::message_of(ParserReadObserver::Fault fault, std::string_view word) const {
     try {
         return fault_text(fault, shown_word(word));
@@ -232,7 +232,7 @@ void TreeSink::fill_values(ParserValueList& values) const {
     BK_ASSERT(text <= values.text_room() + text_size_);
 }
 
-/// `text` is where the value's text is to stand, if it is to stand outside the value.
+/// `text` is the place for the value's text, when that does not fit inside the value.
 void TreeSink::fill_value(ParserValue* place, const PendingValue& value, char*& text) {
     if (value.has_escapes) {
         ValueAccess::make_escaped_string(place, value.text(), text);
@@ -244,7 +244,7 @@ void TreeSink::fill_value(ParserValue* place, const PendingValue& value, char*& 
         ValueAccess::make_binary_data(place, data, size);
     } else {
         ValueAccess::make_spelled(place, value.type, value.text(), text);
-        *text++ = ' '; // values a blank apart are written in one piece
+        *text++ = ' '; // values one blank apart are later printed in one piece
     }
 }
 

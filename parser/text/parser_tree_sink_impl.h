@@ -11,8 +11,8 @@
 
 namespace bk {
 
-/// Builds the tree that a text describes. An entry is made when everything about it is known: its name, its
-/// values side by side and their spellings behind them then go into storage of the right size.
+/// Builds the tree that a text describes. Makes an entry only when everything about it is known, so that its values, side by side, and
+/// their spellings after them go into one block of the right size.
 class TreeSink {
 public:
     /// `limits` outlive the sink.
@@ -35,7 +35,7 @@ public:
         return true;
     }
 
-    // The value is made where it stands: copying what was just stored in parts would wait for the stores.
+    // Constructs the value in place: copying it right after its fields were stored would cause a store-forwarding stall.
     void add_value(ParserWord::Type kind, std::string_view word) {
         if (kind == ParserWord::TYPE_STRING) {
             add_string(word);
@@ -58,9 +58,9 @@ public:
     bool open_group(const Token& brace);
     void close_group();
     void report_fault(ParserReadObserver::Fault fault, const Token& token, std::string_view word);
-    /// The text has come to its end.
+    /// Called at the end of the text.
     void finish();
-    /// Faults are told to the observer alone.
+    /// Tells faults only to the observer, and logs none.
     void leave_log_out() noexcept { logs_ = false; }
 
     /// Whether a limit ended the reading.
@@ -109,7 +109,7 @@ private:
     const ParserLimits& limits_;
     bool is_stopped_ = false;
     bool logs_ = true;
-    core_uint64 message_count_ = 0; // those beyond the limit counted, too
+    core_uint64 message_count_ = 0; // counts those beyond the limit too
 
     bool has_entry_ = false; // the entry begun last is not made yet
     EntryFields fields_;

@@ -25,8 +25,8 @@ float WordStream::fraction() const noexcept {
     return begin_ == end_ ? 1.0F : static_cast<float>(position_ - begin_) / static_cast<float>(end_ - begin_);
 }
 
-/// Goes on behind the block, or at what ends a word that is longer: that may be a line break. There was none in the
-/// part of the word behind the block.
+/// Goes on after the block, or at the end of the last word when that reaches beyond the block. The character there may be a line
+/// break, which is not counted yet; the part of the word beyond the block has none.
 void WordStream::take_block() noexcept {
     count_lines(masks_.breaks);
     fill_block(std::max(block_ + std::min(TextMasks::width, end_ - block_), word_end_));
@@ -55,8 +55,8 @@ void WordStream::count_lines(std::uint64_t breaks) noexcept {
     }
 }
 
-/// A word from the bit `first` on that does not end at a blank of the block: a delimiter; a word that ends at one, or
-/// has a quote, or goes on behind the block; or the end of the text.
+/// Cuts what does not end at a blank of the block: a delimiter; a word that ends at a delimiter, has a quote or goes on beyond the
+/// block; or the end of the text. It begins at the bit `first`.
 bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept {
     classes_ = 0;
     if (is_char(*start_, CHAR_DELIMITER)) {
@@ -70,7 +70,7 @@ bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept 
             return true;
         }
     } else if (end == 0 && first != 1) {
-        restart_block(first); // a word is short, as a rule, and whole in a block that begins with it
+        restart_block(first); // most words are whole in a block that begins with them
         return next();
     }
     if (end == 0) {
@@ -88,8 +88,8 @@ bool WordStream::end_otherwise(std::uint64_t first, std::uint64_t end) noexcept 
     return word_end_ != start_;
 }
 
-/// What most strings are: one that ends in the block, at a quote that is not escaped, with a blank behind. False when it is
-/// another one.
+/// Cuts a usual string: one that ends in the block, at a quote that is not escaped, before a blank. Returns false for every other
+/// string.
 bool WordStream::end_string(std::uint64_t first) noexcept {
     const std::uint64_t quotes = masks_.quotes & -(first << 1);
     const std::uint64_t closing = quotes & -quotes;
@@ -117,7 +117,7 @@ const char* WordStream::find_run_end(const char* p) noexcept {
     return p;
 }
 
-/// Goes on behind a quote or a NUL that is a part of the word.
+/// Goes on after a quote or a NUL that is part of the word.
 const char* WordStream::find_end_past(const char* p) noexcept {
     while (p != end_ && !is_char(*p, CHAR_BLANK | CHAR_DELIMITER)) {
         classes_ |= classes_of(*p);
@@ -135,8 +135,8 @@ const char* WordStream::find_end_past(const char* p) noexcept {
     return p;
 }
 
-/// From inside a string: its closing quote, the line break that cuts it off, or the end of the text. Only the
-/// one byte before a quote tells whether it is escaped.
+/// Finds the end of a string from a place inside it: its closing quote, the line break that cuts it off, or the end of the text. A
+/// quote is escaped when the one byte before it is a backslash.
 const char* WordStream::find_string_end(const char* p) const noexcept {
     p = find_string_stop(p, end_);
     while (p != end_ && *p == '"' && p[-1] == '\\') {

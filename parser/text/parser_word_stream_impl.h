@@ -15,9 +15,9 @@ namespace bk {
 /// Cuts a text into words. A word is a span of the text; nothing is copied. The text is looked at in blocks of 64
 /// characters, each from where the last one was left.
 ///
-/// Lines count from 1; carriage return and line feed count one line each. The column of a word that ends at white
-/// space is that of its first byte counted from 1; of a delimiter, of a word that ends at a delimiter and of the last
-/// word of the text it is counted from 0. Both are worked out for the words that are asked for them.
+/// Lines count from 1; carriage return and line feed count one line each. The column of a word is that of its first byte: counted from
+/// 1 when the word ends at white space, and from 0 for a delimiter, for a word that ends at a delimiter and for the last word of the
+/// text. Line and column are computed only when they are asked for.
 class WordStream {
 public:
     /// A NUL follows the text, as in every CoreString.
@@ -32,18 +32,18 @@ public:
         while (unread_ == 0) {
             take_block();
         }
-        // With x the lowest bit of a mask, -x has that bit and all above, and the difference of two such bits has
-        // the bits from the lower one up to the other. Nothing is shifted.
+        // When x is the lowest bit of a mask, -x has that bit and all above it. The difference of two such bits has
+        // the bits from the lower one up to the other. So no shift is needed.
         const std::uint64_t first = unread_ & -unread_;
         const std::uint64_t ends = masks_.run_ends & -first;
         const std::uint64_t end = ends & -ends;
         start_ = block_ + std::countr_zero(first);
-        if ((masks_.blanks & end) == 0) { // not there, or something else
+        if ((masks_.blanks & end) == 0) { // the word does not end in this block, or not at a blank
             return end_otherwise(first, end);
         }
         classes_ = (masks_.double_marks & (end - first)) != 0 ? CHAR_DOUBLE_MARK : 0;
         word_end_ = block_ + std::countr_zero(end);
-        position_ = word_end_ + 1; // the byte that ends a word goes with it
+        position_ = word_end_ + 1; // also consumes the blank that ends the word
         unread_ &= -end;
         return true;
     }
@@ -52,13 +52,13 @@ public:
     const char* next_start() const noexcept {
         return unread_ == 0 ? nullptr : block_ + std::countr_zero(unread_);
     }
-    /// All before a word that stands further on is consumed, and next comes what `go_on_at` is given.
+    /// Consumes everything before `word`, a later word. Call `go_on_at` before the next word is cut.
     void pass(const char* word) noexcept { position_ = word; }
     void go_on_at(const char* word, const LinePlace& place) noexcept;
 
     /// The word that was cut last.
     std::string_view word() const noexcept { return {start_, static_cast<std::size_t>(word_end_ - start_)}; }
-    /// Which of CHAR_DOUBLE_MARK and CHAR_QUOTE its characters have, but for those between quotes.
+    /// Which of CHAR_DOUBLE_MARK and CHAR_QUOTE its characters have, except those between quotes.
     unsigned int classes() const noexcept { return classes_; }
     /// Whether it is of letters, digits and '_' alone.
     bool is_plain() const noexcept {
@@ -92,12 +92,12 @@ private:
     const char* word_end_;
     unsigned int classes_ = 0;
 
-    core_ulong line_ = 1; // both are those of the first line break that is not counted
+    core_ulong line_ = 1; // line and start of the line at the first line break that is not counted yet
     const char* line_start_;
 
     MakeMasks make_masks_;
     const char* block_ = nullptr;
-    TextMasks masks_;          // of the line breaks only those that are not counted yet
+    TextMasks masks_;          // `breaks` has only the line breaks that are not counted yet
     std::uint64_t unread_ = 0; // what is no blank, behind the last word
 };
 

@@ -23,7 +23,7 @@ ParserWord& ParserWord::operator=(const ParserWord& other) {
     if (this == &other) {
         return *this;
     }
-    // The copy is finished before the old template goes: `other` may be a part of it.
+    // Copies before it deletes the old template, because `other` may be a part of that.
     std::shared_ptr<ParserWord> copied;
     ParserWord* inner = nullptr;
     for (const ParserWord* source = other.get_template(); source != nullptr;
@@ -45,7 +45,7 @@ ParserWord::~ParserWord() {
 }
 
 void ParserWord::copy_without_template(const ParserWord& other) {
-    string_ = other.string_; // what can fail comes before anything changes
+    string_ = other.string_; // may throw, so it comes before any other change
     type_ = other.type_;
     text_ = other.text_;
     start_ = other.start_;
@@ -58,7 +58,7 @@ void ParserWord::copy_without_template(const ParserWord& other) {
 }
 
 void ParserWord::release_template() noexcept {
-    // Link by link: destroying a long chain of templates costs no stack.
+    // Destroys the chain of templates link by link, so that a long chain costs no stack.
     std::shared_ptr<ParserWord> word = std::move(template_);
     while (word != nullptr && word.use_count() == 1) {
         word = std::exchange(word->template_, nullptr);
@@ -111,7 +111,7 @@ void ParserWord::get_string_0110(CoreString& out) const {
         return;
     }
     out = bk::decoded(characters());
-    type_ = TYPE_STRING; // last: there may be no memory for the text
+    type_ = TYPE_STRING; // last, because decoding the text may throw
 }
 
 bool ParserWord::classify(Type type, bool matches) const {
@@ -121,7 +121,7 @@ bool ParserWord::classify(Type type, bool matches) const {
     return type_ == type;
 }
 
-// Decoding classifies a quoted word: an unclassified word may be a string when its text has been compared.
+// Also classifies: the comparison decodes the text, and decoding a quoted word makes it a string.
 bool ParserWord::is_text(std::string_view text) const {
     return type_ == TYPE_UNKNOWN && get_string().get_view() == text;
 }
@@ -186,12 +186,12 @@ bool ParserWord::is_identifier() const {
     return type_ == TYPE_IDENTIFIER;
 }
 
-/// The templates are made, which can fail, before the word changes.
+/// Makes the templates before it changes the word, because making them may throw.
 void ParserWord::take_name(bk::NameParts parts) const {
     const auto take_level = [](const ParserWord& word, const bk::NameParts& level) {
         word.type_ = TYPE_IDENTIFIER;
         word.length_ = static_cast<unsigned int>(level.base.size());
-        if (level.array_count != bk::no_array) { // a plain name leaves what an earlier one has set
+        if (level.array_count != bk::no_array) { // a plain name keeps the count that an earlier name set
             word.array_count_ = level.array_count;
         }
         word.string_stale_ = true;
@@ -218,7 +218,7 @@ void ParserWord::take_name(bk::NameParts parts) const {
 }
 
 bool ParserWord::is_value(ParserValue::Type& type) const {
-    // Asking for the empty tag decodes the word, which settles what a quoted one is.
+    // The comparison with the empty tag decodes the word, and so decides whether a quoted word is a string.
     if (!is_empty_tag() && type_ == TYPE_UNKNOWN) {
         type_ = bk::classify_value(characters());
     }

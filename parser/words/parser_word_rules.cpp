@@ -9,7 +9,7 @@ namespace bk {
 
 namespace {
 
-/// A word with one of these is a double where another number is an int; an upper-case 'E' is none of them.
+/// A number with one of these characters is a double, every other one an int. An upper-case 'E' is not among them.
 bool has_double_mark(std::string_view word) noexcept {
     return std::any_of(word.begin(), word.end(), [](char c) { return is_char(c, CHAR_DOUBLE_MARK); });
 }

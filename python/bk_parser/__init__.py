@@ -9,8 +9,6 @@
 docs/python.md is the guide.
 """
 
-from collections.abc import MutableSequence
-
 from bk_parser import _containers, _pickling
 from bk_parser._core import (
     Document,
@@ -28,21 +26,26 @@ from bk_parser._core import (
     parse,
 )
 from bk_parser._edit import edit
+from bk_parser._types import Form, NewValue, NewValues, Value
 
 _containers.extend(Group)
 _containers.extend(Entry)
 _pickling.extend()
-MutableSequence.register(Values)
+_containers.extend_values(Values)
 
 __all__ = [
     "Document",
     "Entry",
+    "Form",
     "Group",
     "LoadCancelled",
     "LoadError",
+    "NewValue",
+    "NewValues",
     "PathError",
     "Problem",
     "SaveError",
+    "Value",
     "Values",
     "edit",
     "from_binary",

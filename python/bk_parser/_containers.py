@@ -1,14 +1,14 @@
 """What Group, Document and Entry have beside what the extension gives them."""
 
-import json
-from collections.abc import Callable, Iterable, Mapping
+from collections.abc import Callable, Iterable, Mapping, MutableSequence
 from html import escape
 from typing import Any
 
-from bk_parser._core import Entry, Group
+from bk_parser._core import Entry, Group, Values
 
 Column = str | Callable[[Entry], Any]
 _MOST_SHOWN = 200  # entries of one group in a notebook
+_MOST_OPENED = 2000  # groups of a notebook's tree that show what is in them
 
 
 def frame(
@@ -27,17 +27,13 @@ def frame(
     return [{name: read(entry) for name, read in readers.items()} for entry in self.find_all(path)]
 
 
-def to_dict(self: Group | Entry) -> dict[str, Any]:
-    """The entries as dicts and lists: names are keys, and what repeats is a list (docs/json.md, the plain shape)."""
-    content: dict[str, Any] = json.loads(self.to_json(shape="plain", indent=0))
-    return content
-
-
 def _reader(column: Column, default: Any) -> Callable[[Entry], Any]:
     if not isinstance(column, str):
         return column
     path = column
     if path.startswith("@"):
+        if not path[1:].isdecimal():
+            raise ValueError(f'"@" stands before the number of a value, as in "@0": "{path}"')
         index = int(path[1:])
         return lambda entry: entry.values[index] if index < len(entry.values) else default
     return lambda entry: entry.get(path, default)
@@ -55,17 +51,21 @@ def _summary(container: Group | Entry, is_open: bool) -> str:
 
 
 def repr_html(self: Group | Entry) -> str:
-    """A folding tree, as notebooks show it."""
+    """A folding tree, as notebooks show it: of large documents the beginning."""
     # The stack holds what is still to be written: entries, and the ends of lists that are open.
     out = [_summary(self, True)]
     stack: list[Entry | str] = ["</ul></details>", *reversed(_shown(self))]
+    opened = 0
     while stack:
         item = stack.pop()
         if isinstance(item, str):
             out.append(item)
         elif item.group is None:
             out.append(f"<li>{_head(item)}</li>")
+        elif opened == _MOST_OPENED:
+            out.append(f"<li>{_head(item)} with {len(item)} more</li>")
         else:
+            opened += 1
             out.append("<li>" + _summary(item, False))
             stack.append("</ul></details></li>")
             stack.extend(reversed(_shown(item)))
@@ -80,5 +80,22 @@ def _shown(container: Group | Entry) -> list[Entry | str]:
 
 def extend(cls: Any) -> None:
     cls.frame = frame
-    cls.to_dict = to_dict
     cls._repr_html_ = repr_html
+
+
+def _add(self: Values, other: Any) -> Any:
+    return self.tolist() + list(other) if isinstance(other, (list, tuple, Values)) else NotImplemented
+
+
+def _add_to(self: Values, other: Any) -> Any:
+    return list(other) + self.tolist() if isinstance(other, (list, tuple)) else NotImplemented
+
+
+def extend_values(cls: Any) -> None:
+    """Gives Values what a list has and its own methods do not."""
+    MutableSequence.register(cls)
+    for name in ("__iadd__", "__reversed__", "pop", "remove", "reverse"):
+        setattr(cls, name, getattr(MutableSequence, name))
+    cls.__add__ = _add
+    cls.__radd__ = _add_to
+    cls.__reduce__ = lambda self: (list, (self.tolist(),))

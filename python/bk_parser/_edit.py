@@ -1,12 +1,10 @@
 """`with edit(path) as document`: load, change, save."""
 
-import os
 from collections.abc import Callable, Iterable, Iterator
 from contextlib import contextmanager
 
 from bk_parser._core import Document, load
-
-StrPath = str | os.PathLike[str]
+from bk_parser._types import StrPath
 
 
 @contextmanager
@@ -26,8 +24,6 @@ def edit(
     When an exception passes, nothing is saved. A file that did not change is not written. The arguments are those of
     `load` and `Document.save`.
     """
-    if isinstance(search, str) or isinstance(allow, str):
-        raise TypeError("search and allow are lists, such as [\"library\"]")
-    document = load(path, search=list(search), progress=progress, key=key, trusted=trusted, allow=list(allow))
+    document = load(path, search=search, progress=progress, key=key, trusted=trusted, allow=allow)
     yield document
     document.save(lossy=lossy, into_includes=into_includes)

@@ -7,8 +7,8 @@ from bk_parser import _core
 from bk_parser._core import Document, Entry, Group, Problem
 
 
-def document(form: str, content: bytes) -> Document:
-    return _core._document_from_state(form, content)
+def document(form: str, content: bytes, problems: list[Problem]) -> Document:
+    return _core._document_from_state(form, content, problems)
 
 
 def group(form: str, content: bytes) -> Group:
@@ -25,8 +25,10 @@ def problem(state: tuple[Any, ...]) -> Problem:
 
 def extend() -> None:
     """Gives the types what pickle and copy ask for."""
-    makers: list[tuple[Any, Any]] = [(Document, document), (Group, group), (Entry, entry)]
+    makers: list[tuple[Any, Any]] = [(Group, group), (Entry, entry)]
     for cls, make in makers:
         cls.__reduce__ = lambda self, make=make: (make, self._state())
+    documents: Any = Document
+    documents.__reduce__ = lambda self: (document, (*self._state(), self.problems))
     problems: Any = Problem
     problems.__reduce__ = lambda self: (problem, (self._state(),))

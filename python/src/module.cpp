@@ -41,6 +41,7 @@ void make_types(py::module_& module) {
     add_type(module, "Entries", types.entries = make_entries_type());
     add_type(module, "Walk", types.walk = make_walk_type());
     add_type(module, "Search", types.search = make_search_type());
+    add_type(module, "Problem", types.problem = make_problem_type());
 }
 
 } // namespace

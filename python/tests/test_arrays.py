@@ -64,6 +64,25 @@ def test_arrays_that_no_value_holds_are_refused() -> None:
         entry.values = numpy.array([2**63 - 1])
 
 
+def test_arrays_without_a_buffer_of_numbers_are_stored_as_lists() -> None:
+    entry = Entry("n")
+    for stored, expected in (
+        (numpy.array(["a", "b"]), ["a", "b"]),
+        (numpy.array([0.5, 2], dtype="f2"), [0.5, 2.0]),
+        (numpy.array([[1, 2], [3, 4]], dtype=">i4"), [1, 2, 3, 4]),
+        (numpy.array([1, "x", 2.5], dtype=object), [1, "x", 2.5]),
+        (numpy.float16(0.5), [0.5]),
+        ([numpy.float16(0.5), numpy.str_("s")], [0.5, "s"]),
+    ):
+        entry.values.clear()
+        entry.values = stored  # type: ignore[assignment]
+        assert entry.values == expected
+        assert [type(value) for value in entry.values] == [type(value) for value in expected]
+    for refused in (numpy.array([1 + 2j]), numpy.array(["2020-01-01"], dtype="M8[D]"), [numpy.array([1])]):
+        with pytest.raises(TypeError, match="a value is a bool, int, float, str or bytes, not"):
+            entry.values = refused
+
+
 def test_bytes_are_one_value() -> None:
     for data in (b"\x01\x02", bytearray(b"\x01\x02"), memoryview(b"\x01\x02")):
         assert Entry("d", data).values == [b"\x01\x02"]

@@ -321,7 +321,7 @@ def test_a_template_is_a_name() -> None:
 
 def test_a_str_where_a_list_is_wanted_is_not_taken_letter_by_letter(scene_file: Path) -> None:
     for arguments in ({"search": "library"}, {"allow": "unexpected-word"}):
-        with pytest.raises(TypeError, match="are lists"):
+        with pytest.raises(TypeError, match="is a list of str"):
             with bk_parser.edit(scene_file, **arguments):  # type: ignore[arg-type]
                 pass
     with pytest.raises(TypeError, match="are a list"):
@@ -332,3 +332,64 @@ def test_an_insert_counts_the_entries_after_its_own_was_taken_out() -> None:
     document = bk_parser.parse("a 1 b 2 c 3 d 4")
     document.insert(3, document["a"])
     assert [entry.name for entry in document] == ["b", "c", "d", "a"]
+
+
+def test_a_tree_with_templates_and_escapes_travels() -> None:
+    document = bk_parser.parse('#Brellwick_Serial_Version 1.2\na<t> "x\\ny\\"z" { b[2] "\\t" 1 }\n')
+    assert document.get("a") == 'x\ny"z'
+    assert pickle.loads(pickle.dumps(document)) == document
+    assert pickle.loads(pickle.dumps(document["a"])) == document["a"]
+    assert copy.deepcopy(document["a"].group) == document["a"].group
+
+
+def test_values_change_as_a_list_does() -> None:
+    entry = Entry("v", 1, 2, 3, 2)
+    values = entry.values
+    assert values.pop() == 2
+    assert values.pop(0) == 1
+    values.remove(3)
+    assert values == [2]
+    values += [3, 4]
+    assert values == [2, 3, 4]
+    entry.values += (5,)
+    assert entry.values == [2, 3, 4, 5]
+    values.reverse()
+    assert values == [5, 4, 3, 2]
+    assert values + [1] == values + (1,) == [5, 4, 3, 2, 1]
+    assert [6] + values == (6,) + values == [6, 5, 4, 3, 2]
+    assert values + values == 2 * values.tolist()
+    with pytest.raises(TypeError):
+        values + 1  # type: ignore[operator]
+    assert values.index(4, 1) == 1
+    assert values.index(2, -1) == 3
+    for call in (lambda: values.index(5, 1), lambda: values.index(2, 0, 3), lambda: values.remove(9)):
+        with pytest.raises(ValueError):
+            call()
+    with pytest.raises(TypeError, match="takes one value"):
+        values.insert(0, [8, 9])  # type: ignore[arg-type]
+    with pytest.raises(IndexError):
+        Entry("v").values.pop()
+    assert values == [5, 4, 3, 2]
+
+
+def test_values_with_a_group_are_assigned_to_their_own_entry() -> None:
+    document = bk_parser.parse("a 1 { b 2 }")
+    group = document["a"].group
+    document["a"].values = document["a"].values
+    document["a"].values += [5]
+    assert document["a"].values == [1, group, 5]
+    assert document["a"].group is group
+
+
+def test_values_are_copied_and_pickled_as_a_list() -> None:
+    values = bk_parser.parse('v 1 2.5 yes "x" { b 2 }')["v"].values
+    for made in (copy.copy(values), copy.deepcopy(values), pickle.loads(pickle.dumps(values))):
+        assert type(made) is list
+        assert made == list(values)
+
+
+def test_problems_travel_with_their_document() -> None:
+    document = bk_parser.parse("a 1 @\n")
+    assert [problem.code for problem in document.problems] == ["unexpected-word"]
+    assert pickle.loads(pickle.dumps(document)).problems == document.problems
+    assert copy.deepcopy(document).problems == document.problems

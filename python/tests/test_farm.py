@@ -17,11 +17,13 @@ distributed = pytest.importorskip("distributed")
 
 
 # Two deaths in place of four end a try: each costs the start of a process. A worker that does not start within the time
-# for connections is never started again, and on a machine under load a start takes longer than the usual 30 seconds.
+# for connections is never started again, and one that is away for longer than 15 seconds is given up; on a machine under load
+# a start takes longer than both.
 CONFIGURATION = {
     "distributed.scheduler.allowed-failures": 1,
     "distributed.comm.timeouts.connect": "120s",
     "distributed.comm.timeouts.tcp": "120s",
+    "distributed.deploy.lost-worker-timeout": "120s",
 }
 # So that a test of which the cluster died fails with the number of its workers.
 edit = partial(farm.edit, timeout=180)
@@ -30,7 +32,6 @@ edit = partial(farm.edit, timeout=180)
 @pytest.fixture(scope="module")
 def client(tmp_path_factory: pytest.TempPathFactory) -> Iterator[Any]:
     folder = tmp_path_factory.mktemp("cluster")
-    # Two deaths in place of four end a try: each costs the start of a process.
     with dask.config.set(CONFIGURATION), distributed.LocalCluster(
         n_workers=3, threads_per_worker=1, processes=True, dashboard_address=None, local_directory=str(folder)
     ) as cluster, distributed.Client(cluster) as connected:

@@ -7,6 +7,7 @@ import pickle
 import threading
 from collections.abc import Iterator
 from pathlib import Path
+from typing import Any
 
 import pytest
 
@@ -291,7 +292,7 @@ def test_a_view_that_was_released_is_refused() -> None:
             document["a"] = view
         with pytest.raises(ValueError, match="released"):
             document["a"].values.append(view)
-    assert document.to_text() == "a 1 2 3\n"
+    assert document.to_text() == "#Brellwick_Serial_Version 1.2\na 1 2 3\n"
 
 
 def numbers() -> object:
@@ -342,8 +343,14 @@ def test_what_nests_deep_is_asked_changed_and_sent() -> None:
     assert document["g"].copy() == document["g"]
     assert bk_parser.from_binary(document.to_binary()) == document
     assert len(deepest.path) == 2 * depth + 1
-    with pytest.raises(RecursionError):
-        document.to_dict()
+    content: Any = document.to_dict()
+    for _ in range(depth):
+        content = content["g"]
+    assert content == {"x": 1}
+    assert len(document.to_json()) > len(document.to_json(indent=0)) > 6 * depth
+    assert len(document.to_text(compact=True)) > 4 * depth
+    with pytest.raises(OverflowError, match="more than 4 GiB"):
+        document.to_text()
     with pytest.raises(ValueError, match="into itself"):
         deepest.append(document["g"])
     assert deepest.group is None

@@ -1,5 +1,6 @@
 """Loading, asking, problems."""
 
+import json
 import os
 from pathlib import Path
 
@@ -207,3 +208,89 @@ def test_html_folds_and_escapes(scene: Document) -> None:
     html = scene._repr_html_()
     assert html.count("<details") == html.count("</details>") == 6
     assert "<script>" not in html
+
+
+def test_a_dict_has_what_the_plain_json_has() -> None:
+    document = bk_parser.parse(
+        'name "caf\xe9" "q\\"" mixed 1 2.5 yes { x 1.50 } again 1 again 2 { y } none { } big 1e400 -7 0x00FF0000\n'
+    )
+    content = document.to_dict()
+    assert content == json.loads(document.to_json(shape="plain"))
+    assert content["mixed"] == [1, 2.5, True, {"x": 1.5}]
+    assert [type(value) for value in content["mixed"]] == [int, float, bool, dict]
+    assert document["mixed"].to_dict() == {"x": 1.5}
+    assert Entry("empty").to_dict() == {}
+
+
+def test_compact_text_is_one_line_that_reads_back(scene: Document) -> None:
+    text = scene.to_text(compact=True)
+    assert text.count("\n") == 1 and len(text) < len(scene.to_text())
+    assert bk_parser.parse(text) == scene
+    assert Entry("empty").to_text(compact=True) == Entry("empty").to_text() == ""
+    sequence = scene["sequence"].group
+    assert sequence is not None and sequence.to_text(compact=True).startswith('shot "010" {')
+
+
+def test_text_says_its_version_so_that_strings_read_back() -> None:
+    document = Document()
+    document["q"] = "line\nquote\" backslash\\ tab\t"
+    assert document.to_text() == '#Brellwick_Serial_Version 1.2\nq "line\\nquote\\" backslash\\\\ tab\\t"\n'
+    assert bk_parser.parse(document.to_text()) == document
+    assert bk_parser.parse(document.to_text(compact=True)) == document
+
+
+def test_a_document_from_memory_has_no_files() -> None:
+    assert bk_parser.parse("a 1").files == []
+    assert Document().files == []
+
+
+def test_folders_and_codes_come_from_any_iterable(tmp_path: Path, scene_file: Path) -> None:
+    (tmp_path / "library").mkdir()
+    (tmp_path / "library" / "part.bkd").write_text("part 5\n")
+    scene_file.write_text('#include "part.bkd"\n')
+    folders = {str(tmp_path / "library"): None}
+    assert bk_parser.load(scene_file, search=folders).get("part") == 5
+    assert bk_parser.load(scene_file, search=(name for name in folders)).get("part") == 5
+    for wrong in (str(tmp_path), tmp_path, b"library", 5):
+        with pytest.raises(TypeError, match="search"):
+            bk_parser.load(scene_file, search=wrong)  # type: ignore[arg-type]
+        with pytest.raises(TypeError, match="search"):
+            bk_parser.parse("a 1", search=wrong)  # type: ignore[arg-type]
+    for wrong_codes in ("not-utf-8", 5):
+        with pytest.raises(TypeError, match="allow"):
+            bk_parser.load(scene_file, allow=wrong_codes)  # type: ignore[arg-type]
+
+
+def test_a_path_with_a_nul_is_no_path() -> None:
+    with pytest.raises(ValueError, match="null"):
+        bk_parser.load("a\0b")
+    with pytest.raises(TypeError, match="not int"):
+        bk_parser.load(5)  # type: ignore[arg-type]
+
+
+def test_bytes_come_from_whatever_shows_them() -> None:
+    data = bk_parser.parse("a 1").to_binary()
+    for make in (bytes, bytearray, memoryview):
+        assert bk_parser.parse(make(b"a 1")) == bk_parser.parse("a 1")
+        assert bk_parser.from_binary(make(data)) == bk_parser.parse("a 1")
+        assert bk_parser.from_json(make(b'{"a": 1}')) == bk_parser.parse("a 1")
+    for wrong in (5, None, ["a"]):
+        for call in (bk_parser.parse, bk_parser.from_binary, bk_parser.from_json):
+            with pytest.raises(TypeError):
+                call(wrong)  # type: ignore[operator]
+
+
+def test_a_column_of_values_has_a_number(scene: Document) -> None:
+    for column in ("@x", "@-1", "@", "@1.5"):
+        with pytest.raises(ValueError, match="number of a value"):
+            scene.frame("**/shot", [column])
+
+
+def test_html_of_a_large_document_is_bounded() -> None:
+    wide = bk_parser.parse(("g { " + "h { x 1 } " * 300 + "} ") * 300)
+    deep = bk_parser.parse("g { " * 50_000 + "x 1" + " }" * 50_000)
+    for document in (wide, deep):
+        html = document._repr_html_()
+        assert html.count("<details") == html.count("</details>") == 2001
+        assert len(html) < 1_000_000
+        assert " more</li>" in html

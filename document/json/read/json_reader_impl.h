@@ -28,7 +28,7 @@ public:
 
     /// Of a key or a string its characters, of a number its word, of a fault the message: until the next event.
     std::string_view text() const noexcept { return text_; }
-    /// Whether these characters stand in the source, for as long as that does.
+    /// Whether these characters lie in the source, and so stay valid as long as that.
     bool is_text_of_source() const noexcept { return is_of_source_; }
     /// Where the last part stands.
     std::size_t offset() const noexcept { return begin_; }

@@ -11,7 +11,7 @@ constexpr unsigned int first_surrogate = 0xD800;
 constexpr unsigned int first_low_surrogate = 0xDC00;
 constexpr unsigned int last_surrogate = 0xDFFF;
 
-/// What a backslash and this character stand for; NUL when that is nothing.
+/// The character that a backslash and this character mean; NUL when they mean none.
 char escaped(char character) noexcept {
     switch (character) {
     case '"':

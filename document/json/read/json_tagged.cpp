@@ -160,7 +160,7 @@ bool JsonTreeReader::syntax_fault() {
     return false;
 }
 
-/// The lossless shape keeps the spelling, but whoever reads the number does not get it.
+/// Warns of a number that no value can hold: the shape keeps its spelling, but a typed read gives another number.
 void JsonTreeReader::warn_of_number(bool is_int) {
     const std::string_view word = reader_.text();
     if (is_plain_number(word, is_int, word.data() + word.size())) {

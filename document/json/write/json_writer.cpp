@@ -9,7 +9,7 @@ namespace bk_parser {
 
 namespace {
 
-/// Whether a word stands for its value without a tag, as a number of JSON or as true and false.
+/// Whether JSON can spell the value without a tag: as a number, true or false.
 bool is_bare(ParserValue::Type type, std::string_view word) noexcept {
     switch (type) {
     case ParserValue::TYPE_BOOL:
@@ -17,7 +17,7 @@ bool is_bare(ParserValue::Type type, std::string_view word) noexcept {
     case ParserValue::TYPE_INT:
         return json_number_of(word) == JsonNumber::whole;
     case ParserValue::TYPE_DOUBLE:
-        // Read back, a large E becomes a small one.
+        // The reader would turn a large E into a small one.
         return json_number_of(word) == JsonNumber::broken && word.find('E') == std::string_view::npos;
     default:
         return false;
@@ -145,7 +145,7 @@ void JsonWriter::begin_entry(Level& level, const ParserEntry& entry) {
     level.has_list = entry.get_value_count() != 1;
     if (!level.has_list) {
         const ParserGroup* const group = bk::ValueAccess::group(bk::EntryAccess::value(entry, 0));
-        // An array would be the list of the values.
+        // An array would be read as the list of values.
         level.has_list = group != nullptr && group->get_name().is_empty() && !has_distinct_names(*group);
     }
     if (level.has_list) {
@@ -179,7 +179,7 @@ void JsonWriter::put_head(const ParserEntry& entry) {
     put_key(values_key);
 }
 
-/// False when a group was opened, which is to be written first.
+/// Returns false when it opened a group, which has to be written first.
 bool JsonWriter::write_values(Level& level, const ParserEntry& entry) {
     while (level.value < entry.get_value_count()) {
         const ParserValue& value = bk::EntryAccess::value(entry, level.value);

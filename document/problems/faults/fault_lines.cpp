@@ -22,7 +22,7 @@ char conflict_mark(std::string_view line) noexcept {
                                                                                                     : '\0';
 }
 
-/// Where the line begins that ends the conflict; the text's size when another one begins before, or none does.
+/// Where the line begins that ends the conflict. The size of the text when another conflict begins before, or none ends it.
 std::size_t find_conflict_end(std::string_view text, std::size_t from) noexcept {
     for (std::size_t at = text.find('\n', from); at != std::string_view::npos; at = text.find('\n', at)) {
         ++at;
@@ -39,7 +39,7 @@ std::size_t find_conflict_end(std::string_view text, std::size_t from) noexcept 
 
 } // namespace
 
-/// A fault on the line of a mark. The conflict is told at its first one.
+/// Handles a fault on the line of a conflict's mark. Reports the conflict at its first mark.
 bool FaultStory::tell_conflict(const Spot& spot) {
     const SourceText& source = sources_.file_of(spot).text;
     const std::size_t begin = source.line_begin(spot.offset);
@@ -74,7 +74,7 @@ bool FaultStory::tell_conflict(const Spot& spot) {
     return true;
 }
 
-/// Behind a quote that was left open, comments are taken for strings, and strings for what may hold a comment.
+/// After an unclosed quote the scanner takes comments for strings, and strings for code that may have comments.
 bool FaultStory::tell_comment_as_text(const Spot& spot) {
     const std::size_t file = sources_.file_of_inclusion(spot.inclusion);
     const LineReader::State state = lines_.state_at(spot);

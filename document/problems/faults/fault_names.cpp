@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <array>
 
-/// Names that come where a value was missing. The grammar refuses every name until the entry has one, and what comes then is
-/// the entry's, however many names stand between. Read by lines it is clear which of the names were meant as values.
+/// Names where a value was missing. The grammar skips every name until the entry has a value, and gives the next value to that
+/// entry, however many names come between. The line breaks show which of the names were meant as values.
 namespace bk_parser {
 
 namespace {
@@ -37,7 +37,7 @@ bool is_meant_as_nothing(std::string_view word) noexcept {
 
 } // namespace
 
-/// Tells a run of names from the record `i` on, and returns the first record behind it.
+/// Reports a run of names, from record `i` on, and returns the first record after it.
 std::size_t FaultStory::tell_names(std::size_t i) {
     const FaultRecord& first = records_[i];
     std::size_t end = i + 1;
@@ -60,7 +60,7 @@ std::size_t FaultStory::tell_names(std::size_t i) {
         std::size_t follower_count = 0;
         if (k + 1 < names.size() && !names[k + 1].begins_line) {
             follower_count = 1;
-            if (!is_meant_as_boolean(names[k + 1].word)) { // several words are one string, as a rule
+            if (!is_meant_as_boolean(names[k + 1].word)) { // several words usually are one string
                 while (k + 1 + follower_count < names.size() && !names[k + 1 + follower_count].begins_line) {
                     ++follower_count;
                 }
@@ -82,7 +82,7 @@ std::size_t FaultStory::tell_names(std::size_t i) {
     return end;
 }
 
-/// What joined the words of one of them is an error.
+/// A comment or directive that joined words to one of them is an error.
 std::vector<FaultStory::Name> FaultStory::names_of_run(Records run, bool has_head) {
     std::vector<Name> names;
     if (has_head) {
@@ -103,7 +103,7 @@ std::vector<FaultStory::Name> FaultStory::names_of_run(Records run, bool has_hea
     return names;
 }
 
-/// The first of the names has no value, and so many behind it on its line were meant as one.
+/// The first of the names has no value. This many names after it on its line were meant as the value.
 void FaultStory::tell_name_without_value(std::span<const Name> names, std::size_t follower_count) {
     const auto before = [&] { return shown(names[0].word) + " has no value"; };
     const Spot& spot = names[0].spot;

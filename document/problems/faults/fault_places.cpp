@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-/// Words that stand where they may not, and groups that do not end where they should.
+/// Words in wrong places, and groups that do not end where they should.
 namespace bk_parser {
 
 namespace {
@@ -95,7 +95,7 @@ void FaultStory::tell_misspelled(const Misspelled& directive) {
     problems_.add(losses_.severity(code, directive.spot), code, compose, directive.spot);
 }
 
-/// One missing brace leaves one group open, and a text that is cut off as many as there are.
+/// A missing brace leaves one group open. A text that is cut off leaves all of them open.
 void FaultStory::tell_groups_left_open(Records records) {
     const FaultRecord& outermost = records.front();
     const Spot spot = sources_.find(outermost.start, outermost.length);

@@ -9,7 +9,7 @@
 
 namespace bk_parser {
 
-/// What the grammar did not accept, as it is noticed: what it means is found out when the text is read.
+/// Something that the grammar did not accept, as it was noticed. What mistake caused it is worked out when the whole text is read.
 struct FaultRecord {
     /// One of ParserReadObserver::Fault, or one of these.
     static constexpr unsigned int misspelled_include = 1000;
@@ -24,7 +24,7 @@ struct FaultRecord {
         epoch; // faults of the same one have neither a name, nor the begin or end of a group between them
 };
 
-/// Collects the faults of one parsing. As the observer of a tree's sink it is told those that the sink itself finds.
+/// Collects the faults of one parse. It is also the observer of the tree's sink, which tells it the faults that the sink finds.
 class FaultRecorder final : public ParserReadObserver {
 public:
     explicit FaultRecorder(std::string_view text) noexcept : text_(text), head_(text.substr(0, 0)) {}

@@ -12,7 +12,7 @@ namespace {
 
 using Observer = ParserReadObserver;
 
-/// Whether it says that there is no entry, or that the word before it was none.
+/// Whether the fault says only that there is no entry, or that the word before it was none.
 bool needs_entry(unsigned int kind) noexcept {
     switch (kind) {
     case Observer::FAULT_WRONGLY_PLACED:
@@ -57,11 +57,11 @@ void FaultStory::tell() {
     }
 }
 
-/// Tells one mistake, and returns the first fault behind those that came of it.
+/// Reports one mistake, and returns the first fault after those that it caused.
 std::size_t FaultStory::tell_from(std::size_t i) {
     const FaultRecord& record = records_[i];
     const Spot spot = sources_.find(record.start, record.length);
-    if (record.kind == Observer::FAULT_GROUP_LEFT_OPEN) { // they are the last ones
+    if (record.kind == Observer::FAULT_GROUP_LEFT_OPEN) { // only such faults follow
         tell_groups_left_open(records_.subspan(i));
         return records_.size();
     }
@@ -83,7 +83,7 @@ std::size_t FaultStory::tell_from(std::size_t i) {
     return i + 1;
 }
 
-/// Whether nothing is to be told of a fault but what was told before it, or was told of the line now.
+/// Whether an earlier problem, or one that is reported here for the line, explains the fault.
 bool FaultStory::is_explained(const FaultRecord& record, const Spot& spot) {
     const bool ends_text = record.kind == Observer::FAULT_TEXT_AFTER_END; // more than a line is lost
     if (is_covered(spot) && !(ends_text && cover_.reason)) {
@@ -99,7 +99,7 @@ bool FaultStory::is_explained(const FaultRecord& record, const Spot& spot) {
     return true;
 }
 
-/// What explains a fault is an error, whatever its code is: the log would be told that something is left out.
+/// A problem that explains a fault is an error, whatever its code is: something was left out of the tree.
 void FaultStory::lose(const FaultRecord& record, const Reason& reason) {
     if (is_misspelled(record.kind)) {
         return;
@@ -110,7 +110,7 @@ void FaultStory::lose(const FaultRecord& record, const Reason& reason) {
     }
 }
 
-/// Whether words have become one in it. A name where a value was missing may be a mistake all the same.
+/// Whether it was joined from several words. A name in place of a value may also be a mistake of its own.
 bool FaultStory::is_joined(const FaultRecord& record) const noexcept {
     return record.kind != Observer::FAULT_NO_VALUE && joins_.is_inside(record.start, record.length);
 }
@@ -138,7 +138,7 @@ void FaultStory::cover(const Spot& spot, std::size_t begin, std::size_t end, con
     cover_ = {spot.inclusion, begin, end, reason};
 }
 
-/// The rest of the line, the line's end left out.
+/// The rest of the line, without its line end.
 void FaultStory::cover_line(const Spot& spot, const Reason& reason) noexcept {
     cover(spot, spot.offset, std::max(sources_.file_of(spot).text.line_end(spot.offset), spot.offset + 1),
           reason);

@@ -17,29 +17,29 @@
 
 namespace bk_parser {
 
-/// Makes problems of faults: one of each mistake, however many faults came of it.
+/// Turns faults into problems: one for each mistake, however many faults it caused.
 ///
-/// A fault comes of the one before it when
-/// - it stands in a piece of the source that is explained as a whole: the line of a merge conflict's mark, a comment of
-///   another language, a string in single quotes, a comment that is read as text behind a quote left open; or
-/// - no entry was begun since, and it says no more than that there is none: after a fault that ended the entry a value, a
-///   comma or a brace has nowhere to go until the next name.
+/// A fault is caused by the one before it when
+/// - it is in a part of the source that is explained as a whole: the line of a merge conflict's mark, a comment of
+///   another language, a string in single quotes, a comment that is read as text after an unclosed quote; or
+/// - no entry began since, and it says only that there is none: after a fault that ended an entry, a value, a
+///   comma or a brace belongs to nothing until the next name.
 class FaultStory {
 public:
-    /// The arguments outlive the story.
+    /// The caller keeps the arguments alive as long as the story.
     FaultStory(const FaultRecorder& faults, const SourceMap& sources, const Joins& joins,
                const ParserLimits& limits, Losses& losses, ProblemList& problems);
 
-    /// Tells the errors, and finds what was lost by others. Linear in the faults and the lines that they stand in. The pace is told
-    /// how many faults are done.
+    /// Reports the errors, and finds what else was lost. Linear in the faults and the lines of these. Tells the pace how many faults are
+    /// done.
     void explain(bk::Pace& pace);
-    /// Tells what may be a warning.
+    /// Reports what may be a warning.
     void tell();
 
 private:
     using Records = std::span<const FaultRecord>;
 
-    /// Where the warning stands that explains faults; none when an error does.
+    /// The place of the warning that explains faults; none when an error explains them.
     using Reason = std::optional<Spot>;
 
     /// A piece of a source that is explained.
@@ -49,7 +49,7 @@ private:
         std::size_t end = 0;
         Reason reason;
     };
-    /// A directive that is none: how severe that is shows when all faults are explained.
+    /// A misspelt directive. Whether it is an error shows only when all faults are explained.
     struct Misspelled {
         const FaultRecord* record;
         Spot spot;
@@ -74,7 +74,7 @@ private:
     std::string_view word_of(const FaultRecord& record) const noexcept;
     std::string_view text_of(const Spot& spot) const noexcept;
     Spot spot_of(std::string_view word) const;
-    /// Whatever the grammar leaves out is an error.
+    /// Everything that the grammar leaves out is an error.
     template <std::invocable Compose>
     void add(std::string_view code, const Compose& compose, const Spot& spot) {
         problems_.add(Severity::error, code, compose, spot);

@@ -64,8 +64,7 @@ const char* find_other(const char* p, const char* end) noexcept {
 
 #endif
 
-/// The length of a character of two or three bytes that is well-formed whatever the rest of its first byte is; 0 of all
-/// others, which have to be looked at more closely.
+/// The length of a character of two or three bytes that is certainly well-formed. 0 for all others, which need a closer look.
 std::size_t plain_length(const char* p) noexcept {
     const auto byte = [p](std::size_t i) { return static_cast<unsigned char>(p[i]); };
     const unsigned int lead = byte(0);
@@ -75,7 +74,7 @@ std::size_t plain_length(const char* p) noexcept {
     return lead - 0xC2u < 0xE0u - 0xC2u && (byte(1) & 0xC0) == 0x80 ? 2 : 0;
 }
 
-/// Takes characters as long as they are plain ones from 0x80 up.
+/// Skips characters from 0x80 up as long as they are certainly well-formed.
 const char* skip_plain(const char* p, const char* end) noexcept {
     while (end - p > 3) {
         const std::size_t length = plain_length(p);

@@ -6,7 +6,7 @@
 
 namespace bk_parser {
 
-/// Bytes of a text that belong in none, or at its beginning alone.
+/// Bytes that no text should have, or only at its beginning.
 struct StrayBytes {
     std::size_t nul_count = 0;
     std::size_t first_nul = 0;
@@ -17,7 +17,7 @@ struct StrayBytes {
     bool are_none() const noexcept { return nul_count == 0 && bad_count == 0 && marks.empty(); }
 };
 
-/// Linear; characters below 0x80 cost next to nothing.
+/// Finds them. Linear; skips characters below 0x80 in blocks.
 StrayBytes find_stray_bytes(std::string_view text);
 
 } // namespace bk_parser

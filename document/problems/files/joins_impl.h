@@ -10,20 +10,20 @@
 
 namespace bk_parser {
 
-/// The places of the expanded text where a comment or directive was taken out and the words around it have become one.
-/// Those that a comment made inside a string are left out: what is told of the string is the reason.
+/// The places of the expanded text where a comment or directive was removed and the words around it became one. Leaves out comments
+/// inside strings: the problem of the string explains these.
 class Joins {
 public:
     /// Linear in the pieces.
     Joins(std::string_view expanded, const SourceMap& sources);
 
-    /// Whether one of them is inside a word: what is wrong with it comes of that.
+    /// Whether one of them is inside this word, and so explains what is wrong with it.
     bool is_inside(std::size_t start, std::size_t length) const noexcept {
         return find_inside(start, length) != nullptr;
     }
     /// What was taken out of the first of them, or null.
     const Spot* find_inside(std::size_t start, std::size_t length) const noexcept;
-    /// The word was lost: what joined it is an error.
+    /// Notes that the word was lost, so that the join is an error.
     void lose(std::size_t start, std::size_t length, Losses& losses) const;
     void tell(std::string_view expanded, const Losses& losses, ProblemList& problems) const;
 

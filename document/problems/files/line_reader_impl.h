@@ -9,15 +9,15 @@
 
 namespace bk_parser {
 
-/// Reads the lines of a source as their author sees them: a string ends with its line, and so does a comment. Places that
-/// are asked for from left to right cost one walk of the text.
+/// Reads the lines of a source as their author sees them: a string ends with its line, and so does a comment. Asking for places from
+/// left to right walks the text only once.
 class LineReader {
 public:
     enum class State { outside, string, comment };
 
     explicit LineReader(std::string_view text) noexcept : text_(text) {}
 
-    /// What the character at `offset` stands in. Quotes and the slashes of a comment belong to what they begin or end.
+    /// Whether the character at `offset` is in a string, in a comment or outside. Quotes and the slashes of a comment belong to these.
     State state_at(std::size_t offset) noexcept {
         if (offset + 1 == position_) {
             return state_of_last_;
@@ -71,7 +71,7 @@ private:
     State state_of_last_ = State::outside;
 };
 
-/// One for each file of a reading that is asked about.
+/// One reader for each file that is asked about.
 class LineReaders {
 public:
     explicit LineReaders(const SourceMap& sources)

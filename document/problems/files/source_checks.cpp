@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-/// What becomes known of a file while its pieces go by, at the first place where it is included.
+/// Collects what is known of a file from its pieces, at the first place where it is included.
 class FileChecks {
 public:
     FileChecks(std::size_t inclusion, std::size_t expanded, std::string_view text, bool has_escapes,

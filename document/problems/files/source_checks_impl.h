@@ -5,8 +5,8 @@
 
 namespace bk_parser {
 
-/// What is wrong with the files of a reading whatever the grammar makes of them: bytes that belong in no text, version lines, and
-/// directives inside strings. Each file is looked at once. Linear in the files.
+/// Finds mistakes in files that do not depend on the grammar: bytes that no text should have, version lines, and directives inside
+/// strings. Looks at each file once. Linear in the files.
 void check_sources(const SourceMap& sources, bool has_escapes, const Losses& losses, ProblemList& problems);
 
 } // namespace bk_parser

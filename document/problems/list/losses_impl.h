@@ -10,13 +10,13 @@
 
 namespace bk_parser {
 
-/// The places where a mistake that is a warning by its code has made the grammar leave something out.
+/// The places where a mistake whose code is a warning made the grammar leave something out.
 class Losses {
 public:
     explicit Losses(const SourceMap& sources) noexcept : sources_(sources) {}
 
     void add(const Spot& spot) { places_.insert(place_of(spot)); }
-    /// Of a problem there: that of its code, or an error when something was lost.
+    /// The severity of a problem there: an error when something was lost, otherwise that of its code.
     Severity severity(std::string_view code, const Spot& spot) const {
         return places_.contains(place_of(spot)) ? Severity::error : severity_of(code);
     }

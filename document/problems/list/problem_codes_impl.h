@@ -6,7 +6,7 @@
 
 namespace bk_parser {
 
-/// What problems are called. The names are stable.
+/// The codes of problems. They do not change between versions.
 namespace codes {
 // Files and directives.
 inline constexpr std::string_view unreadable = "unreadable";

@@ -16,21 +16,21 @@ namespace {
 
 constexpr std::size_t longest_line = 4096;
 constexpr std::size_t most_unread = 100; // messages of each kind that are kept
-/// Of all source lines together: a document of one line may have a million problems.
+/// The bytes of all source lines together. Bounded, because a document of one long line may have a million problems.
 constexpr std::size_t most_line_bytes = std::size_t{64} << 20;
 
-/// What is behind such a problem is not read.
+/// Whether the text after such a problem is not read.
 constexpr std::string_view ends_reading[] = {
     codes::too_large,         codes::cut_off,           codes::damaged,     codes::bytes_after_end,
     codes::too_many_includes, codes::nested_too_deeply, codes::json_syntax, codes::json_shape};
-/// What such a problem is told of is not read: an include, the document itself, or the text behind its end, which a kept layout
-/// keeps.
+/// Whether such a problem means that something is not read: an include, the document itself, or the text after its end, which a kept
+/// layout keeps.
 constexpr std::string_view leaves_out[] = {
     codes::unreadable,        codes::not_a_document, codes::wrong_key,         codes::no_key,
     codes::include_not_found, codes::include_circle, codes::include_left_open, codes::included_too_deeply,
     codes::text_after_end};
 
-/// Where the part of a line that is kept begins: at a character, and not far before the place.
+/// Where to cut a long line: at the beginning of a character, a little before the place.
 std::size_t shown_begin(const SourceText& text, std::size_t offset) {
     const std::size_t begin = text.line_begin(offset);
     if (offset < begin + longest_line / 2) {
@@ -50,7 +50,7 @@ bool says_what_is_unread(std::string_view code) noexcept {
     return is_in(ends_reading) || is_in(leaves_out);
 }
 
-/// The bytes of a line that are shown; no character is cut.
+/// The part of a line to show. Cuts no character in two.
 std::size_t shown_size(std::string_view line) noexcept {
     if (line.size() <= longest_line) {
         return line.size();
@@ -124,7 +124,7 @@ bool ProblemList::is_allowed(Severity severity, std::string_view code) const {
     return severity == Severity::warning && std::find(allow_.begin(), allow_.end(), code) != allow_.end();
 }
 
-/// Whether the problem may come into the list, or a save is to say what was not read.
+/// Whether to keep the problem: for the list, or because a save has to name what was not read.
 bool ProblemList::keeps_message(Severity severity, std::string_view code) const {
     return !is_allowed(severity, code) && (kept(severity) < most_ || says_what_is_unread(code));
 }
@@ -146,7 +146,7 @@ ProblemList::Told ProblemList::told_of(const Spot& spot, std::string_view code,
     return {sources_.file_of_inclusion(spot.inclusion), spot.offset, hash(code) ^ hash(message) * 31};
 }
 
-/// Whether the same was told of the same place of a file.
+/// Whether the same problem was reported before at the same place of the file.
 bool ProblemList::is_told(const Spot& spot, std::string_view code, std::string_view message) const {
     return sources_.get_inclusion_count() > sources_.get_files().size() &&
            told_.contains(told_of(spot, code, message));
@@ -163,7 +163,7 @@ void ProblemList::forget(std::string_view code) {
     left_.erase(code);
 }
 
-/// Whatever becomes of the problem in the list.
+/// Notes what was not read, even when the list does not take the problem.
 void ProblemList::note_unread(std::string_view code, const std::string& message, bool has_spot) {
     if (!says_what_is_unread(code)) {
         return;
@@ -176,7 +176,7 @@ void ProblemList::note_unread(std::string_view code, const std::string& message,
     }
 }
 
-/// Problems of no place come first, and a directive before what is in its file.
+/// Problems without a place come first, and a problem of a directive before those in the included file.
 bool ProblemList::is_before(const Noticed& a, const Noticed& b) const {
     if (!a.has_spot || !b.has_spot || sources_.is_empty()) {
         return !a.has_spot && b.has_spot;

@@ -15,15 +15,15 @@
 
 namespace bk_parser {
 
-/// The problems of one load, collected as they are noticed, by place. Their lines and columns are worked out when the
-/// load is over: a document without problems costs nothing. A hostile document may have a problem at every other byte,
-/// so that their number is bounded: when `most` errors are kept, further errors are only counted, and so are warnings.
+/// The problems of one load, collected as they are noticed, by place. Computes lines and columns at the end of the load, so that a
+/// document without problems costs nothing. A hostile document may have a problem at every other byte, so the number is bounded:
+/// keeps up to `most` errors and up to `most` warnings, and only counts the others.
 class ProblemList {
 public:
-    /// How many are told, whatever the limits allow.
+    /// The largest number of problems in the result, whatever the limits say.
     static constexpr std::size_t most_told = 10000;
 
-    /// The arguments outlive the list. Warnings of the allowed codes are left out; `most` problems are told.
+    /// The caller keeps the arguments alive as long as the list. Drops warnings of the allowed codes. Returns at most `most` problems.
     ProblemList(const SourceMap& sources, const std::vector<std::string>& allow, std::size_t most)
         : sources_(sources), allow_(allow), most_(most) {}
 
@@ -31,8 +31,8 @@ public:
     void add(Severity severity, std::string_view code, std::string message, const Spot& spot);
     /// The same; the severity is that of the table.
     void add(std::string_view code, std::string message, const Spot& spot);
-    /// The same of problems that a hostile document may have many of: those that are too many are counted, and their messages
-    /// are not composed.
+    /// The same for problems of which a hostile document may have many: does not compose the messages of those that are only
+    /// counted.
     template <std::invocable Compose>
     void add(Severity severity, std::string_view code, const Compose& compose, const Spot& spot) {
         if (keeps_message(severity, code)) {
@@ -49,13 +49,13 @@ public:
     void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
 
     bool is_empty() const noexcept { return noticed_.empty() && left_.empty(); }
-    /// What was not read, in the words of the problems: parts of the document, and includes that were left out alone.
+    /// What was not read, in the words of the problems: parts of the document, and separately the includes that were left out.
     const std::vector<std::string>& unread_parts() const noexcept { return unread_parts_; }
     const std::vector<std::string>& unread_includes() const noexcept { return unread_includes_; }
     /// Takes back the problems of a code.
     void forget(std::string_view code);
-    /// In the order of the reading, each message on one line. What is wrong in a file that is included more than once is
-    /// told at the first place. The last problem says how many were left out as too many. The meter's range is the work here.
+    /// The problems in the order of the text, each message on one line. Reports a mistake in a file that is included more than once at
+    /// the first place. The last problem says how many were left out. The meter's range covers this work.
     std::vector<Problem> take(const Meter::Range& range, Meter& meter);
 
 private:

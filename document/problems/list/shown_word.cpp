@@ -17,7 +17,7 @@ void put_byte(std::string& out, char character) {
     out.append(spelled, sizeof spelled);
 }
 
-/// Puts the characters that begin before `end`, what cannot be shown in hexadecimal; returns where the next one begins.
+/// Appends the characters that begin before `end`, unprintable ones in hexadecimal. Returns where the next one begins.
 std::size_t put_text(std::string& out, std::string_view text, std::size_t end) {
     std::size_t at = 0;
     while (at < end) {

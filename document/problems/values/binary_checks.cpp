@@ -29,7 +29,7 @@ unsigned int digit_at(std::string_view digits, std::size_t i) noexcept {
     return digit_values[static_cast<unsigned char>(digits[i])];
 }
 
-/// The sum of all bytes. A character that is no digit sets a bit of `wrong` above the lowest four.
+/// The sum of all bytes. A character that is no digit sets a bit above the lowest four in `wrong`.
 std::uint32_t sum_of(std::string_view digits, unsigned int& wrong) noexcept {
     std::uint32_t sum = 0;
     for (std::size_t i = 0; i < digits.size(); i += 2) {

@@ -37,7 +37,7 @@ void CheckedSink::check_suffix(const bk::EntryHead& head) {
     }
 }
 
-/// Directives that are not spelled as they have to be are keywords.
+/// A misspelt directive is read as a keyword.
 void CheckedSink::check_keyword(const bk::EntryHead& head, const bk::Token& token) {
     if (are_equal_but_for_case(head.name, include_keyword)) {
         faults_.add(FaultRecord::misspelled_include, token.start, token.length);
@@ -98,7 +98,7 @@ void CheckedSink::check_string(std::string_view word) {
             }
             return;
         }
-        const bool is_last = flaw.code != codes::unknown_escape; // a string that runs on does so once
+        const bool is_last = flaw.code != codes::unknown_escape; // the other flaws occur once a string
         from = flaw.offset + flaw.length;
         tell(word, flaw);
         if (is_last) {
@@ -107,7 +107,7 @@ void CheckedSink::check_string(std::string_view word) {
     }
 }
 
-/// The reason is one, however many strings there are.
+/// Reports one problem, however many strings have escapes.
 void CheckedSink::tell_escapes() {
     if (escape_count_ != 0) {
         const std::string others =
@@ -125,7 +125,7 @@ void CheckedSink::tell(std::string_view word, const ValueFlaw& flaw) {
         return;
     }
     const Spot spot = spot_of(word.substr(flaw.offset, flaw.length));
-    if (lines_.state_at(spot) != LineReader::State::comment) { // else an open quote is what is wrong
+    if (lines_.state_at(spot) != LineReader::State::comment) { // in one, an open quote is what is wrong
         problems_.add(
             flaw.code, [&] { return flaw.text(word, flaw); }, spot);
     }

@@ -22,7 +22,7 @@ std::string_view without_sign(std::string_view word) noexcept {
     return word.substr(word[0] == '-' || word[0] == '+' ? 1 : 0);
 }
 
-/// What stands behind an int that was meant to be a double: "E5", "E-5".
+/// Whether this follows an int that was meant to be a double: "E5", "E-5".
 bool is_exponent(std::string_view text) noexcept {
     if (text.size() < 2 || text[0] != 'E') {
         return false;

@@ -19,8 +19,8 @@ struct CheckProgress {
     Meter::Range of_faults;
 };
 
-/// Parses an expanded text, which a NUL follows, into a group. Faults become problems, and nothing is logged. Gives the words that were not
-/// read, as `unread_words` does.
+/// Parses an expanded text, which a NUL must follow, into a group. Turns faults into problems and logs nothing. Returns the words that
+/// were not read, as `unread_words` does.
 std::vector<std::string> parse_checked(ParserGroup& root, std::string_view expanded, bool has_escapes,
                                        const SourceMap& sources, const ParserLimits& limits,
                                        ProblemList& problems, const CheckProgress& progress);

@@ -6,7 +6,7 @@ namespace bk_parser {
 
 namespace {
 
-/// Whether a backslash before it is there for nothing, and is dropped.
+/// Whether a backslash before this character has no meaning and is dropped.
 bool is_dropped_escape(char escaped) noexcept {
     return bk::is_char(escaped, bk::CHAR_NAME) && escaped != 'n' && escaped != 'r' && escaped != 't';
 }
@@ -45,7 +45,7 @@ ValueFlaw find_string_flaw(std::string_view word, bool has_escapes, std::size_t 
         if (i + 2 < word.size() && is_dropped_escape(word[i + 1])) {
             return {codes::unknown_escape, escape_text, i, 2};
         }
-        if (++p == closing) { // what it escapes is passed with it
+        if (++p == closing) { // also skips the escaped character
             return {codes::unknown_escape, last_backslash_text, i, 1};
         }
     }

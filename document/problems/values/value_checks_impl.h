@@ -11,8 +11,8 @@
 #include <string>
 #include <string_view>
 
-/// Whether values hold what they say. The functions above the line are called for every value and find out at small cost
-/// that nothing is wrong; the others look closely.
+/// Checks values for mistakes. The functions above the line run for every value and cheaply find that nothing is wrong. The others
+/// look closely.
 namespace bk_parser {
 
 /// What is wrong with a value, and which of its characters are.
@@ -31,7 +31,7 @@ inline constexpr std::string_view string_runs_on =
     "otherwise";
 
 #if defined(BK_USE_VECTORS)
-/// The characters that are no digits, the first one's bit the lowest. Sixteen characters can be read there.
+/// A mask of the characters that are no digits; the first one has the lowest bit. Sixteen characters must be readable.
 inline std::uint32_t find_others_than_digits(const char* text) noexcept {
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
     const __m128i offsets = _mm_sub_epi8(bytes, _mm_set1_epi8('0'));
@@ -40,8 +40,8 @@ inline std::uint32_t find_others_than_digits(const char* text) noexcept {
 }
 #endif
 
-/// Whether a number is surely what it says: an optional sign and digits, of an int at most nine, of a double with a point
-/// between or behind them. `end` is the end of the text that the word is a part of.
+/// Whether a number certainly has no mistake: an optional sign and digits, of an int at most nine, of a double with a point
+/// between or after them. `end` is the end of the text that has the word.
 inline bool is_plain_number(std::string_view word, bool is_int, [[maybe_unused]] const char* end) noexcept {
     const char* const text = word.data();
     const std::size_t size = word.size();
@@ -100,13 +100,13 @@ inline bool is_plain_text(std::string_view text, [[maybe_unused]] const char* en
 
 // ---------------------------------------------------------------------------------------------------------------------
 
-/// Of a word that is an int or a double.
+/// Checks a word that is an int or a double.
 ValueFlaw find_number_flaw(std::string_view word, bool is_int);
 
-/// Of a string with its quotes, from the character `from` on: a string may have many.
+/// Checks a string with its quotes, from the character `from` on: a string may have several mistakes.
 ValueFlaw find_string_flaw(std::string_view word, bool has_escapes, std::size_t from);
 
-/// Of a binary literal.
+/// Checks a binary literal.
 ValueFlaw find_binary_flaw(std::string_view word);
 
 } // namespace bk_parser

@@ -2,7 +2,9 @@
 #include "tree/edits.h"
 #include "types/equal.h"
 #include "types/handles.h"
+#include "values/arguments.h"
 #include "values/convert.h"
+#include "values/text.h"
 
 #include "parser/parser_limits.h"
 
@@ -49,12 +51,14 @@ py::tuple state_of(const ParserGroup& group) {
             return py::make_tuple("binary", py::bytes(bytes.get_data(), bytes.get_count()));
         }
     }
-    const std::string text = bk_parser::to_text(group);
-    bk_parser::LoadResult read = bk_parser::parse(text);
-    if (!are_equal(group, read.document.root())) {
-        fail(PyExc_ValueError, "neither the binary form nor the text syntax carries this tree");
+    for (const auto print : {compact_text, indented_text}) {
+        const std::string text = version_line() + print(group);
+        const bk_parser::LoadResult read = bk_parser::parse(text);
+        if (are_equal(group, read.document.root())) {
+            return py::make_tuple("text", py::bytes(text));
+        }
     }
-    return py::make_tuple("text", py::bytes(text));
+    fail(PyExc_ValueError, "neither the binary form nor the text syntax carries this tree");
 }
 
 bk_parser::LoadResult restored(const std::string& form, const std::string& content) {
@@ -77,8 +81,8 @@ bk_parser::LoadResult restored(const std::string& form, const std::string& conte
     return loaded;
 }
 
-py::object from_binary(const py::bytes& bytes) {
-    return document_handle(restored("binary", bytes));
+py::object from_binary(const py::object& data) {
+    return document_handle(restored("binary", bytes_from(data)));
 }
 
 py::object group_from_state(const std::string& form, const py::bytes& content) {
@@ -114,9 +118,12 @@ void define_bytes(py::module_& module) {
         "The entries in the binary form: names and values, without kinds, templates and array counts.";
     define(reinterpret_cast<PyObject*>(types.group), "to_binary", to_binary, to_binary_text);
     define(reinterpret_cast<PyObject*>(types.entry), "to_binary", to_binary, to_binary_text);
-    module.def("_document_from_state", [](const std::string& form, const py::bytes& content) {
-        return document_handle(restored(form, content));
-    });
+    module.def("_document_from_state",
+               [](const std::string& form, const py::bytes& content, const py::list& problems) {
+                   bk_parser::LoadResult loaded = restored(form, content);
+                   loaded.problems = problems_from(problems);
+                   return document_handle(std::move(loaded));
+               });
     module.def("_group_from_state", group_from_state);
     module.def("_entry_from_state", entry_from_state);
     define(reinterpret_cast<PyObject*>(types.group), "_state",

@@ -6,8 +6,11 @@
 
 namespace bk_python {
 
-/// The type Problem.
+/// A Problem of Python. Only loads and saves make them.
+PyTypeObject* make_problem_type();
 void define_problems(py::module_& module);
+py::object problem_object(bk_parser::Problem problem);
+std::vector<bk_parser::Problem> problems_from(const py::list& list);
 /// load, parse and the fields of a Document that say where it came from.
 void define_load(py::module_& module);
 /// The document, or LoadError when nothing could be read.

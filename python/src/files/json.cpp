@@ -2,7 +2,9 @@
 
 #include "files/files.h"
 #include "types/handles.h"
+#include "values/arguments.h"
 #include "values/convert.h"
+#include "values/from_json.h"
 
 namespace bk_python {
 
@@ -28,9 +30,15 @@ py::str to_json(const Container& self, const std::string& shape, unsigned int in
     return text_of(bk_parser::to_json(group == nullptr ? empty : *group, options));
 }
 
+/// By way of the plain shape, so that one place says what its names and lists are.
+py::object to_dict(const Container& self) {
+    const ParserGroup* const group = self.group();
+    return group == nullptr ? py::dict()
+                            : objects_from_json(bk_parser::to_json(*group, {bk_parser::JsonShape::plain, 0}));
+}
+
 py::object from_json(const py::object& text) {
-    const std::string content =
-        PyUnicode_Check(text.ptr()) ? text_from(text) : text.cast<py::bytes>().cast<std::string>();
+    const std::string content = content_from(text);
     bk_parser::LoadResult loaded;
     {
         const py::gil_scoped_release unlocked;
@@ -49,6 +57,10 @@ void define_json(py::module_& module) {
     for (PyTypeObject* const type : {types.group, types.entry}) {
         define(reinterpret_cast<PyObject*>(type), "to_json", to_json, py::arg("shape") = "lossless",
                py::arg("indent") = 2, docstring);
+        define(
+            reinterpret_cast<PyObject*>(type), "to_dict", to_dict,
+            "The entries as dicts and lists: names are keys, and what repeats is a list (docs/json.md, the "
+            "plain shape).");
     }
     module.def("from_json", from_json, py::arg("text"),
                "A document from JSON, as to_json writes it. Raises LoadError when nothing could be read.");

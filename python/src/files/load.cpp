@@ -1,5 +1,6 @@
 #include "files/files.h"
 #include "types/handles.h"
+#include "values/arguments.h"
 #include "values/convert.h"
 
 #include <pybind11/stl.h>
@@ -15,7 +16,7 @@ using bk_parser::LoadResult;
 py::list problem_list(const std::vector<bk_parser::Problem>& problems) {
     py::list list;
     for (const bk_parser::Problem& problem : problems) {
-        list.append(py::cast(problem));
+        list.append(problem_object(problem));
     }
     return list;
 }
@@ -39,49 +40,38 @@ std::function<bool(double)> progress_of(const py::object& callable) {
     };
 }
 
-LoadOptions options_of(const std::vector<std::filesystem::path>& search, const py::object& progress,
-                       const std::string& key, bool beside, bool follow_includes, bool trusted,
-                       bool keep_places, const std::vector<std::string>& allow) {
+LoadOptions options_of(const py::object& search, const py::object& progress, const std::string& key,
+                       bool beside, bool follow_includes, bool trusted, bool keep_places,
+                       const py::object& allow) {
     LoadOptions options;
-    options.search = search;
+    options.search = paths_from(search, "search");
     options.progress = progress_of(progress);
     options.key = key;
     options.beside = beside;
     options.follow_includes = follow_includes;
     options.limits = trusted ? ParserLimits() : ParserLimits::untrusted();
     options.keep_sources = keep_places;
-    options.allow = allow;
+    options.allow = texts_from(allow, "allow");
     return options;
 }
 
-py::object load(const std::filesystem::path& path, const std::vector<std::filesystem::path>& search,
-                const py::object& progress, const std::string& key, bool beside, bool follow_includes,
-                bool trusted, bool keep_places, const std::vector<std::string>& allow) {
+py::object load(const py::object& path, const py::object& search, const py::object& progress,
+                const std::string& key, bool beside, bool follow_includes, bool trusted, bool keep_places,
+                const py::object& allow) {
+    const std::filesystem::path file = path_from(path);
     const LoadOptions options =
         options_of(search, progress, key, beside, follow_includes, trusted, keep_places, allow);
     LoadResult loaded;
     {
         const py::gil_scoped_release unlocked;
-        loaded = bk_parser::load(path, options);
+        loaded = bk_parser::load(file, options);
     }
     return loaded_document(std::move(loaded));
 }
 
-/// A str, or bytes.
-std::string content_of(const py::object& text) {
-    if (PyUnicode_Check(text.ptr())) {
-        return text_from(text);
-    }
-    if (!PyBytes_Check(text.ptr())) {
-        fail(PyExc_TypeError, "a text is a str or bytes");
-    }
-    return text.cast<std::string>();
-}
-
-py::object parse(const py::object& text, const std::vector<std::filesystem::path>& search,
-                 const py::object& progress, bool trusted, bool keep_places,
-                 const std::vector<std::string>& allow) {
-    const std::string content = content_of(text);
+py::object parse(const py::object& text, const py::object& search, const py::object& progress, bool trusted,
+                 bool keep_places, const py::object& allow) {
+    const std::string content = content_from(text);
     const LoadOptions options = options_of(search, progress, {}, true, true, trusted, keep_places, allow);
     LoadResult loaded;
     {
@@ -142,7 +132,9 @@ void define_fields() {
         [](const DocumentSelf& self) {
             std::vector<std::filesystem::path> files;
             for (const bk_parser::DocumentFile& file : document_of(self).files()) {
-                files.push_back(file.path);
+                if (!file.path.empty()) { // as what was read from memory
+                    files.push_back(file.path);
+                }
             }
             return files;
         },
@@ -160,19 +152,17 @@ py::object loaded_document(LoadResult loaded) {
         const auto error =
             std::find_if(loaded.problems.begin(), loaded.problems.end(),
                          [](const auto& problem) { return problem.severity == bk_parser::Severity::error; });
-        fail_load(types.load_error, py::str(py::cast(*error)), loaded);
+        fail_load(types.load_error, py::str(problem_object(*error)), loaded);
     }
     return document_handle(std::move(loaded));
 }
 
 void define_load(py::module_& module) {
-    using Folders = std::vector<std::filesystem::path>;
-    using Codes = std::vector<std::string>;
     module.def(
-        "load", load, py::arg("path"), py::kw_only(), py::arg("search") = Folders(),
+        "load", load, py::arg("path"), py::kw_only(), py::arg("search") = py::tuple(),
         py::arg("progress") = py::none(), py::arg("key") = "", py::arg("beside") = true,
         py::arg("follow_includes") = true, py::arg("trusted") = false, py::arg("keep_places") = true,
-        py::arg("allow") = Codes(),
+        py::arg("allow") = py::tuple(),
         "Loads a document in any stored form. Raises LoadError only when nothing could be read; else the\n"
         "document's problems say what was wrong.\n\n"
         "search: folders in which included files are looked for.\n"
@@ -183,9 +173,9 @@ void define_load(py::module_& module) {
         "keep_places: keep the sources in memory, so that entries know their file and line.\n"
         "allow: codes of warnings that are not told.\n\n"
         "Other threads run meanwhile.");
-    module.def("parse", parse, py::arg("text"), py::kw_only(), py::arg("search") = Folders(),
+    module.def("parse", parse, py::arg("text"), py::kw_only(), py::arg("search") = py::tuple(),
                py::arg("progress") = py::none(), py::arg("trusted") = false, py::arg("keep_places") = true,
-               py::arg("allow") = Codes(), "Loads a document from a text in memory.");
+               py::arg("allow") = py::tuple(), "Loads a document from a text in memory.");
     define_fields();
 }
 

@@ -1,5 +1,6 @@
 #include "files/files.h"
 #include "types/handles.h"
+#include "values/arguments.h"
 #include "values/convert.h"
 
 #include "document/text_diff.h"
@@ -12,7 +13,6 @@ namespace bk_python {
 namespace {
 
 using bk_parser::SaveOptions;
-using OptionalPath = std::optional<std::filesystem::path>;
 
 std::optional<bk_parser::Form> form_of(const std::optional<std::string>& name) {
     if (!name) {
@@ -37,7 +37,7 @@ std::optional<bk_parser::Form> form_of(const std::optional<std::string>& name) {
     const py::object error = py::reinterpret_borrow<py::object>(types.save_error)(text_of(reason));
     py::list list;
     for (const bk_parser::Problem& loss : losses) {
-        list.append(py::cast(loss));
+        list.append(problem_object(loss));
     }
     error.attr("losses") = list;
     PyErr_SetObject(types.save_error, error.ptr());
@@ -54,13 +54,13 @@ auto without_lock(const DocumentSelf& self, const Action& act) {
     return act(*tree.document());
 }
 
-std::vector<std::filesystem::path> save(const DocumentSelf& self, const OptionalPath& path,
+std::vector<std::filesystem::path> save(const DocumentSelf& self, const py::object& path,
                                         const std::optional<std::string>& form, const std::string& key,
                                         bool keep_layout, bool lossy, bool into_includes) {
+    const std::filesystem::path file = optional_path_from(path);
     const SaveOptions options{form_of(form), key, keep_layout, lossy, into_includes};
-    bk_parser::SaveResult result = without_lock(self, [&](bk_parser::Document& document) {
-        return bk_parser::save(document, path.value_or(std::filesystem::path()), options);
-    });
+    bk_parser::SaveResult result = without_lock(
+        self, [&](bk_parser::Document& document) { return bk_parser::save(document, file, options); });
     if (!result.ok()) {
         fail_save(result.reason, result.losses);
     }
@@ -68,15 +68,15 @@ std::vector<std::filesystem::path> save(const DocumentSelf& self, const Optional
 }
 
 /// The change of each file, as `diff -u` writes it.
-py::str diff(const DocumentSelf& self, const OptionalPath& path, bool keep_layout, bool lossy,
+py::str diff(const DocumentSelf& self, const py::object& path, bool keep_layout, bool lossy,
              bool into_includes) {
+    const std::filesystem::path file = optional_path_from(path);
     const SaveOptions options{{}, {}, keep_layout, lossy, into_includes};
     std::string text;
     const bk_parser::SavePreview preview = without_lock(self, [&](bk_parser::Document& document) {
-        bk_parser::SavePreview shown =
-            bk_parser::preview_save(document, path.value_or(std::filesystem::path()), options);
+        bk_parser::SavePreview shown = bk_parser::preview_save(document, file, options);
         for (const bk_parser::FileChange& change : shown.changes) {
-            const std::string name = change.path.string();
+            const std::string name = path_text(change.path);
             text += bk_parser::unified_diff(change.before, change.after, name, name);
         }
         return shown;

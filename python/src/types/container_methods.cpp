@@ -4,6 +4,7 @@
 #include "types/entries.h"
 #include "types/search.h"
 #include "values/convert.h"
+#include "values/text.h"
 
 namespace bk_python {
 
@@ -92,9 +93,13 @@ std::size_t remove_all_of(const Container& self, const py::str& key) {
     return group == nullptr ? 0 : remove_all(self.tree(), *group, path);
 }
 
-py::str to_text(const Container& self) {
+py::str to_text(const Container& self, bool compact) {
     const ParserGroup* const group = self.group();
-    return text_of(group == nullptr ? std::string() : bk_parser::to_text(*group));
+    if (group == nullptr) {
+        return {};
+    }
+    const std::string head = Py_IS_TYPE(self.self, types.document) ? version_line() : std::string();
+    return text_of(head + (compact ? compact_text(*group) : indented_text(*group)));
 }
 
 } // namespace
@@ -138,7 +143,12 @@ void define_container_methods(PyObject* type) {
            "last name.");
     define(type, "remove_all", remove_all_of, py::arg("path"),
            "Removes every entry that a path finds, and gives how many there were.");
-    define(type, "to_text", to_text, "The entries as the text syntax writes them, one a line.");
+    define(
+        type, "to_text", to_text, py::kw_only(), py::arg("compact") = false,
+        "The entries as the text syntax writes them, one a line, with four blanks a level; those of a "
+        "document behind the\n"
+        "line with their version. OverflowError where that is more than 4 GiB, as beyond 32,000 levels.\n\n"
+        "compact: all entries on one line.");
 }
 
 } // namespace bk_python

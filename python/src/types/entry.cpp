@@ -83,6 +83,11 @@ py::object values_of(EntryObject& handle) {
 }
 
 void set_values(PyObject* self, py::handle content) {
+    // As `entry.values += [1]` does, which changed them before.
+    if (Py_IS_TYPE(content.ptr(), types.values) &&
+        reinterpret_cast<ValuesObject*>(content.ptr())->entry == self) {
+        return;
+    }
     const Given given(content);
     EntryObject& handle = use_entry(self);
     store(*handle.head.tree, *handle.entry, 0, given.values(), bk_parser::access::ListEnd::cut);

@@ -23,7 +23,7 @@ PyObject* represent_document(PyObject* self) noexcept {
     return guarded<PyObject*>(nullptr, [&] {
         const GroupObject& handle = use_group(self);
         const std::filesystem::path& path = handle.head.tree->document()->path();
-        const std::string file = path.empty() ? "" : " '" + path.string() + "'";
+        const std::string file = path.empty() ? "" : " '" + path_text(path) + "'";
         const unsigned int count = handle.group->get_entries().get_count();
         return text_of("<bk_parser.Document" + file + ", " + count_text(count) + ">").release().ptr();
     });

@@ -35,6 +35,7 @@ struct Types {
     PyTypeObject* entries = nullptr;
     PyTypeObject* walk = nullptr;
     PyTypeObject* search = nullptr;
+    PyTypeObject* problem = nullptr;
     std::size_t export_count = 0; // of all entries
     PyObject* path_error = nullptr;
     PyObject* load_error = nullptr;
@@ -120,6 +121,7 @@ using EntrySelf = Self<&Types::entry>;
 using GroupSelf = Self<&Types::group>;
 using DocumentSelf = Self<&Types::document>;
 using ValuesSelf = Self<&Types::values>;
+using ProblemSelf = Self<&Types::problem>;
 
 } // namespace bk_python
 

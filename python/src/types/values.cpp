@@ -213,7 +213,11 @@ void define_values_methods() {
     define(
         type, "insert",
         [](const ValuesSelf& self, Py_ssize_t index, const py::object& value) {
-            insert_at(self.ptr(), index, Given(value));
+            const Given given(value);
+            if (given.is_list()) {
+                fail(PyExc_TypeError, "insert takes one value");
+            }
+            insert_at(self.ptr(), index, given);
         },
         py::arg("index"), py::arg("value"), "Adds a value before the one at an index.");
     define(
@@ -229,10 +233,11 @@ void define_values_methods() {
         "A list of the values as they are now.");
     define(
         type, "index",
-        [](const ValuesSelf& self, const py::object& value) {
-            return as_list(self.ptr()).attr("index")(value);
+        [](const ValuesSelf& self, const py::object& value, Py_ssize_t start, Py_ssize_t stop) {
+            return as_list(self.ptr()).attr("index")(value, start, stop);
         },
-        py::arg("value"), "Where a value stands first; ValueError when it does not.");
+        py::arg("value"), py::arg("start") = 0, py::arg("stop") = PY_SSIZE_T_MAX,
+        "Where a value stands first; ValueError when it does not.");
     define(
         type, "count",
         [](const ValuesSelf& self, const py::object& value) {

@@ -3,6 +3,7 @@
 #include "types/handles.h"
 
 #include <deque>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,8 @@ py::object value_of(Tree& tree, const ParserEntry& entry, unsigned int value);
 py::tuple value_tuple(PyObject* self);
 
 py::str text_of(std::string_view text);
+/// The name of a file in UTF-8.
+std::string path_text(const std::filesystem::path& path);
 /// The characters of a str.
 std::string text_from(py::handle text);
 
@@ -37,6 +40,7 @@ private:
     void add_integer(py::handle number);
     bool add_bytes(py::handle object);
     bool add_buffer(py::handle object, bool takes_list);
+    bool add_plain(py::handle object, bool takes_list);
     void add_all(py::handle iterable);
 
     std::vector<bk_parser::GivenValue> values_;

@@ -68,7 +68,7 @@ Given::Given(py::handle object) {
     } else if (PyList_Check(given) || PyTuple_Check(given)) {
         is_list_ = true;
         add_all(object);
-    } else if (add_bytes(object) || add_buffer(object, true)) {
+    } else if (add_bytes(object) || add_buffer(object, true) || add_plain(object, true)) {
         return;
     } else if (PyIndex_Check(given) || given == Py_None || PyDict_Check(given) || is_entry(given) ||
                is_group(given)) {
@@ -102,7 +102,7 @@ void Given::add_single(py::handle object) {
         values_.emplace_back(PyFloat_AS_DOUBLE(given));
     } else if (PyUnicode_Check(given)) {
         values_.emplace_back(std::string_view(texts_.emplace_back(text_from(object))));
-    } else if (add_bytes(object) || add_buffer(object, false)) {
+    } else if (add_bytes(object) || add_buffer(object, false) || add_plain(object, false)) {
         return;
     } else if (PyIndex_Check(given)) {
         add_integer(stolen(PyNumber_Index(given)));
@@ -157,6 +157,27 @@ bool Given::add_buffer(py::handle object, bool takes_list) {
     }
     is_list_ = is_list_ || buffer.view.ndim != 0;
     return read_numbers(buffer.view, values_);
+}
+
+/// Arrays of what is not read from a buffer, such as texts and numbers of 16 bits, as they say it themselves in Python.
+bool Given::add_plain(py::handle object, bool takes_list) {
+    if (PyObject_CheckBuffer(object.ptr()) == 0 || !py::hasattr(object, "tolist")) {
+        return false;
+    }
+    const bool is_table = py::hasattr(object, "ravel") && object.attr("ndim").cast<int>() > 1;
+    const py::object row = is_table ? object.attr("ravel")() : py::reinterpret_borrow<py::object>(object);
+    const py::object plain = row.attr("tolist")();
+    const bool is_list = PyList_Check(plain.ptr());
+    if (Py_TYPE(plain.ptr()) == Py_TYPE(object.ptr()) || (is_list && !takes_list)) {
+        fail_type(object);
+    }
+    is_list_ = is_list_ || is_list;
+    if (is_list) {
+        add_all(plain);
+    } else {
+        add_single(plain);
+    }
+    return true;
 }
 
 void refuse_numbers(std::span<const bk_parser::GivenValue> given) {

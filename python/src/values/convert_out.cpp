@@ -8,6 +8,11 @@ py::str text_of(std::string_view text) {
             .release());
 }
 
+std::string path_text(const std::filesystem::path& path) {
+    const std::u8string text = path.u8string();
+    return std::string(text.begin(), text.end());
+}
+
 namespace {
 
 PyObject* new_value(Tree& tree, const ParserEntry& entry, unsigned int value) {
