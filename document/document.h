@@ -1,6 +1,7 @@
 #pragma once
 
-/// Everything that most hosts need for documents: load them, list their problems, read, change and save them.
+/// Everything that most hosts need for documents: load them, list their problems, read, change and save them. Comparing, merging and
+/// laying out texts have headers of their own: document/compare.h, text_diff.h, merge.h and format.h.
 
 #include "document/access.h"
 #include "document/include.h"
@@ -13,3 +14,4 @@
 #include "document/recover.h"
 #include "document/save.h"
 #include "document/strings.h"
+#include "document/utf8.h"

@@ -211,6 +211,13 @@ TEST_F(document_problems_files, the_version_of_an_included_file_does_not_count) 
     EXPECT_EQ(told_of(load_main("#include \"x.bkd\"\n")), std::vector<ToldProblem>{});
 }
 
+TEST_F(document_problems_files, an_included_file_needs_no_version_line_for_its_escapes) {
+    folder.write("x.bkd", R"(x "say \"hi\"")"
+                          "\n");
+    EXPECT_EQ(told_of(load_main(version_line + "#include \"x.bkd\"\n")), std::vector<ToldProblem>{});
+    EXPECT_EQ(bk_parser::load(folder.path("x.bkd")).problems.at(0).code, "escape-without-version");
+}
+
 TEST_F(document_problems_files, a_directive_in_a_string_is_obeyed) {
     folder.write("x.bkd", "x");
     const std::vector<ToldProblem> told = {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <set>
 
 // What is left of files that are cut off or damaged anywhere.
@@ -37,6 +38,49 @@ std::vector<std::string> entries_of(const bk_parser::Document& document) {
         entries.emplace_back(text.get_view());
     }
     return entries;
+}
+
+struct Shape {
+    std::size_t entries = 0;
+    std::size_t groups = 0;
+    std::size_t values = 0;
+};
+
+/// What a tree is made of.
+Shape shape_of(const ParserGroup& root) {
+    Shape shape;
+    for (const bk_parser::Visit& visit : bk_parser::walk(root)) {
+        const ParserEntry& entry = visit.entry();
+        ++shape.entries;
+        shape.values += entry.get_value_count();
+        for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
+            shape.groups += entry.get_value_type(i) == ParserValue::TYPE_GROUP ? 1u : 0u;
+        }
+    }
+    return shape;
+}
+
+/// The golden files, and the examples in each stored form.
+std::vector<std::string> stored_examples() {
+    constexpr std::size_t most_bytes = 1500; // each cut is read twice
+    std::vector<std::string> examples;
+    for (const char* name : {binary_file, archive_file, long_archive_file, enciphered_file}) {
+        examples.push_back(golden::bytes(name));
+    }
+    const std::filesystem::path folder = std::filesystem::path(BK_PARSER_SOURCE_DIR) / "examples";
+    for (const auto& file : std::filesystem::recursive_directory_iterator(folder)) {
+        if (file.path().extension() != ".bkd") {
+            continue;
+        }
+        const bk_parser::LoadResult loaded = bk_parser::load(file.path());
+        StoredForms forms(bk_parser::to_text(loaded.document.root()));
+        for (const std::string& bytes : {forms.binary(), forms.archive(), forms.enciphered("lantern")}) {
+            if (bytes.size() <= most_bytes) {
+                examples.push_back(bytes);
+            }
+        }
+    }
+    return examples;
 }
 
 /// A part of the file as the tests expect it: "23+4 values of 'a'".
@@ -111,6 +155,32 @@ TEST(document_recover, a_binary_document_that_is_cut_anywhere_has_every_value_be
         EXPECT_FALSE(result.is_whole());
         EXPECT_EQ(result.loaded.problems.size(), 1u) << size;
     }
+}
+
+TEST(document_recover, a_document_that_is_cut_anywhere_has_every_entry_that_a_load_has) {
+    for (const std::string& whole : stored_examples()) {
+        for (std::size_t size = 4; size < whole.size(); ++size) {
+            const std::string cut = whole.substr(0, size);
+            const bk_parser::LoadResult loaded = bk_parser::parse(cut, with_key());
+            const RecoverResult result = recover_bytes(cut, with_key());
+            const Shape recovered = shape_of(result.loaded.document.root());
+            const Shape read = shape_of(loaded.document.root());
+            EXPECT_GE(recovered.entries, read.entries) << size << " of " << whole.size();
+            EXPECT_GE(recovered.groups, read.groups) << size << " of " << whole.size();
+            EXPECT_GE(recovered.values, read.values) << size << " of " << whole.size();
+            EXPECT_FALSE(result.lost.empty() && loaded.ok()) << size << " of " << whole.size();
+        }
+    }
+}
+
+TEST(document_recover, a_group_that_is_cut_off_behind_its_type_stays_as_an_empty_one) {
+    const std::string bytes = StoredForms("a 1 b { c 2 }").binary();
+    const std::size_t size_of_b = bytes.find(std::string("c\0", 2)) - 8;
+    const RecoverResult result = recover_bytes(bytes.substr(0, size_of_b + 3));
+    EXPECT_EQ(tree_of(result.loaded), " a 1 b { }");
+    EXPECT_EQ(lost_of(result), (Lines{std::to_string(size_of_b - 1) + "+4 what is in the group 'b'",
+                                      std::to_string(size_of_b + 3) + "+" +
+                                          std::to_string(bytes.size() - size_of_b - 3) + " cut off"}));
 }
 
 TEST(document_recover, the_values_of_an_entry_that_is_cut_stay) {

@@ -236,13 +236,15 @@ CoreVector<CoreString> Loader::search_folders() const {
 
 /// A document that does not exist has lost nothing.
 void Loader::note_unread() {
-    const bool is_new = !name_.empty() && SysDevice::get().inspect(name_).kind == SysPathKind::missing;
-    if (!is_new) {
-        state_->lost = problems_.unread_parts();
-        state_->left_out = problems_.unread_includes();
-        if (!options_.follow_includes && !state_->includes.empty()) {
-            state_->left_out.emplace_back("its includes were not followed");
-        }
+    state_->lost = problems_.unread_parts();
+    state_->left_out = problems_.unread_includes();
+    if (!options_.follow_includes && !state_->includes.empty()) {
+        state_->left_out.emplace_back("its includes were not followed");
+    }
+    const bool is_whole = state_->lost.empty() && state_->left_out.empty();
+    if (!is_whole && !name_.empty() && SysDevice::get().inspect(name_).kind == SysPathKind::missing) {
+        state_->lost.clear();
+        state_->left_out.clear();
     }
     state_->inclusion_count = sources_.get_inclusion_count();
 }

@@ -129,6 +129,7 @@ void SourceLoader::tell(std::string_view code, std::string message) {
 }
 
 void SourceLoader::include_found(const bk::SourcePiece& piece) {
+    sources_.note_directive(piece.directive_offset);
     includes_.found(piece);
     directive_ = sources_.here(piece.directive_offset, piece.directive_length);
     Open& open = open_.back();
@@ -138,6 +139,7 @@ void SourceLoader::include_found(const bk::SourcePiece& piece) {
 }
 
 void SourceLoader::version_found(const bk::SourcePiece& piece, double version) {
+    sources_.note_directive(piece.directive_offset);
     if (state_.form == Form::enciphered && open_.size() == 1 && piece.directive_offset == 0) {
         state_.has_version_header = true;
     }

@@ -175,7 +175,7 @@ BinarySalvage::Taken BinarySalvage::take_value(std::size_t end) {
 
 BinarySalvage::Taken BinarySalvage::take_group(std::size_t end) {
     if (end - position_ < 1 + size_width) {
-        return Taken::nothing;
+        return take_cut_group(end);
     }
     const std::size_t size_at = position_ + 1;
     if (levels_.size() > nesting_depth_) {
@@ -192,6 +192,17 @@ BinarySalvage::Taken BinarySalvage::take_group(std::size_t end) {
     position_ = size_at + size_width;
     levels_.push_back(inner);
     return Taken::group;
+}
+
+/// A group of which the type alone is whole, and nothing follows: it is empty, as a load has it.
+BinarySalvage::Taken BinarySalvage::take_cut_group(std::size_t end) {
+    if (end != data_.size() || announced_end_ <= data_.size() || levels_.size() > nesting_depth_) {
+        return Taken::nothing;
+    }
+    levels_.back().entry->add_group(new ParserGroup(CoreString()));
+    lost_.add(position_, end - position_, "what is in the group '" + path() + "'");
+    position_ = end;
+    return Taken::value;
 }
 
 /// Whether a value of this type, other than a group, stands before `end` whole.

@@ -70,6 +70,7 @@ private:
     void drop_entry();
     Taken take_value(std::size_t end);
     Taken take_group(std::size_t end);
+    Taken take_cut_group(std::size_t end);
     bool value_fits(char tag, std::size_t end) const noexcept;
     void add_value(char tag, std::size_t end);
     std::string path() const;

@@ -26,8 +26,8 @@ bool is_size_known(const std::string& path) {
 
 /// Whether it is a device of characters or blocks, which may have no end. The shell hands over pipes, which have one. The
 /// device in use tells both as `other`; what it makes up itself is not there for the system.
-bool is_endless(const std::string& path) {
-    if (SysDevice::get().inspect(path).kind != SysPathKind::other) {
+bool is_endless(const std::string& path, SysPathKind kind) {
+    if (kind != SysPathKind::other) {
         return false;
     }
     std::error_code error;
@@ -68,14 +68,9 @@ bool read_pieces(bk::FileInput& input, core_uint64 most, FileBytes& file, Meter&
     return input.close();
 }
 
-} // namespace
-
-std::string why_no_file(const std::string& path) {
-    if (path.empty() || path.find('\0') != std::string::npos) {
-        return "no such file";
-    }
-    bk::forget_system_reason();
-    switch (SysDevice::get().inspect(path).kind) {
+/// Why no file of that kind can be read. Empty when one can. The last call of the system is the one that told the kind.
+std::string why_no_file(SysPathKind kind) {
+    switch (kind) {
     case SysPathKind::missing:
         return reason_or("no such file");
     case SysPathKind::directory:
@@ -85,13 +80,21 @@ std::string why_no_file(const std::string& path) {
     }
 }
 
+} // namespace
+
 FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Range& range, Meter& meter) {
     FileBytes file;
-    file.reason = why_no_file(path);
+    if (path.empty() || path.find('\0') != std::string::npos) {
+        file.reason = "no such file";
+        return file;
+    }
+    bk::forget_system_reason();
+    const SysPathKind kind = SysDevice::get().inspect(path).kind;
+    file.reason = why_no_file(kind);
     if (!file.reason.empty()) {
         return file;
     }
-    if (is_endless(path)) {
+    if (is_endless(path, kind)) {
         file.reason = "is a device";
         return file;
     }

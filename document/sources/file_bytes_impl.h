@@ -20,7 +20,4 @@ struct FileBytes {
 /// Reads a file, of at most `most` bytes, through the device in use. The meter's range is the reading.
 FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Range& range, Meter& meter);
 
-/// Why no file can be read there: "permission denied". Empty when there is one.
-std::string why_no_file(const std::string& path);
-
 } // namespace bk_parser

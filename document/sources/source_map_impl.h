@@ -50,12 +50,23 @@ public:
         std::uint32_t inclusion;
     };
 
+    /// Where a file says that something is not a part of the expanded text, or of another file.
+    struct Directive {
+        std::uint32_t offset;
+        std::uint32_t inclusion;
+    };
+
     /// A file begins, at the place of a directive in the file that was current until now.
     void enter(const SourceName& name, std::string_view path, const Spot& directive);
     /// The current file ends. Its text is kept, of a file that is included more than once the first.
     void leave(CoreString&& text);
     /// A piece of the current file becomes part of the expanded text, after all that came before.
     void copy(std::size_t offset, std::size_t length, std::size_t expanded);
+
+    /// A directive of the current file, behind all that came before.
+    void note_directive(std::size_t offset) {
+        directives_.push_back({static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(current())});
+    }
 
     /// The inclusion that is being read.
     std::size_t current() const noexcept { return open_.empty() ? 0 : open_.back(); }
@@ -77,6 +88,8 @@ public:
     const std::vector<std::unique_ptr<SourceFile>>& get_files() const noexcept { return files_; }
     /// By ascending place in the expanded text. No two are of one stretch.
     const std::vector<Piece>& get_pieces() const noexcept { return pieces_; }
+    /// In the order of the reading, those of each inclusion by their place.
+    const std::vector<Directive>& get_directives() const noexcept { return directives_; }
     /// The place of a file in get_files.
     std::size_t file_of_inclusion(std::size_t i) const noexcept { return inclusions_[i].file; }
     std::size_t get_inclusion_count() const noexcept { return inclusions_.size(); }
@@ -90,6 +103,7 @@ private:
     std::vector<Inclusion> inclusions_;
     std::vector<std::size_t> open_; // inclusions that were entered and not left, outermost first
     std::vector<Piece> pieces_;     // by ascending expanded offset
+    std::vector<Directive> directives_;
 };
 
 } // namespace bk_parser

@@ -49,6 +49,19 @@ struct KnownEntry {
         std::uint64_t starts;       ///< the first character of each
         std::uint64_t ends;         ///< the one behind each
         std::uint64_t double_marks; ///< CHAR_DOUBLE_MARK
+
+        /// take(number, whether it is a double)
+        template <class Take>
+        void for_each(Take& take) const {
+            std::uint64_t number_ends = ends;
+            for (std::uint64_t left = starts; left != 0; left &= left - 1, number_ends &= number_ends - 1) {
+                const std::uint64_t first = left & -left;
+                const std::uint64_t end = number_ends & -number_ends;
+                const int at = std::countr_zero(first);
+                take(std::string_view(begin + at, static_cast<std::size_t>(std::countr_zero(end) - at)),
+                     (double_marks & (end - first)) != 0);
+            }
+        }
     };
 
     /// A name and what it carries.
@@ -88,14 +101,7 @@ struct KnownEntry {
     template <class Take>
     void for_each_number(Take take) const {
         for (const Numbers& row : rows) {
-            std::uint64_t ends = row.ends;
-            for (std::uint64_t starts = row.starts; starts != 0; starts &= starts - 1, ends &= ends - 1) {
-                const std::uint64_t first = starts & -starts;
-                const std::uint64_t end = ends & -ends;
-                const int at = std::countr_zero(first);
-                take(std::string_view(row.begin + at, static_cast<std::size_t>(std::countr_zero(end) - at)),
-                     (row.double_marks & (end - first)) != 0);
-            }
+            row.for_each(take);
         }
     }
 };

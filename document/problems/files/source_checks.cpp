@@ -10,6 +10,7 @@
 #include "parser/words/parser_word_rules_impl.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -25,16 +26,24 @@ public:
     FileChecks(std::size_t inclusion, std::size_t expanded, std::string_view text, bool has_escapes,
                const Losses& losses, ProblemList& problems)
         : inclusion_(inclusion), text_(text), has_escapes_(has_escapes), losses_(losses), problems_(problems),
-          quotes_(text), stray_(find_stray_bytes(text)), expanded_(expanded) {}
+          quotes_(text), stray_(find_stray_bytes(text)), has_stray_bytes_(!stray_.are_none()),
+          expanded_(expanded) {}
 
     std::size_t get_inclusion() const noexcept { return inclusion_; }
 
+    /// The places of the file's directives, in their order.
+    void add_directive(std::uint32_t offset) { directives_.push_back(offset); }
+
     void take_piece(const SourceMap::Piece& piece) {
-        take_gap(piece.offset, piece.expanded);
-        tell_stray_bytes(piece.offset, piece.expanded, 0);
+        if (has_directive_before(piece.offset)) { // else comments alone were taken out
+            take_gap(piece.offset, piece.expanded);
+        }
         read_ = std::size_t{piece.offset} + piece.length;
         expanded_ = std::size_t{piece.expanded} + piece.length;
-        tell_stray_bytes(read_, expanded_, piece.length);
+        if (has_stray_bytes_) {
+            tell_stray_bytes(piece.offset, piece.expanded, 0);
+            tell_stray_bytes(read_, expanded_, piece.length);
+        }
     }
     void finish() {
         take_gap(text_.size(), expanded_);
@@ -44,6 +53,14 @@ public:
 private:
     Spot spot(std::size_t offset, std::size_t length, std::size_t expanded) const noexcept {
         return {inclusion_, offset, length, expanded};
+    }
+
+    bool has_directive_before(std::uint32_t offset) noexcept {
+        const std::size_t first = next_directive_;
+        while (next_directive_ < directives_.size() && directives_[next_directive_] < offset) {
+            ++next_directive_;
+        }
+        return next_directive_ != first;
     }
 
     /// Comments and directives, one after the other.
@@ -160,6 +177,9 @@ private:
     ProblemList& problems_;
     LineReader quotes_;
     StrayBytes stray_;
+    bool has_stray_bytes_;
+    std::vector<std::uint32_t> directives_;
+    std::size_t next_directive_ = 0;
     std::size_t next_mark_ = 0;
     std::size_t read_ = 0;
     std::size_t expanded_;
@@ -177,6 +197,12 @@ void check_sources(const SourceMap& sources, bool has_escapes, const Losses& los
             files.emplace_back(i, sources.inclusion(i).directive.expanded,
                                sources.get_files()[files.size()]->text.get_text(), has_escapes, losses,
                                problems);
+        }
+    }
+    for (const SourceMap::Directive& directive : sources.get_directives()) {
+        FileChecks& file = files[sources.file_of_inclusion(directive.inclusion)];
+        if (file.get_inclusion() == directive.inclusion) {
+            file.add_directive(directive.offset);
         }
     }
     for (const SourceMap::Piece& piece : sources.get_pieces()) {

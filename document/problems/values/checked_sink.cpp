@@ -3,6 +3,7 @@
 #include "document/problems/list/problem_codes_impl.h"
 #include "document/problems/list/shown_word_impl.h"
 #include "parser/files/parser_document_impl.h"
+#include "parser/words/parser_characters_impl.h"
 
 #include <algorithm>
 #include <utility>
@@ -64,6 +65,9 @@ void CheckedSink::check_call() const {
     bool is_opened = false;
     bool in_string = false;
     for (; p != end_; ++p) {
+        if (!in_string && !bk::is_char(*p, bk::CHAR_ENDS_RUN)) {
+            continue; // as most are
+        }
         if (in_string || *p == '"') {
             const bool is_end = *p == '\n' || *p == '\r' || (*p == '"' && p[-1] != '\\');
             in_string = in_string ? !is_end : p[-1] != '\\';

@@ -4,9 +4,11 @@
 #include "document/problems/files/joins_impl.h"
 #include "document/problems/files/line_reader_impl.h"
 #include "document/problems/list/problem_list_impl.h"
+#include "document/problems/values/number_rows_impl.h"
 #include "document/problems/values/value_checks_impl.h"
 #include "parser/text/parser_tree_sink_impl.h"
 
+#include <bit>
 #include <string_view>
 
 namespace bk_parser {
@@ -33,21 +35,20 @@ public:
     }
 
     void add_entry(const bk::KnownEntry& known) {
-        check_head(known.entry_head(), known.token(text_.data()));
+        check_head(known);
         if (known.kind == bk::KnownEntry::numbers) {
-            known.for_each_number([this](std::string_view word, bool is_double) {
-                check_value(is_double ? ParserWord::TYPE_DOUBLE : ParserWord::TYPE_INT, word);
-            });
+            check_rows(known);
         } else {
-            check_value(known.kind == bk::KnownEntry::string ? ParserWord::TYPE_STRING
-                                                             : ParserWord::TYPE_BOOL,
-                        known.word());
+            value_count_ = 1;
+            if (known.kind == bk::KnownEntry::string && !is_plain_text(known.text, end_)) {
+                check_string(known.word());
+            }
         }
         tree_.add_entry(known);
     }
 
     bool open_group(const bk::KnownEntry& known, const bk::Token& brace) {
-        check_head(known.entry_head(), known.token(text_.data()));
+        check_head(known);
         begin_group();
         return tree_.open_group(known, brace);
     }
@@ -88,17 +89,25 @@ private:
         }
     }
 
+    /// No keyword is a known entry.
+    void check_head(const bk::KnownEntry& known) {
+        end_watched_entry();
+        value_count_ = 0;
+        faults_.begin_entry(known.head->name);
+        if (known.head->array_count != bk::no_array) {
+            watch_count(known.entry_head(), known.token(text_.data()));
+        }
+    }
+
     void check_value(ParserWord::Type kind, std::string_view word) {
         ++value_count_;
         switch (kind) {
         case ParserWord::TYPE_INT:
         case ParserWord::TYPE_DOUBLE:
-            if (!is_plain_number(word, kind == ParserWord::TYPE_INT, end_)) {
-                check_number(word, kind == ParserWord::TYPE_INT);
-            }
+            check_any_number(word, kind == ParserWord::TYPE_INT);
             break;
         case ParserWord::TYPE_STRING:
-            if (!is_plain_string(word)) {
+            if (!is_plain_text(word.substr(1, word.size() - 2), end_)) {
                 check_string(word);
             }
             break;
@@ -108,6 +117,27 @@ private:
             break;
         default:
             break;
+        }
+    }
+
+    void check_any_number(std::string_view word, bool is_int) {
+        if (!is_plain_number(word, is_int, end_)) {
+            check_number(word, is_int);
+        }
+    }
+    void check_rows(const bk::KnownEntry& known) {
+        const auto check = [this](std::string_view word, bool is_double) {
+            check_any_number(word, !is_double);
+        };
+        for (const bk::KnownEntry::Numbers& row : known.rows) {
+            if (!are_plain_numbers(row, end_)) {
+                row.for_each(check);
+            }
+        }
+        if (array_count_ != bk::no_array) { // else nobody asks how many there are
+            for (const bk::KnownEntry::Numbers& row : known.rows) {
+                value_count_ += static_cast<unsigned int>(std::popcount(row.starts));
+            }
         }
     }
 
@@ -151,7 +181,8 @@ private:
     ProblemList& problems_;
     LineReaders lines_;
 
-    unsigned int value_count_ = 0;            // of the entry begun last, groups not counted
+    unsigned int value_count_ =
+        0; // of the entry begun last, groups not counted; of a known entry only when it declares a count
     unsigned int array_count_ = bk::no_array; // that the entry begun last declares
     std::string_view head_;                   // the word of that entry
     std::string_view first_escape_;           // of a document whose version has none

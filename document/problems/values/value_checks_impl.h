@@ -85,10 +85,17 @@ inline bool is_plain_count(std::string_view word, std::size_t name_length) noexc
     return i + 1 == word.size() && i != name_length + 1;
 }
 
-/// Whether a string, given with its quotes, holds neither escapes nor quotes.
-inline bool is_plain_string(std::string_view word) noexcept {
-    const char* const end = word.data() + word.size() - 1;
-    return bk::find_escaped(word.data() + 1, end) == end;
+/// Whether what stands between the quotes of a string holds neither escapes nor quotes. `end` is the end of the text that it is
+/// a part of.
+inline bool is_plain_text(std::string_view text, [[maybe_unused]] const char* end) noexcept {
+    const char* const begin = text.data();
+#if defined(BK_USE_VECTORS)
+    if (text.size() <= 16 && end - begin >= 16) { // as nearly all are
+        const std::uint32_t escaped = bk::vector::Block::mask(bk::vector::Block(begin).escaped());
+        return (escaped & ((std::uint32_t{1} << text.size()) - 1)) == 0;
+    }
+#endif
+    return bk::find_escaped(begin, begin + text.size()) == begin + text.size();
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
