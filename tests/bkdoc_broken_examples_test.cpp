@@ -164,40 +164,6 @@ std::string name_of(const testing::TestParamInfo<Expectation>& info) {
 
 INSTANTIATE_TEST_SUITE_P(each, BrokenExample, testing::ValuesIn(expectations()), name_of);
 
-std::string without_every(std::string text, const std::string& part) {
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part)) {
-        text.erase(at, part.size());
-    }
-    return text;
-}
-
-/// The working folder is one of the places where an include is looked for.
-std::string without_places(std::string text) {
-    const std::string tried = "; tried ";
-    for (std::size_t at = text.find(tried); at != std::string::npos; at = text.find(tried)) {
-        text.erase(at, text.find(';', at + 1) - at);
-    }
-    return text;
-}
-
-TEST(broken_examples, are_reported_alike_from_every_folder) {
-    const std::string folder = example_path("broken");
-    const BkdocRun here = run_bkdoc_in(folder, {"check", "."});
-    EXPECT_EQ(here.code, 2);
-    EXPECT_TRUE(here.out.ends_with("31 files, 30 with problems, 1 unread (29 errors, 1 warning)\n"))
-        << here.out;
-    for (const std::string prefix : {"examples/broken/", "broken/", "../broken/"}) {
-        const std::size_t steps = prefix == "broken/" ? 0 : prefix == "../broken/" ? 1 : 2;
-        const std::string from = steps == 0   ? example_path("")
-                                 : steps == 1 ? example_path("project")
-                                              : BK_PARSER_SOURCE_DIR;
-        const BkdocRun there = run_bkdoc_in(from, {"check", prefix.substr(0, prefix.size() - 1)});
-        EXPECT_EQ(without_places(without_every(there.out, prefix)), without_places(here.out)) << prefix;
-        EXPECT_EQ(without_every(there.err, prefix), here.err) << prefix;
-        EXPECT_EQ(there.code, here.code) << prefix;
-    }
-}
-
 TEST(broken_examples, every_document_of_the_folder_is_expected_to_report_something) {
     std::set<std::string> expected;
     for (const Expectation& expectation : expectations()) {

@@ -309,7 +309,7 @@ TEST(bkdoc_convert, a_target_that_cannot_be_written_is_told) {
     const std::string deep = folder.path("no/such/folder.bkd");
     for (const auto& [target, reason] :
          {std::pair(inner, inner + ": is a directory"),
-          std::pair(deep, deep + ": cannot be opened for writing: no such folder"),
+          std::pair(deep, deep + ": there is no folder " + folder.path("no/such")),
           std::pair(std::string(), std::string("'': no such file"))}) {
         const BkdocRun run = run_bkdoc({"convert", file, target, "--to", "text"});
         EXPECT_EQ(run.code, 2) << target;

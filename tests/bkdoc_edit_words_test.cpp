@@ -17,8 +17,8 @@ protected:
 };
 
 TEST_F(bkdoc_edit_words, a_number_that_no_type_holds_is_refused_and_makes_no_string) {
-    const std::string told = "bkdoc: '99999999999' would be read as 2147483647: an int has 32 bits; with a "
-                             "point it is a double; in "
+    const std::string told = "bkdoc: '99999999999' would be read as 2147483647: an int has 32 bits; write a "
+                             "point to make it a double; in "
                              "quotes it is a string\n";
     for (const char* name : {"n", "x", "name"}) {
         const BkdocRun set = run({"set", name, "=99999999999", "a.bkd"});
@@ -59,10 +59,9 @@ TEST_F(bkdoc_edit_words, a_name_that_is_a_value_is_refused) {
     EXPECT_EQ(run({"rename", "n", "1.5", "a.bkd"}).err,
               "bkdoc: a.bkd:1:1: n: cannot be called '1.5'; it is a number, and would be read as a value\n"
               "bkdoc: nothing is written\n");
-    EXPECT_EQ(
-        run({"rename", "n", "a b", "a.bkd"}).err,
-        "bkdoc: a.bkd:1:1: n: cannot be called 'a b'; a name is letters, digits and _, and behind # that "
-        "of a keyword\nbkdoc: nothing is written\n");
+    EXPECT_EQ(run({"rename", "n", "a b", "a.bkd"}).err,
+              "bkdoc: a.bkd:1:1: n: cannot be called 'a b'; names have letters, digits and _, and those of "
+              "keywords begin with #\nbkdoc: nothing is written\n");
 }
 
 TEST_F(bkdoc_edit_words, a_name_that_looks_like_a_value_is_warned_of) {

@@ -22,7 +22,7 @@ protected:
 
 TEST_F(bkdoc_reasons, a_target_that_cannot_be_made_is_told_with_the_systems_reason) {
     ASSERT_EQ(run({"convert", "--to", "binary", "a.bkd", "a.bin"}).code, 0);
-    const std::string told = "gone/b.bkd: cannot be opened for writing: no such folder";
+    const std::string told = "gone/b.bkd: there is no folder gone";
     EXPECT_EQ(run({"convert", "--to", "text", "a.bin", "gone/b.bkd"}).err,
               "bkdoc: " + told + "; nothing is written\n");
     const BkdocRun recover = run({"recover", "a.bin", "-o", "gone/b.bkd"});
@@ -81,12 +81,12 @@ TEST_F(bkdoc_reasons, an_include_that_the_configuration_leads_to_is_told_from_th
     };
     EXPECT_EQ(told(folder_.path(), "shots/two.bkd"),
               "lib/part.bkd:1:5: error: unexpected '@' [unexpected-word]\n"
-              "shots/two.bkd:2:1: error: 'none.bkd' not found; tried shots/none.bkd, lib/none.bkd; -I adds a "
-              "folder [include-not-found]\n");
+              "shots/two.bkd:2:1: error: 'none.bkd' not found; tried shots/none.bkd, lib/none.bkd, none.bkd; "
+              "-I adds a folder [include-not-found]\n");
     EXPECT_EQ(told(folder_.path("shots"), "two.bkd"),
               "../lib/part.bkd:1:5: error: unexpected '@' [unexpected-word]\n"
-              "two.bkd:2:1: error: 'none.bkd' not found; tried none.bkd, ../lib/none.bkd; -I adds a folder "
-              "[include-not-found]\n");
+              "two.bkd:2:1: error: 'none.bkd' not found; tried none.bkd, ../lib/none.bkd, none.bkd; -I adds "
+              "a folder [include-not-found]\n");
     EXPECT_TRUE(told("/", folder_.path("shots/two.bkd")).starts_with(folder_.path("lib/part.bkd")));
 }
 
