@@ -33,10 +33,10 @@ TEST_F(bkdoc_edit_words, a_number_that_no_type_holds_is_refused_and_makes_no_str
     EXPECT_EQ(run({"add", "y", "99999999999", "a.bkd"}).err, told);
     EXPECT_EQ(
         run({"set", "name", "=1E3", "a.bkd"}).err,
-        "bkdoc: '1E3' would be read as 1: an exponent is spelled with a small e; in quotes it is a string\n");
+        "bkdoc: '1E3' would be read as 1: write the exponent with a small e; in quotes it is a string\n");
     EXPECT_EQ(run({"set", "name", "=-1e400", "a.bkd"}).err,
-              "bkdoc: '-1e400' would be read as -1.797e308, the lowest double: it is beyond every double; in "
-              "quotes it is a string\n");
+              "bkdoc: '-1e400' would be read as -1.797e308, the lowest double: it is out of range for a "
+              "double; in quotes it is a string\n");
     EXPECT_EQ(run({"set", "name", "=0x10", "a.bkd"}).code, 2);
 }
 

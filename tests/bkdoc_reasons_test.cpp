@@ -85,8 +85,8 @@ TEST_F(bkdoc_reasons, an_include_that_the_configuration_leads_to_is_told_from_th
               "-I adds a folder [include-not-found]\n");
     EXPECT_EQ(told(folder_.path("shots"), "two.bkd"),
               "../lib/part.bkd:1:5: error: unexpected '@' [unexpected-word]\n"
-              "two.bkd:2:1: error: 'none.bkd' not found; tried none.bkd, ../lib/none.bkd, none.bkd; -I adds "
-              "a folder [include-not-found]\n");
+              "two.bkd:2:1: error: 'none.bkd' not found; tried none.bkd, ../lib/none.bkd; -I adds a folder "
+              "[include-not-found]\n");
     EXPECT_TRUE(told("/", folder_.path("shots/two.bkd")).starts_with(folder_.path("lib/part.bkd")));
 }
 
