@@ -134,11 +134,11 @@ std::string FileSet::prepare(File& file) {
     bk::forget_system_reason();
     const std::unique_ptr<SysHandle> handle = device.create_beside(file.target, created);
     if (handle == nullptr) {
+        // Before the folder is asked for, which may replace the system's reason.
+        const std::string reason = reason_of(file.path, "cannot be opened for writing");
         const std::string folder = folder_of(file.target);
-        if (!folder.empty() && device.inspect(folder).kind == SysPathKind::missing) {
-            return file.path + ": there is no folder " + folder;
-        }
-        return reason_of(file.path, "cannot be opened for writing");
+        const bool has_folder = folder.empty() || device.inspect(folder).kind != SysPathKind::missing;
+        return has_folder ? reason : file.path + ": there is no folder " + folder;
     }
     file.created = std::move(created);
     if (!write_all(*handle, file.head) || !write_all(*handle, file.body) || !handle->sync()) {
