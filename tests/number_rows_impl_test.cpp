@@ -51,7 +51,10 @@ void compare_row(const bk::KnownEntry::Numbers& row, const std::string& text, Se
     const auto look = [&](std::string_view word, bool is_double) {
         has_flaw = has_flaw || !find_number_flaw(word, !is_double).code.empty();
         const std::size_t point = std::min(word.find('.'), word.size());
-        is_easy = is_easy && point < 10 && bk_parser::is_plain_number(word, !is_double, word.data() + 64);
+        const std::string padded = std::string(word) + std::string(64, ' ');
+        is_easy = is_easy && point < 10 &&
+                  bk_parser::is_plain_number(std::string_view(padded).substr(0, word.size()), !is_double,
+                                             padded.data() + padded.size());
     };
     row.for_each(look);
     const bool is_plain = are_plain_numbers(row, text.data() + text.size());
