@@ -37,6 +37,7 @@ CoreVector<CoreString> folders_of(const DocumentState& state) {
 
 SaveSources::SaveSources(const DocumentState& state, const NewBytes& replaced) : state_(state) {
     for (const auto& [path, bytes] : replaced) {
+        replaced_.emplace(path, bytes);
         replaced_.emplace(real_path(path), bytes);
     }
 }
@@ -138,7 +139,10 @@ void SaveSources::failed(const bk::SourceFailure& failure) {
 
 bool SaveSources::load(const std::string& path, CoreString& bytes) {
     ReadFile file{path, 0, 0, false};
-    const auto replaced = replaced_.empty() ? replaced_.end() : replaced_.find(real_path(path));
+    auto replaced = replaced_.find(path);
+    if (replaced == replaced_.end() && !replaced_.empty()) {
+        replaced = replaced_.find(real_path(path));
+    }
     if (replaced != replaced_.end()) {
         bytes.set_borrowed(replaced->second.data(), static_cast<unsigned int>(replaced->second.size()));
         const Form form = form_of(bytes.get_view());

@@ -61,7 +61,7 @@ private:
     bool check_all_read(const std::string& path);
 
     const DocumentState& state_;
-    std::unordered_map<std::string, std::string_view> replaced_; // by real path
+    std::unordered_map<std::string, std::string_view> replaced_; // by path, and by real path
     std::string reason_;
     CoreString text_;
     double version_ = 0;
