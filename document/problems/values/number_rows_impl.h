@@ -51,8 +51,8 @@ inline bool are_plain_numbers([[maybe_unused]] const bk::KnownEntry::Numbers& ro
     found.add(row.begin, 0);
     if (!is_short) {
         found.add(row.begin + width, width);
-        found.add(row.begin + 2 * width, 2 * width);
-        found.add(row.begin + 3 * width, 3 * width);
+        found.add(row.begin + std::size_t{2} * width, 2 * width);
+        found.add(row.begin + std::size_t{3} * width, 3 * width);
     }
     const std::uint64_t numbers = row.ends - row.starts;     // the bits of each number
     const std::uint64_t dashes = row.starts & ~found.digits; // nothing else begins a number of a row

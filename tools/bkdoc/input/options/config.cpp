@@ -140,7 +140,7 @@ ConfigCache& cache() {
 
 /// The folder that its names count from. From the current folder when the operand does: what is told of both is spelled alike.
 std::filesystem::path base_of(const Config& config, const std::string& operand) {
-    const std::filesystem::path folder = config.file.parent_path();
+    std::filesystem::path folder = config.file.parent_path();
     std::error_code error;
     const std::filesystem::path current = std::filesystem::current_path(error);
     if (error || path_of(operand).is_absolute()) {
