@@ -6,7 +6,7 @@
 #include <unistd.h>
 #endif
 
-// What keeps a file from being read or written is told with the file, as it was named, and the system's reason.
+// When a file cannot be read or written, the tool names it as the user did and gives the system's reason.
 
 namespace {
 

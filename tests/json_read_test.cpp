@@ -273,7 +273,7 @@ TEST(json_read, a_text_without_a_value_is_an_empty_document_of_lines) {
 }
 
 TEST(json_read, a_spelling_that_is_no_value_of_a_text_is_told) {
-    const std::string no_value = "is no value of that kind in a text, which cannot hold it";
+    const std::string no_value = "is not a value of that kind in a text, which cannot hold it";
     EXPECT_EQ(problem_of(R"({"a": {"$int": "1 b 2"}})"), "1:16 json-word: '1 b 2' " + no_value);
     EXPECT_EQ(problem_of(R"({"a": {"$word": "} c 3"}})"), "1:17 json-word: '} c 3' " + no_value);
     EXPECT_EQ(problem_of(R"({"a": {"$double": "nan"}})"), "1:19 json-word: 'nan' " + no_value);

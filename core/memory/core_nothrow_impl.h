@@ -7,8 +7,8 @@
 
 namespace bk {
 
-/// For the nothrow forms of operator new. Their operator delete gets no size, so it can free only blocks of slabs: a larger object
-/// gets null.
+/// For the nothrow forms of operator new. Their operator delete gets no size, so it can free only blocks of slabs. So a request for
+/// a larger object returns null.
 inline void* allocate_or_null(std::size_t size) noexcept {
     if (size > CoreMemory::largest_slab_block) {
         return nullptr;

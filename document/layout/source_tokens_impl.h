@@ -37,7 +37,7 @@ inline bool is_directive(TokenKind kind) noexcept {
 /// files are not looked at.
 struct SourceTokens {
     std::vector<SourceToken> tokens;
-    /// Whether a comment or a directive is inside a word, or a directive touches one. Then it decides what the word is.
+    /// Whether a comment or directive lies inside a word, or a directive touches one. Such a word is not the one that the file spells.
     bool has_cut_words = false;
     /// Whether the text has faults, or may have some that depend on its includes.
     bool has_faults = false;

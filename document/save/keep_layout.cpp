@@ -164,7 +164,7 @@ private:
         return (proof.is_equal && is_same_syntax) || explain(proof.difference, fresh);
     }
 
-    /// What is found through the working folder alone is found by nobody who works in another one.
+    /// An include that only the working folder provides is missing for anyone who works in another folder.
     bool carries_includes(const SaveSources& fresh) {
         for (const std::string& what : fresh.found_from_working_folder()) {
             Problem loss;

@@ -85,7 +85,7 @@ bool JsonTreeReader::take_tagged_word(ParserValue::Type type) {
     if (type != ParserValue::TYPE_CHAR && !is_value_of_text(type, word)) {
         problems_.add(
             Severity::warning, codes::json_word,
-            [&] { return shown(word) + " is no value of that kind in a text, which cannot hold it"; },
+            [&] { return shown(word) + " is not a value of that kind in a text, which cannot hold it"; },
             Spot{0, offset, length, offset});
     }
     tree_.add_value(type, word, false);

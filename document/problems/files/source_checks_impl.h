@@ -6,7 +6,7 @@
 namespace bk_parser {
 
 /// Finds mistakes in files that do not depend on the grammar: bytes that no text should have, version lines, and directives inside
-/// strings. Looks at each file once. Linear in the files.
+/// strings. Reads each file once; linear in its size.
 void check_sources(const SourceMap& sources, bool has_escapes, const Losses& losses, ProblemList& problems);
 
 } // namespace bk_parser

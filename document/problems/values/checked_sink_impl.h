@@ -181,8 +181,8 @@ private:
     ProblemList& problems_;
     LineReaders lines_;
 
-    unsigned int value_count_ =
-        0; // of the entry begun last, groups not counted; of a known entry only when it declares a count
+    // Of the entry begun last, groups not counted. Of a known entry only when it declares a count.
+    unsigned int value_count_ = 0;
     unsigned int array_count_ = bk::no_array; // that the entry begun last declares
     std::string_view head_;                   // the word of that entry
     std::string_view first_escape_;           // of a document whose version has none

@@ -79,8 +79,8 @@ std::string LayoutEdits::indent_behind(const FileRange& place, const Gap& gap) {
     return is_inside ? indent + unit_of(place.inclusion) : indent;
 }
 
-/// At the begin of a file a new entry stands below the comments there, which may be the file's. One that moved there does not come
-/// between an entry and its comments.
+/// A new entry at the start of a file goes below the comments there, which may belong to the file. An entry that moved there goes above
+/// the comments of the next entry instead.
 void LayoutEdits::pass_comments(Anchor& anchor, const std::vector<Addition>& additions) const {
     const bool has_moved = std::any_of(additions.begin(), additions.end(), [](const Addition& addition) {
         return addition.moved_from != nullptr;
@@ -171,7 +171,7 @@ void LayoutEdits::take_comment(FileRange& place) const {
     }
 }
 
-/// So are those directly above an entry that begins its line. Into the middle of a line they do not go.
+/// Comments directly above an entry that begins its line move with it, but not into the middle of a line.
 void LayoutEdits::take_comments_above(FileRange& place) const {
     const std::string_view text = text_of(place.inclusion);
     if (begins_line(text, place.begin)) {

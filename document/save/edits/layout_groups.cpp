@@ -146,7 +146,7 @@ bool LayoutEdits::remove_range(TextRange range, std::string about, const OldEntr
     return true;
 }
 
-/// Whole lines that go from between two blank lines take the one behind them along.
+/// When whole lines between two blank lines are removed, the second blank line goes, too.
 void LayoutEdits::join_blank_lines() {
     std::vector<Edit*> whole;
     for (const Removal& removal : removals_) {

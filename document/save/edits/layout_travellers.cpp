@@ -44,8 +44,8 @@ const OldEntry* LayoutEdits::take_lost(const ParserGroup& group, std::uint32_t p
     return &old;
 }
 
-/// When all groups are done it is known which of the entries that were taken away stand elsewhere, and whether the comments above them
-/// do, too.
+/// Finds out, when all groups are done, which of the removed entries stand elsewhere now, and whether the comments above them went
+/// along.
 void LayoutEdits::note_moves() {
     for (const Removal& removal : removals_) {
         Edit& edit = edits_[removal.edit];

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 
-// Words that were not read are in the files alone: no edit may take one away, nor change values that one of them was meant to have.
+// Words that were not read exist only in the files. So no edit may remove one, or change values that may belong to one.
 
 namespace bk_parser {
 
 namespace {
 
-/// What stands for a name or a value, and for more than a mark too many.
+/// Whether the author may have meant the word as a name or a value, and not as a stray mark.
 bool may_be_meant_as_entry(std::string_view word) noexcept {
     const char first = word.front();
     return bk::is_char(first, bk::CHAR_NAME_START) || static_cast<unsigned char>(first) >= 0x80 ||

@@ -45,7 +45,7 @@ std::string replace_all(std::span<const FileChange> changes) {
     return files.replace();
 }
 
-/// What an action gives; without memory that is the reason.
+/// Returns what the action returns, or "out of memory" when it runs out of memory.
 template <class Action>
 std::string reason_of(Action action) {
     const bk::KeptErrno kept;

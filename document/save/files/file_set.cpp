@@ -1,8 +1,8 @@
 #include "document/save/files/file_set_impl.h"
 
 #include "core/files/sys_file_input_impl.h"
+#include "core/files/sys_path_impl.h"
 #include "core/files/sys_reason_impl.h"
-#include "document/sources/path_text_impl.h"
 
 #include <new>
 #include <utility>
@@ -17,12 +17,6 @@ constexpr std::size_t copy_size = std::size_t{1} << 16;
 std::string reason_of(const std::string& path, const char* what) {
     const std::string reason = bk::last_system_reason();
     return path + ": " + what + (reason.empty() ? "" : ": " + reason);
-}
-
-/// Empty when the path names none.
-std::string folder_of(const std::string& path) {
-    const std::filesystem::path folder = path_of_text(path).parent_path();
-    return folder.empty() ? std::string() : path_text(folder);
 }
 
 bool write_all(SysHandle& handle, std::string_view bytes) {
@@ -136,7 +130,7 @@ std::string FileSet::prepare(File& file) {
     if (handle == nullptr) {
         // Before the folder is asked for, which may replace the system's reason.
         const std::string reason = reason_of(file.path, "cannot be opened for writing");
-        const std::string folder = folder_of(file.target);
+        const std::string folder(bk::folder_of(file.target, bk::native_path_style));
         const bool has_folder = folder.empty() || device.inspect(folder).kind != SysPathKind::missing;
         return has_folder ? reason : file.path + ": there is no folder " + folder;
     }

@@ -230,7 +230,8 @@ bool LayoutRecord::is_as_it_was(const Level& level) const noexcept {
            entry.count == now->get_entries().get_count();
 }
 
-/// An entry of another name at the same place may come from another document all the same: it is known when it holds the same.
+/// An entry of another name at the same place may still come from another document. It counts as renamed only when its values are the
+/// same.
 void LayoutRecord::check_renamed(Level& level) noexcept {
     OldEntry& entry = level.entry;
     if (!level.is_renamed) {
