@@ -123,6 +123,16 @@ std::string flipped(std::string bytes, std::size_t at, int bit) {
 
 } // namespace
 
+TEST(document_recover, a_whole_file_with_odd_names_has_lost_nothing) {
+    std::string bytes = StoredForms("first 0x0 names 1 last 2").binary();
+    bytes.replace(bytes.find("names"), 4, "\x92\x90\x8B\x97");
+    const bk_parser::LoadResult loaded = bk_parser::parse(bytes);
+    ASSERT_EQ(loaded.document.root().get_entries().get_count(), 3u);
+    const RecoverResult result = recover_bytes(bytes);
+    EXPECT_TRUE(result.lost.empty());
+    EXPECT_EQ(tree_difference(loaded.document.root(), result.loaded.document.root()), "");
+}
+
 TEST(document_recover, a_file_without_damage_is_read_as_a_load_reads_it) {
     for (const char* name :
          {binary_file, archive_file, long_archive_file, enciphered_file,

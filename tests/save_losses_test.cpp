@@ -192,6 +192,19 @@ TEST(save_losses_kept, a_version_without_escapes_has_no_line_ends_in_strings) {
     EXPECT_EQ(folder.read("file"), "a \"x\"\n");
 }
 
+TEST(save_losses_kept, a_group_left_open_cannot_move_before_another_entry) {
+    const ScratchFolder folder;
+    const std::string before = "a 1\nb 1\ng {\n  c 1\n";
+    const std::string path = folder.write("file", before);
+    LoadResult loaded = load(path);
+    ParserGroup& root = loaded.document.root();
+    root.get_entry(2)->get_group(0)->add_entry("d", 0, 0)->add_int(2);
+    root.move_entry(2, 0);
+    const SaveResult result = save(loaded.document);
+    EXPECT_FALSE(result.ok());
+    EXPECT_EQ(folder.read("file"), before);
+}
+
 TEST(save_forms, each_form_is_saved_and_becomes_the_documents_own) {
     for (const Form form : {Form::text, Form::enciphered, Form::binary, Form::archive}) {
         const ScratchFolder folder;

@@ -46,16 +46,11 @@ std::string what_is_damaged(const bk::BinaryDamage& damage) {
     return "a value without an end";
 }
 
-constexpr std::size_t binary_head_size = bk::binary_tag.size() + sizeof(std::uint64_t);
-
 } // namespace
 
-void Loader::read_binary(std::string_view bytes, const Meter::Range& range) {
-    const std::string name = shown_name();
-    if (bytes.size() < binary_head_size) {
-        refuse(codes::cut_off, cut_off_text(name, binary_head_size, bytes.size()));
-        return;
-    }
+/// Decodes into the root. Returns the first damage, and in `end` the place behind the last byte that was read.
+std::optional<bk::BinaryDamage> Loader::decode_binary(std::string_view bytes, const Meter::Range& range,
+                                                      core_uint64& end) {
     DamageKeeper keeper;
     bk::BinaryDecoder decoder(bytes, bk::binary_tag.size(), options_.limits.nesting_depth);
     decoder.be_strict(keeper);
@@ -63,11 +58,23 @@ void Loader::read_binary(std::string_view bytes, const Meter::Range& range) {
     meter_.start(range, bytes.size());
     decoder.read_group(*state_->root);
     meter_.stop(bytes.size());
-    if (!keeper.first) {
-        tell_rest(name, bytes.size(), decoder.position());
+    end = decoder.position();
+    return keeper.first;
+}
+
+void Loader::read_binary(std::string_view bytes, const Meter::Range& range) {
+    const std::string name = shown_name();
+    if (bytes.size() < binary_head_size) {
+        refuse(codes::cut_off, cut_off_text(name, binary_head_size, bytes.size()));
         return;
     }
-    const bk::BinaryDamage& damage = *keeper.first;
+    core_uint64 end = 0;
+    const std::optional<bk::BinaryDamage> first = decode_binary(bytes, range, end);
+    if (!first) {
+        tell_rest(name, bytes.size(), end);
+        return;
+    }
+    const bk::BinaryDamage& damage = *first;
     if (damage.position == binary_head_size && damage.kind == bk::BinaryDamage::Kind::group_too_large) {
         // A size near the largest number is damage, and would wrap.
         const core_uint64 most = ~core_uint64{0} - binary_head_size;

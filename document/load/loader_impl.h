@@ -6,13 +6,17 @@
 #include "document/recover/lost_parts_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/source_map_impl.h"
+#include "parser/binary/parser_binary_impl.h"
 #include "parser/parser_archive.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace bk_parser {
+
+constexpr std::size_t binary_head_size = bk::binary_tag.size() + sizeof(std::uint64_t);
 
 /// One load: from bytes in any form to a document and its problems.
 class Loader {
@@ -27,6 +31,8 @@ public:
 private:
     void read_any(CoreString&& bytes, const Meter::Range& range);
     void read_text(CoreString&& bytes, const Meter::Range& range);
+    std::optional<bk::BinaryDamage> decode_binary(std::string_view bytes, const Meter::Range& range,
+                                                  core_uint64& end);
     void read_binary(std::string_view bytes, const Meter::Range& range);
     void read_archive(std::string_view bytes, const Meter::Range& range);
     void read_words(CoreString&& text, const Meter::Range& range);

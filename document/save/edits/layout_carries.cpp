@@ -61,8 +61,12 @@ void LayoutEdits::fill_carries() {
         for (const std::size_t at : inside[i]) {
             Edit& edit = edits_[at];
             fill(edit, carries_);
-            edit.begin = std::max(edit.begin, carry.place.begin) - carry.place.begin;
-            edit.end = std::min(edit.end, carry.place.end) - carry.place.begin;
+            // In a group that nobody closed, the place of a new entry is behind the last word of the carried text.
+            const auto in_carry = [&place = carry.place](std::size_t offset) {
+                return std::clamp(offset, place.begin, place.end) - place.begin;
+            };
+            edit.begin = in_carry(edit.begin);
+            edit.end = in_carry(edit.end);
             changes.push_back(std::move(edit));
         }
         const std::string_view text = text_of(carry.place.inclusion);
