@@ -4,7 +4,7 @@ root=$PWD
 jobs=$(nproc 2>/dev/null || echo 2)
 newly_installed=""
 
-# For builds that only have to run: the sources of a folder are compiled sixteen together, which is several times as fast.
+# The sources of a folder are compiled sixteen together, which is several times as fast. .ci/targets compiles each by itself.
 together=(-DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=16)
 
 has_header() {

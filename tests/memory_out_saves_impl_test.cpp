@@ -13,6 +13,14 @@ namespace {
 
 using namespace bk_parser;
 
+// Each request is a save of its own. Files take ten times as long on Windows, which has few lines of its own: some of the requests
+// are enough to see that those give everything back.
+#ifdef _WIN32
+constexpr std::size_t step = 7;
+#else
+constexpr std::size_t step = 1;
+#endif
+
 class MemoryOutOfSaves : public testing::TestWithParam<bool> {
 protected:
     /// Lets request 1, 2, 3 ... of a save fail until it needs no more of them.
@@ -21,7 +29,7 @@ protected:
         const std::string old_part = "b 1 // and a comment\n";
         const std::filesystem::path path(folder_.path("main"));
         constexpr std::size_t more_than_any_needs = 20000;
-        for (std::size_t n = 1; n < more_than_any_needs; ++n) {
+        for (std::size_t n = 1; n < more_than_any_needs; n += step) {
             folder_.write("main", old_main);
             folder_.write("part", old_part);
             bool has_failed = false;
@@ -59,7 +67,7 @@ protected:
                          const std::function<SaveResult(Document&)>& operate,
                          const std::function<void(bool)>& look) const {
         constexpr std::size_t more_than_any_needs = 20000;
-        for (std::size_t n = 1; n < more_than_any_needs; ++n) {
+        for (std::size_t n = 1; n < more_than_any_needs; n += step) {
             const long live = FailingMemory::live();
             std::unique_ptr<LoadResult> held = make();
             bool has_failed = false;
