@@ -14,6 +14,7 @@ struct FileListOptions {
     std::optional<std::string> files_from; // a file with one operand a line; "-" is standard input
     bool is_nul_separated = false;         // its operands end with a NUL
     bool use_config = true;                // the extensions of a .bkdoc.bkd, where none are given here
+    bool may_be_empty = false;             // whether a folder may be without documents
     std::vector<std::string> extensions;   // of the files of folders, without dots; else the content decides
 };
 
