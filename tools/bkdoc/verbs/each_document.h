@@ -6,7 +6,7 @@
 
 namespace bkdoc {
 
-/// Opens one operand of the command line after the other, reports its problems aside, and calls `visit` with every
+/// Opens one document that the operands of the command line name after the other, also those of folders and patterns, reports its problems aside, and calls `visit` with every
 /// document that could be read. The worst of all results counts; an interrupt ends the work.
 ExitCode for_each_document(const Arguments& arguments, Streams& streams,
                            const std::function<ExitCode(OpenedDocument&)>& visit);
