@@ -12,7 +12,7 @@ namespace bkdoc {
 
 namespace {
 
-/// What standard input gave: it can be read only once.
+/// The bytes of standard input, which can be read only once.
 struct StandardInput {
     std::string bytes;
     bool is_whole = false;
@@ -26,7 +26,7 @@ struct StandardInput {
     }
 };
 
-/// The reason of the system, as the library tells it.
+/// The system's reason, as the library words it.
 std::string why_unread(const std::string& path) {
     const bk_parser::LoadResult result = bk_parser::load(path_of(path));
     return result.problems.empty() ? path + ": cannot be read" : result.problems.front().message;

@@ -10,10 +10,10 @@ namespace bkdoc {
 /// One line: "file:line path old -> new".
 void write_difference(const ToldDifference& difference, Output& out);
 
-/// How many differences of each kind each file has, and how many there are.
+/// The number of differences of each kind, by file and in all.
 void write_statistics(const std::vector<ToldDifference>& differences, Output& out);
 
-/// All of them as JSON.
+/// All differences as JSON.
 void write_differences_json(const std::vector<ToldDifference>& differences, Output& out);
 
 } // namespace bkdoc
