@@ -154,6 +154,11 @@ std::string cut_off_text(std::string_view name, core_uint64 announced, core_uint
            grouped_number(present) + " present";
 }
 
+std::string rest_text(std::string_view name, core_uint64 count) {
+    return grouped_number(count) + (count == 1 ? " byte" : " bytes") + " behind the end of " +
+           std::string(name) + (count == 1 ? " is" : " are") + " not read";
+}
+
 std::string why_no_text(std::string_view bytes) {
     switch (form_of(bytes)) {
     case Form::binary:

@@ -80,7 +80,7 @@ void Preprocessor::open(Place&& place, Source&& source, Progress progress) {
         file.scanner.keep_later_version_lines(); // the entry that writing put there
     }
     host_.entered({file.place.name, file.place.found, file.place.path, file.source.text,
-                   file.source.is_encrypted, tried_});
+                   file.source.is_encrypted, file.source.rest, tried_});
     file.is_told = true;
 }
 
@@ -204,6 +204,7 @@ bool Preprocessor::decipher_source(const Place& place, Source& source) {
     if (!decipher(block, key_.get_view(), text) || !host_.accepts_deciphered(text)) {
         return fail(SourceFault::enciphered_block, place, {}, length, block.size());
     }
+    source.rest = block.size() - std::min<core_uint64>(block.size(), cipher_block_size(text.get_length()));
     source.text = std::move(text);
     source.is_encrypted = true;
     note_storage(true);

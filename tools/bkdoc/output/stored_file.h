@@ -7,8 +7,8 @@
 
 namespace bkdoc {
 
-/// Puts these bytes in the place of a file, which stays as it was until all of them are on the disk, and says which hard links keep
-/// the old content. Empty, or why they are not stored, with the file's name.
+/// Replaces a file in one step: it stays as it was until all new bytes are on the disk. Then says which hard links keep the old
+/// content. Returns the reason, with the file's name, when that fails; else nothing.
 std::string store_file(const std::string& path, std::string_view bytes, Streams& streams);
 
 } // namespace bkdoc

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t label_width = 14;
 
-/// What a tree is made of.
+/// Counts the parts of a tree.
 struct Counts {
     static constexpr std::size_t entry_kinds = 4;
     static constexpr std::size_t value_types = 8;
@@ -94,7 +94,7 @@ std::string value_types_of(const Counts& counts) {
     return listed(parts);
 }
 
-/// Writes lines of a label and what it is about.
+/// Writes lines with a label and a text.
 class InfoWriter {
 public:
     explicit InfoWriter(Output& out) : out_(out) {}

@@ -33,7 +33,7 @@ std::string option_names(const VerbSpec& verb) {
     return names;
 }
 
-// Values depend on the option, and in one case on the verb: --to.
+// Values depend on the option, and for --to also on the verb.
 std::string bash_values() {
     std::string text;
     for (const VerbSpec& verb : all_verbs()) {
@@ -106,7 +106,7 @@ std::string bash_completion() {
                   "complete -o filenames -F _bkdoc bkdoc\n";
 }
 
-/// A text between single quotes of a shell.
+/// Quotes a text for a shell, with single quotes.
 std::string quoted(std::string_view text) {
     std::string result = "'";
     for (const char character : text) {
@@ -115,7 +115,7 @@ std::string quoted(std::string_view text) {
     return result + "'";
 }
 
-/// A description inside a zsh option, where brackets and colons have a meaning.
+/// Escapes a description for zsh, where brackets and colons have a meaning.
 std::string zsh_escaped(std::string_view text) {
     std::string result;
     for (const char character : text) {

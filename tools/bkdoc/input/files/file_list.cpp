@@ -15,7 +15,7 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t looked_at = 4096; // bytes of a file
+constexpr std::size_t looked_at = 4096; // first bytes of a file
 
 bool begins_as_document(const std::filesystem::path& path) {
     std::ifstream stream(path, std::ios::binary);

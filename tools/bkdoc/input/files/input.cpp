@@ -12,7 +12,7 @@ namespace bkdoc {
 
 namespace {
 
-/// What standard input gave: it can be read only once.
+/// The bytes of standard input, which can be read only once.
 struct StandardInput {
     std::string bytes;
     bool is_whole = false;

@@ -27,7 +27,7 @@ bool read_first_line(const std::string& path, std::string& line) {
     return true;
 }
 
-// The library takes a key that begins with a NUL for none, and would write a readable document.
+// Refuses a key that begins with NUL: the library takes it for no key and would write readable text.
 bool is_usable(const std::string& key) {
     return !key.empty() && key.front() != '\0';
 }

@@ -11,9 +11,9 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t problem_limit = 600; // characters: a word of the document may be of any length
+constexpr std::size_t problem_limit = 600; // characters; words may be of any length
 
-/// What the library says of its options, and what the tool says of its own.
+/// Replacements of the library's option names by those of the tool.
 struct Wording {
     std::string_view library;
     std::string_view tool;

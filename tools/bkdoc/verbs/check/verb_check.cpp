@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t most_threads = 256;
 
-/// What the command line asks for.
+/// The options of a check.
 struct Request {
     CheckRules rules;
     FileListOptions list;
@@ -45,7 +45,7 @@ public:
         ++done_;
         show(0);
     }
-    /// So much of the next file is done.
+    /// The progress within the next file.
     void show(double part) { line_.show((static_cast<double>(done_) + part) / static_cast<double>(count_)); }
 
 private:
@@ -54,7 +54,7 @@ private:
     std::size_t done_ = 0;
 };
 
-/// Where the rules of what is checked may come to stand: in the folders that were asked for, and in the current one.
+/// Where a configuration may be created: in the given folders and in the current one.
 void add_config_places(const std::vector<std::string>& operands, std::vector<std::filesystem::path>& places) {
     places.emplace_back(config_name);
     for (const std::string& operand : operands) {
@@ -65,7 +65,7 @@ void add_config_places(const std::vector<std::string>& operands, std::vector<std
     }
 }
 
-/// Checks everything once.
+/// Checks all files once.
 WatchRound check_once(const Request& request, Streams& streams) {
     const Interruption interruption;
     forget_configs();

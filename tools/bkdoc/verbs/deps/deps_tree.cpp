@@ -37,16 +37,16 @@ std::string why_missing(const bk_parser::Include& include) {
     return include.problem == "include-circle" ? "includes itself" : include.problem;
 }
 
-/// A file or directive that is drawn.
+/// A row of the drawing: a file or a directive.
 struct Row {
     std::string name;
     std::string remark;
     Tone tone = Tone::dim;           // of the remark
-    std::optional<std::size_t> node; // whose rows come below
+    std::optional<std::size_t> node; // its rows follow below
     unsigned int line = 0;
 };
 
-/// Draws rows below rows, by an explicit stack. The rows below a node are drawn once.
+/// Draws the rows with an explicit stack. The rows below a node are drawn once.
 class RowTree {
 public:
     template <class Below>

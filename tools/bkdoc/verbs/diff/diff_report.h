@@ -19,10 +19,10 @@ struct OneSided {
 /// One line: "file:line path old -> new".
 void write_difference(const ToldDifference& difference, Output& out);
 
-/// How many differences of each kind each file has, and how many there are.
+/// The number of differences of each kind, by file and in all.
 void write_statistics(const std::vector<ToldDifference>& differences, Output& out);
 
-/// All of them as JSON. `one_sided` is null where no folders are compared.
+/// All differences as JSON. `one_sided` is null where no folders are compared.
 void write_differences_json(const std::vector<ToldDifference>& differences, const OneSided* one_sided,
                             Output& out);
 
