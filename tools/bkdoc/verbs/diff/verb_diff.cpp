@@ -1,3 +1,4 @@
+#include "input/files/input.h"
 #include "output/display/text_display.h"
 #include "platform/paths.h"
 #include "verbs/diff/comparison.h"
@@ -135,9 +136,13 @@ ExitCode run_diff(const Arguments& arguments, Streams& streams) {
     std::error_code failure;
     const bool is_folder = std::filesystem::is_directory(path_of(before), failure);
     if (is_folder != std::filesystem::is_directory(path_of(after), failure)) {
-        complain(streams, shown(is_folder ? before : after, file_name_limit) + " is a folder and " +
-                              shown(is_folder ? after : before, file_name_limit) +
-                              " is not; diff compares two files or two folders");
+        const std::string& folder = is_folder ? before : after;
+        const std::string& other = is_folder ? after : before;
+        const bool is_there = other == "-" || std::filesystem::exists(path_of(other), failure);
+        complain(streams, is_there ? shown(folder, file_name_limit) + " is a folder and " +
+                                         shown(other, file_name_limit) +
+                                         " is not; diff compares two files or two folders"
+                                   : shown(other, file_name_limit) + ": " + why_unread(other));
         return EXIT_UNREADABLE;
     }
     return is_folder ? run.folders() : run.files();
