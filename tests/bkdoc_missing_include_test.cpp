@@ -23,7 +23,6 @@ TEST_F(bkdoc_missing_include, stops_no_verb_that_looks_or_finds) {
         {{"tree", "a.bkd"}, "\xE2\x94\x94\xE2\x94\x80\xE2\x94\x80 b  int  2\n"},
         {{"info", "a.bkd"}, "\nentries       2  (2 ordinary)\n"},
         {{"stats", "a.bkd"}, "2 entries, 2 values\n"},
-        {{"cat", "a.bkd"}, "\nb 2"},
         {{"deps", "a.bkd"}, "gone.bkd  line 2  not found; tried gone.bkd\n"},
         {{"get", "b", "a.bkd"}, "a.bkd:3:1: b = 2\n"},
         {{"grep", "2", "a.bkd"}, "a.bkd:3:1: b@0 = 2\n"},

@@ -31,6 +31,12 @@ bool take_compare_options(const Arguments& arguments, bk_parser::CompareOptions&
     return is_number;
 }
 
+/// Without the separators at its end.
+std::string folder_name(const std::string& operand) {
+    const std::filesystem::path path = path_of(operand);
+    return path.has_filename() || !path.has_relative_path() ? operand : text_of(path.parent_path());
+}
+
 std::vector<ToldDifference> joined(const std::vector<FolderDiff::Row>& rows) {
     std::vector<ToldDifference> all;
     for (const FolderDiff::Row& row : rows) {
@@ -96,7 +102,8 @@ struct DiffRun {
     }
 
     ExitCode folders() {
-        const auto& operands = arguments.operands();
+        const std::vector<std::string> operands = {folder_name(arguments.operands().at(0)),
+                                                   folder_name(arguments.operands().at(1))};
         FileListOptions list;
         list.use_config = open.use_config;
         list.extensions = arguments.values("--ext");
