@@ -94,7 +94,8 @@ const std::vector<Expectation>& expectations() {
           "parts/no_such_file.bkd; -I adds a folder [include-not-found]"}},
         {"include_is_a_directory.bkd",
          1,
-         {"include_is_a_directory.bkd:2:1: error: 'parts' not found; tried parts, parts; -I adds a folder "
+         {"include_is_a_directory.bkd:2:1: error: 'parts' not found; tried parts (is a directory), parts; -I "
+          "adds a folder "
           "[include-not-found]"}},
         {"include_includes_itself.bkd",
          1,
