@@ -166,6 +166,7 @@ TEST(bkdoc_command_line, a_value_that_does_not_suit_is_refused_with_what_would) 
     EXPECT_EQ(refusal_of({"cat", "a", "--color", "blue"}),
               "--color needs one of auto, always, never, not 'blue'");
     EXPECT_EQ(refusal_of({"check", "-I"}), "-I needs a folder");
+    EXPECT_EQ(refusal_of({"check", "-j", "1000", "a.bkd"}), "--jobs takes at most 256");
     EXPECT_EQ(refusal_of({"same", "a.bkd"}), "same needs B; bkdoc same --help shows an example");
     EXPECT_EQ(refusal_of({"dump", "a", "b"}),
               "too many arguments for dump; bkdoc dump --help shows an example");

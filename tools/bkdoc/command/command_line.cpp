@@ -50,6 +50,7 @@ std::string unknown_verb(std::string_view word) {
     for (const VerbSpec& verb : all_verbs()) {
         names.push_back(verb.name);
     }
+    names.push_back(help_verb);
     std::string meant = did_you_mean(word, names);
     if (meant.empty()) {
         meant = "; bkdoc --help lists them";
@@ -256,7 +257,8 @@ CommandLine without_verb(const std::vector<std::string>& words, std::size_t widt
 /// Answers "help" and "help VERB".
 CommandLine asked_help(const std::vector<std::string>& words, std::size_t verb_at, std::size_t width) {
     CommandLine line;
-    if (verb_at + 1 == words.size() || is_option_word(words[verb_at + 1])) {
+    if (verb_at + 1 == words.size() || is_option_word(words[verb_at + 1]) ||
+        words[verb_at + 1] == help_verb) {
         line.answer = help_text(width);
     } else if (const VerbSpec* const asked = find_verb(words[verb_at + 1]); asked != nullptr) {
         line.answer = help_text(*asked, width);

@@ -140,7 +140,7 @@ private:
             }
             return true;
         }
-        const std::string reason = store_file(request_.target, bytes);
+        const std::string reason = store_file(request_.target, bytes, streams_);
         return reason.empty() || refuse(reason);
     }
 

@@ -179,10 +179,15 @@ std::string how_found(const bk_parser::DocumentFile& file, const bk_parser::Docu
         if (found == name) {
             return "found as named";
         }
-        const std::string folder = found.substr(0, found.size() - std::min(found.size(), name.size() + 1));
-        return folder == text_of(include.file.parent_path())
-                   ? "found beside " + shown(text_of(include.file.filename()), file_name_limit)
-                   : "found in the search folder " + shown(folder, file_name_limit);
+        if ((include.file.parent_path() / path_of(name)).lexically_normal() ==
+            include.found.lexically_normal()) {
+            return "found beside " + shown(text_of(include.file.filename()), file_name_limit);
+        }
+        const bool shows_folder = found.ends_with("/" + name);
+        return "found in " +
+               (shows_folder ? "the search folder " +
+                                   shown(found.substr(0, found.size() - name.size() - 1), file_name_limit)
+                             : std::string("a search folder"));
     }
     return "found as named";
 }

@@ -11,6 +11,7 @@ struct VerbSpec;
 
 /// The word in "bkdoc help" and "bkdoc help check".
 inline constexpr std::string_view help_verb = "help";
+inline constexpr std::string_view help_summary = "Explain a verb and show an example.";
 
 /// The overview of all verbs by task, wrapped to the width of the terminal.
 std::string help_text(std::size_t width);

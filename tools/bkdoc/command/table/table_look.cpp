@@ -16,7 +16,7 @@ constexpr OptionSpec check_options[] = {
     {"-0", "", ValueKind::none, "", false,
      "The names that --files-from reads end with a NUL byte, not with a line end."},
     {"--jobs", "-j", ValueKind::whole_number, "N", false,
-     "Check N files at a time; 0, the default, means one per processor."},
+     "Check N files at a time, at most 256; 0, the default, means one per processor."},
     {"--strict", "", ValueKind::none, "", false, "Treat warnings as errors."},
     {"--allow", "", ValueKind::word, "CODE", true,
      "Do not report problems with this code, such as comment-joins-line. May be repeated."},

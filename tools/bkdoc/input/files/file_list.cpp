@@ -103,7 +103,7 @@ private:
         }
         if (error) {
             list_.faults.push_back(text_of(folder) + ": " + error.message());
-        } else if (files.empty()) {
+        } else if (files.empty() && !options_.may_be_empty) {
             list_.faults.push_back(text_of(folder) + ": no document in this folder" +
                                    (extensions.empty() ? "" : " has such an extension"));
         }

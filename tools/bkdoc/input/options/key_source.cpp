@@ -1,6 +1,7 @@
 #include "input/options/key_source.h"
 
 #include "core/sys_file.h"
+#include "input/files/input.h"
 #include "platform/platform.h"
 
 namespace bkdoc {
@@ -43,7 +44,7 @@ std::optional<std::string> find_key(const KeySource& source, std::string& key) {
     }
     if (source.file) {
         if (!read_first_line(*source.file, key)) {
-            return *source.file + ": the key file cannot be read";
+            return "--key-file: " + *source.file + ": " + why_unread(*source.file);
         }
         return is_usable(key)
                    ? std::nullopt

@@ -31,7 +31,7 @@ struct Request {
 std::size_t thread_count(const Arguments& arguments) {
     const std::size_t processors = std::max(1u, std::thread::hardware_concurrency());
     const std::size_t asked = arguments.number_or("--jobs", 0);
-    return std::min(asked == 0 ? processors : asked, most_threads);
+    return asked == 0 ? std::min(processors, most_threads) : asked;
 }
 
 class FileProgress {
@@ -114,6 +114,10 @@ bool take_request(const Arguments& arguments, Request& request, Streams& streams
     request.list.files_from = arguments.value("--files-from");
     request.list.is_nul_separated = arguments.has("-0");
     request.list.extensions = arguments.values("--ext");
+    if (arguments.number_or("--jobs", 0) > most_threads) {
+        complain(streams, "--jobs takes at most " + grouped(most_threads));
+        return false;
+    }
     request.threads = thread_count(arguments);
     request.format = arguments.value_or("--format", arguments.has("--json") ? "json" : "text");
     if (request.list.operands.empty() && !request.list.files_from) {

@@ -1,3 +1,4 @@
+#include "input/files/input.h"
 #include "output/display/text_display.h"
 #include "platform/paths.h"
 #include "verbs/deps/deps_output.h"
@@ -8,11 +9,28 @@ namespace bkdoc {
 
 namespace {
 
+/// Why a place was not taken, unless there just is nothing.
+std::string why_not_taken(const std::filesystem::path& place) {
+    std::error_code failure;
+    switch (std::filesystem::status(place, failure).type()) {
+    case std::filesystem::file_type::not_found:
+        return {};
+    case std::filesystem::file_type::directory:
+        return " (is a directory)";
+    case std::filesystem::file_type::none:
+    case std::filesystem::file_type::unknown:
+        return " (" + why_unread(text_of(place)) + ")";
+    default:
+        return " (is no regular file)";
+    }
+}
+
 std::string why_missing(const bk_parser::Include& include) {
     if (include.problem == "include-not-found") {
         std::string tried;
         for (const std::filesystem::path& place : places_tried(include)) {
-            tried += (tried.empty() ? "" : ", ") + shown(slashed(place), file_name_limit);
+            tried +=
+                (tried.empty() ? "" : ", ") + shown(slashed(place), file_name_limit) + why_not_taken(place);
         }
         return "not found; tried " + tried;
     }
