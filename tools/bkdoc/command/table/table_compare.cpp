@@ -33,8 +33,7 @@ constexpr VerbSpec compare_rows[] = {
      "and renamed entries are shown as such. Layout, comments and the spelling of numbers do not count.\n"
      "\n"
      "A and B may be two folders. diff then compares the documents that have the same path in both, and "
-     "shows "
-     "which are in one of them only. A difference in an included file is shown once.",
+     "shows which are in one of them only. A difference in an included file is shown once.",
      two_files, diff_options, true, "bkdoc diff --tolerance 1e-6 old/harbour.bkd harbour.bkd",
      "0 the same\n1 different\n2 a document could not be read, or only in part", run_diff},
     {"same", Task::compare, "Tell whether two documents hold the same tree.", "", two_files, same_options,

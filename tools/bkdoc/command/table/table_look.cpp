@@ -60,7 +60,7 @@ constexpr VerbSpec look_rows[] = {
      "and ** any number of folders.\n"
      "\n"
      "An error means that part of the document was lost. A warning means that something was read, but "
-     "surely not as it was meant. A problem in a file that several documents include is reported once.\n"
+     "probably not as it was meant. A problem in a file that several documents include is reported once.\n"
      "\n"
      "A file .bkdoc.bkd in the folder of a document, or above it, sets search folders and rules:\n"
      "  search \"library\" \"shots\"\n"

@@ -14,7 +14,7 @@ struct FileListOptions {
     std::optional<std::string> files_from; // a file with one operand per line; "-" is standard input
     bool is_nul_separated = false;         // its operands are separated by NUL
     bool use_config = true;                // without `extensions`, use those of the .bkdoc.bkd
-    bool may_be_empty = false;             // whether a folder may be without documents
+    bool may_be_empty = false;             // accept a folder without documents
     /// Which files of a folder to list, without dots. When empty, the content decides.
     std::vector<std::string> extensions;
 };

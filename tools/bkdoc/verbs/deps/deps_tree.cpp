@@ -9,7 +9,7 @@ namespace bkdoc {
 
 namespace {
 
-/// Why a place was not taken, unless there just is nothing.
+/// Why the search skipped a place; empty when nothing is there.
 std::string why_not_taken(const std::filesystem::path& place) {
     std::error_code failure;
     switch (std::filesystem::status(place, failure).type()) {

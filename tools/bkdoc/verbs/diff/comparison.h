@@ -11,14 +11,15 @@
 
 namespace bkdoc {
 
-/// What two documents that were compared differ in. `change` of a difference is good for its kind and its positions alone: the
-/// documents are gone.
+/// The differences of two documents. Use only the kind and positions of a difference's `change`: its pointers refer to deleted
+/// documents.
 struct Comparison {
-    ExitCode trouble = EXIT_CLEAN; // of reading; then the documents were read only in part, or not at all
+    /// Anything but EXIT_CLEAN means that the documents were read only in part, or not at all.
+    ExitCode trouble = EXIT_CLEAN;
     std::vector<ToldDifference> differences;
 };
 
-/// Opens two documents, reports their problems aside and compares them as far as they could be read.
+/// Opens two documents, writes their problems to the error stream, and compares them as far as they could be read.
 Comparison compare_files(const std::string& before, const std::string& after, const OpenOptions& open,
                          const bk_parser::CompareOptions& options, Streams& streams);
 

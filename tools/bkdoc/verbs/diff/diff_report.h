@@ -8,7 +8,7 @@
 
 namespace bkdoc {
 
-/// What only one of two folders has: paths in it.
+/// Documents that only one of two folders has, by their paths in it.
 struct OneSided {
     std::vector<std::string> before;
     std::vector<std::string> after;
@@ -22,7 +22,7 @@ void write_difference(const ToldDifference& difference, Output& out);
 /// The number of differences of each kind, by file and in all.
 void write_statistics(const std::vector<ToldDifference>& differences, Output& out);
 
-/// All differences as JSON. `one_sided` is null where no folders are compared.
+/// All differences as JSON. `one_sided` is null when no folders are compared.
 void write_differences_json(const std::vector<ToldDifference>& differences, const OneSided* one_sided,
                             Output& out);
 

@@ -11,7 +11,7 @@ bool is_own(const ToldDifference& difference, const FolderPair& pair) {
     return difference.file == pair.before || difference.file == pair.after;
 }
 
-/// The same for a difference however the file that it is in is included.
+/// A key of a difference that does not depend on how its file was included.
 std::string key_of(const ToldDifference& difference) {
     std::string key;
     for (const std::string& part :
@@ -24,7 +24,7 @@ std::string key_of(const ToldDifference& difference) {
     return key;
 }
 
-/// Leaves out what was told before.
+/// Removes the differences that were reported before.
 void tell_once(std::vector<FolderDiff::Row>& rows) {
     std::set<std::string> known;
     for (const FolderDiff::Row& row : rows) {

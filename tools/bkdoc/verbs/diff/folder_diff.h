@@ -10,22 +10,22 @@
 
 namespace bkdoc {
 
-/// What the documents of two folders differ in.
+/// The differences of the documents of two folders.
 struct FolderDiff {
-    /// What is to be told of one name.
+    /// The report of one name.
     struct Row {
         FolderPair pair;
-        std::vector<ToldDifference> differences; // none where only one folder has the name
+        std::vector<ToldDifference> differences; // empty when only one folder has the name
     };
 
     ExitCode trouble = EXIT_CLEAN;
-    std::vector<Row> rows; // of names that differ
+    std::vector<Row> rows; // names with differences
     OneSided one_sided;
     std::size_t compared = 0; // documents that both folders have
 };
 
-/// Compares each pair. A difference in a file that several documents include is told once: of that file's own pair where there is one,
-/// else of the first document that includes it.
+/// Compares each pair. Reports a difference in an included file once: for that file's own pair, or else for the first document
+/// that includes it.
 FolderDiff compare_folders(const std::vector<FolderPair>& pairs, const OpenOptions& open,
                            const bk_parser::CompareOptions& options, Streams& streams);
 

@@ -8,7 +8,7 @@ namespace bkdoc {
 
 namespace {
 
-/// The paths of a folder's documents in it.
+/// The paths of a folder's documents, relative to the folder.
 void add_names(const std::string& folder, FileListOptions& options, std::set<std::string>& names,
                std::vector<std::string>& faults) {
     options.operands = {folder};

@@ -7,7 +7,7 @@
 
 namespace bkdoc {
 
-/// A document of two folders.
+/// A document with the same path in two folders.
 struct FolderPair {
     std::string name;   // its path in both folders, with slashes
     std::string before; // the file in the first folder; empty where it is not there
@@ -19,8 +19,8 @@ struct FolderPairs {
     std::vector<std::string> faults;
 };
 
-/// The documents of two folders and the folders below, matched by their paths there. A file that is a document on one side is one on
-/// the other side, too. Two folders without documents are a fault. `options` says which files are documents.
+/// The documents of two folders and the folders below, matched by their paths. A file that is a document in one folder counts
+/// as one in the other, too. Two folders without documents are an error. `options` says which files are documents.
 FolderPairs pair_folders(const std::string& before, const std::string& after, FileListOptions options);
 
 } // namespace bkdoc

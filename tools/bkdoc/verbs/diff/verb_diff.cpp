@@ -75,7 +75,7 @@ ExitCode exit_code(ExitCode trouble, bool is_same) {
                                        : EXIT_FAULTS;
 }
 
-/// One run of the verb.
+/// Runs the verb.
 struct DiffRun {
     const Arguments& arguments;
     Streams& streams;
