@@ -162,7 +162,7 @@ std::string zsh_completion() {
         text += "        " + quoted(std::string(verb.name) + ":" + zsh_escaped(verb.summary)) + "\n";
     }
     text += "        " + quoted(std::string(help_verb) + ":" + zsh_escaped(help_summary)) + "\n";
-    text += "    )\n    if ((CURRENT == 2)) || ((CURRENT == 3)) && [ \"$words[2]\" = help ]; then\n        "
+    text += "    )\n    if [[ $CURRENT == 2 || ( $CURRENT == 3 && $words[2] == help ) ]]; then\n        "
             "_describe verb verbs\n        return\n    fi\n"
             "    local verb=$words[2]\n    shift words\n    ((--CURRENT))\n    case $verb in\n";
     for (const VerbSpec& verb : all_verbs()) {
