@@ -92,7 +92,10 @@ TEST(bkdoc_command_line, a_refusal_stays_on_its_line_whatever_the_file_is_called
 
 TEST(bkdoc_command_line, a_folder_is_refused_as_a_folder) {
     const ScratchFolder folder;
-    EXPECT_EQ(run_bkdoc({"cat", folder.path()}).err, "bkdoc: " + folder.path() + ": is a directory\n");
+    for (const char* verb : {"dump", "recover", "textconv"}) {
+        const BkdocRun run = run_bkdoc({verb, folder.path()});
+        EXPECT_NE((run.err + run.out).find(folder.path() + ": is a directory\n"), std::string::npos) << verb;
+    }
 }
 
 TEST(bkdoc_command_line, a_search_folder_takes_one_word_so_that_a_file_may_follow) {

@@ -112,6 +112,8 @@ TEST_F(bkdoc_folder_diff, a_folder_and_a_file_are_refused) {
     EXPECT_EQ(run({"diff", "old", "new/a.bkd"}).err, reason);
     EXPECT_EQ(run({"diff", "new/a.bkd", "old"}).err, reason);
     EXPECT_EQ(run({"diff", "new/a.bkd", "old"}).code, 2);
+    EXPECT_EQ(run({"diff", "old", "gone"}).err, "bkdoc: gone: no such file\n");
+    EXPECT_EQ(run({"diff", "gone", "old"}).code, 2);
 }
 
 } // namespace

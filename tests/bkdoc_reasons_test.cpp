@@ -73,10 +73,11 @@ TEST_F(bkdoc_reasons, a_folder_without_documents_is_told) {
 TEST_F(bkdoc_reasons, an_include_is_named_without_steps_back) {
     folder_.write("lib/part.bkd", "n 2 @\n");
     folder_.write("shots/one.bkd", "#include \"../lib/part.bkd\"\n#include \"../lib/none.bkd\"\n");
-    EXPECT_EQ(run({"check", "--format", "gcc", "shots/one.bkd"}).out,
-              "lib/part.bkd:1:5: error: unexpected '@' [unexpected-word]\n"
-              "shots/one.bkd:2:1: error: '../lib/none.bkd' not found; tried lib/none.bkd, ../lib/none.bkd; -I "
-              "adds a folder [include-not-found]\n");
+    EXPECT_EQ(
+        run({"check", "--format", "gcc", "shots/one.bkd"}).out,
+        "lib/part.bkd:1:5: error: unexpected '@' [unexpected-word]\n"
+        "shots/one.bkd:2:1: error: '../lib/none.bkd' not found; tried lib/none.bkd, ../lib/none.bkd; -I "
+        "adds a folder [include-not-found]\n");
     EXPECT_EQ(run({"deps", "--missing", "shots/one.bkd"}).out,
               "shots/one.bkd:2:1: ../lib/none.bkd: not found; tried lib/none.bkd, ../lib/none.bkd\n");
     const std::string info = run({"info", "shots/one.bkd"}).out;

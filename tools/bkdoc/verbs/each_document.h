@@ -6,8 +6,9 @@
 
 namespace bkdoc {
 
-/// Opens the operands one after the other, writes their problems to the error stream, and calls `visit` with every document
-/// that could be read. Returns the worst of all results. An interrupt ends the work.
+/// Opens the documents that the operands name one after the other, also those of folders and patterns, writes their problems to
+/// the error stream, and calls `visit` with every document that could be read. Returns the worst of all results. An interrupt
+/// ends the work.
 ExitCode for_each_document(const Arguments& arguments, Streams& streams,
                            const std::function<ExitCode(OpenedDocument&)>& visit);
 

@@ -25,7 +25,8 @@ constexpr Wording wordings[] = {
     {": ParserLimits::include_depth", "; --trusted reads on"},
     {": ParserLimits::include_count", "; --trusted reads on"},
     {": ParserLimits::archive_ratio and archive_size", "; --trusted reads it"},
-    {", and no key is given", ", and no key is given: --key, --key-file or BKDOC_KEY does"},
+    {", and no key is given", ", and no key is given: --key, --key-file or BKDOC_KEY gives one"},
+    {" is JSON, not a document", " is JSON, not a document; bkdoc convert reads it"},
 };
 
 std::string_view severity_word(bk_parser::Severity severity) noexcept {

@@ -1,3 +1,4 @@
+#include "input/files/input.h"
 #include "output/display/text_display.h"
 #include "platform/paths.h"
 #include "verbs/diff/comparison.h"
@@ -28,6 +29,12 @@ bool take_compare_options(const Arguments& arguments, bk_parser::CompareOptions&
         complain(streams, "--tolerance needs a number of 0 or more, not '" + *tolerance + "'");
     }
     return is_number;
+}
+
+/// Without the separators at its end.
+std::string folder_name(const std::string& operand) {
+    const std::filesystem::path path = path_of(operand);
+    return path.has_filename() || !path.has_relative_path() ? operand : text_of(path.parent_path());
 }
 
 std::vector<ToldDifference> joined(const std::vector<FolderDiff::Row>& rows) {
@@ -95,7 +102,8 @@ struct DiffRun {
     }
 
     ExitCode folders() {
-        const auto& operands = arguments.operands();
+        const std::vector<std::string> operands = {folder_name(arguments.operands().at(0)),
+                                                   folder_name(arguments.operands().at(1))};
         FileListOptions list;
         list.use_config = open.use_config;
         list.extensions = arguments.values("--ext");
@@ -135,9 +143,13 @@ ExitCode run_diff(const Arguments& arguments, Streams& streams) {
     std::error_code failure;
     const bool is_folder = std::filesystem::is_directory(path_of(before), failure);
     if (is_folder != std::filesystem::is_directory(path_of(after), failure)) {
-        complain(streams, shown(is_folder ? before : after, file_name_limit) + " is a folder and " +
-                              shown(is_folder ? after : before, file_name_limit) +
-                              " is not; diff compares two files or two folders");
+        const std::string& folder = is_folder ? before : after;
+        const std::string& other = is_folder ? after : before;
+        const bool is_there = other == "-" || std::filesystem::exists(path_of(other), failure);
+        complain(streams, is_there ? shown(folder, file_name_limit) + " is a folder and " +
+                                         shown(other, file_name_limit) +
+                                         " is not; diff compares two files or two folders"
+                                   : shown(other, file_name_limit) + ": " + why_unread(other));
         return EXIT_UNREADABLE;
     }
     return is_folder ? run.folders() : run.files();
