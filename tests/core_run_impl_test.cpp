@@ -1,67 +1,105 @@
 #include "core/core_memory.h"
+#include "core/memory/core_poison_impl.h"
 #include "core/memory/core_run_impl.h"
-#include "core/memory/core_slab_page_impl.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <random>
+#include <thread>
 #include <vector>
 
-// Pages of blocks that lie one behind the other in the order in which they were taken.
+// Memory in the order in which it is asked for.
 
 namespace {
 
-constexpr std::size_t block_size = 1024;
+struct Taken {
+    char* begin;
+    std::size_t size;
+};
 
-using Page = std::vector<unsigned char*>;
-
-unsigned char* take() {
-    return static_cast<unsigned char*>(bk::allocate_in_order(block_size));
+Taken take(std::size_t size) {
+    Taken taken{static_cast<char*>(bk::allocate_in_order(size)), size};
+    std::memset(taken.begin, static_cast<int>(size % 251), size);
+    return taken;
 }
 
-/// Full pages, and what lies on each.
-std::vector<Page> take_pages(std::size_t count) {
-    CoreMemory::release(CoreMemory::allocate(block_size), block_size); // from here on the thread has a heap
-    std::vector<Page> pages;
-    const bk::SlabPage* last = nullptr;
-    while (pages.size() < count) {
-        unsigned char* const block = take();
-        if (bk::SlabPage::of(block) != last) {
-            last = bk::SlabPage::of(block);
-            pages.emplace_back();
+bool is_untouched(const Taken& taken) {
+    for (std::size_t i = 0; i < taken.size; ++i) {
+        if (taken.begin[i] != static_cast<char>(taken.size % 251)) {
+            return false;
         }
-        pages.back().push_back(block);
     }
-    return pages;
+    return true;
 }
 
-void give_back(unsigned char* block) {
-    CoreMemory::release(block, block_size);
+std::vector<Taken> take_many(unsigned int count) {
+    std::mt19937 random(count);
+    std::vector<Taken> taken;
+    for (unsigned int i = 0; i < count; ++i) {
+        taken.push_back(take(1 + random() % 1024));
+    }
+    return taken;
+}
+
+void release_all(const std::vector<Taken>& taken) {
+    for (const Taken& block : taken) {
+        CoreMemory::release(block.begin, block.size);
+    }
 }
 
 } // namespace
 
-TEST(core_run, the_last_block_of_a_page_goes_when_its_thread_has_given_up_the_page) {
-    constexpr std::size_t more_than_a_thread_keeps = 600;
-    for (int round = 0; round < 3; ++round) {
-        const std::vector<Page> pages = take_pages(more_than_a_thread_keeps);
-        for (const Page& page : pages) {
-            for (std::size_t i = 1; i < page.size(); ++i) {
-                give_back(page[i]);
-            }
-        }
-        for (const Page& page : pages) {
-            give_back(page[0]);
-        }
-        std::vector<unsigned char*> blocks;
-        for (std::size_t i = 0; i < 2000; ++i) {
-            blocks.push_back(take());
-            std::memset(blocks.back(), static_cast<int>(i % 251), block_size);
-        }
-        for (std::size_t i = 0; i < blocks.size(); ++i) {
-            ASSERT_EQ(blocks[i][0], i % 251);
-            ASSERT_EQ(blocks[i][block_size - 1], i % 251);
-            give_back(blocks[i]);
-        }
+TEST(core_run, blocks_of_any_size_lie_one_behind_the_other) {
+#if defined(BK_PARSER_NO_SLABS)
+    GTEST_SKIP() << "this build has no slabs";
+#endif
+    CoreMemory::release(CoreMemory::allocate(1), 1); // a thread's first block finds no heap
+    const std::vector<Taken> taken = take_many(10000);
+    unsigned int jumps = 0;
+    for (std::size_t i = 1; i < taken.size(); ++i) {
+        const char* const behind = taken[i - 1].begin + taken[i - 1].size;
+        jumps += taken[i].begin < behind || taken[i].begin > behind + 16 ? 1 : 0;
     }
+    EXPECT_LT(jumps, 10000u * 513 / 60000) << "one a page";
+    release_all(taken);
+}
+
+TEST(core_run, blocks_keep_to_themselves_whoever_gives_them_back) {
+    std::vector<Taken> taken = take_many(5000);
+    std::vector<Taken> others;
+    std::thread([&others] { others = take_many(5000); }).join(); // its pages are somebody else's now
+    const std::vector<Taken> more = take_many(1000);
+    taken.insert(taken.end(), others.begin(), others.end());
+    taken.insert(taken.end(), more.begin(), more.end());
+    for (const Taken& block : taken) {
+        ASSERT_TRUE(is_untouched(block));
+    }
+    std::shuffle(taken.begin(), taken.end(), std::mt19937(1));
+    const auto middle = taken.begin() + static_cast<std::ptrdiff_t>(taken.size() / 2);
+    const std::vector<Taken> there(taken.begin(), middle);
+    const std::vector<Taken> here(middle, taken.end());
+    std::thread thread([&there] { release_all(there); });
+    release_all(here);
+    thread.join();
+    release_all(take_many(5000));
+}
+
+TEST(core_run, a_block_is_closed_behind_its_end_and_all_of_it_when_it_is_given_back) {
+#if !defined(BK_PARSER_POISONS) || defined(BK_PARSER_NO_SLABS)
+    GTEST_SKIP() << "this build has no poison, or no slabs";
+#endif
+    CoreMemory::release(CoreMemory::allocate(1), 1);
+    const Taken first = take(20);
+    const Taken block = take(100);
+    const Taken last = take(20);
+    EXPECT_TRUE(bk::is_poisoned(block.begin + 100));
+    EXPECT_TRUE(bk::is_poisoned(block.begin - 1));
+    CoreMemory::release(block.begin, 40); // an object at its beginning
+    EXPECT_TRUE(bk::is_poisoned(block.begin));
+    EXPECT_TRUE(bk::is_poisoned(block.begin + 99));
+    EXPECT_TRUE(is_untouched(first));
+    EXPECT_TRUE(is_untouched(last));
+    release_all({first, last});
 }
