@@ -31,7 +31,7 @@ bool take_compare_options(const Arguments& arguments, bk_parser::CompareOptions&
     return is_number;
 }
 
-/// Without the separators at its end.
+/// The name of a folder in reports: without a separator at its end.
 std::string folder_name(const std::string& operand) {
     const std::filesystem::path path = path_of(operand);
     return path.has_filename() || !path.has_relative_path() ? operand : text_of(path.parent_path());

@@ -8,7 +8,7 @@ namespace bkdoc {
 
 namespace {
 
-/// Another name that leads to a group is surely a group to move into, as with files.
+/// Warns when TO is the path of a group: whoever knows `mv` for files expects the entry to move into the group.
 void warn_of_group(const OpenedDocument& document, const ParserEntry& entry, const bk_parser::Path& to,
                    Streams& streams) {
     const std::string name(entry.get_name().get_view());
