@@ -11,7 +11,7 @@ namespace bk_python {
 
 /// A str, bytes or os.PathLike; ValueError for one with a null character.
 std::filesystem::path path_from(py::handle object);
-/// The same, or an empty one for None.
+/// The same, or an empty one for None; ValueError for an empty one.
 std::filesystem::path optional_path_from(py::handle object);
 /// Any iterable of paths but a path. `name` is the argument's.
 std::vector<std::filesystem::path> paths_from(py::handle object, const char* name);
