@@ -70,7 +70,9 @@ need() {
     echo "installing ${missing[*]}" >&2
     export DEBIAN_FRONTEND=noninteractive
     local output
-    if ! output=$({ apt-get update && apt-get install -y --no-install-recommends "${missing[@]}"; } 2>&1 </dev/null); then
+    # One at a time: two scripts may run side by side.
+    if ! output=$(flock /tmp/bk_parser_packages sh -c 'apt-get update && apt-get install -y --no-install-recommends "$@"' \
+        apt "${missing[@]}" 2>&1 </dev/null); then
         echo "missing, and not to be had: ${missing[*]} ($(grep -m 1 '^E: ' <<<"$output"))" >&2
         exit 2
     fi

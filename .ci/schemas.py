@@ -25,6 +25,12 @@ FILES = {
     "left.bkd": "a 1 b { c 2 d 3 } e \"x\" f { g 1 h 2 i 3 }\n",
     "right.bkd": "b { d 3 c 3 } e \"y\" k 4 m { g 1 h 2 i 3 }\n",
     "empty.bkd": "",
+    "before/a.bkd": "a 1\n",
+    "before/gone.bkd": "a 1\n",
+    "after/a.bkd": "a 2\n",
+    "more/a.bkd": "a 1\n",
+    "more/added.bkd": "a 1\n",
+    "more/gone.bkd": "a 1\n",
 }
 
 # The verb, its words, and its exit code.
@@ -44,6 +50,10 @@ RUNS = [
     ("diff", ["left.bkd", "right.bkd"], 1),
     ("diff", ["left.bkd", "left.bkd"], 0),
     ("diff", ["left.bkd", "binary.bin"], None),
+    ("diff", ["before", "after"], 1),
+    ("diff", ["before", "more"], 1),
+    ("diff", ["more", "before"], 1),
+    ("diff", ["before", "before"], 0),
     ("deps", ["top.bkd", "other.bkd"], 1),
     ("deps", [*FOLDERS, HARBOUR], 0),
     ("get", ["**", "left.bkd"], 0),
@@ -64,6 +74,7 @@ def run(tool, folder, *words):
 
 def prepare(tool, folder):
     for name, text in FILES.items():
+        (folder / name).parent.mkdir(exist_ok=True)
         (folder / name).write_bytes(text.encode("latin-1"))
     for form, name in (("binary", "binary.bin"), ("archive", "words.archive")):
         made = run(tool, folder, "convert", "--to", form, LAMP, name)

@@ -22,9 +22,9 @@ struct Include {
     std::size_t offset = 0;
     /// Of the directive, in bytes.
     std::size_t length = 0;
-    /// The file that was included, as it was found and as an absolute path; empty when none was found.
+    /// The file that was included, as it was found, but lib/a.bkd where that is shots/../lib/a.bkd; empty when none was found.
     std::filesystem::path found;
-    /// The file that was found; empty when none was.
+    /// The same as an absolute path; empty when none was found.
     std::filesystem::path path;
     /// The places where the file was looked for and not found, as they were named, in their order.
     std::vector<std::filesystem::path> tried;

@@ -1,6 +1,7 @@
 #include "parser/parser_file.h"
 #include "tests/support/archive_form.h"
 #include "tests/support/binary_form.h"
+#include "tests/support/deep.h"
 #include "tests/support/recording_log.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/tree_equal.h"
@@ -11,7 +12,7 @@
 
 namespace {
 
-constexpr unsigned int depth = 1000000;
+constexpr unsigned int depth = million_deep;
 
 /// Deep enough to overflow the stack of whatever would recurse, and faster than a million.
 constexpr unsigned int lesser_depth = 200000;

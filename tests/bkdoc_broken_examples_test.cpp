@@ -94,7 +94,8 @@ const std::vector<Expectation>& expectations() {
           "parts/no_such_file.bkd; -I adds a folder [include-not-found]"}},
         {"include_is_a_directory.bkd",
          1,
-         {"include_is_a_directory.bkd:2:1: error: 'parts' not found; tried parts, parts; -I adds a folder "
+         {"include_is_a_directory.bkd:2:1: error: 'parts' not found; tried parts (is a directory), parts; -I "
+          "adds a folder "
           "[include-not-found]"}},
         {"include_includes_itself.bkd",
          1,
@@ -109,7 +110,7 @@ const std::vector<Expectation>& expectations() {
         {"include_cannot_be_deciphered.bkd",
          1,
          {"include_cannot_be_deciphered.bkd:3:5: error: parts/enciphered.bkd is encrypted, and no key is "
-          "given: --key, --key-file or BKDOC_KEY does [no-key]"}},
+          "given: --key, --key-file or BKDOC_KEY gives one [no-key]"}},
         {"include_missing_in_included_file.bkd",
          1,
          {"parts/asks_for_more.bkd:2:13: error: 'glass.bkd' not found; tried parts/glass.bkd, glass.bkd, "

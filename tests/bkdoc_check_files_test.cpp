@@ -17,8 +17,8 @@ protected:
 
     std::string shots() const { return folder.path("shots"); }
     std::string included_problem(const std::string& whom) const {
-        return "in " + shots() + "/../lib/part.bkd, included by " + whom + ":\n" + shots() +
-               "/../lib/part.bkd:1:3: error: unexpected '!' [unexpected-word]\np ! 1\n  ^\n";
+        return "in " + folder.path("lib/part.bkd") + ", included by " + whom + ":\n" +
+               folder.path("lib/part.bkd") + ":1:3: error: unexpected '!' [unexpected-word]\np ! 1\n  ^\n";
     }
 
     const ScratchFolder folder;
@@ -185,8 +185,8 @@ TEST_F(bkdoc_check_files, may_leave_their_includes_out) {
 
 TEST_F(bkdoc_check_files, are_told_in_lines_for_editors) {
     const BkdocRun run = run_bkdoc({"check", "--format", "gcc", shots(), "-"}, "x @ 1\n");
-    EXPECT_EQ(run.out, "<stdin>:1:3: error: unexpected '@' [unexpected-word]\n" + shots() +
-                           "/../lib/part.bkd:1:3: error: unexpected '!' [unexpected-word]\n");
+    EXPECT_EQ(run.out, "<stdin>:1:3: error: unexpected '@' [unexpected-word]\n" +
+                           folder.path("lib/part.bkd") + ":1:3: error: unexpected '!' [unexpected-word]\n");
 }
 
 TEST_F(bkdoc_check_files, are_told_to_editors_by_columns_of_the_screen) {
@@ -211,8 +211,8 @@ TEST_F(bkdoc_check_files, are_told_in_json) {
               "{\n  \"problems\": [\n    {\n      \"severity\": \"error\",\n"
               "      \"code\": \"unexpected-word\",\n      \"message\": \"unexpected '!'\",\n"
               "      \"file\": \"" +
-                  shots() +
-                  "/../lib/part.bkd\",\n"
+                  folder.path("lib/part.bkd") +
+                  "\",\n"
                   "      \"line\": 1,\n      \"column\": 3,\n      \"offset\": 2,\n      \"length\": 1,\n"
                   "      \"included_from\": [\n        {\n          \"file\": \"" +
                   file +

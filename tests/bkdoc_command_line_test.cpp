@@ -92,7 +92,10 @@ TEST(bkdoc_command_line, a_refusal_stays_on_its_line_whatever_the_file_is_called
 
 TEST(bkdoc_command_line, a_folder_is_refused_as_a_folder) {
     const ScratchFolder folder;
-    EXPECT_EQ(run_bkdoc({"cat", folder.path()}).err, "bkdoc: " + folder.path() + ": is a directory\n");
+    for (const char* verb : {"dump", "recover", "textconv"}) {
+        const BkdocRun run = run_bkdoc({verb, folder.path()});
+        EXPECT_NE((run.err + run.out).find(folder.path() + ": is a directory\n"), std::string::npos) << verb;
+    }
 }
 
 TEST(bkdoc_command_line, a_search_folder_takes_one_word_so_that_a_file_may_follow) {
@@ -166,6 +169,7 @@ TEST(bkdoc_command_line, a_value_that_does_not_suit_is_refused_with_what_would) 
     EXPECT_EQ(refusal_of({"cat", "a", "--color", "blue"}),
               "--color needs one of auto, always, never, not 'blue'");
     EXPECT_EQ(refusal_of({"check", "-I"}), "-I needs a folder");
+    EXPECT_EQ(refusal_of({"check", "-j", "1000", "a.bkd"}), "--jobs takes at most 256");
     EXPECT_EQ(refusal_of({"same", "a.bkd"}), "same needs B; bkdoc same --help shows an example");
     EXPECT_EQ(refusal_of({"dump", "a", "b"}),
               "too many arguments for dump; bkdoc dump --help shows an example");

@@ -375,9 +375,8 @@ TEST(bkdoc_convert, a_key_that_is_none_is_refused_before_anything_is_written) {
     expect_refusal(folder, file, {"--to", "cipher", "--key-file", empty},
                    "the first line of the key file is empty\n");
     expect_refusal(folder, file, {"--to", "cipher", "--key-file", folder.path("gone")},
-                   "gone: the key file cannot be read\n");
-    expect_refusal(folder, file, {"--to", "cipher", "--key-file", folder.path()},
-                   ": the key file cannot be read\n");
+                   "gone: no such file\n");
+    expect_refusal(folder, file, {"--to", "cipher", "--key-file", folder.path()}, ": is a directory\n");
     expect_refusal(folder, file, {"--to", "cipher", "--key", "a", "--key-file", empty},
                    "--key and --key-file are both given\n");
 }

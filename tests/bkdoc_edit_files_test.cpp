@@ -81,6 +81,33 @@ TEST_F(bkdoc_edit_files, what_becomes_of_hard_links_is_told) {
               "bkdoc: wide.bkd: 1 other hard link to it keeps the old content\n");
 }
 
+TEST_F(bkdoc_edit_files, what_becomes_of_hard_links_is_told_by_every_verb_that_replaces_a_file) {
+    std::error_code failure;
+    const auto link_again = [&] {
+        folder_.write("target.bkd", "power 9\n");
+        std::filesystem::remove(folder_.path("twin.bkd"));
+        std::filesystem::create_hard_link(folder_.path("target.bkd"), folder_.path("twin.bkd"), failure);
+    };
+    link_again();
+    if (failure || std::filesystem::hard_link_count(folder_.path("target.bkd"), failure) != 2) {
+        GTEST_SKIP() << "no hard links here, or none that can be counted";
+    }
+    ASSERT_EQ(run({"convert", "--to", "binary", "real/lamp.bkd", "lamp.bin"}).err, "");
+    const std::vector<std::vector<std::string>> verbs{
+        {"convert", "--to", "text", "lamp.bin", "target.bkd"},
+        {"recover", "lamp.bin", "-o", "target.bkd"},
+        {"merge", "-w", "twin.bkd", "target.bkd", "real/lamp.bkd"}};
+    for (const auto& verb : verbs) {
+        link_again();
+        const BkdocRun done = run(verb);
+        EXPECT_EQ(done.code, 0) << verb[0];
+        EXPECT_TRUE(done.err.ends_with("bkdoc: target.bkd: 1 other hard link to it keeps the old content\n"))
+            << verb[0] << ": " << done.err;
+        EXPECT_EQ(folder_.read("twin.bkd"), "power 9\n") << verb[0];
+        EXPECT_NE(folder_.read("target.bkd").find("power 1"), std::string::npos) << verb[0];
+    }
+}
+
 TEST_F(bkdoc_edit_files, what_a_document_includes_twice_is_counted_once) {
     folder_.write("twice.bkd",
                   "#include \"real/lamp.bkd\"\ng {\n#include \"real/lamp.bkd\"\n}\nuses \"power\"\n");

@@ -208,6 +208,17 @@ TEST_F(bkdoc_edit, mv_moves_one_entry) {
     EXPECT_EQ(run_bkdoc({"mv", "shot", "shot/inner", top_}).code, 2);
 }
 
+TEST_F(bkdoc_edit, mv_warns_where_a_group_of_the_new_name_is_there) {
+    const std::string file = folder_.write("a.bkd", "fog { a 1 }\nworld { b 2 }\nlight { c 3 }\nx 1\n");
+    const std::string beside =
+        ":2:1: world: is there already, and gets another of its name; to move into it, "
+        "write world/fog\n";
+    EXPECT_EQ(run_bkdoc({"mv", "-w", "fog", "world", file}).err, "bkdoc: warning: " + file + beside);
+    EXPECT_EQ(folder_.read("a.bkd").find("fog"), std::string::npos);
+    EXPECT_EQ(run_bkdoc({"mv", "-w", "light", "world[0]/light", file}).err, "");
+    EXPECT_EQ(run_bkdoc({"mv", "-w", "x", "world[0]/x", file}).err, "");
+}
+
 TEST_F(bkdoc_edit, rename_changes_names_and_if_asked_the_strings_that_equal_them) {
     folder_.write("top.bkd", "#include \"lights.bkd\"\nuses \"light\" \"lights\"\n");
     const BkdocRun plain = run({"rename", "--dry-run", "light", "lamp"});
@@ -217,10 +228,11 @@ TEST_F(bkdoc_edit, rename_changes_names_and_if_asked_the_strings_that_equal_them
     EXPECT_EQ(refs.out, top_ + ":2:1: uses@0: \"light\" -> \"lamp\"\n" + lights_ + ": 2 names changed\n" +
                             top_ + ": 1 name changed\n3 names changed in 2 files\n");
     EXPECT_EQ(folder_.read("top.bkd"), "#include \"lights.bkd\"\nuses \"lamp\" \"lights\"\n");
-    EXPECT_EQ(run({"rename", "lamp", "a b"}).err,
-              "bkdoc: " + lights_ +
-                  ":1:1: lamp[\"quay_01\"]: cannot be called 'a b'; names have letters, digits and _, and "
-                  "those of keywords begin with #\nbkdoc: nothing is written\n");
+    EXPECT_EQ(
+        run({"rename", "lamp", "a b"}).err,
+        "bkdoc: " + lights_ +
+            ":1:1: lamp[\"quay_01\"]: cannot be called 'a b'; names begin with a letter or _, and go on "
+            "with letters, digits, _ and '.'; those of keywords begin with #\nbkdoc: nothing is written\n");
 }
 
 TEST_F(bkdoc_edit, the_binary_form_is_changed_in_its_form) {

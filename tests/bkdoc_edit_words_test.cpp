@@ -60,8 +60,8 @@ TEST_F(bkdoc_edit_words, a_name_that_is_a_value_is_refused) {
               "bkdoc: a.bkd:1:1: n: cannot be called '1.5'; it is a number, and would be read as a value\n"
               "bkdoc: nothing is written\n");
     EXPECT_EQ(run({"rename", "n", "a b", "a.bkd"}).err,
-              "bkdoc: a.bkd:1:1: n: cannot be called 'a b'; names have letters, digits and _, and those of "
-              "keywords begin with #\nbkdoc: nothing is written\n");
+              "bkdoc: a.bkd:1:1: n: cannot be called 'a b'; names begin with a letter or _, and go on with "
+              "letters, digits, _ and '.'; those of keywords begin with #\nbkdoc: nothing is written\n");
 }
 
 TEST_F(bkdoc_edit_words, a_name_that_looks_like_a_value_is_warned_of) {

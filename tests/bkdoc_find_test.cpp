@@ -64,6 +64,21 @@ TEST_F(bkdoc_find, get_answers_in_json) {
     EXPECT_EQ(run({"get", "--json", "nothing"}).out, "[]\n");
 }
 
+TEST_F(bkdoc_find, grep_counts_lists_files_and_answers_in_json) {
+    EXPECT_EQ(run({"grep", "--count", "quay"}).out, "2\n");
+    EXPECT_EQ(run({"grep", "-l", "quay"}).out, top_ + "\n");
+    EXPECT_EQ(run({"grep", "--values", "quay_0[2-9]"}).out, "quay_02\n");
+    EXPECT_EQ(run({"grep", "--json", "nothing"}).out, "[]\n");
+    EXPECT_EQ(run({"grep", "--json", "quay_02"}).out, "[\n  {\n    \"file\": \"" + lights_ +
+                                                          "\",\n"
+                                                          "    \"line\": 3,\n"
+                                                          "    \"column\": 1,\n"
+                                                          "    \"path\": \"light[\\\"quay_02\\\"]@0\",\n"
+                                                          "    \"name\": \"light\",\n"
+                                                          "    \"values\": [\n      \"quay_02\"\n    ]\n"
+                                                          "  }\n]\n");
+}
+
 TEST_F(bkdoc_find, nothing_found_is_exit_1) {
     const BkdocRun found = run({"get", "nothing"});
     EXPECT_EQ(found.code, 1);

@@ -3,25 +3,38 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #if !defined(_WIN32)
 
 namespace {
 
-/// A repository whose .bkd files go through the tool.
+/// The block of docs/version_control.md that has these words.
+std::string block_of_the_page(const std::string& words) {
+    std::ifstream file(BK_PARSER_SOURCE_DIR "/docs/version_control.md");
+    const std::string page{std::istreambuf_iterator<char>(file), {}};
+    const std::size_t place = page.find(words);
+    const std::size_t begin = page.find('\n', page.rfind("```", place)) + 1;
+    return place == std::string::npos ? "" : page.substr(begin, page.find("```", begin) - begin);
+}
+
+/// A repository whose .bkd files go through the tool, by the lines of the page.
 class Repository {
 public:
     Repository() {
+        std::filesystem::create_symlink(BK_PARSER_BKDOC, home_.path("bkdoc"));
         run("git init -q -b main . && git config user.name T && git config user.email t@example.org && "
             "git config commit.gpgsign false");
-        const std::string tool = BK_PARSER_BKDOC;
-        run("git config diff.bkdoc.textconv '" + tool + " textconv'");
-        run("git config merge.bkdoc.driver '" + tool + " merge -w %O %A %B'");
-        folder.write(".gitattributes", "*.bkd diff=bkdoc merge=bkdoc\n*.archive diff=bkdoc\n");
+        EXPECT_EQ(run(block_of_the_page("git config --global merge.bkdoc.driver")), 0)
+            << folder.read("out.txt");
+        folder.write(".gitattributes", block_of_the_page("*.bkd     diff=bkdoc"));
     }
 
     int run(const std::string& command) const {
-        const std::string line = "cd '" + folder.path() + "' && (" + command + ") >out.txt 2>&1";
+        const std::string line = "cd '" + folder.path() + "' && export HOME='" + home_.path() + "' PATH='" +
+                                 home_.path() + "':\"$PATH\" && (" + command + ") >out.txt 2>&1";
         return std::system(line.c_str());
     }
     void commit(std::string_view text) const {
@@ -31,6 +44,9 @@ public:
     }
 
     ScratchFolder folder;
+
+private:
+    ScratchFolder home_; // with the global settings, and the tool in the path
 };
 
 bool has_git() {

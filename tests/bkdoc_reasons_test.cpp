@@ -70,6 +70,44 @@ TEST_F(bkdoc_reasons, a_folder_without_documents_is_told) {
               "bkdoc: empty: no document in this folder has such an extension\n");
 }
 
+TEST_F(bkdoc_reasons, an_include_is_named_without_steps_back) {
+    folder_.write("lib/part.bkd", "n 2 @\n");
+    folder_.write("shots/one.bkd", "#include \"../lib/part.bkd\"\n#include \"../lib/none.bkd\"\n");
+    EXPECT_EQ(
+        run({"check", "--format", "gcc", "shots/one.bkd"}).out,
+        "lib/part.bkd:1:5: error: unexpected '@' [unexpected-word]\n"
+        "shots/one.bkd:2:1: error: '../lib/none.bkd' not found; tried lib/none.bkd, ../lib/none.bkd; -I "
+        "adds a folder [include-not-found]\n");
+    EXPECT_EQ(run({"deps", "--missing", "shots/one.bkd"}).out,
+              "shots/one.bkd:2:1: ../lib/none.bkd: not found; tried lib/none.bkd, ../lib/none.bkd\n");
+    const std::string info = run({"info", "shots/one.bkd"}).out;
+    EXPECT_NE(info.find("  lib/part.bkd  found beside one.bkd\n"), std::string::npos) << info;
+    folder_.write("lib/part.bkd", "n 2\n");
+    folder_.write("shots/one.bkd", "#include \"../lib/part.bkd\"\n");
+    EXPECT_EQ(run({"set", "-w", "n", "=3", "shots/one.bkd"}).out, "lib/part.bkd: 1 value set\n");
+}
+
+TEST_F(bkdoc_reasons, how_an_include_was_found_is_told_of_names_with_steps_back) {
+    folder_.make_folder("lib/deep");
+    folder_.write("lib/part.bkd", "n 1\n");
+    folder_.write("shots/one.bkd", "#include \"../part.bkd\"\n");
+    folder_.write("shots/two.bkd", "#include \"part.bkd\"\n");
+    const std::string one = run({"info", "-I", "lib/deep", "shots/one.bkd"}).out;
+    EXPECT_NE(one.find("  lib/part.bkd  found in a search folder\n"), std::string::npos) << one;
+    const std::string two = run({"info", "-I", "lib", "shots/two.bkd"}).out;
+    EXPECT_NE(two.find("  lib/part.bkd  found in the search folder lib\n"), std::string::npos) << two;
+}
+
+TEST_F(bkdoc_reasons, a_place_that_cannot_be_read_is_told_with_the_systems_reason) {
+    folder_.make_folder("part.bkd");
+    folder_.write("top.bkd", "#include \"part.bkd\"\n");
+    EXPECT_EQ(run({"check", "--format", "gcc", "top.bkd"}).out,
+              "top.bkd:1:1: error: 'part.bkd' not found; tried part.bkd (is a directory); -I adds a folder "
+              "[include-not-found]\n");
+    EXPECT_EQ(run({"deps", "--missing", "top.bkd"}).out,
+              "top.bkd:1:1: part.bkd: not found; tried part.bkd (is a directory)\n");
+}
+
 #if !defined(_WIN32) // where the folders of a configuration have backslashes
 
 TEST_F(bkdoc_reasons, an_include_that_the_configuration_leads_to_is_told_from_the_current_folder) {
@@ -88,6 +126,34 @@ TEST_F(bkdoc_reasons, an_include_that_the_configuration_leads_to_is_told_from_th
               "two.bkd:2:1: error: 'none.bkd' not found; tried none.bkd, ../lib/none.bkd; -I adds a folder "
               "[include-not-found]\n");
     EXPECT_TRUE(told("/", folder_.path("shots/two.bkd")).starts_with(folder_.path("lib/part.bkd")));
+}
+
+TEST_F(bkdoc_reasons, a_circle_of_links_is_told_as_one) {
+    std::filesystem::create_symlink("b.bkd", folder_.path("c.bkd"));
+    std::filesystem::create_symlink("c.bkd", folder_.path("b.bkd"));
+    folder_.write("top.bkd", "#include \"b.bkd\"\n");
+    const std::string reason = "too many levels of symbolic links";
+    for (const char* verb : {"check", "tree", "cat", "info", "stats", "dump", "recover", "fmt", "deps"}) {
+        EXPECT_EQ(run({verb, "b.bkd"}).err, "bkdoc: b.bkd: " + reason + "\n") << verb;
+    }
+    EXPECT_EQ(run({"check", "--format", "gcc", "top.bkd"}).out,
+              "top.bkd:1:1: error: 'b.bkd' not found; tried b.bkd (" + reason +
+                  "); -I adds a folder [include-not-found]\n");
+    EXPECT_EQ(run({"deps", "top.bkd"}).out,
+              "top.bkd\n\xE2\x94\x94\xE2\x94\x80\xE2\x94\x80 b.bkd  line 1  not found; tried b.bkd (" +
+                  reason + ")\n");
+    EXPECT_EQ(run({"check", "--key-file", "b.bkd", "a.bkd"}).err,
+              "bkdoc: --key-file: b.bkd: " + reason + "\n");
+}
+
+TEST_F(bkdoc_reasons, an_include_behind_a_linked_folder_keeps_its_steps_back) {
+    folder_.write("elsewhere/part.bkd", "n 2 @\n");
+    folder_.make_folder("elsewhere/far");
+    std::filesystem::create_directory_symlink("elsewhere/far", folder_.path("linked"));
+    folder_.write("part.bkd", "n 1\n");
+    folder_.write("top.bkd", "#include \"linked/../part.bkd\"\n");
+    EXPECT_EQ(run({"check", "--format", "gcc", "top.bkd"}).out,
+              "linked/../part.bkd:1:5: error: unexpected '@' [unexpected-word]\n");
 }
 
 /// As a user who may not write: root may write everything.

@@ -39,6 +39,22 @@ TEST_F(bkdoc_selection, is_counted) {
     EXPECT_NE(run.out.find("\nentries       1  (1 ordinary)\n"), std::string::npos) << run.out;
 }
 
+TEST_F(bkdoc_selection, may_be_of_the_documents_of_folders_and_patterns) {
+    folder.write("notes.txt", "no document");
+    for (const std::string& operand : {folder.path(), folder.path() + "/*.bkd"}) {
+        EXPECT_EQ(run_bkdoc({"tree", "--path", "light/power", operand}).out,
+                  run_bkdoc({"tree", "--path", "light/power", first, second}).out);
+        EXPECT_EQ(run_bkdoc({"cat", operand}).out, run_bkdoc({"cat", first, second}).out);
+        EXPECT_EQ(run_bkdoc({"info", operand}).out, run_bkdoc({"info", first, second}).out);
+        const BkdocRun stats = run_bkdoc({"stats", operand});
+        EXPECT_EQ(stats.code, 0);
+        EXPECT_TRUE(stats.out.starts_with("2 documents: ")) << stats.out;
+    }
+    const BkdocRun none = run_bkdoc({"info", folder.path() + "/*.none"});
+    EXPECT_EQ(none.code, 2);
+    EXPECT_EQ(none.err, "bkdoc: " + folder.path() + "/*.none: no file matches this pattern\n");
+}
+
 TEST_F(bkdoc_selection, that_finds_nothing_is_told) {
     const BkdocRun run = run_bkdoc({"tree", "--path", "camera", first, second});
     EXPECT_EQ(run.code, 1);

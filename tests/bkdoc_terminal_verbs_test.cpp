@@ -28,6 +28,19 @@ std::string readable(const std::string& shown) {
     return text;
 }
 
+/// Without colours, and without the line ends at the end: a terminal gets one more where a text has none.
+std::string plain_of(const std::string& shown) {
+    std::string text;
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        const std::size_t end = shown.find('}', i);
+        const bool is_colour = shown[i] == '{' && end != std::string::npos &&
+                               shown.find_first_not_of("0123456789;", i + 1) == end;
+        i = is_colour ? end : i;
+        text += is_colour ? "" : shown.substr(i, 1);
+    }
+    return text.substr(0, text.find_last_not_of('\n') + 1);
+}
+
 class BkdocTerminalVerbs : public testing::Test {
 protected:
     BkdocTerminalVerbs() {
@@ -71,6 +84,44 @@ TEST_F(bkdoc_terminal_verbs, are_coloured_there) {
     EXPECT_TRUE(laid_out.ends_with("{1;31}-light \"key\" { power 60.0 }{}\n{32}+light \"key\" {{}\n"
                                    "{32}+    power 60.0{}\n{32}+}{}\n"))
         << laid_out;
+}
+
+TEST_F(bkdoc_terminal_verbs, show_what_a_file_gets_but_for_the_colours) {
+    for (const char* form : {"archive", "binary"}) {
+        const std::string to = std::string("convert --to ") + form + " new.bkd new." + form;
+        ASSERT_EQ(plain_of(shown(to)), "");
+    }
+    for (const char* verb : {"check top.bkd",
+                             "tree lights.bkd",
+                             "cat lights.bkd",
+                             "info lights.bkd top.bkd",
+                             "deps top.bkd",
+                             "stats lights.bkd",
+                             "dump new.archive",
+                             "dump new.binary",
+                             "get '**' lights.bkd",
+                             "grep key lights.bkd",
+                             "set --dry-run light/power =1.0 lights.bkd",
+                             "set light/power =1.0 lights.bkd",
+                             "add --dry-run a 1 lights.bkd",
+                             "rm --dry-run light lights.bkd",
+                             "mv --dry-run light lamp lights.bkd",
+                             "rename --dry-run light lamp lights.bkd",
+                             "fmt lights.bkd",
+                             "fmt --check lights.bkd",
+                             "diff lights.bkd new.bkd",
+                             "diff --stat lights.bkd new.bkd",
+                             "diff --json lights.bkd new.bkd",
+                             "same lights.bkd new.bkd",
+                             "merge lights.bkd new.bkd lights.bkd",
+                             "textconv new.archive",
+                             "convert --to json lights.bkd -",
+                             "recover new.binary"}) {
+        const std::string arguments = verb;
+        const std::string piped = shown(arguments + " | cat");
+        EXPECT_NE(piped, "") << verb;
+        EXPECT_EQ(plain_of(shown(arguments)), plain_of(piped)) << verb;
+    }
 }
 
 TEST_F(bkdoc_terminal_verbs, are_not_coloured_when_that_is_not_wanted) {

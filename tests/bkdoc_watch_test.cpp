@@ -15,11 +15,17 @@ namespace {
 /// A check that watches, and what it has written so far.
 class WatchedCheck {
 public:
-    WatchedCheck(const ScratchFolder& folder, const std::string& checked) {
+    /// `polls`: where the system gives no events.
+    WatchedCheck(const ScratchFolder& folder, const std::string& checked, bool polls = false) {
         out_ = folder.path() + ".out"; // beside the folder, which is watched
         child_ = fork();
         if (child_ == 0) {
             dup2(open(out_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+            if (polls) {
+                execlp("unshare", "unshare", "-r", "sh", "-c", no_events, BK_PARSER_BKDOC, checked.c_str(),
+                       static_cast<char*>(nullptr));
+                _exit(127);
+            }
             execl(BK_PARSER_BKDOC, "bkdoc", "check", "--watch", checked.c_str(), static_cast<char*>(nullptr));
             _exit(127);
         }
@@ -51,6 +57,9 @@ public:
     }
 
 private:
+    static constexpr const char* no_events =
+        "echo 0 >/proc/sys/user/max_inotify_instances && exec \"$0\" check --watch \"$1\"";
+
     /// Never to -1, which means every process.
     void signal_child(int signal) const {
         if (child_ > 0) {
@@ -80,8 +89,8 @@ TEST(bkdoc_watch, checks_again_when_a_file_or_an_include_changes_appears_or_goes
     ASSERT_TRUE(check.comes_to(expected)) << check.written();
 
     folder.write("lib/part.bkd", "p ! 1\n");
-    expected += "\npart.bkd changed\nin file included from " + top + ":1:1:\n" + folder.path("shots") +
-                "/../lib/part.bkd:1:3: error: unexpected '!' [unexpected-word]\np ! 1\n  ^\n1 error\n"
+    expected += "\npart.bkd changed\nin file included from " + top + ":1:1:\n" + folder.path("lib/part.bkd") +
+                ":1:3: error: unexpected '!' [unexpected-word]\np ! 1\n  ^\n1 error\n"
                 "watching 2 files; Ctrl-C ends\n";
     ASSERT_TRUE(check.comes_to(expected)) << check.written();
 
@@ -108,6 +117,23 @@ TEST(bkdoc_watch, checks_again_when_the_configuration_comes_or_changes) {
     ASSERT_TRUE(check.comes_to(expected)) << check.written();
     folder.write("shots/.bkdoc.bkd", "strict no\n");
     expected += "\n.bkdoc.bkd changed\n" + warning + "watching 2 files; Ctrl-C ends\n";
+    ASSERT_TRUE(check.comes_to(expected)) << check.written();
+    EXPECT_EQ(check.interrupt(), 130);
+}
+
+TEST(bkdoc_watch, looks_again_and_again_where_the_system_gives_no_events) {
+    if (std::system("unshare -r sh -c 'echo 0 >/proc/sys/user/max_inotify_instances' 2>/dev/null") != 0) {
+        GTEST_SKIP() << "the events of the system cannot be taken away here";
+    }
+    const ScratchFolder folder;
+    const std::string file = folder.write("a.bkd", "a 1\n");
+    WatchedCheck check(folder, file, true);
+    std::string expected = "watching 1 file; Ctrl-C ends\n";
+    ASSERT_TRUE(check.comes_to(expected)) << check.written();
+    folder.write("a.bkd", "a ! 1\n");
+    expected += "\na.bkd changed\n" + file +
+                ":1:3: error: unexpected '!' [unexpected-word]\na ! 1\n  ^\n1 error\n"
+                "watching 1 file; Ctrl-C ends\n";
     ASSERT_TRUE(check.comes_to(expected)) << check.written();
     EXPECT_EQ(check.interrupt(), 130);
 }

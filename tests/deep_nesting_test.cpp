@@ -1,4 +1,5 @@
 #include "parser/parser_file.h"
+#include "tests/support/deep.h"
 #include "tests/support/plain_text.h"
 #include "tests/support/recording_log.h"
 #include "tests/support/tree_equal.h"
@@ -9,7 +10,7 @@
 
 namespace {
 
-constexpr unsigned int depth = 1000000;
+constexpr unsigned int depth = million_deep;
 
 /// Deep enough to overflow the stack of whatever would recurse, and faster than a million.
 constexpr unsigned int lesser_depth = 200000;

@@ -83,6 +83,26 @@ TEST(document_damage, bytes_behind_the_end_are_told) {
               Lines{": error: 1 byte behind the end of the document is not read [bytes-after-end]"});
 }
 
+TEST(document_damage, bytes_behind_an_enciphered_text_are_told) {
+    StoredForms forms("a 1");
+    const ScratchFolder folder;
+    const std::string path = folder.write("stored", forms.enciphered("k") + "wxyz");
+    LoadOptions options;
+    options.key = "k";
+    const std::string message = "4 bytes behind the end of " + path + " are not read";
+    const LoadResult loaded = bk_parser::load(path, options);
+    ASSERT_EQ(loaded.problems.size(), 1u) << testing::PrintToString(told(loaded));
+    EXPECT_EQ(loaded.problems[0].code, "bytes-after-end");
+    EXPECT_EQ(loaded.problems[0].message, message);
+    EXPECT_EQ(tree_of(loaded), " a 1");
+    const LoadResult included = bk_parser::load(folder.write("main", "#include \"stored\"\n"), options);
+    ASSERT_EQ(included.problems.size(), 1u) << testing::PrintToString(told(included));
+    EXPECT_EQ(included.problems[0].message, message);
+    EXPECT_EQ(included.problems[0].line, 1u);
+    EXPECT_EQ(told(bk_parser::parse(forms.enciphered("k") + "wxyz", options)),
+              Lines{": error: 4 bytes behind the end of the document are not read [bytes-after-end]"});
+}
+
 TEST(document_damage, an_archive_that_is_cut_off_gives_the_words_that_are_there) {
     const std::string bytes = StoredForms("a 1 b { c 2 d 3 } e 4").archive();
     const LoadResult result = bk_parser::parse(bytes.substr(0, bytes.size() - 5));

@@ -20,7 +20,7 @@ struct Section {
     std::string title;
     std::string text;
     Files example;
-    Files mend;
+    Files correction;
 };
 
 std::vector<std::string> page_lines() {
@@ -63,8 +63,8 @@ std::vector<Section> read_page() {
             sections.push_back({line.substr(3), {}, {}, {}});
         } else if (line == "Example:") {
             files = &sections.back().example;
-        } else if (line == "Mend:") {
-            files = &sections.back().mend;
+        } else if (line == "Corrected:") {
+            files = &sections.back().correction;
         } else if (line.starts_with("```bkd ")) {
             files->push_back({line.substr(7), {}});
             in_block = true;
@@ -121,10 +121,10 @@ TEST(document_problems_page, has_examples_that_give_the_problem_and_nothing_else
     }
 }
 
-TEST(document_problems_page, has_mends_that_give_no_problem) {
+TEST(document_problems_page, has_corrections_that_give_no_problem) {
     for (const Section& section : read_page()) {
-        EXPECT_EQ(section.mend.empty(), section.example.empty()) << section.title;
-        EXPECT_EQ(section.mend.empty() ? std::vector<std::string>() : codes_of(section.mend),
+        EXPECT_EQ(section.correction.empty(), section.example.empty()) << section.title;
+        EXPECT_EQ(section.correction.empty() ? std::vector<std::string>() : codes_of(section.correction),
                   std::vector<std::string>())
             << section.title;
     }

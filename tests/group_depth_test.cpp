@@ -2,6 +2,7 @@
 #include "parser/parser_group.h"
 
 #include "tests/support/counted_objects.h"
+#include "tests/support/deep.h"
 #include "tests/support/plain_text.h"
 #include "tests/support/tree_equal.h"
 
@@ -11,7 +12,7 @@
 
 namespace {
 
-constexpr unsigned int depth = 1000000;
+constexpr unsigned int depth = million_deep;
 
 /// Groups in groups, each in the only entry of the one around it, made by calls from the outside in. In the
 /// innermost stands an entry "bottom".

@@ -7,6 +7,7 @@
 #include "tests/support/heap_meter.h"
 #include "tests/support/memory_device.h"
 #include "tests/support/mutator.h"
+#include "tests/support/sanitizer.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,11 @@
 
 namespace {
 
+#if defined(BK_PARSER_SANITIZED_MEMORY) // where a file costs ten times as much; the fuzzers take more
+constexpr unsigned int mutations = 50000;
+#else
 constexpr unsigned int mutations = 200000;
+#endif
 
 /// What reading a document may take: a buffer to read from an empty file, and a small multiple of the document.
 constexpr std::size_t room = 68 * 1024;

@@ -75,6 +75,32 @@ TEST(windows_path, doubled_separators_count_once) {
     EXPECT_EQ(windows_path("D:\\\\a"), "D:\\a");
 }
 
+TEST(windows_path, steps_back_go_with_the_names_before_them) {
+    const auto plain = [](std::string_view path) {
+        return bk::without_steps_back(path, bk::PathStyle::windows);
+    };
+    EXPECT_EQ(plain("shots\\..\\lib/a.bkd"), "lib/a.bkd");
+    EXPECT_EQ(plain("C:\\x\\..\\a"), "C:\\a");
+    EXPECT_EQ(plain("C:\\..\\a"), "C:\\..\\a");
+    EXPECT_EQ(plain("\\\\server\\share\\..\\a"), "\\\\server\\share\\..\\a");
+}
+
+TEST(posix_path, steps_back_go_with_the_names_before_them) {
+    const auto plain = [](std::string_view path) {
+        return bk::without_steps_back(path, bk::PathStyle::posix);
+    };
+    EXPECT_EQ(plain("shots/../lib/a.bkd"), "lib/a.bkd");
+    EXPECT_EQ(plain("./shots//..//lib/a.bkd"), "./lib/a.bkd");
+    EXPECT_EQ(plain("a/b/../../c"), "c");
+    EXPECT_EQ(plain("a/./../c"), "c");
+    EXPECT_EQ(plain("../a/../../c"), "../../c");
+    EXPECT_EQ(plain("/../a"), "/../a");
+    EXPECT_EQ(plain("/a/../b"), "/b");
+    EXPECT_EQ(plain("a/..b/c..d"), "a/..b/c..d");
+    EXPECT_EQ(plain("a/.."), ".");
+    EXPECT_EQ(plain(""), "");
+}
+
 TEST(windows_path, an_empty_one_stays_empty) {
     EXPECT_EQ(windows_path(""), "");
 }

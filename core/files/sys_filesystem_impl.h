@@ -16,5 +16,8 @@ CoreString absolute_path(const CoreString& path);
 /// The absolute path of the file that the system opens under that name. It differs from the textual one where a ".." step
 /// follows a symbolic link to a folder.
 CoreString opened_path(const CoreString& path);
+/// The path as people read it: "shots/../lib/a.bkd" is "lib/a.bkd". It stays as it is where the system opens another file under the
+/// shorter name, because a step back follows a symbolic link to a folder, and where its folder is not there.
+CoreString plain_path(const CoreString& path);
 
 } // namespace bk

@@ -94,6 +94,29 @@ std::string full_path(std::string_view path, std::string_view current_folder, Pa
     return full;
 }
 
+std::string without_steps_back(std::string_view path, PathStyle style) {
+    const CutPath cut = cut_path(path, style);
+    std::string result(cut.device);
+    std::vector<std::size_t> names; // where those begin that a step back takes away
+    for (std::size_t at = 0; at < cut.relative.size();) {
+        const std::size_t end = end_of_step(cut.relative, at, style);
+        const std::string_view step = cut.relative.substr(at, end - at);
+        const std::size_t next =
+            std::min(cut.relative.find_first_not_of(path_separators(style), end), cut.relative.size());
+        if (step == ".." && !names.empty()) {
+            result.resize(names.back());
+            names.pop_back();
+        } else {
+            if (!step.empty() && step != "." && step != "..") {
+                names.push_back(result.size());
+            }
+            result += cut.relative.substr(at, next - at);
+        }
+        at = next;
+    }
+    return result.empty() && !path.empty() ? "." : result;
+}
+
 bool is_absolute_path(std::string_view path, PathStyle style) noexcept {
     return cut_path(path, style).from_root;
 }

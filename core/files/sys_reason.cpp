@@ -24,7 +24,7 @@ struct Reason {
 
 // The C library words these by the locale.
 constexpr Reason reasons[] = {
-    {std::errc::no_such_file_or_directory, "no such file"},
+    {std::errc::no_such_file_or_directory, no_such_file},
     {std::errc::permission_denied, "permission denied"},
     {std::errc::operation_not_permitted, "operation not permitted"},
     {std::errc::is_a_directory, "is a directory"},

@@ -4,6 +4,9 @@
 
 namespace bk {
 
+/// The reason where nothing stands at a path.
+inline constexpr const char* no_such_file = "no such file";
+
 /// Clears the system's last error, so that a reason that is found later is a new one.
 void forget_system_reason() noexcept;
 

@@ -17,13 +17,13 @@ bool is_plain_name(std::string_view name, bool& is_keyword) noexcept;
 
 /// How far the steps of a path lead into a tree.
 struct PathWay {
-    std::size_t found = 0;            // steps that are there
+    std::size_t found = 0;            // steps with an entry
     std::vector<ParserEntry*> passed; // the entries on the way, outermost first
     ParserGroup* group = nullptr;     // the group for the next step
     bool has_no_group = false;        // the last entry on the way has no group yet; `group` is null
     std::optional<unsigned int>
-        like_count; // how many entries of `group` fit the next step without its number, when that is known
-    bool is_blocked = false; // the value that the last step names is no group; `group` is null
+        like_count;          // how many entries of `group` match the next step without its number, if known
+    bool is_blocked = false; // the last step names a value that is not a group; `group` is null
 
     ParserEntry* holder() const noexcept { return passed.back(); }
 };
@@ -33,7 +33,7 @@ PathWay find_way(ParserGroup& root, const ParsedPath& path, std::size_t step_cou
 
 /// A chain of new entries, each in a group of the one before.
 struct MadeEntries {
-    std::unique_ptr<ParserEntry> outermost; // null when none was missing
+    std::unique_ptr<ParserEntry> outermost; // null when nothing was missing
     ParserEntry* innermost = nullptr;
 };
 
@@ -56,8 +56,8 @@ public:
 private:
     void undo() noexcept;
 
-    ParserGroup* listed_in_ = nullptr; // has the outermost entry as its last
-    ParserEntry* holder_ = nullptr;    // has a new group as its last value
+    ParserGroup* listed_in_ = nullptr; // the group whose last entry is the outermost new one
+    ParserEntry* holder_ = nullptr;    // the entry whose last value is a new group
     ParserGroup* group_ = nullptr;
     std::vector<unsigned char> marks_;
     bool is_kept_ = false;

@@ -11,9 +11,9 @@ namespace bk_parser {
 /// The new type and content of a value. The type decides which member has the content.
 struct PlannedValue {
     ParserValue::Type type = ParserValue::TYPE_BOOL;
-    int integer = 0; // of a bool or a char, too
+    int integer = 0; // also of a bool or a char
     double real = 0.0;
-    std::string_view text; // of a string, or bytes
+    std::string_view text; // characters of a string, or bytes
 };
 
 /// Chooses the type for a given value. A number keeps the type of `existing`, which may be null, when that type can hold

@@ -19,7 +19,7 @@ void* bytes_of(const PlannedValue& planned) noexcept {
     return const_cast<char*>(planned.text.data());
 }
 
-/// Leaves a value that is equal already, so that it keeps its spelling.
+/// Skips a value that is already equal, so that it keeps its spelling.
 void set_value(ParserEntry& entry, unsigned int i, const PlannedValue& planned) {
     if (is_equal(bk::EntryAccess::value(entry, i), planned)) {
         return;

@@ -4,7 +4,7 @@
 
 namespace bk_parser {
 
-/// Writes values into an entry from position `value` on. With ListEnd::cut removes the old values after them. Writes all or
+/// Writes values into an entry from position `value` on. With ListEnd::cut, removes the old values after them. Writes all or
 /// none.
 bool write_values(ParserEntry& entry, unsigned int value, std::span<const GivenValue> given,
                   access::ListEnd end);

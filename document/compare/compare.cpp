@@ -18,8 +18,8 @@ using Kind = TreeChange::Kind;
 struct Task {
     enum class What { change, entries, groups };
     What what = What::change;
-    TreeChange change;      // of change
-    std::uint32_t left = 0; // nodes: of the entries, or of the first entries of the groups
+    TreeChange change;      // for a change to report
+    std::uint32_t left = 0; // nodes of the entries, or of the first entries of groups
     std::uint32_t right = 0;
     const ParserGroup* left_group = nullptr;
     const ParserGroup* right_group = nullptr;
@@ -70,7 +70,7 @@ private:
         const std::vector<std::uint32_t> left = left_.entries_of(*task.left_group, task.left);
         const std::vector<std::uint32_t> right = right_.entries_of(*task.right_group, task.right);
         const SiblingMatch match = match_siblings(left_, left, right_, right);
-        std::uint32_t next = 0; // on the left, of those that are not told
+        std::uint32_t next = 0; // next node on the left that is not reported
         for (std::uint32_t i = 0; i < right.size(); ++i) {
             const std::uint32_t other = match.left_of[i];
             if (other == unmatched) {
@@ -232,7 +232,7 @@ private:
                                             : nullptr;
     }
 
-    /// Of the entries with groups that were added or removed.
+    /// Entries with groups that were added or removed.
     void collect_hashes(std::unordered_map<const ParserEntry*, std::uint64_t>& hashes) const {
         for (const TreeChange& change : changes_) {
             const ParserEntry* const entry = changed_entry(change);
@@ -257,7 +257,7 @@ private:
     ValueEquality equality_;
     TreeIndex left_;
     TreeIndex right_;
-    std::vector<Task> tasks_; // the next one is the last
+    std::vector<Task> tasks_; // the last one is next
     std::vector<TreeChange> changes_;
 };
 

@@ -7,7 +7,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::int64_t longest_script = 512; // a stretch takes time and memory in proportion to its square
+constexpr std::int64_t longest_script = 512; // time and memory grow with its square
 
 /// A stretch of both sequences in which nothing is matched yet.
 struct Stretch {
@@ -108,7 +108,8 @@ private:
         const std::int64_t left_size = stretch.left_end - stretch.left_begin;
         const std::int64_t right_size = stretch.right_end - stretch.right_begin;
         const std::int64_t most = std::min(left_size + right_size, longest_script);
-        std::vector<std::vector<std::int64_t>> rounds; // of each number of edits the furthest on the left
+        // For each number of edits, the furthest place on the left on each diagonal.
+        std::vector<std::vector<std::int64_t>> rounds;
         std::vector<std::int64_t> furthest(static_cast<std::size_t>(2 * most + 3), 0);
         const auto at = [&](std::int64_t diagonal) -> std::int64_t& {
             return furthest[static_cast<std::size_t>(diagonal + most + 1)];

@@ -10,9 +10,9 @@ namespace bk_parser {
 namespace {
 
 constexpr std::size_t most_pairs = 4096;    // how many pairs of entries are compared for similarity
-constexpr std::uint32_t most_features = 64; // of an entry that are looked at for that
-constexpr double least_likeness = 0.5;      // of entries of one name
-constexpr double least_renamed = 0.6;       // of entries of two names
+constexpr std::uint32_t most_features = 64; // of an entry, at most
+constexpr double least_likeness = 0.5;      // for entries with the same name
+constexpr double least_renamed = 0.6;       // for entries with different names
 
 using Places = std::vector<std::uint32_t>;
 
@@ -20,7 +20,7 @@ std::uint64_t name_hash(const ParserEntry& entry) {
     return ByteHash::of(entry.get_name().get_view());
 }
 
-/// Of name, template and first string.
+/// The hash of name, template and first string.
 std::uint64_t label_hash(const ParserEntry& entry) {
     std::uint64_t hash = mixed(name_hash(entry), ByteHash::of(entry.get_template().get_view()));
     if (entry.has_value() && entry.get_value_type(0) == ParserValue::TYPE_STRING) {

@@ -10,11 +10,11 @@ namespace bk_parser {
 
 inline constexpr std::uint32_t unmatched = 0xFFFFFFFFu;
 
-/// Which entries of two groups belong together, by their positions in the given lists.
+/// Matched entries of two groups, by their positions in the given lists.
 struct SiblingMatch {
-    std::vector<std::uint32_t> right_of; // of each on the left
+    std::vector<std::uint32_t> right_of; // match of each entry on the left
     std::vector<std::uint32_t> left_of;  // of each on the right
-    std::vector<bool> is_moved; // of each on the right: it stands at another place among the matched ones
+    std::vector<bool> is_moved;          // for each entry on the right: its order among the matches changed
 };
 
 /// Matches the entries of two groups, given by their nodes, as compare_trees says.

@@ -102,7 +102,7 @@ private:
         put_lines(' ', left_, left, last.left_end + behind);
     }
 
-    /// "first,count" with lines from 1; of no lines the one before them.
+    /// "first,count" with lines from 1. When count is 0, `first` is the line before.
     static std::string range(std::uint32_t begin, std::uint32_t end) {
         const std::uint32_t count = end - begin;
         const std::string first = std::to_string(count == 0 ? begin : begin + 1);

@@ -13,9 +13,9 @@ class TreeIndex {
 public:
     struct Node {
         const ParserEntry* entry;
-        std::uint64_t body = 0; // of all but the name
-        std::uint64_t hash = 0; // of all
-        std::uint32_t end = 0;  // behind what the entry holds
+        std::uint64_t body = 0; // hash of everything except the name
+        std::uint64_t hash = 0; // hash of everything
+        std::uint32_t end = 0;  // node behind everything in the entry
     };
 
     TreeIndex(const ParserGroup& root, bool ignores_order);
@@ -23,7 +23,7 @@ public:
     const Node& operator[](std::uint32_t i) const noexcept { return nodes_[i]; }
     std::uint32_t size() const noexcept { return static_cast<std::uint32_t>(nodes_.size()); }
 
-    /// The nodes of a group's entries, given that of its first one.
+    /// The nodes of a group's entries. `first` is the node of the first one.
     std::vector<std::uint32_t> entries_of(const ParserGroup& group, std::uint32_t first) const;
     /// The node behind the entries of a group.
     std::uint32_t behind(const ParserGroup& group, std::uint32_t first) const;

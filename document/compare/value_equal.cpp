@@ -35,7 +35,7 @@ std::uint64_t bits_of(const ParserEntry& entry, unsigned int i) {
     case ParserValue::TYPE_CHAR:
     case ParserValue::TYPE_INT:
         return static_cast<std::uint64_t>(entry.get_int(i));
-    case ParserValue::TYPE_DOUBLE: // a negative zero is not a zero
+    case ParserValue::TYPE_DOUBLE: // compares bits, because -0.0 == 0.0
         return std::bit_cast<std::uint64_t>(entry.get_double(i));
     default:
         return 0;

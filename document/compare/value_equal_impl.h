@@ -19,7 +19,7 @@ private:
     CompareOptions options_;
 };
 
-/// Of values that are equal without a tolerance.
+/// The hash of a value. Values that are equal without a tolerance have equal hashes.
 std::uint64_t hash_of_value(const ParserEntry& entry, unsigned int i);
 
 /// Mixes two hashes into one that depends on their order.
@@ -28,7 +28,7 @@ constexpr std::uint64_t mixed(std::uint64_t hash, std::uint64_t other) noexcept 
     return hash ^ (hash >> 32);
 }
 
-/// The kind of an entry and its template and array count.
+/// Whether two entries have the same kind, template and array count.
 bool have_same_heads(const ParserEntry& left, const ParserEntry& right) noexcept;
 
 } // namespace bk_parser

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::string_view base64_digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-/// Negative for a character that is no digit.
+/// The value of a digit; negative for any other character.
 int base64_value(char digit) noexcept {
     if (digit >= 'A' && digit <= 'Z') {
         return digit - 'A';
@@ -28,7 +28,7 @@ void put_digits(std::string& out, std::uint32_t bits, int count) {
     }
 }
 
-/// Four digits, of which the last ones may be padding.
+/// Decodes four digits. The last ones may be padding.
 bool resolve_quad(std::string_view quad, std::size_t padding, std::string& out) {
     std::uint32_t bits = 0;
     for (std::size_t i = 0; i < 4; ++i) {
@@ -43,7 +43,7 @@ bool resolve_quad(std::string_view quad, std::size_t padding, std::string& out) 
         out += static_cast<char>(bits >> (16 - 8 * i) & 0xFF);
     }
     const std::uint32_t unused = (std::uint32_t{1} << 8 * padding) - 1;
-    return (bits & unused) == 0; // otherwise two texts would mean the same bytes
+    return (bits & unused) == 0; // unused bits are 0, so that no two texts decode to the same bytes
 }
 
 } // namespace

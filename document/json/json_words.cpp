@@ -22,7 +22,7 @@ std::size_t behind_digits(std::string_view text, std::size_t at) noexcept {
     return at;
 }
 
-/// Where a fraction and an exponent end; the same place when there are none.
+/// The end of a fraction and an exponent; `at` when there are none.
 std::size_t behind_fraction(std::string_view text, std::size_t at) noexcept {
     if (at < text.size() && text[at] == '.' && is_digit_at(text, at + 1)) {
         at = behind_digits(text, at + 1);

@@ -1,5 +1,7 @@
 #include "document/load/failure_text_impl.h"
 
+#include "core/files/sys_reason_impl.h"
+#include "core/sys_device.h"
 #include "document/load/form_impl.h"
 #include "parser/cipher/parser_cipher_impl.h"
 
@@ -41,6 +43,20 @@ std::string text_of_enciphered(const bk::SourceFailure& failure, bool has_key) {
     return name + (code == codes::damaged ? ": damaged file" : ": wrong key, or a damaged file");
 }
 
+/// Why nothing can be read at a place, unless there just is nothing.
+std::string why_not_there(std::string_view place) {
+    if (place.find('\0') != std::string_view::npos) {
+        return {};
+    }
+    bk::forget_system_reason();
+    const SysPathKind kind = SysDevice::get().inspect(std::string(place)).kind;
+    const std::string reason = kind == SysPathKind::missing     ? bk::last_system_reason()
+                               : kind == SysPathKind::directory ? "is a directory"
+                               : kind == SysPathKind::other     ? "is no regular file"
+                                                                : "";
+    return reason.empty() || reason == bk::no_such_file ? "" : " (" + reason + ")";
+}
+
 std::string text_of_missing(const bk::SourceFailure& failure) {
     if (failure.name.is_empty()) {
         return "an include without a name";
@@ -52,6 +68,7 @@ std::string text_of_missing(const bk::SourceFailure& failure) {
         if (!place.empty() && std::find(places.begin(), places.end(), place) == places.end()) {
             text += places.empty() ? "; tried " : ", ";
             text += place;
+            text += why_not_there(place);
             places.push_back(place);
         }
     }
@@ -135,6 +152,11 @@ std::string too_large_text(std::string_view name, core_uint64 size, core_uint64 
 std::string cut_off_text(std::string_view name, core_uint64 announced, core_uint64 present) {
     return std::string(name) + " is cut off: " + grouped_number(announced) + " bytes announced, " +
            grouped_number(present) + " present";
+}
+
+std::string rest_text(std::string_view name, core_uint64 count) {
+    return grouped_number(count) + (count == 1 ? " byte" : " bytes") + " behind the end of " +
+           std::string(name) + (count == 1 ? " is" : " are") + " not read";
 }
 
 std::string why_no_text(std::string_view bytes) {

@@ -165,10 +165,7 @@ void Loader::tell_nameless(const std::string& name, const ParserArchive& archive
 
 void Loader::tell_rest(const std::string& name, core_uint64 present, core_uint64 used) {
     if (used < present) {
-        const core_uint64 rest = present - used;
-        tell_whole(codes::bytes_after_end, grouped_number(rest) + (rest == 1 ? " byte" : " bytes") +
-                                               " behind the end of " + name + (rest == 1 ? " is" : " are") +
-                                               " not read");
+        tell_whole(codes::bytes_after_end, rest_text(name, present - used));
     }
 }
 

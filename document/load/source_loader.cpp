@@ -151,7 +151,21 @@ void SourceLoader::version_found(const bk::SourcePiece& piece, double version) {
     }
 }
 
+/// An enciphered text may state a length that leaves a part of its file out.
+void SourceLoader::tell_rest(const bk::SourceEntered& file) {
+    std::string message = rest_text(
+        file.found.is_empty() ? std::string_view("the document") : file.found.get_view(), file.rest);
+    if (sources_.is_empty()) {
+        problems_.add(Severity::error, codes::bytes_after_end, std::move(message), state_.path);
+    } else {
+        problems_.add(Severity::error, codes::bytes_after_end, std::move(message), directive_);
+    }
+}
+
 void SourceLoader::entered(const bk::SourceEntered& file) {
+    if (file.rest != 0) {
+        tell_rest(file);
+    }
     sources_.enter({std::string(file.found.get_view()), {}}, file.path.get_view(), directive_);
     includes_.entered(file);
     open_.push_back({range_, file.text.get_length(), 0});

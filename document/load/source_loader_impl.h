@@ -43,6 +43,7 @@ private:
     };
 
     void tell(std::string_view code, std::string message);
+    void tell_rest(const bk::SourceEntered& file);
     std::string circle_text(const bk::SourceFailure& failure) const;
     void resume();
 

@@ -119,7 +119,7 @@ void BinarySalvage::take_head(Level& level, const Head& head) const noexcept {
     const bool fits = head.size != 0 && head.size <= level.group_end - body;
     level.head = head;
     level.entry_end = fits ? body + static_cast<std::size_t>(head.size) : 0;
-    level.is_sure = fits && ends_well(level, level.entry_end);
+    level.is_sure = fits && (is_sound_ || ends_well(level, level.entry_end));
 }
 
 std::string BinarySalvage::name_of(const Head& head) const {

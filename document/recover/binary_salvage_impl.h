@@ -18,12 +18,14 @@ inline constexpr std::size_t size_width = 8; // of a size in bytes
 /// Reads what can be read of a binary document that may be damaged anywhere.
 ///
 /// Trusts a size when the part that it measures ends there, or when an entry begins there. Otherwise the values themselves show
-/// where an entry ends: the name of the next one begins with a byte that is no tag of a value.
+/// where an entry ends: the name of the next one begins with a byte that is no tag of a value. When all sizes fit each other
+/// (`is_sound`), only names can be damaged visibly.
 class BinarySalvage {
 public:
-    BinarySalvage(std::string_view data, unsigned int nesting_depth, LostParts& lost, Meter& meter) noexcept
-        : data_(data), nesting_depth_(nesting_depth), lost_(lost), meter_(meter), announced_end_(data.size()),
-          work_left_(data.size() * 8 + 1000) {}
+    BinarySalvage(std::string_view data, bool is_sound, unsigned int nesting_depth, LostParts& lost,
+                  Meter& meter) noexcept
+        : data_(data), is_sound_(is_sound), nesting_depth_(nesting_depth), lost_(lost), meter_(meter),
+          announced_end_(data.size()), work_left_(data.size() * 8 + 1000) {}
 
     void run(ParserGroup& root);
 
@@ -76,6 +78,7 @@ private:
     std::string path() const;
 
     std::string_view data_;
+    bool is_sound_;
     unsigned int nesting_depth_;
     LostParts& lost_;
     Meter& meter_;

@@ -47,16 +47,13 @@ void Loader::salvage(CoreString&& bytes, const Meter::Range& range) {
     tell_lost();
 }
 
-/// A file that a load reads whole has lost nothing. The salvage alone would doubt its odd names.
 void Loader::salvage_binary(std::string_view bytes, const Meter::Range& range) {
     core_uint64 end = 0;
-    if (bytes.size() >= binary_head_size && !decode_binary(bytes, range.part(0, 0.5), end) &&
-        end == bytes.size()) {
-        return;
-    }
+    const bool is_sound = bytes.size() >= binary_head_size &&
+                          !decode_binary(bytes, range.part(0, 0.5), end) && end == bytes.size();
     state_->root->clear();
     meter_.start(range.part(0.5, 1), bytes.size());
-    BinarySalvage(bytes, options_.limits.nesting_depth, *lost_, meter_).run(*state_->root);
+    BinarySalvage(bytes, is_sound, options_.limits.nesting_depth, *lost_, meter_).run(*state_->root);
     meter_.stop(bytes.size());
 }
 

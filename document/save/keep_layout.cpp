@@ -33,7 +33,7 @@ NewBytes memory_of(const DocumentState& state) {
     return bytes;
 }
 
-/// What a document knows beside its tree, as it is when the document's own file is at `path`.
+/// The state of the document as if its own file were at `path`, without its tree.
 DocumentState moved_to(const DocumentState& state, const std::string& path) {
     DocumentState moved;
     moved.search = state.search;
@@ -60,14 +60,14 @@ public:
             return std::move(result_);
         }
         if (bytes_.empty()) {
-            return std::move(result_); // nothing has changed
+            return std::move(result_); // nothing changed
         }
         if (is_proven()) {
             if (preview_ != nullptr) {
                 tell();
             } else {
                 record_.reset();
-                old_.reset(); // the system's cache then takes its pages for the new file, still warm
+                old_.reset(); // the kernel can then reuse the pages for the new file
                 write();
             }
         }
@@ -80,7 +80,7 @@ private:
         return false;
     }
 
-    /// Fills in the new bytes of the files that change.
+    /// Computes the new bytes of the files that change.
     bool compose() {
         if (!old_->read(state_.files.front().path)) {
             return fail(old_->reason());
@@ -110,7 +110,7 @@ private:
         return true;
     }
 
-    /// Whether included files may change.
+    /// Whether the edits may change included files.
     bool may_edit(const std::vector<Edit>& edits) {
         const auto inside =
             std::find_if(edits.begin(), edits.end(), [](const Edit& edit) { return edit.inclusion != 0; });
@@ -125,7 +125,7 @@ private:
                                    : "is not to be changed"));
     }
 
-    /// The document's own file goes to another path; what it includes stays where it is.
+    /// Moves the document's own file to another path. Its includes stay where they are.
     void move_document() {
         const auto changed = bytes_.find(state_.files.front().path);
         std::string bytes;
@@ -138,7 +138,7 @@ private:
         bytes_[path_] = std::move(bytes);
     }
 
-    /// Reads what would be on the disk, and compares it with the tree.
+    /// Reads the new files as a load would, and compares the result with the tree.
     bool is_proven() {
         for (const auto& [path, text] : memory_) {
             bytes_.try_emplace(path_, text);
@@ -164,7 +164,7 @@ private:
         return (proof.is_equal && is_same_syntax) || explain(proof.difference, fresh);
     }
 
-    /// An include that only the working folder provides is missing for anyone who works in another folder.
+    /// Reports as losses the includes that only the working folder provides: in another folder they would be missing.
     bool carries_includes(const SaveSources& fresh) {
         for (const std::string& what : fresh.found_from_working_folder()) {
             Problem loss;
@@ -177,7 +177,7 @@ private:
                fail(path_ + ": an include would be found from the working folder alone, see the losses");
     }
 
-    /// They stand on other lines now, and some may have been mended.
+    /// Notes the unread words anew, because their lines may have changed and some words may be gone.
     void note_unread_words(const SaveSources& fresh) {
         if (state_.unread_words.empty()) {
             return;
@@ -195,7 +195,8 @@ private:
         }
     }
 
-    /// True when what does not read back is what no text can carry, and the host takes the loss.
+    /// Called when the new text does not read back as the tree. Returns true when the text form cannot carry the difference and
+    /// the host accepts the loss.
     bool explain(const ParserEntry* difference, const SaveSources& fresh) {
         std::vector<Problem> losses = find_losses(*state_.root, Form::text, has_escapes_);
         const bool is_carried = !losses.empty();
@@ -223,7 +224,7 @@ private:
         return lossy.run() || fail(path_ + ": the layout cannot be kept with these losses");
     }
 
-    /// Mistakes of the old text that what is put beside them becomes a part of.
+    /// Names a mistake of the old text that may swallow what is put beside it.
     std::string likely_cause() const {
         const auto word = [this](TextRange range) {
             return shown(old_->text().substr(range.begin, range.end - range.begin));
@@ -241,7 +242,7 @@ private:
         return {};
     }
 
-    /// What stays as it is, is no change.
+    /// Fills in the preview. Leaves out files that stay the same.
     void tell() {
         const auto own = bytes_.find(path_);
         for (auto file = bytes_.begin(); file != bytes_.end(); ++file) {
@@ -264,7 +265,7 @@ private:
         }
     }
 
-    /// Included files first: while only some are replaced, the document's own file is the old one.
+    /// Writes included files first, so that the document's own file is the old one until all of them are replaced.
     void write() {
         std::filesystem::path path = path_of_text(path_);
         std::filesystem::path given = given_;
@@ -306,7 +307,7 @@ private:
     }
 
     DocumentState& state_;
-    const std::filesystem::path& given_; // what the document then calls its file
+    const std::filesystem::path& given_; // becomes the document's path
     const SaveOptions& options_;
     std::vector<FileChange>* preview_;
     bool is_elsewhere_;
@@ -319,11 +320,11 @@ private:
     NewBytes bytes_;
     std::vector<ReadFile> files_;
     std::vector<std::string> included_;
-    std::vector<std::string> dropped_; // files that are not included any more
+    std::vector<std::string> dropped_; // files that are no longer included
     std::size_t inclusion_count_ = 0;
     std::vector<std::string> unread_words_;
     PlaceShifts shifts_;
-    std::optional<FoundPlaces> found_; // when something is lost
+    std::optional<FoundPlaces> found_; // set when something is lost
 };
 
 } // namespace

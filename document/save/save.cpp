@@ -45,7 +45,7 @@ const char* form_name(Form form) noexcept {
     }
 }
 
-/// A save that lays the whole document out anew, in one file.
+/// A save that prints the whole document anew into one file.
 class NewSave {
 public:
     NewSave(DocumentState& state, std::filesystem::path path, const std::filesystem::path& given, Form form,
@@ -148,7 +148,7 @@ private:
         }
     }
 
-    /// What may run out of memory comes before the first file is replaced.
+    /// Allocates everything before the first file is replaced, so that the state cannot be left half updated.
     void write() {
         ByteHash hash;
         hash.add(stored_.head);
@@ -203,7 +203,7 @@ private:
 
     DocumentState& state_;
     std::filesystem::path path_;
-    const std::filesystem::path& given_; // what the document then calls it
+    const std::filesystem::path& given_; // becomes the document's path
     std::string shown_;
     Form form_;
     const SaveOptions& options_;
@@ -211,16 +211,16 @@ private:
     std::string key_;
     SaveResult result_;
     StoredForm stored_;
-    bool changes_ = false; // the form does not carry all of the tree
+    bool changes_ = false; // the form loses something of the tree
 };
 
-/// Of a document from memory the first file is an include.
+/// Whether the document itself is a file. When it was parsed from memory, the first file is an include.
 bool comes_from_file(const DocumentState& state) {
     return !state.files.empty() && !state.absolute.empty() &&
            state.files.front().path == path_text(state.absolute);
 }
 
-/// A text that was parsed in memory and kept is a file of its own, too.
+/// Whether there is a text whose layout can be kept: a file, or a parsed text whose source was kept.
 bool has_own_text(const DocumentState& state) {
     return comes_from_file(state) || !state.memory_text.empty();
 }
@@ -259,7 +259,7 @@ SaveResult save_or_preview(Document& document, const std::filesystem::path& path
     try {
         return save_document(DocumentState::of(document), path, options, preview);
     } catch (const std::bad_alloc&) {
-        failed.reason = "out of memory"; // short enough to need none
+        failed.reason = "out of memory"; // fits the string's own buffer, so allocates nothing
     } catch (const std::length_error&) {
         failed.reason = "out of memory";
     }

@@ -72,7 +72,7 @@ bool read_pieces(bk::FileInput& input, core_uint64 most, FileBytes& file, Meter&
 std::string why_no_file(SysPathKind kind) {
     switch (kind) {
     case SysPathKind::missing:
-        return reason_or("no such file");
+        return reason_or(bk::no_such_file);
     case SysPathKind::directory:
         return "is a directory";
     default:
@@ -85,7 +85,7 @@ std::string why_no_file(SysPathKind kind) {
 FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Range& range, Meter& meter) {
     FileBytes file;
     if (path.empty() || path.find('\0') != std::string::npos) {
-        file.reason = "no such file";
+        file.reason = bk::no_such_file;
         return file;
     }
     bk::forget_system_reason();

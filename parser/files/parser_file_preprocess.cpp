@@ -80,7 +80,7 @@ void Preprocessor::open(Place&& place, Source&& source, Progress progress) {
         file.scanner.keep_later_version_lines(); // the entry that writing put there
     }
     host_.entered({file.place.name, file.place.found, file.place.path, file.source.text,
-                   file.source.is_encrypted, tried_});
+                   file.source.is_encrypted, file.source.rest, tried_});
     file.is_told = true;
 }
 
@@ -129,11 +129,11 @@ bool Preprocessor::find_at(const CoreString& folder, Place& place) {
     candidate += place.name;
     // A document may be a pipe, which a shell makes. An include may not: reading it could wait for ever.
     if (!(open_files_.empty() ? is_file(candidate.get_view()) : is_regular_file(candidate.get_view()))) {
-        tried_.push_back(std::move(candidate));
+        tried_.push_back(open_files_.empty() ? std::move(candidate) : plain_path(candidate));
         return false;
     }
     place.path = opened_path(candidate);
-    place.found = std::move(candidate);
+    place.found = open_files_.empty() ? std::move(candidate) : plain_path(candidate);
     if (open_files_.empty()) {
         top_path_ = place.path;
     } else if (!(place.path == top_path_)) {
@@ -204,6 +204,7 @@ bool Preprocessor::decipher_source(const Place& place, Source& source) {
     if (!decipher(block, key_.get_view(), text) || !host_.accepts_deciphered(text)) {
         return fail(SourceFault::enciphered_block, place, {}, length, block.size());
     }
+    source.rest = block.size() - std::min<core_uint64>(block.size(), cipher_block_size(text.get_length()));
     source.text = std::move(text);
     source.is_encrypted = true;
     note_storage(true);

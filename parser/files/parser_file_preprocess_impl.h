@@ -62,6 +62,7 @@ private:
     struct Source {
         CoreString text;
         bool is_encrypted = false;
+        core_uint64 rest = 0; // bytes behind the enciphered text
     };
     /// What a file is called: as it was asked for, where it was found, and its absolute path.
     struct Place {

@@ -61,7 +61,7 @@ void seal_types() {
 PYBIND11_MODULE(_core, module) {
     using namespace bk_python;
     module.doc() = "Structured documents: load, ask, change, save. See bk_parser.";
-    // What is wrong comes as problems and exceptions; nothing is printed.
+    // Silences the log: errors come as problems and exceptions.
     CoreLogHandler::s_main_log_handler->set_verbosity(0);
     make_types(module);
     define_group_methods();

@@ -1,6 +1,6 @@
 #pragma once
 
-// The interpreter's headers, which come before those of the standard library.
+// Python's headers must come before those of the standard library.
 #include <pybind11/pybind11.h>
 
 #include <new>
@@ -11,7 +11,8 @@ namespace bk_python {
 
 namespace py = pybind11;
 
-/// A Python exception that stands already, or that `what` of this type becomes, in a function that the interpreter calls.
+/// Turns a C++ exception into a Python exception, in a function that the interpreter calls. Keeps a Python exception that is
+/// already set.
 template <class Result, class Action>
 Result guarded(Result failure, const Action& act) noexcept {
     try {
@@ -30,7 +31,7 @@ Result guarded(Result failure, const Action& act) noexcept {
     return failure;
 }
 
-/// A new reference that a call of the interpreter gave.
+/// Owns a new reference that a call of the interpreter returned.
 inline py::object stolen(PyObject* object) {
     if (object == nullptr) {
         throw py::error_already_set();
@@ -38,7 +39,7 @@ inline py::object stolen(PyObject* object) {
     return py::reinterpret_steal<py::object>(object);
 }
 
-/// Gives a type a method.
+/// Adds a method to a type.
 template <class Function, class... Extra>
 void define(PyObject* type, const char* name, Function&& function, const Extra&... extra) {
     const py::handle owner(type);

@@ -27,7 +27,7 @@ ExitCode run(const CommandLine& line, Streams& streams) {
     return line.arguments->verb().run(*line.arguments, streams);
 }
 
-// A reader that went away wants no more; anything else that stops the output has to be told.
+// A closed pipe means that the reader has enough. Any other failed write is an error.
 ExitCode finish(Streams& streams, ExitCode code) {
     if (!streams.out.close()) {
         const int error = streams.out.get_error();

@@ -17,12 +17,12 @@ namespace bk_parser {
 
 namespace {
 
-// Where problems are located when all is read.
+// Locates problems after the whole text was read.
 constexpr Meter::Range all{};
 constexpr Meter::Range reading = all.part(0, 0.97);
 constexpr Meter::Range locating = all.part(0.97, 1);
 
-/// What `to_json` makes of an empty document in the shape `lines` has no value.
+/// An empty document is an empty text in the shape `lines`.
 JsonReader::Count count_of(const std::optional<JsonShape>& shape, std::string_view text) noexcept {
     const bool is_empty = text.find_first_not_of(" \t\r\n") == std::string_view::npos;
     return !shape                       ? (is_empty ? JsonReader::Count::lines : JsonReader::Count::any)
@@ -30,7 +30,7 @@ JsonReader::Count count_of(const std::optional<JsonShape>& shape, std::string_vi
                                         : JsonReader::Count::one;
 }
 
-/// One reading, up to its list of problems.
+/// One read, from the text to its list of problems.
 class JsonLoad {
 public:
     explicit JsonLoad(const JsonReadOptions& options)
@@ -56,7 +56,7 @@ public:
     }
 
 private:
-    /// The text is kept to find lines in it when there is something to tell.
+    /// Keeps the text only when there are problems, to find their lines.
     LoadResult finish(std::string_view text) {
         if (!problems_.is_empty()) {
             sources_.enter({path_text(options_.file), {}}, {}, {});

@@ -74,7 +74,7 @@ JsonReader::Event JsonReader::fail(std::string_view message, std::size_t offset,
     return Event::fault;
 }
 
-/// At the character here, or the end.
+/// Reports an error at this character, or at the end.
 JsonReader::Event JsonReader::fail_here(std::string_view message) {
     if (is_at_end() && !open_.empty()) {
         return fail(open_.back() == '{' ? "the text ends inside an object" : "the text ends inside an array",
@@ -83,7 +83,7 @@ JsonReader::Event JsonReader::fail_here(std::string_view message) {
     return fail(message, at_, is_at_end() ? 0 : 1);
 }
 
-/// Whether a line ended among them.
+/// Skips blanks, and returns whether there was a line end among them.
 bool JsonReader::skip_blanks() {
     bool has_line_break = false;
     for (; at_ < source_.size(); ++at_) {

@@ -6,31 +6,31 @@
 
 namespace bk_parser {
 
-/// Reads JSON by RFC 8259, one event after the other. Nesting costs a byte of the heap a level.
+/// Parses JSON (RFC 8259) event by event. Each level of nesting costs one byte of heap.
 class JsonReader {
 public:
     enum class Event { key, string, number, yes, no, null, object, object_end, array, array_end, end, fault };
     /// How many values the text may hold.
     enum class Count {
         one,
-        lines, ///< one on each line, none too
+        lines, ///< any number, one on each line
         any    ///< one, or one on each line
     };
 
     JsonReader(std::string_view text, Count count);
 
-    /// The next part of the text. Behind `end` and `fault` nothing follows.
+    /// Returns the next event. After `end` and `fault` there are no more.
     Event next() {
         const Event event = read();
         end_ = event == Event::key ? end_ : at_;
         return event;
     }
 
-    /// Of a key or a string its characters, of a number its word, of a fault the message: until the next event.
+    /// The characters of a key or string, the word of a number, or the message of a fault. Valid until the next event.
     std::string_view text() const noexcept { return text_; }
-    /// Whether these characters lie in the source, and so stay valid as long as that.
+    /// Whether these characters are in the source, and so valid as long as the source.
     bool is_text_of_source() const noexcept { return is_of_source_; }
-    /// Where the last part stands.
+    /// The place of the last event.
     std::size_t offset() const noexcept { return begin_; }
     std::size_t length() const noexcept { return end_ - begin_; }
 
@@ -59,10 +59,10 @@ private:
     std::string_view source_;
     Count count_;
     std::size_t at_ = 0;
-    std::size_t begin_ = 0; // of the last part
+    std::size_t begin_ = 0; // of the last event
     std::size_t end_ = 0;
     Wanted wanted_ = Wanted::value;
-    std::string open_; // the brackets
+    std::string open_; // open brackets
     bool has_value_ = false;
     bool has_failed_ = false;
     bool is_of_source_ = true;

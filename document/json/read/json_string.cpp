@@ -2,7 +2,7 @@
 #include "document/json/json_words_impl.h"
 #include "document/json/read/json_reader_impl.h"
 
-/// The strings of JSON.
+/// Parses JSON strings.
 namespace bk_parser {
 
 namespace {
@@ -11,7 +11,7 @@ constexpr unsigned int first_surrogate = 0xD800;
 constexpr unsigned int first_low_surrogate = 0xDC00;
 constexpr unsigned int last_surrogate = 0xDFFF;
 
-/// The character that a backslash and this character mean; NUL when they mean none.
+/// The character that an escape means; NUL for an unknown escape.
 char escaped(char character) noexcept {
     switch (character) {
     case '"':
@@ -35,10 +35,10 @@ char escaped(char character) noexcept {
 
 } // namespace
 
-/// From the quote on. False, with the fault told, when it is none.
+/// Parses a string from its quote on. Returns false, after reporting the error, when it is malformed.
 bool JsonReader::read_string() {
     begin_ = at_++;
-    std::size_t plain = at_; // where what is not decoded yet begins
+    std::size_t plain = at_; // beginning of the part not decoded yet
     decoded_.clear();
     is_of_source_ = true;
     for (;;) {
@@ -83,7 +83,7 @@ bool JsonReader::read_string() {
     return true;
 }
 
-/// From the backslash on.
+/// Decodes an escape from the backslash on.
 bool JsonReader::read_escape() {
     const std::size_t begin = at_++;
     if (peek() != 'u') {
@@ -115,7 +115,7 @@ bool JsonReader::read_escape() {
     return true;
 }
 
-/// From the u on.
+/// Decodes a \u escape from the u on.
 bool JsonReader::read_code_unit(unsigned int& unit) {
     if (peek() != 'u' || source_.size() - at_ < 5) {
         return false;

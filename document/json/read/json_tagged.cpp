@@ -11,7 +11,7 @@
 #include <charconv>
 #include <system_error>
 
-/// Values that stand in an object with a tag, and texts and numbers of the shape.
+/// Reads tagged values, and the texts and numbers of the shape.
 namespace bk_parser {
 
 namespace {
@@ -29,14 +29,14 @@ constexpr Tag word_tags[] = {{bool_key, ParserValue::TYPE_BOOL},
 
 constexpr unsigned int largest_type = 0xFFFFFF;
 
-/// Whether a text reads it as one word, and as a value of this kind.
+/// Whether a text document reads it as one word, and as a value of this kind.
 bool is_value_of_text(ParserValue::Type type, std::string_view word) {
     constexpr unsigned int cuts = bk::CHAR_BLANK | bk::CHAR_DELIMITER | bk::CHAR_QUOTE | bk::CHAR_TERMINATOR;
     const bool is_one_word = !word.empty() && std::none_of(word.begin(), word.end(), [](char character) {
         return bk::is_char(character, cuts);
     });
     const bool is_name =
-        is_one_word && bk::is_char(word.front(), bk::CHAR_NAME_START); // yes and no alone are values
+        is_one_word && bk::is_char(word.front(), bk::CHAR_NAME_START); // as a value: yes or no
     return type != ParserValue::TYPE_WORD && is_one_word && is_name == (type == ParserValue::TYPE_BOOL) &&
            word.find("//") == std::string_view::npos && bk::value_type_of(bk::classify_value(word)) == type;
 }
@@ -68,7 +68,7 @@ bool JsonTreeReader::take_tagged() {
     return shape_fault(shown(key) + " is not a tag of a value");
 }
 
-/// The spelling, as a string or, of a number, as it stands.
+/// Reads the spelling: a string or, for a number, the number itself.
 bool JsonTreeReader::take_tagged_word(ParserValue::Type type) {
     const Event event = reader_.next();
     std::string word;
@@ -110,7 +110,7 @@ bool JsonTreeReader::take_binary() {
     return true;
 }
 
-/// A value of a type without a name, which holds nothing.
+/// Reads a value of an unnamed type, which has no content.
 bool JsonTreeReader::take_type() {
     const Event event = reader_.next();
     unsigned int number = 0;
@@ -128,7 +128,7 @@ bool JsonTreeReader::take_type() {
     return true;
 }
 
-/// A string, or an object with one that has escapes for its bytes.
+/// Reads a string, or an object with an escaped string.
 bool JsonTreeReader::read_text(Event event, std::string& text) {
     if (event == Event::string) {
         text = reader_.text();
@@ -143,7 +143,7 @@ bool JsonTreeReader::read_text(Event event, std::string& text) {
     return event == Event::fault ? syntax_fault() : shape_fault("a string is missing");
 }
 
-/// Behind the key of the object, up to its end.
+/// Reads the object from behind its key to its end.
 bool JsonTreeReader::read_escaped_text(std::string& text) {
     const Event event = reader_.next();
     if (event == Event::fault) {
@@ -157,7 +157,7 @@ bool JsonTreeReader::read_escaped_text(std::string& text) {
     return read_object_end();
 }
 
-/// The number that was read, without a sign, a point or an exponent.
+/// The number that was read, if it has no sign, point or exponent.
 bool JsonTreeReader::take_whole(unsigned int most, unsigned int& number) {
     const std::string_view word = reader_.text();
     const auto read = std::from_chars(word.data(), word.data() + word.size(), number);
@@ -183,7 +183,7 @@ bool JsonTreeReader::syntax_fault() {
     return false;
 }
 
-/// Warns of a number that no value can hold: the shape keeps its spelling, but a typed read gives another number.
+/// Warns of a number that no value can hold. The tree keeps its spelling, but a typed read returns another number.
 void JsonTreeReader::warn_of_number(bool is_int) {
     const std::string_view word = reader_.text();
     if (is_plain_number(word, is_int, word.data() + word.size())) {

@@ -11,8 +11,7 @@
 
 namespace bk_parser {
 
-/// Builds the entries of a group while they are read: an entry begins, has values, among them groups with entries of their own,
-/// and ends.
+/// Builds the entries of a group: begin an entry, add values, which may be groups with entries of their own, and end it.
 class JsonTree {
 public:
     explicit JsonTree(ParserGroup& root) { levels_.push_back({&root, 0}); }
@@ -20,31 +19,31 @@ public:
     JsonTree(const JsonTree&) = delete;
     JsonTree& operator=(const JsonTree&) = delete;
 
-    /// Characters that stand in the source, which outlives this, are shown; any others are copied.
+    /// Characters inside the source, which outlives this object, are referenced; others are copied.
     void begin_entry(std::string_view name, bool is_of_source);
     void set_kind(ParserEntry::Type kind) noexcept { open_.back().kind = kind; }
     void set_template(std::string_view name) { open_.back().template_name = name; }
     void set_array_count(unsigned int count) noexcept { open_.back().array_count = count; }
-    /// A value from its spelling, from the characters of a string, or from bytes.
+    /// Adds a value from its spelling, from the characters of a string, or from bytes.
     void add_value(ParserValue::Type type, std::string_view text, bool is_of_source);
     void end_entry();
 
     void open_group(std::string_view name);
     void close_group();
-    /// Names the last group, whose entries are read.
+    /// Names the last group after its entries were read.
     void rename_group(std::string_view name);
 
     /// Whether an entry of the innermost open group is open.
     bool is_in_entry() const noexcept { return !open_.empty() && open_.back().level == levels_.size(); }
     /// How many groups are open, the outermost counted.
     std::size_t depth() const noexcept { return levels_.size(); }
-    /// Ends everything that is open.
+    /// Ends all open groups and entries.
     void finish();
 
 private:
     /// Characters in the source or in `texts_`.
     struct Text {
-        const char* source; // null when they are in `texts_`
+        const char* source; // null for characters in `texts_`
         std::size_t offset;
         std::size_t size;
     };
@@ -60,7 +59,7 @@ private:
         unsigned int array_count;
         std::size_t first_value;
         std::size_t first_text;
-        std::size_t level; // of the group that it is an entry of
+        std::size_t level; // level of the group that has this entry
     };
     struct Level {
         ParserGroup* group;
@@ -75,9 +74,9 @@ private:
 
     std::vector<Level> levels_;
     std::vector<OpenEntry> open_;
-    std::vector<Pending> pending_;      // values of all open entries, the outermost first
-    std::vector<ParserEntry*> entries_; // of all open groups, the outermost first
-    std::string texts_;                 // of the open entries
+    std::vector<Pending> pending_;      // values of all open entries, outermost first
+    std::vector<ParserEntry*> entries_; // entries of all open groups, outermost first
+    std::string texts_;                 // copied characters of the open entries
 };
 
 } // namespace bk_parser

@@ -33,7 +33,7 @@ void JsonTreeReader::run() {
     tree_.finish();
 }
 
-/// False when there is a fault, which is told.
+/// Returns false after reporting an error.
 bool JsonTreeReader::take(Event event) {
     if (event == Event::fault) {
         return syntax_fault();
@@ -137,7 +137,7 @@ bool JsonTreeReader::take_in_named_group(Event event) {
     return true;
 }
 
-/// A value, or with `is_content` all that an entry has: in an array there it has a value for each element.
+/// Reads a value. With `is_content`, reads the whole content of an entry, where an array is a list of values.
 bool JsonTreeReader::take_value(Event event, bool is_content) {
     switch (event) {
     case Event::string:
@@ -167,7 +167,7 @@ bool JsonTreeReader::take_value(Event event, bool is_content) {
     return true;
 }
 
-/// The first key of an object tells what it is.
+/// The first key of an object decides what the object is.
 bool JsonTreeReader::take_object(bool is_content) {
     const Event event = reader_.next();
     if (event == Event::fault) {
@@ -198,7 +198,7 @@ bool JsonTreeReader::take_object(bool is_content) {
     return take_head_key();
 }
 
-/// A large E is no exponent in the text form.
+/// Writes a small e for a large one, because only a small e begins an exponent in the text form.
 void JsonTreeReader::take_number() {
     const std::string_view word = reader_.text();
     const bool is_int = json_number_of(word) == JsonNumber::whole;
@@ -242,7 +242,7 @@ bool JsonTreeReader::begin_entry() {
     return true;
 }
 
-/// A bracket closes.
+/// Handles a closing bracket.
 void JsonTreeReader::end_frame() {
     const bool ends_group = frames_.back().ends_group;
     frames_.pop_back();
@@ -252,7 +252,7 @@ void JsonTreeReader::end_frame() {
     value_done();
 }
 
-/// The entry whose member of an object this was is whole.
+/// Ends the entry of a member that is complete.
 void JsonTreeReader::value_done() {
     if (!frames_.empty() && frames_.back().place == Place::members && tree_.is_in_entry()) {
         tree_.end_entry();

@@ -13,10 +13,10 @@
 
 namespace bk_parser {
 
-/// Reads the lossless shape into a group, up to the first fault.
+/// Reads the lossless shape into a group, up to the first error.
 class JsonTreeReader {
 public:
-    /// The arguments outlive the reader.
+    /// The arguments must outlive the reader.
     JsonTreeReader(std::string_view text, JsonReader::Count count, ParserGroup& root,
                    const ParserLimits& limits, ProblemList& problems, Meter& meter);
 
@@ -25,20 +25,20 @@ public:
 private:
     using Event = JsonReader::Event;
 
-    /// What is open in the text.
+    /// The kinds of open brackets.
     enum class Place {
         members,    // an object whose members are entries
-        parts,      // an array of such objects, which are one group
+        parts,      // an array of such objects: one group
         values,     // an array of an entry's values
         head,       // an object with what an entry has
         named_group // an object with a group's name and its entries
     };
     struct Frame {
         Place place;
-        bool ends_group = false;    // a group ends with it
-        unsigned int seen = 0;      // bits of the keys that were there
-        bool is_named_late = false; // the entries of a group came first
-        std::string name = {};      // of a group
+        bool ends_group = false;    // its end closes a group
+        unsigned int seen = 0;      // bits of the keys seen
+        bool is_named_late = false; // the group's name follows its entries
+        std::string name = {};      // name of a group
     };
 
     bool take(Event event);

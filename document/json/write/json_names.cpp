@@ -10,7 +10,7 @@ namespace bk_parser {
 
 namespace {
 
-// Names that repeat do so among the first entries, as a rule.
+// Names that repeat usually do so among the first entries.
 constexpr unsigned int compared_count = 8;
 
 bool have_distinct_names(ParserEntry* const* entries, unsigned int count) noexcept {

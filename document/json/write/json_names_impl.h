@@ -4,8 +4,8 @@
 
 namespace bk_parser {
 
-/// Whether no two entries of the group have one name, as far as that can be told in little memory: false, too, when the names of
-/// two have one hash. Takes 8 bytes an entry, and of a group whose first entries share a name none.
+/// Whether all names of the group surely differ. Compares hashes, so a collision also gives false. Takes 8 bytes per entry, or
+/// nothing for a group whose first entries share a name.
 bool has_distinct_names(const ParserGroup& group);
 
 } // namespace bk_parser

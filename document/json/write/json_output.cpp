@@ -47,11 +47,12 @@ bool needs_escape(char character) noexcept {
            character == '\x7F';
 }
 
-/// The inside of a string. `append_bad` takes a byte that is not UTF-8, `append_special` a character that needs an escape.
+/// Appends the inside of a string. `append_bad` gets each byte that is not UTF-8, `append_special` each character that needs an
+/// escape.
 template <class AppendSpecial, class AppendBad>
 void append_inside(std::string& out, std::string_view text, AppendSpecial append_special,
                    AppendBad append_bad) {
-    std::size_t plain = 0; // where what is not appended yet begins
+    std::size_t plain = 0; // beginning of the part not appended yet
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t length = bk::utf8_length(text, i);
         const bool is_plain = length > 1 || (length == 1 && !needs_escape(text[i]));
@@ -72,7 +73,7 @@ void append_replacing(std::string& out, std::string_view text) {
 void append_byte_escaped(std::string& out, std::string_view text) {
     const auto special = [](std::string& to, char character) {
         if (character == '\\') {
-            to += "\\\\\\\\"; // two backslashes, each of them escaped
+            to += "\\\\\\\\"; // two escaped backslashes
         } else {
             append_escape(to, character);
         }
@@ -83,7 +84,7 @@ void append_byte_escaped(std::string& out, std::string_view text) {
     });
 }
 
-/// Where a piece of the text may end, so that no character is cut.
+/// The last place at which the text can be cut without splitting a character.
 std::size_t piece_end(std::string_view text, std::size_t most) noexcept {
     if (text.size() <= most) {
         return text.size();

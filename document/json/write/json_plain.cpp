@@ -58,7 +58,7 @@ void PlainJsonWriter::open_group(const ParserGroup& group) {
     levels_.push_back({items_of(group)});
 }
 
-/// Goes on in the innermost group: with the entry that is being written or with the next one, or ends the group.
+/// Continues in the innermost group with the current entry or the next one, or ends the group.
 void PlainJsonWriter::advance() {
     Level& level = levels_.back();
     if (level.item == level.items.size()) {
@@ -103,7 +103,7 @@ void PlainJsonWriter::begin_entry(Level& level) {
     }
 }
 
-/// False when a group was opened, which is to be written first.
+/// Returns false when it opened a group, which is written first.
 bool PlainJsonWriter::write_values(Level& level) {
     const ParserEntry& entry = *level.items[level.item].entry;
     while (level.value < entry.get_value_count()) {
@@ -112,7 +112,7 @@ bool PlainJsonWriter::write_values(Level& level) {
             put_comma();
         }
         if (const ParserGroup* const group = bk::ValueAccess::group(value)) {
-            open_group(*group); // `level` may have moved
+            open_group(*group); // invalidates `level`
             return false;
         }
         put_value(value);
@@ -134,7 +134,7 @@ void PlainJsonWriter::end_entry(Level& level) {
     ++level.item;
 }
 
-/// Any value but a group.
+/// Writes any value except a group.
 void PlainJsonWriter::put_value(const ParserValue& value) {
     switch (bk::ValueAccess::type(value)) {
     case ParserValue::TYPE_BOOL:

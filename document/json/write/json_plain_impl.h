@@ -9,26 +9,26 @@
 
 namespace bk_parser {
 
-/// Writes a tree in the plain shape: a group is an object, in which each name stands once. Depth costs heap, not stack.
+/// Writes a tree in the plain shape: each group is an object with each name once. Depth costs heap, not stack.
 class PlainJsonWriter {
 public:
     /// No line breaks when `indent` is 0.
     PlainJsonWriter(JsonOutput& out, unsigned int indent) : out_(out), indent_(indent) {}
 
-    /// False when the output wants no more.
+    /// Returns false when the sink wants no more.
     bool write(const ParserGroup& root);
 
 private:
-    /// An entry, and the place in its group of the first one of its name.
+    /// An entry, and the position of the first entry of its name.
     struct Item {
         const ParserEntry* entry;
         unsigned int position;
         unsigned int first;
     };
     struct Level {
-        std::vector<Item> items; // entries of one name side by side
-        std::size_t item = 0;    // that is being written, or the next one
-        unsigned int value = 0;  // the next one of that entry
+        std::vector<Item> items; // sorted so that entries of one name are adjacent
+        std::size_t item = 0;    // the current or next one
+        unsigned int value = 0;  // the next value of that entry
         bool is_in_entry = false;
     };
 

@@ -8,12 +8,12 @@
 
 namespace bk_parser {
 
-/// The word by which a text says a bool, char, int, double or bare word. Refers to the value.
+/// The word that a text has for a bool, char, int, double or bare word. Refers to the value.
 class ScalarWord {
 public:
-    /// The spelling, or what says the content when there is none.
+    /// The spelling, or the word for the content when there is no spelling.
     static ScalarWord as_spelled(const ParserValue& value) { return ScalarWord(value, true); }
-    /// What says the content, however it is spelled.
+    /// The word for the content, however the value is spelled.
     static ScalarWord as_read(const ParserValue& value) { return ScalarWord(value, false); }
 
     ScalarWord(const ScalarWord&) = delete;

@@ -9,7 +9,7 @@ namespace bk_parser {
 
 namespace {
 
-/// Whether JSON can spell the value without a tag: as a number, true or false.
+/// Whether JSON spells the value without a tag: as a number, true or false.
 bool is_bare(ParserValue::Type type, std::string_view word) noexcept {
     switch (type) {
     case ParserValue::TYPE_BOOL:
@@ -17,7 +17,7 @@ bool is_bare(ParserValue::Type type, std::string_view word) noexcept {
     case ParserValue::TYPE_INT:
         return json_number_of(word) == JsonNumber::whole;
     case ParserValue::TYPE_DOUBLE:
-        // The reader would turn a large E into a small one.
+        // The reader turns a large E into a small one, so the spelling would be lost.
         return json_number_of(word) == JsonNumber::broken && word.find('E') == std::string_view::npos;
     default:
         return false;
@@ -76,7 +76,7 @@ bool JsonWriter::run() {
     return levels_.empty();
 }
 
-/// Goes on in the innermost group: with the entry that is being written or with the next one, or ends the group.
+/// Continues in the innermost group with the current entry or the next one, or ends the group.
 void JsonWriter::advance() {
     Level& level = levels_.back();
     while (level.entry < level.count && level.entries[level.entry] == nullptr) {
@@ -145,7 +145,7 @@ void JsonWriter::begin_entry(Level& level, const ParserEntry& entry) {
     level.has_list = entry.get_value_count() != 1;
     if (!level.has_list) {
         const ParserGroup* const group = bk::ValueAccess::group(bk::EntryAccess::value(entry, 0));
-        // An array would be read as the list of values.
+        // An array here would be read as a list of values.
         level.has_list = group != nullptr && group->get_name().is_empty() && !has_distinct_names(*group);
     }
     if (level.has_list) {
@@ -153,7 +153,7 @@ void JsonWriter::begin_entry(Level& level, const ParserEntry& entry) {
     }
 }
 
-/// Up to the values.
+/// Writes an entry up to its values.
 void JsonWriter::put_head(const ParserEntry& entry) {
     out_.put('{');
     if (entry.get_type() != usual_kind(entry.get_name().get_view())) {
@@ -179,7 +179,7 @@ void JsonWriter::put_head(const ParserEntry& entry) {
     put_key(values_key);
 }
 
-/// Returns false when it opened a group, which has to be written first.
+/// Returns false when it opened a group, which is written first.
 bool JsonWriter::write_values(Level& level, const ParserEntry& entry) {
     while (level.value < entry.get_value_count()) {
         const ParserValue& value = bk::EntryAccess::value(entry, level.value);
@@ -188,7 +188,7 @@ bool JsonWriter::write_values(Level& level, const ParserEntry& entry) {
         }
         const ParserGroup* const group = bk::ValueAccess::group(value);
         if (group != nullptr) {
-            open_group(*group); // `level` may have moved
+            open_group(*group); // invalidates `level`
             return false;
         }
         put_value(value);
@@ -213,11 +213,11 @@ void JsonWriter::end_entry(Level& level) {
     ++level.entry;
 }
 
-/// Any value but a group.
+/// Writes any value except a group.
 void JsonWriter::put_value(const ParserValue& value) {
     const ParserValue::Type type = bk::ValueAccess::type(value);
     switch (type) {
-    case ParserValue::TYPE_GROUP: // one that was cleared
+    case ParserValue::TYPE_GROUP: // a cleared group value
         out_.put("{}");
         break;
     case ParserValue::TYPE_STRING:
@@ -270,7 +270,7 @@ void JsonWriter::put_name(std::string_view name) {
     out_.put(indent_ == 0 ? ":" : ": ");
 }
 
-/// A string, or an object with one that has escapes for its bytes.
+/// Writes a string, or an object with an escaped string when it has bytes that are not UTF-8.
 void JsonWriter::put_text(std::string_view text) {
     if (is_utf8(text)) {
         out_.put_string(text);

@@ -9,33 +9,33 @@
 
 namespace bk_parser {
 
-/// Writes a tree in the lossless shape. A group is an object while its names differ, else an array with an object for each
-/// entry. Depth costs heap, not stack.
+/// Writes a tree in the lossless shape. A group whose names all differ is an object; any other is an array with an object for
+/// each entry. Depth costs heap, not stack.
 class JsonWriter {
 public:
     /// No line breaks when `indent` is 0.
     JsonWriter(JsonOutput& out, unsigned int indent) : out_(out), indent_(indent) {}
 
-    /// False when the output wants no more.
+    /// Returns false when the sink wants no more.
     bool write(const ParserGroup& root);
-    /// Each entry of the group as an object on a line.
+    /// Writes each entry of the group as an object on a line of its own.
     bool write_lines(const ParserGroup& root);
 
 private:
     enum class Shape { object, array, line };
 
-    /// Entries of a group, and how far they are written.
+    /// A group, and how much of it is written.
     struct Level {
         ParserEntry* const* entries;
         unsigned int count;
         Shape shape;
-        bool is_wrapped;        // in an object with the group's name
-        unsigned int entry = 0; // that is being written, or the next one
-        unsigned int value = 0; // the next one of that entry
-        bool is_first = true;   // no entry is written
+        bool is_wrapped;        // inside an object with the group's name
+        unsigned int entry = 0; // the current or next one
+        unsigned int value = 0; // the next value of that entry
+        bool is_first = true;   // no entry is written yet
         bool is_in_entry = false;
-        bool has_list = false; // the values of the entry stand in an array
-        bool has_head = false; // in an object with what else the entry has
+        bool has_list = false; // the entry's values are in an array
+        bool has_head = false; // inside an object with the entry's other parts
     };
 
     bool run();

@@ -7,17 +7,17 @@
 #include <iterator>
 #include <utility>
 
-// A file that is included more than once, of which one place gave entries that are all gone: its directive goes there, and the file
-// stays as it is for the others.
+// When a file is included several times and all entries of one inclusion were removed, only the directive of that inclusion is
+// removed. The file stays as it is for the others.
 
 namespace bk_parser {
 
-/// Whether an edit is one of its file, and not of a text that is carried from there.
+/// Whether an edit belongs to its file, not to a text that is carried from there.
 bool LayoutEdits::is_of_file(const Edit& edit) const noexcept {
     return edit.inside == no_index || carries_[edit.inside].place.inclusion != edit.inclusion;
 }
 
-/// Edits of one file in all its places.
+/// Takes the edits that belong to files, by inclusion.
 std::vector<std::vector<Edit>> LayoutEdits::take_file_edits() {
     std::vector<std::vector<Edit>> by_inclusion(sources_.map().get_inclusion_count());
     std::vector<Edit> others;
@@ -31,7 +31,7 @@ std::vector<std::vector<Edit>> LayoutEdits::take_file_edits() {
     return by_inclusion;
 }
 
-/// The directive that a place takes part by, inside of what is carried when it is.
+/// Removes the directive of an inclusion, inside of the carried text if it is in one.
 Edit LayoutEdits::removal_of_directive(std::size_t inclusion, std::string about) const {
     const Spot& directive = sources_.map().inclusion(inclusion).directive;
     const LineRange lines =
@@ -46,13 +46,13 @@ Edit LayoutEdits::removal_of_directive(std::size_t inclusion, std::string about)
         const FileRange& place = carries_[i].place;
         if (place.inclusion == directive.inclusion && place.begin <= directive.offset &&
             directive.offset < place.end) {
-            edit.inside = i; // the innermost one
+            edit.inside = i; // ends with the innermost one
         }
     }
     return edit;
 }
 
-/// Of each place, whether nothing that is read is left of it.
+/// For each inclusion, whether nothing is left of it but comments.
 std::vector<bool> LayoutEdits::cleared_places(const std::vector<std::vector<Edit>>& edits) const {
     const SourceMap& map = sources_.map();
     std::vector<std::vector<Edit>> left(edits);
@@ -74,10 +74,10 @@ std::vector<bool> LayoutEdits::cleared_places(const std::vector<std::vector<Edit
 void LayoutEdits::drop_cleared_includes() {
     const SourceMap& map = sources_.map();
     if (map.get_inclusion_count() == map.get_files().size() && !names_.has_several_names()) {
-        return; // each file has one place
+        return; // no file is included twice
     }
     std::vector<std::vector<Edit>> edits = take_file_edits();
-    std::vector<std::vector<std::size_t>> places(map.get_files().size()); // of each file
+    std::vector<std::vector<std::size_t>> places(map.get_files().size()); // inclusions of each file
     for (std::size_t i = 0; i < edits.size(); ++i) {
         places[names_.first(map.file_of_inclusion(i))].push_back(i);
     }
@@ -106,7 +106,7 @@ void LayoutEdits::drop_cleared_includes() {
     }
 }
 
-/// The places that are included from a place come behind it.
+/// Drops the edits in an inclusion and in all below it, which have higher numbers.
 void LayoutEdits::drop_edits_below(std::size_t inclusion, std::vector<std::vector<Edit>>& edits) const {
     std::vector<bool> is_below(edits.size());
     is_below[inclusion] = true;

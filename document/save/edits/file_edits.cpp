@@ -11,7 +11,7 @@ namespace bk_parser {
 
 namespace {
 
-/// Text whose lines end in a return alone is one line to the parser; a new one would end it, and comments in it.
+/// The parser takes a text whose lines end in "\r" for one line. An inserted "\n" would end that line, and the comments in it.
 bool breaks_returns(std::string_view text, const std::vector<Edit>& edits) {
     const bool has_break = std::any_of(edits.begin(), edits.end(), [](const Edit& edit) {
         return edit.text.find('\n') != std::string::npos;
@@ -30,7 +30,7 @@ bool apply_edits(const SaveSources& sources, const FileNames& names, const std::
         by_inclusion[edit.inclusion].push_back(edit);
     }
     std::vector<std::size_t> first(map.get_files().size(),
-                                   map.get_inclusion_count()); // inclusion of each file
+                                   map.get_inclusion_count()); // one inclusion for each file
     for (std::size_t i = 0; i < by_inclusion.size(); ++i) {
         sort_edits(by_inclusion[i]);
         const std::size_t file = names.first(map.inclusion(i).file);

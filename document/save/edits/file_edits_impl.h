@@ -8,8 +8,8 @@
 
 namespace bk_parser {
 
-/// Turns the edits of all inclusions into new bytes of files. False when the inclusions of one file ask for different
-/// edits of it: the reason says so.
+/// Turns the edits of all inclusions into new bytes of files. Returns false, with a reason, when inclusions of one file need
+/// different edits.
 bool apply_edits(const SaveSources& sources, const FileNames& names, const std::vector<Edit>& edits,
                  const std::string& key, NewBytes& bytes, std::string& reason);
 

@@ -3,17 +3,17 @@
 
 #include <algorithm>
 
-// Where new entries are put, and how they look there.
+// Chooses the place and the layout of new entries.
 
 namespace bk_parser {
 
-/// Between entries of two files, the file that includes the one, or both, takes what is new: an entry that is added behind an
-/// include stands behind its directive, not in the included file.
+/// Between entries of two files, the new entry goes into the file that includes the other one, or both. So an entry that is
+/// added behind an include stands behind its directive, not in the included file.
 void LayoutEdits::find_anchor(const Gap& gap, Anchor& anchor) {
     const bool has_open = gap.group->open != 0;
     const bool has_close = gap.group->close < sources_.text().size();
-    FileRange left;  // that ends at the gap
-    FileRange right; // that begins behind it
+    FileRange left;  // ends at the gap
+    FileRange right; // begins at the gap
     if (gap.before != nullptr) {
         const Spot last = sources_.map().find(gap.before->tail - 1, 1);
         left = {last.inclusion, last.offset, last.offset + 1};
@@ -56,10 +56,11 @@ void LayoutEdits::settle_behind(Anchor& anchor, const FileRange& place, const Ga
     anchor.way = has_feed ? Anchor::Way::lines_before : Anchor::Way::lines_behind;
 }
 
-/// That of the entry before, where it begins a line; else one level more than the line of the group's brace has.
+/// The indentation of a new entry: that of the entry before it, if that entry begins a line; else one level more than the line
+/// of the group's brace.
 std::string LayoutEdits::indent_behind(const FileRange& place, const Gap& gap) {
     const std::string_view text = text_of(place.inclusion);
-    FileRange first = place; // an include directive
+    FileRange first = place; // may be an include directive
     if (gap.before != nullptr) {
         const Spot begin = sources_.map().find(gap.before->last_begin, 1);
         if (begin.inclusion == place.inclusion) {
@@ -79,8 +80,8 @@ std::string LayoutEdits::indent_behind(const FileRange& place, const Gap& gap) {
     return is_inside ? indent + unit_of(place.inclusion) : indent;
 }
 
-/// A new entry at the start of a file goes below the comments there, which may belong to the file. An entry that moved there goes above
-/// the comments of the next entry instead.
+/// A new entry at the start of a file goes below the comments there, which may belong to the file. An entry that moved there
+/// goes above the comments of the next entry.
 void LayoutEdits::pass_comments(Anchor& anchor, const std::vector<Addition>& additions) const {
     const bool has_moved = std::any_of(additions.begin(), additions.end(), [](const Addition& addition) {
         return addition.moved_from != nullptr;
@@ -103,7 +104,7 @@ bool LayoutEdits::compose(const Anchor& anchor, const Gap& gap, const std::vecto
     const std::string_view text = text_of(anchor.inclusion);
     const bool is_in_line =
         anchor.way == Anchor::Way::in_line_behind || anchor.way == Anchor::Way::in_line_before;
-    // A long line is not searched for its ends each time.
+    // Avoids searching a long line for its ends each time.
     const std::string line_end(is_in_line ? std::string_view() : layout_at(anchor).line_break);
     const bool ends_with_line = text.empty() || text.back() == '\n';
     for (const Addition& addition : additions) {
@@ -140,7 +141,7 @@ bool LayoutEdits::compose(const Anchor& anchor, const Gap& gap, const std::vecto
     return true;
 }
 
-/// Entries that only moved take their lines along, with comments behind and above.
+/// An entry that only moved takes its lines along, with the comments behind and above it.
 bool LayoutEdits::add_lines(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit) {
     FileRange place;
     if (can_carry(addition, anchor.inclusion, place)) {
@@ -161,7 +162,7 @@ bool LayoutEdits::add_lines(const Anchor& anchor, const Gap& gap, const Addition
     return true;
 }
 
-/// A comment behind an entry that ends its line is a part of what moves.
+/// Includes the comment behind an entry that ends its line.
 void LayoutEdits::take_comment(FileRange& place) const {
     const std::string_view text = text_of(place.inclusion);
     if (removal_of(text, place.begin, place.end).has_whole_lines) {
@@ -171,7 +172,7 @@ void LayoutEdits::take_comment(FileRange& place) const {
     }
 }
 
-/// Comments directly above an entry that begins its line move with it, but not into the middle of a line.
+/// Includes the comments directly above an entry that begins its line, but only when the entry moves to lines of its own.
 void LayoutEdits::take_comments_above(FileRange& place) const {
     const std::string_view text = text_of(place.inclusion);
     if (begins_line(text, place.begin)) {
@@ -188,7 +189,7 @@ bool LayoutEdits::add_in_line(const Anchor& anchor, const Gap& gap, const Additi
         if (!carry(anchor, gap, addition, place, edit)) {
             return false;
         }
-        if (place.end != end) { // nothing can stand behind the comment
+        if (place.end != end) { // the comment takes the rest of the line
             const std::string_view text = text_of(anchor.inclusion);
             edit.text += line_break(text, anchor.at);
             edit.text += indent_of(text, anchor.at);

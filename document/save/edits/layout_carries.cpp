@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <utility>
 
-// Entries that moved: their bytes are carried to the new place, comments and all, with what has changed in them.
+// Carries the bytes of moved entries to the new place, with their comments and with all changes inside.
 
 namespace bk_parser {
 
-/// Bytes with an include go nowhere but to the same file, which alone finds it as before.
+/// Bytes with an include directive may only move within their file: in another file the directive may find another file.
 bool LayoutEdits::can_carry(const Addition& addition, std::size_t target, FileRange& place) {
     if (addition.moved_from == nullptr) {
         return false;
@@ -41,7 +41,7 @@ bool LayoutEdits::carry(const Anchor& anchor, const Gap& gap, const Addition& ad
     return is_done;
 }
 
-/// Puts the carried texts into what takes them in. The changes inside of one are part of it then.
+/// Inserts the carried texts into the edits that take them in. First applies the changes inside of them.
 void LayoutEdits::fill_carries() {
     if (carries_.empty()) {
         return;
@@ -52,7 +52,7 @@ void LayoutEdits::fill_carries() {
         if (edit.inside != no_index && edit.inclusion == carries_[edit.inside].place.inclusion) {
             inside[edit.inside].push_back(i);
         } else {
-            edit.inside = no_index; // in an include inside of it, which stays
+            edit.inside = no_index; // in an included file, which does not move
         }
     }
     for (std::size_t i = carries_.size(); i-- > 0;) {
@@ -61,7 +61,7 @@ void LayoutEdits::fill_carries() {
         for (const std::size_t at : inside[i]) {
             Edit& edit = edits_[at];
             fill(edit, carries_);
-            // In a group that nobody closed, the place of a new entry is behind the last word of the carried text.
+            // In an unclosed group, a new entry may be placed behind the last word of the carried text.
             const auto in_carry = [&place = carry.place](std::size_t offset) {
                 return std::clamp(offset, place.begin, place.end) - place.begin;
             };

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-// Places: from the expanded text to the files.
+// Locates places of the expanded text in the files.
 
 namespace bk_parser {
 
@@ -48,7 +48,7 @@ const std::string& LayoutEdits::unit_of(std::size_t inclusion) {
     return units_[file];
 }
 
-/// Comments inside the range go with it, and so do includes.
+/// Removing the range also removes the comments and includes inside.
 bool LayoutEdits::locate(TextRange range, FileRange& place) {
     const Spot first = sources_.map().find(range.begin, 1);
     place = {first.inclusion, first.offset, first.offset};
@@ -76,7 +76,7 @@ std::size_t LayoutEdits::parent(std::size_t inclusion) const noexcept {
     return sources_.map().inclusion(inclusion).directive.inclusion;
 }
 
-/// Files are numbered as they are entered, so that an including file has the smaller number.
+/// Inclusions are numbered in the order of reading, so that an including file has the smaller number.
 std::size_t LayoutEdits::common(std::size_t a, std::size_t b) const noexcept {
     while (a != b) {
         (a > b ? a : b) = parent(a > b ? a : b);
@@ -84,7 +84,7 @@ std::size_t LayoutEdits::common(std::size_t a, std::size_t b) const noexcept {
     return a;
 }
 
-/// The include directive by which a place takes part in the text of another file.
+/// The directive that brings the text of a place into the file of `ancestor`.
 FileRange LayoutEdits::climb(FileRange place, std::size_t ancestor) const noexcept {
     while (place.inclusion != ancestor) {
         const Spot& directive = sources_.map().inclusion(place.inclusion).directive;

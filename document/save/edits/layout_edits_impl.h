@@ -11,82 +11,82 @@
 
 namespace bk_parser {
 
-/// The text of an entry that moved, which another text takes in at a place.
+/// The place where another text takes in the text of a moved entry.
 struct CarriedText {
     std::size_t at = 0;
     std::uint32_t carry = no_index;
 };
 
-/// A range of a file in one of the places that it is included at.
+/// A range of a file, in one of the inclusions of the file.
 struct FileRange {
     std::size_t inclusion = 0;
     std::size_t begin = 0;
     std::size_t end = 0;
 };
 
-/// Bytes of a file, in one of the places that it is included at, that give way to others.
+/// A replacement of bytes of a file, in one of the inclusions of the file.
 struct Edit {
     std::size_t inclusion = 0;
     std::size_t begin = 0;
     std::size_t end = 0;
     std::string text;
-    std::string about; // the name of an entry
+    std::string about; // name of an entry, for messages
     bool removes_entries = false;
-    bool moves = false;               // the bytes are carried to another place
-    std::uint32_t inside = no_index;  // of which carried text it is a change
+    bool moves = false;               // the bytes move to another place
+    std::uint32_t inside = no_index;  // index of the carried text that it changes
     std::vector<CarriedText> carried; // by ascending place
 };
 
-/// Works out which bytes of which files have to change, so that the text says what the tree now holds.
+/// Computes which bytes of which files must change so that the text has the content of the tree.
 class LayoutEdits {
 public:
     LayoutEdits(const SaveSources& sources, const LayoutRecord& record, const FileNames& names,
                 bool has_escapes)
         : sources_(sources), record_(record), names_(names), has_escapes_(has_escapes) {}
 
-    /// False when it cannot be said in that layout: the reason tells why.
+    /// Returns false when the layout cannot express the change; the reason says why.
     bool run();
     const std::string& reason() const noexcept { return reason_; }
     const std::vector<Edit>& edits() const noexcept { return edits_; }
-    /// The paths of the files that nothing includes any more, as the entries around their directives were removed.
+    /// The files that nothing includes any more, because the entries around their directives were removed.
     const std::vector<std::string>& dropped_files() const noexcept { return dropped_; }
 
 private:
-    /// The bytes of an entry that moved. They are taken with all that is changed in them.
+    /// The bytes of a moved entry, including all changes inside.
     struct Carry {
         FileRange place;
-        std::string from; // the indentation of their first line
-        std::string to;   // and what it becomes
-        bool has_lines;   // all lines get it
-        std::string text; // when all changes in them are known
+        std::string from; // old indentation of the first line
+        std::string to;   // new indentation
+        bool has_lines;   // whether all lines are indented anew
+        std::string text; // final text, set once all changes inside are known
     };
-    /// A group that has changed, and the carried text that it stands in.
+    /// A changed group, and the carried text that contains it.
     struct PendingGroup {
         std::uint32_t group;
         std::uint32_t inside;
     };
-    /// Something that is to be put between two entries that stay.
+    /// Entries that are put between two entries that stay.
     struct Addition {
         const ParserEntry* const* entries;
         std::uint32_t count;
-        const OldEntry* moved_from; // null of new ones
-        bool comes_from_elsewhere;  // from another group, as it was
+        const OldEntry* moved_from; // null for new entries
+        bool comes_from_elsewhere;  // from another group, unchanged
     };
-    /// An edit that takes away entries that stood one behind the other.
+    /// An edit that removes a run of entries.
     struct Removal {
         std::size_t edit;
-        FileRange place; // the entries alone
+        FileRange place; // without the blanks or line around them
         const OldEntry* first;
         const OldEntry* last;
         bool has_whole_lines;
     };
-    /// A place between entries: in a file, and what it is next to.
+    /// A place between two entries of a group.
     struct Gap {
         const OldGroup* group;
-        const OldEntry* before; // null at the begin of the group
+        const OldEntry* before; // null at the beginning of the group
         const OldEntry* behind; // null at its end
     };
-    /// Bytes that are taken away and go nowhere else: where that begins, and the edit that takes most.
+    /// Removed bytes: where they begin, and the removal up to here that reaches furthest.
     struct Cover {
         std::size_t inclusion;
         std::size_t begin;
@@ -204,17 +204,17 @@ private:
     bool has_escapes_;
     std::string reason_;
     std::vector<Edit> edits_;
-    std::vector<Cover> covers_; // of the edits before texts are carried
+    std::vector<Cover> covers_; // removals, before texts are carried
     std::vector<std::string> dropped_;
-    std::vector<Carry> carries_; // a text inside of another one behind it
+    std::vector<Carry> carries_; // inner texts behind the outer ones
     std::unordered_map<const OldEntry*, std::uint32_t> carried_;
     std::unordered_map<std::uint64_t, const OldEntry*>
-        lost_; // entries that their groups do not hold any more, by line and column
+        lost_; // entries missing in their groups, by line and column
     std::vector<Removal> removals_;
-    std::uint32_t inside_ = no_index; // the carried text that is being changed
-    bool has_printed_ = false;        // an entry, in a new place
+    std::uint32_t inside_ = no_index; // the carried text that is edited now
+    bool has_printed_ = false;        // a moved or new entry was printed
     std::vector<PendingGroup> pending_;
-    std::vector<std::string> units_; // of indentation, by file
+    std::vector<std::string> units_; // one level of indentation, by file
 };
 
 } // namespace bk_parser

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-// An entry that stays where it is and has changed: its name, its group, or all of it.
+// Edits an entry that stays in its place and has changed: its name, its group, or all of it.
 
 namespace bk_parser {
 
@@ -91,11 +91,11 @@ bool LayoutEdits::edit_last_group(const OldEntry& old, const ParserEntry& now, s
     return drop_group(old, now);
 }
 
-/// With the blanks before it. Comments between stay.
+/// Removes the group with the blanks before it. Keeps comments in between.
 bool LayoutEdits::drop_group(const OldEntry& old, const ParserEntry& now) {
     const std::string_view before = sources_.text().substr(0, old.braces.begin);
     const auto begin = static_cast<std::uint32_t>(before.find_last_not_of(" \t\r\n") + 1);
-    FileRange gap; // with the bytes around it
+    FileRange gap; // including one byte on each side
     FileRange braces;
     if (locate({begin - 1, old.braces.begin + 1}, gap) && has_comment(gap) && locate(old.braces, braces)) {
         const LineRange lines = removal_of(text_of(braces.inclusion), braces.begin, braces.end);
@@ -105,12 +105,12 @@ bool LayoutEdits::drop_group(const OldEntry& old, const ParserEntry& now) {
     return replace({begin, old.braces.end}, {}, now);
 }
 
-/// All of it anew, in its place.
+/// Prints the entry anew in its place.
 bool LayoutEdits::reprint(const OldEntry& old, const ParserEntry& now) {
     return replace({old.name.begin, old.end}, print_lines(now, layout_of(old.name.begin)), now);
 }
 
-/// An empty range stands behind the byte before it.
+/// Replaces a range. An empty range is located behind the byte before it.
 bool LayoutEdits::replace(TextRange range, std::string text, const ParserEntry& about) {
     FileRange place;
     std::string name(about.get_name().get_view());
@@ -134,7 +134,7 @@ bool LayoutEdits::add_edit(const FileRange& place, std::string text, std::string
     return true;
 }
 
-/// How what is printed in the line of this place is laid out.
+/// The layout for text that is printed into the line of this place.
 PrintLayout LayoutEdits::layout_of(std::uint32_t at) {
     const Spot spot = sources_.map().find(at, 1);
     const std::string_view text = text_of(spot.inclusion);
@@ -144,7 +144,7 @@ PrintLayout LayoutEdits::layout_of(std::uint32_t at) {
 
 std::string LayoutEdits::value_text(const ParserEntry& now, std::uint32_t i, std::uint32_t at) {
     if (!is_group(now, i)) {
-        return print_value(bk::EntryAccess::value(now, i), {{}, {}, "\n", has_escapes_}); // stays in its line
+        return print_value(bk::EntryAccess::value(now, i), {{}, {}, "\n", has_escapes_});
     }
     return print_value(bk::EntryAccess::value(now, i), layout_of(at));
 }

@@ -3,14 +3,13 @@
 
 #include <algorithm>
 
-// The entries of a group: which stay where they are, which are moved, removed and added.
+// Edits the entries of a group: decides which stay in place, and which are moved, removed and added.
 
 namespace bk_parser {
 
 namespace {
 
-/// Which of the entries, given by their old positions in their new order, are in their old order: the choice that leaves
-/// most entries where they are.
+/// Chooses the entries that stay in place: a longest increasing subsequence of their old positions in the new order.
 class KeptInOrder {
 public:
     KeptInOrder(const OldGroup& group, const std::vector<std::uint32_t>& order)
@@ -19,7 +18,8 @@ public:
         for (std::uint32_t i = 0; i < order.size(); ++i) {
             const Best before = best_before(order[i]);
             runs_[i] = before.last;
-            // Of two equal ones, the one that has changed: the other takes its layout along when it moves.
+            // Between equal choices, prefers that the changed entry stays, because an unchanged one takes its layout along when
+            // it moves.
             const OldEntry& entry = group.entries[order[i]];
             const Best run{before.count + 2 * std::uint64_t{entry.count} + (entry.has_changed ? 1 : 0), i};
             note(order[i], run);
@@ -34,13 +34,13 @@ public:
     bool stays(std::size_t i) const { return stays_[i]; }
 
 private:
-    /// A run of entries that are in their old order: what they count for, and the last one.
+    /// The weight of an increasing run, and its last entry.
     struct Best {
         std::uint64_t count = 0;
         std::uint32_t last = no_index;
     };
 
-    // A tree over the old positions, in which each node knows the best of the positions that it covers.
+    // A Fenwick tree over the old positions: each node has the best run of the positions that it covers.
     Best best_before(std::uint32_t position) const noexcept {
         Best best;
         for (std::uint32_t node = position; node != 0; node &= node - 1) {
@@ -55,7 +55,7 @@ private:
     }
 
     std::vector<Best> best_;
-    std::vector<std::uint32_t> runs_; // of each entry the one before it in its run
+    std::vector<std::uint32_t> runs_; // for each entry, the one before it in its run
     std::vector<bool> stays_;
 };
 
@@ -63,7 +63,7 @@ private:
 
 bool LayoutEdits::edit_group(std::uint32_t index) {
     const OldGroup& group = record_.group(index);
-    std::vector<std::uint32_t> order; // of the entries that are still there, by new position
+    std::vector<std::uint32_t> order; // old positions of the remaining entries, by new position
     for (std::uint32_t i = 0; i < group.entries.size(); ++i) {
         if (group.entries[i].new_index != no_index) {
             order.push_back(i);
@@ -108,7 +108,7 @@ bool LayoutEdits::edit_group(std::uint32_t index) {
     return remove_unkept(group, is_kept);
 }
 
-/// Entries that are removed or carried away, one behind the other on a line as one.
+/// Removes entries that are deleted or carried away. Neighbours on one line become one edit.
 bool LayoutEdits::remove_unkept(const OldGroup& group, const std::vector<bool>& is_kept) {
     for (std::size_t i = 0; i < group.entries.size(); ++i) {
         if (is_kept[i]) {
@@ -146,7 +146,7 @@ bool LayoutEdits::remove_range(TextRange range, std::string about, const OldEntr
     return true;
 }
 
-/// When whole lines between two blank lines are removed, the second blank line goes, too.
+/// When whole lines between two blank lines are removed, removes the second blank line, too.
 void LayoutEdits::join_blank_lines() {
     std::vector<Edit*> whole;
     for (const Removal& removal : removals_) {
@@ -157,7 +157,7 @@ void LayoutEdits::join_blank_lines() {
     std::sort(whole.begin(), whole.end(), [](const Edit* a, const Edit* b) {
         return a->inclusion != b->inclusion ? a->inclusion < b->inclusion : a->begin < b->begin;
     });
-    const Edit* first = nullptr; // of the removals that adjoin
+    const Edit* first = nullptr; // of adjacent removals
     for (std::size_t i = 0; i < whole.size(); ++i) {
         first = first == nullptr ? whole[i] : first;
         const bool adjoins = i + 1 < whole.size() && whole[i + 1]->inclusion == whole[i]->inclusion &&

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-// What becomes of the includes inside of what is edited. An entry that is printed holds what its includes gave, and not their directives.
+// Handles includes inside of edited bytes. A printed entry has the content of its includes, not their directives.
 
 namespace bk_parser {
 
-/// Sorts what takes bytes away, by place, and notes of each place the edit that reaches furthest.
+/// Sorts the removals by place, and notes for each place the removal that reaches furthest.
 void LayoutEdits::note_covers() {
     for (const Edit& edit : edits_) {
         if (edit.begin < edit.end && !edit.moves) {
@@ -22,7 +22,7 @@ void LayoutEdits::note_covers() {
     }
 }
 
-/// The edit that takes the directive away, or that of an include around it.
+/// The edit that removes the directive, or the directive of an include around it.
 const Edit* LayoutEdits::cover_of(Spot directive) const noexcept {
     for (;;) {
         const Cover place{directive.inclusion, directive.offset + 1, nullptr};
@@ -40,8 +40,8 @@ const Edit* LayoutEdits::cover_of(Spot directive) const noexcept {
     }
 }
 
-/// An include that was left out is nowhere in the tree: only its directive says that there is one. An entry that was removed while
-/// others are printed may have been moved.
+/// A failed include left nothing in the tree, so only its directive shows that it exists: it must stay. It may go with a
+/// removed entry, but not while other entries are printed, because one of those may be the removed entry, moved.
 bool LayoutEdits::keeps_includes() {
     for (const Spot& directive : sources_.left_out()) {
         const Edit* const edit = cover_of(directive);

@@ -12,7 +12,7 @@ bool is_blank_in_line(char c) noexcept {
     return c == ' ' || c == '\t' || c == '\r';
 }
 
-/// A byte order mark belongs to no line.
+/// A byte order mark is not part of the line.
 std::size_t first_byte(std::string_view text) noexcept {
     constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
     return text.starts_with(byte_order_mark) ? byte_order_mark.size() : 0;
@@ -119,7 +119,7 @@ LineRange removal_of(std::string_view text, std::size_t begin, std::size_t end) 
     std::size_t first = line_begin(text, begin);
     const std::size_t last = next_line(text, end);
     if (last == text.size() && first > first_byte(text) && (last == 0 || text[last - 1] != '\n')) {
-        --first; // a text without a last line end keeps none
+        --first; // keep a text without a last line end as it is
         first -= first != 0 && text[first - 1] == '\r' ? 1 : 0;
     }
     return {first, last, true};

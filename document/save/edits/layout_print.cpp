@@ -6,7 +6,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::size_t printed_unit = 4; // blanks a level in what the writer prints
+constexpr std::size_t printed_unit = 4; // blanks per level that the writer prints
 
 template <class Write>
 std::string print(bool pretty, bool has_escapes, Write write) {
@@ -17,12 +17,12 @@ std::string print(bool pretty, bool has_escapes, Write write) {
             writer.write_no_escapes();
         }
         write(writer);
-        static_cast<void>(writer.finish()); // a text that is too long stays empty, and does not read back
+        static_cast<void>(writer.finish()); // an oversized text stays empty, and then fails to read back
     }
     return std::string(out.get_view());
 }
 
-/// Lines with the indentation of the place.
+/// Indents printed lines like their new place.
 std::string laid_out(const std::string& printed, const PrintLayout& layout) {
     std::string result;
     for (std::size_t at = 0;;) {

@@ -7,20 +7,20 @@
 
 namespace bk_parser {
 
-/// How new text is laid out where it is put.
+/// The layout of new text at its place.
 struct PrintLayout {
-    std::string indent; // of the line
-    std::string unit;   // of one level inside
+    std::string indent; // of the first line
+    std::string unit;   // for each level below
     std::string_view line_break = "\n";
     bool has_escapes = true;
 };
 
-/// Each is empty when it would be longer than a text can be.
+/// These return an empty text when it would be longer than a text can be.
 std::string print_lines(const ParserEntry& entry,
-                        const PrintLayout& layout); // without first indentation and last line end
+                        const PrintLayout& layout); // without the first indentation and the last line end
 std::string print_in_line(const ParserEntry& entry, bool has_escapes);
 std::string print_head(const ParserEntry& entry);
-/// One value, a group with its braces.
+/// Prints one value; a group with its braces.
 std::string print_value(const ParserValue& value, const PrintLayout& layout);
 
 } // namespace bk_parser

@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <string>
 
-// Entries that moved to another group. They are known by their line and column, and take their bytes along when they are as they were.
+// Finds entries that moved to another group. Their line and column identify them. They take their bytes along if they did not
+// change.
 
 namespace bk_parser {
 
@@ -27,7 +28,7 @@ void LayoutEdits::note_lost_entries() {
     }
 }
 
-/// The old entry that a new one of the group is, which no other is then; null when there is none.
+/// The old entry that the entry at `position` was, or null. Each old entry is found at most once.
 const OldEntry* LayoutEdits::take_lost(const ParserGroup& group, std::uint32_t position) {
     const ParserEntry& entry = *group.get_entries()[position];
     const auto found = lost_.find(key_of(entry.get_line(), entry.get_column()));
@@ -35,7 +36,7 @@ const OldEntry* LayoutEdits::take_lost(const ParserGroup& group, std::uint32_t p
         return nullptr;
     }
     const OldEntry& old = *found->second;
-    const std::string text(words({old.name.begin, old.end})); // words are cut from texts that a NUL follows
+    const std::string text(words({old.name.begin, old.end})); // the parser needs a NUL behind the text
     if (!text.starts_with(entry.get_name().get_view()) ||
         !ReadBack(text, group, position, position + 1, has_escapes_).run()) {
         return nullptr;
@@ -44,8 +45,8 @@ const OldEntry* LayoutEdits::take_lost(const ParserGroup& group, std::uint32_t p
     return &old;
 }
 
-/// Finds out, when all groups are done, which of the removed entries stand elsewhere now, and whether the comments above them went
-/// along.
+/// Called after all groups: finds the removed entries that now stand elsewhere, and extends their removals to the comments
+/// above them if these moved along.
 void LayoutEdits::note_moves() {
     for (const Removal& removal : removals_) {
         Edit& edit = edits_[removal.edit];

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 
-// Words that were not read exist only in the files. So no edit may remove one, or change values that may belong to one.
+// Words that were not read exist only in the files. So no edit may remove one, or change values that one of them may own.
 
 namespace bk_parser {
 
 namespace {
 
-/// Whether the author may have meant the word as a name or a value, and not as a stray mark.
+/// Whether the author may have meant the word as a name or a value, rather than typed a stray character.
 bool may_be_meant_as_entry(std::string_view word) noexcept {
     const char first = word.front();
     return bk::is_char(first, bk::CHAR_NAME_START) || static_cast<unsigned char>(first) >= 0x80 ||
@@ -19,8 +19,8 @@ bool may_be_meant_as_entry(std::string_view word) noexcept {
 
 } // namespace
 
-/// In `fullscreen true width 1024` the words `true` and `width` are not read, and the value goes to `fullscreen`: whoever wrote it meant
-/// it for `width`.
+/// In `fullscreen true width 1024` the words `true` and `width` are not read, and `fullscreen` gets the value. Its author meant
+/// it for `width`, so an edit of `fullscreen` must not change it.
 bool LayoutEdits::owns_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now) {
     std::uint32_t end = old.value_count == 0 ? old.name.end : value_of(group, old, old.value_count - 1).end;
     end = old.braces.end == 0 ? end : old.braces.begin;

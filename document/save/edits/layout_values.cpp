@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-// The values of an entry that stays, its group left out: what is at the begin and at the end as it was stays; of what is between,
-// words are replaced, and the rest is dropped or inserted.
+// Edits the values, except the group, of an entry that stays. Equal values at the beginning and the end stay. In between, words
+// are replaced, and the rest is removed or inserted.
 
 namespace bk_parser {
 
@@ -40,7 +40,7 @@ bool LayoutEdits::edit_values(const OldGroup& group, const OldEntry& old, const 
     return count == old.value_count || drop_values(group, old, now, replaced, old.value_count - tail);
 }
 
-/// The first values of an entry that had none but perhaps a group.
+/// Adds the first values to an entry that has none, or only a group.
 bool LayoutEdits::fill_empty(const OldEntry& old, const ParserEntry& now, std::uint32_t count) {
     std::string text;
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -55,8 +55,8 @@ bool LayoutEdits::fill_empty(const OldEntry& old, const ParserEntry& now, std::u
     return replace({old.name.end, old.name.end}, ' ' + text, now);
 }
 
-/// The blanks and the comma go with a value: those behind it when another value follows, else those before it. So does a comment
-/// behind it on its line; other comments stay.
+/// Removes the blanks and the comma with a value: those behind it when another value follows, else those before it. Also
+/// removes a comment behind it on its line, and keeps other comments.
 bool LayoutEdits::drop_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now,
                               std::uint32_t first, std::uint32_t last) {
     const TextRange dropped{value_of(group, old, first).begin, value_of(group, old, last - 1).end};
@@ -71,7 +71,7 @@ bool LayoutEdits::drop_values(const OldGroup& group, const OldEntry& old, const 
 }
 
 bool LayoutEdits::drop_before(TextRange dropped, TextRange next, const ParserEntry& now) {
-    FileRange place; // with the byte that the next value begins with
+    FileRange place; // up to the first byte of the next value
     if (!locate({dropped.begin, next.begin + 1}, place)) {
         return refuse_split(now);
     }
@@ -82,7 +82,7 @@ bool LayoutEdits::drop_before(TextRange dropped, TextRange next, const ParserEnt
     const std::size_t comma = skip_blanks(text, values.end);
     const std::size_t end = comma < place.end && text[comma] == ',' ? comma + 1 : values.end;
     const std::size_t line = std::min(next_line(text, end), place.end);
-    if (line == place.end || !ends_line(text, end)) { // the next value stands on the line
+    if (line == place.end || !ends_line(text, end)) { // the next value is on the same line
         return add_edit(place, {}, std::string(now.get_name().get_view()));
     }
     if (begins_line(text, place.begin)) {
@@ -99,7 +99,7 @@ bool LayoutEdits::drop_before(TextRange dropped, TextRange next, const ParserEnt
 }
 
 bool LayoutEdits::drop_behind(TextRange before, TextRange dropped, const ParserEntry& now) {
-    FileRange gap; // with the byte before it
+    FileRange gap; // from the byte before it
     FileRange place;
     if (!locate({before.end - 1, dropped.end}, gap) || !locate(dropped, place)) {
         return refuse_split(now);
@@ -154,7 +154,8 @@ bool LayoutEdits::insert_values(const OldGroup& group, const OldEntry& old, cons
     return replace({end, end}, std::move(text), now);
 }
 
-/// What stands between the last two values, where that is on one line and nothing else.
+/// The separator of a new value: the blanks and commas between the last two values, if nothing else stands there; otherwise a
+/// comma or a blank.
 std::string LayoutEdits::separator(const OldGroup& group, const OldEntry& old) const {
     if (old.value_count > 1) {
         const std::string_view between = words(

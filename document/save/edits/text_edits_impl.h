@@ -8,13 +8,13 @@
 
 namespace bk_parser {
 
-/// By their places; what is put in at one place keeps its order.
+/// Sorts edits by place. Insertions at the same place keep their order.
 void sort_edits(std::vector<Edit>& edits);
 
-/// Whether two places of a file ask for the same.
+/// Whether two inclusions of a file need the same edits.
 bool are_alike(const std::vector<Edit>& one, const std::vector<Edit>& two) noexcept;
 
-/// The text with sorted edits of it. Removals may overlap.
+/// The text after sorted edits. Removals may overlap.
 std::string edited(std::string_view text, const std::vector<Edit>& edits);
 
 } // namespace bk_parser

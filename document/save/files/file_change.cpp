@@ -15,7 +15,7 @@ namespace bk_parser {
 
 namespace {
 
-/// Empty with a reason when the file is there and cannot be read.
+/// The bytes of a file. Sets a reason when it exists and cannot be read.
 std::string stored_bytes(const std::string& path, std::string& reason) {
     const std::function<bool(double)> nobody;
     Meter meter(nobody);
@@ -52,7 +52,7 @@ std::string reason_of(Action action) {
     try {
         return action();
     } catch (const std::bad_alloc&) {
-        return "out of memory"; // short enough to need none
+        return "out of memory"; // fits the string's own buffer, so allocates nothing
     } catch (const std::length_error&) {
         return "out of memory";
     }

@@ -6,7 +6,7 @@
 
 namespace bk_parser {
 
-/// The change that gives a file new bytes. With a reason when there is a file that cannot be read.
+/// A change of a file to new bytes. Sets a reason when the file exists and cannot be read.
 FileChange change_of_file(const std::string& path, std::string&& after, std::string& reason);
 
 } // namespace bk_parser

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t copy_size = std::size_t{1} << 16;
 
-/// "FILE: what: the system's reason", where the system gave one.
+/// "FILE: what: the system's reason", if the system gave one.
 std::string reason_of(const std::string& path, const char* what) {
     const std::string reason = bk::last_system_reason();
     return path + ": " + what + (reason.empty() ? "" : ": " + reason);
@@ -49,7 +49,7 @@ void remove_quietly(std::string& path) noexcept {
     try {
         SysDevice::get().remove(path);
     } catch (...) {
-        // Nothing more can be done; the name says that the file is rubbish.
+        // If this fails, the file stays. Its name shows that it is temporary.
     }
     path.clear();
 }
@@ -103,7 +103,7 @@ std::string FileSet::replace() {
     return {};
 }
 
-/// Memory may run out when the file has its new name already: then it is in place.
+/// Renaming may succeed and then run out of memory: the file counts as replaced if it has its new name.
 bool FileSet::put_in_place(File& file) {
     try {
         file.is_replaced = SysDevice::get().replace(file.created, file.target);
@@ -128,7 +128,7 @@ std::string FileSet::prepare(File& file) {
     bk::forget_system_reason();
     const std::unique_ptr<SysHandle> handle = device.create_beside(file.target, created);
     if (handle == nullptr) {
-        // Before the folder is asked for, which may replace the system's reason.
+        // Reads errno now, because asking for the folder may change it.
         const std::string reason = reason_of(file.path, "cannot be opened for writing");
         const std::string folder(bk::folder_of(file.target, bk::native_path_style));
         const bool has_folder = folder.empty() || device.inspect(folder).kind != SysPathKind::missing;
@@ -176,7 +176,7 @@ std::string FileSet::write_in_place(File& file) {
     return handle->close() ? std::string() : reason_of(file.path, "cannot be written");
 }
 
-/// False when a file could not get its old bytes back; its copy is left beside it then.
+/// Returns false when a file could not get its old bytes back. The copy of its old bytes is then left beside it.
 bool FileSet::restore() noexcept {
     bool is_restored = true;
     for (File& file : files_) {

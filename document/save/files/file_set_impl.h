@@ -9,34 +9,34 @@
 
 namespace bk_parser {
 
-/// Files that are replaced together. First every new file is written beside its target and flushed to the disk, and when there are
-/// several, so is a copy of each old file. Only then do the new files take their targets' names, one behind the other in the order in
-/// which they were added. When one of these steps fails, the files that were replaced get their old bytes back.
+/// Replaces several files together. First writes each new file beside its target and flushes it to the disk; when there are
+/// several files, does the same with a copy of each old file. Then renames the new files to their targets one after the other,
+/// in the order in which they were added. When a step fails, the files that were already replaced get their old bytes back.
 ///
-/// A process that dies before the first name is taken leaves all old files, and one that dies behind the last leaves all new ones. Between,
-/// the files that were added first are new and the others are old, each of them whole.
+/// A process that dies before the first rename leaves all old files, and one that dies after the last one leaves all new files.
+/// In between, the files that were added first are new and the others are old, each of them complete.
 class FileSet {
 public:
     FileSet() = default;
-    /// Removes what was written and not put in place.
+    /// Removes the files that were written but not renamed.
     ~FileSet();
     FileSet(const FileSet&) = delete;
     FileSet& operator=(const FileSet&) = delete;
 
-    /// The bytes are the caller's, and stay until the files are replaced.
+    /// Refers to the bytes, which must live until replace() returns.
     void add(std::string path, std::string_view head, std::string_view body);
-    /// Replaces them. Empty when every byte of them is on the disk; else what failed, with the file and the system's reason, and
-    /// every file is as it was.
+    /// Replaces the files. Returns an empty text when every byte is on the disk. Otherwise returns what failed, with the file
+    /// and the system's reason, and every file is as it was.
     std::string replace();
 
 private:
     struct File {
-        std::string path; // as it is named
+        std::string path; // as given
         std::string_view head;
         std::string_view body;
-        std::string target; // behind symbolic links
+        std::string target; // with symbolic links resolved
         std::string created;
-        std::string kept; // a copy of the old file
+        std::string kept; // copy of the old file
         bool had_old = false;
         bool is_replaced = false;
     };

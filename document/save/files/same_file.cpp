@@ -28,7 +28,7 @@ std::string real_path(const std::string& path) {
     const std::filesystem::path given = path_of_text(path);
     std::error_code failure;
     std::filesystem::path real = std::filesystem::weakly_canonical(given, failure);
-    if (failure) { // which some standard libraries also report when memory ran out for a moment
+    if (failure) { // some standard libraries also fail here when memory runs out
         real = std::filesystem::weakly_canonical(given, failure);
     }
     return failure ? path : path_text(real);
@@ -51,7 +51,7 @@ bool is_included_file(const DocumentState& state, const std::string& path) {
 FileNames::FileNames(const SourceMap& map) {
     const std::size_t count = map.get_files().size();
     std::unordered_map<std::string, std::size_t> by_real_path;
-    std::vector<std::size_t> linked; // files with further names
+    std::vector<std::size_t> linked; // files with more than one hard link
     for (std::size_t file = 0; file < count; ++file) {
         const std::string& path = map.get_files()[file]->path;
         place_.push_back(count == 1 ? 0 : by_real_path.emplace(real_path(path), file).first->second);

@@ -44,7 +44,7 @@ private:
     struct Level {
         const ParserGroup* group;
         unsigned int entry;
-        unsigned int value; // the next one
+        unsigned int value; // the next value
     };
 
     bool is_text() const noexcept { return form_ != Form::binary; }
@@ -53,7 +53,7 @@ private:
         while (level.value < entry.get_value_count()) {
             if (const ParserGroup* const group =
                     bk::ValueAccess::group(bk::EntryAccess::value(entry, level.value++))) {
-                levels_.push_back({group, 0, 0}); // `level` may have moved
+                levels_.push_back({group, 0, 0}); // invalidates `level`
                 return true;
             }
         }
@@ -176,7 +176,7 @@ private:
         }
         const std::string word = print_value(value, {});
         const bool is_name = type != ParserValue::TYPE_BOOL && !word.empty() &&
-                             bk::is_char(word.front(), bk::CHAR_NAME_START); // such as nan
+                             bk::is_char(word.front(), bk::CHAR_NAME_START); // nan, for example
         if (is_name || !reads_as(bk::classify_value(word), word, value, has_escapes_)) {
             lose("value-changes", "a value reads back as another one, or as none");
         }

@@ -9,8 +9,8 @@
 
 namespace bk_parser {
 
-/// Finds what a form cannot carry: of each thing the entry that holds it, by the names that lead to it.
-/// `has_escapes` is whether strings of the text have escapes.
+/// Finds what a form cannot carry: for each loss, the path of names to its entry. `has_escapes` is whether strings of the text
+/// have escapes.
 std::vector<Problem> find_losses(const ParserGroup& root, Form form, bool has_escapes);
 
 } // namespace bk_parser

@@ -16,7 +16,7 @@ RestoredVersion::RestoredVersion(DocumentState& state, Form form) : state_(state
     is_there_ = true;
 }
 
-/// There is room for what this takes away.
+/// Putting back what was taken out needs no memory.
 RestoredVersion::~RestoredVersion() {
     if (is_there_) {
         state_.kept_version = bk::GroupAccess::take(*state_.root, position_);

@@ -4,8 +4,8 @@
 
 namespace bk_parser {
 
-/// Puts the entry that states the version back to where it was read, as long as this lives, when the document is stored in the form that it
-/// was read from. The entry is no part of what the document says.
+/// While it lives, puts the version entry back where it was read, if the document is stored in the form that it was read from.
+/// That entry is not part of the content.
 class RestoredVersion {
 public:
     RestoredVersion(DocumentState& state, Form form);

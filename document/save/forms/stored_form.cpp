@@ -27,7 +27,7 @@ std::string version_line() {
     return std::string(line.get_view());
 }
 
-/// The text of a file at a path that nothing else has, as it is read.
+/// Whether a file with these bytes reads back as the tree. Reads it under a path that nothing else uses.
 bool reads_back_from_file(std::string bytes, const ParserGroup& root, const std::string& key,
                           bool is_enciphered, std::string& difference) {
     const std::string path = "/document";
@@ -79,7 +79,7 @@ bool reads_back_from_binary(const CoreVector<char>& binary, const ParserGroup& r
     return other == nullptr;
 }
 
-/// Prints some entries of the root group, each on a line of its own.
+/// Prints some entries of the root group, one per line.
 bool print(const ParserGroup& root, unsigned int first, unsigned int end, CoreString& text) {
     bk::TextWriter writer(text, true);
     writer.write_entries_of(root, first, end);
@@ -120,7 +120,7 @@ bool store(const ParserGroup& root, Form form, const std::string& key, const Ver
             return false;
         }
         if (!stored.text.is_empty()) {
-            stored.text += '\n'; // a file ends with a line
+            stored.text += '\n'; // a file ends with a line end
         }
         return true;
     case Form::enciphered: {

@@ -9,7 +9,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr unsigned int furthest = 16; // entries that are looked at for each name
+constexpr unsigned int furthest = 16; // entries compared for each name
 
 const ParserGroup* last_group(const ParserEntry* entry) noexcept {
     const unsigned int count = entry == nullptr ? 0 : entry->get_value_count();

@@ -11,16 +11,16 @@
 
 namespace bk_parser {
 
-/// Where the entries of a tree stand in a text that lost something of it: each is looked for by its name, not far behind the one before it. Those that are not
-/// found have no place then.
+/// Finds the places of the entries in a text that lost something of the tree. Looks for each entry by its name, at most 16
+/// entries behind the one before it. An entry that is not found has no place.
 class FoundPlaces {
 public:
     FoundPlaces(std::string_view text, const ParserGroup& root);
 
-    /// Lets the entries say their places.
+    /// Updates line and column of the entries.
     void apply() const noexcept;
 
-    // The sink of the grammar.
+    // The functions that the grammar calls.
     bool begin_entry(const bk::EntryHead& head, const bk::Token& token);
     void add_value(ParserWord::Type, std::string_view) noexcept {}
     void make_function_call() noexcept {}

@@ -14,13 +14,13 @@ struct Level {
     unsigned int count;
 };
 
-/// The group that an entry ends with: a text has no other.
+/// The last value of an entry if it is a group: a text has no other group values.
 const ParserGroup* group_of(const ParserEntry& entry) noexcept {
     const unsigned int count = entry.get_value_count();
     return count == 0 ? nullptr : bk::ValueAccess::group(bk::EntryAccess::value(entry, count - 1));
 }
 
-/// Calls `visit` with each entry, before those below it, until it returns false.
+/// Calls `visit` with each entry, parents first, until it returns false.
 template <class Visit>
 void walk(const ParserGroup& group, unsigned int first, unsigned int end, Visit visit) {
     std::vector<Level> levels{{group.get_entries().get_data() + first, end - first}};
@@ -60,7 +60,7 @@ void PlaceShifts::apply() const noexcept {
 }
 
 void PlaceShifts::apply_runs() const {
-    std::size_t end = runs_.size(); // behind the last run that moves anything
+    std::size_t end = runs_.size(); // end of the runs that move anything
     while (end != 0 && runs_[end - 1].lines == 0 && runs_[end - 1].columns == 0) {
         --end;
     }
@@ -91,7 +91,7 @@ void PlaceShifts::apply_rest() const {
         walk(*group, first, group->get_entries().get_count(), [this](ParserEntry& entry) {
             const bool is_on_first = entry.get_line() == first_line_;
             if (!is_on_first && rest_shift_.lines == 0) {
-                return false; // lines ascend
+                return false; // lines ascend, so no later entry is concerned
             }
             shift(entry, rest_shift_.lines, is_on_first ? rest_shift_.columns : 0);
             return true;

@@ -8,11 +8,12 @@
 
 namespace bk_parser {
 
-/// By how much the places of entries differ from what the entries say. The entries of one range of a group, with all below
-/// them, come one by one, in the order of the document; neighbours that moved by as much are one run. What follows in the document moves all alike.
+/// How far a save moved the entries in the text. Entries of one range of a group, with everything below them, are added one by
+/// one in the order of the document, and neighbours that moved equally far share a run. Everything behind the range moves
+/// equally far.
 class PlaceShifts {
 public:
-    /// An entry of the range.
+    /// Adds an entry of the range.
     void add(const ParserEntry& entry, core_ulong line, core_ulong column) {
         const Run shift{1, line - entry.get_line(), column - entry.get_column()};
         if (!runs_.empty() && runs_.back().lines == shift.lines && runs_.back().columns == shift.columns) {
@@ -24,7 +25,8 @@ public:
     void set_range(const ParserGroup& group, unsigned int first, unsigned int end) noexcept {
         range_ = {&group, first, end};
     }
-    /// What follows the range: in these groups the entries from these positions on. On line `first_line` columns move, too.
+    /// Sets how far the rest moves: in these groups, the entries from these positions on. Columns change only on line
+    /// `first_line`.
     void set_rest(std::vector<std::pair<const ParserGroup*, unsigned int>> rest, core_ulong first_line,
                   core_ulong lines, core_ulong columns) {
         rest_ = std::move(rest);
@@ -32,14 +34,14 @@ public:
         rest_shift_ = {0, lines, columns};
     }
 
-    /// Lets the entries say their new places. When memory runs out, some keep the old ones: a later save that keeps the layout then
-    /// knows them as new.
+    /// Updates line and column of the entries. When memory runs out, some keep the old ones, and a later save that keeps the
+    /// layout takes these for new entries.
     void apply() const noexcept;
 
 private:
     struct Run {
         std::uint64_t count;
-        core_ulong lines; // modulo 2^32, as columns
+        core_ulong lines; // modulo 2^32, like columns
         core_ulong columns;
     };
     struct Range {

@@ -7,12 +7,13 @@
 #include <string>
 #include <utility>
 
-// Why it is enough to read a window of the new text. Let the old text be P W S and the new one P V S, byte for byte, where S begins with a
-// name that began an entry, with the "}" of the group, or at the end, and P ends where an entry began, or behind the "{" of the group. Words
-// are cut from left to right, so that P gives the same words and leaves the grammar in the same state as before: one in which a
-// name begins an entry. V is read from there. It ends in no string and in no word, all its groups are closed, and a name behind it
-// begins an entry: a further entry that is put behind it is seen. So the grammar comes to S in a state in which the first
-// word of S does what it did in the old text, and that word leaves nothing of the state before it. Hence S gives the same entries.
+// Why it is enough to read a window of the new text. Let the old text be P W S and the new one P V S, byte for byte. S begins
+// with a name that began an entry, with the "}" of the group, or at the end of the text. P ends where an entry began, or behind
+// the "{" of the group. The parser splits words from left to right, so P gives the same words and leaves the grammar in the
+// same state as before, one in which a name begins an entry. V is read from that state. The check requires that V ends in no
+// string and in no word, that all its groups are closed, and that a name behind it begins an entry: the check appends one more
+// entry and looks for it. So the grammar reaches S in a state in which the first word of S acts as it did in the old text, and
+// that word clears the state before it. Hence S gives the same entries.
 
 namespace bk_parser {
 
@@ -22,17 +23,17 @@ constexpr std::string_view further_name = "_";
 constexpr std::string_view further_entry = " _ 1 ";
 
 struct Window {
-    std::size_t begin = 0;         // in both texts
-    std::size_t line_known_at = 0; // the last place before it whose line, from 0, is known
+    std::size_t begin = 0;         // the same in both texts
+    std::size_t line_known_at = 0; // last place before `begin` whose line, from 0, is known
     core_ulong known_line = 0;
-    std::size_t rest = 0; // of the old text, how many bytes are behind it
+    std::size_t rest = 0; // bytes of the old text behind the window
     const ParserGroup* group = nullptr;
-    unsigned int first = 0; // of the group's entries
+    unsigned int first = 0; // first entry of the group in the window
     unsigned int end = 0;
-    std::vector<std::pair<const ParserGroup*, unsigned int>> behind; // the entries of S
+    std::vector<std::pair<const ParserGroup*, unsigned int>> behind; // positions of the entries of S
 };
 
-/// The entries that are as they were at the begin of a group, and at its end.
+/// The unchanged entries at the beginning and at the end of a group, or null.
 struct Ends {
     const OldEntry* lead = nullptr;
     const OldEntry* trail = nullptr;
@@ -55,7 +56,7 @@ Ends ends_of(const OldGroup& group) noexcept {
     return ends;
 }
 
-/// The only entry that has changed, and only in its group; null when there is more.
+/// The only changed entry, if only its group changed; else null.
 const OldEntry* only_change(const OldGroup& group, const Ends& ends) noexcept {
     const std::size_t first = ends.lead == nullptr ? 0 : 1;
     const std::size_t unchanged = first + (ends.trail == nullptr ? 0 : 1);
@@ -98,13 +99,13 @@ Window find_window(std::string_view before, const LayoutRecord& record) {
     }
 }
 
-/// Line and column, from 0, of a place.
+/// Line and column of a place, from 0.
 struct LineColumn {
     core_ulong line = 0;
     core_ulong column = 0;
 };
 
-/// The lines are counted from `begin` on.
+/// Counts lines from `begin` on.
 LineColumn place_of(std::string_view text, std::size_t begin, std::size_t end) noexcept {
     const std::string_view passed = text.substr(begin, end - begin);
     const auto feeds = std::count(passed.begin(), passed.end(), '\n');
@@ -123,7 +124,7 @@ bool is_same_around(std::string_view before, std::string_view now, const Window&
            before.substr(before.size() - window.rest) == now.substr(now.size() - window.rest);
 }
 
-/// Whether a word cannot go on from before the place to behind it.
+/// Whether no word can span the place.
 bool cuts_words(std::string_view text, std::size_t at) noexcept {
     constexpr unsigned int cuts = bk::CHAR_BLANK | bk::CHAR_DELIMITER;
     return at == 0 || at == text.size() || bk::is_char(text[at - 1], cuts) ||
@@ -140,7 +141,7 @@ bool prove_window(std::string_view before, std::string_view now, Window&& window
     std::string text(now.substr(window.begin, new_end - window.begin));
     text += further_entry;
     ReadBack back(text, *window.group, window.first, window.end, has_escapes);
-    // To count 50 MB of line ends would cost as much as to compare them.
+    // Counting the line ends of 50 MB would cost as much as comparing them.
     LineColumn start = place_of(now, window.line_known_at, window.begin);
     start.line += window.known_line;
     back.read_piece(start.line, start.column, further_name);

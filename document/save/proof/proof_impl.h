@@ -7,11 +7,11 @@
 
 namespace bk_parser {
 
-/// Whether the new expanded text says just the tree, given what the old one said. Fills in the places that entries then have, or the
-/// entry at which the tree differs.
+/// Whether the new expanded text has exactly the tree, given a record of the old text. Fills in how far the entries moved, or
+/// the first entry that differs.
 ///
-/// When what has changed lies together, only the text around it is read: what is before and behind is the same bytes, and was compared
-/// with the tree when the old text was read.
+/// When the changes are close together, reads only the text around them. The bytes before and behind are the same as in the old
+/// text, which was already compared with the tree.
 struct Proof {
     bool is_equal = false;
     const ParserEntry* difference = nullptr;

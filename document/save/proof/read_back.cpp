@@ -16,7 +16,7 @@ ReadBack::ReadBack(std::string_view text, const ParserGroup& group, unsigned int
 bool ReadBack::run() {
     bk::Grammar<ReadBack> grammar(text_, *this);
     grammar.run([](const auto&...) {});
-    while (is_equal_ && levels_.size() > 1) { // groups that the text left open
+    while (is_equal_ && levels_.size() > 1) { // groups that the text never closes
         close_group();
     }
     if (is_equal_) {
@@ -91,7 +91,7 @@ void ReadBack::add_value(ParserWord::Type kind, std::string_view word) {
 bool ReadBack::open_group(const bk::Token&) {
     if (!is_equal_ || is_passing_over_) {
         fail(nullptr);
-        return false; // no more is wanted
+        return false; // stop: the result is known
     }
     Level& level = levels_.back();
     const ParserEntry& entry = *level.entry;

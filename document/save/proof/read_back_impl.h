@@ -11,33 +11,33 @@
 
 namespace bk_parser {
 
-/// Reads a text and compares it, word by word, with the tree that it shall say. Nothing is built.
+/// Parses a text and compares it, word by word, with the tree that it should have. Builds no tree.
 class ReadBack {
 public:
     ReadBack(std::string_view text, const ParserGroup& root, bool has_escapes)
         : ReadBack(text, root, 0, root.get_entries().get_count(), has_escapes) {}
-    /// The text shall say some entries of a group alone.
+    /// Compares with some entries of a group only.
     ReadBack(std::string_view text, const ParserGroup& group, unsigned int first, unsigned int end,
              bool has_escapes);
 
-    /// The version of an enciphered text is an entry, which is not compared.
+    /// Skips the entry that holds the version of an enciphered text.
     void pass_over_version() noexcept { passes_over_version_ = true; }
 
-    /// The text is a piece that begins with an entry, at this line and column, both from 0, of a larger one. One more entry, of this
-    /// name, stands behind the others.
+    /// The text is a piece of a larger one. It begins with an entry, at this line and column, both from 0, and one more entry
+    /// of this name follows the compared ones.
     void read_piece(core_ulong line, core_ulong column, std::string_view name_behind) noexcept {
         lines_before_ = line;
         columns_before_ = column;
         name_behind_ = name_behind;
     }
 
-    /// Whether the text says just that tree.
+    /// Whether the text has exactly that tree.
     bool run();
-    /// The entry at which it does not; null when that is behind the last one.
+    /// The first entry that differs; null when the text has more than the tree.
     const ParserEntry* difference() const noexcept { return difference_; }
     const PlaceShifts& shifts() const noexcept { return shifts_; }
 
-    // The sink of the grammar.
+    // The functions that the grammar calls.
     bool begin_entry(const bk::EntryHead& head, const bk::Token& token);
     void add_value(ParserWord::Type kind, std::string_view word);
     void make_function_call() noexcept { levels_.back().is_call = true; }
@@ -45,7 +45,7 @@ public:
     void close_group();
     void report_fault(ParserReadObserver::Fault, const bk::Token&, std::string_view) noexcept {
         if (!name_behind_.empty() && !has_begun_) {
-            fail(nullptr); // it may be a value of the entry before the piece
+            fail(nullptr); // the value may belong to the entry before the piece
         }
     }
 
@@ -54,7 +54,7 @@ private:
         ParserEntry* const* entries;
         unsigned int count;
         unsigned int next = 0;
-        const ParserEntry* entry = nullptr; // that is being read
+        const ParserEntry* entry = nullptr; // being read
         unsigned int value_count = 0;
         bool is_call = false;
     };

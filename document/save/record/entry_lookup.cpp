@@ -69,7 +69,7 @@ void EntryLookup::make_index() {
     }
     has_index_ = true;
     has_twins_ = std::adjacent_find(index_.begin(), index_.end(), [](const Place& a, const Place& b) {
-                     return a.key == b.key && a.key != 0; // new entries say none
+                     return a.key == b.key && a.key != 0; // new entries have no place
                  }) != index_.end();
 }
 
@@ -78,7 +78,7 @@ std::uint32_t EntryLookup::find_in_index(std::uint64_t key, std::string_view nam
         make_index();
     }
     std::uint32_t first = none;
-    std::uint32_t other = none; // of another name
+    std::uint32_t other = none; // with another name
     auto place = std::lower_bound(index_.begin(), index_.end(), key,
                                   [](const Place& a, std::uint64_t wanted) { return a.key < wanted; });
     for (; place != index_.end() && place->key == key; ++place) {

@@ -8,8 +8,8 @@
 
 namespace bk_parser {
 
-/// Finds the entries of a group by the place that they were read at. Entries that come in their order cost a look at each; where
-/// they do not, an index is made.
+/// Finds the entries of a group by the line and column where they were read. Entries that come in order cost one comparison
+/// each; otherwise an index is made.
 class EntryLookup {
 public:
     EntryLookup() = default;
@@ -20,12 +20,12 @@ public:
     }
 
     const ParserGroup* group() const noexcept { return group_; }
-    /// The position of an entry of this place that was not found before, of that name where there are several; 0xFFFFFFFF
-    /// when there is none.
+    /// The position of the entry with this place that was not found before; of several, the one with this name. 0xFFFFFFFF when
+    /// there is none.
     std::uint32_t find(core_ulong line, core_ulong column, std::string_view name);
-    /// The other entries that the last search could have found: copies say the place of what they were made from.
+    /// The other candidates of the last search. Copies have the line and column of their original.
     const std::vector<std::uint32_t>& twins() const noexcept { return twins_; }
-    /// The last search shall have found this twin instead.
+    /// Makes this twin the result of the last search.
     void choose(std::uint32_t twin);
 
 private:
@@ -43,12 +43,12 @@ private:
     std::uint32_t find_in_index(std::uint64_t key, std::string_view name);
 
     const ParserGroup* group_ = nullptr;
-    std::uint32_t next_ = 0; // where the next entry is when nothing has changed
+    std::uint32_t next_ = 0; // expected position of the next entry
     bool has_index_ = false;
-    bool has_twins_ = false; // some entries say one place
-    std::uint32_t last_ = 0; // that was found
+    bool has_twins_ = false; // some entries have the same place
+    std::uint32_t last_ = 0; // position found last
     std::vector<std::uint32_t> twins_;
-    std::vector<Place> index_; // of what was not found in its order
+    std::vector<Place> index_; // of entries that did not come in order
     std::vector<bool> found_;  // by position, once there is an index
 };
 

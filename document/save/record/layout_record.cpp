@@ -25,7 +25,7 @@ ParserEntry::Type type_of(const OldEntry& entry, char first) noexcept {
                           : ParserEntry::TYPE_ENTRY;
 }
 
-/// The group that an entry ends with; null when there is none.
+/// The last value of an entry if it is a group; else null.
 const ParserGroup* last_group(const ParserEntry* entry) noexcept {
     if (entry == nullptr || !entry->has_value()) {
         return nullptr;
@@ -45,7 +45,7 @@ LayoutRecord::LayoutRecord(std::string_view text, const ParserGroup& root, bool 
 void LayoutRecord::run() {
     bk::Grammar<LayoutRecord> grammar(text_, *this);
     grammar.run([](const auto&...) {});
-    while (levels_.size() > 1) { // groups that the text left open
+    while (levels_.size() > 1) { // groups that the text never closes
         const Level& outer = levels_[levels_.size() - 2];
         open_name_ = outer.entry.name;
         before_word_ = last_end_;
@@ -84,7 +84,7 @@ void LayoutRecord::match_entry(Level& level, std::uint32_t index, const bk::Entr
     level.match = index == no_index ? nullptr : level.now.group()->get_entries()[index];
     level.is_renamed = level.match != nullptr && level.match->get_name().get_view() != head.name;
     if (level.is_renamed && !bk::EntryAccess::may_have_had_name(*level.match, head.name)) {
-        level.entry.new_index = no_index; // of another document
+        level.entry.new_index = no_index; // came from another document
         level.match = nullptr;
         level.is_renamed = false;
     }
@@ -97,7 +97,7 @@ std::string_view LayoutRecord::value_word(const Level& level, std::uint32_t i) c
     return text_.substr(range.begin, range.end - range.begin);
 }
 
-/// How much of the entry that was read last the candidate is: 0 of nothing that counts, 3 of all.
+/// How much a candidate is like the entry that was read last, from 0 to 3.
 unsigned int LayoutRecord::likeness(const ParserEntry& candidate, std::string_view group_text,
                                     bool has_group) const {
     const Level& level = levels_.back();
@@ -118,8 +118,8 @@ unsigned int LayoutRecord::likeness(const ParserEntry& candidate, std::string_vi
     return like + (group != nullptr && ReadBack(group_text, *group, has_escapes_).run() ? 1 : 0);
 }
 
-/// A copy of an entry says the place of the original, whose layout it does not take unless the original is gone. `group_text` begins
-/// behind the "{".
+/// Chooses between an entry and its copies, which have the same line and column: the one most like the old entry keeps its
+/// layout. `group_text` begins behind the "{".
 void LayoutRecord::settle_twins(std::string_view group_text, bool has_group) {
     Level& level = levels_.back();
     if (level.now.twins().empty()) {
@@ -178,7 +178,7 @@ void LayoutRecord::report_fault(ParserReadObserver::Fault fault, const bk::Token
     leave_out(token);
 }
 
-/// The tree has nothing of this word.
+/// Notes a word that was not read into the tree.
 void LayoutRecord::leave_out(const bk::Token& token) {
     read_end_ = read_before_word_;
     unread_.push_back({token.start, token.start + token.length});
@@ -215,7 +215,7 @@ void LayoutRecord::close_group() {
     entry.group = group;
 }
 
-/// Whether every entry of the group is there, in its order, and as it was.
+/// Whether every entry of the group is there, in order and unchanged.
 bool LayoutRecord::is_as_it_was(const Level& level) const noexcept {
     const ParserGroup* const now = level.now.group();
     if (now == nullptr || (levels_.size() > 1 && !now->get_name().is_empty())) {
@@ -230,8 +230,7 @@ bool LayoutRecord::is_as_it_was(const Level& level) const noexcept {
            entry.count == now->get_entries().get_count();
 }
 
-/// An entry of another name at the same place may still come from another document. It counts as renamed only when its values are the
-/// same.
+/// An entry with this place but another name may come from another document. It counts as renamed only if its values are equal.
 void LayoutRecord::check_renamed(Level& level) noexcept {
     OldEntry& entry = level.entry;
     if (!level.is_renamed) {
@@ -247,7 +246,7 @@ void LayoutRecord::check_renamed(Level& level) noexcept {
     }
 }
 
-/// `tail` is behind the last word before what comes now, `end` behind the last of these that was read.
+/// `end` is behind the last word that was read, `tail` behind the last word of any kind.
 void LayoutRecord::finish_entry(std::uint32_t end, std::uint32_t tail) {
     Level& level = levels_.back();
     if (!level.has_entry) {

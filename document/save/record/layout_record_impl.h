@@ -19,58 +19,58 @@ struct TextRange {
     std::uint32_t end = 0;
 };
 
-/// An entry of the old text, or a run of entries one behind the other of which none has changed.
+/// An entry of the old text, or a run of unchanged entries.
 struct OldEntry {
     TextRange name;               // of the first entry, with template and array suffix
     std::uint32_t last_begin = 0; // of the last entry
-    std::uint32_t end = 0;        // behind its last word that was read
-    std::uint32_t tail = 0;       // behind the words that were not, too, up to the next entry
+    std::uint32_t end = 0;        // behind the last word that was read
+    std::uint32_t tail = 0;       // behind skipped words, too, up to the next entry
     std::uint32_t count = 1;
-    std::uint32_t new_index = no_index; // in its new group, of the first; none when the entry is not there
+    std::uint32_t new_index = no_index; // position of the first in its new group; none when it is gone
     bool has_changed = false;
-    bool has_own_change = false; // in something else than its group
-    // Of a single entry that has changed:
+    bool has_own_change = false; // something besides its group changed
+    // Only for a changed entry:
     bool is_call = false;
-    bool has_same_group = false;      // its group is there and as it was
-    bool has_known_entries = false;   // some of its group are there
-    std::uint32_t arguments_open = 0; // behind the "("
-    std::uint32_t first_value = 0;    // in its group's values
-    std::uint32_t value_count = 0;    // the group not counted
+    bool has_same_group = false;      // its group exists, unchanged
+    bool has_known_entries = false;   // some entries of its group exist
+    std::uint32_t arguments_open = 0; // behind "("
+    std::uint32_t first_value = 0;    // position in the values of its group
+    std::uint32_t value_count = 0;    // without the group
     TextRange empty_tag;
-    TextRange braces; // empty when there is no group
+    TextRange braces; // empty without a group
     std::uint32_t group = no_index;
     core_ulong line = 0;
     core_ulong column = 0;
 };
 
-/// A group of the old text in which something has changed.
+/// A changed group of the old text.
 struct OldGroup {
-    std::uint32_t open = 0;           // behind the "{"
-    std::uint32_t close = 0;          // before the "}"
-    const ParserGroup* now = nullptr; // what has become of it
+    std::uint32_t open = 0;           // behind "{"
+    std::uint32_t close = 0;          // before "}"
+    const ParserGroup* now = nullptr; // the group as it is now
     std::vector<OldEntry> entries;
     std::vector<TextRange> values;
 };
 
-/// Reads the old text once more, beside the tree that was made of it and has been changed since. Entries are known again by the line and
-/// column that they got when they were read. What has not changed leaves nothing but a range: memory is in proportion to
-/// the changes.
+/// Reads the old text again, and compares it with the tree that was made from it and then edited. Recognises entries by the
+/// line and column that they got when they were read. Merges unchanged entries into one range, so that memory is in proportion
+/// to the changes.
 class LayoutRecord {
 public:
     LayoutRecord(std::string_view text, const ParserGroup& root, bool has_escapes);
 
-    /// The group of the whole text; its changes are none when nothing changed.
+    /// Finds the changes. has_changes() is false when there are none.
     void run();
     bool has_changes() const noexcept { return root_ != no_index; }
     std::uint32_t root() const noexcept { return root_; }
     const OldGroup& group(std::uint32_t i) const noexcept { return groups_[i]; }
     std::uint32_t group_count() const noexcept { return static_cast<std::uint32_t>(groups_.size()); }
-    /// Words that the tree has nothing of, in their order.
+    /// Words that were not read into the tree, in their order.
     const std::vector<TextRange>& unread_words() const noexcept { return unread_; }
-    /// The name of the outermost entry whose group has no "}", with its template and array suffix; empty when there is none.
+    /// The name, with its template and array suffix, of the outermost entry whose group is not closed; empty when all are.
     TextRange open_group_name() const noexcept { return open_name_; }
 
-    // The sink of the grammar.
+    // The functions that the grammar calls.
     void see_word(std::string_view word) noexcept {
         before_word_ = last_end_;
         read_before_word_ = read_end_;
@@ -100,9 +100,9 @@ private:
         std::size_t first_value = 0;
         bool has_entry = false;
         OldEntry entry;
-        bk::EntryHead head; // of the entry, when it has twins
+        bk::EntryHead head; // head of the entry, when it has twins
         const ParserEntry* match = nullptr;
-        bool is_renamed = false; // the match is
+        bool is_renamed = false; // the match has another name
         bool has_same_values = true;
     };
 
@@ -129,7 +129,7 @@ private:
     std::vector<TextRange> unread_;
     TextRange open_name_;
     std::uint32_t root_ = no_index;
-    std::uint32_t read_end_ = 0; // of the last word that was read
+    std::uint32_t read_end_ = 0; // end of the last word that was read
     std::uint32_t read_before_word_ = 0;
     std::uint32_t before_word_ = 0;
     std::uint32_t last_begin_ = 0;

@@ -29,7 +29,7 @@ CoreVector<CoreString> folders_of(const DocumentState& state) {
     for (const std::filesystem::path& folder : state.search) {
         folders.add(CoreString(std::string_view(path_text(folder))));
     }
-    folders.add(CoreString()); // last, the name as it stands
+    folders.add(CoreString()); // last, the name as it is spelled
     return folders;
 }
 
@@ -66,7 +66,7 @@ bool SaveSources::read(const std::string& path) {
         folders, key, *this, state_.limits,
         {state_.beside, state_.working_folder || path.empty(), true, std::string_view::npos, true});
     version_ = preprocessor.run(name, name, std::move(bytes), text_);
-    version_ = version_ > 0 ? version_ : bk::written_version; // as a load takes it
+    version_ = version_ > 0 ? version_ : bk::written_version; // as in a load
     if (!reason_.empty()) {
         return false;
     }
@@ -80,7 +80,7 @@ bool SaveSources::read(const std::string& path) {
     return check_all_read(path);
 }
 
-/// Every file that the document was read from takes part again.
+/// Reads every file of the document again.
 bool SaveSources::check_all_read(const std::string& path) {
     for (std::size_t i = 1; i < state_.files.size(); ++i) {
         if (find_file(files_, state_.files[i].path) == nullptr) {
@@ -95,7 +95,7 @@ bool SaveSources::check_all_read(const std::string& path) {
     return true;
 }
 
-/// What was left out when the document was loaded is left out now.
+/// Skips the includes that failed when the document was loaded.
 bk::SourceRead SaveSources::read(const CoreString& path, core_uint64, CoreString& bytes) {
     const std::string name(path.get_view());
     if (find_file(state_.files, name) != nullptr) {
@@ -107,7 +107,7 @@ bk::SourceRead SaveSources::read(const CoreString& path, core_uint64, CoreString
     return bk::SourceRead::unreadable;
 }
 
-/// As a load finds it.
+/// Searches in the same places as a load.
 bool SaveSources::can_be_read(const std::string& path) const {
     const std::function<bool(double)> nobody;
     Meter meter(nobody);
@@ -116,7 +116,7 @@ bool SaveSources::can_be_read(const std::string& path) const {
            (form_of(now.bytes.get_view()) == Form::enciphered || why_no_text(now.bytes.get_view()).empty());
 }
 
-/// A name is taken as it stands at last, and a relative one then begins in the working folder.
+/// Notes an include that only the working folder provides: the last place of the search is the name as it is spelled.
 void SaveSources::entered(const bk::SourceEntered& file) {
     if (!map_.is_empty() && file.found == file.name && path_of_text(file.name.get_view()).is_relative()) {
         std::string what =
@@ -129,7 +129,7 @@ void SaveSources::entered(const bk::SourceEntered& file) {
     map_.enter({}, file.path.get_view(), directive_);
 }
 
-/// Faults of a file's own text leave nothing out.
+/// Ignores errors in a file's text, which leave no file out.
 void SaveSources::failed(const bk::SourceFailure& failure) {
     if (failure.fault != bk::SourceFault::no_version && failure.fault != bk::SourceFault::include_left_open &&
         !map_.is_empty()) {

@@ -11,28 +11,29 @@
 
 namespace bk_parser {
 
-/// New bytes of files, by their absolute paths; of a file that has several, by one of them.
+/// New bytes of files by absolute path. A file with several paths is listed under one of them.
 using NewBytes = std::unordered_map<std::string, std::string>;
 
-/// The files of a document, read again as they were read when it was loaded, and the text that they make.
+/// The files of a document, read again in the same way as in the load, and the text that they expand to.
 class SaveSources final : public bk::SourceHost {
 public:
-    /// `replaced` stand in for what the disk holds. The arguments outlive this.
+    /// `replaced` overrides files on the disk. The arguments must outlive this object.
     SaveSources(const DocumentState& state, const NewBytes& replaced);
 
-    /// Reads the document at this absolute path with all its includes. False when a file is not what it was: the reason says which.
+    /// Reads the document at this absolute path with all its includes. Returns false when a file has changed; the reason says
+    /// which.
     bool read(const std::string& path);
 
     const std::string& reason() const noexcept { return reason_; }
     std::string_view text() const noexcept { return text_.get_view(); }
     double version() const noexcept { return version_; }
     const SourceMap& map() const noexcept { return map_; }
-    /// What was read, the document first.
+    /// The files that were read, the document first.
     const std::vector<ReadFile>& files() const noexcept { return files_; }
     const std::vector<std::string>& included() const noexcept { return included_; }
-    /// The directives of includes that are left out.
+    /// The directives of failed includes.
     const std::vector<Spot>& left_out() const noexcept { return left_out_; }
-    /// "the include 'NAME' is found from the working folder alone", of each that is, once.
+    /// One message "the include 'NAME' is found from the working folder alone" for each such include.
     const std::vector<std::string>& found_from_working_folder() const noexcept {
         return from_working_folder_;
     }
@@ -61,7 +62,7 @@ private:
     bool check_all_read(const std::string& path);
 
     const DocumentState& state_;
-    std::unordered_map<std::string, std::string_view> replaced_; // by path, and by real path
+    std::unordered_map<std::string, std::string_view> replaced_; // by path and by resolved path
     std::string reason_;
     CoreString text_;
     double version_ = 0;

@@ -9,7 +9,7 @@ namespace bk_parser {
 namespace {
 
 bool reads_as_string(std::string_view word, std::string_view string, bool has_escapes) {
-    const std::string_view inner = word.substr(1, word.size() - 2); // the quotes are no part of it
+    const std::string_view inner = word.substr(1, word.size() - 2); // without the quotes
     if (!has_escapes || inner.find('\\') == std::string_view::npos) {
         return inner == string;
     }

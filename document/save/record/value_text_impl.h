@@ -7,8 +7,8 @@
 
 namespace bk_parser {
 
-/// Whether a word of a text, which the grammar takes for this kind of value, reads as just this value: of one type, of one content,
-/// and for numbers and bools that were read from text of one spelling.
+/// Whether a word of this kind parses to exactly this value: the same type and content and, for numbers and bools that were
+/// read from text, the same spelling.
 bool reads_as(ParserWord::Type kind, std::string_view word, const ParserValue& value, bool has_escapes);
 
 } // namespace bk_parser

@@ -14,7 +14,7 @@ namespace bk_python {
 
 namespace {
 
-/// Whether the binary form carries all of a group: it has names and values alone.
+/// Whether the binary form can carry all of a group: it has names and values only.
 bool is_carried(const ParserGroup& group) {
     for (const bk_parser::Visit& visit : bk_parser::walk(group)) {
         const ParserEntry& entry = visit.entry();
@@ -65,7 +65,7 @@ py::bytes to_binary(const Container& self) {
     return py::bytes(bytes.get_data(), bytes.get_count());
 }
 
-/// The tree in the binary form where that carries it all, else as text; either is tried before it is given out.
+/// Stores the tree in the binary form if that carries everything, else as text. Reads the result back before returning it.
 py::tuple state_of(const ParserGroup& group) {
     if (is_carried(group)) {
         const CoreVector<char> bytes = group.get_binary(false);
@@ -94,7 +94,7 @@ bk_parser::LoadResult restored(const std::string& form, const std::string& conte
         } else {
             bk_parser::LoadResult read = bk_parser::parse(content);
             is_whole = read.ok();
-            // What was read from memory has no layout to keep, and no file.
+            // A document from memory has no layout to keep, and no file.
             read.document.root().move_entries(loaded.document.root(), 0);
         }
     }

@@ -30,7 +30,7 @@ py::str to_json(const Container& self, const std::string& shape, unsigned int in
     return text_of(bk_parser::to_json(group == nullptr ? empty : *group, options));
 }
 
-/// By way of the plain shape, so that one place says what its names and lists are.
+/// Converts by way of the plain shape of JSON, so that only one place names and lists its parts.
 py::object to_dict(const Container& self) {
     const ParserGroup* const group = self.group();
     return group == nullptr ? py::dict()

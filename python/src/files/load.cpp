@@ -28,7 +28,7 @@ py::list problem_list(const std::vector<bk_parser::Problem>& problems) {
     throw py::error_already_set();
 }
 
-/// The load goes on without the interpreter's lock, which the callable takes each time it is called.
+/// The load runs without the interpreter's lock. The callback takes the lock for each call.
 std::function<bool(double)> progress_of(const py::object& callable) {
     if (callable.is_none()) {
         return {};
@@ -131,7 +131,7 @@ void define_fields() {
         [](const DocumentSelf& self) {
             std::vector<std::filesystem::path> files;
             for (const bk_parser::DocumentFile& file : document_of(self).files()) {
-                if (!file.path.empty()) { // as what was read from memory
+                if (!file.path.empty()) { // text from memory has no path
                     files.push_back(file.path);
                 }
             }
@@ -142,7 +142,7 @@ void define_fields() {
 
 } // namespace
 
-/// Nothing could be read when an error left no entry.
+/// Whether nothing could be read: there is an error, and no entry.
 py::object loaded_document(LoadResult loaded) {
     if (loaded.cancelled) {
         fail_load(types.load_cancelled, py::str("the progress callable cancelled the load"), loaded);

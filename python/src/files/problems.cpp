@@ -62,7 +62,7 @@ py::object problem_from_state(const py::tuple& state) {
     return problem_object(std::move(problem));
 }
 
-/// A problem_getter: what `get` gives for the problem.
+/// A getter that returns get(problem).
 template <py::object (*get)(const Problem&)>
 PyObject* problem_getter(PyObject* self, void*) {
     return guarded<PyObject*>(nullptr, [&] { return get(problem_of(self)).release().ptr(); });

@@ -44,7 +44,8 @@ std::optional<bk_parser::Form> form_of(const std::optional<std::string>& name) {
     throw py::error_already_set();
 }
 
-/// Does something with a document while other threads run, and wait when they want this document.
+/// Runs `act` on a document with the interpreter's lock released. Other threads run meanwhile; those that use this document
+/// wait.
 template <class Action>
 auto without_lock(const DocumentSelf& self, const Action& act) {
     wait_for_forks();

@@ -13,7 +13,7 @@ namespace bk_python {
 
 namespace {
 
-/// Each entry and each group of a part of a tree, with the group that lists the entry.
+/// Visits each entry and each group of a part of a tree, with the group that has the entry.
 template <class OnEntry, class OnGroup>
 void each_below(const ParserGroup& top, const OnEntry& on_entry, const OnGroup& on_group) {
     for (const bk_parser::Visit& visit : bk_parser::walk(top)) {
@@ -39,7 +39,7 @@ void each_target(const ParserGroup& top, const Action& act) {
         top, [&](ParserEntry& entry) { act(&entry); }, [&](ParserGroup& held) { act(&held); });
 }
 
-/// What stands for something in a part of a tree.
+/// The handles in a part of a tree.
 template <class Part>
 std::vector<std::pair<const void*, Handle*>> handles_in(const Tree& tree, const Part& part) {
     std::vector<std::pair<const void*, Handle*>> found;
@@ -53,7 +53,7 @@ std::vector<std::pair<const void*, Handle*>> handles_in(const Tree& tree, const 
     return found;
 }
 
-/// There is room for them in the new tree. The old one may die of it.
+/// Moves handles to the new tree, which has room for them. May delete the old tree.
 void rehome(const std::vector<std::pair<const void*, Handle*>>& moved, Tree& to) noexcept {
     for (const auto& [target, handle] : moved) {
         Tree* const from = handle->tree;
@@ -69,7 +69,7 @@ EntryObject* handle_of(const Tree& tree, const ParserEntry& entry) noexcept {
     return static_cast<EntryObject*>(tree.handles.find(&entry));
 }
 
-/// Lines and columns of another document would be taken for places in this one when it is saved.
+/// Clears lines and columns: a save would take those of another document for places in this one.
 void clear_places(ParserEntry& top) {
     bk::EntryAccess::set_place(top, 0, 0);
     each_group(top, [&](ParserGroup& group) {
@@ -79,7 +79,7 @@ void clear_places(ParserEntry& top) {
     });
 }
 
-/// Gives the content of a group to a new one in a tree of its own, because something stands for it.
+/// Moves the content of a group that has a handle to a new group in a tree of its own.
 void detach_group(Tree& tree, ParserGroup& group) {
     std::vector<std::pair<const void*, Handle*>> moved = handles_in(tree, group);
     if (moved.empty()) {
@@ -103,7 +103,7 @@ void detach_group(Tree& tree, ParserGroup& group) {
     }
 }
 
-/// Into a tree of its own.
+/// Moves an entry to a tree of its own.
 void detach_entry(Tree& tree, ParserGroup& group, unsigned int position,
                   const std::vector<std::pair<const void*, Handle*>>& moved) {
     ParserEntry& entry = *group.get_entries()[position];
@@ -116,8 +116,8 @@ void detach_entry(Tree& tree, ParserGroup& group, unsigned int position,
     rehome(moved, *to);
 }
 
-/// Entries that are to go. Those that something stands for are taken out one by one; the others of a group go at once,
-/// because each removal takes time in proportion to the group.
+/// Entries to remove. Those with handles are taken out one by one. The others of a group are removed in one call, because each
+/// removal is linear in the group.
 class FoundEntries {
 public:
     std::size_t count() const noexcept { return count_; }
@@ -132,7 +132,7 @@ public:
     }
 
     void remove(Tree& tree) {
-        // From the last on, so that the positions of those before stay.
+        // From last to first, so that the positions of those before stay valid.
         for (auto one = known_.rbegin(); one != known_.rend(); ++one) {
             detach_entry(tree, one->visit.parent(), one->visit.position(), one->handles);
         }

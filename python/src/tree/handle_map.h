@@ -7,13 +7,13 @@
 
 namespace bk_python {
 
-/// From an entry or a group of a tree to the Python object that stands for it. Open addressing, a power of two of slots, at
-/// most half of them full: a walk adds and erases one key an entry.
+/// Maps an entry or a group to its handle. Open addressing; the table has a power of two of slots, at most half of them used,
+/// because a walk adds and removes one key per entry.
 class HandleMap {
 public:
     std::size_t size() const noexcept { return size_; }
 
-    /// Null when there is none.
+    /// Null without a handle.
     void* find(const void* key) const noexcept {
         if (size_ == 0) {
             return nullptr;
@@ -36,7 +36,7 @@ public:
         }
     }
 
-    /// The key is not there yet, and there is room.
+    /// Adds a new key. There must be room.
     void add(const void* key, void* handle) noexcept {
         std::size_t i = home(key);
         while (slots_[i].key != nullptr) {
@@ -46,7 +46,7 @@ public:
         ++size_;
     }
 
-    /// Those behind it move up, so that no search ends at the hole.
+    /// Moves the following keys up, so that no search ends at the hole.
     void erase(const void* key) noexcept {
         if (find(key) == nullptr) {
             return;
@@ -73,7 +73,8 @@ private:
     };
 
     std::size_t home(const void* key) const noexcept {
-        // Blocks are 16 bytes apart at least; the product spreads what is left over the high bits.
+        // Drops the low bits, which are equal because blocks are at least 16 bytes apart. The product spreads the rest over the
+        // high bits.
         const auto number = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(key)) >> 4;
         return static_cast<std::size_t>((number * 0x9E3779B97F4A7C15u) >>
                                         (64 - std::countr_zero(slots_.size())));

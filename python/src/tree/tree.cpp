@@ -20,7 +20,7 @@ struct Waiting {
     std::condition_variable is_free;
 };
 
-/// Never destroyed: threads of the interpreter may still wait when the process ends.
+/// Never destroyed, because threads of the interpreter may still wait when the process ends.
 Waiting*& waiting() {
     static auto* shared = new Waiting;
     return shared;

@@ -17,18 +17,18 @@ namespace bk_python {
 
 struct Search;
 
-/// Where a group stands: the entry that holds it, and the group that lists that entry.
+/// The place of a group: the entry that holds it, and the group that has this entry.
 struct GroupPlace {
     ParserEntry* holder = nullptr;
     ParserGroup* outer = nullptr;
 };
 
-/// Something that owns entries: a document, or an entry or a group that was taken out of one. It lives as long as a Python
-/// object refers to it or to something in it; it knows those objects, and an edit tells them where they belong from then on.
-/// So no object ever points at what is gone: what is removed while an object stands for it lives on in a tree of its own.
+/// An owner of entries: a document, or an entry or group that was taken out of one. It lives while a Python object refers to it
+/// or to something in it. It knows these objects (handles), and edits update them. So no handle ever dangles: a removed entry
+/// with a handle lives on in a tree of its own.
 ///
-/// Everything here is used with the interpreter's lock held. While a save works without it, `is_busy` is set, and whoever
-/// wants the tree waits (wait_until_free).
+/// All members require the interpreter's lock. While a save works without the lock, `is_busy` is set, and other users of the
+/// tree wait (wait_until_free).
 class Tree {
 public:
     explicit Tree(bk_parser::LoadResult loaded);
@@ -44,32 +44,31 @@ public:
         }
     }
 
-    /// Null for what was taken out.
+    /// Null for a part that was taken out.
     bk_parser::Document* document() noexcept { return loaded_ ? &loaded_->document : nullptr; }
     const std::vector<bk_parser::Problem>& problems() const noexcept;
     /// The outermost group; null in the tree of an entry.
     ParserGroup* root() noexcept { return loaded_ ? &loaded_->document.root() : group_.get(); }
-    /// The entry that this tree is about; null for a document or a group.
+    /// The entry of a tree that was taken out as an entry; null for a document or a group.
     ParserEntry* entry() noexcept { return entry_.get(); }
     std::unique_ptr<ParserEntry> give_entry() noexcept { return std::move(entry_); }
     void take_entry(std::unique_ptr<ParserEntry> entry) noexcept { entry_ = std::move(entry); }
-    /// Of the document that lines and columns of this tree's entries refer to; 0 for none.
+    /// The document to which lines and columns of these entries refer; 0 for none.
     std::uint64_t origin() const noexcept { return origin_; }
 
-    /// Before entries come, go or move: searches find the rest of what they look for now, and go on from a list.
+    /// Call it before entries are added, removed or moved: running searches first find their remaining results.
     void settle_searches();
-    /// After that, and after a value changed that a path may show.
+    /// Call it after such an edit, and after a change of a value that a path may show.
     void forget_paths() noexcept { paths_.reset(); }
     void forget_places() noexcept { places_.reset(); }
 
-    /// The path of an entry from the document's root on. Linear in the tree for the first of several that are
-    /// asked without an edit between.
+    /// The path of an entry from the document's root. The first call after an edit is linear in the tree.
     std::string path_of(const ParserEntry& entry);
-    /// Nothing of a root. Linear in the tree once, until groups come, go or move.
+    /// The place of a group; nothing for a root. The first call after groups changed is linear in the tree.
     GroupPlace place_of(ParserGroup& group);
 
     HandleMap handles;
-    Search* searches = nullptr; // those that have not ended, each pointing to the next
+    Search* searches = nullptr; // list of unfinished searches
     std::atomic<bool> is_busy = false;
 
 private:
@@ -84,7 +83,7 @@ private:
     std::optional<std::unordered_map<const ParserGroup*, GroupPlace>> places_;
 };
 
-/// Waits until no save works on the tree. The interpreter's lock is given up meanwhile.
+/// Waits until no save works on the tree. Releases the interpreter's lock meanwhile.
 void wait_until_free(Tree& tree);
 
 /// Waits until no save goes on: one that a fork cuts in two never ends in the child. The interpreter's lock is given up
@@ -95,7 +94,7 @@ void wait_for_forks();
 /// Called in the child of a fork.
 void begin_forked();
 
-/// Keeps others off the tree while the interpreter's lock is given up. Made and destroyed with that lock held.
+/// Marks the tree as busy while the interpreter's lock is released. Construct and destroy it with the lock held.
 class Occupation {
 public:
     explicit Occupation(Tree& tree);
@@ -107,7 +106,7 @@ private:
     Tree& tree_;
 };
 
-/// A reference that counts.
+/// An owned reference to a tree.
 class TreeRef {
 public:
     explicit TreeRef(Tree* tree) noexcept : tree_(tree) { tree_->retain(); }
@@ -122,7 +121,7 @@ private:
     Tree* tree_;
 };
 
-/// Every group that is a value of the entry.
+/// Visits every group among the values of the entry.
 template <class Action>
 void each_group(const ParserEntry& entry, const Action& act) {
     for (unsigned int i = 0; i < entry.get_value_count(); ++i) {

@@ -10,7 +10,7 @@ namespace bk_python {
 
 namespace {
 
-/// The first entry that a path finds, or none.
+/// The first entry that a path finds, or null.
 py::object find_first(const Container& container, const bk_parser::Path& path) {
     if (const ParserGroup* const group = container.group()) {
         bk_parser::PathSearch search(*group, path);
@@ -21,7 +21,7 @@ py::object find_first(const Container& container, const bk_parser::Path& path) {
     return py::object();
 }
 
-/// Of a Python index into the entries of a container.
+/// Converts a Python index into a position of a container.
 unsigned int entry_index(Py_ssize_t index, const ParserGroup* group) {
     const auto count = static_cast<Py_ssize_t>(group == nullptr ? 0 : group->get_entries().get_count());
     index += index < 0 ? count : 0;

@@ -6,11 +6,11 @@ namespace bk_python {
 
 namespace {
 
-/// One group that is being walked.
+/// A group that is walked.
 struct Level {
-    PyObject* container;  // counted: a Group or an Entry
-    EntryObject* current; // counted; null before the first
-    unsigned int value;   // of an entry, the group that is walked
+    PyObject* container;  // owned reference to a Group or an Entry
+    EntryObject* current; // owned reference; null before the first
+    unsigned int value;   // which group value of an entry is walked
     unsigned int position;
 };
 
@@ -27,7 +27,7 @@ ParserGroup* group_of(const Level& level) {
     return group;
 }
 
-/// The next entry of that group, which becomes the level's current one; null behind the last.
+/// Moves to the next entry of the group, and returns it; null after the last.
 EntryObject* next_entry(Level& level) {
     ParserGroup* const group = group_of(level);
     if (group == nullptr) {
@@ -69,14 +69,14 @@ void free_entries(PyObject* self) noexcept {
     Py_DECREF(type);
 }
 
-/// Walks with a stack of its own, one level for each open group.
+/// Walks with an explicit stack, one level for each open group.
 struct Walk {
     PyObject_HEAD std::vector<Level>* levels;
     bool skips_groups;
-    bool is_running; // in some thread, which may wait for a save
+    bool is_running; // in a thread that may be waiting for a save
 };
 
-/// The first group of an entry at or behind that value.
+/// The first group value of an entry at this position or later.
 void enter_group(std::vector<Level>& levels, EntryObject* holder, unsigned int value) {
     for (; value < holder->entry->get_value_count(); ++value) {
         ParserGroup* group = nullptr;

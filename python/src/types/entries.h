@@ -4,10 +4,10 @@
 
 namespace bk_python {
 
-/// The entries of a container, one at a time. An entry that moved within the group is followed; when it is gone, the next one
-/// is that which stands at its place.
+/// Iterates over the entries of a container. Follows an entry that moved within its group. After a removed one, continues with
+/// the entry at its position.
 py::object iterate(PyObject* container);
-/// Every entry below a container, an entry before what it holds; in each group as `iterate` goes.
+/// Iterates over every entry below a container, parents first, in each group as `iterate` does.
 py::object walk(const Container& container);
 
 PyTypeObject* make_entries_type();

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t shown_characters = 60;
 
-/// A getter: what `get` gives for the entry.
+/// A getter that returns get(entry).
 template <py::object (*get)(EntryObject&)>
 PyObject* getter(PyObject* self, void*) {
     return guarded<PyObject*>(nullptr, [&] { return get(use_entry(self)).release().ptr(); });
@@ -83,7 +83,7 @@ py::object values_of(EntryObject& handle) {
 }
 
 void set_values(PyObject* self, py::handle content) {
-    // As `entry.values += [1]` does, which changed them before.
+    // `entry.values += [1]` assigns the list of values to itself after changing it.
     if (Py_IS_TYPE(content.ptr(), types.values) &&
         reinterpret_cast<ValuesObject*>(content.ptr())->entry == self) {
         return;
@@ -146,7 +146,7 @@ std::string shortened(std::string_view name) {
                                            : std::string(name.substr(0, shown_characters)) + "...";
 }
 
-/// The head and the values as far as they are short.
+/// The repr: the head and, if short, the values.
 PyObject* represent(PyObject* self) noexcept {
     return guarded<PyObject*>(nullptr, [&] {
         const EntryObject& handle = use_entry(self);
@@ -176,7 +176,7 @@ PyObject* represent(PyObject* self) noexcept {
     });
 }
 
-/// The pitfall of an empty list: an entry without entries in it is an entry all the same.
+/// An entry without entries inside is still true, unlike an empty list.
 int is_true(PyObject*) noexcept {
     return 1;
 }

@@ -27,7 +27,7 @@ bool is_same(const ParserEntry& left, const ParserEntry& right, unsigned int val
            std::string_view(reinterpret_cast<const char*>(other.data()), other.size());
 }
 
-/// Groups are alike when they have as many entries: those are compared on their own.
+/// Compares groups by their number of entries only: the walk compares the entries.
 bool is_value_like(const ParserEntry& left, const ParserEntry& right, unsigned int value) {
     const ParserValue::Type type = left.get_value_type(value);
     if (type != right.get_value_type(value)) {
@@ -53,7 +53,7 @@ bool is_value_like(const ParserEntry& left, const ParserEntry& right, unsigned i
     }
 }
 
-/// All of two entries but what stands in their groups.
+/// Compares everything of two entries except the content of their groups.
 bool is_alike(const ParserEntry& left, const ParserEntry& right) {
     if (left.get_name() != right.get_name() || left.get_type() != right.get_type() ||
         left.get_template() != right.get_template() || left.get_array_count() != right.get_array_count() ||
@@ -70,8 +70,8 @@ bool is_alike(const ParserEntry& left, const ParserEntry& right) {
 
 } // namespace
 
-/// Two walks side by side: where every entry has as many groups with as many entries as its counterpart, both come
-/// to the same places.
+/// Walks both trees in parallel. While each entry has as many groups, with as many entries, as its counterpart, both walks
+/// reach the same places.
 bool are_equal(const ParserGroup& left, const ParserGroup& right) {
     if (&left == &right) {
         return true;

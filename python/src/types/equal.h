@@ -4,8 +4,8 @@
 
 namespace bk_python {
 
-/// Whether two groups, or two entries, hold the same: names, kinds, templates, array counts, and values with their types.
-/// A number counts by its value, not by its spelling. Linear, up to the first difference.
+/// Whether two groups, or two entries, have the same content: names, kinds, templates, array counts, and values with their
+/// types. Numbers are compared by value, not by spelling. Linear up to the first difference.
 bool are_equal(const ParserGroup& left, const ParserGroup& right);
 bool are_equal(const ParserEntry& left, const ParserEntry& right);
 

@@ -69,7 +69,7 @@ PyTypeObject* make_group_type() {
          const_cast<char*>("An ordered list of entries: the content of an entry, or of a document.")},
         {0, nullptr},
     };
-    // BASETYPE for Document alone: the module takes it back once that is made.
+    // BASETYPE allows subclasses. Only Document needs it, so the module removes it after creating Document.
     static PyType_Spec spec = {"bk_parser._core.Group", sizeof(GroupObject), 0,
                                Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_DISALLOW_INSTANTIATION,
                                slots};

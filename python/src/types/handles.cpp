@@ -8,7 +8,7 @@ Types types;
 
 namespace {
 
-/// The object that stands for it already, or a new one.
+/// The existing handle, or a new one.
 template <class Object, class Fill>
 py::object handle_of(Tree& tree, const void* target, PyTypeObject* type, const Fill& fill) {
     if (void* const there = tree.handles.find(target)) {

@@ -5,28 +5,28 @@
 
 namespace bk_python {
 
-/// What every Python object of a tree begins with. None of them refers to a Python object that could lead back to it, so
-/// that the collector has nothing to do with them.
+/// The common head of all Python objects of a tree. None of them refers to a Python object that could refer back, so they need
+/// no garbage collection.
 struct Handle {
     PyObject_HEAD Tree* tree; // counted
 };
 
-/// Stands for an entry; there is one for each entry at a time, so that `is` tells entries apart.
+/// The handle of an entry. An entry has at most one at a time, so that `is` compares entries.
 struct EntryObject {
     Handle head;
     ParserEntry* entry;
-    ParserGroup* parent;       // that lists the entry; null for an entry that was taken out
-    unsigned int position;     // where it was seen last
-    unsigned int export_count; // buffers of its values, which may not change meanwhile
+    ParserGroup* parent;       // the group with the entry; null for an entry that was taken out
+    unsigned int position;     // last known position
+    unsigned int export_count; // exported buffers; while there are any, the values must not change
 };
 
-/// Stands for a group. The one of a document's root is of the type Document.
+/// The handle of a group. That of a document's root has the type Document.
 struct GroupObject {
     Handle head;
     ParserGroup* group;
 };
 
-/// What the module makes once, and what it counts.
+/// The state of the module.
 struct Types {
     PyTypeObject* group = nullptr;
     PyTypeObject* document = nullptr;
@@ -51,15 +51,14 @@ inline bool is_group(PyObject* object) noexcept {
     return PyObject_TypeCheck(object, types.group) != 0;
 }
 
-/// The tree of a handle, when no save works on it. What a handle stands for may be looked at after this, until Python code
-/// runs again.
+/// Waits until no save works on the tree, and returns it. Afterwards the caller may use the tree until Python code runs again.
 inline Tree& use(Handle& handle) {
     while (handle.tree->is_busy) {
         wait_until_free(*handle.tree);
     }
     return *handle.tree;
 }
-/// Neither is being saved when this is done.
+/// Waits until no save works on either tree.
 inline void use_both(Handle& one, Handle& other) {
     while (one.tree->is_busy || other.tree->is_busy) {
         use(one);
@@ -77,25 +76,25 @@ inline GroupObject& use_group(PyObject* self) {
     return handle;
 }
 
-/// New references.
+/// These return new references.
 py::object entry_handle(Tree& tree, ParserEntry& entry, ParserGroup* parent, unsigned int position);
 py::object group_handle(Tree& tree, ParserGroup& group);
 py::object visit_handle(Tree& tree, const bk_parser::Visit& visit);
-/// Of a new tree, which is this handle's from then on.
+/// Makes the handle of a new tree, and gives it the tree.
 py::object document_handle(bk_parser::LoadResult loaded);
 py::object detached_handle(std::unique_ptr<ParserEntry> entry, std::uint64_t origin = 0);
 
-/// Where an entry stands in the group that lists it.
+/// The position of an entry in its group.
 unsigned int position_of(EntryObject& handle);
 /// The entry that holds a group, or None.
 py::object holder_handle(Tree& tree, ParserGroup& group);
 
-/// Slots that all handles share.
+/// Slots of all handles.
 void free_entry(PyObject* self) noexcept;
 void free_group(PyObject* self) noexcept;
 
-/// The group whose entries a Group, a Document or an Entry is asked for: of an entry its first one. Null for an entry
-/// without a group.
+/// The group whose entries a Group, a Document or an Entry shows; for an Entry its first group. Null for an entry without a
+/// group.
 struct Container {
     PyObject* self = nullptr;
 
@@ -105,13 +104,13 @@ struct Container {
         return is_entry(self) ? first_group(*reinterpret_cast<EntryObject*>(self)->entry)
                               : reinterpret_cast<GroupObject*>(self)->group;
     }
-    /// Gives an entry without a group one.
+    /// Adds a group to an entry that has none.
     ParserGroup& made_group() const;
-    /// Takes that one away again.
+    /// Removes that group again.
     void remove_made_group() const;
 };
 
-/// The object that a method is called on, which is of that type.
+/// The object of a method call, which has this type.
 template <PyTypeObject* Types::*type>
 struct Self {
     PyObject* object = nullptr;

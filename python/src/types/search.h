@@ -6,20 +6,20 @@
 
 namespace bk_python {
 
-/// What find_all gives: a search that goes on at each step, until the tree is edited. Then it finds the rest at once and gives
-/// that out, so that what it gives is what was there before the edit.
+/// The iterator of find_all. It searches step by step until the tree is edited. Before the edit it finds the rest at once, so
+/// that it returns what was there before.
 struct Search {
     Handle head;
-    PyObject* container; // counted; keeps the group that is searched
+    PyObject* container; // owned reference; keeps the searched group alive
     bk_parser::PathSearch* cursor;
-    std::vector<PyObject*>* found; // counted; what was found ahead, null before that
-    std::size_t given;             // how many of these were given out, and are not counted any more
-    Search** place; // the pointer of the list that points here; null when it is not in the list
+    std::vector<PyObject*>* found; // owned references found ahead; null before that
+    std::size_t given;             // how many of these were returned, and are no longer owned
+    Search** place;                // the pointer in the list that refers to this; null outside of the list
     Search* next;
 
-    /// Finds the rest. When memory ends, what was found stays, and the search can go on.
+    /// Finds the rest. When memory runs out, keeps what was found, and the search can go on.
     void settle();
-    /// Out of the tree's list, without a cursor.
+    /// Removes this from the tree's list, and deletes the cursor.
     void end() noexcept;
 };
 

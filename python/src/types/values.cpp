@@ -17,7 +17,7 @@ Py_ssize_t count_of(PyObject* self) {
     return static_cast<Py_ssize_t>(use_entry(entry_of(self)).entry->get_value_count());
 }
 
-/// Of a Python index, which may count from the end.
+/// Converts a Python index, which may count from the end.
 unsigned int checked_index(Py_ssize_t index, Py_ssize_t count) {
     index += index < 0 ? count : 0;
     if (index < 0 || index >= count) {
@@ -34,7 +34,7 @@ Py_ssize_t length(PyObject* self) {
     return guarded<Py_ssize_t>(-1, [&] { return count_of(self); });
 }
 
-/// Called with an index from the beginning only.
+/// Python only passes indexes from the beginning here.
 PyObject* item(PyObject* self, Py_ssize_t index) {
     return guarded<PyObject*>(nullptr, [&] {
         const EntryObject& handle = use_entry(entry_of(self));

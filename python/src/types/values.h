@@ -4,17 +4,17 @@
 
 namespace bk_python {
 
-/// The list of values of an entry, as Entry.values shows it: it stays one with the entry.
+/// The list of values of an entry, as Entry.values shows it. It stays a view of the entry.
 struct ValuesObject {
-    PyObject_HEAD PyObject* entry; // counted
+    PyObject_HEAD PyObject* entry; // owned reference
 };
 
 py::object values_handle(PyObject* entry);
 PyTypeObject* make_values_type();
-/// The methods that need no slot.
+/// The methods besides the slots.
 void define_values_methods();
 
-/// The buffer of values that are numbers of one type, in place.
+/// The buffer of values that are all numbers of one type, without a copy.
 int get_numbers(PyObject* self, Py_buffer* view, int flags) noexcept;
 void release_numbers(PyObject* self, Py_buffer* view) noexcept;
 

@@ -10,7 +10,7 @@ namespace bk_python {
 
 namespace {
 
-/// A str is iterable, too, and would be taken letter by letter.
+/// Refuses a str, which is iterable, too, and would be taken letter by letter.
 template <class Action>
 void each_of(py::handle object, const char* name, const Action& act) {
     PyObject* const given = object.ptr();

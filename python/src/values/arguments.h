@@ -6,20 +6,20 @@
 #include <string>
 #include <vector>
 
-/// Arguments of functions, as C++ has them. TypeError for what is of another type.
+/// Converts arguments of functions to C++. TypeError for another type.
 namespace bk_python {
 
-/// A str, bytes or os.PathLike; ValueError for one with a null character.
+/// A str, bytes or os.PathLike; ValueError for a null character.
 std::filesystem::path path_from(py::handle object);
-/// The same, or an empty one for None; ValueError for an empty one.
+/// The same; None gives an empty path, and an empty path is a ValueError.
 std::filesystem::path optional_path_from(py::handle object);
-/// Any iterable of paths but a path. `name` is the argument's.
+/// Any iterable of paths, but not a single path. `name` is the argument's name, for messages.
 std::vector<std::filesystem::path> paths_from(py::handle object, const char* name);
-/// Any iterable of str but a str.
+/// Any iterable of str, but not a str.
 std::vector<std::string> texts_from(py::handle object, const char* name);
-/// The characters of a str, or the bytes of whatever shows them: bytes, bytearray, memoryview.
+/// The characters of a str, or the bytes of any object with a buffer: bytes, bytearray, memoryview.
 std::string content_from(py::handle object);
-/// The same without str.
+/// The same, but not a str.
 std::string bytes_from(py::handle object);
 
 } // namespace bk_python

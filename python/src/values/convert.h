@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-/// Between Python objects and values of entries. Texts are UTF-8; bytes that are none come as lone surrogates, as those of
-/// file names do ("surrogateescape"), and go back as they were.
+/// Converts between Python objects and values of entries. Texts are UTF-8. Other bytes become lone surrogates
+/// ("surrogateescape", as in file names), and convert back unchanged.
 namespace bk_python {
 
 /// A new reference: bool, int, float, str, bytes, Group, or None for a value without content.
@@ -17,13 +17,13 @@ py::object value_of(Tree& tree, const ParserEntry& entry, unsigned int value);
 py::tuple value_tuple(PyObject* self);
 
 py::str text_of(std::string_view text);
-/// The name of a file in UTF-8.
+/// A file name in UTF-8.
 std::string path_text(const std::filesystem::path& path);
 /// The characters of a str.
 std::string text_from(py::handle text);
 
-/// A Python object as values to be stored: what is given, and what it refers to. Made before anything of a tree is looked
-/// at: the conversion may run Python code, which may edit the tree.
+/// A Python object, converted to values. Convert before looking at a tree: the conversion may run Python code, which may edit
+/// the tree.
 class Given {
 public:
     explicit Given(py::handle object);
@@ -48,14 +48,14 @@ private:
     bool is_list_ = false;
 };
 
-/// ValueError when one of them is a number that no value holds.
+/// ValueError when one of them is a number that no value can hold.
 void refuse_numbers(std::span<const bk_parser::GivenValue> given);
 
-/// Stores values in an entry; ValueError where no value can hold them, or a group stands there.
+/// Stores values in an entry. ValueError when no value can hold one of them, or when the old value is a group.
 void store(Tree& tree, ParserEntry& entry, unsigned int value, std::span<const bk_parser::GivenValue> given,
            bk_parser::access::ListEnd end);
 
-/// Numbers of a buffer, one after the other in the order of C. False, and nothing done, for a format that is no number.
+/// Reads the numbers of a buffer in C order. Returns false, and does nothing, for a format that is not a number.
 bool read_numbers(const Py_buffer& buffer, std::vector<bk_parser::GivenValue>& out);
 
 } // namespace bk_python

@@ -8,7 +8,7 @@ namespace bk_python {
 
 namespace {
 
-/// An error that says a buffer cannot be had in this way; any other one stays.
+/// Clears the error that a buffer of this kind is not available; keeps any other error.
 bool is_refused_buffer() {
     if (PyErr_ExceptionMatches(PyExc_BufferError) || PyErr_ExceptionMatches(PyExc_TypeError) ||
         PyErr_ExceptionMatches(PyExc_ValueError)) {
@@ -140,9 +140,9 @@ void Given::add_integer(py::handle number) {
     values_.emplace_back(large);
 }
 
-/// bytes, bytearray, and a memoryview of bytes.
+/// Converts bytes, bytearray, and a memoryview of bytes.
 bool Given::add_bytes(py::handle object) {
-    // Asked as Python asks it: the letters of a view that was released may be gone.
+    // Goes through Python's attributes, because the format of a released view may be gone.
     const bool is_view = PyMemoryView_Check(object.ptr()) && py::str("B").equal(object.attr("format"));
     if (!PyBytes_Check(object.ptr()) && !PyByteArray_Check(object.ptr()) && !is_view) {
         return false;
@@ -154,7 +154,7 @@ bool Given::add_bytes(py::handle object) {
     return true;
 }
 
-/// Arrays of numbers; one without dimensions is a single number.
+/// Converts arrays of numbers. One without dimensions is a single number.
 bool Given::add_buffer(py::handle object, bool takes_list) {
     if (PyObject_CheckBuffer(object.ptr()) == 0) {
         return false;
@@ -174,7 +174,7 @@ bool Given::add_buffer(py::handle object, bool takes_list) {
     return read_numbers(buffer.view, values_);
 }
 
-/// Arrays of what is not read from a buffer, such as texts and numbers of 16 bits, as they say it themselves in Python.
+/// Converts arrays that read_numbers cannot, such as texts and 16-bit numbers, by their own tolist().
 bool Given::add_plain(py::handle object, bool takes_list) {
     if (PyObject_CheckBuffer(object.ptr()) == 0 || !py::hasattr(object, "tolist")) {
         return false;

@@ -48,8 +48,8 @@ py::object value_of(Tree& tree, const ParserEntry& entry, unsigned int value) {
     return stolen(new_value(tree, entry, value));
 }
 
-/// Making a tuple can start the garbage collector, which can run finalizers, and a finalizer can edit the entry. So the
-/// entry is asked again once the tuple is there. Making the values runs no Python code.
+/// Making a tuple can start the garbage collector, whose finalizers can edit the entry. So the entry is read only after the
+/// tuple exists. Making the values runs no Python code.
 py::tuple value_tuple(PyObject* self) {
     for (;;) {
         const unsigned int count = use_entry(self).entry->get_value_count();

@@ -46,7 +46,7 @@ py::object value_of(Event event, std::string_view text) {
     }
 }
 
-/// Puts values where they belong. Depth costs heap, not stack.
+/// Builds Python objects from JSON events. Depth costs heap, not stack.
 class Builder {
 public:
     void set_key(std::string_view name) { key_ = text_of(name); }

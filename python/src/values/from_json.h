@@ -6,7 +6,7 @@
 
 namespace bk_python {
 
-/// What a text of JSON says, as dicts, lists, str, int, float, bool and None.
+/// Parses JSON to dict, list, str, int, float, bool and None.
 py::object objects_from_json(std::string_view json);
 
 } // namespace bk_python

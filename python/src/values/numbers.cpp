@@ -5,7 +5,7 @@
 
 #include <memory>
 
-/// The buffer of an entry's values: the numbers where they stand, a value's width apart, to be read only.
+/// The read-only buffer of an entry's values: the numbers in place, with the size of a value as stride.
 namespace bk_python {
 
 namespace {
@@ -13,10 +13,10 @@ namespace {
 struct Shape {
     Py_ssize_t count;
     Py_ssize_t stride;
-    PyObject* entry; // counted
+    PyObject* entry; // owned reference
 };
 
-/// Whether all values are numbers of that type, side by side; each then has its number, not its spelling alone.
+/// Whether all values are numbers of that type, in one block. Decodes numbers that have only their spelling so far.
 bool are_in_place(const ParserEntry& entry, ParserValue::Type type) {
     const ParserValue* const first = bk::EntryAccess::values(entry).side_by_side();
     for (unsigned int i = 0; first != nullptr && i < entry.get_value_count(); ++i) {

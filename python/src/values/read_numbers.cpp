@@ -27,7 +27,8 @@ NumberReader reader_of(Py_ssize_t size) noexcept {
     return size == static_cast<Py_ssize_t>(sizeof(T)) ? &number_at<T> : nullptr;
 }
 
-/// By the letters of the struct module, in native or standard sizes; null for what is no number.
+/// Finds the reader for a format letter of the struct module, in native or standard size; null for a format that is not a
+/// number.
 NumberReader reader_of(const char* format, Py_ssize_t size) noexcept {
     std::string_view letters = format == nullptr ? "B" : format;
     if (!letters.empty() && (letters.front() == '@' || letters.front() == '=' || letters.front() == '<')) {

@@ -14,7 +14,7 @@ std::string indented_text(const ParserGroup& group) {
     constexpr std::uint64_t most = 0xFFFFFFFF;
     std::uint64_t blanks = 0;
     for (const bk_parser::Visit& visit : bk_parser::walk(group)) {
-        // The brace that ends a group stands on a line of its own.
+        // The closing brace of a group is on a line of its own.
         const std::uint64_t lines = first_group(visit.entry()) == nullptr ? 1 : 2;
         blanks += lines * 4 * visit.depth();
     }

@@ -8,11 +8,12 @@
 
 namespace bk_python {
 
-/// An entry a line, four blanks a level; OverflowError where that would be more than 4 GiB, before anything is printed.
+/// Prints one entry per line, four blanks per level. OverflowError, before anything is printed, when the text would have more
+/// than 4 GiB.
 std::string indented_text(const ParserGroup& group);
-/// All on one line.
+/// Prints everything on one line.
 std::string compact_text(const ParserGroup& group);
-/// The line that a document begins with. Without it, the escapes in strings of these texts would be read as they stand.
+/// The version line of a document. Without it, escapes in these strings would be read as plain characters.
 std::string version_line();
 
 } // namespace bk_python

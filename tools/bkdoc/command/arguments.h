@@ -10,7 +10,7 @@ namespace bkdoc {
 
 struct VerbSpec;
 
-/// A command line that was understood. Options are asked for by their name in the command table.
+/// A parsed command line. Options are found by their name in the command table.
 class Arguments {
 public:
     explicit Arguments(const VerbSpec& verb) : verb_(&verb) {}
@@ -18,15 +18,15 @@ public:
     const VerbSpec& verb() const noexcept { return *verb_; }
 
     bool has(std::string_view option) const noexcept { return find(option) != nullptr; }
-    /// The value of an option; nothing when it was not given.
+    /// The value of an option; nothing when it is missing.
     std::optional<std::string> value(std::string_view option) const;
     std::string value_or(std::string_view option, std::string_view fallback) const;
-    /// The values of an option that repeats, in their order.
+    /// The values of a repeated option, in their order.
     std::vector<std::string> values(std::string_view option) const;
-    /// The value of an option of the kind whole_number, whose text was checked when the command line was parsed.
+    /// The value of a whole_number option. The parser of the command line has checked it.
     std::size_t number_or(std::string_view option, std::size_t fallback) const;
 
-    /// The words beside the options.
+    /// The operands: all words that are not options.
     const std::vector<std::string>& operands() const noexcept { return operands_; }
 
     void add_option(std::string_view name, std::string value) { given_.push_back({name, std::move(value)}); }
@@ -34,7 +34,7 @@ public:
 
 private:
     struct Given {
-        std::string_view name; // of the table
+        std::string_view name; // as in the table
         std::string value;
     };
 
@@ -45,7 +45,7 @@ private:
     std::vector<std::string> operands_;
 };
 
-/// The number that a text spells in decimal digits alone; nothing when it is none or too large.
+/// Parses a decimal number. Returns nothing for any other text, or for a number that is too large.
 std::optional<std::size_t> whole_number(std::string_view text) noexcept;
 
 } // namespace bkdoc

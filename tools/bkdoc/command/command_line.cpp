@@ -12,13 +12,13 @@ namespace bkdoc {
 
 namespace {
 
-// "-=5" is a change and "-3" a number; both are operands.
+// "-=5" is a change of values and "-3" a number: both are operands.
 bool is_option_word(std::string_view word) noexcept {
     return word.size() > 1 && word[0] == '-' && word != "-0" &&
            (word[1] == '-' || (word[1] >= 'a' && word[1] <= 'z') || (word[1] >= 'A' && word[1] <= 'Z'));
 }
 
-/// Whether the word is an option of some verb whose value is the next word.
+/// Whether the word is an option that takes the next word as its value.
 bool takes_next_word(std::string_view word) noexcept {
     if (word.find('=') != std::string_view::npos) {
         return false;
@@ -50,6 +50,7 @@ std::string unknown_verb(std::string_view word) {
     for (const VerbSpec& verb : all_verbs()) {
         names.push_back(verb.name);
     }
+    names.push_back(help_verb);
     std::string meant = did_you_mean(word, names);
     if (meant.empty()) {
         meant = "; bkdoc --help lists them";
@@ -68,7 +69,7 @@ std::string unknown_option(const VerbSpec* verb, std::string_view word) {
     return "unknown option '" + std::string(word) + "'" + meant;
 }
 
-/// What an option's value has to be.
+/// What the value of an option must be.
 std::string wanted(const OptionSpec& option) {
     switch (option.kind) {
     case ValueKind::whole_number:
@@ -100,13 +101,13 @@ bool is_choice(std::string_view choices, std::string_view word) {
     return false;
 }
 
-/// Goes through the words of a command line once.
+/// Parses the words of a command line once.
 class Parser {
 public:
     Parser(const std::vector<std::string>& words, std::size_t verb_at, const VerbSpec& verb)
         : words_(words), verb_at_(verb_at), arguments_(verb) {}
 
-    /// Empty when every word was understood.
+    /// Empty when the command line is correct.
     std::string parse() {
         for (; next_ < words_.size() && refusal_.empty(); ++next_) {
             if (next_ == verb_at_) {
@@ -147,7 +148,7 @@ private:
         }
     }
 
-    /// "-lw" is two flags, "-Ilib" an option with its value.
+    /// "-lw" has two flags, "-Ilib" an option with its value.
     void take_short(std::string_view word) {
         for (std::size_t i = 1; i < word.size() && refusal_.empty(); ++i) {
             const std::string name = {'-', word[i]};
@@ -200,7 +201,7 @@ private:
     std::string refusal_;
 };
 
-/// Why the operands do not suit the verb; empty when they do.
+/// Why the verb cannot take these operands; empty when it can.
 std::string count_refusal(const Arguments& arguments) {
     const VerbSpec& verb = arguments.verb();
     std::size_t least = 0;
@@ -227,7 +228,7 @@ std::string count_refusal(const Arguments& arguments) {
     return {};
 }
 
-/// The answer to a command line without a verb.
+/// Answers a command line without a verb.
 CommandLine without_verb(const std::vector<std::string>& words, std::size_t width) {
     CommandLine line;
     for (std::size_t i = 0; i < words.size(); ++i) {
@@ -253,10 +254,11 @@ CommandLine without_verb(const std::vector<std::string>& words, std::size_t widt
     return line;
 }
 
-/// The answer to "help" and "help VERB".
+/// Answers "help" and "help VERB".
 CommandLine asked_help(const std::vector<std::string>& words, std::size_t verb_at, std::size_t width) {
     CommandLine line;
-    if (verb_at + 1 == words.size() || is_option_word(words[verb_at + 1])) {
+    if (verb_at + 1 == words.size() || is_option_word(words[verb_at + 1]) ||
+        words[verb_at + 1] == help_verb) {
         line.answer = help_text(width);
     } else if (const VerbSpec* const asked = find_verb(words[verb_at + 1]); asked != nullptr) {
         line.answer = help_text(*asked, width);

@@ -10,17 +10,17 @@ namespace bkdoc {
 
 struct VerbSpec;
 
-/// What a command line asks for. Exactly one of the three is the case: a refusal, an answer that needs no document (help,
-/// version, a generated page), or a verb to run.
+/// The meaning of a command line. It is exactly one of three: a refusal, an answer that needs no document (help, version, a
+/// generated page), or a verb to run.
 struct CommandLine {
-    std::string refusal; ///< one line; empty when there is none
-    std::string answer;  ///< to be written to standard output; empty when there is none
+    std::string refusal; ///< one line; empty without a refusal
+    std::string answer;  ///< for standard output; empty without an answer
     std::optional<Arguments> arguments;
     std::string color = "auto";
 };
 
-/// Understands the words behind the tool's name. Options may stand anywhere; "--" ends them. A word that may be a key
-/// is never repeated in a refusal.
+/// Parses the words after the tool's name. Options may stand anywhere; "--" ends them. A refusal never repeats a word that may
+/// be a key.
 CommandLine understand(const std::vector<std::string>& words, std::size_t width);
 
 } // namespace bkdoc

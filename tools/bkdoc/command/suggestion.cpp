@@ -7,8 +7,8 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t shortest_word = 3; // of two letters any other two could be meant
-constexpr std::size_t longest_word = 40; // a longer one is no misspelt name
+constexpr std::size_t shortest_word = 3; // a word of two letters is too close to every other one
+constexpr std::size_t longest_word = 40; // a longer word is not a misspelled name
 
 std::size_t edit_distance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> before_last(b.size() + 1);

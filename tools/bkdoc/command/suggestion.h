@@ -6,9 +6,8 @@
 
 namespace bkdoc {
 
-/// The candidate that was most likely meant by a word: the one with the smallest edit distance (insertions, deletions,
-/// substitutions and swaps of neighbours: the optimal string alignment distance), at most a third of the word's length
-/// and at least 1. Empty when there is none.
+/// The candidate closest to a word by optimal string alignment distance: insertions, deletions, substitutions and swaps of
+/// neighbours. The distance may be at most a third of the word's length, but always 1. Empty when no candidate is close enough.
 std::string_view closest(std::string_view word, const std::vector<std::string_view>& candidates);
 
 /// "; did you mean '<candidate>'?", or nothing.

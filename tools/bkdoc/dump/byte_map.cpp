@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t shown_bytes = 10;
 constexpr std::size_t offset_digits = 8;
 constexpr std::size_t bytes_width = shown_bytes * 3 + 3;
-constexpr std::size_t field_width = 20; // with what it is indented by
+constexpr std::size_t field_width = 20; // including its indentation
 
 std::string hex_number(std::size_t number) {
     std::string result;

@@ -10,38 +10,39 @@
 #include <utility>
 #include <vector>
 
-/// Maps of the bytes of files: line by line what stands where, and what it means.
+/// Maps of files: line by line, which bytes stand where and what they mean.
 namespace bkdoc {
 
-/// How many characters of a text in the file are shown in a line.
+/// How many characters of a text one line shows.
 inline constexpr std::size_t row_text_limit = 60;
 
-/// Bytes that could not be explained.
+/// A place that could not be explained.
 struct Unexplained {
     std::size_t offset;
     std::string reason; // what was expected there, and what was found
 };
 
-/// Writes the lines of a map: offset, bytes, field, meaning. Long runs of bytes are shortened.
+/// Writes the lines of a map: offset, bytes, field and meaning. Shortens long runs of bytes.
 class ByteMapWriter {
 public:
     explicit ByteMapWriter(Output& out) : out_(out) {}
 
     void heading();
-    /// A line about the next bytes, which are passed.
+    /// Writes a line about the next `size` bytes, and moves past them.
     void row(LittleCursor& cursor, std::size_t size, std::size_t depth, std::string_view field,
              std::string_view meaning, Tone tone = Tone::plain);
-    /// A line without bytes, under the meaning of the last one.
+    /// Writes a line without bytes below the meaning of the last one.
     void remark(std::string_view text);
-    /// A line about the next bytes, which cannot be explained and are passed. `where` has no more of them when there are none.
+    /// Writes a line about `size` bytes that cannot be explained, and moves past them. `where` is what ends too early when
+    /// there are no bytes.
     void unexplained(LittleCursor& cursor, std::size_t size, std::string_view where, std::string reason);
-    /// What has a line already and is wrong all the same.
+    /// Notes that bytes which already have a line are wrong.
     void reject(std::size_t offset, std::string reason) {
         unexplained_.push_back({offset, std::move(reason)});
     }
-    /// What cannot be explained, and why.
+    /// The places that could not be explained, and why.
     const std::vector<Unexplained>& unexplained() const noexcept { return unexplained_; }
-    /// Nothing more can be written.
+    /// Whether a write failed.
     bool has_failed() const noexcept { return out_.has_failed(); }
 
 private:
@@ -52,11 +53,11 @@ private:
     std::vector<Unexplained> unexplained_;
 };
 
-/// Each writes the map of a whole file. Sizes in the file are compared with the bytes that are there; any depth of groups will
-/// do. Behind what cannot be explained it goes on where the entry, the group or the list around it ends.
+/// Each writes the map of a whole file. Checks sizes in the file against the bytes that are there. Depth costs no call stack.
+/// After bytes that it cannot explain, it goes on behind the entry, group or list around them.
 void map_binary(std::string_view bytes, ByteMapWriter& map);
 void map_archive(std::string_view bytes, ByteMapWriter& map);
-/// `text` is the deciphered text; nothing when there was no key to decipher it.
+/// `text` is the deciphered text, or nothing without a key.
 void map_enciphered(std::string_view bytes, std::optional<std::string_view> text, ByteMapWriter& map);
 
 /// "0x4B".

@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    /// The rest of the file is not explained.
+    /// Ends the map: the rest of the file cannot be explained.
     bool stop(std::string reason) {
         map_.unexplained(cursor_, cursor_.left(), "the file", std::move(reason));
         return false;
@@ -105,7 +105,7 @@ private:
                              "expected the number of words, found " + grouped(count) +
                                  ", but the file has only " +
                                  counted(cursor_.left() - count_width, "byte", "bytes") + " after it");
-            count = present; // those that are there
+            count = present; // go on with those that are there
         } else {
             map_.row(cursor_, count_width, 0, "count",
                      counted(count, "word", "words") + ", each the number of a string in " +
@@ -118,7 +118,7 @@ private:
         return !map_.has_failed();
     }
 
-    /// As many words as fit on a line.
+    /// Shows as many words as fit on a line.
     std::uint64_t take_index_row(std::uint64_t done, std::uint64_t left) {
         const auto most =
             static_cast<std::size_t>(std::min<std::uint64_t>(left, index_bytes_in_row / width_));

@@ -26,7 +26,7 @@ std::string char_text(char value) {
     return std::to_string(static_cast<int>(value)) + " '" + shown({&value, 1}, 4) + "'";
 }
 
-/// Walks over groups in entries in groups with a list of what is open. Everything must lie inside what is around it.
+/// Walks nested groups and entries with an explicit stack. Each must lie inside the one around it.
 class BinaryMap {
 public:
     BinaryMap(std::string_view bytes, ByteMapWriter& map) : cursor_(bytes), size_(bytes.size()), map_(map) {}
@@ -63,14 +63,14 @@ private:
         }
     }
 
-    /// What is left of what is open is not explained.
+    /// Gives up on the rest of the innermost group or entry.
     bool stop(std::string reason) {
         map_.unexplained(cursor_, left(), where(), std::move(reason));
         return false;
     }
 
     std::size_t depth() const noexcept { return frames_.size() - 1; }
-    /// What is left of what is open.
+    /// The bytes left in the innermost group or entry.
     std::size_t left() const noexcept { return frames_.back().end - cursor_.position(); }
 
     std::string where() const {
@@ -90,7 +90,7 @@ private:
                                       counted(left(), "byte", "bytes") + " left");
     }
 
-    /// A size, and that there are as many bytes behind it; of one that is too large so many as there are.
+    /// Reads a size and checks that as many bytes follow. A size that is too large is cut to the bytes that are left.
     bool take_size(const std::string& what, std::uint64_t& size, std::string (*meaning)(std::uint64_t)) {
         if (!has(size_width, "the 8 bytes of the size of " + what)) {
             return false;
@@ -101,7 +101,7 @@ private:
             map_.unexplained(cursor_, size_width, where(),
                              "expected the size of " + what + ", found " + grouped(size) + ", but " +
                                  where() + " has only " + counted(rest, "byte", "bytes") + " after it");
-            size = rest; // what follows may be what was meant
+            size = rest; // try to go on with the bytes that are there
             return true;
         }
         map_.row(cursor_, size_width, depth(), "size", meaning(size), Tone::dim);
@@ -211,7 +211,7 @@ private:
         return true;
     }
 
-    // Readers take the low 32 bits of the size; a size with others has no meaning.
+    // Readers use only the low 32 bits, so a size with higher bits is meaningless.
     bool take_data() {
         if (!has(1 + size_width, "the 8 bytes of the size of data")) {
             return false;

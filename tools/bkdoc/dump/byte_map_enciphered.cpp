@@ -38,7 +38,7 @@ void map_text(LittleCursor& cursor, std::string_view text, ByteMapWriter& map) {
     }
 }
 
-/// What is there of the frame, without its content.
+/// Maps as much of the frame as the file has, without its content.
 void map_frame(LittleCursor& cursor, ByteMapWriter& map) {
     map.row(cursor, length_width, 0, "length", "enciphered");
     const std::size_t stray = cursor.left() % word_width;

@@ -6,7 +6,7 @@
 
 namespace bkdoc {
 
-/// Reads numbers, the lowest byte first, from bytes that nobody vouches for. Asking for more than there is gives nothing.
+/// Reads little-endian numbers from untrusted bytes. A read past the end returns nothing.
 class LittleCursor {
 public:
     explicit LittleCursor(std::string_view bytes) noexcept : bytes_(bytes) {}
@@ -15,7 +15,7 @@ public:
     std::size_t left() const noexcept { return bytes_.size() - position_; }
     std::string_view rest() const noexcept { return bytes_.substr(position_); }
 
-    /// At most `size` bytes, which are passed.
+    /// Returns the next `size` bytes, or those that are left, and moves past them.
     std::string_view take(std::size_t size) noexcept {
         const std::string_view taken = bytes_.substr(position_, size);
         position_ += taken.size();
@@ -27,7 +27,7 @@ private:
     std::size_t position_ = 0;
 };
 
-/// Up to eight bytes as a number.
+/// Up to eight bytes as a little-endian number.
 inline std::uint64_t little_number(std::string_view bytes) noexcept {
     std::uint64_t number = 0;
     for (std::size_t i = bytes.size(); i > 0; --i) {

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t hash_size = 8;
 
-/// Takes a number of 32 bits, the lowest byte first, off the bytes.
+/// Takes a 32-bit little-endian number from the front of the bytes.
 std::optional<std::uint32_t> take_number(std::string_view& bytes) noexcept {
     constexpr std::size_t size = 4;
     if (bytes.size() < size) {

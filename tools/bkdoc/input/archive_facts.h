@@ -5,16 +5,16 @@
 
 namespace bkdoc {
 
-/// What an archive is made of.
+/// The numbers in the head of an archive.
 struct ArchiveFacts {
     unsigned int strings = 0;
     unsigned int words = 0;
 
-    /// The bytes that the number of a string takes.
+    /// How many bytes a string's index takes.
     unsigned int index_width() const noexcept { return strings < 256 ? 1 : strings < 65536 ? 2 : 4; }
 };
 
-/// Of the bytes of an archive file; nothing when they end too early.
+/// Reads them from the bytes of an archive; nothing when the file ends too early.
 std::optional<ArchiveFacts> archive_facts(std::string_view bytes) noexcept;
 
 } // namespace bkdoc

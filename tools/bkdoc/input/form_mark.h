@@ -7,13 +7,13 @@
 
 namespace bkdoc {
 
-/// How many bytes at the beginning of a file tell its form.
+/// How many bytes at the beginning of a file show its form.
 inline constexpr std::size_t form_mark_size = 4;
 
-/// The form of a file that begins so.
+/// The form of a file that begins with these bytes.
 bk_parser::Form form_of(std::string_view first_bytes) noexcept;
 
-/// The bytes that a file of this form begins with; a text has none.
+/// The bytes at the beginning of a file of this form; none for a text.
 std::string_view form_mark(bk_parser::Form form) noexcept;
 
 } // namespace bkdoc

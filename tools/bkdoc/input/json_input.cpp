@@ -22,7 +22,8 @@ std::string_view behind_blanks(std::string_view text) noexcept {
     return text.substr(std::min(text.find_first_not_of(blanks), text.size()));
 }
 
-/// An object with a name or none, or an array of objects: no text begins so.
+/// Whether a text begins like JSON: with an object whose first key is quoted or that is empty, or with an array of objects. No
+/// text document begins so.
 bool begins_as_json(std::string_view text) noexcept {
     if (text.starts_with(byte_order_mark)) {
         text.remove_prefix(byte_order_mark.size());
@@ -40,7 +41,7 @@ std::optional<JsonShape> shape_of_name(std::string_view operand) noexcept {
     return operand.ends_with(".json") ? std::optional(JsonShape::lossless) : std::nullopt;
 }
 
-/// Empty when the file cannot be read again from its begin.
+/// Empty when the file cannot be read from its beginning again, as a pipe cannot.
 std::string begin_of_file(const std::string& operand) {
     if (SysDevice::get().inspect(operand).kind != SysPathKind::regular) {
         return {};

@@ -7,12 +7,12 @@
 #include <string>
 #include <string_view>
 
-/// Documents that are stored as JSON. Who reads them says so in the options.
+/// Reads documents that are stored as JSON, when the options ask for it.
 namespace bkdoc {
 
-/// Whether what standard input gave, or a pipe, is to be read as JSON: by the options, or else by its first characters.
+/// Whether to read standard input or a pipe as JSON: by the options, else by its first characters.
 bool is_json_input(const std::string& operand, std::string_view bytes, const OpenOptions& options);
-/// The same of a file, which also tells by its name. Of a pipe nothing is read.
+/// The same for a file, whose name counts, too. Reads nothing from a pipe.
 bool is_json_file(const std::string& operand, const OpenOptions& options);
 
 bk_parser::LoadResult read_json(const std::string& name, std::string_view bytes, const OpenOptions& options,

@@ -6,7 +6,7 @@
 
 namespace bkdoc {
 
-/// Keeps the first message that the library logs while it lives, in place of the handler that was there. Not for threads.
+/// While it lives, keeps the first message that the library logs, in place of the earlier handler. Not thread-safe.
 class LogKeeper : public CoreLogHandler {
 public:
     LogKeeper() : replaced_(s_main_log_handler) { s_main_log_handler = this; }
@@ -20,7 +20,7 @@ public:
             first_.erase(first_.find_last_not_of('\n') + 1);
         }
     }
-    /// Without its line end; empty when there was none.
+    /// Without its line end; empty when nothing was logged.
     const std::string& first() const noexcept { return first_; }
 
 private:

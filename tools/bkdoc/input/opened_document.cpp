@@ -20,7 +20,7 @@ constexpr std::array<std::string_view, 5> refusals = {"unreadable", "not-a-docum
                                                       "wrong-key", "no-key"};
 constexpr std::array<std::string_view, 3> damages = {"cut-off", "damaged", "nested-too-deeply"};
 
-/// The first problem of a whole document that has one of these codes; null when there is none.
+/// The first problem of the whole document that has one of these codes, or null.
 const bk_parser::Problem* find_whole(const std::vector<bk_parser::Problem>& problems,
                                      std::span<const std::string_view> codes) noexcept {
     const auto found = std::find_if(problems.begin(), problems.end(), [codes](const auto& problem) {
@@ -29,7 +29,7 @@ const bk_parser::Problem* find_whole(const std::vector<bk_parser::Problem>& prob
     return found == problems.end() ? nullptr : &*found;
 }
 
-/// Text in memory has no folder of its own: names count from the current one.
+/// Text in memory has no folder, so names are relative to the current one.
 OpenedDocument parse_bytes(std::string name, std::string_view bytes, bk_parser::LoadOptions options) {
     options.search.emplace_back();
     return {std::move(name), bk_parser::parse(bytes, options)};

@@ -14,7 +14,7 @@ void HardLinks::note(const std::string& path, const std::string& name) {
     }
     Linked added{path, name, static_cast<std::size_t>(count - 1)};
     for (Linked& other : linked_) {
-        if (are_same_file(other.path, path)) { // which is replaced, too
+        if (are_same_file(other.path, path)) { // replaced as well
             --other.others;
             --added.others;
         }

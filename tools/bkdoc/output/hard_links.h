@@ -8,13 +8,13 @@
 
 namespace bkdoc {
 
-/// The further names of files that are about to be replaced. A file that is replaced is a new one: the names that hard links gave the
-/// old one keep it.
+/// Reports hard links of the files that a save replaces. A replaced file is a new file, so the other names of the old one keep
+/// the old content.
 class HardLinks {
 public:
-    /// Before the files are replaced: their paths, and what reports call them.
+    /// Call it before the files are replaced, with their paths and their names in reports.
     void note(const std::string& path, const std::string& name);
-    /// Says of each file with hard links what becomes of them, or what would.
+    /// Reports for each file with hard links that the other names keep, or would keep, the old content.
     void tell(Streams& streams, bool is_done) const;
 
 private:

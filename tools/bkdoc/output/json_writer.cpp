@@ -36,7 +36,7 @@ void JsonWriter::scalar(std::string_view json) {
     out_ << json;
 }
 
-/// Before a value or a key: a comma and a new line, but behind a key.
+/// Writes the comma and line end before a value or a key. A value directly after its key has none.
 void JsonWriter::separate() {
     if (has_key_) {
         has_key_ = false;

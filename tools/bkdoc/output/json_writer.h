@@ -9,10 +9,10 @@
 
 namespace bkdoc {
 
-/// A string of JSON, in quotes. Bytes that are no UTF-8 become U+FFFD.
+/// A quoted JSON string. Bytes that are not UTF-8 become U+FFFD.
 std::string json_string(std::string_view text);
 
-/// Writes one JSON value, indented by two blanks a level; empty objects and arrays stand on one line.
+/// Writes one JSON value with an indentation of two blanks per level. Empty objects and arrays take one line.
 class JsonWriter {
 public:
     explicit JsonWriter(Output& out) : out_(out) {}
@@ -21,13 +21,13 @@ public:
     void end_object() { end('}'); }
     void begin_array() { begin('['); }
     void end_array() { end(']'); }
-    /// The name of the value that follows.
+    /// Writes the key of the next value.
     void key(std::string_view name);
     void string(std::string_view text) { scalar(json_string(text)); }
     void number(unsigned long long value) { scalar(std::to_string(value)); }
     void boolean(bool value) { scalar(value ? "true" : "false"); }
     void null() { scalar("null"); }
-    /// A value that is JSON already.
+    /// Writes a value that is JSON already.
     void raw(std::string_view json) { scalar(json); }
 
     template <class Value>
@@ -41,7 +41,7 @@ public:
             string(value);
         }
     }
-    /// Ends the line behind the outermost value.
+    /// Ends the line after the outermost value.
     void finish() { out_ << "\n"; }
 
 private:
@@ -51,7 +51,7 @@ private:
     void separate();
 
     Output& out_;
-    std::vector<std::size_t> counts_; // of the values in each level that is open
+    std::vector<std::size_t> counts_; // number of values in each open level
     bool has_key_ = false;
 };
 

@@ -41,7 +41,7 @@ std::string_view start_of(Tone tone) {
 
 constexpr std::string_view end_of_tone = "\x1b[0m";
 
-// Some failures leave errno alone.
+// Some failures do not set errno.
 int last_error() noexcept {
     return errno != 0 ? errno : EIO;
 }
@@ -92,7 +92,7 @@ bool Output::flush() {
 bool Output::close() {
     const bool flushed = flush();
     errno = 0;
-    // A stream that was closed from the start is a fault only for what should have gone there.
+    // A stream that was closed from the start is an error only if something was written to it.
     if (std::fclose(stream_) != 0 && flushed && used_) {
         error_ = last_error();
     }

@@ -7,8 +7,8 @@
 
 namespace bkdoc {
 
-/// A line on a terminal that says how far long work is, and is gone when the work is done. Work that is done at once
-/// shows none, and neither does a stream that is no terminal.
+/// Shows the progress of long work in one line of a terminal, and clears the line at the end. Shows nothing for short work, or
+/// when the stream is not a terminal.
 class ProgressLine {
 public:
     ProgressLine(Output& out, std::string label);
@@ -25,7 +25,7 @@ private:
     Output& out_;
     std::string label_;
     Clock::time_point begin_;
-    int percent_ = -1; // that is shown
+    int percent_ = -1; // shown last
 };
 
 } // namespace bkdoc

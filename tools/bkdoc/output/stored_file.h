@@ -1,12 +1,14 @@
 #pragma once
 
+#include "output/output.h"
+
 #include <string>
 #include <string_view>
 
 namespace bkdoc {
 
-/// Puts these bytes in the place of a file, which stays as it was until all of them are on the disk. Empty, or why they are not
-/// stored, with the file's name.
-std::string store_file(const std::string& path, std::string_view bytes);
+/// Replaces a file in one step: it stays as it was until all new bytes are on the disk. Tells which hard links keep the old content.
+/// Returns the reason, with the file's name, when that fails; else nothing.
+std::string store_file(const std::string& path, std::string_view bytes, Streams& streams);
 
 } // namespace bkdoc

@@ -74,7 +74,7 @@ bool Pattern::run(std::string_view text) {
         const char32_t character = is_end ? 0 : next_character(text, at);
         const bool is_word = !is_end && is_word_character(character);
         const Around around{begin == 0, is_end, is_word_before, is_word};
-        // What follows is met with what is around this place; the pattern may begin anywhere.
+        // The assertions that follow (^ $ \b \B) look at the characters around this place. The pattern may begin anywhere.
         next_.clear();
         for (const std::size_t place : now_.list()) {
             if (follow(place, around, next_)) {
@@ -97,7 +97,8 @@ bool Pattern::run(std::string_view text) {
     }
 }
 
-/// Adds the places that take a character and are reached without one. True when the pattern is found.
+/// Follows forks, jumps and assertions from `start`, and adds the steps that wait for a character. Returns true when the
+/// pattern is found.
 bool Pattern::follow(std::size_t start, const Around& around, Places& places) {
     pending_.assign(1, start);
     while (!pending_.empty()) {

@@ -8,26 +8,26 @@
 
 namespace bkdoc {
 
-/// A regular expression that is looked for in texts. It is matched character by character, in all ways at once: the time
-/// is at most the length of the text times the size of the pattern, whatever pattern it is, and no stack grows.
+/// A regular expression. The search follows all alternatives at once, character by character. So its time is at most the length
+/// of the text times the size of the pattern, for every pattern, and it uses no stack.
 ///
-/// Texts are UTF-8; a byte that belongs to no character is one by itself. Known are . [a-z] [^a-z] \d \w \s and \D \W
-/// \S, \b, ^ and $ (begin and end of the text), | ( ) (?: ) * + ? and {2} {2,} {2,5}. There are no references back.
-/// With ignores_case, ASCII letters fit both cases.
+/// Texts are UTF-8; a byte that belongs to no character counts as one. The syntax has . [a-z] [^a-z] \d \w \s \D \W \S, \b and
+/// \B, ^ and $ (begin and end of the text), | ( ) (?: ) * + ? and {2} {2,} {2,5}. It has no back references. With ignores_case,
+/// ASCII letters match both cases.
 class Pattern {
 public:
     Pattern(std::string_view text, const PatternOptions& options);
 
-    /// Why the pattern is malformed, as one line; empty when it is not.
+    /// Why the pattern is malformed, in one line; empty when it is well-formed.
     const std::string& error() const noexcept { return error_; }
     /// In bytes of the pattern.
     std::size_t error_offset() const noexcept { return error_offset_; }
 
-    /// Whether the pattern fits somewhere in the text. Not for several threads at once.
+    /// Whether the pattern matches somewhere in the text. Not thread-safe: a search uses buffers of this object.
     bool fits(std::string_view text);
 
 private:
-    /// Instructions to go on at, each once.
+    /// The steps at which the search goes on, each once.
     class Places {
     public:
         void prepare(std::size_t size) { seen_at_.assign(size, 0); }
@@ -51,7 +51,7 @@ private:
         unsigned long long round_ = 1;
     };
 
-    /// What is around a place in the text.
+    /// What stands before and after a place in the text.
     struct Around {
         bool is_begin;
         bool is_end;
@@ -62,7 +62,7 @@ private:
     bool follow(std::size_t start, const Around& around, Places& places);
     bool run(std::string_view text);
 
-    std::string literal_; // when the pattern is nothing else
+    std::string literal_; // of a pattern without special characters
     bool is_literal_ = false;
     PatternProgram program_;
     std::string error_;

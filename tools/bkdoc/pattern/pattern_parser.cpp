@@ -17,7 +17,7 @@ std::int32_t distance(std::size_t steps) noexcept {
     return static_cast<std::int32_t>(steps);
 }
 
-/// What is not in the set.
+/// The complement of the set.
 CharacterSet complement(CharacterSet set) {
     std::sort(set.begin(), set.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     CharacterSet others;
@@ -40,12 +40,12 @@ CharacterSet class_set(char letter) {
         return {{U'0', U'9'}};
     case 's':
         return {{U'\t', U'\r'}, {U' ', U' '}};
-    default: // 'w', as is_word_character has it
+    default: // 'w': the same characters as is_word_character
         return {{U'0', U'9'}, {U'A', U'Z'}, {U'_', U'_'}, {U'a', U'z'}, {0x80, stray_bytes + 0xFF}};
     }
 }
 
-/// Reads a pattern from left to right. Its recursion is as deep as parentheses are nested, which is bounded.
+/// Parses a pattern from left to right. It recurses once for each nested parenthesis, at most most_pattern_depth times.
 class PatternParser {
 public:
     PatternParser(std::string_view text, const PatternOptions& options, PatternProgram& program)
@@ -178,7 +178,7 @@ private:
                                                               : set_step(std::move(set));
     }
 
-    /// What stands behind a backslash.
+    /// Parses what follows a backslash.
     CharacterSet escape() {
         const char letter = text_[at_];
         switch (letter) {
@@ -285,7 +285,7 @@ private:
         }
     }
 
-    /// The piece as often as what stands behind it says.
+    /// Repeats a piece as often as the count behind it says.
     Steps repeated(const Steps& piece, std::size_t begin) {
         Steps steps = piece;
         bool is_repeated = false;
@@ -297,7 +297,7 @@ private:
             }
             if (is_repeated) {
                 if (least == 0 && most == 1) {
-                    continue; // "lazy": whether a pattern fits is the same
+                    continue; // lazy repetition finds the same texts
                 }
                 fail("a repetition cannot be repeated; put it in ( )");
                 break;
@@ -323,7 +323,7 @@ private:
         return is_at('{') && take_counts(least, most);
     }
 
-    /// A brace that begins no counts is a character.
+    /// A brace that begins no count is an ordinary character.
     bool take_counts(std::size_t& least, std::size_t& most) {
         const std::size_t close = text_.find('}', at_);
         if (close == std::string_view::npos) {

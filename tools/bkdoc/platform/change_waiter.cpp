@@ -41,7 +41,7 @@ ChangeWaiter::ChangeWaiter(const std::vector<std::filesystem::path>& folders)
         std::error_code error;
         const bool is_there = std::filesystem::is_directory(folder, error);
         if (events_ >= 0 && is_there && inotify_add_watch(events_, folder.c_str(), changes) < 0) {
-            close(events_); // the system has no more watches
+            close(events_); // the system ran out of watches
             events_ = -1;
         }
     }

@@ -5,7 +5,7 @@
 
 namespace bkdoc {
 
-/// Waits for changes of what is in folders: told by the system where it can (inotify), else by looking twice a second.
+/// Waits until something in a set of folders changes. Uses inotify where there is one, and looks twice a second elsewhere.
 class ChangeWaiter {
 public:
     explicit ChangeWaiter(const std::vector<std::filesystem::path>& folders);
@@ -13,11 +13,11 @@ public:
     ChangeWaiter(const ChangeWaiter&) = delete;
     ChangeWaiter& operator=(const ChangeWaiter&) = delete;
 
-    /// Comes back when something may have changed; the caller looks what. False after an interrupt.
+    /// Returns when something may have changed; the caller finds out what. Returns false after an interrupt.
     bool wait() const;
 
 private:
-    int events_ = -1; // of the system; -1 when there are none
+    int events_ = -1; // inotify descriptor; -1 without inotify
 };
 
 } // namespace bkdoc

@@ -4,8 +4,8 @@
 
 namespace bkdoc {
 
-/// While one lives, the library reaches the disk through it, and it hands every call to the device that was in use before.
-/// Who derives from it overrides what shall go another way.
+/// While it lives, the library reaches the disk through it. Every call goes on to the device that was in use before; a derived
+/// class overrides the calls that it handles itself.
 class DeviceLayer : public SysDevice {
 public:
     DeviceLayer() : beneath_(SysDevice::get()) { SysDevice::set(this); }

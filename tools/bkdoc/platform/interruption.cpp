@@ -26,7 +26,7 @@ Interruption::~Interruption() {
 
 #else
 
-// A signal that is ignored stays ignored.
+// An ignored signal stays ignored.
 Interruption::Interruption() noexcept {
     struct sigaction action {};
     action.sa_handler = note_interrupt;

@@ -6,8 +6,8 @@
 
 namespace bkdoc {
 
-/// While one lives, an interrupt from the keyboard ends the tool no more: it is remembered, and work that asks can stop
-/// where nothing is left half done. They may be nested; threads may ask.
+/// While it lives, Ctrl-C sets a flag instead of ending the tool. Long work checks the flag and stops where nothing is left
+/// half done. May be nested; any thread may check.
 class Interruption {
 public:
     Interruption() noexcept;
@@ -15,7 +15,7 @@ public:
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
 
-    /// Whether there was an interrupt since the tool began.
+    /// Whether an interrupt came since the tool started.
     static bool is_wanted() noexcept;
 
 private:

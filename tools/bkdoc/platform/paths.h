@@ -6,7 +6,7 @@
 
 namespace bkdoc {
 
-/// Paths are UTF-8 in the tool and std::filesystem::path at its borders, on every platform.
+/// The tool keeps paths in UTF-8, and converts to std::filesystem::path at its borders, on every platform.
 inline std::filesystem::path path_of(std::string_view text) {
     return std::filesystem::path(std::u8string(text.begin(), text.end()));
 }
@@ -22,7 +22,7 @@ inline std::string slashed(const std::filesystem::path& path) {
     return {text.begin(), text.end()};
 }
 
-/// The name that a file has behind all links of its path; the path itself where there is none.
+/// Resolves all links of a path. Returns the path itself where no file is.
 inline std::string real_file(const std::string& path) {
     std::error_code failure;
     const std::filesystem::path real = std::filesystem::canonical(path_of(path), failure);

@@ -125,7 +125,7 @@ bool is_standard_input(const std::string& path) {
            input.nFileIndexHigh == named.nFileIndexHigh && input.nFileIndexLow == named.nFileIndexLow;
 }
 
-// A pipe whose reader has gone is reported as an invalid argument.
+// Windows reports a pipe without a reader as an invalid argument.
 bool is_closed_pipe(int error) noexcept {
     return error == EPIPE || error == EINVAL;
 }

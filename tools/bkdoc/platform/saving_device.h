@@ -4,8 +4,8 @@
 
 namespace bkdoc {
 
-/// While it lives, files that a save has not finished are removed when a signal ends the tool. All paths go to the device
-/// that was there before.
+/// While it lives, a signal that ends the tool first removes the unfinished files of a save. All calls go on to the device that
+/// was in use before.
 class SavingDevice : public DeviceLayer {
 public:
     std::unique_ptr<SysHandle> create_beside(const std::string& target, std::string& created_path) override;

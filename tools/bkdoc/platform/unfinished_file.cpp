@@ -23,8 +23,8 @@ namespace {
 
 constexpr int ending_signals[] = {SIGINT, SIGTERM, SIGHUP};
 
-// Only the tool's one thread changes it, with the signals held: the handler sees it whole. It is never destroyed, so that the
-// handler finds it at the end of the process, too.
+// Only the tool's main thread changes it, with the signals blocked, so that the handler never sees a half-made change. It is
+// never destroyed, because the handler may run while the process ends.
 std::vector<std::string>& unfinished() {
     static auto* const files = new std::vector<std::string>();
     return *files;
@@ -39,7 +39,8 @@ sigset_t ending_set() {
     return set;
 }
 
-// Calls what a handler may call, and no more. The signal is blocked until the handler returns; then it ends the process.
+// Calls only functions that a signal handler may call. The signal is blocked until the handler returns; then it ends the
+// process.
 void remove_and_end(int signal) {
     for (const std::string& path : unfinished()) {
         ::unlink(path.c_str());
@@ -51,7 +52,7 @@ void remove_and_end(int signal) {
 } // namespace
 
 void watch_ending_signals() {
-    unfinished(); // made here, for a handler may not make it
+    unfinished(); // made here, because a handler may not allocate
     struct sigaction action {};
     action.sa_handler = remove_and_end;
     action.sa_mask = ending_set();

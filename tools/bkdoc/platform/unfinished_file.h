@@ -2,15 +2,14 @@
 
 #include <string>
 
-/// The files that a save is about to put in their targets' places. A signal that ends the tool (SIGINT, SIGTERM or SIGHUP)
-/// removes them first.
+/// The temporary files of a save that have not replaced their targets yet. A signal that ends the tool (SIGINT, SIGTERM or
+/// SIGHUP) removes them first.
 namespace bkdoc {
 
-/// From now on these signals remove the unfinished files, and then end the process as they would have. A signal that is
-/// ignored stays ignored.
+/// From now on these signals remove the unfinished files, and then end the process as usual. An ignored signal stays ignored.
 void watch_ending_signals();
 
-/// Holds the signals back while it lives: the files and what is known of them change together. They may be nested.
+/// Blocks the signals while it lives, so that a file and its record change together. May be nested.
 class SignalsHeld {
 public:
     SignalsHeld();
@@ -22,9 +21,9 @@ private:
     [[maybe_unused]] bool is_outermost_ = true;
 };
 
-/// Called while the signals are held.
+/// Call it while the signals are blocked.
 void note_unfinished_file(const std::string& path);
-/// Forgets the file if it is this one. Called while the signals are held.
+/// Forgets the file if it is this one. Call it while the signals are blocked.
 void forget_unfinished_file(const std::string& path);
 
 } // namespace bkdoc

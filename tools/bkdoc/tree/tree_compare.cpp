@@ -29,7 +29,7 @@ bool same_scalar(const ParserEntry& a, const ParserEntry& b, unsigned int i) {
     case ParserValue::TYPE_CHAR:
     case ParserValue::TYPE_INT:
         return a.get_int(i) == b.get_int(i);
-    case ParserValue::TYPE_DOUBLE: // a negative zero is not a zero
+    case ParserValue::TYPE_DOUBLE: // compares bits, because -0.0 == 0.0
         return std::bit_cast<core_uint64>(a.get_double(i)) == std::bit_cast<core_uint64>(b.get_double(i));
     case ParserValue::TYPE_BINARY_DATA:
         return bytes_of(a, i) == bytes_of(b, i);
@@ -43,7 +43,7 @@ bool is_number(ParserValue::Type type) noexcept {
            type == ParserValue::TYPE_DOUBLE;
 }
 
-/// A pair of groups that are compared, and how far.
+/// Two groups that are compared, and how far the comparison is.
 struct Pair {
     const ParserGroup* first;
     const ParserGroup* second;
@@ -116,7 +116,7 @@ private:
                 return;
             }
             if (a.is_value_group(i)) {
-                pairs_.push_back({a.get_group(i), b.get_group(i)}); // `pair` is no longer valid
+                pairs_.push_back({a.get_group(i), b.get_group(i)}); // invalidates `pair`
                 return;
             }
             if (!same_scalar(a, b, i)) {
@@ -158,7 +158,7 @@ private:
         return entry.is_array() ? "[" + std::to_string(entry.get_array_count()) + "]" : "no array";
     }
 
-    // A spelling outside the range of ints gives the nearest limit.
+    // Numbers beyond the range of int are read as the nearest int.
     static bool is_beyond_int(const ParserEntry& entry, unsigned int i) {
         return entry.get_value_type(i) == ParserValue::TYPE_INT &&
                entry.get_double(i) != static_cast<double>(entry.get_word(i));
@@ -181,7 +181,7 @@ private:
         report("value " + grouped(i + 1ULL), value_text(a, i), value_text(b, i));
     }
 
-    // The entry itself is missing or another one: the path ends at its group.
+    // The path ends at the group when the entry is missing, or is another one.
     void report_entry(const Pair& pair) {
         difference_ = {path_to(pairs_.size() - 1), "entry " + grouped(pair.entry + 1ULL),
                        entry_text(*pair.first, pair.entry), entry_text(*pair.second, pair.entry)};
@@ -205,7 +205,7 @@ private:
         return path;
     }
 
-    // ":2" for the second entry of its name: no name has a colon.
+    // ":2" marks the second entry of its name, because no name has a colon.
     static std::string step_name(const Pair& pair) {
         const CoreString& name = entry_of(*pair.first, pair.entry).get_name();
         unsigned int namesakes = 0;

@@ -7,8 +7,8 @@
 
 namespace bkdoc {
 
-/// Goes over a tree in document order, with an explicit stack, so that any depth will do. It stops at every
-/// entry, and at each group of an entry that holds several.
+/// Walks a tree in document order. It stops at every entry, and at each group of an entry that has several. Its stack is
+/// explicit, so depth costs no call stack.
 class TreeWalk {
 public:
     explicit TreeWalk(const ParserGroup& root) { levels_.push_back({&root, nullptr, 0, 0}); }
@@ -17,23 +17,23 @@ public:
     bool next();
 
     const ParserEntry& entry() const noexcept { return *entry_; }
-    /// At one of several groups of the entry, rather than at the entry itself.
+    /// Whether the stop is one of several groups of the entry, not the entry itself.
     bool is_at_group() const noexcept { return levels_.back().entry != nullptr; }
-    /// The group that is below the stop and is entered next; null when there is none, or more than one.
+    /// The group below the stop, which is entered next. Null when there is none or more than one.
     const ParserGroup* group_below() const noexcept { return below_; }
-    /// The group that the stop stands in.
+    /// The group that contains the stop.
     const ParserGroup& group() const noexcept { return *levels_.back().group; }
     /// 1 for an entry of the root.
     std::size_t depth() const noexcept { return levels_.size(); }
-    /// The depth without the stops at groups: how many groups the entry is in.
+    /// The depth, counting entries only: how many groups the entry is in.
     std::size_t nesting() const noexcept { return levels_.size() - group_lists_; }
     /// Whether the stop is the first or the last at its level.
     bool is_first() const noexcept { return levels_.back().passed == 1; }
     bool is_last() const noexcept { return is_last_at(levels_.size()); }
-    /// The same for the stop that this one is below of, at a smaller depth.
+    /// The same for the ancestor at a smaller depth.
     bool is_last_at(std::size_t depth) const noexcept;
 
-    /// Passes over what is below the stop.
+    /// Skips everything below the stop.
     void skip() noexcept {
         below_ = nullptr;
         several_ = 0;

@@ -48,7 +48,7 @@ std::string bytes_in_form(ParserGroup& root, Form form, const std::string& key) 
     return document_text(root);
 }
 
-/// Why a draft was not read whole.
+/// Why a draft did not read back completely.
 std::string why_unread(const OpenedDocument& read) {
     for (const bk_parser::Problem& problem : read.problems()) {
         if (problem.severity == bk_parser::Severity::error) {
@@ -82,7 +82,7 @@ Draft make_draft(OpenedDocument& document, const Storage& storage, const std::st
 DraftProof prove_draft(const OpenedDocument& document, const Draft& draft, const Storage& storage,
                        const OpenOptions& options) {
     if (storage.json == bk_parser::JsonShape::plain) {
-        return {}; // which nothing reads back
+        return {}; // plain JSON has no way back
     }
     const OpenedDocument read = read_draft(draft, storage, options);
     if (!read.is_read() || read.is_broken_json() || read.lacks_includes()) {

@@ -9,14 +9,14 @@
 
 namespace bkdoc {
 
-/// A document as it would be stored in a form.
+/// The bytes of a document in the form that it would be stored in.
 struct Draft {
     std::string bytes;
-    std::string refusal; // why it cannot be written, as one line; else empty
+    std::string refusal; // why it cannot be written, in one line; else empty
 };
 Draft make_draft(OpenedDocument& document, const Storage& storage, const std::string& key);
 
-/// What a draft gives back when it is read.
+/// The result of reading a draft back.
 struct DraftProof {
     std::string refusal;            // why it cannot be read; else empty
     std::optional<Difference> loss; // the first thing that the form does not carry

@@ -1,5 +1,6 @@
 #include "verbs/each_document.h"
 
+#include "input/files/file_list.h"
 #include "output/problems/report.h"
 #include "verbs/selection.h"
 
@@ -13,8 +14,16 @@ ExitCode for_each_document(const Arguments& arguments, Streams& streams,
     if (!take_opening(arguments, open, streams)) {
         return EXIT_UNREADABLE;
     }
+    FileListOptions options;
+    options.operands = arguments.operands();
+    options.use_config = open.use_config;
+    const FileList list = list_files(options);
     ExitCode worst = EXIT_CLEAN;
-    for (const std::string& operand : arguments.operands()) {
+    for (const std::string& fault : list.faults) {
+        complain(streams, fault);
+        worst = EXIT_UNREADABLE;
+    }
+    for (const std::string& operand : list.files) {
         OpenedDocument document = open_document(operand, open, streams);
         worst = std::max(worst, report_aside(document, streams));
         if (document.is_read()) {

@@ -6,13 +6,14 @@
 
 namespace bkdoc {
 
-/// Opens one operand of the command line after the other, reports its problems aside, and calls `visit` with every
-/// document that could be read. The worst of all results counts; an interrupt ends the work.
+/// Opens the documents that the operands name one after the other, also those of folders and patterns, writes their problems to
+/// the error stream, and calls `visit` with every document that could be read. Returns the worst of all results. An interrupt
+/// ends the work.
 ExitCode for_each_document(const Arguments& arguments, Streams& streams,
                            const std::function<ExitCode(OpenedDocument&)>& visit);
 
-/// The same for verbs with the option --path: `visit` gets what it leaves of the tree, too, and is not called where it
-/// finds nothing, which is told and gives EXIT_FAULTS.
+/// The same for verbs with the option --path. `visit` also gets the part of the tree that the path selects. Where the path
+/// finds nothing, the verb says so, does not call `visit`, and returns EXIT_FAULTS.
 ExitCode for_each_selection(const Arguments& arguments, Streams& streams,
                             const std::function<ExitCode(const OpenedDocument&, const ParserGroup&)>& visit);
 

@@ -8,17 +8,17 @@
 
 namespace bkdoc {
 
-/// What the option --path leaves of documents.
+/// The part of a document that the option --path selects.
 class Selection {
 public:
-    /// Refuses, with the reason told, a path that is malformed.
+    /// Parses the path. Reports a malformed one and refuses to go on.
     Selection(const Arguments& arguments, Streams& streams);
 
     bool is_refused() const noexcept { return path_ && !path_->ok(); }
     bool is_whole() const noexcept { return !path_; }
 
-    /// What is left: the whole tree without a path, else copies of the entries that it finds. Null, with the reason told, when
-    /// it finds none. Valid until the next call.
+    /// The selected tree: the whole tree without --path, else copies of the entries that the path finds. Null when it finds
+    /// none, after saying so. Valid until the next call.
     const ParserGroup* of(const OpenedDocument& document, Streams& streams);
 
 private:

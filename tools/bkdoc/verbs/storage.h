@@ -9,7 +9,7 @@
 
 namespace bkdoc {
 
-/// The words for how documents are stored, as the table of options has them.
+/// The words of the options that choose a form.
 inline constexpr std::string_view storage_choices = "text|binary|cipher|archive|json|json-plain|ndjson";
 
 /// How a document is to be stored: in a form, or as JSON.
@@ -20,13 +20,13 @@ struct Storage {
     bool is_bytes() const noexcept { return form != bk_parser::Form::text; }
 };
 
-/// What a word of storage_choices stands for.
+/// The storage that a word of storage_choices means.
 Storage storage_named(std::string_view word) noexcept;
 
-/// storage_choices as a sentence has them, with commas.
+/// storage_choices as a list in a sentence, with commas.
 std::string storage_list();
 
-/// Why a document cannot be stored so, as one line; empty when it can.
+/// Why a document cannot be stored that way, in one line; empty when it can.
 std::string why_not_stored(const Storage& storage, bool has_key, bool to_terminal);
 
 } // namespace bkdoc

@@ -22,7 +22,7 @@ ExitCode run_cat(const Arguments& arguments, Streams& streams) {
             complain(streams, document.name() + ": cannot be written: out of memory");
             return EXIT_UNREADABLE;
         }
-        // Several documents make one, which has one version line.
+        // Several documents become one, with one version line.
         streams.out << std::string_view(text).substr(is_first ? 0 : version_line().size());
         is_first = false;
         return EXIT_CLEAN;
@@ -30,7 +30,7 @@ ExitCode run_cat(const Arguments& arguments, Streams& streams) {
     const ExitCode result = for_each_selection(arguments, streams, write);
     if (!is_compact && !is_first && streams.out.is_terminal()) {
         streams.out
-            << "\n"; // a document ends without a line end, and the prompt would stand on its last line
+            << "\n"; // the printed document has no last line end, so the prompt would follow it on the line
     }
     return result;
 }

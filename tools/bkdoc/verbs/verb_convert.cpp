@@ -26,7 +26,7 @@ std::string change_of(const Difference& difference) {
     return place_of(difference) + " reads back as " + difference.second;
 }
 
-/// What the command line says of a conversion.
+/// The options of a conversion.
 struct Request {
     OpenOptions open;
     std::string source;
@@ -35,7 +35,7 @@ struct Request {
     bool lossy = false;
 };
 
-/// One conversion, up to the place where it fails.
+/// Runs one conversion. It stops at the first step that fails.
 class Conversion {
 public:
     Conversion(const Request& request, Streams& streams) : request_(request), streams_(streams) {}
@@ -78,7 +78,7 @@ private:
         return reason.empty() || refuse(reason);
     }
 
-    /// A text that stays where it is keeps its comments, its layout and its includes.
+    /// A text that is saved to its own file keeps its comments, layout and includes.
     bool is_stored_so(const OpenedDocument& document) const {
         const bool is_text = document.form() == Form::text && !document.is_json();
         return is_text && request_.storage.form == Form::text && !request_.storage.json &&
@@ -90,7 +90,7 @@ private:
                                                  : are_same_file(request_.source, path);
     }
 
-    // What a document with problems holds is not all that its file says.
+    // A document with errors lacks something of its file.
     bool may_replace(const OpenedDocument& document) {
         if (document.lacks_includes()) {
             return refuse(document.name() + ": an included file is missing");
@@ -140,7 +140,7 @@ private:
             }
             return true;
         }
-        const std::string reason = store_file(request_.target, bytes);
+        const std::string reason = store_file(request_.target, bytes, streams_);
         return reason.empty() || refuse(reason);
     }
 

@@ -17,7 +17,7 @@ namespace {
 
 using bk_parser::Form;
 
-/// Keeps the text of the first file of a reading.
+/// Keeps the text of the first file that is read.
 class TextKeeper : public ParserReadObserver {
 public:
     void file_entered(const CoreString&, const CoreString&, const CoreString& text) override {
@@ -41,7 +41,8 @@ std::optional<std::string> deciphered(const std::string& bytes, const std::strin
     return keeper.text();
 }
 
-/// The text of an enciphered file, as the library deciphers it. Under a wrong key the length is not explained.
+/// Maps an enciphered file with the text that the library deciphers. A wrong key usually shows in the length of the text, and
+/// the map rejects that.
 void map_with_key(const std::string& bytes, const std::string& key, ByteMapWriter& map) {
     const std::optional<std::string> text = key.empty() ? std::nullopt : deciphered(bytes, key);
     map_enciphered(bytes, text, map);

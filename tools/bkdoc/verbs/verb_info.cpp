@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t label_width = 14;
 
-/// What a tree is made of.
+/// Counts the parts of a tree.
 struct Counts {
     static constexpr std::size_t entry_kinds = 4;
     static constexpr std::size_t value_types = 8;
@@ -94,7 +94,7 @@ std::string value_types_of(const Counts& counts) {
     return listed(parts);
 }
 
-/// Writes lines of a label and what it is about.
+/// Writes lines with a label and a text.
 class InfoWriter {
 public:
     explicit InfoWriter(Output& out) : out_(out) {}
@@ -179,10 +179,15 @@ std::string how_found(const bk_parser::DocumentFile& file, const bk_parser::Docu
         if (found == name) {
             return "found as named";
         }
-        const std::string folder = found.substr(0, found.size() - std::min(found.size(), name.size() + 1));
-        return folder == text_of(include.file.parent_path())
-                   ? "found beside " + shown(text_of(include.file.filename()), file_name_limit)
-                   : "found in the search folder " + shown(folder, file_name_limit);
+        if ((include.file.parent_path() / path_of(name)).lexically_normal() ==
+            include.found.lexically_normal()) {
+            return "found beside " + shown(text_of(include.file.filename()), file_name_limit);
+        }
+        const bool shows_folder = found.ends_with("/" + name);
+        return "found in " +
+               (shows_folder ? "the search folder " +
+                                   shown(found.substr(0, found.size() - name.size() - 1), file_name_limit)
+                             : std::string("a search folder"));
     }
     return "found as named";
 }

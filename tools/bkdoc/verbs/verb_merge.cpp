@@ -26,7 +26,7 @@ ExitCode run_merge(const Arguments& arguments, Streams& streams) {
     }
     if (!arguments.has("--write")) {
         streams.out << result.text;
-    } else if (const std::string reason = store_file(ours, result.text); !reason.empty()) {
+    } else if (const std::string reason = store_file(ours, result.text, streams); !reason.empty()) {
         complain(streams, reason);
         return EXIT_UNREADABLE;
     }

@@ -10,7 +10,7 @@ namespace bkdoc {
 
 namespace {
 
-/// So that two files that cannot be read are seen to differ.
+/// Identifies bytes by their count and hash, so that a diff of two unreadable files shows that they differ.
 std::string fingerprint(std::string_view bytes) {
     std::uint64_t hash = 0xCBF29CE484222325u;
     for (const char byte : bytes) {
@@ -34,7 +34,7 @@ void write_problems(const OpenedDocument& document, Output& out) {
 ExitCode run_textconv(const Arguments& arguments, Streams& streams) {
     OpenOptions open;
     if (!take_opening(arguments, open, streams)) {
-        open.key.clear(); // what needs the key says so
+        open.key.clear(); // an enciphered file then prints its message about the key
     }
     const Input input(arguments.operands().front());
     if (!input.refusal.empty()) {

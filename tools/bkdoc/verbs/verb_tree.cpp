@@ -11,7 +11,7 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t widest_name = 28; // a longer one pushes its own line only
+constexpr std::size_t widest_name = 28; // a longer name moves its own line only
 constexpr std::size_t widest_types = 20;
 constexpr std::size_t values_width = 72;
 
@@ -33,7 +33,7 @@ std::string types_column(const ParserEntry& entry) {
     return column.empty() && !entry.has_value() ? "empty" : column;
 }
 
-/// How wide the columns of one group are, so that its entries align.
+/// The column widths of one group, so that its entries align.
 struct Columns {
     std::size_t name = 0;
     std::size_t types = 0;
@@ -57,7 +57,7 @@ Columns columns_of(const ParserGroup& group) {
     return columns;
 }
 
-/// Draws one line after the other.
+/// Draws a tree line by line.
 class TreePainter {
 public:
     explicit TreePainter(Output& out) : out_(out) {}
@@ -134,7 +134,7 @@ private:
         out_ << std::string(std::max(width, used) - used + 2, ' ');
     }
 
-    // Groups are drawn below.
+    // Groups are drawn on the lines below.
     void paint_values(const ParserEntry& entry) {
         std::size_t width = 0;
         bool first = true;
@@ -159,7 +159,7 @@ private:
     std::vector<Columns> columns_;
 };
 
-// Of the version of a form that stores none, the form itself is told.
+// Shows the version, or the form when the form stores no version.
 std::string storage_text(const OpenedDocument& document) {
     using bk_parser::Form;
     if (document.form() == Form::binary || document.form() == Form::archive) {

@@ -1,5 +1,6 @@
 #include "command/pages/completions.h"
 
+#include "command/pages/help.h"
 #include "command/pages/manual.h"
 #include "command/table/command_table.h"
 
@@ -20,7 +21,7 @@ std::string verb_names() {
     for (const VerbSpec& verb : all_verbs()) {
         names += (names.empty() ? "" : " ") + std::string(verb.name);
     }
-    return names;
+    return names + " " + std::string(help_verb);
 }
 
 std::string option_names(const VerbSpec& verb) {
@@ -32,7 +33,7 @@ std::string option_names(const VerbSpec& verb) {
     return names;
 }
 
-// Values depend on the option, and in one case on the verb: --to.
+// Values depend on the option, and for --to also on the verb.
 std::string bash_values() {
     std::string text;
     for (const VerbSpec& verb : all_verbs()) {
@@ -83,6 +84,8 @@ std::string bash_completion() {
                        "            if [ -z \"$verb\" ]; then\n"
                        "                offered=$verbs\n"
                        "                [[ $word == -* ]] && offered=\"--help --version --color\"\n"
+                       "            elif [ \"$verb\" = help ]; then\n"
+                       "                offered=$verbs\n"
                        "            elif [[ $word == -* ]]; then\n"
                        "                case $verb in\n";
     for (const VerbSpec& verb : all_verbs()) {
@@ -103,7 +106,7 @@ std::string bash_completion() {
                   "complete -o filenames -F _bkdoc bkdoc\n";
 }
 
-/// A text between single quotes of a shell.
+/// Quotes a text for a shell, with single quotes.
 std::string quoted(std::string_view text) {
     std::string result = "'";
     for (const char character : text) {
@@ -112,7 +115,7 @@ std::string quoted(std::string_view text) {
     return result + "'";
 }
 
-/// A description inside a zsh option, where brackets and colons have a meaning.
+/// Escapes a description for zsh, where brackets and colons have a meaning.
 std::string zsh_escaped(std::string_view text) {
     std::string result;
     for (const char character : text) {
@@ -158,7 +161,9 @@ std::string zsh_completion() {
     for (const VerbSpec& verb : all_verbs()) {
         text += "        " + quoted(std::string(verb.name) + ":" + zsh_escaped(verb.summary)) + "\n";
     }
-    text += "    )\n    if ((CURRENT == 2)); then\n        _describe verb verbs\n        return\n    fi\n"
+    text += "        " + quoted(std::string(help_verb) + ":" + zsh_escaped(help_summary)) + "\n";
+    text += "    )\n    if ((CURRENT == 2)) || ((CURRENT == 3)) && [ \"$words[2]\" = help ]; then\n        "
+            "_describe verb verbs\n        return\n    fi\n"
             "    local verb=$words[2]\n    shift words\n    ((--CURRENT))\n    case $verb in\n";
     for (const VerbSpec& verb : all_verbs()) {
         text += "        " + std::string(verb.name) + ")\n            _arguments -s";
@@ -207,6 +212,10 @@ std::string fish_completion() {
         text += "complete -c bkdoc -f -n " + no_verb + " -a " + std::string(verb.name) + " -d " +
                 quoted(verb.summary) + "\n";
     }
+    text += "complete -c bkdoc -f -n " + no_verb + " -a " + std::string(help_verb) + " -d " +
+            quoted(help_summary) + "\n";
+    text += "complete -c bkdoc -f -n " + quoted("__fish_seen_subcommand_from " + std::string(help_verb)) +
+            " -a " + quoted(verb_names()) + "\n";
     for (const VerbSpec& verb : all_verbs()) {
         for_each_option(&verb, [&](const OptionSpec& option) { text += fish_option(verb, option); });
     }

@@ -5,10 +5,10 @@
 
 namespace bkdoc {
 
-/// The verb, absent from the help, that packagers call: `bkdoc generate man|bash|zsh|fish`.
+/// The hidden verb that packagers call: `bkdoc generate man|bash|zsh|fish`.
 inline constexpr std::string_view generate_verb = "generate";
 
-/// The manual page or a shell's completion, made of the command table. Empty when there is none of that name.
+/// The manual page or the completions of a shell, made from the command table. Empty for another name.
 std::string generated(std::string_view what);
 
 } // namespace bkdoc

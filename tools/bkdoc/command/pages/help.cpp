@@ -14,7 +14,7 @@ constexpr std::size_t verb_column = 12;
 constexpr std::size_t exit_code_column = 7;
 constexpr std::size_t usage_column = 13;
 
-/// Breaks a list of choices behind a "|" where it would not fit.
+/// Breaks a list of choices after a "|" where it would be too wide.
 std::string wrapped_choices(std::string_view head, std::size_t indent, std::size_t width) {
     const std::size_t begin = head.rfind(' ') + 1;
     std::string line(head.substr(0, begin));
@@ -34,7 +34,7 @@ std::string wrapped_choices(std::string_view head, std::size_t indent, std::size
     return line;
 }
 
-/// A row of two columns: what stands in the first, padded, and the filled text behind it.
+/// A row of two columns: the first padded, the second wrapped.
 std::string row(std::string_view head, std::string_view text, std::size_t column, std::size_t width) {
     const std::size_t used = 2 + count_characters(head);
     const std::string gap =
@@ -158,7 +158,7 @@ std::string help_text(const VerbSpec& verb, std::size_t width) {
         text += "\n" + filled(verb.description, 0, width) + "\n";
     }
     text += options_of(verb, width);
-    text += "\nExample\n  " + std::string(verb.example) + "\n"; // whole: people copy it
+    text += "\nExample\n  " + std::string(verb.example) + "\n"; // never wrapped, because people copy it
     return text + exit_codes_of(verb, width);
 }
 

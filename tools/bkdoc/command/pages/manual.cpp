@@ -9,7 +9,7 @@ namespace bkdoc {
 
 namespace {
 
-/// A text as troff takes it literally: dashes as they are typed, and no line that begins with a request.
+/// Escapes a text for troff: dashes stay as typed, and no line begins with a request.
 std::string literal(std::string_view text) {
     std::string result;
     bool is_line_start = true;
@@ -29,7 +29,7 @@ std::string literal(std::string_view text) {
     return result;
 }
 
-/// Paragraphs are separated by blank lines; lines that begin with a blank are shown as they stand.
+/// Writes paragraphs. Blank lines separate them, and lines that begin with a blank are shown as they are.
 std::string paragraphs(std::string_view text) {
     std::string result;
     while (!text.empty()) {

@@ -4,7 +4,7 @@
 
 namespace bkdoc {
 
-/// The manual page, made of the command table, for man(1).
+/// The manual page for man(1), made from the command table.
 std::string manual_page();
 
 } // namespace bkdoc

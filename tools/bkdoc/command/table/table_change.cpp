@@ -70,8 +70,12 @@ constexpr VerbSpec change_rows[] = {
      "group at whose end it goes. An entry that stays in its group keeps its place.",
      mv_operands, edit_options, true, "bkdoc mv -w world/wind weather/wind harbour.bkd", edit_exit_codes,
      run_mv},
-    {"rename", Task::change, "Rename the entries that a path finds.", "", rename_operands, rename_options,
-     true, "bkdoc rename --refs -w '**/light' lamp harbour.bkd", edit_exit_codes, run_rename},
+    {"rename", Task::change, "Rename the entries that a path finds.",
+     "NAME takes the place of the name, which is the word before the values. The values stay: to give shot "
+     "\"010\" "
+     "another key, write set 'shot[\"010\"]@0' '=\"015\"'.",
+     rename_operands, rename_options, true, "bkdoc rename --refs -w '**/light' lamp harbour.bkd",
+     edit_exit_codes, run_rename},
 };
 
 } // namespace

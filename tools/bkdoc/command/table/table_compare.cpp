@@ -16,6 +16,8 @@ constexpr OptionSpec diff_options[] = {
      "Treat numbers as equal that differ by no more than X, such as 1e-6, whatever their types."},
     {"--ignore-order", "", ValueKind::none, "", false, "Ignore the order of the entries in a group."},
     {"--stat", "", ValueKind::none, "", false, "Show only how many differences each file has."},
+    {"--ext", "", ValueKind::word, "EXT", true,
+     "In folders, compare the files with this extension instead of judging by content. May be repeated."},
     json_option,
 };
 
@@ -25,13 +27,15 @@ constexpr OptionSpec merge_options[] = {
 };
 
 constexpr VerbSpec compare_rows[] = {
-    {"diff", Task::compare, "Show every difference between two documents, one per line.",
+    {"diff", Task::compare, "Show every difference between two documents or folders, one per line.",
      "A and B may be of any form. Each line has the place in B (in A for what was removed), the path and the "
      "difference. Entries of a group are matched by name and first string, then by likeness, so that moved "
-     "and renamed entries are shown as such. Layout, comments and the spelling of numbers do not count.",
+     "and renamed entries are shown as such. Layout, comments and the spelling of numbers do not count.\n"
+     "\n"
+     "A and B may be two folders. diff then compares the documents that have the same path in both, and "
+     "shows which are in one of them only. A difference in an included file is shown once.",
      two_files, diff_options, true, "bkdoc diff --tolerance 1e-6 old/harbour.bkd harbour.bkd",
-     "0 the documents are the same\n1 they differ\n2 a document could not be read, or only in part",
-     run_diff},
+     "0 the same\n1 different\n2 a document could not be read, or only in part", run_diff},
     {"same", Task::compare, "Tell whether two documents hold the same tree.", "", two_files, same_options,
      true, "bkdoc same harbour.bkd harbour.archive",
      "0 the same\n1 different\n2 a document could not be read", run_same},

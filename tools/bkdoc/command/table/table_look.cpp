@@ -16,7 +16,7 @@ constexpr OptionSpec check_options[] = {
     {"-0", "", ValueKind::none, "", false,
      "The names that --files-from reads end with a NUL byte, not with a line end."},
     {"--jobs", "-j", ValueKind::whole_number, "N", false,
-     "Check N files at a time; 0, the default, means one per processor."},
+     "Check N files at a time, at most 256; 0, the default, means one per processor."},
     {"--strict", "", ValueKind::none, "", false, "Treat warnings as errors."},
     {"--allow", "", ValueKind::word, "CODE", true,
      "Do not report problems with this code, such as comment-joins-line. May be repeated."},
@@ -60,7 +60,7 @@ constexpr VerbSpec look_rows[] = {
      "and ** any number of folders.\n"
      "\n"
      "An error means that part of the document was lost. A warning means that something was read, but "
-     "surely not as it was meant. A problem in a file that several documents include is reported once.\n"
+     "probably not as it was meant. A problem in a file that several documents include is reported once.\n"
      "\n"
      "A file .bkdoc.bkd in the folder of a document, or above it, sets search folders and rules:\n"
      "  search \"library\" \"shots\"\n"
@@ -70,13 +70,17 @@ constexpr VerbSpec look_rows[] = {
      "  ext \"bkd\"",
      files_or_folders, check_options, true, "bkdoc check -I library harbour.bkd shots",
      "0 no errors\n1 errors were found\n2 something could not be read\n130 interrupted", run_check},
-    {"tree", Task::look, "Draw the groups, entries and values of documents.", "", several_files, tree_options,
-     true, "bkdoc tree --depth 2 harbour.bkd", reading_exit_codes, run_tree},
+    {"tree", Task::look, "Draw the groups, entries and values of documents.",
+     "A FILE may be a folder or a pattern, as for check.", several_files, tree_options, true,
+     "bkdoc tree --depth 2 harbour.bkd", reading_exit_codes, run_tree},
     {"cat", Task::look, "Print documents as the library writes them, with includes spliced in.",
-     "Several documents are printed as one, with one version line.", several_files, cat_options, true,
-     "bkdoc cat -I library harbour.bkd", reading_exit_codes, run_cat},
-    {"info", Task::look, "Summarise what documents contain and which files they include.", "", several_files,
-     info_options, true, "bkdoc info harbour.bkd", reading_exit_codes, run_info},
+     "Several documents are printed as one, with one version line. A FILE may be a folder or a pattern, as "
+     "for "
+     "check.",
+     several_files, cat_options, true, "bkdoc cat -I library harbour.bkd", reading_exit_codes, run_cat},
+    {"info", Task::look, "Summarise what documents contain and which files they include.",
+     "A FILE may be a folder or a pattern, as for check.", several_files, info_options, true,
+     "bkdoc info harbour.bkd", reading_exit_codes, run_info},
     {"deps", Task::look, "Show which files documents include, and where each was found.",
      "A FILE may be a folder or a pattern, as for check. What a file includes is shown once, however often "
      "that file is included. A missing file is shown with the places that were tried.",
@@ -84,7 +88,8 @@ constexpr VerbSpec look_rows[] = {
      "0 every file was found\n1 a file is missing\n2 a document could not be read", run_deps},
     {"stats", Task::look, "Show what takes the space in documents, largest first.",
      "Sizes are bytes of the text that the library writes on one line, with includes spliced in. Comments, "
-     "indentation and the sizes of other forms do not count. Several documents are added up.",
+     "indentation and the sizes of other forms do not count. Several documents are added up. A FILE may be a "
+     "folder or a pattern, as for check.",
      several_files, stats_options, true, "bkdoc stats --by name harbour.bkd", reading_exit_codes, run_stats},
     {"dump", Task::look, "Explain the bytes of a binary, enciphered or archive file.",
      "Bytes that have no meaning are shown as they are. The explanation goes on after them where a stored "

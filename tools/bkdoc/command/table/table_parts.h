@@ -2,7 +2,7 @@
 
 #include "command/table/command_table.h"
 
-/// Parts of the command table: the verbs of each task stand in a file of their own, and share operands and exit codes.
+/// The parts of the command table. The verbs of each task have a file of their own, and share operands and exit codes.
 namespace bkdoc {
 
 inline constexpr std::string_view reading_exit_codes =

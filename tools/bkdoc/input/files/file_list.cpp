@@ -15,7 +15,7 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t looked_at = 4096; // bytes of a file
+constexpr std::size_t looked_at = 4096; // first bytes of a file
 
 bool begins_as_document(const std::filesystem::path& path) {
     std::ifstream stream(path, std::ios::binary);
@@ -103,7 +103,7 @@ private:
         }
         if (error) {
             list_.faults.push_back(text_of(folder) + ": " + error.message());
-        } else if (files.empty()) {
+        } else if (files.empty() && !options_.may_be_empty) {
             list_.faults.push_back(text_of(folder) + ": no document in this folder" +
                                    (extensions.empty() ? "" : " has such an extension"));
         }

@@ -8,26 +8,28 @@
 
 namespace bkdoc {
 
-/// What is to be listed.
+/// What to list.
 struct FileListOptions {
     std::vector<std::string> operands;     // files, folders, patterns, "-"
-    std::optional<std::string> files_from; // a file with one operand a line; "-" is standard input
-    bool is_nul_separated = false;         // its operands end with a NUL
-    bool use_config = true;                // the extensions of a .bkdoc.bkd, where none are given here
-    std::vector<std::string> extensions;   // of the files of folders, without dots; else the content decides
+    std::optional<std::string> files_from; // a file with one operand per line; "-" is standard input
+    bool is_nul_separated = false;         // its operands are separated by NUL
+    bool use_config = true;                // without `extensions`, use those of the .bkdoc.bkd
+    bool may_be_empty = false;             // accept a folder without documents
+    /// Which files of a folder to list, without dots. When empty, the content decides.
+    std::vector<std::string> extensions;
 };
 
-/// A list of documents, sorted within each folder and pattern, each path once, and why some could not be listed, one
-/// line each.
+/// Documents, sorted within each folder and pattern, each path once; and for each operand that could not be listed the reason
+/// in one line.
 struct FileList {
     std::vector<std::string> files;
     std::vector<std::string> faults;
 };
 
-/// Lists the documents that operands name. A folder stands for the documents in it and below it. Without extensions those
-/// are the files that a mark or a version line shows to be documents, and those whose names end in .bkd. Names that begin
-/// with a dot are left out, and links to folders are not followed. A pattern (input/glob.h) that is no file's name stands for
-/// the files that fit. A folder without documents is a fault, as a pattern without files is.
+/// Lists the documents that operands name. A folder means the documents in it and below it. Without extensions, these are the
+/// files with the mark of a form or a version line, and the files ending in .bkd. Hidden files (with a leading dot) are
+/// skipped, and links to folders are not followed. A pattern (input/files/glob.h) means the files that match, unless a file has
+/// that very name. A folder without documents is an error, and so is a pattern without files.
 FileList list_files(const FileListOptions& options);
 
 } // namespace bkdoc

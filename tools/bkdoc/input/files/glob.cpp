@@ -9,8 +9,8 @@ namespace bkdoc {
 
 namespace {
 
-/// Whether a class as "[a-z]" at the beginning of the pattern has the character; its length is taken off the pattern. A
-/// bracket that is not closed is a character as any other.
+/// Whether a class such as "[a-z]" at the front of the pattern contains the character. Removes the class from the pattern. A
+/// bracket that is not closed is an ordinary character.
 bool takes_class(std::string_view& pattern, char character) noexcept {
     const std::size_t end = pattern.find(']', 2);
     if (end == std::string_view::npos) {
@@ -48,12 +48,12 @@ bool takes_character(std::string_view& pattern, char character) noexcept {
     return fits;
 }
 
-/// Collects the paths that fit a pattern that was cut into steps.
+/// Collects the paths that match a pattern. The pattern was split at its slashes.
 class Expansion {
 public:
     explicit Expansion(std::vector<std::string> steps) : steps_(std::move(steps)) {}
 
-    /// The folders are visited by an explicit list: their depth is not bounded.
+    /// Visits folders with an explicit list, because nothing bounds their depth.
     std::vector<std::string> run(const std::filesystem::path& begin) {
         open_.push_back({begin, 0});
         while (!open_.empty()) {

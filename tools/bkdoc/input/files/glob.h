@@ -6,14 +6,14 @@
 
 namespace bkdoc {
 
-/// Whether a name fits a pattern: `*` is any number of characters, `?` is one, `[a-z]` one of those, `[!a-z]` one of the
-/// others. Linear in the product of the lengths.
+/// Whether a name matches a pattern: `*` matches any number of characters, `?` one, `[a-z]` one of these, `[!a-z]` one of the
+/// others. Takes time in proportion to the product of the lengths.
 bool matches_glob(std::string_view pattern, std::string_view name) noexcept;
 
 bool is_glob(std::string_view text) noexcept;
 
-/// The paths that fit a pattern, sorted. A pattern stands for names of one folder each between slashes; `**` is any number
-/// of folders, none too. Names that begin with a dot fit only patterns that do.
+/// The paths that match a pattern, sorted. The parts between slashes match names; `**` matches any number of folders, or none.
+/// Names with a leading dot only match patterns with one.
 std::vector<std::string> expand_glob(const std::string& pattern);
 
 } // namespace bkdoc

@@ -12,7 +12,7 @@ namespace bkdoc {
 
 namespace {
 
-/// What standard input gave: it can be read only once.
+/// The bytes of standard input, which can be read only once.
 struct StandardInput {
     std::string bytes;
     bool is_whole = false;
@@ -26,13 +26,13 @@ struct StandardInput {
     }
 };
 
-/// The reason of the system, as the library tells it.
+} // namespace
+
 std::string why_unread(const std::string& path) {
     const bk_parser::LoadResult result = bk_parser::load(path_of(path));
-    return result.problems.empty() ? path + ": cannot be read" : result.problems.front().message;
+    const std::string told = result.problems.empty() ? std::string() : result.problems.front().message;
+    return told.starts_with(path + ": ") ? told.substr(path.size() + 2) : "cannot be read";
 }
-
-} // namespace
 
 bool read_standard_input(std::string& bytes) {
     static const StandardInput input;
@@ -55,7 +55,7 @@ Input::Input(const std::string& operand) {
         bytes.append(buffer, static_cast<std::size_t>(count));
     }
     if (count < 0) {
-        refusal = operand.empty() ? "'': no such file" : why_unread(operand);
+        refusal = operand.empty() ? "'': no such file" : operand + ": " + why_unread(operand);
     }
 }
 

@@ -45,14 +45,14 @@ private:
     std::string& bytes_;
 };
 
-// The absolute form differs where a drive is put in front.
+// The library may ask for the absolute path, which has a drive in front on Windows.
 bool is_memory(const std::string& path) {
     return path == MemoryFile::name || path == SysFilesystem::get_full_file_path(MemoryFile::name).get_view();
 }
 
 } // namespace
 
-// An empty file is written in place, and is no regular one: what is regular would be replaced by a new file.
+// An empty file is not reported as regular, because a save replaces a regular file with a new one instead of writing into it.
 SysPathInfo MemoryFile::inspect(const std::string& path) {
     if (is_memory(path)) {
         return {bytes_.empty() ? SysPathKind::other : SysPathKind::regular,

@@ -7,8 +7,8 @@
 
 namespace bkdoc {
 
-/// While one lives, the library reads and writes a file that is in memory only at one path, and every other path where it
-/// did before. Not for threads.
+/// A file in memory. While it lives, the library reads and writes this file at one path; every other path goes to the device
+/// that was in use before. Not thread-safe.
 class MemoryFile : public DeviceLayer {
 public:
     explicit MemoryFile(std::string bytes = {}) : bytes_(std::move(bytes)) {}

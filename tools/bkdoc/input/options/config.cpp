@@ -13,7 +13,7 @@ namespace bkdoc {
 
 namespace {
 
-/// Takes the entries of a configuration; what it does not know is a fault.
+/// Reads the entries of a configuration. An unknown entry is an error.
 class ConfigReader {
 public:
     explicit ConfigReader(Config& config) : config_(config) {}
@@ -95,7 +95,7 @@ std::unique_ptr<Config> read_config(const std::filesystem::path& file) {
     return config;
 }
 
-/// The configurations of the folders that were asked about.
+/// Caches the configuration of each folder.
 class ConfigCache {
 public:
     const Config& at(const std::filesystem::path& folder) {
@@ -138,7 +138,8 @@ ConfigCache& cache() {
     return cache;
 }
 
-/// The folder that its names count from. From the current folder when the operand does: what is told of both is spelled alike.
+/// The folder that paths in the configuration are relative to. It is itself relative to the current folder when the operand is,
+/// so that reports spell both alike.
 std::filesystem::path base_of(const Config& config, const std::string& operand) {
     std::filesystem::path folder = config.file.parent_path();
     std::error_code error;

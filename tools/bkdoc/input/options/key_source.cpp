@@ -1,6 +1,7 @@
 #include "input/options/key_source.h"
 
 #include "core/sys_file.h"
+#include "input/files/input.h"
 #include "platform/platform.h"
 
 namespace bkdoc {
@@ -26,7 +27,7 @@ bool read_first_line(const std::string& path, std::string& line) {
     return true;
 }
 
-// The library takes a key that begins with a NUL for none, and would write a readable document.
+// Refuses a key that begins with NUL: the library takes it for no key and would write readable text.
 bool is_usable(const std::string& key) {
     return !key.empty() && key.front() != '\0';
 }
@@ -43,7 +44,7 @@ std::optional<std::string> find_key(const KeySource& source, std::string& key) {
     }
     if (source.file) {
         if (!read_first_line(*source.file, key)) {
-            return *source.file + ": the key file cannot be read";
+            return "--key-file: " + *source.file + ": " + why_unread(*source.file);
         }
         return is_usable(key)
                    ? std::nullopt

@@ -9,7 +9,7 @@ namespace bkdoc {
 
 namespace {
 
-/// What reading may cost: of a document that is trusted, whatever it takes.
+/// The limits of a load. With --trusted, includes and the sizes of files are not limited.
 ParserLimits limits_of(bool trusted) noexcept {
     if (!trusted) {
         return ParserLimits::untrusted();

@@ -11,23 +11,23 @@
 
 namespace bkdoc {
 
-/// How documents are opened: the same for every verb.
+/// The options with which every verb opens documents.
 struct OpenOptions {
     std::vector<std::string> search_paths;
-    std::string key; // for what is stored enciphered; empty when there is none
+    std::string key; // for enciphered documents; empty without a key
     bool trusted = false;
     bool follow_includes = true;
-    bool keep_sources = false;                // to tell where entries stand
-    bool use_config = true;                   // the search folders of the .bkdoc.bkd at or above a document
-    std::vector<std::string> allow;           // codes of problems that are not told
-    bool reads_json = false;                  // of a document that is JSON by its name or its first bytes
-    std::optional<bk_parser::JsonShape> json; // the document is JSON of this shape
+    bool keep_sources = false;                // needed for the places of entries
+    bool use_config = true;                   // use the search folders of the nearest .bkdoc.bkd
+    std::vector<std::string> allow;           // codes of suppressed warnings
+    bool reads_json = false;                  // read JSON where the name or the first bytes show it
+    std::optional<bk_parser::JsonShape> json; // read the document as JSON of this shape
 
-    /// As the library takes them, without progress.
+    /// The library's options, without progress.
     bk_parser::LoadOptions load_options() const;
 };
 
-/// Takes the options of opening_options() out of a command line. False, with the reason told, when the key cannot be had.
+/// Reads the options of opening_options() from a command line. Returns false, after saying why, when the key cannot be read.
 bool take_opening(const Arguments& arguments, OpenOptions& open, Streams& streams);
 
 } // namespace bkdoc

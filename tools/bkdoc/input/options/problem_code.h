@@ -5,7 +5,7 @@
 
 namespace bkdoc {
 
-/// Why a word is no code of a problem, with the code that was surely meant; empty when it is one.
+/// Why a word is not a problem code, with a suggestion; empty when it is one.
 std::string unknown_code(std::string_view word);
 
 } // namespace bkdoc

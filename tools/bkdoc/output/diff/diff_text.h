@@ -6,7 +6,7 @@
 
 namespace bkdoc {
 
-/// Writes a unified diff; on a terminal what goes is red and what comes green.
+/// Writes a unified diff, on a terminal with removed lines in red and added ones in green.
 void write_diff(std::string_view diff, Output& out);
 
 } // namespace bkdoc

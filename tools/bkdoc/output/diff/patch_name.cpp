@@ -8,7 +8,7 @@ namespace bkdoc {
 
 namespace {
 
-/// A step back behind a link to a folder leads elsewhere, and stays.
+/// Keeps ".." after a link to a folder, because it leads elsewhere there.
 std::string without_steps_back(const std::string& name) {
     const std::filesystem::path path = path_of(name);
     const std::filesystem::path plain = path.lexically_normal();

@@ -4,8 +4,8 @@
 
 namespace bkdoc {
 
-/// The name of a file for the head of a unified diff, as `patch -p0` and `git apply -p0` take it: without steps that lead back where there
-/// is a way without, in quotes with escapes when it has quotes or control characters, and with a tab behind it when it has blanks.
+/// The name of a file in the head of a unified diff, as `patch -p0` and `git apply -p0` read it. Avoids ".." where another path
+/// exists, quotes a name that has quotes or control characters, and puts a tab behind a name with blanks.
 std::string patch_name(const std::string& name);
 
 } // namespace bkdoc

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <string_view>
 
-/// Characters by their numbers.
+/// Characters by their code points.
 namespace bkdoc {
 
 struct CodeRange {
@@ -18,7 +18,7 @@ bool is_in(const CodeRange (&ranges)[count], char32_t code) noexcept {
                        [code](const CodeRange& range) { return code >= range.first && code <= range.last; });
 }
 
-/// The number of a well-formed character.
+/// The code point of a well-formed character.
 inline char32_t code_point(std::string_view character) noexcept {
     const auto lead = static_cast<unsigned char>(character.front());
     char32_t code = character.size() == 1 ? lead : lead & (0x7Fu >> character.size());

@@ -14,7 +14,7 @@ std::string text_behind_version(const ParserGroup& root, bool pretty) {
     CoreString text;
     root.get_text(text, false, pretty, 1);
     if (!log.first().empty()) {
-        throw std::bad_alloc(); // the only reason
+        throw std::bad_alloc(); // the only way to fail
     }
     return version_line() + "\n" + std::string(text.get_view());
 }

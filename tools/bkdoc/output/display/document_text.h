@@ -6,12 +6,13 @@
 
 namespace bkdoc {
 
-/// The line that says the version of what is written, without a line end.
+/// The version line of a written document, without a line end.
 std::string version_line();
 
-/// Both throw std::bad_alloc when memory ends. A document as the library writes it: the version line, and the tree, one entry a line.
+/// A document as the library writes it: the version line, and the tree with one entry per line. This function and the next one
+/// throw std::bad_alloc when memory runs out.
 std::string document_text(const ParserGroup& root);
-/// The same with all entries on one line behind the version line.
+/// The same, with all entries on one line after the version line.
 std::string compact_document_text(const ParserGroup& root);
 
 } // namespace bkdoc

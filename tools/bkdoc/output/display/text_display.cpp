@@ -12,7 +12,7 @@ unsigned byte_at(std::string_view text, std::size_t position) noexcept {
     return static_cast<unsigned char>(text[position]);
 }
 
-/// Control characters, marks that turn the direction of writing, and marks that nobody sees.
+/// Control characters, marks that change the direction of writing, and invisible marks.
 constexpr CodeRange not_shown[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x200B, 0x200F},
                                    {0x2028, 0x202E}, {0x2060, 0x2069}, {0xFEFF, 0xFEFF}};
 

@@ -11,9 +11,9 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t problem_limit = 600; // characters: a word of the document may be of any length
+constexpr std::size_t problem_limit = 600; // characters; words may be of any length
 
-/// What the library says of its options, and what the tool says of its own.
+/// Replacements of the library's option names by those of the tool.
 struct Wording {
     std::string_view library;
     std::string_view tool;
@@ -25,7 +25,8 @@ constexpr Wording wordings[] = {
     {": ParserLimits::include_depth", "; --trusted reads on"},
     {": ParserLimits::include_count", "; --trusted reads on"},
     {": ParserLimits::archive_ratio and archive_size", "; --trusted reads it"},
-    {", and no key is given", ", and no key is given: --key, --key-file or BKDOC_KEY does"},
+    {", and no key is given", ", and no key is given: --key, --key-file or BKDOC_KEY gives one"},
+    {" is JSON, not a document", " is JSON, not a document; bkdoc convert reads it"},
 };
 
 std::string_view severity_word(bk_parser::Severity severity) noexcept {

@@ -10,31 +10,31 @@
 
 namespace bkdoc {
 
-/// A file as reports name it; `memory_name` stands for a document in memory.
+/// The name of a file in reports; `memory_name` for a document in memory.
 std::string shown_file(const std::filesystem::path& file, const std::string& memory_name);
 
-/// The message of a problem in the words of the command line: what the library says of its options is said of the tool's.
-/// Without the name of the file that it begins with, when that is `name`.
+/// The message of a problem in the words of the command line: names of library options become those of the tool. Removes the
+/// file's name from its beginning when that is `name`.
 std::string tool_message(const bk_parser::Problem& problem, const std::string& name);
 
-/// Where a document includes a file.
+/// A place where a file is included.
 struct InclusionPlace {
     std::filesystem::path file;
-    unsigned int line = 0; // 0 when it is not known
+    unsigned int line = 0; // 0 if unknown
     unsigned int column = 0;
 };
-/// The chain of includes that leads to a problem, the innermost first.
+/// The includes that lead to a problem, innermost first.
 std::vector<InclusionPlace> chain_of(const bk_parser::Problem& problem,
                                      const std::vector<bk_parser::Include>& includes);
 
-/// Writes problems, each as "file:line:column: error: message [code]" with the source line and a caret under it. Before a
-/// problem of an included file stands how it was included, once for those that follow each other in it.
+/// Writes problems as "file:line:column: error: message [code]", with the source line and a caret below. The chain of includes
+/// precedes the first problem of an included file.
 class ProblemWriter {
 public:
     ProblemWriter(Output& out, std::string memory_name) : out_(out), memory_name_(std::move(memory_name)) {}
 
     void write(const bk_parser::Problem& problem, const std::vector<InclusionPlace>& chain);
-    /// One line, without the chain and the snippet.
+    /// Writes one line, without the chain and the source line.
     void write_line(const bk_parser::Problem& problem);
 
 private:
@@ -42,13 +42,13 @@ private:
 
     Output& out_;
     std::string memory_name_;
-    std::filesystem::path last_file_; // of a problem with a chain
+    std::filesystem::path last_file_; // of the last problem with a chain
 };
 
-/// Every problem of a document but the one that kept it out.
+/// All problems of a document except the one because of which nothing was read.
 void report(const OpenedDocument& document, Output& out);
 
-/// For verbs that write something else: the report, and why the document cannot be read, go to the error stream.
+/// For verbs whose output is not a report: writes the problems, and why a document cannot be read, to the error stream.
 ExitCode report_aside(const OpenedDocument& document, Streams& streams);
 
 } // namespace bkdoc

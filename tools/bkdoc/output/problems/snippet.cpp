@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t shown_before = 100; // bytes of a line
 constexpr std::size_t shown_after = 60;
 
-/// The part of a line that is shown.
+/// The visible part of a line.
 struct Window {
     std::size_t begin;
     std::size_t end;
@@ -42,7 +42,7 @@ void for_each_character(std::string_view text, Function function) {
     }
 }
 
-// One sign for each character, so that the caret's line aligns.
+// Writes one column for each character, so that the caret's line aligns.
 std::string shown_line(std::string_view text) {
     std::string line;
     for_each_character(text, [&line](std::string_view character) {
@@ -75,7 +75,7 @@ void write_snippet(const bk_parser::Problem& problem, Output& out) {
         std::max(problem.offset, problem.source_line_offset) - problem.source_line_offset, line.size());
     const Window window = window_of(line, offset);
     const std::size_t begin =
-        std::clamp(offset, window.begin, window.end); // a line end is past the line's text
+        std::clamp(offset, window.begin, window.end); // an error at the line end lies past the text
     const std::size_t end = std::clamp(offset + problem.length, begin, window.end);
 
     out << (window.cut_before ? ellipsis : "")

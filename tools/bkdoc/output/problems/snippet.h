@@ -5,8 +5,8 @@
 
 namespace bkdoc {
 
-/// Writes the source line of a problem, and a line with "^~~~" under the place. Tabs stay, so that both lines align. Of a
-/// long line, the part around the place is shown.
+/// Writes the source line of a problem, and "^~~~" below the place. Keeps tabs, so that both lines align. Of a long line, shows
+/// the part around the place.
 void write_snippet(const bk_parser::Problem& problem, Output& out);
 
 } // namespace bkdoc

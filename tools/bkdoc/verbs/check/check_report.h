@@ -7,14 +7,14 @@
 
 namespace bkdoc {
 
-/// Writes what a check finds, in one of the formats of --format.
+/// Reports the results of a check in one of the formats of --format.
 class CheckReport {
 public:
     virtual ~CheckReport() = default;
-    /// A document was checked; `problems` are those to be told of it now.
+    /// Called for each checked document. `problems` are those to report now.
     virtual void file(const std::string& name, const std::vector<ToldProblem>& problems,
                       std::size_t most_problems) = 0;
-    /// A document, or an operand, that could not be read.
+    /// Called for each document or operand that could not be read.
     virtual void refusal(const std::string& reason) = 0;
     virtual void end(const std::vector<IncludedProblem>& included, std::size_t most_problems,
                      const CheckCounts& counts) = 0;

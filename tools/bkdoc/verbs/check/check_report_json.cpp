@@ -12,7 +12,7 @@ std::string_view severity_word(bk_parser::Severity severity) noexcept {
     return severity == bk_parser::Severity::error ? "error" : "warning";
 }
 
-/// An object with the problems of all files.
+/// Writes an object with the problems of all files.
 class JsonReport : public CheckReport {
 public:
     explicit JsonReport(Streams& streams) : json_(streams.out) {

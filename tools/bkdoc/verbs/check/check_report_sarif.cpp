@@ -10,7 +10,7 @@ namespace bkdoc {
 
 namespace {
 
-/// A file as a URI: relative as it was named, absolute with its scheme.
+/// The URI of a file: relative for a relative path, with the scheme "file" for an absolute one.
 std::string uri_of(const std::filesystem::path& file) {
     const std::string path = slashed(file);
     std::string uri = file.is_absolute() ? (path.starts_with('/') ? "file://" : "file:///") : "";
@@ -29,7 +29,7 @@ std::string uri_of(const std::filesystem::path& file) {
     return uri;
 }
 
-/// The interchange format of static analysis, version 2.1.0.
+/// Writes SARIF 2.1.0, the interchange format of static analysis.
 class SarifReport : public CheckReport {
 public:
     explicit SarifReport(Streams& streams) : streams_(streams), json_(streams.out) {

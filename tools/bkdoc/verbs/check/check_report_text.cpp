@@ -10,7 +10,7 @@ namespace bkdoc {
 
 namespace {
 
-/// For people: source lines and carets, and a closing line.
+/// Writes for people: source lines with carets, and a closing line.
 class TextReport : public CheckReport {
 public:
     explicit TextReport(Streams& streams) : streams_(streams), writer_(streams.out, {}) {}
@@ -91,7 +91,7 @@ private:
     ProblemWriter writer_;
 };
 
-/// For editors: a line for each problem.
+/// Writes for editors: one line for each problem.
 class GccReport : public CheckReport {
 public:
     explicit GccReport(Streams& streams) : streams_(streams), writer_(streams.out, {}) {}

@@ -10,34 +10,33 @@
 
 namespace bkdoc {
 
-/// A problem of a file that documents include, told once.
+/// A problem in an included file. It is reported once for all documents.
 struct IncludedProblem {
-    ToldProblem told;                   // of the first document that has it
-    std::vector<std::string> documents; // that have it
+    ToldProblem told;                   // as the first document has it
+    std::vector<std::string> documents; // with this problem
 };
 
-/// What is known when a check is over.
+/// The totals of a check.
 struct CheckCounts {
     std::size_t files = 0;
-    std::size_t files_with_problems = 0; // what stands in a file that they include counts, too
+    std::size_t files_with_problems = 0; // problems in included files count, too
     std::size_t unread = 0;
     std::size_t errors = 0;
     std::size_t warnings = 0;
     ExitCode code = EXIT_CLEAN;
 };
 
-/// Sorts the problems of documents into those that stand in them, and those that stand in a file that they include, which
-/// are told once for all documents.
+/// Separates the problems in documents themselves from those in included files, which are reported once for all documents.
 class CheckSummary {
 public:
-    /// With one document its included problems are its own: they stand where they were met.
+    /// With a single document, problems in included files stay in the order of the text.
     explicit CheckSummary(bool has_one_document) : has_one_document_(has_one_document) {}
 
-    /// The problems of the document that are to be told now.
+    /// The problems of the document that are reported now.
     std::vector<ToldProblem> add(CheckedFile&& file);
 
-    /// Those of included files, file by file, in the order in which they were met. What was told of the file itself,
-    /// as a document, is left out. Counts them. To be called once, behind the last document.
+    /// The problems in included files, file by file, in the order of their first appearance. Leaves out what was reported of
+    /// the file as a document of its own. Counts them, so call it once, after the last document.
     std::vector<IncludedProblem> take_included();
 
     const CheckCounts& counts() const noexcept { return counts_; }

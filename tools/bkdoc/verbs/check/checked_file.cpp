@@ -54,7 +54,7 @@ CheckedFile check_file(const std::string& operand, const CheckRules& rules,
     const Config none;
     const Config& config = open.use_config ? config_for(folder_of_operand(operand)) : none;
     if (open.use_config) {
-        checked.sources.push_back(folder_of_operand(operand) / config_name); // which may come
+        checked.sources.push_back(folder_of_operand(operand) / config_name); // may be created while watching
         if (!config.file.empty()) {
             checked.sources.push_back(config.file);
         }

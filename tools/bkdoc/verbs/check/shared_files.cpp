@@ -31,7 +31,7 @@ private:
 
 } // namespace
 
-// What cannot be kept is inspected each time, so that the system's reason is there to be told.
+// Inspects a file that is not kept each time anew, so that errno has the system's reason.
 SysPathInfo SharedFiles::inspect(const std::string& path) {
     const std::shared_ptr<File> file = find_or_add(path);
     return file == nullptr ? beneath().inspect(path) : file->info;
@@ -56,7 +56,7 @@ std::unique_ptr<SysHandle> SharedFiles::open_for_reading(const std::string& path
                                   : std::make_unique<SharedHandle>(file->bytes);
 }
 
-/// Documents are named from the current folder, includes absolutely.
+/// Paths of documents may be relative to the current folder; those of includes are absolute.
 std::string SharedFiles::key_of(const std::string& path) const {
     const bool is_absolute = path.starts_with('/') || path.starts_with('\\') || path.find(':') == 1;
     return is_absolute || path.empty() ? path : current_folder_ + '/' + path;
@@ -72,7 +72,8 @@ std::shared_ptr<SharedFiles::File> SharedFiles::find(const std::string& key) {
     return known->second;
 }
 
-/// Null of what is no regular file, is too large, or tells no size, as what a system makes up does.
+/// Returns null for a file that is not regular, that is too large, or that has size 0, as virtual files such as those in /proc
+/// have.
 std::shared_ptr<SharedFiles::File> SharedFiles::find_or_add(const std::string& path) {
     const std::string key = key_of(path);
     if (std::shared_ptr<File> known = find(key)) {
@@ -87,7 +88,7 @@ std::shared_ptr<SharedFiles::File> SharedFiles::find_or_add(const std::string& p
     {
         const std::lock_guard lock(mutex_);
         const auto [known, is_new] = files_.emplace(key, file);
-        if (!is_new) { // another thread came first
+        if (!is_new) { // another thread was faster
             return known->second;
         }
         uses_.push_front(key);
@@ -97,12 +98,12 @@ std::shared_ptr<SharedFiles::File> SharedFiles::find_or_add(const std::string& p
     return file;
 }
 
-/// More is kept of a file. Others are given up when that is too much.
+/// Adds to the cost of a file, and drops the files unused for longest when the total is too large.
 void SharedFiles::count(const std::string& key, const std::shared_ptr<File>& file, std::size_t more) {
     const std::lock_guard lock(mutex_);
     const auto known = files_.find(key);
     if (known == files_.end() || known->second != file) {
-        return; // it was given up already
+        return; // it was dropped already
     }
     file->cost += more;
     cost_ += more;
@@ -114,7 +115,7 @@ void SharedFiles::count(const std::string& key, const std::shared_ptr<File>& fil
     }
 }
 
-/// Null when it is not read to its end, or has grown since it was inspected.
+/// Returns null when the read fails, and reads one byte more than the size, to see a file that has grown.
 std::shared_ptr<const std::string> SharedFiles::read(const std::string& path, core_int64 size) {
     const std::unique_ptr<SysHandle> handle = beneath().open_for_reading(path);
     if (handle == nullptr) {

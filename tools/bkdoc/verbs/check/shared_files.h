@@ -11,9 +11,9 @@
 
 namespace bkdoc {
 
-/// While one lives, the library reads each regular file once and has it from memory from then on, in all threads; every other
-/// path as it did before. So a file that a thousand documents include is looked for, opened and read once, and is the same for
-/// all of them. Files of more than 4 MiB are not kept; of the others up to 64 MiB, the longest unused given up first.
+/// A cache of files for all threads. While it lives, the library reads each regular file once, so that a file that a thousand
+/// documents include is found, opened and read once and is the same for all of them. Keeps up to 64 MiB, drops the files unused
+/// for longest first, and never keeps a file of more than 4 MiB.
 class SharedFiles : public DeviceLayer {
 public:
     SysPathInfo inspect(const std::string& path) override;
@@ -23,14 +23,14 @@ public:
 private:
     static constexpr core_int64 largest_file = core_int64{4} << 20;
     static constexpr std::size_t most_bytes = std::size_t{64} << 20;
-    static constexpr std::size_t bytes_of_entry = 512; // what is kept of a file beside its bytes, about
+    static constexpr std::size_t bytes_of_entry = 512; // rough cost of a file besides its bytes
 
     struct File {
         std::mutex mutex; // held while the file is read
         SysPathInfo info;
-        std::shared_ptr<const std::string> bytes; // null before it is read, and when it cannot be
-        std::list<std::string>::iterator use;     // of uses_
-        std::size_t cost = 0;                     // as it is counted in cost_
+        std::shared_ptr<const std::string> bytes; // null before the read, and when it failed
+        std::list<std::string>::iterator use;     // place in uses_
+        std::size_t cost = 0;                     // its share of cost_
     };
 
     std::string key_of(const std::string& path) const;
@@ -40,9 +40,9 @@ private:
     std::shared_ptr<const std::string> read(const std::string& path, core_int64 size);
 
     const std::string current_folder_ = beneath().current_folder();
-    std::mutex mutex_; // of what follows
+    std::mutex mutex_; // guards the members below
     std::unordered_map<std::string, std::shared_ptr<File>> files_;
-    std::list<std::string> uses_; // keys, the one used last in front
+    std::list<std::string> uses_; // keys, last used first
     std::size_t cost_ = 0;
 };
 

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t most_threads = 256;
 
-/// What the command line asks for.
+/// The options of a check.
 struct Request {
     CheckRules rules;
     FileListOptions list;
@@ -31,7 +31,7 @@ struct Request {
 std::size_t thread_count(const Arguments& arguments) {
     const std::size_t processors = std::max(1u, std::thread::hardware_concurrency());
     const std::size_t asked = arguments.number_or("--jobs", 0);
-    return std::min(asked == 0 ? processors : asked, most_threads);
+    return asked == 0 ? std::min(processors, most_threads) : asked;
 }
 
 class FileProgress {
@@ -45,7 +45,7 @@ public:
         ++done_;
         show(0);
     }
-    /// So much of the next file is done.
+    /// The progress within the next file.
     void show(double part) { line_.show((static_cast<double>(done_) + part) / static_cast<double>(count_)); }
 
 private:
@@ -54,7 +54,7 @@ private:
     std::size_t done_ = 0;
 };
 
-/// Where the rules of what is checked may come to stand: in the folders that were asked for, and in the current one.
+/// Where a configuration may be created: in the given folders and in the current one.
 void add_config_places(const std::vector<std::string>& operands, std::vector<std::filesystem::path>& places) {
     places.emplace_back(config_name);
     for (const std::string& operand : operands) {
@@ -65,7 +65,7 @@ void add_config_places(const std::vector<std::string>& operands, std::vector<std
     }
 }
 
-/// Checks everything once.
+/// Checks all files once.
 WatchRound check_once(const Request& request, Streams& streams) {
     const Interruption interruption;
     forget_configs();
@@ -114,6 +114,10 @@ bool take_request(const Arguments& arguments, Request& request, Streams& streams
     request.list.files_from = arguments.value("--files-from");
     request.list.is_nul_separated = arguments.has("-0");
     request.list.extensions = arguments.values("--ext");
+    if (arguments.number_or("--jobs", 0) > most_threads) {
+        complain(streams, "--jobs takes at most " + grouped(most_threads));
+        return false;
+    }
     request.threads = thread_count(arguments);
     request.format = arguments.value_or("--format", arguments.has("--json") ? "json" : "text");
     if (request.list.operands.empty() && !request.list.files_from) {

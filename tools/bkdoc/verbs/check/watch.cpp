@@ -14,7 +14,7 @@ namespace bkdoc {
 
 namespace {
 
-/// What tells whether a file changed.
+/// The properties that show whether a file changed.
 struct Stamp {
     bool is_there = false;
     std::filesystem::file_time_type time{};
@@ -40,12 +40,12 @@ std::filesystem::path absolute_of(const std::filesystem::path& path) {
     return std::filesystem::absolute(path, error).lexically_normal();
 }
 
-/// The files that are watched, as they are now.
+/// The watched files, and their state at the last look.
 class Watched {
 public:
     explicit Watched(const FileListOptions& list) : list_(list) { look(); }
 
-    /// What a round read is watched from now on.
+    /// Watches the files of the last round from now on.
     void add(const std::vector<std::filesystem::path>& sources) {
         for (const std::filesystem::path& source : sources) {
             const std::filesystem::path path = absolute_of(source);
@@ -55,7 +55,7 @@ public:
         }
     }
 
-    /// The first file that is another one than it was; empty when none is.
+    /// The first file that changed; empty when none did.
     std::filesystem::path look() {
         Stamps now;
         for (const std::string& file : list_files(list_).files) {
@@ -134,7 +134,7 @@ ExitCode watch(const FileListOptions& list, Streams& streams, const std::functio
         streams.out << "watching " << counted(watched.file_count(), "file", "files") << "; Ctrl-C ends\n";
         streams.out.flush();
         const ChangeWaiter waiter(watched.folders());
-        std::filesystem::path changed = watched.look(); // before the waiter was there
+        std::filesystem::path changed = watched.look(); // changed before the waiter existed
         while (changed.empty()) {
             if (!waiter.wait()) {
                 return EXIT_INTERRUPTED;

@@ -10,14 +10,14 @@
 
 namespace bkdoc {
 
-/// What one round of checking found out.
+/// The result of one round of checks.
 struct WatchRound {
     ExitCode code = EXIT_CLEAN;
-    std::vector<std::filesystem::path> sources; // that were read, and those looked for in vain
+    std::vector<std::filesystem::path> sources; // files read, and paths where an include was not found
 };
 
-/// Checks, and checks again whenever one of the files or folders changes, or a file that a document includes or looks for;
-/// an interrupt ends it.
+/// Checks, and checks again whenever one of the files or folders changes, or a file that a document includes or looks for. An
+/// interrupt ends it.
 ExitCode watch(const FileListOptions& list, Streams& streams, const std::function<WatchRound()>& check);
 
 } // namespace bkdoc

@@ -7,18 +7,18 @@
 
 namespace bkdoc {
 
-/// The files below each document, as a tree. What a file includes is drawn once.
+/// Draws the files below each document as a tree. The includes of a file are drawn once.
 void write_deps_tree(const IncludeGraph& graph, const std::vector<std::size_t>& documents, Output& out);
-/// The files that include a file, and those that include these.
+/// Lists the files that include a file, those that include these, and so on.
 void write_reverse_tree(const IncludeGraph& graph, std::size_t node, Output& out);
-/// A line for each directive whose file was not included, with what was tried.
+/// Writes a line for each include that failed, with the paths that were tried.
 void write_missing(const IncludeGraph& graph, Output& out);
-/// A graph in the language of Graphviz.
+/// Writes a graph in the language of Graphviz.
 void write_deps_dot(const IncludeGraph& graph, Output& out);
-/// An object with all files and their directives.
+/// Writes an object with all files and their directives.
 void write_deps_json(const IncludeGraph& graph, const std::vector<std::size_t>& documents, Output& out);
 
-/// How many directives have no file.
+/// How many directives failed.
 std::size_t count_missing(const IncludeGraph& graph);
 
 } // namespace bkdoc

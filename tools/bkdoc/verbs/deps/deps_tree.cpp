@@ -1,3 +1,4 @@
+#include "input/files/input.h"
 #include "output/display/text_display.h"
 #include "platform/paths.h"
 #include "verbs/deps/deps_output.h"
@@ -8,27 +9,44 @@ namespace bkdoc {
 
 namespace {
 
+/// Why the search skipped a place; empty when nothing is there.
+std::string why_not_taken(const std::filesystem::path& place) {
+    std::error_code failure;
+    switch (std::filesystem::status(place, failure).type()) {
+    case std::filesystem::file_type::not_found:
+        return {};
+    case std::filesystem::file_type::directory:
+        return " (is a directory)";
+    case std::filesystem::file_type::none:
+    case std::filesystem::file_type::unknown:
+        return " (" + why_unread(text_of(place)) + ")";
+    default:
+        return " (is no regular file)";
+    }
+}
+
 std::string why_missing(const bk_parser::Include& include) {
     if (include.problem == "include-not-found") {
         std::string tried;
         for (const std::filesystem::path& place : places_tried(include)) {
-            tried += (tried.empty() ? "" : ", ") + shown(slashed(place), file_name_limit);
+            tried +=
+                (tried.empty() ? "" : ", ") + shown(slashed(place), file_name_limit) + why_not_taken(place);
         }
         return "not found; tried " + tried;
     }
     return include.problem == "include-circle" ? "includes itself" : include.problem;
 }
 
-/// A file or directive that is drawn.
+/// A row of the drawing: a file or a directive.
 struct Row {
     std::string name;
     std::string remark;
     Tone tone = Tone::dim;           // of the remark
-    std::optional<std::size_t> node; // whose rows come below
+    std::optional<std::size_t> node; // its rows follow below
     unsigned int line = 0;
 };
 
-/// Draws rows below rows, by an explicit stack. The rows below a node are drawn once.
+/// Draws the rows with an explicit stack. The rows below a node are drawn once.
 class RowTree {
 public:
     template <class Below>

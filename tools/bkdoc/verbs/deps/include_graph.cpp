@@ -25,7 +25,7 @@ std::size_t IncludeGraph::node_of(const std::filesystem::path& path, const std::
 }
 
 std::size_t IncludeGraph::add(const std::string& name, const bk_parser::Document& document) {
-    std::map<std::filesystem::path, std::size_t> by_found; // the nodes of this document by the files' names
+    std::map<std::filesystem::path, std::size_t> by_found; // nodes by file name in this document
     std::vector<std::size_t> fresh;
     std::optional<std::size_t> top;
     for (const bk_parser::DocumentFile& file : document.files()) {

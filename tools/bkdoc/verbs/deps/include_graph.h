@@ -10,31 +10,32 @@
 
 namespace bkdoc {
 
-/// The places where a file was looked for in vain, each once: search folders may be one and the same.
+/// The paths where a file was not found, each once, because several search folders may be the same.
 std::vector<std::filesystem::path> places_tried(const bk_parser::Include& include);
 
-/// Which files include which, over many documents.
+/// The graph of includes of many documents.
 class IncludeGraph {
 public:
-    /// A directive and the file that it brings.
+    /// A directive, and the file that it includes.
     struct Edge {
         bk_parser::Include include;
-        std::optional<std::size_t> target; // nothing when no file was found
+        std::optional<std::size_t> target; // empty when no file was found
     };
     struct Node {
-        std::string name; // as it was found first
+        std::string name; // as it was first found
         std::filesystem::path path;
         std::vector<Edge> edges;
-        bool is_filled = false; // its directives are known
+        bool is_filled = false; // its directives were added
     };
 
-    /// Adds what a document includes; the position of its own node. A file that was met before stays as it is.
+    /// Adds the includes of a document, and returns the position of its own node. A file that is already in the graph stays as
+    /// it is.
     std::size_t add(const std::string& name, const bk_parser::Document& document);
 
     const std::vector<Node>& nodes() const noexcept { return nodes_; }
     /// The node of a file by its absolute path.
     std::optional<std::size_t> find(const std::filesystem::path& path) const;
-    /// For each node, those whose directives lead to it, with the directive.
+    /// For each node, the nodes that include it, each with its directive.
     struct Source {
         std::size_t node;
         const bk_parser::Include* include;

@@ -42,7 +42,7 @@ ExitCode write_graph(const Arguments& arguments, const IncludeGraph& graph,
 
 } // namespace
 
-// Other problems than those of includes are told by check.
+// Reports only problems of includes; `check` reports the others.
 ExitCode run_deps(const Arguments& arguments, Streams& streams) {
     OpenOptions open;
     if (!take_opening(arguments, open, streams)) {

@@ -41,7 +41,23 @@ Counts counts_of(const std::vector<ToldDifference>& differences) {
     return counts;
 }
 
+void write_names(JsonWriter& json, std::string_view key, const std::vector<std::string>& names) {
+    json.key(key);
+    json.begin_array();
+    for (const std::string& name : names) {
+        json.string(name);
+    }
+    json.end_array();
+}
+
 } // namespace
+
+void write_one_sided(const std::string& folder, const std::string& name, Output& out) {
+    out.paint(Tone::dim, "only in " + shown(folder, file_name_limit) + ":");
+    out << " ";
+    out.paint(Tone::strong, shown(name, file_name_limit));
+    out << "\n";
+}
 
 void write_difference(const ToldDifference& difference, Output& out) {
     out.paint(Tone::dim, shown(difference.file, file_name_limit) +
@@ -76,10 +92,11 @@ void write_statistics(const std::vector<ToldDifference>& differences, Output& ou
     out << counted(differences.size(), "difference", "differences") << "\n";
 }
 
-void write_differences_json(const std::vector<ToldDifference>& differences, Output& out) {
+void write_differences_json(const std::vector<ToldDifference>& differences, const OneSided* one_sided,
+                            Output& out) {
     JsonWriter json(out);
     json.begin_object();
-    json.member("same", differences.empty());
+    json.member("same", differences.empty() && (one_sided == nullptr || one_sided->empty()));
     json.key("differences");
     json.begin_array();
     for (const ToldDifference& difference : differences) {
@@ -101,6 +118,10 @@ void write_differences_json(const std::vector<ToldDifference>& differences, Outp
         json.end_object();
     }
     json.end_array();
+    if (one_sided != nullptr) {
+        write_names(json, "only_in_a", one_sided->before);
+        write_names(json, "only_in_b", one_sided->after);
+    }
     json.end_object();
     json.finish();
 }

@@ -14,7 +14,7 @@ namespace {
 using bk_parser::TreeChange;
 using Kind = TreeChange::Kind;
 
-constexpr std::size_t longest_text = 120; // characters of a string that are shown
+constexpr std::size_t longest_text = 120; // characters shown of a string
 
 std::string string_of(const ParserEntry& entry, unsigned int i) {
     return std::string(entry.get_string(i).get_view());
@@ -29,7 +29,7 @@ std::string value_text(const ParserEntry& entry, unsigned int i) {
                : shown_value(entry, i);
 }
 
-/// Two texts that are shown alike differ in their types, or behind what is shown.
+/// Two values that look alike differ in their types, or behind the part that is shown.
 void tell_apart(const TreeChange& change, std::string& before, std::string& after) {
     if (before != after) {
         return;
@@ -55,7 +55,7 @@ std::string head_text(const ParserEntry& entry) {
     return shown_name(entry) + (kind == "call" ? "()" : kind == "raw text" ? " (raw text)" : "");
 }
 
-/// What an entry holds, on one line.
+/// The content of an entry on one line.
 std::string content_text(const ParserEntry& entry) {
     constexpr unsigned int most_values = 6;
     std::string text;

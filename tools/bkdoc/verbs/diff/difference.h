@@ -9,26 +9,26 @@
 
 namespace bkdoc {
 
-/// How many characters of a path or a name are told.
+/// How many characters of a path or a name are shown.
 inline constexpr std::size_t longest_path = 400;
 
-/// A difference of two documents as it is told.
+/// A difference of two documents, in the words of the report.
 struct ToldDifference {
     bk_parser::TreeChange change;
-    std::string file; // that holds the place, as it was found
+    std::string file; // with the difference, as it was found
     unsigned int line = 0;
     unsigned int column = 0;
-    std::string path;        // in B, or in A of what was removed
-    std::string path_before; // in A; empty of what was added
-    std::string what;        // behind the path, as in "moved"; empty of a value that changed
-    std::string before;      // empty when there is nothing to tell
+    std::string path;        // in B; in A for a removal
+    std::string path_before; // in A; empty for an addition
+    std::string what;        // shown behind the path, such as "moved"; empty for a changed value
+    std::string before;      // empty when there is nothing to show
     std::string after;
 };
 
-/// The word that a kind of change is called by in JSON and in sums.
+/// The word for a kind of change in JSON and in summaries.
 std::string_view word_of(bk_parser::TreeChange::Kind kind) noexcept;
 
-/// Makes the texts that tell changes of two documents.
+/// Describes changes of two documents.
 class DifferenceTeller {
 public:
     DifferenceTeller(const OpenedDocument& before, const OpenedDocument& after);

@@ -1,11 +1,16 @@
-#include "document/compare.h"
-#include "output/problems/report.h"
+#include "input/files/input.h"
+#include "output/display/text_display.h"
+#include "platform/paths.h"
+#include "verbs/diff/comparison.h"
 #include "verbs/diff/diff_report.h"
-#include "verbs/diff/difference.h"
+#include "verbs/diff/folder_diff.h"
+#include "verbs/diff/folder_pairs.h"
 #include "verbs/verbs.h"
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
+#include <utility>
 
 namespace bkdoc {
 
@@ -26,43 +31,128 @@ bool take_compare_options(const Arguments& arguments, bk_parser::CompareOptions&
     return is_number;
 }
 
-void write(const std::vector<ToldDifference>& differences, const Arguments& arguments, Output& out) {
-    if (arguments.has("--json")) {
-        write_differences_json(differences, out);
-    } else if (arguments.has("--stat")) {
-        write_statistics(differences, out);
-    } else {
-        for (const ToldDifference& difference : differences) {
-            write_difference(difference, out);
+/// Without the separators at its end.
+std::string folder_name(const std::string& operand) {
+    const std::filesystem::path path = path_of(operand);
+    return path.has_filename() || !path.has_relative_path() ? operand : text_of(path.parent_path());
+}
+
+std::vector<ToldDifference> joined(const std::vector<FolderDiff::Row>& rows) {
+    std::vector<ToldDifference> all;
+    for (const FolderDiff::Row& row : rows) {
+        all.insert(all.end(), row.differences.begin(), row.differences.end());
+    }
+    return all;
+}
+
+void write_rows(const FolderDiff& diff, const std::vector<std::string>& folders, bool whole, Output& out) {
+    for (const FolderDiff::Row& row : diff.rows) {
+        if (row.pair.before.empty() || row.pair.after.empty()) {
+            write_one_sided(folders[row.pair.after.empty() ? 0 : 1], row.pair.name, out);
+        }
+        for (std::size_t i = 0; whole && i < row.differences.size(); ++i) {
+            write_difference(row.differences[i], out);
         }
     }
 }
 
+/// "12 documents compared, 2 only in old, 1 only in new".
+std::string sum_of(const FolderDiff& diff, const std::vector<std::string>& folders) {
+    std::string text = counted(diff.compared, "document", "documents") + " compared";
+    const std::size_t counts[] = {diff.one_sided.before.size(), diff.one_sided.after.size()};
+    for (std::size_t i = 0; i < std::size(counts); ++i) {
+        if (counts[i] != 0) {
+            text += ", " + grouped(counts[i]) + " only in " + shown(folders[i], file_name_limit);
+        }
+    }
+    return text + "\n";
+}
+
+ExitCode exit_code(ExitCode trouble, bool is_same) {
+    return trouble == EXIT_INTERRUPTED ? trouble
+           : trouble != EXIT_CLEAN     ? EXIT_UNREADABLE
+           : is_same                   ? EXIT_CLEAN
+                                       : EXIT_FAULTS;
+}
+
+/// Runs the verb.
+struct DiffRun {
+    const Arguments& arguments;
+    Streams& streams;
+    OpenOptions open;
+    bk_parser::CompareOptions options;
+
+    ExitCode files() {
+        const auto& operands = arguments.operands();
+        const Comparison comparison = compare_files(operands.at(0), operands.at(1), open, options, streams);
+        const auto& differences = comparison.differences;
+        if (comparison.trouble > EXIT_FAULTS) {
+            return comparison.trouble;
+        }
+        if (arguments.has("--json")) {
+            write_differences_json(differences, nullptr, streams.out);
+        } else if (arguments.has("--stat")) {
+            write_statistics(differences, streams.out);
+        } else {
+            for (const ToldDifference& difference : differences) {
+                write_difference(difference, streams.out);
+            }
+        }
+        return exit_code(comparison.trouble, differences.empty());
+    }
+
+    ExitCode folders() {
+        const std::vector<std::string> operands = {folder_name(arguments.operands().at(0)),
+                                                   folder_name(arguments.operands().at(1))};
+        FileListOptions list;
+        list.use_config = open.use_config;
+        list.extensions = arguments.values("--ext");
+        const FolderPairs pairs = pair_folders(operands.at(0), operands.at(1), std::move(list));
+        for (const std::string& fault : pairs.faults) {
+            complain(streams, fault);
+        }
+        FolderDiff diff = compare_folders(pairs.pairs, open, options, streams);
+        if (diff.trouble == EXIT_INTERRUPTED) {
+            return EXIT_INTERRUPTED;
+        }
+        if (arguments.has("--json")) {
+            write_differences_json(joined(diff.rows), &diff.one_sided, streams.out);
+        } else {
+            const bool is_summed = arguments.has("--stat");
+            write_rows(diff, operands, !is_summed, streams.out);
+            if (is_summed) {
+                write_statistics(joined(diff.rows), streams.out);
+                streams.out << sum_of(diff, operands);
+            }
+        }
+        return exit_code(pairs.faults.empty() ? diff.trouble : EXIT_UNREADABLE, diff.rows.empty());
+    }
+};
+
 } // namespace
 
 ExitCode run_diff(const Arguments& arguments, Streams& streams) {
-    OpenOptions open;
-    bk_parser::CompareOptions options;
-    if (!take_compare_options(arguments, options, streams) || !take_opening(arguments, open, streams)) {
+    DiffRun run{arguments, streams, {}, {}};
+    if (!take_compare_options(arguments, run.options, streams) ||
+        !take_opening(arguments, run.open, streams)) {
         return EXIT_UNREADABLE;
     }
-    open.keep_sources = true;
-    const OpenedDocument before = open_document(arguments.operands().at(0), open, streams);
-    const OpenedDocument after = open_document(arguments.operands().at(1), open, streams);
-    const ExitCode trouble = std::max(report_aside(before, streams), report_aside(after, streams));
-    if (!before.is_read() || !after.is_read()) {
-        return trouble;
+    run.open.keep_sources = true;
+    const std::string& before = arguments.operands().at(0);
+    const std::string& after = arguments.operands().at(1);
+    std::error_code failure;
+    const bool is_folder = std::filesystem::is_directory(path_of(before), failure);
+    if (is_folder != std::filesystem::is_directory(path_of(after), failure)) {
+        const std::string& folder = is_folder ? before : after;
+        const std::string& other = is_folder ? after : before;
+        const bool is_there = other == "-" || std::filesystem::exists(path_of(other), failure);
+        complain(streams, is_there ? shown(folder, file_name_limit) + " is a folder and " +
+                                         shown(other, file_name_limit) +
+                                         " is not; diff compares two files or two folders"
+                                   : shown(other, file_name_limit) + ": " + why_unread(other));
+        return EXIT_UNREADABLE;
     }
-    std::vector<ToldDifference> differences;
-    const auto changes = bk_parser::compare_trees(before.root(), after.root(), options);
-    if (!changes.empty()) {
-        const DifferenceTeller teller(before, after);
-        for (const bk_parser::TreeChange& change : changes) {
-            differences.push_back(teller.tell(change));
-        }
-    }
-    write(differences, arguments, streams.out);
-    return trouble != EXIT_CLEAN ? EXIT_UNREADABLE : differences.empty() ? EXIT_CLEAN : EXIT_FAULTS;
+    return is_folder ? run.folders() : run.files();
 }
 
 } // namespace bkdoc

@@ -45,7 +45,7 @@ std::string EditOutput::take(const OpenedDocument& document, const EditOutcome& 
     }
     for (bk_parser::FileChange& change : changes) {
         const std::string path = text_of(change.path);
-        const std::string real = path.empty() ? path : real_file(path); // one file, by whichever of its names
+        const std::string real = path.empty() ? path : real_file(path); // links give one file several names
         const auto [known, is_new] = by_path_.try_emplace(real, changed_.size());
         if (!is_new) {
             const Changed& other = changed_[known->second];
@@ -67,12 +67,12 @@ std::string EditOutput::take(const OpenedDocument& document, const EditOutcome& 
     return {};
 }
 
-/// The document's own file, as it would be.
+/// Takes the new bytes of the document's own file.
 void EditOutput::take_result(const OpenedDocument& document,
                              const std::vector<bk_parser::FileChange>& changes) {
     const std::string own = own_file(document);
     if (!own.empty() && !given_.insert(real_file(own)).second) {
-        return; // the same file by another name
+        return; // the same file under another name
     }
     const auto change =
         std::find_if(changes.begin(), changes.end(),
@@ -105,7 +105,7 @@ ExitCode EditOutput::finish() {
     return write_results();
 }
 
-/// Each stands beside the file that is changed, also when a link leads there.
+/// A backup stands beside the real file, even when a link led there.
 std::vector<bk_parser::FileChange> EditOutput::backups() const {
     std::vector<bk_parser::FileChange> backups;
     for (const Changed& changed : changed_) {
@@ -128,7 +128,7 @@ ExitCode EditOutput::write() {
     }
     std::string reason;
     {
-        const SignalsHeld held; // all files are written, or none
+        const SignalsHeld held; // a signal must not stop between two files
         reason = bk_parser::replace_files(changes);
     }
     if (!reason.empty()) {
@@ -140,7 +140,7 @@ ExitCode EditOutput::write() {
     return EXIT_CLEAN;
 }
 
-/// A reason begins with the path of a file, or of its backup.
+/// Replaces the path at the beginning of a reason, of a file or its backup, by the name that the user gave.
 std::string EditOutput::told_by_name(std::string reason) const {
     for (const Changed& changed : changed_) {
         const std::string path = text_of(changed.change.path);
@@ -190,7 +190,7 @@ ExitCode EditOutput::write_results() {
     return EXIT_CLEAN;
 }
 
-/// How much was changed where.
+/// Reports how many changes each file got.
 void EditOutput::close(Output& out, std::string_view how) {
     const auto told = [&](std::size_t count) {
         return counted(count, request_.one, request_.many) + " " + std::string(how) +

@@ -9,13 +9,13 @@
 
 namespace bkdoc {
 
-/// Gathers what the documents of one run would change, and writes it when all of them are through.
+/// Collects the changes of all documents of a run, and writes them when the last one is done.
 class EditOutput {
 public:
     EditOutput(const Arguments& arguments, Streams& streams, const EditRequest& request);
 
-    /// Takes the changes of one document. A reason when they do not go together with those of the documents before: a file
-    /// that several documents include changes for all of them in the same way.
+    /// Takes the changes of one document. Returns a reason when they contradict those of an earlier document: a file that
+    /// several documents include must change in the same way for all of them.
     std::string take(const OpenedDocument& document, const EditOutcome& outcome,
                      std::vector<bk_parser::FileChange>&& changes);
     ExitCode finish();
@@ -23,13 +23,13 @@ public:
 private:
     struct Changed {
         bk_parser::FileChange change;
-        std::string name;     // as reports call the file
-        std::string document; // whose change it is
+        std::string name;     // the file's name in messages
+        std::string document; // the document that changes it
         std::size_t count = 0;
     };
 
     void take_result(const OpenedDocument& document, const std::vector<bk_parser::FileChange>& changes);
-    /// Whether standard output, a diff or the disk gets the change.
+    /// Whether the change is written: to standard output, to a diff or to the disk.
     bool is_given(const Changed& changed) const;
     ExitCode write();
     std::vector<bk_parser::FileChange> backups() const;
@@ -43,11 +43,11 @@ private:
     bool is_dry_;
     bool writes_;
     bool keeps_old_;
-    std::vector<Changed> changed_; // in the order in which they are to be written
+    std::vector<Changed> changed_; // in the order of writing
     std::map<std::string, std::size_t> by_path_;
-    std::vector<std::string> results_; // for standard output, a document each
-    std::set<std::string> given_;      // the files that these are
-    bool has_bytes_ = false;           // a result is no text
+    std::vector<std::string> results_; // for standard output, one for each document
+    std::set<std::string> given_;      // the files of results_
+    bool has_bytes_ = false;           // a result is not text
     std::string notes_;
 };
 

@@ -18,7 +18,8 @@ void replace_each(std::string& text, std::string_view old, std::string_view with
     }
 }
 
-/// What the library says of a save, with files as the command line spells them, and without what only a program can do.
+/// Rewords the library's reason for the command line: with file names as the user spelled them, and without hints that only a
+/// program can follow.
 std::string tool_reason(std::string reason, const OpenedDocument& document) {
     for (const bk_parser::DocumentFile& file : document.document().files()) {
         replace_each(reason, text_of(file.path) + ":", shown_file(file.file, document.name()) + ":");
@@ -67,7 +68,7 @@ private:
         is_refused_ = true;
     }
 
-    // What a document with errors holds is not all that its file says.
+    // A document with errors lacks something of its file, so a save could lose it.
     bool may_change(const OpenedDocument& document) {
         if (!document.is_read()) {
             report_aside(document, streams_);

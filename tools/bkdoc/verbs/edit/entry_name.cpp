@@ -15,7 +15,8 @@ std::string why_no_name(std::string_view name) {
             return "it is a number, and would be read as a value";
         }
     }
-    return "names have letters, digits and _, and those of keywords begin with #";
+    return "names begin with a letter or _, and go on with letters, digits, _ and '.'; those of keywords "
+           "begin with #";
 }
 
 void warn_of_name(std::string_view name, Streams& streams) {

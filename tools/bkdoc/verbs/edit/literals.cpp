@@ -10,14 +10,14 @@ namespace bkdoc {
 
 namespace {
 
-// Of the version whose strings have escapes.
+// In this version strings have escapes.
 constexpr std::string_view probe = "#Brellwick_Serial_Version 1.2\nx ";
 
 std::size_t digits_at(std::string_view word, std::size_t at) noexcept {
     return std::min(word.find_first_not_of("0123456789", at), word.size()) - at;
 }
 
-/// A sign, digits with or without a point, and an exponent; or hexadecimal digits behind 0x.
+/// Matches a sign, digits with or without a point, and an exponent; or hexadecimal digits after 0x.
 bool looks_like_number(std::string_view word) noexcept {
     std::size_t at = word.starts_with('-') || word.starts_with('+') ? 1 : 0;
     if (word.substr(at).starts_with("0x") || word.substr(at).starts_with("0X")) {
@@ -76,7 +76,7 @@ Literals::Literals(std::string_view text, WantedType type, bool may_have_groups)
     string_ = text;
 }
 
-/// Lets the library read the values: there is one syntax.
+/// The library parses the values, so that there is one syntax.
 bool Literals::read(std::string_view text, bool may_have_groups) {
     bk_parser::LoadOptions options;
     options.follow_includes = false;
@@ -103,7 +103,7 @@ bool Literals::read(std::string_view text, bool may_have_groups) {
     return true;
 }
 
-/// Why a text that looks like numbers is not read as these; empty of other texts, which are strings.
+/// Why a text that looks like a number is not one. Empty for other texts, which are strings.
 std::string Literals::why_no_numbers(std::string_view text) const {
     bool is_any = false;
     for (std::string_view rest = text; !rest.empty();) {
@@ -125,7 +125,7 @@ std::string Literals::why_no_numbers(std::string_view text) const {
     return reason + "; in quotes it is a string";
 }
 
-/// What `type_` makes of the values; the entry is this object's own.
+/// Converts the values to `type_`. The entry belongs to this object.
 void Literals::convert() {
     auto& entry = const_cast<ParserEntry&>(*entry_);
     for (unsigned int i = 0; i < entry.get_value_count() && refusal_.empty(); ++i) {

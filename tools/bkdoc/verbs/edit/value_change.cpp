@@ -33,8 +33,8 @@ double calculated(double left, char operation, double right) noexcept {
                               : left / right;
 }
 
-/// Decimal numbers are calculated with as people do: 3.0 times 1.1 is 3.3, and not 3.3000000000000003. What is within
-/// the rounding of the operation of a number with 15 digits is that number.
+/// Removes the rounding error of one operation, so that 3.0 * 1.1 is 3.3 and not 3.3000000000000003: returns the nearest number
+/// with 15 digits when it is within 4 epsilon.
 double without_rounding_error(double number) noexcept {
     constexpr int digits = 15;
     constexpr double rounding = 4 * std::numeric_limits<double>::epsilon();
@@ -57,7 +57,7 @@ bool is_int(double number) noexcept {
            number == std::trunc(number);
 }
 
-/// The values before the first group.
+/// How many values stand before the first group.
 unsigned int leading_values(const ParserEntry& entry) {
     unsigned int count = 0;
     while (count < entry.get_value_count() && !entry.is_value_group(count)) {
@@ -185,7 +185,7 @@ ValueChange::Result ValueChange::calculate(ParserEntry& entry, unsigned int valu
     return result;
 }
 
-/// Empty, or why the value stays.
+/// Returns why the value stays; empty when it changed.
 std::string ValueChange::calculate_value(ParserEntry& entry, unsigned int i) const {
     const bk_parser::GivenValue operand = literals_.given(0);
     if (operand.kind == bk_parser::GivenValue::Kind::text) {

@@ -8,20 +8,20 @@
 
 namespace bkdoc {
 
-/// What `set` does to values: "=VALUES", "+=N", "-=N", "*=N", "/=N".
+/// A change that `set` makes to values: "=VALUES", "+=N", "-=N", "*=N" or "/=N".
 class ValueChange {
 public:
     ValueChange(std::string_view text, WantedType type);
 
-    /// Why it is no change, as one line; empty when it is.
+    /// Why the text is not a change, in one line; empty when it is.
     const std::string& refusal() const noexcept { return refusal_; }
 
     struct Result {
-        std::size_t changed = 0; // values that are now others
-        std::string refusal;     // why the entry stayed as it was
+        std::size_t changed = 0; // values that are different now
+        std::string refusal;     // why the entry did not change
     };
-    /// Changes one value of an entry, or the entry: "=" its values up to its first group, the others every number in
-    /// it, and "+=" with a string every string.
+    /// Changes one value of an entry, or the whole entry. "=" replaces the values up to the first group. The other operations
+    /// change every number in the entry, and "+=" with a string changes every string.
     Result apply(ParserEntry& entry, unsigned int value) const;
 
 private:

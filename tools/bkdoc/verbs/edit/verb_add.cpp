@@ -19,7 +19,7 @@ void append(ParserEntry& entry, const Literals& literals) {
         if (literals.is_group(i)) {
             auto group = std::make_unique<ParserGroup>(literals.group(i));
             entry.add_group(group.get());
-            static_cast<void>(group.release()); // adopted
+            static_cast<void>(group.release()); // the entry owns it now
             continue;
         }
         const bk_parser::GivenValue given = literals.given(i);

@@ -8,7 +8,25 @@ namespace bkdoc {
 
 namespace {
 
-EditOutcome move_found(OpenedDocument& document, const bk_parser::Path& from, const bk_parser::Path& to) {
+/// Another name that leads to a group is surely a group to move into, as with files.
+void warn_of_group(const OpenedDocument& document, const ParserEntry& entry, const bk_parser::Path& to,
+                   Streams& streams) {
+    const std::string name(entry.get_name().get_view());
+    for (const bk_parser::Visit& there : found_by(document, to)) {
+        const bool holds_group = there.entry().get_value_count() != 0 &&
+                                 there.entry().is_value_group(there.entry().get_value_count() - 1);
+        if (holds_group && &there.entry() != &entry && there.entry().get_name().get_view() != name) {
+            complain(streams,
+                     "warning: " + told_place(document, there.entry()) +
+                         ": is there already, and gets another of its name; to move into it, write " +
+                         std::string(to.text()) + "/" + name);
+            return;
+        }
+    }
+}
+
+EditOutcome move_found(OpenedDocument& document, const bk_parser::Path& from, const bk_parser::Path& to,
+                       Streams& streams) {
     EditOutcome outcome;
     const auto found = found_by(document, from);
     if (found.empty()) {
@@ -21,6 +39,7 @@ EditOutcome move_found(OpenedDocument& document, const bk_parser::Path& from, co
                           bk_parser::path_of(document.root(), entry);
         return outcome;
     }
+    warn_of_group(document, entry, to, streams);
     const std::string place = told_place(document, entry);
     outcome.is_found = true;
     ++outcome.counts[home_of(document, entry)];
@@ -42,8 +61,9 @@ ExitCode run_mv(const Arguments& arguments, Streams& streams) {
     }
     warn_of_name(last_name(operands[1]), streams);
     const EditRequest request{
-        {operands[2]}, operands[0], "entry",
-        "entries",     "moved",     [&](OpenedDocument& document) { return move_found(document, from, to); }};
+        {operands[2]}, operands[0],
+        "entry",       "entries",
+        "moved",       [&](OpenedDocument& document) { return move_found(document, from, to, streams); }};
     return run_edit(arguments, streams, request);
 }
 

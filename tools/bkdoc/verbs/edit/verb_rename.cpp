@@ -11,9 +11,9 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t name_limit = 200; // characters that are shown
+constexpr std::size_t name_limit = 200; // characters shown
 
-/// Renames what a path finds, and if asked for the strings that say one of the old names.
+/// Renames the entries that a path finds and, if asked for, the strings that contain an old name.
 class Renaming {
 public:
     Renaming(const bk_parser::Path& path, const std::string& name, bool with_references)

@@ -7,7 +7,7 @@ namespace bkdoc {
 
 namespace {
 
-/// What stands in an entry that is removed goes with it, and does not count.
+/// Removes entries. What an entry contains goes with it, and is not counted.
 EditOutcome remove_found(OpenedDocument& document, const bk_parser::Path& path) {
     EditOutcome outcome;
     bk_parser::PathSearch search(document.root(), path);

@@ -10,17 +10,17 @@
 
 namespace bkdoc {
 
-/// Opens the documents that the operands behind the first name, calls `search` with each, and writes what it found. 0 when
-/// something was found, 1 when nothing was, 2 when a document could not be read. Errors of a document do not count: what could be
-/// read of it is searched. `search` stops at the first match when that is all that is asked for.
+/// Opens the documents that the operands after the first one name, calls `search` with each, and writes what it found. Returns
+/// 0 when something was found, 1 when nothing was, 2 when a document could not be read. A document with errors is searched as
+/// far as it could be read. `search` may stop at the first match when the options ask for no more.
 ExitCode
 find_in_documents(const Arguments& arguments, Streams& streams,
                   const std::function<std::vector<Match>(const OpenedDocument&, bool first_only)>& search);
 
-/// Tells a malformed path, with a caret; `what` says where it was given, as "--path". False when it is malformed.
+/// Reports a malformed path with a caret, and returns false. `what` says where the path was given, such as "--path".
 bool accept_path(const bk_parser::Path& path, std::string_view what, Streams& streams);
 
-/// Tells that a document is not read whole, when that is so.
+/// Reports that a document was not read completely, if so.
 void note_errors(const OpenedDocument& document, Streams& streams);
 
 } // namespace bkdoc

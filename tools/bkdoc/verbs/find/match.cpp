@@ -27,7 +27,7 @@ bool is_digit(char character) noexcept {
     return character >= '0' && character <= '9';
 }
 
-/// Whether JSON spells this number in the same way.
+/// Whether JSON spells the number in the same way.
 bool is_json_number(std::string_view text) noexcept {
     std::size_t at = text.starts_with('-') ? 1 : 0;
     const auto digits = [&] {
@@ -58,7 +58,7 @@ bool is_json_number(std::string_view text) noexcept {
     return at == text.size();
 }
 
-/// A number that JSON cannot spell, as inf, is a string.
+/// A number that JSON cannot spell, such as inf, becomes a string.
 std::string json_number(const ParserEntry& entry, unsigned int i) {
     std::string spelling(entry.get_word(i).get_view());
     if (is_json_number(spelling)) {

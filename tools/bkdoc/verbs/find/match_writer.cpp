@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t few_matches = 8;
 
-/// The paths of matches. To know those of all entries takes longer than to look for a few.
+/// Finds the paths of matches. Computing the paths of all entries takes longer than searching for a few.
 class MatchPaths {
 public:
     MatchPaths(const ParserGroup& root, std::size_t match_count) : root_(root) {
@@ -90,7 +90,7 @@ void MatchWriter::document(const OpenedDocument& document, const std::vector<Mat
     }
 }
 
-/// "file:line:column: path = values"; without a place where the form has none, and without values where there are none.
+/// Writes "file:line:column: path = values". Leaves out the place where the form has none, and the values where there are none.
 void MatchWriter::line(const OpenedDocument& document, const std::string& path, const Match& match) {
     const bk_parser::EntryPlace place = place_of(document.document(), *match.entry);
     std::string where = shown(file_text(document, place), file_name_limit) + ":";

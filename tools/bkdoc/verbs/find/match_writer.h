@@ -11,18 +11,18 @@
 
 namespace bkdoc {
 
-/// Writes what was found, in the form that the command line asks for.
+/// Writes matches in the form that the options ask for.
 class MatchWriter {
 public:
     enum class Form { lines, values, counts, files, json };
 
-    /// `has_many_files`: a count is behind the name of its file.
+    /// With `has_many_files`, a count follows the name of its file.
     MatchWriter(Form form, bool has_many_files, Output& out)
         : form_(form), has_many_files_(has_many_files), out_(out), json_(out) {}
 
-    /// --values, --count, -l and --json; lines without.
+    /// The forms of --values, --count, -l and --json. `lines` is the form without an option.
     static Form form_of(const Arguments& arguments);
-    /// Whether one match of a document is as good as many.
+    /// Whether the form needs only one match of each document.
     bool wants_first_only() const noexcept { return form_ == Form::files; }
 
     void begin();

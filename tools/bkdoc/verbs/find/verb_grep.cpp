@@ -27,7 +27,7 @@ public:
     }
 
 private:
-    /// An entry whose name fits is one match, with all of its values.
+    /// An entry whose name matches is one match, with all of its values.
     void look_at(const ParserEntry& entry) {
         if (in_names_ && fits_name(entry)) {
             matches_.push_back({&entry});
@@ -45,7 +45,7 @@ private:
                (entry.is_template() && pattern_.fits(entry.get_template().get_view()));
     }
 
-    /// A string as it is, a number as it is spelled. Binary data is no text.
+    /// Matches the characters of a string and the spelling of a number. Binary data never matches.
     bool fits_value(const ParserEntry& entry, unsigned int i) {
         switch (entry.get_value_type(i)) {
         case ParserValue::TYPE_GROUP:

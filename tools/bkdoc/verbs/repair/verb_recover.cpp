@@ -155,7 +155,7 @@ private:
                        proof.loss->what + ": " + proof.loss->first + " reads back as " + proof.loss->second);
         }
         if (target_) {
-            const std::string reason = store_file(*target_, draft.bytes);
+            const std::string reason = store_file(*target_, draft.bytes, streams_);
             if (!reason.empty()) {
                 refuse(reason);
                 return EXIT_UNREADABLE;

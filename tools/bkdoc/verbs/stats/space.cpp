@@ -10,11 +10,11 @@ namespace bkdoc {
 
 namespace {
 
-constexpr std::size_t brace_bytes = 3; // of a group beside its entries and the blank before it: "{", " }"
+constexpr std::size_t brace_bytes = 3; // "{" and " }"
 constexpr std::size_t empty_bytes = 8; // " <empty>"
 constexpr std::string_view names_row = "(names)";
 
-/// The bytes of a value, without the blank before it.
+/// The bytes of a value, without the blank before it. Of a group, those of its braces.
 std::size_t text_size(const ParserEntry& entry, unsigned int i) {
     CoreString text;
     switch (entry.get_value_type(i)) {
@@ -33,12 +33,12 @@ std::size_t text_size(const ParserEntry& entry, unsigned int i) {
     return text.get_length();
 }
 
-/// The name with its template and array, the blank before it, and the signs around the values.
+/// The bytes of the name with its template and array suffix, the blank behind it, and the parentheses and commas of a call.
 std::size_t name_size(const ParserEntry& entry) {
     const std::size_t name = shown_name(entry).size() + 1;
     const std::size_t count = entry.get_value_count();
     if (entry.get_type() == ParserEntry::TYPE_FUNCTION_CALL) {
-        return name + (count == 0 ? 2 : count); // "()"; a parenthesis or a comma more for each value
+        return name + (count == 0 ? 2 : count); // "()", or one sign more for each value
     }
     return name + (count == 0 ? empty_bytes : 0);
 }
@@ -100,7 +100,7 @@ std::size_t SpaceCount::node_below(std::size_t parent, std::string_view name) {
     return node;
 }
 
-/// The names of the way to a node.
+/// The names that lead to a node.
 std::string SpaceCount::path_of(std::size_t node) const {
     constexpr std::size_t most_levels = 64;
     std::string path = nodes_[node].name;

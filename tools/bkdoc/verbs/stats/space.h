@@ -10,7 +10,7 @@
 
 namespace bkdoc {
 
-/// What one row of the statistics comes to. Bytes are those of the text on one line, as the library writes it.
+/// The sums of one row of the statistics. Bytes count the text as the library writes it on one line.
 struct Space {
     unsigned long long bytes = 0;
     unsigned long long entries = 0;
@@ -30,7 +30,7 @@ struct SpaceRow {
 
 enum class SpaceBy { path, name, type };
 
-/// Counts what takes the space of trees, in one way.
+/// Sums up the space of trees by path, name or type.
 class SpaceCount {
 public:
     explicit SpaceCount(SpaceBy by) : by_(by) { nodes_.push_back({}); }
@@ -38,12 +38,12 @@ public:
     void add(const ParserGroup& root);
 
     const Space& total() const noexcept { return total_; }
-    /// The largest first; of equal ones in the order of their names. A path has what is below it, too; a name has its entries
-    /// without those in their groups.
+    /// Rows by descending size; equal ones by name. A path includes everything below it. A name counts its own entries, without
+    /// the entries in their groups.
     std::vector<SpaceRow> rows() const;
 
 private:
-    /// All entries of one name in all groups of one path.
+    /// All entries that share a path.
     struct Node {
         std::size_t parent = 0;
         std::string name;
@@ -59,9 +59,9 @@ private:
 
     SpaceBy by_;
     Space total_;
-    std::vector<Node> nodes_; // the first is the root; each behind its parent
+    std::vector<Node> nodes_; // the root first; parents before children
     std::vector<std::size_t> open_;
-    std::unordered_map<std::string, Space> rows_; // by name or type
+    std::unordered_map<std::string, Space> rows_; // by name or by type
 };
 
 } // namespace bkdoc

@@ -25,7 +25,7 @@ std::string_view word_of(SpaceBy by) noexcept {
     return by == SpaceBy::name ? "name" : by == SpaceBy::type ? "type" : "path";
 }
 
-/// In tenths of a hundredth part, rounded.
+/// A share in tenths of a percent, rounded.
 unsigned long long share_of(unsigned long long part, unsigned long long whole) noexcept {
     return whole == 0 ? 0
                       : static_cast<unsigned long long>(
@@ -41,7 +41,7 @@ std::string right(const std::string& text, std::size_t width) {
     return std::string(width - std::min(width, text.size()), ' ') + text;
 }
 
-/// What is told of all documents together.
+/// What the report says of all documents together.
 struct Statistics {
     std::vector<std::string> files;
     SpaceBy by;

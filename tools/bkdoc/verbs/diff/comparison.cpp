@@ -1,0 +1,30 @@
+#include "verbs/diff/comparison.h"
+
+#include "output/problems/report.h"
+
+#include <algorithm>
+
+namespace bkdoc {
+
+Comparison compare_files(const std::string& before, const std::string& after, const OpenOptions& open,
+                         const bk_parser::CompareOptions& options, Streams& streams) {
+    Comparison result;
+    const OpenedDocument old = open_document(before, open, streams);
+    const OpenedDocument now = open_document(after, open, streams);
+    result.trouble = std::max(report_aside(old, streams), report_aside(now, streams));
+    if (!old.is_read() || !now.is_read()) {
+        return result;
+    }
+    const auto changes = bk_parser::compare_trees(old.root(), now.root(), options);
+    if (!changes.empty()) {
+        const DifferenceTeller teller(old, now);
+        for (const bk_parser::TreeChange& change : changes) {
+            result.differences.push_back(teller.tell(change));
+            result.differences.back().change.before = nullptr;
+            result.differences.back().change.after = nullptr;
+        }
+    }
+    return result;
+}
+
+} // namespace bkdoc
