@@ -9,7 +9,9 @@
 docs/python.md is the guide.
 """
 
-from bk_parser import _containers, _pickling
+import os as _os
+
+from bk_parser import _containers, _core, _pickling
 from bk_parser._core import (
     Document,
     Entry,
@@ -32,6 +34,9 @@ _containers.extend(Group)
 _containers.extend(Entry)
 _pickling.extend()
 _containers.extend_values(Values)
+_core._seal_types()
+if hasattr(_os, "register_at_fork"):
+    _os.register_at_fork(before=_core._wait_for_saves, after_in_child=_core._begin_forked)
 
 __all__ = [
     "Document",

@@ -14,6 +14,8 @@ def edit(
     search: Iterable[StrPath] = (),
     progress: Callable[[float], object] | None = None,
     key: str = "",
+    beside: bool = True,
+    working_folder: bool = True,
     trusted: bool = False,
     allow: Iterable[str] = (),
     lossy: bool = False,
@@ -24,6 +26,15 @@ def edit(
     When an exception passes, nothing is saved. A file that did not change is not written. The arguments are those of
     `load` and `Document.save`.
     """
-    document = load(path, search=search, progress=progress, key=key, trusted=trusted, allow=allow)
+    document = load(
+        path,
+        search=search,
+        progress=progress,
+        key=key,
+        beside=beside,
+        working_folder=working_folder,
+        trusted=trusted,
+        allow=allow,
+    )
     yield document
     document.save(lossy=lossy, into_includes=into_includes)

@@ -44,6 +44,16 @@ void make_types(py::module_& module) {
     add_type(module, "Problem", types.problem = make_problem_type());
 }
 
+/// Types change no more: no method goes away, and no object becomes one of another type, as a Group a Document, which
+/// it has not.
+void seal_types() {
+    for (PyTypeObject* const type : {types.group, types.document, types.entry, types.values, types.entries,
+                                     types.walk, types.search, types.problem}) {
+        type->tp_flags |= Py_TPFLAGS_IMMUTABLETYPE;
+        PyType_Modified(type);
+    }
+}
+
 } // namespace
 
 } // namespace bk_python
@@ -62,4 +72,7 @@ PYBIND11_MODULE(_core, module) {
     define_save();
     define_bytes(module);
     define_json(module);
+    module.def("_seal_types", seal_types);
+    module.def("_wait_for_saves", wait_for_saves);
+    module.def("_begin_forked", begin_forked);
 }

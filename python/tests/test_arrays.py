@@ -1,6 +1,7 @@
 """Lists of numbers as NumPy arrays, and back."""
 
 import array
+import ctypes
 
 import pytest
 
@@ -86,3 +87,48 @@ def test_arrays_without_a_buffer_of_numbers_are_stored_as_lists() -> None:
 def test_bytes_are_one_value() -> None:
     for data in (b"\x01\x02", bytearray(b"\x01\x02"), memoryview(b"\x01\x02")):
         assert Entry("d", data).values == [b"\x01\x02"]
+
+
+def test_masked_numbers_are_refused() -> None:
+    entry = Entry("n", 1)
+    masked = numpy.ma.array([1.0, 2.0, 3.0], mask=[False, True, False])
+    table = numpy.ma.array([[1, 2], [3, 4]], mask=[[False, False], [False, True]])
+    for given in (masked, list(masked), (one for one in masked), numpy.ma.masked, [numpy.ma.masked], table, masked[1]):
+        with pytest.raises(TypeError, match="a masked number is no value"):
+            entry.values = given
+    with pytest.raises(TypeError, match="a masked number is no value"):
+        entry.values.append(numpy.ma.masked)
+    for strange in (numpy.ma.array(["a", "b"], mask=[True, False]), numpy.ma.array([0.5], mask=[True], dtype="f2")):
+        with pytest.raises(TypeError, match="a masked number is no value"):
+            entry.values = strange
+    assert entry.values == [1]
+    entry.values = masked.filled(0)
+    assert entry.values == [1, 0, 3]
+    entry.values = numpy.ma.array([5, 6])
+    assert entry.values == [5, 6]
+    entry.values = masked[[0, 2]]
+    assert entry.values == [1, 3]
+
+
+def test_a_buffer_without_strides_is_read_in_the_order_of_c() -> None:
+    entry = Entry("n")
+    numbers: object
+    for numbers, expected in (
+        ((ctypes.c_double * 3)(1.5, 2.5, 3.5), [1.5, 2.5, 3.5]),
+        (((ctypes.c_int * 2) * 2)((1, 2), (3, 4)), [1, 2, 3, 4]),
+        (ctypes.c_double(4.5), [4.5]),
+    ):
+        entry.values.clear()
+        entry.values = numbers  # type: ignore[assignment]
+        assert entry.values == expected
+
+
+def test_dates_are_refused() -> None:
+    entry = Entry("n", 1)
+    dates = [numpy.datetime64("2020-01-01"), numpy.timedelta64(5, "D")]
+    for refused in (*dates, dates, numpy.array(dates[:1]), numpy.array(dates[1:])):
+        with pytest.raises(TypeError, match="a value is a bool, int, float, str or bytes, not"):
+            entry.values = refused
+        with pytest.raises(TypeError):
+            entry.values.append(refused)
+    assert entry.values == [1]

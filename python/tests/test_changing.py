@@ -393,3 +393,49 @@ def test_problems_travel_with_their_document() -> None:
     assert [problem.code for problem in document.problems] == ["unexpected-word"]
     assert pickle.loads(pickle.dumps(document)).problems == document.problems
     assert copy.deepcopy(document).problems == document.problems
+
+
+def test_a_slice_that_is_assigned_leaves_the_others_as_they_are() -> None:
+    entry = bk_parser.parse("v 1 2.0 3 { b 2 }")["v"]
+    entry.values.append(5)
+    group = entry.group
+    values = entry.values
+    values[0:1] = []
+    assert values == [2.0, 3, group, 5] and type(values[0]) is float
+    values[0:2] = [7, 8, "x"]
+    assert values == [7, 8, "x", group, 5] and type(values[0]) is float
+    values[4:] = [1.5]
+    assert values == [7, 8, "x", group, 1.5]
+    values[1:1] = (n for n in (5, 6))
+    assert values == [7, 5, 6, 8, "x", group, 1.5]
+    values[:4:2] = [1, 2]
+    values[1::-1] = [3, 4]
+    assert values == [4, 3, 2, 8, "x", group, 1.5]
+    for place in (slice(5, 6), slice(None, None, -1), slice(None), slice(5, None)):
+        with pytest.raises(ValueError):
+            values[place] = [9] * 7
+    for wrong in ([float("nan")], [[1]], 5):
+        with pytest.raises((TypeError, ValueError)):
+            values[0:1] = wrong  # type: ignore[assignment]
+    with pytest.raises(ValueError):
+        values[::2] = [1]
+    assert values == [4, 3, 2, 8, "x", group, 1.5]
+    del values[4::-2]
+    assert values == [3, 8, group, 1.5]
+    del values[1:3]
+    assert values == [3, 1.5] and group is not None and group.get("b") == 2
+    values[:] = values
+    values[2:] = values
+    assert values == [3, 1.5, 3, 1.5]
+
+
+def test_many_values_are_removed_in_one_go() -> None:
+    entry = Entry("v")
+    entry.values = range(100_000)
+    del entry.values[1::2]
+    assert entry.values[:3] == [0, 2, 4] and len(entry.values) == 50_000
+    entry.values[1:-1] = [7]
+    assert entry.values == [0, 7, 99_998]
+    entry.values = range(100_000)
+    entry.values.clear()
+    assert entry.values == []

@@ -8,6 +8,8 @@
 
 #include "parser/parser_limits.h"
 
+#include <limits>
+
 namespace bk_python {
 
 namespace {
@@ -26,6 +28,9 @@ bool is_carried(const ParserGroup& group) {
 }
 
 bool decode(std::string_view bytes, ParserGroup& group) {
+    if (bytes.size() > std::numeric_limits<unsigned int>::max()) {
+        return false;
+    }
     CoreVector<char> data;
     data.add_range(bytes.data(), static_cast<unsigned int>(bytes.size()));
     core_uint64 position = 0;
@@ -36,8 +41,26 @@ std::string_view view_of(const CoreVector<char>& bytes) noexcept {
     return {bytes.get_data(), bytes.get_count()};
 }
 
+/// A reader ends a string at a NUL and takes the rest for the next field.
+void refuse_nul(const ParserGroup& group) {
+    for (const bk_parser::Visit& visit : bk_parser::walk(group)) {
+        const ParserEntry& entry = visit.entry();
+        for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
+            std::string_view text;
+            if (entry.get_value_type(i) == ParserValue::TYPE_STRING &&
+                bk_parser::access::read(entry, i, text) && text.find('\0') != text.npos) {
+                fail(PyExc_ValueError, "the binary form carries no string with a NUL, as in the entry " +
+                                           std::string(entry.get_name().get_view()));
+            }
+        }
+    }
+}
+
 py::bytes to_binary(const Container& self) {
     const ParserGroup* const group = self.group();
+    if (group != nullptr) {
+        refuse_nul(*group);
+    }
     const CoreVector<char> bytes = group == nullptr ? CoreVector<char>() : group->get_binary(false);
     return py::bytes(bytes.get_data(), bytes.get_count());
 }
@@ -115,7 +138,8 @@ void define_bytes(py::module_& module) {
     module.def("from_binary", from_binary, py::arg("data"),
                "A document from the binary form, as to_binary gives it. Other threads run meanwhile.");
     const char* const to_binary_text =
-        "The entries in the binary form: names and values, without kinds, templates and array counts.";
+        "The entries in the binary form: names and values, without kinds, templates and array counts.\n"
+        "ValueError for a string with a NUL, which that form does not carry.";
     define(reinterpret_cast<PyObject*>(types.group), "to_binary", to_binary, to_binary_text);
     define(reinterpret_cast<PyObject*>(types.entry), "to_binary", to_binary, to_binary_text);
     module.def("_document_from_state",

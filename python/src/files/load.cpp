@@ -41,14 +41,11 @@ std::function<bool(double)> progress_of(const py::object& callable) {
 }
 
 LoadOptions options_of(const py::object& search, const py::object& progress, const std::string& key,
-                       bool beside, bool follow_includes, bool trusted, bool keep_places,
-                       const py::object& allow) {
+                       bool trusted, bool keep_places, const py::object& allow) {
     LoadOptions options;
     options.search = paths_from(search, "search");
     options.progress = progress_of(progress);
     options.key = key;
-    options.beside = beside;
-    options.follow_includes = follow_includes;
     options.limits = trusted ? ParserLimits() : ParserLimits::untrusted();
     options.keep_sources = keep_places;
     options.allow = texts_from(allow, "allow");
@@ -56,11 +53,13 @@ LoadOptions options_of(const py::object& search, const py::object& progress, con
 }
 
 py::object load(const py::object& path, const py::object& search, const py::object& progress,
-                const std::string& key, bool beside, bool follow_includes, bool trusted, bool keep_places,
-                const py::object& allow) {
+                const std::string& key, bool beside, bool working_folder, bool follow_includes, bool trusted,
+                bool keep_places, const py::object& allow) {
     const std::filesystem::path file = path_from(path);
-    const LoadOptions options =
-        options_of(search, progress, key, beside, follow_includes, trusted, keep_places, allow);
+    LoadOptions options = options_of(search, progress, key, trusted, keep_places, allow);
+    options.beside = beside;
+    options.working_folder = working_folder;
+    options.follow_includes = follow_includes;
     LoadResult loaded;
     {
         const py::gil_scoped_release unlocked;
@@ -72,7 +71,7 @@ py::object load(const py::object& path, const py::object& search, const py::obje
 py::object parse(const py::object& text, const py::object& search, const py::object& progress, bool trusted,
                  bool keep_places, const py::object& allow) {
     const std::string content = content_from(text);
-    const LoadOptions options = options_of(search, progress, {}, true, true, trusted, keep_places, allow);
+    const LoadOptions options = options_of(search, progress, {}, trusted, keep_places, allow);
     LoadResult loaded;
     {
         const py::gil_scoped_release unlocked;
@@ -161,14 +160,18 @@ void define_load(py::module_& module) {
     module.def(
         "load", load, py::arg("path"), py::kw_only(), py::arg("search") = py::tuple(),
         py::arg("progress") = py::none(), py::arg("key") = "", py::arg("beside") = true,
-        py::arg("follow_includes") = true, py::arg("trusted") = false, py::arg("keep_places") = true,
-        py::arg("allow") = py::tuple(),
+        py::arg("working_folder") = true, py::arg("follow_includes") = true, py::arg("trusted") = false,
+        py::arg("keep_places") = true, py::arg("allow") = py::tuple(),
         "Loads a document in any stored form. Raises LoadError only when nothing could be read; else the\n"
         "document's problems say what was wrong.\n\n"
         "search: folders in which included files are looked for.\n"
         "progress: called about a hundred times with the share that is done, from 0 to 1; False cancels.\n"
         "key: decrypts an enciphered document.\n"
         "beside: look for included files beside the including one first.\n"
+        "working_folder: look for them in the working folder at last. Without it a document reads alike "
+        "whichever\n"
+        "that folder is; \".\" in search stands for it all the same.\n"
+        "follow_includes: read included files; else their directives are left out.\n"
         "trusted: read the document however much its includes or its archive make of it.\n"
         "keep_places: keep the sources in memory, so that entries know their file and line.\n"
         "allow: codes of warnings that are not told.\n\n"

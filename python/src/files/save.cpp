@@ -48,6 +48,7 @@ std::optional<bk_parser::Form> form_of(const std::optional<std::string>& name) {
 /// wait.
 template <class Action>
 auto without_lock(const DocumentSelf& self, const Action& act) {
+    wait_for_forks();
     Tree& tree = *use_group(self.ptr()).head.tree;
     const TreeRef kept(&tree);
     const Occupation occupied(tree);

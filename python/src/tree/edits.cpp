@@ -241,6 +241,20 @@ void remove_value(Tree& tree, ParserEntry& entry, unsigned int value) {
     array_count.follow();
 }
 
+void remove_values(Tree& tree, ParserEntry& entry, const CoreBasicArray<unsigned int>& values) {
+    refuse_exported(tree, entry);
+    begin_edit(tree);
+    for (const unsigned int value : values) {
+        ParserGroup* group = nullptr;
+        if (bk_parser::access::read(entry, value, group)) {
+            detach_group(tree, *group);
+        }
+    }
+    bk_parser::ArrayCount array_count(entry);
+    entry.remove_value(values);
+    array_count.follow();
+}
+
 ParserGroup& add_group(EntryObject& handle) {
     Tree& tree = *handle.head.tree;
     refuse_exported(tree, *handle.entry);

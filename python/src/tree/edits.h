@@ -25,6 +25,8 @@ void remove_entry(Tree& tree, ParserGroup& group, unsigned int position);
 void insert_entry(Tree& tree, ParserGroup& group, unsigned int position, EntryObject& entry);
 /// Removes a value. A group with a handle lives on, as an entry does.
 void remove_value(Tree& tree, ParserEntry& entry, unsigned int value);
+/// Removes the values at these positions, in time that is linear in all values.
+void remove_values(Tree& tree, ParserEntry& entry, const CoreBasicArray<unsigned int>& values);
 /// Appends a group to the values of an entry.
 ParserGroup& add_group(EntryObject& handle);
 /// Removes the entries that a path finds, and returns how many there were.

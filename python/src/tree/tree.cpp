@@ -21,9 +21,21 @@ struct Waiting {
 };
 
 /// Never destroyed, because threads of the interpreter may still wait when the process ends.
-Waiting& waiting() {
-    static auto* const shared = new Waiting;
-    return *shared;
+Waiting*& waiting() {
+    static auto* shared = new Waiting;
+    return shared;
+}
+
+// Of all trees. They grow with the interpreter's lock held, and shrink with that of `waiting` held, too.
+std::atomic<std::size_t> occupation_count = 0;
+std::atomic<std::size_t> fork_count = 0; // those that wait
+
+template <class Condition>
+void wait_until(const Condition& holds) {
+    const py::gil_scoped_release unlocked;
+    Waiting& shared = *waiting();
+    std::unique_lock lock(shared.mutex);
+    shared.is_free.wait(lock, holds);
 }
 
 } // namespace
@@ -80,19 +92,40 @@ GroupPlace Tree::place_of(ParserGroup& group) {
 
 void wait_until_free(Tree& tree) {
     const TreeRef kept(&tree);
-    const py::gil_scoped_release unlocked;
-    std::unique_lock lock(waiting().mutex);
-    waiting().is_free.wait(lock, [&] { return !tree.is_busy; });
+    wait_until([&] { return !tree.is_busy; });
+}
+
+void wait_for_saves() {
+    ++fork_count;
+    while (occupation_count != 0) {
+        wait_until([] { return occupation_count == 0; });
+    }
+    const std::lock_guard lock(waiting()->mutex);
+    --fork_count;
+    waiting()->is_free.notify_all();
+}
+
+void wait_for_forks() {
+    while (fork_count != 0) {
+        wait_until([] { return fork_count == 0; });
+    }
+}
+
+/// Other threads of the parent may have held the lock.
+void begin_forked() {
+    waiting() = new Waiting;
 }
 
 Occupation::Occupation(Tree& tree) : tree_(tree) {
     tree_.is_busy = true;
+    ++occupation_count;
 }
 
 Occupation::~Occupation() {
-    const std::lock_guard lock(waiting().mutex);
+    const std::lock_guard lock(waiting()->mutex);
     tree_.is_busy = false;
-    waiting().is_free.notify_all();
+    --occupation_count;
+    waiting()->is_free.notify_all();
 }
 
 } // namespace bk_python

@@ -86,6 +86,14 @@ private:
 /// Waits until no save works on the tree. Releases the interpreter's lock meanwhile.
 void wait_until_free(Tree& tree);
 
+/// Waits until no save goes on: one that a fork cuts in two never ends in the child. The interpreter's lock is given up
+/// meanwhile.
+void wait_for_saves();
+/// What a save does first, so that those who wait for saves have their turn.
+void wait_for_forks();
+/// Called in the child of a fork.
+void begin_forked();
+
 /// Marks the tree as busy while the interpreter's lock is released. Construct and destroy it with the lock held.
 class Occupation {
 public:

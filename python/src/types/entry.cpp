@@ -141,14 +141,19 @@ py::object file_of(EntryObject& handle) {
     return place.is_known() && !place.file.empty() ? py::cast(place.file) : py::none();
 }
 
+std::string shortened(std::string_view name) {
+    return name.size() <= shown_characters ? std::string(name)
+                                           : std::string(name.substr(0, shown_characters)) + "...";
+}
+
 /// The repr: the head and, if short, the values.
 PyObject* represent(PyObject* self) noexcept {
     return guarded<PyObject*>(nullptr, [&] {
         const EntryObject& handle = use_entry(self);
         const ParserEntry& entry = *handle.entry;
-        std::string text(entry.get_name().get_view());
+        std::string text = shortened(entry.get_name().get_view());
         if (entry.is_template()) {
-            text += "<" + std::string(entry.get_template().get_view()) + ">";
+            text += "<" + shortened(entry.get_template().get_view()) + ">";
         }
         for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
             if (text.size() > shown_characters) {

@@ -64,17 +64,32 @@ void remove_at(PyObject* self, Py_ssize_t index) {
     remove_value(*handle.head.tree, *handle.entry, value);
 }
 
-void remove_slice(PyObject* self, PyObject* key) {
+/// Where a slice begins, how far its places are apart, and how many there are.
+struct Places {
     Py_ssize_t begin = 0;
-    Py_ssize_t end = 0;
     Py_ssize_t step = 0;
-    if (PySlice_Unpack(key, &begin, &end, &step) != 0) {
+    Py_ssize_t count = 0;
+
+    Py_ssize_t at(Py_ssize_t i) const noexcept { return begin + i * step; }
+};
+
+Places places_of(PyObject* self, PyObject* slice) {
+    Places places;
+    Py_ssize_t end = 0;
+    if (PySlice_Unpack(slice, &places.begin, &end, &places.step) != 0) {
         throw py::error_already_set();
     }
-    const Py_ssize_t count = PySlice_AdjustIndices(count_of(self), &begin, &end, step);
-    for (Py_ssize_t i = 0; i < count; ++i) {
-        remove_at(self, step > 0 ? begin + (count - 1 - i) * step : begin + i * step);
+    places.count = PySlice_AdjustIndices(count_of(self), &places.begin, &end, places.step);
+    return places;
+}
+
+void remove_places(PyObject* self, const Places& places) {
+    const EntryObject& handle = use_entry(entry_of(self));
+    CoreBasicArray<unsigned int> values(static_cast<unsigned int>(places.count));
+    for (Py_ssize_t i = 0; i < places.count; ++i) {
+        values[static_cast<unsigned int>(i)] = static_cast<unsigned int>(places.at(i));
     }
+    remove_values(*handle.head.tree, *handle.entry, values);
 }
 
 void set_item(PyObject* self, PyObject* key, PyObject* content) {
@@ -92,14 +107,62 @@ void set_item(PyObject* self, PyObject* key, PyObject* content) {
           given.end());
 }
 
-void set_slice(PyObject* self, PyObject* key, PyObject* content) {
-    const py::list list = as_list(self);
-    if (PyObject_SetItem(list.ptr(), key, content) != 0) {
-        throw py::error_already_set();
-    }
-    const Given given(list);
+void insert_at(PyObject* self, Py_ssize_t index, std::span<const bk_parser::GivenValue> given) {
     EntryObject& handle = use_entry(entry_of(self));
-    store(*handle.head.tree, *handle.entry, 0, given.values(), given.end());
+    ParserEntry& entry = *handle.entry;
+    const auto count = static_cast<Py_ssize_t>(entry.get_value_count());
+    index = std::clamp<Py_ssize_t>(index < 0 ? index + count : index, 0, count);
+    store(*handle.head.tree, *handle.entry, static_cast<unsigned int>(count), given,
+          bk_parser::access::ListEnd::keep);
+    for (unsigned int i = 0; index != count && i < given.size(); ++i) {
+        entry.move_value(static_cast<unsigned int>(count) + i, static_cast<unsigned int>(index) + i);
+    }
+    handle.head.tree->forget_paths();
+}
+
+/// One value after the other from a place on; each keeps the type of number that stands there.
+void store_from(PyObject* self, Py_ssize_t place, std::span<const bk_parser::GivenValue> given) {
+    const EntryObject& handle = use_entry(entry_of(self));
+    store(*handle.head.tree, *handle.entry, static_cast<unsigned int>(place), given,
+          bk_parser::access::ListEnd::keep);
+}
+
+/// The values outside the slice stay as they are.
+void set_range(PyObject* self, const Places& places, std::span<const bk_parser::GivenValue> given) {
+    const auto given_count = static_cast<Py_ssize_t>(given.size());
+    const Py_ssize_t common = std::min(places.count, given_count);
+    if (common != 0) {
+        store_from(self, places.begin, given.first(static_cast<std::size_t>(common)));
+    }
+    if (given_count > common) {
+        insert_at(self, places.begin + common, given.subspan(static_cast<std::size_t>(common)));
+    } else if (places.count > common) {
+        remove_places(self, {places.begin + common, 1, places.count - common});
+    }
+}
+
+void set_places(PyObject* self, const Places& places, std::span<const bk_parser::GivenValue> given) {
+    if (static_cast<Py_ssize_t>(given.size()) != places.count) {
+        fail(PyExc_ValueError, "a slice with a step takes as many values as it has places");
+    }
+    const ParserEntry& entry = *use_entry(entry_of(self)).entry;
+    for (Py_ssize_t i = 0; i < places.count; ++i) {
+        if (entry.get_value_type(static_cast<unsigned int>(places.at(i))) == ParserValue::TYPE_GROUP) {
+            fail(PyExc_ValueError, "a group stands there; remove it first");
+        }
+    }
+    for (Py_ssize_t i = 0; i < places.count; ++i) {
+        store_from(self, places.at(i), given.subspan(static_cast<std::size_t>(i), 1));
+    }
+}
+
+void set_slice(PyObject* self, PyObject* key, PyObject* content) {
+    const Given given{py::list(py::reinterpret_borrow<py::object>(content))};
+    const Places places = places_of(self, key);
+    const EntryObject& handle = use_entry(entry_of(self));
+    refuse_exported(*handle.head.tree, *handle.entry);
+    refuse_numbers(given.values());
+    (places.step == 1 ? set_range : set_places)(self, places, given.values());
 }
 
 int assign_subscript(PyObject* self, PyObject* key, PyObject* content) {
@@ -107,7 +170,7 @@ int assign_subscript(PyObject* self, PyObject* key, PyObject* content) {
         if (content != nullptr) {
             (PySlice_Check(key) ? set_slice : set_item)(self, key, content);
         } else if (PySlice_Check(key)) {
-            remove_slice(self, key);
+            remove_places(self, places_of(self, key));
         } else {
             const Py_ssize_t index = PyNumber_AsSsize_t(key, PyExc_IndexError);
             if (index == -1 && PyErr_Occurred() != nullptr) {
@@ -143,19 +206,6 @@ void free_values(PyObject* self) noexcept {
     Py_DECREF(entry_of(self));
     PyObject_Free(self);
     Py_DECREF(type);
-}
-
-void insert_at(PyObject* self, Py_ssize_t index, const Given& given) {
-    EntryObject& handle = use_entry(entry_of(self));
-    ParserEntry& entry = *handle.entry;
-    const auto count = static_cast<Py_ssize_t>(entry.get_value_count());
-    index = std::clamp<Py_ssize_t>(index < 0 ? index + count : index, 0, count);
-    store(*handle.head.tree, *handle.entry, static_cast<unsigned int>(count), given.values(),
-          bk_parser::access::ListEnd::keep);
-    for (unsigned int i = 0; index != count && i < given.values().size(); ++i) {
-        entry.move_value(static_cast<unsigned int>(count) + i, static_cast<unsigned int>(index) + i);
-    }
-    handle.head.tree->forget_paths();
 }
 
 } // namespace
@@ -201,13 +251,13 @@ void define_values_methods() {
             if (given.is_list()) {
                 fail(PyExc_TypeError, "append takes one value; extend takes several");
             }
-            insert_at(self.ptr(), PY_SSIZE_T_MAX, given);
+            insert_at(self.ptr(), PY_SSIZE_T_MAX, given.values());
         },
         py::arg("value"), "Adds a value at the end.");
     define(
         type, "extend",
         [](const ValuesSelf& self, const py::object& values) {
-            insert_at(self.ptr(), PY_SSIZE_T_MAX, Given(values));
+            insert_at(self.ptr(), PY_SSIZE_T_MAX, Given(values).values());
         },
         py::arg("values"), "Adds the values of a list, an array or another iterable at the end.");
     define(
@@ -217,15 +267,13 @@ void define_values_methods() {
             if (given.is_list()) {
                 fail(PyExc_TypeError, "insert takes one value");
             }
-            insert_at(self.ptr(), index, given);
+            insert_at(self.ptr(), index, given.values());
         },
         py::arg("index"), py::arg("value"), "Adds a value before the one at an index.");
     define(
         type, "clear",
         [](const ValuesSelf& self) {
-            while (count_of(self.ptr()) != 0) {
-                remove_at(self.ptr(), -1);
-            }
+            remove_places(self.ptr(), {0, 1, count_of(self.ptr())});
         },
         "Removes all values. A group for which a Python object stands lives on, detached.");
     define(

@@ -41,7 +41,14 @@ std::filesystem::path path_from(py::handle object) {
 }
 
 std::filesystem::path optional_path_from(py::handle object) {
-    return object.is_none() ? std::filesystem::path() : path_from(object);
+    if (object.is_none()) {
+        return {};
+    }
+    std::filesystem::path path = path_from(object);
+    if (path.empty()) { // which None stands for here
+        fail(PyExc_ValueError, "an empty path names no file");
+    }
+    return path;
 }
 
 std::vector<std::filesystem::path> paths_from(py::handle object, const char* name) {

@@ -11,7 +11,7 @@ namespace bk_python {
 
 /// A str, bytes or os.PathLike; ValueError for a null character.
 std::filesystem::path path_from(py::handle object);
-/// The same; None gives an empty path.
+/// The same; None gives an empty path, and an empty path is a ValueError.
 std::filesystem::path optional_path_from(py::handle object);
 /// Any iterable of paths, but not a single path. `name` is the argument's name, for messages.
 std::vector<std::filesystem::path> paths_from(py::handle object, const char* name);

@@ -23,6 +23,17 @@ bool is_refused_buffer() {
          std::string("a value is a bool, int, float, str or bytes, not ") + Py_TYPE(given.ptr())->tp_name);
 }
 
+/// A masked array shows all its numbers in its buffer, those that it hides too; so does a masked number.
+void refuse_masked(py::handle object) {
+    if (!py::hasattr(object, "mask")) {
+        return;
+    }
+    const py::object mask = object.attr("mask");
+    if (py::hasattr(mask, "any") && py::bool_(mask.attr("any")())) {
+        fail(PyExc_TypeError, "a masked number is no value; fill the array first, as with filled(0)");
+    }
+}
+
 class Buffer {
 public:
     Buffer(py::handle object, int flags) : is_held_(PyObject_GetBuffer(object.ptr(), &view, flags) == 0) {}
@@ -148,11 +159,15 @@ bool Given::add_buffer(py::handle object, bool takes_list) {
     if (PyObject_CheckBuffer(object.ptr()) == 0) {
         return false;
     }
+    refuse_masked(object);
     const Buffer buffer(object, PyBUF_FULL_RO);
     if (!buffer.is_held()) {
         return !is_refused_buffer();
     }
-    if (buffer.view.ndim != 0 && !takes_list) {
+    // A single date of NumPy shows its bytes.
+    const bool is_bytes =
+        buffer.view.ndim != 0 && py::hasattr(object, "ndim") && py::int_(0).equal(object.attr("ndim"));
+    if (is_bytes || (buffer.view.ndim != 0 && !takes_list)) {
         return false;
     }
     is_list_ = is_list_ || buffer.view.ndim != 0;

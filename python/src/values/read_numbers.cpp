@@ -73,11 +73,15 @@ NumberReader reader_of(const char* format, Py_ssize_t size) noexcept {
 
 bool read_numbers(const Py_buffer& buffer, std::vector<GivenValue>& out) {
     const NumberReader read = reader_of(buffer.format, buffer.itemsize);
-    if (read == nullptr || buffer.suboffsets != nullptr || buffer.ndim > 8) {
+    if (read == nullptr || buffer.suboffsets != nullptr || buffer.ndim > 8 ||
+        (buffer.ndim != 0 && buffer.shape == nullptr)) {
         return false;
     }
+    // Some that show their numbers side by side, such as ctypes, give no strides even when they are asked for them.
+    Py_ssize_t strides[8] = {};
     Py_ssize_t count = 1;
-    for (int i = 0; i < buffer.ndim; ++i) {
+    for (int i = buffer.ndim; i-- != 0;) {
+        strides[i] = buffer.strides == nullptr ? count * buffer.itemsize : buffer.strides[i];
         count *= buffer.shape[i];
     }
     out.reserve(out.size() + static_cast<std::size_t>(count));
@@ -86,11 +90,11 @@ bool read_numbers(const Py_buffer& buffer, std::vector<GivenValue>& out) {
     for (; count != 0; --count) {
         out.push_back(read(place));
         for (int i = buffer.ndim; i-- != 0;) {
-            place += buffer.strides[i];
+            place += strides[i];
             if (++index[i] < buffer.shape[i]) {
                 break;
             }
-            place -= buffer.strides[i] * buffer.shape[i];
+            place -= strides[i] * buffer.shape[i];
             index[i] = 0;
         }
     }
