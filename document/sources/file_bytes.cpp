@@ -58,6 +58,7 @@ bool read_pieces(bk::FileInput& input, core_uint64 most, FileBytes& file, Meter&
         const std::size_t wanted = std::min<std::size_t>(piece_size, static_cast<std::size_t>(room) - have);
         const std::size_t got = input.read(bytes + have, wanted);
         hash.add({bytes + have, got});
+        file.facts.add({bytes + have, got});
         have += got;
         is_whole = got < wanted || wanted == 0;
         meter.reach(have);

@@ -100,6 +100,11 @@ void take_nul(StrayBytes& found, std::size_t at) noexcept {
 
 } // namespace
 
+bool are_plain_bytes(std::string_view text) noexcept {
+    const char* const end = text.data() + text.size();
+    return find_other(text.data(), end) == end;
+}
+
 StrayBytes find_stray_bytes(std::string_view text) {
     constexpr std::string_view mark = "\xEF\xBB\xBF";
     StrayBytes found;

@@ -20,4 +20,7 @@ struct StrayBytes {
 /// Finds them. Linear; skips characters below 0x80 in blocks.
 StrayBytes find_stray_bytes(std::string_view text);
 
+/// Whether there is neither a NUL nor a byte from 0x80 up, and so no stray byte.
+bool are_plain_bytes(std::string_view text) noexcept;
+
 } // namespace bk_parser
