@@ -24,7 +24,7 @@ std::uint64_t count_line_ends(std::string_view text) noexcept {
 /// With the facts of the text, where they are known.
 std::uint64_t count_lines(std::string_view text, const std::optional<ByteFacts>& facts) noexcept {
     const bool is_open = !text.empty() && text.back() != '\n' && text.back() != '\r';
-    const std::uint64_t ends = facts && !facts->has_returns ? facts->line_feeds : count_line_ends(text);
+    const std::uint64_t ends = facts && !facts->have_returns() ? facts->line_feeds() : count_line_ends(text);
     return ends + (is_open ? 1 : 0);
 }
 

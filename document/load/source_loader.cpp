@@ -15,7 +15,7 @@ namespace bk_parser {
 namespace {
 
 constexpr std::size_t least_dropped = std::size_t{1} << 20; // what smaller texts take is not worth the work
-constexpr double reading_share = 0.3; // of what a file costs before it is parsed
+constexpr double reading_share = 0.3;                       // of what a file costs before it is parsed
 
 bool ends_word(char character) noexcept {
     return bk::is_char(character, bk::CHAR_BLANK | bk::CHAR_DELIMITER);
@@ -166,17 +166,17 @@ void SourceLoader::entered(const bk::SourceEntered& file) {
         facts_.reset();
     }
     includes_.entered(file, facts_);
-    const bool is_plain = facts_ && facts_->is_plain;
-    open_.push_back({range_, file.text.get_length(), 0, is_plain});
+    const bool is_clean = facts_ && facts_->are_clean();
+    open_.push_back({range_, file.text.get_length(), 0, is_clean});
     facts_.reset();
-    if (!is_plain || file.text.get_length() < least_dropped) {
+    if (!is_clean || file.text.get_length() < least_dropped) {
         stop_collecting();
     }
     resume();
 }
 
 void SourceLoader::left(CoreString&& text) {
-    const bool is_plain = open_.back().is_plain;
+    const bool is_clean = open_.back().is_clean;
     meter_.stop(open_.back().size);
     open_.pop_back();
     includes_.left();
@@ -184,7 +184,7 @@ void SourceLoader::left(CoreString&& text) {
     if (is_dropped) {
         gaps_->append(text.get_view().substr(collected_));
     }
-    sources_.leave(std::move(text), is_plain);
+    sources_.leave(std::move(text), is_clean);
     if (is_dropped) {
         sources_.drop_document(*gaps_, *expanded_);
     }

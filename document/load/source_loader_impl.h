@@ -49,7 +49,7 @@ private:
         Meter::Range range;
         std::size_t size;
         std::size_t done;
-        bool is_plain;
+        bool is_clean;
     };
 
     void tell(std::string_view code, std::string message);
@@ -69,13 +69,13 @@ private:
     Spot directive_;     // of the include that is looked for
     std::string reason_; // why it was not read
     std::string_view reason_code_;
-    core_uint64 size_ = 0; // of one that is too large
-    core_uint64 most_ = 0; // that could be read of it
+    core_uint64 size_ = 0;           // of one that is too large
+    core_uint64 most_ = 0;           // that could be read of it
     std::optional<ByteFacts> facts_; // of the file that is entered next, as it is stored
     char last_ = ' ';                // of the expanded text
     CoreString* gaps_ = nullptr;     // null when they are not collected
     const CoreString* expanded_ = nullptr;
-    std::size_t collected_ = 0;      // up to where, in the document's text
+    std::size_t collected_ = 0; // up to where, in the document's text
 };
 
 } // namespace bk_parser

@@ -19,10 +19,12 @@ unsigned char count_in_block(const char* text, std::size_t size) noexcept {
 
 } // namespace
 
-void ByteFacts::add(std::string_view piece) noexcept {
-    is_plain = is_plain && are_plain_bytes(piece);
-    has_returns = has_returns || piece.find('\r') != std::string_view::npos;
-    line_feeds += count_line_feeds(piece);
+void ByteFacts::add(std::string_view bytes, std::size_t begin) noexcept {
+    const std::string_view piece = bytes.substr(begin);
+    size_ = bytes.size();
+    clean_ = skip_clean_bytes(bytes, clean_);
+    has_returns_ = has_returns_ || piece.find('\r') != std::string_view::npos;
+    line_feeds_ += count_line_feeds(piece);
 }
 
 /// Counts in blocks of one size, a multiple of a vector's, for which the compiler makes half as many instructions as for blocks of any

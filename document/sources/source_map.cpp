@@ -20,14 +20,14 @@ void SourceMap::enter(const SourceName& name, std::string_view path, const Spot&
     open_.push_back(inclusions_.size() - 1);
 }
 
-void SourceMap::leave(CoreString&& text, bool is_plain) {
+void SourceMap::leave(CoreString&& text, bool is_clean) {
     if (open_.empty()) {
         return;
     }
     SourceFile& file = *files_[inclusions_[current()].file];
     if (file.text.get_text().empty()) {
         file.text = SourceText(std::move(text));
-        file.is_plain = is_plain;
+        file.is_clean = is_clean;
     }
     open_.pop_back();
 }

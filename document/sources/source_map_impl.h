@@ -23,7 +23,7 @@ struct SourceFile {
     SourceName name;
     std::string path; // absolute, UTF-8; empty for a document in memory
     SourceText text;
-    bool is_plain = false; // its text is known to have neither NULs nor bytes from 0x80 up
+    bool is_clean = false; // its text is known to have no stray bytes
 };
 
 /// A piece of a file, in one of the places that the file was included at.
@@ -60,7 +60,7 @@ public:
     /// A file begins, at the place of a directive in the file that was current until now.
     void enter(const SourceName& name, std::string_view path, const Spot& directive);
     /// The current file ends. Its text is kept, of a file that is included more than once the first.
-    void leave(CoreString&& text, bool is_plain = false);
+    void leave(CoreString&& text, bool is_clean = false);
     /// A piece of the current file becomes part of the expanded text, after all that came before. Returns false when it continues the
     /// piece before.
     bool copy(std::size_t offset, std::size_t length, std::size_t expanded);

@@ -27,8 +27,7 @@ public:
     FileChecks(std::size_t inclusion, std::size_t expanded, const SourceFile& file, bool has_escapes,
                const Losses& losses, ProblemList& problems)
         : inclusion_(inclusion), text_(file.text.get_head()), has_escapes_(has_escapes), losses_(losses),
-          problems_(problems), quotes_(text_),
-          stray_(file.is_plain ? StrayBytes() : find_stray_bytes(text_)),
+          problems_(problems), quotes_(text_), stray_(file.is_clean ? StrayBytes() : find_stray_bytes(text_)),
           has_stray_bytes_(!stray_.are_none()), expanded_(expanded) {}
 
     std::size_t get_inclusion() const noexcept { return inclusion_; }
@@ -201,8 +200,8 @@ void check_sources(const SourceMap& sources, bool has_escapes, const Losses& los
     for (std::size_t i = 0; i < sources.get_inclusion_count();
          ++i) { // files are in the order of their first inclusion
         if (sources.file_of_inclusion(i) == files.size()) {
-            files.emplace_back(i, sources.inclusion(i).directive.expanded,
-                               *sources.get_files()[files.size()], has_escapes, losses, problems);
+            files.emplace_back(i, sources.inclusion(i).directive.expanded, *sources.get_files()[files.size()],
+                               has_escapes, losses, problems);
         }
     }
     for (const SourceMap::Directive& directive : sources.get_directives()) {
