@@ -11,16 +11,18 @@ constexpr std::size_t piece_size = 65536;
 } // namespace
 
 bool FileInput::open(const std::string& path, bool translates_text, core_int64 most) {
-    SysDevice& device = SysDevice::get();
-    const SysPathInfo info = device.inspect(path);
+    translates_text_ = translates_text;
+    return open(path, SysDevice::get().inspect(path), most);
+}
+
+bool FileInput::open(const std::string& path, const SysPathInfo& info, core_int64 most) {
     if (info.kind == SysPathKind::missing || info.kind == SysPathKind::directory) {
         return false;
     }
-    handle_ = device.open_for_reading(path);
+    handle_ = SysDevice::get().open_for_reading(path);
     if (handle_ == nullptr) {
         return false;
     }
-    translates_text_ = translates_text;
     size_ = info.size;
     // A pipe has no size before its end, and neither have files that the system generates while they are read: it gives 0
     // for these.

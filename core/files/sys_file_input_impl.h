@@ -14,6 +14,8 @@ public:
     /// A pipe, or another file without a size, is read to its end first, but no more than `most` bytes of it. When there are
     /// more, the size is larger than `most` and nothing can be read.
     bool open(const std::string& path, bool translates_text, core_int64 most = unreadable_size - 1);
+    /// The same without translation, for a path that the caller has inspected.
+    bool open(const std::string& path, const SysPathInfo& info, core_int64 most);
     /// The file's size when it was opened.
     core_int64 size() const noexcept { return size_; }
     /// About how many bytes are still to come; never negative.

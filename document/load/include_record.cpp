@@ -10,25 +10,8 @@ namespace bk_parser {
 
 namespace {
 
-/// The line feeds of a piece that a byte can count.
-unsigned char count_line_feeds(const char* text, std::size_t size) noexcept {
-    unsigned char count = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-        count = static_cast<unsigned char>(count + (text[i] == '\n' ? 1 : 0));
-    }
-    return count;
-}
-
-/// How many lines end in a text. Counts in blocks of one size, a multiple of a vector's, for which the compiler makes half as many
-/// instructions as for blocks of any size.
 std::uint64_t count_line_ends(std::string_view text) noexcept {
-    constexpr std::size_t block = 192;
-    std::uint64_t count = 0;
-    std::size_t begin = 0;
-    for (; text.size() - begin >= block; begin += block) {
-        count += count_line_feeds(text.data() + begin, block);
-    }
-    count += count_line_feeds(text.data() + begin, text.size() - begin);
+    std::uint64_t count = count_line_feeds(text);
     if (text.find('\r') == std::string_view::npos) {
         return count;
     }
@@ -38,9 +21,11 @@ std::uint64_t count_line_ends(std::string_view text) noexcept {
     return count;
 }
 
-std::uint64_t count_lines(std::string_view text) noexcept {
+/// With the facts of the text, where they are known.
+std::uint64_t count_lines(std::string_view text, const std::optional<ByteFacts>& facts) noexcept {
     const bool is_open = !text.empty() && text.back() != '\n' && text.back() != '\r';
-    return count_line_ends(text) + (is_open ? 1 : 0);
+    const std::uint64_t ends = facts && !facts->have_returns() ? facts->line_feeds() : count_line_ends(text);
+    return ends + (is_open ? 1 : 0);
 }
 
 std::vector<std::filesystem::path> paths_of(const std::vector<CoreString>& texts) {
@@ -59,7 +44,7 @@ Include* IncludeRecord::pending() noexcept {
     return is_pending_ ? &state_.includes.back() : nullptr;
 }
 
-void IncludeRecord::entered(const bk::SourceEntered& file) {
+void IncludeRecord::entered(const bk::SourceEntered& file, const std::optional<ByteFacts>& facts) {
     const bool is_document = open_.empty();
     const bool is_new = known_.insert(std::string(file.path.get_view())).second;
     if (Include* const include = pending()) {
@@ -76,7 +61,7 @@ void IncludeRecord::entered(const bk::SourceEntered& file) {
         }
         DocumentFile& listed = state_.document_files.back();
         listed.text_size = text.size();
-        listed.line_count = count_lines(text);
+        listed.line_count = count_lines(text, facts);
     }
     Open& open = open_.emplace_back(Open{text, state_.document_files.size() - 1, is_new});
     open.line_begin = text.starts_with("\xEF\xBB\xBF") ? 3 : 0; // in no line

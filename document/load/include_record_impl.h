@@ -1,9 +1,11 @@
 #pragma once
 
 #include "document/load/document_state_impl.h"
+#include "document/sources/byte_facts_impl.h"
 #include "parser/files/parser_source_host_impl.h"
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -17,7 +19,8 @@ public:
 
     /// The bytes of the file that is entered next, as they are stored.
     void read(std::size_t stored_size) noexcept { stored_size_ = stored_size; }
-    void entered(const bk::SourceEntered& file);
+    /// The facts are of the file's text, where they are known.
+    void entered(const bk::SourceEntered& file, const std::optional<ByteFacts>& facts);
     void left() { open_.pop_back(); }
     /// A directive of the innermost file. Linear in what stands between it and the directive before it.
     void found(const bk::SourcePiece& piece);

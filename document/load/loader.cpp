@@ -67,6 +67,9 @@ LoadResult Loader::load(const std::filesystem::path& path) {
     } else {
         const bool is_enciphered = form_of(file.bytes.get_view()) == Form::enciphered;
         state_->files.push_back({path_, file.bytes.get_length(), file.hash, is_enciphered});
+        if (lost_ == nullptr) {
+            facts_ = file.facts;
+        }
         read_any(std::move(file.bytes), reading.part(0.1, 1));
     }
     return finish();
@@ -124,7 +127,10 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     }
     const CoreVector<CoreString> folders = search_folders();
     const CoreString key{std::string_view(options_.key)};
-    SourceLoader host(*state_, sources_, problems_, meter_, range.part(0, 0.2));
+    SourceLoader host(*state_, sources_, problems_, meter_, range.part(0, 0.2), facts_);
+    if (!options_.keep_sources && lost_ == nullptr) {
+        host.drop_document(gaps_, expanded_);
+    }
     const bool is_file = !path_.empty();
     bk::Preprocessor preprocessor(folders, key, host, options_.limits,
                                   {options_.beside && is_file, options_.working_folder || !is_file, true,
@@ -132,6 +138,7 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     CoreString text;
     const double version = preprocessor.run(CoreString(std::string_view(name_)),
                                             CoreString(std::string_view(path_)), std::move(bytes), text);
+    expanded_ = std::move(text);
     for (const CoreString& path : preprocessor.included_paths()) {
         state_->dependencies.push_back(path_of_text(path.get_view()));
     }
@@ -141,9 +148,8 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
         state_->files.clear();
     }
     if (!sources_.is_empty()) {
-        parse_text(text.get_view(), range.part(0.2, 1));
+        parse_text(expanded_.get_view(), range.part(0.2, 1));
     }
-    expanded_ = std::move(text);
     if (preprocessor.is_ended()) {
         problems_.forget(codes::group_left_open); // they are not: the text was not read to its end
     }

@@ -63,6 +63,8 @@ private:
     std::string path_; // absolute
     SourceMap sources_;
     CoreString expanded_; // the text that was parsed
+    CoreString gaps_;     // what it lacks of a document whose text was dropped
+    std::optional<ByteFacts> facts_; // of the document's bytes
     ProblemList problems_;
     LostParts* lost_ = nullptr;  // of a recovery
     bool lacks_version_ = false; // the line or entry that states the version is lost

@@ -5,6 +5,7 @@
 #include "document/load/form_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
+#include "parser/words/parser_characters_impl.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,7 +14,12 @@ namespace bk_parser {
 
 namespace {
 
-constexpr double reading_share = 0.3; // of what a file costs before it is parsed
+constexpr std::size_t least_dropped = std::size_t{1} << 20; // what smaller texts take is not worth the work
+constexpr double reading_share = 0.3;                       // of what a file costs before it is parsed
+
+bool ends_word(char character) noexcept {
+    return bk::is_char(character, bk::CHAR_BLANK | bk::CHAR_DELIMITER);
+}
 
 double fraction(std::size_t part, std::size_t whole) noexcept {
     return whole == 0 ? 1.0 : static_cast<double>(part) / static_cast<double>(whole);
@@ -45,6 +51,7 @@ bk::SourceRead SourceLoader::read(const CoreString& path, core_uint64 most, Core
         state_.files.push_back({std::move(name), file.bytes.get_length(), file.hash, is_enciphered});
     }
     includes_.read(file.bytes.get_length());
+    facts_ = file.facts;
     bytes = std::move(file.bytes);
     return bk::SourceRead::done;
 }
@@ -59,6 +66,7 @@ bool SourceLoader::accepts_deciphered(const CoreString& text) {
 
 void SourceLoader::failed(const bk::SourceFailure& failure) {
     using bk::SourceFault;
+    stop_collecting();
     switch (failure.fault) {
     case SourceFault::no_version: // told where the version stands
         return;
@@ -129,6 +137,7 @@ void SourceLoader::tell(std::string_view code, std::string message) {
 }
 
 void SourceLoader::include_found(const bk::SourcePiece& piece) {
+    stop_collecting();
     sources_.note_directive(piece.directive_offset);
     includes_.found(piece);
     directive_ = sources_.here(piece.directive_offset, piece.directive_length);
@@ -167,17 +176,41 @@ void SourceLoader::entered(const bk::SourceEntered& file) {
         tell_rest(file);
     }
     sources_.enter({std::string(file.found.get_view()), {}}, file.path.get_view(), directive_);
-    includes_.entered(file);
-    open_.push_back({range_, file.text.get_length(), 0});
+    if (file.is_enciphered) {
+        facts_.reset();
+    }
+    includes_.entered(file, facts_);
+    const bool is_clean = facts_ && facts_->are_clean();
+    open_.push_back({range_, file.text.get_length(), 0, is_clean});
+    facts_.reset();
+    if (!is_clean || file.text.get_length() < least_dropped) {
+        stop_collecting();
+    }
     resume();
 }
 
 void SourceLoader::left(CoreString&& text) {
+    const bool is_clean = open_.back().is_clean;
     meter_.stop(open_.back().size);
     open_.pop_back();
     includes_.left();
-    sources_.leave(std::move(text));
+    const bool is_dropped = gaps_ != nullptr && sources_.can_drop_document();
+    if (is_dropped) {
+        gaps_->append(text.get_view().substr(collected_));
+    }
+    sources_.leave(std::move(text), is_clean);
+    if (is_dropped) {
+        sources_.drop_document(*gaps_, *expanded_);
+    }
     resume();
+}
+
+/// The text of the document is kept.
+void SourceLoader::stop_collecting() noexcept {
+    if (gaps_ != nullptr) {
+        gaps_->clear();
+        gaps_ = nullptr;
+    }
 }
 
 /// Goes on with the innermost file.
@@ -189,7 +222,16 @@ void SourceLoader::resume() {
 }
 
 void SourceLoader::copied(const bk::SourcePiece& piece, unsigned int expanded) {
-    sources_.copy(piece.offset, piece.text.size(), expanded);
+    if (sources_.copy(piece.offset, piece.text.size(), expanded) && !ends_word(last_) &&
+        !ends_word(piece.text.front())) {
+        sources_.note_joint();
+    }
+    last_ = piece.text.back();
+    if (gaps_ != nullptr) {
+        const std::size_t size = piece.offset - collected_;
+        gaps_->append({piece.text.data() - size, size});
+        collected_ = std::size_t{piece.offset} + piece.text.size();
+    }
     open_.back().done = std::size_t{piece.offset} + piece.text.size();
     meter_.reach(open_.back().done);
 }

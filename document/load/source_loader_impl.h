@@ -7,6 +7,7 @@
 #include "document/sources/source_map_impl.h"
 #include "parser/files/parser_source_host_impl.h"
 
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -20,9 +21,17 @@ public:
     /// The caller keeps the arguments alive as long as the loader. The range covers all of the preprocessing; the document's own bytes
     /// are read already.
     SourceLoader(DocumentState& state, SourceMap& sources, ProblemList& problems, Meter& meter,
-                 const Meter::Range& range)
+                 const Meter::Range& range, const std::optional<ByteFacts>& facts)
         : state_(state), sources_(sources), problems_(problems), meter_(meter), range_(range),
-          includes_(state), has_key_(!state.key.empty()) {}
+          includes_(state), has_key_(!state.key.empty()), facts_(facts) {}
+
+    /// Frees the text of a large document with comments before the expanded text is parsed, so that the tree takes its memory.
+    /// Collects what the expanded text lacks, so that a problem can have the text again. The caller keeps both strings, and puts the
+    /// expanded text into its own as soon as it is complete.
+    void drop_document(CoreString& gaps, const CoreString& expanded) noexcept {
+        gaps_ = &gaps;
+        expanded_ = &expanded;
+    }
 
     bk::SourceRead read(const CoreString& path, core_uint64 most, CoreString& bytes) override;
     bool read_as_text(const CoreString& path, CoreString& text) override;
@@ -40,10 +49,12 @@ private:
         Meter::Range range;
         std::size_t size;
         std::size_t done;
+        bool is_clean;
     };
 
     void tell(std::string_view code, std::string message);
     void tell_rest(const bk::SourceEntered& file);
+    void stop_collecting() noexcept;
     std::string circle_text(const bk::SourceFailure& failure) const;
     void resume();
 
@@ -59,8 +70,13 @@ private:
     Spot directive_;     // of the include that is looked for
     std::string reason_; // why it was not read
     std::string_view reason_code_;
-    core_uint64 size_ = 0; // of one that is too large
-    core_uint64 most_ = 0; // that could be read of it
+    core_uint64 size_ = 0;           // of one that is too large
+    core_uint64 most_ = 0;           // that could be read of it
+    std::optional<ByteFacts> facts_; // of the file that is entered next, as it is stored
+    char last_ = ' ';                // of the expanded text
+    CoreString* gaps_ = nullptr;     // null when they are not collected
+    const CoreString* expanded_ = nullptr;
+    std::size_t collected_ = 0; // up to where, in the document's text
 };
 
 } // namespace bk_parser

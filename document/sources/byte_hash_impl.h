@@ -9,7 +9,8 @@
 
 namespace bk_parser {
 
-/// A hash that tells whether a file has changed. It takes eight bytes at a time in four lanes, about as fast as memory delivers them.
+/// A hash that tells whether a file has changed. It takes eight bytes at a time in eight lanes, so that a
+/// multiplication does not wait for the one before.
 /// It does not protect against somebody who searches for two files with one hash.
 class ByteHash {
 public:
@@ -24,7 +25,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t lane_count = 4;
+    static constexpr std::size_t lane_count = 8;
     static constexpr std::size_t block_size = lane_count * sizeof(std::uint64_t);
     // Odd, with about as many ones as zeros.
     static constexpr std::uint64_t factor = 0x9E3779B97F4A7C15u;
@@ -42,8 +43,9 @@ private:
     }
     void add_blocks(const unsigned char* bytes, std::size_t count) noexcept;
 
-    std::array<std::uint64_t, lane_count> lanes_{0x243F6A8885A308D3u, 0x13198A2E03707344u,
-                                                 0xA4093822299F31D0u, 0x082EFA98EC4E6C89u};
+    std::array<std::uint64_t, lane_count> lanes_{
+        0x243F6A8885A308D3u, 0x13198A2E03707344u, 0xA4093822299F31D0u, 0x082EFA98EC4E6C89u,
+        0x452821E638D01377u, 0xBE5466CF34E90C6Cu, 0xC0AC29B7C97C50DDu, 0x3F84D5B5B5470917u};
     std::array<unsigned char, block_size> rest_{}; // bytes that do not fill a block yet
     std::size_t rest_size_ = 0;
     std::uint64_t size_ = 0;

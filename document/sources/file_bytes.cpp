@@ -59,6 +59,7 @@ bool read_pieces(bk::FileInput& input, core_uint64 most, FileBytes& file, Meter&
         const std::size_t got = input.read(bytes + have, wanted);
         hash.add({bytes + have, got});
         have += got;
+        file.facts.add({bytes, have}, have - got);
         is_whole = got < wanted || wanted == 0;
         meter.reach(have);
     }
@@ -89,7 +90,8 @@ FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Rang
         return file;
     }
     bk::forget_system_reason();
-    const SysPathKind kind = SysDevice::get().inspect(path).kind;
+    const SysPathInfo info = SysDevice::get().inspect(path);
+    const SysPathKind kind = info.kind;
     file.reason = why_no_file(kind);
     if (!file.reason.empty()) {
         return file;
@@ -100,7 +102,7 @@ FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Rang
     }
     bk::FileInput input;
     bk::forget_system_reason();
-    if (!input.open(path, false,
+    if (!input.open(path, info,
                     static_cast<core_int64>(std::min(most, CoreString::max_length + core_uint64{0})))) {
         file.reason = reason_or("cannot be opened");
         return file;

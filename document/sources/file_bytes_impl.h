@@ -2,6 +2,7 @@
 
 #include "core/core_string.h"
 #include "document/load/meter_impl.h"
+#include "document/sources/byte_facts_impl.h"
 
 #include <cstdint>
 #include <string>
@@ -12,6 +13,7 @@ namespace bk_parser {
 struct FileBytes {
     CoreString bytes;
     std::uint64_t hash = 0;    // ByteHash of them
+    ByteFacts facts;           // of them
     std::string reason;        // why it could not be read, in plain words; else empty
     bool is_too_large = false; // then `bytes` has only the first few bytes
     std::uint64_t size = 0;    // of one that is too large; 0 when that is not known

@@ -20,28 +20,57 @@ void SourceMap::enter(const SourceName& name, std::string_view path, const Spot&
     open_.push_back(inclusions_.size() - 1);
 }
 
-void SourceMap::leave(CoreString&& text) {
+void SourceMap::leave(CoreString&& text, bool is_clean) {
     if (open_.empty()) {
         return;
     }
-    SourceText& kept = files_[inclusions_[current()].file]->text;
-    if (kept.get_text().empty()) {
-        kept = SourceText(std::move(text));
+    SourceFile& file = *files_[inclusions_[current()].file];
+    if (file.text.get_text().empty()) {
+        file.text = SourceText(std::move(text));
+        file.is_clean = is_clean;
     }
     open_.pop_back();
 }
 
-void SourceMap::copy(std::size_t offset, std::size_t length, std::size_t expanded) {
+bool SourceMap::copy(std::size_t offset, std::size_t length, std::size_t expanded) {
     if (!pieces_.empty()) {
         Piece& last = pieces_.back();
         if (last.inclusion == current() && std::size_t{last.offset} + last.length == offset &&
             std::size_t{last.expanded} + last.length == expanded) {
             last.length += static_cast<std::uint32_t>(length);
-            return;
+            return false;
         }
     }
     pieces_.push_back({static_cast<std::uint32_t>(expanded), static_cast<std::uint32_t>(offset),
                        static_cast<std::uint32_t>(length), static_cast<std::uint32_t>(current())});
+    return true;
+}
+
+/// A document of one piece may be borrowed by the expanded text.
+bool SourceMap::can_drop_document() const noexcept {
+    return inclusions_.size() == 1 && pieces_.size() > 1 &&
+           (directives_.empty() || directives_.back().offset < pieces_.front().offset);
+}
+
+void SourceMap::drop_document(const CoreString& gaps, const CoreString& expanded) {
+    files_.front()->text.drop(pieces_.front().offset, [this, &gaps, &expanded] {
+        return join_document(gaps.get_view(), expanded.get_view());
+    });
+}
+
+CoreString SourceMap::join_document(std::string_view gaps, std::string_view expanded) const {
+    CoreString text;
+    text.reserve(static_cast<unsigned int>(gaps.size() + expanded.size()));
+    std::size_t end = 0; // of the piece before
+    for (const Piece& piece : pieces_) {
+        const std::size_t gap = piece.offset - end;
+        text.append(gaps.substr(0, gap));
+        text.append(expanded.substr(piece.expanded, piece.length));
+        gaps.remove_prefix(gap);
+        end = std::size_t{piece.offset} + piece.length;
+    }
+    text.append(gaps);
+    return text;
 }
 
 Spot SourceMap::find(std::size_t expanded, std::size_t length) const {

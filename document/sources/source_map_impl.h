@@ -23,6 +23,7 @@ struct SourceFile {
     SourceName name;
     std::string path; // absolute, UTF-8; empty for a document in memory
     SourceText text;
+    bool is_clean = false; // its text is known to have no stray bytes
 };
 
 /// A piece of a file, in one of the places that the file was included at.
@@ -59,9 +60,16 @@ public:
     /// A file begins, at the place of a directive in the file that was current until now.
     void enter(const SourceName& name, std::string_view path, const Spot& directive);
     /// The current file ends. Its text is kept, of a file that is included more than once the first.
-    void leave(CoreString&& text);
-    /// A piece of the current file becomes part of the expanded text, after all that came before.
-    void copy(std::size_t offset, std::size_t length, std::size_t expanded);
+    void leave(CoreString&& text, bool is_clean = false);
+    /// A piece of the current file becomes part of the expanded text, after all that came before. Returns false when it continues the
+    /// piece before.
+    bool copy(std::size_t offset, std::size_t length, std::size_t expanded);
+    /// The last piece begins inside a word.
+    void note_joint() { joints_.push_back(static_cast<std::uint32_t>(pieces_.size() - 1)); }
+    /// Drops the text of a document without includes whose directives all stand before its first piece. `gaps` are the bytes
+    /// before, between and behind its pieces. The caller keeps them and the expanded text, and the map where it is.
+    void drop_document(const CoreString& gaps, const CoreString& expanded);
+    bool can_drop_document() const noexcept;
 
     /// A directive of the current file, behind all that came before.
     void note_directive(std::size_t offset) {
@@ -88,6 +96,8 @@ public:
     const std::vector<std::unique_ptr<SourceFile>>& get_files() const noexcept { return files_; }
     /// By ascending place in the expanded text. No two are of one stretch.
     const std::vector<Piece>& get_pieces() const noexcept { return pieces_; }
+    /// The places in get_pieces of those that begin inside a word.
+    const std::vector<std::uint32_t>& get_joints() const noexcept { return joints_; }
     /// In the order of the reading, those of each inclusion by their place.
     const std::vector<Directive>& get_directives() const noexcept { return directives_; }
     /// The place of a file in get_files.
@@ -97,12 +107,14 @@ public:
 
 private:
     std::size_t file_index(const SourceName& name, std::string_view path);
+    CoreString join_document(std::string_view gaps, std::string_view expanded) const;
 
     std::vector<std::unique_ptr<SourceFile>> files_;
     std::unordered_map<std::string, std::size_t> files_by_path_;
     std::vector<Inclusion> inclusions_;
     std::vector<std::size_t> open_; // inclusions that were entered and not left, outermost first
     std::vector<Piece> pieces_;     // by ascending expanded offset
+    std::vector<std::uint32_t> joints_;
     std::vector<Directive> directives_;
 };
 

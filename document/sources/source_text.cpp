@@ -3,8 +3,19 @@
 #include "core/text/core_utf8_impl.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace bk_parser {
+
+void SourceText::drop(std::size_t head_size, std::function<CoreString()> restore) {
+    text_ = CoreString(text_.get_view().substr(0, head_size));
+    restore_ = std::move(restore);
+}
+
+void SourceText::restore() const {
+    text_ = restore_();
+    restore_ = nullptr;
+}
 
 void SourceText::find_lines() const {
     if (!starts_.empty()) {

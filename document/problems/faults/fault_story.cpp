@@ -142,7 +142,7 @@ void FaultStory::cover(const Spot& spot, std::size_t begin, std::size_t end, con
 }
 
 /// The rest of the line, without its line end.
-void FaultStory::cover_line(const Spot& spot, const Reason& reason) noexcept {
+void FaultStory::cover_line(const Spot& spot, const Reason& reason) {
     cover(spot, spot.offset, std::max(sources_.file_of(spot).text.line_end(spot.offset), spot.offset + 1),
           reason);
 }
@@ -151,7 +151,7 @@ std::string_view FaultStory::word_of(const FaultRecord& record) const noexcept {
     return text_.substr(record.start, record.length);
 }
 
-std::string_view FaultStory::text_of(const Spot& spot) const noexcept {
+std::string_view FaultStory::text_of(const Spot& spot) const {
     return sources_.file_of(spot).text.get_text();
 }
 

@@ -78,9 +78,9 @@ private:
     bool is_consequence(const FaultRecord& record) const;
     bool is_covered(const Spot& spot) const noexcept;
     void cover(const Spot& spot, std::size_t begin, std::size_t end, const Reason& reason = {}) noexcept;
-    void cover_line(const Spot& spot, const Reason& reason = {}) noexcept;
+    void cover_line(const Spot& spot, const Reason& reason = {});
     std::string_view word_of(const FaultRecord& record) const noexcept;
-    std::string_view text_of(const Spot& spot) const noexcept;
+    std::string_view text_of(const Spot& spot) const;
     Spot spot_of(std::string_view word) const;
     /// Everything that the grammar leaves out is an error.
     template <std::invocable Compose>

@@ -98,10 +98,26 @@ void take_nul(StrayBytes& found, std::size_t at) noexcept {
     }
 }
 
+constexpr std::string_view mark = "\xEF\xBB\xBF";
+
 } // namespace
 
+std::size_t skip_clean_bytes(std::string_view text, std::size_t from) noexcept {
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const char* p = find_other(begin + from, end);
+    for (; p != end; p = find_other(p, end)) {
+        const auto at = static_cast<std::size_t>(p - begin);
+        const std::size_t length = bk::utf8_length(text, at);
+        if (length == 0 || *p == '\0' || text.substr(at, mark.size()) == mark) {
+            break;
+        }
+        p = skip_plain(p + length, end);
+    }
+    return static_cast<std::size_t>(p - begin);
+}
+
 StrayBytes find_stray_bytes(std::string_view text) {
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
     StrayBytes found;
     const char* const begin = text.data();
     const char* const end = begin + text.size();

@@ -20,4 +20,8 @@ struct StrayBytes {
 /// Finds them. Linear; skips characters below 0x80 in blocks.
 StrayBytes find_stray_bytes(std::string_view text);
 
+/// Where the first stray byte from `from` on is; the size of the text when there is none. `from` is the beginning of a character. Stops
+/// before a character that the end of the text cuts, so that the search can go on when more text is there.
+std::size_t skip_clean_bytes(std::string_view text, std::size_t from) noexcept;
+
 } // namespace bk_parser

@@ -34,7 +34,7 @@ std::string_view word_from(std::string_view text, std::size_t begin) noexcept {
     return text.substr(begin, end - begin);
 }
 
-std::string_view text_of(const SourceMap& sources, std::size_t inclusion) noexcept {
+std::string_view text_of(const SourceMap& sources, std::size_t inclusion) {
     return sources.get_files()[sources.file_of_inclusion(inclusion)]->text.get_text();
 }
 
@@ -65,10 +65,9 @@ Taken taken_before(const SourceMap& sources, const Piece& before, const Piece& p
 Joins::Joins(std::string_view expanded, const SourceMap& sources) {
     const std::vector<Piece>& pieces = sources.get_pieces();
     LineReaders lines(sources);
-    for (std::size_t i = 1; i < pieces.size(); ++i) {
+    for (const std::size_t i : sources.get_joints()) {
         const std::size_t at = pieces[i].expanded;
-        if (at < expanded.size() && !ends_word(expanded[at - 1]) && !ends_word(expanded[at]) &&
-            !expanded.substr(0, at).ends_with(bk::byte_order_mark)) {
+        if (at < expanded.size() && !expanded.substr(0, at).ends_with(bk::byte_order_mark)) {
             const Taken taken = taken_before(sources, pieces[i - 1], pieces[i]);
             const bool in_string = lines.state_at(taken.spot) == LineReader::State::string;
             if (!in_string || !taken.is_comment) {

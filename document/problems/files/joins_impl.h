@@ -14,7 +14,7 @@ namespace bk_parser {
 /// inside strings: the problem of the string explains these.
 class Joins {
 public:
-    /// Linear in the pieces.
+    /// Linear in the pieces that begin inside a word.
     Joins(std::string_view expanded, const SourceMap& sources);
 
     /// Whether one of them is inside this word, and so explains what is wrong with it.

@@ -23,16 +23,22 @@ constexpr std::string_view blanks = " \t\r\n";
 /// Collects what is known of a file from its pieces, at the first place where it is included.
 class FileChecks {
 public:
-    FileChecks(std::size_t inclusion, std::size_t expanded, std::string_view text, bool has_escapes,
+    /// Takes the head of a text that was dropped, which has all directives of it.
+    FileChecks(std::size_t inclusion, std::size_t expanded, const SourceFile& file, bool has_escapes,
                const Losses& losses, ProblemList& problems)
-        : inclusion_(inclusion), text_(text), has_escapes_(has_escapes), losses_(losses), problems_(problems),
-          quotes_(text), stray_(find_stray_bytes(text)), has_stray_bytes_(!stray_.are_none()),
-          expanded_(expanded) {}
+        : inclusion_(inclusion), text_(file.text.get_head()), has_escapes_(has_escapes), losses_(losses),
+          problems_(problems), quotes_(text_), stray_(file.is_clean ? StrayBytes() : find_stray_bytes(text_)),
+          has_stray_bytes_(!stray_.are_none()), expanded_(expanded) {}
 
     std::size_t get_inclusion() const noexcept { return inclusion_; }
 
     /// The places of the file's directives, in their order.
     void add_directive(std::uint32_t offset) { directives_.push_back(offset); }
+
+    /// Whether nothing is left to find before a piece but the last.
+    bool is_indifferent() const noexcept {
+        return !has_stray_bytes_ && next_directive_ == directives_.size();
+    }
 
     void take_piece(const SourceMap::Piece& piece) {
         if (has_directive_before(piece.offset)) { // else comments alone were taken out
@@ -194,9 +200,8 @@ void check_sources(const SourceMap& sources, bool has_escapes, const Losses& los
     for (std::size_t i = 0; i < sources.get_inclusion_count();
          ++i) { // files are in the order of their first inclusion
         if (sources.file_of_inclusion(i) == files.size()) {
-            files.emplace_back(i, sources.inclusion(i).directive.expanded,
-                               sources.get_files()[files.size()]->text.get_text(), has_escapes, losses,
-                               problems);
+            files.emplace_back(i, sources.inclusion(i).directive.expanded, *sources.get_files()[files.size()],
+                               has_escapes, losses, problems);
         }
     }
     for (const SourceMap::Directive& directive : sources.get_directives()) {
@@ -205,10 +210,14 @@ void check_sources(const SourceMap& sources, bool has_escapes, const Losses& los
             file.add_directive(directive.offset);
         }
     }
-    for (const SourceMap::Piece& piece : sources.get_pieces()) {
-        FileChecks& file = files[sources.file_of_inclusion(piece.inclusion)];
-        if (file.get_inclusion() == piece.inclusion) {
-            file.take_piece(piece);
+    const std::vector<SourceMap::Piece>& pieces = sources.get_pieces();
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        if (files.size() == 1 && files.front().is_indifferent()) {
+            i = pieces.size() - 1;
+        }
+        FileChecks& file = files[sources.file_of_inclusion(pieces[i].inclusion)];
+        if (file.get_inclusion() == pieces[i].inclusion) {
+            file.take_piece(pieces[i]);
         }
     }
     for (FileChecks& file : files) {
