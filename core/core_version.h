@@ -9,7 +9,7 @@ public:
     /// Versions that differ by no more count as one: 1e-9.
     static constexpr double epsilon = 1e-9;
 
-    /// 0 is no version.
+    /// 0 means that there is no version.
     constexpr CoreVersion(const double& value = 0.0) noexcept : value_(value) {}
 
     /// The version as a number.

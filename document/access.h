@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+/// @file
 /// Reads and changes values of a tree by paths. A malformed path finds nothing and changes nothing; path_error says why. Nothing here
 /// logs, except `to_text` when memory runs out. A null pointer to a text is an empty text; nullptr itself does not compile.
 ///
@@ -26,9 +27,10 @@
 ///
 /// A change is made whole or not at all: when memory runs out, a function throws std::bad_alloc or std::length_error and leaves the
 /// tree as it was, unless its description says otherwise.
+
 namespace bk_parser {
 
-/// Reads value `value` of the entry as T, or for a list the values from there on. Returns nothing when a value is missing or is no T.
+/// Reads value `value` of the entry as T, or for a list the values from there on. Returns nothing when a value is missing or is not a T.
 ///
 /// T may be bool, an integer, float, double, std::string, CoreString, std::string_view, bytes as
 /// std::span<const std::byte> or std::vector<std::byte>, GMathVec2, 3 or 4, std::array of these, and std::vector<T> or
@@ -90,7 +92,7 @@ std::string get_or(const ParserEntry& entry, unsigned int value, std::nullptr_t 
 /// to what `get<float>` reads. Any other float becomes the double nearest to the shortest digits that read back as that float:
 /// 0.1f becomes 0.1. Where those digits would read back as another float, it becomes the double of the same value.
 ///
-/// Returns false, and changes nothing, when there is no such place, when it would overwrite a group, and for what no value can
+/// Returns false, and changes nothing, when there is no such place, when it would overwrite a group, and for content that no value can
 /// hold: not-a-number, infinities, an integer that neither an int nor a double holds. Linear in what is given, and in the values
 /// of the entry when their number changes.
 template <WritableValue T>
@@ -145,8 +147,8 @@ BK_PARSER_API bool remove(ParserGroup& group, PathRef path);
 /// some may be removed already.
 BK_PARSER_API std::size_t remove_all(ParserGroup& group, PathRef path);
 
-/// Gives the first entry that the path finds another name. Returns false when there is no entry, when the name is none of the text
-/// syntax or has a template or array suffix, and when only one of the two names is a keyword.
+/// Gives the first entry that the path finds another name. Returns false when there is no entry, when the text syntax
+/// does not allow the name, when it has a template or array suffix, and when only one of the two names is a keyword.
 BK_PARSER_API bool rename(ParserGroup& group, PathRef path, TextRef name);
 /// The same for an entry. When it returns false, the entry keeps its name.
 BK_PARSER_API bool rename(ParserEntry& entry, TextRef name);

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// Everything that most hosts need for documents: load them, list their problems, read, change and save them. Comparing, merging and
 /// laying out texts have headers of their own: document/compare.h, text_diff.h, merge.h and format.h.
 
@@ -15,3 +16,7 @@
 #include "document/save.h"
 #include "document/strings.h"
 #include "document/utf8.h"
+
+/// Documents as a host uses them: loaded in any stored form with a list of their problems, read and changed by paths, and saved with
+/// their layout. Everything here is built on the classes of the library itself, such as ParserGroup and ParserEntry.
+namespace bk_parser {}

@@ -63,12 +63,12 @@ struct JsonReadOptions {
 
 /// Reads what `to_json` wrote in the shapes `lossless` and `lines`, or what follows docs/json.md. The text is JSON by RFC 8259, strictly,
 /// and valid UTF-8; a byte order mark at its begin is skipped. Of a text with a fault the document holds what stands before the fault,
-/// and one problem says where that is: "json-syntax" where it is no JSON, "json-shape" where it is JSON of another shape,
+/// and one problem says where that is: "json-syntax" where it is not JSON, "json-shape" where it is JSON of another shape,
 /// "nested-too-deeply" or "too-large". Numbers that no int or double holds, and spellings that no text can hold, are warnings. The document is in the text form and has no path.
 /// Depth costs heap, not stack. Throws std::bad_alloc. Linear in the text.
 [[nodiscard]] BK_PARSER_API LoadResult from_json(std::string_view text, const JsonReadOptions& options = {});
 
-/// Appends a text as a string of JSON, in quotes. Each byte that is no UTF-8 becomes U+FFFD.
+/// Appends a text as a string of JSON, in quotes. Each byte that is not UTF-8 becomes U+FFFD.
 BK_PARSER_API void append_json_string(std::string& out, std::string_view text);
 
 } // namespace bk_parser

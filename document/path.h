@@ -90,7 +90,7 @@ BK_PARSER_API Problem to_problem(const PathError& error, TextRef path);
 
 /// A name or a string as a path spells it: bare where the language takes it so, else in quotes.
 BK_PARSER_API std::string path_name(TextRef name);
-/// Always in quotes, with escapes for quotes, backslashes, control characters and bytes that are no UTF-8.
+/// Always in quotes, with escapes for quotes, backslashes, control characters and bytes that are not UTF-8.
 BK_PARSER_API std::string path_string(TextRef text);
 
 /// Visits everything that a path finds in a group, in document order, each entry once. The time is in proportion to the
@@ -126,7 +126,7 @@ private:
 BK_PARSER_API ParserEntry* find(const ParserGroup& group, PathRef path);
 
 /// The group that the path leads to: the value that `@` names, or the first group of the first entry found. Null
-/// when that is no group.
+/// when that is not a group.
 BK_PARSER_API ParserGroup* find_group(const ParserGroup& group, PathRef path);
 
 /// All entries that the path finds: `for (ParserEntry& light : find_all(root, "**/light"))`.

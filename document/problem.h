@@ -21,12 +21,12 @@ struct Problem {
     Severity severity = Severity::error;
     /// Stable across versions, such as "comment-joins-line". docs/problems.md has a section for each code.
     std::string code;
-    /// What was found and what to do, on one line, without the place. Control characters and bytes that are no UTF-8,
+    /// What was found and what to do, on one line, without the place. Control characters and bytes that are not UTF-8,
     /// which names of files may have, are spelled as in "\x1B".
     std::string message;
     /// The file that holds the place, as it was given or found: relative when the given path is; empty for a document in memory.
     std::filesystem::path file;
-    /// From 1; columns count UTF-8 characters, and a byte that belongs to none counts as one. 0 where there is no place.
+    /// From 1; columns count UTF-8 characters, and a byte that belongs to no character counts as one. 0 where there is no place.
     unsigned int line = 0;
     /// From 1, in UTF-8 characters; 0 where there is no place.
     unsigned int column = 0;
@@ -35,7 +35,7 @@ struct Problem {
     /// How many bytes the place takes.
     std::size_t length = 0;
     /// The line with the place, without its line end, as it is in the file: it may have tabs, control characters and
-    /// bytes that are no UTF-8. Of a line of more than 4096 bytes only a part around the place, which cuts no character in two. Empty
+    /// bytes that are not UTF-8. Of a line of more than 4096 bytes only a part around the place, which cuts no character in two. Empty
     /// when the lines of the problems before take 64 MB.
     std::string source_line;
     /// The place of source_line's first byte in bytes of the file.

@@ -9,7 +9,7 @@
 
 namespace bk_parser {
 
-/// What converts to a std::string_view. nullptr itself does not: it is no text.
+/// What converts to a std::string_view. nullptr itself does not: it is not a text.
 template <class T>
 concept TextLike = std::convertible_to<const T&, std::string_view> && !std::same_as<T, std::nullptr_t>;
 

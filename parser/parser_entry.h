@@ -129,7 +129,7 @@ public:
     unsigned int get_binary_data_size(const unsigned int& i) const;
     /// The text of value `i`, without quotes, whatever its type. Empty for a group. When memory runs out, it logs that and is empty.
     CoreString get_word(const unsigned int& i) const;
-    /// The group of value `i`; null when that is no group. The group stays at its address until that value is set or removed or the
+    /// The group of value `i`; null when that is not a group. The group stays at its address until that value is set or removed or the
     /// last entry that lists it dies. **An entry without values gets a new group**, whatever `i` is: that is an edit.
     ParserGroup* get_group(const unsigned int& i) const;
     /// The values from `i` on as components. Missing ones are 0.

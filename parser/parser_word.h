@@ -93,25 +93,25 @@ public:
     /// TYPE_BRACE for true; for false the word is of no known kind.
     void set_brace(const bool& brace) noexcept { type_ = brace ? TYPE_BRACE : TYPE_UNKNOWN; }
 
-    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_operator() const;
-    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_separator() const;
-    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_brace() const;
-    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_bool() const;
-    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_empty_tag() const;
-    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_binary_data() const;
-    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_string() const;
-    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_int() const;
-    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_double() const;
-    /// Whether the word is of the kind in the name. A word that was recognised as one kind is no other.
+    /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_keyword() const;
     /// Takes a template or array suffix off the word. A bad suffix makes the word TYPE_INVALID.
     bool is_identifier() const;

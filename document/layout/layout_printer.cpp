@@ -16,7 +16,7 @@ std::string_view line_end_of(std::string_view source) noexcept {
     return is_windows ? "\r\n" : "\n";
 }
 
-/// The number of UTF-8 characters. Bytes that are no UTF-8 may count too little, which is good enough for the width of a line.
+/// The number of UTF-8 characters. Bytes that are not UTF-8 may count too little, which is good enough for the width of a line.
 std::size_t width_of(std::string_view text) noexcept {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
         return (static_cast<unsigned char>(byte) & 0xC0u) != 0x80u;

@@ -8,7 +8,7 @@ namespace bk_parser {
 /// A word of a document as a message shows it: in single quotes, on one line, without control characters, cut after 60 bytes.
 std::string shown(std::string_view word);
 
-/// A message that may have names of files, on one line: spells control characters and bytes that are no UTF-8 as `shown` does.
+/// A message that may have names of files, on one line: spells control characters and bytes that are not UTF-8 as `shown` does.
 std::string on_one_line(std::string_view message);
 
 /// "1 byte", "2 bytes"
