@@ -250,8 +250,9 @@ TEST(bkdoc_forms, an_enciphered_file_without_its_key_is_refused_by_every_verb_th
         const BkdocRun run = run_bkdoc({verb, file});
         EXPECT_EQ(run.code, 2) << verb;
         EXPECT_EQ(run.out, "") << verb;
-        EXPECT_EQ(run.err, "bkdoc: " + file +
-                               " is encrypted, and no key is given: --key, --key-file or BKDOC_KEY gives one\n");
+        EXPECT_EQ(run.err,
+                  "bkdoc: " + file +
+                      " is encrypted, and no key is given: --key, --key-file or BKDOC_KEY gives one\n");
     }
     EXPECT_EQ(run_bkdoc({"same", file, file}).code, 2);
 }
@@ -308,7 +309,8 @@ TEST(bkdoc_forms, an_enciphered_include_asks_for_its_key) {
     const BkdocRun run = run_bkdoc({"check", top});
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(contains(
-        run.out, part + " is encrypted, and no key is given: --key, --key-file or BKDOC_KEY gives one [no-key]\n"))
+        run.out,
+        part + " is encrypted, and no key is given: --key, --key-file or BKDOC_KEY gives one [no-key]\n"))
         << run.out;
     EXPECT_EQ(run_bkdoc({"check", top, "--key", std::string(bkdoc_key)}).code, 0);
 }

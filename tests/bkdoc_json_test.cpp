@@ -160,5 +160,6 @@ TEST(bkdoc_json, numbers_out_of_range_are_warnings) {
 TEST(bkdoc_json, other_verbs_take_no_json) {
     const ScratchFolder folder;
     const std::string file = folder.write("a.json", lossless);
-    expect_output(run_bkdoc({"cat", file}), 2, "", "bkdoc: " + file + " is JSON, not a document; bkdoc convert reads it\n");
+    expect_output(run_bkdoc({"cat", file}), 2, "",
+                  "bkdoc: " + file + " is JSON, not a document; bkdoc convert reads it\n");
 }

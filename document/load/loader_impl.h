@@ -62,8 +62,8 @@ private:
     std::string name_; // of the document as it was given; empty in memory
     std::string path_; // absolute
     SourceMap sources_;
-    CoreString expanded_; // the text that was parsed
-    CoreString gaps_;     // what it lacks of a document whose text was dropped
+    CoreString expanded_;            // the text that was parsed
+    CoreString gaps_;                // what it lacks of a document whose text was dropped
     std::optional<ByteFacts> facts_; // of the document's bytes
     ProblemList problems_;
     LostParts* lost_ = nullptr;  // of a recovery

@@ -7,8 +7,8 @@
 
 namespace bk_parser {
 
-void SourceText::drop(std::size_t head_size, std::function<CoreString()> restore) {
-    text_ = CoreString(text_.get_view().substr(0, head_size));
+void SourceText::drop(std::size_t kept, std::function<CoreString()> restore) {
+    text_ = CoreString(text_.get_view().substr(0, kept));
     restore_ = std::move(restore);
 }
 

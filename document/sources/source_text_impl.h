@@ -31,7 +31,7 @@ public:
         return text_.get_view();
     }
     /// Frees the text, apart from its first bytes. `restore` makes it again when somebody asks for it.
-    void drop(std::size_t head_size, std::function<CoreString()> restore);
+    void drop(std::size_t kept, std::function<CoreString()> restore);
     /// Of a dropped text the bytes that were kept, of any other all of it. Makes nothing.
     std::string_view get_head() const noexcept { return text_.get_view(); }
     std::size_t get_line_count() const;
@@ -48,7 +48,7 @@ private:
 
     mutable CoreString text_;
     mutable std::function<CoreString()> restore_; // of a dropped text
-    mutable std::vector<std::size_t> starts_; // of lines; found when first asked for
+    mutable std::vector<std::size_t> starts_;     // of lines; found when first asked for
     // Where the last column was counted, from which the next one is counted on.
     mutable std::size_t counted_line_ = 0;
     mutable std::size_t counted_offset_ = 0;

@@ -11,6 +11,7 @@ docs/python.md is the guide.
 
 import os as _os
 
+from bk_parser import _interpreter as _interpreter  # first: it may refuse
 from bk_parser import _containers, _core, _pickling
 from bk_parser._core import (
     Document,

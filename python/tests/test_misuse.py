@@ -6,6 +6,8 @@ import os
 import pickle
 import random
 import signal
+import subprocess
+import sys
 import threading
 import time
 from collections.abc import Iterator
@@ -293,3 +295,21 @@ def test_comparisons_with_what_is_foreign_are_unequal() -> None:
             one < 5  # type: ignore[operator]
     assert document != document["a"] and document["a"] != document["a"].values
     assert document["a"].values != {1, 2}
+
+
+def test_another_interpreter_of_the_process_refuses_the_import() -> None:
+    script = """
+import _xxsubinterpreters as interpreters
+other = interpreters.create()
+try:
+    interpreters.run_string(other, "import bk_parser")
+except interpreters.RunFailedError as failure:
+    print(failure)
+interpreters.destroy(other)
+import bk_parser
+print(bk_parser.parse("a 1")["a"])
+"""
+    pytest.importorskip("_xxsubinterpreters")
+    shown = subprocess.run([sys.executable, "-c", script], capture_output=True, text=True, timeout=60, check=True).stdout
+    assert "bk_parser can be imported in the main interpreter only" in shown
+    assert shown.endswith("1\n")
