@@ -4,7 +4,8 @@ root=$PWD
 jobs=$(nproc 2>/dev/null || echo 2)
 newly_installed=""
 
-# The sources of a folder are compiled sixteen together, which is several times as fast. .ci/targets compiles each by itself.
+# The sources of a folder are compiled sixteen together, which is several times as fast. That each compiles by itself is seen where
+# .ci/install builds the library in another project, and .ci/targets compiles the tool.
 together=(-DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=16)
 
 has_header() {
