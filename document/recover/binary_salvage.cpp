@@ -212,7 +212,9 @@ bool BinarySalvage::value_fits(char tag, std::size_t end) const noexcept {
     case ParserValue::TYPE_STRING:
         return rest.find('\0') != std::string_view::npos;
     case ParserValue::TYPE_BINARY_DATA:
-        return rest.size() >= size_width && number_at(position_ + 1) <= rest.size() - size_width;
+        // A load goes by the low half of the size alone.
+        return rest.size() >= size_width &&
+               static_cast<std::uint32_t>(number_at(position_ + 1)) <= rest.size() - size_width;
     default:
         return bk::stored_size(tag) <= rest.size() + 1;
     }
