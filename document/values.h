@@ -412,7 +412,7 @@ public:
     /// For loops over the range.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
 
-    /// Nothing when one of the values from `first` on is not a T.
+    /// Returns nothing when a value from `first` on is not a T.
     static std::optional<Values> of_all(const ParserEntry& entry, unsigned int first) {
         if (first > entry.get_value_count()) {
             return std::nullopt;

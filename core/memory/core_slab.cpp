@@ -99,8 +99,8 @@ void SlabHeap::release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) no
         SlabOwner* const owner = page->owner.load(std::memory_order_acquire);
         if (mine != nullptr && owner == &full_page) {
             if (mine->claim(page)) {
-                mine->add_with_room(
-                    page); // first: the block may be the last one, after which the page is gone
+                // Before the release: when the block is the last one, the page is gone afterwards.
+                mine->add_with_room(page);
                 mine->release(page, block);
                 return;
             }

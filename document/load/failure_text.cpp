@@ -3,6 +3,7 @@
 #include "core/files/sys_reason_impl.h"
 #include "core/sys_device.h"
 #include "document/load/form_impl.h"
+#include "document/sources/file_bytes_impl.h"
 #include "parser/cipher/parser_cipher_impl.h"
 
 #include <algorithm>
@@ -43,17 +44,14 @@ std::string text_of_enciphered(const bk::SourceFailure& failure, bool has_key) {
     return name + (code == codes::damaged ? ": damaged file" : ": wrong key, or a damaged file");
 }
 
-/// Why nothing can be read at a place, unless there just is nothing.
+/// Says why the search for an include passed over this place, as in " (is a directory)". Returns an empty text when nothing is there.
 std::string why_not_there(std::string_view place) {
     if (place.find('\0') != std::string_view::npos) {
         return {};
     }
     bk::forget_system_reason();
     const SysPathKind kind = SysDevice::get().inspect(std::string(place)).kind;
-    const std::string reason = kind == SysPathKind::missing     ? bk::last_system_reason()
-                               : kind == SysPathKind::directory ? "is a directory"
-                               : kind == SysPathKind::other     ? "is no regular file"
-                                                                : "";
+    const std::string reason = kind == SysPathKind::other ? "is not a regular file" : why_no_file(kind);
     return reason.empty() || reason == bk::no_such_file ? "" : " (" + reason + ")";
 }
 

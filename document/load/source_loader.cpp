@@ -14,7 +14,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::size_t least_dropped = std::size_t{1} << 20; // what smaller texts take is not worth the work
+constexpr std::size_t least_dropped = std::size_t{1} << 20; // bytes; a smaller text is kept
 constexpr double reading_share = 0.3;                       // of what a file costs before it is parsed
 
 bool ends_word(char character) noexcept {

@@ -19,7 +19,7 @@ inline constexpr std::size_t size_width = 8; // of a size in bytes
 ///
 /// Trusts a size when the part that it measures ends there, or when an entry begins there. Otherwise the values themselves show
 /// where an entry ends: the name of the next one begins with a byte that is no tag of a value. When all sizes fit each other
-/// (`is_sound`), only names can be damaged visibly.
+/// (`is_sound`), it trusts every size and mends names alone.
 class BinarySalvage {
 public:
     BinarySalvage(std::string_view data, bool is_sound, unsigned int nesting_depth, LostParts& lost,

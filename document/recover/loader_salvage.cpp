@@ -47,6 +47,8 @@ void Loader::salvage(CoreString&& bytes, const Meter::Range& range) {
     tell_lost();
 }
 
+/// Decodes first as a load does, to find out whether all sizes fit each other. The salvage then builds the tree, because it also mends
+/// names that no text can have.
 void Loader::salvage_binary(std::string_view bytes, const Meter::Range& range) {
     core_uint64 end = 0;
     const bool is_sound = bytes.size() >= binary_head_size &&

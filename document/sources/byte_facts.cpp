@@ -1,6 +1,6 @@
 #include "document/sources/byte_facts_impl.h"
 
-#include "document/problems/files/byte_scan_impl.h"
+#include "document/sources/byte_scan_impl.h"
 
 #include <cstddef>
 

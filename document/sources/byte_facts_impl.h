@@ -6,20 +6,21 @@
 
 namespace bk_parser {
 
-/// What is known of the bytes of a file from one pass over each piece of it, while the piece is in the processor's cache.
+/// Collects facts about the bytes of a file while it is read, so that each piece is looked at once, while it is in the processor's cache.
 class ByteFacts {
 public:
-    /// The bytes so far, of which the ones from `begin` on are new.
+    /// Takes the next piece. `bytes` are all bytes read so far; those from `begin` on are new.
     void add(std::string_view bytes, std::size_t begin) noexcept;
 
-    /// Whether there is no stray byte.
+    /// Whether the bytes have no NUL, no invalid UTF-8 and no byte order mark inside.
     bool are_clean() const noexcept { return clean_ == size_; }
-    bool have_returns() const noexcept { return has_returns_; } // CR
+    /// Whether the bytes have a carriage return.
+    bool have_returns() const noexcept { return has_returns_; }
     std::uint64_t line_feeds() const noexcept { return line_feeds_; }
 
 private:
     std::size_t size_ = 0;
-    std::size_t clean_ = 0; // up to where
+    std::size_t clean_ = 0; // the bytes before this place have no stray one
     bool has_returns_ = false;
     std::uint64_t line_feeds_ = 0;
 };

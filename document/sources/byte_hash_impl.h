@@ -9,9 +9,8 @@
 
 namespace bk_parser {
 
-/// A hash that tells whether a file has changed. It takes eight bytes at a time in eight lanes, so that a
-/// multiplication does not wait for the one before.
-/// It does not protect against somebody who searches for two files with one hash.
+/// A hash that tells whether a file has changed. It takes eight bytes at a time in eight lanes, so that a multiplication does not wait for
+/// the one before. It does not protect against somebody who searches for two files with one hash.
 class ByteHash {
 public:
     /// Pieces may be of any size. The hash depends on the bytes, not on how they are cut.

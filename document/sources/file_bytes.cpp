@@ -69,7 +69,8 @@ bool read_pieces(bk::FileInput& input, core_uint64 most, FileBytes& file, Meter&
     return input.close();
 }
 
-/// Why no file of that kind can be read. Empty when one can. The last call of the system is the one that told the kind.
+} // namespace
+
 std::string why_no_file(SysPathKind kind) {
     switch (kind) {
     case SysPathKind::missing:
@@ -80,8 +81,6 @@ std::string why_no_file(SysPathKind kind) {
         return {};
     }
 }
-
-} // namespace
 
 FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Range& range, Meter& meter) {
     FileBytes file;

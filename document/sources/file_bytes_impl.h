@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/core_string.h"
+#include "core/sys_device.h"
 #include "document/load/meter_impl.h"
 #include "document/sources/byte_facts_impl.h"
 
@@ -18,6 +19,10 @@ struct FileBytes {
     bool is_too_large = false; // then `bytes` has only the first few bytes
     std::uint64_t size = 0;    // of one that is too large; 0 when that is not known
 };
+
+/// Says why no file of this kind can be read; returns an empty text when one can. Call it right after the system told the kind, because
+/// the reason why nothing is there is that of the system's last call.
+std::string why_no_file(SysPathKind kind);
 
 /// Reads a file, of at most `most` bytes, through the device in use. The meter's range is the reading.
 FileBytes read_file(const std::string& path, core_uint64 most, const Meter::Range& range, Meter& meter);

@@ -2,10 +2,10 @@
 
 #include "core/core_version.h"
 #include "core/numbers/core_number_impl.h"
-#include "document/problems/files/byte_scan_impl.h"
 #include "document/problems/files/line_reader_impl.h"
 #include "document/problems/list/problem_codes_impl.h"
 #include "document/problems/list/shown_word_impl.h"
+#include "document/sources/byte_scan_impl.h"
 #include "parser/files/parser_document_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 

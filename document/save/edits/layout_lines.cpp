@@ -132,7 +132,7 @@ std::string indented_anew(std::string_view lines, std::string_view from, std::st
         std::string_view line = lines.substr(0, end);
         lines.remove_prefix(end);
         const bool is_empty = line.find_first_not_of(" \t\r\n") == std::string_view::npos;
-        if (!is_first && line.starts_with(from) && !(is_empty && !line.starts_with(from))) {
+        if (!is_first && line.starts_with(from)) {
             line.remove_prefix(from.size());
             result += is_empty ? std::string_view() : to;
         } else if (is_first) {

@@ -24,7 +24,7 @@ bool is_at_blank_line(std::string_view text, std::size_t at) noexcept;
 /// Whether a blank line ends at the place.
 bool is_behind_blank_line(std::string_view text, std::size_t at) noexcept;
 
-/// The blanks at the beginning of the line.
+/// Returns the indentation of the line that has this place.
 std::string_view indent_of(std::string_view text, std::size_t at) noexcept;
 /// The beginning of the comments directly above an entry's line that have its indentation; the line itself when there are none.
 std::size_t comments_above(std::string_view text, std::size_t at) noexcept;
@@ -42,7 +42,8 @@ struct LineRange {
 };
 LineRange removal_of(std::string_view text, std::size_t begin, std::size_t end) noexcept;
 
-/// Replaces the indentation `from`, or a shorter one, of each line by `to`. The first line has no indentation.
+/// Moves lines from the indentation `from` to `to`. The first line comes without its indentation and gets `to`. In each other line `to`
+/// takes the place of `from`; a line that does not begin with `from` stays.
 std::string indented_anew(std::string_view lines, std::string_view from, std::string_view to);
 
 } // namespace bk_parser

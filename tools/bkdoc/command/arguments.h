@@ -18,10 +18,10 @@ public:
     const VerbSpec& verb() const noexcept { return *verb_; }
 
     bool has(std::string_view option) const noexcept { return find(option) != nullptr; }
-    /// The value of an option; nothing when it is missing.
+    /// Returns the value of an option, or nothing when the option is missing.
     std::optional<std::string> value(std::string_view option) const;
     std::string value_or(std::string_view option, std::string_view fallback) const;
-    /// The values of a repeated option, in their order.
+    /// Returns the values of an option that may be repeated, in the order of the command line.
     std::vector<std::string> values(std::string_view option) const;
     /// The value of a whole_number option. The parser of the command line has checked it.
     std::size_t number_or(std::string_view option, std::size_t fallback) const;

@@ -90,7 +90,7 @@ private:
                                                  : are_same_file(request_.source, path);
     }
 
-    // A document with errors lacks something of its file.
+    // A document with errors may lack a part of its file.
     bool may_replace(const OpenedDocument& document) {
         if (document.lacks_includes()) {
             return refuse(document.name() + ": an included file is missing");

@@ -16,12 +16,11 @@ std::string why_not_taken(const std::filesystem::path& place) {
     case std::filesystem::file_type::not_found:
         return {};
     case std::filesystem::file_type::directory:
-        return " (is a directory)";
     case std::filesystem::file_type::none:
     case std::filesystem::file_type::unknown:
         return " (" + why_unread(text_of(place)) + ")";
-    default:
-        return " (is no regular file)";
+    default: // why_unread would wait for whoever writes into a pipe
+        return " (is not a regular file)";
     }
 }
 

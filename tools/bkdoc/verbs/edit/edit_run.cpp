@@ -68,7 +68,7 @@ private:
         is_refused_ = true;
     }
 
-    // A document with errors lacks something of its file, so a save could lose it.
+    // A document with errors may lack a part of its file. A save would then remove that part.
     bool may_change(const OpenedDocument& document) {
         if (!document.is_read()) {
             report_aside(document, streams_);

@@ -33,7 +33,8 @@ std::size_t text_size(const ParserEntry& entry, unsigned int i) {
     return text.get_length();
 }
 
-/// The bytes of the name with its template and array suffix, the blank behind it, and the parentheses and commas of a call.
+/// The number of bytes that an entry takes besides its values: its name with template and array suffix, one blank, and the
+/// parentheses and commas of a call.
 std::size_t name_size(const ParserEntry& entry) {
     const std::size_t name = shown_name(entry).size() + 1;
     const std::size_t count = entry.get_value_count();

@@ -1,4 +1,4 @@
-#include "document/problems/files/byte_scan_impl.h"
+#include "document/sources/byte_scan_impl.h"
 
 #include "core/text/core_eight_impl.h"
 #include "core/text/core_utf8_impl.h"
