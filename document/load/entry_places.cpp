@@ -1,6 +1,7 @@
 #include "document/load/entry_places_impl.h"
 
 #include "document/load/document_state_impl.h"
+#include "document/sources/byte_scan_impl.h"
 #include "document/sources/path_text_impl.h"
 #include "parser/words/parser_characters_impl.h"
 
@@ -12,8 +13,7 @@ EntryPlaces::EntryPlaces(SourceMap&& sources, CoreString&& text)
     : sources_(std::move(sources)), text_(std::move(text)) {
     const std::string_view view = text_.get_view();
     line_begin_.push_back(0);
-    for (std::size_t i = view.find_first_of("\r\n"); i != std::string_view::npos;
-         i = view.find_first_of("\r\n", i + 1)) {
+    for (std::size_t i = find_line_end(view, 0); i < view.size(); i = find_line_end(view, i + 1)) {
         line_begin_.push_back(static_cast<std::uint32_t>(i + 1));
     }
 }

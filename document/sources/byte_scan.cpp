@@ -5,6 +5,7 @@
 #include "core/text/core_vectors_impl.h"
 
 #include <bit>
+#include <cstdint>
 
 namespace bk_parser {
 
@@ -138,6 +139,23 @@ StrayBytes find_stray_bytes(std::string_view text) {
         p += length == 0 ? 1 : length;
     }
     return found;
+}
+
+std::size_t find_line_end(std::string_view text, std::size_t from) noexcept {
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const char* p = begin + from;
+    for (; end - p >= 8; p += 8) {
+        const std::uint64_t eight = bk::load_eight(p);
+        const std::uint64_t found = bk::find_in_eight(eight, '\n') | bk::find_in_eight(eight, '\r');
+        if (found != 0) {
+            return static_cast<std::size_t>(p - begin) + bk::before_first(found);
+        }
+    }
+    while (p != end && *p != '\n' && *p != '\r') {
+        ++p;
+    }
+    return static_cast<std::size_t>(p - begin);
 }
 
 } // namespace bk_parser

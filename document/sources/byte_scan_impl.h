@@ -24,4 +24,7 @@ StrayBytes find_stray_bytes(std::string_view text);
 /// before a character that the end of the text cuts, so that the search can go on when more text is there.
 std::size_t skip_clean_bytes(std::string_view text, std::size_t from) noexcept;
 
+/// Returns where the first CR or LF from `from` on is; the size of the text when there is none.
+std::size_t find_line_end(std::string_view text, std::size_t from) noexcept;
+
 } // namespace bk_parser

@@ -1,6 +1,7 @@
 #include "document/sources/source_text_impl.h"
 
 #include "core/text/core_utf8_impl.h"
+#include "document/sources/byte_scan_impl.h"
 
 #include <algorithm>
 #include <utility>
@@ -24,8 +25,7 @@ void SourceText::find_lines() const {
     const std::string_view text = get_text();
     starts_.push_back(text.starts_with("\xEF\xBB\xBF") ? 3 : 0);
     counted_offset_ = starts_.front();
-    for (std::size_t i = text.find_first_of("\r\n"); i != std::string_view::npos;
-         i = text.find_first_of("\r\n", i)) {
+    for (std::size_t i = find_line_end(text, 0); i < text.size(); i = find_line_end(text, i)) {
         i += text.substr(i, 2) == "\r\n" ? 2 : 1;
         starts_.push_back(i);
     }
