@@ -80,7 +80,7 @@ public:
     /// Sets the entry that get_source_entry returns. Does not take it over.
     void set_source_entry(ParserEntry* entry) noexcept { source_entry_ = entry; }
 
-    /// **Remove the empty slot by its position before you use the group again.** Detaches the entry with that ordinal: its slot becomes
+    /// **Remove the empty slot by its position before you use the group again**. Detaches the entry with that ordinal: its slot becomes
     /// null. Get the pointer before the call: you own the entry from then on.
     void detach_entry(const unsigned int& ordinal);
 
