@@ -6,6 +6,7 @@
 #include "core/core_string.h"
 #include "core/core_version.h"
 #include "parser/parser_entry.h"
+#include "parser/parser_position_list.h"
 
 class ParserReadObserver;
 struct ParserLimits;
@@ -171,7 +172,7 @@ private:
     CoreString name_;
     CoreVector<ParserEntry*> entries_;
     /// Positions of the entries that have no ordinal, ascending. All other positions are the entry index.
-    CoreVector<unsigned int> keyword_index_;
+    ParserPositionList keyword_index_;
     union {
         ParserEntry* source_entry_ = nullptr;
         ParserGroup* next_doomed_; // once the group waits for its deletion

@@ -60,9 +60,9 @@ public:
     void truncate(unsigned int count) noexcept;
     /// Removes every value.
     void clear() noexcept;
-    /// Exchanges the values of both lists. Constant time.
+    /// Exchanges the values of both lists, of which the other is no entry's in pages. Constant time.
     void swap(ParserValueList& other) noexcept;
-    /// Lists the same values as `other`, in place of what was listed.
+    /// Lists the same values as `other`, in place of what was listed. Not of an entry in pages.
     void share(ParserValueList& other);
 
     /// The strings that are inside the values now are handed out, and stay where they are from now on.
@@ -74,6 +74,19 @@ public:
     bool dies_with_entry() const noexcept;
     /// Whether values, or strings in the entry's block, may live longer than the entry.
     bool may_outlive_entry() const noexcept { return in_cells_ || left_entry_; }
+    /// Says that the entry, whose list this is, stands in the pages of a document.
+    void set_in_pages() noexcept { is_in_pages_ = 1; }
+    /// Whether it does.
+    bool is_in_pages() const noexcept { return is_in_pages_ != 0; }
+    /// Says that the document knows that the entry owns something outside of its pages.
+    void set_listed() noexcept { is_listed_ = 1; }
+    /// Whether it does.
+    bool is_listed() const noexcept { return is_listed_ != 0; }
+    /// Before the entry owns something outside.
+    void list_entry() noexcept;
+    /// Before the entry gets a group that was made elsewhere, or another gets a group of its.
+    void leave_document() noexcept;
+
     /// Of an entry's own list that was cleared: false when strings stay in the entry's block, which they give back.
     bool let_go_of_entry(ParserEntry& entry) const noexcept;
 
@@ -94,4 +107,6 @@ private:
     bool in_cells_ = false;
     bool left_entry_ = false;                 // strings have stayed behind in the entry's block
     mutable unsigned char shows_strings_ = 0; // a host may hold strings that are inside of values
+    unsigned char is_in_pages_ : 1 = 0;
+    unsigned char is_listed_ : 1 = 0;
 };

@@ -2,9 +2,9 @@
 
 #include "core/reports/core_guard_impl.h"
 #include "parser/binary/parser_binary_scalar_impl.h"
+#include "parser/model/drop/parser_teardown_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
-#include "parser/model/parser_teardown_impl.h"
 #include "parser/model/parser_value_impl.h"
 
 #include <algorithm>
@@ -96,12 +96,20 @@ BinaryDecoder::~BinaryDecoder() {
 }
 
 bool BinaryDecoder::read_group(ParserGroup& group) {
+    const core_uint64 announced = ByteCursor(cursor_).take<std::uint64_t>();
+    UnfinishedPages pages(std::min<core_uint64>(announced, cursor_.rest().size()));
+    pages_ = pages.get();
+    bool is_whole = false;
     try {
-        return open_group(group) && run();
+        is_whole = open_group(group) && run();
     } catch (...) {
         keep_whole_entries();
         throw;
     }
+    if (!has_discarded_) {
+        pages.finish();
+    }
+    return is_whole;
 }
 
 /// Called when memory ran out or the host threw: keeps the whole entries of the outermost group.
@@ -233,7 +241,7 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
             return stop_at_depth();
         }
         pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
-        ParserGroup* const group = new ParserGroup(CoreString());
+        ParserGroup* const group = GroupAccess::make(pages_).release();
         pending_.back().group = group;
         open_group(*group); // `level` may have moved; a group that cannot be opened stays empty
         return Step::more;
@@ -281,7 +289,7 @@ bool BinaryDecoder::read_plain_entry(Level& level) {
         return false;
     }
     std::unique_ptr<ParserEntry> entry(
-        EntryAccess::make({.name = entry_name(level)}, found.count, found.text_size));
+        EntryAccess::make({.name = entry_name(level)}, found.count, found.text_size, pages_));
     if (found.count != 0) {
         make_plain_values(EntryAccess::values(*entry), found, string_sizes_.data());
     }
@@ -312,7 +320,7 @@ BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
     }
     const auto count = static_cast<unsigned int>(pending_.size() - level.first_value);
     std::unique_ptr<ParserEntry> entry(
-        EntryAccess::make({.name = entry_name(level)}, count, level.text_size));
+        EntryAccess::make({.name = entry_name(level)}, count, level.text_size, pages_));
     fill_values(EntryAccess::values(*entry), level.first_value);
     keep_entry(level, std::move(entry));
     return Step::more;
@@ -325,8 +333,13 @@ void BinaryDecoder::close_level() {
             discard_values(level.first_value);
         }
         const unsigned int first = level.first_entry;
-        GroupAccess::append(*level.group, entries_.data() + first,
-                            static_cast<unsigned int>(entries_.size() - first));
+        ParserEntry* const* const entries = entries_.data() + first;
+        const auto count = static_cast<unsigned int>(entries_.size() - first);
+        if (pages_ != nullptr && levels_.size() != 1) {
+            GroupAccess::fill(*level.group, entries, count, *pages_);
+        } else {
+            GroupAccess::append(*level.group, entries, count);
+        }
         entries_.resize(first);
     }
     levels_.pop_back();
@@ -362,6 +375,9 @@ void BinaryDecoder::fill_values(ParserValueList& values, std::size_t first) {
     PendingValue* const pending = pending_.data() + first;
     for (unsigned int i = 0; i < count; ++i) {
         is_plain = is_plain && keeps_nothing_outside(pending[i].type);
+        if (pending[i].type == ParserValue::TYPE_BINARY_DATA) {
+            values.list_entry();
+        }
         make_value(places + i, pending[i], text);
         values.set_count(i + 1);
     }
@@ -415,6 +431,7 @@ ParserValue* BinaryDecoder::make_other(void* place, PendingValue& pending, char*
 void BinaryDecoder::discard_values(std::size_t first) noexcept {
     for (std::size_t i = first; i < pending_.size(); ++i) {
         if (pending_[i].type == ParserValue::TYPE_GROUP) {
+            has_discarded_ = has_discarded_ || pending_[i].group != nullptr;
             destroy_group(pending_[i].group);
         }
     }

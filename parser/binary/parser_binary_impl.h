@@ -4,6 +4,7 @@
 #include "core/reports/core_guard_impl.h"
 #include "core/reports/core_pace_impl.h"
 #include "core/text/core_bytes_impl.h"
+#include "parser/model/drop/parser_document_pages_impl.h"
 #include "parser/parser_group.h"
 #include "parser/parser_limits.h"
 
@@ -241,8 +242,10 @@ private:
     BinaryHost* host_ = nullptr;
     Pace* pace_ = nullptr;
     bool is_stopped_ = false;
-    bool is_told_ = false; // what was damaged first
-    bool is_cut_ = false;  // the data are a part of a document
+    bool is_told_ = false;           // what was damaged first
+    bool is_cut_ = false;            // the data are a part of a document
+    bool has_discarded_ = false;     // groups with what was in them
+    DocumentPages* pages_ = nullptr; // of the group that is read
     std::vector<Level> levels_;
     std::vector<ParserEntry*> entries_;      // of all open groups, the outermost first
     std::vector<PendingValue> pending_;      // of all open entries, the outermost first

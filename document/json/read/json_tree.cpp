@@ -1,9 +1,9 @@
 #include "document/json/read/json_tree_impl.h"
 
 #include "document/json/json_words_impl.h"
+#include "parser/model/drop/parser_teardown_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
-#include "parser/model/parser_teardown_impl.h"
 #include "parser/model/parser_value_impl.h"
 
 #include <memory>
