@@ -129,7 +129,7 @@ public:
     /// leaves the output as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& braces,
                             const bool& pretty, const unsigned int& level) const;
-    /// The same as hexadecimal digits. **The plain text itself follows the digits**.
+    /// The same as hexadecimal digits. **The plaintext itself follows the digits**.
     void get_encrypted_text(CoreString& text, const CoreString& key, const bool& braces, const bool& pretty,
                             const unsigned int& level) const;
     /// Deciphers and parses. When the data cannot be deciphered, returns false and leaves the group unchanged. Does not notice every

@@ -35,7 +35,7 @@ public:
 
     /// Room for `count` values and `text_size` bytes of their spellings; the list is empty. The values are constructed
     /// in the room, in order, by whoever asked for it, and counted by set_count. As long as none of them keeps anything
-    /// outside this room, `keep_plain` spares the list their destruction.
+    /// outside this room, `mark_self_contained` spares the list their destruction.
     void make_room(unsigned int count, std::size_t text_size);
     /// The same in a place of room_size bytes that the list does not give back.
     void take_room(void* place, unsigned int count, std::size_t text_size) noexcept;
@@ -48,7 +48,7 @@ public:
     /// Says how many values were made in the block.
     void set_count(unsigned int count) noexcept { count_ = count; }
     /// Says that no value keeps anything outside of the block.
-    void keep_plain() noexcept;
+    void mark_self_contained() noexcept;
 
     /// Takes over the content of `value`, which is left cleared. Amortised constant time.
     ParserValue& append(ParserValue& value);

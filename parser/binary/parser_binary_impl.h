@@ -212,7 +212,7 @@ private:
     std::string_view take_bytes();
     bool is_past_end();
     bool ends_at(core_uint64 end);
-    bool may_be_plain(const Level& level) const noexcept;
+    bool may_be_read_at_once(const Level& level) const noexcept;
     void keep_whole_entries() noexcept;
 
     bool open_group(ParserGroup& group);
@@ -220,7 +220,7 @@ private:
     bool run();
     Step advance(Level& level);
     Step begin_entry(Level& level);
-    bool read_plain_entry(Level& level);
+    bool read_flat_entry(Level& level);
     core_uint64 sure_end(const Level& level) const noexcept;
     std::string_view entry_name(const Level& level) const noexcept;
     Step finish_entry(Level& level);
@@ -228,7 +228,7 @@ private:
     void close_level();
 
     bool take_tag(ParserValue::Type& type) noexcept;
-    void take_plain(ParserValue::Type type);
+    void take_value(ParserValue::Type type);
     void fill_values(ParserValueList& values, std::size_t first);
     void append_values(ParserValueList& values);
     static ParserValue* make_value(void* place, PendingValue& pending, char*& text);

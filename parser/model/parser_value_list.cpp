@@ -87,7 +87,7 @@ void ParserValueList::leave_document() noexcept {
 ParserValue& ParserValueList::change(unsigned int i) noexcept {
     list_entry();
     if (!in_cells_) {
-        block_->is_plain = 0;
+        block_->is_self_contained = 0;
     }
     return at(i);
 }
@@ -107,7 +107,7 @@ ParserValue& ParserValueList::append(ParserValue& value) {
         grow();
     }
     BK_ASSERT(count_ < block_->capacity);
-    block_->is_plain = 0;
+    block_->is_self_contained = 0;
     if (in_cells_) {
         Cell* const cell = Cell::make();
         bk::ValueAccess::relocate(value, cell->storage);
@@ -220,9 +220,9 @@ void ParserValueList::clear() noexcept {
         return;
     }
     BK_ASSERT(count_ <= block_->capacity);
-    BK_ASSERT(!block_->is_plain ||
+    BK_ASSERT(!block_->is_self_contained ||
               (!in_cells_ && bk::ValueAccess::keep_nothing_outside(block_->values(), count_)));
-    for (unsigned int i = 0; i < count_ && !block_->is_plain; ++i) {
+    for (unsigned int i = 0; i < count_ && !block_->is_self_contained; ++i) {
         if (in_cells_) {
             release_cell(block_->cells()[i]);
         } else {
@@ -278,7 +278,7 @@ void ParserValueList::split_into_cells() {
     unsigned int made = 0;
     try {
         for (; made < count_; ++made) {
-            block_->is_plain = 0; // a text of its own is kept outside the block
+            block_->is_self_contained = 0; // a text of its own is kept outside the block
             if (!departure.stays(made)) {
                 bk::ValueAccess::own_text(block_->values()[made]);
             }

@@ -135,7 +135,7 @@ void TreeSink::add_entry(const KnownEntry& known) {
         fill_numbers(values.room(), known, text);
     }
     values.set_count(count);
-    values.keep_plain();
+    values.mark_self_contained();
 }
 
 ParserEntry* TreeSink::make_known(const KnownEntry& known, unsigned int count, std::size_t text_size) {
@@ -209,7 +209,7 @@ ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
         fill_values(values);
         BK_ASSERT(values.get_count() == values_.size());
         if (extra_values == 0 && !has_binary_data_) {
-            values.keep_plain();
+            values.mark_self_contained();
         }
     }
     entries_.push_back(made.get());

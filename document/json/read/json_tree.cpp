@@ -160,7 +160,7 @@ void JsonTree::fill_values(ParserEntry& entry, std::size_t first) {
         }
     }
     if (is_plain) {
-        values.keep_plain();
+        values.mark_self_contained();
     }
     pending_.resize(first);
 }
