@@ -81,7 +81,8 @@ public:
     /// Sets the entry that get_source_entry returns. Does not take it over.
     void set_source_entry(ParserEntry* entry) noexcept { source_entry_ = entry; }
 
-    /// Detaches the entry with that ordinal: its slot becomes null. Get the pointer before the call: you own the entry from then on.
+    /// Detaches the entry with that ordinal: its slot becomes null. Get the pointer before the call: you own the entry from then on,
+    /// and may delete it after the call.
     /// Remove the empty slot by its position before you use the group again.
     void detach_entry(const unsigned int& ordinal);
 

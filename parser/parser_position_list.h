@@ -2,7 +2,7 @@
 
 #include "core/core_string.h"
 
-/// Positions of entries, ascending, and a mark of the group that has them. Used by ParserGroup alone.
+/// Positions of entries, ascending, and two marks of the group that has them. Used by ParserGroup alone.
 class ParserPositionList {
 public:
     ParserPositionList() noexcept = default;
@@ -33,19 +33,24 @@ public:
     void truncate(unsigned int count) noexcept { count_ = count; }
     /// Removes all and frees the storage.
     void clear() noexcept;
-    /// Exchanges the positions, but not the marks. Constant time.
+    /// Exchanges the positions. Each keeps its mark of standing in pages; both list a document when one did. Constant time.
     void swap(ParserPositionList& other) noexcept;
 
     /// Whether the group stands in the pages of a document.
     bool is_in_pages() const noexcept { return is_in_pages_ != 0; }
     /// Says that it does.
     void set_in_pages() noexcept { is_in_pages_ = 1; }
+    /// Whether the group may list the outermost entries of a document with pages.
+    bool may_list_document() const noexcept { return may_list_document_ != 0; }
+    /// Says that it does.
+    void set_lists_document() noexcept { may_list_document_ = 1; }
 
 private:
     void grow_to(core_uint64 capacity);
 
     unsigned int* positions_ = nullptr;
     unsigned int count_ = 0;
-    unsigned int capacity_ : 31 = 0;
+    unsigned int capacity_ : 30 = 0;
     unsigned int is_in_pages_ : 1 = 0;
+    unsigned int may_list_document_ : 1 = 0;
 };

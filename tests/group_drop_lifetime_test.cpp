@@ -199,6 +199,24 @@ TEST(group_drop_lifetime, an_entry_that_owns_something_goes_before_its_document)
     EXPECT_EQ(root->get_entry_count(), 1503u);
 }
 
+TEST(group_drop_lifetime, an_entry_that_a_host_deletes_before_it_empties_the_slot_goes_once) {
+    for (const bool owns_something : {false, true}) {
+        const auto root = parsed();
+        ParserGroup& group = inside(*root, 3);
+        ParserEntry* const entry = group.get_entry(CoreString("place"));
+        const unsigned int ordinal = ordinal_of(group, entry);
+        const unsigned int count = group.get_entries().get_count();
+        if (owns_something) {
+            entry->rename(outside());
+        }
+        delete entry;
+        overwrite_pages();
+        group.detach_entry(ordinal);
+        group.remove_entry(position_of(group, nullptr));
+        EXPECT_EQ(group.get_entries().get_count(), count - 1);
+    }
+}
+
 TEST(group_drop_lifetime, groups_deeper_than_destructors_nest_go_before_their_document) {
     constexpr unsigned int depth = 2000;
     std::string deep = "deep ";

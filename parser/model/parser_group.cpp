@@ -105,6 +105,9 @@ void ParserGroup::append(ParserEntry* entry) {
 
 void bk::GroupAccess::list_entries(ParserGroup& group, ParserEntry* const* entries, unsigned int count) {
     // The index first, and only then the entries, which cannot be taken in half.
+    if (count != 0 && !is_in_pages(group) && EntryAccess::is_in_pages(*entries[0])) {
+        group.keyword_index_.set_lists_document();
+    }
     const unsigned int first = group.entries_.get_count();
     const unsigned int first_keyword = group.keyword_index_.get_count();
     try {

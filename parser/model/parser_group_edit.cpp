@@ -86,9 +86,13 @@ void ParserGroup::rebuild_index() noexcept {
     }
 }
 
+/// A host may have deleted the entry already, so it is looked at only where the group cannot tell its document.
 void ParserGroup::detach_entry(const unsigned int& ordinal) {
     ParserEntry*& slot = entries_[position_of(ordinal)];
-    bk::EntryAccess::escape(slot);
+    bk::GroupAccess::escape(*this);
+    if (keyword_index_.may_list_document()) {
+        bk::EntryAccess::escape(slot);
+    }
     slot = nullptr;
 }
 

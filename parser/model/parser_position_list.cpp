@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr unsigned int limit = 0x7FFFFFFFu; // a bit of the count is the group's mark
+constexpr unsigned int limit = 0x3FFFFFFFu; // two bits of the count are the group's marks
 
 } // namespace
 
@@ -62,4 +62,6 @@ void ParserPositionList::swap(ParserPositionList& other) noexcept {
     const unsigned int capacity = capacity_;
     capacity_ = other.capacity_;
     other.capacity_ = capacity & limit;
+    may_list_document_ |= other.may_list_document_;
+    other.may_list_document_ = may_list_document_;
 }
