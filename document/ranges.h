@@ -137,7 +137,7 @@ public:
         is_over_ = !cursor_.next();
         return Iterator(*this);
     }
-    /// For loops over the range.
+    /// An iterator, for range-based loops.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
     /// The cursor that the range walks with.
     Cursor& cursor() & noexcept { return cursor_; }
@@ -237,7 +237,7 @@ public:
     Iterator begin() const& noexcept { return Iterator(*this); }
     /// Does not compile on a temporary range: the iterator would dangle.
     Iterator begin() const&& = delete;
-    /// For loops over the range.
+    /// An iterator, for range-based loops.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
 
 private:

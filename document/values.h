@@ -407,9 +407,9 @@ public:
     explicit Values(const ParserEntry& entry, unsigned int first = 0) noexcept
         : entry_(&entry), first_(first) {}
 
-    /// For loops over the range.
+    /// An iterator, for range-based loops.
     Iterator begin() const { return Iterator(*entry_, first_); }
-    /// For loops over the range.
+    /// An iterator, for range-based loops.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
 
     /// Returns nothing when a value from `first` on is not a T.
