@@ -96,7 +96,7 @@ void ParserEntry::copy_fields(const ParserEntry& other) {
     line_ = other.line_;
     column_ = other.column_;
     array_count_ = other.array_count_;
-    type_ = other.type_;
+    change_type(other.type_);
 }
 
 void ParserEntry::reset() {
@@ -139,7 +139,14 @@ void ParserEntry::set_array(const bool& is_array, const unsigned int& count) {
 }
 
 void ParserEntry::set_as_raw_text(bool raw) {
-    type_ = raw ? TYPE_RAW_TEXT : TYPE_ENTRY;
+    change_type(raw ? TYPE_RAW_TEXT : TYPE_ENTRY);
+}
+
+void ParserEntry::change_type(Type type) noexcept {
+    if (type != type_) {
+        type_ = type;
+        bk::type_era.fetch_add(1, std::memory_order_relaxed);
+    }
 }
 
 ParserEntry::Rare& ParserEntry::make_rare() {
