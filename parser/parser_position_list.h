@@ -47,7 +47,7 @@ public:
         }
     }
 
-    /// Exchanges the positions. Each keeps its mark of standing in pages; both list a document when one did. Constant time.
+    /// Exchanges the positions, but not the marks. Constant time.
     void swap(ParserPositionList& other) noexcept;
 
     /// Whether the group stands in the pages of a document.

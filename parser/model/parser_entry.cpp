@@ -42,9 +42,7 @@ ParserEntry::ParserEntry(const ParserEntry& other)
     copier.finish();
 }
 
-/// A document does not know that a host has deleted an entry of it. `release` clears the mark of the entries that it deletes.
 ParserEntry::~ParserEntry() {
-    bk::EntryAccess::escape(this);
     if (!values_.dies_with_entry() && values_.may_outlive_entry()) [[unlikely]] {
         leave_values();
     }
@@ -210,7 +208,6 @@ void bk::EntryAccess::release(ParserEntry* entry) noexcept {
     if (entry->rare_ != nullptr && entry->rare_->other_owners != 0) {
         --entry->rare_->other_owners;
     } else if (may_go(*entry)) {
-        entry->values_.set_out_of_pages();
         delete entry;
     }
 }

@@ -63,7 +63,8 @@ bool is_refused(const char* operation, const ParserGroup& from, const ParserGrou
 
 } // namespace
 
-/// A host may have deleted the entry already, so it is looked at only where the group cannot tell its document.
+/// A host may have deleted the entry already, so it is looked at only where the group cannot tell its document. The pages of that
+/// document still have the mark of a deleted entry.
 void ParserGroup::detach_entry(const unsigned int& ordinal) {
     ParserEntry*& slot = entries_[position_of(ordinal)];
     bk::GroupAccess::escape(*this);

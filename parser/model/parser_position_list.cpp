@@ -97,6 +97,4 @@ void ParserPositionList::swap(ParserPositionList& other) noexcept {
     const unsigned int capacity = capacity_;
     capacity_ = other.capacity_;
     other.capacity_ = capacity & limit;
-    may_list_document_ |= other.may_list_document_;
-    other.may_list_document_ = may_list_document_;
 }
