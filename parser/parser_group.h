@@ -164,6 +164,9 @@ private:
 
     void append(ParserEntry* entry);
     void swap_content(ParserGroup& other) noexcept;
+    bool prepare_index(unsigned int extra);
+    bool is_index_exact() const noexcept;
+    unsigned int count_without_ordinal() const noexcept;
     void rebuild_index() noexcept;
     template <class IsRemoved>
     void take_out(IsRemoved is_removed);

@@ -33,7 +33,21 @@ public:
     void truncate(unsigned int count) noexcept { count_ = count; }
     /// Removes all and frees the storage.
     void clear() noexcept;
-    /// Exchanges the positions. Each keeps its mark of standing in pages; both list a document when one did. Constant time.
+    /// Takes a position out, if it is there, and lowers those behind it by one. Returns whether it was there. Linear in those.
+    bool close_gap(unsigned int position) noexcept;
+    /// Raises the positions from this one on by one, and adds it when `is_listed`, for which there is room. Linear in those.
+    void open_gap(unsigned int position, bool is_listed) noexcept;
+
+    /// What set_era said last, since the storage was taken; else 0.
+    core_uint64 get_era() const noexcept { return positions_ == nullptr ? 0 : head()->era; }
+    /// Notes when the positions were last found anew. A list without storage forgets that.
+    void set_era(core_uint64 era) noexcept {
+        if (positions_ != nullptr) {
+            head()->era = era;
+        }
+    }
+
+    /// Exchanges the positions, but not the marks. Constant time.
     void swap(ParserPositionList& other) noexcept;
 
     /// Whether the group stands in the pages of a document.
@@ -46,6 +60,12 @@ public:
     void set_lists_document() noexcept { may_list_document_ = 1; }
 
 private:
+    /// Stands before the positions in their block.
+    struct Head {
+        core_uint64 era;
+    };
+
+    Head* head() const noexcept { return reinterpret_cast<Head*>(positions_) - 1; }
     void grow_to(core_uint64 capacity);
 
     unsigned int* positions_ = nullptr;

@@ -77,8 +77,6 @@ public:
     bool may_outlive_entry() const noexcept { return in_cells_ || left_entry_; }
     /// Says that the entry, whose list this is, stands in the pages of a document.
     void set_in_pages() noexcept { is_in_pages_ = 1; }
-    /// Says that its document has given the entry up, which is about to be deleted.
-    void set_out_of_pages() noexcept { is_in_pages_ = 0; }
     /// Whether it does.
     bool is_in_pages() const noexcept { return is_in_pages_ != 0; }
     /// Says that the document knows that the entry owns something outside of its pages.

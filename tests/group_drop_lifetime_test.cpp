@@ -199,6 +199,17 @@ TEST(group_drop_lifetime, an_entry_that_owns_something_goes_before_its_document)
     EXPECT_EQ(root->get_entry_count(), 1503u);
 }
 
+TEST(group_drop_lifetime, an_entry_that_was_detached_from_a_group_inside_lives_on) {
+    auto root = parsed();
+    ParserGroup& group = inside(*root, 3);
+    const std::unique_ptr<ParserEntry> entry(group.get_entry(CoreString("inner")));
+    group.detach_entry(ordinal_of(group, entry.get()));
+    group.remove_entry(position_of(group, nullptr));
+    root.reset();
+    overwrite_pages();
+    EXPECT_EQ(text_of(*entry->get_group(0)), " deep yes word \"short\"");
+}
+
 TEST(group_drop_lifetime, an_entry_that_a_host_deletes_before_it_empties_the_slot_goes_once) {
     for (const bool owns_something : {false, true}) {
         const auto root = parsed();

@@ -42,9 +42,7 @@ ParserEntry::ParserEntry(const ParserEntry& other)
     copier.finish();
 }
 
-/// A document does not know that a host has deleted an entry of it. `release` clears the mark of the entries that it deletes.
 ParserEntry::~ParserEntry() {
-    bk::EntryAccess::escape(this);
     if (!values_.dies_with_entry() && values_.may_outlive_entry()) [[unlikely]] {
         leave_values();
     }
@@ -96,7 +94,7 @@ void ParserEntry::copy_fields(const ParserEntry& other) {
     line_ = other.line_;
     column_ = other.column_;
     array_count_ = other.array_count_;
-    type_ = other.type_;
+    change_type(other.type_);
 }
 
 void ParserEntry::reset() {
@@ -139,7 +137,14 @@ void ParserEntry::set_array(const bool& is_array, const unsigned int& count) {
 }
 
 void ParserEntry::set_as_raw_text(bool raw) {
-    type_ = raw ? TYPE_RAW_TEXT : TYPE_ENTRY;
+    change_type(raw ? TYPE_RAW_TEXT : TYPE_ENTRY);
+}
+
+void ParserEntry::change_type(Type type) noexcept {
+    if (type != type_) {
+        type_ = type;
+        bk::type_era.fetch_add(1, std::memory_order_relaxed);
+    }
 }
 
 ParserEntry::Rare& ParserEntry::make_rare() {
@@ -203,7 +208,6 @@ void bk::EntryAccess::release(ParserEntry* entry) noexcept {
     if (entry->rare_ != nullptr && entry->rare_->other_owners != 0) {
         --entry->rare_->other_owners;
     } else if (may_go(*entry)) {
-        entry->values_.set_out_of_pages();
         delete entry;
     }
 }

@@ -4,6 +4,7 @@
 #include "parser/model/parser_value_list_impl.h"
 #include "parser/parser_entry.h"
 
+#include <atomic>
 #include <functional>
 #include <string_view>
 
@@ -25,6 +26,10 @@ inline unsigned long long name_bit(std::string_view name) noexcept {
     return 1ULL << (std::hash<std::string_view>()(name) % 64);
 }
 
+/// How often an entry has changed its type, in the process, plus 1. A group compares it to tell whether types of its entries may have
+/// changed since it last looked at them; an entry does not know its groups.
+inline constinit std::atomic<core_uint64> type_era = 1;
+
 /// What the library's other parts see of an entry.
 class EntryAccess {
 public:
@@ -36,7 +41,6 @@ public:
     static const ParserValue& value(const ParserEntry& entry, unsigned int i) noexcept {
         return entry.values_[i];
     }
-    static void set_type(ParserEntry& entry, ParserEntry::Type type) noexcept { entry.type_ = type; }
     static void set_place(ParserEntry& entry, core_ulong line, core_ulong column) noexcept {
         entry.line_ = line;
         entry.column_ = column;

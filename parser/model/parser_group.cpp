@@ -112,8 +112,11 @@ void bk::GroupAccess::list_entries(ParserGroup& group, ParserEntry* const* entri
     const unsigned int first_keyword = group.keyword_index_.get_count();
     try {
         for (unsigned int i = 0; i < count; ++i) {
-            if (entries[i]->get_type() == ParserEntry::TYPE_KEYWORD) {
+            const ParserEntry::Type type = entries[i]->get_type();
+            if (type == ParserEntry::TYPE_KEYWORD) {
                 group.keyword_index_.add(first + i);
+            } else if (type != ParserEntry::TYPE_ENTRY) {
+                group.keyword_index_.set_era(0); // a call has an ordinal until the index is found anew
             }
         }
         group.entries_.add_range(entries, count);

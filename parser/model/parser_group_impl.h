@@ -37,9 +37,6 @@ public:
     /// Lists an entry that holds `value`, or a new group for null, when all of it is there: until then `value` is the
     /// caller's. Null for a null entry.
     static ParserGroup* add_group(ParserGroup& group, std::unique_ptr<ParserEntry> entry, ParserGroup* value);
-    /// Lets the next edit that rebuilds the index need no memory, when a host has changed types meanwhile and adds `extra`
-    /// entries.
-    static void make_index_room(ParserGroup& group, unsigned int extra);
     /// Takes out the entry at a position, whatever its type; null for an empty slot and past the end. The caller owns it. An
     /// entry that other groups list too stays theirs, and the caller gets a copy. All or nothing.
     static std::unique_ptr<ParserEntry> take(ParserGroup& group, unsigned int position);
@@ -51,8 +48,8 @@ public:
     /// Lists an entry that nobody else owns at a position, past the end at the end. All or nothing.
     static void insert(ParserGroup& group, unsigned int position, ParserEntry* entry);
 
-    /// Room for that many positions of entries without an ordinal.
-    static void reserve_index(ParserGroup& group, unsigned int count);
+    /// Takes a slot out of the lists. An exact index is shifted; any other is found anew.
+    static void drop_slot(ParserGroup& group, unsigned int position, bool is_exact) noexcept;
 
     /// Whether the group stands in the pages of a document.
     static bool is_in_pages(const ParserGroup& group) noexcept { return group.keyword_index_.is_in_pages(); }
@@ -64,6 +61,12 @@ public:
     }
     /// Of a group in pages: whether a list of it stands elsewhere.
     static bool has_lists_outside(const ParserGroup& group) noexcept;
+    /// Before a list of a group in pages comes to stand elsewhere. Its document does not look at a group that had none there.
+    static void list_outside(const ParserGroup& group) noexcept {
+        if (is_in_pages(group) && !has_lists_outside(group)) {
+            escape_from_pages(group);
+        }
+    }
     /// Before a group gives its lists back by itself. A document that knows of them would look at the group at its end.
     static void leave_list(const ParserGroup& group) noexcept {
         if (is_in_pages(group) && has_lists_outside(group)) {
@@ -83,7 +86,6 @@ public:
 private:
     static void list_entries(ParserGroup& group, ParserEntry* const* entries, unsigned int count);
     static void escape_from_pages(const ParserGroup& group) noexcept;
-    static void drop_slot(ParserGroup& group, unsigned int position);
 };
 
 } // namespace bk

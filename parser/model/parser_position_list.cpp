@@ -3,11 +3,16 @@
 #include "core/core_memory.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace {
 
 constexpr unsigned int limit = 0x3FFFFFFFu; // two bits of the count are the group's marks
+
+std::size_t block_size(std::size_t capacity) noexcept {
+    return sizeof(core_uint64) + capacity * sizeof(unsigned int);
+}
 
 } // namespace
 
@@ -43,17 +48,47 @@ void ParserPositionList::grow_to(core_uint64 capacity) {
     if (capacity > limit) {
         CoreMemory::refuse_count();
     }
-    constexpr std::size_t size = sizeof(unsigned int);
-    positions_ = static_cast<unsigned int*>(CoreMemory::grow(positions_, capacity_ * size, count_ * size,
-                                                             static_cast<std::size_t>(capacity) * size));
+    const std::size_t grown = block_size(static_cast<std::size_t>(capacity));
+    void* block = nullptr;
+    if (positions_ == nullptr) {
+        block = ::new (CoreMemory::allocate(grown)) Head{0};
+    } else {
+        block = CoreMemory::grow(head(), block_size(capacity_), block_size(count_), grown);
+    }
+    positions_ = reinterpret_cast<unsigned int*>(static_cast<Head*>(block) + 1);
     capacity_ = static_cast<unsigned int>(capacity) & limit;
 }
 
 void ParserPositionList::clear() noexcept {
-    CoreMemory::release(positions_, capacity_ * sizeof(unsigned int));
+    if (positions_ != nullptr) {
+        CoreMemory::release(head(), block_size(capacity_));
+    }
     positions_ = nullptr;
     count_ = 0;
     capacity_ = 0;
+}
+
+bool ParserPositionList::close_gap(unsigned int position) noexcept {
+    unsigned int* const end = positions_ + count_;
+    unsigned int* const place = std::lower_bound(positions_, end, position);
+    const bool is_there = place != end && *place == position;
+    for (unsigned int* moved = place + (is_there ? 1 : 0); moved != end; ++moved) {
+        moved[is_there ? -1 : 0] = *moved - 1;
+    }
+    count_ -= is_there ? 1 : 0;
+    return is_there;
+}
+
+void ParserPositionList::open_gap(unsigned int position, bool is_listed) noexcept {
+    unsigned int* const end = positions_ + count_;
+    unsigned int* const place = std::lower_bound(positions_, end, position);
+    for (unsigned int* moved = end; moved != place; --moved) {
+        moved[is_listed ? 0 : -1] = moved[-1] + 1;
+    }
+    if (is_listed) {
+        *place = position;
+        ++count_;
+    }
 }
 
 void ParserPositionList::swap(ParserPositionList& other) noexcept {
@@ -62,6 +97,4 @@ void ParserPositionList::swap(ParserPositionList& other) noexcept {
     const unsigned int capacity = capacity_;
     capacity_ = other.capacity_;
     other.capacity_ = capacity & limit;
-    may_list_document_ |= other.may_list_document_;
-    other.may_list_document_ = may_list_document_;
 }
