@@ -7,7 +7,8 @@
 /// innermost. The functions of this base class do nothing; a host overrides those that it needs.
 ///
 /// When one of them throws, the library ends the open tasks, drops what `end_task` throws meanwhile, and passes the exception to
-/// the caller of the operation. One exception is different: an operation that has a result takes std::bad_alloc for its own.
+/// the caller of the operation. One exception is different: in an operation that returns a result, std::bad_alloc counts as running out
+/// of memory.
 class BK_PARSER_API AppProgressBar {
 public:
     AppProgressBar() = default;
@@ -17,7 +18,7 @@ public:
     virtual void begin_task(const CoreString& label, const float& share, const bool& flag);
     /// Opens a task without a label.
     virtual void begin_task(const bool& flag);
-    /// How many steps the current task has, and which step it has reached.
+    /// The number of steps of the current task.
     virtual void set_step_count(const unsigned int& count);
     /// The step that the current task has reached.
     virtual void step(const unsigned int& step);

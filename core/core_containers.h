@@ -58,8 +58,7 @@ public:
         ++count_;
     }
 
-    /// Appends `count` elements, which must not lie in this vector. The capacity becomes what adding them one by one would
-    /// make it.
+    /// Appends `count` elements, which must not be in this vector. The capacity grows as if they were added one by one.
     void add_range(const T* elements, const unsigned int& count) {
         const unsigned int added = count; // read before growing: it may be an element
         make_room(added);
@@ -68,7 +67,7 @@ public:
     }
 
     /// Appends `count` elements with unspecified values and returns the first. Write them before you read them. The capacity
-    /// becomes what adding them one by one would make it.
+    /// grows as if they were added one by one.
     T* extend(const unsigned int& count) requires std::is_trivially_copyable_v<T> {
         const unsigned int added = count; // read before growing: it may be an element
         make_room(added);
@@ -88,9 +87,9 @@ public:
     T& operator[](const unsigned int& i) noexcept { return data_[i]; }
     /// The element at a position from 0, which is not checked.
     const T& operator[](const unsigned int& i) const noexcept { return data_[i]; }
-    /// The first of the elements, which stand side by side.
+    /// A pointer to the first element; the others follow it in memory.
     T* get_data() noexcept { return data_; }
-    /// The first of the elements, which stand side by side.
+    /// A pointer to the first element; the others follow it in memory.
     const T* get_data() const noexcept { return data_; }
 
     /// Destroys the elements and frees the storage: count and capacity become 0.
@@ -105,14 +104,14 @@ public:
         std::destroy(data_ + count, data_ + count_);
         count_ = count;
     }
-    /// Makes room for `count` more elements. The capacity becomes what adding them one by one would make it.
+    /// Makes room for `count` more elements. The capacity grows as if they were added one by one.
     void make_room(const unsigned int& count) {
         const core_uint64 needed = core_uint64{count_} + count;
         if (needed > capacity_) {
             grow_to(doubled_capacity(needed));
         }
     }
-    /// Makes room for exactly `capacity` elements in all, when there is less.
+    /// Makes room for exactly `capacity` elements in all, if there is less room.
     void reserve(const unsigned int& capacity) {
         if (capacity > capacity_) {
             grow_to(capacity);
@@ -125,13 +124,13 @@ public:
         std::swap(capacity_, other.capacity_);
     }
 
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     T* begin() noexcept { return data_; }
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     T* end() noexcept { return data_ + count_; }
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     const T* begin() const noexcept { return data_; }
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     const T* end() const noexcept { return data_ + count_; }
 
 private:
@@ -188,18 +187,18 @@ public:
     T& operator[](const unsigned int& i) noexcept { return elements_[i]; }
     /// The element at a position from 0, which is not checked.
     const T& operator[](const unsigned int& i) const noexcept { return elements_[i]; }
-    /// The first of the elements, which stand side by side.
+    /// A pointer to the first element; the others follow it in memory.
     T* get_data() noexcept { return elements_.get_data(); }
-    /// The first of the elements, which stand side by side.
+    /// A pointer to the first element; the others follow it in memory.
     const T* get_data() const noexcept { return elements_.get_data(); }
 
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     T* begin() noexcept { return elements_.begin(); }
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     T* end() noexcept { return elements_.end(); }
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     const T* begin() const noexcept { return elements_.begin(); }
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     const T* end() const noexcept { return elements_.end(); }
 
 protected:
@@ -243,7 +242,7 @@ public:
     }
 };
 
-/// A list in order of adding.
+/// A list that keeps its elements in the order in which they were added.
 template <class T>
 class CoreList {
 public:
@@ -262,20 +261,20 @@ public:
     /// The element at a position from 0, which is not checked.
     const T& operator[](const unsigned int& i) const noexcept { return elements_[i]; }
 
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     T* begin() noexcept { return elements_.begin(); }
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     T* end() noexcept { return elements_.end(); }
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     const T* begin() const noexcept { return elements_.begin(); }
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     const T* end() const noexcept { return elements_.end(); }
 
 private:
     CoreVector<T> elements_;
 };
 
-/// The hash by which CoreSet files an element. For a type of its own a host provides an overload.
+/// The hash by which CoreSet finds an element. For its own type, a host provides an overload.
 inline unsigned int core_set_hash(const CoreString& text) noexcept {
     return CoreHash::generate_jenkins(text.get_data(), text.get_length());
 }
@@ -287,7 +286,8 @@ unsigned int core_set_hash(const T& value) noexcept {
     return CoreHash::generate_jenkins(bytes, sizeof(T));
 }
 
-/// A set without duplicates, iterated in order of first adding. Lookups and adding are amortised constant time.
+/// A set without duplicates. Loops visit the elements in the order in which they were added. Lookups and adding take amortised
+/// constant time.
 template <class T>
 class CoreSet {
 public:
@@ -339,9 +339,9 @@ public:
     /// How many elements there are.
     const unsigned int& get_count() const noexcept { return elements_.get_count(); }
 
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     const T* begin() const noexcept { return elements_.begin(); }
-    /// For loops over the elements, in order.
+    /// An iterator, for range-based loops over the elements in order.
     const T* end() const noexcept { return elements_.end(); }
 
 private:

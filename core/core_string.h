@@ -26,7 +26,7 @@ using core_int64 = long long;
 /// Layout: 16 bytes. Up to `inline_capacity` characters stand inside the object, longer texts in a block.
 class BK_PARSER_API CoreBasicString {
 public:
-    /// The longest text that needs no block.
+    /// The length of the longest text that needs no block.
     static constexpr unsigned int inline_capacity = 11;
 
     /// The first character. Valid until the string changes, moves or dies.
@@ -77,8 +77,8 @@ protected:
     };
 };
 
-/// An owned string. Copies are deep; a moved-from string is empty. Lengths are 32-bit: what would pass
-/// `max_length` is refused by `append`, and the string stays as it was.
+/// An owned string. Copies are deep; a moved-from string is empty. Lengths are 32-bit: `append` refuses what would make the string
+/// longer than `max_length`, and the string stays as it was.
 class BK_PARSER_API CoreString : public CoreBasicString {
 public:
     /// One byte less than the largest length, so that the closing NUL can be counted too.
@@ -128,7 +128,7 @@ public:
     /// Becomes the empty string.
     void clear() noexcept;
 
-    /// A shared empty string, for accessors that have nothing to give.
+    /// A shared empty string, for functions that return a reference and have nothing to return.
     static const CoreString& get_null_string() noexcept;
 
     /// The `length` characters from `start`, fewer where the string ends before.
@@ -181,7 +181,7 @@ public:
     CoreString& operator+=(unsigned long number);
     /// Appends the number in decimal digits.
     CoreString& operator+=(unsigned long long number);
-    /// The shortest text that reads back to the same double, with ".0" behind it where it has neither a point nor an "e"
+    /// The shortest text that reads back to the same double, with ".0" after it where it has neither a point nor an "e"
     /// (60.0, -0.0, 1e+300). Infinities are "inf" and "-inf"; not-a-number is "nan" or "-nan".
     CoreString& operator+=(double number);
 
@@ -194,7 +194,7 @@ private:
         }
     }
     void release_block() noexcept;
-    /// Steals the contents; this string's own have been released.
+    /// Takes over the contents; this string's own have been released.
     void take(CoreString& other) noexcept {
         if (other.is_inline()) {
             short_ = other.short_;

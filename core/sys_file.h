@@ -10,7 +10,8 @@
 ///
 /// Writing replaces: the bytes go to a new file beside the target. When every write was whole, `close` flushes the new file to
 /// the disk and renames it over the target. Until then, and whenever anything fails, the old file stays as it was and the new one
-/// is removed. The new file gets the old file's permissions. Of a symbolic link the target is replaced. A target that is not a
+/// is removed. The new file gets the old file's permissions. When the target is a symbolic link, the file that it leads to is replaced. A
+/// target that is not a
 /// regular file (a pipe, a device) is written in place.
 class BK_PARSER_API SysFile {
 public:
@@ -24,7 +25,7 @@ public:
     SysFile(const SysFile&) = delete;
     SysFile& operator=(const SysFile&) = delete;
 
-    /// False when the file cannot be opened; a directory never can. Paths are UTF-8.
+    /// Opens a file. False when that fails; a directory cannot be opened. Paths are UTF-8.
     bool open(const CoreString& path, const Mode& mode, const Type& type);
 
     /// Reads up to `count` items of `item_size` bytes; returns the bytes read.
@@ -54,7 +55,7 @@ private:
 /// Questions about paths. Paths are UTF-8; on Windows both slashes separate.
 class BK_PARSER_API SysFilesystem {
 public:
-    /// Whether something that can be read as a file stands there; a directory is not a file.
+    /// Whether the path leads to something that can be read as a file; a directory is not a file.
     static bool file_exists(const CoreString& path);
     /// The absolute form, without "." and ".." steps. Symbolic links are not followed.
     static CoreString get_full_file_path(const CoreString& path);

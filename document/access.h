@@ -19,10 +19,11 @@
 /// Reads and changes values of a tree by paths. A malformed path finds nothing and changes nothing; path_error says why. Nothing here
 /// logs, except `to_text` when memory runs out. A null pointer to a text is an empty text; nullptr itself does not compile.
 ///
-/// A path names a value: the one that `@` names; otherwise the value after the key, when the last step has a key; otherwise value 0.
+/// A path names one value of an entry. That is the value after `@`, if the path has one; otherwise, when the last step has a key, the value
+/// after the key; otherwise value 0.
 /// `get`, `set` and `add` agree on that: `shot["010"]` is value 1 of that shot, and `shot["010"]@0` its key.
 ///
-/// Every call searches from the beginning of the group, in time in proportion to the entries before the one that it finds (see
+/// Every call searches from the beginning of the group, and takes time in proportion to the entries before the one that it finds (see
 /// PathSearch). To read or change one entry often, find it once and use the functions that take an entry.
 ///
 /// A change is made whole or not at all: when memory runs out, a function throws std::bad_alloc or std::length_error and leaves the
@@ -30,14 +31,14 @@
 
 namespace bk_parser {
 
-/// Reads value `value` of the entry as T, or for a list the values from there on. Returns nothing when a value is missing or is not a T.
+/// Reads value `value` of the entry as T. A list reads the values from there on. Returns nothing when a value is missing or is not a T.
 ///
 /// T may be bool, an integer, float, double, std::string, CoreString, std::string_view, bytes as
 /// std::span<const std::byte> or std::vector<std::byte>, GMathVec2, 3 or 4, std::array of these, and std::vector<T> or
 /// Values<T> of single ones. A vector or Values takes all values to the last.
 ///
-/// A value is a T when nothing is lost: an int is any type that can hold it, a double is an integer when it is whole,
-/// any number is the nearest float, a bool is only a bool, a string is only a string.
+/// A value is a T when the conversion loses nothing. An int converts to every number type that can hold it. A double converts to an integer
+/// type when it is whole. Every number converts to the nearest float. A bool is only a bool, and a string is only a string.
 ///
 /// A std::string_view, a span and Values point into the tree. They are valid until the entry is changed or dies.
 template <ReadableValue T>
@@ -45,7 +46,7 @@ std::optional<T> get(const ParserEntry& entry, unsigned int value = 0) {
     return access::read_any<T>(entry, value);
 }
 
-/// The same for the first entry that the path finds, from the value that the path names on.
+/// The same for the first entry that the path finds. Begins at the value that the path names.
 template <ReadableValue T>
 std::optional<T> get(const ParserGroup& group, PathRef path) {
     unsigned int value = 0;
@@ -92,8 +93,8 @@ std::string get_or(const ParserEntry& entry, unsigned int value, std::nullptr_t 
 /// to what `get<float>` reads. Any other float becomes the double nearest to the shortest digits that read back as that float:
 /// 0.1f becomes 0.1. Where those digits would read back as another float, it becomes the double of the same value.
 ///
-/// Returns false, and changes nothing, when there is no such place, when it would overwrite a group, and for content that no value can
-/// hold: not-a-number, infinities, an integer that neither an int nor a double holds. Linear in what is given, and in the values
+/// Returns false, and changes nothing, when the entry has no such value, when it would overwrite a group, and for content that no value
+/// can hold: not-a-number, infinities, an integer that neither an int nor a double holds. Linear in what is given, and in the values
 /// of the entry when their number changes.
 template <WritableValue T>
 bool set(ParserEntry& entry, unsigned int value, const T& content) {
@@ -106,9 +107,9 @@ bool set(ParserEntry& entry, unsigned int value, const T& content) {
 /// groups on the way, each at the end of its group. For that, each missing step must be a name of the text syntax, with a template
 /// or key where you want one, or with the number of the next entry of that name; otherwise returns false.
 ///
-/// When the path finds nothing, this searches the whole group, and then for beginnings of the path, as many times as the logarithm of
-/// the number of steps. So n calls that make n entries of one group, such as `set(group, "k[i]", i)`, take time in proportion to
-/// n * n. `add(group, "k", i)` does not search that group: n calls take time in proportion to n.
+/// When the path finds nothing, this has searched the whole group. It then searches for the part of the path that exists, as many times
+/// as the logarithm of the number of steps. So n calls that make n entries of one group, such as `set(group, "k[i]", i)`, take time in
+/// proportion to n * n. `add(group, "k", i)` does not search that group: n calls take time in proportion to n.
 template <WritableValue T>
 bool set(ParserGroup& group, PathRef path, const T& content) {
     return access::with_given(content, [&](std::span<const GivenValue> given, access::ListEnd end) {
@@ -124,9 +125,9 @@ template <WritableValue T, class Given>
 requires WrongByAccident<T, Given>
 bool set(ParserGroup& group, PathRef path, const Given& content) = delete;
 
-/// Adds an entry for the last step of the path, even where there is one already, and the missing groups on the way. Returns null when
-/// `set` could not make it. Searches only for the groups on the way. A last step with a number takes
-/// time in proportion to the group that gets the entry.
+/// Adds an entry for the last step of the path, even where such an entry exists, and the missing groups on the way. Returns null where
+/// `set` could not make the entry. Searches only for the groups on the way. When the last step has a number, the call takes time in
+/// proportion to the group that gets the entry.
 BK_PARSER_API ParserEntry* add(ParserGroup& group, PathRef path);
 /// The same with values, after the key when the step has one.
 template <WritableValue T>
@@ -168,9 +169,11 @@ BK_PARSER_API std::unique_ptr<ParserEntry> take(ParserGroup& group, PathRef path
 BK_PARSER_API ParserEntry& insert(ParserGroup& group, unsigned int position,
                                   std::unique_ptr<ParserEntry> entry);
 
-/// Converts every number of a tree that is still only text, so that any number of threads may read the tree at once until
-/// it is changed. After a change call it again before they go on: what was inserted may have numbers that are only text. Do not call
-/// ParserEntry::get_group from several threads: it still makes a group in an entry without values. Linear in the tree.
+/// Converts every number of a tree that is still only text. After that, any number of threads may read the tree at once, until it is
+/// changed. After a change, call it again before the threads go on: new entries may have numbers that are only text.
+///
+/// **Do not call ParserEntry::get_group from several threads**, even now: it makes a group in an entry without values. Linear in the
+/// tree.
 BK_PARSER_API void freeze(const ParserGroup& root);
 
 /// The entries of a group as text, one a line. Every line ends in a line feed. A group without entries gives an empty text. Throws

@@ -12,10 +12,10 @@ namespace bk_parser {
 struct TreeChange {
     /// What happened to an entry.
     enum class Kind {
-        value,   ///< one value of an entry: see value_before and value_after
-        head,    ///< an entry's kind, template or array count
-        added,   ///< an entry with all that it holds
-        removed, ///< the same
+        value,   ///< one value of an entry changed: see value_before and value_after
+        head,    ///< an entry's kind, template or array count changed
+        added,   ///< an entry was added, with all that it holds
+        removed, ///< an entry was removed, with all that it holds
         moved,   ///< an entry stands at another place of its group, or in another group
         renamed  ///< an entry has another name
     };
@@ -24,7 +24,7 @@ struct TreeChange {
 
     /// What happened.
     Kind kind = Kind::value;
-    /// The entry in the tree before, null when it was added, and in the tree after, null when it was removed.
+    /// The entry in the first tree; null when it was added.
     const ParserEntry* before = nullptr;
     /// The entry in the second tree; null when it was removed.
     const ParserEntry* after = nullptr;
@@ -36,7 +36,7 @@ struct TreeChange {
 
 /// What counts as a difference.
 struct CompareOptions {
-    /// Two numbers that differ by at most this are equal, whatever their types. When it is below 0, numbers are equal only with the same
+    /// Two numbers that differ by at most this are equal, whatever their types. Below 0: numbers are equal only when they have the same
     /// type and the same bits.
     double tolerance = -1.0;
     /// Whether to ignore the order of the entries of a group.

@@ -20,27 +20,28 @@ struct Include {
     unsigned int column = 0;
     /// Where the directive begins, in bytes of the file.
     std::size_t offset = 0;
-    /// Of the directive, in bytes.
+    /// The length of the directive in bytes.
     std::size_t length = 0;
-    /// The file that was included, as it was found, but lib/a.bkd where that is shots/../lib/a.bkd; empty when none was found.
+    /// The path by which the included file was found, shortened where that names the same file: lib/a.bkd for shots/../lib/a.bkd. Empty
+    /// when none was found.
     std::filesystem::path found;
     /// The same as an absolute path; empty when none was found.
     std::filesystem::path path;
-    /// The places where the file was looked for and not found, as they were named, in their order.
+    /// The paths that were tried and where the file was not found, in the order of the search.
     std::vector<std::filesystem::path> tried;
-    /// The code of the problem because of which the file was not included; empty when it was.
+    /// The code of the problem that kept the file from being included; empty when it was included.
     std::string problem;
 };
 
 /// A file that a document was read from.
 struct DocumentFile {
-    /// As it was found; empty for a document in memory.
+    /// The path by which it was found; empty for a document in memory.
     std::filesystem::path file;
-    /// Absolute.
+    /// The absolute path.
     std::filesystem::path path;
-    /// Bytes of the file as it is stored. An enciphered file has fewer bytes of text. The binary form and an archive have no text.
+    /// Bytes of the file as it is stored. The text of an encrypted file is shorter. The binary form and an archive have no text.
     std::uint64_t stored_size = 0;
-    /// Bytes of its text, after deciphering.
+    /// Bytes of its text, after decryption.
     std::uint64_t text_size = 0;
     /// Lines of the text; LF, CR LF and CR each end one.
     std::uint64_t line_count = 0;

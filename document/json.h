@@ -14,7 +14,7 @@
 
 namespace bk_parser {
 
-/// How a tree looks in JSON. docs/json.md describes the shapes, with examples.
+/// The shape of a tree in JSON. docs/json.md describes the shapes, with examples.
 enum class JsonShape {
     lossless, ///< one value that `from_json` reads back as the same tree
     lines,    ///< the same with an object on a line for each entry of the outermost group (NDJSON)
@@ -25,8 +25,8 @@ enum class JsonShape {
 struct JsonOptions {
     /// Which of the shapes is written.
     JsonShape shape = JsonShape::lossless;
-    /// Blanks of indentation for each of the first hundred levels; deeper lines are indented as the hundredth. 0 writes everything on
-    /// one line, without a line end. `lines` ignores it.
+    /// Blanks of indentation for each level, up to the hundredth; deeper lines have the indentation of the hundredth. 0 writes everything
+    /// on one line, without a line end. `lines` ignores it.
     unsigned int indent = 2;
 };
 
@@ -40,16 +40,19 @@ using JsonSink = std::function<bool(std::string_view)>;
 /// The same for a document.
 [[nodiscard]] BK_PARSER_API std::string to_json(const Document& document, const JsonOptions& options = {});
 
-/// The same in pieces of about 64 KiB, for JSON that is too large for memory. Takes memory for one piece and for the depth of the tree,
-/// and 8 bytes for each entry of a group when it begins that group; `lines` saves these for the outermost group. The plain shape
-/// takes 32 bytes for each entry of each open group. Returns false when the sink returned false. What the sink throws passes through.
+/// The same in pieces of about 64 KiB, for JSON that is too large for memory. Returns false when the sink returned false. What the sink
+/// throws passes through.
+///
+/// Takes memory for one piece and for the depth of the tree. When it begins a group it also takes 8 bytes for each entry of that group,
+/// except for the outermost group in the shape `lines`. The plain shape takes 32 bytes for each entry of each open group.
 BK_PARSER_API bool write_json(const ParserGroup& group, const JsonSink& sink,
                               const JsonOptions& options = {});
 
 /// How to read JSON.
 struct JsonReadOptions {
-    /// `lossless` takes one value, `lines` an object on each line, where a text without any is an empty document. Otherwise
-    /// the text tells: what has more objects behind the first, each on a new line, or none, is `lines`. The plain shape is not read.
+    /// `lossless` reads one value. `lines` reads an object on each line; a text without any is an empty document. Without a value here
+    /// the text decides: a text of several objects, each on a new line, or of none, has the shape `lines`. `from_json` does not
+    /// read the plain shape.
     std::optional<JsonShape> shape;
     /// The name of the text in problems.
     std::filesystem::path file;
@@ -61,11 +64,14 @@ struct JsonReadOptions {
     std::vector<std::string> allow;
 };
 
-/// Reads what `to_json` wrote in the shapes `lossless` and `lines`, or what follows docs/json.md. The text is JSON by RFC 8259, strictly,
-/// and valid UTF-8; a byte order mark at its begin is skipped. Of a text with a fault the document holds what stands before the fault,
-/// and one problem says where that is: "json-syntax" where it is not JSON, "json-shape" where it is JSON of another shape,
-/// "nested-too-deeply" or "too-large". Numbers that no int or double holds, and spellings that no text can hold, are warnings. The document is in the text form and has no path.
-/// Depth costs heap, not stack. Throws std::bad_alloc. Linear in the text.
+/// Reads what `to_json` writes in the shapes `lossless` and `lines`, and every other text that follows docs/json.md. The text must be
+/// strict JSON (RFC 8259) in valid UTF-8. A byte order mark at its beginning is skipped.
+///
+/// It stops at the first error. The document then holds what comes before that place, and one problem says where it is: "json-syntax"
+/// when the text is not JSON, "json-shape" when it is JSON of another shape, "nested-too-deeply" or "too-large". A number that no int or
+/// double can hold, and a spelling that no text document can hold, give warnings.
+///
+/// The document has the form Form::text and no path. Depth costs heap, not stack. Throws std::bad_alloc. Linear in the text.
 [[nodiscard]] BK_PARSER_API LoadResult from_json(std::string_view text, const JsonReadOptions& options = {});
 
 /// Appends a text as a string of JSON, in quotes. Each byte that is not UTF-8 becomes U+FFFD.

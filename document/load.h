@@ -18,7 +18,7 @@ namespace bk_parser {
 
 struct DocumentState;
 
-/// How a document is stored (docs/formats.md).
+/// How a document is stored (docs/formats.md). `enciphered` is the encrypted form.
 enum class Form { text, binary, enciphered, archive };
 
 /// A tree, and where it came from. Movable, not copyable. A moved-from document is empty.
@@ -73,23 +73,23 @@ private:
 
 /// How to load a document.
 struct LoadOptions {
-    /// Folders to search for included files, in this order. At last `load` tries the name as it stands: an absolute path,
-    /// or one from the working folder. `parse` does not.
-    /// With `working_folder` false, "." stands for the working folder, and an empty path for none.
+    /// Folders to search for included files, in this order. After them `load` tries the name as it stands: an absolute path,
+    /// or one relative to the working folder. `parse` does not. With `working_folder` false, put "." here to search the working folder
+    /// all the same; an empty path then stands for no folder.
     std::vector<std::filesystem::path> search;
     /// Whether an included file is searched for beside the file that includes it, before the search folders.
     bool beside = true;
-    /// Whether `load` searches the working folder. Without it a document reads alike whichever that folder is. An absolute path is
-    /// tried all the same.
+    /// Whether `load` searches the working folder. When false, a document reads the same in every working folder. Absolute paths are
+    /// tried in any case.
     bool working_folder = true;
-    /// Whether included files are read. Otherwise their directives are left out, and `Document::includes` lists them.
+    /// Whether included files are read. When false, the text is read without them, and `Document::includes` lists their directives.
     bool follow_includes = true;
-    /// Decrypts an enciphered document and its enciphered includes. With a key a file of no bytes is a document that was cut off.
+    /// Decrypts an encrypted document and its encrypted includes. With a key, an empty file counts as a truncated document.
     std::string key;
     /// Bounds the memory and time of the load.
     ParserLimits limits = ParserLimits::untrusted();
-    /// Is called about a hundred times with the part of the load that is done, from 0 to 1 and never falling; once with 1, after
-    /// the problems are found. Return false to cancel the load. What it throws passes through `load`.
+    /// Called about a hundred times with the fraction of the load that is done, from 0 to 1, which never decreases. The last call has 1,
+    /// after the problems are found. Return false to cancel the load. What it throws passes through `load`.
     std::function<bool(double)> progress;
     /// Keeps the texts of all files in memory until the document is saved. Then place_of (document/places.h) finds the places of
     /// entries, and a text that was parsed from memory keeps its layout when it is saved.

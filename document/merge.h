@@ -15,14 +15,14 @@ struct MergeResult {
     std::string text;
     /// How many conflicts are marked in the text.
     std::size_t conflicts = 0;
-    /// Why the texts could not be merged, in one line; else empty.
+    /// Why the texts could not be merged, in one line; otherwise empty.
     std::string reason;
-    /// Whether there is no reason against it.
+    /// Whether the texts were merged, with or without conflicts.
     bool ok() const { return reason.empty(); }
 };
 
-/// Merges two texts that were made from one: `base` became `ours` and `theirs`. It merges entry by entry, with the comments above and
-/// behind the entries, and include and version lines like entries:
+/// Merges two texts that were made from one: `base` became `ours` and `theirs`. It merges entry by entry. A comment above or after an
+/// entry belongs to it. Include and version lines count as entries:
 /// - What only one side changed, added or removed is taken from that side.
 /// - A group that both sides changed is merged entry by entry.
 /// - An entry that both sides changed in different ways, or that one side changed and the other removed, is a conflict.
@@ -30,7 +30,7 @@ struct MergeResult {
 /// Matches entries by equal content, otherwise by name, template and first string. Keeps the layout of `ours`; what comes from
 /// `theirs` keeps the layout of `theirs`. When only `theirs` changed the order of entries, takes that order.
 ///
-/// Refuses texts with faults, and a merge whose text would have faults. Near-linear in the texts.
+/// Refuses texts with errors, and a merge whose text would have errors. Near-linear in the texts.
 [[nodiscard]] BK_PARSER_API MergeResult merge_texts(std::string_view base, std::string_view ours,
                                                     std::string_view theirs);
 

@@ -57,7 +57,7 @@ private:
     std::shared_ptr<const ParsedPath> parsed_;
 };
 
-/// A path as a parameter: a text, which is parsed in the call, or a Path. A null pointer is an empty text, which finds
+/// A path as a parameter: a text, which the call parses, or a Path. A null pointer is an empty text, which finds
 /// nothing. Refers to its argument, which must outlive it.
 class PathRef {
 public:
@@ -69,7 +69,7 @@ public:
     /// Refers to the text, which must outlive the call.
     PathRef(const CoreBasicString& text) noexcept : text_(text.get_view()) {}
 
-    /// Null for a text.
+    /// The Path that it was made from; null when it was made from a text.
     const Path* path() const noexcept { return path_; }
     /// The path as it was spelled.
     std::string_view text() const noexcept { return path_ != nullptr ? path_->text() : text_; }
@@ -82,13 +82,13 @@ private:
 /// Why a path is malformed; nothing when it is well-formed.
 BK_PARSER_API std::optional<PathError> path_error(TextRef path);
 
-/// Three lines: the message, the path, and a caret under each character that is meant.
+/// Three lines: the message, the path, and carets under the characters that are wrong.
 BK_PARSER_API std::string to_text(const PathError& error, TextRef path);
 
 /// The same as a problem of the code "malformed-path", whose source line is the path.
 BK_PARSER_API Problem to_problem(const PathError& error, TextRef path);
 
-/// A name or a string as a path spells it: bare where the language takes it so, else in quotes.
+/// A name as a path spells it: bare where the language allows that, otherwise in quotes.
 BK_PARSER_API std::string path_name(TextRef name);
 /// Always in quotes, with escapes for quotes, backslashes, control characters and bytes that are not UTF-8.
 BK_PARSER_API std::string path_string(TextRef text);
@@ -98,7 +98,7 @@ BK_PARSER_API std::string path_string(TextRef text);
 /// proportion to depth times steps. A moved-from search finds nothing and may be assigned to.
 class BK_PARSER_API PathSearch {
 public:
-    /// Starts before the first place; call `next` to go there.
+    /// Starts before the first entry; call `next` to go there.
     PathSearch(const ParserGroup& group, PathRef path);
     /// Takes what the other holds.
     PathSearch(PathSearch&& other) noexcept;
@@ -112,7 +112,7 @@ public:
     bool next();
     /// Skips what the current entry holds.
     void skip_groups() noexcept;
-    /// The current place; Visit() before the first `next`, and for a moved-from search.
+    /// The current entry and its place; Visit() before the first `next`, and for a moved-from search.
     const Visit& visit() const noexcept;
 
 private:
@@ -134,14 +134,14 @@ inline CursorRange<PathSearch, ParserEntry> find_all(const ParserGroup& group, P
     return CursorRange<PathSearch, ParserEntry>(PathSearch(group, path));
 }
 
-/// The same with the place of each, and the value that `@` names.
+/// The same, and each visit also has the place of the entry and the value that `@` names.
 inline CursorRange<PathSearch, const Visit> find_visits(const ParserGroup& group, PathRef path) {
     return CursorRange<PathSearch, const Visit>(PathSearch(group, path));
 }
 
-/// The canonical path that finds this entry in `root`, and no other; empty when the entry is not below `root`.
-/// A step is the name alone where no other entry of the group has it, otherwise the name with the entry's first
-/// string, its template, or its number among those of the name. Linear in the tree: for many entries make a PathIndex.
+/// The canonical path that finds this entry in `root` and no other; empty when the entry is not below `root`.
+/// A step is the name alone when no other entry of the group has that name. Otherwise it is the name with the entry's first
+/// string, its template, or its number among the entries of that name. Linear in the tree: for many entries make a PathIndex.
 BK_PARSER_API std::string path_of(const ParserGroup& root, const ParserEntry& entry);
 
 /// The group that lists an entry; null when the entry is not below `root`. Linear in the tree, because an entry does not know

@@ -11,24 +11,26 @@ namespace bk_parser {
 
 /// Where the name of an entry stands.
 struct EntryPlace {
-    /// The file that holds the entry, as it was found and as an absolute path; empty for a document in memory.
+    /// The file that holds the entry, by the path by which it was found; empty for a document in memory.
     std::filesystem::path file;
-    /// The file that holds the entry.
+    /// The absolute path of that file.
     std::filesystem::path path;
     /// From 1; columns count UTF-8 characters, as in a Problem. 0 where there is no place.
     unsigned int line = 0;
     /// From 1, in UTF-8 characters.
     unsigned int column = 0;
-    /// In bytes of that file after deciphering.
+    /// In bytes of that file, after decryption.
     std::size_t offset = 0;
 
     /// Whether the place is known.
     bool is_known() const noexcept { return line != 0; }
 };
 
-/// The place of an entry in the files of its document. Load the document with `LoadOptions::keep_sources`. Without it no place is
-/// known, nor in the binary form and in archives, for an entry that was added since the load, and after a save. **Not for several
-/// threads at once**. Logarithmic in the lines of the document, and linear in the length of the line.
+/// The place of an entry in the files of its document. **Not for several threads at once**.
+///
+/// Load the document with `LoadOptions::keep_sources`; without it no place is known. Nor is there a place in the binary form and in
+/// archives, for an entry that was added after the load, and after a save. Logarithmic in the lines of the document, and linear in
+/// the length of the line.
 BK_PARSER_API EntryPlace place_of(const Document& document, const ParserEntry& entry);
 
 } // namespace bk_parser

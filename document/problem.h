@@ -21,8 +21,8 @@ struct Problem {
     Severity severity = Severity::error;
     /// Stable across versions, such as "comment-joins-line". docs/problems.md has a section for each code.
     std::string code;
-    /// What was found and what to do, on one line, without the place. Control characters and bytes that are not UTF-8,
-    /// which names of files may have, are spelled as in "\x1B".
+    /// What was found and what to do, on one line, without the place. Control characters and bytes that are not UTF-8 (file names may
+    /// have some) are spelled as in "\x1B".
     std::string message;
     /// The file that holds the place, as it was given or found: relative when the given path is; empty for a document in memory.
     std::filesystem::path file;
@@ -30,15 +30,15 @@ struct Problem {
     unsigned int line = 0;
     /// From 1, in UTF-8 characters; 0 where there is no place.
     unsigned int column = 0;
-    /// The place in bytes of that file, as it is after deciphering.
+    /// Where the place begins, in bytes of that file after decryption.
     std::size_t offset = 0;
     /// How many bytes the place takes.
     std::size_t length = 0;
-    /// The line with the place, without its line end, as it is in the file: it may have tabs, control characters and
-    /// bytes that are not UTF-8. Of a line of more than 4096 bytes only a part around the place, which cuts no character in two. Empty
-    /// when the lines of the problems before take 64 MB.
+    /// The line with the place, without its line end, as the file has it: it may have tabs, control characters and
+    /// bytes that are not UTF-8. A line of more than 4096 bytes is shortened to a part around the place, which cuts no character in two.
+    /// Empty once the lines of earlier problems take 64 MB.
     std::string source_line;
-    /// The place of source_line's first byte in bytes of the file.
+    /// Where source_line begins, in bytes of the file.
     std::size_t source_line_offset = 0;
     /// The files that led to `file`, the innermost first: each includes the one before it.
     std::vector<std::filesystem::path> included_from;

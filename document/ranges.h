@@ -74,7 +74,7 @@ public:
 
     /// Goes to the next entry; false when there is none.
     bool next();
-    /// Skips what the current entry holds.
+    /// Skips the groups that the current entry holds.
     void skip_groups() noexcept;
     /// The current entry; Visit() before the first `next`, and for a moved-from walker.
     const Visit& visit() const noexcept;
@@ -89,21 +89,21 @@ private:
 template <class Cursor, class Item>
 class CursorRange : public std::ranges::view_base {
 public:
-    /// Walks the range, as the standard library asks of iterators.
+    /// An iterator, as the standard library defines them.
     class Iterator {
     public:
-        /// What the standard library may do with it.
+        /// The category, for the standard library.
         using iterator_concept = std::input_iterator_tag;
-        /// What it comes to.
+        /// The type of an item.
         using value_type = Item;
         /// The type of distances.
         using difference_type = std::ptrdiff_t;
 
         Iterator() = default;
-        /// At the first that the range comes to.
+        /// Starts at the first item.
         explicit Iterator(CursorRange& range) noexcept : range_(&range) {}
 
-        /// What the iterator has come to.
+        /// The current item.
         Item& operator*() const noexcept {
             if constexpr (std::same_as<Item, ParserEntry>) {
                 return range_->cursor_.visit().entry();
@@ -111,25 +111,25 @@ public:
                 return range_->cursor_.visit();
             }
         }
-        /// A member of what the iterator has come to.
+        /// A member of the current item.
         Item* operator->() const noexcept { return &**this; }
         /// Where the entry stands, and which of its values the path names.
         const Visit& visit() const noexcept { return range_->cursor_.visit(); }
-        /// Goes on to the next.
+        /// Goes to the next item.
         Iterator& operator++() {
             range_->is_over_ = !range_->cursor_.next();
             return *this;
         }
-        /// Goes on to the next.
+        /// Goes to the next item.
         void operator++(int) { ++*this; }
-        /// Whether there is nothing further.
+        /// Whether the range has ended.
         bool operator==(std::default_sentinel_t) const noexcept { return range_->is_over_; }
 
     private:
         CursorRange* range_ = nullptr;
     };
 
-    /// Walks what the cursor comes to.
+    /// Walks what the cursor visits.
     explicit CursorRange(Cursor cursor) noexcept : cursor_(std::move(cursor)) {}
 
     /// Call it once. The range must outlive its iterators.
@@ -137,7 +137,7 @@ public:
         is_over_ = !cursor_.next();
         return Iterator(*this);
     }
-    /// For loops over the range.
+    /// An iterator, for range-based loops.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
     /// The cursor that the range walks with.
     Cursor& cursor() & noexcept { return cursor_; }
@@ -155,44 +155,44 @@ inline CursorRange<Walker, const Visit> walk(const ParserGroup& group) {
 /// The entries of one group, of every kind, in document order; with a name only those of that name.
 class Entries : public std::ranges::view_base {
 public:
-    /// Walks the range, as the standard library asks of iterators.
+    /// An iterator, as the standard library defines them.
     class Iterator {
     public:
-        /// What the standard library may do with it.
+        /// The category, for the standard library.
         using iterator_concept = std::forward_iterator_tag;
-        /// What the standard library may do with it.
+        /// The category, for the standard library.
         using iterator_category = std::forward_iterator_tag;
-        /// What it comes to.
+        /// The type of an item.
         using value_type = ParserEntry;
         /// The type of distances.
         using difference_type = std::ptrdiff_t;
-        /// What `*` gives.
+        /// What `*` returns.
         using reference = ParserEntry&;
-        /// What `->` gives.
+        /// What `->` returns.
         using pointer = ParserEntry*;
 
         Iterator() = default;
-        /// At the first that the range comes to.
+        /// Starts at the first item.
         explicit Iterator(const Entries& range) noexcept : range_(&range) { find_from(0); }
 
-        /// What the iterator has come to.
+        /// The current item.
         ParserEntry& operator*() const noexcept { return *entry_; }
-        /// A member of what the iterator has come to.
+        /// A member of the current item.
         ParserEntry* operator->() const noexcept { return entry_; }
-        /// Goes on to the next.
+        /// Goes to the next item.
         Iterator& operator++() noexcept {
             find_from(following());
             return *this;
         }
-        /// Goes on to the next.
+        /// Goes to the next item.
         Iterator operator++(int) noexcept {
             const Iterator before = *this;
             ++*this;
             return before;
         }
-        /// Whether both have come to the same.
+        /// Whether both are at the same item.
         bool operator==(const Iterator& other) const noexcept { return entry_ == other.entry_; }
-        /// Whether there is nothing further.
+        /// Whether the range has ended.
         bool operator==(std::default_sentinel_t) const noexcept { return entry_ == nullptr; }
         /// Where the entry stands in its group.
         unsigned int position() const noexcept { return position_; }
@@ -237,7 +237,7 @@ public:
     Iterator begin() const& noexcept { return Iterator(*this); }
     /// Does not compile on a temporary range: the iterator would dangle.
     Iterator begin() const&& = delete;
-    /// For loops over the range.
+    /// An iterator, for range-based loops.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
 
 private:

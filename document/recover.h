@@ -13,9 +13,9 @@ namespace bk_parser {
 
 /// Bytes of a stored form that could not be read.
 struct LostPart {
-    /// The place in bytes of the stored file. A part that is cut off begins at the end of the file.
+    /// Where it begins, in bytes of the stored file. A part that was cut off begins at the end of the file.
     std::uint64_t offset = 0;
-    /// How many bytes. For a part that is cut off, the number that the file announces, or 0 when it announces none.
+    /// How many bytes were lost. For a part that was cut off, the number that the file announces, or 0 when it announces none.
     std::uint64_t length = 0;
     /// What was there, as far as that is known: "values of 'lights/key/power'", "cut off". Names may have any bytes.
     std::string what;
@@ -33,14 +33,14 @@ struct RecoverResult {
     BK_PARSER_API bool is_whole() const;
 };
 
-/// Loads a binary, enciphered or archive file as `load` does, but goes on after damage, wherever a size or the next entry
-/// shows where.
+/// **Look at the document before you use it**: a value that was read from a wrong place looks like any other.
 ///
-/// **Look at the document before you use it**: values that were read from a wrong place cannot be told from true ones.
+/// Loads a binary, encrypted or archive file as `load` does, but goes on after damage wherever a size or the next entry shows where the
+/// data continues.
 ///
-/// When a size contradicts the part that it measures, goes by that part. An entry that lost some of its values keeps those
-/// before them. A file whose first four bytes differ in one byte from those of a form is taken for that form. A text is loaded as by
-/// `load` and has no lost parts. Linear in the size of the file.
+/// When a size contradicts the part that it measures, the part counts. An entry keeps the values before the first one that was lost. A
+/// file counts as a form when at most one of its first four bytes differs from those of that form. A text is loaded as by `load`, and has
+/// no lost parts. Linear in the size of the file.
 [[nodiscard]] BK_PARSER_API RecoverResult recover(const std::filesystem::path& path,
                                                   const LoadOptions& options = {});
 

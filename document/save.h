@@ -17,14 +17,18 @@ namespace bk_parser {
 struct SaveOptions {
     /// The form to save in; without a value the one that it was loaded from or last saved in.
     std::optional<Form> form;
-    /// The key of the enciphered form; when it is empty, the key with which the document was loaded.
+    /// The key of the encrypted form (Form::enciphered); when it is empty, the key with which the document was loaded.
     std::string key;
-    /// Text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes: only the bytes of
-    /// what was changed change. Without it, and for every other document, the file is laid out as ParserGroup::get_text does, and holds
-    /// all of the document: includes are spliced in. Its lines, the last one too, end with a line feed on every platform. Comments of an
-    /// enciphered text, which is always laid out anew, are a loss ("comments-lost") unless this is false. A binary document or an archive
-    /// that says its version in an entry says it there again, in that form. An infinity of the binary form is read, and so
-    /// saved, as the largest double.
+    /// True: text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes. Only the
+    /// bytes of what you changed change.
+    ///
+    /// False, and for every other document: the file is laid out anew, as ParserGroup::get_text does it, and holds the whole document.
+    /// Includes are spliced in. Every line, the last one too, ends in a line feed on every platform.
+    ///
+    /// An encrypted text is always laid out anew, so its comments are a loss ("comments-lost"). False accepts that loss.
+    ///
+    /// A binary document or archive whose version is an entry keeps that entry. An infinity of the binary form was read as the largest
+    /// double, and is saved as that.
     bool keep_layout = true;
     /// Whether to save even when the form cannot carry everything that the document holds.
     bool lossy = false;
@@ -71,57 +75,64 @@ struct SavePreview {
 
 /// Saves a document to `path`, or to the file that it was loaded from when `path` is empty.
 ///
-/// Before anything is written, what is to be written is read back and compared with the tree. When it would not read back as just
-/// this tree, nothing is written, and the losses and the reason say why.
+/// **A process that dies during a save may leave some of several files new and others old**, each of them whole, and files named
+/// ".bk_parser_new_*", which you may delete.
 ///
-/// The document's own file is the one that it was loaded from or last saved to, under every name that symbolic links give it. Without
-/// a path it is found whatever the current folder is. In any form, a save over it is refused
-/// - when it has changed on the disk since ("has changed on the disk since it was loaded");
-/// - when it was not read whole: a stored form that is cut off or damaged, a limit that ended the reading. `lossy` does not help. Text
-///   behind a '}' that closes nothing, and an include that was not found or not read, count, too, unless the layout is kept, which keeps the
-///   text and the directive. The losses name what was not read, by the code "not-read-whole".
-/// To another path such a document goes with `lossy` alone, and without what was not read.
-/// Words that were not read ("the word 'X' at FILE:LINE") are in the files alone: a save that does not keep the layout needs `lossy`, too,
-/// over any file, and drops them. The losses name the first hundred of them by the same code.
+/// Before it writes anything, it reads back what it is about to write and compares that with the tree. When the two differ, it writes
+/// nothing, and the losses and the reason say why.
+///
+/// **Which saves are refused.** The document's own file is the one that it was loaded from or last saved to, under every name that
+/// symbolic links give it. An empty `path` finds it whatever the current folder is. In any form, a save over it is refused
+/// - when the file has changed on the disk since ("has changed on the disk since it was loaded");
+/// - when the file was not read whole: it was cut off or damaged, or a limit ended the read. `lossy` does not change that. Text after a
+///   '}' that closes nothing counts too, and so does an include that was not found or not read, unless the save keeps the layout and
+///   with it that text and that directive. The losses name what was not read, with the code "not-read-whole".
+///
+/// A document that was not read whole can be saved to another path, with `lossy`, without what was not read. Words that were not read
+/// ("the word 'X' at FILE:LINE") exist in the files alone: a save that does not keep the layout drops them, and needs `lossy` over any
+/// file. The losses name the first hundred of them, with the same code.
+///
 /// No save replaces a file that the document includes. A document from memory has no own file: it is laid out anew, with its includes
 /// spliced in.
 ///
-/// A save that keeps the layout reads the old files again, and refuses when one has changed on the disk or is gone, or when an include
-/// that was left out can be read now, there or at the new path. It knows an entry by the line and column that it got when it was loaded,
-/// so that a moved or changed entry keeps what is around it, and a renamed one does when its values, or an entry of its group, are those
-/// of before; an entry of another document is new under any name but that of the entry whose place it says. After the save the entries
-/// have the lines and columns of the new text. What it does:
-/// - an entry or a value that was removed goes with its line, and with a comment behind it on that line; comments above it stay, and of two
-///   blank lines around an entry the one behind it goes, too;
-/// - a new entry stands on a line of its own, indented as its neighbours are, or in the line where its neighbours share one;
-/// - a new entry between two of an included file goes into that file; at the begin or end of an include it goes beside the directive;
-/// - an entry that moved within its group takes its lines along, with what changed inside of it, with comments and includes, and with the
-///   comments directly above it that have its indentation, unless it goes into the middle of a line; one that moved to
-///   a group that was there does so when nothing in it has changed and no include stands in it, and else is laid out anew, without its comments;
-/// - a copy of an entry, which says the same place, takes the layout only where the original is gone;
-/// - words that were not read stay where they are: a save that would take one away is refused, with its place; so is one that would
-///   change a value, or take away a group, behind a name that was not read, as it may be meant for that name;
-/// - a file that is included more than once, under one name or several (by symbolic or hard links), changes when the tree was changed alike
-///   in each place. Where one place was cleared its directive goes instead. Else the save is refused. Each hard link becomes a file of its
-///   own;
-/// - a removed entry takes includes inside it along. An entry that is laid out anew contains the text of its includes: the save is refused
-///   when nothing else includes such a file, and when such an include was left out. An entry that is removed in a save that lays out
-///   others counts as one of these;
-/// - a group that the text left open stays open: a save that would put something behind it is refused, with its place;
-/// - an enciphered include is enciphered again with the key of the load;
-/// - a file whose lines end in a carriage return alone takes no new lines: that is refused;
-/// - after a save with losses the next one keeps the layout of what was written; what was lost is a loss again as long as the tree holds it;
-/// - to another path only the document's own file goes: its includes stay where they are. That is refused when they would not be
-///   found from there, or when one of them would have to change. An include that is found there from the folder alone that the
-///   process works in is a loss ("include-not-carried"): who works in another one would not find it.
+/// **What a save that keeps the layout does.** It reads the old files again. It refuses when one of them has changed on the disk or is
+/// gone, or when an include that was left out can be read now, there or at the new path. It recognises an entry by the line and
+/// column that the load gave it. So a moved or changed entry keeps what is around it. A renamed entry keeps that too when its values, or
+/// an entry of its group, are as before. An entry of another document counts as new, unless one entry of this document had
+/// both its place and its name. After the save, the entries have the lines and columns of the new text.
+/// - A removed entry or value goes with its line, and with a comment after it on that line. Comments above it stay. Of two blank lines
+///   around an entry, the one after it goes too.
+/// - A new entry gets a line of its own, indented as its neighbours are. Where its neighbours share a line, it goes into that line.
+/// - A new entry between two entries of an included file goes into that file. At the beginning or end of an include it goes beside the
+///   directive.
+/// - An entry that moved within its group takes its lines along, with what changed inside it, with comments and includes. It also takes
+///   the comments directly above it that have its indentation, unless it goes into the middle of a line.
+/// - An entry that moved to an existing group takes its lines along when nothing inside it has changed and no include is inside it.
+///   Otherwise it is laid out anew, without its comments.
+/// - A copy of an entry has the same line and column. It takes the layout only where the original is gone.
+/// - Words that were not read stay where they are. A save that would remove one is refused, with its place. So is one that would change
+///   a value, or remove a group, after a name that was not read: it may be meant for that name.
+/// - A file that is included more than once, under one name or several (symbolic or hard links), changes when the tree was changed in
+///   the same way in each place. Where one place was cleared, its directive is removed instead. Otherwise the save is refused. Each hard
+///   link becomes a file of its own.
+/// - A removed entry takes includes inside it along. An entry that is laid out anew contains the text of its includes: the save is
+///   refused when nothing else includes such a file, and when such an include was left out. In a save that lays out other
+///   entries anew, the same holds for a removed entry.
+/// - A group that the text left open stays open. A save that would put something after it is refused, with its place.
+/// - An encrypted include is encrypted again with the key of the load.
+/// - A file whose lines end in a carriage return alone takes no new lines: such a save is refused.
+/// - After a save with losses, the next one keeps the layout of what was written. What was lost is a loss again as long as the tree
+///   holds it.
+/// - A save to another path writes only the document's own file, and its includes stay where they are. It is refused when they would
+///   not be found from there, or when one of them would have to change. An include that only the working folder provides
+///   there is a loss ("include-not-carried"): in another working folder it would not be found.
 ///
-/// Each file is replaced in one step by a new one that was flushed to the disk before. When several files change, all new ones are
-/// on the disk before the first is put in place, and the document's own file is put in place last. When a step fails, the files
-/// that were replaced before get their old bytes back. **A process that dies in between may leave some of the files new and others
-/// old**, each of them whole, and files named ".bk_parser_new_*", which may be deleted.
+/// **How the files are replaced.** Each file is replaced in one step by a new one, which was flushed to the disk before. When several
+/// files change, all new ones are on the disk before the first replaces its old file. The document's own file is the last. When a
+/// step fails, the files that were already replaced get their old bytes back.
 ///
-/// When it fails, the document and every file are as they were. Throws only what a host's log handler throws. When memory runs out, the
-/// reason is "out of memory". Linear in the size of the files and of the tree.
+/// When a save fails, the document and every file are as they were. It throws only what a host's log handler throws. When memory runs
+/// out, the reason is "out of memory". Linear in the size of the files and of the tree.
 [[nodiscard]] BK_PARSER_API SaveResult save(Document& document, const std::filesystem::path& path = {},
                                             const SaveOptions& options = {});
 
@@ -132,14 +143,14 @@ struct SavePreview {
                                                      const std::filesystem::path& path = {},
                                                      const SaveOptions& options = {});
 
-/// Replaces files by the changes of previews, all of them or none, in their order and as `save` does. Each path may occur once.
+/// Writes the changes of previews to their files, all of them or none, in their order, as `save` does. Each path may occur once.
 /// Returns why nothing was replaced, for example because a file has changed since the preview; empty when every byte is on the disk.
 /// The documents of the previews still refer to the old files: load them again before you go on.
 [[nodiscard]] BK_PARSER_API std::string replace_files(std::span<const FileChange> changes);
 
-/// Gives a file these bytes in one step, or makes it, as `save` does: a new file that was flushed to the disk takes the name. A link stays,
-/// and the file that it leads to is replaced. A pipe or a device is written to. Gives why nothing was replaced, "FILE: what: the
-/// system's reason"; empty when every byte is on the disk. Throws nothing; linear in the bytes.
+/// Replaces a file by these bytes in one step, or creates it, as `save` does: it writes a new file, flushes it to the disk and renames it.
+/// A symbolic link stays, and the file that it leads to is replaced. A pipe or a device is written to. Returns why nothing was
+/// replaced, "FILE: what: the system's reason"; empty when every byte is on the disk. Throws nothing. Linear in the bytes.
 [[nodiscard]] BK_PARSER_API std::string replace_file(const std::filesystem::path& path,
                                                      std::string_view bytes);
 

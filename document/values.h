@@ -30,7 +30,7 @@ template <class T>
 inline constexpr bool is_wide_character = std::same_as<T, wchar_t> || std::same_as<T, char8_t> ||
                                           std::same_as<T, char16_t> || std::same_as<T, char32_t>;
 
-/// Every integer type, chars included; bools and wide characters are none.
+/// Every integer type, char included; bool and the wide character types do not count.
 template <class T>
 concept IntegerValue = std::integral<T> && !std::same_as<T, bool> && !is_wide_character<T>;
 /// Every integer type, float and double.
@@ -54,7 +54,7 @@ class Values;
 /// How many values of which type make up a T.
 template <class T>
 struct ListTraits {
-    /// How many values there are; 0 for types that are no such list.
+    /// How many values there are; 0 for a type that is not a list of fixed length.
     static constexpr std::size_t size = 0;
 };
 /// A list of a fixed number of values.
@@ -110,7 +110,7 @@ inline constexpr bool is_values<Values<T>> = true;
 template <class T>
 concept OpenListValue = (is_vector<T> || is_values<T>)&&!BytesValue<T>;
 
-/// Everything that `get` can read.
+/// The types that `get` can read.
 template <class T>
 concept ReadableValue = SingleValue<T> || FixedListValue<T> || OpenListValue<T>;
 
@@ -235,7 +235,7 @@ BK_PARSER_API bool set_values(ParserGroup& group, PathRef path, std::span<const 
 /// The same for another type or place.
 BK_PARSER_API ParserEntry* add_values(ParserGroup& group, PathRef path, std::span<const GivenValue> given);
 
-/// As the model has it, a char is signed on every platform.
+/// A char of a document is signed on every platform.
 inline std::optional<char> read_char(const ParserEntry& entry, unsigned int value) {
     long long wide = 0;
     return read(entry, value, wide) && wide >= -128 && wide <= 127
@@ -348,43 +348,43 @@ auto with_given(const T& content, const Action& act) {
 template <SingleValue T>
 class Values : public std::ranges::view_base {
 public:
-    /// Walks the range, as the standard library asks of iterators.
+    /// An iterator, as the standard library defines them.
     class Iterator {
     public:
-        /// What the standard library may do with it.
+        /// The category, for the standard library.
         using iterator_concept = std::forward_iterator_tag;
-        /// What the standard library may do with it.
+        /// The category, for the standard library.
         using iterator_category = std::input_iterator_tag;
-        /// What it comes to.
+        /// The type of an item.
         using value_type = T;
         /// The type of distances.
         using difference_type = std::ptrdiff_t;
-        /// What `*` gives.
+        /// What `*` returns.
         using reference = T;
-        /// What `->` gives.
+        /// What `->` returns.
         using pointer = void;
 
         Iterator() = default;
         /// At the first value from `index` on that can be read as T.
         Iterator(const ParserEntry& entry, unsigned int index) : entry_(&entry), index_(index) { find(); }
 
-        /// What the iterator has come to.
+        /// The current value.
         T operator*() const { return *value_; }
-        /// Goes on to the next.
+        /// Goes to the next value.
         Iterator& operator++() {
             ++index_;
             find();
             return *this;
         }
-        /// Goes on to the next.
+        /// Goes to the next value.
         Iterator operator++(int) {
             Iterator before = *this;
             ++*this;
             return before;
         }
-        /// Whether both have come to the same.
+        /// Whether both are at the same value.
         bool operator==(const Iterator& other) const noexcept { return index_ == other.index_; }
-        /// Whether there is nothing further.
+        /// Whether the range has ended.
         bool operator==(std::default_sentinel_t) const noexcept { return !value_; }
         /// Which value of the entry this is.
         unsigned int index() const noexcept { return index_; }
@@ -407,9 +407,9 @@ public:
     explicit Values(const ParserEntry& entry, unsigned int first = 0) noexcept
         : entry_(&entry), first_(first) {}
 
-    /// For loops over the range.
+    /// An iterator, for range-based loops.
     Iterator begin() const { return Iterator(*entry_, first_); }
-    /// For loops over the range.
+    /// An iterator, for range-based loops.
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
 
     /// Returns nothing when a value from `first` on is not a T.

@@ -7,7 +7,7 @@
 #include "parser/parser_group.h"
 #include "parser/parser_limits.h"
 
-/// A group's text as a sequence of words, each distinct word kept once.
+/// A group's text as a sequence of words. Each distinct word is stored once.
 struct BK_PARSER_API ParserArchive {
     ParserArchive();
     /// Copies the words.
@@ -38,21 +38,21 @@ public:
 /// Packing groups into archives, and archives into files (docs/formats.md).
 class BK_PARSER_API ParserImpl {
 public:
-    /// Appends the words of a group; with braces also its name and the braces. `progress` may be null.
+    /// Appends the words of a group; `with_braces` adds its name and the braces. `progress` may be null.
     static void archive_group(ParserGroup& group, ParserArchive& archive, const bool& with_braces,
                               AppProgressBar* progress);
     /// Appends the words of an entry, its name first. `progress` may be null.
     static void archive_entry(ParserEntry& entry, ParserArchive& archive, AppProgressBar* progress);
-    /// Appends the words of a value: one, or those of the group. `progress` may be null.
+    /// Appends the words of a value: one word, or those of its group. `progress` may be null.
     static void archive_value(ParserValue& value, ParserArchive& archive, AppProgressBar* progress);
-    /// Parses the archive's words into the group. Indices that name no string are skipped. An archive whose text would
-    /// pass the limits is refused with "ParserImpl.group_set_archive: text too large\n" at level 2.
+    /// Parses the archive's words into the group. Skips indices that name no string. Refuses an archive whose text would be larger than
+    /// the limits, and logs "ParserImpl.group_set_archive: text too large\n" at level 2.
     static void group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar* progress);
-    /// The same within these limits. False when one of them ends the read. Faults of the syntax are logged and do not make it false.
+    /// The same within these limits. Returns false when one of them ends the read. Logs syntax errors, which do not make it false.
     static bool group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar* progress,
                                   const ParserLimits& limits);
-    /// Replaces `text` by the words, each with a blank after it. Returns false, and leaves `text` as it was, when that would pass the
-    /// limits.
+    /// Replaces `text` by the words, each with a blank after it. When that would be larger than the limits, returns false and leaves
+    /// `text` as it was.
     static bool get_archive_text(const ParserArchive& archive, CoreString& text, const ParserLimits& limits);
 
     /// Saves an archive to a file. Returns an empty text, or "empty filename" or "cannot open file".

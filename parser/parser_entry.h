@@ -17,8 +17,8 @@ struct EntryFields;
 /// An entry of a document: a name, a kind, an optional template name, an optional array count, the place where it was read, and an
 /// ordered list of values, which the entry owns.
 ///
-/// Functions that take an index do not check it unless they say so. A reference that get_name, get_template or get_string returns is
-/// valid as long as these say.
+/// Functions that take an index do not check it unless their comment says so. The comments of get_name, get_template and get_string say
+/// how long their references are valid.
 ///
 /// When memory runs out, constructors and edits throw std::bad_alloc (std::length_error where a count would pass its limit) and
 /// leave everything as it was. Nothing else throws.
@@ -60,7 +60,7 @@ public:
     /// The line of the entry, counted from 1, in the text that was parsed. That is not the line in the file: includes are spliced into
     /// that text and comments dropped (docs/language.md). 0 for an entry made by add_group.
     const core_ulong& get_line() const noexcept { return line_; }
-    /// The column, as get_line has the line.
+    /// The column in that line of the text that was parsed.
     const core_ulong& get_column() const noexcept { return column_; }
     /// The declared size, 0 when none was stated, not_an_array otherwise.
     const unsigned int& get_array_count() const noexcept { return array_count_; }
@@ -79,7 +79,7 @@ public:
     void rename(const CoreString& name);
     /// The empty string removes the template.
     void set_template(const CoreString& name);
-    /// `count` is ignored when `is_array` is false.
+    /// Sets the declared size, or with `is_array` false removes it; `count` is then ignored. The values do not change.
     void set_array(const bool& is_array, const unsigned int& count);
     /// Makes the entry TYPE_RAW_TEXT, or with false TYPE_ENTRY, whatever it was before. The indexes of the group change only when they
     /// are next rebuilt.
@@ -97,7 +97,7 @@ public:
     void add_string(const CoreString& value);
     /// Appends a copy of `size` bytes.
     void add_binary_data(void* data, const unsigned int& size);
-    /// Appends a value of this type from a word of the text syntax. Takes the quotes off a string.
+    /// Appends a value of this type from a word of the text syntax. Removes the quotes of a string.
     void add_word(const ParserWord& word, const ParserValue::Type& type);
     /// Adopts `group`, leaves its source entry as it is, and returns it. When memory runs out, the caller still owns it. With null,
     /// makes a new group without a name, whose source entry is this entry.
@@ -123,9 +123,9 @@ public:
     /// The string of value `i`. The reference is valid, and the characters stay at their address, until that value is set or
     /// removed or the last entry that lists it dies. Changes of other values, and moves of the entry, do not matter.
     const CoreString& get_string(const unsigned int& i) const;
-    /// The bytes, which the entry owns; get_binary_data_size says how many.
+    /// The bytes, which the entry owns; get_binary_data_size returns their number.
     void* get_binary_data(const unsigned int& i) const;
-    /// How many bytes get_binary_data gives.
+    /// The number of bytes that get_binary_data returns.
     unsigned int get_binary_data_size(const unsigned int& i) const;
     /// The text of value `i`, without quotes, whatever its type. Empty for a group. When memory runs out, it logs that and is empty.
     CoreString get_word(const unsigned int& i) const;
@@ -169,20 +169,20 @@ public:
 
     /// Moves a value to position `to`. The values between shift by one position.
     void move_value(const unsigned int& from, const unsigned int& to);
+    /// Removes the value at this position. An index past the end removes nothing.
+    void remove_value(const unsigned int& i);
     /// Removes the values at these positions. The others keep their order. Indices may come in any order and repeat. Indices past the
     /// end are ignored.
-    void remove_value(const unsigned int& i);
-    /// Removes the values at these positions.
     void remove_value(const CoreBasicArray<unsigned int>& indices);
-    /// Removes the values at these positions.
+    /// The same for a list of positions.
     void remove_value(const CoreList<unsigned int>& indices);
 
-    /// Appends the entry as text.
+    /// Appends the entry as text. Pretty: an entry a line, indented by `level`. Compact: all on one line.
     void get_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
     /// Appends the values alone, as get_text does.
     void get_value_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
 
-    /// Replaces `data` by the entry's text, enciphered under `key` (docs/formats.md). **The cipher is not security**. An empty text
+    /// **The cipher is not security**. Replaces `data` by the entry's text, encrypted with `key` (docs/formats.md). An empty text
     /// leaves `data` as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& pretty,
                             const unsigned int& level) const;

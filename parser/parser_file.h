@@ -21,8 +21,8 @@ extern BK_PARSER_API CoreVersion default_parser_serial_version;
 /// A document on disk: the tree under its root group, the name of its file, and where its includes are found.
 ///
 /// `write` **loses comments, blank lines and includes**: it prints the document anew. It returns true even when nothing could be
-/// stored. `read` **returns true for a text full of faults**, takes any file for a text, and does not tell that a document was cut
-/// off. To edit files that people wrote, use bk_parser::load and bk_parser::save (document/document.h).
+/// stored. `read` **returns true for a text full of errors**, reads any file as text, and does not report a truncated document. To edit
+/// files that people wrote, use bk_parser::load and bk_parser::save (document/document.h).
 ///
 /// A text document begins with a line "#Brellwick_Serial_Version 1.2". `#include "name"` is replaced by the text of
 /// that file. "//" begins a comment, which ends with its line and takes the line end with it.
@@ -48,7 +48,7 @@ public:
     void set_filename(const CoreString& filename);
     /// The stored name.
     const CoreString& get_filename() const noexcept { return filename_; }
-    /// Sets the folders in which `read` looks for files, in this order, before it tries the name as it is. `write` does not use
+    /// Sets the folders in which `read` looks for files, in this order. After them it tries the name as it is. `write` does not use
     /// them.
     void set_search_paths(const CoreVector<CoreString>& paths);
     /// What set_search_paths was given.
@@ -57,7 +57,7 @@ public:
     const CoreSet<CoreString>& get_dependencies() const noexcept { return dependencies_; }
     /// 1.0 when the text read had no version line; 0 after a read that failed.
     const CoreVersion& get_serial_version() const noexcept { return serial_version_; }
-    /// Whether the first file ever read was an enciphered one.
+    /// Whether the first file that this object ever read was encrypted.
     bool is_encrypted() const noexcept { return storage_ == STORAGE_ENCRYPTED; }
     /// The root group, which the file owns together with its copies.
     ParserGroup& get_root() const noexcept { return *root_; }
@@ -73,20 +73,21 @@ public:
     /// Appends the root group's text, without a version line.
     void get_text(CoreString& out) const;
 
-    /// Reads a text or enciphered file with its includes, and appends it to the root group. Does not read MODE_BINARY files; use
-    /// set_binary. `key` deciphers enciphered files. A `filename` that is not empty is stored first, whether the read succeeds or not;
+    /// Reads a text or encrypted file with its includes, and appends it to the root group. Does not read MODE_BINARY files; use
+    /// set_binary. `key` decrypts encrypted files. A `filename` that is not empty is stored first, whether the read succeeds or not;
     /// an empty one means the stored name.
     ///
-    /// Returns true when the text has faults: they are logged. To detect a truncated document, or one that ended early at a "}",
-    /// install a ParserReadObserver; nothing else tells. Returns false, with the root group as it was,
-    /// - when the file or an include cannot be found, opened or deciphered, with a message at level 2;
+    /// **Returns true when the text has errors**: it logs them. Only a ParserReadObserver learns of a truncated document, or of one that
+    /// ended early at a "}". Returns false, with the root group as it was,
+    /// - when the file or an include cannot be found, opened or decrypted, with a message at level 2;
     /// - when an include directive lacks its closing quote, or a version is not above 0, without a message.
     ///
     /// Also returns false when a limit ends the parse; the root group then has what was read before.
     bool read(const CoreString& filename, const CoreString& key, AppProgressBar* progress);
 
-    /// Writes the document to the stored name as it is, after it stored `filename` when that is not empty. With a key it writes the
-    /// enciphered form, whatever the mode, and leaves the version in the tree as the keyword entry "#Brellwick_Serial_Version".
+    /// Writes the document to `filename`, and stores that name; when it is empty, to the stored name. The search paths do not matter.
+    /// With a key it writes the encrypted form, whatever the mode, and leaves the version in the tree as the keyword entry
+    /// "#Brellwick_Serial_Version".
     ///
     /// **Returns true even when the document could not be stored**: the old file then stays, and only the log says
     /// "ParserFile.write: Can't save project '<filename>'.\n", at level 1. Returns false when the file cannot be opened, and for an

@@ -54,9 +54,9 @@ public:
     /// memory runs out, the caller still owns the group. The group keeps its name, which texts cannot carry back (docs/language.md).
     ParserGroup* add_group(ParserGroup* group);
 
-    /// The name that it was made with. Groups inside a text that was read have none.
+    /// The name that the group was made with. Groups that were read from text have none.
     const CoreString& get_name() const noexcept { return name_; }
-    /// How many ordinals there are.
+    /// How many entries have an ordinal.
     unsigned int get_entry_count() const noexcept {
         return entries_.get_count() - keyword_index_.get_count();
     }
@@ -71,7 +71,7 @@ public:
     /// Every entry, in document order. A slot is null after detach_entry.
     const CoreVector<ParserEntry*>& get_entries() const noexcept { return entries_; }
     /// The entries of that name that have an ordinal, in document order; with `recursive` also those in groups
-    /// below, depth first. Does not search inside an entry of that name. Linear in what is searched. When memory runs out, returns none
+    /// below, depth first. Does not search inside an entry of that name. Linear in what it searches. When memory runs out, returns none
     /// and logs "ParserGroup.get_entries: out of memory\n" at level 1.
     CoreVector<ParserEntry*> get_entries(const CoreString& name, bool recursive) const;
     /// The position of the first entry of that type; 0xFFFFFFFF when there is none.
@@ -81,9 +81,8 @@ public:
     /// Sets the entry that get_source_entry returns. Does not take it over.
     void set_source_entry(ParserEntry* entry) noexcept { source_entry_ = entry; }
 
-    /// Detaches the entry with that ordinal: its slot becomes null. Get the pointer before the call: you own the entry from then on,
-    /// and may delete it after the call.
-    /// Remove the empty slot by its position before you use the group again.
+    /// **Remove the empty slot by its position before you use the group again**. Detaches the entry with that ordinal: its slot becomes
+    /// null. Get the pointer before the call: you own the entry from then on, and may delete it after the call.
     void detach_entry(const unsigned int& ordinal);
 
     /// Moves the entry at a position to position `to`. The entries between shift by one position.
@@ -105,17 +104,17 @@ public:
     void remove_entries(CoreBasicArray<unsigned int> positions);
     /// Removes every entry of that name, whatever its type.
     void remove_entry(const CoreString& name);
-    /// A position past the end removes nothing.
+    /// Removes the entry at this position. A position past the end removes nothing.
     void remove_entry(unsigned int position);
 
-    /// Parses a text and appends what it holds. Faults do not stop the parse. They are logged at level 2 as
+    /// Parses a text and appends its entries. Errors do not stop the parse. They are logged at level 2 as
     /// "ParserGroup.set_text: (<line>:<column>) ...", with lines and columns of this text. Linear in the text; nesting costs heap, not
     /// stack.
     ///
     /// **The result is not a success flag**: to learn of errors, use bk_parser::parse (document/load.h) or pass an observer. It is
-    /// false when the text has no word, and when its last word outside of nested groups, braces not counted, was a fault or "<empty>".
+    /// false when the text has no word, and when its last word outside of nested groups, not counting braces, was an error or "<empty>".
     bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress);
-    /// The same. Tells the observer, which may be null, the place of every fault.
+    /// The same. Reports the place of every error to the observer, which may be null.
     bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress,
                   ParserReadObserver* observer);
     /// The same within limits. When one of them ends the parse, returns false, and the group has what was read before.
@@ -126,14 +125,14 @@ public:
     /// level (a level below 1 counts as 1). Compact: all on one line.
     void get_text(CoreString& out, const bool& braces, const bool& pretty, const unsigned int& level) const;
 
-    /// Replaces `data` by the group's text, enciphered under `key` (docs/formats.md). **The cipher is not security**. An empty text
+    /// **The cipher is not security**. Replaces `data` by the group's text, encrypted with `key` (docs/formats.md). An empty text
     /// leaves the output as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& braces,
                             const bool& pretty, const unsigned int& level) const;
     /// The same as hexadecimal digits. **The plaintext itself follows the digits**.
     void get_encrypted_text(CoreString& text, const CoreString& key, const bool& braces, const bool& pretty,
                             const unsigned int& level) const;
-    /// Deciphers and parses. When the data cannot be deciphered, returns false and leaves the group unchanged. Does not notice every
+    /// Decrypts and parses. When the data cannot be decrypted, returns false and leaves the group unchanged. Does not notice every
     /// wrong key.
     bool set_encrypted_text(const CoreArray<unsigned char>& data, const CoreString& key);
     /// The same from hexadecimal digits.

@@ -17,7 +17,7 @@ class ValueAccess;
 /// One typed value of an entry: a scalar, a string, binary data, a bare word or a whole group.
 ///
 /// A value that was read from text keeps its spelling, and is written back as it was spelled. Its first typed read converts it once.
-/// A value that was set has no spelling: its text is made whenever it is asked for.
+/// A value that was set has no spelling: each request makes its text anew.
 ///
 /// Layout: 32 bytes, the type and flags in one word, the spelling's length beside them, and sixteen bytes whose use
 /// depends on the type (docs/architecture.md draws it).
@@ -79,9 +79,9 @@ struct BK_PARSER_API ParserValue {
     /// Becomes a copy of `size` bytes.
     void set_binary_data(void* data, const unsigned int& size);
 
-    /// Reads the value as this type. Bool, char, int and double convert into each other: a char has the low 8 bits of an int, and a
-    /// double is truncated toward zero. **A double outside the int range reads as -2147483648**. For a value of another type returns
-    /// no, 0 or an empty text, and logs at level 2, if there is memory for that,
+    /// Reads the value as this type. **A double outside the int range reads as -2147483648**. Bool, char, int and double convert into each
+    /// other: a char gets the low 8 bits of an int, and a double is truncated toward zero. For a value of another type, returns
+    /// false, 0 or an empty text, and logs at level 2, if there is memory for that,
     /// "ParserValue.<read>: type mismatch, value type is '<type name>' \n".
     bool get_as_bool() const;
     /// As get_as_bool, for another type.
@@ -106,8 +106,8 @@ struct BK_PARSER_API ParserValue {
     void get_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
 
     /// Decodes a binary-data literal: "0x", two upper-case hexadecimal digits a byte, eight digits of checksum. **Does not verify the
-    /// checksum**. A pair with any other character decodes as 0. A literal of odd length, or of at most
-    /// 10 characters, gives null and 0. The caller frees the bytes with CoreMemory::release and their size.
+    /// checksum**. A pair with any other character decodes as 0. For a literal of odd length, or of at most
+    /// 10 characters, returns null and a size of 0. The caller frees the bytes with CoreMemory::release and their size.
     static void word_to_binary_data(void*& data, unsigned int& size, const ParserWord& word);
 
     /// Appends the binary form (docs/formats.md) and adds its length to `count`. Linear in the output.
@@ -130,8 +130,7 @@ struct BK_PARSER_API ParserValue {
     /// Appends the value's bytes, little-endian (docs/formats.md).
     static unsigned long long group_to_bin(CoreVector<char>& out, const ParserGroup& group);
 
-    /// Decoders: each reads at `position` and advances it. A fixed-width read past the end takes the missing
-    /// bytes as zero.
+    /// Decoders: each reads at `position` and advances it. Missing bytes of a fixed-width value count as 0.
     static bool bin_to_bool(const CoreVector<char>& data, unsigned long long& position);
     /// Reads the value at the position, and advances it. Missing bytes count as 0.
     static char bin_to_char(const CoreVector<char>& data, unsigned long long& position);
@@ -144,8 +143,8 @@ struct BK_PARSER_API ParserValue {
     /// Reads a string up to its NUL. Without a NUL returns the empty string, sets `position` to the end, and logs
     /// "ParserValue.bin_to_string: Failed to parse string\n" at level 2.
     static CoreString bin_to_string(const CoreVector<char>& data, unsigned long long& position);
-    /// Reads binary data. The caller frees the bytes with CoreMemory::release and their size. Null and 0 for empty data, and when
-    /// the buffer ends too early: then logs "ParserValue.bin_to_binary_data: Failed to parse string\n" at level 2.
+    /// Reads binary data. The caller frees the bytes with CoreMemory::release and their size. Returns null and a size of 0 for empty data,
+    /// and when the buffer ends too early; in the second case logs "ParserValue.bin_to_binary_data: Failed to parse string\n" at level 2.
     static void* bin_to_binary_data(const CoreVector<char>& data, unsigned long long& position,
                                     unsigned int& size);
     /// Reads a tag and its value, which the caller owns. Null for a tag above 6 and at the end of the data.

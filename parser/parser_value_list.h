@@ -13,8 +13,9 @@ class StringHome;
 /// The values of one entry, in order. Used by ParserEntry alone.
 ///
 /// As a rule the values stand side by side in one block, followed by the spellings of those that were read from
-/// text. When two entries list the same values, after a shallow assignment, and when a value has to make way whose string
-/// a host may hold, each value gets a cell of its own that counts the lists it is in, and the list holds the cells.
+/// text. In two cases each value gets a cell of its own instead, which counts the lists it is in, and the list holds the
+/// cells: when two entries list the same values after a shallow assignment, and when a value must move while a host may hold a reference to
+/// its string.
 class ParserValueList {
 public:
     ParserValueList() noexcept = default;

@@ -73,11 +73,11 @@ public:
     const unsigned int& get_length() const noexcept { return length_; }
     /// The line that set_line was given.
     const core_ulong& get_line() const noexcept { return line_; }
-    /// The column, as get_line has the line.
+    /// The column that set_column was given.
     const core_ulong& get_column() const noexcept { return column_; }
-    /// 0xFFFFFFFF: not an array; 0: empty brackets.
+    /// The declared size of an array; 0 for empty brackets; 0xFFFFFFFF when the word is not an array.
     const unsigned int& get_array_count() const noexcept { return array_count_; }
-    /// Null when there is none.
+    /// The template word; null when there is none.
     ParserWord* get_template() const noexcept { return template_.get(); }
     /// Whether the word has a template word.
     bool has_template() const noexcept { return template_ != nullptr; }
@@ -113,12 +113,12 @@ public:
     bool is_double() const;
     /// Whether the word is of the kind in the name. A word that was recognised as one kind is of no other kind.
     bool is_keyword() const;
-    /// Takes a template or array suffix off the word. A bad suffix makes the word TYPE_INVALID.
+    /// Whether the word is a name. Removes a template or array suffix from the word. A bad suffix makes the word TYPE_INVALID.
     bool is_identifier() const;
     /// Whether the word is a value, and of which type.
     bool is_value(ParserValue::Type& type) const;
 
-    /// The kinds that are values; a brace is not.
+    /// Whether words of that kind are values; a brace is not.
     static bool is_value_type(const Type& type);
 
 private:

@@ -139,3 +139,18 @@ TEST(pages, every_program_of_theirs_is_shown) {
         }
     }
 }
+
+TEST(pages, every_chart_has_colours_for_dark_pages) {
+    std::size_t count = 0;
+    for (const auto& entry : fs::directory_iterator(root / "docs")) {
+        if (entry.path().filename().string().starts_with("performance_") &&
+            entry.path().extension() == ".svg") {
+            const std::string picture = text_of_file(entry.path());
+            EXPECT_NE(picture.find("(prefers-color-scheme: dark)"), std::string::npos)
+                << entry.path() << ": run bench/peers/theme_pictures";
+            EXPECT_NE(picture.find("class=\"background\""), std::string::npos) << entry.path();
+            ++count;
+        }
+    }
+    EXPECT_GT(count, 0u);
+}

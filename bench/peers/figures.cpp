@@ -62,16 +62,16 @@ void begin_targets(std::ofstream& out) {
 void write_figures(const std::vector<Raced>& raced, const std::string& path) {
     std::ofstream out(path);
     out << std::fixed << std::setprecision(2);
-    out << "# Figures\n\nWritten by `bench/peers/run --plot`, on " << processor() << ", with "
+    out << "# Performance figures\n\nWritten by `bench/peers/run --plot`, on " << processor() << ", with "
         <<
 #if defined(__clang__)
         "clang++ " << __clang_major__
 #else
         "g++ " << __GNUC__
 #endif
-        << ". Medians, in millions of values a second, of changes for the edit; bytes are per value. What "
-           "the columns and "
-           "the names mean stands in [performance.md](performance.md).\n";
+        << ". Medians, in millions of values a second; for the edit, in millions of changes a second; in the "
+           "column \"bytes\", bytes per value. [performance.md](performance.md) explains the columns and the "
+           "names.\n";
     for (const Raced& race : raced) {
         out << "\n## " << race.corpus.name << ", " << static_cast<std::size_t>(race.corpus.values)
             << " values\n\n";
