@@ -69,7 +69,7 @@ struct SavePreview {
     bool ok() const { return reason.empty(); }
 };
 
-/// Saves a document to `path`, or to the file that it was loaded from when `path` is empty.
+/// Saves a document to `path`, or to the file that it was loaded from when `path` is empty. Refuses a path with a NUL.
 ///
 /// Before anything is written, what is to be written is read back and compared with the tree. When it would not read back as just
 /// this tree, nothing is written, and the losses and the reason say why.
@@ -116,7 +116,9 @@ struct SavePreview {
 ///   process works in is a loss ("include-not-carried"): who works in another one would not find it.
 ///
 /// Each file is replaced in one step by a new one that was flushed to the disk before. When several files change, all new ones are
-/// on the disk before the first is put in place, and the document's own file is put in place last. When a step fails, the files
+/// on the disk before the first is put in place, and the document's own file is put in place last. Right before the first is put in
+/// place, `save` looks once more whether another program has changed one of them, and then refuses. Two programs that put their files in
+/// place in the same moment are not told from one another: let them take turns by a lock of their own. When a step fails, the files
 /// that were replaced before get their old bytes back. **A process that dies in between may leave some of the files new and others
 /// old**, each of them whole, and files named ".bk_parser_new_*", which may be deleted.
 ///
