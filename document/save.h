@@ -73,7 +73,7 @@ struct SavePreview {
     bool ok() const { return reason.empty(); }
 };
 
-/// Saves a document to `path`, or to the file that it was loaded from when `path` is empty.
+/// Saves a document to `path`, or to the file that it was loaded from when `path` is empty. Refuses a path with a NUL.
 ///
 /// **A process that dies during a save may leave some of several files new and others old**, each of them whole, and files named
 /// ".bk_parser_new_*", which you may delete.
@@ -129,7 +129,9 @@ struct SavePreview {
 ///
 /// **How the files are replaced.** Each file is replaced in one step by a new one, which was flushed to the disk before. When several
 /// files change, all new ones are on the disk before the first replaces its old file. The document's own file is the last. When a
-/// step fails, the files that were already replaced get their old bytes back.
+/// step fails, the files that were already replaced get their old bytes back. Right before the first replacement, `save` checks once
+/// more whether another program has changed one of the files, and refuses then. **Two programs that replace a file at the same moment are
+/// not told from one another**: programs that save the same file need a lock of their own.
 ///
 /// When a save fails, the document and every file are as they were. It throws only what a host's log handler throws. When memory runs
 /// out, the reason is "out of memory". Linear in the size of the files and of the tree.

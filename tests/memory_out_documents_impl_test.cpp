@@ -57,6 +57,31 @@ protected:
         FAIL();
     }
 
+    /// The same of a recovery.
+    static void expect_recovering(const std::string& bytes) {
+        const bk_parser::RecoverResult recovered = bk_parser::recover_bytes(bytes);
+        const std::string whole = print(recovered.loaded.document.root());
+        bool has_failed = true;
+        for (std::size_t n = 1; has_failed && !HasFailure(); ++n) {
+            const long live = FailingMemory::live();
+            {
+                std::optional<bk_parser::RecoverResult> result;
+                FailingMemory::fail_at(n, GetParam());
+                try {
+                    result.emplace(bk_parser::recover_bytes(bytes));
+                } catch (const std::bad_alloc&) {
+                    result.reset();
+                }
+                has_failed = FailingMemory::disarm();
+                EXPECT_TRUE(result || has_failed) << n;
+                if (result) {
+                    EXPECT_EQ(print(result->loaded.document.root()), whole) << n;
+                }
+            }
+            EXPECT_EQ(FailingMemory::live(), live) << "request " << n << " left blocks behind";
+        }
+    }
+
     const ScratchFolder folder_;
 };
 
@@ -82,6 +107,14 @@ TEST_P(memory_out_of_documents, while_a_binary_document_is_loaded) {
 
 TEST_P(memory_out_of_documents, while_an_archive_is_loaded) {
     expect_loading(folder_.write("x", StoredForms(scene()).archive()));
+}
+
+TEST_P(memory_out_of_documents, while_a_damaged_document_is_recovered) {
+    const std::string whole =
+        StoredForms("a { b { c 1 } } d \"a string of more than eleven bytes\"\n").binary();
+    for (const std::size_t left : {whole.size(), whole.size() - 1, whole.size() / 2}) {
+        expect_recovering(whole.substr(0, left));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(one_request_or_all_from_there, memory_out_of_documents, testing::Bool());

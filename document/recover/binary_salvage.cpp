@@ -6,6 +6,7 @@
 #include "parser/model/parser_group_impl.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace bk_parser {
@@ -13,6 +14,13 @@ namespace bk_parser {
 namespace {
 
 constexpr std::size_t most_path_bytes = 200;
+
+/// When memory runs out in the entry, the group is still ours.
+ParserGroup* add_group(ParserEntry& entry) {
+    auto group = std::make_unique<ParserGroup>(CoreString());
+    entry.add_group(group.get());
+    return group.release();
+}
 
 } // namespace
 
@@ -188,7 +196,7 @@ BinarySalvage::Taken BinarySalvage::take_group(std::size_t end) {
     }
     Level inner;
     inner.group_end = group_end(size_at, end, false);
-    inner.group = levels_.back().entry->add_group(new ParserGroup(CoreString()));
+    inner.group = add_group(*levels_.back().entry);
     position_ = size_at + size_width;
     levels_.push_back(inner);
     return Taken::group;
@@ -199,7 +207,7 @@ BinarySalvage::Taken BinarySalvage::take_cut_group(std::size_t end) {
     if (end != data_.size() || announced_end_ <= data_.size() || levels_.size() > nesting_depth_) {
         return Taken::nothing;
     }
-    levels_.back().entry->add_group(new ParserGroup(CoreString()));
+    add_group(*levels_.back().entry);
     lost_.add(position_, end - position_, "what is in the group '" + path() + "'");
     position_ = end;
     return Taken::value;

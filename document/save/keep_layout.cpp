@@ -265,6 +265,12 @@ private:
         }
     }
 
+    /// Nothing of a file that the document was not read from.
+    std::optional<KnownFile> known(const std::string& path) const {
+        const ReadFile* const then = find_file(state_.files, path);
+        return then == nullptr ? std::nullopt : std::optional(KnownFile{true, then->size, then->hash});
+    }
+
     /// Writes included files first, so that the document's own file is the old one until all of them are replaced.
     void write() {
         std::filesystem::path path = path_of_text(path_);
@@ -277,12 +283,12 @@ private:
         const auto own = bytes_.find(path_);
         for (auto file = bytes_.begin(); file != bytes_.end(); ++file) {
             if (file != own) {
-                files.add(file->first, {}, file->second);
+                files.add(file->first, {}, file->second, known(file->first));
                 result_.written.push_back(path_of_text(file->first));
             }
         }
         if (own != bytes_.end()) {
-            files.add(own->first, {}, own->second);
+            files.add(own->first, {}, own->second, known(own->first));
             result_.written.push_back(path_of_text(own->first));
         }
         result_.reason = files.replace();

@@ -82,6 +82,9 @@ private:
         if (is_own && has_changed_on_disk()) {
             return fail("has changed on the disk since it was loaded");
         }
+        if (is_own) {
+            known_ = KnownFile{true, state_.files.front().size, state_.files.front().hash};
+        }
         const bool loses_comments =
             state_.has_hidden_comments && options_.keep_layout && form_ == state_.form;
         if (loses_comments) {
@@ -170,7 +173,7 @@ private:
             }
         }
         FileSet files;
-        files.add(shown_, stored_.head, stored_.body(form_));
+        files.add(shown_, stored_.head, stored_.body(form_), known_);
         result_.reason = files.replace();
         if (!result_.reason.empty()) {
             result_.written.clear();
@@ -209,6 +212,7 @@ private:
     const SaveOptions& options_;
     std::vector<FileChange>* preview_;
     std::string key_;
+    std::optional<KnownFile> known_; // of the document's own file
     SaveResult result_;
     StoredForm stored_;
     bool changes_ = false; // the form loses something of the tree
@@ -229,9 +233,11 @@ SaveResult save_document(DocumentState& state, const std::filesystem::path& path
                          std::vector<FileChange>* preview) {
     SaveResult result;
     const std::filesystem::path target = path.empty() ? state.absolute : path;
-    if (target.empty() && preview == nullptr) {
-        result.reason = "there is no path to save to";
-        return result;
+    if (!target.empty() || preview == nullptr) {
+        result.reason = why_no_name(path_text(target));
+        if (!result.reason.empty()) {
+            return result;
+        }
     }
     if (!target.empty() && is_included_file(state, absolute_text(target))) {
         result.reason = path_text(target) + ": is included by the document";

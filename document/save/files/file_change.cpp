@@ -4,6 +4,7 @@
 #include "core/reports/core_diagnostic_impl.h"
 #include "core/sys_device.h"
 #include "document/save/files/file_set_impl.h"
+#include "document/sources/byte_hash_impl.h"
 #include "document/sources/file_bytes_impl.h"
 #include "document/sources/path_text_impl.h"
 
@@ -34,13 +35,17 @@ std::string replace_all(std::span<const FileChange> changes) {
     FileSet files;
     for (const FileChange& change : changes) {
         const std::string path = path_text(change.path);
-        std::string reason;
+        std::string reason = why_no_name(path);
+        if (!reason.empty()) {
+            return reason;
+        }
         const bool is_as_seen = is_there(path) == change.is_there &&
                                 (!change.is_there || stored_bytes(path, reason) == change.before);
         if (!reason.empty() || !is_as_seen) {
             return reason.empty() ? path + ": has changed on the disk since it was loaded" : reason;
         }
-        files.add(path, {}, change.after);
+        const KnownFile known{change.is_there, change.before.size(), ByteHash::of(change.before)};
+        files.add(path, {}, change.after, known);
     }
     return files.replace();
 }

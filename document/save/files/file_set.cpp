@@ -3,6 +3,8 @@
 #include "core/files/sys_file_input_impl.h"
 #include "core/files/sys_path_impl.h"
 #include "core/files/sys_reason_impl.h"
+#include "document/problems/list/shown_word_impl.h"
+#include "document/sources/byte_hash_impl.h"
 
 #include <new>
 #include <utility>
@@ -42,6 +44,24 @@ bool copy_all(bk::FileInput& from, SysHandle& to) {
     return from.close();
 }
 
+bool is_still(const KnownFile& known, const std::string& path) {
+    const SysPathInfo info = SysDevice::get().inspect(path);
+    if (!known.is_there || info.kind != SysPathKind::regular) {
+        return !known.is_there && info.kind == SysPathKind::missing;
+    }
+    bk::FileInput now;
+    if (static_cast<std::uint64_t>(info.size) != known.size || !now.open(path, false)) {
+        return false;
+    }
+    ByteHash hash;
+    std::string piece(copy_size, '\0');
+    for (std::size_t got = piece.size(); got == piece.size();) {
+        got = now.read(piece.data(), piece.size());
+        hash.add({piece.data(), got});
+    }
+    return now.close() && hash.finish() == known.hash;
+}
+
 void remove_quietly(std::string& path) noexcept {
     if (path.empty()) {
         return;
@@ -56,6 +76,14 @@ void remove_quietly(std::string& path) noexcept {
 
 } // namespace
 
+std::string why_no_name(const std::string& path) {
+    if (path.empty()) {
+        return "there is no path to save to";
+    }
+    return path.find('\0') == std::string::npos ? std::string()
+                                                : on_one_line(path) + ": a name cannot hold a NUL";
+}
+
 FileSet::~FileSet() {
     for (File& file : files_) {
         remove_quietly(file.created);
@@ -63,16 +91,21 @@ FileSet::~FileSet() {
     }
 }
 
-void FileSet::add(std::string path, std::string_view head, std::string_view body) {
+void FileSet::add(std::string path, std::string_view head, std::string_view body,
+                  const std::optional<KnownFile>& known) {
     File file;
     file.path = std::move(path);
     file.head = head;
     file.body = body;
+    file.known = known;
     files_.push_back(std::move(file));
 }
 
 std::string FileSet::replace() {
     for (File& file : files_) {
+        if (std::string reason = why_no_name(file.path); !reason.empty()) {
+            return reason;
+        }
         bk::forget_system_reason();
         const SysPathKind kind = SysDevice::get().inspect(file.path).kind;
         if (kind == SysPathKind::directory) {
@@ -92,6 +125,15 @@ std::string FileSet::replace() {
             return reason;
         }
     }
+    for (const File& file : files_) {
+        if (file.known && !is_still(*file.known, file.target)) {
+            return file.path + ": has changed on the disk since it was loaded";
+        }
+    }
+    return put_all_in_place();
+}
+
+std::string FileSet::put_all_in_place() {
     for (File& file : files_) {
         bk::forget_system_reason();
         std::string reason;

@@ -2,15 +2,27 @@
 
 #include "core/sys_device.h"
 
-#include <memory>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace bk_parser {
 
+/// What stands at a path as far as the one who saves knows.
+struct KnownFile {
+    bool is_there = false;
+    std::uint64_t size = 0; // of the stored bytes
+    std::uint64_t hash = 0; // ByteHash of these
+};
+
+/// Why no file can have this name; empty when one can.
+std::string why_no_name(const std::string& path);
+
 /// Replaces several files together. First writes each new file beside its target and flushes it to the disk; when there are
-/// several files, does the same with a copy of each old file. Then renames the new files to their targets one after the other,
+/// several files, does the same with a copy of each old file. Then looks whether the old files are still what is known of them, because
+/// writing takes time, in which another program may have saved. At last renames the new files to their targets one after the other,
 /// in the order in which they were added. When a step fails, the files that were already replaced get their old bytes back.
 ///
 /// A process that dies before the first rename leaves all old files, and one that dies after the last one leaves all new files.
@@ -23,8 +35,9 @@ public:
     FileSet(const FileSet&) = delete;
     FileSet& operator=(const FileSet&) = delete;
 
-    /// Refers to the bytes, which must live until replace() returns.
-    void add(std::string path, std::string_view head, std::string_view body);
+    /// Refers to the bytes, which must live until replace() returns. The old file must be `known`, if that is given.
+    void add(std::string path, std::string_view head, std::string_view body,
+             const std::optional<KnownFile>& known = {});
     /// Replaces the files. Returns an empty text when every byte is on the disk. Otherwise returns what failed, with the file
     /// and the system's reason, and every file is as it was.
     std::string replace();
@@ -37,6 +50,7 @@ private:
         std::string target; // with symbolic links resolved
         std::string created;
         std::string kept; // copy of the old file
+        std::optional<KnownFile> known;
         bool had_old = false;
         bool is_replaced = false;
     };
@@ -44,6 +58,7 @@ private:
     std::string prepare(File& file);
     std::string keep_old(File& file);
     std::string write_in_place(File& file);
+    std::string put_all_in_place();
     bool put_in_place(File& file);
     bool restore() noexcept;
 

@@ -18,12 +18,6 @@ namespace bk_parser {
 
 namespace {
 
-const ReadFile* find_file(const std::vector<ReadFile>& files, std::string_view path) noexcept {
-    const auto found =
-        std::find_if(files.begin(), files.end(), [path](const ReadFile& file) { return file.path == path; });
-    return found == files.end() ? nullptr : &*found;
-}
-
 CoreVector<CoreString> folders_of(const DocumentState& state) {
     CoreVector<CoreString> folders;
     for (const std::filesystem::path& folder : state.search) {
@@ -34,6 +28,12 @@ CoreVector<CoreString> folders_of(const DocumentState& state) {
 }
 
 } // namespace
+
+const ReadFile* find_file(const std::vector<ReadFile>& files, std::string_view path) noexcept {
+    const auto found =
+        std::find_if(files.begin(), files.end(), [path](const ReadFile& file) { return file.path == path; });
+    return found == files.end() ? nullptr : &*found;
+}
 
 SaveSources::SaveSources(const DocumentState& state, const NewBytes& replaced) : state_(state) {
     for (const auto& [path, bytes] : replaced) {

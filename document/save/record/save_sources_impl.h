@@ -14,6 +14,9 @@ namespace bk_parser {
 /// New bytes of files by absolute path. A file with several paths is listed under one of them.
 using NewBytes = std::unordered_map<std::string, std::string>;
 
+/// Null when there is none with this absolute path.
+const ReadFile* find_file(const std::vector<ReadFile>& files, std::string_view path) noexcept;
+
 /// The files of a document, read again in the same way as in the load, and the text that they expand to.
 class SaveSources final : public bk::SourceHost {
 public:
