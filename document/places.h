@@ -29,6 +29,6 @@ struct EntryPlace {
 /// The place of an entry in the files of its document. Load the document with `LoadOptions::keep_sources`. Without it no place is
 /// known, nor in the binary form and in archives, for an entry that was added since the load, and after a save. **Not for several
 /// threads at once**. Logarithmic in the lines of the document, and linear in the length of the line.
-BK_PARSER_API EntryPlace place_of(const Document& document, const ParserEntry& entry);
+[[nodiscard]] BK_PARSER_API EntryPlace place_of(const Document& document, const ParserEntry& entry);
 
 } // namespace bk_parser
