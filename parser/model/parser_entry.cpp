@@ -3,6 +3,7 @@
 #include "core/core_memory.h"
 #include "core/memory/core_nothrow_impl.h"
 #include "core/memory/core_thread_impl.h"
+#include "parser/model/drop/parser_document_pages_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_tree_copy_impl.h"
 #include "parser/model/parser_value_impl.h"
@@ -14,6 +15,13 @@ namespace {
 
 /// The entry whose destructor has just run and whose block stays: strings are left in it.
 constinit thread_local const void* kept_entry BK_TLS_MODEL = nullptr;
+
+/// False when all of its document goes, and the entry with it.
+bool may_go(const ParserEntry& entry) noexcept {
+    bk::DocumentPages* const pages =
+        bk::EntryAccess::is_in_pages(entry) ? bk::DocumentPages::of(&entry) : nullptr;
+    return pages == nullptr || pages->may_go(entry);
+}
 
 } // namespace
 
@@ -34,7 +42,9 @@ ParserEntry::ParserEntry(const ParserEntry& other)
     copier.finish();
 }
 
+/// A document does not know that a host has deleted an entry of it. `release` clears the mark of the entries that it deletes.
 ParserEntry::~ParserEntry() {
+    bk::EntryAccess::escape(this);
     if (!values_.dies_with_entry() && values_.may_outlive_entry()) [[unlikely]] {
         leave_values();
     }
@@ -104,6 +114,7 @@ bool ParserEntry::is_group() const {
 
 /// An entry that was read stays known by the name that its text has.
 void ParserEntry::rename(const CoreString& name) {
+    values_.list_entry();
     if (line_ != 0 && name != name_) {
         make_rare().former_names |= bk::name_bit(name_.get_view());
     }
@@ -133,6 +144,7 @@ void ParserEntry::set_as_raw_text(bool raw) {
 
 ParserEntry::Rare& ParserEntry::make_rare() {
     if (rare_ == nullptr) {
+        values_.list_entry();
         rare_ = new (CoreMemory::allocate(sizeof(Rare))) Rare;
     }
     return *rare_;
@@ -190,7 +202,8 @@ void bk::EntryAccess::release(ParserEntry* entry) noexcept {
     }
     if (entry->rare_ != nullptr && entry->rare_->other_owners != 0) {
         --entry->rare_->other_owners;
-    } else {
+    } else if (may_go(*entry)) {
+        entry->values_.set_out_of_pages();
         delete entry;
     }
 }

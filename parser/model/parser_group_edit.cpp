@@ -1,5 +1,6 @@
 #include "core/reports/core_diagnostic_impl.h"
 #include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_group_impl.h"
 #include "parser/model/parser_group_search_impl.h"
 #include "parser/parser_group.h"
 
@@ -46,6 +47,17 @@ void take_slot_out(CoreVector<ParserEntry*>& entries, unsigned int position) noe
     entries.truncate(entries.get_count() - 1);
 }
 
+/// Before entries of a group move to another one.
+void let_entries_leave(const ParserGroup& from, const ParserGroup& dest) noexcept {
+    if (&from == &dest) {
+        return;
+    }
+    bk::GroupAccess::escape(dest);
+    for (const ParserEntry* entry : from.get_entries()) {
+        bk::EntryAccess::escape(entry);
+    }
+}
+
 /// Whether entries of a group, all that the predicate takes, would be moved into themselves. If so, says so.
 template <class IsMoved>
 bool is_refused(const char* operation, const ParserGroup& from, const ParserGroup& dest, IsMoved is_moved) {
@@ -74,12 +86,18 @@ void ParserGroup::rebuild_index() noexcept {
     }
 }
 
+/// A host may have deleted the entry already, so it is looked at only where the group cannot tell its document.
 void ParserGroup::detach_entry(const unsigned int& ordinal) {
-    entries_[position_of(ordinal)] = nullptr;
+    ParserEntry*& slot = entries_[position_of(ordinal)];
+    bk::GroupAccess::escape(*this);
+    if (keyword_index_.may_list_document()) {
+        bk::EntryAccess::escape(slot);
+    }
+    slot = nullptr;
 }
 
 void ParserGroup::move_entry(const unsigned int& from, const unsigned int& to) {
-    keyword_index_.reserve(count_without_ordinal(entries_));
+    bk::GroupAccess::reserve_index(*this, count_without_ordinal(entries_));
     ParserEntry** const entries = entries_.get_data();
     if (from < to) {
         std::rotate(entries + from, entries + from + 1, entries + to + 1);
@@ -99,7 +117,8 @@ void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
     if (is_refused("move_entry", *this, dest, is_moved)) {
         return;
     }
-    keyword_index_.reserve(count_without_ordinal(entries_));
+    bk::GroupAccess::reserve_index(*this, count_without_ordinal(entries_));
+    bk::EntryAccess::escape(entries_[from]);
     dest.append(entries_[from]);
     take_slot_out(entries_, from);
     rebuild_index();
@@ -109,11 +128,12 @@ void ParserGroup::move_entries(ParserGroup& dest) {
     if (this != &dest && is_refused("move_entries", *this, dest, is_ordinary)) {
         return;
     }
+    let_entries_leave(*this, dest);
     const auto moved_count =
         static_cast<unsigned int>(std::count_if(entries_.begin(), entries_.end(), is_ordinary));
     CoreVector<ParserEntry*> moved;
     moved.reserve(moved_count);
-    keyword_index_.reserve(count_without_ordinal(entries_));
+    bk::GroupAccess::reserve_index(*this, count_without_ordinal(entries_));
     dest.entries_.make_room(&dest == this ? 0 : moved_count);
     unsigned int kept = 0;
     for (ParserEntry* entry : entries_) {
@@ -133,8 +153,10 @@ void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
     if (this == &dest || is_refused("move_entries", *this, dest, is_any)) {
         return;
     }
+    let_entries_leave(*this, dest);
     const unsigned int moved_count = entries_.get_count();
-    dest.keyword_index_.reserve(count_without_ordinal(dest.entries_) + count_without_ordinal(entries_));
+    bk::GroupAccess::reserve_index(dest,
+                                   count_without_ordinal(dest.entries_) + count_without_ordinal(entries_));
     dest.entries_.reserve(dest.entries_.get_count() + moved_count);
     dest.entries_.extend(moved_count);
     ParserEntry** const place = dest.entries_.begin() + position;
@@ -165,7 +187,7 @@ void ParserGroup::remove_entry(const CoreString& name) {
 }
 
 void ParserGroup::remove_entry(unsigned int position) {
-    keyword_index_.reserve(count_without_ordinal(entries_));
+    bk::GroupAccess::reserve_index(*this, count_without_ordinal(entries_));
     std::unique_ptr<ParserEntry, ReleaseEntry> removed; // deleted when the group is whole again
     if (position < entries_.get_count()) {
         removed.reset(entries_[position]);
@@ -182,7 +204,7 @@ void ParserGroup::take_out(IsRemoved is_removed) {
         removed_count += is_removed(position) ? 1 : 0;
     }
     RemovedEntries removed(removed_count);
-    keyword_index_.reserve(count_without_ordinal(entries_));
+    bk::GroupAccess::reserve_index(*this, count_without_ordinal(entries_));
     unsigned int kept = 0;
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
         if (is_removed(position)) {

@@ -1,16 +1,27 @@
 #pragma once
 
+#include "parser/model/parser_entry_impl.h"
 #include "parser/parser_group.h"
 
 #include <memory>
 
 namespace bk {
 
+class DocumentPages;
+
 /// What the library's other parts see of a group.
 class GroupAccess {
 public:
     /// Appends entries that nobody else owns, filing each by its type.
-    static void append(ParserGroup& group, ParserEntry* const* entries, unsigned int count);
+    static void append(ParserGroup& group, ParserEntry* const* entries, unsigned int count) {
+        escape(group);
+        list_entries(group, entries, count);
+    }
+    /// The same of a group that is being read, whose entries these are, all of them, and which stands in pages.
+    static void fill(ParserGroup& group, ParserEntry* const* entries, unsigned int count,
+                     DocumentPages& pages);
+    /// A new group without a name: in pages, where there are some.
+    static std::unique_ptr<ParserGroup> make(DocumentPages* pages);
     static void append(ParserGroup& group, ParserEntry* entry) { group.append(entry); }
     /// Appends an entry that dies when there is no memory for that.
     static void adopt(ParserGroup& group, ParserEntry* entry) {
@@ -40,11 +51,38 @@ public:
     /// Lists an entry that nobody else owns at a position, past the end at the end. All or nothing.
     static void insert(ParserGroup& group, unsigned int position, ParserEntry* entry);
 
+    /// Room for that many positions of entries without an ordinal.
+    static void reserve_index(ParserGroup& group, unsigned int count);
+
+    /// Whether the group stands in the pages of a document.
+    static bool is_in_pages(const ParserGroup& group) noexcept { return group.keyword_index_.is_in_pages(); }
+    /// Before an edit after which the document of the group does not go as one.
+    static void escape(const ParserGroup& group) noexcept {
+        if (is_in_pages(group)) {
+            escape_from_pages(group);
+        }
+    }
+    /// Of a group in pages: whether a list of it stands elsewhere.
+    static bool has_lists_outside(const ParserGroup& group) noexcept;
+    /// Before a group gives its lists back by itself. A document that knows of them would look at the group at its end.
+    static void leave_list(const ParserGroup& group) noexcept {
+        if (is_in_pages(group) && has_lists_outside(group)) {
+            escape_from_pages(group);
+        }
+    }
+    /// Gives the lists back, and not what they list.
+    static void give_lists_back(ParserGroup& group) noexcept {
+        group.entries_.clear();
+        group.keyword_index_.clear();
+    }
+
     /// A link between groups that wait for their deletion.
     static ParserGroup*& next_doomed(ParserGroup& group) noexcept { return group.next_doomed_; }
     static void forget_source_entry(ParserGroup& group) noexcept { group.source_entry_ = nullptr; }
 
 private:
+    static void list_entries(ParserGroup& group, ParserEntry* const* entries, unsigned int count);
+    static void escape_from_pages(const ParserGroup& group) noexcept;
     static void drop_slot(ParserGroup& group, unsigned int position);
 };
 

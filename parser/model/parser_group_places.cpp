@@ -11,7 +11,14 @@ void GroupAccess::make_index_room(ParserGroup& group, unsigned int extra) {
     };
     const auto count =
         static_cast<unsigned int>(std::count_if(group.entries_.begin(), group.entries_.end(), is_indexed));
-    group.keyword_index_.reserve(count + extra);
+    reserve_index(group, count + extra);
+}
+
+void GroupAccess::reserve_index(ParserGroup& group, unsigned int count) {
+    if (count > group.keyword_index_.get_capacity()) {
+        escape(group);
+        group.keyword_index_.reserve(count);
+    }
 }
 
 void GroupAccess::drop_slot(ParserGroup& group, unsigned int position) {
@@ -37,6 +44,7 @@ std::unique_ptr<ParserEntry> GroupAccess::take(ParserGroup& group, unsigned int 
     }
     make_index_room(group, 0);
     ParserEntry* const entry = group.entries_[position];
+    EntryAccess::escape(entry);
     std::unique_ptr<ParserEntry> taken;
     if (EntryAccess::is_shared(*entry)) {
         taken = std::make_unique<ParserEntry>(*entry);
@@ -57,6 +65,8 @@ void GroupAccess::transfer(ParserGroup& from, unsigned int position, ParserGroup
 
 void GroupAccess::transfer_back(ParserGroup& from, unsigned int position, ParserGroup& to,
                                 unsigned int to_position) noexcept {
+    escape(to);
+    EntryAccess::escape(from.entries_[position]);
     to.entries_.add(from.entries_[position]);
     drop_slot(from, position);
     std::rotate(to.entries_.begin() + to_position, to.entries_.end() - 1, to.entries_.end());
