@@ -41,6 +41,9 @@ std::string why_unreadable(std::string_view bytes, bool is_enciphered) {
     if (!is_enciphered && form_of(bytes) != Form::text) {
         return "the text would be taken for another form, because of the name that it begins with";
     }
+    if (!is_enciphered && foreign_kind(bytes).empty()) {
+        return reason_of(nullptr);
+    }
     return "the text has so many control characters that it would not be taken for a text: choose the binary "
            "form";
 }
@@ -55,7 +58,9 @@ bool reads_back_from_file(std::string bytes, const ParserGroup& root, const std:
     NewBytes replaced;
     replaced.emplace(path, std::move(bytes));
     SaveSources sources(state, replaced);
-    if (!sources.read(path)) {
+    const bool is_read = sources.read(path);
+    if (!is_read ||
+        (sources.text().empty() && root.get_entries().get_count() != 0)) { // a deciphered text is left out
         reason = why_unreadable(replaced.at(path), is_enciphered);
         return false;
     }
