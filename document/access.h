@@ -42,13 +42,13 @@ namespace bk_parser {
 ///
 /// A std::string_view, a span and Values point into the tree. They are valid until the entry is changed or dies.
 template <ReadableValue T>
-std::optional<T> get(const ParserEntry& entry, unsigned int value = 0) {
+[[nodiscard]] std::optional<T> get(const ParserEntry& entry, unsigned int value = 0) {
     return access::read_any<T>(entry, value);
 }
 
 /// The same for the first entry that the path finds. Begins at the value that the path names.
 template <ReadableValue T>
-std::optional<T> get(const ParserGroup& group, PathRef path) {
+[[nodiscard]] std::optional<T> get(const ParserGroup& group, PathRef path) {
     unsigned int value = 0;
     const ParserEntry* const entry = access::find_value(group, path, value);
     return entry == nullptr ? std::nullopt : access::read_any<T>(*entry, value);
@@ -56,22 +56,22 @@ std::optional<T> get(const ParserGroup& group, PathRef path) {
 
 /// What `get` returns, or the fallback when that is nothing. With a text as the fallback the result is a std::string.
 template <ReadableValue T>
-T get_or(const ParserGroup& group, PathRef path, T fallback) {
+[[nodiscard]] T get_or(const ParserGroup& group, PathRef path, T fallback) {
     std::optional<T> found = get<T>(group, path);
     return found ? std::move(*found) : std::move(fallback);
 }
 /// The same with another fallback or place.
 template <ReadableValue T>
-T get_or(const ParserEntry& entry, unsigned int value, T fallback) {
+[[nodiscard]] T get_or(const ParserEntry& entry, unsigned int value, T fallback) {
     std::optional<T> found = get<T>(entry, value);
     return found ? std::move(*found) : std::move(fallback);
 }
 /// The same with another fallback or place.
-inline std::string get_or(const ParserGroup& group, PathRef path, const char* fallback) {
+[[nodiscard]] inline std::string get_or(const ParserGroup& group, PathRef path, const char* fallback) {
     return get_or<std::string>(group, path, std::string(TextRef(fallback).view()));
 }
 /// The same with another fallback or place.
-inline std::string get_or(const ParserEntry& entry, unsigned int value, const char* fallback) {
+[[nodiscard]] inline std::string get_or(const ParserEntry& entry, unsigned int value, const char* fallback) {
     return get_or<std::string>(entry, value, std::string(TextRef(fallback).view()));
 }
 template <ReadableValue T, class Given>
@@ -178,6 +178,6 @@ BK_PARSER_API void freeze(const ParserGroup& root);
 
 /// The entries of a group as text, one a line. Every line ends in a line feed. A group without entries gives an empty text. Throws
 /// std::bad_alloc when memory runs out.
-BK_PARSER_API std::string to_text(const ParserGroup& group);
+[[nodiscard]] BK_PARSER_API std::string to_text(const ParserGroup& group);
 
 } // namespace bk_parser

@@ -80,18 +80,18 @@ private:
 };
 
 /// Why a path is malformed; nothing when it is well-formed.
-BK_PARSER_API std::optional<PathError> path_error(TextRef path);
+[[nodiscard]] BK_PARSER_API std::optional<PathError> path_error(TextRef path);
 
 /// Three lines: the message, the path, and carets under the characters that are wrong.
-BK_PARSER_API std::string to_text(const PathError& error, TextRef path);
+[[nodiscard]] BK_PARSER_API std::string to_text(const PathError& error, TextRef path);
 
 /// The same as a problem of the code "malformed-path", whose source line is the path.
-BK_PARSER_API Problem to_problem(const PathError& error, TextRef path);
+[[nodiscard]] BK_PARSER_API Problem to_problem(const PathError& error, TextRef path);
 
 /// A name as a path spells it: bare where the language allows that, otherwise in quotes.
-BK_PARSER_API std::string path_name(TextRef name);
+[[nodiscard]] BK_PARSER_API std::string path_name(TextRef name);
 /// Always in quotes, with escapes for quotes, backslashes, control characters and bytes that are not UTF-8.
-BK_PARSER_API std::string path_string(TextRef text);
+[[nodiscard]] BK_PARSER_API std::string path_string(TextRef text);
 
 /// Visits everything that a path finds in a group, in document order, each entry once. The time is in proportion to the
 /// entries searched times the steps and brackets of the path; a step has at most 64 brackets. The memory is in
@@ -123,34 +123,35 @@ private:
 /// The first entry that the path finds, in document order; null when there is none or the path is malformed. Searches as
 /// PathSearch does, up to that entry: n calls for the n entries of a group take time in proportion to n * n.
 /// The tree owns the entry. The entry is not const, even for a const group: change it only if you may change the tree.
-BK_PARSER_API ParserEntry* find(const ParserGroup& group, PathRef path);
+[[nodiscard]] BK_PARSER_API ParserEntry* find(const ParserGroup& group, PathRef path);
 
 /// The group that the path leads to: the value that `@` names, or the first group of the first entry found. Null
 /// when that is not a group.
-BK_PARSER_API ParserGroup* find_group(const ParserGroup& group, PathRef path);
+[[nodiscard]] BK_PARSER_API ParserGroup* find_group(const ParserGroup& group, PathRef path);
 
 /// All entries that the path finds: `for (ParserEntry& light : find_all(root, "**/light"))`.
-inline CursorRange<PathSearch, ParserEntry> find_all(const ParserGroup& group, PathRef path) {
+[[nodiscard]] inline CursorRange<PathSearch, ParserEntry> find_all(const ParserGroup& group, PathRef path) {
     return CursorRange<PathSearch, ParserEntry>(PathSearch(group, path));
 }
 
 /// The same, and each visit also has the place of the entry and the value that `@` names.
-inline CursorRange<PathSearch, const Visit> find_visits(const ParserGroup& group, PathRef path) {
+[[nodiscard]] inline CursorRange<PathSearch, const Visit> find_visits(const ParserGroup& group,
+                                                                      PathRef path) {
     return CursorRange<PathSearch, const Visit>(PathSearch(group, path));
 }
 
 /// The canonical path that finds this entry in `root` and no other; empty when the entry is not below `root`.
 /// A step is the name alone when no other entry of the group has that name. Otherwise it is the name with the entry's first
 /// string, its template, or its number among the entries of that name. Linear in the tree: for many entries make a PathIndex.
-BK_PARSER_API std::string path_of(const ParserGroup& root, const ParserEntry& entry);
+[[nodiscard]] BK_PARSER_API std::string path_of(const ParserGroup& root, const ParserEntry& entry);
 
 /// The group that lists an entry; null when the entry is not below `root`. Linear in the tree, because an entry does not know
 /// its group.
-BK_PARSER_API ParserGroup* parent_of(const ParserGroup& root, const ParserEntry& entry);
+[[nodiscard]] BK_PARSER_API ParserGroup* parent_of(const ParserGroup& root, const ParserEntry& entry);
 /// The entry that holds a group; null for `root` itself and for a group that is not below it. Linear in the tree. A
 /// group that was read or was made in its entry knows that entry at once (ParserGroup::get_source_entry); one that was
 /// adopted or copied does not.
-BK_PARSER_API ParserEntry* parent_of(const ParserGroup& root, const ParserGroup& group);
+[[nodiscard]] BK_PARSER_API ParserEntry* parent_of(const ParserGroup& root, const ParserGroup& group);
 
 /// The paths and parents of all entries of a tree, found in one walk. **Wrong once the tree is edited**. A moved-from index has no
 /// entries and may be assigned to.

@@ -31,6 +31,6 @@ struct EntryPlace {
 /// Load the document with `LoadOptions::keep_sources`; without it no place is known. Nor is there a place in the binary form and in
 /// archives, for an entry that was added after the load, and after a save. Logarithmic in the lines of the document, and linear in
 /// the length of the line.
-BK_PARSER_API EntryPlace place_of(const Document& document, const ParserEntry& entry);
+[[nodiscard]] BK_PARSER_API EntryPlace place_of(const Document& document, const ParserEntry& entry);
 
 } // namespace bk_parser

@@ -148,7 +148,7 @@ private:
 };
 
 /// Every entry below a group: `for (const Visit& visit : walk(group))`.
-inline CursorRange<Walker, const Visit> walk(const ParserGroup& group) {
+[[nodiscard]] inline CursorRange<Walker, const Visit> walk(const ParserGroup& group) {
     return CursorRange<Walker, const Visit>(Walker(group));
 }
 
@@ -250,11 +250,11 @@ private:
 };
 
 /// Every entry of the group, of every kind, in document order.
-inline Entries entries(const ParserGroup& group) {
+[[nodiscard]] inline Entries entries(const ParserGroup& group) {
     return Entries(group);
 }
 /// The entries of that name, of every kind, in document order.
-inline Entries entries(const ParserGroup& group, TextRef name) {
+[[nodiscard]] inline Entries entries(const ParserGroup& group, TextRef name) {
     return {group, name};
 }
 

@@ -148,6 +148,7 @@ TEST(bkdoc_merge, conflicts_are_counted_and_trouble_is_told) {
     EXPECT_EQ(run.code, 1);
     const BkdocRun faulty =
         run_bkdoc({"merge", folder.path("base"), folder.path("ours"), folder.path("faulty")});
-    EXPECT_EQ(faulty.err, "bkdoc: cannot merge into " + folder.path("ours") + ": theirs has errors\n");
+    EXPECT_EQ(faulty.err, "bkdoc: cannot merge into " + folder.path("ours") +
+                              ": theirs has errors; line 1, column 5: ')' closes no argument list\n");
     EXPECT_EQ(faulty.code, 2);
 }

@@ -47,3 +47,30 @@ TEST(byte_hash, differs_when_any_bit_differs_and_for_every_length) {
         EXPECT_TRUE(seen.insert(ByteHash::of(std::string(size + 1, '\0'))).second) << size;
     }
 }
+
+TEST(byte_hash, differs_when_parts_change_places) {
+    const std::string bytes = some_bytes(1024);
+    std::set<std::uint64_t> seen{ByteHash::of(bytes)};
+    for (const std::size_t size : {1u, 4u, 8u, 32u, 64u, 124u, 128u, 256u}) {
+        for (std::size_t at = 0; at + 2 * size <= bytes.size(); at += size) {
+            std::string changed = bytes;
+            changed.replace(at, 2 * size, bytes.substr(at + size, size) + bytes.substr(at, size));
+            if (changed != bytes) {
+                EXPECT_TRUE(seen.insert(ByteHash::of(changed)).second) << size << " at " << at;
+            }
+        }
+    }
+}
+
+TEST(byte_hash, differs_when_two_bytes_change_in_the_same_way) {
+    const std::string bytes(1024, ' ');
+    std::set<std::uint64_t> seen{ByteHash::of(bytes)};
+    for (std::size_t first = 0; first < 128; ++first) {
+        for (std::size_t second = first + 1; second < bytes.size(); ++second) {
+            std::string changed = bytes;
+            changed[first] = '!';
+            changed[second] = '!';
+            ASSERT_TRUE(seen.insert(ByteHash::of(changed)).second) << first << " " << second;
+        }
+    }
+}

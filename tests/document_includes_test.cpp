@@ -257,6 +257,18 @@ TEST_F(document_includes, a_version_line_that_gives_no_version_is_told) {
     EXPECT_EQ(tree_of(result), " a \"\\n\" p 1");
 }
 
+TEST_F(document_includes, a_version_below_0_in_an_included_file_loses_nothing) {
+    folder_.write("shots/part.bkd", "#Brellwick_Serial_Version -1\np 1\n");
+    const LoadResult result = load_text("a 1\n#include \"part.bkd\"\n");
+    EXPECT_EQ(told_here(result),
+              (Lines{"part.bkd:1:1: warning: '-1' is no version; the latest is 1.2 [no-version]"}));
+    EXPECT_TRUE(result.ok());
+    EXPECT_EQ(tree_of(result), " a 1 p 1");
+    const LoadResult own = load_text("#Brellwick_Serial_Version -1\na 1\n");
+    EXPECT_EQ(told_here(own),
+              (Lines{"main.bkd:1:1: error: '-1' is no version; the latest is 1.2 [no-version]"}));
+}
+
 #if !defined(_WIN32) // takes ".." steps away before it looks for links
 
 TEST_F(document_includes, behind_a_linked_folder_are_the_file_that_the_system_finds) {

@@ -10,7 +10,7 @@ namespace {
 /// Large enough that a load frees its text before it parses.
 std::string make_text(const std::string& line_end, const std::string& fault) {
     std::string text = "#Brellwick_Serial_Version 1.2" + line_end;
-    for (int i = 0; i < 40000; ++i) {
+    for (int i = 0; i < 140000; ++i) {
         text += "entry_" + std::to_string(i) + " \"\xC3\xA4\" // says something" + line_end;
         if (i % 9000 == 5000) {
             text += fault + line_end;

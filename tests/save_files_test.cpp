@@ -322,6 +322,24 @@ TEST(save_reasons, a_file_that_was_not_read_is_not_replaced) {
     EXPECT_TRUE(save(missing.document).ok()) << "where there is no file, nothing is lost";
 }
 
+TEST(save_reasons, a_text_with_too_many_control_characters_is_refused_in_plain_words) {
+    const ScratchFolder folder;
+    Document document;
+    ASSERT_TRUE(set(document.root(), "a", std::string(40, '\x01')));
+    SaveOptions options;
+    for (const Form form : {Form::text, Form::enciphered}) {
+        options.form = form;
+        options.key = form == Form::enciphered ? "secret" : "";
+        const SaveResult result = save(document, folder.path("file"), options);
+        EXPECT_EQ(result.reason,
+                  native(folder.path("file")) +
+                      ": the text has so many control characters that it would not be taken for a text: "
+                      "choose the binary form");
+    }
+    options.form = Form::binary;
+    EXPECT_TRUE(save(document, folder.path("file"), options).ok());
+}
+
 TEST(save_reasons, a_text_that_would_be_taken_for_another_form_is_refused) {
     const ScratchFolder folder;
     const std::string path = folder.write("file", "a 1\n");

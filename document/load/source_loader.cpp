@@ -14,8 +14,9 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::size_t least_dropped = std::size_t{1} << 20; // bytes; a smaller text is kept
-constexpr double reading_share = 0.3;                       // of what a file costs before it is parsed
+constexpr std::size_t least_dropped = std::size_t{4}
+                                      << 20; // bytes: smaller blocks are not of use to the tree
+constexpr double reading_share = 0.3;        // of what a file costs before it is parsed
 
 bool ends_word(char character) noexcept {
     return bk::is_char(character, bk::CHAR_BLANK | bk::CHAR_DELIMITER);
@@ -153,8 +154,10 @@ void SourceLoader::version_found(const bk::SourcePiece& piece, double version) {
         state_.has_version_header = true;
     }
     if (!(version > 0)) {
+        // The version of an included file does not count. ParserFile refuses one without any number, but reads one below 0.
+        const bool is_lost = open_.size() == 1 || !(version < 0);
         problems_.add(
-            Severity::error, codes::no_version,
+            is_lost ? Severity::error : Severity::warning, codes::no_version,
             [&] { return "'" + std::string(piece.argument) + "' is no version; the latest is 1.2"; },
             sources_.here(piece.directive_offset, piece.directive_length));
     }
@@ -222,18 +225,19 @@ void SourceLoader::resume() {
 }
 
 void SourceLoader::copied(const bk::SourcePiece& piece, unsigned int expanded) {
-    if (sources_.copy(piece.offset, piece.text.size(), expanded) && !ends_word(last_) &&
-        !ends_word(piece.text.front())) {
+    const std::string_view text = piece.text;
+    const std::size_t end = std::size_t{piece.offset} + text.size();
+    if (sources_.copy(piece.offset, text.size(), expanded) && !ends_word(last_) && !ends_word(text.front())) {
         sources_.note_joint();
     }
-    last_ = piece.text.back();
+    last_ = text.back();
     if (gaps_ != nullptr) {
         const std::size_t size = piece.offset - collected_;
-        gaps_->append({piece.text.data() - size, size});
-        collected_ = std::size_t{piece.offset} + piece.text.size();
+        gaps_->append({text.data() - size, size});
+        collected_ = end;
     }
-    open_.back().done = std::size_t{piece.offset} + piece.text.size();
-    meter_.reach(open_.back().done);
+    open_.back().done = end;
+    meter_.reach(end);
 }
 
 } // namespace bk_parser

@@ -235,10 +235,19 @@ std::string_view without_mark(std::string_view text) noexcept {
     return text.starts_with(bk::byte_order_mark) ? text.substr(bk::byte_order_mark.size()) : text;
 }
 
-bool reads_well(std::string_view text) {
+/// The first error of a text in a few words, such as "line 3, column 5: no entry holds this value"; empty when it has none.
+std::string first_error(std::string_view text) {
     LoadOptions options;
     options.follow_includes = false;
-    return parse(text, options).ok();
+    for (const Problem& problem : parse(text, options).problems) {
+        if (problem.severity != Severity::error) {
+            continue;
+        }
+        return problem.line == 0 ? problem.message
+                                 : "line " + std::to_string(problem.line) + ", column " +
+                                       std::to_string(problem.column) + ": " + problem.message;
+    }
+    return {};
 }
 
 MergeResult refused(std::string reason) {
@@ -256,8 +265,8 @@ MergeResult merge_texts(std::string_view base, std::string_view ours, std::strin
         if (form_of(given[i]) != Form::text) {
             return refused(std::string(names[i]) + " is not text");
         }
-        if (!reads_well(given[i])) {
-            return refused(std::string(names[i]) + " has errors");
+        if (const std::string error = first_error(given[i]); !error.empty()) {
+            return refused(std::string(names[i]) + " has errors; " + error);
         }
     }
     const TextItems base_items(without_mark(base));
@@ -275,8 +284,10 @@ MergeResult merge_texts(std::string_view base, std::string_view ours, std::strin
     result.conflicts = merged.conflicts();
     result.text = (ours.starts_with(bk::byte_order_mark) ? std::string(bk::byte_order_mark) : std::string()) +
                   merged.text();
-    if (result.conflicts == 0 && !reads_well(result.text)) {
-        return refused("what was merged would have errors");
+    if (result.conflicts == 0) {
+        if (const std::string error = first_error(result.text); !error.empty()) {
+            return refused("what was merged would have errors; " + error);
+        }
     }
     return result;
 }

@@ -132,11 +132,8 @@ private:
         if (!store(*state_.root, form_, key_, version, stored_)) {
             return fail(std::string("too large for the ") + form_name(form_) + " form");
         }
-        std::string difference;
-        if (changes_ || reads_back(stored_, form_, *state_.root, key_, difference)) {
-            return true;
-        }
-        return fail("entry '" + difference + "' would not read back as it is");
+        std::string reason;
+        return changes_ || reads_back(stored_, form_, *state_.root, key_, reason) || fail(reason);
     }
 
     void tell() {

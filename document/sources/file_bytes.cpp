@@ -14,7 +14,7 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::size_t piece_size = std::size_t{1} << 18; // hashed while it is in the processor's cache
+constexpr std::size_t piece_size = std::size_t{1} << 16; // hashed while it is in the processor's cache
 
 constexpr core_uint64 head_size = 4096;
 

@@ -4,6 +4,12 @@
 
 namespace bk_parser {
 
+namespace {
+
+constexpr std::size_t least_pieces = 64; // for which there is room at once
+
+} // namespace
+
 std::size_t SourceMap::file_index(const SourceName& name, std::string_view path) {
     const auto found = files_by_path_.find(std::string(path));
     if (found != files_by_path_.end()) {
@@ -12,6 +18,11 @@ std::size_t SourceMap::file_index(const SourceName& name, std::string_view path)
     files_.push_back(std::make_unique<SourceFile>(SourceFile{name, std::string(path), SourceText()}));
     files_by_path_.emplace(path, files_.size() - 1);
     return files_.size() - 1;
+}
+
+/// Makes room for more pieces.
+void SourceMap::grow() {
+    pieces_.reserve(std::max(least_pieces, 2 * pieces_.size()));
 }
 
 /// When memory runs out, throws before it adds the file to the open ones, so that every open file was entered whole.
@@ -30,20 +41,6 @@ void SourceMap::leave(CoreString&& text, bool is_clean) {
         file.is_clean = is_clean;
     }
     open_.pop_back();
-}
-
-bool SourceMap::copy(std::size_t offset, std::size_t length, std::size_t expanded) {
-    if (!pieces_.empty()) {
-        Piece& last = pieces_.back();
-        if (last.inclusion == current() && std::size_t{last.offset} + last.length == offset &&
-            std::size_t{last.expanded} + last.length == expanded) {
-            last.length += static_cast<std::uint32_t>(length);
-            return false;
-        }
-    }
-    pieces_.push_back({static_cast<std::uint32_t>(expanded), static_cast<std::uint32_t>(offset),
-                       static_cast<std::uint32_t>(length), static_cast<std::uint32_t>(current())});
-    return true;
 }
 
 /// A document of one piece may be borrowed by the expanded text.

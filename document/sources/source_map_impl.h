@@ -63,7 +63,23 @@ public:
     void leave(CoreString&& text, bool is_clean = false);
     /// A piece of the current file becomes part of the expanded text, after all that came before. Returns false when it continues the
     /// piece before.
-    bool copy(std::size_t offset, std::size_t length, std::size_t expanded);
+    bool copy(std::size_t offset, std::size_t length, std::size_t expanded) {
+        const std::size_t inclusion = current();
+        if (!pieces_.empty()) {
+            Piece& last = pieces_.back();
+            if (std::size_t{last.offset} + last.length == offset && last.inclusion == inclusion &&
+                std::size_t{last.expanded} + last.length == expanded) {
+                last.length += static_cast<std::uint32_t>(length);
+                return false;
+            }
+        }
+        if (pieces_.size() == pieces_.capacity()) {
+            grow();
+        }
+        pieces_.push_back({static_cast<std::uint32_t>(expanded), static_cast<std::uint32_t>(offset),
+                           static_cast<std::uint32_t>(length), static_cast<std::uint32_t>(inclusion)});
+        return true;
+    }
     /// The last piece begins inside a word.
     void note_joint() { joints_.push_back(static_cast<std::uint32_t>(pieces_.size() - 1)); }
     /// Drops the text of a document without includes whose directives all stand before its first piece. `gaps` are the bytes
@@ -106,6 +122,7 @@ public:
     std::size_t get_expanded_size() const noexcept;
 
 private:
+    void grow();
     std::size_t file_index(const SourceName& name, std::string_view path);
     CoreString join_document(std::string_view gaps, std::string_view expanded) const;
 

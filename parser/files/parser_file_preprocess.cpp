@@ -276,7 +276,7 @@ bool Preprocessor::append_piece(const OpenFile& file, const SourcePiece& piece) 
 
 /// Does not copy the text as long as it is one stretch of the first file. Returns false when this piece has to be appended to a copy.
 bool Preprocessor::show_piece(const SourcePiece& piece) noexcept {
-    if (!rules_.shows_source || open_files_.size() != 1 || !out_->is_empty()) {
+    if (!rules_.shows_source || !out_->is_empty() || open_files_.size() != 1) {
         return false;
     }
     if (shown_.empty()) {

@@ -61,13 +61,10 @@ void CheckedSink::tell_count() {
 /// Looks for the parenthesis that closes the list. A list that runs into another one, or into a brace, has none.
 void CheckedSink::check_call() const {
     const std::string_view name = faults_.get_head();
-    const char* p = name.data() + name.size();
+    const char* p = bk::find_argument_stop(name.data() + name.size(), end_);
     bool is_opened = false;
     bool in_string = false;
-    for (; p != end_; ++p) {
-        if (!in_string && !bk::is_char(*p, bk::CHAR_ENDS_RUN)) {
-            continue; // as most are
-        }
+    for (; p != end_; p = bk::find_argument_stop(p + 1, end_)) {
         if (in_string || *p == '"') {
             const bool is_end = *p == '\n' || *p == '\r' || (*p == '"' && p[-1] != '\\');
             in_string = in_string ? !is_end : p[-1] != '\\';

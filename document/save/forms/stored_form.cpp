@@ -1,5 +1,6 @@
 #include "document/save/forms/stored_form_impl.h"
 
+#include "document/load/form_impl.h"
 #include "document/save/proof/read_back_impl.h"
 #include "document/save/proof/same_tree_impl.h"
 #include "document/save/record/save_sources_impl.h"
@@ -27,9 +28,29 @@ std::string version_line() {
     return std::string(line.get_view());
 }
 
+constexpr std::string_view not_as_it_is = " would not read back as it is";
+
+std::string reason_of(const ParserEntry* difference) {
+    return (difference == nullptr ? "the document"
+                                  : "entry '" + std::string(difference->get_name().get_view()) + "'") +
+           std::string(not_as_it_is);
+}
+
+/// Why nothing of a text can be read back. It begins with a version line or with the name of an entry.
+std::string why_unreadable(std::string_view bytes, bool is_enciphered) {
+    if (!is_enciphered && form_of(bytes) != Form::text) {
+        return "the text would be taken for another form, because of the name that it begins with";
+    }
+    if (!is_enciphered && foreign_kind(bytes).empty()) {
+        return reason_of(nullptr);
+    }
+    return "the text has so many control characters that it would not be taken for a text: choose the binary "
+           "form";
+}
+
 /// Whether a file with these bytes reads back as the tree. Reads it under a path that nothing else uses.
 bool reads_back_from_file(std::string bytes, const ParserGroup& root, const std::string& key,
-                          bool is_enciphered, std::string& difference) {
+                          bool is_enciphered, std::string& reason) {
     const std::string path = "/document";
     DocumentState state;
     state.key = key;
@@ -37,8 +58,10 @@ bool reads_back_from_file(std::string bytes, const ParserGroup& root, const std:
     NewBytes replaced;
     replaced.emplace(path, std::move(bytes));
     SaveSources sources(state, replaced);
-    if (!sources.read(path)) {
-        difference = sources.reason();
+    const bool is_read = sources.read(path);
+    if (!is_read ||
+        (sources.text().empty() && root.get_entries().get_count() != 0)) { // a deciphered text is left out
+        reason = why_unreadable(replaced.at(path), is_enciphered);
         return false;
     }
     ReadBack back(sources.text(), root, bk::has_escapes(CoreVersion(sources.version())));
@@ -46,37 +69,38 @@ bool reads_back_from_file(std::string bytes, const ParserGroup& root, const std:
         back.pass_over_version();
     }
     const bool is_equal = back.run();
-    if (!is_equal && back.difference() != nullptr) {
-        difference = back.difference()->get_name().get_view();
+    if (!is_equal) {
+        reason = reason_of(back.difference());
     }
     return is_equal;
 }
 
-bool reads_back_from_archive(std::string_view bytes, const ParserGroup& root, std::string& difference) {
+bool reads_back_from_archive(std::string_view bytes, const ParserGroup& root, std::string& reason) {
     ParserArchive archive;
     if (bk::take_archive(bytes, archive, false, nullptr).result != bk::ArchiveBytes::whole ||
         !bk::is_text_within(archive, ParserLimits())) {
+        reason = reason_of(nullptr);
         return false;
     }
     const CoreString text = bk::join_words(archive, nullptr);
     ReadBack back(text.get_view(), root, true);
     const bool is_equal = back.run();
-    if (!is_equal && back.difference() != nullptr) {
-        difference = back.difference()->get_name().get_view();
+    if (!is_equal) {
+        reason = reason_of(back.difference());
     }
     return is_equal;
 }
 
-bool reads_back_from_binary(const CoreVector<char>& binary, const ParserGroup& root,
-                            std::string& difference) {
+bool reads_back_from_binary(const CoreVector<char>& binary, const ParserGroup& root, std::string& reason) {
     ParserGroup read{CoreString()};
     core_uint64 position = 0;
-    if (!read.set_binary(binary, position)) {
-        return false;
+    const bool is_read = read.set_binary(binary, position);
+    const ParserEntry* const other = is_read ? first_difference(root, read) : nullptr;
+    const bool is_equal = is_read && other == nullptr;
+    if (!is_equal) {
+        reason = reason_of(other);
     }
-    const ParserEntry* const other = first_difference(root, read);
-    difference = other == nullptr ? std::string_view() : other->get_name().get_view();
-    return other == nullptr;
+    return is_equal;
 }
 
 /// Prints some entries of the root group, one per line.
@@ -148,17 +172,17 @@ bool store(const ParserGroup& root, Form form, const std::string& key, const Ver
 }
 
 bool reads_back(const StoredForm& stored, Form form, const ParserGroup& root, const std::string& key,
-                std::string& difference) {
+                std::string& reason) {
     switch (form) {
     case Form::text:
         return reads_back_from_file(stored.head + std::string(stored.text.get_view()), root, key, false,
-                                    difference);
+                                    reason);
     case Form::enciphered:
-        return reads_back_from_file(stored.bytes, root, key, true, difference);
+        return reads_back_from_file(stored.bytes, root, key, true, reason);
     case Form::binary:
-        return reads_back_from_binary(stored.binary, root, difference);
+        return reads_back_from_binary(stored.binary, root, reason);
     case Form::archive:
-        return reads_back_from_archive(stored.bytes, root, difference);
+        return reads_back_from_archive(stored.bytes, root, reason);
     }
     return false;
 }
