@@ -87,7 +87,8 @@ struct SavePreview {
 /// spliced in.
 ///
 /// A save that keeps the layout reads the old files again, and refuses when one has changed on the disk or is gone, or when an include
-/// that was left out can be read now, there or at the new path. It knows an entry by the line and column that it got when it was loaded,
+/// that failed can be read now, there or at the new path. After a load without `LoadOptions::follow_includes` it reads no include,
+/// and keeps the directives. It knows an entry by the line and column that it got when it was loaded,
 /// so that a moved or changed entry keeps what is around it, and a renamed one does when its values, or an entry of its group, are those
 /// of before; an entry of another document is new under any name but that of the entry whose place it says. After the save the entries
 /// have the lines and columns of the new text. What it does:
