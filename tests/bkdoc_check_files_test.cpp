@@ -44,11 +44,12 @@ TEST_F(bkdoc_check_files, tell_a_problem_of_an_include_once_whatever_it_skips_in
     folder.write("lib/part.bkd", "p true\n");
     const std::string part = folder.path("lib/part.bkd");
     const BkdocRun run = run_bkdoc({"check", shots()});
-    EXPECT_EQ(run.out, "in " + part + ", included by 3 documents:\n" + part +
-                           ":1:1: error: 'p' has no value, and 'true' is skipped: booleans are yes and no; 'a' in "
-                           "line 2 of " +
-                           folder.path("shots/a.bkd") +
-                           " is skipped, too [not-a-boolean]\np true\n^\n3 files, 3 with problems (1 error)\n");
+    EXPECT_EQ(run.out,
+              "in " + part + ", included by 3 documents:\n" + part +
+                  ":1:1: error: 'p' has no value, and 'true' is skipped: booleans are yes and no; 'a' in "
+                  "line 2 of " +
+                  folder.path("shots/a.bkd") +
+                  " is skipped, too [not-a-boolean]\np true\n^\n3 files, 3 with problems (1 error)\n");
 }
 
 TEST_F(bkdoc_check_files, come_in_one_order_on_any_number_of_threads) {
@@ -190,8 +191,9 @@ TEST_F(bkdoc_check_files, are_refused_when_the_configuration_allows_an_unknown_c
     const std::string file = folder.write("project/a.bkd", "a 1\n");
     const BkdocRun run = run_bkdoc({"check", file});
     EXPECT_EQ(run.code, 2);
-    EXPECT_EQ(run.err, "bkdoc: " + config +
-                           ": allow: unknown code 'include-not-fuond'; did you mean 'include-not-found'?\n");
+    EXPECT_EQ(run.err,
+              "bkdoc: " + config +
+                  ":1:1: allow: unknown code 'include-not-fuond'; did you mean 'include-not-found'?\n");
     EXPECT_EQ(run_bkdoc({"check", "--no-config", file}).code, 0);
 }
 

@@ -110,18 +110,21 @@ TEST_F(bkdoc_deps, are_json_of_what_is_asked_for) {
                "\",\n      \"includes\": [\n" + includes + "      ]\n    }";
     };
     const auto include = [](const std::string& name, int line, const std::string& rest) {
-        return "        {\n          \"name\": \"" + name + "\",\n          \"line\": " + std::to_string(line) +
-               ",\n          \"column\": 1,\n" + rest + "        }";
+        return "        {\n          \"name\": \"" + name +
+               "\",\n          \"line\": " + std::to_string(line) + ",\n          \"column\": 1,\n" + rest +
+               "        }";
     };
-    const auto found = [](const std::string& path) {
-        return "          \"found\": \"" + path + "\",\n          \"tried\": []\n";
+    const auto found = [](const std::string& path, const std::string& tried) {
+        return "          \"found\": \"" + path + "\",\n          \"tried\": [" + tried + "]\n";
     };
+    const std::string beside = "\n            \"" + folder.path("part.bkd") + "\"\n          ";
     const std::string head = "{\n  \"documents\": [\n    \"" + top + "\"\n  ],\n  \"files\": [\n";
     const BkdocRun reverse = run({"--json", "--reverse", deep, top});
     EXPECT_EQ(reverse.out, head +
-                               file(top, include("part.bkd", 1, found(part)) + ",\n" +
-                                             include("part.bkd", 2, found(part)) + "\n") +
-                               ",\n" + file(part, include("deep.bkd", 2, found(deep)) + "\n") + "\n  ]\n}\n");
+                               file(top, include("part.bkd", 1, found(part, beside)) + ",\n" +
+                                             include("part.bkd", 2, found(part, beside)) + "\n") +
+                               ",\n" + file(part, include("deep.bkd", 2, found(deep, "")) + "\n") +
+                               "\n  ]\n}\n");
     EXPECT_EQ(reverse.code, 0);
     const BkdocRun none = run({"--json", "--reverse", top, top});
     EXPECT_EQ(none.out, "{\n  \"documents\": [\n    \"" + top + "\"\n  ],\n  \"files\": []\n}\n");

@@ -143,7 +143,7 @@ TEST_F(bkdoc_edit_files, without_includes_the_file_itself_is_changed_and_its_dir
     EXPECT_EQ(run({"add", "-w", "--no-includes", "near", "3", "top.bkd"}).out, "top.bkd: 1 entry added\n");
     EXPECT_EQ(run({"mv", "-w", "--no-includes", "far", "g/far", "top.bkd"}).out, "top.bkd: 1 entry moved\n");
     EXPECT_EQ(run({"rm", "-w", "--no-includes", "near", "top.bkd"}).out, "top.bkd: 1 entry removed\n");
-    EXPECT_EQ(folder_.read("top.bkd"), "#include \"real/lamp.bkd\"\ng {\n    far 5 // metre\n}\n");
+    EXPECT_EQ(folder_.read("top.bkd"), "#include \"real/lamp.bkd\"\ng {\n    far 5\n}\n");
     EXPECT_EQ(folder_.read("real/lamp.bkd"), "power 1\n");
 }
 

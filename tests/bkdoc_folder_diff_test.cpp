@@ -145,7 +145,8 @@ TEST_F(bkdoc_folder_diff, same_compares_folders_too) {
     EXPECT_EQ(run({"same", "--json", "old", "new"}).err,
               "bkdoc: --json compares two files; diff --json compares folders\n");
     const BkdocRun mixed = run({"same", "old", "new/a.bkd"});
-    EXPECT_EQ(mixed.err, "bkdoc: old is a folder and new/a.bkd is not; same compares two files or two folders\n");
+    EXPECT_EQ(mixed.err,
+              "bkdoc: old is a folder and new/a.bkd is not; same compares two files or two folders\n");
     EXPECT_EQ(mixed.code, 2);
 }
 

@@ -27,6 +27,8 @@ std::string tool_reason(std::string reason, const OpenedDocument& document) {
     }
     replace_each(reason, "the layout cannot be kept: more would be read than there is, because ", "");
     replace_each(reason, ", see the losses", "");
+    replace_each(reason, "what came from it was not changed alike",
+                 "this changes one place alone; change the file itself");
     replace_each(reason, ", and load the document again", "");
     replace_each(reason, " and load the document again", "");
     return reason;
