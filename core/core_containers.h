@@ -12,6 +12,10 @@
 #include <type_traits>
 #include <utility>
 
+namespace bk {
+class VectorAccess;
+}
+
 /// A growable array that owns its elements and copies them deeply. Its capacity doubles, starting at 1, so
 /// that adding is amortised constant time. Counts and indices are 32-bit; an index is not checked.
 template <class T>
@@ -131,6 +135,8 @@ public:
     const T* end() const noexcept { return data_ + count_; }
 
 private:
+    friend class bk::VectorAccess;
+
     static std::size_t byte_size(std::size_t count) noexcept { return count * sizeof(T); }
 
     unsigned int doubled_capacity(core_uint64 needed) const {

@@ -221,6 +221,7 @@ private:
     explicit ParserEntry(const bk::EntryFields& fields) noexcept;
 
     Rare& make_rare();
+    void change_type(Type type) noexcept;
     void leave_values() noexcept;
     void copy_fields(const ParserEntry& other);
     void copy_former_names(const ParserEntry& other);

@@ -6,6 +6,7 @@
 #include "core/core_string.h"
 #include "core/core_version.h"
 #include "parser/parser_entry.h"
+#include "parser/parser_position_list.h"
 
 class ParserReadObserver;
 struct ParserLimits;
@@ -80,7 +81,8 @@ public:
     /// Sets the entry that get_source_entry returns. Does not take it over.
     void set_source_entry(ParserEntry* entry) noexcept { source_entry_ = entry; }
 
-    /// Detaches the entry with that ordinal: its slot becomes null. Get the pointer before the call: you own the entry from then on.
+    /// Detaches the entry with that ordinal: its slot becomes null. Get the pointer before the call: you own the entry from then on,
+    /// and may delete it after the call.
     /// Remove the empty slot by its position before you use the group again.
     void detach_entry(const unsigned int& ordinal);
 
@@ -128,7 +130,7 @@ public:
     /// leaves the output as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& braces,
                             const bool& pretty, const unsigned int& level) const;
-    /// The same as hexadecimal digits. **The plain text itself follows the digits**.
+    /// The same as hexadecimal digits. **The plaintext itself follows the digits**.
     void get_encrypted_text(CoreString& text, const CoreString& key, const bool& braces, const bool& pretty,
                             const unsigned int& level) const;
     /// Deciphers and parses. When the data cannot be deciphered, returns false and leaves the group unchanged. Does not notice every
@@ -163,6 +165,9 @@ private:
 
     void append(ParserEntry* entry);
     void swap_content(ParserGroup& other) noexcept;
+    bool prepare_index(unsigned int extra);
+    bool is_index_exact() const noexcept;
+    unsigned int count_without_ordinal() const noexcept;
     void rebuild_index() noexcept;
     template <class IsRemoved>
     void take_out(IsRemoved is_removed);
@@ -171,7 +176,7 @@ private:
     CoreString name_;
     CoreVector<ParserEntry*> entries_;
     /// Positions of the entries that have no ordinal, ascending. All other positions are the entry index.
-    CoreVector<unsigned int> keyword_index_;
+    ParserPositionList keyword_index_;
     union {
         ParserEntry* source_entry_ = nullptr;
         ParserGroup* next_doomed_; // once the group waits for its deletion

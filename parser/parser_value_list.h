@@ -35,7 +35,7 @@ public:
 
     /// Room for `count` values and `text_size` bytes of their spellings; the list is empty. The values are constructed
     /// in the room, in order, by whoever asked for it, and counted by set_count. As long as none of them keeps anything
-    /// outside this room, `keep_plain` spares the list their destruction.
+    /// outside this room, `mark_self_contained` spares the list their destruction.
     void make_room(unsigned int count, std::size_t text_size);
     /// The same in a place of room_size bytes that the list does not give back.
     void take_room(void* place, unsigned int count, std::size_t text_size) noexcept;
@@ -48,7 +48,7 @@ public:
     /// Says how many values were made in the block.
     void set_count(unsigned int count) noexcept { count_ = count; }
     /// Says that no value keeps anything outside of the block.
-    void keep_plain() noexcept;
+    void mark_self_contained() noexcept;
 
     /// Takes over the content of `value`, which is left cleared. Amortised constant time.
     ParserValue& append(ParserValue& value);
@@ -60,9 +60,9 @@ public:
     void truncate(unsigned int count) noexcept;
     /// Removes every value.
     void clear() noexcept;
-    /// Exchanges the values of both lists. Constant time.
+    /// Exchanges the values of both lists, of which the other is no entry's in pages. Constant time.
     void swap(ParserValueList& other) noexcept;
-    /// Lists the same values as `other`, in place of what was listed.
+    /// Lists the same values as `other`, in place of what was listed. Not of an entry in pages.
     void share(ParserValueList& other);
 
     /// The strings that are inside the values now are handed out, and stay where they are from now on.
@@ -74,6 +74,19 @@ public:
     bool dies_with_entry() const noexcept;
     /// Whether values, or strings in the entry's block, may live longer than the entry.
     bool may_outlive_entry() const noexcept { return in_cells_ || left_entry_; }
+    /// Says that the entry, whose list this is, stands in the pages of a document.
+    void set_in_pages() noexcept { is_in_pages_ = 1; }
+    /// Whether it does.
+    bool is_in_pages() const noexcept { return is_in_pages_ != 0; }
+    /// Says that the document knows that the entry owns something outside of its pages.
+    void set_listed() noexcept { is_listed_ = 1; }
+    /// Whether it does.
+    bool is_listed() const noexcept { return is_listed_ != 0; }
+    /// Before the entry owns something outside.
+    void list_entry() noexcept;
+    /// Before the entry gets a group that was made elsewhere, or another gets a group of its.
+    void leave_document() noexcept;
+
     /// Of an entry's own list that was cleared: false when strings stay in the entry's block, which they give back.
     bool let_go_of_entry(ParserEntry& entry) const noexcept;
 
@@ -94,4 +107,6 @@ private:
     bool in_cells_ = false;
     bool left_entry_ = false;                 // strings have stayed behind in the entry's block
     mutable unsigned char shows_strings_ = 0; // a host may hold strings that are inside of values
+    unsigned char is_in_pages_ : 1 = 0;
+    unsigned char is_listed_ : 1 = 0;
 };

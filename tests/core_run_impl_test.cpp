@@ -1,6 +1,6 @@
 #include "core/core_memory.h"
 #include "core/memory/core_poison_impl.h"
-#include "core/memory/core_run_impl.h"
+#include "core/memory/runs/core_run_impl.h"
 
 #include <gtest/gtest.h>
 

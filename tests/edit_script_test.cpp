@@ -31,6 +31,14 @@ TEST(edit_script, random_edits_of_every_kind_give_what_plain_lists_give) {
     }
 }
 
+TEST(edit_script, random_edits_of_large_documents_give_what_plain_lists_give) {
+    const CountingLog log;
+    for (unsigned int seed = 1; seed <= 300; ++seed) {
+        const NothingLeaks nothing_leaks;
+        ASSERT_EQ(EditScript(random_script(seed)).with_large_texts().run(), "") << "seed " << seed;
+    }
+}
+
 TEST(edit_script, the_seeds_of_the_fuzzer_give_what_plain_lists_give) {
     const CountingLog log;
     unsigned int scripts = 0;
@@ -38,6 +46,7 @@ TEST(edit_script, the_seeds_of_the_fuzzer_give_what_plain_lists_give) {
         std::ifstream stream(file.path(), std::ios::binary);
         const std::string script{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
         EXPECT_EQ(EditScript(script).run(), "") << file.path();
+        EXPECT_EQ(EditScript(script).with_large_texts().run(), "") << file.path();
         ++scripts;
     }
     EXPECT_GE(scripts, 6u);

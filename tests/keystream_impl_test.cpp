@@ -41,7 +41,7 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(loops, keystream,
-                         testing::Values(&bk::plain_keystream_loops, &bk::fastest_keystream_loops()),
+                         testing::Values(&bk::base_keystream_loops, &bk::fastest_keystream_loops()),
                          [](const auto& tested) { return tested.index == 0 ? "plain" : "fastest"; });
 
 } // namespace

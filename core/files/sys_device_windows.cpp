@@ -16,7 +16,7 @@ namespace bk {
 namespace {
 
 constexpr std::size_t largest_transfer = std::size_t{1} << 30; // the system counts in 32 bits
-constexpr std::size_t longest_plain_path = 240;                // a longer one must be marked as such
+constexpr std::size_t longest_short_path = 240;                // a longer one must be marked as such
 constexpr DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 DWORD transfer_size(std::size_t size) {
@@ -66,23 +66,23 @@ std::wstring current_folder_wide() {
 class NativePath {
 public:
     explicit NativePath(const std::string& path) {
-        const int size = path.size() < longest_plain_path ? static_cast<int>(path.size()) + 1 : 0;
+        const int size = path.size() < longest_short_path ? static_cast<int>(path.size()) + 1 : 0;
         const int length = size == 0
                                ? 0
                                : ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, path.c_str(), size,
-                                                       plain_, static_cast<int>(longest_plain_path));
+                                                       short_, static_cast<int>(longest_short_path));
         if (length == 0) {
-            plain_[0] = L'\0'; // of a text that is not UTF-8, which names no file
+            short_[0] = L'\0'; // of a text that is not UTF-8, which names no file
             long_ = long_path(path);
         }
     }
 
-    const wchar_t* c_str() const noexcept { return long_.empty() ? plain_ : long_.c_str(); }
+    const wchar_t* c_str() const noexcept { return long_.empty() ? short_ : long_.c_str(); }
 
 private:
     static std::wstring long_path(const std::string& path) {
         std::wstring wide = to_wide(path);
-        if (wide.size() < longest_plain_path) {
+        if (wide.size() < longest_short_path) {
             return wide;
         }
         const std::string full = full_path(path, to_utf8(current_folder_wide()), PathStyle::windows);
@@ -92,7 +92,7 @@ private:
         return to_wide(full.starts_with("\\\\") ? "\\\\?\\UNC" + full.substr(1) : "\\\\?\\" + full);
     }
 
-    wchar_t plain_[longest_plain_path] = {};
+    wchar_t short_[longest_short_path] = {};
     std::wstring long_;
 };
 

@@ -79,14 +79,14 @@ CoreString opened_path(const CoreString& path) {
     return CoreString(std::string_view(without_parent_steps(current + '/' + std::string(name))));
 }
 
-CoreString plain_path(const CoreString& path) {
+CoreString path_without_steps_back(const CoreString& path) {
     if (path.get_view().find("..") == std::string_view::npos) {
         return path;
     }
-    const CoreString plain(std::string_view(without_steps_back(path.get_view(), native_path_style)));
+    const CoreString shortened(std::string_view(without_steps_back(path.get_view(), native_path_style)));
     const bool is_safe = kind_of(folder_of(path.get_view(), native_path_style)) == SysPathKind::directory &&
-                         opened_path(path) == absolute_path(plain);
-    return is_safe ? plain : path;
+                         opened_path(path) == absolute_path(shortened);
+    return is_safe ? shortened : path;
 }
 
 } // namespace bk

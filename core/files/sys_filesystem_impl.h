@@ -18,6 +18,6 @@ CoreString absolute_path(const CoreString& path);
 CoreString opened_path(const CoreString& path);
 /// The path as people read it: "shots/../lib/a.bkd" is "lib/a.bkd". It stays as it is where the system opens another file under the
 /// shorter name, because a step back follows a symbolic link to a folder, and where its folder is not there.
-CoreString plain_path(const CoreString& path);
+CoreString path_without_steps_back(const CoreString& path);
 
 } // namespace bk

@@ -1,8 +1,9 @@
 #include "core/core_memory.h"
 
 #include "core/memory/core_chunk_impl.h"
-#include "core/memory/core_run_impl.h"
 #include "core/memory/core_slab_impl.h"
+#include "core/memory/core_slab_pool_impl.h"
+#include "core/memory/runs/core_run_impl.h"
 
 #include <cstring>
 #include <limits>
@@ -30,6 +31,12 @@ void* CoreMemory::allocate(std::size_t size) {
 void* bk::allocate_in_order(std::size_t size) {
     return CoreMemory::allocate(size);
 }
+
+bk::SlabPage* bk::take_document_page() noexcept {
+    return nullptr;
+}
+
+void bk::give_document_pages_back(SlabPage*) noexcept {}
 
 void* CoreMemory::grow(void* block, std::size_t size, std::size_t kept, std::size_t grown) {
     return move_to_larger(block, size, kept, grown);
@@ -103,6 +110,14 @@ void* bk::allocate_in_order(std::size_t size) {
     }
     unpoison(block, size);
     return block;
+}
+
+bk::SlabPage* bk::take_document_page() noexcept {
+    return slab_pool.take_document_page();
+}
+
+void bk::give_document_pages_back(SlabPage* first) noexcept {
+    slab_pool.give_document_pages_back(first);
 }
 
 void* CoreMemory::grow(void* block, std::size_t size, std::size_t kept, std::size_t grown) {

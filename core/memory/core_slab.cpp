@@ -97,6 +97,10 @@ void SlabHeap::release_from_afar(SlabPage* page, void* block) noexcept {
 void SlabHeap::release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) noexcept {
     for (;;) {
         SlabOwner* const owner = page->owner.load(std::memory_order_acquire);
+        if (owner == &document_page) {
+            static_cast<void>(page->put_block(block)); // the document's hold is left
+            return;
+        }
         if (mine != nullptr && owner == &full_page) {
             if (mine->claim(page)) {
                 // Before the release: when the block is the last one, the page is gone afterwards.

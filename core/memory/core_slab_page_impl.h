@@ -23,6 +23,8 @@ struct SlabOwner {};
 inline constinit SlabOwner full_page;
 /// The pool's: there is room, and whoever touches more than the owner holds the pool's lock.
 inline constinit SlabOwner pooled_page;
+/// A document's, which alone takes blocks from it: its one user gives them back by counting them, and the page stays.
+inline constinit SlabOwner document_page;
 
 /// What lies in front of each block of a run where free blocks are poisoned: how long it is.
 inline constexpr std::size_t run_block_head = has_poison ? sizeof(std::uint64_t) : 0;
@@ -39,6 +41,9 @@ struct SlabPage {
     std::uint32_t live_count;
     SlabPage* next; // of a list of pages
     SlabPage* previous;
+    void* document; // as long as the page is a document's
+    SlabPage* next_of_document;
+    void* hold; // a block that keeps the page from being empty as long as it is a document's
 
     static SlabPage* of(void* block) noexcept {
         return reinterpret_cast<SlabPage*>(reinterpret_cast<std::uintptr_t>(block) & ~(slab_page_size - 1));

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <type_traits>
+#include <utility>
 
 #if !defined(_WIN32)
 #include <pthread.h>
@@ -84,6 +85,9 @@ SlabPage* lay_out_page(void* place, std::size_t size_class, SlabOwner* owner) no
                                 static_cast<std::uint32_t>(size_class),
                                 0,
                                 nullptr,
+                                nullptr,
+                                nullptr,
+                                nullptr,
                                 nullptr};
 }
 
@@ -99,6 +103,31 @@ SlabPage* SlabPool::take_page(std::size_t size_class, SlabOwner* owner) noexcept
     void* const place = find_page();
     lock.unlock();
     return place == nullptr ? nullptr : lay_out_page(place, size_class, owner);
+}
+
+SlabPage* SlabPool::take_document_page() noexcept {
+    Lock lock(lock_);
+    void* const place = find_page();
+    lock.unlock();
+    return place == nullptr ? nullptr : lay_out_page(place, slab_run_class, &document_page);
+}
+
+void SlabPool::give_document_pages_back(SlabPage* first) noexcept {
+    SlabChunk* emptied = nullptr;
+    Lock lock(lock_);
+    while (first != nullptr) {
+        SlabPage* const page = std::exchange(first, first->next_of_document);
+        BK_ASSERT(page->is_owned_by(&document_page));
+        const std::size_t head_size = index_in_chunk(page) == 0 ? first_page_head_size : page_head_size;
+        poison(reinterpret_cast<char*>(page) + head_size, slab_page_size - head_size);
+        if (SlabChunk* const chunk = drop_page(page)) {
+            chunk->next = std::exchange(emptied, chunk);
+        }
+    }
+    lock.unlock();
+    while (emptied != nullptr) {
+        unmap(std::exchange(emptied, emptied->next));
+    }
 }
 
 void SlabPool::give_page_back(SlabPage* page) noexcept {

@@ -27,6 +27,11 @@ public:
     /// A page of the class that has room, which the owner gets; null when there is no memory.
     SlabPage* take_page(std::size_t size_class, SlabOwner* owner) noexcept;
 
+    /// An empty page for a document; null when there is no memory.
+    SlabPage* take_document_page() noexcept;
+    /// All pages of a document, whatever lies on them.
+    void give_document_pages_back(SlabPage* first) noexcept;
+
     /// One that is empty.
     void give_page_back(SlabPage* page) noexcept;
 

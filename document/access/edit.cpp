@@ -45,7 +45,6 @@ std::size_t remove_found(PathMatcher& matcher) {
     for (const auto& [group, positions] : found) {
         CoreBasicArray<unsigned int> removed(static_cast<unsigned int>(positions.size()));
         std::copy(positions.begin(), positions.end(), removed.begin());
-        bk::GroupAccess::make_index_room(*group, 0);
         group->remove_entries(std::move(removed));
     }
     return count;
@@ -91,7 +90,6 @@ bool remove(ParserGroup& group, PathRef path) {
     }
     const Visit visit = matcher.visit();
     if (visit.value() == Visit::whole_entry) {
-        bk::GroupAccess::make_index_room(visit.parent(), 0);
         visit.parent().remove_entry(visit.position());
     } else {
         remove_value(visit.entry(), visit.value());

@@ -124,7 +124,7 @@ std::string_view BinaryDecoder::take_bytes() {
 }
 
 /// False for an entry that is cut off, and for a large one whose progress is watched: that is read value by value.
-bool BinaryDecoder::may_be_plain(const Level& level) const noexcept {
+bool BinaryDecoder::may_be_read_at_once(const Level& level) const noexcept {
     if (level.is_cut) {
         return false;
     }

@@ -2,9 +2,9 @@
 
 #include "core/reports/core_guard_impl.h"
 #include "parser/binary/parser_binary_scalar_impl.h"
+#include "parser/model/drop/parser_teardown_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
-#include "parser/model/parser_teardown_impl.h"
 #include "parser/model/parser_value_impl.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ void report_large_entry(std::string_view name, core_uint64 size, unsigned int bu
 }
 
 /// An entry's values that are all scalars and strings, and stand in the buffer whole.
-struct PlainValues {
+struct FlatValues {
     const char* begin;
     const char* end;
     unsigned int count;
@@ -38,8 +38,8 @@ struct PlainValues {
 /// Skips scalars and strings from `found.begin` on, up to the first that would begin at `sure_end` or later: a scalar that begins
 /// before is whole in the buffer. Stores the sizes of the strings. Returns false at any other value and at a string without a
 /// NUL.
-bool find_plain_values(PlainValues& found, const char* sure_end, const char* buffer_end,
-                       std::vector<unsigned int>& string_sizes) {
+bool find_flat_values(FlatValues& found, const char* sure_end, const char* buffer_end,
+                      std::vector<unsigned int>& string_sizes) {
     const char* place = found.begin;
     unsigned int count = 0;
     string_sizes.clear();
@@ -63,8 +63,8 @@ bool find_plain_values(PlainValues& found, const char* sure_end, const char* buf
     return true;
 }
 
-void make_plain_values(ParserValueList& values, const PlainValues& found,
-                       const unsigned int* string_size) noexcept {
+void make_flat_values(ParserValueList& values, const FlatValues& found,
+                      const unsigned int* string_size) noexcept {
     ParserValue* value = values.room();
     char* text = values.text_room();
     for (const char* place = found.begin; place != found.end; ++value) {
@@ -79,7 +79,7 @@ void make_plain_values(ParserValueList& values, const PlainValues& found,
         }
     }
     values.set_count(found.count);
-    values.keep_plain();
+    values.mark_self_contained();
 }
 
 bool keeps_nothing_outside(ParserValue::Type type) noexcept {
@@ -96,12 +96,20 @@ BinaryDecoder::~BinaryDecoder() {
 }
 
 bool BinaryDecoder::read_group(ParserGroup& group) {
+    const core_uint64 announced = ByteCursor(cursor_).take<std::uint64_t>();
+    UnfinishedPages pages(std::min<core_uint64>(announced, cursor_.rest().size()));
+    pages_ = pages.get();
+    bool is_whole = false;
     try {
-        return open_group(group) && run();
+        is_whole = open_group(group) && run();
     } catch (...) {
         keep_whole_entries();
         throw;
     }
+    if (!has_discarded_) {
+        pages.finish();
+    }
+    return is_whole;
 }
 
 /// Called when memory ran out or the host threw: keeps the whole entries of the outermost group.
@@ -145,7 +153,7 @@ ParserValue* BinaryDecoder::read_value() {
         read_group(*ValueAccess::group(*value));
         return value.release();
     }
-    take_plain(type);
+    take_value(type);
     PendingValue& pending = pending_.back();
     if (pending.type == ParserValue::TYPE_STRING) {
         return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
@@ -222,7 +230,7 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
             return Step::failed;
         }
         if (type != ParserValue::TYPE_GROUP) {
-            take_plain(type);
+            take_value(type);
             if (is_stopped_ || is_past_end()) {
                 return Step::failed;
             }
@@ -233,7 +241,7 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
             return stop_at_depth();
         }
         pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
-        ParserGroup* const group = new ParserGroup(CoreString());
+        ParserGroup* const group = GroupAccess::make(pages_).release();
         pending_.back().group = group;
         open_group(*group); // `level` may have moved; a group that cannot be opened stays empty
         return Step::more;
@@ -259,20 +267,20 @@ BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
         if (!open_entry(level, name)) {
             return Step::failed;
         }
-    } while (read_plain_entry(level));
+    } while (read_flat_entry(level));
     return Step::more;
 }
 
 /// Reads an entry whose values are all scalars and strings and are whole in the buffer. For every other entry returns false and
 /// reads nothing.
-bool BinaryDecoder::read_plain_entry(Level& level) {
+bool BinaryDecoder::read_flat_entry(Level& level) {
     if (!takes_whole_entries || cursor_.position() > data_.size() ||
-        !may_be_plain(level)) { // behind an entry that is cut in its head
+        !may_be_read_at_once(level)) { // behind an entry that is cut in its head
         return false;
     }
     const char* const data = data_.data();
-    PlainValues found{data + cursor_.position(), nullptr, 0, 0};
-    if (!find_plain_values(found, data + sure_end(level), data + data_.size(), string_sizes_)) {
+    FlatValues found{data + cursor_.position(), nullptr, 0, 0};
+    if (!find_flat_values(found, data + sure_end(level), data + data_.size(), string_sizes_)) {
         return false;
     }
     const auto end = static_cast<core_uint64>(found.end - data);
@@ -281,9 +289,9 @@ bool BinaryDecoder::read_plain_entry(Level& level) {
         return false;
     }
     std::unique_ptr<ParserEntry> entry(
-        EntryAccess::make({.name = entry_name(level)}, found.count, found.text_size));
+        EntryAccess::make({.name = entry_name(level)}, found.count, found.text_size, pages_));
     if (found.count != 0) {
-        make_plain_values(EntryAccess::values(*entry), found, string_sizes_.data());
+        make_flat_values(EntryAccess::values(*entry), found, string_sizes_.data());
     }
     cursor_.move_to(end);
     keep_entry(level, std::move(entry));
@@ -312,7 +320,7 @@ BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
     }
     const auto count = static_cast<unsigned int>(pending_.size() - level.first_value);
     std::unique_ptr<ParserEntry> entry(
-        EntryAccess::make({.name = entry_name(level)}, count, level.text_size));
+        EntryAccess::make({.name = entry_name(level)}, count, level.text_size, pages_));
     fill_values(EntryAccess::values(*entry), level.first_value);
     keep_entry(level, std::move(entry));
     return Step::more;
@@ -325,8 +333,13 @@ void BinaryDecoder::close_level() {
             discard_values(level.first_value);
         }
         const unsigned int first = level.first_entry;
-        GroupAccess::append(*level.group, entries_.data() + first,
-                            static_cast<unsigned int>(entries_.size() - first));
+        ParserEntry* const* const entries = entries_.data() + first;
+        const auto count = static_cast<unsigned int>(entries_.size() - first);
+        if (pages_ != nullptr && levels_.size() != 1) {
+            GroupAccess::fill(*level.group, entries, count, *pages_);
+        } else {
+            GroupAccess::append(*level.group, entries, count);
+        }
         entries_.resize(first);
     }
     levels_.pop_back();
@@ -340,7 +353,7 @@ bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
 }
 
 /// A value of any type but a group.
-void BinaryDecoder::take_plain(ParserValue::Type type) {
+void BinaryDecoder::take_value(ParserValue::Type type) {
     if (type == ParserValue::TYPE_STRING) {
         pending_.emplace_back(type, take_text());
     } else if (type == ParserValue::TYPE_BINARY_DATA) {
@@ -356,17 +369,20 @@ void BinaryDecoder::fill_values(ParserValueList& values, std::size_t first) {
     if (count == 0) {
         return;
     }
-    bool is_plain = true;
+    bool is_self_contained = true;
     char* text = values.text_room();
     ParserValue* const places = values.room();
     PendingValue* const pending = pending_.data() + first;
     for (unsigned int i = 0; i < count; ++i) {
-        is_plain = is_plain && keeps_nothing_outside(pending[i].type);
+        is_self_contained = is_self_contained && keeps_nothing_outside(pending[i].type);
+        if (pending[i].type == ParserValue::TYPE_BINARY_DATA) {
+            values.list_entry();
+        }
         make_value(places + i, pending[i], text);
         values.set_count(i + 1);
     }
-    if (is_plain) {
-        values.keep_plain();
+    if (is_self_contained) {
+        values.mark_self_contained();
     }
     pending_.erase(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
 }
@@ -415,6 +431,7 @@ ParserValue* BinaryDecoder::make_other(void* place, PendingValue& pending, char*
 void BinaryDecoder::discard_values(std::size_t first) noexcept {
     for (std::size_t i = first; i < pending_.size(); ++i) {
         if (pending_[i].type == ParserValue::TYPE_GROUP) {
+            has_discarded_ = has_discarded_ || pending_[i].group != nullptr;
             destroy_group(pending_[i].group);
         }
     }

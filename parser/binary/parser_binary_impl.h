@@ -4,6 +4,7 @@
 #include "core/reports/core_guard_impl.h"
 #include "core/reports/core_pace_impl.h"
 #include "core/text/core_bytes_impl.h"
+#include "parser/model/drop/parser_document_pages_impl.h"
 #include "parser/parser_group.h"
 #include "parser/parser_limits.h"
 
@@ -211,7 +212,7 @@ private:
     std::string_view take_bytes();
     bool is_past_end();
     bool ends_at(core_uint64 end);
-    bool may_be_plain(const Level& level) const noexcept;
+    bool may_be_read_at_once(const Level& level) const noexcept;
     void keep_whole_entries() noexcept;
 
     bool open_group(ParserGroup& group);
@@ -219,7 +220,7 @@ private:
     bool run();
     Step advance(Level& level);
     Step begin_entry(Level& level);
-    bool read_plain_entry(Level& level);
+    bool read_flat_entry(Level& level);
     core_uint64 sure_end(const Level& level) const noexcept;
     std::string_view entry_name(const Level& level) const noexcept;
     Step finish_entry(Level& level);
@@ -227,7 +228,7 @@ private:
     void close_level();
 
     bool take_tag(ParserValue::Type& type) noexcept;
-    void take_plain(ParserValue::Type type);
+    void take_value(ParserValue::Type type);
     void fill_values(ParserValueList& values, std::size_t first);
     void append_values(ParserValueList& values);
     static ParserValue* make_value(void* place, PendingValue& pending, char*& text);
@@ -241,8 +242,10 @@ private:
     BinaryHost* host_ = nullptr;
     Pace* pace_ = nullptr;
     bool is_stopped_ = false;
-    bool is_told_ = false; // what was damaged first
-    bool is_cut_ = false;  // the data are a part of a document
+    bool is_told_ = false;           // what was damaged first
+    bool is_cut_ = false;            // the data are a part of a document
+    bool has_discarded_ = false;     // groups with what was in them
+    DocumentPages* pages_ = nullptr; // of the group that is read
     std::vector<Level> levels_;
     std::vector<ParserEntry*> entries_;      // of all open groups, the outermost first
     std::vector<PendingValue> pending_;      // of all open entries, the outermost first

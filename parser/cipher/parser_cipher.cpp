@@ -85,19 +85,19 @@ bool decipher(std::string_view block, std::string_view key, CoreString& text) {
     if (length > block.size() - length_size || length > CoreString::max_length) {
         return false;
     }
-    CoreString plain; // the block may lie in `text`
-    decipher_text(block, keystream, static_cast<std::size_t>(length), plain);
-    text = std::move(plain);
+    CoreString plaintext; // the block may lie in `text`
+    decipher_text(block, keystream, static_cast<std::size_t>(length), plaintext);
+    text = std::move(plaintext);
     return true;
 }
 
 std::uint64_t decipher_words(std::string_view block, std::string_view key, CoreString& text) {
     Keystream keystream(cipher_seed(key));
     const std::uint64_t announced = decipher_length(block, keystream);
-    CoreString plain; // the block may lie in `text`
+    CoreString plaintext; // the block may lie in `text`
     const std::size_t longest = CoreString::max_length / word_size * word_size;
-    decipher_text(block, keystream, std::min(block.size() - length_size, longest), plain);
-    text = std::move(plain);
+    decipher_text(block, keystream, std::min(block.size() - length_size, longest), plaintext);
+    text = std::move(plaintext);
     return announced;
 }
 

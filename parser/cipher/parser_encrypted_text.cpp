@@ -70,9 +70,9 @@ void ParserGroup::get_encrypted_text(CoreArray<unsigned char>& data, const CoreS
                                      const unsigned int& level) const {
     static constexpr const char* operation = "ParserGroup.get_encrypted_text";
     bk::completed(operation, [&] {
-        CoreString plain;
-        if (bk::print_group(plain, *this, braces, pretty, level)) {
-            encipher_into(data, plain, key, operation);
+        CoreString plaintext;
+        if (bk::print_group(plaintext, *this, braces, pretty, level)) {
+            encipher_into(data, plaintext, key, operation);
         }
     });
 }
@@ -81,9 +81,9 @@ void ParserGroup::get_encrypted_text(CoreString& text, const CoreString& key, co
                                      const bool& pretty, const unsigned int& level) const {
     static constexpr const char* operation = "ParserGroup.get_encrypted_text";
     bk::completed(operation, [&] {
-        CoreString plain;
-        if (bk::print_group(plain, *this, braces, pretty, level)) {
-            encipher_into(text, plain, key, plain.get_view(), operation);
+        CoreString plaintext;
+        if (bk::print_group(plaintext, *this, braces, pretty, level)) {
+            encipher_into(text, plaintext, key, plaintext.get_view(), operation);
         }
     });
 }
@@ -92,9 +92,9 @@ void ParserEntry::get_encrypted_text(CoreArray<unsigned char>& data, const CoreS
                                      const bool& pretty, const unsigned int& level) const {
     static constexpr const char* operation = "ParserEntry.get_encrypted_text";
     bk::completed(operation, [&] {
-        CoreString plain;
-        if (bk::print_entry(plain, *this, pretty, level)) {
-            encipher_into(data, plain, key, operation);
+        CoreString plaintext;
+        if (bk::print_entry(plaintext, *this, pretty, level)) {
+            encipher_into(data, plaintext, key, operation);
         }
     });
 }
@@ -103,20 +103,20 @@ void ParserEntry::get_encrypted_text(CoreString& text, const CoreString& key, co
                                      const unsigned int& level) const {
     static constexpr const char* operation = "ParserEntry.get_encrypted_text";
     bk::completed(operation, [&] {
-        CoreString plain;
-        if (bk::print_entry(plain, *this, pretty, level)) {
-            encipher_into(text, plain, key, {}, operation);
+        CoreString plaintext;
+        if (bk::print_entry(plaintext, *this, pretty, level)) {
+            encipher_into(text, plaintext, key, {}, operation);
         }
     });
 }
 
 bool ParserGroup::set_encrypted_text(const CoreArray<unsigned char>& data, const CoreString& key) {
     return bk::guarded("ParserGroup.set_encrypted_text", false, [&] {
-        CoreString plain;
-        if (!bk::decipher(view_of(data), key.get_view(), plain)) {
+        CoreString plaintext;
+        if (!bk::decipher(view_of(data), key.get_view(), plaintext)) {
             return false;
         }
-        return bk::read_text(*this, plain, default_parser_serial_version, bk::Progress(nullptr), nullptr,
+        return bk::read_text(*this, plaintext, default_parser_serial_version, bk::Progress(nullptr), nullptr,
                              ParserLimits()) != bk::TextResult::stopped;
     });
 }

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-/// Every loop here is plain and free of branches, so that compilers vectorise it. The loops are compiled twice: for SSE2, which
+/// Every loop here is simple and free of branches, so that compilers vectorise it. The loops are compiled twice: for SSE2, which
 /// every x86-64 has, and for AVX2.
 namespace bk {
 
@@ -78,14 +78,14 @@ constexpr KeystreamLoops avx2_loops = {make_round_avx2, add_avx2, subtract_avx2}
 
 } // namespace
 
-constinit const KeystreamLoops plain_keystream_loops = {make_round, add, subtract};
+constinit const KeystreamLoops base_keystream_loops = {make_round, add, subtract};
 
 const KeystreamLoops& fastest_keystream_loops() noexcept {
 #if defined(BK_USE_AVX2)
-    static const KeystreamLoops& chosen = has_avx2() ? avx2_loops : plain_keystream_loops;
+    static const KeystreamLoops& chosen = has_avx2() ? avx2_loops : base_keystream_loops;
     return chosen;
 #else
-    return plain_keystream_loops;
+    return base_keystream_loops;
 #endif
 }
 

@@ -17,7 +17,7 @@ struct KeystreamLoops {
 };
 
 /// For any processor, and the fastest ones for this one.
-extern const KeystreamLoops plain_keystream_loops;
+extern const KeystreamLoops base_keystream_loops;
 const KeystreamLoops& fastest_keystream_loops() noexcept;
 
 /// Combines the outputs of the MT19937 generator (Matsumoto and Nishimura, 1998), one after the other, with the little-endian 32-bit

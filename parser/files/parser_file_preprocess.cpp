@@ -129,11 +129,11 @@ bool Preprocessor::find_at(const CoreString& folder, Place& place) {
     candidate += place.name;
     // A document may be a pipe, which a shell makes. An include may not: reading it could wait for ever.
     if (!(open_files_.empty() ? is_file(candidate.get_view()) : is_regular_file(candidate.get_view()))) {
-        tried_.push_back(open_files_.empty() ? std::move(candidate) : plain_path(candidate));
+        tried_.push_back(open_files_.empty() ? std::move(candidate) : path_without_steps_back(candidate));
         return false;
     }
     place.path = opened_path(candidate);
-    place.found = open_files_.empty() ? std::move(candidate) : plain_path(candidate);
+    place.found = open_files_.empty() ? std::move(candidate) : path_without_steps_back(candidate);
     if (open_files_.empty()) {
         top_path_ = place.path;
     } else if (!(place.path == top_path_)) {

@@ -3,6 +3,7 @@
 #include "core/core_memory.h"
 #include "core/memory/core_nothrow_impl.h"
 #include "core/memory/core_thread_impl.h"
+#include "parser/model/drop/parser_document_pages_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_tree_copy_impl.h"
 #include "parser/model/parser_value_impl.h"
@@ -14,6 +15,13 @@ namespace {
 
 /// The entry whose destructor has just run and whose block stays: strings are left in it.
 constinit thread_local const void* kept_entry BK_TLS_MODEL = nullptr;
+
+/// False when all of its document goes, and the entry with it.
+bool may_go(const ParserEntry& entry) noexcept {
+    bk::DocumentPages* const pages =
+        bk::EntryAccess::is_in_pages(entry) ? bk::DocumentPages::of(&entry) : nullptr;
+    return pages == nullptr || pages->may_go(entry);
+}
 
 } // namespace
 
@@ -86,7 +94,7 @@ void ParserEntry::copy_fields(const ParserEntry& other) {
     line_ = other.line_;
     column_ = other.column_;
     array_count_ = other.array_count_;
-    type_ = other.type_;
+    change_type(other.type_);
 }
 
 void ParserEntry::reset() {
@@ -104,6 +112,7 @@ bool ParserEntry::is_group() const {
 
 /// An entry that was read stays known by the name that its text has.
 void ParserEntry::rename(const CoreString& name) {
+    values_.list_entry();
     if (line_ != 0 && name != name_) {
         make_rare().former_names |= bk::name_bit(name_.get_view());
     }
@@ -128,11 +137,19 @@ void ParserEntry::set_array(const bool& is_array, const unsigned int& count) {
 }
 
 void ParserEntry::set_as_raw_text(bool raw) {
-    type_ = raw ? TYPE_RAW_TEXT : TYPE_ENTRY;
+    change_type(raw ? TYPE_RAW_TEXT : TYPE_ENTRY);
+}
+
+void ParserEntry::change_type(Type type) noexcept {
+    if (type != type_) {
+        type_ = type;
+        bk::type_era.fetch_add(1, std::memory_order_relaxed);
+    }
 }
 
 ParserEntry::Rare& ParserEntry::make_rare() {
     if (rare_ == nullptr) {
+        values_.list_entry();
         rare_ = new (CoreMemory::allocate(sizeof(Rare))) Rare;
     }
     return *rare_;
@@ -190,7 +207,7 @@ void bk::EntryAccess::release(ParserEntry* entry) noexcept {
     }
     if (entry->rare_ != nullptr && entry->rare_->other_owners != 0) {
         --entry->rare_->other_owners;
-    } else {
+    } else if (may_go(*entry)) {
         delete entry;
     }
 }

@@ -1,6 +1,7 @@
 #include "core/core_memory.h"
-#include "core/memory/core_run_impl.h"
+#include "core/memory/runs/core_run_impl.h"
 #include "core/text/core_string_impl.h"
+#include "parser/model/drop/parser_document_pages_impl.h"
 #include "parser/model/parser_entry_impl.h"
 
 #include <memory>
@@ -23,29 +24,49 @@ std::size_t name_need(std::string_view name) noexcept {
 
 } // namespace
 
-ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, std::size_t text_size) {
+ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, std::size_t text_size,
+                               DocumentPages* pages) {
     const std::size_t values_size = count == 0 ? 0 : ParserValueList::room_size(count, text_size);
-    const std::size_t size = sizeof(ParserEntry) + values_size + name_need(fields.name);
-    if (size > largest_embedding_block) {
-        std::unique_ptr<ParserEntry> entry(new ParserEntry(fields));
-        entry->name_ = CoreString(fields.name);
-        entry->values_.make_room(count, text_size);
-        return entry.release();
+    const std::size_t name_size = name_need(fields.name);
+    if (sizeof(ParserEntry) + values_size + name_size > largest_embedding_block) {
+        return make_in_parts(fields, count, text_size, pages);
     }
-    char* const block = static_cast<char*>(allocate_in_order(size));
-    auto* const entry = ::new (block) ParserEntry(fields);
+    ParserEntry* const entry = make_alone(fields, values_size + name_size, pages);
+    char* const behind = reinterpret_cast<char*>(entry + 1);
     if (count != 0) {
-        entry->values_.take_room(block + sizeof(ParserEntry), count, text_size);
+        entry->values_.take_room(behind, count, text_size);
     }
     const char* name = fields.name.data();
-    if (name_need(fields.name) != 0) {
-        char* const behind_values = block + sizeof(ParserEntry) + values_size;
+    if (name_size != 0) {
+        char* const behind_values = behind + values_size;
         copy_text(behind_values, name, fields.name.size());
         behind_values[fields.name.size()] = '\0';
         name = behind_values;
     }
     StringAccess::show(entry->name_, {name, fields.name.size()});
     return entry;
+}
+
+/// Without a name, and with so many bytes behind it.
+ParserEntry* EntryAccess::make_alone(const EntryFields& fields, std::size_t bytes_behind,
+                                     DocumentPages* pages) {
+    const std::size_t size = sizeof(ParserEntry) + bytes_behind;
+    auto* const entry =
+        ::new (pages == nullptr ? allocate_in_order(size) : pages->allocate(size)) ParserEntry(fields);
+    if (pages != nullptr) {
+        entry->values_.set_in_pages();
+    }
+    return entry;
+}
+
+ParserEntry* EntryAccess::make_in_parts(const EntryFields& fields, unsigned int count, std::size_t text_size,
+                                        DocumentPages* pages) {
+    std::unique_ptr<ParserEntry> entry(pages == nullptr ? new ParserEntry(fields)
+                                                        : make_alone(fields, 0, pages));
+    entry->values_.list_entry();
+    entry->name_ = CoreString(fields.name);
+    entry->values_.make_room(count, text_size);
+    return entry.release();
 }
 
 } // namespace bk

@@ -2,16 +2,26 @@
 
 #include "core/core_memory.h"
 #include "core/memory/core_nothrow_impl.h"
+#include "core/memory/runs/core_run_impl.h"
+#include "core/memory/runs/core_vector_access_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
 #include "core/reports/core_guard_impl.h"
+#include "parser/model/drop/parser_document_pages_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
 #include "parser/model/parser_tree_copy_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
+#include <bit>
 #include <memory>
 #include <vector>
+
+namespace {
+
+constexpr std::size_t largest_list_in_pages = 1024;
+
+} // namespace
 
 ParserGroup::ParserGroup(const CoreString& name) : name_(name) {}
 
@@ -47,16 +57,14 @@ ParserGroup& ParserGroup::operator=(const ParserGroup& other) {
 }
 
 void ParserGroup::clear() {
-    constexpr unsigned int ahead = 6; // in a large tree each entry has to come from memory first
-    const unsigned int count = entries_.get_count();
-    for (unsigned int i = 0; i < count; ++i) {
-        if (i + ahead < count) {
-            bk::prefetch_entry(entries_[i + ahead]);
+    bk::GroupAccess::leave_list(*this);
+    bk::DoomedDocuments doomed(*this);
+    for (ParserEntry* entry : entries_) {
+        if (!doomed.take(entry)) {
+            bk::EntryAccess::release(entry);
         }
-        bk::EntryAccess::release(entries_[i]);
     }
-    entries_.clear();
-    keyword_index_.clear();
+    bk::GroupAccess::give_lists_back(*this);
 }
 
 void ParserGroup::set(const ParserGroup& other) {
@@ -75,12 +83,14 @@ void ParserGroup::set(const ParserGroup& other) {
 }
 
 void ParserGroup::swap_content(ParserGroup& other) noexcept {
+    bk::GroupAccess::escape(*this);
     std::swap(name_, other.name_);
     entries_.swap(other.entries_);
     keyword_index_.swap(other.keyword_index_);
 }
 
 void ParserGroup::append(ParserEntry* entry) {
+    bk::GroupAccess::escape(*this);
     const unsigned int keyword_count = keyword_index_.get_count();
     if (entry->get_type() != ParserEntry::TYPE_ENTRY) {
         keyword_index_.add(entries_.get_count());
@@ -93,14 +103,20 @@ void ParserGroup::append(ParserEntry* entry) {
     }
 }
 
-void bk::GroupAccess::append(ParserGroup& group, ParserEntry* const* entries, unsigned int count) {
+void bk::GroupAccess::list_entries(ParserGroup& group, ParserEntry* const* entries, unsigned int count) {
     // The index first, and only then the entries, which cannot be taken in half.
+    if (count != 0 && !is_in_pages(group) && EntryAccess::is_in_pages(*entries[0])) {
+        group.keyword_index_.set_lists_document();
+    }
     const unsigned int first = group.entries_.get_count();
     const unsigned int first_keyword = group.keyword_index_.get_count();
     try {
         for (unsigned int i = 0; i < count; ++i) {
-            if (entries[i]->get_type() == ParserEntry::TYPE_KEYWORD) {
+            const ParserEntry::Type type = entries[i]->get_type();
+            if (type == ParserEntry::TYPE_KEYWORD) {
                 group.keyword_index_.add(first + i);
+            } else if (type != ParserEntry::TYPE_ENTRY) {
+                group.keyword_index_.set_era(0); // a call has an ordinal until the index is found anew
             }
         }
         group.entries_.add_range(entries, count);
@@ -108,6 +124,35 @@ void bk::GroupAccess::append(ParserGroup& group, ParserEntry* const* entries, un
         group.keyword_index_.truncate(first_keyword);
         throw;
     }
+}
+
+void bk::GroupAccess::fill(ParserGroup& group, ParserEntry* const* entries, unsigned int count,
+                           DocumentPages& pages) {
+    const std::size_t size = std::bit_ceil(std::size_t{count}) * sizeof(ParserEntry*);
+    const bool has_list = group.entries_.get_capacity() != 0; // from a try that ended without memory
+    if (count != 0 && size <= largest_list_in_pages && !has_list) {
+        VectorAccess::take_storage(group.entries_, pages.allocate(size),
+                                   static_cast<unsigned int>(size / sizeof(ParserEntry*)));
+    }
+    list_entries(group, entries, count);
+    if (has_lists_outside(group)) {
+        pages.list(group);
+    }
+}
+
+bool bk::GroupAccess::has_lists_outside(const ParserGroup& group) noexcept {
+    return group.entries_.get_capacity() > largest_list_in_pages / sizeof(ParserEntry*) ||
+           group.keyword_index_.get_capacity() != 0;
+}
+
+std::unique_ptr<ParserGroup> bk::GroupAccess::make(DocumentPages* pages) {
+    void* const place =
+        pages == nullptr ? allocate_in_order(sizeof(ParserGroup)) : pages->allocate(sizeof(ParserGroup));
+    std::unique_ptr<ParserGroup> group(::new (place) ParserGroup(CoreString()));
+    if (pages != nullptr) {
+        group->keyword_index_.set_in_pages();
+    }
+    return group;
 }
 
 namespace {
@@ -154,7 +199,10 @@ ParserGroup* bk::GroupAccess::add_group(ParserGroup& group, std::unique_ptr<Pars
     if (entry == nullptr) {
         return nullptr;
     }
-    group.keyword_index_.make_room(entry->get_type() == ParserEntry::TYPE_KEYWORD ? 1 : 0);
+    escape(group);
+    if (entry->get_type() == ParserEntry::TYPE_KEYWORD) {
+        group.keyword_index_.make_room();
+    }
     group.entries_.make_room(1);
     ParserGroup* const added = entry->add_group(value);
     group.append(entry.release());

@@ -1,5 +1,6 @@
 #include "core/reports/core_diagnostic_impl.h"
 #include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_group_impl.h"
 #include "parser/model/parser_group_search_impl.h"
 #include "parser/parser_group.h"
 
@@ -34,16 +35,15 @@ bool is_ordinary(const ParserEntry* entry) noexcept {
     return entry != nullptr && entry->get_type() == ParserEntry::TYPE_ENTRY;
 }
 
-unsigned int count_without_ordinal(const CoreVector<ParserEntry*>& entries) noexcept {
-    return static_cast<unsigned int>(
-        std::count_if(entries.begin(), entries.end(), [](const ParserEntry* entry) {
-            return entry != nullptr && entry->get_type() != ParserEntry::TYPE_ENTRY;
-        }));
-}
-
-void take_slot_out(CoreVector<ParserEntry*>& entries, unsigned int position) noexcept {
-    std::copy(entries.begin() + position + 1, entries.end(), entries.begin() + position);
-    entries.truncate(entries.get_count() - 1);
+/// Before entries of a group move to another one.
+void let_entries_leave(const ParserGroup& from, const ParserGroup& dest) noexcept {
+    if (&from == &dest) {
+        return;
+    }
+    bk::GroupAccess::escape(dest);
+    for (const ParserEntry* entry : from.get_entries()) {
+        bk::EntryAccess::escape(entry);
+    }
 }
 
 /// Whether entries of a group, all that the predicate takes, would be moved into themselves. If so, says so.
@@ -63,30 +63,31 @@ bool is_refused(const char* operation, const ParserGroup& from, const ParserGrou
 
 } // namespace
 
-/// Whoever calls this has seen to it that there is room.
-void ParserGroup::rebuild_index() noexcept {
-    keyword_index_.truncate(0);
-    for (unsigned int position = 0; position < entries_.get_count(); ++position) {
-        const ParserEntry* const entry = entries_[position];
-        if (entry != nullptr && entry->get_type() != ParserEntry::TYPE_ENTRY) {
-            keyword_index_.add(position);
-        }
-    }
-}
-
+/// A host may have deleted the entry already, so it is looked at only where the group cannot tell its document. The pages of that
+/// document still have the mark of a deleted entry.
 void ParserGroup::detach_entry(const unsigned int& ordinal) {
-    entries_[position_of(ordinal)] = nullptr;
+    ParserEntry*& slot = entries_[position_of(ordinal)];
+    bk::GroupAccess::escape(*this);
+    if (keyword_index_.may_list_document()) {
+        bk::EntryAccess::escape(slot);
+    }
+    slot = nullptr;
 }
 
 void ParserGroup::move_entry(const unsigned int& from, const unsigned int& to) {
-    keyword_index_.reserve(count_without_ordinal(entries_));
+    const bool is_exact = prepare_index(0);
     ParserEntry** const entries = entries_.get_data();
     if (from < to) {
         std::rotate(entries + from, entries + from + 1, entries + to + 1);
     } else if (from > to) {
         std::rotate(entries + to, entries + from, entries + from + 1);
     }
-    rebuild_index();
+    if (is_exact) {
+        const bool is_listed = keyword_index_.close_gap(from);
+        keyword_index_.open_gap(to, is_listed);
+    } else {
+        rebuild_index();
+    }
 }
 
 void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
@@ -99,21 +100,22 @@ void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
     if (is_refused("move_entry", *this, dest, is_moved)) {
         return;
     }
-    keyword_index_.reserve(count_without_ordinal(entries_));
+    const bool is_exact = prepare_index(0);
+    bk::EntryAccess::escape(entries_[from]);
     dest.append(entries_[from]);
-    take_slot_out(entries_, from);
-    rebuild_index();
+    bk::GroupAccess::drop_slot(*this, from, is_exact);
 }
 
 void ParserGroup::move_entries(ParserGroup& dest) {
     if (this != &dest && is_refused("move_entries", *this, dest, is_ordinary)) {
         return;
     }
+    let_entries_leave(*this, dest);
     const auto moved_count =
         static_cast<unsigned int>(std::count_if(entries_.begin(), entries_.end(), is_ordinary));
     CoreVector<ParserEntry*> moved;
     moved.reserve(moved_count);
-    keyword_index_.reserve(count_without_ordinal(entries_));
+    prepare_index(0);
     dest.entries_.make_room(&dest == this ? 0 : moved_count);
     unsigned int kept = 0;
     for (ParserEntry* entry : entries_) {
@@ -133,8 +135,9 @@ void ParserGroup::move_entries(ParserGroup& dest, unsigned int position) {
     if (this == &dest || is_refused("move_entries", *this, dest, is_any)) {
         return;
     }
+    let_entries_leave(*this, dest);
     const unsigned int moved_count = entries_.get_count();
-    dest.keyword_index_.reserve(count_without_ordinal(dest.entries_) + count_without_ordinal(entries_));
+    dest.prepare_index(count_without_ordinal());
     dest.entries_.reserve(dest.entries_.get_count() + moved_count);
     dest.entries_.extend(moved_count);
     ParserEntry** const place = dest.entries_.begin() + position;
@@ -165,13 +168,14 @@ void ParserGroup::remove_entry(const CoreString& name) {
 }
 
 void ParserGroup::remove_entry(unsigned int position) {
-    keyword_index_.reserve(count_without_ordinal(entries_));
+    const bool is_exact = prepare_index(0);
     std::unique_ptr<ParserEntry, ReleaseEntry> removed; // deleted when the group is whole again
     if (position < entries_.get_count()) {
         removed.reset(entries_[position]);
-        take_slot_out(entries_, position);
+        bk::GroupAccess::drop_slot(*this, position, is_exact);
+    } else if (!is_exact) {
+        rebuild_index();
     }
-    rebuild_index();
 }
 
 /// Removes the entries at the positions that the predicate names.
@@ -182,7 +186,7 @@ void ParserGroup::take_out(IsRemoved is_removed) {
         removed_count += is_removed(position) ? 1 : 0;
     }
     RemovedEntries removed(removed_count);
-    keyword_index_.reserve(count_without_ordinal(entries_));
+    prepare_index(0);
     unsigned int kept = 0;
     for (unsigned int position = 0; position < entries_.get_count(); ++position) {
         if (is_removed(position)) {

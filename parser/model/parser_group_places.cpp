@@ -5,19 +5,14 @@
 
 namespace bk {
 
-void GroupAccess::make_index_room(ParserGroup& group, unsigned int extra) {
-    const auto is_indexed = [](const ParserEntry* entry) {
-        return entry != nullptr && entry->get_type() != ParserEntry::TYPE_ENTRY;
-    };
-    const auto count =
-        static_cast<unsigned int>(std::count_if(group.entries_.begin(), group.entries_.end(), is_indexed));
-    group.keyword_index_.reserve(count + extra);
-}
-
-void GroupAccess::drop_slot(ParserGroup& group, unsigned int position) {
+void GroupAccess::drop_slot(ParserGroup& group, unsigned int position, bool is_exact) noexcept {
     std::copy(group.entries_.begin() + position + 1, group.entries_.end(), group.entries_.begin() + position);
     group.entries_.truncate(group.entries_.get_count() - 1);
-    group.rebuild_index();
+    if (is_exact) {
+        group.keyword_index_.close_gap(position);
+    } else {
+        group.rebuild_index();
+    }
 }
 
 void GroupAccess::drop_appended(ParserGroup& group) noexcept {
@@ -35,8 +30,9 @@ std::unique_ptr<ParserEntry> GroupAccess::take(ParserGroup& group, unsigned int 
     if (position >= group.entries_.get_count() || group.entries_[position] == nullptr) {
         return nullptr;
     }
-    make_index_room(group, 0);
+    const bool is_exact = group.prepare_index(0);
     ParserEntry* const entry = group.entries_[position];
+    EntryAccess::escape(entry);
     std::unique_ptr<ParserEntry> taken;
     if (EntryAccess::is_shared(*entry)) {
         taken = std::make_unique<ParserEntry>(*entry);
@@ -44,27 +40,35 @@ std::unique_ptr<ParserEntry> GroupAccess::take(ParserGroup& group, unsigned int 
     } else {
         taken.reset(entry);
     }
-    drop_slot(group, position);
+    drop_slot(group, position, is_exact);
     return taken;
 }
 
 void GroupAccess::transfer(ParserGroup& from, unsigned int position, ParserGroup& to) {
-    make_index_room(from, 0);
-    make_index_room(to, 1);
+    from.prepare_index(0);
+    to.prepare_index(1);
     to.entries_.make_room(1);
     transfer_back(from, position, to, to.entries_.get_count());
 }
 
 void GroupAccess::transfer_back(ParserGroup& from, unsigned int position, ParserGroup& to,
                                 unsigned int to_position) noexcept {
-    to.entries_.add(from.entries_[position]);
-    drop_slot(from, position);
+    const bool is_exact = to.is_index_exact();
+    ParserEntry* const entry = from.entries_[position];
+    escape(to);
+    EntryAccess::escape(entry);
+    to.entries_.add(entry);
+    drop_slot(from, position, from.is_index_exact());
     std::rotate(to.entries_.begin() + to_position, to.entries_.end() - 1, to.entries_.end());
-    to.rebuild_index();
+    if (is_exact) {
+        to.keyword_index_.open_gap(to_position, entry->get_type() != ParserEntry::TYPE_ENTRY);
+    } else {
+        to.rebuild_index();
+    }
 }
 
 void GroupAccess::insert(ParserGroup& group, unsigned int position, ParserEntry* entry) {
-    make_index_room(group, 1);
+    group.prepare_index(1);
     group.append(entry);
     const unsigned int last = group.entries_.get_count() - 1;
     group.move_entry(last, std::min(position, last));

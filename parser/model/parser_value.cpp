@@ -4,7 +4,7 @@
 #include "core/memory/core_assert_impl.h"
 #include "core/memory/core_nothrow_impl.h"
 #include "core/reports/core_guard_impl.h"
-#include "parser/model/parser_teardown_impl.h"
+#include "parser/model/drop/parser_teardown_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/parser_group.h"
 #include "parser/words/parser_word_rules_impl.h"

@@ -1,6 +1,8 @@
 #include "parser/model/parser_value_list_impl.h"
 
 #include "core/memory/core_assert_impl.h"
+#include "parser/model/drop/parser_document_pages_impl.h"
+#include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/parser_entry.h"
@@ -70,9 +72,22 @@ private:
     bk::StringHome* home_ = nullptr;
 };
 
+void ParserValueList::list_entry() noexcept {
+    if (is_in_pages_ != 0 && is_listed_ == 0) {
+        bk::EntryAccess::list_entry_of(*this);
+    }
+}
+
+void ParserValueList::leave_document() noexcept {
+    if (bk::DocumentPages* const pages = is_in_pages_ != 0 ? bk::DocumentPages::of(this) : nullptr) {
+        pages->escape();
+    }
+}
+
 ParserValue& ParserValueList::change(unsigned int i) noexcept {
+    list_entry();
     if (!in_cells_) {
-        block_->is_plain = 0;
+        block_->is_self_contained = 0;
     }
     return at(i);
 }
@@ -83,12 +98,16 @@ bool ParserValueList::shows_string(unsigned int i) const noexcept {
 }
 
 ParserValue& ParserValueList::append(ParserValue& value) {
+    if (bk::ValueAccess::type(value) == ParserValue::TYPE_GROUP) {
+        leave_document();
+    }
+    list_entry();
     bk::ValueAccess::own_text(value);
     if (block_ == nullptr || count_ == block_->capacity) {
         grow();
     }
     BK_ASSERT(count_ < block_->capacity);
-    block_->is_plain = 0;
+    block_->is_self_contained = 0;
     if (in_cells_) {
         Cell* const cell = Cell::make();
         bk::ValueAccess::relocate(value, cell->storage);
@@ -201,9 +220,9 @@ void ParserValueList::clear() noexcept {
         return;
     }
     BK_ASSERT(count_ <= block_->capacity);
-    BK_ASSERT(!block_->is_plain ||
+    BK_ASSERT(!block_->is_self_contained ||
               (!in_cells_ && bk::ValueAccess::keep_nothing_outside(block_->values(), count_)));
-    for (unsigned int i = 0; i < count_ && !block_->is_plain; ++i) {
+    for (unsigned int i = 0; i < count_ && !block_->is_self_contained; ++i) {
         if (in_cells_) {
             release_cell(block_->cells()[i]);
         } else {
@@ -217,6 +236,8 @@ void ParserValueList::clear() noexcept {
 }
 
 void ParserValueList::swap(ParserValueList& other) noexcept {
+    BK_ASSERT(other.is_in_pages_ == 0);
+    leave_document();
     std::swap(block_, other.block_);
     std::swap(count_, other.count_);
     std::swap(in_cells_, other.in_cells_);
@@ -227,6 +248,8 @@ void ParserValueList::share(ParserValueList& other) {
     if (this == &other) {
         return;
     }
+    BK_ASSERT(is_in_pages_ == 0);
+    other.leave_document();
     other.split_into_cells();
     Block* const block = other.count_ == 0 ? nullptr : Block::make(other.count_, sizeof(Cell*), 0);
     for (unsigned int i = 0; i < other.count_; ++i) {
@@ -249,12 +272,13 @@ void ParserValueList::split_into_cells() {
         in_cells_ = true;
         return;
     }
+    list_entry();
     Departure departure(*this);
     Block* const block = count_ == 0 ? nullptr : Block::make(count_, sizeof(Cell*), 0);
     unsigned int made = 0;
     try {
         for (; made < count_; ++made) {
-            block_->is_plain = 0; // a text of its own is kept outside the block
+            block_->is_self_contained = 0; // a text of its own is kept outside the block
             if (!departure.stays(made)) {
                 bk::ValueAccess::own_text(block_->values()[made]);
             }

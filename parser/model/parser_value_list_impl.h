@@ -19,7 +19,7 @@ struct ParserValueList::Block {
 
     std::uint64_t capacity : 30;
     std::uint64_t text_size : 32;
-    std::uint64_t is_plain : 1;    // no value keeps anything outside this block
+    std::uint64_t is_self_contained : 1; // no value keeps anything outside this block
     std::uint64_t is_embedded : 1; // a part of the entry's own block, which is given back with the entry
 
     ParserValue* values() noexcept { return reinterpret_cast<ParserValue*>(this + 1); }
@@ -68,7 +68,7 @@ inline const ParserValue* ParserValueList::side_by_side() const noexcept {
 }
 
 inline bool ParserValueList::dies_with_entry() const noexcept {
-    return block_ != nullptr && block_->is_plain && block_->is_embedded;
+    return block_ != nullptr && block_->is_self_contained && block_->is_embedded;
 }
 
 inline ParserValueList::~ParserValueList() {
@@ -78,7 +78,7 @@ inline ParserValueList::~ParserValueList() {
 }
 
 inline bool ParserValueList::may_hold_groups() const noexcept {
-    return count_ != 0 && !block_->is_plain;
+    return count_ != 0 && !block_->is_self_contained;
 }
 
 inline void ParserValueList::make_room(unsigned int count, std::size_t text_size) {
@@ -101,8 +101,8 @@ inline char* ParserValueList::text_room() const noexcept {
     return block_->text();
 }
 
-inline void ParserValueList::keep_plain() noexcept {
-    block_->is_plain = 1;
+inline void ParserValueList::mark_self_contained() noexcept {
+    block_->is_self_contained = 1;
 }
 
 /// Several threads may read one tree.

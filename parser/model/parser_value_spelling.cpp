@@ -1,5 +1,5 @@
 #include "core/numbers/core_number_impl.h"
-#include "core/numbers/core_number_plain_impl.h"
+#include "core/numbers/core_number_margined_impl.h"
 #include "parser/model/parser_value_impl.h"
 
 namespace bk {

@@ -12,7 +12,7 @@ bool is_blank(char character) noexcept {
     return is_char(character, CHAR_BLANK);
 }
 
-/// The end of the template or array count that begins at `p`. Null when that is not plain or does not end the word.
+/// The end of the template or array count that begins at `p`. Null when it needs the grammar, or does not end the word.
 const char* end_of_suffix(const char* p, std::string_view& template_name,
                           unsigned int& array_count) noexcept {
     const char* const begin = p + 1;

@@ -191,7 +191,7 @@ private:
     }
 
     void take_name(std::string_view word) {
-        if (words_.is_plain()) {
+        if (words_.has_name_characters_only()) {
             if (is_bool_word(word)) {
                 take_value(word, ParserWord::TYPE_BOOL);
             } else {

@@ -10,7 +10,7 @@ namespace {
 
 TextResult parse(ParserGroup& group, const CoreString& text, const CoreVersion& version, Progress progress,
                  ParserReadObserver* observer, const ParserLimits& limits) {
-    TreeSink sink(group, has_escapes(version), observer, limits);
+    TreeSink sink(group, has_escapes(version), observer, limits, text.get_length());
     Grammar<TreeSink> grammar(text.get_view(), sink);
     if (progress) {
         grammar.watch_outermost();

@@ -1,7 +1,6 @@
 #include "parser/text/parser_tree_sink_impl.h"
 
 #include "core/memory/core_assert_impl.h"
-#include "core/memory/core_run_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
@@ -16,11 +15,6 @@
 namespace bk {
 
 namespace {
-
-std::unique_ptr<ParserGroup> make_group() {
-    return std::unique_ptr<ParserGroup>(::new (allocate_in_order(sizeof(ParserGroup)))
-                                            ParserGroup(CoreString()));
-}
 
 unsigned int count_values(const KnownEntry& known) noexcept {
     if (known.kind != KnownEntry::numbers) {
@@ -46,8 +40,8 @@ void fill_numbers(ParserValue* place, const KnownEntry& known, char* text) noexc
 } // namespace
 
 TreeSink::TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer,
-                   const ParserLimits& limits)
-    : has_escapes_(has_escapes), observer_(observer), limits_(limits) {
+                   const ParserLimits& limits, std::size_t text_size)
+    : has_escapes_(has_escapes), observer_(observer), limits_(limits), pages_(text_size) {
     groups_.push_back({&root, 0});
 }
 
@@ -71,6 +65,7 @@ void TreeSink::finish() {
     while (!groups_.empty()) {
         attach_entries();
     }
+    pages_.finish();
 }
 
 void TreeSink::add_string(std::string_view word) {
@@ -85,7 +80,7 @@ bool TreeSink::open_group(const Token& brace) {
     if (!may_nest(brace)) {
         return false;
     }
-    std::unique_ptr<ParserGroup> group = make_group();
+    std::unique_ptr<ParserGroup> group = GroupAccess::make(pages_.get());
     ParserEntry* const entry = make_entry(1);
     list_group(entry, group.release());
     return true;
@@ -96,7 +91,7 @@ bool TreeSink::open_group(const KnownEntry& known, const Token& brace) {
     if (!may_nest(brace)) {
         return false;
     }
-    std::unique_ptr<ParserGroup> group = make_group();
+    std::unique_ptr<ParserGroup> group = GroupAccess::make(pages_.get());
     ParserEntry* const entry = make_known(known, 1, 0);
     list_group(entry, group.release());
     return true;
@@ -140,14 +135,14 @@ void TreeSink::add_entry(const KnownEntry& known) {
         fill_numbers(values.room(), known, text);
     }
     values.set_count(count);
-    values.keep_plain();
+    values.mark_self_contained();
 }
 
 ParserEntry* TreeSink::make_known(const KnownEntry& known, unsigned int count, std::size_t text_size) {
     const KnownEntry::Head& head = *known.head;
     std::unique_ptr<ParserEntry> made(EntryAccess::make(
         {head.name, ParserEntry::TYPE_ENTRY, head.place.line, head.column(), head.array_count}, count,
-        text_size));
+        text_size, pages_.get()));
     if (!head.template_name.empty()) {
         made->set_template(CoreString(head.template_name));
     }
@@ -202,16 +197,19 @@ CoreString TreeSink::shown_word(std::string_view word) const {
 ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
     has_entry_ = false;
     const auto count = static_cast<unsigned int>(values_.size()) + extra_values;
-    std::unique_ptr<ParserEntry> made(EntryAccess::make(fields_, count, text_size_));
+    std::unique_ptr<ParserEntry> made(EntryAccess::make(fields_, count, text_size_, pages_.get()));
     if (!template_name_.empty()) {
         made->set_template(CoreString(template_name_));
     }
     if (!values_.empty()) {
         ParserValueList& values = EntryAccess::values(*made);
+        if (has_binary_data_) {
+            values.list_entry();
+        }
         fill_values(values);
         BK_ASSERT(values.get_count() == values_.size());
         if (extra_values == 0 && !has_binary_data_) {
-            values.keep_plain();
+            values.mark_self_contained();
         }
     }
     entries_.push_back(made.get());
@@ -250,8 +248,13 @@ void TreeSink::fill_value(ParserValue* place, const PendingValue& value, char*& 
 
 void TreeSink::attach_entries() {
     const OpenGroup& open = groups_.back();
-    GroupAccess::append(*open.group, entries_.data() + open.first_entry,
-                        static_cast<unsigned int>(entries_.size() - open.first_entry));
+    ParserEntry* const* const entries = entries_.data() + open.first_entry;
+    const auto count = static_cast<unsigned int>(entries_.size() - open.first_entry);
+    if (pages_.get() != nullptr && groups_.size() != 1) {
+        GroupAccess::fill(*open.group, entries, count, *pages_.get());
+    } else {
+        GroupAccess::append(*open.group, entries, count);
+    }
     entries_.resize(open.first_entry);
     groups_.pop_back();
 }

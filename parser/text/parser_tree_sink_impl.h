@@ -1,5 +1,6 @@
 #pragma once
 
+#include "parser/model/drop/parser_document_pages_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"
 #include "parser/parser_group.h"
@@ -15,8 +16,9 @@ namespace bk {
 /// their spellings after them go into one block of the right size.
 class TreeSink {
 public:
-    /// `limits` outlive the sink.
-    TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer, const ParserLimits& limits);
+    /// `limits` outlive the sink. A text of many bytes gets pages of its own.
+    TreeSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer, const ParserLimits& limits,
+             std::size_t text_size = 0);
     /// Hands over the entries that are whole, even when reading ends early.
     ~TreeSink();
     TreeSink(const TreeSink&) = delete;
@@ -118,6 +120,7 @@ private:
     std::size_t text_size_ = 0; // of the text area that these values need
     bool has_binary_data_ = false;
 
+    UnfinishedPages pages_;             // which a small text does without
     std::vector<OpenGroup> groups_;     // the outermost first
     std::vector<ParserEntry*> entries_; // of all open groups
 };

@@ -61,7 +61,7 @@ public:
     /// Which of CHAR_DOUBLE_MARK and CHAR_QUOTE its characters have, except those between quotes.
     unsigned int classes() const noexcept { return classes_; }
     /// Whether it is of letters, digits and '_' alone.
-    bool is_plain() const noexcept {
+    bool has_name_characters_only() const noexcept {
         return are_name_characters(start_, static_cast<std::size_t>(word_end_ - start_), end_);
     }
     Token token() noexcept;

@@ -191,7 +191,7 @@ void ParserWord::take_name(bk::NameParts parts) const {
     const auto take_level = [](const ParserWord& word, const bk::NameParts& level) {
         word.type_ = TYPE_IDENTIFIER;
         word.length_ = static_cast<unsigned int>(level.base.size());
-        if (level.array_count != bk::no_array) { // a plain name keeps the count that an earlier name set
+        if (level.array_count != bk::no_array) { // a name without a count keeps the one of an earlier name
             word.array_count_ = level.array_count;
         }
         word.string_stale_ = true;

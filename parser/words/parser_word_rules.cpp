@@ -161,13 +161,13 @@ bool has_escapes(const CoreVersion& version) noexcept {
 std::size_t decode_escapes(std::string_view text, char* out) noexcept {
     char* end = out;
     while (!text.empty()) {
-        const std::size_t plain = std::min(text.find('\\'), text.size());
-        copy_text(end, text.data(), plain);
-        end += plain;
-        if (plain + 1 < text.size()) {
-            *end++ = decoded_escape(text[plain + 1]);
+        const std::size_t unescaped = std::min(text.find('\\'), text.size());
+        copy_text(end, text.data(), unescaped);
+        end += unescaped;
+        if (unescaped + 1 < text.size()) {
+            *end++ = decoded_escape(text[unescaped + 1]);
         }
-        text.remove_prefix(std::min(plain + 2, text.size()));
+        text.remove_prefix(std::min(unescaped + 2, text.size()));
     }
     return static_cast<std::size_t>(end - out);
 }

@@ -69,7 +69,7 @@ TESTS = {
     "core/numbers/core_number_decimal_impl.h": NUMBERS,
     "core/numbers/core_number_digits_impl.h": NUMBERS,
     "core/numbers/core_number_impl.h": NUMBERS,
-    "core/numbers/core_number_plain.cpp": NUMBERS,
+    "core/numbers/core_number_margined.cpp": NUMBERS,
     "core/numbers/core_number_short_impl.h": NUMBERS,
     "core/numbers/core_number_text_impl.h": NUMBERS,
 }

@@ -258,7 +258,10 @@ protected:
 
     void parse() {
         model::Group& changed = group();
-        changed.real->set_text(texts[choose(std::size(texts))], CoreVersion(1.2), nullptr);
+        const std::string text = texts[choose(std::size(texts))];
+        // More than the bytes from which on a document has pages of its own.
+        const std::string parsed = fills_pages_ ? text + text + text + std::string(40000, ' ') : text;
+        changed.real->set_text(core(parsed), CoreVersion(1.2), nullptr);
         take_in(changed, true);
     }
 

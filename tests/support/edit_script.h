@@ -11,6 +11,12 @@ class EditScript : private ValueEdits {
 public:
     explicit EditScript(std::string_view bytes) : ValueEdits(bytes) {}
 
+    /// Every text that is read is as long as a large document.
+    EditScript& with_large_texts() {
+        fills_pages_ = true;
+        return *this;
+    }
+
     /// The first difference, with the number of its step; empty when there is none.
     std::string run() {
         unsigned int steps = 0;

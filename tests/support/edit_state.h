@@ -158,6 +158,8 @@ protected:
 
     static constexpr std::size_t most_objects = 250;
 
+    bool fills_pages_ = false; // every text is a large document
+
     int groups_before_ = CountedGroup::alive;
     int entries_before_ = CountedEntry::alive;
     std::string_view bytes_;

@@ -2,13 +2,18 @@
 
 #include "core/core_memory.h"
 #include "core/memory/core_count_impl.h"
-#include "core/memory/core_run_impl.h"
+#include "core/memory/core_slab_page_impl.h"
+#include "core/memory/runs/core_run_impl.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
+#include <mutex>
 #include <new>
+#include <utility>
 
 // Replaces the program's operator new and the library's CoreMemory, all of it, which a static library leaves to the
 // program. To be included by the one source of a test of internals.
@@ -70,6 +75,80 @@ private:
     static inline bool armed_ = false;
 };
 
+/// Pages of documents out of this memory.
+class FailingPages {
+public:
+    static bk::SlabPage* take() noexcept {
+        const std::lock_guard lock(mutex_);
+        for (Page& page : pages_) {
+            if (page.block == nullptr) {
+                page.block = FailingMemory::take(2 * bk::slab_page_size);
+                page.head = page.block == nullptr ? nullptr : lay_out(page.block);
+                return page.head;
+            }
+        }
+        return nullptr;
+    }
+    static void give_back(bk::SlabPage* head) noexcept {
+        const std::lock_guard lock(mutex_);
+        release(*find(head));
+    }
+    /// False when it is no block of such a page.
+    static bool give_block_back(void* block) noexcept {
+        const std::lock_guard lock(mutex_);
+        bk::SlabPage* const head = bk::SlabPage::of(block);
+        Page* const page = block == nullptr ? nullptr : find(head);
+        if (page == nullptr) {
+            return false;
+        }
+        if (head->put_block(block) && !head->is_owned_by(&bk::document_page)) {
+            release(*page);
+        }
+        return true;
+    }
+    /// How many are in use.
+    static std::size_t count() noexcept {
+        return static_cast<std::size_t>(std::count_if(
+            std::begin(pages_), std::end(pages_), [](const Page& page) { return page.block != nullptr; }));
+    }
+
+private:
+    struct Page {
+        void* block;
+        bk::SlabPage* head;
+    };
+
+    static bk::SlabPage* lay_out(void* block) noexcept {
+        auto* const place =
+            reinterpret_cast<char*>(bk::SlabPage::of(static_cast<char*>(block) + bk::slab_page_size - 1));
+        return new (place) bk::SlabPage{&bk::document_page,
+                                        nullptr,
+                                        place + sizeof(bk::SlabPage),
+                                        place + bk::slab_page_size,
+                                        0,
+                                        bk::slab_run_class,
+                                        0,
+                                        nullptr,
+                                        nullptr,
+                                        nullptr,
+                                        nullptr,
+                                        nullptr};
+    }
+    static Page* find(const bk::SlabPage* head) noexcept {
+        Page* const page = std::find_if(std::begin(pages_), std::end(pages_), [head](const Page& one) {
+            return one.block != nullptr && one.head == head;
+        });
+        return page == std::end(pages_) ? nullptr : page;
+    }
+    static void release(Page& page) noexcept {
+        bk::unpoison(page.head, bk::slab_page_size);
+        FailingMemory::give_back(std::exchange(page.block, nullptr));
+    }
+
+    static inline std::mutex mutex_;
+    static inline Page pages_[64] = {};
+};
+
 void* operator new(std::size_t size) {
     return FailingMemory::take_or_throw(size);
 }
@@ -107,16 +186,27 @@ void* CoreMemory::allocate(std::size_t size) {
 void* bk::allocate_in_order(std::size_t size) {
     return FailingMemory::take_or_throw(size);
 }
-void* CoreMemory::grow(void* block, std::size_t, std::size_t kept, std::size_t grown) {
+bk::SlabPage* bk::take_document_page() noexcept {
+    return FailingPages::take();
+}
+void bk::give_document_pages_back(SlabPage* first) noexcept {
+    while (first != nullptr) {
+        SlabPage* const page = std::exchange(first, first->next_of_document);
+        FailingPages::give_back(page);
+    }
+}
+void* CoreMemory::grow(void* block, std::size_t size, std::size_t kept, std::size_t grown) {
     void* const larger = FailingMemory::take_or_throw(grown);
     if (kept != 0) {
         std::memcpy(larger, block, kept);
     }
-    FailingMemory::give_back(block);
+    release(block, size);
     return larger;
 }
 void CoreMemory::release(void* block, std::size_t) noexcept {
-    FailingMemory::give_back(block);
+    if (!FailingPages::give_block_back(block)) {
+        FailingMemory::give_back(block);
+    }
 }
 void CoreMemory::refuse_count() {
     throw bk::CountRefused("more than 4294967295 elements");

@@ -1,9 +1,9 @@
 #include "document/json/read/json_tree_impl.h"
 
 #include "document/json/json_words_impl.h"
+#include "parser/model/drop/parser_teardown_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_group_impl.h"
-#include "parser/model/parser_teardown_impl.h"
 #include "parser/model/parser_value_impl.h"
 
 #include <memory>
@@ -160,7 +160,7 @@ void JsonTree::fill_values(ParserEntry& entry, std::size_t first) {
         }
     }
     if (is_plain) {
-        values.keep_plain();
+        values.mark_self_contained();
     }
     pending_.resize(first);
 }

@@ -20,7 +20,7 @@ public:
                 const SourceMap& sources, const Joins& joins, ProblemList& problems)
         : text_(expanded), end_(expanded.data() + expanded.size()), has_escapes_(has_escapes),
           sources_(sources), joins_(joins), problems_(problems), lines_(sources), faults_(expanded),
-          tree_(root, has_escapes, &faults_, limits) {
+          tree_(root, has_escapes, &faults_, limits, expanded.size()) {
         tree_.leave_log_out();
     }
 

@@ -1,4 +1,4 @@
-#include "core/numbers/core_number_plain_impl.h"
+#include "core/numbers/core_number_margined_impl.h"
 
 #include <gtest/gtest.h>
 
@@ -43,7 +43,7 @@ std::string random_digits(std::mt19937_64& random, std::size_t count) {
 
 } // namespace
 
-TEST(core_number_plain, usual_ints_are_read_the_short_way) {
+TEST(core_number_margined, usual_ints_are_read_the_short_way) {
     for (const int expected :
          {0, 1, -1, 7, 10, -99, 123, 4096, -70000, 999999, 1234567, 12345678, -99999999}) {
         int value = 1;
@@ -55,7 +55,7 @@ TEST(core_number_plain, usual_ints_are_read_the_short_way) {
     EXPECT_EQ(value, -7);
 }
 
-TEST(core_number_plain, other_texts_are_no_usual_ints) {
+TEST(core_number_margined, other_texts_are_no_usual_ints) {
     for (const char* text :
          {"", "-", "--1", "+1", " 1", "1 ", "1x", "0x1", "123456789", "-123456789", "1.5", "a"}) {
         int value = 5;
@@ -64,7 +64,7 @@ TEST(core_number_plain, other_texts_are_no_usual_ints) {
     }
 }
 
-TEST(core_number_plain, usual_decimals_are_read_the_short_way) {
+TEST(core_number_margined, usual_decimals_are_read_the_short_way) {
     for (const char* text :
          {"0.5", ".5", "5.", "-.5", "-5.", "-391.32", "0.185300", "1.744325", "-0.326425", "1234567.",
           ".1234567", "9.999999", "0.12345678", "12345678.9", "123456789012345.", ".123456789012345"}) {
@@ -72,7 +72,7 @@ TEST(core_number_plain, usual_decimals_are_read_the_short_way) {
     }
 }
 
-TEST(core_number_plain, random_decimals_are_read_the_short_way) {
+TEST(core_number_margined, random_decimals_are_read_the_short_way) {
     std::mt19937_64 random(20240710);
     for (int round = 0; round < 20000; ++round) {
         std::string text = random_digits(random, 1 + random() % 15);
@@ -82,7 +82,7 @@ TEST(core_number_plain, random_decimals_are_read_the_short_way) {
     }
 }
 
-TEST(core_number_plain, other_texts_are_no_usual_decimals) {
+TEST(core_number_margined, other_texts_are_no_usual_decimals) {
     for (const char* text : {"",
                              "-",
                              ".",
@@ -124,7 +124,7 @@ TEST(core_number_plain, other_texts_are_no_usual_decimals) {
     }
 }
 
-TEST(core_number_plain, a_negative_zero_keeps_its_sign) {
+TEST(core_number_margined, a_negative_zero_keeps_its_sign) {
     double value = 1.0;
     ASSERT_TRUE(is_plain_decimal("-0.0", value));
     EXPECT_TRUE(std::signbit(value));
@@ -134,7 +134,7 @@ TEST(core_number_plain, a_negative_zero_keeps_its_sign) {
 
 #if defined(__SIZEOF_INT128__)
 
-TEST(core_number_plain, long_decimals_are_read_the_short_way) {
+TEST(core_number_margined, long_decimals_are_read_the_short_way) {
     for (const char* text :
          {"-65.613616999999977", "43.420273000000009", "0.30000000000000004", "1234567.123456789012",
           "-1.000000000000000001", "0.9999999999999999", "9.999999999999999999", "0.000000000000000001",
@@ -144,7 +144,7 @@ TEST(core_number_plain, long_decimals_are_read_the_short_way) {
     }
 }
 
-TEST(core_number_plain, random_long_decimals_are_rounded_to_the_nearest_double) {
+TEST(core_number_margined, random_long_decimals_are_rounded_to_the_nearest_double) {
     std::mt19937_64 random(20240711);
     for (std::size_t whole = 1; whole <= 18; ++whole) {
         for (std::size_t fraction = 1; whole + fraction <= 19; ++fraction) {
@@ -158,7 +158,7 @@ TEST(core_number_plain, random_long_decimals_are_rounded_to_the_nearest_double) 
     }
 }
 
-TEST(core_number_plain, decimals_beside_the_middle_between_two_doubles_are_rounded_to_the_nearest) {
+TEST(core_number_margined, decimals_beside_the_middle_between_two_doubles_are_rounded_to_the_nearest) {
     std::mt19937_64 random(20240712);
     for (int round = 0; round < 20000; ++round) {
         // Between 4 and 8 the middles between doubles are multiples of 2^-51: they have 51 digits, of which 17 are kept.
@@ -177,7 +177,7 @@ TEST(core_number_plain, decimals_beside_the_middle_between_two_doubles_are_round
 
 #endif
 
-TEST(core_number_plain, the_rounding_mode_changes_nothing) {
+TEST(core_number_margined, the_rounding_mode_changes_nothing) {
     std::mt19937_64 random(20240713);
     for (const int mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
         for (int round = 0; round < 1000; ++round) {

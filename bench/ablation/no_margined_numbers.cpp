@@ -1,4 +1,4 @@
-#include "core/numbers/core_number_plain_impl.h"
+#include "core/numbers/core_number_margined_impl.h"
 
 namespace bk {
 

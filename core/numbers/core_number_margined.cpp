@@ -1,4 +1,4 @@
-#include "core/numbers/core_number_plain_impl.h"
+#include "core/numbers/core_number_margined_impl.h"
 
 #include "core/numbers/core_number_decimal_impl.h"
 #include "core/numbers/core_number_digits_impl.h"

@@ -1,6 +1,7 @@
-#include "parser/model/parser_teardown_impl.h"
+#include "parser/model/drop/parser_teardown_impl.h"
 
 #include "core/memory/core_thread_impl.h"
+#include "parser/model/drop/parser_document_pages_impl.h"
 #include "parser/model/parser_group_impl.h"
 
 namespace bk {
@@ -15,6 +16,12 @@ constexpr unsigned int most_nested = 64;
 constinit thread_local ParserGroup* doomed BK_TLS_MODEL = nullptr;
 constinit thread_local unsigned int open_destructors BK_TLS_MODEL = 0;
 
+/// False when all of its document goes, and the group with it.
+bool may_go(const ParserGroup& group) noexcept {
+    DocumentPages* const pages = GroupAccess::is_in_pages(group) ? DocumentPages::of(&group) : nullptr;
+    return pages == nullptr || pages->may_go(group);
+}
+
 void destroy_now(ParserGroup* group) noexcept {
     ++open_destructors;
     GroupAccess::forget_source_entry(*group);
@@ -25,7 +32,7 @@ void destroy_now(ParserGroup* group) noexcept {
 } // namespace
 
 void destroy_group(ParserGroup* group) noexcept {
-    if (group == nullptr) {
+    if (group == nullptr || !may_go(*group)) {
         return;
     }
     if (open_destructors == most_nested) {

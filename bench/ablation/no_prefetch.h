@@ -1,3 +1,0 @@
-#pragma once
-
-#define __builtin_prefetch(address) static_cast<void>(address)

@@ -1,0 +1,118 @@
+#include "tests/support/run_out.h"
+
+#include "parser/parser_group.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// Memory runs out while a large document is read, which has pages of its own, and while it is edited.
+
+namespace {
+
+/// With blanks, so that it is large.
+CoreString large_text() {
+    std::string text = "#k 1 first \"a string longer than eleven\" bytes 0x01FF00010000 ";
+    for (int i = 0; i < 150; ++i) {
+        text += "item<template_of_a_long_name> { a_name_longer_than_eleven " + std::to_string(i) +
+                " f(1) #key_of_item 2 g { s \"another string that is long\" } } ";
+    }
+    text += "row";
+    for (int i = 0; i < 300; ++i) {
+        text += " " + std::to_string(i);
+    }
+    return core_text(text + std::string(33000, ' '));
+}
+
+/// One whose lists stand in the pages.
+ParserGroup& plain_group(const ParserGroup& root) {
+    return *root.get_entry("item")->get_group(0)->get_entry("g")->get_group(0);
+}
+
+using Edit = std::function<void(ParserGroup&)>;
+
+const std::vector<Edit>& edits() {
+    static const std::vector<Edit> all = {
+        [](ParserGroup& root) { root.get_entry("first")->rename("another_name_longer_than_eleven"); },
+        [](ParserGroup& root) { root.get_entry("first")->set_template("a_name_longer_than_eleven"); },
+        [](ParserGroup& root) { root.get_entry("first")->set_string("a new string of some length", 0); },
+        [](ParserGroup& root) { root.get_entry("first")->add_string("a new string of some length"); },
+        [](ParserGroup& root) { root.get_entry("row")->add_string("a new string of some length"); },
+        [](ParserGroup& root) { root.get_entry("item")->get_group(0)->add_entry("new", 0, 0); },
+        [](ParserGroup& root) { root.get_entry("item")->add_group(nullptr); },
+        [](ParserGroup& root) { root.get_entry("row")->add_group(nullptr); },
+        [](ParserGroup& root) { root.get_entry("item")->get_group(0)->add_group("#new_keyword"); },
+        [](ParserGroup& root) {
+            ParserGroup& group = *root.get_entry("item")->get_group(0);
+            group.get_entries()[0]->set_as_raw_text(true);
+            group.get_entries()[1]->set_as_raw_text(true);
+            group.move_entry(0, 1);
+        },
+        [](ParserGroup& root) { plain_group(root).add_group("new"); },
+        [](ParserGroup& root) {
+            plain_group(root).get_entries()[0]->set_as_raw_text(true);
+            plain_group(root).move_entry(0, 0);
+        },
+        [](ParserGroup& root) { root.get_entry("item")->copy_from(*root.get_entry("row")); },
+        [](ParserGroup& root) { root.remove_entry(CoreString("first")); },
+        [](ParserGroup& root) { root.get_entry("item")->get_group(0)->remove_entry(0u); },
+        [](ParserGroup& root) { *root.get_entry("item") = *root.get_entry("first"); },
+        [](ParserGroup& root) {
+            *root.get_entry("item")->get_group(0) = *root.get_entries().end()[-2]->get_group(0);
+        },
+        [](ParserGroup& root) {
+            ParserGroup other("other");
+            root.move_entry(1, other);
+        },
+    };
+    return all;
+}
+
+} // namespace
+
+TEST(memory_out_drop, a_large_document_that_could_not_be_read_whole_leaves_nothing) {
+    const CoreString text = large_text();
+    CountingLog log;
+    bool failed = true;
+    for (std::size_t n = 1; failed; ++n) {
+        const long live = FailingMemory::live();
+        {
+            ParserGroup root("root");
+            FailingMemory::fail_at(n, n % 2 == 0);
+            root.set_text(text, default_parser_serial_version, nullptr);
+            failed = FailingMemory::disarm();
+            if (!failed) {
+                EXPECT_EQ(root.get_entries().get_count(), 154u);
+                EXPECT_GT(FailingPages::count(), 1u);
+            }
+        }
+        ASSERT_EQ(FailingMemory::live(), live) << n;
+        ASSERT_EQ(FailingPages::count(), 0u) << n;
+    }
+}
+
+TEST(memory_out_drop, an_edit_that_finds_no_memory_leaves_a_large_document_that_goes_whole) {
+    const CoreString text = large_text();
+    CountingLog log;
+    for (const Edit& edit : edits()) {
+        bool failed = true;
+        for (std::size_t n = 1; failed; ++n) {
+            const long live = FailingMemory::live();
+            {
+                ParserGroup root("root");
+                root.set_text(text, default_parser_serial_version, nullptr);
+                FailingMemory::fail_at(n, n % 2 == 0);
+                try {
+                    edit(root);
+                } catch (const std::bad_alloc&) {
+                    EXPECT_GE(root.get_entries().get_count(), 153u);
+                }
+                failed = FailingMemory::disarm();
+            }
+            ASSERT_EQ(FailingMemory::live(), live) << n;
+            ASSERT_EQ(FailingPages::count(), 0u) << n;
+        }
+    }
+}
