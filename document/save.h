@@ -96,7 +96,8 @@ struct SavePreview {
 /// spliced in.
 ///
 /// **What a save that keeps the layout does.** It reads the old files again. It refuses when one of them has changed on the disk or is
-/// gone, or when an include that was left out can be read now, there or at the new path. It recognises an entry by the line and
+/// gone, or when an include that failed can be read now, there or at the new path. After a load without `LoadOptions::follow_includes` it reads
+/// no include, and keeps the directives. It recognises an entry by the line and
 /// column that the load gave it. So a moved or changed entry keeps what is around it. A renamed entry keeps that too when its values, or
 /// an entry of its group, are as before. An entry of another document counts as new, unless one entry of this document had
 /// both its place and its name. After the save, the entries have the lines and columns of the new text.

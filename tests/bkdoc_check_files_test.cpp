@@ -40,6 +40,18 @@ TEST_F(bkdoc_check_files, tell_the_problem_of_an_include_as_its_own_when_it_is_c
                            "4 files, 4 with problems (1 error)\n");
 }
 
+TEST_F(bkdoc_check_files, tell_a_problem_of_an_include_once_whatever_it_skips_in_each_document) {
+    folder.write("lib/part.bkd", "p true\n");
+    const std::string part = folder.path("lib/part.bkd");
+    const BkdocRun run = run_bkdoc({"check", shots()});
+    EXPECT_EQ(run.out,
+              "in " + part + ", included by 3 documents:\n" + part +
+                  ":1:1: error: 'p' has no value, and 'true' is skipped: booleans are yes and no; 'a' in "
+                  "line 2 of " +
+                  folder.path("shots/a.bkd") +
+                  " is skipped, too [not-a-boolean]\np true\n^\n3 files, 3 with problems (1 error)\n");
+}
+
 TEST_F(bkdoc_check_files, come_in_one_order_on_any_number_of_threads) {
     for (int i = 0; i < 60; ++i) {
         folder.write("shots/z" + std::to_string(i) + ".bkd", "z @ " + std::to_string(i) + "\n");
@@ -158,14 +170,30 @@ TEST_F(bkdoc_check_files, take_search_folders_and_rules_from_the_configuration_a
     EXPECT_NE(wrong.err.find(": 'serach' is not a setting"), std::string::npos) << wrong.err;
 }
 
+TEST_F(bkdoc_check_files, are_refused_once_with_the_place_of_the_fault_in_the_configuration) {
+    const std::string config = folder.path(".bkdoc.bkd");
+    folder.write(".bkdoc.bkd", "search \"lib\"\n  serch \"lib\"\n");
+    const BkdocRun unknown = run_bkdoc({"check", shots()});
+    EXPECT_EQ(unknown.err, "bkdoc: " + config +
+                               ":2:3: 'serch' is not a setting, or has the wrong values; the settings are "
+                               "search, allow, ext, strict and max_problems\n");
+    EXPECT_EQ(unknown.code, 2);
+    folder.write(".bkdoc.bkd", "search \"lib\"\nstrict true\n");
+    EXPECT_EQ(run_bkdoc({"check", "--format", "gcc", shots()}).err,
+              "bkdoc: " + config +
+                  ":2:1: cannot be used: 'strict' has no value, and 'true' is skipped: booleans are yes and "
+                  "no\n");
+}
+
 TEST_F(bkdoc_check_files, are_refused_when_the_configuration_allows_an_unknown_code) {
     folder.write("project/.bkdoc.bkd", "allow \"include-not-fuond\"\n");
     const std::string config = folder.full_path("project/.bkdoc.bkd");
     const std::string file = folder.write("project/a.bkd", "a 1\n");
     const BkdocRun run = run_bkdoc({"check", file});
     EXPECT_EQ(run.code, 2);
-    EXPECT_EQ(run.err, "bkdoc: " + config +
-                           ": allow: unknown code 'include-not-fuond'; did you mean 'include-not-found'?\n");
+    EXPECT_EQ(run.err,
+              "bkdoc: " + config +
+                  ":1:1: allow: unknown code 'include-not-fuond'; did you mean 'include-not-found'?\n");
     EXPECT_EQ(run_bkdoc({"check", "--no-config", file}).code, 0);
 }
 

@@ -77,6 +77,11 @@ TEST_F(bkdoc_deps, are_asked_the_other_way_round) {
                               "  line 1\n"
                               "    \xE2\x94\x94\xE2\x94\x80\xE2\x94\x80 " +
                               top + "  line 2\n");
+    const BkdocRun lost = run({"--reverse", folder.path("lost.bkd"), folder.path()});
+    EXPECT_EQ(lost.code, 2);
+    EXPECT_EQ(lost.out, "");
+    EXPECT_EQ(lost.err, "bkdoc: " + folder.path("lost.bkd") +
+                            ": no such file; deps --missing lists the includes that are not found\n");
     const BkdocRun none = run({"--reverse", top, folder.path()});
     EXPECT_EQ(none.code, 1);
     EXPECT_EQ(none.out, top + " is included by none of the documents\n");
@@ -97,6 +102,39 @@ TEST_F(bkdoc_deps, are_json) {
                                              deep + "\",\n      \"path\": \"" + deep +
                                              "\",\n"
                                              "      \"includes\": []\n    }\n  ]\n}\n");
+}
+
+TEST_F(bkdoc_deps, are_json_of_what_is_asked_for) {
+    const auto file = [](const std::string& path, const std::string& includes) {
+        return "    {\n      \"file\": \"" + path + "\",\n      \"path\": \"" + path +
+               "\",\n      \"includes\": [\n" + includes + "      ]\n    }";
+    };
+    const auto include = [](const std::string& name, int line, const std::string& rest) {
+        return "        {\n          \"name\": \"" + name +
+               "\",\n          \"line\": " + std::to_string(line) + ",\n          \"column\": 1,\n" + rest +
+               "        }";
+    };
+    const auto found = [](const std::string& path, const std::string& tried) {
+        return "          \"found\": \"" + path + "\",\n          \"tried\": [" + tried + "]\n";
+    };
+    const std::string beside = "\n            \"" + folder.path("part.bkd") + "\"\n          ";
+    const std::string head = "{\n  \"documents\": [\n    \"" + top + "\"\n  ],\n  \"files\": [\n";
+    const BkdocRun reverse = run({"--json", "--reverse", deep, top});
+    EXPECT_EQ(reverse.out, head +
+                               file(top, include("part.bkd", 1, found(part, beside)) + ",\n" +
+                                             include("part.bkd", 2, found(part, beside)) + "\n") +
+                               ",\n" + file(part, include("deep.bkd", 2, found(deep, "")) + "\n") +
+                               "\n  ]\n}\n");
+    EXPECT_EQ(reverse.code, 0);
+    const BkdocRun none = run({"--json", "--reverse", top, top});
+    EXPECT_EQ(none.out, "{\n  \"documents\": [\n    \"" + top + "\"\n  ],\n  \"files\": []\n}\n");
+    EXPECT_EQ(none.code, 1);
+    const BkdocRun missing = run({"--json", "--missing", top, broken});
+    EXPECT_EQ(missing.out.find("part.bkd"), std::string::npos) << missing.out;
+    EXPECT_NE(missing.out.find("\"problem\": \"include-not-found\""), std::string::npos) << missing.out;
+    EXPECT_EQ(missing.code, 1);
+    EXPECT_EQ(run({"--dot", "--json", top}).err, "bkdoc: --dot does not go with --json\n");
+    EXPECT_EQ(run({"--missing", "--reverse", deep, top}).code, 2);
 }
 
 TEST_F(bkdoc_deps, of_a_document_that_cannot_be_read_are_told_to_be_unknown) {

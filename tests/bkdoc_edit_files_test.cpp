@@ -134,6 +134,34 @@ TEST_F(bkdoc_edit_files, an_included_file_that_would_change_is_told_before_the_o
     EXPECT_EQ(both.err, "real/lamp.bkd: 1 value set\n");
 }
 
+TEST_F(bkdoc_edit_files, without_includes_the_file_itself_is_changed_and_its_directives_stay) {
+    folder_.write("top.bkd", "#include \"real/lamp.bkd\"\nwide 1 // metre\n");
+    EXPECT_EQ(run({"set", "-w", "--no-includes", "**", "=5", "top.bkd"}).out, "top.bkd: 1 value set\n");
+    EXPECT_EQ(folder_.read("top.bkd"), "#include \"real/lamp.bkd\"\nwide 5 // metre\n");
+    EXPECT_EQ(run({"rename", "-w", "--no-includes", "wide", "far", "top.bkd"}).out,
+              "top.bkd: 1 name changed\n");
+    EXPECT_EQ(run({"add", "-w", "--no-includes", "near", "3", "top.bkd"}).out, "top.bkd: 1 entry added\n");
+    EXPECT_EQ(run({"mv", "-w", "--no-includes", "far", "g/far", "top.bkd"}).out, "top.bkd: 1 entry moved\n");
+    EXPECT_EQ(run({"rm", "-w", "--no-includes", "near", "top.bkd"}).out, "top.bkd: 1 entry removed\n");
+    EXPECT_EQ(folder_.read("top.bkd"), "#include \"real/lamp.bkd\"\ng {\n    far 5\n}\n");
+    EXPECT_EQ(folder_.read("real/lamp.bkd"), "power 1\n");
+}
+
+TEST_F(bkdoc_edit_files, a_reason_in_a_shared_file_is_told_once) {
+    folder_.write("a.bkd", "#include \"real/lamp.bkd\"\n");
+    folder_.write("b.bkd", "#include \"real/lamp.bkd\"\n");
+    EXPECT_EQ(
+        run({"set", "-w", "power", "*=1.5", "a.bkd", "b.bkd"}).err,
+        "bkdoc: real/lamp.bkd:1:1: power: 1 * 1.5 is 1.5, which is not an int; --type double makes it a "
+        "double, --type int rounds it\nbkdoc: nothing is written\n");
+    folder_.write("real/lamp.bkd", "power 1 @\n");
+    EXPECT_EQ(run({"set", "-w", "power", "*=2", "a.bkd", "b.bkd"}).err,
+              "in file included from a.bkd:1:1:\nreal/lamp.bkd:1:9: error: unexpected '@' "
+              "[unexpected-word]\npower 1 @\n        ^\n"
+              "bkdoc: a.bkd: has errors; --force changes it anyway\n"
+              "bkdoc: b.bkd: has errors; --force changes it anyway\nbkdoc: nothing is written\n");
+}
+
 #if !defined(_WIN32)
 
 /// What a program of the system says, with its exit code.

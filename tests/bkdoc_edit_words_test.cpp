@@ -64,6 +64,38 @@ TEST_F(bkdoc_edit_words, a_name_that_is_a_value_is_refused) {
               "letters, digits, _ and '.'; those of keywords begin with #\nbkdoc: nothing is written\n");
 }
 
+TEST_F(bkdoc_edit_words, the_name_of_a_keyword_is_refused_for_an_entry_that_is_none) {
+    const std::string told = "bkdoc: a.bkd:1:1: n: cannot be called '";
+    EXPECT_EQ(
+        run({"rename", "n", "#units", "a.bkd"}).err,
+        told + "#units'; it is the name of a keyword, and this entry is none\nbkdoc: nothing is written\n");
+    EXPECT_NE(run({"rename", "n", "#a b", "a.bkd"}).err.find("names begin with a letter"), std::string::npos);
+}
+
+TEST_F(bkdoc_edit_words, a_result_that_no_int_holds_says_so) {
+    folder_.write("big.bkd", "i 2147483647\n");
+    const std::string told = "bkdoc: big.bkd:1:1: i: 2147483647 ";
+    const std::string end = "; --type double makes it a double\nbkdoc: nothing is written\n";
+    EXPECT_EQ(run({"set", "i", "+=1", "big.bkd"}).err,
+              told + "+ 1 is out of range for an int, which has 32 bits" + end);
+    EXPECT_EQ(run({"set", "--type", "int", "i", "*=1.5", "big.bkd"}).err,
+              told + "* 1.5 is out of range for an int, which has 32 bits" + end);
+}
+
+TEST_F(bkdoc_edit_words, a_change_without_a_value_says_what_it_needs) {
+    EXPECT_EQ(run({"set", "n", "=", "a.bkd"}).err, "bkdoc: '=' needs a value, as in =60.0 or '=\"sun\"'\n");
+    EXPECT_EQ(run({"set", "n", "*=", "a.bkd"}).err, "bkdoc: *= needs a number\n");
+}
+
+TEST_F(bkdoc_edit_words, a_string_that_the_version_of_the_text_cannot_hold_says_what_helps) {
+    const BkdocRun set = run({"set", "-w", "name", "=\"a\\nb\"", "a.bkd"});
+    EXPECT_EQ(set.err,
+              "bkdoc: a.bkd: name: texts of this version have no quotes and line ends in strings; they have "
+              "with '#Brellwick_Serial_Version 1.2' as the first line\n"
+              "bkdoc: a.bkd: the text form cannot carry everything\nbkdoc: nothing is written\n");
+    EXPECT_EQ(set.code, 2);
+}
+
 TEST_F(bkdoc_edit_words, a_name_that_looks_like_a_value_is_warned_of) {
     const std::string told = "bkdoc: warning: 'true' is a name here, not a value: booleans are yes and no\n";
     const BkdocRun renamed = run({"rename", "n", "true", "a.bkd"});

@@ -116,4 +116,38 @@ TEST_F(bkdoc_folder_diff, a_folder_and_a_file_are_refused) {
     EXPECT_EQ(run({"diff", "gone", "old"}).code, 2);
 }
 
+TEST_F(bkdoc_folder_diff, tells_a_problem_of_a_shared_include_once) {
+    write("lib/part.bkd", "p 1 @\n", "p 1\n");
+    write("a.bkd", "#include \"lib/part.bkd\"\na 1\n", "#include \"lib/part.bkd\"\na 2\n");
+    write("b.bkd", "#include \"lib/part.bkd\"\n", "#include \"lib/part.bkd\"\n");
+    const BkdocRun diff = run({"diff", "old", "new"});
+    EXPECT_EQ(diff.err, "in file included from old/a.bkd:1:1:\nold/lib/part.bkd:1:5: error: unexpected '@' "
+                        "[unexpected-word]\np 1 @\n    ^\n");
+    EXPECT_EQ(diff.out, "new/a.bkd:2 a 1 -> 2\n");
+    EXPECT_EQ(diff.code, 2);
+    EXPECT_EQ(run({"tree", "--depth", "1", "old/a.bkd", "old/b.bkd"}).err, diff.err);
+}
+
+TEST_F(bkdoc_folder_diff, same_compares_folders_too) {
+    write("a.bkd", "power 1.0\n", "power = 1.0 // watt\n");
+    write("deep/b.bkd", "x 1\n", "x 1\n");
+    const BkdocRun same = run({"same", "old/", "new"});
+    EXPECT_EQ(same.out, "old and new hold the same trees (2 documents)\n");
+    EXPECT_EQ(same.code, 0);
+    write("a.bkd", "power 1\n", "power 1.0\n");
+    EXPECT_EQ(run({"same", "--content", "old", "new"}).out,
+              "old and new hold the same names and values (2 documents)\n");
+    folder_.write("old/c.bkd", "x 1\n");
+    const BkdocRun other = run({"same", "old", "new"});
+    EXPECT_EQ(other.out, "old/a.bkd and new/a.bkd differ at power, value 1:\n  old/a.bkd: int 1\n"
+                         "  new/a.bkd: double 1.0\nonly in old: c.bkd\n");
+    EXPECT_EQ(other.code, 1);
+    EXPECT_EQ(run({"same", "--json", "old", "new"}).err,
+              "bkdoc: --json compares two files; diff --json compares folders\n");
+    const BkdocRun mixed = run({"same", "old", "new/a.bkd"});
+    EXPECT_EQ(mixed.err,
+              "bkdoc: old is a folder and new/a.bkd is not; same compares two files or two folders\n");
+    EXPECT_EQ(mixed.code, 2);
+}
+
 } // namespace

@@ -78,6 +78,8 @@ TEST(bkdoc_git, conflicts_stop_the_merge) {
     ASSERT_EQ(repository.run("git checkout -q main"), 0);
     repository.commit("a 5\nb 2\n");
     EXPECT_NE(repository.run("git merge -q -m m other"), 0);
+    const std::string told = repository.folder.read("out.txt");
+    EXPECT_NE(told.find("bkdoc: a.bkd: 1 conflict\n"), std::string::npos) << told;
     EXPECT_EQ(repository.folder.read("a.bkd"), "<<<<<<< ours\na 5\n=======\na 3\n>>>>>>> theirs\nb 4\n");
 }
 
@@ -116,7 +118,20 @@ TEST(bkdoc_textconv, it_never_fails) {
     EXPECT_EQ(run.code, 0);
     const BkdocRun image = run_bkdoc({"textconv", "-"}, std::string_view("\x89PNG\r\n\x1A\n\0\0\0", 11));
     EXPECT_EQ(image.code, 0);
-    EXPECT_EQ(image.out.substr(0, 3), "// ");
+    EXPECT_EQ(image.out, "// 11 bytes, hash CBA1B2818F3117E4\n// the file is a PNG image, not a document\n");
+    const BkdocRun json = run_bkdoc({"textconv", "-"}, "{\"a\":1}\n");
+    EXPECT_NE(json.out.find("\n// the file is JSON, not a document; bkdoc convert reads it\n"),
+              std::string::npos)
+        << json.out;
+    const ScratchFolder folder;
+    folder.write("a.bkd", "a 1\n");
+    ASSERT_EQ(
+        run_bkdoc({"convert", "--to", "cipher", "--key", "k", folder.path("a.bkd"), folder.path("a.kwbf")})
+            .code,
+        0);
+    const BkdocRun cipher = run_bkdoc({"textconv", folder.path("a.kwbf")});
+    EXPECT_NE(cipher.out.find("\n// the file is encrypted, and no key is given: "), std::string::npos)
+        << cipher.out;
 }
 
 TEST(bkdoc_merge, the_result_goes_to_standard_output_or_into_ours) {
@@ -148,7 +163,18 @@ TEST(bkdoc_merge, conflicts_are_counted_and_trouble_is_told) {
     EXPECT_EQ(run.code, 1);
     const BkdocRun faulty =
         run_bkdoc({"merge", folder.path("base"), folder.path("ours"), folder.path("faulty")});
-    EXPECT_EQ(faulty.err, "bkdoc: cannot merge into " + folder.path("ours") +
+    EXPECT_EQ(faulty.err, folder.path("faulty") +
+                              ":1:5: error: ')' closes no argument list [bad-arguments]\na 3 )\n    ^\n" +
+                              "bkdoc: cannot merge into " + folder.path("ours") +
                               ": theirs has errors; line 1, column 5: ')' closes no argument list\n");
     EXPECT_EQ(faulty.code, 2);
+    const BkdocRun named = run_bkdoc(
+        {"merge", "--name=a b.bkd", folder.path("base"), folder.path("ours"), folder.path("faulty")});
+    EXPECT_EQ(named.err,
+              "a b.bkd (theirs):1:5: error: ')' closes no argument list [bad-arguments]\na 3 )\n    ^\n"
+              "bkdoc: cannot merge into a b.bkd: theirs has errors\n");
+    EXPECT_EQ(run_bkdoc({"merge", "--name=a b.bkd", folder.path("base"), folder.path("ours"),
+                         folder.path("theirs")})
+                  .err,
+              "bkdoc: a b.bkd: 1 conflict\n");
 }

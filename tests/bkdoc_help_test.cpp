@@ -50,11 +50,12 @@ OURS with --write. It keeps the layout and the comments of OURS. Where both
 changed the same thing in different ways, the result has conflict markers as git
 writes them, and merge says how many.
 
-To use it in git, set merge.bkdoc.driver to 'bkdoc merge -w %O %A %B', and write
-'*.bkd merge=bkdoc' into .gitattributes.
+To use it in git, set merge.bkdoc.driver to 'bkdoc merge -w --name=%P %O %A %B',
+and write '*.bkd merge=bkdoc' into .gitattributes.
 
 Options
   -w, --write           Write the result to OURS.
+  --name NAME           The name of the file in messages; git writes it for %P.
 
 General options
   --color auto|always|never

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #if !defined(_WIN32)
-#include <unistd.h>
+#include "tests/support/other_user.h"
 #endif
 
 // When a file cannot be read or written, the tool names it as the user did and gives the system's reason.
@@ -156,16 +156,6 @@ TEST_F(bkdoc_reasons, an_include_behind_a_linked_folder_keeps_its_steps_back) {
               "linked/../part.bkd:1:5: error: unexpected '@' [unexpected-word]\n");
 }
 
-/// As a user who may not write: root may write everything.
-BkdocRun run_as_nobody(const std::string& folder, const std::vector<std::string>& arguments) {
-    const ScratchFolder other;
-    std::string before = "cd " + bkdoc_run_detail::shell_word(folder) + " && ";
-    if (::geteuid() == 0) {
-        before += "setpriv --reuid=65534 --regid=65534 --clear-groups ";
-    }
-    return run_bkdoc_on(other.write("in", ""), arguments, before);
-}
-
 TEST_F(bkdoc_reasons, what_may_not_be_written_is_told_and_stays) {
     folder_.make_folder("own");
     folder_.write("own/b.bkd", "n    1\n");
@@ -188,6 +178,8 @@ TEST_F(bkdoc_reasons, what_may_not_be_written_is_told_and_stays) {
     EXPECT_EQ(run_as_nobody(folder_.path(), {"convert", "--to", "binary", "a.bkd", "a.bin"}).err,
               "bkdoc: a.bin" + denied + "; nothing is written\n");
     EXPECT_EQ(folder_.read("own/b.bkd"), "n    1\n");
+    EXPECT_EQ(run_as_nobody(folder_.path(), {"fmt", "-w", "own/b.bkd", "a.bkd"}).err,
+              "bkdoc: own/b.bkd" + denied + "\nbkdoc: a.bkd" + denied + "\n2 files, 0 formatted\n");
     std::filesystem::permissions(folder_.path(), std::filesystem::perms::owner_all);
 }
 

@@ -53,6 +53,22 @@ TEST(bkdoc_recover, a_file_without_damage_loses_nothing_in_any_form) {
     }
 }
 
+TEST(bkdoc_recover, a_damaged_cipher_of_full_length_has_errors_and_is_not_told_to_be_whole) {
+    const ScratchFolder folder;
+    folder.write("a.bkd", "alpha 1\nbeta 2\ngamma 3\n");
+    const std::string stored = folder.path("a.kwbf");
+    ASSERT_EQ(run_bkdoc({"convert", "--to", "cipher", "--key", "k", folder.path("a.bkd"), stored}).code, 0);
+    std::string bytes = folder.read("a.kwbf");
+    for (std::size_t i = bytes.size() / 2; i < bytes.size() / 2 + 8; ++i) {
+        bytes[i] = static_cast<char>(~bytes[i]);
+    }
+    folder.write("a.kwbf", bytes);
+    const BkdocRun recover = run_bkdoc({"recover", "--key", "k", stored});
+    EXPECT_EQ(recover.code, 1);
+    EXPECT_NE(recover.err.find(" read, no part is missing, but it has "), std::string::npos) << recover.err;
+    EXPECT_EQ(recover.err.find("nothing is lost"), std::string::npos) << recover.err;
+}
+
 TEST(bkdoc_recover, what_is_left_is_written_as_json_too) {
     const ScratchFolder folder;
     const std::string file = write_in_form(folder, "binary", "a 1 b { c \"x\" }");

@@ -27,7 +27,7 @@ TEST(bkdoc_same, the_first_different_value_is_told_with_its_path) {
     const BkdocRun run = compare("scene { light { power 60 } light { power 75 1.0 } }\n",
                                  "scene { light { power 60 } light { power 75 2.0 } }\n");
     EXPECT_EQ(run.code, 1);
-    EXPECT_EQ(run.out, "a.bkd and b.bkd differ at scene/light:2/power, value 2:\n"
+    EXPECT_EQ(run.out, "a.bkd and b.bkd differ at scene/light[1]/power, value 2:\n"
                        "  a.bkd: double 1.0\n"
                        "  b.bkd: double 2.0\n");
 }

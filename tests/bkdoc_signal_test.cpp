@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <functional>
 #include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -44,7 +45,8 @@ pid_t start_traced(const std::vector<std::string>& arguments) {
 }
 
 /// Runs the tool, which gets the signal at the n-th place, counted from 1.
-Ended run_with_signal_at(int n, int signal, const std::vector<std::string>& arguments) {
+Ended run_with_signal_at(int n, int signal, const std::vector<std::string>& arguments,
+                         const std::function<void()>& at_signal = {}) {
     Ended ended;
     const pid_t child = start_traced(arguments);
     if (child < 0 || ::waitpid(child, &ended.status, 0) != child || !WIFSTOPPED(ended.status)) {
@@ -65,6 +67,9 @@ Ended run_with_signal_at(int n, int signal, const std::vector<std::string>& argu
             to_deliver = WSTOPSIG(ended.status) == SIGTRAP ? 0 : WSTOPSIG(ended.status);
         } else if (++places == n) {
             ended.has_got_signal = true;
+            if (at_signal) {
+                at_signal();
+            }
             ::kill(child, signal);
         }
     }
@@ -150,6 +155,34 @@ TEST_P(bkdoc_signal,
         if (!ended.has_got_signal) {
             EXPECT_EQ(first, "a 2\n");
             return;
+        }
+    }
+}
+
+TEST_P(bkdoc_signal, before_a_formatted_file_is_stored_leaves_the_old_one) {
+#if defined(BK_PARSER_SANITIZED_MEMORY)
+    GTEST_SKIP() << "the leak sanitizer does not work in a traced process";
+#endif
+    const std::string old_bytes = "a    \"the old document\"\n";
+    const int step = GetParam() == SIGINT ? 3 : 11;
+    for (int n = 1;; n += step) {
+        ASSERT_LT(n, more_than_any_needs);
+        const std::string target = folder.write("target/document", old_bytes);
+        bool has_begun_to_store = false;
+        const Ended ended = run_with_signal_at(n, GetParam(), {"fmt", "-w", target}, [&] {
+            has_begun_to_store = rest_count() != 0 || folder.read("target/document") != old_bytes;
+        });
+        if (!ended.is_traced) {
+            GTEST_SKIP() << "this process may not trace another one";
+        }
+        ASSERT_EQ(rest_count(), 0u) << "place " << n;
+        const std::string bytes = folder.read("target/document");
+        if (!ended.has_got_signal) {
+            EXPECT_EQ(bytes, "a \"the old document\"\n");
+            return;
+        }
+        if (!has_begun_to_store) {
+            ASSERT_EQ(bytes, old_bytes) << "place " << n;
         }
     }
 }

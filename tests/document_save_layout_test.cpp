@@ -29,6 +29,24 @@ TEST_F(document_save_layout, an_include_that_is_missing_does_not_vanish_from_an_
     expect_refused(values.document, "entry 'g' holds an include that was not found");
 }
 
+TEST_F(document_save_layout, includes_that_were_not_followed_stay_and_are_not_read) {
+    folder_.write("part", "q 1\n");
+    const std::string text = version + "#include \"part\"\na 1 // one\ng {\n#include \"part\"\n b 2\n}\n";
+    LoadOptions options;
+    options.follow_includes = false;
+    LoadResult loaded = load(folder_.write("file", text), options);
+    ASSERT_TRUE(set(loaded.document.root(), "a", 5));
+    ASSERT_TRUE(set(loaded.document.root(), "g/b", 6));
+    const std::string changed = version + "#include \"part\"\na 5 // one\ng {\n#include \"part\"\n b 6\n}\n";
+    ASSERT_TRUE(save(loaded.document).ok()) << save(loaded.document).reason;
+    EXPECT_EQ(folder_.read("file"), changed);
+    ASSERT_TRUE(set(loaded.document.root(), "a", 7)); // after a save, too
+    ASSERT_TRUE(save(loaded.document).ok());
+    ASSERT_TRUE(move(loaded.document.root(), "g", "h/g"));
+    expect_refused(loaded.document, "entry 'g' holds an include that was not followed");
+    EXPECT_EQ(folder_.read("part"), "q 1\n");
+}
+
 TEST_F(document_save_layout, a_group_with_the_only_include_of_a_file_can_be_removed) {
     folder_.write("part", "q 1\n");
     LoadResult loaded = load_text(version + "g {\n#include \"part\"\n}\ny 2\n");

@@ -42,6 +42,7 @@ struct DocumentState {
     std::vector<std::filesystem::path> search;
     bool beside = true;
     bool working_folder = true;
+    bool follow_includes = true;
     std::string key;
     ParserLimits limits;
     std::vector<ReadFile>

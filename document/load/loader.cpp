@@ -46,6 +46,7 @@ Loader::Loader(const LoadOptions& options)
     state_->search = options.search;
     state_->beside = options.beside;
     state_->working_folder = options.working_folder;
+    state_->follow_includes = options.follow_includes;
     state_->key = options.key;
     state_->limits = options.limits;
 }

@@ -39,6 +39,7 @@ DocumentState moved_to(const DocumentState& state, const std::string& path) {
     moved.search = state.search;
     moved.beside = state.beside;
     moved.working_folder = state.working_folder;
+    moved.follow_includes = state.follow_includes;
     moved.key = state.key;
     moved.limits = state.limits;
     moved.files = state.files;

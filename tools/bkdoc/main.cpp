@@ -1,14 +1,15 @@
 #include "command/command_line.h"
 #include "command/table/command_table.h"
 #include "output/output.h"
+#include "platform/paths.h"
 #include "platform/platform.h"
 #include "platform/saving_device.h"
 #include "platform/unfinished_file.h"
 #include "verbs/exit_code.h"
 
-#include <cstring>
 #include <exception>
 #include <new>
+#include <system_error>
 
 namespace bkdoc {
 
@@ -32,7 +33,7 @@ ExitCode finish(Streams& streams, ExitCode code) {
     if (!streams.out.close()) {
         const int error = streams.out.get_error();
         if (!is_closed_pipe(error)) {
-            complain(streams, std::string("standard output: ") + std::strerror(error));
+            complain(streams, "standard output: " + system_reason({error, std::generic_category()}));
         }
         code = EXIT_UNREADABLE;
     }

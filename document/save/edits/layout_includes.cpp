@@ -40,13 +40,15 @@ const Edit* LayoutEdits::cover_of(Spot directive) const noexcept {
     }
 }
 
-/// A failed include left nothing in the tree, so only its directive shows that it exists: it must stay. It may go with a
+/// A failed include, or one that was not followed, left nothing in the tree, so only its directive shows that it exists: it must stay. It may go with a
 /// removed entry, but not while other entries are printed, because one of those may be the removed entry, moved.
 bool LayoutEdits::keeps_includes() {
     for (const Spot& directive : sources_.left_out()) {
         const Edit* const edit = cover_of(directive);
         if (edit != nullptr && (!edit->removes_entries || has_printed_)) {
-            return refuse(edit->about, "holds an include that was not found");
+            return refuse(edit->about, sources_.follows_includes()
+                                           ? "holds an include that was not found"
+                                           : "holds an include that was not followed");
         }
     }
     return true;

@@ -62,9 +62,9 @@ bool SaveSources::read(const std::string& path) {
     const CoreVector<CoreString> folders = folders_of(state_);
     const CoreString key{std::string_view(state_.key)};
     const CoreString name{std::string_view(path)};
-    bk::Preprocessor preprocessor(
-        folders, key, *this, state_.limits,
-        {state_.beside, state_.working_folder || path.empty(), true, std::string_view::npos, true});
+    bk::Preprocessor preprocessor(folders, key, *this, state_.limits,
+                                  {state_.beside, state_.working_folder || path.empty(), true,
+                                   std::string_view::npos, state_.follow_includes});
     version_ = preprocessor.run(name, name, std::move(bytes), text_);
     version_ = version_ > 0 ? version_ : bk::written_version; // as in a load
     if (!reason_.empty()) {
@@ -127,6 +127,13 @@ void SaveSources::entered(const bk::SourceEntered& file) {
         }
     }
     map_.enter({}, file.path.get_view(), directive_);
+}
+
+void SaveSources::include_found(const bk::SourcePiece& piece) {
+    directive_ = map_.here(piece.directive_offset, piece.directive_length);
+    if (!state_.follow_includes) {
+        left_out_.push_back(directive_);
+    }
 }
 
 /// Ignores errors in a file's text, which leave no file out.

@@ -34,12 +34,13 @@ public:
     /// The files that were read, the document first.
     const std::vector<ReadFile>& files() const noexcept { return files_; }
     const std::vector<std::string>& included() const noexcept { return included_; }
-    /// The directives of failed includes.
+    /// The directives of includes that failed or, without `LoadOptions::follow_includes`, of all includes.
     const std::vector<Spot>& left_out() const noexcept { return left_out_; }
     /// One message "the include 'NAME' is found from the working folder alone" for each such include.
     const std::vector<std::string>& found_from_working_folder() const noexcept {
         return from_working_folder_;
     }
+    bool follows_includes() const noexcept { return state_.follow_includes; }
     bool is_enciphered(std::string_view path) const noexcept;
     /// "FILE:LINE" of a byte of the text.
     std::string place_of(std::size_t expanded) const;
@@ -48,9 +49,7 @@ public:
     bool read_as_text(const CoreString&, CoreString&) override { return true; }
     bool accepts_deciphered(const CoreString& text) override;
     void failed(const bk::SourceFailure& failure) override;
-    void include_found(const bk::SourcePiece& piece) override {
-        directive_ = map_.here(piece.directive_offset, piece.directive_length);
-    }
+    void include_found(const bk::SourcePiece& piece) override;
     void version_found(const bk::SourcePiece&, double) override {}
     void entered(const bk::SourceEntered& file) override;
     void left(CoreString&& text) override { map_.leave(std::move(text)); }

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace bkdoc {
 
@@ -27,6 +28,16 @@ inline std::string real_file(const std::string& path) {
     std::error_code failure;
     const std::filesystem::path real = std::filesystem::canonical(path_of(path), failure);
     return failure ? path : text_of(real);
+}
+
+/// The system's reason, in the middle of a sentence: "permission denied".
+inline std::string system_reason(const std::error_code& error) {
+    std::string reason = error.message();
+    const bool is_word = reason.size() > 1 && reason[1] >= 'a' && reason[1] <= 'z';
+    if (is_word && reason[0] >= 'A' && reason[0] <= 'Z') {
+        reason[0] = static_cast<char>(reason[0] - 'A' + 'a');
+    }
+    return reason;
 }
 
 } // namespace bkdoc

@@ -205,14 +205,17 @@ private:
         return path;
     }
 
-    // ":2" marks the second entry of its name, because no name has a colon.
+    /// As in a path: "light[1]" is the second of several lights.
     static std::string step_name(const Pair& pair) {
         const CoreString& name = entry_of(*pair.first, pair.entry).get_name();
-        unsigned int namesakes = 0;
-        for (unsigned int i = 0; i < pair.entry; ++i) {
-            namesakes += entry_of(*pair.first, i).get_name() == name ? 1 : 0;
+        unsigned int before = 0;
+        unsigned int all = 0;
+        for (unsigned int i = 0; i < pair.first->get_entries().get_count(); ++i) {
+            const bool is_namesake = entry_of(*pair.first, i).get_name() == name;
+            before += is_namesake && i < pair.entry ? 1 : 0;
+            all += is_namesake ? 1 : 0;
         }
-        return shown(name.get_view(), 60) + (namesakes == 0 ? "" : ":" + std::to_string(namesakes + 1));
+        return shown(name.get_view(), 60) + (all < 2 ? "" : "[" + std::to_string(before) + "]");
     }
 
     Likeness likeness_;

@@ -23,9 +23,10 @@ ExitCode for_each_document(const Arguments& arguments, Streams& streams,
         complain(streams, fault);
         worst = EXIT_UNREADABLE;
     }
+    ReportedProblems reported;
     for (const std::string& operand : list.files) {
         OpenedDocument document = open_document(operand, open, streams);
-        worst = std::max(worst, report_aside(document, streams));
+        worst = std::max(worst, report_aside(document, streams, reported));
         if (document.is_read()) {
             worst = std::max(worst, visit(document));
         }

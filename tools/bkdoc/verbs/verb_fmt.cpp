@@ -9,7 +9,6 @@
 #include "output/display/text_display.h"
 #include "output/hard_links.h"
 #include "output/problems/report.h"
-#include "platform/interruption.h"
 #include "platform/paths.h"
 #include "verbs/verbs.h"
 
@@ -38,19 +37,14 @@ public:
     }
 
     ExitCode run(const FileList& list) {
-        const Interruption interruption;
         for (const std::string& fault : list.faults) {
             fail(fault);
         }
         for (const std::string& file : list.files) {
-            if (Interruption::is_wanted() || streams_.out.has_failed()) {
+            if (streams_.out.has_failed()) {
                 break;
             }
             take(file);
-        }
-        if (Interruption::is_wanted()) {
-            complain(streams_, "interrupted");
-            return EXIT_INTERRUPTED;
         }
         if ((writes_ || checks_) && list.files.size() > 1) {
             streams_.err << counted(list.files.size(), "file", "files") + ", " + grouped(changed_) +
@@ -82,11 +76,8 @@ private:
             return;
         }
         const bool has_changed = result.text != input.bytes;
-        changed_ += has_changed ? 1 : 0;
         answer(file, input.bytes, result.text);
-        if (writes_ && has_changed) {
-            store(file, input.bytes, result.text);
-        }
+        changed_ += has_changed && (!writes_ || store(file, input.bytes, result.text)) ? 1 : 0;
     }
 
     void answer(const std::string& file, const std::string& before, const std::string& after) {
@@ -112,16 +103,17 @@ private:
         fail(shown(name, file_name_limit) + ": " + result.reason + "; it is left as it is");
     }
 
-    void store(const std::string& path, const std::string& before, const std::string& after) {
+    bool store(const std::string& path, const std::string& before, const std::string& after) {
         const bk_parser::FileChange change{path_of(path), before, after, true};
         HardLinks links;
         links.note(path, path);
         const std::string reason = bk_parser::replace_files({&change, 1});
         if (!reason.empty()) {
             fail(reason);
-            return;
+            return false;
         }
         links.tell(streams_, true);
+        return true;
     }
 
     Streams& streams_;

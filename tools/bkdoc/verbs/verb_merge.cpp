@@ -1,6 +1,8 @@
+#include "document/load.h"
 #include "document/merge.h"
 #include "input/files/input.h"
 #include "output/display/text_display.h"
+#include "output/problems/report.h"
 #include "output/stored_file.h"
 #include "verbs/verbs.h"
 
@@ -8,31 +10,69 @@
 
 namespace bkdoc {
 
+namespace {
+
+/// One of the three texts.
+struct Side {
+    Input input;
+    std::string name; // in messages
+};
+
+/// The names in messages. git gives a merge driver temporary files, so --name names the file that they stand for.
+std::array<Side, 3> sides_of(const Arguments& arguments) {
+    const auto& operands = arguments.operands();
+    std::array<Side, 3> sides = {Side{Input(operands.at(0)), shown_operand(operands.at(0))},
+                                 Side{Input(operands.at(1)), shown_operand(operands.at(1))},
+                                 Side{Input(operands.at(2)), shown_operand(operands.at(2))}};
+    if (const auto name = arguments.value("--name")) {
+        sides[0].name = *name + " (base)";
+        sides[1].name = *name;
+        sides[2].name = *name + " (theirs)";
+    }
+    return sides;
+}
+
+/// The errors because of which the texts are not merged.
+void write_errors(const std::array<Side, 3>& sides, Output& err) {
+    bk_parser::LoadOptions options;
+    options.follow_includes = false;
+    for (const Side& side : sides) {
+        ProblemWriter writer(err, side.name);
+        for (const bk_parser::Problem& problem : bk_parser::parse(side.input.bytes, options).problems) {
+            if (problem.severity == bk_parser::Severity::error && problem.line != 0) {
+                writer.write(problem, {});
+            }
+        }
+    }
+}
+
+} // namespace
+
 ExitCode run_merge(const Arguments& arguments, Streams& streams) {
-    const std::array<Input, 3> inputs = {Input(arguments.operands().at(0)), Input(arguments.operands().at(1)),
-                                         Input(arguments.operands().at(2))};
-    for (const Input& input : inputs) {
-        if (!input.refusal.empty()) {
-            complain(streams, input.refusal);
+    const std::array<Side, 3> sides = sides_of(arguments);
+    for (const Side& side : sides) {
+        if (!side.input.refusal.empty()) {
+            complain(streams, side.input.refusal);
             return EXIT_UNREADABLE;
         }
     }
-    const std::string& ours = arguments.operands().at(1);
+    const std::string name = shown(sides[1].name, file_name_limit);
     const bk_parser::MergeResult result =
-        bk_parser::merge_texts(inputs[0].bytes, inputs[1].bytes, inputs[2].bytes);
+        bk_parser::merge_texts(sides[0].input.bytes, sides[1].input.bytes, sides[2].input.bytes);
     if (!result.ok()) {
-        complain(streams, "cannot merge into " + shown(ours, file_name_limit) + ": " + result.reason);
+        write_errors(sides, streams.err);
+        complain(streams, "cannot merge into " + name + ": " + result.reason);
         return EXIT_UNREADABLE;
     }
     if (!arguments.has("--write")) {
         streams.out << result.text;
-    } else if (const std::string reason = store_file(ours, result.text, streams); !reason.empty()) {
+    } else if (const std::string reason = store_file(arguments.operands().at(1), result.text, streams);
+               !reason.empty()) {
         complain(streams, reason);
         return EXIT_UNREADABLE;
     }
     if (result.conflicts != 0) {
-        complain(streams,
-                 shown(ours, file_name_limit) + ": " + counted(result.conflicts, "conflict", "conflicts"));
+        complain(streams, name + ": " + counted(result.conflicts, "conflict", "conflicts"));
         return EXIT_FAULTS;
     }
     return EXIT_CLEAN;

@@ -2,6 +2,7 @@
 #include "input/opened_document.h"
 #include "output/display/document_text.h"
 #include "output/display/text_display.h"
+#include "output/problems/report.h"
 #include "verbs/verbs.h"
 
 #include <cstdint>
@@ -23,9 +24,19 @@ std::string fingerprint(std::string_view bytes) {
     return counted(bytes.size(), "byte", "bytes") + ", hash " + digits;
 }
 
+constexpr std::size_t message_limit = 600; // characters
+
+/// The message speaks of the document by its name, which git makes up anew for each comparison, and which a document in memory lacks.
+std::string told_of_file(std::string message) {
+    constexpr std::string_view document = "the document is ";
+    return message.starts_with(document) ? "the file is " + message.substr(document.size())
+           : message.starts_with(" is ") ? "the file" + message
+                                         : message;
+}
+
 void write_problems(const OpenedDocument& document, Output& out) {
     for (const bk_parser::Problem& problem : document.problems()) {
-        out << "// " << shown(problem.message, file_name_limit) << "\n";
+        out << "// " << shown(told_of_file(tool_message(problem, {})), message_limit) << "\n";
     }
 }
 
@@ -47,7 +58,9 @@ ExitCode run_textconv(const Arguments& arguments, Streams& streams) {
         streams.out << input.bytes;
         return EXIT_CLEAN;
     }
-    streams.out << "// " << form_word(document.form()) << ", " << fingerprint(input.bytes) << "\n";
+    const bool is_known = document.is_read() || document.form() != bk_parser::Form::text;
+    streams.out << "// " << (is_known ? std::string(form_word(document.form())) + ", " : "")
+                << fingerprint(input.bytes) << "\n";
     write_problems(document, streams.out);
     if (document.is_read()) {
         streams.out << document_text(document.root()) << "\n";

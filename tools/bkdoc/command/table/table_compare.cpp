@@ -24,6 +24,7 @@ constexpr OptionSpec diff_options[] = {
 constexpr OperandSpec three_files[] = {{"BASE"}, {"OURS"}, {"THEIRS"}};
 constexpr OptionSpec merge_options[] = {
     {"--write", "-w", ValueKind::none, "", false, "Write the result to OURS."},
+    {"--name", "", ValueKind::word, "NAME", false, "The name of the file in messages; git writes it for %P."},
 };
 
 constexpr VerbSpec compare_rows[] = {
@@ -36,16 +37,19 @@ constexpr VerbSpec compare_rows[] = {
      "shows which are in one of them only. A difference in an included file is shown once.",
      two_files, diff_options, true, "bkdoc diff --tolerance 1e-6 old/harbour.bkd harbour.bkd",
      "0 the same\n1 different\n2 a document could not be read, or only in part", run_diff},
-    {"same", Task::compare, "Tell whether two documents hold the same tree.", "", two_files, same_options,
-     true, "bkdoc same harbour.bkd harbour.archive",
+    {"same", Task::compare, "Tell whether two documents hold the same tree.",
+     "A and B may be of any form. They may be two folders: same then compares the documents that have the "
+     "same "
+     "path in both.",
+     two_files, same_options, true, "bkdoc same harbour.bkd harbour.archive",
      "0 the same\n1 different\n2 a document could not be read", run_same},
     {"merge", Task::compare, "Merge two versions of a text, entry by entry.",
      "OURS and THEIRS were both made from BASE. The result is printed, or written to OURS with --write. It "
      "keeps the layout and the comments of OURS. Where both changed the same thing in different ways, the "
      "result has conflict markers as git writes them, and merge says how many.\n"
      "\n"
-     "To use it in git, set merge.bkdoc.driver to 'bkdoc merge -w %O %A %B', and write '*.bkd merge=bkdoc' "
-     "into .gitattributes.",
+     "To use it in git, set merge.bkdoc.driver to 'bkdoc merge -w --name=%P %O %A %B', and write '*.bkd "
+     "merge=bkdoc' into .gitattributes.",
      three_files, merge_options, false, "bkdoc merge base.bkd ours.bkd theirs.bkd",
      "0 merged\n1 merged, with conflicts\n2 not merged, or not written", run_merge},
     {"textconv",

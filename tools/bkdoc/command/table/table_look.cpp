@@ -83,7 +83,9 @@ constexpr VerbSpec look_rows[] = {
      "bkdoc info harbour.bkd", reading_exit_codes, run_info},
     {"deps", Task::look, "Show which files documents include, and where each was found.",
      "A FILE may be a folder or a pattern, as for check. What a file includes is shown once, however often "
-     "that file is included. A missing file is shown with the places that were tried.",
+     "that file is included. A missing file is shown with the places that were tried.\n"
+     "\n"
+     "With --json, --reverse and --missing leave out the files and directives that they do not ask for.",
      several_files, deps_options, true, "bkdoc deps --reverse library/lights.bkd harbour.bkd shots",
      "0 every file was found\n1 a file is missing\n2 a document could not be read", run_deps},
     {"stats", Task::look, "Show what takes the space in documents, largest first.",

@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <unordered_set>
+#include <utility>
 
 namespace bkdoc {
 
@@ -90,20 +92,8 @@ private:
                                                          ? config_for(folder).extensions
                                                          : options_.extensions;
         std::vector<std::string> files;
-        std::error_code error;
-        std::filesystem::recursive_directory_iterator item(folder, error);
-        while (!error && item != end(item)) {
-            std::error_code ignored;
-            if (text_of(item->path().filename()).starts_with('.')) {
-                item.disable_recursion_pending();
-            } else if (item->is_regular_file(ignored) && is_document(item->path(), extensions)) {
-                files.push_back(slashed(item->path()).substr(prefix.size()));
-            }
-            item.increment(error);
-        }
-        if (error) {
-            list_.faults.push_back(text_of(folder) + ": " + error.message());
-        } else if (files.empty() && !options_.may_be_empty) {
+        const bool is_whole = walk(folder, extensions, prefix.size(), files);
+        if (is_whole && files.empty() && !options_.may_be_empty) {
             list_.faults.push_back(text_of(folder) + ": no document in this folder" +
                                    (extensions.empty() ? "" : " has such an extension"));
         }
@@ -113,11 +103,52 @@ private:
         }
     }
 
-    static bool is_document(const std::filesystem::path& path, const std::vector<std::string>& extensions) {
-        const std::string extension = text_of(path.extension());
+    /// Collects the documents of a folder and of the folders below. Goes on behind a folder that cannot be read; returns whether
+    /// all could.
+    bool walk(const std::filesystem::path& top, const std::vector<std::string>& extensions,
+              std::size_t prefix_size, std::vector<std::string>& files) {
+        std::map<std::string, std::string> unread; // with the reasons
+        for (std::vector<std::filesystem::path> open = {top}; !open.empty();) {
+            const std::filesystem::path folder = std::move(open.back());
+            open.pop_back();
+            std::error_code error;
+            std::filesystem::directory_iterator item(folder, error);
+            for (; !error && item != end(item); item.increment(error)) {
+                std::error_code ignored;
+                if (text_of(item->path().filename()).starts_with('.')) {
+                    continue;
+                }
+                if (item->is_directory(ignored) && !item->is_symlink(ignored)) {
+                    open.push_back(item->path());
+                } else if (is_document(*item, extensions)) {
+                    files.push_back(slashed(item->path()).substr(prefix_size));
+                }
+            }
+            if (error) {
+                const std::string name = slashed(folder);
+                unread.emplace(folder == top ? name : name.substr(prefix_size), system_reason(error));
+            }
+        }
+        for (const auto& [name, reason] : unread) {
+            list_.unread_folders.push_back(name);
+            list_.faults.push_back(name + ": " + reason);
+        }
+        return unread.empty();
+    }
+
+    /// A link that leads nowhere counts when its name is that of a document, so that the verb says why it is not read.
+    static bool is_document(const std::filesystem::directory_entry& entry,
+                            const std::vector<std::string>& extensions) {
+        std::error_code ignored;
+        const bool is_file = entry.is_regular_file(ignored);
+        const bool is_lost = !is_file && entry.is_symlink(ignored) && !entry.exists(ignored);
+        if (!is_file && !is_lost) {
+            return false;
+        }
+        const std::string extension = text_of(entry.path().extension());
         if (extensions.empty()) {
             const bool is_backup = extension == ".bak" || extension.ends_with('~');
-            return extension == ".bkd" || (!is_backup && begins_as_document(path));
+            return extension == ".bkd" || (is_file && !is_backup && begins_as_document(entry.path()));
         }
         return std::any_of(extensions.begin(), extensions.end(), [&extension](std::string_view wanted) {
             wanted.remove_prefix(wanted.starts_with('.') ? 1 : 0);

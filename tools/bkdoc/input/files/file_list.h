@@ -24,11 +24,13 @@ struct FileListOptions {
 struct FileList {
     std::vector<std::string> files;
     std::vector<std::string> faults;
+    std::vector<std::string> unread_folders; // whose documents are not among the files
 };
 
 /// Lists the documents that operands name. A folder means the documents in it and below it. Without extensions, these are the
 /// files with the mark of a form or a version line, and the files ending in .bkd. Hidden files (with a leading dot) are
-/// skipped, and links to folders are not followed. A pattern (input/files/glob.h) means the files that match, unless a file has
+/// skipped, and links to folders are not followed. A link that leads nowhere is listed when its name is that of a document. A folder
+/// that cannot be read is an error, and the others are listed. A pattern (input/files/glob.h) means the files that match, unless a file has
 /// that very name. A folder without documents is an error, and so is a pattern without files.
 FileList list_files(const FileListOptions& options);
 

@@ -4,6 +4,7 @@
 #include "input/options/problem_code.h"
 #include "platform/paths.h"
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -22,7 +23,7 @@ public:
         for (const ParserEntry* entry : root.get_entries()) {
             if (!take(*entry) && config_.fault.empty()) {
                 config_.fault =
-                    text_of(config_.file) + ": '" + std::string(entry->get_name().get_view()) +
+                    place_of(*entry) + ": '" + std::string(entry->get_name().get_view()) +
                     "' is not a setting, or has the wrong values; the settings are search, allow, ext, "
                     "strict and max_problems";
             }
@@ -33,6 +34,11 @@ public:
     }
 
 private:
+    std::string place_of(const ParserEntry& entry) const {
+        return text_of(config_.file) + ":" + std::to_string(entry.get_line()) + ":" +
+               std::to_string(entry.get_column());
+    }
+
     bool take(const ParserEntry& entry) {
         const std::string_view name = entry.get_name().get_view();
         if (name == "search") {
@@ -40,7 +46,7 @@ private:
                 entry, [this](std::string_view folder) { config_.search.push_back(path_of(folder)); });
         }
         if (name == "allow") {
-            return each_string(entry, [this](std::string_view code) { allow(code); });
+            return each_string(entry, [this, &entry](std::string_view code) { allow(entry, code); });
         }
         if (name == "ext") {
             return each_string(entry,
@@ -57,10 +63,10 @@ private:
         return false;
     }
 
-    void allow(std::string_view code) {
+    void allow(const ParserEntry& entry, std::string_view code) {
         const std::string reason = unknown_code(code);
         if (!reason.empty() && config_.fault.empty()) {
-            config_.fault = text_of(config_.file) + ": allow: " + reason;
+            config_.fault = place_of(entry) + ": allow: " + reason;
         }
         config_.allow.emplace_back(code);
     }
@@ -83,12 +89,23 @@ private:
     Config& config_;
 };
 
+bool is_error(const bk_parser::Problem& problem) noexcept {
+    return problem.severity == bk_parser::Severity::error;
+}
+
+std::string told(const bk_parser::Problem& problem) {
+    const std::string place = problem.line == 0
+                                  ? std::string()
+                                  : ":" + std::to_string(problem.line) + ":" + std::to_string(problem.column);
+    return text_of(problem.file) + place + ": cannot be used: " + problem.message;
+}
+
 std::unique_ptr<Config> read_config(const std::filesystem::path& file) {
     auto config = std::make_unique<Config>();
     config->file = file;
     const bk_parser::LoadResult result = bk_parser::load(file);
     if (!result.ok()) {
-        config->fault = text_of(file) + ": cannot be used: " + result.problems.front().message;
+        config->fault = told(*std::find_if(result.problems.begin(), result.problems.end(), is_error));
     } else {
         ConfigReader(*config).read(result.document.root());
     }

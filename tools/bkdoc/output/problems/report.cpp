@@ -114,27 +114,52 @@ void ProblemWriter::write_chain(const std::vector<InclusionPlace>& chain) {
     }
 }
 
-void report(const OpenedDocument& document, Output& out) {
+std::string place_key(const bk_parser::Problem& problem) {
+    std::error_code error;
+    const std::filesystem::path path = std::filesystem::absolute(problem.file, error).lexically_normal();
+    return text_of(path) + '\n' + std::to_string(problem.offset) + '\n' + problem.code;
+}
+
+bool ReportedProblems::has(const bk_parser::Problem& problem) const {
+    return !known_.empty() && known_.contains(place_key(problem));
+}
+
+// A document in memory has no file, and is read once.
+void ReportedProblems::add(const OpenedDocument& document) {
+    for (const bk_parser::Problem& problem : document.problems()) {
+        if (!problem.file.empty() && problem.line != 0) {
+            known_.insert(place_key(problem));
+        }
+    }
+}
+
+void report(const OpenedDocument& document, Output& out, ReportedProblems& reported) {
     ProblemWriter writer(out, document.name());
     for (const bk_parser::Problem& problem : document.problems()) {
         if (out.has_failed()) {
             return;
         }
-        if (&problem != document.refusal()) {
+        if (&problem != document.refusal() && !reported.has(problem)) {
             writer.write(problem, chain_of(problem, document.document().includes()));
         }
     }
+    reported.add(document);
 }
 
-ExitCode report_aside(const OpenedDocument& document, Streams& streams) {
+ExitCode report_aside(const OpenedDocument& document, Streams& streams, ReportedProblems& reported) {
     if (document.is_cancelled()) {
         complain(streams, "interrupted");
     } else if (const bk_parser::Problem* const refusal = document.refusal()) {
         complain(streams, tool_message(*refusal, {}));
     }
-    report(document, streams.err);
+    report(document, streams.err, reported);
     streams.err.flush();
     return document.exit_code();
+}
+
+ExitCode report_aside(const OpenedDocument& document, Streams& streams) {
+    ReportedProblems reported;
+    return report_aside(document, streams, reported);
 }
 
 } // namespace bkdoc

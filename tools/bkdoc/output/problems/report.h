@@ -5,6 +5,7 @@
 #include "verbs/exit_code.h"
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -45,10 +46,28 @@ private:
     std::filesystem::path last_file_; // of the last problem with a chain
 };
 
-/// All problems of a document except the one because of which nothing was read.
-void report(const OpenedDocument& document, Output& out);
+/// Names the place of a problem: the file, the byte and the code. A name without a value in a shared include has other words for each
+/// document that goes on behind it, and is one problem all the same.
+std::string place_key(const bk_parser::Problem& problem);
 
-/// For verbs whose output is not a report: writes the problems, and why a document cannot be read, to the error stream.
+/// Remembers the problems of many documents, so that one in a file that several of them include is reported once.
+class ReportedProblems {
+public:
+    /// Whether an earlier document had the problem.
+    bool has(const bk_parser::Problem& problem) const;
+    void add(const OpenedDocument& document);
+
+private:
+    std::set<std::string> known_;
+};
+
+/// All problems of a document except the one because of which nothing was read, and except those reported before.
+void report(const OpenedDocument& document, Output& out, ReportedProblems& reported);
+
+/// For verbs whose output is not a report: writes the problems, and why a document cannot be read, to the error stream. The
+/// exit code is the same when the problems were reported before.
+ExitCode report_aside(const OpenedDocument& document, Streams& streams, ReportedProblems& reported);
+/// The same for a verb that reads a single document.
 ExitCode report_aside(const OpenedDocument& document, Streams& streams);
 
 } // namespace bkdoc

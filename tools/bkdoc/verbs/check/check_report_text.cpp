@@ -5,10 +5,18 @@
 #include "platform/paths.h"
 
 #include <algorithm>
+#include <set>
 
 namespace bkdoc {
 
 namespace {
+
+/// A faulty configuration is the reason for each document below its folder.
+void complain_once(const std::string& reason, std::set<std::string>& told, Streams& streams) {
+    if (told.insert(reason).second) {
+        complain(streams, reason);
+    }
+}
 
 /// Writes for people: source lines with carets, and a closing line.
 class TextReport : public CheckReport {
@@ -23,7 +31,7 @@ public:
         write_rest(name, problems.size(), most_problems);
     }
 
-    void refusal(const std::string& reason) override { complain(streams_, reason); }
+    void refusal(const std::string& reason) override { complain_once(reason, told_, streams_); }
 
     void end(const std::vector<IncludedProblem>& included, std::size_t most_problems,
              const CheckCounts& counts) override {
@@ -89,6 +97,7 @@ private:
 
     Streams& streams_;
     ProblemWriter writer_;
+    std::set<std::string> told_; // reasons
 };
 
 /// Writes for editors: one line for each problem.
@@ -102,7 +111,7 @@ public:
             write(problems[i].problem);
         }
     }
-    void refusal(const std::string& reason) override { complain(streams_, reason); }
+    void refusal(const std::string& reason) override { complain_once(reason, told_, streams_); }
     void end(const std::vector<IncludedProblem>& included, std::size_t, const CheckCounts&) override {
         for (const IncludedProblem& problem : included) {
             write(problem.told.problem);
@@ -117,6 +126,7 @@ private:
 
     Streams& streams_;
     ProblemWriter writer_;
+    std::set<std::string> told_; // reasons
 };
 
 } // namespace

@@ -1,18 +1,9 @@
 #include "verbs/check/check_summary.h"
 
-#include "platform/paths.h"
-
 #include <algorithm>
 #include <utility>
 
 namespace bkdoc {
-
-std::string CheckSummary::key_of(const bk_parser::Problem& problem) {
-    std::error_code error;
-    const std::filesystem::path path = std::filesystem::absolute(problem.file, error).lexically_normal();
-    return text_of(path) + '\n' + std::to_string(problem.offset) + '\n' + problem.code + '\n' +
-           problem.message;
-}
 
 void CheckSummary::count(const bk_parser::Problem& problem) noexcept {
     if (problem.severity == bk_parser::Severity::error) {
@@ -32,22 +23,25 @@ std::vector<ToldProblem> CheckSummary::add(CheckedFile&& file) {
     for (ToldProblem& told : file.problems) {
         if (has_one_document_ || told.chain.empty()) {
             count(told.problem);
-            own_keys_.emplace(has_one_document_ ? std::string() : key_of(told.problem), true);
+            own_keys_.emplace(has_one_document_ ? std::string() : place_key(told.problem), true);
             own.push_back(std::move(told));
             continue;
         }
-        const auto [known, is_new] = included_by_key_.try_emplace(key_of(told.problem), included_.size());
+        const auto [known, is_new] = included_by_key_.try_emplace(place_key(told.problem), included_.size());
         if (is_new) {
             included_.push_back({std::move(told), {}});
         }
-        included_[known->second].documents.push_back(file.name);
+        std::vector<std::string>& documents = included_[known->second].documents;
+        if (documents.empty() || documents.back() != file.name) {
+            documents.push_back(file.name);
+        }
     }
     return own;
 }
 
 std::vector<IncludedProblem> CheckSummary::take_included() {
     std::erase_if(included_, [this](const IncludedProblem& included) {
-        return own_keys_.contains(key_of(included.told.problem));
+        return own_keys_.contains(place_key(included.told.problem));
     });
     std::map<std::filesystem::path, std::size_t> order;
     for (const IncludedProblem& included : included_) {

@@ -44,7 +44,6 @@ public:
 
 private:
     void count(const bk_parser::Problem& problem) noexcept;
-    static std::string key_of(const bk_parser::Problem& problem);
 
     bool has_one_document_;
     CheckCounts counts_;

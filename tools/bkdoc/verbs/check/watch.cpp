@@ -107,7 +107,8 @@ private:
             return;
         }
         folders.insert(absolute_of(top));
-        std::filesystem::recursive_directory_iterator item(top, error);
+        std::filesystem::recursive_directory_iterator item(
+            top, std::filesystem::directory_options::skip_permission_denied, error);
         for (; !error && item != end(item); item.increment(error)) {
             std::error_code ignored;
             if (text_of(item->path().filename()).starts_with('.')) {

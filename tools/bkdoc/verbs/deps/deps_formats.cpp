@@ -55,13 +55,13 @@ void write_deps_dot(const IncludeGraph& graph, Output& out) {
     out << "}\n";
 }
 
-void write_deps_json(const IncludeGraph& graph, const std::vector<std::size_t>& documents, Output& out) {
+void write_deps_json(const IncludeGraph& graph, const std::vector<std::string>& documents, Output& out) {
     JsonWriter json(out);
     json.begin_object();
     json.key("documents");
     json.begin_array();
-    for (const std::size_t document : documents) {
-        json.string(graph.nodes()[document].name);
+    for (const std::string& document : documents) {
+        json.string(document);
     }
     json.end_array();
     json.key("files");

@@ -15,8 +15,8 @@ void write_reverse_tree(const IncludeGraph& graph, std::size_t node, Output& out
 void write_missing(const IncludeGraph& graph, Output& out);
 /// Writes a graph in the language of Graphviz.
 void write_deps_dot(const IncludeGraph& graph, Output& out);
-/// Writes an object with all files and their directives.
-void write_deps_json(const IncludeGraph& graph, const std::vector<std::size_t>& documents, Output& out);
+/// Writes an object with all files of the graph and their directives, and the names of the documents that were asked for.
+void write_deps_json(const IncludeGraph& graph, const std::vector<std::string>& documents, Output& out);
 
 /// How many directives failed.
 std::size_t count_missing(const IncludeGraph& graph);

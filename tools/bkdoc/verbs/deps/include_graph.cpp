@@ -3,6 +3,7 @@
 #include "platform/paths.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace bkdoc {
 
@@ -72,6 +73,44 @@ std::vector<std::vector<IncludeGraph::Source>> IncludeGraph::sources() const {
         }
     }
     return sources;
+}
+
+template <class Wanted>
+IncludeGraph IncludeGraph::part(Wanted wanted) const {
+    IncludeGraph part;
+    for (const Node& node : nodes_) {
+        Node kept{node.name, node.path, {}, true};
+        for (const Edge& edge : node.edges) {
+            if (wanted(edge)) {
+                kept.edges.push_back({edge.include, std::nullopt});
+            }
+        }
+        if (!kept.edges.empty()) {
+            part.nodes_.push_back(std::move(kept));
+        }
+    }
+    return part;
+}
+
+IncludeGraph IncludeGraph::leading_to(std::size_t node) const {
+    const std::vector<std::vector<Source>> by_node = sources();
+    std::vector<bool> leads(nodes_.size());
+    leads[node] = true;
+    for (std::vector<std::size_t> open = {node}; !open.empty();) {
+        const std::size_t next = open.back();
+        open.pop_back();
+        for (const Source& source : by_node[next]) {
+            if (!leads[source.node]) {
+                leads[source.node] = true;
+                open.push_back(source.node);
+            }
+        }
+    }
+    return part([&leads](const Edge& edge) { return edge.target && leads[*edge.target]; });
+}
+
+IncludeGraph IncludeGraph::missing() const {
+    return part([](const Edge& edge) { return !edge.include.problem.empty(); });
 }
 
 } // namespace bkdoc

@@ -42,7 +42,15 @@ public:
     };
     std::vector<std::vector<Source>> sources() const;
 
+    /// The directives that lead to a file, directly or through other files, and the files that have them. The edges have no
+    /// targets.
+    IncludeGraph leading_to(std::size_t node) const;
+    /// The directives that failed, and the files that have them. The edges have no targets.
+    IncludeGraph missing() const;
+
 private:
+    template <class Wanted>
+    IncludeGraph part(Wanted wanted) const;
     std::size_t node_of(const std::filesystem::path& path, const std::string& name);
 
     std::vector<Node> nodes_;

@@ -1,35 +1,68 @@
 #include "input/files/file_list.h"
 #include "input/opened_document.h"
+#include "output/display/text_display.h"
 #include "output/problems/report.h"
 #include "platform/paths.h"
 #include "verbs/deps/deps_output.h"
 #include "verbs/verbs.h"
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 namespace bkdoc {
 
 namespace {
 
-ExitCode write_reverse(const Arguments& arguments, const IncludeGraph& graph, Streams& streams) {
+std::vector<std::string> names_of(const IncludeGraph& graph, const std::vector<std::size_t>& documents) {
+    std::vector<std::string> names;
+    for (const std::size_t document : documents) {
+        names.push_back(graph.nodes()[document].name);
+    }
+    return names;
+}
+
+ExitCode write_reverse(const Arguments& arguments, const IncludeGraph& graph,
+                       const std::vector<std::string>& documents, Streams& streams) {
     const std::string file = *arguments.value("--reverse");
     std::error_code error;
     const auto node = graph.find(std::filesystem::absolute(path_of(file), error));
-    if (!node || graph.sources()[*node].empty()) {
-        streams.out << file << " is included by none of the documents\n";
-        return EXIT_FAULTS;
+    const bool is_included = node && !graph.sources()[*node].empty();
+    if (!is_included && !std::filesystem::exists(path_of(file), error)) {
+        complain(streams, shown(file, file_name_limit) +
+                              ": no such file; deps --missing lists the includes that are not found");
+        return EXIT_UNREADABLE;
     }
-    write_reverse_tree(graph, *node, streams.out);
-    return EXIT_CLEAN;
+    if (arguments.has("--json")) {
+        write_deps_json(node ? graph.leading_to(*node) : IncludeGraph(), documents, streams.out);
+    } else if (is_included) {
+        write_reverse_tree(graph, *node, streams.out);
+    } else {
+        streams.out << shown(file, file_name_limit) << " is included by none of the documents\n";
+    }
+    return is_included ? EXIT_CLEAN : EXIT_FAULTS;
+}
+
+/// Two options that ask for different answers; empty when there are none.
+std::string contradiction(const Arguments& arguments) {
+    constexpr std::pair<std::string_view, std::string_view> pairs[] = {
+        {"--dot", "--json"}, {"--dot", "--reverse"}, {"--dot", "--missing"}, {"--missing", "--reverse"}};
+    for (const auto& [one, other] : pairs) {
+        if (arguments.has(one) && arguments.has(other)) {
+            return std::string(one) + " does not go with " + std::string(other);
+        }
+    }
+    return {};
 }
 
 ExitCode write_graph(const Arguments& arguments, const IncludeGraph& graph,
                      const std::vector<std::size_t>& documents, Streams& streams) {
     if (arguments.has("--reverse")) {
-        return write_reverse(arguments, graph, streams);
+        return write_reverse(arguments, graph, names_of(graph, documents), streams);
     }
     if (arguments.has("--json")) {
-        write_deps_json(graph, documents, streams.out);
+        write_deps_json(arguments.has("--missing") ? graph.missing() : graph, names_of(graph, documents),
+                        streams.out);
     } else if (arguments.has("--dot")) {
         write_deps_dot(graph, streams.out);
     } else if (arguments.has("--missing")) {
@@ -44,6 +77,10 @@ ExitCode write_graph(const Arguments& arguments, const IncludeGraph& graph,
 
 // Reports only problems of includes; `check` reports the others.
 ExitCode run_deps(const Arguments& arguments, Streams& streams) {
+    if (const std::string reason = contradiction(arguments); !reason.empty()) {
+        complain(streams, reason);
+        return EXIT_UNREADABLE;
+    }
     OpenOptions open;
     if (!take_opening(arguments, open, streams)) {
         return EXIT_UNREADABLE;

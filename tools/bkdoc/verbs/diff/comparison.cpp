@@ -1,17 +1,17 @@
 #include "verbs/diff/comparison.h"
 
-#include "output/problems/report.h"
-
 #include <algorithm>
 
 namespace bkdoc {
 
 Comparison compare_files(const std::string& before, const std::string& after, const OpenOptions& open,
-                         const bk_parser::CompareOptions& options, Streams& streams) {
+                         const bk_parser::CompareOptions& options, Streams& streams,
+                         ReportedProblems& reported) {
     Comparison result;
     const OpenedDocument old = open_document(before, open, streams);
     const OpenedDocument now = open_document(after, open, streams);
-    result.trouble = std::max(report_aside(old, streams), report_aside(now, streams));
+    result.trouble = report_aside(old, streams, reported);
+    result.trouble = std::max(result.trouble, report_aside(now, streams, reported));
     if (!old.is_read() || !now.is_read()) {
         return result;
     }

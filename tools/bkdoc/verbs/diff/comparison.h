@@ -3,6 +3,7 @@
 #include "document/compare.h"
 #include "input/options/open_options.h"
 #include "output/output.h"
+#include "output/problems/report.h"
 #include "verbs/diff/difference.h"
 #include "verbs/exit_code.h"
 
@@ -19,8 +20,9 @@ struct Comparison {
     std::vector<ToldDifference> differences;
 };
 
-/// Opens two documents, writes their problems to the error stream, and compares them as far as they could be read.
+/// Opens two documents, writes their problems to the error stream unless they were reported before, and compares them as far as they could be read.
 Comparison compare_files(const std::string& before, const std::string& after, const OpenOptions& open,
-                         const bk_parser::CompareOptions& options, Streams& streams);
+                         const bk_parser::CompareOptions& options, Streams& streams,
+                         ReportedProblems& reported);
 
 } // namespace bkdoc

@@ -49,13 +49,14 @@ void tell_once(std::vector<FolderDiff::Row>& rows) {
 FolderDiff compare_folders(const std::vector<FolderPair>& pairs, const OpenOptions& open,
                            const bk_parser::CompareOptions& options, Streams& streams) {
     FolderDiff result;
+    ReportedProblems reported;
     for (const FolderPair& pair : pairs) {
         if (pair.before.empty() || pair.after.empty()) {
             (pair.after.empty() ? result.one_sided.before : result.one_sided.after).push_back(pair.name);
             result.rows.push_back({pair, {}});
             continue;
         }
-        Comparison comparison = compare_files(pair.before, pair.after, open, options, streams);
+        Comparison comparison = compare_files(pair.before, pair.after, open, options, streams, reported);
         result.trouble = std::max(result.trouble, comparison.trouble);
         if (comparison.trouble == EXIT_INTERRUPTED) {
             break;

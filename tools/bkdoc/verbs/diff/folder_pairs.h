@@ -1,8 +1,10 @@
 #pragma once
 
 #include "input/files/file_list.h"
+#include "output/output.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace bkdoc {
@@ -20,7 +22,16 @@ struct FolderPairs {
 };
 
 /// The documents of two folders and the folders below, matched by their paths. A file that is a document in one folder counts
-/// as one in the other, too. Two folders without documents are an error. `options` says which files are documents.
+/// as one in the other, too. Leaves out what one of the two folders may have in a folder that cannot be read. Two folders without documents are an error. `options` says which files are documents.
 FolderPairs pair_folders(const std::string& before, const std::string& after, FileListOptions options);
+
+/// The name of a folder in reports: without a separator at its end.
+std::string folder_name(const std::string& operand);
+
+/// What the two operands of a verb that compares are.
+enum class OperandPair { files, folders, refused };
+/// Says why when one is a folder and the other is not.
+OperandPair operand_pair(std::string_view verb, const std::string& first, const std::string& second,
+                         Streams& streams);
 
 } // namespace bkdoc

@@ -1,4 +1,3 @@
-#include "input/files/input.h"
 #include "output/display/text_display.h"
 #include "platform/paths.h"
 #include "verbs/diff/comparison.h"
@@ -29,12 +28,6 @@ bool take_compare_options(const Arguments& arguments, bk_parser::CompareOptions&
         complain(streams, "--tolerance needs a number of 0 or more, not '" + *tolerance + "'");
     }
     return is_number;
-}
-
-/// The name of a folder in reports: without a separator at its end.
-std::string folder_name(const std::string& operand) {
-    const std::filesystem::path path = path_of(operand);
-    return path.has_filename() || !path.has_relative_path() ? operand : text_of(path.parent_path());
 }
 
 std::vector<ToldDifference> joined(const std::vector<FolderDiff::Row>& rows) {
@@ -84,7 +77,9 @@ struct DiffRun {
 
     ExitCode files() {
         const auto& operands = arguments.operands();
-        const Comparison comparison = compare_files(operands.at(0), operands.at(1), open, options, streams);
+        ReportedProblems reported;
+        const Comparison comparison =
+            compare_files(operands.at(0), operands.at(1), open, options, streams, reported);
         const auto& differences = comparison.differences;
         if (comparison.trouble > EXIT_FAULTS) {
             return comparison.trouble;
@@ -140,19 +135,15 @@ ExitCode run_diff(const Arguments& arguments, Streams& streams) {
     run.open.keep_sources = true;
     const std::string& before = arguments.operands().at(0);
     const std::string& after = arguments.operands().at(1);
-    std::error_code failure;
-    const bool is_folder = std::filesystem::is_directory(path_of(before), failure);
-    if (is_folder != std::filesystem::is_directory(path_of(after), failure)) {
-        const std::string& folder = is_folder ? before : after;
-        const std::string& other = is_folder ? after : before;
-        const bool is_there = other == "-" || std::filesystem::exists(path_of(other), failure);
-        complain(streams, is_there ? shown(folder, file_name_limit) + " is a folder and " +
-                                         shown(other, file_name_limit) +
-                                         " is not; diff compares two files or two folders"
-                                   : shown(other, file_name_limit) + ": " + why_unread(other));
-        return EXIT_UNREADABLE;
+    switch (operand_pair("diff", before, after, streams)) {
+    case OperandPair::folders:
+        return run.folders();
+    case OperandPair::files:
+        return run.files();
+    case OperandPair::refused:
+        break;
     }
-    return is_folder ? run.folders() : run.files();
+    return EXIT_UNREADABLE;
 }
 
 } // namespace bkdoc

@@ -7,6 +7,7 @@
 #include "verbs/edit/edit_output.h"
 
 #include <algorithm>
+#include <set>
 
 namespace bkdoc {
 
@@ -25,9 +26,19 @@ std::string tool_reason(std::string reason, const OpenedDocument& document) {
         replace_each(reason, text_of(file.path) + ":", shown_file(file.file, document.name()) + ":");
     }
     replace_each(reason, "the layout cannot be kept: more would be read than there is, because ", "");
+    replace_each(reason, ", see the losses", "");
+    replace_each(reason, "what came from it was not changed alike",
+                 "this changes one place alone; change the file itself");
     replace_each(reason, ", and load the document again", "");
     replace_each(reason, " and load the document again", "");
     return reason;
+}
+
+/// Says what helps against a loss that a change makes.
+std::string told_loss(const std::string& message) {
+    return message.ends_with("texts of this version have no quotes and line ends in strings")
+               ? message + "; they have with '#Brellwick_Serial_Version 1.2' as the first line"
+               : message;
 }
 
 /// One run over all documents.
@@ -64,19 +75,21 @@ public:
 
 private:
     void refuse(const std::string& reason) {
-        complain(streams_, reason);
+        if (told_.insert(reason).second) { // one in a shared file comes from each document that includes it
+            complain(streams_, reason);
+        }
         is_refused_ = true;
     }
 
     // A document with errors may lack a part of its file. A save would then remove that part.
     bool may_change(const OpenedDocument& document) {
         if (!document.is_read()) {
-            report_aside(document, streams_);
+            report_aside(document, streams_, reported_);
             is_refused_ = true;
             return false;
         }
         if (document.has_errors() && !force_) {
-            report_aside(document, streams_);
+            report_aside(document, streams_, reported_);
             refuse(document.name() + ": has errors; --force changes it anyway");
             return false;
         }
@@ -96,7 +109,7 @@ private:
         }
         std::string reason = tool_reason(preview.reason, document);
         for (const bk_parser::Problem& loss : preview.losses) {
-            complain(streams_, loss.message);
+            complain(streams_, document.name() + ": " + told_loss(loss.message));
         }
         if (reason.empty()) {
             reason = output_.take(document, outcome, std::move(preview.changes));
@@ -110,6 +123,8 @@ private:
     const EditRequest& request_;
     bool force_;
     EditOutput output_;
+    ReportedProblems reported_;
+    std::set<std::string> told_;
     bool is_refused_ = false;
     bool is_found_ = false;
 };

@@ -1,5 +1,6 @@
 #include "verbs/edit/entry_name.h"
 
+#include "document/path.h"
 #include "verbs/edit/literals.h"
 
 namespace bkdoc {
@@ -14,6 +15,10 @@ std::string why_no_name(std::string_view name) {
         if (is_number(type)) {
             return "it is a number, and would be read as a value";
         }
+    }
+    const bool is_one_step = name.find_first_of("/<[@\"") == std::string_view::npos;
+    if (name.starts_with('#') && is_one_step && !bk_parser::path_error(name)) {
+        return "it is the name of a keyword, and this entry is none";
     }
     return "names begin with a letter or _, and go on with letters, digits, _ and '.'; those of keywords "
            "begin with #";

@@ -79,6 +79,11 @@ ValueChange::ValueChange(std::string_view text, WantedType type)
         refusal_ = "'" + shown(text, shown_text) + "' is not a change; write =VALUES, +=N, -=N, *=N or /=N";
         return;
     }
+    if (operand_.empty()) {
+        refusal_ = operation_ == '=' ? "'=' needs a value, as in =60.0 or '=\"sun\"'"
+                                     : std::string(1, operation_) + "= needs a number";
+        return;
+    }
     refusal_ = literals_.refusal();
     if (operation_ == '=' || !refusal_.empty()) {
         return;
@@ -209,8 +214,11 @@ std::string ValueChange::calculate_value(ParserEntry& entry, unsigned int i) con
     } else if (is_int(number)) {
         entry.set_int(static_cast<int>(number), i);
     } else {
-        return told() + " is " + number_text(number) +
-               ", which is not an int; --type double makes it a double, --type int rounds it";
+        constexpr std::string_view cure = "; --type double makes it a double";
+        return number == std::trunc(number)
+                   ? told() + " is out of range for an int, which has 32 bits" + std::string(cure)
+                   : told() + " is " + number_text(number) + ", which is not an int" + std::string(cure) +
+                         ", --type int rounds it";
     }
     return {};
 }

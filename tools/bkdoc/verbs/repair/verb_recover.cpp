@@ -115,14 +115,24 @@ private:
         return bk_parser::recover_bytes(bytes, options);
     }
 
+    /// A damaged cipher gives a text of the right length, with errors where it is damaged.
+    static std::string summary(const OpenedDocument& document, const std::vector<LostPart>& lost) {
+        const auto& problems = document.problems();
+        const auto errors = std::count_if(problems.begin(), problems.end(), [](const auto& problem) {
+            return problem.line != 0 && problem.severity == bk_parser::Severity::error;
+        });
+        return !lost.empty() ? counted(lost.size(), "part is lost", "parts are lost")
+               : errors == 0 ? "nothing is lost"
+                             : "no part is missing, but it has " +
+                                   counted(static_cast<std::size_t>(errors), "error", "errors");
+    }
+
     void tell_lost(const OpenedDocument& document, const std::vector<LostPart>& lost) {
         const std::string name = shown(document.name(), file_name_limit);
         const std::size_t entries = count_entries(document.root());
         Output& err = streams_.err;
         err << name << ": " << form_word(document.form()) << ", " << counted(entries, "entry", "entries")
-            << " read, "
-            << (lost.empty() ? "nothing is lost" : counted(lost.size(), "part is lost", "parts are lost"))
-            << "\n";
+            << " read, " << summary(document, lost) << "\n";
         for (std::size_t i = 0; i < lost.size() && i < most_shown_lost; ++i) {
             err << "  " << range_text(lost[i])
                 << (is_cut_off(lost[i]) ? "" : ": " + shown(lost[i].what, file_name_limit)) << "\n";
