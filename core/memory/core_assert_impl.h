@@ -14,7 +14,7 @@ namespace bk {
 
 } // namespace bk
 
-/// An invariant. Tested in debug and sanitizer builds, where the process ends when it does not hold; nothing elsewhere.
+/// Checks an invariant in debug and sanitizer builds, and ends the process when it does not hold. Does nothing in other builds.
 #define BK_ASSERT(condition)                                                                                 \
     ((condition) ? static_cast<void>(0) : bk::end_for_assertion(#condition, __FILE__, __LINE__))
 

@@ -7,8 +7,8 @@ namespace bk {
 /// Slabs and very large blocks get their memory from the operating system in chunks of this size, aligned to it.
 inline constexpr std::size_t chunk_size = std::size_t{2} << 20;
 
-/// Memory of a whole number of chunks side by side, all zeros, or null when there is none. The kernel is asked to
-/// back it with huge pages.
+/// Allocates a whole number of adjacent chunks, all zeros. Returns null when there is no memory. Asks the kernel for huge
+/// pages.
 void* take_chunks(std::size_t size) noexcept;
 
 /// Grows a range of chunks by moving its pages to another address instead of copying them. The new chunks are zeros. Returns null where

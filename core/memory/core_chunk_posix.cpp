@@ -20,7 +20,7 @@ bool is_aligned(const char* chunk) noexcept {
     return reinterpret_cast<std::uintptr_t>(chunk) % chunk_size == 0;
 }
 
-/// Maps a chunk more than is needed and gives back what lies outside the aligned part.
+/// Maps one chunk more than it needs, and unmaps what is outside the aligned part.
 char* map_and_trim(std::size_t size) noexcept {
     char* const mapped = map(size + chunk_size);
     if (mapped == nullptr) {
@@ -36,7 +36,7 @@ char* map_and_trim(std::size_t size) noexcept {
 }
 
 char* map_aligned(std::size_t size) noexcept {
-    // Chunks are often mapped one beside the other, so that the next one is aligned as it comes.
+    // The kernel often maps chunks next to each other. Then the next one is aligned already.
     char* const chunks = map(size);
     if (chunks == nullptr || is_aligned(chunks)) {
         return chunks;
@@ -69,7 +69,7 @@ void* grow_chunks([[maybe_unused]] void* chunks, [[maybe_unused]] std::size_t si
     if (moved != MAP_FAILED) {
         return moved;
     }
-    // The place may have been unmapped before the move failed, and be another thread's by now: it is left alone.
+    // The kernel may have unmapped the place before the move failed, and another thread may own it by now. So it is not touched.
     errno = kept;
 #endif
     return nullptr;

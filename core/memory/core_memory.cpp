@@ -52,7 +52,7 @@ namespace {
 
 static_assert(CoreMemory::largest_slab_block == bk::slab_largest_block);
 
-/// From this size on a block has chunks of its own: filling fresh memory is several times as fast in huge pages.
+/// A block of at least this size gets chunks of its own, because filling fresh memory is several times as fast in huge pages.
 constexpr std::size_t smallest_chunked_block = 2 * bk::chunk_size;
 
 std::size_t whole_chunks(std::size_t size) noexcept {
@@ -142,7 +142,7 @@ void CoreMemory::release(void* block, std::size_t size) noexcept {
         release_large(block, size);
         return;
     }
-    BK_ASSERT(size == 0 || !bk::is_poisoned(block)); // else it is given back for the second time
+    BK_ASSERT(size == 0 || !bk::is_poisoned(block)); // otherwise it is freed twice
     bk::SlabPage* const page = bk::SlabPage::of(block);
     bk::SlabHeap* const heap = bk::SlabHeap::of_this_thread();
     if (page->is_owned_by(heap)) {

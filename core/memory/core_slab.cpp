@@ -10,15 +10,15 @@ constinit thread_local SlabHeap* SlabHeap::this_threads_heap BK_TLS_MODEL = null
 
 namespace {
 
-/// Every heap there ever was: a thread that ends leaves its heap to one that begins.
+/// All heaps that were ever created. A new thread takes the heap of one that has ended.
 std::atomic<SlabHeap*> all_heaps{nullptr};
 
-/// The thread has given its heap up: what its own objects still do on their way out goes through the pool.
+/// Whether the thread has given up its heap. What its thread-local objects still allocate and free then goes through the pool.
 constinit thread_local bool is_at_its_end BK_TLS_MODEL = false;
 
 } // namespace
 
-/// Gives the heap up when its thread ends.
+/// Gives up the heap when its thread ends.
 struct SlabHeap::Owner {
     ~Owner() {
         is_at_its_end = true;
@@ -29,7 +29,7 @@ struct SlabHeap::Owner {
     }
 };
 
-/// The heap of this thread, from here on; null when there is no memory for one, or the thread is at its end.
+/// Gives this thread a heap. Returns null when there is no memory for one, or the thread is at its end.
 SlabHeap* SlabHeap::adopt() noexcept {
     if (is_at_its_end) {
         return nullptr;
@@ -57,8 +57,8 @@ bool SlabHeap::try_to_own() noexcept {
     return !is_owned_.load(std::memory_order_relaxed) && !is_owned_.exchange(true, std::memory_order_acquire);
 }
 
-/// Hands every page over. What comes from afar before `is_owned_` is false is taken back here; who sends a block later sees
-/// that it is false.
+/// Gives every page away. Blocks that other threads sent before `is_owned_` became false are freed here. A thread that sends a block later
+/// sees that it is false.
 void SlabHeap::leave() noexcept {
     take_back_from_afar(this);
     for (std::size_t i = 0; i < slab_class_count; ++i) {
@@ -74,7 +74,7 @@ void SlabHeap::leave() noexcept {
     take_back_from_afar(nullptr);
 }
 
-/// One of those with room: it becomes the pool's, or nobody's when there is none, as in a run.
+/// Gives away a page of the list. The pool gets it when it has free blocks. Otherwise, as in a run, it belongs to nobody.
 void SlabHeap::give_up(SlabPage* page) noexcept {
     remove_with_room(page);
     if (page->has_room()) {
@@ -93,12 +93,12 @@ void SlabHeap::release_from_afar(SlabPage* page, void* block) noexcept {
     release_elsewhere(this_threads_heap != nullptr ? this_threads_heap : adopt(), page, block);
 }
 
-/// By the thread whose heap is `mine`, which is null when it has none. The page may become another's at any moment.
+/// `mine` is the heap of the calling thread, or null. The page may change its owner at any moment.
 void SlabHeap::release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) noexcept {
     for (;;) {
         SlabOwner* const owner = page->owner.load(std::memory_order_acquire);
         if (owner == &document_page) {
-            static_cast<void>(page->put_block(block)); // the document's hold is left
+            static_cast<void>(page->put_block(block)); // the hold keeps the page from being empty
             return;
         }
         if (mine != nullptr && owner == &full_page) {
@@ -119,14 +119,14 @@ void SlabHeap::release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) no
     }
 }
 
-/// Takes over a page that is full, unless another thread was faster.
+/// Takes over a page without a free block, unless another thread was faster.
 bool SlabHeap::claim(SlabPage* page) noexcept {
     SlabOwner* owner = &full_page;
     return page->owner.compare_exchange_strong(owner, this, std::memory_order_acquire,
                                                std::memory_order_relaxed);
 }
 
-/// A block comes from another thread, whose heap is `sender`.
+/// Takes a block that another thread frees. `sender` is the heap of that thread.
 void SlabHeap::receive(SlabHeap* sender, SlabPage* page, void* block) noexcept {
     if (this == sender) {
         release(page, block);
@@ -135,15 +135,15 @@ void SlabHeap::receive(SlabHeap* sender, SlabPage* page, void* block) noexcept {
     unpoison(block, sizeof(FreeBlock));
     auto* const freed = new (block) FreeBlock{from_afar_.load(std::memory_order_relaxed)};
     poison(freed + 1,
-           page->size_of(block) - sizeof(FreeBlock)); // once the block is listed, its page may be gone
+           page->size_of(block) - sizeof(FreeBlock)); // once the block is in the list, its page may be freed
     while (!from_afar_.compare_exchange_weak(freed->next, freed)) {
     }
-    if (!is_owned_.load()) { // its thread has left meanwhile, and would never look at the list
+    if (!is_owned_.load()) { // its thread has ended, and will not look at the list
         take_back_from_afar(sender);
     }
 }
 
-/// By the thread whose heap is `mine`. Some of the pages may be another's by now.
+/// `mine` is the heap of the calling thread. Some of the pages may have another owner by now.
 void SlabHeap::take_back_from_afar(SlabHeap* mine) noexcept {
     FreeBlock* block = from_afar_.exchange(nullptr);
     while (block != nullptr) {
@@ -160,7 +160,7 @@ void* SlabHeap::allocate_elsewhere(std::size_t size_class) noexcept {
     return change_page(size_class) ? current_[size_class]->take_block() : nullptr;
 }
 
-/// On another page. What is left of one whose room is too short is lost until it is empty.
+/// Allocates on another page. The rest of a page that is too short stays unused until the page is empty.
 void* SlabHeap::take_next_elsewhere(std::size_t size) noexcept {
     if (from_afar_.load(std::memory_order_relaxed) != nullptr) {
         take_back_from_afar(this);
@@ -183,7 +183,7 @@ void* SlabHeap::take_next_elsewhere(std::size_t size) noexcept {
     }
 }
 
-/// Makes a page that has room the current one.
+/// Makes a page that has free blocks the current one.
 bool SlabHeap::change_page(std::size_t size_class) noexcept {
     SlabPage*& current = current_[size_class];
     if (current != nullptr) {
@@ -202,7 +202,7 @@ bool SlabHeap::change_page(std::size_t size_class) noexcept {
     return current != nullptr;
 }
 
-/// Where these are too many, the one of its class that waits longest goes to the pool.
+/// When there are too many, gives the pool the oldest one of its class.
 void SlabHeap::add_with_room(SlabPage* page) noexcept {
     SlabPageList& pages = with_room_[page->size_class];
     pages.push_front(page);
@@ -219,7 +219,7 @@ void SlabHeap::remove_with_room(SlabPage* page) noexcept {
     --with_room_count_;
 }
 
-/// A page has become empty.
+/// Handles a page that has become empty.
 void SlabHeap::retire(SlabPage* page) noexcept {
     if (page == current_[page->size_class]) {
         current_[page->size_class] = nullptr;

@@ -11,26 +11,26 @@
 
 namespace bk {
 
-/// A block that is free, as a link of a list.
+/// A free block, as a node of a list.
 struct FreeBlock {
     FreeBlock* next;
 };
 
-/// Whose a page is: a heap's, or that of one of the two below.
+/// The owner of a page: a heap, or one of the three below.
 struct SlabOwner {};
 
-/// Nobody's: every block of the page is in use. The thread that gives one back makes the page its own.
+/// Of a page without a free block. The first thread that frees one of its blocks becomes the owner.
 inline constinit SlabOwner full_page;
-/// The pool's: there is room, and whoever touches more than the owner holds the pool's lock.
+/// Of a page of the pool, which has free blocks. Everything but the owner is read and written under the pool's lock.
 inline constinit SlabOwner pooled_page;
-/// A document's, which alone takes blocks from it: its one user gives them back by counting them, and the page stays.
+/// Of a page of a document, which alone allocates from it. A block that is freed is counted, and the page stays.
 inline constinit SlabOwner document_page;
 
-/// What lies in front of each block of a run where free blocks are poisoned: how long it is.
+/// Where free blocks are poisoned, the size of each block of a run is stored in front of it.
 inline constexpr std::size_t run_block_head = has_poison ? sizeof(std::uint64_t) : 0;
 
-/// The head of a page. Blocks that were never taken lie between `fresh` and `end`. A page of the run class has blocks of any
-/// size, block_size 0 and no free list: what is free there is not taken again before the page is empty.
+/// The head of a page. The memory between `fresh` and `end` has never been allocated. A page of the run class has blocks of any size,
+/// block_size 0 and no free list: memory that was freed there is not used again before the page is empty.
 struct SlabPage {
     std::atomic<SlabOwner*> owner;
     FreeBlock* free_blocks;
@@ -41,9 +41,9 @@ struct SlabPage {
     std::uint32_t live_count;
     SlabPage* next; // of a list of pages
     SlabPage* previous;
-    void* document; // as long as the page is a document's
+    void* document; // while the page belongs to one
     SlabPage* next_of_document;
-    void* hold; // a block that keeps the page from being empty as long as it is a document's
+    void* hold; // a block that keeps the page from becoming empty while it belongs to a document
 
     static SlabPage* of(void* block) noexcept {
         return reinterpret_cast<SlabPage*>(reinterpret_cast<std::uintptr_t>(block) & ~(slab_page_size - 1));
@@ -54,7 +54,7 @@ struct SlabPage {
     }
     bool has_room() const noexcept { return free_blocks != nullptr || fresh != end; }
     bool is_run() const noexcept { return block_size == 0; }
-    /// What a block takes; of a run 0 in builds that do not ask.
+    /// The size of a block. For a run it is 0 in builds without poison, which do not need it.
     std::size_t size_of(const void* block) const noexcept {
         if (!is_run() || !has_poison) {
             return block_size;
@@ -66,7 +66,7 @@ struct SlabPage {
         return found;
     }
 
-    /// When there is one. Its bytes are still poisoned.
+    /// Takes a free block, which must exist. Its bytes are still poisoned.
     void* take_block() noexcept {
         BK_ASSERT(has_room());
         ++live_count;
@@ -81,8 +81,8 @@ struct SlabPage {
         return block;
     }
 
-    /// Of a run: a block of this size, a multiple of the granularity; null when the rest of the page is too short. Its bytes are
-    /// still poisoned.
+    /// Takes a block of this size, a multiple of the granularity, from a run. Returns null when the rest of the page is too short. The
+    /// bytes are still poisoned.
     void* take_next(std::size_t size) noexcept {
         if (static_cast<std::size_t>(end - fresh) < size + run_block_head) {
             return nullptr;
@@ -98,7 +98,7 @@ struct SlabPage {
         return block;
     }
 
-    /// Whether it was the last one in use.
+    /// Frees a block. Returns whether it was the last one in use.
     bool put_block(void* block) noexcept {
         BK_ASSERT(live_count != 0 && is_block(block));
         if (!is_run()) {
@@ -109,14 +109,14 @@ struct SlabPage {
         return --live_count == 0;
     }
 
-    /// Whether a block that was once taken begins there.
+    /// Whether a block that was allocated at some time begins there.
     bool is_block(const void* place) const noexcept {
         const char* const block = static_cast<const char*>(place);
         return block < fresh && (is_run() || static_cast<std::size_t>(end - block) % block_size == 0);
     }
 };
 
-/// Pages, newest first.
+/// A list of pages, newest first.
 class SlabPageList {
 public:
     SlabPage* first() const noexcept { return first_; }

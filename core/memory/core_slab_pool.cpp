@@ -17,7 +17,7 @@ namespace {
 static_assert(std::is_trivially_destructible_v<SlabPool>, "statics of a host's use it to the very end");
 
 constexpr unsigned int pages_per_chunk = chunk_size / slab_page_size;
-constexpr std::size_t page_head_size = 128; // blocks of 64 bytes then lie in one cache line each
+constexpr std::size_t page_head_size = 128; // so that each block of 64 bytes is in a single cache line
 constexpr std::size_t first_page_head_size = 256;
 constexpr std::uint32_t all_pages_used = 0xFFFFFFFFu;
 static_assert(pages_per_chunk == 32, "a chunk counts its pages in 32 bits");
@@ -25,7 +25,7 @@ static_assert(sizeof(SlabPage) <= page_head_size &&
               page_head_size + sizeof(SlabChunk) <= first_page_head_size);
 static_assert(slab_page_size - first_page_head_size == slab_page_room);
 
-/// Every size has a class, whose blocks are large enough, and the next smaller class's are not.
+/// Whether every size has the smallest class whose blocks are large enough.
 constexpr bool holds_every_size() {
     for (std::size_t size = 1; size <= slab_largest_block; ++size) {
         const std::size_t size_class = slab_class_of(size);
@@ -53,7 +53,7 @@ void unmap(SlabChunk* chunk) noexcept {
 
 #if !defined(_WIN32)
 
-/// Only the thread that forks goes on in the child: it must not find the lock in the hands of another one.
+/// Only the thread that forks exists in the child. It would wait for ever for a lock that another thread held.
 [[maybe_unused]] const int fork_handlers =
     pthread_atfork([] { slab_pool.lock(); }, [] { slab_pool.unlock(); }, [] { slab_pool.unlock(); });
 
@@ -183,8 +183,8 @@ bool SlabPool::release(SlabPage* page, void* block) noexcept {
     return true;
 }
 
-/// Memory for a page; null when there is none. The lock is held while a chunk is mapped: threads that began together would
-/// otherwise take a chunk each, where one has pages for 32 of them.
+/// Returns memory for a page, or null when there is none. It holds the lock while it maps a chunk. Otherwise threads that start together
+/// would map a chunk each, although one chunk has pages for 32 of them.
 void* SlabPool::find_page() noexcept {
     if (chunks_with_room_ == nullptr) {
         void* const memory = take_chunks(chunk_size);
@@ -208,7 +208,7 @@ void* SlabPool::find_page() noexcept {
     return chunk->page(index);
 }
 
-/// The chunk, when it has become empty and enough others are: it is the caller's to give back.
+/// Frees a page of a chunk. When the chunk is now empty, and enough others are too, returns the chunk, which the caller must unmap.
 SlabChunk* SlabPool::drop_page(SlabPage* page) noexcept {
     SlabChunk* const chunk = SlabChunk::of(page);
     BK_ASSERT((chunk->used_pages >> index_in_chunk(page) & 1u) == 1u);

@@ -10,47 +10,47 @@
 
 namespace bk {
 
-/// What a chunk knows of its pages. It stands in the first page, behind that page's own head.
+/// The head of a chunk, which knows its pages. It follows the head of the chunk's first page.
 struct SlabChunk {
-    std::uint32_t used_pages; // a bit a page
-    SlabChunk* next;          // of the chunks that have room for pages
+    std::uint32_t used_pages; // one bit per page
+    SlabChunk* next;          // in the list of chunks that have free pages
     SlabChunk* previous;
 
     static SlabChunk* of(SlabPage* page) noexcept;
     SlabPage* page(unsigned int i) noexcept;
 };
 
-/// What threads share: the chunks, and the pages that have room and no thread. One lock guards it, which is held for some
-/// dozens of instructions, once for 64 KiB as a rule, and never during a system call.
+/// What threads share: the chunks, and the pages that have free blocks and no thread. One lock guards it. A thread holds the lock for some
+/// dozens of instructions, as a rule once per 64 KiB.
 class SlabPool {
 public:
-    /// A page of the class that has room, which the owner gets; null when there is no memory.
+    /// Gives the owner a page of the class that has free blocks. Returns null when there is no memory.
     SlabPage* take_page(std::size_t size_class, SlabOwner* owner) noexcept;
 
-    /// An empty page for a document; null when there is no memory.
+    /// Gives a document an empty page. Returns null when there is no memory.
     SlabPage* take_document_page() noexcept;
-    /// All pages of a document, whatever lies on them.
+    /// Takes back all pages of a document, whatever is on them.
     void give_document_pages_back(SlabPage* first) noexcept;
 
-    /// One that is empty.
+    /// Takes back an empty page.
     void give_page_back(SlabPage* page) noexcept;
 
-    /// One that has room and blocks in use: from here on it is the pool's.
+    /// Takes over a page that has both free blocks and blocks in use.
     void park(SlabPage* page) noexcept;
 
-    /// A block for a thread that has no heap; null when there is no memory.
+    /// Allocates a block for a thread that has no heap. Returns null when there is no memory.
     void* allocate(std::size_t size_class) noexcept;
 
-    /// Gives a block of a page back that is the pool's or full; false when the page has become another's meanwhile.
+    /// Frees a block of a page that belongs to the pool or is full. Returns false when the page has another owner by now.
     bool release(SlabPage* page, void* block) noexcept;
 
-    /// Around a fork: the child must find the pool in order, and open.
+    /// For a fork: the child must find the pool consistent and unlocked.
     void lock() noexcept { lock_.lock(); }
     void unlock() noexcept { lock_.unlock(); }
 
 private:
-    /// 16 MiB. A page that the kernel hands out again costs 5 ns a value to clear: documents that are read one after the other
-    /// take the pages of those that went.
+    /// 16 MiB. The kernel clears each page that it hands out, which costs 5 ns a value. So a document takes the pages of
+    /// those that were freed before.
     static constexpr unsigned int most_empty_chunks = 8;
 
     using Lock = std::unique_lock<StaticLock>;
@@ -63,13 +63,13 @@ private:
     StaticLock lock_;
     SlabPageList parked_[slab_class_count];
     SlabChunk* chunks_with_room_ = nullptr;
-    unsigned int empty_chunk_count_ = 0; // of these
+    unsigned int empty_chunk_count_ = 0; // in that list
 };
 
-/// The only one. It is there before the first static constructor runs, and nothing takes it away.
+/// The only pool. It exists before the first static constructor runs, and is never destroyed.
 extern constinit SlabPool slab_pool;
 
-/// Makes a page of the class out of memory for one.
+/// Makes memory of that size a page of the class.
 SlabPage* lay_out_page(void* place, std::size_t size_class, SlabOwner* owner) noexcept;
 
 } // namespace bk

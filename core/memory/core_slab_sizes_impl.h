@@ -2,14 +2,14 @@
 
 #include <cstddef>
 
-/// The size classes of slabs. Small blocks have a class for each multiple of the granularity. From there on, there is a
-/// class for each number of equal blocks that fill a page.
+/// The size classes of slabs. Small blocks have a class for each multiple of the granularity. Larger blocks have a class for each number of
+/// equal blocks that fill a page.
 namespace bk {
 
 inline constexpr std::size_t slab_page_size = std::size_t{64} << 10;
 inline constexpr std::size_t slab_granularity = 16;
 inline constexpr std::size_t slab_page_room =
-    slab_page_size - 256; // what a page's head leaves, the first one's too
+    slab_page_size - 256; // what is left behind the head of any page, the first of a chunk included
 
 inline constexpr std::size_t slab_largest_small_block = 1024;
 inline constexpr std::size_t slab_small_class_count = slab_largest_small_block / slab_granularity;
@@ -17,7 +17,7 @@ inline constexpr std::size_t slab_most_blocks =
     slab_page_room / (slab_largest_small_block + slab_granularity);
 inline constexpr std::size_t slab_fewest_blocks = 4;
 inline constexpr std::size_t slab_largest_block = slab_page_room / slab_fewest_blocks;
-/// The last class: pages of blocks of any size, one behind the other in the order in which they were taken.
+/// The last class: pages of blocks of any size, in the order in which they were allocated.
 inline constexpr std::size_t run_granularity = 8;
 inline constexpr std::size_t slab_run_class =
     slab_small_class_count + slab_most_blocks - slab_fewest_blocks + 1;

@@ -13,10 +13,10 @@
 
 namespace {
 
-/// The entry whose destructor has just run and whose block stays: strings are left in it.
+/// The entry whose destructor has just run, but whose block must stay because strings are left in it.
 constinit thread_local const void* kept_entry BK_TLS_MODEL = nullptr;
 
-/// False when all of its document goes, and the entry with it.
+/// Returns false when the whole document is being freed, and the entry with it.
 bool may_go(const ParserEntry& entry) noexcept {
     bk::DocumentPages* const pages =
         bk::EntryAccess::is_in_pages(entry) ? bk::DocumentPages::of(&entry) : nullptr;
@@ -25,7 +25,7 @@ bool may_go(const ParserEntry& entry) noexcept {
 
 } // namespace
 
-// In a shared library for Windows a constant has no place for callers to import without this.
+// Without this definition, a shared library for Windows has no address for the constant that callers could import.
 constexpr unsigned int ParserEntry::not_an_array; // NOLINT(readability-redundant-declaration)
 
 ParserEntry::ParserEntry(const CoreString& name, const Type& type, const core_ulong& line,
@@ -52,7 +52,7 @@ ParserEntry::~ParserEntry() {
     }
 }
 
-/// Some may live on, in other entries.
+/// Some of the values may stay alive in other entries.
 void ParserEntry::leave_values() noexcept {
     values_.forget_source(*this, nullptr);
     values_.clear();
@@ -67,7 +67,7 @@ ParserEntry& ParserEntry::operator=(const ParserEntry& other) {
         shared.share(other.values_);
         copy_fields(other);
         values_.forget_source(*this, &shared);
-        values_.swap(shared); // what was listed goes last: `other` may be a part of it
+        values_.swap(shared); // the old values are destroyed last: `other` may be one of them
     }
     return *this;
 }
@@ -85,7 +85,7 @@ void ParserEntry::copy_from(const ParserEntry& other) {
     values_.swap(copied);
 }
 
-/// What can fail comes before anything changes.
+/// Everything that can throw comes before the first change.
 void ParserEntry::copy_fields(const ParserEntry& other) {
     CoreString name(other.name_);
     copy_former_names(other);
@@ -110,7 +110,7 @@ bool ParserEntry::is_group() const {
     return values_.get_count() == 1 && is_value_group(0);
 }
 
-/// An entry that was read stays known by the name that its text has.
+/// A save recognises an entry that was read by the name in the text, so the old name is noted.
 void ParserEntry::rename(const CoreString& name) {
     values_.list_entry();
     if (line_ != 0 && name != name_) {

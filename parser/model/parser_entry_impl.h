@@ -12,7 +12,7 @@ namespace bk {
 
 class DocumentPages;
 
-/// What an entry is made with.
+/// The fields with which an entry is created.
 struct EntryFields {
     std::string_view name;
     ParserEntry::Type type = ParserEntry::TYPE_ENTRY;
@@ -21,20 +21,20 @@ struct EntryFields {
     unsigned int array_count = ParserEntry::not_an_array;
 };
 
-/// The one of 64 bits that stands for a name.
+/// Maps a name to one of 64 bits.
 inline unsigned long long name_bit(std::string_view name) noexcept {
     return 1ULL << (std::hash<std::string_view>()(name) % 64);
 }
 
-/// How often an entry has changed its type, in the process, plus 1. A group compares it to tell whether types of its entries may have
-/// changed since it last looked at them; an entry does not know its groups.
+/// Counts, from 1, how often any entry of the process has changed its type. A group compares two readings of it to tell whether the types
+/// of its entries may have changed since it last looked at them: an entry does not know the groups that list it.
 inline constinit std::atomic<core_uint64> type_era = 1;
 
-/// What the library's other parts see of an entry.
+/// Gives the rest of the library access to an entry.
 class EntryAccess {
 public:
-    /// A new entry whose list has room for `count` values and `text_size` bytes of their text.
-    /// If it is small enough, all of it, a long name too, is one block: of `pages`, where there are some.
+    /// Creates an entry whose list has room for `count` values and `text_size` bytes of their text. A small entry is a single block
+    /// that also has its values, their text and a long name. The block is from `pages` unless that is null.
     static ParserEntry* make(const EntryFields& fields, unsigned int count, std::size_t text_size,
                              DocumentPages* pages = nullptr);
     static ParserValueList& values(const ParserEntry& entry) noexcept { return entry.values_; }
@@ -45,7 +45,7 @@ public:
         entry.line_ = line;
         entry.column_ = column;
     }
-    /// Whether an entry that was read may have been renamed from that name since. Of other names one in 64 is taken for a former one.
+    /// Whether an entry that was read may have had this name before. One in 64 of the other names is taken for a former name.
     static bool may_have_had_name(const ParserEntry& entry, std::string_view name) noexcept {
         return entry.rare_ != nullptr && (entry.rare_->former_names & name_bit(name)) != 0;
     }
@@ -54,20 +54,20 @@ public:
     }
     static void copy_fields(ParserEntry& entry, const ParserEntry& other) { entry.copy_fields(other); }
 
-    /// One more list holds the entry; one list less does, and the last one deletes it. Null is legal there.
+    /// `share` counts one more list that holds the entry. `release` counts one less, and deletes the entry after the last; it takes null.
     static void share(ParserEntry& entry) {
         escape(&entry);
         ++entry.make_rare().other_owners;
     }
     static void release(ParserEntry* entry) noexcept;
 
-    /// Whether the entry stands in the pages of a document, and whether that knows that it owns something outside.
+    /// Whether the entry is in the pages of a document, and whether the document has it in its list of those that own memory elsewhere.
     static bool is_in_pages(const ParserEntry& entry) noexcept { return entry.values_.is_in_pages(); }
     static bool is_listed(const ParserEntry& entry) noexcept { return entry.values_.is_listed(); }
     static void set_listed(ParserEntry& entry) noexcept { entry.values_.set_listed(); }
-    /// Of a list that is the list of an entry in pages: before the entry owns something outside.
+    /// Call it before the entry of this list, which is in pages, comes to own memory elsewhere.
     static void list_entry_of(ParserValueList& values) noexcept;
-    /// Before an edit after which the document of the entry does not go as one. Null is legal.
+    /// Call it before an edit after which the document of the entry cannot be freed as a whole. Takes null.
     static void escape(const ParserEntry* entry) noexcept {
         if (entry != nullptr && is_in_pages(*entry)) {
             escape_from_pages(*entry);
@@ -84,7 +84,7 @@ private:
     static void escape_from_pages(const ParserEntry& entry) noexcept;
 };
 
-/// Asks for an entry that will be looked at soon, and for its values, which begin behind it. Null is legal.
+/// Prefetches an entry, and the values that follow it in memory. Takes null.
 inline void prefetch_entry(const ParserEntry* entry) noexcept {
     if (entry != nullptr) {
         prefetch(entry);

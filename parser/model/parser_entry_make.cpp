@@ -14,10 +14,10 @@ namespace bk {
 
 namespace {
 
-/// What stands in an entry's block cannot be given back before the entry: a long list that grows would leave much behind.
+/// What is in an entry's block cannot be freed before the entry: a long list that grows would leave much unused memory there.
 constexpr std::size_t largest_embedding_block = 1024;
 
-/// A name that is too long to stand inside its string has its text, and a NUL, behind the values.
+/// A name that is too long to be stored inside its string is put after the values, with a NUL.
 std::size_t name_need(std::string_view name) noexcept {
     return name.size() <= CoreString::inline_capacity ? 0 : name.size() + 1;
 }
@@ -47,7 +47,7 @@ ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, st
     return entry;
 }
 
-/// Without a name, and with so many bytes behind it.
+/// Creates an entry without a name, with this number of bytes after it.
 ParserEntry* EntryAccess::make_alone(const EntryFields& fields, std::size_t bytes_behind,
                                      DocumentPages* pages) {
     const std::size_t size = sizeof(ParserEntry) + bytes_behind;

@@ -57,7 +57,7 @@ void ParserEntry::add_word(const ParserWord& word, const ParserValue::Type& type
 
 namespace {
 
-/// The group is the entry's only when it is listed.
+/// The entry owns the group only once it lists it.
 void adopt(ParserValueList& values, ParserGroup* group) {
     ParserValue value(group);
     try {
@@ -68,7 +68,7 @@ void adopt(ParserValueList& values, ParserGroup* group) {
     }
 }
 
-/// All of them or none.
+/// Adds all of them or none.
 template <class Number>
 void append_all(ParserValueList& values, std::initializer_list<Number> components) {
     const unsigned int old_count = values.get_count();
@@ -166,7 +166,7 @@ ParserGroup* ParserEntry::get_group(const unsigned int& i) const {
 
 namespace {
 
-/// The components of a vector that starts at value `start`, as far as there are values.
+/// Reads the components of a vector that starts at value `start`, as far as there are values.
 template <class Vector, class Read>
 Vector read_components(const ParserValueList& values, unsigned int start, unsigned int size, Read read) {
     Vector vector;

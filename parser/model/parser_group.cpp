@@ -37,7 +37,8 @@ ParserGroup& ParserGroup::operator=(const ParserGroup& other) {
     if (this == &other) {
         return *this;
     }
-    ParserGroup shared(other.name_); // what was listed goes with it, last: `other` may be a part of it
+    // It takes the old entries, and is destroyed last, because `other` may be inside one of them.
+    ParserGroup shared(other.name_);
     for (ParserEntry* entry : other.entries_) {
         if (entry != nullptr) {
             bk::EntryAccess::share(*entry);
@@ -104,7 +105,7 @@ void ParserGroup::append(ParserEntry* entry) {
 }
 
 void bk::GroupAccess::list_entries(ParserGroup& group, ParserEntry* const* entries, unsigned int count) {
-    // The index first, and only then the entries, which cannot be taken in half.
+    // The index comes first: the entries are then added all at once or not at all.
     if (count != 0 && !is_in_pages(group) && EntryAccess::is_in_pages(*entries[0])) {
         group.keyword_index_.set_lists_document();
     }
@@ -116,7 +117,7 @@ void bk::GroupAccess::list_entries(ParserGroup& group, ParserEntry* const* entri
             if (type == ParserEntry::TYPE_KEYWORD) {
                 group.keyword_index_.add(first + i);
             } else if (type != ParserEntry::TYPE_ENTRY) {
-                group.keyword_index_.set_era(0); // a call has an ordinal until the index is found anew
+                group.keyword_index_.set_era(0); // a call has an ordinal until the index is rebuilt
             }
         }
         group.entries_.add_range(entries, count);
@@ -129,7 +130,7 @@ void bk::GroupAccess::list_entries(ParserGroup& group, ParserEntry* const* entri
 void bk::GroupAccess::fill(ParserGroup& group, ParserEntry* const* entries, unsigned int count,
                            DocumentPages& pages) {
     const std::size_t size = std::bit_ceil(std::size_t{count}) * sizeof(ParserEntry*);
-    const bool has_list = group.entries_.get_capacity() != 0; // from a try that ended without memory
+    const bool has_list = group.entries_.get_capacity() != 0; // from an attempt that ran out of memory
     if (count != 0 && size <= largest_list_in_pages && !has_list) {
         VectorAccess::take_storage(group.entries_, pages.allocate(size),
                                    static_cast<unsigned int>(size / sizeof(ParserEntry*)));
@@ -157,7 +158,7 @@ std::unique_ptr<ParserGroup> bk::GroupAccess::make(DocumentPages* pages) {
 
 namespace {
 
-/// Null, with a message, when the name is refused.
+/// Returns null, and logs a message, when the name is refused.
 std::unique_ptr<ParserEntry> make_entry(const CoreString& name, const core_ulong& line,
                                         const core_ulong& column) {
     bool is_keyword = false;
@@ -271,10 +272,10 @@ private:
     struct Place {
         const ParserGroup* group;
         unsigned int ordinal;
-        unsigned int value; // of the entry at `ordinal`, when its values are being searched
+        unsigned int value; // of the entry at `ordinal`, while its values are being searched
     };
 
-    /// False when the group is done.
+    /// Returns false when the group is done.
     bool advance(Place& place) {
         const ParserGroup& group = *place.group;
         for (; place.ordinal < group.get_entry_count(); ++place.ordinal, place.value = 0) {

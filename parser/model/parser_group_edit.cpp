@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <memory>
 
-// Memory may end anywhere below. What an edit needs is therefore taken before an entry moves: room for the entries, and for the
-// index, which may become longer when a host has changed types.
+// Any allocation below may fail. So an edit takes what it needs before it moves an entry: room for the entries, and for the index, which
+// may become longer when a host has changed types.
 
 namespace {
 
@@ -16,7 +16,7 @@ struct ReleaseEntry {
     void operator()(ParserEntry* entry) const noexcept { bk::EntryAccess::release(entry); }
 };
 
-/// Entries that are deleted when their group is whole again.
+/// Entries to delete once their group is consistent again.
 class RemovedEntries {
 public:
     explicit RemovedEntries(unsigned int count) { entries_.reserve(count); }
@@ -24,7 +24,7 @@ public:
     RemovedEntries(const RemovedEntries&) = delete;
     RemovedEntries& operator=(const RemovedEntries&) = delete;
 
-    /// As many as were announced.
+    /// Takes at most as many as the constructor was told.
     void add(ParserEntry* entry) { entries_.add(entry); }
 
 private:
@@ -35,7 +35,7 @@ bool is_ordinary(const ParserEntry* entry) noexcept {
     return entry != nullptr && entry->get_type() == ParserEntry::TYPE_ENTRY;
 }
 
-/// Before entries of a group move to another one.
+/// Call it before entries of a group move to another group.
 void let_entries_leave(const ParserGroup& from, const ParserGroup& dest) noexcept {
     if (&from == &dest) {
         return;
@@ -46,7 +46,7 @@ void let_entries_leave(const ParserGroup& from, const ParserGroup& dest) noexcep
     }
 }
 
-/// Whether entries of a group, all that the predicate takes, would be moved into themselves. If so, says so.
+/// Whether one of the entries that the predicate selects would be moved into itself. Logs a message if so.
 template <class IsMoved>
 bool is_refused(const char* operation, const ParserGroup& from, const ParserGroup& dest, IsMoved is_moved) {
     bk::GroupSearch search(dest);
@@ -63,8 +63,8 @@ bool is_refused(const char* operation, const ParserGroup& from, const ParserGrou
 
 } // namespace
 
-/// A host may have deleted the entry already, so it is looked at only where the group cannot tell its document. The pages of that
-/// document still have the mark of a deleted entry.
+/// A host may have deleted the entry already. So the entry is read only where the group cannot tell which document it is in. The pages of
+/// such a document are still there, and so is the mark of a deleted entry.
 void ParserGroup::detach_entry(const unsigned int& ordinal) {
     ParserEntry*& slot = entries_[position_of(ordinal)];
     bk::GroupAccess::escape(*this);
@@ -95,7 +95,7 @@ void ParserGroup::move_entry(const unsigned int& position, ParserGroup& dest) {
         move_entry(position, entries_.get_count() - 1);
         return;
     }
-    const unsigned int from = position; // may be the count of `dest`
+    const unsigned int from = position; // `position` may alias the count of `dest`
     const auto is_moved = [moved = entries_[from]](const ParserEntry* entry) { return entry == moved; };
     if (is_refused("move_entry", *this, dest, is_moved)) {
         return;
@@ -169,7 +169,7 @@ void ParserGroup::remove_entry(const CoreString& name) {
 
 void ParserGroup::remove_entry(unsigned int position) {
     const bool is_exact = prepare_index(0);
-    std::unique_ptr<ParserEntry, ReleaseEntry> removed; // deleted when the group is whole again
+    std::unique_ptr<ParserEntry, ReleaseEntry> removed; // deleted once the group is consistent again
     if (position < entries_.get_count()) {
         removed.reset(entries_[position]);
         bk::GroupAccess::drop_slot(*this, position, is_exact);
@@ -178,7 +178,7 @@ void ParserGroup::remove_entry(unsigned int position) {
     }
 }
 
-/// Removes the entries at the positions that the predicate names.
+/// Removes the entries at the positions that the predicate selects.
 template <class IsRemoved>
 void ParserGroup::take_out(IsRemoved is_removed) {
     unsigned int removed_count = 0;

@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <new>
 
-// The index of a group has the positions of the entries that have no ordinal. A type that a host changes counts from the next edit on,
-// so each edit would look at every entry. A long group therefore notes with its index how often types had changed in the process
-// when it was found. As long as none has changed since, the index is exact, and an edit that moves or removes one entry shifts it.
+// The index of a group has the positions of the entries that have no ordinal. When a host changes the type of an entry, the change takes
+// effect at the next edit of the group, so each edit would have to look at every entry. A long group therefore stores with its index how
+// often types had changed in the process when the index was built. While that count stays the same, the index is exact, and an edit that
+// moves or removes one entry only shifts it.
 
 namespace {
 
-/// A group with fewer entries looks at each. The entries of a longer one take more memory than a small document has in its pages, so
-/// that the index may take some, too.
+/// A group with at most this many entries looks at each of them. The list of a longer group is stored outside a document's pages, so its
+/// index may be, too.
 constexpr unsigned int many = 128;
 
 bool has_no_ordinal(const ParserEntry* entry) noexcept {
@@ -27,8 +28,8 @@ bool ParserGroup::is_index_exact() const noexcept {
     return keyword_index_.get_era() == bk::type_era.load(std::memory_order_relaxed);
 }
 
-/// Before an edit that adds `extra` entries without an ordinal: takes the memory that the index needs after it, also when it is found
-/// anew. Returns whether the index is exact.
+/// Call it before an edit that adds `extra` entries without an ordinal. It allocates what the index needs after the edit, even when it must
+/// be rebuilt. Returns whether the index is exact.
 bool ParserGroup::prepare_index(unsigned int extra) {
     const bool is_exact = is_index_exact();
     const unsigned int needed = (is_exact ? keyword_index_.get_count() : count_without_ordinal()) + extra;
@@ -40,13 +41,13 @@ bool ParserGroup::prepare_index(unsigned int extra) {
         try {
             keyword_index_.reserve(1);
         } catch (const std::bad_alloc&) {
-            return is_exact; // the index goes on without an era
+            return is_exact; // the index works without a count, too
         }
     }
     return is_exact;
 }
 
-/// There is room: see `prepare_index`.
+/// Allocates nothing, after `prepare_index`.
 void ParserGroup::rebuild_index() noexcept {
     keyword_index_.set_era(bk::type_era.load(std::memory_order_relaxed));
     keyword_index_.truncate(0);

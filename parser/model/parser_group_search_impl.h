@@ -6,16 +6,16 @@
 
 namespace bk {
 
-/// Looks for a group below some entries, at any depth and without recursion. What several lists hold is visited once.
+/// Looks for a group below some entries, at any depth and without recursion. Visits what several lists hold only once.
 class GroupSearch {
 public:
     explicit GroupSearch(const ParserGroup& sought) : sought_(sought) {}
 
-    /// Adds what the entry holds to what is to be searched. True when the group is a value of it.
+    /// Adds the groups of the entry to those to search. Returns true when the wanted group is one of them.
     bool enter(const ParserEntry& entry);
-    /// Whether anything is left to be searched.
+    /// Whether any group is left to search.
     bool is_open() const noexcept { return !open_.empty(); }
-    /// True when the group is below what was entered. Linear in the entries there.
+    /// Returns true when the wanted group is below what was entered. Linear in the entries there.
     bool run();
 
 private:
@@ -23,11 +23,11 @@ private:
 
     const ParserGroup& sought_;
     std::vector<const ParserGroup*> open_;
-    CoreSet<const void*> seen_; // of what may be held twice
+    CoreSet<const void*> seen_; // of the objects that several lists may hold
 };
 
-/// Whether this group lists an entry that holds `held`, and nothing else can hold that. Linear in the entries of the group; no
-/// source entry is looked at that the group does not list.
+/// Whether this group lists an entry that holds `held`, and no other entry can hold it. Linear in the entries of the group. Looks only at
+/// entries that the group lists.
 bool is_only_holder(const ParserGroup& group, const ParserGroup& held) noexcept;
 
 } // namespace bk

@@ -38,7 +38,7 @@ void TreeCopier::copy_values(const ParserValueList& from, ParserValueList& to) {
     }
 }
 
-/// Into the room that the list has for them.
+/// Puts the copies into the room that the list has for them.
 void TreeCopier::fill_values(const ParserValueList& from, ParserValueList& to) {
     char* text = from.get_count() == 0 ? nullptr : to.text_room();
     for (unsigned int i = 0; i < from.get_count(); ++i) {

@@ -6,14 +6,14 @@
 
 namespace bk {
 
-/// Copies trees deeply with an explicit stack.
+/// Makes deep copies of trees with a stack of its own instead of recursion.
 class TreeCopier {
 public:
-    /// A copy of the entry whose nested groups are still empty, until `finish`.
+    /// Returns a copy of the entry. Its nested groups are empty until `finish`.
     ParserEntry* copy_entry(const ParserEntry& entry);
-    /// The same for the values alone; `to` is empty.
+    /// Copies the values alone, to a list that is empty. Their nested groups are empty until `finish`.
     void copy_values(const ParserValueList& from, ParserValueList& to);
-    /// Fills the nested groups of all that was copied.
+    /// Fills the nested groups of everything that was copied.
     void finish();
 
 private:

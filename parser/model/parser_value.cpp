@@ -14,8 +14,8 @@
 
 namespace {
 
-/// What does not fit, and not-a-number, gives the least int. Only what fits is converted, even when the compiler takes both
-/// ways and chooses afterwards: another number would raise the invalid-operation exception.
+/// Returns the least int for a number that does not fit and for not-a-number. It converts only numbers that fit, because any other would
+/// raise the invalid-operation exception. That holds even when the compiler computes both branches and selects one.
 int truncate_to_int(double value) noexcept {
     constexpr double above = 2147483648.0;
     const bool fits = value > -above - 1.0 && value < above;
@@ -158,7 +158,7 @@ void ParserValue::release_away() noexcept { // NOLINT(readability-make-member-fu
     }
 }
 
-/// What a setter was given may lie in the content that is released here: it is copied first.
+/// The argument of a setter may alias the content that is freed here, so it is copied first.
 void ParserValue::become(Type type) noexcept {
     release();
     bits_ = type;
@@ -316,7 +316,7 @@ void* ParserValue::get_as_binary_data(unsigned int& size) const {
 }
 
 CoreString ParserValue::get_type_name(const Type& type) {
-    CoreString name; // which takes no memory
+    CoreString name; // which allocates nothing
     const char* const text = type_name(type);
     name.set_borrowed(text, static_cast<unsigned int>(std::strlen(text)));
     return name;

@@ -14,8 +14,8 @@
 #include <stdexcept>
 #include <utility>
 
-/// How values leave the block they stand in side by side. Strings that a host may hold do not: they stay in the block, which
-/// then lives as long as they do.
+/// Moves values out of the block in which they are stored side by side. Strings to which a host may hold references stay in the block,
+/// which then lives as long as they do.
 class ParserValueList::Departure {
 public:
     explicit Departure(const ParserValueList& list) : list_(list), block_(list.block_) {
@@ -44,7 +44,7 @@ public:
         }
     }
 
-    /// True when the values of an entry's own block have left strings in it.
+    /// Whether the values have left strings in the entry's own block.
     bool finish() noexcept {
         bk::StringHome* const home = std::exchange(home_, nullptr);
         if (home == nullptr) {
@@ -92,7 +92,7 @@ ParserValue& ParserValueList::change(unsigned int i) noexcept {
     return at(i);
 }
 
-/// Whether a host may hold the string of a value, and the string is inside of it.
+/// Whether a host may hold a reference to the string of a value, and the string is inside the value.
 bool ParserValueList::shows_string(unsigned int i) const noexcept {
     return shows_strings_ != 0 && !in_cells_ && bk::ValueAccess::has_string_inside(at(i));
 }
@@ -120,7 +120,7 @@ ParserValue& ParserValueList::append(ParserValue& value) {
     return at(count_ - 1);
 }
 
-/// The text area is moved as it stands, and the values follow it.
+/// Copies the text area as it is, and corrects the pointers of the values.
 void ParserValueList::grow() {
     const std::uint64_t capacity = count_ == 0 ? 1 : std::uint64_t{count_} * 2;
     if (block_ == nullptr || in_cells_) {
@@ -278,7 +278,7 @@ void ParserValueList::split_into_cells() {
     unsigned int made = 0;
     try {
         for (; made < count_; ++made) {
-            block_->is_self_contained = 0; // a text of its own is kept outside the block
+            block_->is_self_contained = 0; // its text is now outside the block
             if (!departure.stays(made)) {
                 bk::ValueAccess::own_text(block_->values()[made]);
             }

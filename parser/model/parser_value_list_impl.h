@@ -10,17 +10,17 @@
 #include <cstdint>
 #include <new>
 
-/// The block that holds the values: this head, then room for `capacity` values, then the text area. After a split
-/// into cells: the head, then room for `capacity` pointers. The block of a parsed entry stands right behind the entry; when its
-/// values have left strings in it, the pointer to their StringHome stands in place of the head.
+/// The block that holds the values: this head, then room for `capacity` values, then the text area. After a split into cells it is the head
+/// and room for `capacity` pointers. The block of a parsed entry follows the entry in memory. When its values have left strings in it,
+/// a pointer to their StringHome takes the place of the head.
 struct ParserValueList::Block {
     static constexpr std::uint64_t max_capacity = (std::uint64_t{1} << 30) - 1;
     static constexpr std::uint64_t max_text_size = (std::uint64_t{1} << 32) - 1;
 
     std::uint64_t capacity : 30;
     std::uint64_t text_size : 32;
-    std::uint64_t is_self_contained : 1; // no value keeps anything outside this block
-    std::uint64_t is_embedded : 1; // a part of the entry's own block, which is given back with the entry
+    std::uint64_t is_self_contained : 1; // no value owns memory outside this block
+    std::uint64_t is_embedded : 1;       // a part of the entry's own block, which is freed with the entry
 
     ParserValue* values() noexcept { return reinterpret_cast<ParserValue*>(this + 1); }
     Cell** cells() noexcept { return reinterpret_cast<Cell**>(this + 1); }
@@ -53,7 +53,7 @@ struct ParserValueList::Cell {
     alignas(ParserValue) unsigned char storage[sizeof(ParserValue)];
 
     ParserValue& value() noexcept { return *std::launder(reinterpret_cast<ParserValue*>(storage)); }
-    /// True when the value is a group that other lists hold as well, and the entry was its source entry, which it forgets.
+    /// For a group that other lists hold as well: when `owner` is its source entry, clears that and returns true.
     bool forget_source(const ParserEntry& owner) noexcept;
     static Cell* make() { return new (CoreMemory::allocate(sizeof(Cell))) Cell{1, false, {}}; }
 };

@@ -25,7 +25,7 @@ void ValueAccess::convert_spelling(const ParserValue& value) noexcept {
     value.bits_ |= ParserValue::VALUE_HELD;
 }
 
-/// Whether the spelling stands in a text area: the values are in front of it.
+/// Whether the spelling is in the text area of the list, which follows the values.
 bool ValueAccess::has_margin(const ParserValue& value) noexcept {
     static_assert(sizeof(ParserValue) >= number_margin);
     return value.size_ != 0 && !value.has(ParserValue::TEXT_OWNED);

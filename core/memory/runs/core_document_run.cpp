@@ -5,7 +5,7 @@
 
 namespace bk {
 
-/// The first block of each page is its hold; on the first page it is the document.
+/// The first block of each page is its hold. On the first page that block is the document itself.
 void* DocumentRun::begin(std::size_t size) noexcept {
     SlabPage* const page = take_document_page();
     if (page == nullptr) {
@@ -36,7 +36,7 @@ void* DocumentRun::take_elsewhere(std::size_t size) noexcept {
 void DocumentRun::let_go() noexcept {
     for (SlabPage* page = first_; page != nullptr;) {
         SlabPage* const next = page->next_of_document;
-        if (page->live_count == 1) { // nothing but the hold
+        if (page->live_count == 1) { // only the hold
             page->next_of_document = nullptr;
             give_document_pages_back(page);
             page = next;

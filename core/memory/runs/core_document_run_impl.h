@@ -6,19 +6,18 @@
 
 namespace bk {
 
-/// The pages of one document: blocks of any size, one behind the other. They go back all at once, with whatever lies on them, or,
-/// once the document has let go of them, each when the last of its blocks was given back.
+/// The pages of one document, with blocks of any size in the order in which they were allocated. The document either frees all of them at
+/// once, whatever is on them, or gives them up (`let_go`). Then each page is freed when the last of its blocks is.
 ///
-/// Until then only the document's one user takes blocks and gives blocks back, and a block that was given back is counted
-/// and nothing more.
+/// Until then only the document's one user allocates and frees its blocks. A block that is freed is only counted.
 class DocumentRun {
 public:
-    /// A first page with room for `size` bytes, which are the document; null when there is no memory.
+    /// Takes a first page, and returns a block of `size` bytes on it for the document. Returns null when there is no memory.
     static void* begin(std::size_t size) noexcept;
-    /// Of a document that was made in such a place.
+    /// For the document in such a block.
     explicit DocumentRun(void* document) noexcept;
 
-    /// Null when there is no memory. At most slab_largest_small_block bytes.
+    /// Allocates at most slab_largest_small_block bytes. Returns null when there is no memory.
     void* take(std::size_t size) noexcept {
         const std::size_t rounded = slab_rounded(size, run_granularity);
         void* const block = last_->take_next(rounded);
@@ -29,15 +28,15 @@ public:
         return block;
     }
 
-    /// Of a block that was taken from slabs or from the pages of a document: that document, unless it has let go.
+    /// The document of a block from slabs or from pages of a document. Null when there is none, or when it has given up its pages.
     static void* document_of(const void* block) noexcept {
         const SlabPage* const page = SlabPage::of(const_cast<void*>(block));
         return page->is_owned_by(&document_page) ? page->document : nullptr;
     }
 
-    /// From here on, these are pages as others. The document is destroyed, but in its place.
+    /// Makes the pages like all others. The document object is destroyed already, but its block is still allocated.
     void let_go() noexcept;
-    /// Everything on the pages is gone afterwards, the document with it.
+    /// Frees the pages with everything on them, the document's block included.
     void drop() noexcept;
 
 private:

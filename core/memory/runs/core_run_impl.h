@@ -4,17 +4,17 @@
 
 namespace bk {
 
-/// As CoreMemory::allocate, behind the block that this thread took last in this way, whatever the sizes: what is made in an
-/// order then lies in it. CoreMemory::release gives it back, but its memory is used again only when all that lies on its
-/// page has been given back, so that this is for what is read, and not for edits.
+/// Allocates like CoreMemory::allocate, but right after the block that this thread allocated last in this way, whatever the sizes. So
+/// objects are in memory in the order of their creation. CoreMemory::release frees the block. Its memory is used again only when every
+/// block of its page is free, so reading allocates in this way, and edits do not.
 [[nodiscard]] void* allocate_in_order(std::size_t size);
 
 struct SlabPage;
 
-/// An empty page for a document, whose blocks lie one behind the other; null when there is no memory, and always in a build
-/// without slabs.
+/// Takes an empty page for a document, whose blocks follow each other. Returns null when there is no memory, and always in a build without
+/// slabs.
 [[nodiscard]] SlabPage* take_document_page() noexcept;
-/// Gives all pages of a document back, with whatever lies on them.
+/// Frees all pages of a document, with whatever is on them.
 void give_document_pages_back(SlabPage* first) noexcept;
 
 } // namespace bk

@@ -4,10 +4,10 @@
 
 namespace bk {
 
-/// What reading sees of a vector.
+/// Lets the parser give a vector its storage.
 class VectorAccess {
 public:
-    /// Gives a vector without storage some: a block for `capacity` elements, which it gives back as its own.
+    /// Gives a vector without storage a block for `capacity` elements, which the vector frees as its own.
     template <class T>
     static void take_storage(CoreVector<T>& vector, void* block, unsigned int capacity) noexcept {
         vector.data_ = static_cast<T*>(block);

@@ -11,10 +11,10 @@ namespace bk {
 
 namespace {
 
-/// A tree takes about four times the bytes of its text: from here on, a document fills more than two pages.
+/// A tree takes about four times the bytes of its text. So a document of this size fills two pages of 64 KiB.
 constexpr std::size_t fewest_bytes = std::size_t{32} << 10;
 
-/// When so much of a document has gone object by object, the pages that are empty go back.
+/// When this part of the objects has been removed one by one, the document gives up its pages, so that empty ones are freed.
 constexpr std::size_t part_that_may_go = 8;
 
 } // namespace
@@ -33,7 +33,7 @@ void* DocumentPages::allocate(std::size_t size) {
     return block;
 }
 
-/// A list that cannot grow is no reason to refuse an edit: the document is visited then.
+/// When memory for the list runs out, the edit still succeeds, and the document gives up its pages instead.
 template <class Object>
 void DocumentPages::list_in(CoreVector<Object*>& listed, Object& object) noexcept {
     try {
@@ -58,7 +58,7 @@ void DocumentPages::list(ParserGroup& group) noexcept {
     list_in(listed_groups_, group);
 }
 
-/// A document without an entry would have no owner.
+/// A document without an entry has no owner, and is freed at once.
 void DocumentPages::finish() noexcept {
     if (state_ == State::being_read && taken_ != 0) {
         state_ = State::whole;
@@ -73,14 +73,14 @@ void DocumentPages::escape() noexcept {
     }
 }
 
-/// The place of this object is a block of the first page.
+/// This object is itself a block of the first page.
 void DocumentPages::let_go() noexcept {
     DocumentRun run = run_;
     this->~DocumentPages();
     run.let_go();
 }
 
-/// What is listed goes with a visit of all the rest: the list would show where it has been.
+/// When a listed object is removed, the document gives up its pages: its list would keep a dangling pointer.
 bool DocumentPages::may_go(bool is_listed) noexcept {
     if (state_ == State::whole && (is_listed || ++gone_ > taken_ / part_that_may_go)) {
         let_go();
@@ -124,7 +124,7 @@ void DocumentPages::drop() noexcept {
         GroupAccess::give_lists_back(*group);
     }
     for (ParserEntry* entry : listed_entries_) {
-        entry->ParserEntry::~ParserEntry(); // its groups stay, as everything in the pages
+        entry->ParserEntry::~ParserEntry(); // its groups are in the pages and need no destructor
     }
     DocumentRun run = run_;
     this->~DocumentPages();
@@ -132,7 +132,7 @@ void DocumentPages::drop() noexcept {
 }
 
 void EntryAccess::list_entry_of(ParserValueList& values) noexcept {
-    constexpr std::size_t place = sizeof(void*) + sizeof(CoreString); // behind the virtual table and the name
+    constexpr std::size_t place = sizeof(void*) + sizeof(CoreString); // after the virtual table and the name
     if (DocumentPages* const pages = DocumentPages::of(&values)) {
         auto* const entry = reinterpret_cast<ParserEntry*>(reinterpret_cast<char*>(&values) - place);
         BK_ASSERT(&entry->values_ == &values);

@@ -11,49 +11,49 @@ class ParserGroup;
 
 namespace bk {
 
-/// What one reading has made, in pages of its own: entries, the groups in them, and the lists of these groups. All of it goes at
-/// once when the group that lists the outermost entries gives them up: no object is visited but those that own something
-/// elsewhere. That is possible as long as
+/// The pages of one document: the entries that one read created, the groups in them, and the lists of these groups. When the group that
+/// lists the outermost entries gives them up, the pages are freed as a whole. Only objects that own memory elsewhere are destroyed
+/// one by one before. This works as long as
 ///
-/// - every object has one owner, inside the document or that one group,
-/// - nothing hangs in the document that was made elsewhere and is an entry or a group.
+/// - every object has one owner, which is in the document or is that one group;
+/// - the document contains no entry or group that was created elsewhere.
 ///
-/// An edit that ends this lets the pages go first (`escape`). From then on the objects are visited and given back one by one, as
-/// all others are. An edit that merely lets an object own memory outside lists that object. Objects may go before the rest;
-/// when an eighth has, the pages are let go, so that those that are empty can go back.
+/// An edit that would end this first makes the document give up its pages (`escape`). From then on, its objects are destroyed one by one
+/// like any others. An edit after which an object owns memory elsewhere puts that object into a list. Single objects may be removed
+/// earlier. When an eighth of them has been, the document gives up its pages, so that empty ones are freed.
 ///
-/// One thread at a time edits a document, and destroys it; nothing here is touched by reading.
+/// One thread at a time edits and destroys a document. Reading does not touch this object.
 class DocumentPages {
 public:
-    /// Null for a reading of so few bytes that pages would be mostly empty, and when there is no memory.
+    /// Returns null for fewer than 32 KiB, whose pages would be mostly empty, and when there is no memory.
     static DocumentPages* begin(std::size_t byte_count) noexcept;
-    /// Of an object that is marked to stand in pages; null once these were let go.
+    /// The pages of an object that is marked to be in pages. Null once the document has given them up.
     static DocumentPages* of(const void* object) noexcept {
         return static_cast<DocumentPages*>(DocumentRun::document_of(object));
     }
 
-    /// For an entry, a group or the list of a group, of at most slab_largest_small_block bytes.
+    /// Allocates an entry, a group or the list of a group, of at most slab_largest_small_block bytes.
     [[nodiscard]] void* allocate(std::size_t size);
 
-    /// Of an object here that owns something outside, or is about to.
+    /// Notes an object that owns memory elsewhere, or is about to.
     void list(ParserEntry& entry) noexcept;
     void list(ParserGroup& group) noexcept;
 
-    /// The reading is done: every object is where it belongs.
+    /// Call it at the end of the read, when every object has its owner.
     void finish() noexcept;
-    /// The reading has failed: what it made is visited.
+    /// Call it when the read has failed. Its objects are then destroyed one by one.
     void abandon() noexcept { let_go(); }
 
-    /// Before an edit after which the document does not go as one.
+    /// Call it before an edit after which the document cannot be freed as a whole.
     void escape() noexcept;
-    /// Before one object is destroyed by itself. False when the whole document goes, and the object with it.
+    /// Call it before one object is destroyed by itself. Returns false when the whole document is being freed, and the object with it.
     bool may_go(const ParserEntry& entry) noexcept;
     bool may_go(const ParserGroup& group) noexcept;
 
-    /// The owner gives up an entry of it. True when everything goes with that: from here on no object goes by itself, and the
-    /// document stands in front of `others`.
+    /// Call it when the owner gives up an entry of the document. Returns true when the whole document can be freed, and puts it in front of
+    /// `others`. From then on no object of it is destroyed by itself.
     bool doom(DocumentPages*& others) noexcept;
-    /// Everything goes, of all these documents.
+    /// Frees all of these documents.
     static void drop_all(DocumentPages* doomed) noexcept;
 
 private:
@@ -72,22 +72,22 @@ private:
     CoreVector<ParserEntry*> listed_entries_;
     CoreVector<ParserGroup*> listed_groups_;
     std::size_t taken_ = 0; // objects and lists
-    std::size_t gone_ = 0;  // of the objects
+    std::size_t gone_ = 0;  // objects that were removed one by one
     DocumentPages* next_doomed_ = nullptr;
     State state_ = State::being_read;
 };
 
-/// The documents that go with a group, because it lists their outermost entries. An entry is looked at only when it is the first
-/// of its page in the list. The entries stay where they are until this object goes.
+/// The documents to free when a group gives up its entries. They are those whose outermost entries it lists. It reads an entry only when
+/// that is the first of its page in the list. The entries are freed when this object is destroyed.
 class DoomedDocuments {
 public:
-    /// Of a group that gives up its entries. When it is a part of a document itself, this one does not go with it.
+    /// For a group that gives up its entries. When the group is itself in a document, that document is not freed.
     explicit DoomedDocuments(const ParserGroup& owner) noexcept;
     ~DoomedDocuments() { DocumentPages::drop_all(documents_); }
     DoomedDocuments(const DoomedDocuments&) = delete;
     DoomedDocuments& operator=(const DoomedDocuments&) = delete;
 
-    /// Whether the entry, which nobody has deleted yet, goes with its document. Null is legal.
+    /// Whether the entry, which is not deleted yet, is freed with its document. Takes null.
     bool take(const ParserEntry* entry) noexcept {
         const SlabPage* const page = SlabPage::of(const_cast<ParserEntry*>(entry));
         if (page != page_) {
@@ -106,7 +106,7 @@ private:
     bool goes_ = false;
 };
 
-/// The pages that a reading fills; what ends before they are kept is visited.
+/// The pages of a document that is being read. When the read ends early, its objects are destroyed one by one.
 class UnfinishedPages {
 public:
     explicit UnfinishedPages(std::size_t byte_count) noexcept : pages_(DocumentPages::begin(byte_count)) {}
