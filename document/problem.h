@@ -19,7 +19,8 @@ enum class Severity {
 struct Problem {
     /// Whether something was lost.
     Severity severity = Severity::error;
-    /// Stable across versions, such as "comment-joins-line". docs/problems.md has a section for each code.
+    /// Stable across versions, such as "comment-joins-line". docs/problems.md has a section for each code of a load, and
+    /// docs/formats.md a table of the codes of losses.
     std::string code;
     /// What was found and what to do, on one line, without the place. Control characters and bytes that are not UTF-8 (file names may
     /// have some) are spelled as in "\x1B".
