@@ -107,7 +107,7 @@ public:
     /// Removes the entry at this position. A position past the end removes nothing.
     void remove_entry(unsigned int position);
 
-    /// Parses a text and appends its entries. Errors do not stop the parse. They are logged at level 2 as
+    /// Parses a text and appends its entries. Only a '}' that closes nothing and a limit stop the parse. Errors are logged at level 2 as
     /// "ParserGroup.set_text: (<line>:<column>) ...", with lines and columns of this text. Linear in the text; nesting costs heap, not
     /// stack.
     ///
