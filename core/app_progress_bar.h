@@ -7,8 +7,8 @@
 /// innermost. The functions of this base class do nothing; a host overrides those that it needs.
 ///
 /// When one of them throws, the library ends the open tasks, drops what `end_task` throws meanwhile, and passes the exception to
-/// the caller of the operation. One exception is different: in an operation that returns a result, std::bad_alloc counts as running out
-/// of memory.
+/// the caller of the operation. A `begin_task` that throws opens no task, and gets no `end_task`. One exception is different: in an
+/// operation that returns a result, std::bad_alloc counts as running out of memory.
 class BK_PARSER_API AppProgressBar {
 public:
     AppProgressBar() = default;

@@ -41,7 +41,7 @@ public:
     virtual void include_found(const unsigned int& offset, const unsigned int& length,
                                const CoreString& name);
     /// This file becomes the current one. It was found at `path`, loaded and decrypted. `text` stays at its address until file_left.
-    /// Offsets count a byte order mark at its beginning, and no piece contains it.
+    /// Offsets count a byte order mark at its beginning, and no piece contains it. When this function throws, the file gets no file_left.
     virtual void file_entered(const CoreString& name, const CoreString& path, const CoreString& text);
     /// The current file ended. The file that included it is current again.
     virtual void file_left();
