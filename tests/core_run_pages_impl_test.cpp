@@ -1,6 +1,6 @@
 #include "core/core_memory.h"
-#include "core/memory/runs/core_run_impl.h"
 #include "core/memory/core_slab_page_impl.h"
+#include "core/memory/runs/core_run_impl.h"
 
 #include <gtest/gtest.h>
 

@@ -27,7 +27,7 @@ std::string fingerprint(std::string_view bytes) {
 constexpr std::size_t message_limit = 600; // characters
 
 /// The message speaks of the document by its name, which git makes up anew for each comparison, and which a document in memory lacks.
-std::string told_of_file(std::string message) {
+std::string told_of_file(const std::string& message) {
     constexpr std::string_view document = "the document is ";
     return message.starts_with(document) ? "the file is " + message.substr(document.size())
            : message.starts_with(" is ") ? "the file" + message

@@ -131,7 +131,9 @@ private:
         }
         for (const auto& [name, reason] : unread) {
             list_.unread_folders.push_back(name);
-            list_.faults.push_back(name + ": " + reason);
+            std::string fault = name;
+            fault.append(": ").append(reason);
+            list_.faults.push_back(std::move(fault));
         }
         return unread.empty();
     }

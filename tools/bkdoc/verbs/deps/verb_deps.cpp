@@ -16,6 +16,7 @@ namespace {
 
 std::vector<std::string> names_of(const IncludeGraph& graph, const std::vector<std::size_t>& documents) {
     std::vector<std::string> names;
+    names.reserve(documents.size());
     for (const std::size_t document : documents) {
         names.push_back(graph.nodes()[document].name);
     }
