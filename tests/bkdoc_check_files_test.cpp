@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 namespace {
 
 /// A folder of documents that share an include with a problem.
@@ -171,7 +172,7 @@ TEST_F(bkdoc_check_files, take_search_folders_and_rules_from_the_configuration_a
 }
 
 TEST_F(bkdoc_check_files, are_refused_once_with_the_place_of_the_fault_in_the_configuration) {
-    const std::string config = folder.path(".bkdoc.bkd");
+    const std::string config = std::filesystem::path(folder.path(".bkdoc.bkd")).make_preferred().string();
     folder.write(".bkdoc.bkd", "search \"lib\"\n  serch \"lib\"\n");
     const BkdocRun unknown = run_bkdoc({"check", shots()});
     EXPECT_EQ(unknown.err, "bkdoc: " + config +

@@ -88,6 +88,9 @@ TEST_F(bkdoc_edit_words, a_change_without_a_value_says_what_it_needs) {
 }
 
 TEST_F(bkdoc_edit_words, a_string_that_the_version_of_the_text_cannot_hold_says_what_helps) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "no quote reaches the program in an argument there";
+#endif
     const BkdocRun set = run({"set", "-w", "name", "=\"a\\nb\"", "a.bkd"});
     EXPECT_EQ(set.err,
               "bkdoc: a.bkd: name: texts of this version have no quotes and line ends in strings; they have "

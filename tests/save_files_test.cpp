@@ -332,7 +332,7 @@ TEST(save_reasons, a_text_with_too_many_control_characters_is_refused_in_plain_w
         options.key = form == Form::enciphered ? "secret" : "";
         const SaveResult result = save(document, folder.path("file"), options);
         EXPECT_EQ(result.reason,
-                  native(folder.path("file")) +
+                  folder.path("file") +
                       ": the text has so many control characters that it would not be taken for a text: "
                       "choose the binary form");
     }
