@@ -31,7 +31,7 @@ public:
 
     /// The first character. Valid until the string changes, moves or dies.
     const char* get_data() const noexcept { return is_inline() ? short_.text : long_.data; }
-    /// Characters, without the closing NUL.
+    /// The number of characters, without the closing NUL.
     unsigned int get_length() const noexcept { return short_.length; }
     /// Whether the length is 0.
     bool is_empty() const noexcept { return short_.length == 0; }
@@ -55,14 +55,14 @@ protected:
     /// Whether the characters are inside the object.
     bool is_inline() const noexcept { return short_.length <= inline_capacity; }
 
-    /// Holds when length is at most inline_capacity.
+    /// What a string holds when its length is at most inline_capacity.
     struct Short {
         /// How many characters there are.
         unsigned int length;
         /// The characters and a NUL.
         char text[inline_capacity + 1];
     };
-    /// Holds otherwise. A capacity of 0 marks text that somebody else keeps.
+    /// What every longer string holds. A capacity of 0 marks text that somebody else keeps.
     struct Long {
         /// How many characters there are.
         unsigned int length;
@@ -85,9 +85,9 @@ public:
     static constexpr unsigned int max_length = 0xFFFFFFFEu;
 
     constexpr CoreString() noexcept = default;
-    /// The text up to its NUL; null gives the empty string.
+    /// Copies the text up to its NUL; null gives the empty string.
     CoreString(const char* text);
-    /// Exactly `size` bytes.
+    /// Copies exactly `size` bytes.
     CoreString(const char* data, const unsigned int& size);
     /// Copies the characters, NUL bytes included.
     explicit CoreString(std::string_view text);
@@ -116,7 +116,7 @@ public:
     }
     ~CoreString() { release(); }
 
-    /// Replaces the contents by `size` bytes, which may lie inside this very string. A size of 0xFFFFFFFF
+    /// Replaces the contents with `size` bytes, which may lie inside this very string. A size of 0xFFFFFFFF
     /// means up to the NUL.
     void set_data(const char* data, const unsigned int& size = 0xFFFFFFFF);
     /// Borrows the text instead of copying it; a text of up to `inline_capacity` characters is copied all the same. The caller
