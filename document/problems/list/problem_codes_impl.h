@@ -91,7 +91,7 @@ inline constexpr ProblemCode problem_codes[] = {
     {codes::damaged, Severity::error, "a file contradicts itself"},
     {codes::bytes_after_end, Severity::error, "bytes follow the end of the document"},
     {codes::wrong_key, Severity::error, "the key is wrong, or the file is damaged"},
-    {codes::no_key, Severity::error, "an enciphered file needs a key"},
+    {codes::no_key, Severity::error, "an encrypted file needs a key"},
     {codes::no_version, Severity::error, "a version line has no version"},
     {codes::include_not_found, Severity::error, "an included file was not found"},
     {codes::include_circle, Severity::error, "a file includes itself"},
