@@ -23,7 +23,7 @@ using core_int64 = long long;
 /// The read-only part of a string: 8-bit characters with an explicit length. They may be any bytes, NUL too. One more NUL
 /// always follows the last character, so that C interfaces can read it.
 ///
-/// Layout: 16 bytes. Up to `inline_capacity` characters stand inside the object, longer texts in a block.
+/// Layout: 16 bytes. A text of up to `inline_capacity` characters is inside the object; a longer one is in a block.
 class BK_PARSER_API CoreBasicString {
 public:
     /// The length of the longest text that needs no block.
@@ -62,11 +62,11 @@ protected:
         /// The characters and a NUL.
         char text[inline_capacity + 1];
     };
-    /// What every longer string holds. A capacity of 0 marks text that somebody else keeps.
+    /// What every longer string holds. A capacity of 0 marks a borrowed text.
     struct Long {
         /// How many characters there are.
         unsigned int length;
-        /// Room for characters; 0 when the text is somebody else's.
+        /// Room for characters; 0 when the text is borrowed.
         unsigned int capacity;
         /// The characters and a NUL.
         char* data;
@@ -123,7 +123,7 @@ public:
     /// keeps the bytes, and a NUL after them, as long as this string borrows them. A copy of the string
     /// owns its text, and so does the string itself after its next change.
     void set_borrowed(const char* data, const unsigned int& size);
-    /// Whether the text is somebody else's.
+    /// Whether the text is borrowed (see set_borrowed).
     bool is_borrowed() const noexcept { return !is_inline() && long_.capacity == 0; }
     /// Becomes the empty string.
     void clear() noexcept;

@@ -113,7 +113,7 @@ struct LoadResult {
 
 /// Loads a document in any stored form, which it recognises by the first bytes. Every failure gives a problem that says why. A file
 /// that cannot be opened, that is not a document (JSON, an image, UTF-16), or that is a device other than a pipe gives one problem and an
-/// empty document. **Blocks on a named pipe that nobody writes to**. Linear in the size of the files.
+/// empty document. **It blocks on a named pipe to which no process writes**. Linear in the size of the files.
 [[nodiscard]] BK_PARSER_API LoadResult load(const std::filesystem::path& path,
                                             const LoadOptions& options = {});
 

@@ -9,7 +9,7 @@
 
 namespace bk_parser {
 
-/// Where the name of an entry stands.
+/// Where the name of an entry is.
 struct EntryPlace {
     /// The file that holds the entry, by the path by which it was found; empty for a document in memory.
     std::filesystem::path file;

@@ -90,7 +90,7 @@ struct SavePreview {
 ///   with it that text and that directive. The losses name what was not read, with the code "not-read-whole".
 ///
 /// A document that was not read whole can be saved to another path, with `lossy`, without what was not read. Words that were not read
-/// ("the word 'X' at FILE:LINE") exist in the files alone: a save that does not keep the layout drops them, and needs `lossy` over any
+/// ("the word 'X' at FILE:LINE") exist only in the files: a save that does not keep the layout drops them, and needs `lossy` over any
 /// file. The losses name the first hundred of them, with the same code.
 ///
 /// No save replaces a file that the document includes. A document from memory has no own file: it is laid out anew, with its includes
@@ -122,7 +122,7 @@ struct SavePreview {
 ///   entries anew, the same holds for a removed entry.
 /// - A group that the text left open stays open. A save that would put something after it is refused, with its place.
 /// - An encrypted include is encrypted again with the key of the load.
-/// - A file whose lines end in a carriage return alone takes no new lines: such a save is refused.
+/// - A save that would add a line to a file whose lines end only in a carriage return is refused.
 /// - After a save with losses, the next one keeps the layout of what was written. What was lost is a loss again as long as the tree
 ///   holds it.
 /// - A save to another path writes only the document's own file, and its includes stay where they are. It is refused when they would

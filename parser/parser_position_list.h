@@ -50,9 +50,9 @@ public:
     /// Exchanges the positions, but not the marks. Constant time.
     void swap(ParserPositionList& other) noexcept;
 
-    /// Whether the group stands in the pages of a document.
+    /// Whether the group is in the pages of a document.
     bool is_in_pages() const noexcept { return is_in_pages_ != 0; }
-    /// Notes that the group stands in the pages of a document.
+    /// Notes that the group is in the pages of a document.
     void set_in_pages() noexcept { is_in_pages_ = 1; }
     /// Whether the group may list the outermost entries of a document with pages.
     bool may_list_document() const noexcept { return may_list_document_ != 0; }

@@ -66,12 +66,13 @@ constexpr VerbSpec change_rows[] = {
      rm_operands, edit_options, true, "bkdoc rm --dry-run '**/light[power>100]' harbour.bkd", edit_exit_codes,
      run_rm},
     {"mv", Task::change, "Move an entry to another group, or rename it.",
-     "FROM must find exactly one entry. The last step of TO is its new name; the steps before it lead to the "
-     "group at whose end it goes. An entry that stays in its group keeps its place.",
+     "FROM must find exactly one entry. The last step of TO is its new name. The steps before it name a "
+     "group, "
+     "and the entry goes to the end of that group. An entry that stays in its group keeps its place.",
      mv_operands, edit_options, true, "bkdoc mv -w world/wind weather/wind harbour.bkd", edit_exit_codes,
      run_mv},
     {"rename", Task::change, "Rename the entries that a path finds.",
-     "NAME takes the place of the name, which is the word before the values. The values stay: to give shot "
+     "NAME replaces the name, which is the word before the values. The values stay: to give shot "
      "\"010\" "
      "another key, write set 'shot[\"010\"]@0' '=\"015\"'.",
      rename_operands, rename_options, true, "bkdoc rename --refs -w '**/light' lamp harbour.bkd",

@@ -11,7 +11,7 @@ constexpr OptionSpec convert_options[] = {
     {"--to", "", ValueKind::choice, storage_choices, false, "The form of OUT."},
     {"--from", "", ValueKind::choice, "json|ndjson", false,
      "Read IN as JSON, or as JSON with one entry per line, whatever its name and first bytes say."},
-    {"--lossy", "", ValueKind::none, "", false, "Convert even what the form cannot carry."},
+    {"--lossy", "", ValueKind::none, "", false, "Convert even if the form cannot carry everything."},
 };
 
 constexpr VerbSpec convert_rows[] = {
@@ -22,7 +22,7 @@ constexpr VerbSpec convert_rows[] = {
      "no errors.\n"
      "\n"
      "What a form cannot carry needs --lossy: the binary form keeps names and values only, without kinds, "
-     "templates and array counts; a text tells types of numbers apart by their spelling alone.\n"
+     "templates and array counts; in a text, only the spelling of a number shows its type.\n"
      "\n"
      "json carries everything, and so does ndjson, which has one entry of the document per line. json-plain "
      "is for query tools: names become keys, repeated names become arrays, and nothing reads it back.",
