@@ -16,12 +16,15 @@ constexpr OptionSpec convert_options[] = {
 
 constexpr VerbSpec convert_rows[] = {
     {"convert", Task::convert, "Store a document in another form.",
-     "The first bytes of IN show its form; so does the name of a JSON file. Includes are spliced in. "
      "Comments and layout are lost, except when a text is converted to text in place: then it stays as it "
-     "is. OUT is replaced in one step, after the result was read back and compared. OUT may be IN if IN has "
+     "is. The cipher is not security: it hides a text from a casual eye.\n"
+     "\n"
+     "The first bytes of IN show its form; so does the name of a JSON file. Includes are spliced in. "
+     "OUT is replaced in one step, after the result was read back and compared. OUT may be IN if IN has "
      "no errors.\n"
      "\n"
-     "What a form cannot carry needs --lossy: the binary form keeps names and values only, without kinds, "
+     "A document that the form cannot carry completely needs --lossy: the binary form keeps names and values "
+     "only, without kinds, "
      "templates and array counts; in a text, only the spelling of a number shows its type.\n"
      "\n"
      "json carries everything, and so does ndjson, which has one entry of the document per line. json-plain "
