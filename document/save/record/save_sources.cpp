@@ -64,7 +64,7 @@ bool SaveSources::read(const std::string& path) {
     const CoreString name{std::string_view(path)};
     bk::Preprocessor preprocessor(folders, key, *this, state_.limits,
                                   {state_.beside, state_.working_folder || path.empty(), true,
-                                   std::string_view::npos, state_.follow_includes});
+                                   std::string_view::npos, state_.follow_includes, true});
     version_ = preprocessor.run(name, name, std::move(bytes), text_);
     version_ = version_ > 0 ? version_ : bk::written_version; // as in a load
     if (!reason_.empty()) {
