@@ -253,6 +253,10 @@ void LayoutRecord::finish_entry(std::uint32_t end, std::uint32_t tail) {
         return;
     }
     level.has_entry = false;
+    if (level.is_same) {
+        finish_same(level, end, tail);
+        return;
+    }
     OldEntry& entry = level.entry;
     entry.end = end;
     entry.tail = tail;
@@ -270,15 +274,40 @@ void LayoutRecord::finish_entry(std::uint32_t end, std::uint32_t tail) {
         return;
     }
     values_.resize(level.first_value + entry.first_value);
-    OldEntry* const last = entries_.size() > level.first_entry ? &entries_.back() : nullptr;
-    if (last != nullptr && !last->has_changed && last->new_index + last->count == entry.new_index) {
-        last->last_begin = entry.name.begin;
-        last->end = entry.end;
-        last->tail = entry.tail;
-        ++last->count;
-    } else {
+    if (!lengthen_run(level, entry.new_index, entry.name.begin, end, tail)) {
         entries_.push_back(entry);
     }
+}
+
+/// Finishes an entry that was found unchanged when it was cut.
+void LayoutRecord::finish_same(Level& level, std::uint32_t end, std::uint32_t tail) {
+    level.is_same = false;
+    if (!lengthen_run(level, level.same_index, level.same_name.begin, end, tail)) {
+        OldEntry& entry = entries_.emplace_back();
+        entry.name = level.same_name;
+        entry.last_begin = level.same_name.begin;
+        entry.end = end;
+        entry.tail = tail;
+        entry.new_index = level.same_index;
+    }
+}
+
+/// Adds an unchanged entry to the run of unchanged entries before it. Returns false when there is none, or another entry is
+/// between them now.
+bool LayoutRecord::lengthen_run(const Level& level, std::uint32_t index, std::uint32_t begin,
+                                std::uint32_t end, std::uint32_t tail) noexcept {
+    if (entries_.size() == level.first_entry) {
+        return false;
+    }
+    OldEntry& last = entries_.back();
+    if (last.has_changed || last.new_index + last.count != index) {
+        return false;
+    }
+    last.last_begin = begin;
+    last.end = end;
+    last.tail = tail;
+    ++last.count;
+    return true;
 }
 
 std::uint32_t LayoutRecord::finish_group(std::uint32_t close) {

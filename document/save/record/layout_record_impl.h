@@ -81,6 +81,8 @@ public:
             levels_.back().entry.empty_tag = {last_begin_, last_end_};
         }
     }
+    void add_entry(const bk::KnownEntry& known);
+    bool open_group(const bk::KnownEntry& known, const bk::Token& brace);
     bool begin_entry(const bk::EntryHead& head, const bk::Token& token);
     void add_value(ParserWord::Type kind, std::string_view word);
     void make_function_call() noexcept {
@@ -99,6 +101,10 @@ private:
         std::size_t first_entry = 0;
         std::size_t first_value = 0;
         bool has_entry = false;
+        bool is_same =
+            false; // that entry is the one at `same_index`, unchanged, and `entry` is of an earlier one
+        TextRange same_name;
+        std::uint32_t same_index = 0;
         OldEntry entry;
         bk::EntryHead head; // head of the entry, when it has twins
         const ParserEntry* match = nullptr;
@@ -116,7 +122,11 @@ private:
     std::string_view value_word(const Level& level, std::uint32_t i) const noexcept;
     void compare_value(Level& level, std::uint32_t i, ParserWord::Type kind, std::string_view word) const;
     void leave_out(const bk::Token& token);
+    void add_in_parts(const bk::KnownEntry& known);
     void finish_entry(std::uint32_t end, std::uint32_t tail);
+    void finish_same(Level& level, std::uint32_t end, std::uint32_t tail);
+    bool lengthen_run(const Level& level, std::uint32_t index, std::uint32_t begin, std::uint32_t end,
+                      std::uint32_t tail) noexcept;
     std::uint32_t finish_group(std::uint32_t close);
     bool is_as_it_was(const Level& level) const noexcept;
 
