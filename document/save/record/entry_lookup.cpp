@@ -10,6 +10,19 @@ constexpr std::uint32_t none = 0xFFFFFFFFu;
 
 } // namespace
 
+void EntryLookup::reset(const ParserGroup* group) noexcept {
+    group_ = group;
+    next_ = 0;
+    is_order_known_ = false;
+    twins_.clear();
+    if (has_index_) {
+        has_index_ = false;
+        has_twins_ = false;
+        index_.clear();
+        found_.clear();
+    }
+}
+
 const ParserEntry* EntryLookup::expected(core_ulong line, core_ulong column,
                                          std::string_view name) const noexcept {
     if (group_ == nullptr || has_index_ || next_ >= group_->get_entries().get_count()) {

@@ -15,9 +15,8 @@ namespace bk_parser {
 /// unchanged entry is never more like the old entry than that entry is.
 class EntryLookup {
 public:
-    EntryLookup() = default;
-    explicit EntryLookup(const ParserGroup* group) noexcept : group_(group) {}
-
+    /// Begins anew with another group, or with none.
+    void reset(const ParserGroup* group) noexcept;
     const ParserGroup* group() const noexcept { return group_; }
     /// The next entry in order, if it has this place and name. Null when there is none, or an index was made.
     const ParserEntry* expected(core_ulong line, core_ulong column, std::string_view name) const noexcept;

@@ -77,8 +77,8 @@ public:
         last_begin_ = offset(word.data());
         last_end_ = last_begin_ + static_cast<std::uint32_t>(word.size());
         read_end_ = last_end_;
-        if (word == bk::empty_tag && !levels_.empty()) {
-            levels_.back().entry.empty_tag = {last_begin_, last_end_};
+        if (word == bk::empty_tag) {
+            innermost().entry.empty_tag = {last_begin_, last_end_};
         }
     }
     void add_entry(const bk::KnownEntry& known);
@@ -86,8 +86,8 @@ public:
     bool begin_entry(const bk::EntryHead& head, const bk::Token& token);
     void add_value(ParserWord::Type kind, std::string_view word);
     void make_function_call() noexcept {
-        levels_.back().entry.is_call = true;
-        levels_.back().entry.arguments_open = last_end_;
+        innermost().entry.is_call = true;
+        innermost().entry.arguments_open = last_end_;
     }
     bool open_group(const bk::Token& brace);
     void close_group();
@@ -115,6 +115,9 @@ private:
     std::uint32_t offset(const char* place) const noexcept {
         return static_cast<std::uint32_t>(place - text_.data());
     }
+    Level& innermost() noexcept { return levels_[depth_ - 1]; }
+    const Level& innermost() const noexcept { return levels_[depth_ - 1]; }
+    void enter(const ParserGroup* now, std::uint32_t open);
     static void check_renamed(Level& level) noexcept;
     void match_entry(Level& level, std::uint32_t index, const bk::EntryHead& head);
     void settle_twins(std::string_view group_text, bool has_group);
@@ -132,7 +135,8 @@ private:
 
     std::string_view text_;
     bool has_escapes_;
-    std::vector<Level> levels_;
+    std::vector<Level> levels_; // the first `depth_` are open; the others wait for the next group
+    std::size_t depth_ = 0;
     std::vector<OldEntry> entries_; // of all open groups
     std::vector<TextRange> values_;
     std::deque<OldGroup> groups_;
