@@ -37,9 +37,13 @@ const ReadFile* find_file(const std::vector<ReadFile>& files, std::string_view p
 
 SaveSources::SaveSources(const DocumentState& state, const NewBytes& replaced) : state_(state) {
     for (const auto& [path, bytes] : replaced) {
-        replaced_.emplace(path, bytes);
-        replaced_.emplace(real_path(path), bytes);
+        replace(path, bytes);
     }
+}
+
+void SaveSources::replace(const std::string& path, std::string_view bytes) {
+    replaced_.emplace(path, bytes);
+    replaced_.emplace(real_path(path), bytes);
 }
 
 bool SaveSources::is_enciphered(std::string_view path) const noexcept {
