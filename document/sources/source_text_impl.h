@@ -34,6 +34,8 @@ public:
     void drop(std::size_t kept, std::function<CoreString()> restore);
     /// Of a dropped text the bytes that were kept, of any other all of it. Makes nothing.
     std::string_view get_head() const noexcept { return text_.get_view(); }
+    /// Hands the text over, which must not be dropped. Nothing is left here.
+    CoreString take() noexcept { return std::move(text_); }
     std::size_t get_line_count() const;
     /// Logarithmic in the lines, and linear in the length of the line. Asking for places from left to right walks a line only once.
     Place place_of(std::size_t offset) const;

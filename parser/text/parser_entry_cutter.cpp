@@ -153,6 +153,7 @@ bool EntryCutter::cut(KnownEntry& known, bool may_close) {
             return false;
         }
         known.kind = KnownEntry::close;
+        known.text = {at_, 1};
         at_ = next_word(at_ + 1);
         has_head_ = look(at_, *head_);
         return true;

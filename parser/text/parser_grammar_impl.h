@@ -20,8 +20,8 @@ namespace bk {
 ///     void close_group()
 ///     void report_fault(ParserReadObserver::Fault, const Token&, std::string_view word)
 ///     void see_word(std::string_view)                    optional: each word before the grammar takes it
-///     void add_entry(const KnownEntry&)                  optional: a whole entry in place of the first two, when
-///     bool open_group(const KnownEntry&, const Token&)   the words are not seen; and one that holds a group alone
+///     void add_entry(const KnownEntry&)                  optional: a whole entry in place of the first two; and one
+///     bool open_group(const KnownEntry&, const Token&)   that holds a group alone. Their words are not seen
 ///
 /// Faults do not stop the loop. Groups nest on a stack of the loop's own.
 template <class Sink>
@@ -44,7 +44,7 @@ public:
         }
         while (!words_.at_end()) {
             on_word(words_, outer_.empty());
-            if constexpr (!sees_words) {
+            if constexpr (takes_entries || !sees_words) {
                 if (!take_entries(on_word)) {
                     return false;
                 }
@@ -104,6 +104,9 @@ private:
     /// Returns false when the sink stops the loop.
     bool take_entry() {
         if (known_.kind == KnownEntry::close) {
+            if constexpr (sees_words) {
+                sink_.see_word(known_.text);
+            }
             close_group();
             return true;
         }

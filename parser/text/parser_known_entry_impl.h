@@ -80,7 +80,7 @@ struct KnownEntry {
 
     Kind kind = close;
     const Head* head = nullptr;
-    /// The text of the values, with the blanks between them; of a string the part between its quotes.
+    /// The text of the values, with the blanks between them; of a string the part between its quotes; of `close` the brace.
     std::string_view text;
     std::vector<Numbers> rows;
 

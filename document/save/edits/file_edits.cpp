@@ -9,18 +9,14 @@
 
 namespace bk_parser {
 
-namespace {
-
 /// The parser takes a text whose lines end in "\r" for one line. An inserted "\n" would end that line, and the comments in it.
 bool breaks_returns(std::string_view text, const std::vector<Edit>& edits) {
     const bool has_break = std::any_of(edits.begin(), edits.end(), [](const Edit& edit) {
         return edit.text.find('\n') != std::string::npos;
     });
-    return has_break && text.find('\r') != std::string_view::npos &&
-           text.find('\n') == std::string_view::npos;
+    return has_break && text.find('\n') == std::string_view::npos &&
+           text.find('\r') != std::string_view::npos;
 }
-
-} // namespace
 
 bool apply_edits(const SaveSources& sources, const FileNames& names, const std::vector<Edit>& edits,
                  const std::string& key, NewBytes& bytes, std::string& reason) {

@@ -16,8 +16,8 @@ struct Level {
 
 /// The last value of an entry if it is a group: a text has no other group values.
 const ParserGroup* group_of(const ParserEntry& entry) noexcept {
-    const unsigned int count = entry.get_value_count();
-    return count == 0 ? nullptr : bk::ValueAccess::group(bk::EntryAccess::value(entry, count - 1));
+    const ParserValueList& values = bk::EntryAccess::values(entry);
+    return values.may_hold_groups() ? bk::ValueAccess::group(values[values.get_count() - 1]) : nullptr;
 }
 
 /// Calls `visit` with each entry, parents first, until it returns false.

@@ -14,6 +14,8 @@
 // string and in no word, that all its groups are closed, and that a name behind it begins an entry: the check appends one more
 // entry and looks for it. So the grammar reaches S in a state in which the first word of S acts as it did in the old text, and
 // that word clears the state before it. Hence S gives the same entries.
+//
+// That P and S are the same is compared, byte for byte. Only a text that was spliced in place between them has them by itself.
 
 namespace bk_parser {
 
@@ -21,17 +23,6 @@ namespace {
 
 constexpr std::string_view further_name = "_";
 constexpr std::string_view further_entry = " _ 1 ";
-
-struct Window {
-    std::size_t begin = 0;         // the same in both texts
-    std::size_t line_known_at = 0; // last place before `begin` whose line, from 0, is known
-    core_ulong known_line = 0;
-    std::size_t rest = 0; // bytes of the old text behind the window
-    const ParserGroup* group = nullptr;
-    unsigned int first = 0; // first entry of the group in the window
-    unsigned int end = 0;
-    std::vector<std::pair<const ParserGroup*, unsigned int>> behind; // positions of the entries of S
-};
 
 /// The unchanged entries at the beginning and at the end of a group, or null.
 struct Ends {
@@ -71,34 +62,6 @@ const OldEntry* only_change(const OldGroup& group, const Ends& ends) noexcept {
     return is_alone && !entry.has_own_change && entry.group != no_index ? &entry : nullptr;
 }
 
-Window find_window(std::string_view before, const LayoutRecord& record) {
-    Window window;
-    const OldGroup* group = &record.group(record.root());
-    for (;;) {
-        const Ends ends = ends_of(*group);
-        const unsigned int end =
-            ends.trail == nullptr ? group->now->get_entries().get_count() : ends.trail->new_index;
-        window.behind.emplace_back(group->now, end);
-        const OldEntry* const inner = only_change(*group, ends);
-        if (inner == nullptr || record.group(inner->group).now == nullptr) {
-            window.begin = ends.lead == nullptr ? group->open : ends.lead->last_begin;
-            window.rest = before.size() - (ends.trail == nullptr ? group->close : ends.trail->name.begin);
-            window.group = group->now;
-            window.first = ends.lead == nullptr ? 0 : ends.lead->count - 1;
-            if (ends.lead != nullptr) {
-                window.line_known_at = window.begin;
-                window.known_line = group->now->get_entries()[window.first]->get_line() - 1;
-            }
-            window.end = end;
-            std::reverse(window.behind.begin(), window.behind.end());
-            return window;
-        }
-        window.line_known_at = inner->name.begin;
-        window.known_line = inner->line - 1;
-        group = &record.group(inner->group);
-    }
-}
-
 /// Line and column of a place, from 0.
 struct LineColumn {
     core_ulong line = 0;
@@ -117,7 +80,7 @@ LineColumn place_of(std::string_view text, std::size_t begin, std::size_t end) n
     return {static_cast<core_ulong>(feeds + returns), static_cast<core_ulong>(end - line)};
 }
 
-bool is_same_around(std::string_view before, std::string_view now, const Window& window) noexcept {
+bool is_same_around(std::string_view before, std::string_view now, const ProofWindow& window) noexcept {
     const std::size_t least = window.begin + window.rest;
     return before.size() >= least && now.size() >= least &&
            before.substr(0, window.begin) == now.substr(0, window.begin) &&
@@ -131,16 +94,14 @@ bool cuts_words(std::string_view text, std::size_t at) noexcept {
            bk::is_char(text[at], bk::CHAR_DELIMITER);
 }
 
-bool prove_window(std::string_view before, std::string_view now, Window&& window, bool has_escapes,
-                  Proof& proof) {
-    const std::size_t old_end = before.size() - window.rest;
+bool prove_window(std::string_view now, ProofWindow&& window, bool has_escapes, Proof& proof) {
     const std::size_t new_end = now.size() - window.rest;
-    if (!is_same_around(before, now, window) || !cuts_words(now, new_end)) {
+    if (!cuts_words(now, new_end)) {
         return false;
     }
     std::string text(now.substr(window.begin, new_end - window.begin));
     text += further_entry;
-    ReadBack back(text, *window.group, window.first, window.end, has_escapes);
+    ReadBack back(text, *window.group, window.first, window.last, has_escapes);
     // Counting the line ends of 50 MB would cost as much as comparing them.
     LineColumn start = place_of(now, window.line_known_at, window.begin);
     start.line += window.known_line;
@@ -150,27 +111,71 @@ bool prove_window(std::string_view before, std::string_view now, Window&& window
     }
     proof.is_equal = true;
     proof.shifts = back.shifts();
-    proof.shifts.set_range(*window.group, window.first, window.end);
-    const LineColumn was = place_of(before, window.begin, old_end);
+    proof.shifts.set_range(*window.group, window.first, window.last);
     const LineColumn is = place_of(now, window.begin, new_end);
-    proof.shifts.set_rest(std::move(window.behind), 1 + start.line + was.line, is.line - was.line,
-                          is.column - was.column);
+    proof.shifts.set_rest(std::move(window.behind), 1 + start.line + window.line_breaks,
+                          is.line - window.line_breaks, is.column - window.end_column);
     return true;
 }
 
 } // namespace
 
+ProofWindow find_window(std::string_view before, const LayoutRecord& record) {
+    ProofWindow window;
+    const OldGroup* group = &record.group(record.root());
+    for (;;) {
+        const Ends ends = ends_of(*group);
+        const unsigned int end =
+            ends.trail == nullptr ? group->now->get_entries().get_count() : ends.trail->new_index;
+        window.behind.emplace_back(group->now, end);
+        const OldEntry* const inner = only_change(*group, ends);
+        if (inner == nullptr || record.group(inner->group).now == nullptr) {
+            window.begin = ends.lead == nullptr ? group->open : ends.lead->last_begin;
+            window.rest = before.size() - (ends.trail == nullptr ? group->close : ends.trail->name.begin);
+            window.group = group->now;
+            window.first = ends.lead == nullptr ? 0 : ends.lead->count - 1;
+            if (ends.lead != nullptr) {
+                window.line_known_at = window.begin;
+                window.known_line = group->now->get_entries()[window.first]->get_line() - 1;
+            }
+            window.last = end;
+            window.end = before.size() - window.rest;
+            const LineColumn place = place_of(before, window.begin, window.end);
+            window.line_breaks = place.line;
+            window.end_column = place.column;
+            std::reverse(window.behind.begin(), window.behind.end());
+            return window;
+        }
+        window.line_known_at = inner->name.begin;
+        window.known_line = inner->line - 1;
+        group = &record.group(inner->group);
+    }
+}
+
 Proof prove(std::string_view before, const LayoutRecord& record, std::string_view now,
             const ParserGroup& root, bool has_escapes) {
     Proof proof;
-    if (record.has_changes() && prove_window(before, now, find_window(before, record), has_escapes, proof)) {
-        return proof;
+    if (record.has_changes()) {
+        ProofWindow window = find_window(before, record);
+        if (is_same_around(before, now, window) && prove_window(now, std::move(window), has_escapes, proof)) {
+            return proof;
+        }
     }
     ReadBack back(now, root, has_escapes);
     proof.is_equal = back.run();
     proof.difference = back.difference();
     proof.shifts = back.shifts();
     proof.shifts.set_range(root, 0, root.get_entries().get_count());
+    return proof;
+}
+
+Proof prove_spliced(ProofWindow&& window, const TextSplice& splice, std::string_view now, bool has_escapes) {
+    Proof proof;
+    const bool is_around = window.begin <= splice.begin && splice.old_end <= window.end &&
+                           now.size() + splice.old_end == window.end + window.rest + splice.new_end;
+    if (is_around) {
+        proof.is_equal = prove_window(now, std::move(window), has_escapes, proof);
+    }
     return proof;
 }
 

@@ -10,9 +10,39 @@ constexpr std::uint32_t none = 0xFFFFFFFFu;
 
 } // namespace
 
+void EntryLookup::reset(const ParserGroup* group) noexcept {
+    group_ = group;
+    next_ = 0;
+    is_order_known_ = false;
+    twins_.clear();
+    if (has_index_) {
+        has_index_ = false;
+        has_twins_ = false;
+        index_.clear();
+        found_.clear();
+    }
+}
+
+const ParserEntry* EntryLookup::expected(core_ulong line, core_ulong column,
+                                         std::string_view name) const noexcept {
+    if (group_ == nullptr || has_index_ || next_ >= group_->get_entries().get_count()) {
+        return nullptr;
+    }
+    const ParserEntry* const entry = at(next_);
+    const bool is_it = entry != nullptr && entry->get_line() == line && entry->get_column() == column &&
+                       entry->get_name().get_view() == name;
+    return is_it ? entry : nullptr;
+}
+
 std::uint32_t EntryLookup::find(core_ulong line, core_ulong column, std::string_view name) {
     if (group_ == nullptr) {
         return none;
+    }
+    if (!is_order_known_) {
+        is_order_known_ = true;
+        if (!is_ascending()) {
+            make_index();
+        }
     }
     twins_.clear();
     if (!has_twins_ && next_ < group_->get_entries().get_count() && !(has_index_ && found_[next_])) {

@@ -10,16 +10,18 @@ namespace bk_parser {
 
 /// Finds the entries of a group by the line and column where they were read. Entries that come in order cost one comparison
 /// each; otherwise an index is made.
+///
+/// Tests the order of the whole group only when an entry is searched that `expected` did not find unchanged: a copy of an
+/// unchanged entry is never more like the old entry than that entry is.
 class EntryLookup {
 public:
-    EntryLookup() = default;
-    explicit EntryLookup(const ParserGroup* group) : group_(group) {
-        if (group != nullptr && !is_ascending()) {
-            make_index();
-        }
-    }
-
+    /// Begins anew with another group, or with none.
+    void reset(const ParserGroup* group) noexcept;
     const ParserGroup* group() const noexcept { return group_; }
+    /// The next entry in order, if it has this place and name. Null when there is none, or an index was made.
+    const ParserEntry* expected(core_ulong line, core_ulong column, std::string_view name) const noexcept;
+    /// Takes the expected entry as found, and returns its position.
+    std::uint32_t take_expected() noexcept { return next_++; }
     /// The position of the entry with this place that was not found before; of several, the one with this name. 0xFFFFFFFF when
     /// there is none.
     std::uint32_t find(core_ulong line, core_ulong column, std::string_view name);
@@ -44,6 +46,7 @@ private:
 
     const ParserGroup* group_ = nullptr;
     std::uint32_t next_ = 0; // expected position of the next entry
+    bool is_order_known_ = false;
     bool has_index_ = false;
     bool has_twins_ = false; // some entries have the same place
     std::uint32_t last_ = 0; // position found last

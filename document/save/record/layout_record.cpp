@@ -37,24 +37,36 @@ const ParserGroup* last_group(const ParserEntry* entry) noexcept {
 
 LayoutRecord::LayoutRecord(std::string_view text, const ParserGroup& root, bool has_escapes)
     : text_(text), has_escapes_(has_escapes), text_end_(static_cast<std::uint32_t>(text.size())) {
-    Level level;
-    level.now = EntryLookup(&root);
-    levels_.push_back(std::move(level));
+    enter(&root, 0);
+}
+
+/// Opens a level. Uses one again that was closed: making a level anew for each group took a tenth of the save of a large document.
+void LayoutRecord::enter(const ParserGroup* now, std::uint32_t open) {
+    if (depth_ == levels_.size()) {
+        levels_.emplace_back();
+    }
+    ++depth_;
+    Level& level = innermost();
+    level.now.reset(now);
+    level.open = open;
+    level.first_entry = entries_.size();
+    level.first_value = values_.size();
+    level.has_entry = false;
+    level.is_same = false;
 }
 
 void LayoutRecord::run() {
     bk::Grammar<LayoutRecord> grammar(text_, *this);
     grammar.run([](const auto&...) {});
-    while (levels_.size() > 1) { // groups that the text never closes
-        const Level& outer = levels_[levels_.size() - 2];
-        open_name_ = outer.entry.name;
+    while (depth_ > 1) { // groups that the text never closes
+        open_name_ = levels_[depth_ - 2].entry.name;
         before_word_ = last_end_;
         read_before_word_ = read_end_;
         last_begin_ = text_end_;
         close_group();
     }
     finish_entry(read_end_, last_end_);
-    root_ = is_as_it_was(levels_.back()) ? no_index : finish_group(text_end_);
+    root_ = is_as_it_was(innermost()) ? no_index : finish_group(text_end_);
 }
 
 bool LayoutRecord::begin_entry(const bk::EntryHead& head, const bk::Token& token) {
@@ -63,7 +75,7 @@ bool LayoutRecord::begin_entry(const bk::EntryHead& head, const bk::Token& token
         leave_out(token);
         return false;
     }
-    Level& level = levels_.back();
+    Level& level = innermost();
     level.has_entry = true;
     level.entry = OldEntry();
     OldEntry& entry = level.entry;
@@ -100,7 +112,7 @@ std::string_view LayoutRecord::value_word(const Level& level, std::uint32_t i) c
 /// How much a candidate is like the entry that was read last, from 0 to 3.
 unsigned int LayoutRecord::likeness(const ParserEntry& candidate, std::string_view group_text,
                                     bool has_group) const {
-    const Level& level = levels_.back();
+    const Level& level = innermost();
     const OldEntry& entry = level.entry;
     const std::uint32_t count = entry.value_count + (has_group ? 1 : 0);
     unsigned int like = has_head(candidate, level.head) ? 1 : 0;
@@ -121,7 +133,7 @@ unsigned int LayoutRecord::likeness(const ParserEntry& candidate, std::string_vi
 /// Chooses between an entry and its copies, which have the same line and column: the one most like the old entry keeps its
 /// layout. `group_text` begins behind the "{".
 void LayoutRecord::settle_twins(std::string_view group_text, bool has_group) {
-    Level& level = levels_.back();
+    Level& level = innermost();
     if (level.now.twins().empty()) {
         return;
     }
@@ -146,7 +158,7 @@ void LayoutRecord::settle_twins(std::string_view group_text, bool has_group) {
 }
 
 void LayoutRecord::add_value(ParserWord::Type kind, std::string_view word) {
-    Level& level = levels_.back();
+    Level& level = innermost();
     const std::uint32_t begin = offset(word.data());
     last_end_ = begin + static_cast<std::uint32_t>(word.size());
     read_end_ = last_end_;
@@ -186,29 +198,24 @@ void LayoutRecord::leave_out(const bk::Token& token) {
 
 bool LayoutRecord::open_group(const bk::Token& brace) {
     settle_twins(text_.substr(brace.start + 1), true);
-    Level& level = levels_.back();
-    level.entry.braces = {brace.start, brace.start + 1};
-    Level inner;
-    inner.now = EntryLookup(last_group(level.match));
-    inner.open = brace.start + 1;
-    inner.first_entry = entries_.size();
-    inner.first_value = values_.size();
-    levels_.push_back(std::move(inner));
+    innermost().entry.braces = {brace.start, brace.start + 1};
+    enter(last_group(innermost().match), brace.start + 1);
     return true;
 }
 
 void LayoutRecord::close_group() {
     finish_entry(read_before_word_, before_word_);
-    const bool is_same = is_as_it_was(levels_.back());
+    const Level& inner = innermost();
+    const bool is_same = is_as_it_was(inner);
     const std::uint32_t close = last_begin_;
     const std::uint32_t group = is_same ? no_index : finish_group(close);
     const bool has_known =
-        std::any_of(entries_.begin() + static_cast<std::ptrdiff_t>(levels_.back().first_entry),
-                    entries_.end(), [](const OldEntry& one) { return one.new_index != no_index; });
-    entries_.resize(levels_.back().first_entry);
-    values_.resize(levels_.back().first_value);
-    levels_.pop_back();
-    OldEntry& entry = levels_.back().entry;
+        std::any_of(entries_.begin() + static_cast<std::ptrdiff_t>(inner.first_entry), entries_.end(),
+                    [](const OldEntry& one) { return one.new_index != no_index; });
+    entries_.resize(inner.first_entry);
+    values_.resize(inner.first_value);
+    --depth_;
+    OldEntry& entry = innermost().entry;
     entry.braces.end = std::min(close + 1, static_cast<std::uint32_t>(text_.size()));
     entry.has_same_group = is_same;
     entry.has_known_entries = has_known;
@@ -218,7 +225,7 @@ void LayoutRecord::close_group() {
 /// Whether every entry of the group is there, in order and unchanged.
 bool LayoutRecord::is_as_it_was(const Level& level) const noexcept {
     const ParserGroup* const now = level.now.group();
-    if (now == nullptr || (levels_.size() > 1 && !now->get_name().is_empty())) {
+    if (now == nullptr || (depth_ > 1 && !now->get_name().is_empty())) {
         return false;
     }
     const std::size_t count = entries_.size() - level.first_entry;
@@ -248,11 +255,15 @@ void LayoutRecord::check_renamed(Level& level) noexcept {
 
 /// `end` is behind the last word that was read, `tail` behind the last word of any kind.
 void LayoutRecord::finish_entry(std::uint32_t end, std::uint32_t tail) {
-    Level& level = levels_.back();
+    Level& level = innermost();
     if (!level.has_entry) {
         return;
     }
     level.has_entry = false;
+    if (level.is_same) {
+        finish_same(level, end, tail);
+        return;
+    }
     OldEntry& entry = level.entry;
     entry.end = end;
     entry.tail = tail;
@@ -270,19 +281,44 @@ void LayoutRecord::finish_entry(std::uint32_t end, std::uint32_t tail) {
         return;
     }
     values_.resize(level.first_value + entry.first_value);
-    OldEntry* const last = entries_.size() > level.first_entry ? &entries_.back() : nullptr;
-    if (last != nullptr && !last->has_changed && last->new_index + last->count == entry.new_index) {
-        last->last_begin = entry.name.begin;
-        last->end = entry.end;
-        last->tail = entry.tail;
-        ++last->count;
-    } else {
+    if (!lengthen_run(level, entry.new_index, entry.name.begin, end, tail)) {
         entries_.push_back(entry);
     }
 }
 
+/// Finishes an entry that was found unchanged when it was cut.
+void LayoutRecord::finish_same(Level& level, std::uint32_t end, std::uint32_t tail) {
+    level.is_same = false;
+    if (!lengthen_run(level, level.same_index, level.same_name.begin, end, tail)) {
+        OldEntry& entry = entries_.emplace_back();
+        entry.name = level.same_name;
+        entry.last_begin = level.same_name.begin;
+        entry.end = end;
+        entry.tail = tail;
+        entry.new_index = level.same_index;
+    }
+}
+
+/// Adds an unchanged entry to the run of unchanged entries before it. Returns false when there is none, or another entry is
+/// between them now.
+bool LayoutRecord::lengthen_run(const Level& level, std::uint32_t index, std::uint32_t begin,
+                                std::uint32_t end, std::uint32_t tail) noexcept {
+    if (entries_.size() == level.first_entry) {
+        return false;
+    }
+    OldEntry& last = entries_.back();
+    if (last.has_changed || last.new_index + last.count != index) {
+        return false;
+    }
+    last.last_begin = begin;
+    last.end = end;
+    last.tail = tail;
+    ++last.count;
+    return true;
+}
+
 std::uint32_t LayoutRecord::finish_group(std::uint32_t close) {
-    const Level& level = levels_.back();
+    const Level& level = innermost();
     OldGroup& group = groups_.emplace_back();
     group.open = level.open;
     group.close = close;

@@ -77,15 +77,17 @@ public:
         last_begin_ = offset(word.data());
         last_end_ = last_begin_ + static_cast<std::uint32_t>(word.size());
         read_end_ = last_end_;
-        if (word == bk::empty_tag && !levels_.empty()) {
-            levels_.back().entry.empty_tag = {last_begin_, last_end_};
+        if (word == bk::empty_tag) {
+            innermost().entry.empty_tag = {last_begin_, last_end_};
         }
     }
+    void add_entry(const bk::KnownEntry& known);
+    bool open_group(const bk::KnownEntry& known, const bk::Token& brace);
     bool begin_entry(const bk::EntryHead& head, const bk::Token& token);
     void add_value(ParserWord::Type kind, std::string_view word);
     void make_function_call() noexcept {
-        levels_.back().entry.is_call = true;
-        levels_.back().entry.arguments_open = last_end_;
+        innermost().entry.is_call = true;
+        innermost().entry.arguments_open = last_end_;
     }
     bool open_group(const bk::Token& brace);
     void close_group();
@@ -99,6 +101,10 @@ private:
         std::size_t first_entry = 0;
         std::size_t first_value = 0;
         bool has_entry = false;
+        bool is_same =
+            false; // that entry is the one at `same_index`, unchanged, and `entry` is of an earlier one
+        TextRange same_name;
+        std::uint32_t same_index = 0;
         OldEntry entry;
         bk::EntryHead head; // head of the entry, when it has twins
         const ParserEntry* match = nullptr;
@@ -109,6 +115,9 @@ private:
     std::uint32_t offset(const char* place) const noexcept {
         return static_cast<std::uint32_t>(place - text_.data());
     }
+    Level& innermost() noexcept { return levels_[depth_ - 1]; }
+    const Level& innermost() const noexcept { return levels_[depth_ - 1]; }
+    void enter(const ParserGroup* now, std::uint32_t open);
     static void check_renamed(Level& level) noexcept;
     void match_entry(Level& level, std::uint32_t index, const bk::EntryHead& head);
     void settle_twins(std::string_view group_text, bool has_group);
@@ -116,13 +125,18 @@ private:
     std::string_view value_word(const Level& level, std::uint32_t i) const noexcept;
     void compare_value(Level& level, std::uint32_t i, ParserWord::Type kind, std::string_view word) const;
     void leave_out(const bk::Token& token);
+    void add_in_parts(const bk::KnownEntry& known);
     void finish_entry(std::uint32_t end, std::uint32_t tail);
+    void finish_same(Level& level, std::uint32_t end, std::uint32_t tail);
+    bool lengthen_run(const Level& level, std::uint32_t index, std::uint32_t begin, std::uint32_t end,
+                      std::uint32_t tail) noexcept;
     std::uint32_t finish_group(std::uint32_t close);
     bool is_as_it_was(const Level& level) const noexcept;
 
     std::string_view text_;
     bool has_escapes_;
-    std::vector<Level> levels_;
+    std::vector<Level> levels_; // the first `depth_` are open; the others wait for the next group
+    std::size_t depth_ = 0;
     std::vector<OldEntry> entries_; // of all open groups
     std::vector<TextRange> values_;
     std::deque<OldGroup> groups_;

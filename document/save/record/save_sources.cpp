@@ -37,9 +37,13 @@ const ReadFile* find_file(const std::vector<ReadFile>& files, std::string_view p
 
 SaveSources::SaveSources(const DocumentState& state, const NewBytes& replaced) : state_(state) {
     for (const auto& [path, bytes] : replaced) {
-        replaced_.emplace(path, bytes);
-        replaced_.emplace(real_path(path), bytes);
+        replace(path, bytes);
     }
+}
+
+void SaveSources::replace(const std::string& path, std::string_view bytes) {
+    replaced_.emplace(path, bytes);
+    replaced_.emplace(real_path(path), bytes);
 }
 
 bool SaveSources::is_enciphered(std::string_view path) const noexcept {
@@ -64,7 +68,7 @@ bool SaveSources::read(const std::string& path) {
     const CoreString name{std::string_view(path)};
     bk::Preprocessor preprocessor(folders, key, *this, state_.limits,
                                   {state_.beside, state_.working_folder || path.empty(), true,
-                                   std::string_view::npos, state_.follow_includes});
+                                   std::string_view::npos, state_.follow_includes, true});
     version_ = preprocessor.run(name, name, std::move(bytes), text_);
     version_ = version_ > 0 ? version_ : bk::written_version; // as in a load
     if (!reason_.empty()) {

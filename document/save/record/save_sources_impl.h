@@ -22,6 +22,8 @@ class SaveSources final : public bk::SourceHost {
 public:
     /// `replaced` overrides files on the disk. The arguments must outlive this object.
     SaveSources(const DocumentState& state, const NewBytes& replaced);
+    /// Overrides one more file. The caller keeps the bytes.
+    void replace(const std::string& path, std::string_view bytes);
 
     /// Reads the document at this absolute path with all its includes. Returns false when a file has changed; the reason says
     /// which.
@@ -29,6 +31,10 @@ public:
 
     const std::string& reason() const noexcept { return reason_; }
     std::string_view text() const noexcept { return text_.get_view(); }
+    /// Whether text() is a part of the text of the document's own file, not a copy.
+    bool shows_document() const noexcept { return text_.is_borrowed(); }
+    /// Hands over the text of the document's own file. If text() is a part of it, the caller keeps that alive.
+    CoreString take_document() noexcept { return map_.get_files().front()->text.take(); }
     double version() const noexcept { return version_; }
     const SourceMap& map() const noexcept { return map_; }
     /// The files that were read, the document first.
