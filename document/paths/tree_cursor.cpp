@@ -62,7 +62,7 @@ ParserGroup* TreeCursor::next_group() noexcept {
     }
     while (level.value < level.entry->get_value_count()) {
         if (ParserGroup* group =
-                bk::ValueAccess::group(bk::EntryAccess::value(*level.entry, level.value++))) {
+                bk::EntryAccess::value(*level.entry, level.value++).group()) {
             return group;
         }
     }

@@ -38,12 +38,12 @@ inline std::size_t stored_size(char tag) noexcept {
 
 /// Stores a tag and its scalar, and returns the place after them. Returns `out` when the value is no scalar. May write up to
 /// `largest_stored_size` bytes, so that there must be room for these.
-inline char* put_scalar(char* out, const ParserValue& value) {
-    const ParserValue::Type type = ValueAccess::type(value);
+inline char* put_scalar(char* out, const StoredValue& value) {
+    const ParserValue::Type type = value.type();
     const std::size_t size = type < stored_sizes.size() ? stored_sizes[type] : 0;
     if (size != 0) {
         *out = static_cast<char>(type);
-        store_le64(reinterpret_cast<unsigned char*>(out) + 1, ValueAccess::scalar_bits(value));
+        store_le64(reinterpret_cast<unsigned char*>(out) + 1, value.scalar_bits());
     }
     return out + size;
 }

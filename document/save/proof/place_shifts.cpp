@@ -17,7 +17,7 @@ struct Level {
 /// The last value of an entry if it is a group: a text has no other group values.
 const ParserGroup* group_of(const ParserEntry& entry) noexcept {
     const unsigned int count = entry.get_value_count();
-    return count == 0 ? nullptr : bk::ValueAccess::group(bk::EntryAccess::value(entry, count - 1));
+    return count == 0 ? nullptr : bk::EntryAccess::value(entry, count - 1).group();
 }
 
 /// Calls `visit` with each entry, parents first, until it returns false.

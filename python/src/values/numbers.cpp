@@ -18,12 +18,12 @@ struct Shape {
 
 /// Whether all values are numbers of that type, in one block. Decodes numbers that have only their spelling so far.
 bool are_in_place(const ParserEntry& entry, ParserValue::Type type) {
-    const ParserValue* const first = bk::EntryAccess::values(entry).side_by_side();
+    const bk::StoredValue* const first = bk::EntryAccess::values(entry).side_by_side();
     for (unsigned int i = 0; first != nullptr && i < entry.get_value_count(); ++i) {
-        if (bk::ValueAccess::type(first[i]) != type) {
+        if (first[i].type() != type) {
             return false;
         }
-        static_cast<void>(bk::ValueAccess::scalar(first[i]));
+        static_cast<void>(first[i].scalar());
     }
     return first != nullptr;
 }
@@ -47,11 +47,11 @@ void fill(PyObject* self, Py_buffer& view, int flags) {
     if ((flags & PyBUF_STRIDES) != PyBUF_STRIDES && entry.get_value_count() != 1) {
         refuse("the values do not stand next to each other; make a list or an array of them");
     }
-    const ParserValue& first = bk::EntryAccess::value(entry, 0);
+    const bk::StoredValue& first = bk::EntryAccess::value(entry, 0);
     auto shape = std::make_unique<Shape>(Shape{static_cast<Py_ssize_t>(entry.get_value_count()),
                                                static_cast<Py_ssize_t>(sizeof(ParserValue)),
                                                Py_NewRef(reinterpret_cast<PyObject*>(&handle))});
-    view.buf = const_cast<double*>(&bk::ValueAccess::scalar(first).as_double);
+    view.buf = const_cast<double*>(&first.scalar().as_double);
     view.itemsize = is_double ? sizeof(double) : sizeof(int);
     view.len = shape->count * view.itemsize;
     view.readonly = 1;
