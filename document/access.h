@@ -8,6 +8,7 @@
 #include "parser/parser_group.h"
 
 #include <cstddef>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <span>
@@ -117,6 +118,19 @@ bool set(ParserGroup& group, PathRef path, const T& content) {
     });
 }
 
+/// The same for a list of values of one type: `set(group, "color", {0.5, 0.5, 1.0})`.
+template <class T>
+requires WritableValue<std::span<const T>>
+bool set(ParserEntry& entry, unsigned int value, std::initializer_list<T> list) {
+    return set(entry, value, std::span<const T>(list.begin(), list.size()));
+}
+/// The same at the value that a path names.
+template <class T>
+requires WritableValue<std::span<const T>>
+bool set(ParserGroup& group, PathRef path, std::initializer_list<T> list) {
+    return set(group, path, std::span<const T>(list.begin(), list.size()));
+}
+
 /// `set<bool>(group, path, "no")` does not compile: a pointer converts to yes.
 template <WritableValue T, class Given>
 requires WrongByAccident<T, Given>
@@ -135,6 +149,13 @@ ParserEntry* add(ParserGroup& group, PathRef path, const T& content) {
     return access::with_given(content, [&](std::span<const GivenValue> given, access::ListEnd) {
         return access::add_values(group, path, given);
     });
+}
+
+/// The same for a list of values of one type: `add(group, "color", {0.5, 0.5, 1.0})`.
+template <class T>
+requires WritableValue<std::span<const T>> ParserEntry* add(ParserGroup& group, PathRef path,
+                                                            std::initializer_list<T> list) {
+    return add(group, path, std::span<const T>(list.begin(), list.size()));
 }
 
 template <WritableValue T, class Given>

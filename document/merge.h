@@ -1,10 +1,12 @@
 #pragma once
 
 #include "core/core_export.h"
+#include "document/problem.h"
 
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace bk_parser {
 
@@ -17,6 +19,9 @@ struct MergeResult {
     std::size_t conflicts = 0;
     /// Why the texts could not be merged, in one line; otherwise empty.
     std::string reason;
+    /// The errors that are the reason. `file` says where they are: "base", "ours", "theirs", or "merged" for the text that the merge
+    /// would have made.
+    std::vector<Problem> problems;
     /// Whether the texts were merged, with or without conflicts.
     bool ok() const { return reason.empty(); }
 };
@@ -30,7 +35,7 @@ struct MergeResult {
 /// Matches entries by equal content, otherwise by name, template and first string. Keeps the layout of `ours`; what comes from
 /// `theirs` keeps the layout of `theirs`. When only `theirs` changed the order of entries, takes that order.
 ///
-/// Refuses texts with errors, and a merge whose text would have errors. Near-linear in the texts.
+/// Refuses texts with errors, and a merge whose text would have errors; `problems` has them all. Near-linear in the texts.
 [[nodiscard]] BK_PARSER_API MergeResult merge_texts(std::string_view base, std::string_view ours,
                                                     std::string_view theirs);
 

@@ -14,8 +14,8 @@
 #include <format>
 #endif
 
-/// Makes CoreString work with the strings of the standard library: comparing, ordering, hashing, printing and converting. The
-/// constructor of CoreString takes a std::string_view, and get_view returns one; no conversion is implicit.
+/// Makes CoreString work with the strings of the standard library: comparing, ordering, hashing, appending, printing and converting.
+/// The constructor of CoreString takes a std::string_view, and get_view returns one; no conversion is implicit.
 
 inline bool operator==(const CoreBasicString& left, std::string_view right) noexcept {
     return left.get_view() == right;
@@ -26,6 +26,12 @@ inline std::strong_ordering operator<=>(const CoreBasicString& left, const CoreB
 }
 inline std::strong_ordering operator<=>(const CoreBasicString& left, std::string_view right) noexcept {
     return left.get_view() <=> right;
+}
+
+/// Appends the characters, NUL bytes included. Changes nothing when the length would pass `max_length`.
+inline CoreString& operator+=(CoreString& left, std::string_view right) {
+    left.append(right);
+    return left;
 }
 
 /// Pads and fills as for a std::string.

@@ -145,6 +145,19 @@ TEST_F(access_set, vectors_leave_what_is_behind_and_lists_do_not) {
     EXPECT_EQ(text(), " a 1.5 2.0");
 }
 
+TEST_F(access_set, lists_may_be_written_out) {
+    fill("a 1 2 3 ");
+    EXPECT_TRUE(set(root_, "a@1", {20.5, 4.5}));
+    EXPECT_EQ(text(), " a 1 20.5 4.5");
+    EXPECT_TRUE(set(*root_.get_entry("a"), 0, {"x", "y"}));
+    EXPECT_EQ(text(), " a \"x\" \"y\"");
+    EXPECT_TRUE(set(root_, "a@0", {std::byte{7}, std::byte{8}}));
+    EXPECT_EQ(get<std::vector<std::byte>>(root_, "a"), (std::vector{std::byte{7}, std::byte{8}}));
+    EXPECT_NE(bk_parser::add(root_, "b", {true, false}), nullptr);
+    EXPECT_EQ(get<std::vector<bool>>(root_, "b"), (std::vector{true, false}));
+    EXPECT_FALSE(set(root_, "a@9", {1, 2}));
+}
+
 TEST_F(access_set, a_value_may_be_set_from_texts_of_the_same_entry) {
     fill("a \"short\" \"another that is longer\" ");
     const auto first = *get<std::string_view>(root_, "a@0");

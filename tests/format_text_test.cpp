@@ -139,11 +139,13 @@ TEST(format_text, texts_of_nothing_stay_so) {
 
 TEST(format_text, what_would_be_indented_beyond_a_text_is_refused) {
     std::string text;
-    for (int i = 0; i < 100000; ++i) {
+    for (int i = 0; i < 1000; ++i) {
         text += "a{";
     }
-    text += std::string(100000, '}');
-    EXPECT_EQ(format_text(text).reason, "would be larger than 4 GiB");
+    text += std::string(1000, '}');
+    bk_parser::FormatOptions options;
+    options.indent = 1'000'000;
+    EXPECT_EQ(format_text(text, options).reason, "would be larger than 4 GiB");
 }
 
 /// Lays a text out in two widths: its tree and comments stay, and what was laid out comes back the same. False when it is refused.
@@ -205,6 +207,21 @@ TEST(format_text, every_text_of_the_corpora_keeps_its_tree_and_comes_back_the_sa
         }
     }
     EXPECT_GT(count, 20u);
+}
+
+TEST(format_text, indentation_ends_at_a_hundred_levels) {
+    constexpr std::size_t depth = 20000;
+    std::string text;
+    for (std::size_t i = 0; i < depth; ++i) {
+        text += "a{";
+    }
+    text += "b 1" + std::string(depth, '}');
+    const std::string result = laid_out(text);
+    EXPECT_LT(result.size(), 2 * depth * 410);
+    EXPECT_NE(result.find("\n" + std::string(4 * 99, ' ') + "a {\n" + std::string(4 * 100, ' ') + "a {\n" +
+                          std::string(4 * 100, ' ') + "a {\n"),
+              std::string::npos);
+    EXPECT_EQ(format_text(result).text, result);
 }
 
 TEST(format_text, every_example_keeps_its_tree_and_comes_back_the_same) {

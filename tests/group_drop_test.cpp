@@ -1,3 +1,4 @@
+#include "document/access.h"
 #include "tests/support/counted_objects.h"
 #include "tests/support/large_document.h"
 #include "tests/support/tree_equal.h"
@@ -265,6 +266,16 @@ TEST(group_drop, entries_of_a_host_die_in_the_order_of_the_document) {
     root->add_entry(*new Noted(notes, 'e'));
     root.reset();
     EXPECT_EQ(notes, "abcde");
+}
+
+TEST(group_drop, an_entry_of_a_host_that_a_path_moved_dies_too) {
+    std::string notes;
+    auto root = parsed();
+    root->add_entry(*new Noted(notes, 'a'));
+    ASSERT_TRUE(bk_parser::move(*root, "noted", "item[2]/noted"));
+    ASSERT_NE(inside(*root, 2).get_entry("noted"), nullptr);
+    root.reset();
+    EXPECT_EQ(notes, "a");
 }
 
 TEST(group_drop, what_hangs_in_a_group_of_a_host_dies_in_that_order_too) {

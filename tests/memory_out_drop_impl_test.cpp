@@ -116,3 +116,36 @@ TEST(memory_out_drop, an_edit_that_finds_no_memory_leaves_a_large_document_that_
         }
     }
 }
+
+TEST(memory_out_drop, a_document_that_cannot_list_an_entry_gives_up_its_pages) {
+    // Nothing in it owns memory outside of the pages.
+    const CoreString large = core_text("first 1 group { last 1 }" + std::string(33000, ' '));
+    const CoreString name("a_name_longer_than_eleven");
+    const std::vector<Edit> edits_of_first = {
+        [&](ParserGroup& root) { root.get_entry("first")->rename(name); },
+        [&](ParserGroup& root) { root.get_entry("first")->set_template(name); },
+        [&](ParserGroup& root) { root.get_entry("first")->set_string(name, 0); },
+        [&](ParserGroup& root) { root.get_entry("first")->add_string(name); },
+        [](ParserGroup& root) { root.get_entry("group")->get_group(0)->add_entry("new", 0, 0); },
+    };
+    for (const Edit& edit : edits_of_first) {
+        bool failed = true;
+        for (std::size_t n = 1; failed; ++n) { // one of them is for the list
+            const long live = FailingMemory::live();
+            {
+                ParserGroup root("root");
+                root.set_text(large, default_parser_serial_version, nullptr);
+                EXPECT_EQ(FailingPages::count(), 1u);
+                FailingMemory::fail_at(n);
+                try {
+                    edit(root);
+                } catch (const std::bad_alloc&) {
+                    EXPECT_EQ(root.get_entries().get_count(), 2u);
+                }
+                failed = FailingMemory::disarm();
+            }
+            ASSERT_EQ(FailingMemory::live(), live) << n;
+            ASSERT_EQ(FailingPages::count(), 0u) << n;
+        }
+    }
+}

@@ -80,10 +80,29 @@ TEST(merge_texts, includes_and_comments_at_the_end_are_merged) {
 }
 
 TEST(merge_texts, texts_with_errors_and_other_forms_are_refused) {
-    const std::string reason = merge_texts("a 1\n", "b 2\na 1 )\n", "a 1\n").reason;
-    EXPECT_TRUE(reason.starts_with("ours has errors; line 2, column 5: ")) << reason;
+    EXPECT_EQ(merge_texts("a 1\n", "UDFS", "a )\n").reason, "ours is not text");
     EXPECT_EQ(merge_texts("a 1\n", "a 1\n", "a 1// x\n2\n").reason,
               "in theirs a comment or a directive touches a word; put a blank between them");
+}
+
+TEST(merge_texts, errors_are_told_with_their_places) {
+    const bk_parser::MergeResult result = merge_texts("a 1\n", "b 2\na 1 )\n", "c )\nc )\n");
+    EXPECT_EQ(result.reason, "ours has errors");
+    ASSERT_EQ(result.problems.size(), 3u);
+    EXPECT_EQ(result.problems[0].file, "ours");
+    EXPECT_EQ(result.problems[0].line, 2u);
+    EXPECT_EQ(result.problems[0].column, 5u);
+    EXPECT_EQ(result.problems[0].code, "bad-arguments");
+    EXPECT_EQ(result.problems[1].file, "theirs");
+    EXPECT_EQ(result.problems[2].file, "theirs");
+    EXPECT_EQ(result.problems[2].line, 2u);
+    EXPECT_TRUE(result.text.empty());
+}
+
+TEST(merge_texts, warnings_do_not_keep_texts_from_being_merged) {
+    const bk_parser::MergeResult result = merge_texts("a 1\n", "a 1E5\n", "a 1\n");
+    EXPECT_TRUE(result.ok()) << result.reason;
+    EXPECT_TRUE(result.problems.empty());
 }
 
 std::string tree_of(std::string_view text) {

@@ -26,6 +26,15 @@ TEST(strings, convert_to_and_from_those_of_the_standard_library) {
     EXPECT_EQ(CoreString(std::string_view(std::string(text))), core);
 }
 
+TEST(strings, those_of_the_standard_library_are_appended) {
+    CoreString text("a");
+    text += std::string("b\0c", 3);
+    (text += std::string_view("de").substr(0, 1)) += "f";
+    EXPECT_EQ(text, std::string_view("ab\0cdf", 6));
+    text += text.get_view();
+    EXPECT_EQ(text, std::string_view("ab\0cdfab\0cdf", 12));
+}
+
 TEST(strings, are_ordered_as_std_string_is) {
     for (const char* left : texts) {
         for (const char* right : texts) {

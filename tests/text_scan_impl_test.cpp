@@ -71,14 +71,6 @@ void expect_same_from_everywhere(const std::string& text) {
         ASSERT_EQ(bk::portable::find_string_stop(p, end), expected_string_stop(p, end)) << text;
         ASSERT_EQ(bk::find_escaped(p, end), bk::portable::find_escaped(p, end)) << text;
         ASSERT_EQ(bk::find_directive(p, end), bk::portable::find_directive(p, end)) << text;
-        ASSERT_EQ(bk::find_argument_stop(p, end), bk::portable::find_argument_stop(p, end)) << text;
-        ASSERT_EQ(bk::find_argument_stop(p, end),
-                  std::find_if(p, end,
-                               [](char character) {
-                                   return std::string_view("(){}\"\r\n").find(character) !=
-                                          std::string_view::npos;
-                               }))
-            << text;
         const auto left = static_cast<std::size_t>(end - p);
         for (const std::size_t size : {std::size_t{0}, left / 2, left}) {
             ASSERT_EQ(bk::are_name_characters(p, size, end), bk::portable::are_name_characters(p, size, end))

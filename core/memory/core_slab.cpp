@@ -160,7 +160,7 @@ void* SlabHeap::allocate_elsewhere(std::size_t size_class) noexcept {
     return change_page(size_class) ? current_[size_class]->take_block() : nullptr;
 }
 
-/// Allocates on another page. The rest of a page that is too short stays unused until the page is empty.
+/// Allocates on another page. When the rest of the current page is too short, it stays unused until that page is empty.
 void* SlabHeap::take_next_elsewhere(std::size_t size) noexcept {
     if (from_afar_.load(std::memory_order_relaxed) != nullptr) {
         take_back_from_afar(this);

@@ -63,7 +63,13 @@ bool LayoutPrinter::run() {
     return true;
 }
 
-/// Indentation may make the output much larger than the text: a few megabytes of nested groups may need gigabytes.
+/// Otherwise the text of deep groups would grow with the square of the depth.
+std::size_t LayoutPrinter::indentation_at(std::size_t depth) const noexcept {
+    constexpr std::size_t indented_levels = 100;
+    return std::min(depth, indented_levels) * options_.indent;
+}
+
+/// Indentation may make the output much larger than the text.
 std::uint64_t LayoutPrinter::largest_size() const noexcept {
     std::uint64_t size = 0;
     std::uint64_t depth = 0;
@@ -71,7 +77,7 @@ std::uint64_t LayoutPrinter::largest_size() const noexcept {
         depth += token.kind == TokenKind::open_brace ? 1 : 0;
         depth -= token.kind == TokenKind::close_brace && depth != 0 ? 1 : 0;
         const bool may_begin_line = token.kind != TokenKind::value && token.kind != TokenKind::comma;
-        const std::uint64_t indentation = may_begin_line ? (depth + 1) * options_.indent : 0;
+        const std::uint64_t indentation = may_begin_line ? indentation_at(depth + 1) : 0;
         size += token.length + indentation + 2 * line_end_.size();
     }
     return size;
@@ -174,7 +180,7 @@ void LayoutPrinter::break_line(std::size_t depth) {
     if (!is_at_line_start_) {
         out_ += line_end_;
     }
-    column_ = depth * options_.indent;
+    column_ = indentation_at(depth);
     out_.append(column_, ' ');
     is_at_line_start_ = true;
     needs_line_break_ = false;

@@ -22,6 +22,7 @@ public:
 
 private:
     std::uint64_t largest_size() const noexcept;
+    std::size_t indentation_at(std::size_t depth) const noexcept;
     void put(std::size_t i);
     void put_name(std::size_t i);
     void put_in_line(std::size_t i);

@@ -1,7 +1,5 @@
 #include "document/load/form_impl.h"
 
-#include "core/text/core_vectors_impl.h"
-
 #include <algorithm>
 #include <array>
 
@@ -61,27 +59,6 @@ bool is_control(char byte) noexcept {
     const auto code = static_cast<unsigned char>(byte);
     const auto from_tab = static_cast<unsigned char>(code - '\t');
     return ((code < 0x20) & (from_tab > '\r' - '\t')) | (code == 0x7F);
-}
-
-/// Whether there is any, which is cheaper to find out than how many.
-bool has_control(std::string_view sample) noexcept {
-    std::size_t i = 0;
-#if defined(BK_USE_VECTORS)
-    constexpr std::size_t width = 16;
-    __m128i found = _mm_setzero_si128();
-    for (; sample.size() - i >= width; i += width) {
-        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(sample.data() + i));
-        const __m128i from_tab = _mm_sub_epi8(bytes, _mm_set1_epi8('\t'));
-        const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(0x1F)), bytes);
-        const __m128i space = _mm_cmpeq_epi8(_mm_min_epu8(from_tab, _mm_set1_epi8('\r' - '\t')), from_tab);
-        const __m128i last = _mm_cmpeq_epi8(bytes, _mm_set1_epi8(0x7F));
-        found = _mm_or_si128(found, _mm_or_si128(_mm_andnot_si128(space, low), last));
-    }
-    if (_mm_movemask_epi8(found) != 0) {
-        return true;
-    }
-#endif
-    return std::any_of(sample.begin() + static_cast<std::ptrdiff_t>(i), sample.end(), is_control);
 }
 
 std::size_t count_controls(std::string_view sample) noexcept {
@@ -262,7 +239,7 @@ bool is_json_value(std::string_view bytes) noexcept {
 
 std::string_view foreign_kind(std::string_view bytes) noexcept {
     const std::string_view sample = bytes.substr(0, sample_size);
-    const bool has_controls = has_control(sample);
+    const bool has_controls = count_controls(sample) != 0;
     std::string_view kind = kind_of_mark(sample, has_controls);
     if (kind.empty()) {
         kind = kind_of_other_syntax(sample);

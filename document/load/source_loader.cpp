@@ -14,9 +14,9 @@ namespace bk_parser {
 
 namespace {
 
-constexpr std::size_t least_dropped = std::size_t{4}
-                                      << 20; // bytes: smaller blocks are not of use to the tree
-constexpr double reading_share = 0.3;        // of what a file costs before it is parsed
+// In bytes. A shorter text is a block of the global heap, whose memory the pages of the tree cannot use.
+constexpr std::size_t least_dropped = std::size_t{4} << 20;
+constexpr double reading_share = 0.3; // of what a file costs before it is parsed
 
 bool ends_word(char character) noexcept {
     return bk::is_char(character, bk::CHAR_BLANK | bk::CHAR_DELIMITER);

@@ -8,6 +8,7 @@
 #include "parser/words/parser_characters_impl.h"
 
 #include <array>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -235,46 +236,63 @@ std::string_view without_mark(std::string_view text) noexcept {
     return text.starts_with(bk::byte_order_mark) ? text.substr(bk::byte_order_mark.size()) : text;
 }
 
-/// The first error of a text in a few words, such as "line 3, column 5: no entry holds this value"; empty when it has none.
-std::string first_error(std::string_view text) {
+/// Adds the errors of a text. Returns whether it has any.
+bool add_errors(std::string_view text, std::string_view name, std::vector<Problem>& errors) {
     LoadOptions options;
     options.follow_includes = false;
-    for (const Problem& problem : parse(text, options).problems) {
-        if (problem.severity != Severity::error) {
-            continue;
-        }
-        return problem.line == 0 ? problem.message
-                                 : "line " + std::to_string(problem.line) + ", column " +
-                                       std::to_string(problem.column) + ": " + problem.message;
+    std::vector<Problem> problems = parse(text, options).problems;
+    std::erase_if(problems, [](const Problem& problem) { return problem.severity != Severity::error; });
+    for (Problem& problem : problems) {
+        problem.file = name;
+        errors.push_back(std::move(problem));
     }
-    return {};
+    return !problems.empty();
 }
 
-MergeResult refused(std::string reason) {
+MergeResult refused(std::string reason, std::vector<Problem> problems = {}) {
     MergeResult result;
     result.reason = std::move(reason);
+    result.problems = std::move(problems);
     return result;
+}
+
+/// One of the three texts.
+struct MergeInput {
+    std::string_view text;
+    std::string_view file; // in problems
+    std::string_view name; // in sentences
+};
+
+/// Says why, when a side cannot be merged.
+MergeResult check(std::span<const MergeInput> sides) {
+    std::vector<Problem> errors;
+    const MergeInput* faulty = nullptr;
+    for (const MergeInput& side : sides) {
+        if (form_of(side.text) != Form::text) {
+            return refused(std::string(side.name) + " is not text");
+        }
+        if (add_errors(side.text, side.file, errors) && faulty == nullptr) {
+            faulty = &side;
+        }
+    }
+    return faulty == nullptr ? MergeResult()
+                             : refused(std::string(faulty->name) + " has errors", std::move(errors));
 }
 
 } // namespace
 
 MergeResult merge_texts(std::string_view base, std::string_view ours, std::string_view theirs) {
-    constexpr std::array<std::string_view, 3> names = {"the base", "ours", "theirs"};
-    const std::array<std::string_view, 3> given = {base, ours, theirs};
-    for (std::size_t i = 0; i < given.size(); ++i) {
-        if (form_of(given[i]) != Form::text) {
-            return refused(std::string(names[i]) + " is not text");
-        }
-        if (const std::string error = first_error(given[i]); !error.empty()) {
-            return refused(std::string(names[i]) + " has errors; " + error);
-        }
+    const std::array<MergeInput, 3> sides = {
+        {{base, "base", "the base"}, {ours, "ours", "ours"}, {theirs, "theirs", "theirs"}}};
+    if (MergeResult result = check(sides); !result.ok()) {
+        return result;
     }
     const TextItems base_items(without_mark(base));
     const TextItems our_items(without_mark(ours));
     const TextItems their_items(without_mark(theirs));
     for (std::size_t i = 0; const TextItems* const items : {&base_items, &our_items, &their_items}) {
         if (items->has_faults) {
-            return refused("in " + std::string(names[i]) +
+            return refused("in " + std::string(sides[i].name) +
                            " a comment or a directive touches a word; put a blank between them");
         }
         ++i;
@@ -285,8 +303,8 @@ MergeResult merge_texts(std::string_view base, std::string_view ours, std::strin
     result.text = (ours.starts_with(bk::byte_order_mark) ? std::string(bk::byte_order_mark) : std::string()) +
                   merged.text();
     if (result.conflicts == 0) {
-        if (const std::string error = first_error(result.text); !error.empty()) {
-            return refused("what was merged would have errors; " + error);
+        if (std::vector<Problem> errors; add_errors(result.text, "merged", errors)) {
+            return refused("what was merged would have errors", std::move(errors));
         }
     }
     return result;

@@ -49,17 +49,6 @@ inline const char* find_escaped(const char* p, const char* end) noexcept {
     return p;
 }
 
-/// The first character that can decide where an argument list ends, or the end: a parenthesis, a brace, a quote or a line break.
-inline const char* find_argument_stop(const char* p, const char* end) noexcept {
-    const auto stops = [](char c) {
-        return c == '(' || c == ')' || c == '{' || c == '}' || is_char(c, CHAR_LINE_BREAK | CHAR_QUOTE);
-    };
-    while (p != end && !stops(*p)) {
-        ++p;
-    }
-    return p;
-}
-
 /// The first character that may begin or end what the preprocessor looks for, or the end. A '0' counts only before an 'x'.
 inline const char* find_directive(const char* p, const char* end) noexcept {
     const auto begins = [end](const char* at) {
@@ -110,10 +99,6 @@ public:
         return either(letters, either(digits, is('_')));
     }
     __m128i string_stops() const noexcept { return either(quotes(), line_breaks()); }
-    __m128i argument_stops() const noexcept {
-        const __m128i brackets = either(is_but_for(1, ')'), either(is('{'), is('}')));
-        return either(brackets, string_stops());
-    }
     __m128i escaped() const noexcept {
         const __m128i marks = either(is('\\'), either(is('"'), is('\'')));
         return either(marks, either(is('\t'), line_breaks()));
@@ -166,15 +151,6 @@ inline const char* find_escaped(const char* p, const char* end) noexcept {
     return portable::find_escaped(p, end);
 }
 
-inline const char* find_argument_stop(const char* p, const char* end) noexcept {
-    for (; end - p >= width; p += width) {
-        if (const unsigned int stops = Block::mask(Block(p).argument_stops()); stops != 0) {
-            return p + std::countr_zero(stops);
-        }
-    }
-    return portable::find_argument_stop(p, end);
-}
-
 inline const char* find_directive(const char* p, const char* end) noexcept {
     for (; end - p > width; p += width) {
         if (const unsigned int found = Block::mask(Block(p).directives(Block(p + 1))); found != 0) {
@@ -190,13 +166,11 @@ inline const char* find_directive(const char* p, const char* end) noexcept {
 
 #if defined(BK_USE_VECTORS)
 using vector::are_name_characters;
-using vector::find_argument_stop;
 using vector::find_directive;
 using vector::find_escaped;
 using vector::find_string_stop;
 #else
 using portable::are_name_characters;
-using portable::find_argument_stop;
 using portable::find_directive;
 using portable::find_escaped;
 using portable::find_string_stop;

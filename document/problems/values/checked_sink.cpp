@@ -23,6 +23,14 @@ bool are_equal_but_for_case(std::string_view a, std::string_view b) noexcept {
                       [](char x, char y) { return lowered(x) == lowered(y); });
 }
 
+/// The first character that can decide where an argument list ends, or the end.
+const char* find_argument_stop(const char* p, const char* end) noexcept {
+    return std::find_if(p, end, [](char character) {
+        return character == '(' || character == ')' || character == '{' || character == '}' ||
+               bk::is_char(character, bk::CHAR_LINE_BREAK | bk::CHAR_QUOTE);
+    });
+}
+
 } // namespace
 
 void CheckedSink::check_suffix(const bk::EntryHead& head) {
@@ -61,10 +69,10 @@ void CheckedSink::tell_count() {
 /// Looks for the parenthesis that closes the list. A list that runs into another one, or into a brace, has none.
 void CheckedSink::check_call() const {
     const std::string_view name = faults_.get_head();
-    const char* p = bk::find_argument_stop(name.data() + name.size(), end_);
+    const char* p = find_argument_stop(name.data() + name.size(), end_);
     bool is_opened = false;
     bool in_string = false;
-    for (; p != end_; p = bk::find_argument_stop(p + 1, end_)) {
+    for (; p != end_; p = find_argument_stop(p + 1, end_)) {
         if (in_string || *p == '"') {
             const bool is_end = *p == '\n' || *p == '\r' || (*p == '"' && p[-1] != '\\');
             in_string = in_string ? !is_end : p[-1] != '\\';

@@ -1,4 +1,3 @@
-#include "document/load.h"
 #include "document/merge.h"
 #include "input/files/input.h"
 #include "output/display/text_display.h"
@@ -6,7 +5,9 @@
 #include "output/stored_file.h"
 #include "verbs/verbs.h"
 
+#include <algorithm>
 #include <array>
+#include <vector>
 
 namespace bkdoc {
 
@@ -15,15 +16,16 @@ namespace {
 /// One of the three texts.
 struct Side {
     Input input;
-    std::string name; // in messages
+    std::string name;      // in messages
+    std::string_view file; // in the problems of a merge
 };
 
 /// The names in messages. git gives a merge driver temporary files, so --name names the file that they stand for.
 std::array<Side, 3> sides_of(const Arguments& arguments) {
     const auto& operands = arguments.operands();
-    std::array<Side, 3> sides = {Side{Input(operands.at(0)), shown_operand(operands.at(0))},
-                                 Side{Input(operands.at(1)), shown_operand(operands.at(1))},
-                                 Side{Input(operands.at(2)), shown_operand(operands.at(2))}};
+    std::array<Side, 3> sides = {Side{Input(operands.at(0)), shown_operand(operands.at(0)), "base"},
+                                 Side{Input(operands.at(1)), shown_operand(operands.at(1)), "ours"},
+                                 Side{Input(operands.at(2)), shown_operand(operands.at(2)), "theirs"}};
     if (const auto name = arguments.value("--name")) {
         sides[0].name = *name + " (base)";
         sides[1].name = *name;
@@ -33,16 +35,12 @@ std::array<Side, 3> sides_of(const Arguments& arguments) {
 }
 
 /// The errors because of which the texts are not merged.
-void write_errors(const std::array<Side, 3>& sides, Output& err) {
-    bk_parser::LoadOptions options;
-    options.follow_includes = false;
-    for (const Side& side : sides) {
-        ProblemWriter writer(err, side.name);
-        for (const bk_parser::Problem& problem : bk_parser::parse(side.input.bytes, options).problems) {
-            if (problem.severity == bk_parser::Severity::error && problem.line != 0) {
-                writer.write(problem, {});
-            }
-        }
+void write_errors(const std::array<Side, 3>& sides, std::vector<bk_parser::Problem> problems, Output& err) {
+    for (bk_parser::Problem& problem : problems) {
+        const auto side = std::find_if(sides.begin(), sides.end(),
+                                       [&](const Side& one) { return problem.file == one.file; });
+        problem.file.clear();
+        ProblemWriter(err, side == sides.end() ? "merged" : side->name).write(problem, {});
     }
 }
 
@@ -60,7 +58,7 @@ ExitCode run_merge(const Arguments& arguments, Streams& streams) {
     const bk_parser::MergeResult result =
         bk_parser::merge_texts(sides[0].input.bytes, sides[1].input.bytes, sides[2].input.bytes);
     if (!result.ok()) {
-        write_errors(sides, streams.err);
+        write_errors(sides, result.problems, streams.err);
         complain(streams, "cannot merge into " + name + ": " + result.reason);
         return EXIT_UNREADABLE;
     }
