@@ -162,5 +162,6 @@ struct BK_PARSER_API ParserValue {
 private:
     friend class bk::StoredValue;
 
-    alignas(double) mutable unsigned char stored_[24]; // a bk::StoredValue, and eight bytes that keep the size
+    alignas(
+        double) mutable unsigned char stored_[24]; // a bk::StoredValue, and eight bytes that keep the size
 };

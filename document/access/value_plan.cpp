@@ -70,7 +70,8 @@ double shortest_double(float number) noexcept {
 }
 
 /// Keeps a value that already reads as that float.
-std::optional<PlannedValue> plan_single(float number, const bk::StoredValue* existing, ParserValue::Type type) {
+std::optional<PlannedValue> plan_single(float number, const bk::StoredValue* existing,
+                                        ParserValue::Type type) {
     if (existing != nullptr && type != no_type && reads_as(existing->get_as_double(), number)) {
         return type == ParserValue::TYPE_DOUBLE ? plan_double(existing->get_as_double())
                                                 : plan_integer(type, existing->get_as_int());

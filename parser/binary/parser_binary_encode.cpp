@@ -30,7 +30,9 @@ inline char* put_values(char* end, const char* limit, const ParserValueList& val
         if (room < largest_stored_size) {
             break;
         }
-        if (value->type() == ParserValue::TYPE_STRING) {
+        if (value->has_scalar_inside()) {
+            end = put_read_scalar(end, *value);
+        } else if (value->type() == ParserValue::TYPE_STRING) {
             const CoreString& text = value->held_string();
             if (room < StringAccess::put_room(text) + tag_size) {
                 break;

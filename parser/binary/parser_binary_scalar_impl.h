@@ -48,7 +48,14 @@ inline char* put_scalar(char* out, const StoredValue& value) {
     return out + size;
 }
 
-/// The scalar in the low bytes of `bytes`, as ValueAccess::make_scalar takes it. Ignores the bytes above.
+/// The same for a value that is a scalar and has been read.
+inline char* put_read_scalar(char* out, const StoredValue& value) noexcept {
+    *out = static_cast<char>(value.type());
+    store_le64(reinterpret_cast<unsigned char*>(out) + 1, value.scalar_bits());
+    return out + stored_size(*out);
+}
+
+/// The scalar in the low bytes of `bytes`, as StoredValue::make_scalar takes it. Ignores the bytes above.
 inline std::uint64_t stored_scalar(ParserValue::Type type, std::uint64_t bytes) noexcept {
     constexpr std::uint64_t lowest_byte = 0xFF;
     switch (type) {

@@ -55,9 +55,8 @@ bool is_only_holder(const ParserGroup& group, const ParserGroup& held) noexcept 
     }
     const ParserValueList& values = EntryAccess::values(*source);
     const StoredValue* const first = values.side_by_side();
-    return first != nullptr && std::any_of(first, first + values.get_count(), [&](const StoredValue& value) {
-               return value.group() == &held;
-           });
+    return first != nullptr && std::any_of(first, first + values.get_count(),
+                                           [&](const StoredValue& value) { return value.group() == &held; });
 }
 
 } // namespace bk

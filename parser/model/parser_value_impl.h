@@ -103,7 +103,7 @@ public:
         if (type == ParserValue::TYPE_STRING) {
             ::new (&string_) CoreString();
         } else if (type > largest_type) {
-            plain_ = {unlisted_form << type_shift, 0, {.unlisted_type = type}};
+            plain_ = {unlisted, 0, {.unlisted_type = type}};
         }
     }
     StoredValue(const StoredValue&) = delete;
@@ -112,13 +112,10 @@ public:
 
     Type type() const noexcept {
         const std::uint32_t bits = mark();
-        if (bits < least_mark) {
-            return ParserValue::TYPE_STRING;
+        if (bits >= least_mark) {
+            return static_cast<Type>(bits >> type_shift & largest_type);
         }
-        if (bits >> type_shift == unlisted_form) [[unlikely]] {
-            return static_cast<Type>(plain_.content.unlisted_type);
-        }
-        return static_cast<Type>(bits >> type_shift & largest_type);
+        return bits == unlisted ? static_cast<Type>(plain_.content.unlisted_type) : ParserValue::TYPE_STRING;
     }
     /// Null for a value that is not a group, and for one that was cleared.
     ParserGroup* group() const noexcept {
@@ -148,12 +145,18 @@ public:
         }
         return {text(), size};
     }
-    /// Whether the spellings of two values of a list are in one text area with a single blank between them.
-    static bool is_spelled_behind(const StoredValue& value, const StoredValue& next) noexcept {
-        const std::uint32_t size = value.mark() & size_mask;
-        const char* const end = value.text() + size;
-        return value.is_spelled() && next.is_spelled() && size != size_apart &&
-               (next.mark() & size_mask) != size_apart && next.text() == end + 1 && *end == ' ';
+    /// The spelling of the value at `next`, and of those after it as far as they are in the text area with a single blank between them.
+    /// Advances `next` past all of them. The values from `next` to `last` are side by side; the first is spelled.
+    static std::string_view take_spellings(const StoredValue*& next, const StoredValue* last) noexcept {
+        const std::string_view first = next->spelling();
+        const char* end = first.data() + first.size();
+        if (!(next++)->has_text_in_area()) {
+            return first;
+        }
+        for (; next != last && next->is_spelled() && next->text() == end + 1 && *end == ' '; ++next) {
+            end += 1 + (next->mark() & size_mask); // none of them is apart: its offset is 0, before the area
+        }
+        return {first.data(), static_cast<std::size_t>(end - first.data())};
     }
     std::string_view bytes() const noexcept {
         return {reinterpret_cast<const char*>(plain_.content.bytes), plain_.offset};
@@ -161,10 +164,19 @@ public:
 
     /// As the functions of ParserValue.
     void make_value() const noexcept { static_cast<void>(scalar()); }
-    bool get_as_bool() const;
+    bool get_as_bool() const {
+        return mark() >> type_shift == held_form(ParserValue::TYPE_BOOL) ? plain_.content.scalar.as_bool
+                                                                         : read_as_bool();
+    }
     char get_as_char() const;
-    int get_as_int() const;
-    double get_as_double() const;
+    int get_as_int() const {
+        return mark() >> type_shift == held_form(ParserValue::TYPE_INT) ? plain_.content.scalar.as_int
+                                                                        : read_as_int();
+    }
+    double get_as_double() const {
+        return mark() >> type_shift == held_form(ParserValue::TYPE_DOUBLE) ? plain_.content.scalar.as_double
+                                                                           : read_as_double();
+    }
     const CoreString& get_as_string() const;
     void* get_as_binary_data(unsigned int& size) const;
     void set_bool(bool value) noexcept;
@@ -190,9 +202,10 @@ public:
     static StoredValue* show_spelled(void* place, Type type, std::string_view spelling) noexcept {
         const std::uint64_t offset = distance(place, spelling.data());
         const std::uint32_t bits = least_mark | static_cast<std::uint32_t>(type) << type_shift | spelled_bit;
-        return ::new (place) StoredValue(Plain{
-            bits | high_bits(offset) | static_cast<std::uint32_t>(spelling.size()),
-            static_cast<std::uint32_t>(offset), {.scalar = {.as_double = 0.0}}});
+        return ::new (place)
+            StoredValue(Plain{bits | high_bits(offset) | static_cast<std::uint32_t>(spelling.size()),
+                              static_cast<std::uint32_t>(offset),
+                              {.scalar = {.as_double = 0.0}}});
     }
     /// The same with the spelling in a block of its own.
     static StoredValue* make_apart(void* place, Type type, std::string_view word);
@@ -212,27 +225,29 @@ public:
     /// Constructs a bool, char, int or double from its bits, at the low end of the number. A double must be finite: see
     /// `clamp_to_finite`.
     static StoredValue* make_scalar(void* place, Type type, std::uint64_t bits) noexcept {
-        return ::new (place) StoredValue(
-            Plain{least_mark | held_bit | static_cast<std::uint32_t>(type) << type_shift, 0,
-                  {.scalar = scalar_of(type, bits)}});
+        return ::new (place)
+            StoredValue(Plain{least_mark | held_bit | static_cast<std::uint32_t>(type) << type_shift,
+                              0,
+                              {.scalar = scalar_of(type, bits)}});
     }
     static StoredValue* make_group(void* place, ParserGroup* group) noexcept {
         return ::new (place) StoredValue(Plain{mark_of(ParserValue::TYPE_GROUP), 0, {.group = group}});
     }
     /// Takes over bytes that were allocated from CoreMemory.
     static StoredValue* make_binary_data(void* place, void* data, unsigned int size) noexcept {
-        return ::new (place) StoredValue(Plain{mark_of(ParserValue::TYPE_BINARY_DATA), size,
-                                               {.bytes = static_cast<unsigned char*>(data)}});
+        return ::new (place) StoredValue(Plain{
+            mark_of(ParserValue::TYPE_BINARY_DATA), size, {.bytes = static_cast<unsigned char*>(data)}});
     }
 
     /// Whether a string or spelling of that size has memory of its own, in whatever list the value is.
     static constexpr bool is_kept_apart(Type type, std::size_t size) noexcept {
-        return size >= (type == ParserValue::TYPE_STRING ? least_mark : size_apart);
+        return size >= (type == ParserValue::TYPE_STRING ? unlisted : size_apart);
     }
     /// How many bytes of a text area a value takes whose string or spelling has this size.
     static constexpr std::size_t string_need(std::size_t size) noexcept {
-        return size <= CoreString::inline_capacity || is_kept_apart(ParserValue::TYPE_STRING, size) ? 0
-                                                                                                    : size + 1;
+        return size <= CoreString::inline_capacity || is_kept_apart(ParserValue::TYPE_STRING, size)
+                   ? 0
+                   : size + 1;
     }
     static constexpr std::size_t escaped_string_need(std::size_t size) noexcept { return size + 1; }
     static constexpr std::size_t spelling_need(std::size_t size) noexcept {
@@ -249,9 +264,10 @@ public:
     /// Moves a value to another place, whose text has moved by so many bytes. Leaves no object at the old place.
     static void relocate(const StoredValue& from, void* to, std::uintptr_t text_shift = 0) noexcept;
     /// Whether the value is a string that is stored inside it.
-    bool has_string_inside() const noexcept { return mark() < least_mark; }
+    bool has_string_inside() const noexcept { return mark() < unlisted; }
     /// Moves a string value to another place. Its string stays where it is: value `index` of a block whose head will show its home.
-    static void leave_string(const StoredValue& from, void* to, unsigned int index, StringHome& home) noexcept;
+    static void leave_string(const StoredValue& from, void* to, unsigned int index,
+                             StringHome& home) noexcept;
     /// Gives the value a text of its own, outside any text area.
     void own_text();
     /// Whether the value owns no memory outside its list. For assertions.
@@ -283,7 +299,8 @@ private:
     };
     struct Plain {
         std::uint32_t mark;
-        std::uint32_t offset; // of the spelling; the size of binary data; of a string outside where it was in its block
+        std::uint32_t
+            offset; // of the spelling; the size of binary data; of a string outside where it was in its block
         Content content;
     };
 
@@ -296,14 +313,17 @@ private:
     static constexpr int offset_shift = 12;
     static constexpr int type_shift = 24;
     static constexpr std::uint32_t largest_type = 7;
-    static constexpr std::uint32_t unlisted_form =
-        (least_mark | held_bit) >> type_shift | ParserValue::TYPE_STRING;
+    static constexpr std::uint32_t unlisted =
+        least_mark - 1; // instead of a mark, of a type that ParserValue does not list
     static constexpr std::uint32_t in_own_block = 0xFFFFFFFFu; // instead of where a string was
 
     explicit StoredValue(const Plain& plain) noexcept : plain_(plain) {}
 
     static constexpr std::uint32_t mark_of(Type type) noexcept {
         return least_mark | static_cast<std::uint32_t>(type) << type_shift;
+    }
+    static constexpr std::uint32_t held_form(Type type) noexcept {
+        return (mark_of(type) | held_bit) >> type_shift;
     }
     std::uint32_t mark() const noexcept {
         std::uint32_t bits = 0;
@@ -321,10 +341,6 @@ private:
     bool has_text_in_area() const noexcept {
         return is_spelled() && (mark() & size_mask) != 0 && (mark() & size_mask) != size_apart;
     }
-    bool is_scalar() const noexcept {
-        const Type own = type();
-        return own >= ParserValue::TYPE_BOOL && own <= ParserValue::TYPE_DOUBLE;
-    }
     static std::uint64_t distance(const void* from, const void* to) noexcept {
         return reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from);
     }
@@ -340,7 +356,22 @@ private:
     static StoredValue* make_boxed(void* place, CoreString string);
     void take_scalar(const StoredValue& from) noexcept;
     const Scalar& converted() const noexcept;
-    Scalar read_spelling() const noexcept;
+    /// Whether it has no scalar yet, and its spelling is in the text area.
+    bool has_only_text(Type type) const noexcept {
+        const std::uint32_t bits = mark();
+        return (bits & ~(offset_mask | size_mask)) == (mark_of(type) | spelled_bit) &&
+               (bits & size_mask) - 1 < size_apart - 1;
+    }
+    std::string_view text_in_area() const noexcept { return {text(), mark() & size_mask}; }
+    const Scalar& hold(Scalar scalar) const noexcept {
+        plain_.content.scalar = scalar;
+        plain_.mark |= held_bit;
+        return plain_.content.scalar;
+    }
+    static Scalar read_spelling(Type type, std::string_view text, bool has_margin) noexcept;
+    bool read_as_bool() const;
+    int read_as_int() const;
+    double read_as_double() const;
     void become(Type type) noexcept;
     void release_string_outside() noexcept;
     void report_mismatch(const char* read) const;
@@ -368,7 +399,7 @@ private:
 
     union {
         mutable Plain plain_;
-        mutable CoreString string_; // when the first four bytes are below least_mark
+        mutable CoreString string_; // when the first four bytes are below `unlisted`
     };
 };
 

@@ -220,7 +220,7 @@ void ParserValueList::clear() noexcept {
     BK_ASSERT(count_ <= block_->capacity);
     BK_ASSERT(!block_->is_self_contained ||
               (!in_cells_ && std::all_of(block_->values(), block_->values() + count_,
-                                          [](const auto& value) { return value.keeps_nothing_outside(); })));
+                                         [](const auto& value) { return value.keeps_nothing_outside(); })));
     for (unsigned int i = 0; i < count_ && !block_->is_self_contained; ++i) {
         if (in_cells_) {
             release_cell(block_->cells()[i]);

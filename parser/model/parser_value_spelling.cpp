@@ -42,12 +42,8 @@ const char* type_name(ParserValue::Type type) noexcept {
     return type < std::size(names) ? names[type] : "TYPE_UNKNOWN";
 }
 
-/// The values are before the text area, so that there are characters before every spelling in it.
-StoredValue::Scalar StoredValue::read_spelling() const noexcept {
-    static_assert(sizeof(StoredValue) >= number_margin);
-    const std::string_view text = spelling();
-    const bool has_margin = has_text_in_area();
-    switch (type()) {
+StoredValue::Scalar StoredValue::read_spelling(Type type, std::string_view text, bool has_margin) noexcept {
+    switch (type) {
     case ParserValue::TYPE_BOOL:
         return {.as_bool = text == "yes"};
     case ParserValue::TYPE_CHAR:
@@ -60,28 +56,29 @@ StoredValue::Scalar StoredValue::read_spelling() const noexcept {
 }
 
 const StoredValue::Scalar& StoredValue::converted() const noexcept {
-    if (!is_spelled() || !is_scalar()) {
+    static_assert(sizeof(StoredValue) >= number_margin, "the values are before the text area");
+    const std::uint32_t bits = mark();
+    const auto type = static_cast<Type>(bits >> type_shift & largest_type);
+    if (!is_spelled(bits) || type < ParserValue::TYPE_BOOL || type > ParserValue::TYPE_DOUBLE) {
         return plain_.content.scalar;
     }
-    if (is_spelled_apart()) {
+    const std::uint32_t size = bits & size_mask;
+    if (size == size_apart) [[unlikely]] {
         Apart& apart = *plain_.content.apart;
         if (!apart.is_converted) {
-            apart.scalar = read_spelling();
+            apart.scalar = read_spelling(type, spelling(), false);
             apart.is_converted = true;
         }
         return apart.scalar;
     }
-    plain_.content.scalar = read_spelling();
-    plain_.mark |= held_bit;
-    return plain_.content.scalar;
+    return hold(read_spelling(type, {text(), size}, size != 0));
 }
 
 void StoredValue::report_mismatch(const char* read) const {
-    report_warning("ParserValue.", read, ": type mismatch, value type is '", type_name(type()),
-                       "' \n");
+    report_warning("ParserValue.", read, ": type mismatch, value type is '", type_name(type()), "' \n");
 }
 
-bool StoredValue::get_as_bool() const {
+bool StoredValue::read_as_bool() const {
     const Scalar& held = scalar();
     switch (type()) {
     case ParserValue::TYPE_BOOL:
@@ -115,7 +112,12 @@ char StoredValue::get_as_char() const {
     }
 }
 
-int StoredValue::get_as_int() const {
+int StoredValue::read_as_int() const {
+    if (has_only_text(ParserValue::TYPE_INT)) {
+        const int number = spelled_int(text_in_area(), true);
+        hold(scalar_of(ParserValue::TYPE_INT, static_cast<unsigned int>(number)));
+        return number;
+    }
     const Scalar& held = scalar();
     switch (type()) {
     case ParserValue::TYPE_BOOL:
@@ -132,7 +134,12 @@ int StoredValue::get_as_int() const {
     }
 }
 
-double StoredValue::get_as_double() const {
+double StoredValue::read_as_double() const {
+    if (has_only_text(ParserValue::TYPE_DOUBLE)) {
+        const double number = spelled_double(text_in_area(), true);
+        hold({.as_double = number});
+        return number;
+    }
     const Scalar& held = scalar();
     switch (type()) {
     case ParserValue::TYPE_BOOL:

@@ -243,18 +243,14 @@ bool TextWriter::write_values(Frame& frame, const ParserEntry& entry) {
 
 /// The spelling of a value, and of the values after it whose spellings lie one blank apart, so that they can be copied in one piece.
 void TextWriter::write_spellings(Frame& frame, const ParserEntry& entry, const StoredValue& first) {
-    std::string_view run = first.spelling();
-    const StoredValue* last = &first;
-    while (frame.next_value < entry.get_value_count()) {
-        const StoredValue& next = EntryAccess::value(entry, frame.next_value);
-        if (!StoredValue::is_spelled_behind(*last, next)) {
-            break;
-        }
-        run = {run.data(), run.size() + 1 + next.spelling().size()};
-        last = &next;
-        ++frame.next_value;
+    const StoredValue* const values = EntryAccess::values(entry).side_by_side();
+    if (values == nullptr) {
+        out_.put(first.spelling());
+        return;
     }
-    out_.put(run);
+    const StoredValue* next = &first;
+    out_.put(StoredValue::take_spellings(next, values + entry.get_value_count()));
+    frame.next_value = static_cast<unsigned int>(next - values);
 }
 
 void TextWriter::write_scalar(const StoredValue& value) {

@@ -51,8 +51,7 @@ private:
 
     bool enter_next_group(Level& level, const ParserEntry& entry) {
         while (level.value < entry.get_value_count()) {
-            if (const ParserGroup* const group =
-                    bk::EntryAccess::value(entry, level.value++).group()) {
+            if (const ParserGroup* const group = bk::EntryAccess::value(entry, level.value++).group()) {
                 levels_.push_back({group, 0, 0}); // invalidates `level`
                 return true;
             }

@@ -39,8 +39,7 @@ void FoundPlaces::list(const ParserGroup& root) {
             index_.emplace(entry, places_.size());
             places_.push_back({entry, 0, 0});
             for (unsigned int i = 0; i < entry->get_value_count(); ++i) {
-                if (const ParserGroup* const inner =
-                        bk::EntryAccess::value(*entry, i).group()) {
+                if (const ParserGroup* const inner = bk::EntryAccess::value(*entry, i).group()) {
                     pending.push_back(inner);
                 }
             }
