@@ -11,6 +11,42 @@ class ParserGroup;
 class ParserWord;
 namespace bk {
 class StoredValue;
+
+/// The 16 bytes of bk::StoredValue, which says what they mean. They are here so that debuggers know them.
+struct ValueData {
+    /// A spelling that has a block of its own, and its scalar.
+    struct Apart;
+    union Scalar {
+        bool as_bool;
+        char as_char;
+        int as_int;
+        double as_double;
+    };
+    union Content {
+        Scalar scalar;
+        unsigned char* bytes;
+        ParserGroup* group;
+        Apart* apart;
+        CoreString* string; // outside of this value
+        unsigned int unlisted_type;
+    };
+    struct Plain {
+        unsigned int mark;
+        unsigned int
+            offset; // of the spelling; the size of binary data; of a string outside where it was in its block
+        Content content;
+    };
+
+    explicit ValueData(const Plain& plain) noexcept : plain_(plain) {}
+    ValueData(const ValueData&) = delete;
+    ValueData& operator=(const ValueData&) = delete;
+    ~ValueData() {} // NOLINT(modernize-use-equals-default): the union has none
+
+    union {
+        mutable Plain plain_;
+        mutable CoreString string_;
+    };
+};
 } // namespace bk
 
 /// One typed value of an entry: a scalar, a string, binary data, a bare word or a whole group.
@@ -162,6 +198,6 @@ struct BK_PARSER_API ParserValue {
 private:
     friend class bk::StoredValue;
 
-    alignas(
-        double) mutable unsigned char stored_[24]; // a bk::StoredValue, and eight bytes that keep the size
+    bk::ValueData stored_{bk::ValueData::Plain{}}; // a bk::StoredValue
+    unsigned int unused_[2] = {0, 0};              // which keep the size
 };

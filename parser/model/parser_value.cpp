@@ -23,45 +23,45 @@ constexpr unsigned int largest_type = 0x00FFFFFFu;
 using bk::StoredValue;
 
 ParserValue::ParserValue(const char& value) {
-    StoredValue::make_scalar(stored_, TYPE_CHAR, static_cast<unsigned char>(value));
+    StoredValue::make_scalar(&stored_, TYPE_CHAR, static_cast<unsigned char>(value));
 }
 
 ParserValue::ParserValue(const int& value) {
-    StoredValue::make_scalar(stored_, TYPE_INT, static_cast<unsigned int>(value));
+    StoredValue::make_scalar(&stored_, TYPE_INT, static_cast<unsigned int>(value));
 }
 
 ParserValue::ParserValue(const double& value) {
-    StoredValue::make_scalar(stored_, TYPE_DOUBLE, std::bit_cast<std::uint64_t>(bk::clamp_to_finite(value)));
+    StoredValue::make_scalar(&stored_, TYPE_DOUBLE, std::bit_cast<std::uint64_t>(bk::clamp_to_finite(value)));
 }
 
 ParserValue::ParserValue(const bool& value) {
-    StoredValue::make_scalar(stored_, TYPE_BOOL, value ? 1 : 0);
+    StoredValue::make_scalar(&stored_, TYPE_BOOL, value ? 1 : 0);
 }
 
 ParserValue::ParserValue(const CoreString& value) {
-    StoredValue::make_own_string(stored_, value);
+    StoredValue::make_own_string(&stored_, value);
 }
 
 ParserValue::ParserValue(ParserGroup* group) {
-    StoredValue::make_group(stored_, group != nullptr ? group : new ParserGroup(CoreString()));
+    StoredValue::make_group(&stored_, group != nullptr ? group : new ParserGroup(CoreString()));
 }
 
 ParserValue::ParserValue(void* data, const unsigned int& size) {
-    StoredValue::make_binary_data(stored_, size == 0 ? nullptr : bk::copy_bytes(data, size), size);
+    StoredValue::make_binary_data(&stored_, size == 0 ? nullptr : bk::copy_bytes(data, size), size);
 }
 
 ParserValue::ParserValue(const Type& type, const CoreString& text) {
     switch (type) {
     case TYPE_GROUP:
-        StoredValue::make_group(stored_, new ParserGroup(text));
+        StoredValue::make_group(&stored_, new ParserGroup(text));
         break;
     case TYPE_STRING:
-        StoredValue::make_own_string(stored_, text);
+        StoredValue::make_own_string(&stored_, text);
         break;
     case TYPE_BINARY_DATA: {
         unsigned int size = 0;
         void* const bytes = bk::decode_binary_literal(text.get_view(), size);
-        StoredValue::make_binary_data(stored_, bytes, size);
+        StoredValue::make_binary_data(&stored_, bytes, size);
         break;
     }
     case TYPE_BOOL:
@@ -69,10 +69,10 @@ ParserValue::ParserValue(const Type& type, const CoreString& text) {
     case TYPE_INT:
     case TYPE_DOUBLE:
     case TYPE_WORD:
-        StoredValue::make_apart(stored_, type, text.get_view());
+        StoredValue::make_apart(&stored_, type, text.get_view());
         break;
     default:
-        ::new (stored_) StoredValue(static_cast<Type>(std::min<unsigned int>(type, largest_type)));
+        ::new (&stored_) StoredValue(static_cast<Type>(std::min<unsigned int>(type, largest_type)));
         break;
     }
 }
@@ -80,7 +80,7 @@ ParserValue::ParserValue(const Type& type, const CoreString& text) {
 ParserValue::ParserValue(const ParserValue& other) {
     const StoredValue& value = StoredValue::of(other);
     char* no_text = nullptr;
-    StoredValue::copy(stored_, value, value.group() != nullptr ? new ParserGroup(*value.group()) : nullptr,
+    StoredValue::copy(&stored_, value, value.group() != nullptr ? new ParserGroup(*value.group()) : nullptr,
                       no_text);
 }
 
@@ -89,7 +89,7 @@ ParserValue::~ParserValue() {
 }
 
 ParserValue& ParserValue::operator=(const ParserValue& other) {
-    StoredValue::copy_shallow(stored_, StoredValue::of(other));
+    StoredValue::copy_shallow(&stored_, StoredValue::of(other));
     return *this;
 }
 

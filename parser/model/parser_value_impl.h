@@ -80,35 +80,28 @@ const char* type_name(ParserValue::Type type) noexcept;
 /// offset from the value itself. A spelling that cannot be there is in a block of its own, with the scalar.
 ///
 /// It is destroyed by `release`, not by the destructor.
-class StoredValue {
+class StoredValue : private ValueData {
 public:
     using Type = ParserValue::Type;
 
-    union Scalar {
-        bool as_bool;
-        char as_char;
-        int as_int;
-        double as_double;
-    };
+    using ValueData::Scalar;
 
     static StoredValue& of(ParserValue& value) noexcept {
-        return *std::launder(reinterpret_cast<StoredValue*>(value.stored_));
+        return *std::launder(reinterpret_cast<StoredValue*>(&value.stored_));
     }
     static const StoredValue& of(const ParserValue& value) noexcept {
-        return *std::launder(reinterpret_cast<const StoredValue*>(value.stored_));
+        return *std::launder(reinterpret_cast<const StoredValue*>(&value.stored_));
     }
 
     /// A value without content.
-    explicit StoredValue(Type type) noexcept : plain_{mark_of(type), 0, {.scalar = {.as_double = 0.0}}} {
+    explicit StoredValue(Type type) noexcept
+        : ValueData(Plain{mark_of(type), 0, {.scalar = {.as_double = 0.0}}}) {
         if (type == ParserValue::TYPE_STRING) {
             ::new (&string_) CoreString();
         } else if (type > largest_type) {
             plain_ = {unlisted, 0, {.unlisted_type = type}};
         }
     }
-    StoredValue(const StoredValue&) = delete;
-    StoredValue& operator=(const StoredValue&) = delete;
-    ~StoredValue() {} // NOLINT(modernize-use-equals-default): the union has none
 
     Type type() const noexcept {
         const std::uint32_t bits = mark();
@@ -138,13 +131,7 @@ public:
     }
     /// Whether a value other than a string has a spelling, which printing then copies.
     bool is_spelled() const noexcept { return is_spelled(mark()); }
-    std::string_view spelling() const noexcept {
-        const std::uint32_t size = mark() & size_mask;
-        if (size == size_apart) [[unlikely]] {
-            return {plain_.content.apart->text(), plain_.content.apart->size};
-        }
-        return {text(), size};
-    }
+    std::string_view spelling() const noexcept;
     /// The spelling of the value at `next`, and of those after it as far as they are in the text area with a single blank between them.
     /// Advances `next` past all of them. The values from `next` to `last` are side by side; the first is spelled.
     static std::string_view take_spellings(const StoredValue*& next, const StoredValue* last) noexcept {
@@ -281,29 +268,6 @@ public:
     static constexpr std::size_t block_head_size = 8;
 
 private:
-    /// A spelling that is in no text area, followed by its characters.
-    struct Apart {
-        Scalar scalar;
-        std::uint32_t size;
-        bool is_converted;
-
-        char* text() noexcept { return reinterpret_cast<char*>(this + 1); }
-    };
-    union Content {
-        Scalar scalar;
-        unsigned char* bytes;
-        ParserGroup* group;
-        Apart* apart;
-        CoreString* string; // outside of this value
-        std::uint32_t unlisted_type;
-    };
-    struct Plain {
-        std::uint32_t mark;
-        std::uint32_t
-            offset; // of the spelling; the size of binary data; of a string outside where it was in its block
-        Content content;
-    };
-
     static constexpr std::uint32_t least_mark = 0xF0000000u;
     static constexpr std::uint32_t held_bit = 1u << 27;
     static constexpr std::uint32_t spelled_bit = 1u << 23;
@@ -317,7 +281,7 @@ private:
         least_mark - 1; // instead of a mark, of a type that ParserValue does not list
     static constexpr std::uint32_t in_own_block = 0xFFFFFFFFu; // instead of where a string was
 
-    explicit StoredValue(const Plain& plain) noexcept : plain_(plain) {}
+    explicit StoredValue(const Plain& plain) noexcept : ValueData(plain) {}
 
     static constexpr std::uint32_t mark_of(Type type) noexcept {
         return least_mark | static_cast<std::uint32_t>(type) << type_shift;
@@ -396,12 +360,23 @@ private:
         text += string.size() + 1;
         return begin;
     }
-
-    union {
-        mutable Plain plain_;
-        mutable CoreString string_; // when the first four bytes are below `unlisted`
-    };
 };
+
+/// A spelling that is in no text area, followed by its characters.
+struct ValueData::Apart {
+    Scalar scalar;
+    unsigned int size;
+    bool is_converted;
+
+    char* text() noexcept { return reinterpret_cast<char*>(this + 1); }
+};
+
+inline std::string_view StoredValue::spelling() const noexcept {
+    if (is_spelled_apart()) [[unlikely]] {
+        return {plain_.content.apart->text(), plain_.content.apart->size};
+    }
+    return text_in_area();
+}
 
 static_assert(sizeof(StoredValue) == 16 && sizeof(StoredValue) <= sizeof(ParserValue) - sizeof(void*));
 
