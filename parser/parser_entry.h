@@ -23,7 +23,7 @@ struct EntryFields;
 /// When memory runs out, constructors and edits throw std::bad_alloc (std::length_error where a count would pass its limit) and
 /// leave everything as it was. Nothing else throws.
 ///
-/// Layout: 64 bytes, one cache line. An entry with values takes 8 more for the head of their list, and 32 for each value.
+/// Layout: 64 bytes, one cache line. An entry with values takes 8 more for the head of their list, and 16 for each value.
 class BK_PARSER_API ParserEntry {
 public:
     /// What kind of entry it is.

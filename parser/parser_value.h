@@ -10,8 +10,43 @@
 class ParserGroup;
 class ParserWord;
 namespace bk {
-class StringHome;
-class ValueAccess;
+class StoredValue;
+
+/// The 16 bytes of bk::StoredValue, which says what they mean. They are here so that debuggers know them.
+struct ValueData {
+    /// A spelling that has a block of its own, and its scalar.
+    struct Apart;
+    union Scalar {
+        bool as_bool;
+        char as_char;
+        int as_int;
+        double as_double;
+    };
+    union Content {
+        Scalar scalar;
+        unsigned char* bytes;
+        ParserGroup* group;
+        Apart* apart;
+        CoreString* string; // outside of this value
+        unsigned int unlisted_type;
+    };
+    struct Plain {
+        unsigned int mark;
+        unsigned int
+            offset; // of the spelling; the size of binary data; of a string outside where it was in its block
+        Content content;
+    };
+
+    explicit ValueData(const Plain& plain) noexcept : plain_(plain) {}
+    ValueData(const ValueData&) = delete;
+    ValueData& operator=(const ValueData&) = delete;
+    ~ValueData() {} // NOLINT(modernize-use-equals-default): the union has none
+
+    union {
+        mutable Plain plain_;
+        mutable CoreString string_;
+    };
+};
 } // namespace bk
 
 /// One typed value of an entry: a scalar, a string, binary data, a bare word or a whole group.
@@ -19,8 +54,7 @@ class ValueAccess;
 /// A value that was read from text keeps its spelling, and is written back as it was spelled. Its first typed read converts it once.
 /// A value that was set has no spelling: each request makes its text anew.
 ///
-/// Layout: 32 bytes, the type and flags in one word, the spelling's length beside them, and sixteen bytes whose use
-/// depends on the type (docs/architecture.md draws it).
+/// Layout: 32 bytes. An entry stores its values in 16 bytes each (docs/architecture.md draws them).
 struct BK_PARSER_API ParserValue {
     /// Stored in binary documents: the numbers are fixed.
     enum Type : unsigned int {
@@ -162,59 +196,8 @@ struct BK_PARSER_API ParserValue {
     static void operator delete(void* block, const std::nothrow_t&) noexcept;
 
 private:
-    friend class bk::ValueAccess;
+    friend class bk::StoredValue;
 
-    /// Two of these bits say what is held; the others say who keeps it.
-    enum Flag : unsigned int {
-        VALUE_HELD = 1u << 24,  // the scalar below is valid
-        TEXT_HELD = 1u << 25,   // a scalar's spelling is there
-        TEXT_OWNED = 1u << 26,  // the spelling is this value's own block, not its entry's
-        STRING_AWAY = 1u << 27, // the string stands outside of this value
-        FLAG_BITS = 0xFF000000u
-    };
-
-    union Scalar {
-        bool as_bool;
-        char as_char;
-        int as_int;
-        double as_double;
-        unsigned char* bytes;
-        ParserGroup* group;
-    };
-    struct Spelled {
-        Scalar scalar;
-        const char* text;
-    };
-    struct Away {
-        CoreString* string;
-        bk::StringHome* home; // where the value stood before; null for a string in a block of its own
-    };
-
-    explicit ParserValue(Type type) noexcept : bits_(type), size_(0), spelled_{{.as_double = 0.0}, nullptr} {
-        if (type == TYPE_STRING) {
-            new (&string_) CoreString();
-        }
-    }
-    ParserValue(Type type, Scalar scalar, Flag held) noexcept
-        : bits_(static_cast<unsigned int>(type) | held), size_(0), spelled_{scalar, nullptr} {}
-    ParserValue(Type type, const char* spelling, unsigned int size) noexcept
-        : bits_(static_cast<unsigned int>(type) | TEXT_HELD),
-          size_(size), spelled_{{.as_double = 0.0}, spelling} {}
-
-    void release() noexcept;
-    void release_away() noexcept;
-    void become(Type type) noexcept;
-    void box_string() const;
-    void report_mismatch(const char* read) const;
-
-    Type get_type() const noexcept { return static_cast<Type>(bits_ & ~FLAG_BITS); }
-    bool has(Flag flag) const noexcept { return (bits_ & flag) != 0; }
-
-    mutable unsigned int bits_; // the type in the low 24 bits, flags above
-    unsigned int size_;         // of the spelling, or of binary data
-    union {
-        mutable Spelled spelled_;   // every type but TYPE_STRING
-        mutable CoreString string_; // TYPE_STRING: value and text are one
-        mutable Away away_;         // TYPE_STRING with STRING_AWAY
-    };
+    bk::ValueData stored_{bk::ValueData::Plain{}}; // a bk::StoredValue
+    unsigned int unused_[2] = {0, 0};              // which keep the size
 };

@@ -5,9 +5,8 @@
 #include <cstddef>
 
 class ParserEntry;
-struct ParserValue;
 namespace bk {
-class StringHome;
+class StoredValue;
 }
 
 /// The values of one entry, in order. Used by ParserEntry alone.
@@ -26,11 +25,11 @@ public:
     /// How many values there are.
     const unsigned int& get_count() const noexcept { return count_; }
     /// The value at a position from 0, which is not checked.
-    const ParserValue& operator[](unsigned int i) const noexcept { return at(i); }
+    const bk::StoredValue& operator[](unsigned int i) const noexcept { return at(i); }
     /// The value at a position, which the caller is about to change.
-    ParserValue& change(unsigned int i) noexcept;
+    bk::StoredValue& change(unsigned int i) noexcept;
     /// The first value, after which the others follow; null when there are none, or when each is in a cell of its own.
-    const ParserValue* side_by_side() const noexcept;
+    const bk::StoredValue* side_by_side() const noexcept;
     /// Whether a value may be a group. Does not look at each value.
     bool may_hold_groups() const noexcept;
 
@@ -43,7 +42,7 @@ public:
     /// How many bytes a block takes for that many values and their text.
     static std::size_t room_size(unsigned int count, std::size_t text_size);
     /// Where the values of the block go.
-    ParserValue* room() const noexcept;
+    bk::StoredValue* room() const noexcept;
     /// Where the spellings of these values go.
     char* text_room() const noexcept;
     /// Says how many values were made in the block.
@@ -52,7 +51,7 @@ public:
     void mark_self_contained() noexcept;
 
     /// Takes over the content of `value`, which is left cleared. Amortised constant time.
-    ParserValue& append(ParserValue& value);
+    bk::StoredValue& append(bk::StoredValue& value);
     /// Moves a value to another position; those between shift by one.
     void move(unsigned int from, unsigned int to);
     /// Removes every value whose mark is set; `marks` has one byte a value. Linear.
@@ -100,7 +99,7 @@ private:
 
     class Departure;
 
-    ParserValue& at(unsigned int i) const noexcept;
+    bk::StoredValue& at(unsigned int i) const noexcept;
     bool shows_string(unsigned int i) const noexcept;
     void grow();
     void split_into_cells();

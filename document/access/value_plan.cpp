@@ -70,7 +70,8 @@ double shortest_double(float number) noexcept {
 }
 
 /// Keeps a value that already reads as that float.
-std::optional<PlannedValue> plan_single(float number, const ParserValue* existing, ParserValue::Type type) {
+std::optional<PlannedValue> plan_single(float number, const bk::StoredValue* existing,
+                                        ParserValue::Type type) {
     if (existing != nullptr && type != no_type && reads_as(existing->get_as_double(), number)) {
         return type == ParserValue::TYPE_DOUBLE ? plan_double(existing->get_as_double())
                                                 : plan_integer(type, existing->get_as_int());
@@ -81,8 +82,8 @@ std::optional<PlannedValue> plan_single(float number, const ParserValue* existin
 
 } // namespace
 
-std::optional<PlannedValue> plan_value(const GivenValue& given, const ParserValue* existing) {
-    const ParserValue::Type type = existing == nullptr ? no_type : bk::ValueAccess::type(*existing);
+std::optional<PlannedValue> plan_value(const GivenValue& given, const bk::StoredValue* existing) {
+    const ParserValue::Type type = existing == nullptr ? no_type : existing->type();
     const bool is_number =
         type == ParserValue::TYPE_CHAR || type == ParserValue::TYPE_INT || type == ParserValue::TYPE_DOUBLE;
     switch (given.kind) {
@@ -107,8 +108,8 @@ std::optional<PlannedValue> plan_value(const GivenValue& given, const ParserValu
     }
 }
 
-bool is_equal(const ParserValue& value, const PlannedValue& planned) {
-    if (bk::ValueAccess::type(value) != planned.type) {
+bool is_equal(const bk::StoredValue& value, const PlannedValue& planned) {
+    if (value.type() != planned.type) {
         return false;
     }
     switch (planned.type) {
@@ -118,9 +119,9 @@ bool is_equal(const ParserValue& value, const PlannedValue& planned) {
         return std::bit_cast<std::uint64_t>(value.get_as_double()) ==
                std::bit_cast<std::uint64_t>(planned.real);
     case ParserValue::TYPE_STRING:
-        return bk::ValueAccess::string(value) == planned.text;
+        return value.string() == planned.text;
     case ParserValue::TYPE_BINARY_DATA:
-        return bk::ValueAccess::bytes(value) == planned.text;
+        return value.bytes() == planned.text;
     default:
         return value.get_as_int() == planned.integer;
     }

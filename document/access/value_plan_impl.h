@@ -18,9 +18,9 @@ struct PlannedValue {
 
 /// Chooses the type for a given value. A number keeps the type of `existing`, which may be null, when that type can hold
 /// it. Returns nothing when no value can hold it.
-std::optional<PlannedValue> plan_value(const GivenValue& given, const ParserValue* existing);
+std::optional<PlannedValue> plan_value(const GivenValue& given, const bk::StoredValue* existing);
 
 /// Whether a value already has the planned type and content.
-bool is_equal(const ParserValue& value, const PlannedValue& planned);
+bool is_equal(const bk::StoredValue& value, const PlannedValue& planned);
 
 } // namespace bk_parser

@@ -11,12 +11,12 @@ namespace bk_parser::access {
 namespace {
 
 /// The value, or null when the entry has none at that position.
-const ParserValue* find_in(const ParserEntry& entry, unsigned int value) noexcept {
+const bk::StoredValue* find_in(const ParserEntry& entry, unsigned int value) noexcept {
     return value < entry.get_value_count() ? &bk::EntryAccess::value(entry, value) : nullptr;
 }
 
-bool is_of(const ParserValue* value, ParserValue::Type type) noexcept {
-    return value != nullptr && bk::ValueAccess::type(*value) == type;
+bool is_of(const bk::StoredValue* value, ParserValue::Type type) noexcept {
+    return value != nullptr && value->type() == type;
 }
 
 /// A whole number that lies from `least` to just below `above`, both exact as doubles.
@@ -26,7 +26,7 @@ bool is_whole(double number, double least, double above) noexcept {
 
 template <class Wide>
 bool read_wide(const ParserEntry& entry, unsigned int index, Wide& out) {
-    const ParserValue* const value = find_in(entry, index);
+    const bk::StoredValue* const value = find_in(entry, index);
     if (is_of(value, ParserValue::TYPE_DOUBLE)) {
         const double number = value->get_as_double();
         constexpr double above = std::numeric_limits<Wide>::is_signed ? 0x1p63 : 0x1p64;
@@ -50,7 +50,7 @@ bool read_wide(const ParserEntry& entry, unsigned int index, Wide& out) {
 } // namespace
 
 bool read(const ParserEntry& entry, unsigned int value, bool& out) {
-    const ParserValue* const found = find_in(entry, value);
+    const bk::StoredValue* const found = find_in(entry, value);
     if (!is_of(found, ParserValue::TYPE_BOOL)) {
         return false;
     }
@@ -67,7 +67,7 @@ bool read(const ParserEntry& entry, unsigned int value, unsigned long long& out)
 }
 
 bool read(const ParserEntry& entry, unsigned int value, double& out) {
-    const ParserValue* const found = find_in(entry, value);
+    const bk::StoredValue* const found = find_in(entry, value);
     if (!is_of(found, ParserValue::TYPE_DOUBLE) && !is_of(found, ParserValue::TYPE_INT) &&
         !is_of(found, ParserValue::TYPE_CHAR)) {
         return false;
@@ -86,27 +86,27 @@ bool read(const ParserEntry& entry, unsigned int value, float& out) {
 }
 
 bool read(const ParserEntry& entry, unsigned int value, std::string_view& out) {
-    const ParserValue* const found = find_in(entry, value);
+    const bk::StoredValue* const found = find_in(entry, value);
     if (!is_of(found, ParserValue::TYPE_STRING)) {
         return false;
     }
-    out = bk::ValueAccess::string(*found);
+    out = found->string();
     return true;
 }
 
 bool read(const ParserEntry& entry, unsigned int value, std::span<const std::byte>& out) {
-    const ParserValue* const found = find_in(entry, value);
+    const bk::StoredValue* const found = find_in(entry, value);
     if (!is_of(found, ParserValue::TYPE_BINARY_DATA)) {
         return false;
     }
-    const std::string_view bytes = bk::ValueAccess::bytes(*found);
+    const std::string_view bytes = found->bytes();
     out = {reinterpret_cast<const std::byte*>(bytes.data()), bytes.size()};
     return true;
 }
 
 bool read(const ParserEntry& entry, unsigned int value, ParserGroup*& out) {
-    const ParserValue* const found = find_in(entry, value);
-    ParserGroup* const group = found == nullptr ? nullptr : bk::ValueAccess::group(*found);
+    const bk::StoredValue* const found = find_in(entry, value);
+    ParserGroup* const group = found == nullptr ? nullptr : found->group();
     out = group != nullptr ? group : out;
     return group != nullptr;
 }

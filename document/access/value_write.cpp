@@ -142,7 +142,7 @@ bool write_values(ParserEntry& entry, unsigned int value, std::span<const GivenV
     planned.reserve(given.size());
     bool is_same = removed == 0 && in_place == given.size();
     for (unsigned int i = 0; i < given.size(); ++i) {
-        const ParserValue* const existing =
+        const bk::StoredValue* const existing =
             i < in_place ? &bk::EntryAccess::value(entry, value + i) : nullptr;
         const std::optional<PlannedValue> plan = plan_value(given[i], existing);
         if (!plan) {

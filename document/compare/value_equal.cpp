@@ -16,12 +16,12 @@ bool is_number(ParserValue::Type type) noexcept {
            type == ParserValue::TYPE_DOUBLE;
 }
 
-std::string_view bytes_of(const ParserValue& value) {
-    switch (bk::ValueAccess::type(value)) {
+std::string_view bytes_of(const bk::StoredValue& value) {
+    switch (value.type()) {
     case ParserValue::TYPE_STRING:
-        return bk::ValueAccess::held_string(value).get_view();
+        return value.held_string().get_view();
     case ParserValue::TYPE_BINARY_DATA:
-        return bk::ValueAccess::bytes(value);
+        return value.bytes();
     default:
         return {};
     }

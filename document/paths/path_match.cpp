@@ -31,9 +31,9 @@ bool holds(Operator comparison, std::partial_ordering order) noexcept {
 }
 
 /// Every comparison is false for a value of another type than the literal's.
-bool compare(const ParserValue& value, Operator comparison, const PathLiteral& literal) {
+bool compare(const bk::StoredValue& value, Operator comparison, const PathLiteral& literal) {
     using Kind = PathLiteral::Kind;
-    switch (bk::ValueAccess::type(value)) {
+    switch (value.type()) {
     case ParserValue::TYPE_BOOL:
         return literal.kind == Kind::boolean && holds(comparison, value.get_as_bool() <=> literal.boolean);
     case ParserValue::TYPE_CHAR:
@@ -42,7 +42,7 @@ bool compare(const ParserValue& value, Operator comparison, const PathLiteral& l
         return literal.kind == Kind::number && holds(comparison, value.get_as_double() <=> literal.number);
     case ParserValue::TYPE_STRING:
         return literal.kind == Kind::string &&
-               holds(comparison, bk::ValueAccess::string(value) <=> std::string_view(literal.string));
+               holds(comparison, value.string() <=> std::string_view(literal.string));
     default:
         return false;
     }
@@ -62,7 +62,7 @@ bool fulfils(const PathSelector& condition, const ParserEntry& entry) {
 template <class Action>
 bool any_below(const ParserEntry& entry, std::string_view name, const Action& act) {
     for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
-        const ParserGroup* const group = bk::ValueAccess::group(bk::EntryAccess::value(entry, i));
+        const ParserGroup* const group = bk::EntryAccess::value(entry, i).group();
         if (group == nullptr) {
             continue;
         }
@@ -102,7 +102,7 @@ bool fits_condition(const PathSelector& condition, const ParserEntry& entry) {
 
 bool has_key(const ParserEntry& entry, std::string_view key) {
     return entry.get_value_count() != 0 && entry.is_value_string(0) &&
-           bk::ValueAccess::string(bk::EntryAccess::value(entry, 0)) == key;
+           bk::EntryAccess::value(entry, 0).string() == key;
 }
 
 } // namespace

@@ -19,7 +19,7 @@ bool find_key(const ParserEntry& entry, std::string_view& key) noexcept {
     if (entry.get_value_count() == 0 || !entry.is_value_string(0)) {
         return false;
     }
-    key = bk::ValueAccess::string(bk::EntryAccess::value(entry, 0));
+    key = bk::EntryAccess::value(entry, 0).string();
     return key.size() <= longest_key && std::none_of(key.begin(), key.end(), [](char character) {
                return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
            });
@@ -115,7 +115,7 @@ ParserEntry* parent_of(const ParserGroup& root, const ParserGroup& group) {
     TreeCursor cursor(root);
     const auto holds = [&](const ParserEntry& entry) {
         for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
-            if (bk::ValueAccess::group(bk::EntryAccess::value(entry, i)) == &group) {
+            if (bk::EntryAccess::value(entry, i).group() == &group) {
                 return true;
             }
         }

@@ -171,7 +171,7 @@ ParserGroup* find_group(const ParserGroup& group, PathRef path) {
 
 ParserGroup* held_group(const ParserEntry& entry, unsigned int value) noexcept {
     for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
-        ParserGroup* const held = bk::ValueAccess::group(bk::EntryAccess::value(entry, i));
+        ParserGroup* const held = bk::EntryAccess::value(entry, i).group();
         if (i == value || (value == no_value && held != nullptr)) {
             return held;
         }

@@ -37,7 +37,7 @@ const ParserGroup* next_group(PlainLevel& level, const PathStep& step) noexcept 
     const ParserEntry& entry = *level.group->get_entries()[level.position];
     while (level.value < entry.get_value_count()) {
         const unsigned int value = level.value++;
-        const ParserGroup* const group = bk::ValueAccess::group(bk::EntryAccess::value(entry, value));
+        const ParserGroup* const group = bk::EntryAccess::value(entry, value).group();
         if (group != nullptr && (step.value == no_value || step.value == value)) {
             return group;
         }

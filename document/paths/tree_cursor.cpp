@@ -61,8 +61,7 @@ ParserGroup* TreeCursor::next_group() noexcept {
         return nullptr;
     }
     while (level.value < level.entry->get_value_count()) {
-        if (ParserGroup* group =
-                bk::ValueAccess::group(bk::EntryAccess::value(*level.entry, level.value++))) {
+        if (ParserGroup* group = bk::EntryAccess::value(*level.entry, level.value++).group()) {
             return group;
         }
     }

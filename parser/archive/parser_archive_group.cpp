@@ -30,8 +30,8 @@ public:
         open_level(&one, 1);
         run();
     }
-    void add_value(const ParserValue& value) {
-        if (const ParserGroup* group = bk::ValueAccess::group(value)) {
+    void add_value(const bk::StoredValue& value) {
+        if (const ParserGroup* group = value.group()) {
             add_group(*group, true);
         } else {
             add_word_of(value);
@@ -142,8 +142,8 @@ private:
             if (is_call && level.next_value != 0) {
                 archive_ += ",";
             }
-            const ParserValue& value = bk::EntryAccess::value(entry, level.next_value++);
-            if (const ParserGroup* group = bk::ValueAccess::group(value)) {
+            const bk::StoredValue& value = bk::EntryAccess::value(entry, level.next_value++);
+            if (const ParserGroup* group = value.group()) {
                 open_group(*group, true);
                 return false;
             }
@@ -155,7 +155,7 @@ private:
         return true;
     }
 
-    void add_word_of(const ParserValue& value) {
+    void add_word_of(const bk::StoredValue& value) {
         CoreString word;
         {
             bk::TextWriter writer(word, false);
@@ -205,7 +205,7 @@ void ParserImpl::archive_entry(ParserEntry& entry, ParserArchive& archive, AppPr
 
 void ParserImpl::archive_value(ParserValue& value, ParserArchive& archive, AppProgressBar* progress) {
     add_all_or_none(archive, "ParserImpl.archive_value",
-                    [&] { Archiver(archive, progress).add_value(value); });
+                    [&] { Archiver(archive, progress).add_value(bk::StoredValue::of(value)); });
 }
 
 void ParserImpl::group_set_archive(ParserGroup& group, const ParserArchive& archive,

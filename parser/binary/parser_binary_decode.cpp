@@ -49,11 +49,11 @@ bool find_flat_values(FlatValues& found, const char* sure_end, const char* buffe
             const std::string_view rest(place + 1, static_cast<std::size_t>(buffer_end - place) - 1);
             const std::size_t length =
                 *place == ParserValue::TYPE_STRING ? rest.find('\0') : std::string_view::npos;
-            if (length == std::string_view::npos) {
+            if (StoredValue::is_kept_apart(ParserValue::TYPE_STRING, length)) { // or there is no NUL
                 return false;
             }
             string_sizes.push_back(static_cast<unsigned int>(length));
-            found.text_size += ValueAccess::string_need(length);
+            found.text_size += StoredValue::string_need(length);
             size = length + 2; // with its tag and the NUL
         }
         place += size;
@@ -65,16 +65,16 @@ bool find_flat_values(FlatValues& found, const char* sure_end, const char* buffe
 
 void make_flat_values(ParserValueList& values, const FlatValues& found,
                       const unsigned int* string_size) noexcept {
-    ParserValue* value = values.room();
+    StoredValue* value = values.room();
     char* text = values.text_room();
     for (const char* place = found.begin; place != found.end; ++value) {
         const auto type = static_cast<ParserValue::Type>(*place);
         if (const std::size_t size = stored_size(*place)) {
             const auto* const bytes = reinterpret_cast<const unsigned char*>(place + 1);
-            ValueAccess::make_scalar(value, type, stored_scalar(type, load_le64(bytes)));
+            StoredValue::make_scalar(value, type, stored_scalar(type, load_le64(bytes)));
             place += size;
         } else {
-            ValueAccess::make_string(value, {place + 1, *string_size}, text);
+            StoredValue::make_string(value, {place + 1, *string_size}, text);
             place += std::size_t{*string_size++} + 2;
         }
     }
@@ -82,8 +82,10 @@ void make_flat_values(ParserValueList& values, const FlatValues& found,
     values.mark_self_contained();
 }
 
-bool keeps_nothing_outside(ParserValue::Type type) noexcept {
-    return type != ParserValue::TYPE_GROUP && type != ParserValue::TYPE_BINARY_DATA;
+/// Whether a value of that type and size owns memory outside of its list, beside a group.
+bool owns_memory(ParserValue::Type type, std::size_t size) noexcept {
+    return type == ParserValue::TYPE_BINARY_DATA ||
+           (type == ParserValue::TYPE_STRING && StoredValue::is_kept_apart(type, size));
 }
 
 } // namespace
@@ -150,7 +152,7 @@ ParserValue* BinaryDecoder::read_value() {
     }
     if (type == ParserValue::TYPE_GROUP) {
         auto value = std::make_unique<ParserValue>(static_cast<ParserGroup*>(nullptr));
-        read_group(*ValueAccess::group(*value));
+        read_group(*StoredValue::of(*value).group());
         return value.release();
     }
     take_value(type);
@@ -160,7 +162,7 @@ ParserValue* BinaryDecoder::read_value() {
     }
     char* no_text = nullptr;
     auto value = std::make_unique<ParserValue>(false); // a bool owns nothing, so make_value may write over it
-    make_value(value.get(), pending, no_text);
+    make_value(&StoredValue::of(*value), pending, no_text);
     return value.release();
 }
 
@@ -371,13 +373,14 @@ void BinaryDecoder::fill_values(ParserValueList& values, std::size_t first) {
     }
     bool is_self_contained = true;
     char* text = values.text_room();
-    ParserValue* const places = values.room();
+    StoredValue* const places = values.room();
     PendingValue* const pending = pending_.data() + first;
     for (unsigned int i = 0; i < count; ++i) {
-        is_self_contained = is_self_contained && keeps_nothing_outside(pending[i].type);
-        if (pending[i].type == ParserValue::TYPE_BINARY_DATA) {
+        if (owns_memory(pending[i].type, pending[i].size)) {
+            is_self_contained = false;
             values.list_entry();
         }
+        is_self_contained = is_self_contained && pending[i].type != ParserValue::TYPE_GROUP;
         make_value(places + i, pending[i], text);
         values.set_count(i + 1);
     }
@@ -407,25 +410,25 @@ void BinaryDecoder::append_values(ParserValueList& values) {
 }
 
 std::size_t BinaryDecoder::text_need(const PendingValue& pending) noexcept {
-    return pending.type == ParserValue::TYPE_STRING ? ValueAccess::string_need(pending.size) : 0;
+    return pending.type == ParserValue::TYPE_STRING ? StoredValue::string_need(pending.size) : 0;
 }
 
-ParserValue* BinaryDecoder::make_value(void* place, PendingValue& pending, char*& text) {
+StoredValue* BinaryDecoder::make_value(void* place, PendingValue& pending, char*& text) {
     if (pending.type >= ParserValue::TYPE_BOOL && pending.type <= ParserValue::TYPE_DOUBLE) {
-        return ValueAccess::make_scalar(place, pending.type, pending.bits);
+        return StoredValue::make_scalar(place, pending.type, pending.bits);
     }
     return make_other(place, pending, text);
 }
 
-ParserValue* BinaryDecoder::make_other(void* place, PendingValue& pending, char*& text) {
+StoredValue* BinaryDecoder::make_other(void* place, PendingValue& pending, char*& text) {
     if (pending.type == ParserValue::TYPE_GROUP) {
-        return ValueAccess::make_group(place, std::exchange(pending.group, nullptr));
+        return StoredValue::make_group(place, std::exchange(pending.group, nullptr));
     }
     if (pending.type == ParserValue::TYPE_STRING) {
-        return ValueAccess::make_string(place, {pending.text, pending.size}, text);
+        return StoredValue::make_string(place, {pending.text, pending.size}, text);
     }
     unsigned char* const bytes = pending.size == 0 ? nullptr : copy_bytes(pending.text, pending.size);
-    return ValueAccess::make_binary_data(place, bytes, pending.size);
+    return StoredValue::make_binary_data(place, bytes, pending.size);
 }
 
 void BinaryDecoder::discard_values(std::size_t first) noexcept {

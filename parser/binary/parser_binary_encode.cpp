@@ -19,19 +19,21 @@ constexpr std::size_t entry_head_size = sizeof(std::uint64_t) + reserved_size;
 /// be no room before `limit`, or that stands in a cell of its own. Gives the place behind what is stored.
 inline char* put_values(char* end, const char* limit, const ParserValueList& values, unsigned int& next) {
     constexpr std::size_t tag_size = 1;
-    const ParserValue* const first = values.side_by_side();
+    const StoredValue* const first = values.side_by_side();
     if (first == nullptr || !takes_whole_entries) {
         return end;
     }
-    const ParserValue* const last = first + values.get_count();
-    const ParserValue* value = first + next;
+    const StoredValue* const last = first + values.get_count();
+    const StoredValue* value = first + next;
     for (; value != last; ++value) {
         const auto room = static_cast<std::size_t>(limit - end);
         if (room < largest_stored_size) {
             break;
         }
-        if (ValueAccess::type(*value) == ParserValue::TYPE_STRING) {
-            const CoreString& text = ValueAccess::held_string(*value);
+        if (value->has_scalar_inside()) {
+            end = put_read_scalar(end, *value);
+        } else if (value->type() == ParserValue::TYPE_STRING) {
+            const CoreString& text = value->held_string();
             if (room < StringAccess::put_room(text) + tag_size) {
                 break;
             }
@@ -124,8 +126,8 @@ void BinaryEncoder::fill_size(unsigned int place) noexcept {
     }
 }
 
-void BinaryEncoder::write_value(const ParserValue& value, bool with_type) {
-    const ParserValue::Type type = ValueAccess::type(value);
+void BinaryEncoder::write_value(const StoredValue& value, bool with_type) {
+    const ParserValue::Type type = value.type();
     char stored[largest_stored_size];
     const char* const end = put_scalar(stored, value);
     if (end != stored) {
@@ -138,12 +140,12 @@ void BinaryEncoder::write_value(const ParserValue& value, bool with_type) {
         write_bytes(&tag, sizeof(tag));
     }
     if (type == ParserValue::TYPE_STRING) {
-        write_string(ValueAccess::held_string(value));
+        write_string(value.held_string());
     } else if (type == ParserValue::TYPE_BINARY_DATA) {
-        const std::string_view data = ValueAccess::bytes(value);
+        const std::string_view data = value.bytes();
         write_binary_data(data.data(), static_cast<unsigned int>(data.size()));
     } else if (type == ParserValue::TYPE_GROUP) {
-        if (const ParserGroup* group = ValueAccess::group(value)) {
+        if (const ParserGroup* group = value.group()) {
             write_group(*group);
         } else {
             write_size(0);
@@ -236,8 +238,8 @@ void BinaryEncoder::begin_entry(Level& level, const ParserEntry& entry) {
 bool BinaryEncoder::write_values(Level& level) {
     const ParserValueList& values = EntryAccess::values(*level.entries[level.next_entry - 1]);
     while (fits_ && level.next_value != values.get_count()) {
-        const ParserValue& value = values[level.next_value++];
-        if (const ParserGroup* group = ValueAccess::group(value)) {
+        const StoredValue& value = values[level.next_value++];
+        if (const ParserGroup* group = value.group()) {
             static constexpr char tag = ParserValue::TYPE_GROUP;
             write_bytes(&tag, sizeof(tag));
             open_group(*group); // `level` may have moved

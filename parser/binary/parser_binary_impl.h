@@ -40,7 +40,7 @@ public:
     /// The characters and a NUL.
     void write_string(const CoreString& text);
     void write_binary_data(const void* data, unsigned int size);
-    void write_value(const ParserValue& value, bool with_type);
+    void write_value(const StoredValue& value, bool with_type);
     void write_entry(const ParserEntry& entry);
     void write_group(const ParserGroup& group);
 
@@ -231,8 +231,8 @@ private:
     void take_value(ParserValue::Type type);
     void fill_values(ParserValueList& values, std::size_t first);
     void append_values(ParserValueList& values);
-    static ParserValue* make_value(void* place, PendingValue& pending, char*& text);
-    static ParserValue* make_other(void* place, PendingValue& pending, char*& text);
+    static StoredValue* make_value(void* place, PendingValue& pending, char*& text);
+    static StoredValue* make_other(void* place, PendingValue& pending, char*& text);
     static std::size_t text_need(const PendingValue& pending) noexcept;
     void discard_values(std::size_t first) noexcept;
 

@@ -38,17 +38,24 @@ inline std::size_t stored_size(char tag) noexcept {
 
 /// Stores a tag and its scalar, and returns the place after them. Returns `out` when the value is no scalar. May write up to
 /// `largest_stored_size` bytes, so that there must be room for these.
-inline char* put_scalar(char* out, const ParserValue& value) {
-    const ParserValue::Type type = ValueAccess::type(value);
+inline char* put_scalar(char* out, const StoredValue& value) {
+    const ParserValue::Type type = value.type();
     const std::size_t size = type < stored_sizes.size() ? stored_sizes[type] : 0;
     if (size != 0) {
         *out = static_cast<char>(type);
-        store_le64(reinterpret_cast<unsigned char*>(out) + 1, ValueAccess::scalar_bits(value));
+        store_le64(reinterpret_cast<unsigned char*>(out) + 1, value.scalar_bits());
     }
     return out + size;
 }
 
-/// The scalar in the low bytes of `bytes`, as ValueAccess::make_scalar takes it. Ignores the bytes above.
+/// The same for a value that is a scalar and has been read.
+inline char* put_read_scalar(char* out, const StoredValue& value) noexcept {
+    *out = static_cast<char>(value.type());
+    store_le64(reinterpret_cast<unsigned char*>(out) + 1, value.scalar_bits());
+    return out + stored_size(*out);
+}
+
+/// The scalar in the low bytes of `bytes`, as StoredValue::make_scalar takes it. Ignores the bytes above.
 inline std::uint64_t stored_scalar(ParserValue::Type type, std::uint64_t bytes) noexcept {
     constexpr std::uint64_t lowest_byte = 0xFF;
     switch (type) {

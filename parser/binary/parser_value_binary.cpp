@@ -29,8 +29,9 @@ bool lies_in(const CoreVector<char>& buffer, const char* bytes) noexcept {
 } // namespace
 
 void ParserValue::get_binary(CoreVector<char>& out, unsigned long long& count, const bool& with_type) const {
-    count += bk::encode(out, "ParserValue.get_binary",
-                        [&](bk::BinaryEncoder& encoder) { encoder.write_value(*this, with_type); });
+    count += bk::encode(out, "ParserValue.get_binary", [&](bk::BinaryEncoder& encoder) {
+        encoder.write_value(bk::StoredValue::of(*this), with_type);
+    });
 }
 
 unsigned long long ParserValue::bool_to_bin(CoreVector<char>& out, const bool& value) {

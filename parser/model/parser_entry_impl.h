@@ -38,7 +38,7 @@ public:
     static ParserEntry* make(const EntryFields& fields, unsigned int count, std::size_t text_size,
                              DocumentPages* pages = nullptr);
     static ParserValueList& values(const ParserEntry& entry) noexcept { return entry.values_; }
-    static const ParserValue& value(const ParserEntry& entry, unsigned int i) noexcept {
+    static const StoredValue& value(const ParserEntry& entry, unsigned int i) noexcept {
         return entry.values_[i];
     }
     static void set_place(ParserEntry& entry, core_ulong line, core_ulong column) noexcept {

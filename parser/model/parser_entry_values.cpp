@@ -11,7 +11,7 @@
 #include <utility>
 
 void ParserEntry::append(ParserValue&& value) {
-    values_.append(value);
+    values_.append(bk::StoredValue::of(value));
 }
 
 void ParserEntry::add_bool(const bool& value) {
@@ -61,9 +61,9 @@ namespace {
 void adopt(ParserValueList& values, ParserGroup* group) {
     ParserValue value(group);
     try {
-        values.append(value);
+        values.append(bk::StoredValue::of(value));
     } catch (...) {
-        bk::ValueAccess::forget(value);
+        bk::StoredValue::of(value).forget();
         throw;
     }
 }
@@ -75,7 +75,7 @@ void append_all(ParserValueList& values, std::initializer_list<Number> component
     try {
         for (const Number& component : components) {
             ParserValue value(component);
-            values.append(value);
+            values.append(bk::StoredValue::of(value));
         }
     } catch (...) {
         values.truncate(old_count);
@@ -161,7 +161,7 @@ ParserGroup* ParserEntry::get_group(const unsigned int& i) const {
     if (!has_value()) {
         return const_cast<ParserEntry*>(this)->add_group(nullptr);
     }
-    return bk::ValueAccess::group(values_[i]);
+    return values_[i].group();
 }
 
 namespace {
@@ -177,11 +177,11 @@ Vector read_components(const ParserValueList& values, unsigned int start, unsign
     return vector;
 }
 
-double read_double(const ParserValue& value) {
+double read_double(const bk::StoredValue& value) {
     return value.get_as_double();
 }
 
-int read_int(const ParserValue& value) {
+int read_int(const bk::StoredValue& value) {
     return value.get_as_int();
 }
 
@@ -204,31 +204,31 @@ GMathVec4<double> ParserEntry::get_vec4d(const unsigned int& i) const {
 }
 
 bool ParserEntry::is_value_group(const unsigned int& i) const {
-    return bk::ValueAccess::type(values_[i]) == ParserValue::TYPE_GROUP;
+    return values_[i].type() == ParserValue::TYPE_GROUP;
 }
 
 bool ParserEntry::is_value_bool(const unsigned int& i) const {
-    return bk::ValueAccess::type(values_[i]) == ParserValue::TYPE_BOOL;
+    return values_[i].type() == ParserValue::TYPE_BOOL;
 }
 
 bool ParserEntry::is_value_char(const unsigned int& i) const {
-    return bk::ValueAccess::type(values_[i]) == ParserValue::TYPE_CHAR;
+    return values_[i].type() == ParserValue::TYPE_CHAR;
 }
 
 bool ParserEntry::is_value_int(const unsigned int& i) const {
-    return bk::ValueAccess::type(values_[i]) == ParserValue::TYPE_INT;
+    return values_[i].type() == ParserValue::TYPE_INT;
 }
 
 bool ParserEntry::is_value_double(const unsigned int& i) const {
-    return is_value_int(i) || bk::ValueAccess::type(values_[i]) == ParserValue::TYPE_DOUBLE;
+    return is_value_int(i) || values_[i].type() == ParserValue::TYPE_DOUBLE;
 }
 
 bool ParserEntry::is_value_string(const unsigned int& i) const {
-    return bk::ValueAccess::type(values_[i]) == ParserValue::TYPE_STRING;
+    return values_[i].type() == ParserValue::TYPE_STRING;
 }
 
 ParserValue::Type ParserEntry::get_value_type(const unsigned int& i) const {
-    return has_value() ? bk::ValueAccess::type(values_[i]) : static_cast<ParserValue::Type>(0xFFFFFFFFu);
+    return has_value() ? values_[i].type() : static_cast<ParserValue::Type>(0xFFFFFFFFu);
 }
 
 void ParserEntry::set_bool(const bool& value, const unsigned int& i) {

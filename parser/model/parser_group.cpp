@@ -294,8 +294,7 @@ private:
 
     bool descend(Place& place, const ParserEntry& entry) {
         while (place.value < entry.get_value_count()) {
-            if (const ParserGroup* nested =
-                    bk::ValueAccess::group(bk::EntryAccess::value(entry, place.value++))) {
+            if (const ParserGroup* nested = bk::EntryAccess::value(entry, place.value++).group()) {
                 places_.push_back({nested, 0, 0});
                 return true;
             }

@@ -22,7 +22,7 @@ bool GroupSearch::enter(const ParserEntry& entry) {
     }
     const bool are_shared = values.side_by_side() == nullptr;
     for (unsigned int i = 0; i < values.get_count(); ++i) {
-        const ParserGroup* const group = ValueAccess::group(values[i]);
+        const ParserGroup* const group = values[i].group();
         if (group == &sought_) {
             return true;
         }
@@ -54,10 +54,9 @@ bool is_only_holder(const ParserGroup& group, const ParserGroup& held) noexcept 
         return false;
     }
     const ParserValueList& values = EntryAccess::values(*source);
-    const ParserValue* const first = values.side_by_side();
-    return first != nullptr && std::any_of(first, first + values.get_count(), [&](const ParserValue& value) {
-               return ValueAccess::group(value) == &held;
-           });
+    const StoredValue* const first = values.side_by_side();
+    return first != nullptr && std::any_of(first, first + values.get_count(),
+                                           [&](const StoredValue& value) { return value.group() == &held; });
 }
 
 } // namespace bk

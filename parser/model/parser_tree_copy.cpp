@@ -13,7 +13,7 @@ namespace {
 std::size_t text_need(const ParserValueList& values) noexcept {
     std::size_t text_size = 0;
     for (unsigned int i = 0; i < values.get_count(); ++i) {
-        text_size += ValueAccess::text_need(values[i]);
+        text_size += values[i].text_need();
     }
     return text_size;
 }
@@ -43,11 +43,11 @@ void TreeCopier::fill_values(const ParserValueList& from, ParserValueList& to) {
     char* text = from.get_count() == 0 ? nullptr : to.text_room();
     for (unsigned int i = 0; i < from.get_count(); ++i) {
         std::unique_ptr<ParserGroup> made;
-        if (const ParserGroup* group = ValueAccess::group(from[i])) {
+        if (const ParserGroup* group = from[i].group()) {
             made = std::make_unique<ParserGroup>(group->get_name());
             nested_.push_back({group, made.get()});
         }
-        ValueAccess::copy(to.room() + i, from[i], made.get(), text);
+        StoredValue::copy(to.room() + i, from[i], made.get(), text);
         static_cast<void>(made.release());
         to.set_count(i + 1);
     }

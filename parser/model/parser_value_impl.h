@@ -7,7 +7,9 @@
 #include "parser/parser_value.h"
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <new>
 #include <string_view>
@@ -66,136 +68,285 @@ private:
     unsigned int user_count_;
 };
 
-/// Gives the rest of the library access to a value.
-class ValueAccess {
+/// The name of a type, as ParserValue::get_type_name gives it.
+const char* type_name(ParserValue::Type type) noexcept;
+
+/// A value in 16 bytes: what an entry stores, and what is inside a ParserValue. Its first four bytes tell what it is. Below `least_mark`
+/// they are the length of a CoreString that stands here. Otherwise they are a mark, from the highest bit down:
+///
+///     1111 | 1 bit: the scalar is there | 3 bits: type | 1 bit: it is spelled | 3 bits: highest of the offset | 20 bits: size of the spelling
+///
+/// Four bytes follow that depend on the type, and eight with the scalar or a pointer. A spelling is in the text area of the list, at an
+/// offset from the value itself. A spelling that cannot be there is in a block of its own, with the scalar.
+///
+/// It is destroyed by `release`, not by the destructor.
+class StoredValue : private ValueData {
 public:
-    static ParserValue::Type type(const ParserValue& value) noexcept { return value.get_type(); }
-    /// Null for a value that is not a group, and for one that was cleared.
-    static ParserGroup* group(const ParserValue& value) noexcept {
-        return value.get_type() == ParserValue::TYPE_GROUP ? value.spelled_.scalar.group : nullptr;
+    using Type = ParserValue::Type;
+
+    using ValueData::Scalar;
+
+    static StoredValue& of(ParserValue& value) noexcept {
+        return *std::launder(reinterpret_cast<StoredValue*>(&value.stored_));
     }
-    /// The scalar of a bool, char, int or double. Converts the spelling when that has not happened yet.
-    static const ParserValue::Scalar& scalar(const ParserValue& value) {
-        if (!value.has(ParserValue::VALUE_HELD)) {
-            value.make_value();
-        }
-        return value.spelled_.scalar;
-    }
-    /// The same as bits, at the low end of the number. The bits above them mean nothing.
-    static std::uint64_t scalar_bits(const ParserValue& value) {
-        return std::bit_cast<std::uint64_t>(scalar(value)) >> bits_below(type(value));
-    }
-    /// Makes the scalar of a bool, char, int or double out of its spelling.
-    static void convert_spelling(const ParserValue& value) noexcept;
-    static std::string_view string(const ParserValue& value) noexcept {
-        return value.get_as_string().get_view();
-    }
-    /// The string of a value of that type.
-    static const CoreString& held_string(const ParserValue& value) noexcept {
-        return value.has(ParserValue::STRING_AWAY) ? *value.away_.string : value.string_;
-    }
-    /// Whether a value other than a string has a spelling, which printing then copies.
-    static bool is_spelled(const ParserValue& value) noexcept { return value.has(ParserValue::TEXT_HELD); }
-    static std::string_view spelling(const ParserValue& value) noexcept {
-        return {value.spelled_.text, value.get_type() == ParserValue::TYPE_BINARY_DATA ? 0 : value.size_};
-    }
-    /// Whether the spellings of two values of a list are in one text area with a single blank between them.
-    static bool is_spelled_behind(const ParserValue& value, const ParserValue& next) noexcept {
-        constexpr unsigned int flags = ParserValue::TEXT_HELD | ParserValue::TEXT_OWNED;
-        return (value.bits_ & flags) == ParserValue::TEXT_HELD &&
-               (next.bits_ & flags) == ParserValue::TEXT_HELD &&
-               next.spelled_.text == value.spelled_.text + value.size_ + 1 && next.spelled_.text[-1] == ' ';
-    }
-    static std::string_view bytes(const ParserValue& value) noexcept {
-        return {reinterpret_cast<const char*>(value.spelled_.scalar.bytes), value.size_};
+    static const StoredValue& of(const ParserValue& value) noexcept {
+        return *std::launder(reinterpret_cast<const StoredValue*>(&value.stored_));
     }
 
-    /// Constructs a value in its place, and copies its spelling to `text`, which it advances. The area of `text` outlives the value.
-    static ParserValue* make_spelled(void* place, ParserValue::Type type, std::string_view word,
-                                     char*& text) noexcept {
+    /// A value without content.
+    explicit StoredValue(Type type) noexcept
+        : ValueData(Plain{mark_of(type), 0, {.scalar = {.as_double = 0.0}}}) {
+        if (type == ParserValue::TYPE_STRING) {
+            ::new (&string_) CoreString();
+        } else if (type > largest_type) {
+            plain_ = {unlisted, 0, {.unlisted_type = type}};
+        }
+    }
+
+    Type type() const noexcept {
+        const std::uint32_t bits = mark();
+        if (bits >= least_mark) {
+            return static_cast<Type>(bits >> type_shift & largest_type);
+        }
+        return bits == unlisted ? static_cast<Type>(plain_.content.unlisted_type) : ParserValue::TYPE_STRING;
+    }
+    /// Null for a value that is not a group, and for one that was cleared.
+    ParserGroup* group() const noexcept {
+        return type() == ParserValue::TYPE_GROUP ? plain_.content.group : nullptr;
+    }
+    /// The scalar of a bool, char, int or double. Converts the spelling when that has not happened yet.
+    const Scalar& scalar() const noexcept {
+        return holds_scalar(mark()) ? plain_.content.scalar : converted();
+    }
+    /// The same as bits, at the low end of the number. The bits above them mean nothing.
+    std::uint64_t scalar_bits() const noexcept {
+        return std::bit_cast<std::uint64_t>(scalar()) >> bits_below(type());
+    }
+    /// Whether the scalar stands in the value, and not beside a spelling in a block of its own.
+    bool has_scalar_inside() const noexcept { return holds_scalar(mark()); }
+    std::string_view string() const { return get_as_string().get_view(); }
+    /// The string of a value of that type.
+    const CoreString& held_string() const noexcept {
+        return has_string_inside() ? string_ : *plain_.content.string;
+    }
+    /// Whether a value other than a string has a spelling, which printing then copies.
+    bool is_spelled() const noexcept { return is_spelled(mark()); }
+    std::string_view spelling() const noexcept;
+    /// The spelling of the value at `next`, and of those after it as far as they are in the text area with a single blank between them.
+    /// Advances `next` past all of them. The values from `next` to `last` are side by side; the first is spelled.
+    static std::string_view take_spellings(const StoredValue*& next, const StoredValue* last) noexcept {
+        const std::string_view first = next->spelling();
+        const char* end = first.data() + first.size();
+        if (!(next++)->has_text_in_area()) {
+            return first;
+        }
+        for (; next != last && next->is_spelled() && next->text() == end + 1 && *end == ' '; ++next) {
+            end += 1 + (next->mark() & size_mask); // none of them is apart: its offset is 0, before the area
+        }
+        return {first.data(), static_cast<std::size_t>(end - first.data())};
+    }
+    std::string_view bytes() const noexcept {
+        return {reinterpret_cast<const char*>(plain_.content.bytes), plain_.offset};
+    }
+
+    /// As the functions of ParserValue.
+    void make_value() const noexcept { static_cast<void>(scalar()); }
+    bool get_as_bool() const {
+        return mark() >> type_shift == held_form(ParserValue::TYPE_BOOL) ? plain_.content.scalar.as_bool
+                                                                         : read_as_bool();
+    }
+    char get_as_char() const;
+    int get_as_int() const {
+        return mark() >> type_shift == held_form(ParserValue::TYPE_INT) ? plain_.content.scalar.as_int
+                                                                        : read_as_int();
+    }
+    double get_as_double() const {
+        return mark() >> type_shift == held_form(ParserValue::TYPE_DOUBLE) ? plain_.content.scalar.as_double
+                                                                           : read_as_double();
+    }
+    const CoreString& get_as_string() const;
+    void* get_as_binary_data(unsigned int& size) const;
+    void set_bool(bool value) noexcept;
+    void set_int(int value) noexcept;
+    void set_char(char value) noexcept;
+    void set_double(double value) noexcept;
+    void set_string(const CoreString& value);
+    void set_binary_data(const void* data, unsigned int size);
+    void clear() noexcept;
+
+    /// Constructs a value in its place, and copies its spelling to `text`, which it advances. The area of `text` lies behind the value, and
+    /// outlives it.
+    static StoredValue* make_spelled(void* place, Type type, std::string_view word, char*& text) {
+        if (is_kept_apart(type, word.size())) [[unlikely]] {
+            return make_apart(place, type, word);
+        }
         char* const begin = text;
         copy_text(begin, word.data(), word.size());
         text += word.size();
-        return ::new (place) ParserValue(type, begin, static_cast<unsigned int>(word.size()));
+        return show_spelled(place, type, {begin, word.size()});
     }
     /// The same for a spelling that is in the area already.
-    static ParserValue* show_spelled(void* place, ParserValue::Type type,
-                                     std::string_view spelling) noexcept {
-        return ::new (place) ParserValue(type, spelling.data(), static_cast<unsigned int>(spelling.size()));
+    static StoredValue* show_spelled(void* place, Type type, std::string_view spelling) noexcept {
+        const std::uint64_t offset = distance(place, spelling.data());
+        const std::uint32_t bits = least_mark | static_cast<std::uint32_t>(type) << type_shift | spelled_bit;
+        return ::new (place)
+            StoredValue(Plain{bits | high_bits(offset) | static_cast<std::uint32_t>(spelling.size()),
+                              static_cast<std::uint32_t>(offset),
+                              {.scalar = {.as_double = 0.0}}});
     }
-    static ParserValue* make_string(void* place, std::string_view word, char*& text) noexcept {
-        auto* value = ::new (place) ParserValue(ParserValue::TYPE_STRING);
-        const auto size = static_cast<unsigned int>(word.size());
-        const bool is_short = size <= CoreString::inline_capacity;
-        StringAccess::show(value->string_, {is_short ? word.data() : put_string(word, text), size});
+    /// The same with the spelling in a block of its own.
+    static StoredValue* make_apart(void* place, Type type, std::string_view word);
+    static StoredValue* make_string(void* place, std::string_view word, char*& text) {
+        if (is_kept_apart(ParserValue::TYPE_STRING, word.size())) [[unlikely]] {
+            return make_own_string(place, CoreString(word));
+        }
+        auto* value = ::new (place) StoredValue(ParserValue::TYPE_STRING);
+        const bool is_short = word.size() <= CoreString::inline_capacity;
+        StringAccess::show(value->string_, {is_short ? word.data() : put_string(word, text), word.size()});
         return value;
     }
+    /// The same for a string that keeps its own text.
+    static StoredValue* make_own_string(void* place, CoreString string);
     /// The same for a string with escapes.
-    static ParserValue* make_escaped_string(void* place, std::string_view word, char*& text) noexcept;
+    static StoredValue* make_escaped_string(void* place, std::string_view word, char*& text);
     /// Constructs a bool, char, int or double from its bits, at the low end of the number. A double must be finite: see
     /// `clamp_to_finite`.
-    static ParserValue* make_scalar(void* place, ParserValue::Type type, std::uint64_t bits) noexcept {
-        return ::new (place) ParserValue(type, scalar_of(type, bits), ParserValue::VALUE_HELD);
+    static StoredValue* make_scalar(void* place, Type type, std::uint64_t bits) noexcept {
+        return ::new (place)
+            StoredValue(Plain{least_mark | held_bit | static_cast<std::uint32_t>(type) << type_shift,
+                              0,
+                              {.scalar = scalar_of(type, bits)}});
     }
-    static ParserValue* make_group(void* place, ParserGroup* group) noexcept {
-        auto* value = ::new (place) ParserValue(ParserValue::TYPE_GROUP);
-        value->spelled_.scalar.group = group;
-        return value;
+    static StoredValue* make_group(void* place, ParserGroup* group) noexcept {
+        return ::new (place) StoredValue(Plain{mark_of(ParserValue::TYPE_GROUP), 0, {.group = group}});
     }
     /// Takes over bytes that were allocated from CoreMemory.
-    static ParserValue* make_binary_data(void* place, void* data, unsigned int size) noexcept {
-        auto* value = ::new (place) ParserValue(ParserValue::TYPE_BINARY_DATA);
-        value->spelled_.scalar.bytes = static_cast<unsigned char*>(data);
-        value->size_ = size;
-        return value;
+    static StoredValue* make_binary_data(void* place, void* data, unsigned int size) noexcept {
+        return ::new (place) StoredValue(Plain{
+            mark_of(ParserValue::TYPE_BINARY_DATA), size, {.bytes = static_cast<unsigned char*>(data)}});
     }
 
+    /// Whether a string or spelling of that size has memory of its own, in whatever list the value is.
+    static constexpr bool is_kept_apart(Type type, std::size_t size) noexcept {
+        return size >= (type == ParserValue::TYPE_STRING ? unlisted : size_apart);
+    }
     /// How many bytes of a text area a value takes whose string or spelling has this size.
     static constexpr std::size_t string_need(std::size_t size) noexcept {
-        return size <= CoreString::inline_capacity ? 0 : size + 1;
+        return size <= CoreString::inline_capacity || is_kept_apart(ParserValue::TYPE_STRING, size)
+                   ? 0
+                   : size + 1;
     }
     static constexpr std::size_t escaped_string_need(std::size_t size) noexcept { return size + 1; }
-    static constexpr std::size_t spelling_need(std::size_t size) noexcept { return size; }
+    static constexpr std::size_t spelling_need(std::size_t size) noexcept {
+        return is_kept_apart(ParserValue::TYPE_WORD, size) ? 0 : size;
+    }
 
     /// How many bytes of a text area a copy of the value takes.
-    static std::size_t text_need(const ParserValue& value) noexcept;
-    /// Constructs a copy with its text in the area. The copy of a group value holds `group`.
-    static ParserValue* copy(void* place, const ParserValue& value, ParserGroup* group, char*& text);
+    std::size_t text_need() const noexcept;
+    /// Constructs a copy with its text in the area, or with text of its own when that is null. The copy of a group value holds `group`.
+    static StoredValue* copy(void* place, const StoredValue& value, ParserGroup* group, char*& text);
+    /// Constructs a value that refers to the same content. A string then has a block of its own.
+    static void copy_shallow(void* place, const StoredValue& value);
 
-    /// Fills a new value of the same type. Its text is still that of the source.
-    static void copy_content(ParserValue& copied, const ParserValue& value, ParserGroup* group);
-
-    /// Moves a value to another place, bit for bit. Leaves no object at the old place.
-    static void relocate(ParserValue& from, void* to) noexcept;
+    /// Moves a value to another place, whose text has moved by so many bytes. Leaves no object at the old place.
+    static void relocate(const StoredValue& from, void* to, std::uintptr_t text_shift = 0) noexcept;
     /// Whether the value is a string that is stored inside it.
-    static bool has_string_inside(const ParserValue& value) noexcept {
-        return value.get_type() == ParserValue::TYPE_STRING && !value.has(ParserValue::STRING_AWAY);
-    }
-    /// Moves a string value to another place. Its string stays at its address, which `home` keeps alive.
-    static void leave_string(ParserValue& from, void* to, StringHome& home) noexcept;
-    /// Corrects the pointers of a value whose text area has moved.
-    static void rebase_text(ParserValue& value, const char* old_begin, const char* old_end,
-                            const char* begin) noexcept;
+    bool has_string_inside() const noexcept { return mark() < unlisted; }
+    /// Moves a string value to another place. Its string stays where it is: value `index` of a block whose head will show its home.
+    static void leave_string(const StoredValue& from, void* to, unsigned int index,
+                             StringHome& home) noexcept;
     /// Gives the value a text of its own, outside any text area.
-    static void own_text(ParserValue& value);
-    /// Whether the flags fit the type and each other. For assertions, as is the next function.
-    static bool is_sound(const ParserValue& value) noexcept;
-    /// Whether none of the values owns memory outside the list, so that none needs its destructor.
-    static bool keep_nothing_outside(const ParserValue* values, unsigned int count) noexcept;
+    void own_text();
+    /// Whether the value owns no memory outside its list. For assertions.
+    bool keeps_nothing_outside() const noexcept;
     /// Makes the value own nothing, without freeing anything.
-    static void forget(ParserValue& value) noexcept;
+    void forget() noexcept { ::new (this) StoredValue(ParserValue::TYPE_WORD); }
+    /// Frees the content. Leaves no object.
+    void release() noexcept;
+
+    /// Of the block of a list: what stands before the first value.
+    static constexpr std::size_t block_head_size = 8;
 
 private:
-    static bool has_margin(const ParserValue& value) noexcept;
-    static int spelled_int(const ParserValue& value) noexcept;
-    static double spelled_double(const ParserValue& value) noexcept;
+    static constexpr std::uint32_t least_mark = 0xF0000000u;
+    static constexpr std::uint32_t held_bit = 1u << 27;
+    static constexpr std::uint32_t spelled_bit = 1u << 23;
+    static constexpr std::uint32_t size_mask = (1u << 20) - 1;
+    static constexpr std::uint32_t size_apart = size_mask; // the spelling is in a block of its own
+    static constexpr std::uint32_t offset_mask = 7u << 20; // bits 32 to 34 of the offset
+    static constexpr int offset_shift = 12;
+    static constexpr int type_shift = 24;
+    static constexpr std::uint32_t largest_type = 7;
+    static constexpr std::uint32_t unlisted =
+        least_mark - 1; // instead of a mark, of a type that ParserValue does not list
+    static constexpr std::uint32_t in_own_block = 0xFFFFFFFFu; // instead of where a string was
+
+    explicit StoredValue(const Plain& plain) noexcept : ValueData(plain) {}
+
+    static constexpr std::uint32_t mark_of(Type type) noexcept {
+        return least_mark | static_cast<std::uint32_t>(type) << type_shift;
+    }
+    static constexpr std::uint32_t held_form(Type type) noexcept {
+        return (mark_of(type) | held_bit) >> type_shift;
+    }
+    std::uint32_t mark() const noexcept {
+        std::uint32_t bits = 0;
+        std::memcpy(&bits, static_cast<const void*>(this), sizeof(bits));
+        return bits;
+    }
+    static constexpr bool holds_scalar(std::uint32_t bits) noexcept {
+        return (bits & (least_mark | held_bit)) == (least_mark | held_bit);
+    }
+    static constexpr bool is_spelled(std::uint32_t bits) noexcept {
+        return (bits & (least_mark | spelled_bit)) == (least_mark | spelled_bit);
+    }
+    bool is_spelled_apart() const noexcept { return is_spelled() && (mark() & size_mask) == size_apart; }
+    /// Whether a spelling is in the text area of the list.
+    bool has_text_in_area() const noexcept {
+        return is_spelled() && (mark() & size_mask) != 0 && (mark() & size_mask) != size_apart;
+    }
+    static std::uint64_t distance(const void* from, const void* to) noexcept {
+        return reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from);
+    }
+    static constexpr std::uint32_t high_bits(std::uint64_t offset) noexcept {
+        return static_cast<std::uint32_t>(offset >> offset_shift) & offset_mask;
+    }
+    std::uint64_t offset() const noexcept {
+        return std::uint64_t{mark() & offset_mask} << offset_shift | plain_.offset;
+    }
+    const char* text() const noexcept { return reinterpret_cast<const char*>(this) + offset(); }
+    void move_text(std::uint64_t by) noexcept;
+
+    static StoredValue* make_boxed(void* place, CoreString string);
+    void take_scalar(const StoredValue& from) noexcept;
+    const Scalar& converted() const noexcept;
+    /// Whether it has no scalar yet, and its spelling is in the text area.
+    bool has_only_text(Type type) const noexcept {
+        const std::uint32_t bits = mark();
+        return (bits & ~(offset_mask | size_mask)) == (mark_of(type) | spelled_bit) &&
+               (bits & size_mask) - 1 < size_apart - 1;
+    }
+    std::string_view text_in_area() const noexcept { return {text(), mark() & size_mask}; }
+    const Scalar& hold(Scalar scalar) const noexcept {
+        plain_.content.scalar = scalar;
+        plain_.mark |= held_bit;
+        return plain_.content.scalar;
+    }
+    static Scalar read_spelling(Type type, std::string_view text, bool has_margin) noexcept;
+    bool read_as_bool() const;
+    int read_as_int() const;
+    double read_as_double() const;
+    void become(Type type) noexcept;
+    void release_string_outside() noexcept;
+    void report_mismatch(const char* read) const;
+
     /// Stores all 64 bits, because store forwarding fails for a wide load after a narrow store.
-    static ParserValue::Scalar scalar_of(ParserValue::Type type, std::uint64_t bits) noexcept {
-        static_assert(sizeof(ParserValue::Scalar) == sizeof(bits));
-        return std::bit_cast<ParserValue::Scalar>(bits << bits_below(type));
+    static Scalar scalar_of(Type type, std::uint64_t bits) noexcept {
+        static_assert(sizeof(Scalar) == sizeof(bits));
+        return std::bit_cast<Scalar>(bits << bits_below(type));
     }
     /// Every member of a scalar begins at its first byte. Returns how many bits of the 64 are below it.
-    static int bits_below([[maybe_unused]] ParserValue::Type type) noexcept {
+    static int bits_below([[maybe_unused]] Type type) noexcept {
         if constexpr (std::endian::native == std::endian::big) {
             const bool is_byte = type == ParserValue::TYPE_BOOL || type == ParserValue::TYPE_CHAR;
             return is_byte ? 56 : type == ParserValue::TYPE_INT ? 32 : 0;
@@ -210,6 +361,24 @@ private:
         return begin;
     }
 };
+
+/// A spelling that is in no text area, followed by its characters.
+struct ValueData::Apart {
+    Scalar scalar;
+    unsigned int size;
+    bool is_converted;
+
+    char* text() noexcept { return reinterpret_cast<char*>(this + 1); }
+};
+
+inline std::string_view StoredValue::spelling() const noexcept {
+    if (is_spelled_apart()) [[unlikely]] {
+        return {plain_.content.apart->text(), plain_.content.apart->size};
+    }
+    return text_in_area();
+}
+
+static_assert(sizeof(StoredValue) == 16 && sizeof(StoredValue) <= sizeof(ParserValue) - sizeof(void*));
 
 /// Copies bytes to memory from CoreMemory. For a null pointer the copy is zeros.
 unsigned char* copy_bytes(const void* data, unsigned int size);

@@ -35,12 +35,13 @@ public:
 
     bool stays(unsigned int i) const noexcept { return list_.shows_string(i); }
 
-    void move(unsigned int i, void* to) const noexcept {
-        ParserValue& value = block_->values()[i];
+    /// `text_shift` tells where the text area has gone.
+    void move(unsigned int i, void* to, std::uintptr_t text_shift) const noexcept {
+        const bk::StoredValue& value = block_->values()[i];
         if (stays(i)) {
-            bk::ValueAccess::leave_string(value, to, *home_);
+            bk::StoredValue::leave_string(value, to, i, *home_);
         } else {
-            bk::ValueAccess::relocate(value, to);
+            bk::StoredValue::relocate(value, to, text_shift);
         }
     }
 
@@ -48,15 +49,15 @@ public:
     bool finish() noexcept {
         bk::StringHome* const home = std::exchange(home_, nullptr);
         if (home == nullptr) {
-            Block::destroy(block_, sizeof(ParserValue));
+            Block::destroy(block_, sizeof(bk::StoredValue));
             return false;
         }
-        if (block_->is_embedded) {
-            ::new (static_cast<void*>(block_)) bk::StringHome*(home);
-            return true;
+        const bool is_embedded = block_->is_embedded != 0;
+        ::new (static_cast<void*>(block_)) bk::StringHome*(home);
+        if (!is_embedded) {
+            home->let_go();
         }
-        home->let_go();
-        return false;
+        return is_embedded;
     }
 
 private:
@@ -64,7 +65,7 @@ private:
         if (block_->is_embedded) {
             return bk::StringHome::make(reinterpret_cast<ParserEntry*>(block_) - 1, sizeof(ParserEntry));
         }
-        return bk::StringHome::make(block_, block_->byte_size(sizeof(ParserValue)));
+        return bk::StringHome::make(block_, block_->byte_size(sizeof(bk::StoredValue)));
     }
 
     const ParserValueList& list_;
@@ -84,7 +85,7 @@ void ParserValueList::leave_document() noexcept {
     }
 }
 
-ParserValue& ParserValueList::change(unsigned int i) noexcept {
+bk::StoredValue& ParserValueList::change(unsigned int i) noexcept {
     list_entry();
     if (!in_cells_) {
         block_->is_self_contained = 0;
@@ -94,15 +95,15 @@ ParserValue& ParserValueList::change(unsigned int i) noexcept {
 
 /// Whether a host may hold a reference to the string of a value, and the string is inside the value.
 bool ParserValueList::shows_string(unsigned int i) const noexcept {
-    return shows_strings_ != 0 && !in_cells_ && bk::ValueAccess::has_string_inside(at(i));
+    return shows_strings_ != 0 && !in_cells_ && at(i).has_string_inside();
 }
 
-ParserValue& ParserValueList::append(ParserValue& value) {
-    if (bk::ValueAccess::type(value) == ParserValue::TYPE_GROUP) {
+bk::StoredValue& ParserValueList::append(bk::StoredValue& value) {
+    if (value.type() == ParserValue::TYPE_GROUP) {
         leave_document();
     }
     list_entry();
-    bk::ValueAccess::own_text(value);
+    value.own_text();
     if (block_ == nullptr || count_ == block_->capacity) {
         grow();
     }
@@ -110,12 +111,12 @@ ParserValue& ParserValueList::append(ParserValue& value) {
     block_->is_self_contained = 0;
     if (in_cells_) {
         Cell* const cell = Cell::make();
-        bk::ValueAccess::relocate(value, cell->storage);
+        bk::StoredValue::relocate(value, cell->storage);
         block_->cells()[count_] = cell;
     } else {
-        bk::ValueAccess::relocate(value, block_->values() + count_);
+        bk::StoredValue::relocate(value, block_->values() + count_);
     }
-    bk::ValueAccess::forget(value);
+    value.forget();
     ++count_;
     return at(count_ - 1);
 }
@@ -124,7 +125,7 @@ ParserValue& ParserValueList::append(ParserValue& value) {
 void ParserValueList::grow() {
     const std::uint64_t capacity = count_ == 0 ? 1 : std::uint64_t{count_} * 2;
     if (block_ == nullptr || in_cells_) {
-        Block* const block = Block::make(capacity, in_cells_ ? sizeof(Cell*) : sizeof(ParserValue), 0);
+        Block* const block = Block::make(capacity, in_cells_ ? sizeof(Cell*) : sizeof(bk::StoredValue), 0);
         if (block_ != nullptr) {
             std::copy_n(block_->cells(), count_, block->cells());
             Block::destroy(block_, sizeof(Cell*));
@@ -134,14 +135,12 @@ void ParserValueList::grow() {
     }
     const std::size_t text_size = block_->text_size;
     Departure departure(*this);
-    Block* const block = Block::make(capacity, sizeof(ParserValue), text_size);
+    Block* const block = Block::make(capacity, sizeof(bk::StoredValue), text_size);
     std::copy_n(block_->text(), text_size, block->text());
+    const std::uintptr_t text_shift =
+        reinterpret_cast<std::uintptr_t>(block->text()) - reinterpret_cast<std::uintptr_t>(block_->text());
     for (unsigned int i = 0; i < count_; ++i) {
-        departure.move(i, block->values() + i);
-        if (text_size != 0) {
-            bk::ValueAccess::rebase_text(block->values()[i], block_->text(), block_->text() + text_size,
-                                         block->text());
-        }
+        departure.move(i, block->values() + i, text_shift);
     }
     left_entry_ |= departure.finish();
     shows_strings_ = 0;
@@ -165,14 +164,13 @@ void ParserValueList::move(unsigned int from, unsigned int to) {
         cells[to] = moved;
         return;
     }
-    ParserValue* const values = room();
-    ParserValue moved(false);
-    bk::ValueAccess::relocate(values[from], &moved);
+    bk::StoredValue* const values = room();
+    bk::StoredValue moved(ParserValue::TYPE_WORD);
+    bk::StoredValue::relocate(values[from], &moved);
     for (unsigned int i = from; i != to; i += step) {
-        bk::ValueAccess::relocate(values[i + step], values + i);
+        bk::StoredValue::relocate(values[i + step], values + i);
     }
-    bk::ValueAccess::relocate(moved, values + to);
-    bk::ValueAccess::forget(moved);
+    bk::StoredValue::relocate(moved, values + to);
 }
 
 void ParserValueList::remove_marked(const unsigned char* marks, const ParserEntry& owner) {
@@ -194,9 +192,9 @@ void ParserValueList::remove_marked(const unsigned char* marks, const ParserEntr
                 cells[kept++] = cells[i];
             }
         } else if (marks[i] != 0) {
-            room()[i].ParserValue::~ParserValue();
+            room()[i].release();
         } else {
-            bk::ValueAccess::relocate(room()[i], room() + kept++);
+            bk::StoredValue::relocate(room()[i], room() + kept++);
         }
     }
     count_ = kept;
@@ -208,7 +206,7 @@ void ParserValueList::truncate(unsigned int count) noexcept {
         if (in_cells_) {
             release_cell(block_->cells()[count_]);
         } else {
-            room()[count_].ParserValue::~ParserValue();
+            room()[count_].release();
         }
     }
 }
@@ -221,15 +219,16 @@ void ParserValueList::clear() noexcept {
     }
     BK_ASSERT(count_ <= block_->capacity);
     BK_ASSERT(!block_->is_self_contained ||
-              (!in_cells_ && bk::ValueAccess::keep_nothing_outside(block_->values(), count_)));
+              (!in_cells_ && std::all_of(block_->values(), block_->values() + count_,
+                                         [](const auto& value) { return value.keeps_nothing_outside(); })));
     for (unsigned int i = 0; i < count_ && !block_->is_self_contained; ++i) {
         if (in_cells_) {
             release_cell(block_->cells()[i]);
         } else {
-            block_->values()[i].ParserValue::~ParserValue();
+            block_->values()[i].release();
         }
     }
-    Block::destroy(block_, in_cells_ ? sizeof(Cell*) : sizeof(ParserValue));
+    Block::destroy(block_, in_cells_ ? sizeof(Cell*) : sizeof(bk::StoredValue));
     block_ = nullptr;
     count_ = 0;
     in_cells_ = false;
@@ -280,7 +279,7 @@ void ParserValueList::split_into_cells() {
         for (; made < count_; ++made) {
             block_->is_self_contained = 0; // its text is now outside the block
             if (!departure.stays(made)) {
-                bk::ValueAccess::own_text(block_->values()[made]);
+                block_->values()[made].own_text();
             }
             block->cells()[made] = Cell::make();
         }
@@ -292,7 +291,7 @@ void ParserValueList::split_into_cells() {
         throw;
     }
     for (unsigned int i = 0; i < count_; ++i) {
-        departure.move(i, block->cells()[i]->storage);
+        departure.move(i, block->cells()[i]->storage, 0);
     }
     left_entry_ |= departure.finish();
     shows_strings_ = 0;
@@ -303,13 +302,13 @@ void ParserValueList::split_into_cells() {
 void ParserValueList::release_cell(Cell* cell) noexcept {
     BK_ASSERT(cell->list_count != 0);
     if (--cell->list_count == 0) {
-        cell->value().ParserValue::~ParserValue();
+        cell->value().release();
         CoreMemory::release(cell, sizeof(Cell));
     }
 }
 
 bool ParserValueList::Cell::forget_source(const ParserEntry& owner) noexcept {
-    ParserGroup* const group = list_count == 1 ? nullptr : bk::ValueAccess::group(value());
+    ParserGroup* const group = list_count == 1 ? nullptr : value().group();
     if (group == nullptr || group->get_source_entry() != &owner) {
         return false;
     }
@@ -325,7 +324,7 @@ void ParserValueList::forget_source(ParserEntry& owner, const ParserValueList* n
     for (unsigned int i = 0; next != nullptr && next->in_cells_ && i < next->count_; ++i) {
         Cell* const cell = next->block_->cells()[i];
         if (cell->has_lost_source) {
-            bk::ValueAccess::group(cell->value())->set_source_entry(&owner);
+            cell->value().group()->set_source_entry(&owner);
         }
     }
     for (unsigned int i = 0; in_cells_ && i < count_; ++i) {

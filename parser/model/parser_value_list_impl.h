@@ -3,7 +3,7 @@
 #include "core/core_memory.h"
 #include "core/memory/core_assert_impl.h"
 #include "core/memory/core_count_impl.h"
-#include "parser/parser_value.h"
+#include "parser/model/parser_value_impl.h"
 #include "parser/parser_value_list.h"
 
 #include <atomic>
@@ -11,8 +11,8 @@
 #include <new>
 
 /// The block that holds the values: this head, then room for `capacity` values, then the text area. After a split into cells it is the head
-/// and room for `capacity` pointers. The block of a parsed entry follows the entry in memory. When its values have left strings in it,
-/// a pointer to their StringHome takes the place of the head.
+/// and room for `capacity` pointers. The block of a parsed entry follows the entry in memory. When values have left strings in a block, a pointer
+/// to their StringHome takes the place of its head.
 struct ParserValueList::Block {
     static constexpr std::uint64_t max_capacity = (std::uint64_t{1} << 30) - 1;
     static constexpr std::uint64_t max_text_size = (std::uint64_t{1} << 32) - 1;
@@ -22,7 +22,7 @@ struct ParserValueList::Block {
     std::uint64_t is_self_contained : 1; // no value owns memory outside this block
     std::uint64_t is_embedded : 1;       // a part of the entry's own block, which is freed with the entry
 
-    ParserValue* values() noexcept { return reinterpret_cast<ParserValue*>(this + 1); }
+    bk::StoredValue* values() noexcept { return reinterpret_cast<bk::StoredValue*>(this + 1); }
     Cell** cells() noexcept { return reinterpret_cast<Cell**>(this + 1); }
     char* text() noexcept { return reinterpret_cast<char*>(values() + capacity); }
 
@@ -46,24 +46,26 @@ struct ParserValueList::Block {
     }
 };
 
+static_assert(bk::StoredValue::block_head_size == 8);
+
 /// A value that several lists may hold.
 struct ParserValueList::Cell {
     unsigned int list_count;
     bool has_lost_source;
-    alignas(ParserValue) unsigned char storage[sizeof(ParserValue)];
+    alignas(bk::StoredValue) unsigned char storage[sizeof(bk::StoredValue)];
 
-    ParserValue& value() noexcept { return *std::launder(reinterpret_cast<ParserValue*>(storage)); }
+    bk::StoredValue& value() noexcept { return *std::launder(reinterpret_cast<bk::StoredValue*>(storage)); }
     /// For a group that other lists hold as well: when `owner` is its source entry, clears that and returns true.
     bool forget_source(const ParserEntry& owner) noexcept;
     static Cell* make() { return new (CoreMemory::allocate(sizeof(Cell))) Cell{1, false, {}}; }
 };
 
-inline ParserValue& ParserValueList::at(unsigned int i) const noexcept {
+inline bk::StoredValue& ParserValueList::at(unsigned int i) const noexcept {
     BK_ASSERT(i < count_);
     return in_cells_ ? block_->cells()[i]->value() : block_->values()[i];
 }
 
-inline const ParserValue* ParserValueList::side_by_side() const noexcept {
+inline const bk::StoredValue* ParserValueList::side_by_side() const noexcept {
     return count_ == 0 || in_cells_ ? nullptr : block_->values();
 }
 
@@ -82,18 +84,18 @@ inline bool ParserValueList::may_hold_groups() const noexcept {
 }
 
 inline void ParserValueList::make_room(unsigned int count, std::size_t text_size) {
-    block_ = Block::make(count, sizeof(ParserValue), text_size);
+    block_ = Block::make(count, sizeof(bk::StoredValue), text_size);
 }
 
 inline std::size_t ParserValueList::room_size(unsigned int count, std::size_t text_size) {
-    return Block::byte_size(count, sizeof(ParserValue), text_size);
+    return Block::byte_size(count, sizeof(bk::StoredValue), text_size);
 }
 
 inline void ParserValueList::take_room(void* place, unsigned int count, std::size_t text_size) noexcept {
     block_ = new (place) Block{count & Block::max_capacity, text_size & Block::max_text_size, 0, 1};
 }
 
-inline ParserValue* ParserValueList::room() const noexcept {
+inline bk::StoredValue* ParserValueList::room() const noexcept {
     return block_->values();
 }
 

@@ -35,14 +35,14 @@ std::string_view bool_word(bool value) noexcept {
 
 } // namespace
 
-void put_plain_text(TextBuffer& out, const ParserValue& value) {
-    const ParserValue::Type type = ValueAccess::type(value);
+void put_plain_text(TextBuffer& out, const StoredValue& value) {
+    const ParserValue::Type type = value.type();
     if (type == ParserValue::TYPE_STRING) {
-        out.put(ValueAccess::string(value));
+        out.put(value.string());
         return;
     }
-    if (ValueAccess::is_spelled(value)) {
-        out.put(ValueAccess::spelling(value));
+    if (value.is_spelled()) {
+        out.put(value.spelling());
         return;
     }
     switch (type) {
@@ -57,7 +57,7 @@ void put_plain_text(TextBuffer& out, const ParserValue& value) {
         out.put_number(value.get_as_double());
         break;
     case ParserValue::TYPE_BINARY_DATA:
-        put_binary_literal(out, ValueAccess::bytes(value));
+        put_binary_literal(out, value.bytes());
         break;
     default:
         break;
@@ -120,8 +120,8 @@ void TextWriter::write_entry_values(const ParserEntry& entry, unsigned int level
     run();
 }
 
-void TextWriter::write_value(const ParserValue& value, unsigned int level) {
-    if (const ParserGroup* group = ValueAccess::group(value)) {
+void TextWriter::write_value(const StoredValue& value, unsigned int level) {
+    if (const ParserGroup* group = value.group()) {
         write_group(*group, true, level);
     } else {
         write_scalar(value);
@@ -215,7 +215,7 @@ bool TextWriter::write_values(Frame& frame, const ParserEntry& entry) {
     const ParserEntry::Type type = entry.get_type();
     const unsigned int level = frame.level;
     while (frame.next_value < entry.get_value_count()) {
-        const ParserValue& value = EntryAccess::value(entry, frame.next_value++);
+        const StoredValue& value = EntryAccess::value(entry, frame.next_value++);
         if (type == ParserEntry::TYPE_RAW_TEXT) {
             out_.put(value.get_as_string().get_view());
             continue;
@@ -225,11 +225,11 @@ bool TextWriter::write_values(Frame& frame, const ParserEntry& entry) {
         } else if (frame.next_value != 1) {
             out_.put(", ");
         }
-        if (const ParserGroup* group = ValueAccess::group(value)) {
+        if (const ParserGroup* group = value.group()) {
             open_group(*group, Scope::braced_group, level); // `frame` may have moved
             return false;
         }
-        if (ValueAccess::is_spelled(value) && type != ParserEntry::TYPE_FUNCTION_CALL) {
+        if (value.is_spelled() && type != ParserEntry::TYPE_FUNCTION_CALL) {
             write_spellings(frame, entry, value);
         } else {
             write_scalar(value);
@@ -242,24 +242,20 @@ bool TextWriter::write_values(Frame& frame, const ParserEntry& entry) {
 }
 
 /// The spelling of a value, and of the values after it whose spellings lie one blank apart, so that they can be copied in one piece.
-void TextWriter::write_spellings(Frame& frame, const ParserEntry& entry, const ParserValue& first) {
-    std::string_view run = ValueAccess::spelling(first);
-    const ParserValue* last = &first;
-    while (frame.next_value < entry.get_value_count()) {
-        const ParserValue& next = EntryAccess::value(entry, frame.next_value);
-        if (!ValueAccess::is_spelled_behind(*last, next)) {
-            break;
-        }
-        run = {run.data(), run.size() + 1 + ValueAccess::spelling(next).size()};
-        last = &next;
-        ++frame.next_value;
+void TextWriter::write_spellings(Frame& frame, const ParserEntry& entry, const StoredValue& first) {
+    const StoredValue* const values = EntryAccess::values(entry).side_by_side();
+    if (values == nullptr) {
+        out_.put(first.spelling());
+        return;
     }
-    out_.put(run);
+    const StoredValue* next = &first;
+    out_.put(StoredValue::take_spellings(next, values + entry.get_value_count()));
+    frame.next_value = static_cast<unsigned int>(next - values);
 }
 
-void TextWriter::write_scalar(const ParserValue& value) {
-    if (ValueAccess::type(value) == ParserValue::TYPE_STRING) {
-        write_string(ValueAccess::string(value));
+void TextWriter::write_scalar(const StoredValue& value) {
+    if (value.type() == ParserValue::TYPE_STRING) {
+        write_string(value.string());
     } else {
         put_plain_text(out_, value);
     }
@@ -300,7 +296,7 @@ bool print_entry_values(CoreString& out, const ParserEntry& entry, bool pretty, 
                  [&](TextWriter& writer) { writer.write_entry_values(entry, level); });
 }
 
-bool print_value(CoreString& out, const ParserValue& value, bool pretty, unsigned int level) {
+bool print_value(CoreString& out, const StoredValue& value, bool pretty, unsigned int level) {
     return print(out, pretty, "ParserValue.get_text",
                  [&](TextWriter& writer) { writer.write_value(value, level); });
 }
@@ -321,5 +317,5 @@ void ParserEntry::get_value_text(CoreString& out, const bool& pretty, const unsi
 }
 
 void ParserValue::get_text(CoreString& out, const bool& pretty, const unsigned int& level) const {
-    bk::print_value(out, *this, pretty, level);
+    bk::print_value(out, bk::StoredValue::of(*this), pretty, level);
 }

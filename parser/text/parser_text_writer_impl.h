@@ -7,14 +7,16 @@
 
 namespace bk {
 
+class StoredValue;
+
 /// Appends a value's text without quotes and escapes, whatever its type; nothing for a group.
-void put_plain_text(TextBuffer& out, const ParserValue& value);
+void put_plain_text(TextBuffer& out, const StoredValue& value);
 
 /// Each appends a text. When that would be too long or memory runs out, they return false, log that, and leave the output as it was.
 bool print_group(CoreString& out, const ParserGroup& group, bool braces, bool pretty, unsigned int level);
 bool print_entry(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level);
 bool print_entry_values(CoreString& out, const ParserEntry& entry, bool pretty, unsigned int level);
-bool print_value(CoreString& out, const ParserValue& value, bool pretty, unsigned int level);
+bool print_value(CoreString& out, const StoredValue& value, bool pretty, unsigned int level);
 
 /// Prints trees as text. It keeps a stack of its own, so that the depth of a tree costs none of the thread's stack.
 class TextWriter {
@@ -34,7 +36,7 @@ public:
     void write_entries_of(const ParserGroup& group, unsigned int first, unsigned int end);
     void write_entry(const ParserEntry& entry, unsigned int level);
     void write_entry_values(const ParserEntry& entry, unsigned int level);
-    void write_value(const ParserValue& value, unsigned int level);
+    void write_value(const StoredValue& value, unsigned int level);
     /// The name with its template and array suffix.
     void write_head(const ParserEntry& entry);
 
@@ -57,8 +59,8 @@ private:
     bool write_entries(Frame& frame);
     bool write_values(Frame& frame, const ParserEntry& entry);
     void begin_entry(const Frame& frame, const ParserEntry& entry);
-    void write_spellings(Frame& frame, const ParserEntry& entry, const ParserValue& first);
-    void write_scalar(const ParserValue& value);
+    void write_spellings(Frame& frame, const ParserEntry& entry, const StoredValue& first);
+    void write_scalar(const StoredValue& value);
     void write_string(std::string_view text);
     void begin_line(unsigned int depth);
 

@@ -28,11 +28,11 @@ unsigned int count_values(const KnownEntry& known) noexcept {
 }
 
 /// Makes all values of the entry, and copies their text in one piece.
-void fill_numbers(ParserValue* place, const KnownEntry& known, char* text) noexcept {
+void fill_numbers(StoredValue* place, const KnownEntry& known, char* text) noexcept {
     const char* const begin = known.text.data();
     copy_text(text, begin, known.text.size());
     known.for_each_number([&](std::string_view word, bool is_double) {
-        ValueAccess::show_spelled(place++, is_double ? ParserValue::TYPE_DOUBLE : ParserValue::TYPE_INT,
+        StoredValue::show_spelled(place++, is_double ? ParserValue::TYPE_DOUBLE : ParserValue::TYPE_INT,
                                   {text + (word.data() - begin), word.size()});
     });
 }
@@ -72,7 +72,8 @@ void TreeSink::add_string(std::string_view word) {
     word = word.substr(1, word.size() - 2); // without the quotes
     const bool has_escapes = has_escapes_ && word.find('\\') != std::string_view::npos;
     text_size_ +=
-        has_escapes ? ValueAccess::escaped_string_need(word.size()) : ValueAccess::string_need(word.size());
+        has_escapes ? StoredValue::escaped_string_need(word.size()) : StoredValue::string_need(word.size());
+    owns_memory_ |= StoredValue::is_kept_apart(ParserValue::TYPE_STRING, word.size());
     values_.emplace_back(ParserValue::TYPE_STRING, word, has_escapes);
 }
 
@@ -110,7 +111,7 @@ bool TreeSink::may_nest(const Token& brace) {
 void TreeSink::list_group(ParserEntry* entry, ParserGroup* group) {
     ParserValueList& values = EntryAccess::values(*entry);
     group->set_source_entry(entry);
-    ValueAccess::make_group(values.room() + values.get_count(), group);
+    StoredValue::make_group(values.room() + values.get_count(), group);
     values.set_count(values.get_count() + 1);
     groups_.push_back({group, entries_.size()});
 }
@@ -119,23 +120,35 @@ void TreeSink::add_entry(const KnownEntry& known) {
     finish_entry();
     const bool is_string = known.kind == KnownEntry::string;
     const bool is_escaped = is_string && has_escapes_ && known.text.find('\\') != std::string_view::npos;
+    if (is_string && StoredValue::is_kept_apart(ParserValue::TYPE_STRING, known.text.size())) [[unlikely]] {
+        add_word_by_word(known);
+        return;
+    }
     const unsigned int count = count_values(known);
-    const std::size_t text_size = is_escaped  ? ValueAccess::escaped_string_need(known.text.size())
-                                  : is_string ? ValueAccess::string_need(known.text.size())
-                                              : ValueAccess::spelling_need(known.text.size());
+    const std::size_t text_size = is_escaped  ? StoredValue::escaped_string_need(known.text.size())
+                                  : is_string ? StoredValue::string_need(known.text.size())
+                                              : known.text.size();
     ParserValueList& values = EntryAccess::values(*make_known(known, count, text_size));
     char* text = values.text_room();
     if (is_escaped) {
-        ValueAccess::make_escaped_string(values.room(), known.text, text);
+        StoredValue::make_escaped_string(values.room(), known.text, text);
     } else if (is_string) {
-        ValueAccess::make_string(values.room(), known.text, text);
+        StoredValue::make_string(values.room(), known.text, text);
     } else if (known.kind == KnownEntry::boolean) {
-        ValueAccess::make_spelled(values.room(), ParserValue::TYPE_BOOL, known.text, text);
+        StoredValue::make_spelled(values.room(), ParserValue::TYPE_BOOL, known.text, text);
     } else {
         fill_numbers(values.room(), known, text);
     }
     values.set_count(count);
     values.mark_self_contained();
+}
+
+/// For a string that the entry's block does not have.
+void TreeSink::add_word_by_word(const KnownEntry& known) {
+    if (begin_entry(known.entry_head(), {0, 0, known.head->place.line, known.head->column()})) {
+        add_string(known.word());
+        finish_entry();
+    }
 }
 
 ParserEntry* TreeSink::make_known(const KnownEntry& known, unsigned int count, std::size_t text_size) {
@@ -203,25 +216,25 @@ ParserEntry* TreeSink::make_entry(unsigned int extra_values) {
     }
     if (!values_.empty()) {
         ParserValueList& values = EntryAccess::values(*made);
-        if (has_binary_data_) {
+        if (owns_memory_) {
             values.list_entry();
         }
         fill_values(values);
         BK_ASSERT(values.get_count() == values_.size());
-        if (extra_values == 0 && !has_binary_data_) {
+        if (extra_values == 0 && !owns_memory_) {
             values.mark_self_contained();
         }
     }
     entries_.push_back(made.get());
     values_.clear();
     text_size_ = 0;
-    has_binary_data_ = false;
+    owns_memory_ = false;
     return made.release();
 }
 
 /// Puts the values into the room that the list has for them.
 void TreeSink::fill_values(ParserValueList& values) const {
-    ParserValue* place = values.room();
+    StoredValue* place = values.room();
     char* text = values.text_room();
     for (const PendingValue& value : values_) {
         fill_value(place++, value, text);
@@ -231,17 +244,17 @@ void TreeSink::fill_values(ParserValueList& values) const {
 }
 
 /// `text` is the place for the value's text, when that does not fit inside the value.
-void TreeSink::fill_value(ParserValue* place, const PendingValue& value, char*& text) {
+void TreeSink::fill_value(StoredValue* place, const PendingValue& value, char*& text) {
     if (value.has_escapes) {
-        ValueAccess::make_escaped_string(place, value.text(), text);
+        StoredValue::make_escaped_string(place, value.text(), text);
     } else if (value.type == ParserValue::TYPE_STRING) {
-        ValueAccess::make_string(place, value.text(), text);
+        StoredValue::make_string(place, value.text(), text);
     } else if (value.type == ParserValue::TYPE_BINARY_DATA) {
         unsigned int size = 0;
         void* const data = decode_binary_literal(value.text(), size);
-        ValueAccess::make_binary_data(place, data, size);
+        StoredValue::make_binary_data(place, data, size);
     } else {
-        ValueAccess::make_spelled(place, value.type, value.text(), text);
+        StoredValue::make_spelled(place, value.type, value.text(), text);
         *text++ = ' '; // values one blank apart are later printed in one piece
     }
 }

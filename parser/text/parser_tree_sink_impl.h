@@ -44,9 +44,10 @@ public:
             return;
         }
         if (kind == ParserWord::TYPE_BINARY_DATA) {
-            has_binary_data_ = true;
+            owns_memory_ = true;
         } else {
-            text_size_ += ValueAccess::spelling_need(word.size()) + 1;
+            owns_memory_ |= StoredValue::is_kept_apart(ParserValue::TYPE_WORD, word.size());
+            text_size_ += StoredValue::spelling_need(word.size()) + 1;
         }
         values_.emplace_back(value_type_of(kind), word, false);
     }
@@ -98,11 +99,12 @@ private:
         }
     }
     ParserEntry* make_entry(unsigned int extra_values);
+    void add_word_by_word(const KnownEntry& known);
     ParserEntry* make_known(const KnownEntry& known, unsigned int count, std::size_t text_size);
     bool may_nest(const Token& brace);
     void list_group(ParserEntry* entry, ParserGroup* group);
     void fill_values(ParserValueList& values) const;
-    static void fill_value(ParserValue* place, const PendingValue& value, char*& text);
+    static void fill_value(StoredValue* place, const PendingValue& value, char*& text);
     void attach_entries();
     void discard_entries() noexcept;
 
@@ -118,7 +120,7 @@ private:
     std::string_view template_name_;
     std::vector<PendingValue> values_;
     std::size_t text_size_ = 0; // of the text area that these values need
-    bool has_binary_data_ = false;
+    bool owns_memory_ = false;  // one of them does, outside of the entry's block
 
     UnfinishedPages pages_;             // which a small text does without
     std::vector<OpenGroup> groups_;     // the outermost first

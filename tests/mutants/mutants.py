@@ -35,7 +35,7 @@ TESTS = {
     "core/memory/core_slab_pool.cpp": MEMORY,
     "core/memory/core_slab_sizes_impl.h": MEMORY,
     "parser/model/parser_entry_make.cpp": MODEL,
-    "parser/model/parser_value_access.cpp": MODEL,
+    "parser/model/parser_value_stored.cpp": MODEL,
     "parser/model/parser_value_list.cpp": MODEL,
     "parser/model/parser_value_list_impl.h": MODEL,
     "parser/text/parser_tree_sink.cpp": MODEL,

@@ -7,9 +7,10 @@ import gdb
 import gdb.printing
 
 INLINE_CAPACITY = 11
-VALUE_SIZE = 32
-TYPE_BITS = 0x00FFFFFF
-VALUE_HELD, TEXT_HELD, STRING_AWAY = 1 << 24, 1 << 25, 1 << 27
+VALUE_SIZE = 16
+UNLISTED = 0xEFFFFFFF  # what is below is the length of a string
+HELD, TYPE_SHIFT, LARGEST_TYPE, SPELLED = 1 << 27, 24, 7, 1 << 23
+OFFSET_MASK, OFFSET_SHIFT, SIZE_MASK = 7 << 20, 12, (1 << 20) - 1
 GROUP, BOOL, CHAR, INT, DOUBLE, STRING, BINARY_DATA, WORD = range(8)
 
 LONGEST_TEXT = 200  # characters of one string
@@ -46,39 +47,48 @@ def quoted(text):
 
 
 def value_text(value, depth=0):
-    bits = int(value["bits_"])
-    kind = bits & TYPE_BITS
+    """Of the bk::ValueData that an entry stores, and that is inside a ParserValue."""
+    plain = value["plain_"]
+    mark = int(plain["mark"])
+    content = plain["content"]
+    if mark < UNLISTED:
+        return quoted(shortened(string_bytes(value["string_"])))
+    if mark == UNLISTED:
+        return "<of no known type>"
+    kind = mark >> TYPE_SHIFT & LARGEST_TYPE
     if kind == STRING:
-        string = value["away_"]["string"].dereference() if bits & STRING_AWAY else value["string_"]
-        return quoted(shortened(string_bytes(string)))
-    size = int(value["size_"])
-    spelled = value["spelled_"]
-    scalar = spelled["scalar"]
-    if kind in (BOOL, CHAR, INT, DOUBLE, WORD) and bits & TEXT_HELD:
-        return shortened(bytes_at(spelled["text"], min(size, LONGEST_TEXT + 1)))
-    if not bits & VALUE_HELD and kind not in (GROUP, BINARY_DATA):
-        return "<cleared>"
+        return quoted(shortened(string_bytes(content["string"].dereference())))
     if kind == GROUP:
-        return group_body(scalar["group"], depth)
+        return group_body(content["group"], depth)
+    if kind == BINARY_DATA:
+        size = int(plain["offset"])
+        shown = bytes_at(content["bytes"], min(size, 16)).hex().upper()
+        return "0x%s%s (%d bytes)" % (shown, "..." if size > 16 else "", size)
+    if mark & SPELLED:
+        size = mark & SIZE_MASK
+        start = int(value.address) + ((mark & OFFSET_MASK) << OFFSET_SHIFT) + int(plain["offset"])
+        if size == SIZE_MASK:  # in a block of its own: a scalar, the size, the text
+            block = int(content["apart"])
+            size = int(gdb.Value(block + 8).cast(gdb.lookup_type("unsigned int").pointer()).dereference())
+            start = block + 16
+        return shortened(bytes_at(start, min(size, LONGEST_TEXT + 1)))
+    if not mark & HELD:
+        return "<cleared>"
+    scalar = content["scalar"]
     if kind == BOOL:
         return "yes" if int(scalar["as_bool"]) else "no"
     if kind == CHAR:
         return str(int(scalar["as_char"]))
     if kind == INT:
         return str(int(scalar["as_int"]))
-    if kind == DOUBLE:
-        return repr(float(scalar["as_double"]))
-    if kind == BINARY_DATA:
-        shown = bytes_at(scalar["bytes"], min(size, 16)).hex().upper()
-        return "0x%s%s (%d bytes)" % (shown, "..." if size > 16 else "", size)
-    return "<of no known type>"
+    return repr(float(scalar["as_double"]))
 
 
 def values_of(entry):
     """The values of an entry, wherever its list keeps them."""
     values = entry["values_"]
     storage = int(values["block_"])
-    value_type = gdb.lookup_type("ParserValue")
+    value_type = gdb.lookup_type("bk::ValueData")
     pointer = gdb.lookup_type("void").pointer().pointer()
     for i in range(int(values["count_"])):
         if values["in_cells_"]:
@@ -134,7 +144,7 @@ class ValuePrinter:
         self.value = value
 
     def to_string(self):
-        return value_text(self.value)
+        return value_text(self.value["stored_"])
 
 
 class EntryPrinter:

@@ -119,25 +119,25 @@ std::string_view JsonTree::view(const Text& text) const noexcept {
 
 std::size_t JsonTree::text_need(const Pending& pending) const noexcept {
     if (pending.type == ParserValue::TYPE_STRING) {
-        return bk::ValueAccess::string_need(pending.text.size);
+        return bk::StoredValue::string_need(pending.text.size);
     }
-    return is_spelled(pending.type) ? bk::ValueAccess::spelling_need(pending.text.size) : 0;
+    return is_spelled(pending.type) ? bk::StoredValue::spelling_need(pending.text.size) : 0;
 }
 
 void JsonTree::make_value(void* place, Pending& pending, char*& text) {
     const std::string_view content = view(pending.text);
     if (pending.type == ParserValue::TYPE_GROUP) {
-        bk::ValueAccess::make_group(place, std::exchange(pending.group, nullptr));
+        bk::StoredValue::make_group(place, std::exchange(pending.group, nullptr));
     } else if (pending.type == ParserValue::TYPE_STRING) {
-        bk::ValueAccess::make_string(place, content, text);
+        bk::StoredValue::make_string(place, content, text);
     } else if (pending.type == ParserValue::TYPE_BINARY_DATA) {
         const auto size = static_cast<unsigned int>(content.size());
-        bk::ValueAccess::make_binary_data(place, size == 0 ? nullptr : bk::copy_bytes(content.data(), size),
+        bk::StoredValue::make_binary_data(place, size == 0 ? nullptr : bk::copy_bytes(content.data(), size),
                                           size);
     } else if (is_spelled(pending.type)) {
-        bk::ValueAccess::make_spelled(place, pending.type, content, text);
+        bk::StoredValue::make_spelled(place, pending.type, content, text);
     } else {
-        ::new (place) ParserValue(pending.type, CoreString());
+        ::new (place) bk::StoredValue(pending.type);
     }
 }
 
@@ -146,16 +146,17 @@ void JsonTree::fill_values(ParserEntry& entry, std::size_t first) {
         return;
     }
     ParserValueList& values = bk::EntryAccess::values(entry);
-    ParserValue* const places = values.room();
+    bk::StoredValue* const places = values.room();
     char* text = values.text_room();
     bool is_plain = true;
     for (std::size_t i = first; i < pending_.size(); ++i) {
         const auto place = static_cast<unsigned int>(i - first);
         is_plain = is_plain && pending_[i].type != ParserValue::TYPE_GROUP &&
-                   pending_[i].type != ParserValue::TYPE_BINARY_DATA;
+                   pending_[i].type != ParserValue::TYPE_BINARY_DATA &&
+                   !bk::StoredValue::is_kept_apart(pending_[i].type, pending_[i].text.size);
         make_value(places + place, pending_[i], text);
         values.set_count(place + 1);
-        if (ParserGroup* const group = bk::ValueAccess::group(places[place])) {
+        if (ParserGroup* const group = places[place].group()) {
             group->set_source_entry(&entry);
         }
     }

@@ -107,11 +107,11 @@ void PlainJsonWriter::begin_entry(Level& level) {
 bool PlainJsonWriter::write_values(Level& level) {
     const ParserEntry& entry = *level.items[level.item].entry;
     while (level.value < entry.get_value_count()) {
-        const ParserValue& value = bk::EntryAccess::value(entry, level.value);
+        const bk::StoredValue& value = bk::EntryAccess::value(entry, level.value);
         if (level.value++ != 0) {
             put_comma();
         }
-        if (const ParserGroup* const group = bk::ValueAccess::group(value)) {
+        if (const ParserGroup* const group = value.group()) {
             open_group(*group); // invalidates `level`
             return false;
         }
@@ -135,8 +135,8 @@ void PlainJsonWriter::end_entry(Level& level) {
 }
 
 /// Writes any value except a group.
-void PlainJsonWriter::put_value(const ParserValue& value) {
-    switch (bk::ValueAccess::type(value)) {
+void PlainJsonWriter::put_value(const bk::StoredValue& value) {
+    switch (value.type()) {
     case ParserValue::TYPE_BOOL:
         out_.put(value.get_as_bool() ? "true" : "false");
         break;
@@ -146,10 +146,10 @@ void PlainJsonWriter::put_value(const ParserValue& value) {
         out_.put(ScalarWord::as_read(value).view());
         break;
     case ParserValue::TYPE_STRING:
-        out_.put_string(bk::ValueAccess::held_string(value).get_view());
+        out_.put_string(value.held_string().get_view());
         break;
     case ParserValue::TYPE_BINARY_DATA:
-        out_.put_base64(bk::ValueAccess::bytes(value));
+        out_.put_base64(value.bytes());
         break;
     case ParserValue::TYPE_WORD:
         out_.put_string(ScalarWord::as_read(value).view());

@@ -40,7 +40,7 @@ private:
     void begin_entry(Level& level);
     bool write_values(Level& level);
     void end_entry(Level& level);
-    void put_value(const ParserValue& value);
+    void put_value(const bk::StoredValue& value);
     void put_comma() { out_.put(indent_ == 0 ? "," : ", "); }
     void break_line();
 

@@ -12,9 +12,9 @@ namespace bk_parser {
 class ScalarWord {
 public:
     /// The spelling, or the word for the content when there is no spelling.
-    static ScalarWord as_spelled(const ParserValue& value) { return ScalarWord(value, true); }
+    static ScalarWord as_spelled(const bk::StoredValue& value) { return ScalarWord(value, true); }
     /// The word for the content, however the value is spelled.
-    static ScalarWord as_read(const ParserValue& value) { return ScalarWord(value, false); }
+    static ScalarWord as_read(const bk::StoredValue& value) { return ScalarWord(value, false); }
 
     ScalarWord(const ScalarWord&) = delete;
     ScalarWord& operator=(const ScalarWord&) = delete;
@@ -22,14 +22,14 @@ public:
     std::string_view view() const noexcept { return word_; }
 
 private:
-    ScalarWord(const ParserValue& value, bool keeps_spelling) {
-        const bool has_content = bk::ValueAccess::type(value) != ParserValue::TYPE_WORD;
-        const bool is_shown = bk::ValueAccess::is_spelled(value) && (keeps_spelling || !has_content);
-        word_ = is_shown ? bk::ValueAccess::spelling(value) : word_of_content(value);
+    ScalarWord(const bk::StoredValue& value, bool keeps_spelling) {
+        const bool has_content = value.type() != ParserValue::TYPE_WORD;
+        const bool is_shown = value.is_spelled() && (keeps_spelling || !has_content);
+        word_ = is_shown ? value.spelling() : word_of_content(value);
     }
 
-    std::string_view word_of_content(const ParserValue& value) {
-        switch (bk::ValueAccess::type(value)) {
+    std::string_view word_of_content(const bk::StoredValue& value) {
+        switch (value.type()) {
         case ParserValue::TYPE_BOOL:
             return value.get_as_bool() ? "yes" : "no";
         case ParserValue::TYPE_CHAR:

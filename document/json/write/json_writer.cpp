@@ -144,7 +144,7 @@ void JsonWriter::begin_entry(Level& level, const ParserEntry& entry) {
     }
     level.has_list = entry.get_value_count() != 1;
     if (!level.has_list) {
-        const ParserGroup* const group = bk::ValueAccess::group(bk::EntryAccess::value(entry, 0));
+        const ParserGroup* const group = bk::EntryAccess::value(entry, 0).group();
         // An array here would be read as a list of values.
         level.has_list = group != nullptr && group->get_name().is_empty() && !has_distinct_names(*group);
     }
@@ -182,11 +182,11 @@ void JsonWriter::put_head(const ParserEntry& entry) {
 /// Returns false when it opened a group, which is written first.
 bool JsonWriter::write_values(Level& level, const ParserEntry& entry) {
     while (level.value < entry.get_value_count()) {
-        const ParserValue& value = bk::EntryAccess::value(entry, level.value);
+        const bk::StoredValue& value = bk::EntryAccess::value(entry, level.value);
         if (level.value++ != 0) {
             put_comma();
         }
-        const ParserGroup* const group = bk::ValueAccess::group(value);
+        const ParserGroup* const group = value.group();
         if (group != nullptr) {
             open_group(*group); // invalidates `level`
             return false;
@@ -214,19 +214,19 @@ void JsonWriter::end_entry(Level& level) {
 }
 
 /// Writes any value except a group.
-void JsonWriter::put_value(const ParserValue& value) {
-    const ParserValue::Type type = bk::ValueAccess::type(value);
+void JsonWriter::put_value(const bk::StoredValue& value) {
+    const ParserValue::Type type = value.type();
     switch (type) {
     case ParserValue::TYPE_GROUP: // a cleared group value
         out_.put("{}");
         break;
     case ParserValue::TYPE_STRING:
-        put_text(bk::ValueAccess::held_string(value).get_view());
+        put_text(value.held_string().get_view());
         break;
     case ParserValue::TYPE_BINARY_DATA:
         out_.put('{');
         put_key(binary_key);
-        out_.put_base64(bk::ValueAccess::bytes(value));
+        out_.put_base64(value.bytes());
         out_.put('}');
         break;
     case ParserValue::TYPE_BOOL:

@@ -46,7 +46,7 @@ private:
     void put_head(const ParserEntry& entry);
     bool write_values(Level& level, const ParserEntry& entry);
     void end_entry(Level& level);
-    void put_value(const ParserValue& value);
+    void put_value(const bk::StoredValue& value);
     void put_scalar(ParserValue::Type type, std::string_view word);
     void put_name(std::string_view name);
     void put_text(std::string_view text);

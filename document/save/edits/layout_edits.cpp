@@ -93,7 +93,7 @@ FileRange LayoutEdits::climb(FileRange place, std::size_t ancestor) const noexce
     return place;
 }
 
-bool LayoutEdits::is_same(TextRange word, const ParserValue& value) const {
+bool LayoutEdits::is_same(TextRange word, const bk::StoredValue& value) const {
     return reads_as(bk::classify_value(words(word)), words(word), value, has_escapes_);
 }
 

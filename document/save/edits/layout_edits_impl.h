@@ -191,7 +191,7 @@ private:
     static TextRange value_of(const OldGroup& group, const OldEntry& old, std::uint32_t i) noexcept {
         return group.values[old.first_value + i];
     }
-    bool is_same(TextRange word, const ParserValue& value) const;
+    bool is_same(TextRange word, const bk::StoredValue& value) const;
     bool refuse(const std::string& about, const char* why);
 
     std::string_view words(TextRange range) const noexcept {

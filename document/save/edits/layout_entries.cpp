@@ -13,7 +13,7 @@ namespace bk_parser {
 namespace {
 
 bool is_group(const ParserEntry& entry, std::uint32_t i) noexcept {
-    return bk::ValueAccess::type(bk::EntryAccess::value(entry, i)) == ParserValue::TYPE_GROUP;
+    return bk::EntryAccess::value(entry, i).type() == ParserValue::TYPE_GROUP;
 }
 
 /// How many values stand before the first group.

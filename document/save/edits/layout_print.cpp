@@ -56,7 +56,7 @@ std::string print_head(const ParserEntry& entry) {
     return print(false, true, [&](bk::TextWriter& writer) { writer.write_head(entry); });
 }
 
-std::string print_value(const ParserValue& value, const PrintLayout& layout) {
+std::string print_value(const bk::StoredValue& value, const PrintLayout& layout) {
     return laid_out(
         print(true, layout.has_escapes, [&](bk::TextWriter& writer) { writer.write_value(value, 1); }),
         layout);

@@ -21,6 +21,6 @@ std::string print_lines(const ParserEntry& entry,
 std::string print_in_line(const ParserEntry& entry, bool has_escapes);
 std::string print_head(const ParserEntry& entry);
 /// Prints one value; a group with its braces.
-std::string print_value(const ParserValue& value, const PrintLayout& layout);
+std::string print_value(const bk::StoredValue& value, const PrintLayout& layout);
 
 } // namespace bk_parser

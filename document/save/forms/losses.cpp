@@ -51,8 +51,7 @@ private:
 
     bool enter_next_group(Level& level, const ParserEntry& entry) {
         while (level.value < entry.get_value_count()) {
-            if (const ParserGroup* const group =
-                    bk::ValueAccess::group(bk::EntryAccess::value(entry, level.value++))) {
+            if (const ParserGroup* const group = bk::EntryAccess::value(entry, level.value++).group()) {
                 levels_.push_back({group, 0, 0}); // invalidates `level`
                 return true;
             }
@@ -80,8 +79,8 @@ private:
             check_binary_head(entry);
         }
         for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
-            const ParserValue& value = bk::EntryAccess::value(entry, i);
-            if (bk::ValueAccess::type(value) == ParserValue::TYPE_GROUP) {
+            const bk::StoredValue& value = bk::EntryAccess::value(entry, i);
+            if (value.type() == ParserValue::TYPE_GROUP) {
                 check_group(entry, value, i);
             } else if (is_text()) {
                 check_text_value(entry, value, i);
@@ -147,8 +146,8 @@ private:
         }
     }
 
-    void check_group(const ParserEntry& entry, const ParserValue& value, unsigned int i) {
-        const ParserGroup* const group = bk::ValueAccess::group(value);
+    void check_group(const ParserEntry& entry, const bk::StoredValue& value, unsigned int i) {
+        const ParserGroup* const group = value.group();
         if (group == nullptr) {
             lose("value-empty", "a value that was cleared");
             return;
@@ -164,10 +163,10 @@ private:
         }
     }
 
-    void check_text_value(const ParserEntry& entry, const ParserValue& value, unsigned int i) {
-        const ParserValue::Type type = bk::ValueAccess::type(value);
+    void check_text_value(const ParserEntry& entry, const bk::StoredValue& value, unsigned int i) {
+        const ParserValue::Type type = value.type();
         if (type == ParserValue::TYPE_STRING) {
-            check_text_string(entry, bk::ValueAccess::held_string(value).get_view(), i);
+            check_text_string(entry, value.held_string().get_view(), i);
             return;
         }
         if (type == ParserValue::TYPE_CHAR) {
@@ -202,12 +201,12 @@ private:
         }
     }
 
-    void check_binary_value(const ParserValue& value) {
-        const ParserValue::Type type = bk::ValueAccess::type(value);
+    void check_binary_value(const bk::StoredValue& value) {
+        const ParserValue::Type type = value.type();
         if (type == ParserValue::TYPE_WORD) {
             lose("value-empty", "a bare word");
         } else if (type == ParserValue::TYPE_STRING &&
-                   bk::ValueAccess::held_string(value).get_view().find('\0') != std::string_view::npos) {
+                   value.held_string().get_view().find('\0') != std::string_view::npos) {
             lose("string-cut", "the binary form ends a string at a NUL");
         }
     }

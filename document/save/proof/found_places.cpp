@@ -13,7 +13,7 @@ constexpr unsigned int furthest = 16; // entries compared for each name
 
 const ParserGroup* last_group(const ParserEntry* entry) noexcept {
     const unsigned int count = entry == nullptr ? 0 : entry->get_value_count();
-    return count == 0 ? nullptr : bk::ValueAccess::group(bk::EntryAccess::value(*entry, count - 1));
+    return count == 0 ? nullptr : bk::EntryAccess::value(*entry, count - 1).group();
 }
 
 } // namespace
@@ -39,8 +39,7 @@ void FoundPlaces::list(const ParserGroup& root) {
             index_.emplace(entry, places_.size());
             places_.push_back({entry, 0, 0});
             for (unsigned int i = 0; i < entry->get_value_count(); ++i) {
-                if (const ParserGroup* const inner =
-                        bk::ValueAccess::group(bk::EntryAccess::value(*entry, i))) {
+                if (const ParserGroup* const inner = bk::EntryAccess::value(*entry, i).group()) {
                     pending.push_back(inner);
                 }
             }

@@ -17,7 +17,7 @@ struct Level {
 /// The last value of an entry if it is a group: a text has no other group values.
 const ParserGroup* group_of(const ParserEntry& entry) noexcept {
     const ParserValueList& values = bk::EntryAccess::values(entry);
-    return values.may_hold_groups() ? bk::ValueAccess::group(values[values.get_count() - 1]) : nullptr;
+    return values.may_hold_groups() ? values[values.get_count() - 1].group() : nullptr;
 }
 
 /// Calls `visit` with each entry, parents first, until it returns false.

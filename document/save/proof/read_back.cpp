@@ -95,10 +95,9 @@ bool ReadBack::open_group(const bk::Token&) {
     }
     Level& level = levels_.back();
     const ParserEntry& entry = *level.entry;
-    const ParserGroup* const group =
-        level.value_count < entry.get_value_count()
-            ? bk::ValueAccess::group(bk::EntryAccess::value(entry, level.value_count))
-            : nullptr;
+    const ParserGroup* const group = level.value_count < entry.get_value_count()
+                                         ? bk::EntryAccess::value(entry, level.value_count).group()
+                                         : nullptr;
     ++level.value_count;
     if (group == nullptr || !group->get_name().is_empty()) {
         fail(&entry);

@@ -12,23 +12,23 @@ namespace {
 
 using GroupPair = std::pair<const ParserGroup*, const ParserGroup*>;
 
-bool same_value(const ParserValue& left, const ParserValue& right, std::vector<GroupPair>& pending) {
-    const ParserValue::Type type = bk::ValueAccess::type(left);
-    if (type != bk::ValueAccess::type(right)) {
+bool same_value(const bk::StoredValue& left, const bk::StoredValue& right, std::vector<GroupPair>& pending) {
+    const ParserValue::Type type = left.type();
+    if (type != right.type()) {
         return false;
     }
     switch (type) {
     case ParserValue::TYPE_GROUP:
-        pending.emplace_back(bk::ValueAccess::group(left), bk::ValueAccess::group(right));
+        pending.emplace_back(left.group(), right.group());
         return pending.back().first != nullptr && pending.back().second != nullptr;
     case ParserValue::TYPE_STRING:
-        return bk::ValueAccess::held_string(left) == bk::ValueAccess::held_string(right);
+        return left.held_string() == right.held_string();
     case ParserValue::TYPE_BINARY_DATA:
-        return bk::ValueAccess::bytes(left) == bk::ValueAccess::bytes(right);
+        return left.bytes() == right.bytes();
     case ParserValue::TYPE_WORD:
         return true;
     default:
-        return bk::ValueAccess::scalar_bits(left) == bk::ValueAccess::scalar_bits(right);
+        return left.scalar_bits() == right.scalar_bits();
     }
 }
 

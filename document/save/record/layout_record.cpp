@@ -30,7 +30,7 @@ const ParserGroup* last_group(const ParserEntry* entry) noexcept {
     if (entry == nullptr || !entry->has_value()) {
         return nullptr;
     }
-    return bk::ValueAccess::group(bk::EntryAccess::value(*entry, entry->get_value_count() - 1));
+    return bk::EntryAccess::value(*entry, entry->get_value_count() - 1).group();
 }
 
 } // namespace

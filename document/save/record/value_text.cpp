@@ -28,22 +28,22 @@ bool reads_as_bytes(std::string_view word, std::string_view bytes) {
 
 } // namespace
 
-bool reads_as(ParserWord::Type kind, std::string_view word, const ParserValue& value, bool has_escapes) {
+bool reads_as(ParserWord::Type kind, std::string_view word, const bk::StoredValue& value, bool has_escapes) {
     const ParserValue::Type type = bk::value_type_of(kind);
-    if (type != bk::ValueAccess::type(value)) {
+    if (type != value.type()) {
         return false;
     }
-    if (bk::ValueAccess::is_spelled(value)) {
-        return bk::ValueAccess::spelling(value) == word;
+    if (value.is_spelled()) {
+        return value.spelling() == word;
     }
     if (type == ParserValue::TYPE_STRING) {
-        return reads_as_string(word, bk::ValueAccess::held_string(value).get_view(), has_escapes);
+        return reads_as_string(word, value.held_string().get_view(), has_escapes);
     }
     if (type == ParserValue::TYPE_BINARY_DATA) {
-        return reads_as_bytes(word, bk::ValueAccess::bytes(value));
+        return reads_as_bytes(word, value.bytes());
     }
     const ParserValue read(type, CoreString(word));
-    return bk::ValueAccess::scalar_bits(read) == bk::ValueAccess::scalar_bits(value);
+    return bk::StoredValue::of(read).scalar_bits() == value.scalar_bits();
 }
 
 } // namespace bk_parser

@@ -16,14 +16,18 @@ struct Shape {
     PyObject* entry; // owned reference
 };
 
-/// Whether all values are numbers of that type, in one block. Decodes numbers that have only their spelling so far.
+/// Whether all values are numbers of that type, in one block. Decodes numbers that have only their spelling so far. A number with a
+/// spelling of a mebibyte is not in the block.
 bool are_in_place(const ParserEntry& entry, ParserValue::Type type) {
-    const ParserValue* const first = bk::EntryAccess::values(entry).side_by_side();
+    const bk::StoredValue* const first = bk::EntryAccess::values(entry).side_by_side();
     for (unsigned int i = 0; first != nullptr && i < entry.get_value_count(); ++i) {
-        if (bk::ValueAccess::type(first[i]) != type) {
+        if (first[i].type() != type) {
             return false;
         }
-        static_cast<void>(bk::ValueAccess::scalar(first[i]));
+        first[i].make_value();
+        if (!first[i].has_scalar_inside()) {
+            return false;
+        }
     }
     return first != nullptr;
 }
@@ -47,11 +51,11 @@ void fill(PyObject* self, Py_buffer& view, int flags) {
     if ((flags & PyBUF_STRIDES) != PyBUF_STRIDES && entry.get_value_count() != 1) {
         refuse("the values do not stand next to each other; make a list or an array of them");
     }
-    const ParserValue& first = bk::EntryAccess::value(entry, 0);
+    const bk::StoredValue& first = bk::EntryAccess::value(entry, 0);
     auto shape = std::make_unique<Shape>(Shape{static_cast<Py_ssize_t>(entry.get_value_count()),
-                                               static_cast<Py_ssize_t>(sizeof(ParserValue)),
+                                               static_cast<Py_ssize_t>(sizeof(bk::StoredValue)),
                                                Py_NewRef(reinterpret_cast<PyObject*>(&handle))});
-    view.buf = const_cast<double*>(&bk::ValueAccess::scalar(first).as_double);
+    view.buf = const_cast<double*>(&first.scalar().as_double);
     view.itemsize = is_double ? sizeof(double) : sizeof(int);
     view.len = shape->count * view.itemsize;
     view.readonly = 1;
