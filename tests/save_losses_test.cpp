@@ -192,6 +192,21 @@ TEST(save_losses_kept, a_version_without_escapes_has_no_line_ends_in_strings) {
     EXPECT_EQ(folder.read("file"), "a \"x\"\n");
 }
 
+TEST(save_losses_kept, a_string_whose_quotes_are_escaped_holds_no_include) {
+    const ScratchFolder folder;
+    for (const Form form : {Form::text, Form::enciphered}) {
+        Document document;
+        set(document.root(), "note", "see #include \"a.bkd\"");
+        const SaveResult result = save(document, folder.path("file"), options_for(form));
+        EXPECT_TRUE(result.ok()) << result.reason << codes_of(result);
+        LoadOptions options;
+        options.key = "key";
+        const LoadResult again = load(folder.path("file"), options);
+        EXPECT_TRUE(again.ok());
+        EXPECT_EQ(content_difference(document.root(), again.document.root()), "");
+    }
+}
+
 TEST(save_losses_kept, a_group_left_open_cannot_move_before_another_entry) {
     const ScratchFolder folder;
     const std::string before = "a 1\nb 1\ng {\n  c 1\n";
