@@ -185,6 +185,8 @@ private:
     bool drop_behind(TextRange before, TextRange dropped, const ParserEntry& now);
     bool has_comment(const FileRange& place) const;
     bool refuse_split(const ParserEntry& now);
+    bool is_cut(TextRange word);
+    bool refuse_cut(const ParserEntry& now);
     bool insert_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now, std::uint32_t at,
                        std::uint32_t first, std::uint32_t last);
     std::string separator(const OldGroup& group, const OldEntry& old) const;

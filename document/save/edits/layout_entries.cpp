@@ -66,6 +66,9 @@ bool LayoutEdits::edit_head(const OldEntry& old, const ParserEntry& now) {
         name.array_count == now.get_array_count()) {
         return true;
     }
+    if (is_cut(old.name)) {
+        return refuse_cut(now);
+    }
     return replace(old.name, print_head(now), now);
 }
 
