@@ -99,6 +99,7 @@ private:
                 return fail(path_ + ": " + edits.reason() + ": the layout cannot be kept");
             }
             dropped_ = edits.dropped_files();
+            prints_quotes_ = edits.prints_quotes();
             std::string reason;
             if (!may_edit(edits.edits()) ||
                 !apply_edits(*old_, names, edits.edits(), state_.key, bytes_, reason)) {
@@ -162,7 +163,20 @@ private:
         included_ = fresh.included();
         shifts_ = proof.shifts;
         note_unread_words(fresh);
-        return (proof.is_equal && is_same_syntax) || explain(proof.difference, fresh);
+        return proof.is_equal && is_same_syntax ? carries_quotes() : explain(proof.difference, fresh);
+    }
+
+    /// Reports as losses the strings that a version without escapes cannot spell, when the save printed some of them.
+    bool carries_quotes() {
+        if (!prints_quotes_) {
+            return true;
+        }
+        for (Problem& loss : find_losses(*state_.root, Form::text, has_escapes_)) {
+            if (loss.code == "string-needs-escapes") {
+                result_.losses.push_back(std::move(loss));
+            }
+        }
+        return options_.lossy || fail(path_ + ": the text form cannot carry everything, see the losses");
     }
 
     /// Reports as losses the includes that only the working folder provides: in another folder they would be missing.
@@ -320,6 +334,7 @@ private:
     bool is_elsewhere_;
     std::string path_;
     bool has_escapes_ = true;
+    bool prints_quotes_ = false;
     const NewBytes memory_; // the text of a document in memory
     std::optional<SaveSources> old_;
     std::optional<LayoutRecord> record_;
