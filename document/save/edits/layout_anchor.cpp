@@ -106,7 +106,7 @@ bool LayoutEdits::compose(const Anchor& anchor, const Gap& gap, const std::vecto
         anchor.way == Anchor::Way::in_line_behind || anchor.way == Anchor::Way::in_line_before;
     // Avoids searching a long line for its ends each time.
     const std::string line_end(is_in_line ? std::string_view() : layout_at(anchor).line_break);
-    const bool ends_with_line = text.empty() || text.back() == '\n';
+    const bool ends_with_line = line_begin(text, text.size()) == text.size();
     for (const Addition& addition : additions) {
         switch (anchor.way) {
         case Anchor::Way::lines_behind:
