@@ -235,7 +235,7 @@ TEST_F(document_save_comments, of_another_indentation_above_an_entry_stay_where_
 
 TEST_F(document_save_comments, inside_a_word_are_not_lost_with_it) {
     const std::string text = "power 60.0// watts\ncolour 1 1 1\nname// of it\nx 2\n";
-    const std::string reason = "' has a word that goes on behind a comment or a directive";
+    const std::string reason = "' has a word that goes on after a comment or a directive";
     LoadResult loaded = load_text(text);
     ASSERT_TRUE(loaded.ok());
     ASSERT_TRUE(set(loaded.document.root(), "power", 70.0));

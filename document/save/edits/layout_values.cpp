@@ -147,7 +147,7 @@ bool LayoutEdits::is_cut(TextRange word) {
 bool LayoutEdits::refuse_cut(const ParserEntry& now) {
     return refuse(
         std::string(now.get_name().get_view()),
-        "has a word that goes on behind a comment or a directive: put a blank before that, and load "
+        "has a word that goes on after a comment or a directive: put a blank before that, and load "
         "the document again");
 }
 
