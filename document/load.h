@@ -52,15 +52,15 @@ public:
     /// Returns a copy, because the document is temporary.
     std::vector<std::filesystem::path> dependencies() &&;
     /// The include directives of its files in the order of reading, those that failed too. A file that is included
-    /// more than once has its directives listed once.
+    /// more than once has its directives listed once. As they were at the load: a save does not change this list, but `dependencies`.
     const std::vector<Include>& includes() const&;
     /// Returns a copy, because the document is temporary.
     std::vector<Include> includes() &&;
-    /// The files that it was read from, each once, in the order of reading: the document first.
+    /// The files that it was read from, each once, in the order of reading: the document first. A save does not change this list.
     const std::vector<DocumentFile>& files() const&;
     /// Returns a copy, because the document is temporary.
     std::vector<DocumentFile> files() &&;
-    /// Bytes of the text that was parsed: includes spliced in, comments left out. 0 in the binary form.
+    /// Bytes of the text that was parsed: includes spliced in, comments left out. 0 in the binary form. A save does not change it.
     std::uint64_t expanded_size() const;
     /// The version of the syntax by which its text was read. For a form without text, the version that the library writes.
     double version() const;

@@ -114,6 +114,8 @@ struct SavePreview {
 /// - A copy of an entry has the same line and column. It takes the layout only where the original is gone.
 /// - Words that were not read stay where they are. A save that would remove one is refused, with its place. So is one that would change
 ///   a value, or remove a group, after a name that was not read: it may be meant for that name.
+/// - A name or value that a comment or a directive cuts in two (the warnings "comment-joins-line" and "include-joins-word") stays as it
+///   is. A save that would change it, or remove that value, is refused.
 /// - A file that is included more than once, under one name or several (symbolic or hard links), changes when the tree was changed in
 ///   the same way in each place. Where one place was cleared, its directive is removed instead. Otherwise the save is refused. Each hard
 ///   link becomes a file of its own.

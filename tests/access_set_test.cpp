@@ -200,6 +200,15 @@ TEST_F(access_set, keys_templates_and_next_numbers_are_made) {
         "key \"k\" 5");
 }
 
+TEST_F(access_set, no_keyword_gets_a_template) {
+    EXPECT_FALSE(set(root_, "#k<t>", 1));
+    EXPECT_FALSE(set(root_, "g/#k<t>/x", 1));
+    EXPECT_EQ(bk_parser::add(root_, "#k<t>"), nullptr);
+    EXPECT_EQ(text(), "");
+    EXPECT_TRUE(set(root_, "#k<>", 1));
+    EXPECT_EQ(text(), " #k 1");
+}
+
 TEST_F(access_set, a_group_is_made_behind_the_values_of_an_entry) {
     fill("a 5 b \"key\" ");
     EXPECT_TRUE(set(root_, "a/x", 1));

@@ -232,3 +232,22 @@ TEST_F(document_save_comments, of_another_indentation_above_an_entry_stay_where_
     loaded.document.root().move_entry(1, 2);
     expect_saved(loaded.document, "a 1\n  // no one's\nc 3\n// about b\nb 2\n");
 }
+
+TEST_F(document_save_comments, inside_a_word_are_not_lost_with_it) {
+    const std::string text = "power 60.0// watts\ncolour 1 1 1\nname// of it\nx 2\n";
+    const std::string reason = "' has a word that goes on after a comment or a directive";
+    LoadResult loaded = load_text(text);
+    ASSERT_TRUE(loaded.ok());
+    ASSERT_TRUE(set(loaded.document.root(), "power", 70.0));
+    expect_refused(loaded.document, "entry 'power" + reason);
+    loaded = load_text(text);
+    ASSERT_TRUE(bk_parser::remove(loaded.document.root(), "power@0"));
+    expect_refused(loaded.document, "entry 'power" + reason);
+    loaded = load_text(text);
+    ASSERT_TRUE(rename(loaded.document.root(), "namex", "n"));
+    expect_refused(loaded.document, "entry 'n" + reason);
+    loaded = load_text(text);
+    ASSERT_TRUE(set(loaded.document.root(), "power@1", 2));
+    ASSERT_TRUE(set(loaded.document.root(), "namex", 3));
+    expect_saved(loaded.document, "power 60.0// watts\ncolour 2 1 1\nname// of it\nx 3\n");
+}

@@ -76,6 +76,50 @@ TEST(save_losses_kept, a_version_without_escapes_has_no_line_ends_in_strings) {
     EXPECT_EQ(folder.read("file"), "a \"x\"\n");
 }
 
+TEST(save_losses_kept, a_version_without_escapes_has_no_quotes_in_strings) {
+    const ScratchFolder folder;
+    const std::string path = folder.write("file", "// c\na \"x\"\n");
+    for (const char* place : {"a", "new", "group/new"}) {
+        LoadResult loaded = load(path);
+        set(loaded.document.root(), place, "19\"rack");
+        const SaveResult result = save(loaded.document);
+        EXPECT_FALSE(result.ok()) << place;
+        EXPECT_NE(codes_of(result).find("string-needs-escapes"), std::string::npos)
+            << codes_of(result) << result.reason;
+        EXPECT_EQ(folder.read("file"), "// c\na \"x\"\n");
+    }
+}
+
+TEST(save_losses_kept, quotes_in_a_version_without_escapes_are_saved_with_a_leave) {
+    const ScratchFolder folder;
+    const std::string path = folder.write("file", "// c\na \"x\"\n");
+    LoadResult loaded = load(path);
+    set(loaded.document.root(), "a", "19\"rack");
+    SaveOptions options;
+    options.lossy = true;
+    const SaveResult result = save(loaded.document, {}, options);
+    EXPECT_TRUE(result.ok()) << result.reason;
+    EXPECT_EQ(result.losses.size(), 1U) << codes_of(result);
+    EXPECT_EQ(folder.read("file"), "// c\na \"19\"rack\"\n");
+    set(loaded.document.root(), "b", 1);
+    EXPECT_TRUE(save(loaded.document).ok()) << "a string that stands in the file already stays";
+}
+
+TEST(save_losses_kept, a_string_whose_quotes_are_escaped_holds_no_include) {
+    const ScratchFolder folder;
+    for (const Form form : {Form::text, Form::enciphered}) {
+        Document document;
+        set(document.root(), "note", "see #include \"a.bkd\"");
+        const SaveResult result = save(document, folder.path("file"), options_for(form));
+        EXPECT_TRUE(result.ok()) << result.reason << codes_of(result);
+        LoadOptions options;
+        options.key = "key";
+        const LoadResult again = load(folder.path("file"), options);
+        EXPECT_TRUE(again.ok());
+        EXPECT_EQ(content_difference(document.root(), again.document.root()), "");
+    }
+}
+
 TEST(save_losses_kept, a_group_left_open_cannot_move_before_another_entry) {
     const ScratchFolder folder;
     const std::string before = "a 1\nb 1\ng {\n  c 1\n";

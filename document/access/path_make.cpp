@@ -56,13 +56,23 @@ unsigned int next_number(const PathWay& way, const PathStep& step) {
     return way.group == nullptr ? 0 : count_like(*way.group, step);
 }
 
+/// Whether an entry can have the name and template of a step. A keyword has no template in a text.
+bool is_head_makeable(const PathStep& step) noexcept {
+    bool is_keyword = false;
+    if (step.is_any_depth || step.is_any_name || !is_plain_name(step.name, is_keyword)) {
+        return false;
+    }
+    if (!step.template_name || step.template_name->empty()) {
+        return true;
+    }
+    bool is_template_keyword = false;
+    return !is_keyword && is_plain_name(*step.template_name, is_template_keyword) && !is_template_keyword;
+}
+
 /// Whether a step says how to make its entry: it is a name, with at most one key and then at most one number, which must be that of the
 /// next entry. `way` is null in a new group.
 bool is_makeable(const PathStep& step, const PathWay* way) {
-    bool is_keyword = false;
-    if (step.is_any_depth || step.is_any_name || !is_plain_name(step.name, is_keyword) ||
-        (step.template_name && !step.template_name->empty() &&
-         (!is_plain_name(*step.template_name, is_keyword) || is_keyword))) {
+    if (!is_head_makeable(step)) {
         return false;
     }
     bool has_key = false;

@@ -103,6 +103,7 @@ private:
                 return fail(path_ + ": " + edits.reason() + ": the layout cannot be kept");
             }
             dropped_ = edits.dropped_files();
+            prints_quotes_ = edits.prints_quotes();
             if (!may_edit(edits.edits())) {
                 return false;
             }
@@ -139,11 +140,15 @@ private:
     /// Whether all edits are in the document's own file, whose old text nobody needs if the save succeeds. Making the new text
     /// in its place spares a fresh copy, a sixth of the save of a large document.
     bool can_splice(const std::vector<Edit>& edits, const FileNames& names) const {
+        const std::string_view text = old_->map().get_files().front()->text.get_text();
+        const bool may_change_end = !text.ends_with('\n'); // see keep_last_line
         return may_splice_ && preview_ == nullptr && !is_elsewhere_ && memory_.empty() && !edits.empty() &&
                !names.has_several_names() && !old_->is_enciphered(path_) &&
                std::all_of(edits.begin(), edits.end(),
-                           [](const Edit& edit) { return edit.inclusion == 0; }) &&
-               !breaks_returns(old_->map().get_files().front()->text.get_text(), edits);
+                           [&](const Edit& edit) {
+                               return edit.inclusion == 0 && !(may_change_end && edit.end == text.size());
+                           }) &&
+               !breaks_returns(text, edits);
     }
 
     void splice_document(const std::vector<Edit>& edits) {
@@ -199,7 +204,20 @@ private:
         included_ = fresh.included();
         shifts_ = proof.shifts;
         note_unread_words(fresh);
-        return (proof.is_equal && is_same_syntax) || explain(proof.difference, fresh);
+        return proof.is_equal && is_same_syntax ? carries_quotes() : explain(proof.difference, fresh);
+    }
+
+    /// Reports as losses the strings that a version without escapes cannot spell, when the save printed some of them.
+    bool carries_quotes() {
+        if (!prints_quotes_) {
+            return true;
+        }
+        for (Problem& loss : find_losses(*state_.root, Form::text, has_escapes_)) {
+            if (loss.code == "string-needs-escapes") {
+                result_.losses.push_back(std::move(loss));
+            }
+        }
+        return options_.lossy || fail(path_ + ": the text form cannot carry everything, see the losses");
     }
 
     Proof proof_of(std::string_view now) {
@@ -374,6 +392,7 @@ private:
     bool is_elsewhere_;
     std::string path_;
     bool has_escapes_ = true;
+    bool prints_quotes_ = false;
     const NewBytes memory_; // the text of a document in memory
     std::optional<SaveSources> old_;
     std::optional<LayoutRecord> record_;

@@ -18,6 +18,20 @@ bool breaks_returns(std::string_view text, const std::vector<Edit>& edits) {
            text.find('\r') != std::string_view::npos;
 }
 
+namespace {
+
+/// A text whose last line has no line end stays so, whatever its last line is now.
+void keep_last_line(std::string_view before, std::string& text) {
+    if (!before.empty() && !before.ends_with('\n') && text.ends_with('\n')) {
+        text.pop_back();
+        if (text.ends_with('\r')) {
+            text.pop_back();
+        }
+    }
+}
+
+} // namespace
+
 bool apply_edits(const SaveSources& sources, const FileNames& names, const std::vector<Edit>& edits,
                  const std::string& key, NewBytes& bytes, std::string& reason) {
     const SourceMap& map = sources.map();
@@ -56,6 +70,7 @@ bool apply_edits(const SaveSources& sources, const FileNames& names, const std::
             return false;
         }
         std::string text = edited(map.get_files()[file]->text.get_text(), changes);
+        keep_last_line(map.get_files()[file]->text.get_text(), text);
         bytes[path] = sources.is_enciphered(path) ? enciphered(text, key) : std::move(text);
     }
     return true;

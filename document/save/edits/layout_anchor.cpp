@@ -106,7 +106,7 @@ bool LayoutEdits::compose(const Anchor& anchor, const Gap& gap, const std::vecto
         anchor.way == Anchor::Way::in_line_behind || anchor.way == Anchor::Way::in_line_before;
     // Avoids searching a long line for its ends each time.
     const std::string line_end(is_in_line ? std::string_view() : layout_at(anchor).line_break);
-    const bool ends_with_line = text.empty() || text.back() == '\n';
+    const bool ends_with_line = line_begin(text, text.size()) == text.size();
     for (const Addition& addition : additions) {
         switch (anchor.way) {
         case Anchor::Way::lines_behind:
@@ -154,6 +154,7 @@ bool LayoutEdits::add_lines(const Anchor& anchor, const Gap& gap, const Addition
     bool is_first = true;
     for (std::uint32_t i = 0; i < addition.count; ++i) {
         if (addition.entries[i] != nullptr) {
+            note_quotes(*addition.entries[i]);
             edit.text += is_first ? std::string_view() : layout.line_break;
             edit.text += layout.indent + print_lines(*addition.entries[i], layout);
             is_first = false;
@@ -200,6 +201,7 @@ bool LayoutEdits::add_in_line(const Anchor& anchor, const Gap& gap, const Additi
     bool is_first = true;
     for (std::uint32_t i = 0; i < addition.count; ++i) {
         if (addition.entries[i] != nullptr) {
+            note_quotes(*addition.entries[i]);
             edit.text += (is_first ? "" : " ") + print_in_line(*addition.entries[i], has_escapes_);
             is_first = false;
         }

@@ -50,6 +50,9 @@ public:
     const std::vector<Edit>& edits() const noexcept { return edits_; }
     /// The files that nothing includes any more, because the entries around their directives were removed.
     const std::vector<std::string>& dropped_files() const noexcept { return dropped_; }
+    /// Whether a string with a quote was printed into a text whose version has no escapes. It may read back as it is, but a load
+    /// reports it as an error.
+    bool prints_quotes() const noexcept { return prints_quotes_; }
 
 private:
     /// The bytes of a moved entry, including all changes inside.
@@ -172,6 +175,10 @@ private:
     bool edit_last_group(const OldEntry& old, const ParserEntry& now, std::uint32_t count);
     bool drop_group(const OldEntry& old, const ParserEntry& now);
     bool reprint(const OldEntry& old, const ParserEntry& now);
+    template <class Printed>
+    void note_quotes(const Printed& printed) {
+        prints_quotes_ = prints_quotes_ || (!has_escapes_ && has_quote(printed));
+    }
     bool replace(TextRange range, std::string text, const ParserEntry& about);
     PrintLayout layout_of(std::uint32_t at);
     std::string value_text(const ParserEntry& now, std::uint32_t i, std::uint32_t at);
@@ -185,6 +192,8 @@ private:
     bool drop_behind(TextRange before, TextRange dropped, const ParserEntry& now);
     bool has_comment(const FileRange& place) const;
     bool refuse_split(const ParserEntry& now);
+    bool is_cut(TextRange word);
+    bool refuse_cut(const ParserEntry& now);
     bool insert_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now, std::uint32_t at,
                        std::uint32_t first, std::uint32_t last);
     std::string separator(const OldGroup& group, const OldEntry& old) const;
@@ -213,6 +222,7 @@ private:
     std::vector<Removal> removals_;
     std::uint32_t inside_ = no_index; // the carried text that is edited now
     bool has_printed_ = false;        // a moved or new entry was printed
+    bool prints_quotes_ = false;
     std::vector<PendingGroup> pending_;
     std::vector<std::string> units_; // one level of indentation, by file
 };

@@ -66,6 +66,9 @@ bool LayoutEdits::edit_head(const OldEntry& old, const ParserEntry& now) {
         name.array_count == now.get_array_count()) {
         return true;
     }
+    if (is_cut(old.name)) {
+        return refuse_cut(now);
+    }
     return replace(old.name, print_head(now), now);
 }
 
@@ -107,6 +110,7 @@ bool LayoutEdits::drop_group(const OldEntry& old, const ParserEntry& now) {
 
 /// Prints the entry anew in its place.
 bool LayoutEdits::reprint(const OldEntry& old, const ParserEntry& now) {
+    note_quotes(now);
     return replace({old.name.begin, old.end}, print_lines(now, layout_of(old.name.begin)), now);
 }
 
@@ -143,6 +147,7 @@ PrintLayout LayoutEdits::layout_of(std::uint32_t at) {
 }
 
 std::string LayoutEdits::value_text(const ParserEntry& now, std::uint32_t i, std::uint32_t at) {
+    note_quotes(bk::EntryAccess::value(now, i));
     if (!is_group(now, i)) {
         return print_value(bk::EntryAccess::value(now, i), {{}, {}, "\n", has_escapes_});
     }

@@ -116,13 +116,7 @@ LineRange removal_of(std::string_view text, std::size_t begin, std::size_t end) 
     if (!ends_line(text, end)) {
         return {begin, skip_blanks(text, end), false};
     }
-    std::size_t first = line_begin(text, begin);
-    const std::size_t last = next_line(text, end);
-    if (last == text.size() && first > first_byte(text) && (last == 0 || text[last - 1] != '\n')) {
-        --first; // keep a text without a last line end as it is
-        first -= first != 0 && text[first - 1] == '\r' ? 1 : 0;
-    }
-    return {first, last, true};
+    return {line_begin(text, begin), next_line(text, end), true};
 }
 
 std::string indented_anew(std::string_view lines, std::string_view from, std::string_view to) {

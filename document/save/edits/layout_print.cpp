@@ -1,5 +1,8 @@
 #include "document/save/edits/layout_print_impl.h"
 
+#include "document/ranges.h"
+#include "parser/model/parser_entry_impl.h"
+#include "parser/model/parser_value_impl.h"
 #include "parser/text/parser_text_writer_impl.h"
 
 namespace bk_parser {
@@ -40,6 +43,20 @@ std::string laid_out(const std::string& printed, const PrintLayout& layout) {
     }
 }
 
+bool is_string_with_quote(const bk::StoredValue& value) noexcept {
+    return value.type() == ParserValue::TYPE_STRING &&
+           value.held_string().get_view().find('"') != std::string_view::npos;
+}
+
+bool has_own_quote(const ParserEntry& entry) noexcept {
+    for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
+        if (is_string_with_quote(bk::EntryAccess::value(entry, i))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 std::string print_lines(const ParserEntry& entry, const PrintLayout& layout) {
@@ -60,6 +77,28 @@ std::string print_value(const bk::StoredValue& value, const PrintLayout& layout)
     return laid_out(
         print(true, layout.has_escapes, [&](bk::TextWriter& writer) { writer.write_value(value, 1); }),
         layout);
+}
+
+bool has_quote(const bk::StoredValue& value) {
+    const ParserGroup* const group = value.group();
+    if (group == nullptr) {
+        return is_string_with_quote(value);
+    }
+    for (Walker walker(*group); walker.next();) {
+        if (has_own_quote(walker.visit().entry())) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool has_quote(const ParserEntry& entry) {
+    for (unsigned int i = 0; i < entry.get_value_count(); ++i) {
+        if (has_quote(bk::EntryAccess::value(entry, i))) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace bk_parser

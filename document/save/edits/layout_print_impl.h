@@ -23,4 +23,9 @@ std::string print_head(const ParserEntry& entry);
 /// Prints one value; a group with its braces.
 std::string print_value(const bk::StoredValue& value, const PrintLayout& layout);
 
+/// Whether the value is a string with a quote, or a group that holds one.
+bool has_quote(const bk::StoredValue& value);
+/// Whether a value of the entry does.
+bool has_quote(const ParserEntry& entry);
+
 } // namespace bk_parser

@@ -28,6 +28,11 @@ bool LayoutEdits::edit_values(const OldGroup& group, const OldEntry& old, const 
         ++tail;
     }
     const std::uint32_t replaced = least - tail;
+    for (std::uint32_t i = head; i < old.value_count - tail; ++i) {
+        if ((i >= replaced || !is_kept(i, i)) && is_cut(value_of(group, old, i))) {
+            return refuse_cut(now);
+        }
+    }
     for (std::uint32_t i = head; i < replaced; ++i) {
         if (!is_kept(i, i) &&
             !replace(value_of(group, old, i), value_text(now, i, value_of(group, old, i).begin), now)) {
@@ -131,6 +136,18 @@ bool LayoutEdits::has_comment(const FileRange& place) const {
 
 bool LayoutEdits::refuse_split(const ParserEntry& now) {
     return refuse(std::string(now.get_name().get_view()), "begins in one file and ends in another");
+}
+
+/// Whether a comment or a directive stands inside a word: it would be lost with the word.
+bool LayoutEdits::is_cut(TextRange word) {
+    FileRange place;
+    return locate(word, place) && place.end - place.begin != word.end - word.begin;
+}
+
+bool LayoutEdits::refuse_cut(const ParserEntry& now) {
+    return refuse(std::string(now.get_name().get_view()),
+                  "has a word that goes on after a comment or a directive: put a blank before that, and load "
+                  "the document again");
 }
 
 bool LayoutEdits::insert_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now,

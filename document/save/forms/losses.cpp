@@ -195,10 +195,16 @@ private:
             if (text.find(lost_in_archives) != std::string_view::npos) {
                 lose("string-cut", "an archive ends a string at the byte 0x0F");
             }
-        } else if (text.find(bk::version_directive) != std::string_view::npos ||
-                   (std::string(text) + '"').find(bk::include_directive) != std::string::npos) {
+        } else if (text.find(bk::version_directive) != std::string_view::npos || spells_include(text)) {
             lose("directive", "a string with a directive, which is found there, too");
         }
+    }
+
+    /// An escaped quote does not begin the name of an include, but the quote that ends the string does.
+    bool spells_include(std::string_view text) const {
+        const std::string quoted = std::string(text) + '"';
+        return has_escapes_ ? quoted.ends_with(bk::include_directive)
+                            : quoted.find(bk::include_directive) != std::string::npos;
     }
 
     void check_binary_value(const bk::StoredValue& value) {
