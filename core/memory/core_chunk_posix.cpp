@@ -79,6 +79,18 @@ void give_chunks_back(void* chunks, std::size_t size) noexcept {
     munmap(chunks, size);
 }
 
+void empty_chunks([[maybe_unused]] void* bytes, [[maybe_unused]] std::size_t size) noexcept {
+#if defined(__linux__)
+    const auto begin = (reinterpret_cast<std::uintptr_t>(bytes) + chunk_size - 1) / chunk_size * chunk_size;
+    const auto end = (reinterpret_cast<std::uintptr_t>(bytes) + size) / chunk_size * chunk_size;
+    if (begin < end) {
+        const int kept = errno;
+        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
+        errno = kept;
+    }
+#endif
+}
+
 } // namespace bk
 
 #endif

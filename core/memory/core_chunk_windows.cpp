@@ -50,6 +50,8 @@ void give_chunks_back(void* chunks, std::size_t) noexcept {
     VirtualFree(chunks, 0, MEM_RELEASE);
 }
 
+void empty_chunks(void*, std::size_t) noexcept {}
+
 } // namespace bk
 
 #endif

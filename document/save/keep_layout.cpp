@@ -349,7 +349,7 @@ private:
         }
         FileSet files;
         if (splice_) {
-            files.add(path_, {}, spliced_.get_view(), known(path_));
+            files.add_spent(path_, spliced_.get_view(), known(path_));
             result_.written.push_back(path_of_text(path_));
         }
         const auto own = bytes_.find(path_);

@@ -38,6 +38,8 @@ public:
     /// Refers to the bytes, which must live until replace() returns. The old file must be `known`, if that is given.
     void add(std::string path, std::string_view head, std::string_view body,
              const std::optional<KnownFile>& known = {});
+    /// The same for bytes that nobody needs once they are written: replace() may leave zeros in their place.
+    void add_spent(std::string path, std::string_view body, const std::optional<KnownFile>& known);
     /// Replaces the files. Returns an empty text when every byte is on the disk. Otherwise returns what failed, with the file
     /// and the system's reason, and every file is as it was.
     std::string replace();
@@ -51,6 +53,7 @@ private:
         std::string created;
         std::string kept; // copy of the old file
         std::optional<KnownFile> known;
+        bool is_spent = false; // nobody needs the body once it is written
         bool had_old = false;
         bool is_replaced = false;
     };
