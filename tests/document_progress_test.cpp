@@ -148,6 +148,9 @@ TEST(document_progress, what_was_cancelled_is_not_saved_over_the_file) {
     EXPECT_FALSE(saved.ok());
     ASSERT_EQ(saved.losses.size(), 1u);
     EXPECT_EQ(saved.losses[0].message, "all of it, as the load was cancelled");
+    bk_parser::SaveOptions lossy;
+    lossy.lossy = true;
+    EXPECT_FALSE(bk_parser::save(result.document, path, lossy).ok());
     EXPECT_EQ(folder.read("main.bkd"), text);
 }
 

@@ -1,8 +1,10 @@
 #include "document/load.h"
 
+#include "core/files/sys_filesystem_impl.h"
 #include "core/reports/core_diagnostic_impl.h"
 #include "document/load/document_state_impl.h"
 #include "document/load/loader_impl.h"
+#include "document/sources/path_text_impl.h"
 
 #include <algorithm>
 
@@ -32,8 +34,14 @@ bool LoadResult::ok() const {
     });
 }
 
+/// A cancelled document knows its file, so that no save replaces what was not read.
 LoadResult load(const std::filesystem::path& path, const LoadOptions& options) {
-    return run(options, [&path](Loader& loader) { return loader.load(path); });
+    LoadResult result = run(options, [&path](Loader& loader) { return loader.load(path); });
+    if (result.cancelled) {
+        const CoreString name(std::string_view(path_text(path)));
+        DocumentState::of(result.document).absolute = path_of_text(bk::opened_path(name).get_view());
+    }
+    return result;
 }
 
 LoadResult parse(std::string_view text, const LoadOptions& options) {
