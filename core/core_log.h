@@ -40,7 +40,7 @@ public:
     constexpr CoreLogHandler() noexcept = default;
     ~CoreLogHandler() override;
 
-    /// Delivers the message. The default writes it to standard error as it stands.
+    /// Delivers the message. The default writes it to standard error unchanged.
     virtual void log(const int& level, const CoreLogStream& stream);
 
     /// The highest level that is delivered.

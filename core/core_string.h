@@ -23,7 +23,7 @@ using core_int64 = long long;
 /// The read-only part of a string: 8-bit characters with an explicit length. They may be any bytes, NUL too. One more NUL
 /// always follows the last character, so that C interfaces can read it.
 ///
-/// Layout: 16 bytes. Up to `inline_capacity` characters stand inside the object, longer texts in a block.
+/// Layout: 16 bytes. A text of up to `inline_capacity` characters is inside the object; a longer one is in a block.
 class BK_PARSER_API CoreBasicString {
 public:
     /// The length of the longest text that needs no block.
@@ -31,7 +31,7 @@ public:
 
     /// The first character. Valid until the string changes, moves or dies.
     const char* get_data() const noexcept { return is_inline() ? short_.text : long_.data; }
-    /// Characters, without the closing NUL.
+    /// The number of characters, without the closing NUL.
     unsigned int get_length() const noexcept { return short_.length; }
     /// Whether the length is 0.
     bool is_empty() const noexcept { return short_.length == 0; }
@@ -55,18 +55,18 @@ protected:
     /// Whether the characters are inside the object.
     bool is_inline() const noexcept { return short_.length <= inline_capacity; }
 
-    /// Holds when length is at most inline_capacity.
+    /// What a string holds when its length is at most inline_capacity.
     struct Short {
         /// How many characters there are.
         unsigned int length;
         /// The characters and a NUL.
         char text[inline_capacity + 1];
     };
-    /// Holds otherwise. A capacity of 0 marks text that somebody else keeps.
+    /// What every longer string holds. A capacity of 0 marks a borrowed text.
     struct Long {
         /// How many characters there are.
         unsigned int length;
-        /// Room for characters; 0 when the text is somebody else's.
+        /// Room for characters; 0 when the text is borrowed.
         unsigned int capacity;
         /// The characters and a NUL.
         char* data;
@@ -85,9 +85,9 @@ public:
     static constexpr unsigned int max_length = 0xFFFFFFFEu;
 
     constexpr CoreString() noexcept = default;
-    /// The text up to its NUL; null gives the empty string.
+    /// Copies the text up to its NUL; null gives the empty string.
     CoreString(const char* text);
-    /// Exactly `size` bytes.
+    /// Copies exactly `size` bytes.
     CoreString(const char* data, const unsigned int& size);
     /// Copies the characters, NUL bytes included.
     explicit CoreString(std::string_view text);
@@ -116,14 +116,14 @@ public:
     }
     ~CoreString() { release(); }
 
-    /// Replaces the contents by `size` bytes, which may lie inside this very string. A size of 0xFFFFFFFF
+    /// Replaces the contents with `size` bytes, which may lie inside this very string. A size of 0xFFFFFFFF
     /// means up to the NUL.
     void set_data(const char* data, const unsigned int& size = 0xFFFFFFFF);
     /// Borrows the text instead of copying it; a text of up to `inline_capacity` characters is copied all the same. The caller
     /// keeps the bytes, and a NUL after them, as long as this string borrows them. A copy of the string
     /// owns its text, and so does the string itself after its next change.
     void set_borrowed(const char* data, const unsigned int& size);
-    /// Whether the text is somebody else's.
+    /// Whether the text is borrowed (see set_borrowed).
     bool is_borrowed() const noexcept { return !is_inline() && long_.capacity == 0; }
     /// Becomes the empty string.
     void clear() noexcept;

@@ -10,9 +10,8 @@
 ///
 /// Writing replaces: the bytes go to a new file beside the target. When every write was whole, `close` flushes the new file to
 /// the disk and renames it over the target. Until then, and whenever anything fails, the old file stays as it was and the new one
-/// is removed. The new file gets the old file's permissions. When the target is a symbolic link, the file that it leads to is replaced. A
-/// target that is not a
-/// regular file (a pipe, a device) is written in place.
+/// is removed. The new file gets the old file's permissions. When the target is a symbolic link, the file that it leads to is
+/// replaced. A target that is not a regular file (a pipe, a device) is written in place.
 class BK_PARSER_API SysFile {
 public:
     /// Whether a file is read or written.
@@ -41,9 +40,9 @@ public:
     /// The size in bytes of the file as it was opened for reading; 0 otherwise.
     const core_int64& get_size() const noexcept { return size_; }
 
-    /// False when not everything that was written is on the disk, for example after the device threw; the target is then as it
-    /// was before `open`. Also false when a read failed, so that the file may have more than what was read. Closing a closed file
-    /// is legal and returns true.
+    /// Closes the file. Returns false when not everything that was written is on the disk, for example after the device threw; the
+    /// target is then as it was before `open`. Also returns false when a read failed, so that the file may have more than what was
+    /// read. Closing a closed file is legal and returns true.
     bool close();
 
 private:

@@ -55,7 +55,7 @@ template <ReadableValue T>
     return entry == nullptr ? std::nullopt : access::read_any<T>(*entry, value);
 }
 
-/// What `get` returns, or the fallback when that is nothing. With a text as the fallback the result is a std::string.
+/// Returns what `get` returns, or the fallback when `get` returns nothing. When the fallback is a text, the result is a std::string.
 template <ReadableValue T>
 [[nodiscard]] T get_or(const ParserGroup& group, PathRef path, T fallback) {
     std::optional<T> found = get<T>(group, path);
@@ -165,8 +165,8 @@ requires WrongByAccident<T, Given> ParserEntry* add(ParserGroup& group, PathRef 
 /// Removes the first entry that the path finds, or one value of it when the path ends in `@` and a number. Returns false when there
 /// is none.
 BK_PARSER_API bool remove(ParserGroup& group, PathRef path);
-/// Removes all of them and returns how many there were. Entries inside a removed entry do not count. When memory runs out, throws, and
-/// some may be removed already.
+/// Removes all entries or values that the path finds, and returns their number. Entries inside a removed entry do not count. **When it
+/// throws because memory runs out, some may be removed already**.
 BK_PARSER_API std::size_t remove_all(ParserGroup& group, PathRef path);
 
 /// Gives the first entry that the path finds another name. Returns false when there is no entry, when the text syntax

@@ -55,7 +55,7 @@ struct CompareOptions {
 ///
 /// An entry with a group that was removed in one place and is unchanged in another one was moved. Takes time in proportion to the
 /// trees plus, in each group, the differences times the logarithm of its entries. Compares differing entries of one name for
-/// similarity only while they are few; otherwise takes them in their order.
+/// similarity only while they are few; otherwise pairs them in their order.
 [[nodiscard]] BK_PARSER_API std::vector<TreeChange>
 compare_trees(const ParserGroup& before, const ParserGroup& after, const CompareOptions& options = {});
 

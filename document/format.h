@@ -20,7 +20,7 @@ struct FormatOptions {
 
 /// A text that was laid out.
 struct FormatResult {
-    /// Empty when it could not be laid out.
+    /// The new text; empty when it could not be laid out.
     std::string text;
     /// Why it could not be laid out, in one line; otherwise empty.
     std::string reason;
@@ -31,7 +31,8 @@ struct FormatResult {
 };
 
 /// Lays out the text of one file:
-/// - Each entry is on a line of its own, indented by its groups, at most by 100 of them. The entries of a group are on lines between its braces.
+/// - Each entry is on a line of its own, indented once for each group that it is in, at most 100 times. The entries of a group are on
+///   lines between its braces.
 /// - A list that is too long for the width goes on in the next line, one level deeper.
 /// - Words keep their spelling, and "=" and "," stay.
 /// - A comment stays after or above what it describes. An include directive stays on a line of its own or within its line. A version

@@ -45,20 +45,20 @@ public:
     Form form() const;
     /// The file that it was loaded from or last saved to, as it was given; empty when there is none.
     const std::filesystem::path& path() const&;
-    /// A copy, of a document that nobody keeps.
+    /// Returns a copy, because the document is temporary.
     std::filesystem::path path() &&;
     /// The absolute paths of the files that it includes, each once, in the order of their first inclusion.
     const std::vector<std::filesystem::path>& dependencies() const&;
-    /// A copy, of a document that nobody keeps.
+    /// Returns a copy, because the document is temporary.
     std::vector<std::filesystem::path> dependencies() &&;
     /// The include directives of its files in the order of reading, those that failed too. A file that is included
     /// more than once has its directives listed once.
     const std::vector<Include>& includes() const&;
-    /// A copy, of a document that nobody keeps.
+    /// Returns a copy, because the document is temporary.
     std::vector<Include> includes() &&;
     /// The files that it was read from, each once, in the order of reading: the document first.
     const std::vector<DocumentFile>& files() const&;
-    /// A copy, of a document that nobody keeps.
+    /// Returns a copy, because the document is temporary.
     std::vector<DocumentFile> files() &&;
     /// Bytes of the text that was parsed: includes spliced in, comments left out. 0 in the binary form.
     std::uint64_t expanded_size() const;
@@ -73,9 +73,9 @@ private:
 
 /// How to load a document.
 struct LoadOptions {
-    /// Folders to search for included files, in this order. After them `load` tries the name as it stands: an absolute path,
-    /// or one relative to the working folder. `parse` does not. With `working_folder` false, put "." here to search the working folder
-    /// all the same; an empty path then stands for no folder.
+    /// Folders to search for included files, in this order. After them `load` tries the name as it is spelled: an absolute path,
+    /// or one relative to the working folder. `parse` does not. When `working_folder` is false, "." here still means the working folder,
+    /// and an empty path means no folder.
     std::vector<std::filesystem::path> search;
     /// Whether an included file is searched for beside the file that includes it, before the search folders.
     bool beside = true;
@@ -113,7 +113,7 @@ struct LoadResult {
 
 /// Loads a document in any stored form, which it recognises by the first bytes. Every failure gives a problem that says why. A file
 /// that cannot be opened, that is not a document (JSON, an image, UTF-16), or that is a device other than a pipe gives one problem and an
-/// empty document. **Blocks on a named pipe that nobody writes to**. Linear in the size of the files.
+/// empty document. **It blocks on a named pipe to which no process writes**. Linear in the size of the files.
 [[nodiscard]] BK_PARSER_API LoadResult load(const std::filesystem::path& path,
                                             const LoadOptions& options = {});
 

@@ -45,7 +45,7 @@ public:
 
     /// Whether the path is well formed.
     bool ok() const noexcept;
-    /// Null when the path is well-formed. Valid as long as the path or a copy of it.
+    /// Why the path is malformed; null when it is well-formed. Valid as long as the path or a copy of it.
     const PathError* error() const& noexcept;
     const PathError* error() const&& = delete;
     /// The path as it was given.
@@ -90,7 +90,7 @@ private:
 
 /// A name as a path spells it: bare where the language allows that, otherwise in quotes.
 [[nodiscard]] BK_PARSER_API std::string path_name(TextRef name);
-/// Always in quotes, with escapes for quotes, backslashes, control characters and bytes that are not UTF-8.
+/// The text in quotes, with escapes for quotes, backslashes, control characters and bytes that are not UTF-8.
 [[nodiscard]] BK_PARSER_API std::string path_string(TextRef text);
 
 /// Visits everything that a path finds in a group, in document order, each entry once. The time is in proportion to the
@@ -140,7 +140,7 @@ private:
     return CursorRange<PathSearch, const Visit>(PathSearch(group, path));
 }
 
-/// The canonical path that finds this entry in `root` and no other; empty when the entry is not below `root`.
+/// Returns the canonical path, which finds this entry in `root` and no other one. The path is empty when the entry is not below `root`.
 /// A step is the name alone when no other entry of the group has that name. Otherwise it is the name with the entry's first
 /// string, its template, or its number among the entries of that name. Linear in the tree: for many entries make a PathIndex.
 [[nodiscard]] BK_PARSER_API std::string path_of(const ParserGroup& root, const ParserEntry& entry);
@@ -153,8 +153,8 @@ private:
 /// adopted or copied does not.
 [[nodiscard]] BK_PARSER_API ParserEntry* parent_of(const ParserGroup& root, const ParserGroup& group);
 
-/// The paths and parents of all entries of a tree, found in one walk. **Wrong once the tree is edited**. A moved-from index has no
-/// entries and may be assigned to.
+/// The paths and parents of all entries of a tree, found in one walk. **Make a new index after an edit of the tree**: the old one is
+/// wrong. A moved-from index has no entries and may be assigned to.
 class BK_PARSER_API PathIndex {
 public:
     /// Indexes the tree under this group, which must outlive the index.
@@ -167,7 +167,7 @@ public:
     PathIndex& operator=(const PathIndex&) = delete;
     ~PathIndex();
 
-    /// As the function of that name; linear in the depth.
+    /// Returns what the function path_of returns, in time linear in the depth.
     std::string path_of(const ParserEntry& entry) const;
     /// The entry that holds the group that lists this entry; null in the root group and for entries elsewhere.
     ParserEntry* parent_of(const ParserEntry& entry) const noexcept;

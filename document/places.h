@@ -9,28 +9,28 @@
 
 namespace bk_parser {
 
-/// Where the name of an entry stands.
+/// Where the name of an entry is.
 struct EntryPlace {
     /// The file that holds the entry, by the path by which it was found; empty for a document in memory.
     std::filesystem::path file;
     /// The absolute path of that file.
     std::filesystem::path path;
-    /// From 1; columns count UTF-8 characters, as in a Problem. 0 where there is no place.
+    /// Counted from 1; 0 when the place is not known.
     unsigned int line = 0;
-    /// From 1, in UTF-8 characters.
+    /// Counted from 1, in UTF-8 characters, as in a Problem; 0 when the place is not known.
     unsigned int column = 0;
-    /// In bytes of that file, after decryption.
+    /// Where the name begins, in bytes of that file after decryption.
     std::size_t offset = 0;
 
     /// Whether the place is known.
     bool is_known() const noexcept { return line != 0; }
 };
 
-/// The place of an entry in the files of its document. **Not for several threads at once**.
+/// The place of an entry in the files of its document. **Do not call it from several threads at once**.
 ///
-/// Load the document with `LoadOptions::keep_sources`; without it no place is known. Nor is there a place in the binary form and in
-/// archives, for an entry that was added after the load, and after a save. Logarithmic in the lines of the document, and linear in
-/// the length of the line.
+/// Load the document with `LoadOptions::keep_sources`; without it no place is known. An entry has no place either when it was read from
+/// the binary form or an archive, when it was added after the load, and after a save of the document. Logarithmic in the lines of the
+/// document, and linear in the length of the line.
 [[nodiscard]] BK_PARSER_API EntryPlace place_of(const Document& document, const ParserEntry& entry);
 
 } // namespace bk_parser

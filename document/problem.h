@@ -27,9 +27,9 @@ struct Problem {
     std::string message;
     /// The file that holds the place, as it was given or found: relative when the given path is; empty for a document in memory.
     std::filesystem::path file;
-    /// From 1; columns count UTF-8 characters, and a byte that belongs to no character counts as one. 0 where there is no place.
+    /// Counted from 1; 0 when the problem has no place.
     unsigned int line = 0;
-    /// From 1, in UTF-8 characters; 0 where there is no place.
+    /// Counted from 1, in UTF-8 characters; a byte that belongs to no character counts as one. 0 when the problem has no place.
     unsigned int column = 0;
     /// Where the place begins, in bytes of that file after decryption.
     std::size_t offset = 0;

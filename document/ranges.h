@@ -113,7 +113,7 @@ public:
         }
         /// A member of the current item.
         Item* operator->() const noexcept { return &**this; }
-        /// Where the entry stands, and which of its values the path names.
+        /// Where the entry is, and which of its values the path names.
         const Visit& visit() const noexcept { return range_->cursor_.visit(); }
         /// Goes to the next item.
         Iterator& operator++() {
@@ -194,7 +194,7 @@ public:
         bool operator==(const Iterator& other) const noexcept { return entry_ == other.entry_; }
         /// Whether the range has ended.
         bool operator==(std::default_sentinel_t) const noexcept { return entry_ == nullptr; }
-        /// Where the entry stands in its group.
+        /// The position of the entry in its group.
         unsigned int position() const noexcept { return position_; }
 
     private:

@@ -19,13 +19,14 @@ struct SaveOptions {
     std::optional<Form> form;
     /// The key of the encrypted form (Form::enciphered); when it is empty, the key with which the document was loaded.
     std::string key;
-    /// True: text that came from text files, and is saved as text, keeps its comments, blank lines, spelling and includes. Only the
-    /// bytes of what you changed change.
+    /// Whether a save keeps the layout. When this is true, a document that was read from text files and is saved as text keeps its
+    /// comments, blank lines, spelling and includes. The save changes only the bytes of what you changed.
     ///
-    /// False, and for every other document: the file is laid out anew, as ParserGroup::get_text does it, and holds the whole document.
-    /// Includes are spliced in. Every line, the last one too, ends in a line feed on every platform.
+    /// When this is false, the save lays the file out anew, as ParserGroup::get_text does, and splices the includes in. Every line ends
+    /// in a line feed on every platform. A save of any other document always does this.
     ///
-    /// An encrypted text is always laid out anew, so its comments are a loss ("comments-lost"). False accepts that loss.
+    /// An encrypted text is always laid out anew, so its comments are a loss ("comments-lost"). When this is false, you accept that
+    /// loss.
     ///
     /// A binary document or archive whose version is an entry keeps that entry. An infinity of the binary form was read as the largest
     /// double, and is saved as that.
@@ -51,7 +52,7 @@ struct SaveResult {
 
 /// A file that a save would replace.
 struct FileChange {
-    /// Empty for a document in memory.
+    /// The path of the file; empty for a document in memory.
     std::filesystem::path path;
     /// The stored bytes; empty when there is no such file.
     std::string before;
@@ -89,18 +90,18 @@ struct SavePreview {
 ///   with it that text and that directive. The losses name what was not read, with the code "not-read-whole".
 ///
 /// A document that was not read whole can be saved to another path, with `lossy`, without what was not read. Words that were not read
-/// ("the word 'X' at FILE:LINE") exist in the files alone: a save that does not keep the layout drops them, and needs `lossy` over any
+/// ("the word 'X' at FILE:LINE") exist only in the files: a save that does not keep the layout drops them, and needs `lossy` over any
 /// file. The losses name the first hundred of them, with the same code.
 ///
 /// No save replaces a file that the document includes. A document from memory has no own file: it is laid out anew, with its includes
 /// spliced in.
 ///
 /// **What a save that keeps the layout does.** It reads the old files again. It refuses when one of them has changed on the disk or is
-/// gone, or when an include that failed can be read now, there or at the new path. After a load without `LoadOptions::follow_includes` it reads
-/// no include, and keeps the directives. It recognises an entry by the line and
-/// column that the load gave it. So a moved or changed entry keeps what is around it. A renamed entry keeps that too when its values, or
-/// an entry of its group, are as before. An entry of another document counts as new, unless one entry of this document had
-/// both its place and its name. After the save, the entries have the lines and columns of the new text.
+/// gone, or when an include that failed can be read now, there or at the new path. After a load without `LoadOptions::follow_includes` it
+/// reads no include, and keeps the directives. It recognises an entry by the line and column that the load gave it. So a moved or changed
+/// entry keeps what is around it. A renamed entry keeps that too when its values, or an entry of its group, are as before. An entry of
+/// another document counts as new, unless one entry of this document had both its place and its name. After the save, the entries have
+/// the lines and columns of the new text.
 /// - A removed entry or value goes with its line, and with a comment after it on that line. Comments above it stay. Of two blank lines
 ///   around an entry, the one after it goes too.
 /// - A new entry gets a line of its own, indented as its neighbours are. Where its neighbours share a line, it goes into that line.
@@ -116,12 +117,12 @@ struct SavePreview {
 /// - A file that is included more than once, under one name or several (symbolic or hard links), changes when the tree was changed in
 ///   the same way in each place. Where one place was cleared, its directive is removed instead. Otherwise the save is refused. Each hard
 ///   link becomes a file of its own.
-/// - A removed entry takes includes inside it along. An entry that is laid out anew contains the text of its includes: the save is
-///   refused when nothing else includes such a file, and when such an include was left out. In a save that lays out other
+/// - When an entry is removed, the includes inside it go, too. An entry that is laid out anew contains the text of its includes: the
+///   save is refused when nothing else includes such a file, and when such an include was left out. In a save that lays out other
 ///   entries anew, the same holds for a removed entry.
 /// - A group that the text left open stays open. A save that would put something after it is refused, with its place.
 /// - An encrypted include is encrypted again with the key of the load.
-/// - A file whose lines end in a carriage return alone takes no new lines: such a save is refused.
+/// - A save that would add a line to a file whose lines end only in a carriage return is refused.
 /// - After a save with losses, the next one keeps the layout of what was written. What was lost is a loss again as long as the tree
 ///   holds it.
 /// - A save to another path writes only the document's own file, and its includes stay where they are. It is refused when they would
@@ -131,11 +132,11 @@ struct SavePreview {
 /// **How the files are replaced.** Each file is replaced in one step by a new one, which was flushed to the disk before. When several
 /// files change, all new ones are on the disk before the first replaces its old file. The document's own file is the last. When a
 /// step fails, the files that were already replaced get their old bytes back. Right before the first replacement, `save` checks once
-/// more whether another program has changed one of the files, and refuses then. **Two programs that replace a file at the same moment are
-/// not told from one another**: programs that save the same file need a lock of their own.
+/// more whether another program has changed one of the files, and refuses then. **When two programs replace a file
+/// at the same moment, neither notices the other**: programs that save the same file need a lock of their own.
 ///
-/// When a save fails, the document and every file are as they were. It throws only what a host's log handler throws. When memory runs
-/// out, the reason is "out of memory". Linear in the size of the files and of the tree.
+/// When a save fails, the document and every file are as they were. It throws only what a host's log handler or device (SysDevice)
+/// throws. When memory runs out, the reason is "out of memory". Linear in the size of the files and of the tree.
 [[nodiscard]] BK_PARSER_API SaveResult save(Document& document, const std::filesystem::path& path = {},
                                             const SaveOptions& options = {});
 
@@ -148,12 +149,13 @@ struct SavePreview {
 
 /// Writes the changes of previews to their files, all of them or none, in their order, as `save` does. Each path may occur once.
 /// Returns why nothing was replaced, for example because a file has changed since the preview; empty when every byte is on the disk.
-/// The documents of the previews still refer to the old files: load them again before you go on.
+/// The documents of the previews still refer to the old files: load them again before you go on. Throws and costs what `save` does.
 [[nodiscard]] BK_PARSER_API std::string replace_files(std::span<const FileChange> changes);
 
-/// Replaces a file by these bytes in one step, or creates it, as `save` does: it writes a new file, flushes it to the disk and renames it.
-/// A symbolic link stays, and the file that it leads to is replaced. A pipe or a device is written to. Returns why nothing was
-/// replaced, "FILE: what: the system's reason"; empty when every byte is on the disk. Throws nothing. Linear in the bytes.
+/// Replaces a file with these bytes in one step, or creates it, as `save` does: it writes a new file, flushes it to the disk and renames
+/// it. A symbolic link stays, and the file that it leads to is replaced. A pipe or a device is written to. Returns why nothing was
+/// replaced, "FILE: what: the system's reason", or "out of memory"; empty when every byte is on the disk. Throws only what a host's
+/// device (SysDevice) throws. Linear in the bytes.
 [[nodiscard]] BK_PARSER_API std::string replace_file(const std::filesystem::path& path,
                                                      std::string_view bytes);
 

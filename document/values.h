@@ -60,33 +60,33 @@ struct ListTraits {
 /// A list of a fixed number of values.
 template <class T>
 struct ListTraits<GMathVec2<T>> {
-    /// A list of a fixed number of values.
+    /// The type of the values.
     using Element = T;
-    /// A list of a fixed number of values.
+    /// How many values there are.
     static constexpr std::size_t size = 2;
 };
 /// A list of a fixed number of values.
 template <class T>
 struct ListTraits<GMathVec3<T>> {
-    /// A list of a fixed number of values.
+    /// The type of the values.
     using Element = T;
-    /// A list of a fixed number of values.
+    /// How many values there are.
     static constexpr std::size_t size = 3;
 };
 /// A list of a fixed number of values.
 template <class T>
 struct ListTraits<GMathVec4<T>> {
-    /// A list of a fixed number of values.
+    /// The type of the values.
     using Element = T;
-    /// A list of a fixed number of values.
+    /// How many values there are.
     static constexpr std::size_t size = 4;
 };
 /// A list of a fixed number of values.
 template <class T, std::size_t Size>
 struct ListTraits<std::array<T, Size>> {
-    /// A list of a fixed number of values.
+    /// The type of the values.
     using Element = T;
-    /// A list of a fixed number of values.
+    /// How many values there are.
     static constexpr std::size_t size = Size;
 };
 
@@ -106,7 +106,7 @@ inline constexpr bool is_values = false;
 template <SingleValue T>
 inline constexpr bool is_values<Values<T>> = true;
 
-/// As many values as there are.
+/// A list that takes all values up to the last.
 template <class T>
 concept OpenListValue = (is_vector<T> || is_values<T>)&&!BytesValue<T>;
 
@@ -114,7 +114,7 @@ concept OpenListValue = (is_vector<T> || is_values<T>)&&!BytesValue<T>;
 template <class T>
 concept ReadableValue = SingleValue<T> || FixedListValue<T> || OpenListValue<T>;
 
-/// A text, literals too. A null pointer to one is an empty text.
+/// A text, such as a string or a literal. A null pointer to a text is an empty text.
 template <class T>
 concept TextValue = StringValue<T> || TextLike<T>;
 /// What one value may be set to. Not a char: the text form has none and would write 'A' as 65. Set "A" or int('A').

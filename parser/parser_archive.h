@@ -51,7 +51,7 @@ public:
     /// The same within these limits. Returns false when one of them ends the read. Logs syntax errors, which do not make it false.
     static bool group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar* progress,
                                   const ParserLimits& limits);
-    /// Replaces `text` by the words, each with a blank after it. When that would be larger than the limits, returns false and leaves
+    /// Replaces `text` with the words, each with a blank after it. When that would be larger than the limits, returns false and leaves
     /// `text` as it was.
     static bool get_archive_text(const ParserArchive& archive, CoreString& text, const ParserLimits& limits);
 

@@ -182,7 +182,7 @@ public:
     /// Appends the values alone, as get_text does.
     void get_value_text(CoreString& out, const bool& pretty, const unsigned int& level) const;
 
-    /// **The cipher is not security**. Replaces `data` by the entry's text, encrypted with `key` (docs/formats.md). An empty text
+    /// **The cipher is not security**. Replaces `data` with the entry's text, encrypted with `key` (docs/formats.md). An empty text
     /// leaves `data` as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& pretty,
                             const unsigned int& level) const;

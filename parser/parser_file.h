@@ -24,7 +24,7 @@ extern BK_PARSER_API CoreVersion default_parser_serial_version;
 /// stored. `read` **returns true for a text full of errors**, reads any file as text, and does not report a truncated document. To edit
 /// files that people wrote, use bk_parser::load and bk_parser::save (document/document.h).
 ///
-/// A text document begins with a line "#Brellwick_Serial_Version 1.2". `#include "name"` is replaced by the text of
+/// A text document begins with a line "#Brellwick_Serial_Version 1.2". `#include "name"` is replaced with the text of
 /// that file. "//" begins a comment, which ends with its line and takes the line end with it.
 class BK_PARSER_API ParserFile : public CoreBaseObject {
 public:
@@ -55,7 +55,7 @@ public:
     const CoreVector<CoreString>& get_search_paths() const noexcept { return search_paths_; }
     /// The absolute paths of the files that the last read included.
     const CoreSet<CoreString>& get_dependencies() const noexcept { return dependencies_; }
-    /// 1.0 when the text read had no version line; 0 after a read that failed.
+    /// The version of the text that was read last: 1.0 when it had no version line, 0 after a read that failed.
     const CoreVersion& get_serial_version() const noexcept { return serial_version_; }
     /// Whether the first file that this object ever read was encrypted.
     bool is_encrypted() const noexcept { return storage_ == STORAGE_ENCRYPTED; }

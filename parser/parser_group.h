@@ -125,7 +125,7 @@ public:
     /// level (a level below 1 counts as 1). Compact: all on one line.
     void get_text(CoreString& out, const bool& braces, const bool& pretty, const unsigned int& level) const;
 
-    /// **The cipher is not security**. Replaces `data` by the group's text, encrypted with `key` (docs/formats.md). An empty text
+    /// **The cipher is not security**. Replaces `data` with the group's text, encrypted with `key` (docs/formats.md). An empty text
     /// leaves the output as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& braces,
                             const bool& pretty, const unsigned int& level) const;

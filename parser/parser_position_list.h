@@ -33,12 +33,12 @@ public:
     void truncate(unsigned int count) noexcept { count_ = count; }
     /// Removes all and frees the storage.
     void clear() noexcept;
-    /// Takes a position out, if it is there, and lowers those behind it by one. Returns whether it was there. Linear in those.
+    /// Takes a position out, if it is there, and lowers those after it by one. Returns whether it was there. Linear in those.
     bool close_gap(unsigned int position) noexcept;
     /// Raises the positions from this one on by one, and adds it when `is_listed`, for which there is room. Linear in those.
     void open_gap(unsigned int position, bool is_listed) noexcept;
 
-    /// What set_era said last, since the storage was taken; else 0.
+    /// The era that set_era noted last; 0 when it has not been called since the storage was allocated.
     core_uint64 get_era() const noexcept { return positions_ == nullptr ? 0 : head()->era; }
     /// Notes when the positions were last found anew. A list without storage forgets that.
     void set_era(core_uint64 era) noexcept {
@@ -50,13 +50,13 @@ public:
     /// Exchanges the positions, but not the marks. Constant time.
     void swap(ParserPositionList& other) noexcept;
 
-    /// Whether the group stands in the pages of a document.
+    /// Whether the group is in the pages of a document.
     bool is_in_pages() const noexcept { return is_in_pages_ != 0; }
-    /// Says that it does.
+    /// Notes that the group is in the pages of a document.
     void set_in_pages() noexcept { is_in_pages_ = 1; }
     /// Whether the group may list the outermost entries of a document with pages.
     bool may_list_document() const noexcept { return may_list_document_ != 0; }
-    /// Says that it does.
+    /// Notes that the group may list the outermost entries of a document with pages.
     void set_lists_document() noexcept { may_list_document_ = 1; }
 
 private:

@@ -26,11 +26,11 @@ public:
     const unsigned int& get_count() const noexcept { return count_; }
     /// The value at a position from 0, which is not checked.
     const bk::StoredValue& operator[](unsigned int i) const noexcept { return at(i); }
-    /// A value that is about to be given a new content.
+    /// The value at a position, which the caller is about to change.
     bk::StoredValue& change(unsigned int i) noexcept;
-    /// Null when there are none, or when each stands in a cell of its own.
+    /// The first value, after which the others follow; null when there are none, or when each is in a cell of its own.
     const bk::StoredValue* side_by_side() const noexcept;
-    /// False when that is known without looking at each value.
+    /// Whether a value may be a group. Does not look at each value.
     bool may_hold_groups() const noexcept;
 
     /// Room for `count` values and `text_size` bytes of their spellings; the list is empty. The values are constructed
@@ -41,9 +41,9 @@ public:
     void take_room(void* place, unsigned int count, std::size_t text_size) noexcept;
     /// How many bytes a block takes for that many values and their text.
     static std::size_t room_size(unsigned int count, std::size_t text_size);
-    /// How many values the block has room for.
+    /// Where the values of the block go.
     bk::StoredValue* room() const noexcept;
-    /// How many bytes of text the block has room for.
+    /// Where the spellings of these values go.
     char* text_room() const noexcept;
     /// Says how many values were made in the block.
     void set_count(unsigned int count) noexcept { count_ = count; }
@@ -60,34 +60,37 @@ public:
     void truncate(unsigned int count) noexcept;
     /// Removes every value.
     void clear() noexcept;
-    /// Exchanges the values of both lists, of which the other is no entry's in pages. Constant time.
+    /// Exchanges the values of both lists. The other list must not belong to an entry in pages. Constant time.
     void swap(ParserValueList& other) noexcept;
-    /// Lists the same values as `other`, in place of what was listed. Not of an entry in pages.
+    /// Lists the same values as `other` instead of its own. This list must not belong to an entry in pages. When `other` does, its
+    /// document gives up the pages.
     void share(ParserValueList& other);
 
-    /// The strings that are inside the values now are handed out, and stay where they are from now on.
+    /// Notes that the host may hold references to the strings inside the values: these strings stay where they are from now on.
     void show_strings() const noexcept;
-    /// Before the owner gives up these values, for those of `next` or, when that is null, for none: groups that others list
-    /// as well, and the owner no more, forget that it is their source entry.
+    /// Call it before the owner replaces these values with those of `next`, or with none when `next` is null. A group that other
+    /// entries list too, and the owner no longer, then forgets that the owner is its source entry.
     void forget_source(ParserEntry& owner, const ParserValueList* next) noexcept;
     /// Whether nothing has to be done about the values when their entry dies, because everything is in its block.
     bool dies_with_entry() const noexcept;
     /// Whether values, or strings in the entry's block, may live longer than the entry.
     bool may_outlive_entry() const noexcept { return in_cells_ || left_entry_; }
-    /// Says that the entry, whose list this is, stands in the pages of a document.
+    /// Notes that the entry of this list is in the pages of a document.
     void set_in_pages() noexcept { is_in_pages_ = 1; }
-    /// Whether it does.
+    /// Whether the entry of this list is in the pages of a document.
     bool is_in_pages() const noexcept { return is_in_pages_ != 0; }
-    /// Says that the document knows that the entry owns something outside of its pages.
+    /// Notes that the entry is in its document's list of objects that own memory outside of the pages.
     void set_listed() noexcept { is_listed_ = 1; }
-    /// Whether it does.
+    /// Whether the entry is in its document's list of objects that own memory outside of the pages.
     bool is_listed() const noexcept { return is_listed_ != 0; }
-    /// Before the entry owns something outside.
+    /// Puts the entry into that list. Call it before the entry owns memory outside of the pages.
     void list_entry() noexcept;
-    /// Before the entry gets a group that was made elsewhere, or another gets a group of its.
+    /// Makes the document give up its pages. Call it before the entry gets a group that was made elsewhere, and before another entry
+    /// gets one of its groups.
     void leave_document() noexcept;
 
-    /// Of an entry's own list that was cleared: false when strings stay in the entry's block, which they give back.
+    /// Call it on the list of a dying entry, after `clear`. Returns false when strings stay in the entry's block: the last of them
+    /// frees the block.
     bool let_go_of_entry(ParserEntry& entry) const noexcept;
 
 private:

@@ -19,7 +19,7 @@ struct NameParts;
 /// A classifier that fails leaves the word unclassified, with two exceptions. `is_operator`, `is_separator`, `is_bool`,
 /// `is_empty_tag`, `is_double`, `is_keyword` and `is_identifier` ask for the decoded string, and decoding makes a
 /// double-quoted word of version 1.1 or later TYPE_STRING. `is_keyword` and `is_identifier` of `yes` or `no` leave
-/// TYPE_BOOL. `is_int`, `is_binary_data` and `is_string` read the characters as they stand.
+/// TYPE_BOOL. `is_int`, `is_binary_data` and `is_string` read the characters as they are.
 ///
 /// The caller keeps the text alive as long as the word. A word carries a template or an array suffix, not both.
 class BK_PARSER_API ParserWord {

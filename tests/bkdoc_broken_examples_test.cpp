@@ -86,7 +86,7 @@ const std::vector<Expectation>& expectations() {
           "[group-left-open]"}},
         {"include_left_open.bkd",
          1,
-         {"include_left_open.bkd:5:1: error: no closing quote behind #include; the rest of the file is not "
+         {"include_left_open.bkd:5:1: error: no closing quote after #include; the rest of the file is not "
           "read [include-left-open]"}},
         {"include_missing.bkd",
          1,

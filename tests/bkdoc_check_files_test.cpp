@@ -152,6 +152,18 @@ TEST_F(bkdoc_check_files, have_warnings_that_are_errors_when_it_is_strict_and_ar
     EXPECT_EQ(allowed.out, "");
 }
 
+TEST_F(bkdoc_check_files, find_includes_from_everywhere_when_the_configuration_searches_its_own_folder) {
+    folder.write("project/library/lamp.bkd", "power 60\n");
+    const std::string file = folder.write("project/shots/quay.bkd", "#include \"library/lamp.bkd\"\n");
+    EXPECT_EQ(run_bkdoc({"check", file}).code, 1);
+    folder.write("project/.bkdoc.bkd", "search \".\"\n");
+    EXPECT_EQ(run_bkdoc({"check", file}).code, 0);
+    const BkdocRun deps = run_bkdoc({"deps", file});
+    EXPECT_NE(deps.out.find("lamp.bkd  line 1\n"), std::string::npos) << deps.out;
+    EXPECT_EQ(deps.out.find("/./"), std::string::npos) << deps.out;
+    EXPECT_EQ(deps.out.find("\\.\\"), std::string::npos) << deps.out;
+}
+
 TEST_F(bkdoc_check_files, take_search_folders_and_rules_from_the_configuration_above_them) {
     folder.write("project/library/steel.bkd", "steel 1E5\n");
     const std::string file = folder.write("project/shots/010/scene.bkd", "#include \"steel.bkd\"\n");

@@ -234,7 +234,7 @@ TEST(bkdoc_check, a_byte_order_mark_within_a_file_is_made_visible) {
     EXPECT_EQ(check_text("b 2\n\xEF\xBB\xBF"
                          "a 1\n")
                   .out,
-              "<stdin>:2:1: error: an invisible byte order mark stands here: save the file without a byte "
+              "<stdin>:2:1: error: an invisible byte order mark is here: save the file without a byte "
               "order mark "
               "[byte-order-mark]\n?a 1\n^\n1 error\n");
 }

@@ -71,7 +71,7 @@ TEST(bkdoc_convert, every_form_becomes_every_other) {
             EXPECT_EQ(run.out, "");
             const BkdocRun comparison = run_with_key({"same", "--content", file, target});
             EXPECT_EQ(comparison.code, 0) << from << " " << to << comparison.out;
-            const std::string name = to == "cipher" ? "enciphered text" : to;
+            const std::string name = to == "cipher" ? "encrypted text" : to;
             const std::string info = run_with_key({"info", target}).out;
             EXPECT_TRUE(contains(info, "\nform          " + name + "\n")) << info;
         }

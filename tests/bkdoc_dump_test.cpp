@@ -222,9 +222,9 @@ TEST(bkdoc_dump, an_enciphered_file_shows_its_frame_without_the_key) {
     const BkdocRun run = run_bkdoc({"dump", file});
     EXPECT_EQ(run.code, 0) << run.err;
     const std::string list = list_of(run.out);
-    EXPECT_TRUE(contains(list, " length enciphered\n")) << list;
+    EXPECT_TRUE(contains(list, " length encrypted\n")) << list;
     EXPECT_TRUE(
-        contains(list, " text " + std::to_string(bytes.size() - 12) + " bytes, enciphered and padded\n"))
+        contains(list, " text " + std::to_string(bytes.size() - 12) + " bytes, encrypted and padded\n"))
         << list;
     EXPECT_FALSE(contains(run.out, "secret_name"));
 }
@@ -234,7 +234,7 @@ TEST(bkdoc_dump, an_enciphered_file_shows_its_length_and_text_with_the_key) {
     const std::string file = write_in_form(folder, "cipher", "secret_name 1 ");
     const BkdocRun run = run_with_key({"dump", file});
     EXPECT_EQ(run.code, 0) << run.err;
-    EXPECT_TRUE(contains(list_of(run.out), " length enciphered; 44 bytes of text\n")) << run.out;
+    EXPECT_TRUE(contains(list_of(run.out), " length encrypted; 44 bytes of text\n")) << run.out;
     EXPECT_TRUE(contains(run.out, "| secret_name 1\n")) << run.out;
 }
 
@@ -247,7 +247,7 @@ TEST(bkdoc_dump, another_key_and_a_bad_length_are_told) {
         << wrong.err;
     EXPECT_FALSE(contains(wrong.out + wrong.err, "portal"));
     const std::string bytes = folder.read("cipher.bkd");
-    expect_stop(bytes.substr(0, 9), 4, "the 8 bytes of the enciphered length");
+    expect_stop(bytes.substr(0, 9), 4, "the 8 bytes of the encrypted length");
     expect_stop(bytes + "xy", bytes.size(), "a word of 4 bytes");
 }
 

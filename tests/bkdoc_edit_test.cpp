@@ -211,7 +211,7 @@ TEST_F(bkdoc_edit, mv_moves_one_entry) {
 TEST_F(bkdoc_edit, mv_warns_where_a_group_of_the_new_name_is_there) {
     const std::string file = folder_.write("a.bkd", "fog { a 1 }\nworld { b 2 }\nlight { c 3 }\nx 1\n");
     const std::string beside =
-        ":2:1: world: is there already, and gets another of its name; to move into it, "
+        ":2:1: world: this group is there already, and now there are two; to move the entry into it, "
         "write world/fog\n";
     EXPECT_EQ(run_bkdoc({"mv", "-w", "fog", "world", file}).err, "bkdoc: warning: " + file + beside);
     EXPECT_EQ(folder_.read("a.bkd").find("fog"), std::string::npos);

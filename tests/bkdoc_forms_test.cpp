@@ -40,7 +40,7 @@ TEST(bkdoc_forms, every_form_is_written_as_the_same_text) {
 TEST(bkdoc_forms, every_form_is_drawn_as_the_same_tree_under_a_heading_of_its_own) {
     const ScratchFolder folder;
     const std::vector<std::string> headings = {"version 1.2, 1 entry", "binary, 1 entry",
-                                               "enciphered, version 1.2, 1 entry", "archive, 1 entry"};
+                                               "encrypted, version 1.2, 1 entry", "archive, 1 entry"};
     const std::string plain = run_bkdoc({"tree", write_in_form(folder, "text", document)}).out;
     const std::string expected = plain.substr(plain.find('\n'));
     EXPECT_EQ(lines_of(expected), 5u) << expected;
@@ -95,7 +95,7 @@ TEST(bkdoc_forms, info_tells_the_form_and_what_is_special_to_it) {
         << binary;
     const std::string cipher = info("cipher");
     const std::string cipher_size = std::to_string(folder.read("cipher.bkd").size());
-    EXPECT_TRUE(contains(cipher, "\nform          enciphered text\nstored        " + cipher_size +
+    EXPECT_TRUE(contains(cipher, "\nform          encrypted text\nstored        " + cipher_size +
                                      " bytes\nversion       1.2\n"))
         << cipher;
     const std::string archive = info("archive");

@@ -114,7 +114,7 @@ TEST(bkdoc_recover, what_cannot_be_done_is_said) {
     EXPECT_EQ(run.code, 2);
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err, "bkdoc: " + text +
-                           " is text; recover reads binary, enciphered and archive files; check shows "
+                           " is text; recover reads binary, encrypted and archive files; check shows "
                            "what is wrong with a text\n");
     const std::string binary = write_in_form(folder, "binary", "a 1");
     run = run_bkdoc({"recover", binary, "-o", binary});

@@ -78,9 +78,9 @@ TEST(document_damage, every_size_of_a_binary_document_is_checked) {
 TEST(document_damage, bytes_behind_the_end_are_told) {
     StoredForms forms("a 1");
     EXPECT_EQ(told(bk_parser::parse(forms.binary() + "xyz")),
-              Lines{": error: 3 bytes behind the end of the document are not read [bytes-after-end]"});
+              Lines{": error: 3 bytes after the end of the document are not read [bytes-after-end]"});
     EXPECT_EQ(told(bk_parser::parse(forms.archive() + "x")),
-              Lines{": error: 1 byte behind the end of the document is not read [bytes-after-end]"});
+              Lines{": error: 1 byte after the end of the document is not read [bytes-after-end]"});
 }
 
 TEST(document_damage, bytes_behind_an_enciphered_text_are_told) {
@@ -89,7 +89,7 @@ TEST(document_damage, bytes_behind_an_enciphered_text_are_told) {
     const std::string path = folder.write("stored", forms.enciphered("k") + "wxyz");
     LoadOptions options;
     options.key = "k";
-    const std::string message = "4 bytes behind the end of " + path + " are not read";
+    const std::string message = "4 bytes after the end of " + path + " are not read";
     const LoadResult loaded = bk_parser::load(path, options);
     ASSERT_EQ(loaded.problems.size(), 1u) << testing::PrintToString(told(loaded));
     EXPECT_EQ(loaded.problems[0].code, "bytes-after-end");
@@ -100,7 +100,7 @@ TEST(document_damage, bytes_behind_an_enciphered_text_are_told) {
     EXPECT_EQ(included.problems[0].message, message);
     EXPECT_EQ(included.problems[0].line, 1u);
     EXPECT_EQ(told(bk_parser::parse(forms.enciphered("k") + "wxyz", options)),
-              Lines{": error: 4 bytes behind the end of the document are not read [bytes-after-end]"});
+              Lines{": error: 4 bytes after the end of the document are not read [bytes-after-end]"});
 }
 
 TEST(document_damage, an_archive_that_is_cut_off_gives_the_words_that_are_there) {

@@ -158,7 +158,7 @@ TEST_F(document_includes, that_make_a_long_circle_are_told_with_the_files_betwee
 TEST_F(document_includes, without_a_closing_quote_are_told) {
     const LoadResult result = load_text("a 1\n#include \"part.bkd\nb 2\n");
     EXPECT_EQ(told_here(result),
-              Lines{"main.bkd:2:1: error: no closing quote behind #include; the rest of the "
+              Lines{"main.bkd:2:1: error: no closing quote after #include; the rest of the "
                     "file is not read [include-left-open]"});
     EXPECT_EQ(tree_of(result), " a 1");
 }

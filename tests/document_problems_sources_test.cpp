@@ -3,7 +3,7 @@
 namespace {
 
 const std::string before_comment = ": put a blank before the comment";
-const std::string around_directive = ": put a blank or a line end before and behind the directive";
+const std::string around_directive = ": put a blank or a line end before and after the directive";
 
 const ToldRow rows[] = {
     {"a_comment_joins_the_next_line",

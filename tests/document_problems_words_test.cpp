@@ -128,7 +128,7 @@ const ToldRow rows[] = {
     {"a_byte_order_mark_is_told_where_it_stands",
      "\xEF\xBB\xBFname 1\n",
      {{"byte-order-mark", true, 2, 1, 3,
-       "an invisible byte order mark stands here: save the file without a byte order mark; '1' is skipped, "
+       "an invisible byte order mark is here: save the file without a byte order mark; '1' is skipped, "
        "too"}}},
     {"a_name_with_a_stranger_is_none",
      "a 1\nmy-name 2\n",

@@ -58,7 +58,7 @@ TEST_F(document_save_faults, a_value_behind_a_name_that_was_not_read_is_not_chan
         ASSERT_TRUE(remove(loaded.document.root(), "fullscreen@0"));
         loaded.document.root().get_entry("fullscreen")->add_bool(true);
         ASSERT_TRUE(set(loaded.document.root(), "width", 1024));
-        expect_refused(loaded.document, "was not read, and what stands behind it would change with entry "
+        expect_refused(loaded.document, "was not read, and what follows it would change with entry "
                                         "'fullscreen'; mend it and load the document again");
         SaveOptions anew;
         anew.keep_layout = false;

@@ -266,7 +266,7 @@ TEST(document_save_own, comments_of_an_enciphered_text_are_told_before_they_are_
         LoadResult loaded = load(path, options);
         ASSERT_TRUE(set(loaded.document.root(), "a", 2));
         const SaveResult refused = save(loaded.document);
-        EXPECT_NE(refused.reason.find("the comments of the enciphered text would be lost"), std::string::npos)
+        EXPECT_NE(refused.reason.find("the comments of the encrypted text would be lost"), std::string::npos)
             << refused.reason;
         ASSERT_EQ(refused.losses.size(), 1u) << text;
         EXPECT_EQ(refused.losses[0].code, "comments-lost");

@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <optional>
+#include <string>
+#include <vector>
 
 // Memory runs out while documents are saved: the reason says so, the files are as they were or as they shall be, and nothing leaks.
 
@@ -174,6 +177,29 @@ TEST_P(memory_out_of_saves, while_a_save_is_previewed) {
             }
             preview = SavePreview();
         });
+}
+
+TEST_P(memory_out_of_saves, while_files_are_replaced_by_name) {
+    const std::filesystem::path path(folder_.path("main"));
+    const std::string text(100000, 'x');
+    const std::vector<FileChange> changes{{path, "old", text, true}, {folder_.path("made"), "", text, false}};
+    for (const bool is_single : {true, false}) {
+        run_out_of_save(
+            [&] {
+                folder_.write("main", "old");
+                std::filesystem::remove(folder_.path("made"));
+                return std::make_unique<LoadResult>();
+            },
+            [&](Document&) {
+                SaveResult result;
+                result.reason = is_single ? replace_file(path, text) : replace_files(changes);
+                return result;
+            },
+            [&](bool is_saved) {
+                EXPECT_EQ(folder_.read("main"), is_saved ? text : "old");
+                EXPECT_EQ(std::filesystem::exists(folder_.path("made")), is_saved && !is_single);
+            });
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(one_request_or_all_from_there, memory_out_of_saves, testing::Bool());

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <iomanip>
+#include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -64,12 +66,32 @@ TEST(readme, has_the_figures_of_the_last_measurement) {
     const std::pair<const char*, const char*> figures[] = {{"bk_parser", "bk_parser reaches "},
                                                            {"pugixml", "pugixml "},
                                                            {"rapidjson", "RapidJSON "},
+                                                           {"rapidjson_insitu", "RapidJSON in place "},
                                                            {"rapidxml", "rapidxml "},
                                                            {"pugixml_inplace+fc", "`std::from_chars` "},
                                                            {"simdjson, read-only", "read-only tree ("}};
     for (const auto& [peer, words] : figures) {
         const std::string told = words + measured(peer, " parse+walk ");
         EXPECT_NE(page.find(told), std::string::npos) << told;
+    }
+}
+
+TEST(readme, has_the_range_of_a_parse_that_ends_with_the_destruction_of_the_tree) {
+    std::string page = text_of_file(root / "README.md");
+    std::replace(page.begin(), page.end(), '\n', ' ');
+    const std::string rows = text_of_file(root / "docs/performance.md");
+    const std::pair<std::size_t, const char*> peers[] = {{4, " times as fast as RapidJSON in place"},
+                                                         {0, " times as fast as yyjson"}};
+    for (const auto& [column, words] : peers) {
+        std::set<std::string> rates; // of two decimals each, so their texts are in the order of the numbers
+        const std::regex row("\n\\| (?:scene_10k|messages|catalog|coordinates) \\|(?: [0-9.]+ \\|){" +
+                             std::to_string(column) + "} ([0-9.]+) \\|");
+        for (std::sregex_iterator at(rows.begin(), rows.end(), row); at != std::sregex_iterator(); ++at) {
+            rates.insert((*at)[1].str());
+        }
+        ASSERT_EQ(rates.size(), 4u) << words;
+        const std::string range = *rates.begin() + " to " + *rates.rbegin() + words;
+        EXPECT_NE(page.find(range), std::string::npos) << range;
     }
 }
 

@@ -1,132 +1,16 @@
 #include "document/document.h"
+#include "tests/support/losses.h"
 #include "tests/support/plain_text.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/tree_content.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <ostream>
-
 // What a form cannot carry is named before anything is written, and nothing is written then.
 
 using namespace bk_parser;
 
 namespace {
-
-struct Loss {
-    const char* name;
-    Form form;
-    std::function<void(ParserGroup&)> make;
-    std::string_view code;
-};
-
-std::ostream& operator<<(std::ostream& out, const Loss& loss) {
-    return out << loss.name;
-}
-
-ParserEntry& add(ParserGroup& root, const char* name = "a") {
-    return *root.add_entry(name, 0, 0);
-}
-
-void add_nul(ParserGroup& root) {
-    add(root).add_string(CoreString("x\0y", 3));
-}
-
-const std::vector<Loss>& all_losses() {
-    static const std::vector<Loss> all = {
-        {"text_char", Form::text, [](ParserGroup& root) { add(root).add_char('x'); }, "char-becomes-int"},
-        {"text_backslash", Form::text,
-         [](ParserGroup& root) {
-             add(root).add_string("C:\\");
-             root.get_entry(0)->add_int(1);
-         },
-         "string-ends-in-backslash"},
-        {"text_backslash_in_arguments", Form::text,
-         [](ParserGroup& root) {
-             root.set_text("f(1) b 1", CoreVersion(1.2), nullptr);
-             root.get_entry(0)->set_string("C:\\", 0);
-         },
-         "string-ends-in-backslash"},
-        {"text_version_in_string", Form::text,
-         [](ParserGroup& root) { add(root).add_string("#Brellwick_Serial_Version 1"); }, "directive"},
-        {"text_include_in_string", Form::text, [](ParserGroup& root) { add(root).add_string("#include "); },
-         "directive"},
-        {"text_include_as_entry", Form::text,
-         [](ParserGroup& root) { add(root, "#include").add_string("x"); }, "directive"},
-        {"text_version_as_entry", Form::text,
-         [](ParserGroup& root) { add(root, "#Brellwick_Serial_Version").add_int(1); }, "directive"},
-        {"text_group_name", Form::text, [](ParserGroup& root) { root.add_group(new ParserGroup("g")); },
-         "group-name-lost"},
-        {"text_value_behind_group", Form::text,
-         [](ParserGroup& root) {
-             add(root).add_group(nullptr);
-             root.get_entry(0)->add_int(1);
-         },
-         "value-behind-group"},
-        {"text_group_in_arguments", Form::text,
-         [](ParserGroup& root) {
-             root.set_text("f(1) b 1", CoreVersion(1.2), nullptr);
-             root.get_entry(0)->add_group(nullptr);
-         },
-         "group-in-arguments"},
-        {"text_raw", Form::text,
-         [](ParserGroup& root) {
-             add(root).add_string("x");
-             root.get_entry(0)->set_as_raw_text(true);
-         },
-         "raw-text"},
-        {"text_template_and_array", Form::text,
-         [](ParserGroup& root) {
-             add(root).add_int(1);
-             root.get_entry(0)->set_template("t");
-             root.get_entry(0)->set_array(true, 1);
-         },
-         "template-with-array"},
-        {"text_renamed_to_no_name", Form::text,
-         [](ParserGroup& root) {
-             add(root).add_int(1);
-             root.get_entry(0)->rename("1x");
-         },
-         "name-changes"},
-        {"text_renamed_to_a_keyword", Form::text,
-         [](ParserGroup& root) {
-             add(root).add_int(1);
-             root.get_entry(0)->rename("#x");
-         },
-         "name-changes"},
-        {"text_name_with_suffix", Form::text, [](ParserGroup& root) { add(root, "a[3]").add_int(1); },
-         "name-changes"},
-        {"text_bad_template", Form::text,
-         [](ParserGroup& root) {
-             add(root).add_int(1);
-             root.get_entry(0)->set_template("1 2");
-         },
-         "name-changes"},
-        {"enciphered_char", Form::enciphered, [](ParserGroup& root) { add(root).add_char('x'); },
-         "char-becomes-int"},
-        {"archive_char", Form::archive, [](ParserGroup& root) { add(root).add_char('x'); },
-         "char-becomes-int"},
-        {"archive_shift", Form::archive, [](ParserGroup& root) { add(root).add_string("\x0F"); },
-         "string-cut"},
-        {"archive_backslash", Form::archive,
-         [](ParserGroup& root) {
-             add(root).add_string("\\");
-             add(root, "b").add_int(1);
-         },
-         "string-ends-in-backslash"},
-        {"binary_keyword", Form::binary, [](ParserGroup& root) { add(root, "#k").add_int(1); }, "kind-lost"},
-        {"binary_call", Form::binary,
-         [](ParserGroup& root) { root.set_text("f(1) b 1", CoreVersion(1.2), nullptr); }, "kind-lost"},
-        {"binary_template", Form::binary, [](ParserGroup& root) { add(root).set_template("t"); },
-         "template-lost"},
-        {"binary_array", Form::binary, [](ParserGroup& root) { add(root).set_array(true, 0); }, "array-lost"},
-        {"binary_nul", Form::binary, add_nul, "string-cut"},
-        {"binary_group_name", Form::binary, [](ParserGroup& root) { root.add_group(new ParserGroup("g")); },
-         "group-name-lost"},
-    };
-    return all;
-}
 
 class SaveLosses : public testing::TestWithParam<Loss> {};
 

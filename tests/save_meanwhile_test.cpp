@@ -128,6 +128,24 @@ TEST_F(save_meanwhile, the_same_bytes_written_again_do_not_matter) {
     EXPECT_EQ(folder_.read("document"), "a 2 // one\n#include \"part\"\n");
 }
 
+TEST_F(save_meanwhile, what_a_device_throws_reaches_the_caller_and_every_file_stays) {
+    LoadResult loaded = load(folder_.path("document"));
+    set(loaded.document.root(), "a", 2);
+    const FileChange change{folder_.path("part"), "b 1\n", "b 2\n", true};
+    const std::function<void()> operations[] = {
+        [&] { static_cast<void>(save(loaded.document)); },
+        [&] {
+            static_cast<void>(replace_files({&change, 1}));
+        },
+        [&] { static_cast<void>(replace_file(change.path, "b 2\n")); }};
+    for (const std::function<void()>& operate : operations) {
+        const Meanwhile broken([] { throw 7; });
+        EXPECT_THROW(operate(), int);
+    }
+    EXPECT_EQ(all(), "a 1 // one\n#include \"part\"\n|b 1\n");
+    EXPECT_EQ(files(), 2u);
+}
+
 TEST_F(save_meanwhile, a_name_with_a_nul_is_refused_and_the_file_before_it_stays) {
     const std::filesystem::path name(folder_.path("part") + std::string("\0more", 5));
     Document made;

@@ -122,7 +122,7 @@ std::string failure_text(const bk::SourceFailure& failure, bool has_key) {
     case SourceFault::enciphered_block:
         return text_of_enciphered(failure, has_key);
     case SourceFault::include_left_open:
-        return "no closing quote behind #include; the rest of the file is not read";
+        return "no closing quote after #include; the rest of the file is not read";
     case SourceFault::unreadable:
     case SourceFault::no_version:
         break;
@@ -153,7 +153,7 @@ std::string cut_off_text(std::string_view name, core_uint64 announced, core_uint
 }
 
 std::string rest_text(std::string_view name, core_uint64 count) {
-    return grouped_number(count) + (count == 1 ? " byte" : " bytes") + " behind the end of " +
+    return grouped_number(count) + (count == 1 ? " byte" : " bytes") + " after the end of " +
            std::string(name) + (count == 1 ? " is" : " are") + " not read";
 }
 

@@ -19,7 +19,7 @@ std::string too_large_text(std::string_view name, core_uint64 size, core_uint64 
 std::string grouped_number(core_uint64 number);
 /// "cut.bin is cut off: 4,738 bytes announced, 1,988 present"
 std::string cut_off_text(std::string_view name, core_uint64 announced, core_uint64 present);
-/// "3 bytes behind the end of lamp.bin are not read"
+/// "3 bytes after the end of lamp.bin are not read"
 std::string rest_text(std::string_view name, core_uint64 count);
 /// Why these bytes cannot be read as a text, for example "is a PNG image, not a document"; empty when they can.
 std::string why_no_text(std::string_view bytes);

@@ -100,7 +100,7 @@ private:
             return true;
         }
         return take_name(*step.template_name) &&
-               (scanner_.take('>') || scanner_.fail_at_character("write '>' behind the template"));
+               (scanner_.take('>') || scanner_.fail_at_character("write '>' after the template"));
     }
 
     bool take_selector(PathSelector& selector) {

@@ -179,7 +179,7 @@ private:
         const std::size_t end = begin + static_cast<std::size_t>(count) * width;
         if (end < bytes_.size()) {
             lost_.add(end, bytes_.size() - end,
-                      announced > present ? "a part of a word" : "behind the end of the document");
+                      announced > present ? "a part of a word" : "after the end of the document");
         }
         if (announced > present) {
             lost_.cut_off(bytes_.size(), begin + announced * width - bytes_.size());

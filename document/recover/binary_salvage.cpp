@@ -40,7 +40,7 @@ void BinarySalvage::run(ParserGroup& root) {
         step();
     }
     if (position_ < data_.size()) {
-        lost_.add(position_, data_.size() - position_, "behind the end of the document");
+        lost_.add(position_, data_.size() - position_, "after the end of the document");
     }
     if (announced_end_ > data_.size()) {
         lost_.cut_off(data_.size(), announced_end_ - data_.size());

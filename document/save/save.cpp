@@ -37,7 +37,7 @@ const char* form_name(Form form) noexcept {
     case Form::binary:
         return "binary";
     case Form::enciphered:
-        return "enciphered";
+        return "encrypted";
     case Form::archive:
         return "archive";
     default:
@@ -68,7 +68,7 @@ private:
 
     bool check() {
         if (form_ == Form::enciphered && key_.empty()) {
-            return fail("the enciphered form needs a key");
+            return fail("the encrypted form needs a key");
         }
         result_.losses = find_losses(*state_.root, form_, true);
         changes_ = !result_.losses.empty();
@@ -90,7 +90,7 @@ private:
         if (loses_comments) {
             Problem lost;
             lost.code = "comments-lost";
-            lost.message = "the comments of the enciphered text, which is laid out anew";
+            lost.message = "the comments of the encrypted text, which is laid out anew";
             lost.file = state_.path;
             result_.losses.push_back(std::move(lost));
         }
@@ -98,7 +98,7 @@ private:
             return true;
         }
         if (loses_comments && result_.losses.size() == 1) {
-            return fail("the comments of the enciphered text would be lost; without keep_layout, or lossy, "
+            return fail("the comments of the encrypted text would be lost; without keep_layout, or lossy, "
                         "it is saved");
         }
         return fail(changes_ ? std::string("the ") + form_name(form_) +

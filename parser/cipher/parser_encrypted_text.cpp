@@ -16,7 +16,7 @@ std::string_view view_of(const CoreArray<unsigned char>& data) noexcept {
     return {reinterpret_cast<const char*>(data.get_data()), data.get_count()};
 }
 
-/// Replaces `data` by the block and returns true. Leaves `data` as it was when the text is empty or its block too large.
+/// Replaces `data` with the block and returns true. Leaves `data` as it was when the text is empty or its block too large.
 bool encipher_into(CoreArray<unsigned char>& data, const CoreString& text, const CoreString& key,
                    const char* operation) {
     if (text.is_empty()) {
@@ -38,7 +38,7 @@ void write_hexadecimal(char* out, const CoreArray<unsigned char>& data) noexcept
     }
 }
 
-/// Replaces `out` by the digits of the enciphered text and then `suffix`. An empty text leaves `out` as it was.
+/// Replaces `out` with the digits of the enciphered text and then `suffix`. An empty text leaves `out` as it was.
 void encipher_into(CoreString& out, const CoreString& text, const CoreString& key, std::string_view suffix,
                    const char* operation) {
     CoreArray<unsigned char> data;

@@ -59,7 +59,7 @@ public:
 
     /// The bytes of a file, at most `most` of them.
     virtual SourceRead read(const CoreString& path, core_uint64 most, CoreString& bytes) = 0;
-    /// Replaces the bytes of a file by its text, with line ends translated as the platform does. False when it cannot be read.
+    /// Replaces the bytes of a file with its text, with line ends translated as the platform does. False when it cannot be read.
     virtual bool read_as_text(const CoreString& path, CoreString& text) = 0;
     /// Whether the deciphered bytes can be a text: a wrong key gives arbitrary bytes.
     virtual bool accepts_deciphered(const CoreString& text) = 0;

@@ -231,12 +231,12 @@ bool JsonTreeReader::begin_entry() {
         return true;
     }
     if (is_special(key)) {
-        return shape_fault(shown(key) + " stands among names: a name that begins with $ is spelled " +
+        return shape_fault(shown(key) + " is among names: a name that begins with $ is spelled " +
                            shown("$:" + std::string(key)));
     }
     scratch_.clear();
     if (!resolve_byte_escapes(key.substr(escaped_name_mark.size()), scratch_)) {
-        return shape_fault("a name behind $: has \\\\ for a backslash and \\x with two digits for a byte");
+        return shape_fault("a name after $: has \\\\ for a backslash and \\x with two digits for a byte");
     }
     tree_.begin_entry(scratch_, false);
     return true;

@@ -41,7 +41,7 @@ void FaultStory::tell_word(const FaultRecord& record, const Spot& spot) {
     const Spot mark = sources_.find(record.start + std::min(at, word.size()), bk::byte_order_mark.size());
     if (at != std::string_view::npos && lines_.state_at(mark) != LineReader::State::string) {
         add(codes::byte_order_mark,
-            "an invisible byte order mark stands here: save the file without a byte order mark", mark);
+            "an invisible byte order mark is here: save the file without a byte order mark", mark);
     } else if (word[0] == '"') {
         tell_string(word, spot);
     } else if (tell_other_comment(word, spot) || tell_single_quotes(word, spot)) {

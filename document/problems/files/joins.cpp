@@ -102,7 +102,7 @@ void Joins::tell(std::string_view expanded, const Losses& losses, ProblemList& p
             return shown(word_from(expanded, offsets_[i])) + " joins " +
                    shown(word_before(expanded, offsets_[i])) +
                    (join.is_comment ? ": put a blank before the comment"
-                                    : ": put a blank or a line end before and behind the directive");
+                                    : ": put a blank or a line end before and after the directive");
         };
         problems.add(losses.severity(code, join.taken), code, compose, join.taken);
     }

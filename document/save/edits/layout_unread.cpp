@@ -31,7 +31,7 @@ bool LayoutEdits::owns_values(const OldGroup& group, const OldEntry& old, const 
     for (; word != unread.end() && word->begin < end; ++word) {
         if (may_be_meant_as_entry(words(*word))) {
             reason_ = "the word " + shown(words(*word)) + " at " + sources_.place_of(word->begin) +
-                      " was not read, and what stands behind it would change with entry '" +
+                      " was not read, and what follows it would change with entry '" +
                       std::string(now.get_name().get_view()) + "'; mend it and load the document again";
             return false;
         }

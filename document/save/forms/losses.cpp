@@ -156,7 +156,7 @@ private:
             lose("group-name-lost", "the name of a group that is a value");
         }
         if (is_text() && i + 1 < entry.get_value_count()) {
-            lose("value-behind-group", "a text has no value behind a group");
+            lose("value-behind-group", "a text has no value after a group");
         }
         if (is_text() && entry.get_type() == ParserEntry::TYPE_FUNCTION_CALL) {
             lose("group-in-arguments", "a text has no group in an argument list");
@@ -186,7 +186,7 @@ private:
             i + 1 == entry.get_value_count() && entry.get_type() != ParserEntry::TYPE_FUNCTION_CALL;
         const bool stands_alone = is_last && form_ != Form::archive;
         if (text.ends_with('\\') && !stands_alone) {
-            lose("string-ends-in-backslash", "a string that ends in a backslash takes in what is behind it");
+            lose("string-ends-in-backslash", "a string that ends in a backslash takes in what follows it");
         }
         if (!has_escapes_ && text.find_first_of("\"\n\r") != std::string_view::npos) {
             lose("string-needs-escapes", "texts of this version have no quotes and line ends in strings");

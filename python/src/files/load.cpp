@@ -166,7 +166,7 @@ void define_load(py::module_& module) {
         "document's problems say what was wrong.\n\n"
         "search: folders in which included files are looked for.\n"
         "progress: called about a hundred times with the share that is done, from 0 to 1; False cancels.\n"
-        "key: decrypts an enciphered document.\n"
+        "key: decrypts an encrypted document.\n"
         "beside: look for included files beside the including one first.\n"
         "working_folder: look for them in the working folder at last. Without it a document reads alike "
         "whichever\n"

@@ -57,7 +57,7 @@ private:
 /// After bytes that it cannot explain, it goes on behind the entry, group or list around them.
 void map_binary(std::string_view bytes, ByteMapWriter& map);
 void map_archive(std::string_view bytes, ByteMapWriter& map);
-/// `text` is the deciphered text, or nothing without a key.
+/// `text` is the decrypted text, or nothing without a key.
 void map_enciphered(std::string_view bytes, std::optional<std::string_view> text, ByteMapWriter& map);
 
 /// "0x4B".

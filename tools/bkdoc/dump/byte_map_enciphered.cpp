@@ -25,7 +25,7 @@ void preview(std::string_view text, ByteMapWriter& map) {
 }
 
 void map_text(LittleCursor& cursor, std::string_view text, ByteMapWriter& map) {
-    map.row(cursor, text.size(), 0, "text", "enciphered; it begins:");
+    map.row(cursor, text.size(), 0, "text", "encrypted; it begins:");
     preview(text, map);
     const std::size_t padding = (word_width - text.size() % word_width) % word_width;
     if (padding != 0) {
@@ -40,11 +40,11 @@ void map_text(LittleCursor& cursor, std::string_view text, ByteMapWriter& map) {
 
 /// Maps as much of the frame as the file has, without its content.
 void map_frame(LittleCursor& cursor, ByteMapWriter& map) {
-    map.row(cursor, length_width, 0, "length", "enciphered");
+    map.row(cursor, length_width, 0, "length", "encrypted");
     const std::size_t stray = cursor.left() % word_width;
     const std::size_t whole = cursor.left() - stray;
     if (whole != 0) {
-        map.row(cursor, whole, 0, "text", counted(whole, "byte", "bytes") + ", enciphered and padded");
+        map.row(cursor, whole, 0, "text", counted(whole, "byte", "bytes") + ", encrypted and padded");
     }
     if (stray != 0) {
         map.unexplained(cursor, stray, "the file",
@@ -57,16 +57,16 @@ void map_frame(LittleCursor& cursor, ByteMapWriter& map) {
 
 void map_enciphered(std::string_view bytes, std::optional<std::string_view> text, ByteMapWriter& map) {
     LittleCursor cursor(bytes);
-    map.row(cursor, form_mark_size, 0, "magic", "a text enciphered under a key");
+    map.row(cursor, form_mark_size, 0, "magic", "a text encrypted with a key");
     if (cursor.left() < length_width) {
         map.unexplained(cursor, cursor.left(), "the file",
-                        "expected the 8 bytes of the enciphered length, but the file has only " +
+                        "expected the 8 bytes of the encrypted length, but the file has only " +
                             counted(cursor.left(), "byte", "bytes") + " left");
     } else if (!text) {
         map_frame(cursor, map);
     } else {
         map.row(cursor, length_width, 0, "length",
-                "enciphered; " + counted(text->size(), "byte", "bytes") + " of text");
+                "encrypted; " + counted(text->size(), "byte", "bytes") + " of text");
         map_text(cursor, *text, map);
     }
 }

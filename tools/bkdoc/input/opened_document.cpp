@@ -141,7 +141,7 @@ std::string_view form_word(bk_parser::Form form) noexcept {
     case bk_parser::Form::binary:
         return "binary";
     case bk_parser::Form::enciphered:
-        return "enciphered text";
+        return "encrypted text";
     case bk_parser::Form::archive:
         return "archive";
     case bk_parser::Form::text:

@@ -34,7 +34,7 @@ public:
     bool is_read() const noexcept { return !result_.cancelled && refusal() == nullptr; }
     /// The problem because of which nothing was read, or null.
     const bk_parser::Problem* refusal() const noexcept;
-    /// The problem that ended the read of a binary, enciphered or archive file early, or null. The tree has what stands before
+    /// The problem that ended the read of a binary, encrypted or archive file early, or null. The tree has what stands before
     /// it.
     const bk_parser::Problem* damage() const noexcept;
     bool is_damaged() const noexcept { return damage() != nullptr; }
@@ -66,7 +66,7 @@ OpenedDocument open_bytes(std::string name, std::string_view bytes, const OpenOp
 /// The name of an operand in reports: "<stdin>" for "-".
 std::string shown_operand(const std::string& operand);
 
-/// "text", "binary", "enciphered text", "archive".
+/// "text", "binary", "encrypted text", "archive".
 std::string_view form_word(bk_parser::Form form) noexcept;
 
 } // namespace bkdoc

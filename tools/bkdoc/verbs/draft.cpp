@@ -21,7 +21,7 @@ std::string archive_bytes(ParserGroup& root) {
     return refusal.is_empty() ? file.bytes() : std::string();
 }
 
-std::string enciphered_bytes(ParserGroup& root, const std::string& key) {
+std::string encrypted_bytes(ParserGroup& root, const std::string& key) {
     const CoreString version("#Brellwick_Serial_Version");
     root.add_entry(version, 0, 0)->add_double(default_parser_serial_version.get_value());
     CoreArray<unsigned char> block;
@@ -39,7 +39,7 @@ std::string bytes_in_form(ParserGroup& root, Form form, const std::string& key) 
         return std::string(form_mark(form)) + std::string(binary.get_data(), binary.get_count());
     }
     case Form::enciphered:
-        return enciphered_bytes(root, key);
+        return encrypted_bytes(root, key);
     case Form::archive:
         return archive_bytes(root);
     case Form::text:

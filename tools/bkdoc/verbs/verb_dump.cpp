@@ -31,7 +31,7 @@ private:
     std::optional<std::string> text_;
 };
 
-std::optional<std::string> deciphered(const std::string& bytes, const std::string& key) {
+std::optional<std::string> decrypted(const std::string& bytes, const std::string& key) {
     const MemoryFile memory(bytes);
     const LogKeeper quiet;
     TextKeeper keeper;
@@ -41,10 +41,10 @@ std::optional<std::string> deciphered(const std::string& bytes, const std::strin
     return keeper.text();
 }
 
-/// Maps an enciphered file with the text that the library deciphers. A wrong key usually shows in the length of the text, and
+/// Maps an encrypted file with the text that the library decrypts. A wrong key usually shows in the length of the text, and
 /// the map rejects that.
 void map_with_key(const std::string& bytes, const std::string& key, ByteMapWriter& map) {
-    const std::optional<std::string> text = key.empty() ? std::nullopt : deciphered(bytes, key);
+    const std::optional<std::string> text = key.empty() ? std::nullopt : decrypted(bytes, key);
     map_enciphered(bytes, text, map);
     if (!key.empty() && !text && map.unexplained().empty()) {
         map.reject(form_mark_size,

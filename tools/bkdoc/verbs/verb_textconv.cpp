@@ -45,7 +45,7 @@ void write_problems(const OpenedDocument& document, Output& out) {
 ExitCode run_textconv(const Arguments& arguments, Streams& streams) {
     OpenOptions open;
     if (!take_opening(arguments, open, streams)) {
-        open.key.clear(); // an enciphered file then prints its message about the key
+        open.key.clear(); // an encrypted file then prints its message about the key
     }
     const Input input(arguments.operands().front());
     if (!input.refusal.empty()) {

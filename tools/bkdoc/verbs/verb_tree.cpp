@@ -167,7 +167,7 @@ std::string storage_text(const OpenedDocument& document) {
     }
     CoreString version;
     version += document.document().version();
-    return (document.form() == Form::text ? "version " : "enciphered, version ") +
+    return (document.form() == Form::text ? "version " : "encrypted, version ") +
            std::string(version.get_view());
 }
 

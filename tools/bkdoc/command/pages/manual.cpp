@@ -79,7 +79,7 @@ std::string manual_page() {
         ".SH SYNOPSIS\n.B bkdoc\n.I VERB\n.RI [ OPTIONS ]\n.IR FILE ...\n"
         ".SH DESCRIPTION\nA document is a tree of groups, entries and values. It is stored as text, as "
         "binary "
-        "data, as enciphered text or as an archive; its first bytes show the form. Options may stand "
+        "data, as encrypted text or as an archive; its first bytes show the form. Options may be "
         "anywhere; \\-\\- ends them. A FILE named \\- is standard input.\n.PP\n"
         "bkdoc help lists the verbs; bkdoc help VERB explains one.\n"
         ".SH VERBS\n";
@@ -94,7 +94,7 @@ std::string manual_page() {
     for (const OptionSpec& option : general_options()) {
         text += described(option);
     }
-    return text + ".SH ENVIRONMENT\n.TP\n.B BKDOC_KEY\nThe key of enciphered documents, unless \\-\\-key or "
+    return text + ".SH ENVIRONMENT\n.TP\n.B BKDOC_KEY\nThe key of encrypted documents, unless \\-\\-key or "
                   "\\-\\-key\\-file gives one.\n.TP\n.B NO_COLOR\nIf set, bkdoc uses no colours unless "
                   "\\-\\-color asks for them.\n"
                   ".SH EXIT STATUS\n0 if all is well, 1 if the answer is no (errors, differences, nothing "

@@ -44,11 +44,12 @@ constexpr VerbSpec change_rows[] = {
     {"set", Task::change, "Change the values that a path finds.",
      "CHANGE is =VALUES, +=N, -=N, *=N or /=N. Values are written as in a document: =60.0, '=1 2 3', =yes, "
      "'=\"sun\"'; text without quotes becomes a string. = replaces the values of an entry; if PATH ends "
-     "with @N, those from that one on. A calculation changes every number of an entry, or only the one "
+     "with @N, it replaces the values from number N on. A calculation changes every number of an entry, or "
+     "only the one "
      "that @N names. +=TEXT appends to strings.\n"
      "\n"
-     "Values keep their type: 60.0 times 1.1 is written as 66.0, and a result that is not whole is refused "
-     "for an int. Only --type changes types.\n"
+     "Values keep their type: 60.0 times 1.1 is written as 66.0. For an int, a result that is not whole is "
+     "refused. Only --type changes types.\n"
      "\n"
      "Only the bytes of changed values change, in the file that holds them; comments, spelling and includes "
      "stay. If one document is refused, no file is written. A file that several documents include is "
@@ -66,12 +67,13 @@ constexpr VerbSpec change_rows[] = {
      rm_operands, edit_options, true, "bkdoc rm --dry-run '**/light[power>100]' harbour.bkd", edit_exit_codes,
      run_rm},
     {"mv", Task::change, "Move an entry to another group, or rename it.",
-     "FROM must find exactly one entry. The last step of TO is its new name; the steps before it lead to the "
-     "group at whose end it goes. An entry that stays in its group keeps its place.",
+     "FROM must find exactly one entry. The last step of TO is its new name. The steps before it name a "
+     "group, "
+     "and the entry goes to the end of that group. An entry that stays in its group keeps its place.",
      mv_operands, edit_options, true, "bkdoc mv -w world/wind weather/wind harbour.bkd", edit_exit_codes,
      run_mv},
     {"rename", Task::change, "Rename the entries that a path finds.",
-     "NAME takes the place of the name, which is the word before the values. The values stay: to give shot "
+     "NAME replaces the name, which is the word before the values. The values stay: to give shot "
      "\"010\" "
      "another key, write set 'shot[\"010\"]@0' '=\"015\"'.",
      rename_operands, rename_options, true, "bkdoc rename --refs -w '**/light' lamp harbour.bkd",

@@ -8,7 +8,7 @@ namespace {
 
 constexpr OptionSpec same_options[] = {
     {"--content", "", ValueKind::none, "", false,
-     "Compare only names and values, and numbers whatever their type: what every form can store."},
+     "Compare only what every form can store: names and values, and numbers without their types."},
     json_option};
 
 constexpr OptionSpec diff_options[] = {

@@ -25,7 +25,7 @@ constexpr VerbSpec layout_rows[] = {
      "The result is printed unless --write, --check or --diff is given. Without FILE, or for -, fmt formats "
      "standard input. A FILE may be a folder or a pattern, as for check. Included files are not formatted.\n"
      "\n"
-     "Comments stay where they are, and so do blank lines, of which several become one. Words keep their "
+     "Comments stay where they are. Several blank lines in a row become one. Words keep their "
      "spelling. fmt reads the text before and after, and writes nothing if the two differ. A file with "
      "errors is left as it is.",
      files_or_input, fmt_options, false, "bkdoc fmt -w shots",

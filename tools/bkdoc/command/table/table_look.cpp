@@ -93,7 +93,7 @@ constexpr VerbSpec look_rows[] = {
      "indentation and the sizes of other forms do not count. Several documents are added up. A FILE may be a "
      "folder or a pattern, as for check.",
      several_files, stats_options, true, "bkdoc stats --by name harbour.bkd", reading_exit_codes, run_stats},
-    {"dump", Task::look, "Explain the bytes of a binary, enciphered or archive file.",
+    {"dump", Task::look, "Explain the bytes of a binary, encrypted or archive file.",
      "Bytes that have no meaning are shown as they are. The explanation goes on after them where a stored "
      "size says how far they reach.",
      one_file, dump_options, false, "bkdoc dump harbour.archive",

@@ -23,7 +23,7 @@ inline constexpr OptionSpec key_option = {
     ValueKind::word,
     "KEY",
     false,
-    "The key of enciphered documents. Other users of this machine can see it on the command line; use "
+    "The key of encrypted documents. Other users of this machine can see it on the command line; use "
     "--key-file or the environment variable BKDOC_KEY to hide it."};
 inline constexpr OptionSpec key_file_option = {
     "--key-file",

@@ -15,10 +15,11 @@ constexpr OptionSpec recover_options[] = {
 };
 
 constexpr VerbSpec repair_rows[] = {
-    {"recover", Task::repair, "Save what is left of a damaged binary, enciphered or archive file.",
-     "recover reads everything that it can, before and after the damage. The error stream tells how many "
-     "entries were read, which bytes were lost and what they held. Look at the result before you use it: "
-     "bytes that were changed but still mean something are read as they stand.",
+    {"recover", Task::repair, "Save what is left of a damaged binary, encrypted or archive file.",
+     "Look at the result before you use it: changed bytes that still have a meaning are read as they are.\n"
+     "\n"
+     "recover reads everything that it can, before and after the damage. Standard error lists how many "
+     "entries were read, which bytes were lost and what they held.",
      one_file, recover_options, true, "bkdoc recover damaged.bin -o saved.bkd",
      "0 nothing was lost\n1 something was lost\n2 nothing could be read, or nothing written", run_recover},
 };

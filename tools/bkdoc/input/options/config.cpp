@@ -190,7 +190,8 @@ void add_config_search(const std::string& operand, std::vector<std::filesystem::
     const Config& config = config_for(folder_of_operand(operand));
     const std::filesystem::path base = base_of(config, operand);
     for (const std::filesystem::path& folder : config.search) {
-        search.push_back(base / folder);
+        // An empty path would be no folder.
+        search.push_back(folder == "." && !base.empty() ? base : base / folder);
     }
 }
 

@@ -14,7 +14,7 @@ namespace bkdoc {
 /// The options with which every verb opens documents.
 struct OpenOptions {
     std::vector<std::string> search_paths;
-    std::string key; // for enciphered documents; empty without a key
+    std::string key; // for encrypted documents; empty without a key
     bool trusted = false;
     bool follow_includes = true;
     bool keep_sources = false;                // needed for the places of entries

@@ -16,10 +16,10 @@ void warn_of_group(const OpenedDocument& document, const ParserEntry& entry, con
         const bool holds_group = there.entry().get_value_count() != 0 &&
                                  there.entry().is_value_group(there.entry().get_value_count() - 1);
         if (holds_group && &there.entry() != &entry && there.entry().get_name().get_view() != name) {
-            complain(streams,
-                     "warning: " + told_place(document, there.entry()) +
-                         ": is there already, and gets another of its name; to move into it, write " +
-                         std::string(to.text()) + "/" + name);
+            complain(streams, "warning: " + told_place(document, there.entry()) +
+                                  ": this group is there already, and now there are two; to move the entry "
+                                  "into it, write " +
+                                  std::string(to.text()) + "/" + name);
             return;
         }
     }

@@ -64,7 +64,7 @@ public:
         }
         if (document.form() == Form::text) {
             complain(streams_, shown(document.name(), file_name_limit) +
-                                   " is text; recover reads binary, enciphered and archive files; check "
+                                   " is text; recover reads binary, encrypted and archive files; check "
                                    "shows what is wrong with a text");
             return EXIT_UNREADABLE;
         }
