@@ -89,7 +89,9 @@ ParserValue::~ParserValue() {
 }
 
 ParserValue& ParserValue::operator=(const ParserValue& other) {
-    StoredValue::copy_shallow(&stored_, StoredValue::of(other));
+    if (this != &other) {
+        StoredValue::copy_shallow(&stored_, StoredValue::of(other));
+    }
     return *this;
 }
 

@@ -10,7 +10,8 @@ namespace bk {
 
 StoredValue* StoredValue::make_apart(void* place, Type type, std::string_view word) {
     if (word.empty()) {
-        return show_spelled(place, type, {static_cast<const char*>(place), 0});
+        return ::new (place)
+            StoredValue(Plain{mark_of(type) | spelled_bit, 0, {.scalar = {.as_double = 0.0}}});
     }
     auto* const apart = ::new (CoreMemory::allocate(sizeof(Apart) + word.size()))
         Apart{{.as_double = 0.0}, static_cast<std::uint32_t>(word.size()), false};
