@@ -41,7 +41,7 @@ struct SaveOptions {
 struct SaveResult {
     /// Why nothing was saved: "FILE: what: the system's reason". Empty when every byte is on the disk.
     std::string reason;
-    /// What the form cannot carry, each with a code and the names that lead to the entry. Without `lossy` nothing was saved because of
+    /// What the form cannot carry, each with a code and the path of the entry. Without `lossy` nothing was saved because of
     /// them.
     std::vector<Problem> losses;
     /// The files that were replaced. Files that did not change are not written.

@@ -50,6 +50,18 @@ TEST_P(save_losses, are_named_and_nothing_is_written_unless_the_host_takes_them)
     EXPECT_TRUE(folder.exists("file"));
 }
 
+/// A loss in a value names its entry.
+TEST_P(save_losses, begin_with_a_path_that_finds_the_entry) {
+    const ScratchFolder folder;
+    Document document;
+    GetParam().make(document.root());
+    const SaveResult refused = save(document, folder.path("file"), options_for(GetParam().form));
+    for (const Problem& loss : refused.losses) {
+        const std::string path = loss.message.substr(0, loss.message.find(": "));
+        EXPECT_NE(find(document.root(), path), nullptr) << loss.message;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(each_loss, save_losses, testing::ValuesIn(all_losses()),
                          [](const auto& loss) { return std::string(loss.param.name); });
 
@@ -63,6 +75,17 @@ TEST(save_losses_kept, a_loss_in_a_kept_layout_is_named) {
     EXPECT_NE(codes_of(result).find("string-ends-in-backslash (a: "), std::string::npos)
         << codes_of(result) << result.reason;
     EXPECT_EQ(folder.read("file"), "#Brellwick_Serial_Version 1.2\n// c\na \"x\" 1\n");
+}
+
+TEST(save_losses_kept, of_several_entries_of_one_name_the_right_one_is_named) {
+    const ScratchFolder folder;
+    const std::string path =
+        folder.write("file", "shot \"010\" { a \"x\" 1 } shot \"020\" { a \"x\" 1 a \"x\" 1 }\n");
+    LoadResult loaded = load(path);
+    find(loaded.document.root(), "shot[\"020\"]/a[1]")->set_string("C:\\", 0);
+    const SaveResult result = save(loaded.document);
+    EXPECT_NE(codes_of(result).find("string-ends-in-backslash (shot[\"020\"]/a["), std::string::npos)
+        << codes_of(result) << result.reason;
 }
 
 TEST(save_losses_kept, a_version_without_escapes_has_no_line_ends_in_strings) {

@@ -1,6 +1,7 @@
 #include "document/save/keep_layout_impl.h"
 
 #include "document/load/entry_places_impl.h"
+#include "document/path.h"
 #include "document/problems/faults/unread_words_impl.h"
 #include "document/problems/list/shown_word_impl.h"
 #include "document/save/edits/file_edits_impl.h"
@@ -271,9 +272,8 @@ private:
         result_.losses.insert(result_.losses.end(), std::make_move_iterator(losses.begin()),
                               std::make_move_iterator(losses.end()));
         if (!is_carried) {
-            const std::string what = difference == nullptr
-                                         ? "more"
-                                         : "entry '" + std::string(difference->get_name().get_view()) + "'";
+            const std::string what =
+                difference == nullptr ? "more" : "entry '" + path_of(*state_.root, *difference) + "'";
             return fail(
                 path_ + ": the layout cannot be kept: " + what +
                 (difference == nullptr ? " would be read than there is" : " would not read back as it is") +

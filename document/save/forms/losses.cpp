@@ -1,5 +1,7 @@
 #include "document/save/forms/losses_impl.h"
 
+#include "document/path.h"
+#include "document/problems/list/shown_word_impl.h"
 #include "document/save/edits/layout_print_impl.h"
 #include "document/save/record/value_text_impl.h"
 #include "parser/files/parser_document_impl.h"
@@ -8,6 +10,7 @@
 #include "parser/words/parser_characters_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
+#include <optional>
 #include <string_view>
 
 namespace bk_parser {
@@ -21,6 +24,7 @@ public:
     LossFinder(Form form, bool has_escapes) : form_(form), has_escapes_(has_escapes) {}
 
     std::vector<Problem> run(const ParserGroup& root) {
+        root_ = &root;
         levels_.push_back({&root, 0, 0});
         while (!levels_.empty()) {
             Level& level = levels_.back();
@@ -62,11 +66,11 @@ private:
     void lose(std::string_view code, const char* what) {
         Problem problem;
         problem.code = code;
-        for (const Level& level : levels_) {
-            const ParserEntry* const entry = level.group->get_entries()[level.entry];
-            problem.message += problem.message.empty() ? "" : "/";
-            problem.message += entry->get_name().get_view();
+        if (!paths_) {
+            paths_.emplace(*root_); // one walk of the tree, however many losses there are
         }
+        const Level& level = levels_.back();
+        problem.message = on_one_line(paths_->path_of(*level.group->get_entries()[level.entry]));
         problem.message += ": ";
         problem.message += what;
         losses_.push_back(std::move(problem));
@@ -219,6 +223,8 @@ private:
 
     Form form_;
     bool has_escapes_;
+    const ParserGroup* root_ = nullptr;
+    std::optional<PathIndex> paths_; // made for the first loss
     std::vector<Level> levels_;
     std::vector<Problem> losses_;
 };
