@@ -66,6 +66,7 @@ const ToldRow rows[] = {
      "a 0x1F\n",
      {{"binary-data-empty", false, 2, 3, 4,
        "'0x1F' holds no bytes: its last eight digits are a checksum; numbers are decimal"}}},
+    {"binary_data_without_bytes_is_written_as_its_checksum", "a 0x00000000\n", {}},
     {"binary_data_has_two_digits_a_byte",
      "a 0x01FF0001000\n",
      {{"binary-data-empty", false, 2, 3, 13, "'0x01FF0001000' holds no bytes: its number of digits is odd"}}},
