@@ -273,6 +273,7 @@ const std::vector<Row>& rows() {
          both(remove(2), remove(1)), "a 1\n\nd 4\n"},
         {"the_first_entry_removed_before_a_blank_line", "a 1\n\nb 2\n", remove(0), "\nb 2\n"},
         {"the_last_entry_removed_behind_a_blank_line", "a 1\n\nb 2\n", remove(1), "a 1\n\n"},
+        {"the_last_entry_removed_behind_a_blank_line_without_a_line_end", "a 1\n\nb 2", remove(1), "a 1"},
         {"the_last_entry_removed_between_blank_lines", "a 1\n\nb 2\n\n", remove(1), "a 1\n\n"},
         {"an_entry_removed_between_blank_lines_in_a_group",
          "g {\n\n  a 1\n\n  b {\n    c 2\n  }\n\n  d 3\n}\n", in_group("g", remove(1)),

@@ -22,7 +22,7 @@ namespace {
 
 /// A text whose last line has no line end stays so, whatever its last line is now.
 void keep_last_line(std::string_view before, std::string& text) {
-    if (!before.empty() && !before.ends_with('\n') && text.ends_with('\n')) {
+    while (!before.empty() && !before.ends_with('\n') && text.ends_with('\n')) {
         text.pop_back();
         if (text.ends_with('\r')) {
             text.pop_back();
