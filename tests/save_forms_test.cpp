@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -38,6 +39,31 @@ std::string stored(const ScratchFolder& folder, Form form, int version_at) {
 }
 
 } // namespace
+
+TEST(save_forms, a_file_that_would_stay_the_same_is_not_written) {
+    const ScratchFolder folder;
+    for (const Form form : {Form::text, Form::binary, Form::enciphered, Form::archive}) {
+        LoadResult parsed = parse("a 1\nb \"two\" 3.5\n");
+        SaveOptions options;
+        options.form = form;
+        options.key = "lantern";
+        options.keep_layout = false;
+        ASSERT_TRUE(save(parsed.document, folder.path("file"), options).ok());
+        const auto long_ago = std::filesystem::last_write_time(folder.path("file")) - std::chrono::hours(1);
+        std::filesystem::last_write_time(folder.path("file"), long_ago);
+        LoadResult loaded = load_keyed(folder.path("file"));
+        SaveResult result = save(loaded.document, folder.path("file"), options);
+        EXPECT_TRUE(result.ok()) << result.reason;
+        EXPECT_TRUE(result.written.empty());
+        EXPECT_EQ(std::filesystem::last_write_time(folder.path("file")), long_ago);
+        set(loaded.document.root(), "a", 2);
+        result = save(loaded.document, folder.path("file"), options);
+        EXPECT_TRUE(result.ok()) << result.reason;
+        EXPECT_EQ(result.written.size(), 1u);
+        LoadResult changed = load_keyed(folder.path("file"));
+        EXPECT_EQ(get<int>(changed.document.root(), "a"), 2);
+    }
+}
 
 TEST(save_forms, golden_files_that_are_read_whole_are_saved_to_the_same_bytes) {
     const ScratchFolder folder;

@@ -156,7 +156,10 @@ private:
         const std::uint64_t size = stored_.head.size() + stored_.body(form_).size();
         std::vector<ReadFile> read{{absolute_text(path_), size, hash.finish(), form_ == Form::enciphered}};
         std::filesystem::path absolute = path_of_text(absolute_text(path_));
-        result_.written.push_back(path_);
+        const bool is_unchanged = known_ && known_->size == size && known_->hash == read.front().hash;
+        if (!is_unchanged) {
+            result_.written.push_back(path_);
+        }
         std::filesystem::path given = given_;
         PlaceShifts shifts;
         std::optional<FoundPlaces> found;
@@ -170,7 +173,9 @@ private:
             }
         }
         FileSet files;
-        files.add(shown_, stored_.head, stored_.body(form_), known_);
+        if (!is_unchanged) {
+            files.add(shown_, stored_.head, stored_.body(form_), known_);
+        }
         result_.reason = files.replace();
         if (!result_.reason.empty()) {
             result_.written.clear();
