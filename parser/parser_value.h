@@ -12,41 +12,49 @@ class ParserWord;
 namespace bk {
 class StoredValue;
 
-/// The 16 bytes of bk::StoredValue, which says what they mean. They are here so that debuggers know them.
+/// @cond
+/// Internal: the 16 bytes of bk::StoredValue, which says what they mean. They are in this header so that debuggers know them.
 struct ValueData {
     /// A spelling that has a block of its own, and its scalar.
     struct Apart;
+    /// The number of a value; its type says which member holds it.
     union Scalar {
-        bool as_bool;
-        char as_char;
-        int as_int;
-        double as_double;
+        bool as_bool;     ///< of a bool
+        char as_char;     ///< of a char
+        int as_int;       ///< of an int
+        double as_double; ///< of a double, and 0 before a word is converted
     };
+    /// What a value holds.
     union Content {
-        Scalar scalar;
-        unsigned char* bytes;
-        ParserGroup* group;
-        Apart* apart;
-        CoreString* string; // outside of this value
-        unsigned int unlisted_type;
+        Scalar scalar;              ///< of a number, when it is valid
+        unsigned char* bytes;       ///< of binary data
+        ParserGroup* group;         ///< of a group value
+        Apart* apart;               ///< of a number whose spelling has a block of its own
+        CoreString* string;         ///< of a string that is outside of this value
+        unsigned int unlisted_type; ///< the type, when ParserValue does not list it
     };
+    /// A value that does not begin with a string.
     struct Plain {
+        /// Type, flags, and the size of the spelling.
         unsigned int mark;
-        unsigned int
-            offset; // of the spelling; the size of binary data; of a string outside where it was in its block
+        /// Where the spelling is; the size of binary data; the former index of a string that is outside of this value.
+        unsigned int offset;
+        /// What the value holds.
         Content content;
     };
 
+    /// Holds these bytes.
     explicit ValueData(const Plain& plain) noexcept : plain_(plain) {}
     ValueData(const ValueData&) = delete;
     ValueData& operator=(const ValueData&) = delete;
     ~ValueData() {} // NOLINT(modernize-use-equals-default): the union has none
 
     union {
-        mutable Plain plain_;
-        mutable CoreString string_;
+        mutable Plain plain_;       ///< every value but a string inside
+        mutable CoreString string_; ///< a string inside
     };
 };
+/// @endcond
 } // namespace bk
 
 /// One typed value of an entry: a scalar, a string, binary data, a bare word or a whole group.
