@@ -1,6 +1,7 @@
 #include "parser/binary/parser_binary_impl.h"
 
 #include "core/reports/core_guard_impl.h"
+#include "parser/binary/parser_binary_cut_impl.h"
 #include "parser/binary/parser_binary_scalar_impl.h"
 #include "parser/model/drop/parser_teardown_impl.h"
 #include "parser/model/parser_entry_impl.h"
@@ -42,24 +43,32 @@ bool find_flat_values(FlatValues& found, const char* sure_end, const char* buffe
                       std::vector<unsigned int>& string_sizes) {
     const char* place = found.begin;
     unsigned int count = 0;
+    std::size_t text_size = 0;
     string_sizes.clear();
-    for (; place < sure_end; ++count) {
-        std::size_t size = stored_size(*place);
+    while (place < sure_end) {
+        const char tag = *place;
+        std::size_t size = stored_size(tag);
         if (size == 0) {
             const std::string_view rest(place + 1, static_cast<std::size_t>(buffer_end - place) - 1);
             const std::size_t length =
-                *place == ParserValue::TYPE_STRING ? rest.find('\0') : std::string_view::npos;
+                tag == ParserValue::TYPE_STRING ? rest.find('\0') : std::string_view::npos;
             if (StoredValue::is_kept_apart(ParserValue::TYPE_STRING, length)) { // or there is no NUL
                 return false;
             }
             string_sizes.push_back(static_cast<unsigned int>(length));
-            found.text_size += StoredValue::string_need(length);
-            size = length + 2; // with its tag and the NUL
+            text_size += StoredValue::string_need(length);
+            place += length + 2; // with its tag and the NUL
+            ++count;
+            continue;
         }
-        place += size;
+        do {
+            place += size;
+            ++count;
+        } while (place < sure_end && *place == tag);
     }
     found.end = place;
     found.count = count;
+    found.text_size = text_size;
     return true;
 }
 
@@ -67,16 +76,20 @@ void make_flat_values(ParserValueList& values, const FlatValues& found,
                       const unsigned int* string_size) noexcept {
     StoredValue* value = values.room();
     char* text = values.text_room();
-    for (const char* place = found.begin; place != found.end; ++value) {
-        const auto type = static_cast<ParserValue::Type>(*place);
-        if (const std::size_t size = stored_size(*place)) {
-            const auto* const bytes = reinterpret_cast<const unsigned char*>(place + 1);
-            StoredValue::make_scalar(value, type, stored_scalar(type, load_le64(bytes)));
-            place += size;
-        } else {
-            StoredValue::make_string(value, {place + 1, *string_size}, text);
+    for (const char* place = found.begin; place != found.end;) {
+        const char tag = *place;
+        const auto type = static_cast<ParserValue::Type>(tag);
+        const std::size_t size = stored_size(tag);
+        if (size == 0) {
+            StoredValue::make_string(value++, {place + 1, *string_size}, text);
             place += std::size_t{*string_size++} + 2;
+            continue;
         }
+        do {
+            const auto* const bytes = reinterpret_cast<const unsigned char*>(place + 1);
+            StoredValue::make_scalar(value++, type, stored_scalar(type, load_le64(bytes)));
+            place += size;
+        } while (place != found.end && *place == tag);
     }
     values.set_count(found.count);
     values.mark_self_contained();
@@ -120,18 +133,49 @@ void BinaryDecoder::keep_whole_entries() noexcept {
     if (levels_.empty()) {
         return;
     }
-    const std::size_t whole_count = levels_.size() > 1 ? levels_[1].first_entry : entries_.size();
+    std::size_t whole_count = levels_.size() > 1 ? levels_[1].first_entry : entries_.size();
+    whole_count -= levels_[0].is_made ? 1 : 0;
     while (entries_.size() > whole_count) {
         delete entries_.back();
         entries_.pop_back();
     }
     levels_.erase(levels_.begin() + 1, levels_.end());
     levels_[0].is_in_entry = false;
+    levels_[0].is_made = false;
     try {
         close_level();
     } catch (const std::exception&) {
         return; // there is no memory to list them either
     }
+}
+
+/// Logs what is wrong with a name, unless the decoder is strict.
+inline std::string_view BinaryDecoder::take_name() {
+    std::string_view name;
+    if (!cut_string(cursor_, name) && host_ == nullptr) {
+        report_open_string();
+    }
+    return name;
+}
+
+/// Compares the size with the whole buffer, as it always did, not with the rest of it. So an entry may claim more than there is,
+/// and fails where the data end.
+inline bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
+    const std::uint64_t size = cursor_.take<std::uint64_t>();
+    if (host_ != nullptr && !may_hold_entry(level, size)) {
+        return false;
+    }
+    if (!level.is_cut && size > data_.size()) {
+        report_large_entry(name, size, static_cast<unsigned int>(data_.size()));
+        return false;
+    }
+    cursor_.skip(reserved_size);
+    level.entry_end =
+        level.is_cut ? data_.size() : cursor_.position() + (size < reserved_size ? 0 : size - reserved_size);
+    level.first_value = static_cast<unsigned int>(pending_.size());
+    level.text_size = 0;
+    level.is_in_entry = true;
+    return true;
 }
 
 bool BinaryDecoder::read_entry(ParserEntry& entry) {
@@ -183,26 +227,6 @@ bool BinaryDecoder::open_group(ParserGroup& group) {
     return true;
 }
 
-/// Compares the size with the whole buffer, as it always did, not with the rest of it. So an entry may claim more than there is,
-/// and fails where the data end.
-bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
-    const std::uint64_t size = cursor_.take<std::uint64_t>();
-    if (host_ != nullptr && !may_hold_entry(level, size)) {
-        return false;
-    }
-    if (!level.is_cut && size > data_.size()) {
-        report_large_entry(name, size, static_cast<unsigned int>(data_.size()));
-        return false;
-    }
-    cursor_.skip(reserved_size);
-    level.entry_end =
-        level.is_cut ? data_.size() : cursor_.position() + (size < reserved_size ? 0 : size - reserved_size);
-    level.first_value = static_cast<unsigned int>(pending_.size());
-    level.text_size = 0;
-    level.is_in_entry = true;
-    return true;
-}
-
 bool BinaryDecoder::run() {
     Step step = Step::more;
     while (!levels_.empty()) {
@@ -214,70 +238,50 @@ bool BinaryDecoder::run() {
     return step == Step::done && !is_stopped_;
 }
 
-BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
-    if (!level.is_in_entry) {
-        return begin_entry(level);
-    }
-    while (true) {
-        if (pace_ != nullptr) {
-            pace_->reach(cursor_.position());
-        }
-        if (cursor_.position() >= level.entry_end) {
-            return ends_well(level) ? finish_entry(level) : Step::failed;
-        }
-        ParserValue::Type type{};
-        const core_uint64 start = cursor_.position();
-        if (!take_tag(type)) {
-            damage(BinaryDamage::Kind::unknown_value, start);
-            return Step::failed;
-        }
-        if (type != ParserValue::TYPE_GROUP) {
-            take_value(type);
-            if (is_stopped_ || is_past_end()) {
-                return Step::failed;
-            }
-            level.text_size += text_need(pending_.back());
-            continue;
-        }
-        if (levels_.size() > nesting_depth_) {
-            return stop_at_depth();
-        }
-        pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
-        ParserGroup* const group = GroupAccess::make(pages_).release();
-        pending_.back().group = group;
-        open_group(*group); // `level` may have moved; a group that cannot be opened stays empty
-        return Step::more;
-    }
+ParserGroup& BinaryDecoder::make_group() {
+    pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
+    pending_.back().group = GroupAccess::make(pages_).release();
+    return *pending_.back().group;
 }
 
-/// Begins the next entry; those of scalars and strings are read at once.
-BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
-    do {
-        const core_uint64 start = cursor_.position();
-        if (pace_ != nullptr) {
-            pace_->reach(start);
-        }
-        if (start >= level.group_end) {
-            return ends_at(level.group_end) ? Step::done : Step::failed;
-        }
-        const std::string_view name = take_name();
-        if (name.empty()) {
-            return fail_at_name(start);
-        }
-        level.name_at = static_cast<unsigned int>(name.data() - data_.data());
-        level.name_size = static_cast<unsigned int>(name.size());
-        if (!open_entry(level, name)) {
-            return Step::failed;
-        }
-    } while (read_flat_entry(level));
-    return Step::more;
+/// Whether the entry is no more than the group at this position, by their sizes.
+inline bool BinaryDecoder::holds_only_group(const Level& level) const noexcept {
+    const std::uint64_t left = level.entry_end - cursor_.position();
+    return level.group != nullptr && pending_.size() == level.first_value &&
+           level.entry_end <= data_.size() && left >= sizeof(left) &&
+           ByteCursor(cursor_).take<std::uint64_t>() == left - sizeof(left);
+}
+
+/// Makes such an entry before its group is read, so that both are in memory in the order of the document.
+inline ParserGroup& BinaryDecoder::make_with_group(Level& level) {
+    std::unique_ptr<ParserEntry> entry(EntryAccess::make({.name = entry_name(level)}, 1, 0, pages_));
+    ParserGroup* const group = GroupAccess::make(pages_).release();
+    ParserValueList& values = EntryAccess::values(*entry);
+    StoredValue::make_group(values.room(), group);
+    values.set_count(1);
+    entries_.push_back(entry.get());
+    static_cast<void>(entry.release());
+    level.is_made = true;
+    return *group;
+}
+
+/// For an entry that was made with its group, which ended too early: what follows in the entry are further values.
+void BinaryDecoder::take_apart(Level& level) {
+    pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
+    ParserValueList& values = EntryAccess::values(*entries_.back());
+    pending_.back().group = values.room()->group();
+    values.set_count(0);
+    has_discarded_ = true;
+    level.is_made = false;
+    delete entries_.back();
+    entries_.pop_back();
 }
 
 /// Reads an entry whose values are all scalars and strings and are whole in the buffer. For every other entry returns false and
 /// reads nothing.
-bool BinaryDecoder::read_flat_entry(Level& level) {
-    if (!takes_whole_entries || cursor_.position() > data_.size() ||
-        !may_be_read_at_once(level)) { // behind an entry that is cut in its head
+inline bool BinaryDecoder::read_flat_entry(Level& level) {
+    if (!takes_whole_entries || level.is_cut || (pace_ != nullptr && !is_paced_as_one(level)) ||
+        cursor_.position() > data_.size()) { // behind an entry that is cut in its head
         return false;
     }
     const char* const data = data_.data();
@@ -316,9 +320,76 @@ void BinaryDecoder::keep_entry(Level& level, std::unique_ptr<ParserEntry> entry)
     level.is_in_entry = false;
 }
 
+/// Begins the next entry; those of scalars and strings are read at once.
+BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
+    do {
+        const core_uint64 start = cursor_.position();
+        if (pace_ != nullptr) {
+            pace_->reach(start);
+        }
+        if (start >= level.group_end) {
+            return ends_at(level.group_end) ? Step::done : Step::failed;
+        }
+        const std::string_view name = take_name();
+        if (name.empty()) {
+            return fail_at_name(start);
+        }
+        level.name_at = static_cast<unsigned int>(name.data() - data_.data());
+        level.name_size = static_cast<unsigned int>(name.size());
+        if (!open_entry(level, name)) {
+            return Step::failed;
+        }
+    } while (read_flat_entry(level));
+    return Step::more;
+}
+
+BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
+    if (!level.is_in_entry) {
+        const Step step = begin_entry(level);
+        if (step != Step::more) {
+            return step;
+        }
+    } else if (level.is_made && cursor_.position() < level.entry_end) {
+        take_apart(level);
+    }
+    while (true) {
+        if (pace_ != nullptr) {
+            pace_->reach(cursor_.position());
+        }
+        if (cursor_.position() >= level.entry_end) {
+            return ends_well(level) ? finish_entry(level) : Step::failed;
+        }
+        ParserValue::Type type{};
+        const core_uint64 start = cursor_.position();
+        if (!take_tag(type)) {
+            damage(BinaryDamage::Kind::unknown_value, start);
+            return Step::failed;
+        }
+        if (type != ParserValue::TYPE_GROUP) {
+            take_value(type);
+            if (is_stopped_ || is_past_end()) {
+                return Step::failed;
+            }
+            level.text_size += text_need(pending_.back());
+            continue;
+        }
+        if (levels_.size() > nesting_depth_) {
+            return stop_at_depth();
+        }
+        // `level` may move; a group that cannot be opened stays empty
+        open_group(holds_only_group(level) ? make_with_group(level) : make_group());
+        return Step::more;
+    }
+}
+
 BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
     if (level.group == nullptr) {
         return Step::done;
+    }
+    if (level.is_made) {
+        level.is_made = false;
+        level.is_in_entry = false;
+        return Step::more;
     }
     const auto count = static_cast<unsigned int>(pending_.size() - level.first_value);
     std::unique_ptr<ParserEntry> entry(
