@@ -37,7 +37,7 @@ bool BinaryDecoder::is_past_end() {
     return cursor_.position() > data_.size() && damage(BinaryDamage::Kind::data_end, data_.size());
 }
 
-/// Whether an entry or group ends at `end`. A decoder that is not strict always answers yes.
+/// Whether an entry or group ends at `end`. A decoder that is not strict does not ask.
 bool BinaryDecoder::ends_at(core_uint64 end) {
     return is_stopped_ || cursor_.position() == end || !damage(BinaryDamage::Kind::size_mismatch, end);
 }

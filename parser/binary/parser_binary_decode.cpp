@@ -110,43 +110,33 @@ BinaryDecoder::~BinaryDecoder() {
     }
 }
 
-bool BinaryDecoder::read_group(ParserGroup& group) {
-    const core_uint64 announced = ByteCursor(cursor_).take<std::uint64_t>();
-    UnfinishedPages pages(std::min<core_uint64>(announced, cursor_.rest().size()));
-    pages_ = pages.get();
-    bool is_whole = false;
-    try {
-        is_whole = open_group(group) && run();
-    } catch (...) {
-        keep_whole_entries();
-        throw;
+void BinaryDecoder::discard_values(std::size_t first) noexcept {
+    for (std::size_t i = first; i < pending_.size(); ++i) {
+        if (pending_[i].type == ParserValue::TYPE_GROUP) {
+            has_discarded_ = has_discarded_ || pending_[i].group != nullptr;
+            destroy_group(pending_[i].group);
+        }
     }
-    if (!has_discarded_) {
-        pages.finish();
-    }
-    return is_whole;
+    pending_.erase(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
 }
 
-/// Called when memory ran out or the host threw: keeps the whole entries of the outermost group.
-void BinaryDecoder::keep_whole_entries() noexcept {
-    discard_values(0);
-    if (levels_.empty()) {
-        return;
+inline void BinaryDecoder::close_level() {
+    const Level& level = levels_.back();
+    if (level.group != nullptr) { // else the values are the caller's
+        if (level.is_in_entry) {
+            discard_values(level.first_value);
+        }
+        const unsigned int first = level.first_entry;
+        ParserEntry* const* const entries = entries_.data() + first;
+        const auto count = static_cast<unsigned int>(entries_.size() - first);
+        if (pages_ != nullptr && levels_.size() != 1) {
+            GroupAccess::fill(*level.group, entries, count, *pages_);
+        } else {
+            GroupAccess::append(*level.group, entries, count);
+        }
+        entries_.resize(first);
     }
-    std::size_t whole_count = levels_.size() > 1 ? levels_[1].first_entry : entries_.size();
-    whole_count -= levels_[0].is_made ? 1 : 0;
-    while (entries_.size() > whole_count) {
-        delete entries_.back();
-        entries_.pop_back();
-    }
-    levels_.erase(levels_.begin() + 1, levels_.end());
-    levels_[0].is_in_entry = false;
-    levels_[0].is_made = false;
-    try {
-        close_level();
-    } catch (const std::exception&) {
-        return; // there is no memory to list them either
-    }
+    levels_.pop_back();
 }
 
 /// Logs what is wrong with a name, unless the decoder is strict.
@@ -178,40 +168,8 @@ inline bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
     return true;
 }
 
-bool BinaryDecoder::read_entry(ParserEntry& entry) {
-    Level level{};
-    if (!open_entry(level, entry.get_name().get_view())) {
-        return false;
-    }
-    levels_.push_back(level);
-    const bool is_whole = run();
-    append_values(EntryAccess::values(entry));
-    return is_whole;
-}
-
-ParserValue* BinaryDecoder::read_value() {
-    ParserValue::Type type{};
-    if (!take_tag(type)) {
-        return nullptr;
-    }
-    if (type == ParserValue::TYPE_GROUP) {
-        auto value = std::make_unique<ParserValue>(static_cast<ParserGroup*>(nullptr));
-        read_group(*StoredValue::of(*value).group());
-        return value.release();
-    }
-    take_value(type);
-    PendingValue& pending = pending_.back();
-    if (pending.type == ParserValue::TYPE_STRING) {
-        return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
-    }
-    char* no_text = nullptr;
-    auto value = std::make_unique<ParserValue>(false); // a bool owns nothing, so make_value may write over it
-    make_value(&StoredValue::of(*value), pending, no_text);
-    return value.release();
-}
-
 /// False when the group does not fit what is left of the buffer.
-bool BinaryDecoder::open_group(ParserGroup& group) {
+inline bool BinaryDecoder::open_group(ParserGroup& group) {
     std::uint64_t size = cursor_.take<std::uint64_t>();
     const core_uint64 start = cursor_.position();
     if (start > data_.size() || size > data_.size() - start) {
@@ -225,17 +183,6 @@ bool BinaryDecoder::open_group(ParserGroup& group) {
     level.group_end = start + size;
     level.first_entry = static_cast<unsigned int>(entries_.size());
     return true;
-}
-
-bool BinaryDecoder::run() {
-    Step step = Step::more;
-    while (!levels_.empty()) {
-        step = advance(levels_.back());
-        if (step != Step::more) {
-            close_level();
-        }
-    }
-    return step == Step::done && !is_stopped_;
 }
 
 ParserGroup& BinaryDecoder::make_group() {
@@ -321,14 +268,14 @@ void BinaryDecoder::keep_entry(Level& level, std::unique_ptr<ParserEntry> entry)
 }
 
 /// Begins the next entry; those of scalars and strings are read at once.
-BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
+inline BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
     do {
         const core_uint64 start = cursor_.position();
         if (pace_ != nullptr) {
             pace_->reach(start);
         }
         if (start >= level.group_end) {
-            return ends_at(level.group_end) ? Step::done : Step::failed;
+            return host_ == nullptr || ends_at(level.group_end) ? Step::done : Step::failed;
         }
         const std::string_view name = take_name();
         if (name.empty()) {
@@ -343,7 +290,23 @@ BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
     return Step::more;
 }
 
-BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
+inline BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
+    if (std::exchange(level.is_made, false)) {
+        level.is_in_entry = false;
+        return Step::more;
+    }
+    if (level.group == nullptr) {
+        return Step::done;
+    }
+    const auto count = static_cast<unsigned int>(pending_.size() - level.first_value);
+    std::unique_ptr<ParserEntry> entry(
+        EntryAccess::make({.name = entry_name(level)}, count, level.text_size, pages_));
+    fill_values(EntryAccess::values(*entry), level.first_value);
+    keep_entry(level, std::move(entry));
+    return Step::more;
+}
+
+inline BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
     if (!level.is_in_entry) {
         const Step step = begin_entry(level);
         if (step != Step::more) {
@@ -357,7 +320,7 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
             pace_->reach(cursor_.position());
         }
         if (cursor_.position() >= level.entry_end) {
-            return ends_well(level) ? finish_entry(level) : Step::failed;
+            return host_ == nullptr || ends_well(level) ? finish_entry(level) : Step::failed;
         }
         ParserValue::Type type{};
         const core_uint64 start = cursor_.position();
@@ -382,40 +345,86 @@ BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
     }
 }
 
-BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
-    if (level.group == nullptr) {
-        return Step::done;
+bool BinaryDecoder::run() {
+    Step step = Step::more;
+    while (!levels_.empty()) {
+        step = advance(levels_.back());
+        if (step != Step::more) {
+            close_level();
+        }
     }
-    if (level.is_made) {
-        level.is_made = false;
-        level.is_in_entry = false;
-        return Step::more;
-    }
-    const auto count = static_cast<unsigned int>(pending_.size() - level.first_value);
-    std::unique_ptr<ParserEntry> entry(
-        EntryAccess::make({.name = entry_name(level)}, count, level.text_size, pages_));
-    fill_values(EntryAccess::values(*entry), level.first_value);
-    keep_entry(level, std::move(entry));
-    return Step::more;
+    return step == Step::done && !is_stopped_;
 }
 
-void BinaryDecoder::close_level() {
-    const Level& level = levels_.back();
-    if (level.group != nullptr) { // else the values are the caller's
-        if (level.is_in_entry) {
-            discard_values(level.first_value);
-        }
-        const unsigned int first = level.first_entry;
-        ParserEntry* const* const entries = entries_.data() + first;
-        const auto count = static_cast<unsigned int>(entries_.size() - first);
-        if (pages_ != nullptr && levels_.size() != 1) {
-            GroupAccess::fill(*level.group, entries, count, *pages_);
-        } else {
-            GroupAccess::append(*level.group, entries, count);
-        }
-        entries_.resize(first);
+bool BinaryDecoder::read_group(ParserGroup& group) {
+    const core_uint64 announced = ByteCursor(cursor_).take<std::uint64_t>();
+    UnfinishedPages pages(std::min<core_uint64>(announced, cursor_.rest().size()));
+    pages_ = pages.get();
+    bool is_whole = false;
+    try {
+        is_whole = open_group(group) && run();
+    } catch (...) {
+        keep_whole_entries();
+        throw;
     }
-    levels_.pop_back();
+    if (!has_discarded_) {
+        pages.finish();
+    }
+    return is_whole;
+}
+
+/// Called when memory ran out or the host threw: keeps the whole entries of the outermost group.
+void BinaryDecoder::keep_whole_entries() noexcept {
+    discard_values(0);
+    if (levels_.empty()) {
+        return;
+    }
+    std::size_t whole_count = levels_.size() > 1 ? levels_[1].first_entry : entries_.size();
+    whole_count -= levels_[0].is_made ? 1 : 0;
+    while (entries_.size() > whole_count) {
+        delete entries_.back();
+        entries_.pop_back();
+    }
+    levels_.erase(levels_.begin() + 1, levels_.end());
+    levels_[0].is_in_entry = false;
+    levels_[0].is_made = false;
+    try {
+        close_level();
+    } catch (const std::exception&) {
+        return; // there is no memory to list them either
+    }
+}
+
+bool BinaryDecoder::read_entry(ParserEntry& entry) {
+    Level level{};
+    if (!open_entry(level, entry.get_name().get_view())) {
+        return false;
+    }
+    levels_.push_back(level);
+    const bool is_whole = run();
+    append_values(EntryAccess::values(entry));
+    return is_whole;
+}
+
+ParserValue* BinaryDecoder::read_value() {
+    ParserValue::Type type{};
+    if (!take_tag(type)) {
+        return nullptr;
+    }
+    if (type == ParserValue::TYPE_GROUP) {
+        auto value = std::make_unique<ParserValue>(static_cast<ParserGroup*>(nullptr));
+        read_group(*StoredValue::of(*value).group());
+        return value.release();
+    }
+    take_value(type);
+    PendingValue& pending = pending_.back();
+    if (pending.type == ParserValue::TYPE_STRING) {
+        return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
+    }
+    char* no_text = nullptr;
+    auto value = std::make_unique<ParserValue>(false); // a bool owns nothing, so make_value may write over it
+    make_value(&StoredValue::of(*value), pending, no_text);
+    return value.release();
 }
 
 bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
@@ -500,16 +509,6 @@ StoredValue* BinaryDecoder::make_other(void* place, PendingValue& pending, char*
     }
     unsigned char* const bytes = pending.size == 0 ? nullptr : copy_bytes(pending.text, pending.size);
     return StoredValue::make_binary_data(place, bytes, pending.size);
-}
-
-void BinaryDecoder::discard_values(std::size_t first) noexcept {
-    for (std::size_t i = first; i < pending_.size(); ++i) {
-        if (pending_[i].type == ParserValue::TYPE_GROUP) {
-            has_discarded_ = has_discarded_ || pending_[i].group != nullptr;
-            destroy_group(pending_[i].group);
-        }
-    }
-    pending_.erase(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
 }
 
 } // namespace bk
