@@ -23,7 +23,7 @@ namespace {
 std::size_t chunks_left = SIZE_MAX;
 std::size_t chunks_asked = 0;
 
-// Not of the thread's object: some runtimes give its memory up before its destructor runs.
+// Not in the thread's object: MinGW frees its memory before it runs the destructor.
 bool is_refused = false;
 
 /// By their aligned addresses.
