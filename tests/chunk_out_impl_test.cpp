@@ -1,5 +1,5 @@
 #include "core/core_memory.h"
-#include "core/memory/core_chunk_impl.h"
+#include "core/memory/system/core_chunk_impl.h"
 #include "parser/parser_file.h"
 #include "parser/parser_group.h"
 #include "tests/support/plain_text.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/memory/core_slab_page_impl.h"
-#include "core/memory/core_thread_impl.h"
+#include "core/memory/system/core_thread_impl.h"
 
 #include <atomic>
 #include <cstddef>

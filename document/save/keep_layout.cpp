@@ -4,8 +4,8 @@
 #include "document/path.h"
 #include "document/problems/faults/unread_words_impl.h"
 #include "document/problems/list/shown_word_impl.h"
-#include "document/save/edits/file_edits_impl.h"
-#include "document/save/edits/text_splice_impl.h"
+#include "document/save/apply/file_edits_impl.h"
+#include "document/save/apply/text_splice_impl.h"
 #include "document/save/files/file_change_impl.h"
 #include "document/save/files/file_set_impl.h"
 #include "document/save/files/same_file_impl.h"
@@ -138,8 +138,8 @@ private:
                                    : "is not to be changed"));
     }
 
-    /// Whether all edits are in the document's own file, whose old text nobody needs if the save succeeds. Making the new text
-    /// in its place spares a fresh copy, a sixth of the save of a large document.
+    /// Whether all edits are in the document's own file. Nobody needs its old text if the save succeeds, so the new text can be
+    /// made in its place. A copy would make the save of 99.9 MB with one changed value take 16% longer.
     bool can_splice(const std::vector<Edit>& edits, const FileNames& names) const {
         const std::string_view text = old_->map().get_files().front()->text.get_text();
         const bool may_change_end = !text.ends_with('\n'); // see keep_last_line

@@ -10,7 +10,7 @@ namespace bk_parser {
 namespace {
 
 /// Whether the numbers have these types and spellings, and the spellings stand in memory as they stand in the text. Compares
-/// all of them at once: comparing each alone took a tenth of the save of a large document.
+/// all of them at once. Comparing one after the other makes the save of a large document 3% slower.
 bool are_spelled_in_a_row(const bk::KnownEntry& known, const bk::StoredValue* values, unsigned int count) {
     const bk::StoredValue* next = values;
     const bk::StoredValue* const end = values + count;

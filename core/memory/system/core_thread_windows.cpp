@@ -1,7 +1,7 @@
 #if defined(_WIN32)
 
 #include "core/memory/core_slab_impl.h"
-#include "core/memory/core_thread_impl.h"
+#include "core/memory/system/core_thread_impl.h"
 
 #include <windows.h>
 
