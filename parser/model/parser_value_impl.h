@@ -118,7 +118,7 @@ public:
     const Scalar& scalar() const noexcept {
         return holds_scalar(mark()) ? plain_.content.scalar : converted();
     }
-    /// The same as bits, at the low end of the number. The bits above them mean nothing.
+    /// The same as bits, at the low end of the number. All bits above them are zero, so that two scalars of one type can be compared.
     std::uint64_t scalar_bits() const noexcept {
         return std::bit_cast<std::uint64_t>(scalar()) >> bits_below(type());
     }
