@@ -5,7 +5,7 @@
 
 #include <iterator>
 
-/// Reading a value as a type, which may be another than its own.
+/// Reads a value as a type, which may differ from its own.
 namespace bk {
 
 namespace {
