@@ -29,7 +29,7 @@ inline bool is_exact_operand(std::uint64_t mantissa) noexcept {
     return FLT_EVAL_METHOD == 0 && mantissa <= std::uint64_t{1} << 53 && rounds_to_nearest();
 }
 
-/// Converts a number with up to 22 places behind the point. Returns false, and converts nothing, where the result would not be
+/// Converts a number with up to 22 places after the point. Returns false, and converts nothing, where the result would not be
 /// exactly rounded.
 inline bool divide_exactly(std::uint64_t mantissa, std::size_t places, double& value) noexcept {
     if (!is_exact_operand(mantissa)) {
@@ -39,7 +39,7 @@ inline bool divide_exactly(std::uint64_t mantissa, std::size_t places, double& v
     return true;
 }
 
-/// The nearest double to a number of up to 19 digits, of which so many stand behind the point. Returns false, and converts
+/// The nearest double to a number of up to 19 digits, of which so many stand after the point. Returns false, and converts
 /// nothing, for 0, and where the compiler has no 128-bit integers.
 bool divide_by_ten_to(std::size_t places, std::uint64_t number, double& value) noexcept;
 

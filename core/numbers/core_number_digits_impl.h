@@ -18,7 +18,7 @@ inline constexpr std::size_t most_pointed_digits = 16; // the point counted, if 
 /// The digits of a text from which a point was taken out.
 struct PointedDigits {
     std::uint64_t number = 0;
-    int places = 0; // behind the point, -1 when there is none
+    int places = 0; // after the point, -1 when there is none
 };
 
 /// The number that eight decimal digits make, the first one lowest; false when another character is among them.
@@ -36,7 +36,7 @@ constexpr bool read_eight_digits(std::uint64_t digits, std::uint32_t& number) no
     return true;
 }
 
-/// Masks of bytes: sixteen without and sixteen with all bits. Of sixteen that begin n bytes behind the beginning the last
+/// Masks of bytes: sixteen without and sixteen with all bits. Of sixteen that begin n bytes after the beginning the last
 /// n are the ones with.
 alignas(32) inline constexpr std::array<unsigned char, 32> byte_windows = [] {
     std::array<unsigned char, 32> windows{};

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Writes the doubles that most documents have: with at most eight digits behind the point, between 0.01 and ten million. Uses
+/// Writes the doubles that most documents have: with at most eight digits after the point, between 0.01 and ten million. Uses
 /// integers only, so that neither the rounding mode nor a floating-point trap of the host matters.
 namespace bk {
 
@@ -27,7 +27,7 @@ constexpr std::uint64_t digits_of(std::uint32_t number) noexcept {
     return upper | (digits - 10 * upper) << 8;
 }
 
-/// The shortest text that reads back to the same double, as std::to_chars writes it, with ".0" behind a whole number; 0,
+/// The shortest text that reads back to the same double, as std::to_chars writes it, with ".0" after a whole number; 0,
 /// and nothing written, when the number is none of these.
 inline std::size_t write_short_double(char* out, double number) noexcept {
     __extension__ using Wide = unsigned __int128;
@@ -44,7 +44,7 @@ inline std::size_t write_short_double(char* out, double number) noexcept {
         return 0;
     }
     // The number is mantissa / 2^shift. Where it is the double that is nearest to scaled / 10^8, no other number of
-    // eight digits behind the point is that near: such numbers are further apart than doubles are.
+    // eight digits after the point is that near: such numbers are further apart than doubles are.
     constexpr std::uint64_t hidden_bit = std::uint64_t{1} << fraction_bits;
     const std::uint64_t mantissa = (magnitude & (hidden_bit - 1)) | hidden_bit;
     const int shift = 1023 + fraction_bits - static_cast<int>(magnitude >> fraction_bits);

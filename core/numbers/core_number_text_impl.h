@@ -62,7 +62,7 @@ public:
         return negative;
     }
 
-    /// An exponent behind its letter (given small): the letter, an optional sign and digits. Takes nothing and
+    /// An exponent after its letter (given small): the letter, an optional sign and digits. Takes nothing and
     /// gives 0 when the digits are missing. Held to exponent_limit, which is beyond every double.
     std::int64_t take_exponent(char letter) noexcept;
 

@@ -2,7 +2,7 @@
 
 namespace bk {
 
-/// Writes a byte as two upper-case hexadecimal digits, and gives the place behind them.
+/// Writes a byte as two upper-case hexadecimal digits, and gives the position after them.
 inline char* put_hexadecimal(char* out, unsigned char byte) noexcept {
     constexpr char digits[] = "0123456789ABCDEF";
     *out++ = digits[byte / 16];

@@ -27,7 +27,7 @@ public:
     static std::size_t put_room(const CoreString& text) noexcept {
         return text.is_inline() ? CoreString::inline_capacity + 1 : std::size_t{text.get_length()} + 1;
     }
-    /// Stores the characters and a NUL, and gives the place behind them.
+    /// Stores the characters and a NUL, and gives the position after them.
     static char* put(char* out, const CoreString& text) noexcept {
         if (text.is_inline()) {
             std::memcpy(out, text.short_.text,

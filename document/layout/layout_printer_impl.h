@@ -43,7 +43,7 @@ private:
     bool ends_with_name_;
     std::string_view line_end_ = "\n";
     std::vector<bool>
-        continues_; // of each token: whether the next word behind it belongs to the entry before it
+        continues_; // of each token: whether the next word after it belongs to the entry before it
     std::string out_;
     std::size_t depth_ = 0;
     std::size_t column_ = 0;

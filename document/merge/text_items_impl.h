@@ -16,11 +16,11 @@ struct TextItem {
     std::uint64_t label = 0;   // of its name with template and its first string; of a directive of all of it
     std::uint64_t content = 0; // of its words and comments, whatever their layout
     std::uint64_t head = 0;    // the same up to its brace
-    std::uint64_t tail_content = 0; // of the comments behind its last item
-    std::uint64_t rest_content = 0; // of its brace and what is behind it
+    std::uint64_t tail_content = 0; // of the comments after its last item
+    std::uint64_t rest_content = 0; // of its brace and what follows it
     std::uint32_t parent = 0;
-    std::uint32_t open_end = 0; // behind "{"; 0 when it holds no group
-    std::uint32_t tail = 0;     // where what is behind its last item begins
+    std::uint32_t open_end = 0; // after "{"; 0 when it holds no group
+    std::uint32_t tail = 0;     // where what follows its last item begins
     std::uint32_t close = 0;    // where "}" stands
     std::vector<std::uint32_t> items;
 };

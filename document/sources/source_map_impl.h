@@ -83,11 +83,11 @@ public:
     /// The last piece begins inside a word.
     void note_joint() { joints_.push_back(static_cast<std::uint32_t>(pieces_.size() - 1)); }
     /// Drops the text of a document without includes whose directives all stand before its first piece. `gaps` are the bytes
-    /// before, between and behind its pieces. The caller keeps them and the expanded text, and the map where it is.
+    /// before, between and after its pieces. The caller keeps them and the expanded text, and the map where it is.
     void drop_document(const CoreString& gaps, const CoreString& expanded);
     bool can_drop_document() const noexcept;
 
-    /// A directive of the current file, behind all that came before.
+    /// A directive of the current file, after all that came before.
     void note_directive(std::size_t offset) {
         directives_.push_back({static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(current())});
     }

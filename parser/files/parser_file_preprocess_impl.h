@@ -22,7 +22,7 @@ struct IncludeRules {
     /// An empty search path stands for the working folder, where an included file is searched for, too. Otherwise only
     /// an absolute path is found by it.
     bool searches_working_folder = true;
-    /// An include that cannot be had is left out, and what is behind it is read. Limits on the whole still end the reading.
+    /// An include that cannot be had is left out, and what follows it is read. Limits on the whole still end the reading.
     bool goes_on = false;
     /// Copies the text in pieces of at most so many bytes, and tells the host of each.
     std::size_t longest_piece = std::string_view::npos;
@@ -62,7 +62,7 @@ private:
     struct Source {
         CoreString text;
         bool is_encrypted = false;
-        core_uint64 rest = 0; // bytes behind the enciphered text
+        core_uint64 rest = 0; // bytes after the enciphered text
     };
     /// What a file is called: as it was asked for, where it was found, and its absolute path.
     struct Place {

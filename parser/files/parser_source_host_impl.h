@@ -45,7 +45,7 @@ struct SourceEntered {
     const CoreString& path;  // absolute
     const CoreString& text;  // stays where it is until `left`
     bool is_enciphered;
-    core_uint64 rest;                     // stored bytes behind the enciphered text, which are not read
+    core_uint64 rest;                     // stored bytes after the enciphered text, which are not read
     const std::vector<CoreString>& tried; // the places that were looked at before
 };
 

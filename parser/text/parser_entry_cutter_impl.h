@@ -41,8 +41,8 @@ private:
 
     /// The masks of 64 characters.
     struct Record {
-        std::uint64_t starts;       // the first characters of words that stand behind blanks
-        std::uint64_t ends;         // the first blanks behind words
+        std::uint64_t starts;       // the first characters of words that stand after blanks
+        std::uint64_t ends;         // the first blanks after words
         std::uint64_t stops;        // where a row of numbers is at its end
         std::uint64_t double_marks; // CHAR_DOUBLE_MARK
         std::uint64_t others;       // what no name has
@@ -67,7 +67,7 @@ private:
     LinePlace place_of(const char* p) const noexcept;
     Token token_of_brace(const char* p) noexcept;
     bool look(const char* p, Head& head);
-    /// The first character from `p` on that is no blank: the NUL behind the text is none.
+    /// The first character from `p` on that is no blank: the NUL after the text is none.
     const char* next_word(const char* p) noexcept {
         if (!is_char(*p, CHAR_BLANK)) {
             return p;
@@ -87,7 +87,7 @@ private:
     Head heads_[2] = {};    // that one, and the one that was cut last or comes next
     Head* head_ = heads_;
 
-    core_ulong line_ = 1; // of the first character behind the records
+    core_ulong line_ = 1; // of the first character after the records
     const char* line_start_;
     bool is_behind_blank_ = true;
     std::size_t record_count_ = 0;

@@ -47,7 +47,7 @@ struct KnownEntry {
     struct Numbers {
         const char* begin;
         std::uint64_t starts;       ///< the first character of each
-        std::uint64_t ends;         ///< the one behind each
+        std::uint64_t ends;         ///< the one after each
         std::uint64_t double_marks; ///< CHAR_DOUBLE_MARK
 
         /// take(number, whether it is a double)

@@ -98,7 +98,7 @@ private:
     MakeMasks make_masks_;
     const char* block_ = nullptr;
     TextMasks masks_;          // `breaks` has only the line breaks that are not counted yet
-    std::uint64_t unread_ = 0; // what is no blank, behind the last word
+    std::uint64_t unread_ = 0; // what is no blank, after the last word
 };
 
 } // namespace bk

@@ -35,7 +35,7 @@ private:
     };
 
     std::vector<Join> joins_;
-    std::vector<std::uint32_t> offsets_; // of the characters behind them
+    std::vector<std::uint32_t> offsets_; // of the characters after them
 };
 
 } // namespace bk_parser

@@ -44,7 +44,7 @@ inline bool are_plain_numbers([[maybe_unused]] const bk::KnownEntry::Numbers& ro
     constexpr unsigned int width = 16;
     // Nearly all rows are, so that the branch is nearly always predicted.
     const bool is_short =
-        row.ends >> (2 * width + 1) == 0; // the last blank is at most behind the 32nd character
+        row.ends >> (2 * width + 1) == 0; // the last blank is at most after the 32nd character
     if (end - row.begin < (is_short ? 32 : 64)) {
         return false;
     }

@@ -76,7 +76,7 @@ inline bool is_plain_number(std::string_view word, bool is_int, [[maybe_unused]]
 #endif
 }
 
-/// Whether the suffix behind a name of that length is of digits alone, in their brackets.
+/// Whether the suffix after a name of that length is of digits alone, in their brackets.
 inline bool is_plain_count(std::string_view word, std::size_t name_length) noexcept {
     std::size_t i = name_length + 1;
     while (bk::is_char(word[i], bk::CHAR_DIGIT)) {

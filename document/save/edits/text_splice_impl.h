@@ -15,7 +15,7 @@ struct TextSplice {
     std::size_t new_end = 0;
 };
 
-/// Applies the edits in place. Writes to the stretch that they cover and moves what is behind it, so all other bytes stay.
+/// Applies the edits in place. Writes to the stretch that they cover and moves what follows it, so all other bytes stay.
 TextSplice splice(CoreString& text, std::vector<Edit> edits);
 
 } // namespace bk_parser

@@ -9,7 +9,7 @@
 namespace bk_parser {
 
 /// How far a save moved the entries in the text. Entries of one range of a group, with everything below them, are added one by
-/// one in the order of the document, and neighbours that moved equally far share a run. Everything behind the range moves
+/// one in the order of the document, and neighbours that moved equally far share a run. Everything after the range moves
 /// equally far.
 class PlaceShifts {
 public:

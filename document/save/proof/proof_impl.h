@@ -15,16 +15,16 @@ namespace bk_parser {
 struct ProofWindow {
     std::size_t begin = 0;
     std::size_t end = 0;
-    std::size_t rest = 0;          // bytes behind it
+    std::size_t rest = 0;          // bytes after it
     std::size_t line_known_at = 0; // last place before `begin` whose line, from 0, is known
     core_ulong known_line = 0;
     core_ulong line_breaks = 0; // in the window
     core_ulong end_column = 0;  // from 0
     const ParserGroup* group = nullptr;
     unsigned int first = 0; // first entry of the group in the window
-    unsigned int last = 0;  // behind the last one
+    unsigned int last = 0;  // after the last one
     std::vector<std::pair<const ParserGroup*, unsigned int>>
-        behind; // positions of the entries behind the window
+        behind; // positions of the entries after the window
 };
 /// The record must have changes.
 ProofWindow find_window(std::string_view before, const LayoutRecord& record);
@@ -32,7 +32,7 @@ ProofWindow find_window(std::string_view before, const LayoutRecord& record);
 /// Whether the new expanded text has exactly the tree, given a record of the old text. Fills in how far the entries moved, or
 /// the first entry that differs.
 ///
-/// When the changes are close together, reads only the text around them. The bytes before and behind are the same as in the old
+/// When the changes are close together, reads only the text around them. The bytes before and after are the same as in the old
 /// text, which was already compared with the tree.
 struct Proof {
     bool is_equal = false;
