@@ -102,7 +102,7 @@ private:
         std::size_t first_value = 0;
         bool has_entry = false;
         bool is_same =
-            false; // that entry is the one at `same_index`, unchanged, and `entry` is of an earlier one
+            false; // the current entry is unchanged, at `same_index`; `entry` then describes an earlier one
         TextRange same_name;
         std::uint32_t same_index = 0;
         OldEntry entry;
@@ -135,7 +135,7 @@ private:
 
     std::string_view text_;
     bool has_escapes_;
-    std::vector<Level> levels_; // the first `depth_` are open; the others wait for the next group
+    std::vector<Level> levels_; // the first `depth_` are open; the others are kept for reuse
     std::size_t depth_ = 0;
     std::vector<OldEntry> entries_; // of all open groups
     std::vector<TextRange> values_;
