@@ -27,8 +27,8 @@ constexpr std::uint64_t digits_of(std::uint32_t number) noexcept {
     return upper | (digits - 10 * upper) << 8;
 }
 
-/// The shortest text that reads back to the same double, as std::to_chars writes it, with ".0" after a whole number; 0,
-/// and nothing written, when the number is none of these.
+/// Writes the shortest text that reads back to the same double, as std::to_chars does, with ".0" after a whole number. Returns its length.
+/// For any other number, returns 0 and writes nothing.
 inline std::size_t write_short_double(char* out, double number) noexcept {
     __extension__ using Wide = unsigned __int128;
     constexpr std::uint32_t scale = 100000000;
@@ -52,7 +52,7 @@ inline std::size_t write_short_double(char* out, double number) noexcept {
     const auto scaled = static_cast<std::uint64_t>((exact + (Wide{1} << (shift - 1))) >> shift);
     const Wide rounded = static_cast<Wide>(scaled) << shift;
     const Wide distance = rounded > exact ? rounded - exact : exact - rounded;
-    // Below a power of two doubles are nearer to each other: there the number has to be exact.
+    // Just below a power of two, doubles are closer to each other. There the number must be exact.
     if (distance != 0 && (distance >= scale / 2 || mantissa == hidden_bit)) {
         return 0;
     }
@@ -68,7 +68,7 @@ inline std::size_t write_short_double(char* out, double number) noexcept {
     const std::uint64_t digits = digits_of(fraction);
     *end++ = '.';
     store_le64(reinterpret_cast<unsigned char*>(end), digits | eight_of('0'));
-    // No zeros at the end but the first: the lowest bit has that one stay.
+    // Drops the zeros at the end, but keeps the first digit: `| 1` marks it as not zero.
     end += most_short_digits - static_cast<std::size_t>(std::countl_zero(digits | 1)) / 8;
     return static_cast<std::size_t>(end - out);
 }
