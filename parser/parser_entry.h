@@ -214,7 +214,7 @@ private:
     /// What only few entries have.
     struct Rare {
         CoreString template_name;
-        unsigned int other_owners = 0;       // lists that hold the entry beside the first
+        unsigned int other_owners = 0;       // lists that hold the entry, besides the first
         unsigned long long former_names = 0; // a bit for each name since it was read
     };
 

@@ -22,22 +22,22 @@ struct ValueData {
         bool as_bool;     ///< of a bool
         char as_char;     ///< of a char
         int as_int;       ///< of an int
-        double as_double; ///< of a double, and 0 before a word is converted
+        double as_double; ///< of a double; 0.0 until a spelling is converted
     };
     /// What a value holds.
     union Content {
-        Scalar scalar;              ///< of a number, when it is valid
+        Scalar scalar;              ///< of a bool, char, int or double
         unsigned char* bytes;       ///< of binary data
         ParserGroup* group;         ///< of a group value
-        Apart* apart;               ///< of a number whose spelling has a block of its own
-        CoreString* string;         ///< of a string that is outside of this value
+        Apart* apart;               ///< of a value whose spelling has a block of its own
+        CoreString* string;         ///< of a string outside the value
         unsigned int unlisted_type; ///< the type, when ParserValue does not list it
     };
-    /// A value that does not begin with a string.
+    /// Every value except a string inside.
     struct Plain {
         /// Type, flags, and the size of the spelling.
         unsigned int mark;
-        /// Where the spelling is; the size of binary data; the former index of a string that is outside of this value.
+        /// The offset of the spelling; the size of binary data; the old position of a string outside the value.
         unsigned int offset;
         /// What the value holds.
         Content content;
@@ -207,5 +207,5 @@ private:
     friend class bk::StoredValue;
 
     bk::ValueData stored_{bk::ValueData::Plain{}}; // a bk::StoredValue
-    unsigned int unused_[2] = {0, 0};              // which keep the size
+    unsigned int unused_[2] = {0, 0};              // keeps the size of the class at 32 bytes
 };

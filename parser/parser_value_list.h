@@ -108,8 +108,8 @@ private:
     Block* block_ = nullptr;
     unsigned int count_ = 0;
     bool in_cells_ = false;
-    bool left_entry_ = false;                 // strings have stayed behind in the entry's block
-    mutable unsigned char shows_strings_ = 0; // a host may hold strings that are inside of values
+    bool left_entry_ = false;                 // values have moved away from strings in the entry's block
+    mutable unsigned char shows_strings_ = 0; // a host may hold references to strings inside values
     unsigned char is_in_pages_ : 1 = 0;
     unsigned char is_listed_ : 1 = 0;
 };

@@ -15,7 +15,7 @@
 #include <sanitizer/lsan_interface.h>
 #endif
 
-/// Tells the address sanitizer which bytes of the slabs are in use; nothing in other builds.
+/// Tells the address sanitizer which bytes of the slabs are in use. Does nothing in other builds.
 namespace bk {
 
 #if defined(BK_PARSER_POISONS)

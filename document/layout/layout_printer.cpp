@@ -63,7 +63,7 @@ bool LayoutPrinter::run() {
     return true;
 }
 
-/// Otherwise the text of deep groups would grow with the square of the depth.
+/// Limits the indentation. Otherwise the text of deep groups would grow with the square of the depth.
 std::size_t LayoutPrinter::indentation_at(std::size_t depth) const noexcept {
     constexpr std::size_t indented_levels = 100;
     return std::min(depth, indented_levels) * options_.indent;

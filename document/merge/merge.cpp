@@ -115,7 +115,7 @@ private:
         std::uint32_t begin = 0;
         std::uint32_t end = 0;
         bool is_conflict = false;
-        bool is_tail = false; // the conflict is about what is behind the last items
+        bool is_tail = false; // the conflict is about what is after the last items
         MergeSlot slot;
     };
 

@@ -17,7 +17,7 @@ bool is_control(char character) noexcept {
     return static_cast<unsigned char>(character) < 0x20 || character == '\x7F';
 }
 
-/// Whether a name may have this character behind its first.
+/// Whether a name may have this character after its first.
 bool is_in_names(char character) {
     const char name[] = {'a', character};
     bool is_keyword = false;

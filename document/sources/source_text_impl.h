@@ -23,18 +23,18 @@ public:
     SourceText() = default;
     explicit SourceText(CoreString&& text) noexcept : text_(std::move(text)) {}
 
-    /// Makes a text that was dropped again, which allocates memory.
+    /// The whole text. Restores a dropped text first, which allocates memory.
     std::string_view get_text() const {
         if (restore_) {
             restore();
         }
         return text_.get_view();
     }
-    /// Frees the text, apart from its first bytes. `restore` makes it again when somebody asks for it.
+    /// Frees the text except its first `kept` bytes. `restore` must return the whole text when it is needed again.
     void drop(std::size_t kept, std::function<CoreString()> restore);
-    /// Of a dropped text the bytes that were kept, of any other all of it. Makes nothing.
+    /// The kept bytes of a dropped text; the whole of any other text. Does not restore a dropped text.
     std::string_view get_head() const noexcept { return text_.get_view(); }
-    /// Hands the text over, which must not be dropped. Nothing is left here.
+    /// Moves the text to the caller. The text must not be dropped.
     CoreString take() noexcept { return std::move(text_); }
     std::size_t get_line_count() const;
     /// Logarithmic in the lines, and linear in the length of the line. Asking for places from left to right walks a line only once.

@@ -44,7 +44,7 @@ const char* closing_quote(const char* p, const char* end) noexcept {
 
 } // namespace
 
-/// NULs stand behind the text.
+/// Makes the masks of the next 64 characters. Takes NULs for those after the text.
 void EntryCutter::make_record() noexcept {
     const char* const text = begin_ + record_count_ * 64;
     TextMasks masks;

@@ -56,7 +56,7 @@ std::size_t FaultStory::tell_names(std::size_t i) {
     const std::size_t next = std::min(text_.find_first_not_of(" \t\r\n", last_end), text_.size());
     const bool has_value_behind = next != text_.size() && text_[next] != '}' && text_[next] != ')';
 
-    std::size_t named_end = 0; // behind the last name that a message says
+    std::size_t named_end = 0; // after the last name that a message says
     for (std::size_t k = 0; k < names.size();) {
         std::size_t follower_count = 0;
         if (k + 1 < names.size() && !names[k + 1].begins_line) {

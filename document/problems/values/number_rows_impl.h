@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Whether all numbers of a row are surely what they say, at the cost of a few masks for all of them.
+/// Checks all numbers of a row at once with a few bit masks.
 namespace bk_parser {
 
 #if defined(BK_USE_VECTORS)
@@ -28,7 +28,7 @@ struct NumberCharacters {
 };
 #endif
 
-/// Whether ten digits follow each other from one of `firsts` on: an int holds nine, whatever they are.
+/// Whether ten digits in a row begin at one of `firsts`. Any nine digits fit into an int.
 inline bool begins_with_ten_digits(std::uint64_t digits, std::uint64_t firsts) noexcept {
     const std::uint64_t two = digits & digits >> 1;
     const std::uint64_t four = two & two >> 2;
@@ -42,9 +42,9 @@ inline bool are_plain_numbers([[maybe_unused]] const bk::KnownEntry::Numbers& ro
                               [[maybe_unused]] const char* end) noexcept {
 #if defined(BK_USE_VECTORS)
     constexpr unsigned int width = 16;
-    // Nearly all rows are, so that the branch is nearly always predicted.
+    // Nearly all rows are short, so the branch is nearly always predicted.
     const bool is_short =
-        row.ends >> (2 * width + 1) == 0; // the last blank is at most behind the 32nd character
+        row.ends >> (2 * width + 1) == 0; // the last blank is at most after the 32nd character
     if (end - row.begin < (is_short ? 32 : 64)) {
         return false;
     }

@@ -7,15 +7,15 @@
 #include <string>
 #include <utility>
 
-// Why it is enough to read a window of the new text. Let the old text be P W S and the new one P V S, byte for byte. S begins
-// with a name that began an entry, with the "}" of the group, or at the end of the text. P ends where an entry began, or behind
+// Why it is enough to read the window of the new text. Let the old text be P W S, where W is the window, and the new one P V S. S begins
+// with a name that began an entry, with the "}" of the group, or at the end of the text. P ends where an entry began, or after
 // the "{" of the group. The parser splits words from left to right, so P gives the same words and leaves the grammar in the
 // same state as before, one in which a name begins an entry. V is read from that state. The check requires that V ends in no
-// string and in no word, that all its groups are closed, and that a name behind it begins an entry: the check appends one more
+// string and in no word, that all its groups are closed, and that a name after it begins an entry: the check appends one more
 // entry and looks for it. So the grammar reaches S in a state in which the first word of S acts as it did in the old text, and
 // that word clears the state before it. Hence S gives the same entries.
 //
-// That P and S are the same is compared, byte for byte. Only a text that was spliced in place between them has them by itself.
+// `prove` compares P and S byte by byte. `prove_spliced` need not: the splice is inside W and left P and S in place.
 
 namespace bk_parser {
 

@@ -47,7 +47,7 @@ private:
 };
 
 /// Names the place of a problem: the file, the byte and the code. A name without a value in a shared include has other words for each
-/// document that goes on behind it, and is one problem all the same.
+/// document that continues after it, and is one problem all the same.
 std::string place_key(const bk_parser::Problem& problem);
 
 /// Remembers the problems of many documents, so that one in a file that several of them include is reported once.
