@@ -194,7 +194,7 @@ ParserGroup& BinaryDecoder::make_group() {
 /// Whether the entry is no more than the group at this position, by their sizes.
 inline bool BinaryDecoder::holds_only_group(const Level& level) const noexcept {
     const std::uint64_t left = level.entry_end - cursor_.position();
-    return level.group != nullptr && pending_.size() == level.first_value &&
+    return level.group != nullptr && !level.is_cut && pending_.size() == level.first_value &&
            level.entry_end <= data_.size() && left >= sizeof(left) &&
            ByteCursor(cursor_).take<std::uint64_t>() == left - sizeof(left);
 }
