@@ -10,8 +10,7 @@ class StoredValue;
 }
 
 /// The values of one entry, in order. Used by ParserEntry alone.
-///
-/// As a rule the values stand side by side in one block, followed by the spellings of those that were read from
+/// As a rule the values are side by side in one block, followed by the spellings of those that were read from
 /// text. In two cases each value gets a cell of its own instead, which counts the lists it is in, and the list holds the
 /// cells: when two entries list the same values after a shallow assignment, and when a value must move while a host may hold a reference to
 /// its string.
