@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/memory/core_chunk_impl.h"
-#include "core/memory/core_lock_impl.h"
 #include "core/memory/core_slab_page_impl.h"
+#include "core/memory/system/core_chunk_impl.h"
+#include "core/memory/system/core_lock_impl.h"
 
 #include <cstddef>
 #include <cstdint>

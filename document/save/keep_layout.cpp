@@ -4,8 +4,8 @@
 #include "document/path.h"
 #include "document/problems/faults/unread_words_impl.h"
 #include "document/problems/list/shown_word_impl.h"
-#include "document/save/edits/file_edits_impl.h"
-#include "document/save/edits/text_splice_impl.h"
+#include "document/save/apply/file_edits_impl.h"
+#include "document/save/apply/text_splice_impl.h"
 #include "document/save/files/file_change_impl.h"
 #include "document/save/files/file_set_impl.h"
 #include "document/save/files/same_file_impl.h"
@@ -140,7 +140,7 @@ private:
     }
 
     /// Whether the new text can be made in place of the old one: all edits are in the document's own file, whose old text is not needed if
-    /// the save succeeds. This avoids a copy, which took a sixth of the time of the save of a large document.
+    /// the save succeeds. With a copy the save of 99.9 MB with one changed value takes 16% longer.
     bool can_splice(const std::vector<Edit>& edits, const FileNames& names) const {
         const std::string_view text = old_->map().get_files().front()->text.get_text();
         const bool may_change_end = !text.ends_with('\n'); // see keep_last_line

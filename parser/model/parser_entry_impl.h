@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/memory/core_prefetch_impl.h"
-#include "parser/model/parser_value_list_impl.h"
+#include "parser/model/lists/parser_value_list_impl.h"
 #include "parser/parser_entry.h"
 
 #include <atomic>

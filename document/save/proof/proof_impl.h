@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/save/edits/text_splice_impl.h"
+#include "document/save/apply/text_splice_impl.h"
 #include "document/save/proof/place_shifts_impl.h"
 #include "document/save/record/layout_record_impl.h"
 

@@ -40,8 +40,7 @@ LayoutRecord::LayoutRecord(std::string_view text, const ParserGroup& root, bool 
     enter(&root, 0);
 }
 
-/// Opens a level. Reuses a closed one if there is one: constructing a level for each group took a tenth of the time of the save of a large
-/// document.
+/// Opens a level. Reuses a closed one if there is one: constructing a level for each group makes the save of a large document 5% slower.
 void LayoutRecord::enter(const ParserGroup* now, std::uint32_t open) {
     if (depth_ == levels_.size()) {
         levels_.emplace_back();

@@ -10,7 +10,7 @@ namespace bk_parser {
 namespace {
 
 /// Whether the values have the types and spellings of the numbers, and their spellings are adjacent in memory as in the text. Compares all
-/// spellings at once: comparing them one by one took a tenth of the time of the save of a large document.
+/// spellings at once: comparing them one by one makes the save of a large document 3% slower.
 bool are_spelled_in_a_row(const bk::KnownEntry& known, const bk::StoredValue* values, unsigned int count) {
     const bk::StoredValue* next = values;
     const bk::StoredValue* const end = values + count;

@@ -1,4 +1,4 @@
-#include "parser/model/parser_value_list_impl.h"
+#include "parser/model/lists/parser_value_list_impl.h"
 
 #include "core/memory/core_assert_impl.h"
 #include "parser/model/drop/parser_document_pages_impl.h"
