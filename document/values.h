@@ -208,19 +208,19 @@ enum class ListEnd {
 
 /// Reads a value. Returns false, and leaves `out` as it was, when the entry has no such value or it is not of that type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, bool& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, long long& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, unsigned long long& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, float& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, double& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, std::string_view& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, std::span<const std::byte>& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, ParserGroup*& out);
 
 /// The entry that a path finds first; null when there is none. Stores the value that the path names in `value`.

@@ -108,17 +108,17 @@ struct BK_PARSER_API ParserValue {
     /// Frees the content. The type stays. A cleared value reads and prints as the empty text.
     void clear();
 
-    /// Becomes this value; what it was before is gone.
+    /// Sets type and content to a bool. Frees the old content.
     void set_bool(const bool& value);
-    /// Becomes this value; what it was before is gone.
+    /// Sets type and content to a char. Frees the old content.
     void set_char(const char& value);
-    /// Becomes this value; what it was before is gone.
+    /// Sets type and content to an int. Frees the old content.
     void set_int(const int& value);
-    /// Becomes this value; what it was before is gone.
+    /// Sets type and content to a double. Frees the old content.
     void set_double(const double& value);
-    /// Becomes a copy of the string.
+    /// Sets type and content to a copy of the string. Frees the old content.
     void set_string(const CoreString& value);
-    /// Becomes a copy of `size` bytes.
+    /// Sets type and content to a copy of `size` bytes. Frees the old content.
     void set_binary_data(void* data, const unsigned int& size);
 
     /// Reads the value as this type. **A double outside the int range reads as -2147483648**. Bool, char, int and double convert into each
@@ -126,11 +126,11 @@ struct BK_PARSER_API ParserValue {
     /// false, 0 or an empty text, and logs at level 2, if there is memory for that,
     /// "ParserValue.<read>: type mismatch, value type is '<type name>' \n".
     bool get_as_bool() const;
-    /// As get_as_bool, for another type.
+    /// Reads the value as a char; see get_as_bool.
     char get_as_char() const;
-    /// As get_as_bool, for another type.
+    /// Reads the value as an int; see get_as_bool.
     int get_as_int() const;
-    /// As get_as_bool, for another type.
+    /// Reads the value as a double; see get_as_bool.
     double get_as_double() const;
     /// The string of a TYPE_STRING value, else the empty string. Valid until the value is changed or assigned to another
     /// one, or dies. For the strings of an entry see ParserEntry::get_string.

@@ -15,9 +15,9 @@
 /// gets the pages, whichever thread read it. A thread that frees a block of another thread's page puts it into a list of that thread's
 /// heap, which its owner empties now and then.
 ///
-/// A run is what a small document is read into: blocks of any size, in the order of the document, in which it is also visited and
-/// destroyed. Its pages change their owner as those of slabs do. But the memory of a block that was freed is not used again before its
-/// page is empty.
+/// A run holds what is read from a small document: blocks of any size, in the order of the document. A host visits and destroys them in the
+/// same order. The pages of a run change their owners as other pages do. The memory of a block that was freed is not used again before the
+/// whole page is empty.
 ///
 /// A heap keeps one page of each class that it allocates from, and `most_pages_with_room` others. It gives all further pages to the pool,
 /// from which any thread may take them. When a thread ends, the pool gets all of its pages.

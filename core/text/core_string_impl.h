@@ -9,7 +9,7 @@
 
 namespace bk {
 
-/// What the hot paths do to strings in fewer steps than the public functions.
+/// Operations on strings for hot paths, in fewer steps than the public functions take.
 class StringAccess {
 public:
     /// Does the same as CoreString::set_borrowed. The string must be empty and own no block.

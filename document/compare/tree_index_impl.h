@@ -26,7 +26,7 @@ public:
     /// The nodes of a group's entries. `first` is the node of the first one.
     std::vector<std::uint32_t> entries_of(const ParserGroup& group, std::uint32_t first) const;
     /// The node that follows the entries of a group.
-    std::uint32_t behind(const ParserGroup& group, std::uint32_t first) const;
+    std::uint32_t node_after(const ParserGroup& group, std::uint32_t first) const;
 
 private:
     std::vector<Node> nodes_;

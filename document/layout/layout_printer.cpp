@@ -203,7 +203,7 @@ std::size_t LayoutPrinter::line_breaks_before(std::size_t i) const noexcept {
     return count;
 }
 
-/// Whether a comment or a directive stands between the words of one entry.
+/// Whether a comment or a directive is between the words of one entry.
 bool LayoutPrinter::continues_entry(std::size_t i) const noexcept {
     return !is_word_kind(tokens_[i].kind) && continues_[i];
 }

@@ -263,7 +263,7 @@ struct MergeInput {
     std::string_view name; // in sentences
 };
 
-/// Says why, when a side cannot be merged.
+/// Checks that the sides can be merged. If not, the result says why.
 MergeResult check(std::span<const MergeInput> sides) {
     std::vector<Problem> errors;
     const MergeInput* faulty = nullptr;

@@ -83,7 +83,7 @@ public:
     }
     /// The last piece begins inside a word.
     void note_joint() { joints_.push_back(static_cast<std::uint32_t>(pieces_.size() - 1)); }
-    /// Drops the text of a document without includes whose directives all stand before its first piece. `gaps` are the bytes
+    /// Drops the text of a document without includes whose directives are all before its first piece. `gaps` are the bytes
     /// before, between and after its pieces. The caller keeps them and the expanded text alive, and must not move the map.
     void drop_document(const CoreString& gaps, const CoreString& expanded);
     bool can_drop_document() const noexcept;

@@ -78,7 +78,7 @@ public:
     }
 
 private:
-    static ParserEntry* make_alone(const EntryFields& fields, std::size_t bytes_behind, DocumentPages* pages);
+    static ParserEntry* make_alone(const EntryFields& fields, std::size_t bytes_after, DocumentPages* pages);
     static ParserEntry* make_in_parts(const EntryFields& fields, unsigned int count, std::size_t text_size,
                                       DocumentPages* pages);
     static void escape_from_pages(const ParserEntry& entry) noexcept;

@@ -25,9 +25,9 @@ std::size_t name_need(std::string_view name) noexcept {
 } // namespace
 
 /// Creates an entry without a name, with this number of bytes after it.
-inline ParserEntry* EntryAccess::make_alone(const EntryFields& fields, std::size_t bytes_behind,
+inline ParserEntry* EntryAccess::make_alone(const EntryFields& fields, std::size_t bytes_after,
                                             DocumentPages* pages) {
-    const std::size_t size = sizeof(ParserEntry) + bytes_behind;
+    const std::size_t size = sizeof(ParserEntry) + bytes_after;
     auto* const entry =
         ::new (pages == nullptr ? allocate_in_order(size) : pages->allocate(size)) ParserEntry(fields);
     if (pages != nullptr) {

@@ -71,9 +71,9 @@ private:
         if (!is_char(*p, CHAR_BLANK)) {
             return p;
         }
-        return is_char(p[1], CHAR_BLANK) ? next_word_behind(p + 1) : p + 1;
+        return is_char(p[1], CHAR_BLANK) ? next_word_after(p + 1) : p + 1;
     }
-    const char* next_word_behind(const char* p) noexcept;
+    const char* next_word_after(const char* p) noexcept;
     const char* cut_numbers(const char* p, KnownEntry& known);
 
     static constexpr std::size_t ring_size = 16;
@@ -88,7 +88,7 @@ private:
 
     core_ulong line_ = 1; // of the first character after the records
     const char* line_start_;
-    bool is_behind_blank_ = true;
+    bool follows_blank_ = true;
     std::size_t record_count_ = 0;
     MakeMasks make_masks_;
     std::array<Record, ring_size> records_ = {};

@@ -15,7 +15,7 @@ std::size_t trimmed_back(std::string_view text, std::size_t at) noexcept;
 /// The place of the next character that is not a blank, or the line's end.
 std::size_t skip_blanks(std::string_view text, std::size_t at) noexcept;
 
-/// Whether only blanks stand before the place on its line.
+/// Whether only blanks are before the place on its line.
 bool begins_line(std::string_view text, std::size_t at) noexcept;
 /// Whether only blanks and perhaps a comment follow on the line.
 bool ends_line(std::string_view text, std::size_t at) noexcept;

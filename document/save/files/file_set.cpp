@@ -33,7 +33,7 @@ bool write_all(SysHandle& handle, std::string_view bytes) {
     return true;
 }
 
-/// Writes bytes that nobody needs afterwards, and gives their memory back piece by piece. The kernel then uses this memory for the
+/// Writes bytes that are not needed afterwards, and gives their memory back piece by piece. The kernel then uses this memory for the
 /// pages of the file. It is faster than memory that nobody has used for long: a save of 99.9 MB with one changed value takes
 /// 0.37 s, and 0.57 s without this.
 bool write_spent(SysHandle& handle, std::string_view bytes) {

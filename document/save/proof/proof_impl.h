@@ -24,7 +24,7 @@ struct ProofWindow {
     unsigned int first = 0; // first entry of the group in the window
     unsigned int last = 0;  // the position after the last entry in the window
     std::vector<std::pair<const ParserGroup*, unsigned int>>
-        behind; // positions of the entries after the window
+        entries_after; // for each group around the window, the position of the first entry after it
 };
 /// Finds the window. The record must have changes.
 ProofWindow find_window(std::string_view before, const LayoutRecord& record);
