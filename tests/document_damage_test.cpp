@@ -32,6 +32,20 @@ TEST(document_damage, a_binary_document_that_is_cut_off_gives_the_entries_that_a
     EXPECT_EQ(tree_of(result), " a 1 b { c 2 }");
 }
 
+TEST(document_damage, a_binary_document_that_is_cut_off_behind_a_group_keeps_the_group) {
+    ParserGroup root("root");
+    ParserEntry& entry = *root.add_entry("b", 0, 0);
+    entry.add_group(nullptr)->add_entry("c", 0, 0)->add_int(2);
+    entry.add_int(3);
+    const CoreVector<char> data = root.get_binary(false);
+    const std::string whole = "UDFS" + std::string(data.get_data(), data.get_count());
+    const std::size_t int_size = 5; // with its tag
+    const LoadResult result = bk_parser::parse(whole.substr(0, whole.size() - int_size));
+    ASSERT_EQ(result.problems.size(), 1u);
+    EXPECT_EQ(result.problems[0].code, "cut-off");
+    EXPECT_EQ(tree_of(result), " b { c 2 }");
+}
+
 TEST(document_damage, numbers_are_told_in_groups_of_three_digits) {
     const std::string bytes = StoredForms(many_entries(100)).binary();
     ASSERT_EQ(bytes.size() / 1000, 2u);
