@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Large enough that a load frees its text before it parses.
+/// A text that is large enough that a load frees it before it parses.
 std::string make_text(const std::string& line_end, const std::string& fault) {
     std::string text = "#Brellwick_Serial_Version 1.2" + line_end;
     for (int i = 0; i < 140000; ++i) {
