@@ -269,7 +269,7 @@ TEST_F(document_includes, a_version_below_0_in_an_included_file_loses_nothing) {
               (Lines{"main.bkd:1:1: error: '-1' is no version; the latest is 1.2 [no-version]"}));
 }
 
-#if !defined(_WIN32) // takes ".." steps away before it looks for links
+#if !defined(_WIN32) // Windows resolves ".." before links
 
 TEST_F(document_includes, behind_a_linked_folder_are_the_file_that_the_system_finds) {
     folder_.write("shots/part.bkd", "a 1");     // where the text of the path leads

@@ -23,7 +23,7 @@ void expect_same_problems(const std::string& text) {
     const ScratchFolder folder;
     const std::string path = folder.write("large.bkd", text);
     bk_parser::LoadOptions keeping;
-    keeping.keep_sources = true; // keeps the text
+    keeping.keep_sources = true;
     const bk_parser::LoadResult kept = bk_parser::load(path, keeping);
     const bk_parser::LoadResult freed = bk_parser::load(path);
     EXPECT_TRUE(bk_parser::to_text(freed.document.root()) == bk_parser::to_text(kept.document.root()));

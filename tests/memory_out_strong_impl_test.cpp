@@ -117,8 +117,7 @@ const Edit edits[] = {
     {"add entries until the list grows",
      [](EditBoard& b) {
          b.group.add_entry(b.name, 1, 2);
-         if (b.group.get_entries().get_count() ==
-             9) { // one at a time: each edit is complete or has no effect
+         if (b.group.get_entries().get_count() == 9) { // one at a time: whole or without effect
              b.group.remove_entry(8u);
          }
      }},

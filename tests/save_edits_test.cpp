@@ -23,7 +23,7 @@ class Editor {
 public:
     explicit Editor(unsigned int seed) : random_(seed) {}
 
-    bool has_removed = false; // something was removed in or after which a comment may be
+    bool has_removed = false; // an entry was removed, perhaps with a comment in or after it
     bool has_crossed = false; // an entry has left its group
 
     void edit(ParserGroup& root) {
