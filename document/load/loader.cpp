@@ -129,9 +129,6 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     const CoreVector<CoreString> folders = search_folders();
     const CoreString key{std::string_view(options_.key)};
     SourceLoader host(*state_, sources_, problems_, meter_, range.part(0, 0.2), facts_);
-    if (!options_.keep_sources && lost_ == nullptr) {
-        host.drop_document(gaps_, expanded_);
-    }
     const bool is_file = !path_.empty();
     bk::Preprocessor preprocessor(folders, key, host, options_.limits,
                                   {options_.beside && is_file, options_.working_folder || !is_file, true,

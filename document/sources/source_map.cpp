@@ -43,33 +43,6 @@ void SourceMap::leave(CoreString&& text, bool is_clean) {
     open_.pop_back();
 }
 
-/// A document of one piece may be borrowed by the expanded text.
-bool SourceMap::can_drop_document() const noexcept {
-    return inclusions_.size() == 1 && pieces_.size() > 1 &&
-           (directives_.empty() || directives_.back().offset < pieces_.front().offset);
-}
-
-void SourceMap::drop_document(const CoreString& gaps, const CoreString& expanded) {
-    files_.front()->text.drop(pieces_.front().offset, [this, &gaps, &expanded] {
-        return join_document(gaps.get_view(), expanded.get_view());
-    });
-}
-
-CoreString SourceMap::join_document(std::string_view gaps, std::string_view expanded) const {
-    CoreString text;
-    text.reserve(static_cast<unsigned int>(gaps.size() + expanded.size()));
-    std::size_t end = 0; // of the piece before
-    for (const Piece& piece : pieces_) {
-        const std::size_t gap = piece.offset - end;
-        text.append(gaps.substr(0, gap));
-        text.append(expanded.substr(piece.expanded, piece.length));
-        gaps.remove_prefix(gap);
-        end = std::size_t{piece.offset} + piece.length;
-    }
-    text.append(gaps);
-    return text;
-}
-
 Spot SourceMap::find(std::size_t expanded, std::size_t length) const {
     const auto after =
         std::upper_bound(pieces_.begin(), pieces_.end(), expanded,

@@ -82,10 +82,6 @@ public:
     }
     /// The last piece begins inside a word.
     void note_joint() { joints_.push_back(static_cast<std::uint32_t>(pieces_.size() - 1)); }
-    /// Drops the text of a document without includes whose directives all stand before its first piece. `gaps` are the bytes
-    /// before, between and behind its pieces. The caller keeps them and the expanded text, and the map where it is.
-    void drop_document(const CoreString& gaps, const CoreString& expanded);
-    bool can_drop_document() const noexcept;
 
     /// A directive of the current file, behind all that came before.
     void note_directive(std::size_t offset) {
@@ -124,7 +120,6 @@ public:
 private:
     void grow();
     std::size_t file_index(const SourceName& name, std::string_view path);
-    CoreString join_document(std::string_view gaps, std::string_view expanded) const;
 
     std::vector<std::unique_ptr<SourceFile>> files_;
     std::unordered_map<std::string, std::size_t> files_by_path_;

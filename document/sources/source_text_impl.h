@@ -3,7 +3,6 @@
 #include "core/core_string.h"
 
 #include <cstddef>
-#include <functional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -23,18 +22,8 @@ public:
     SourceText() = default;
     explicit SourceText(CoreString&& text) noexcept : text_(std::move(text)) {}
 
-    /// Makes a text that was dropped again, which allocates memory.
-    std::string_view get_text() const {
-        if (restore_) {
-            restore();
-        }
-        return text_.get_view();
-    }
-    /// Frees the text, apart from its first bytes. `restore` makes it again when somebody asks for it.
-    void drop(std::size_t kept, std::function<CoreString()> restore);
-    /// Of a dropped text the bytes that were kept, of any other all of it. Makes nothing.
-    std::string_view get_head() const noexcept { return text_.get_view(); }
-    /// Hands the text over, which must not be dropped. Nothing is left here.
+    std::string_view get_text() const noexcept { return text_.get_view(); }
+    /// Hands the text over. Nothing is left here.
     CoreString take() noexcept { return std::move(text_); }
     std::size_t get_line_count() const;
     /// Logarithmic in the lines, and linear in the length of the line. Asking for places from left to right walks a line only once.
@@ -44,13 +33,11 @@ public:
     std::size_t line_end(std::size_t offset) const;
 
 private:
-    void restore() const;
     void find_lines() const;
     std::size_t line_index(std::size_t offset) const;
 
-    mutable CoreString text_;
-    mutable std::function<CoreString()> restore_; // of a dropped text
-    mutable std::vector<std::size_t> starts_;     // of lines; found when first asked for
+    CoreString text_;
+    mutable std::vector<std::size_t> starts_; // of lines; found when first asked for
     // Where the last column was counted, from which the next one is counted on.
     mutable std::size_t counted_line_ = 0;
     mutable std::size_t counted_offset_ = 0;

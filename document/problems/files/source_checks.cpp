@@ -23,10 +23,9 @@ constexpr std::string_view blanks = " \t\r\n";
 /// Collects what is known of a file from its pieces, at the first place where it is included.
 class FileChecks {
 public:
-    /// Takes the head of a text that was dropped, which has all directives of it.
     FileChecks(std::size_t inclusion, std::size_t expanded, const SourceFile& file, bool has_escapes,
                const Losses& losses, ProblemList& problems)
-        : inclusion_(inclusion), text_(file.text.get_head()), has_escapes_(has_escapes), losses_(losses),
+        : inclusion_(inclusion), text_(file.text.get_text()), has_escapes_(has_escapes), losses_(losses),
           problems_(problems), quotes_(text_), stray_(file.is_clean ? StrayBytes() : find_stray_bytes(text_)),
           has_stray_bytes_(!stray_.are_none()), expanded_(expanded) {}
 
