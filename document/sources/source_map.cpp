@@ -4,25 +4,12 @@
 
 namespace bk_parser {
 
-namespace {
-
-constexpr std::size_t least_pieces = 64; // for which there is room at once
-
-} // namespace
-
 std::size_t SourceMap::file_index(const SourceName& name, std::string_view path) {
-    const auto found = files_by_path_.find(std::string(path));
-    if (found != files_by_path_.end()) {
-        return found->second;
+    const auto [place, is_new] = files_by_path_.try_emplace(std::string(path), files_.size());
+    if (is_new) {
+        files_.push_back(std::make_unique<SourceFile>(SourceFile{name, std::string(path), SourceText()}));
     }
-    files_.push_back(std::make_unique<SourceFile>(SourceFile{name, std::string(path), SourceText()}));
-    files_by_path_.emplace(path, files_.size() - 1);
-    return files_.size() - 1;
-}
-
-/// Makes room for more pieces.
-void SourceMap::grow() {
-    pieces_.reserve(std::max(least_pieces, 2 * pieces_.size()));
+    return place->second;
 }
 
 /// When memory runs out, throws before it adds the file to the open ones, so that every open file was entered whole.

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "document/sources/memory_allocator_impl.h"
 #include "document/sources/source_text_impl.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -51,6 +53,10 @@ public:
         std::uint32_t inclusion;
     };
 
+    /// In blocks, so that they grow without copies, and from the pages of the tree. In a vector they cost a load of 20 MiB with 120,000
+    /// comments 700 page faults.
+    using Pieces = std::deque<Piece, MemoryAllocator<Piece>>;
+
     /// Where a file says that something is not a part of the expanded text, or of another file.
     struct Directive {
         std::uint32_t offset;
@@ -72,9 +78,6 @@ public:
                 last.length += static_cast<std::uint32_t>(length);
                 return false;
             }
-        }
-        if (pieces_.size() == pieces_.capacity()) {
-            grow();
         }
         pieces_.push_back({static_cast<std::uint32_t>(expanded), static_cast<std::uint32_t>(offset),
                            static_cast<std::uint32_t>(length), static_cast<std::uint32_t>(inclusion)});
@@ -107,7 +110,7 @@ public:
     /// Each file once, in the order of its first inclusion.
     const std::vector<std::unique_ptr<SourceFile>>& get_files() const noexcept { return files_; }
     /// By ascending place in the expanded text. No two are of one stretch.
-    const std::vector<Piece>& get_pieces() const noexcept { return pieces_; }
+    const Pieces& get_pieces() const noexcept { return pieces_; }
     /// The places in get_pieces of those that begin inside a word.
     const std::vector<std::uint32_t>& get_joints() const noexcept { return joints_; }
     /// In the order of the reading, those of each inclusion by their place.
@@ -118,14 +121,13 @@ public:
     std::size_t get_expanded_size() const noexcept;
 
 private:
-    void grow();
     std::size_t file_index(const SourceName& name, std::string_view path);
 
     std::vector<std::unique_ptr<SourceFile>> files_;
     std::unordered_map<std::string, std::size_t> files_by_path_;
     std::vector<Inclusion> inclusions_;
     std::vector<std::size_t> open_; // inclusions that were entered and not left, outermost first
-    std::vector<Piece> pieces_;     // by ascending expanded offset
+    Pieces pieces_;                 // by ascending expanded offset
     std::vector<std::uint32_t> joints_;
     std::vector<Directive> directives_;
 };

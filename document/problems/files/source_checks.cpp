@@ -209,7 +209,7 @@ void check_sources(const SourceMap& sources, bool has_escapes, const Losses& los
             file.add_directive(directive.offset);
         }
     }
-    const std::vector<SourceMap::Piece>& pieces = sources.get_pieces();
+    const SourceMap::Pieces& pieces = sources.get_pieces();
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         if (files.size() == 1 && files.front().is_indifferent()) {
             i = pieces.size() - 1;
