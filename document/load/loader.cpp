@@ -94,7 +94,7 @@ LoadResult Loader::parse(std::string_view text) {
 
 void Loader::read_any(CoreString&& bytes, const Meter::Range& range) {
     state_->form = lost_ == nullptr ? form_of(bytes.get_view()) : likely_form_of(bytes.get_view());
-    state_->document_files.push_back({path_of_text(name_), state_->absolute, bytes.get_length(), 0, 0});
+    state_->document_files.push_back({state_->path, state_->absolute, bytes.get_length(), 0, 0});
     if (lost_ != nullptr && state_->form != Form::text) {
         salvage(std::move(bytes), range);
         take_version_entry();

@@ -209,7 +209,6 @@ void SourceLoader::copied(const bk::SourcePiece& piece, unsigned int expanded) {
         sources_.note_joint();
     }
     last_ = text.back();
-    open_.back().done = end;
     meter_.reach(end);
 }
 
