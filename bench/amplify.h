@@ -8,16 +8,16 @@ namespace bench {
 
 /// One input of a family.
 struct Work {
-    std::size_t bytes;                     // of the input; what is made of it is measured against that
-    std::function<void()> run;             // the same each time
+    std::size_t bytes;                     // of the input; time and memory are compared with this size
+    std::function<void()> run;             // does the same work each time
     std::function<void()> prepare = [] {}; // before each run, not measured
 };
 
-/// Inputs that are alike but for their size.
+/// Inputs that differ only in their size.
 struct Family {
     const char* name;
-    unsigned int first_count;               // the smallest input has so many of what the family repeats
-    std::function<Work(unsigned int)> make; // an input that has so many
+    unsigned int first_count;               // how often the smallest input repeats the family's part
+    std::function<Work(unsigned int)> make; // makes an input with this many repetitions
 };
 
 const std::vector<Family>& text_families();

@@ -21,7 +21,7 @@ Work decode_and_encode(const std::string& bytes) {
             }};
 }
 
-/// Groups in groups around some bytes, which need not be sound.
+/// Nested groups around some bytes, which need not be valid.
 std::string nested(unsigned int depth, const std::string& inside) {
     const std::size_t head = binary_form::entry("a", binary_form::group_value("")).size();
     std::string bytes = "UDFS" + size_field(depth * head + inside.size());

@@ -1,4 +1,5 @@
-// Doubles inputs of many families and fails when one takes more than a small constant times its size, in time or in memory.
+// Doubles the inputs of many families. Fails when the time or the memory of one grows faster than its size, or takes more memory than a
+// small constant times its size.
 
 #include "bench/amplify.h"
 #include "bench/child.h"
@@ -15,17 +16,17 @@ namespace {
 
 using namespace bench;
 
-/// Of the time, on average over the doublings. Twice is proportional, four times is quadratic; what is between is for
-/// memory that has to be fetched from further away and for logarithms. A single doubling may cross the edge of a cache.
+/// The largest growth of the time per doubling, on average over the doublings. 2 is proportional, and 4 is quadratic. The margin is for
+/// slower caches and for logarithms. A single doubling may grow more, when the data no longer fit into a cache.
 constexpr double most_growth = 2.6;
 constexpr double most_memory_per_byte = 256.0;
-/// Tables, buffers of files and what the allocator takes at once.
+/// Memory that does not depend on the input: tables, buffers of files, and what the allocator takes at once.
 constexpr double free_memory = 4.0 * 1024 * 1024;
 constexpr unsigned int doublings = 4;
 constexpr unsigned int runs = 3;
-/// Below that the clock and the caches say more than the input.
+/// A shorter time depends more on the clock and the caches than on the input.
 constexpr double shortest = 1e-3;
-/// A disturbance can only make a run longer: what holds once, holds.
+/// How often a family is tried. Other programs can only lengthen a run, so one try within the limits is enough.
 constexpr unsigned int tries = 6;
 
 double processor_seconds() {
@@ -34,14 +35,14 @@ double processor_seconds() {
     return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-/// What an input takes.
+/// The cost of an input.
 struct Cost {
     double seconds = std::numeric_limits<double>::max();
-    double memory = 0.0; // at most, beyond what was there before; in bytes
+    double memory = 0.0; // the peak, less what was in use before; in bytes
     double bytes = 0.0;
 };
 
-/// In a process of its own, so that memory that one input leaves behind is not another one's.
+/// Measures in a process of its own, so that memory that is left from one input does not count for another.
 Cost measure(const Family& family, unsigned int count) {
     return in_child<Cost>([&] {
         const CountingLog log;
@@ -65,7 +66,7 @@ void keep_best(Cost& cost, const Cost& other) {
     cost.memory = std::min(cost.memory, other.memory);
 }
 
-/// A family in the sizes that are compared.
+/// Measures a family in all sizes.
 class Series {
 public:
     explicit Series(const Family& family) : family_(family) {

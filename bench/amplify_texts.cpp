@@ -14,7 +14,7 @@ namespace bench {
 
 namespace {
 
-/// Parsing, and giving the tree back.
+/// Parses the text and destroys the tree.
 Work parse(const std::string& text) {
     return {text.size(), [text = core(text)] {
                 ParserGroup group("g");
@@ -22,7 +22,7 @@ Work parse(const std::string& text) {
             }};
 }
 
-/// The same, printed in one line and copied as well.
+/// The same, and also prints the tree on one line and copies it.
 Work parse_and_print(const std::string& text) {
     return {text.size(), [text = core(text)] {
                 ParserGroup group("g");
@@ -33,7 +33,7 @@ Work parse_and_print(const std::string& text) {
             }};
 }
 
-/// With a bar and an observer.
+/// Parses with a progress bar and an observer.
 Work parse_watched(const std::string& text) {
     return {text.size(), [text = core(text)] {
                 AppProgressBar bar;
@@ -70,7 +70,7 @@ Work grow_word(unsigned int count) {
             }};
 }
 
-/// Reading the file "a" through the preprocessor, with what else is on the disk.
+/// Reads the file "a" through the preprocessor, with the other files of the disk.
 Work read(const std::vector<std::pair<std::string, std::string>>& files) {
     const auto disk = std::make_shared<MemoryDisk>();
     std::size_t bytes = 0;

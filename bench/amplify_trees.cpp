@@ -9,7 +9,7 @@ namespace bench {
 
 namespace {
 
-/// Something done to a new tree of that text.
+/// Parses the text, and times an action on the tree.
 Work edit(const std::string& text, const std::function<void(ParserGroup&)>& change) {
     const auto group = std::make_shared<ParserGroup>("g");
     return {text.size(), [group, change] { change(*group); },
@@ -101,7 +101,8 @@ const std::vector<Family>& tree_families() {
         {"many values added", 10000, add_values},
         {"many entries and values shared", 10000, share},
         {"ordinals among keywords", 10000, visit_ordinals},
-        {"many entries moved", 100000, move_all}, // fewer lie in the caches, where a move costs a fifth
+        {"many entries moved", 100000,
+         move_all}, // fewer would fit into the caches, where a move costs a fifth
     };
     return families;
 }

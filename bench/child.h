@@ -9,7 +9,7 @@
 
 namespace bench {
 
-/// Does the work in a child process and gives what it gives. Ends the program when the child does not live to tell.
+/// Does the work in a child process and returns its result. Ends the program when the child fails.
 template <class Result, class Work>
 Result in_child(Work work) {
     static_assert(std::is_trivially_copyable_v<Result>);
@@ -34,7 +34,7 @@ Result in_child(Work work) {
     return result;
 }
 
-/// A line of /proc/self/status in bytes; 0 where there is none.
+/// The value of a line of /proc/self/status in bytes; 0 on systems without that file.
 inline double process_status(const char* field) {
     double kilobytes = 0.0;
     if (std::FILE* const file = std::fopen("/proc/self/status", "r")) {
@@ -49,7 +49,7 @@ inline double process_status(const char* field) {
     return kilobytes * 1024;
 }
 
-/// Forgets how much memory was in use at most, and gives what is in use.
+/// Resets the peak of the memory in use, and returns the memory in use now.
 inline double start_memory_peak() {
     if (std::FILE* const file = std::fopen("/proc/self/clear_refs", "w")) {
         std::fputs("5", file);
@@ -58,7 +58,7 @@ inline double start_memory_peak() {
     return process_status("VmRSS:");
 }
 
-/// The most that was in use since.
+/// The peak of the memory in use since then.
 inline double memory_peak() {
     return process_status("VmHWM:");
 }

@@ -1,4 +1,4 @@
-# What the scripts of the benchmarks share. Sourced, with the source tree as the current folder.
+# What the scripts of the benchmarks have in common. Source it with the source tree as the current folder.
 
 . .ci/common.sh
 

@@ -4,9 +4,9 @@
 
 namespace bench {
 
-/// Memory that `copies` parsed documents of this text take, in bytes per copy; negative where it cannot be told. It
-/// is the growth of the resident set of a child process. What the calling process has given back before may be
-/// used again and hide some of it, so measure first.
+/// The memory that `copies` parsed documents of this text take, in bytes per copy; negative on systems that do not report it. Measures the
+/// growth of the resident set of a child process. Call it before other measurements: the child could reuse memory that this process has
+/// freed, and that would not count.
 double resident_bytes_per_copy(const CoreString& text, unsigned int copies);
 
 } // namespace bench

@@ -1,6 +1,5 @@
-// Times the stored forms of a scene. In every round, what a form is compared with is timed beside it: memcpy of as many
-// bytes as the form has, and, where there is such a thing, printing or parsing the same tree as text. The counters are
-// medians over the rounds, so that a machine with other work on it tells the same ratios.
+// Times the stored forms of a scene. Every round also times what a form is compared with: memcpy of as many bytes, and printing or parsing
+// the same tree as text. The counters are medians over the rounds, so that the ratios are the same on a busy machine.
 
 #include "bench/scene_text.h"
 #include "core/core_version.h"
@@ -23,7 +22,7 @@
 namespace {
 
 using Document = std::unique_ptr<ParserGroup>;
-/// Runs one step and gives the seconds that it took, without what it needs before and leaves behind.
+/// Runs one step and returns the seconds that it took, without the preparation and the clean-up.
 using Timed = std::function<double()>;
 
 const CoreString key = "lantern";
@@ -88,7 +87,7 @@ double time_encode(const ParserGroup& group) {
     return seconds_of([&] { out = group.get_binary(false); });
 }
 
-/// The middle one, or 0 of none.
+/// The median; 0 when there are no samples.
 double median(std::vector<double> samples) {
     if (samples.empty()) {
         return 0.0;
@@ -98,7 +97,7 @@ double median(std::vector<double> samples) {
     return *middle;
 }
 
-/// Copies bytes between two blocks that are in memory already: the best that memcpy can do.
+/// Copies bytes between two blocks whose pages are in memory already: the highest speed that memcpy reaches.
 class Copy {
 public:
     explicit Copy(std::size_t size) : from_(size, 'a'), to_(size, 'b') {}
@@ -115,7 +114,7 @@ private:
     std::vector<char> to_;
 };
 
-/// Times a form of `bytes` bytes beside its peers; there is no text to compare with when `text` is empty.
+/// Times a form of `bytes` bytes and what it is compared with. When `text` is empty, there is no comparison with text.
 void race(benchmark::State& state, const Scene& scene, std::size_t bytes, const Timed& form,
           const Timed& text = {}) {
     Copy copy(bytes);
@@ -140,7 +139,7 @@ void race(benchmark::State& state, const Scene& scene, std::size_t bytes, const 
     }
 }
 
-/// Of a tree that was just read from text: every number is converted on the way, where printing copies its spelling.
+/// Encodes a tree that was just read from text, and so converts every number. Printing only copies the spellings.
 void encode_first(benchmark::State& state, const Scene& scene) {
     race(
         state, scene, scene.binary.get_count(), [&] { return time_encode(*parsed(scene.text)); },
@@ -155,7 +154,7 @@ void encode_again(benchmark::State& state, const Scene& scene) {
         [&] { return time_print(*document); });
 }
 
-/// Of a tree that holds numbers and no spellings, as a program makes one.
+/// Encodes a tree that has numbers without spellings, as a program makes it.
 void encode_numbers(benchmark::State& state, const Scene& scene) {
     const Document document = decoded(scene.binary);
     race(
@@ -172,7 +171,7 @@ void decode(benchmark::State& state, const Scene& scene) {
     race(state, scene, scene.binary.get_count(), form, [&] { return time_parse(scene.text); });
 }
 
-/// The cipher alone, over the scene's text.
+/// Times the cipher alone, on the scene's text.
 void encipher(benchmark::State& state, const Scene& scene) {
     std::vector<unsigned char> block(bk::cipher_block_size(scene.text.get_length()));
     race(state, scene, block.size(), [&] {
@@ -232,7 +231,7 @@ void archive_restore(benchmark::State& state, const Scene& scene) {
     race(state, scene, archive_file_size(scene), form, [&] { return time_parse(scene.text); });
 }
 
-/// With the flush to the disk.
+/// Includes the flush to the disk.
 void archive_save(benchmark::State& state, const Scene& scene) {
     const ScratchFolder folder;
     race(state, scene, archive_file_size(scene), [&] {

@@ -1,6 +1,6 @@
-// Times the steps in the life of a document over a small scene, many small scenes one after the other, and a large one.
-// A step whose cost grows faster than the document is seen in the time per value: the large scene against the small one
-// shows it together with what the caches of the machine do, against the many small ones by itself.
+// Times the steps in the life of a document for a small scene, for many small scenes one after the other, and for a large one. The time per
+// value shows a step whose cost grows faster than the document. The large scene compared with the small one also shows the effect of the
+// machine's caches; compared with the many small ones it does not.
 
 #include "bench/footprint.h"
 #include "bench/phases.h"
@@ -17,7 +17,7 @@
 
 namespace {
 
-/// Documents of so many values each.
+/// How many values each document has.
 struct Load {
     const char* name;
     unsigned int value_count;
@@ -42,7 +42,7 @@ double per_value(const Load& load, double amount) {
     return amount / load.value_count / load.copies;
 }
 
-/// The shortest time of each step: a disturbance only ever makes a run longer.
+/// The shortest time of each step, because other programs can only lengthen a run.
 class BestTimes {
 public:
     void keep(const bench::Phase& phase, const Load& load, double seconds) {
@@ -133,7 +133,7 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;
     }
-    const Footprint footprint; // first, while nothing has been allocated and given back
+    const Footprint footprint; // first, before anything was allocated and freed
     benchmark::RunSpecifiedBenchmarks();
     print_table(times, footprint);
     return 0;

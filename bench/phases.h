@@ -4,8 +4,8 @@
 
 namespace bench {
 
-/// One step in the life of a document. `run` takes it for so many documents of the same text, one after the other, and
-/// gives the seconds that this step alone took; what it needs before and leaves behind is not counted.
+/// One step in the life of a document. `run` does it for `copies` documents of the same text, one after the other. It returns the seconds
+/// of the step alone, without the preparation and the clean-up.
 struct Phase {
     const char* name;
     double (*run)(const CoreString& text, unsigned int copies);

@@ -6,8 +6,7 @@
 
 namespace bench {
 
-/// One value of a scene. A number is given as it is to be spelled, a flag as "yes" or "no", a string as it
-/// is, without quotes and escapes.
+/// One value of a scene. The text of a number is its spelling, of a flag "yes" or "no", of a string its characters without quotes and escapes.
 struct SceneValue {
     enum class Kind { flag, integer, decimal, string };
 

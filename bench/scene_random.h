@@ -12,7 +12,7 @@ class SceneRandom {
 public:
     explicit SceneRandom(std::uint64_t seed) : state_(seed) {}
 
-    /// From 0 up to `bound`, without it.
+    /// A number from 0 up to but not including `bound`.
     unsigned int below(unsigned int bound) { return static_cast<unsigned int>(next() % bound); }
     int between(int low, int high) {
         return low + static_cast<int>(below(static_cast<unsigned int>(high - low) + 1));

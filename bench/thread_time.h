@@ -5,7 +5,7 @@
 
 namespace bench {
 
-/// Seconds of this thread's work: unlike the time on the wall, they do not pass while other programs run.
+/// The processor time of this thread in seconds. Unlike wall-clock time, it does not pass while other programs run.
 inline double thread_seconds() {
 #if defined(CLOCK_THREAD_CPUTIME_ID)
     timespec time = {};

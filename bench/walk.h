@@ -4,7 +4,7 @@
 
 namespace bench {
 
-/// Reads every value in its own type, and gives a sum that depends on all of them.
+/// Reads every value in its own type, and returns a sum that depends on all values.
 double walk(const ParserGroup& root);
 
 } // namespace bench

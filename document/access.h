@@ -61,17 +61,17 @@ template <ReadableValue T>
     std::optional<T> found = get<T>(group, path);
     return found ? std::move(*found) : std::move(fallback);
 }
-/// The same with another fallback or place.
+/// The same for value `value` of an entry.
 template <ReadableValue T>
 [[nodiscard]] T get_or(const ParserEntry& entry, unsigned int value, T fallback) {
     std::optional<T> found = get<T>(entry, value);
     return found ? std::move(*found) : std::move(fallback);
 }
-/// The same with another fallback or place.
+/// The same with a text as the fallback.
 [[nodiscard]] inline std::string get_or(const ParserGroup& group, PathRef path, const char* fallback) {
     return get_or<std::string>(group, path, std::string(TextRef(fallback).view()));
 }
-/// The same with another fallback or place.
+/// The same for value `value` of an entry.
 [[nodiscard]] inline std::string get_or(const ParserEntry& entry, unsigned int value, const char* fallback) {
     return get_or<std::string>(entry, value, std::string(TextRef(fallback).view()));
 }

@@ -16,7 +16,7 @@ struct TreeChange {
         head,    ///< an entry's kind, template or array count changed
         added,   ///< an entry was added, with all that it holds
         removed, ///< an entry was removed, with all that it holds
-        moved,   ///< an entry stands at another place of its group, or in another group
+        moved,   ///< an entry is at another position of its group, or in another group
         renamed  ///< an entry has another name
     };
     /// Means the entry as a whole.

@@ -51,8 +51,8 @@ public:
     const std::vector<std::filesystem::path>& dependencies() const&;
     /// Returns a copy, because the document is temporary.
     std::vector<std::filesystem::path> dependencies() &&;
-    /// The include directives of its files in the order of reading, those that failed too. A file that is included
-    /// more than once has its directives listed once. As they were at the load: a save does not change this list, but `dependencies`.
+    /// The include directives of its files in the order of reading, also those that failed. Lists the directives of a file that is
+    /// included more than once only once. A save changes `dependencies`, but not this list.
     const std::vector<Include>& includes() const&;
     /// Returns a copy, because the document is temporary.
     std::vector<Include> includes() &&;

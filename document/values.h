@@ -25,7 +25,7 @@
 /// The types that values are read as and set from. document/access.h has the functions.
 namespace bk_parser {
 
-/// Whether T is of the kind in the name.
+/// Whether T is one of the wide character types.
 template <class T>
 inline constexpr bool is_wide_character = std::same_as<T, wchar_t> || std::same_as<T, char8_t> ||
                                           std::same_as<T, char16_t> || std::same_as<T, char32_t>;
@@ -94,15 +94,15 @@ struct ListTraits<std::array<T, Size>> {
 template <class T>
 concept FixedListValue = ListTraits<T>::size != 0 && SingleValue<typename ListTraits<T>::Element>;
 
-/// Whether T is of the kind in the name.
+/// Whether T is a std::vector of values.
 template <class T>
 inline constexpr bool is_vector = false;
 template <SingleValue T>
 inline constexpr bool is_vector<std::vector<T>> = true;
-/// Whether T is of the kind in the name.
+/// Whether T is a Values.
 template <class T>
 inline constexpr bool is_values = false;
-/// Whether T is of the kind in the name.
+/// Whether T is a Values.
 template <SingleValue T>
 inline constexpr bool is_values<Values<T>> = true;
 
@@ -122,7 +122,7 @@ template <class T>
 concept WritableSingleValue =
     std::same_as<T, bool> ||(NumberValue<T> && !std::same_as<T, char>) || TextValue<T> || BytesValue<T>;
 
-/// Whether T is of the kind in the name.
+/// Whether T is a list that values can be set from.
 template <class T>
 inline constexpr bool is_writable_list = false;
 template <WritableSingleValue T>
@@ -208,31 +208,31 @@ enum class ListEnd {
 
 /// Reads a value. Returns false, and leaves `out` as it was, when the entry has no such value or it is not of that type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, bool& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, long long& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, unsigned long long& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, float& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, double& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, std::string_view& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, std::span<const std::byte>& out);
-/// The same for another type or place.
+/// The same for another type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, ParserGroup*& out);
 
-/// The entry that a path finds first, and the value that it names; null when there is none.
+/// The entry that a path finds first; null when there is none. Stores the value that the path names in `value`.
 BK_PARSER_API const ParserEntry* find_value(const ParserGroup& group, PathRef path, unsigned int& value);
 
-/// The same for another type or place.
+/// Sets values of an entry, as bk_parser::set describes.
 BK_PARSER_API bool set_values(ParserEntry& entry, unsigned int value, std::span<const GivenValue> given,
                               ListEnd end);
-/// The same for another type or place.
+/// Sets values at the place that a path names, as bk_parser::set describes.
 BK_PARSER_API bool set_values(ParserGroup& group, PathRef path, std::span<const GivenValue> given,
                               ListEnd end);
-/// The same for another type or place.
+/// Adds an entry with values, as bk_parser::add describes.
 BK_PARSER_API ParserEntry* add_values(ParserGroup& group, PathRef path, std::span<const GivenValue> given);
 
 /// A char of a document is signed on every platform.
@@ -243,7 +243,7 @@ inline std::optional<char> read_char(const ParserEntry& entry, unsigned int valu
                : std::nullopt;
 }
 
-/// The same for another type or place.
+/// Reads an integer that the type can hold.
 template <IntegerValue T>
 std::optional<T> read_integer(const ParserEntry& entry, unsigned int value) {
     using Wide = std::conditional_t<std::signed_integral<T>, long long, unsigned long long>;
@@ -256,7 +256,7 @@ std::optional<T> read_integer(const ParserEntry& entry, unsigned int value) {
     return static_cast<T>(wide);
 }
 
-/// The same for another type or place.
+/// Reads one value of any type.
 template <SingleValue T>
 std::optional<T> read_single(const ParserEntry& entry, unsigned int value) {
     if constexpr (std::same_as<T, char>) {
@@ -275,7 +275,7 @@ std::optional<T> read_single(const ParserEntry& entry, unsigned int value) {
     }
 }
 
-/// The same for another type or place.
+/// Reads a list of fixed length.
 template <FixedListValue T>
 std::optional<T> read_fixed_list(const ParserEntry& entry, unsigned int value) {
     T list{};
@@ -289,7 +289,7 @@ std::optional<T> read_fixed_list(const ParserEntry& entry, unsigned int value) {
     return list;
 }
 
-/// The same for another type or place.
+/// Reads all values from this one on.
 template <class T>
 std::optional<std::vector<T>> read_vector(const ParserEntry& entry, unsigned int value) {
     if (value > entry.get_value_count()) {
@@ -306,7 +306,7 @@ std::optional<std::vector<T>> read_vector(const ParserEntry& entry, unsigned int
     return list;
 }
 
-/// The same for another type or place.
+/// Reads what `get` can read.
 template <ReadableValue T>
 std::optional<T> read_any(const ParserEntry& entry, unsigned int value) {
     if constexpr (SingleValue<T>) {

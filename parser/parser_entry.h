@@ -114,11 +114,11 @@ public:
     /// Reads value `i` as this type. ParserValue describes conversions and messages. A message for which there is no memory is
     /// dropped.
     bool get_bool(const unsigned int& i) const;
-    /// As get_bool, for another type.
+    /// Reads value `i` as a char, as get_bool does.
     char get_char(const unsigned int& i) const;
-    /// As get_bool, for another type.
+    /// Reads value `i` as an int, as get_bool does.
     int get_int(const unsigned int& i) const;
-    /// As get_bool, for another type.
+    /// Reads value `i` as a double, as get_bool does.
     double get_double(const unsigned int& i) const;
     /// The string of value `i`. The reference is valid, and the characters stay at their address, until that value is set or
     /// removed or the last entry that lists it dies. Changes of other values, and moves of the entry, do not matter.
@@ -134,11 +134,11 @@ public:
     ParserGroup* get_group(const unsigned int& i) const;
     /// The values from `i` on as components. Missing ones are 0.
     GMathVec2<double> get_vec2d(const unsigned int& i) const;
-    /// As get_vec2d, for another type.
+    /// The same as ints.
     GMathVec2<int> get_vec2i(const unsigned int& i) const;
-    /// As get_vec2d, for another type.
+    /// The same for three components.
     GMathVec3<double> get_vec3d(const unsigned int& i) const;
-    /// As get_vec2d, for another type.
+    /// The same for four components.
     GMathVec4<double> get_vec4d(const unsigned int& i) const;
 
     /// Whether that value is a group.
@@ -156,15 +156,15 @@ public:
     /// The type of that value; 0xFFFFFFFF when the entry has no values.
     ParserValue::Type get_value_type(const unsigned int& i) const;
 
-    /// Sets value `i` to this content and type.
+    /// Sets value `i` to a bool, whatever type it had.
     void set_bool(const bool& value, const unsigned int& i);
-    /// Sets the value at that position.
+    /// Sets value `i` to an int.
     void set_int(const int& value, const unsigned int& i);
-    /// Sets the value at that position.
+    /// Sets value `i` to a double.
     void set_double(const double& value, const unsigned int& i);
-    /// Sets the value at that position to a copy of the string.
+    /// Sets value `i` to a copy of the string.
     void set_string(const CoreString& value, const unsigned int& i);
-    /// Sets the value at that position to a copy of `size` bytes.
+    /// Sets value `i` to a copy of `size` bytes.
     void set_binary_data(void* data, const unsigned int& size, const unsigned int& i);
 
     /// Moves a value to position `to`. The values between shift by one position.
@@ -214,7 +214,7 @@ private:
     /// What only few entries have.
     struct Rare {
         CoreString template_name;
-        unsigned int other_owners = 0;       // lists that hold the entry beside the first
+        unsigned int other_owners = 0;       // lists that hold the entry, besides the first
         unsigned long long former_names = 0; // a bit for each name since it was read
     };
 

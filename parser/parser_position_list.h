@@ -33,14 +33,15 @@ public:
     void truncate(unsigned int count) noexcept { count_ = count; }
     /// Removes all and frees the storage.
     void clear() noexcept;
-    /// Takes a position out, if it is there, and lowers those after it by one. Returns whether it was there. Linear in those.
+    /// Removes a position, if it is in the list, and lowers those after it by one. Returns whether it was in the list. Linear in those after it.
     bool close_gap(unsigned int position) noexcept;
-    /// Raises the positions from this one on by one, and adds it when `is_listed`, for which there is room. Linear in those.
+    /// Raises the positions from this one on by one, and adds it when `is_listed`. There must be room for it. Linear in the positions that
+    /// are raised.
     void open_gap(unsigned int position, bool is_listed) noexcept;
 
     /// The era that set_era noted last; 0 when it has not been called since the storage was allocated.
     core_uint64 get_era() const noexcept { return positions_ == nullptr ? 0 : head()->era; }
-    /// Notes when the positions were last found anew. A list without storage forgets that.
+    /// Notes the era in which the positions were last rebuilt. Does nothing for a list without storage.
     void set_era(core_uint64 era) noexcept {
         if (positions_ != nullptr) {
             head()->era = era;

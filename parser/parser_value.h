@@ -22,22 +22,22 @@ struct ValueData {
         bool as_bool;     ///< of a bool
         char as_char;     ///< of a char
         int as_int;       ///< of an int
-        double as_double; ///< of a double, and 0 before a word is converted
+        double as_double; ///< of a double; 0.0 until a spelling is converted
     };
     /// What a value holds.
     union Content {
-        Scalar scalar;              ///< of a number, when it is valid
+        Scalar scalar;              ///< of a bool, char, int or double
         unsigned char* bytes;       ///< of binary data
         ParserGroup* group;         ///< of a group value
-        Apart* apart;               ///< of a number whose spelling has a block of its own
-        CoreString* string;         ///< of a string that is outside of this value
+        Apart* apart;               ///< of a value whose spelling has a block of its own
+        CoreString* string;         ///< of a string outside the value
         unsigned int unlisted_type; ///< the type, when ParserValue does not list it
     };
-    /// A value that does not begin with a string.
+    /// Every value except a string inside.
     struct Plain {
         /// Type, flags, and the size of the spelling.
         unsigned int mark;
-        /// Where the spelling is; the size of binary data; the former index of a string that is outside of this value.
+        /// The offset of the spelling; the size of binary data; the old position of a string outside the value.
         unsigned int offset;
         /// What the value holds.
         Content content;
@@ -108,17 +108,17 @@ struct BK_PARSER_API ParserValue {
     /// Frees the content. The type stays. A cleared value reads and prints as the empty text.
     void clear();
 
-    /// Becomes this value; what it was before is gone.
+    /// Sets type and content to a bool. Frees the old content.
     void set_bool(const bool& value);
-    /// Becomes this value; what it was before is gone.
+    /// Sets type and content to a char. Frees the old content.
     void set_char(const char& value);
-    /// Becomes this value; what it was before is gone.
+    /// Sets type and content to an int. Frees the old content.
     void set_int(const int& value);
-    /// Becomes this value; what it was before is gone.
+    /// Sets type and content to a double. Frees the old content.
     void set_double(const double& value);
-    /// Becomes a copy of the string.
+    /// Sets type and content to a copy of the string. Frees the old content.
     void set_string(const CoreString& value);
-    /// Becomes a copy of `size` bytes.
+    /// Sets type and content to a copy of `size` bytes. Frees the old content.
     void set_binary_data(void* data, const unsigned int& size);
 
     /// Reads the value as this type. **A double outside the int range reads as -2147483648**. Bool, char, int and double convert into each
@@ -126,11 +126,11 @@ struct BK_PARSER_API ParserValue {
     /// false, 0 or an empty text, and logs at level 2, if there is memory for that,
     /// "ParserValue.<read>: type mismatch, value type is '<type name>' \n".
     bool get_as_bool() const;
-    /// As get_as_bool, for another type.
+    /// Reads the value as a char; see get_as_bool.
     char get_as_char() const;
-    /// As get_as_bool, for another type.
+    /// Reads the value as an int; see get_as_bool.
     int get_as_int() const;
-    /// As get_as_bool, for another type.
+    /// Reads the value as a double; see get_as_bool.
     double get_as_double() const;
     /// The string of a TYPE_STRING value, else the empty string. Valid until the value is changed or assigned to another
     /// one, or dies. For the strings of an entry see ParserEntry::get_string.
@@ -207,5 +207,5 @@ private:
     friend class bk::StoredValue;
 
     bk::ValueData stored_{bk::ValueData::Plain{}}; // a bk::StoredValue
-    unsigned int unused_[2] = {0, 0};              // which keep the size
+    unsigned int unused_[2] = {0, 0};              // keeps the size of the class at 32 bytes
 };

@@ -10,8 +10,7 @@ class StoredValue;
 }
 
 /// The values of one entry, in order. Used by ParserEntry alone.
-///
-/// As a rule the values stand side by side in one block, followed by the spellings of those that were read from
+/// As a rule the values are side by side in one block, followed by the spellings of those that were read from
 /// text. In two cases each value gets a cell of its own instead, which counts the lists it is in, and the list holds the
 /// cells: when two entries list the same values after a shallow assignment, and when a value must move while a host may hold a reference to
 /// its string.
@@ -108,8 +107,8 @@ private:
     Block* block_ = nullptr;
     unsigned int count_ = 0;
     bool in_cells_ = false;
-    bool left_entry_ = false;                 // strings have stayed behind in the entry's block
-    mutable unsigned char shows_strings_ = 0; // a host may hold strings that are inside of values
+    bool left_entry_ = false;                 // values have moved away from strings in the entry's block
+    mutable unsigned char shows_strings_ = 0; // a host may hold references to strings inside values
     unsigned char is_in_pages_ : 1 = 0;
     unsigned char is_listed_ : 1 = 0;
 };

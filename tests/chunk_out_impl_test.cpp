@@ -1,5 +1,5 @@
 #include "core/core_memory.h"
-#include "core/memory/core_chunk_impl.h"
+#include "core/memory/system/core_chunk_impl.h"
 #include "parser/parser_file.h"
 #include "parser/parser_group.h"
 #include "tests/support/plain_text.h"
@@ -23,7 +23,7 @@ namespace {
 std::size_t chunks_left = SIZE_MAX;
 std::size_t chunks_asked = 0;
 
-// Not of the thread's object: some runtimes give its memory up before its destructor runs.
+// Not in the thread's object: MinGW frees its memory before it runs the destructor.
 bool is_refused = false;
 
 /// By their aligned addresses.

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <cstring>
+#include <map>
 #include <mutex>
 #include <random>
 #include <thread>
@@ -224,13 +225,21 @@ TEST(core_memory, blocks_wander_between_threads_that_begin_and_end) {
     EXPECT_TRUE(intact);
 }
 
-/// Takes a block, and gives back one that its thread took before, when the library has given the thread's heap up.
+std::mutex early_lock;
+std::map<std::thread::id, Block> early_blocks;
+
+/// Takes blocks, and gives back one that its thread took before, when the library has given the thread's heap up. The object itself
+/// is empty, because MinGW frees its memory before it runs the destructor.
 struct GivesBackAtTheEnd {
-    Block early = {nullptr, 0, 0};
     ~GivesBackAtTheEnd() {
         std::vector<Block> late;
         for (unsigned int i = 0; i < 3000; ++i) {
             late.push_back(take(40 + i % 2 * 9000, static_cast<unsigned char>(i)));
+        }
+        Block early;
+        {
+            const std::lock_guard lock(early_lock);
+            early = early_blocks.at(std::this_thread::get_id());
         }
         EXPECT_TRUE(holds_its_mark(early));
         give_back(early);
@@ -238,20 +247,27 @@ struct GivesBackAtTheEnd {
             EXPECT_TRUE(holds_its_mark(block));
             give_back(block);
         }
+        ++ended_thread_count;
     }
+    static inline std::atomic<unsigned int> ended_thread_count = 0;
 };
 
 TEST(core_memory, a_thread_takes_and_gives_back_at_its_very_end) {
+    constexpr unsigned int thread_count = 4;
     std::vector<std::thread> threads;
-    for (unsigned int t = 0; t < 4; ++t) {
+    for (unsigned int t = 0; t < thread_count; ++t) {
         threads.emplace_back([] {
-            static thread_local GivesBackAtTheEnd user; // goes after what the first block makes
-            user.early = take(40, 7);
+            static thread_local GivesBackAtTheEnd user; // destroyed after what the first block makes
+            static_cast<void>(&user);
+            const Block early = take(40, 7);
+            const std::lock_guard lock(early_lock);
+            early_blocks[std::this_thread::get_id()] = early;
         });
     }
     for (std::thread& thread : threads) {
         thread.join();
     }
+    EXPECT_EQ(GivesBackAtTheEnd::ended_thread_count, thread_count);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "document/document.h"
-#include "document/save/edits/text_edits_impl.h"
-#include "document/save/edits/text_splice_impl.h"
+#include "document/save/apply/text_edits_impl.h"
+#include "document/save/apply/text_splice_impl.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>

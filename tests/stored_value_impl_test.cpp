@@ -73,6 +73,17 @@ TEST_F(stored_value, every_type_is_told_from_its_first_four_bytes) {
     }
 }
 
+TEST_F(stored_value, a_converted_scalar_has_the_bits_of_one_that_was_set) {
+    const ParserValue read_bool(ParserValue::TYPE_BOOL, CoreString("yes"));
+    EXPECT_EQ(StoredValue::of(read_bool).scalar_bits(), StoredValue::of(ParserValue(true)).scalar_bits());
+    const ParserValue read_char(ParserValue::TYPE_CHAR, CoreString("-3"));
+    EXPECT_EQ(StoredValue::of(read_char).scalar_bits(), StoredValue::of(ParserValue('\xFD')).scalar_bits());
+    for (const int number : {-1, 0, 7, 123456789}) {
+        const ParserValue read(ParserValue::TYPE_INT, core(std::to_string(number)));
+        EXPECT_EQ(StoredValue::of(read).scalar_bits(), StoredValue::of(ParserValue(number)).scalar_bits());
+    }
+}
+
 TEST_F(stored_value, only_strings_and_spellings_that_leave_no_room_for_a_mark_are_kept_apart) {
     EXPECT_FALSE(StoredValue::is_kept_apart(ParserValue::TYPE_STRING, 0xEFFFFFFE));
     EXPECT_TRUE(StoredValue::is_kept_apart(ParserValue::TYPE_STRING, 0xEFFFFFFF));

@@ -1,7 +1,7 @@
 #if defined(__linux__)
 
 #include "core/files/sys_device_impl.h"
-#include "core/memory/core_chunk_impl.h"
+#include "core/memory/system/core_chunk_impl.h"
 #include "core/sys_device.h"
 #include "tests/support/scratch_folder.h"
 

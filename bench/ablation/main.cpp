@@ -1,6 +1,6 @@
-// Times the steps of a document's life with the library that it is linked with, from which one special case may have been
-// left out. A line for each step and corpus: the least nanoseconds a leaf of many repetitions, because what other programs
-// add to a time is never less than nothing. The script beside this file compares several builds.
+// Times the steps in the life of a document with the library that it is linked with, in which one special case may be switched off. Prints
+// a line for each step and corpus: the shortest time of many repetitions in nanoseconds a leaf, because other programs can only lengthen a
+// time. The script `run` beside this file compares several builds.
 
 #include "bench/peers/document.h"
 #include "bench/peers/forms.h"
@@ -29,7 +29,7 @@ using Tree = std::unique_ptr<ParserGroup>;
 constexpr double most_seconds = 0.05;
 constexpr unsigned int least_repetitions = 3;
 
-/// What the compiler must not leave out.
+/// Gets the results, so that the compiler cannot leave out the work.
 volatile double kept_sum = 0.0;
 
 struct Corpus {
@@ -66,7 +66,7 @@ void grow_lists(ParserGroup& group) {
     }
 }
 
-/// Each entry of the tree as an archive of its own: small documents.
+/// Makes an archive of each entry of the tree, as examples of small documents.
 void pack_entries(ParserGroup& group) {
     for (ParserEntry* entry : group.get_entries()) {
         if (entry->is_group()) {

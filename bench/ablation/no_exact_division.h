@@ -2,6 +2,6 @@
 
 #include <cfloat>
 
-// As if operations were more precise than doubles, which rules them out.
+// Pretends that operations are more precise than doubles, so that the library does not use them.
 #undef FLT_EVAL_METHOD
 #define FLT_EVAL_METHOD 2

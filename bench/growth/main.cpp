@@ -1,7 +1,7 @@
-// Shows whether cost grows with size: the time per value of each step over a small scene, a hundred of them held at
-// once, and one a hundred times as large; the memory after the large one is gone; and the memory of a document that is
-// edited ten million times. What the large one costs above the many is the library's, the rest is the machine's:
-// fresh memory, and more of it than its caches hold.
+// Shows whether the cost per value grows with the size. Prints the time per value of each step for a small scene, for a hundred small
+// scenes that are held at once, and for one scene a hundred times as large. Also prints the memory in use after the large scene was
+// destroyed, and the memory of a document that is edited ten million times. What the large scene costs more than the hundred is due to the
+// library. What the hundred cost more than one is due to the machine: fresh memory, and more of it than the caches hold.
 
 #include "bench/phases.h"
 #include "bench/scene_text.h"
@@ -89,7 +89,7 @@ void print_edits() {
 } // namespace
 
 int main() {
-    print_edits(); // first, while nothing else has been held
+    print_edits(); // first, before other documents took memory
     const CoreString large(bench::make_scene_text(large_count, 1));
     print_memory(large);
     std::printf("\n");

@@ -1,4 +1,4 @@
-# Compares what was measured (the second file) with the figures that are kept (the first).
+# Compares the new measurements (the second file) with the stored figures (the first file).
 
 function fail(text) {
     print "FAILS  " text

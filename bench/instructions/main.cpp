@@ -1,5 +1,5 @@
-// Takes a document through its life, each step by itself under the eyes of callgrind, which writes one file a step. The
-// script beside this file reads them. The counts are the same on every run, however busy the machine is.
+// Runs each step in the life of a document under callgrind, which writes one file for each step. The script `run` beside this file reads
+// these files. The counts are the same in every run, however busy the machine is.
 
 #include "bench/curves.h"
 #include "bench/scene.h"
@@ -21,10 +21,10 @@ using Document = std::unique_ptr<ParserGroup>;
 
 constexpr unsigned int value_count = 20000;
 
-/// What the compiler must not leave out.
+/// Gets the results, so that the compiler cannot leave out the work.
 volatile double kept_sum = 0.0;
 
-/// A step that holds nothing of what it made is not the step that is meant: results go out through here.
+/// Results are stored here, so that the compiler cannot remove a step whose result is not used.
 template <class Step>
 void counted(const char* name, Step step) {
     CALLGRIND_START_INSTRUMENTATION;

@@ -1,5 +1,5 @@
-# Writes the figures anew: the lower of the old lowest and the new figure goes into the fourth column. A figure stays as
-# it is while the new one is inside the band and not lower.
+# Writes the new figures. The fourth column gets the lowest figure so far. A figure stays when the new one is not lower and
+# inside the band.
 
 function lower(a, b) {
     return a < b ? a : b

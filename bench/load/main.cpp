@@ -1,5 +1,5 @@
-// Shows what load costs above ParserFile::read, of documents without problems: both in one run, in turns, as medians. A load also
-// finds problems, keeps where each byte came from, and hashes the files.
+// Compares `load` with ParserFile::read on documents without problems. Runs both in turns, and prints medians. A load does more: it finds
+// problems, records where each byte came from, and hashes the files.
 
 #include "bench/curves.h"
 #include "bench/scene_text.h"
@@ -18,17 +18,17 @@
 namespace {
 
 constexpr double most = 1.1;
-constexpr unsigned int values_timed = 8000000; // of one kind of document, in all repetitions
+constexpr unsigned int values_timed = 8000000; // values of one kind of document in all repetitions together
 constexpr unsigned int least_repetitions = 12;
 constexpr unsigned int most_repetitions = 1001;
 constexpr double mebibyte = 1024.0 * 1024.0;
 
-/// The processor's time, which other programs do not lengthen much. The files are in the system's cache.
+/// Measures processor time, which other programs hardly lengthen. The files are in the system's cache.
 double seconds_since(std::clock_t start) {
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
-/// Both leave the tree alive, so that freeing it is not timed.
+/// Both keep the tree, so that its destruction is not timed.
 double time_read(const std::filesystem::path& path) {
     ParserFile file{CoreString()};
     const std::string name = path.string();
@@ -59,7 +59,7 @@ void compare(const char* name, const std::filesystem::path& path, double megabyt
     std::vector<double> reads;
     std::vector<double> loads;
     std::vector<double> watched_loads;
-    // What runs after what matters, because each takes the memory that the one before gave back: all orders have their turn.
+    // The order matters, because each one reuses the memory that the one before freed. So all orders are run.
     std::array<unsigned int, 3> order{0, 1, 2};
     for (unsigned int i = 0; i < repetitions; ++i, std::next_permutation(order.begin(), order.end())) {
         for (const unsigned int which : order) {
@@ -81,7 +81,7 @@ void compare(const char* name, const std::filesystem::path& path, double megabyt
     std::fflush(stdout);
 }
 
-/// Strings with escapes are no problem from version 1.1 on.
+/// Uses version 1.2, because escapes are a problem in versions before 1.1.
 void store(const std::filesystem::path& path, std::string_view text) {
     std::ofstream file(path, std::ios::binary);
     file << "#Brellwick_Serial_Version 1.2\n";
@@ -102,7 +102,7 @@ std::string with_comments(std::string_view text) {
 
 } // namespace
 
-/// Documents that are named as arguments are timed, too.
+/// Also times the documents that the arguments name.
 int main(int count, char** arguments) {
     const std::filesystem::path folder = std::filesystem::temp_directory_path() / "bk_parser_bench_load";
     std::filesystem::create_directories(folder);

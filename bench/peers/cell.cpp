@@ -44,7 +44,7 @@ bool load_source(const PeerKind& kind, const std::string& corpus, Source& source
            (kind.form != Form::xml || load(corpus + ".kinds", source.kinds));
 }
 
-/// The rounds of one operation: each does what is needed before, times the step and clears up.
+/// The rounds of one operation. Each prepares the step, times it and cleans up.
 class Cell {
 public:
     Cell(const PeerKind& kind, Operation operation, const Source& source, std::size_t repetitions)
@@ -87,7 +87,7 @@ private:
         result_.was_walked = true;
     }
 
-    /// What is made once.
+    /// What is prepared once for all rounds.
     bool begin() {
         switch (operation_) {
         case Operation::walk_again:
@@ -202,10 +202,10 @@ private:
     CellResult result_;
 };
 
-/// Enough documents that a page more or less does not matter.
+/// Makes enough documents that the size of a page does not matter.
 constexpr std::size_t least_text = 20'000'000;
 
-/// The growth of the resident memory by documents that stay, with the text where the peer needs it to stay.
+/// How much the resident memory grows when documents are kept, together with their texts if the peer needs these.
 std::optional<CellResult> measure_memory(const PeerKind& kind, const std::string& corpus) {
     malloc_trim(0);
     const double before = resident_bytes();

@@ -8,23 +8,23 @@
 
 namespace bench {
 
-/// What one operation of one peer over one corpus came to.
+/// The result of one operation of one peer on one corpus.
 struct CellResult {
     std::vector<double> samples; // seconds, or bytes for Operation::memory
-    Checksum sum;                // of the walk, where there was one
+    Checksum sum;                // of the walk, if `was_walked`
     bool was_walked = false;
     std::size_t amount = 0; // changes made, or bytes written
 };
 
-/// Runs it in this process, so many times at least. Nothing when the peer fails.
+/// Runs the operation in this process at least `repetitions` times. Returns nothing when the peer fails.
 std::optional<CellResult> run_cell(const PeerKind& kind, Operation operation, const std::string& corpus,
                                    std::size_t repetitions);
 
-/// Runs it in a child process, which is this program once more, so that each cell finds a fresh heap.
+/// Runs the operation in a child process, which executes this program again, so that each cell has a fresh heap.
 std::optional<CellResult> run_cell_apart(const PeerKind& kind, Operation operation, const std::string& corpus,
                                          std::size_t repetitions);
 
-/// The child's side of it: measures and reports.
+/// Called in the child: measures, and prints the result for the parent.
 int answer_cell(const std::string& peer, const std::string& operation, const std::string& corpus,
                 std::size_t repetitions);
 

@@ -29,7 +29,7 @@ std::string read_all(int input) {
     return text;
 }
 
-/// One line of what answer_cell prints.
+/// Reads one line of the output of answer_cell.
 void take_line(const char* line, CellResult& result) {
     double number = 0.0;
     unsigned long long amount = 0;

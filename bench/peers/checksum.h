@@ -6,7 +6,7 @@
 
 namespace bench {
 
-/// What a typed walk has seen, whatever the order. Two documents of the same content give the same.
+/// A checksum of a typed walk that does not depend on the order. Documents with the same content have the same checksum.
 struct Checksum {
     std::uint64_t leaves = 0;
     std::uint64_t exact = 0; // flags, integers and strings

@@ -6,7 +6,7 @@
 
 namespace bench {
 
-/// A folder that goes when it does.
+/// A temporary folder. The destructor removes it with its content.
 class TemporaryFolder {
 public:
     TemporaryFolder();

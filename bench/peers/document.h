@@ -21,18 +21,18 @@ struct Entry {
     std::vector<Value> values;
     std::vector<Entry> children;
 
-    /// One value that stands for itself, where other formats have a scalar and not a list.
+    /// Whether other formats store it as a scalar, not as a list: one value of an ordinary entry or a keyword.
     bool is_scalar() const {
         return !is_group && values.size() == 1 &&
                (shape == SceneShape::plain || shape == SceneShape::keyword);
     }
-    /// The name without the mark of a keyword, as other formats can have it.
+    /// The name without the '#' of a keyword, because other formats cannot have it.
     std::string_view plain_name() const {
         return shape == SceneShape::keyword ? std::string_view(name).substr(1) : std::string_view(name);
     }
 };
 
-/// Keeps what a generator or a reader tells, so that each form can be written from the same content.
+/// Records the content that a generator or a reader produces, so that every form is written from the same content.
 class Document : public SceneSink {
 public:
     Document();
@@ -42,7 +42,7 @@ public:
     void entry(SceneShape shape, std::string_view name, std::span<const SceneValue> values) override;
 
     const Entry& root() const { return open_.front(); }
-    /// Values, templates not counted.
+    /// The number of values, without templates.
     std::size_t value_count() const { return value_count_; }
     std::size_t decimal_count() const { return decimal_count_; }
 
@@ -52,8 +52,8 @@ private:
     std::size_t decimal_count_ = 0;
 };
 
-/// The entries of a group by their names, in the order in which a name first comes: formats that have no repeated
-/// names make a list of those that share one.
+/// The entries of a group by their names, in the order of the first entry of each name. Formats without repeated names store the entries of
+/// one name as a list.
 std::vector<std::vector<const Entry*>> grouped_by_name(const Entry& group);
 
 } // namespace bench

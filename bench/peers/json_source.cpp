@@ -45,7 +45,7 @@ void append_utf8(std::string& out, unsigned int code) {
     }
 }
 
-/// A recursive reader: what it reads is chosen by whoever measures.
+/// Recurses: only the person who measures chooses what it reads.
 class JsonReader {
 public:
     JsonReader(std::string_view text, SceneSink& sink) : rest_(text), sink_(sink) {}
@@ -222,7 +222,7 @@ private:
             c = is_control ? '?' : c;
         }
         if (!out.empty() && out.back() == '\\') {
-            out += ' '; // what ends in a backslash is not carried back by every form
+            out += ' '; // not every form can carry a string that ends in a backslash
         }
         return take('"');
     }

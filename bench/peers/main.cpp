@@ -1,6 +1,6 @@
-// Times bk_parser and other libraries that hold documents as trees, over equal content in the form of each. Every cell
-// runs in a process of its own; the peers take turns within an operation, so that a change of the machine's mood
-// meets all of them alike. A typed walk of each tree must see the same values, or the run fails.
+// Times bk_parser and other libraries that keep documents as trees, on equal content in the form of each library. Every cell runs in a
+// process of its own. The peers take turns within an operation, so that a change of the machine's speed affects all of them. The run fails
+// unless a typed walk of each tree finds the same values.
 
 #include "bench/peers/corpora.h"
 #include "bench/peers/figures.h"
@@ -24,7 +24,7 @@ using bench::PeerKind;
 constexpr const char* usage = "usage: bk_parser_peers [--corpus DIR] [--only CORPUS] [--operations A,B] "
                               "[--peers A,B] [--rounds N] [--plot DIR]\n";
 
-/// Of each cell, in all its rounds.
+/// How often each cell is timed, in all its rounds together.
 constexpr unsigned int least_repetitions = 7;
 
 struct Options {
@@ -32,7 +32,7 @@ struct Options {
     std::string only;
     std::string operations;
     std::string peers;
-    std::string pictures; // the folder for them
+    std::string pictures; // the folder for the charts
     unsigned int rounds = 3;
 };
 
@@ -61,8 +61,8 @@ bool take_options(int argc, char** argv, Options& options) {
     return true;
 }
 
-/// Tells what a walk saw that the first one did not, and keeps the first; so too with the number of changes, where
-/// forms have the same entries.
+/// Keeps the checksum of the first walk, and refuses a walk that differs from it. Does the same with the number of changes, for forms with
+/// the same entries.
 class Agreement {
 public:
     bool takes(const PeerKind& peer, Operation operation, const CellResult& result) {
@@ -107,7 +107,7 @@ void complain(const PeerKind& peer, Operation operation, const CellResult& resul
         static_cast<unsigned long long>(known.exact), static_cast<unsigned long long>(known.bits), known.sum);
 }
 
-/// One corpus; counts the cells that failed.
+/// Times all cells of one corpus, and returns how many failed.
 class Race {
 public:
     Race(const Corpus& corpus, const Options& options) : corpus_(corpus), options_(options) {}

@@ -10,37 +10,37 @@
 
 namespace bench {
 
-/// What a peer is given: the content in its form, and the kinds of the values where the form does not tell them.
+/// The input of a peer: the content in its form, and the kinds of the values when the form has no types.
 struct Source {
     std::string text;
     std::string kinds;
 };
 
-/// A library with one document. Steps that a peer does not have stay as they are here, and its entry in the
-/// list of peers does not name them. Every step that can fail says so; a peer that fails is not timed.
+/// A library with one document. A peer does not override the steps that it lacks, and its entry in the list of peers does not name them.
+/// Steps that can fail return false or 0; a peer that fails is not timed.
 class Peer {
 public:
     virtual ~Peer() = default;
 
-    /// Before each parse, not timed: for peers that work in the text itself, a fresh copy of it.
+    /// Called before each parse, not timed. A peer that parses in place makes a fresh copy of the text.
     virtual void prepare() {}
     virtual bool parse() = 0;
     /// Reads every value in its own type.
     virtual Checksum walk() const = 0;
-    /// Not timed: puts a tree in place of the parsed one that was built by calls, value by value.
+    /// Not timed. Replaces the parsed tree with one that is built value by value.
     virtual bool build() { return false; }
-    /// Of each ten entries that hold values, in turn: one renamed, one more added, one removed, one moved to the end of
-    /// its group. Gives the number of changes.
+    /// Of each ten entries that hold values, renames one, adds one after another, removes one, and moves one to the end of its group
+    /// (Turns). Returns the number of changes.
     virtual std::size_t edit() { return 0; }
-    /// Gives the size of what was written, which is kept until `forget`.
+    /// Returns the size of the output, which is kept until `forget`.
     virtual std::size_t print(bool) { return 0; }
     virtual std::size_t encode() { return 0; }
     /// Reads what the last `encode` wrote into a new document.
     virtual bool decode() { return false; }
     virtual void destroy() = 0;
-    /// Not timed: drops what was printed.
+    /// Not timed. Frees the output.
     virtual void forget() {}
-    /// Not timed: drops a copy of the text that the tree does not need.
+    /// Not timed. Frees a copy of the text that the tree does not need.
     virtual void drop_text() {}
 };
 
@@ -76,11 +76,11 @@ constexpr unsigned int built_prints = bit(Operation::built_pretty) | bit(Operati
 constexpr unsigned int stores = bit(Operation::encode) | bit(Operation::decode_walk);
 constexpr unsigned int edits = bit(Operation::edit);
 
-/// What is known of a peer beforehand.
+/// The properties of a peer.
 struct PeerKind {
     enum Trait : unsigned int {
         NONE = 0,
-        /// Works in the caller's text, which is gone afterwards and must stay as long as the tree.
+        /// Parses in place: overwrites the caller's text, which must then live as long as the tree.
         IN_PLACE = 1,
         READ_ONLY = 2,
         LOOSE_DECIMALS = 4,     // does not promise the nearest double
@@ -97,7 +97,7 @@ struct PeerKind {
     bool can(Operation operation) const { return (operations & bit(operation)) != 0; }
 };
 
-/// bk_parser first.
+/// All peers; bk_parser is the first.
 const std::vector<PeerKind>& all_peers();
 const PeerKind* find_peer(const std::string& name);
 

@@ -75,8 +75,7 @@ void build_group(ParserGroup& to, const ParserGroup& from) {
     }
 }
 
-/// Edits trees. Removing is done for all of a group at once, as the library offers it. What is to be removed and moved is
-/// noted in lists that groups inside each other share.
+/// Edits trees. Removes all entries of a group in one call. Collects what to remove and move in two lists, which nested groups share.
 class Editor {
 public:
     explicit Editor(Turns& turns) : turns_(turns) {}

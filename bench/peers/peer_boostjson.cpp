@@ -37,7 +37,7 @@ void walk_value(const json::value& value, Checksum& sum) {
     }
 }
 
-/// A tree in one arena. Its members cannot be renamed, so that it takes no part in the edit, and it has one layout.
+/// Its tree is in one arena. Members cannot be renamed, so it takes no part in the edit. It prints in one layout.
 class BoostJson : public Peer {
 public:
     explicit BoostJson(const Source& source) : source_(source) {}

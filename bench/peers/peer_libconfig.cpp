@@ -37,7 +37,7 @@ void walk_setting(const Setting& setting, Checksum& sum) {
     }
 }
 
-/// Settings cannot be renamed, so that it takes no part in the edit.
+/// Settings cannot be renamed, so it takes no part in the edit.
 class Libconfig : public Peer {
 public:
     explicit Libconfig(const Source& source) : source_(source) {}
@@ -56,7 +56,7 @@ public:
         walk_setting(tree_->getRoot(), sum);
         return sum;
     }
-    /// It writes to a stream only; this one is in memory.
+    /// It writes only to streams; this one is in memory.
     std::size_t print(bool) override {
         std::FILE* const stream = open_memstream(&printed_, &size_);
         tree_->write(stream);

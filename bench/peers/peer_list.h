@@ -2,7 +2,7 @@
 
 #include "bench/peers/peer.h"
 
-/// One function a peer's file, which adds the peer in each of the ways in which it is used.
+/// One function for each peer's file. It adds the peer once for each way in which it is used.
 namespace bench {
 
 using PeerList = std::vector<PeerKind>;

@@ -39,7 +39,7 @@ void walk_object(const msgpack::object& object, Checksum& sum) {
     }
 }
 
-/// Bytes alone, so that only the binary forms are compared.
+/// Has no text form, so that only the binary forms are compared.
 class Msgpack : public Peer {
 public:
     explicit Msgpack(const Source& source) : source_(source) {}
@@ -62,7 +62,7 @@ public:
         msgpack::pack(*encoded_, tree_.get());
         return encoded_->size();
     }
-    /// Of the bytes that it was given: its own encoding makes integers of whole doubles.
+    /// Decodes the bytes that it was given, because its own encoding stores whole doubles as integers.
     bool decode() override { return parse(); }
     void destroy() override { tree_ = msgpack::object_handle(); }
 

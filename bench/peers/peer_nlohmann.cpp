@@ -34,7 +34,7 @@ void walk_value(const json& value, Checksum& sum) {
     }
 }
 
-/// Objects keep no order, and their members cannot be renamed, so that it takes no part in the edit.
+/// Objects keep no order, and members cannot be renamed, so it takes no part in the edit.
 class Nlohmann : public Peer {
 public:
     explicit Nlohmann(const Source& source) : source_(source) {}

@@ -10,7 +10,7 @@ namespace bench {
 
 namespace {
 
-/// Fewer than the default: nothing of what the others do occurs in the text.
+/// Fewer options than the default: the text has nothing that the others handle.
 constexpr unsigned int parse_options = pugi::parse_escapes;
 
 using Kind = SceneValue::Kind;

@@ -47,7 +47,7 @@ bool is_entry(const Value& value) {
 
 void edit_value(Value& value, Turns& turns, Allocator& allocator);
 
-/// Goes backwards, because removing a member that keeps the order of the others shifts those behind it.
+/// Goes backwards, because removing a member that keeps the order of the others shifts those after it.
 void edit_object(Value& object, Turns& turns, Allocator& allocator) {
     for (rapidjson::SizeType i = object.MemberCount(); i-- != 0;) {
         const auto member = object.MemberBegin() + i;

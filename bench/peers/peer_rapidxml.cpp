@@ -148,7 +148,7 @@ public:
         editor.edit(*tree_->first_node());
         return editor.changes();
     }
-    /// Into a block that is large enough, which is how this library prints fastest.
+    /// Prints into a block that is large enough, because this library is fastest then.
     std::size_t print(bool pretty) override {
         printed_.reset(new char[2 * source_.text.size()]);
         const char* const end =

@@ -41,7 +41,7 @@ void walk_value(const simdjson::dom::element& value, Checksum& sum) {
     }
 }
 
-/// A tape that can be read and not changed: no editable tree, and here to show how far away the limit is.
+/// Its tape can be read but not changed. It is no editable tree, and is here to show what is possible.
 class Simdjson : public Peer {
 public:
     explicit Simdjson(const Source& source) : text_(source.text) {}

@@ -38,7 +38,7 @@ void walk_node(const toml::node& node, Checksum& sum) {
     }
 }
 
-/// Tables keep no order, and their keys cannot be renamed, so that it takes no part in the edit.
+/// Tables keep no order, and keys cannot be renamed, so it takes no part in the edit.
 class Tomlplusplus : public Peer {
 public:
     explicit Tomlplusplus(const Source& source) : source_(source) {}

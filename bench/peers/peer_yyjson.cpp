@@ -10,7 +10,7 @@ namespace bench {
 
 namespace {
 
-using namespace duckdb_yyjson; // the namespace that the copy puts everything into
+using namespace duckdb_yyjson; // the namespace of this copy of the library
 
 using Document = std::unique_ptr<yyjson_mut_doc, decltype(&yyjson_mut_doc_free)>;
 
@@ -51,7 +51,7 @@ bool is_entry(yyjson_mut_val* value) {
            !(yyjson_mut_is_arr(value) && yyjson_mut_is_obj(yyjson_mut_arr_get_first(value)));
 }
 
-/// What goes to the end of an object waits until all its members have been seen.
+/// Moves members to the end of an object only after all its members were visited.
 class Editor {
 public:
     Editor(yyjson_mut_doc& document, Turns& turns) : document_(document), turns_(turns) {}
@@ -110,7 +110,7 @@ private:
     std::vector<std::pair<yyjson_mut_val*, yyjson_mut_val*>> waiting_;
 };
 
-/// Reading gives a document that cannot be changed; the one that can is a copy of it.
+/// A parsed document cannot be changed, so the edit works on a copy that can.
 class Yyjson : public Peer {
 public:
     explicit Yyjson(const Source& source) : source_(source) {}

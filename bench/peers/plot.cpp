@@ -8,7 +8,7 @@ namespace bench {
 
 namespace {
 
-/// One picture: a bar for each peer and corpus.
+/// One chart, with a bar for each peer and corpus.
 struct Picture {
     const char* file;
     const char* title;

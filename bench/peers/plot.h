@@ -4,7 +4,7 @@
 
 namespace bench {
 
-/// Draws the results into SVG files in the folder `pictures`, by gnuplot; `scratch` takes what that reads.
+/// Draws the results with gnuplot as SVG files in the folder `pictures`. Writes gnuplot's input files into the folder `scratch`.
 bool plot(const std::vector<Raced>& raced, const std::string& scratch, const std::string& pictures);
 
 } // namespace bench

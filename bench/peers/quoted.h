@@ -4,9 +4,9 @@
 
 namespace bench {
 
-/// In double quotes, with the escapes that JSON, TOML and libconfig share.
+/// The text in double quotes, with the escapes that JSON, TOML and libconfig have in common.
 std::string quoted(std::string_view text);
-/// A value as these three spell it.
+/// The value in the syntax that these three have in common.
 std::string spelled(const Value& value);
 
 } // namespace bench

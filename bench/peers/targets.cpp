@@ -10,12 +10,12 @@ namespace bench {
 
 namespace {
 
-/// What depends on the kind of document: one of groups and short entries, of long lists of decimals, or of strings.
+/// Targets for one kind of document: groups and short entries, long lists of decimals, or strings.
 struct Wanted {
-    double whole;       // parse, first walk and destroy, times the best editable tree
-    double whole_exact; // the same, times RapidJSON with the nearest double
-    double print;       // times the best editable tree
-    double decode;      // and walk, times msgpack-cxx
+    double whole;       // of parse, first walk and destroy: times the rate of the best editable tree
+    double whole_exact; // the same: times the rate of RapidJSON with the nearest double
+    double print;       // times the rate of the best editable tree
+    double decode;      // of decode and walk: times the rate of msgpack-cxx
     double destroyed;   // millions of values a second
 };
 
@@ -75,7 +75,7 @@ private:
         }
     }
 
-    /// Of those that took part.
+    /// The best of the peers that took part.
     std::string best_editable(Operation operation) const {
         std::string best;
         for (const PeerKind& peer : all_peers()) {

@@ -4,7 +4,7 @@
 
 namespace bench {
 
-/// Something that bk_parser is to reach, and what it reaches.
+/// A rate that bk_parser should reach, and the one that it reaches.
 struct Target {
     std::string what;
     double reached;
@@ -12,10 +12,10 @@ struct Target {
     bool is_reached;
 };
 
-/// Over one corpus. A target whose peer is missing is left out.
+/// The targets for one corpus. Leaves out targets whose peers are missing.
 std::vector<Target> targets_over(const Corpus& corpus, const Results& results);
 
-/// The keystream of the cipher, which no peer has.
+/// The target for the keystream of the cipher, which no peer has.
 Target keystream_target();
 
 void print_target(const Target& target);

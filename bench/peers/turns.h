@@ -4,8 +4,8 @@
 
 namespace bench {
 
-/// Says what is done with each entry that holds values: of ten, one is renamed, one followed by a new one at the end
-/// of the group, one removed, and one moved to the end of the group.
+/// Chooses the change of each entry that holds values. Of ten entries, one is renamed, for one a new entry is added at the end of the
+/// group, one is removed, and one is moved to the end of the group.
 class Turns {
 public:
     enum Change { NOTHING, RENAME, ADD, REMOVE, MOVE };

@@ -17,7 +17,7 @@ std::string key(std::string_view name) {
     return out.front() == '_' ? "n" + out : out;
 }
 
-/// Lists stand in parentheses, where values of any kind may be side by side.
+/// Writes lists in parentheses, which may have values of different kinds.
 class ConfigWriter {
 public:
     void members(const Entry& group) {

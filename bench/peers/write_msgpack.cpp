@@ -49,7 +49,7 @@ private:
         }
     }
 
-    /// A map (0xDF) or an array (0xDD), in the shortest form that the format has.
+    /// Begins a map (0xDF) or an array (0xDD) in the shortest form of the format.
     void head(unsigned int wide_tag, std::size_t count) {
         if (count < 16) {
             byte((wide_tag == 0xDF ? 0x80u : 0x90u) | static_cast<unsigned int>(count));

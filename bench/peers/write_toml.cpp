@@ -11,7 +11,7 @@ std::string key(std::string_view name) {
     return name.find('.') == std::string_view::npos ? std::string(name) : quoted(name);
 }
 
-/// A group is a table with its whole path; groups that share a name make an array of tables.
+/// Writes a group as a table with its whole path. Groups of one name become an array of tables.
 class TomlWriter {
 public:
     void group(const Entry& group, const std::string& path) {

@@ -1,5 +1,5 @@
-"""Times what scripts do with a document, beside what they do with the same content in other languages: medians in
-milliseconds, all libraries taking turns in each round.
+"""Times what scripts do with a document, and with the same content in other formats. Prints medians in milliseconds.
+All libraries take turns in each round.
 
 Usage: compare.py [objects] [rounds]
 """
@@ -59,11 +59,11 @@ def race(count: int, rounds: int, folder: Path) -> dict[tuple[str, str], list[fl
 
 
 def show_arrays() -> None:
-    """A million numbers as an array: shown in place, and by way of a list."""
+    """Makes an array of a million numbers: in place, and by way of a list."""
     import numpy
 
     values = bk_parser.parse("w " + " ".join(f"{i}.5" for i in range(1_000_000)))["w"].values
-    numpy.asarray(values)  # the numbers are made of their spelling once
+    numpy.asarray(values)  # converts the numbers from their spelling
     for what, make in (
         ("numpy.asarray(values), no copy", lambda: numpy.asarray(values)),
         ("numpy.array(values), one copy", lambda: numpy.array(values)),

@@ -1,4 +1,4 @@
-"""The same content in every language: objects with a place, a flag, a name and a count."""
+"""The same content in every format: objects with a place, a flag, a name and a count."""
 
 import json
 from pathlib import Path

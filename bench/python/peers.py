@@ -1,4 +1,4 @@
-"""What each library does with its file: read one value, read all, change one and save."""
+"""The steps of each library: read one value, read all values, change one value and save."""
 
 import json
 from collections.abc import Iterator
@@ -9,7 +9,7 @@ import bk_parser
 
 
 def values_of(node: Any) -> Iterator[Any]:
-    """The values of dicts and lists, each on its own."""
+    """Yields the single values in dicts and lists."""
     stack = [node]
     while stack:
         item = stack.pop()
@@ -45,7 +45,7 @@ class BkParser:
 
 
 class OfDicts:
-    """A library whose tree is made of dicts and lists. It says how a file becomes one, and one a file."""
+    """A library whose tree consists of dicts and lists. A subclass defines how to read and write files."""
 
     path: Path
 
@@ -111,7 +111,7 @@ class Lxml:
         return int(self.etree.parse(str(self.path)).findtext(f"{key}/count"))
 
     def walk(self) -> int:
-        """XML has texts alone: numbers are made of those that are numbers."""
+        """XML has only texts. Converts those that are numbers."""
         count = 0
         for element in self.etree.parse(str(self.path)).iter(self.etree.Element):
             if len(element) == 0:

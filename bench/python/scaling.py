@@ -1,4 +1,4 @@
-"""Edits the same files alone and on clusters of more and more processes: seconds, and files a second.
+"""Edits the same files in one process, and on clusters of more and more processes. Prints seconds, and files a second.
 
 Usage: scaling.py [files] [most processes]
 """

@@ -12,11 +12,10 @@ namespace bk {
 /// The operating system's device. It lives as long as the process.
 SysDevice& platform_device();
 
-/// How many new names are tried when other files have them already.
+/// How many names for a new file are tried while other files already have these names.
 inline constexpr int temporary_name_attempts = 100;
 
-/// The name of a file that is being written, for the folder of its target. A file of this name that outlives its
-/// writer is rubbish and may be deleted.
+/// A name for a file that is being written, in the folder of its target. If the writer dies, the file is of no use and may be deleted.
 inline std::string temporary_name(std::uint64_t process, int attempt) {
     static constexpr char digits[] = "0123456789abcdef";
     const auto now = std::chrono::steady_clock::now().time_since_epoch().count();

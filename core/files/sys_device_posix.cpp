@@ -17,7 +17,7 @@ constexpr std::size_t largest_transfer = std::size_t{1}
                                          << 30; // some systems refuse 2 GiB and more in one call
 constexpr int most_links = 40;
 
-// Repeats a call that a signal broke off.
+// Repeats a call that a signal interrupted.
 template <class Call>
 auto retried(Call call) {
     auto result = call();
@@ -82,7 +82,7 @@ bool take_permissions(int file, const struct stat& from) {
     if (::fstat(file, &own) != 0) {
         return false;
     }
-    // The mode comes last, because a change of owner takes the set-id bits away.
+    // Sets the mode last, because a change of owner clears the set-id bits.
     bool owned = own.st_uid == from.st_uid && own.st_gid == from.st_gid;
     owned = owned || ::fchown(file, from.st_uid, from.st_gid) == 0;
     const bool group_kept =
@@ -92,7 +92,7 @@ bool take_permissions(int file, const struct stat& from) {
         mode &= static_cast<mode_t>(~(S_ISUID | S_ISGID));
     }
     if (!group_kept) {
-        mode &= static_cast<mode_t>(~S_IRWXG); // the new group gets no rights of the old one
+        mode &= static_cast<mode_t>(~S_IRWXG); // the new group must not get the old group's rights
     }
     return ::fchmod(file, mode) == 0;
 }
@@ -108,7 +108,7 @@ int create_unique(const std::string& folder, mode_t mode, std::string& created_p
     return -1;
 }
 
-// Where the link at `path` leads, one step; empty when it is no link.
+// The target of the link at `path`, which may itself be a link; empty when `path` is no link.
 std::string read_link(const std::string& path) {
     std::string target(256, '\0');
     for (;;) {

@@ -61,8 +61,8 @@ std::wstring current_folder_wide() {
     return wide_text([](wchar_t* out, DWORD size) { return ::GetCurrentDirectoryW(size, out); });
 }
 
-/// A path of any length as the system's calls take it. A short one takes no memory: files are also removed and put back
-/// when there is none.
+/// A path of any length in the form that system calls take. A short path allocates no memory, because files are also removed and restored
+/// when memory has run out.
 class NativePath {
 public:
     explicit NativePath(const std::string& path) {
@@ -143,13 +143,13 @@ std::unique_ptr<SysHandle> open_existing(const std::string& path, DWORD access, 
     return opened ? std::move(handle) : nullptr;
 }
 
-// Opens whatever stands at a path, only to ask about it. Links are followed.
+// Opens whatever is at a path, only to query it. Follows links.
 bool open_to_ask(WindowsHandle& handle, const std::string& path) {
     return handle.adopt(open_file(NativePath(path), FILE_READ_ATTRIBUTES, share_all, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS));
 }
 
-// "NUL", "CON" and pipes stand in no folder: their full paths begin with "\\.\".
+// "NUL", "CON" and pipes are in no folder: their full paths begin with "\\.\".
 bool is_device_path(const std::string& path) {
     const NativePath wide(path);
     const std::wstring full = wide_text(

@@ -11,8 +11,8 @@ namespace bk {
 /// A file that is read from its beginning.
 class FileInput {
 public:
-    /// A pipe, or another file without a size, is read to its end first, but no more than `most` bytes of it. When there are
-    /// more, the size is larger than `most` and nothing can be read.
+    /// Opens a file. Reads a pipe, or another file without a size, to its end first. If that has more than `most` bytes, stops there:
+    /// size() is then larger than `most`, and nothing can be read.
     bool open(const std::string& path, bool translates_text, core_int64 most = unreadable_size - 1);
     /// The same without translation, for a path that the caller has inspected.
     bool open(const std::string& path, const SysPathInfo& info, core_int64 most);
@@ -22,7 +22,7 @@ public:
     core_int64 left() const noexcept { return taken_ < size_ ? size_ - taken_ : 0; }
     /// Reads until `size` bytes are there or the file ends; returns their number.
     std::size_t read(char* buffer, std::size_t size);
-    /// Makes `close` fail: something that was to be read is missing.
+    /// Makes `close` fail, because something that should have been read is missing.
     void fail() noexcept { failed_ = true; }
     /// Whether no read met an error.
     bool close() noexcept;

@@ -16,7 +16,7 @@ FileOutput::~FileOutput() {
     try {
         discard();
     } catch (...) {
-        return; // the file stays; its name shows that it is garbage
+        return; // the file stays; its name shows that it is temporary
     }
 }
 

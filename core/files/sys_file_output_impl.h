@@ -20,7 +20,7 @@ public:
     bool open(const std::string& path, bool translates_text);
     /// Returns how many bytes were taken. A fault is remembered for `close`.
     std::size_t write(const char* data, std::size_t size);
-    /// Makes `close` fail: something that was to be written is missing.
+    /// Makes `close` fail, because something that should have been written is missing.
     void fail() noexcept { failed_ = true; }
     /// Returns whether everything written is stored under the target's name. The object cannot be used afterwards.
     bool close();

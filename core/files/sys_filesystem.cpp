@@ -68,7 +68,7 @@ std::string without_parent_steps(std::string path) {
 
 CoreString opened_path(const CoreString& path) {
     const std::string_view name = path.get_view();
-    // Windows takes the steps away before it looks for links.
+    // Windows removes the steps before it looks for links.
     if (native_path_style == PathStyle::windows || name.find("..") == std::string_view::npos) {
         return absolute_path(path);
     }

@@ -11,7 +11,7 @@ namespace bk {
 bool is_file(std::string_view path);
 /// The same, but false for a pipe, socket, terminal or other device, where a reader may wait for ever.
 bool is_regular_file(std::string_view path);
-/// Works on the text alone: a ".." step takes the step before it away.
+/// Works on the text alone: a ".." step removes the step before it.
 CoreString absolute_path(const CoreString& path);
 /// The absolute path of the file that the system opens under that name. It differs from the textual one where a ".." step
 /// follows a symbolic link to a folder.

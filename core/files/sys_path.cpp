@@ -97,7 +97,7 @@ std::string full_path(std::string_view path, std::string_view current_folder, Pa
 std::string without_steps_back(std::string_view path, PathStyle style) {
     const CutPath cut = cut_path(path, style);
     std::string result(cut.device);
-    std::vector<std::size_t> names; // where those begin that a step back takes away
+    std::vector<std::size_t> names; // where the names begin that a ".." step can remove
     for (std::size_t at = 0; at < cut.relative.size();) {
         const std::size_t end = end_of_step(cut.relative, at, style);
         const std::string_view step = cut.relative.substr(at, end - at);

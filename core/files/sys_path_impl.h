@@ -23,7 +23,7 @@ constexpr std::string_view path_separators(PathStyle style) {
 /// and doubled separators. Works on the text alone. An empty path stays empty.
 std::string full_path(std::string_view path, std::string_view current_folder, PathStyle style);
 
-/// The path without the ".." steps that follow a name, and without these names. Works on the text alone; all else of the path stays.
+/// Removes each ".." step that follows a name, together with that name. Keeps everything else. Works on the text alone.
 std::string without_steps_back(std::string_view path, PathStyle style);
 
 /// Whether the path means the same in every folder.

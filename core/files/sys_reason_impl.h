@@ -4,10 +4,10 @@
 
 namespace bk {
 
-/// The reason where nothing stands at a path.
+/// The reason when there is no file at a path.
 inline constexpr const char* no_such_file = "no such file";
 
-/// Clears the system's last error, so that a reason that is found later is a new one.
+/// Clears the system's last error, so that last_system_reason reports only later errors.
 void forget_system_reason() noexcept;
 
 /// Why the last call of the operating system on this thread failed, in plain English whatever the locale: "permission denied".

@@ -2,8 +2,8 @@
 
 namespace bk {
 
-/// An object that exists before the first static constructor and is never destroyed, so that other static objects may use it in
-/// their constructors and destructors.
+/// An object that exists before the first static constructor runs and is never destroyed. So other static objects may use it in their
+/// constructors and destructors.
 template <class T>
 union Immortal {
     T value;

@@ -1,9 +1,9 @@
 #include "core/core_memory.h"
 
-#include "core/memory/core_chunk_impl.h"
 #include "core/memory/core_slab_impl.h"
 #include "core/memory/core_slab_pool_impl.h"
 #include "core/memory/runs/core_run_impl.h"
+#include "core/memory/system/core_chunk_impl.h"
 
 #include <cstring>
 #include <limits>

@@ -7,8 +7,8 @@
 
 namespace bk {
 
-/// For the nothrow forms of operator new. Their operator delete gets no size, so it can free only blocks of slabs. So a request for
-/// a larger object returns null.
+/// Allocates for the nothrow forms of operator new. Returns null for an object that is too large for slabs: the matching operator delete
+/// gets no size, and can free only blocks of slabs.
 inline void* allocate_or_null(std::size_t size) noexcept {
     if (size > CoreMemory::largest_slab_block) {
         return nullptr;

@@ -15,7 +15,7 @@
 #include <sanitizer/lsan_interface.h>
 #endif
 
-/// Tells the address sanitizer which bytes of the slabs are in use; nothing in other builds.
+/// Tells the address sanitizer which bytes of the slabs are in use. Does nothing in other builds.
 namespace bk {
 
 #if defined(BK_PARSER_POISONS)
@@ -37,7 +37,7 @@ inline void unpoison([[maybe_unused]] const void* begin, [[maybe_unused]] std::s
 #endif
 }
 
-/// Whether the first of these bytes may not be touched; false in builds that cannot tell.
+/// Whether the first of these bytes is poisoned; false in builds without the sanitizer.
 inline bool is_poisoned([[maybe_unused]] const void* begin) noexcept {
 #if defined(BK_PARSER_POISONS)
     return __asan_address_is_poisoned(begin) != 0;

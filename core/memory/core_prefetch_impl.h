@@ -2,7 +2,7 @@
 
 namespace bk {
 
-/// Asks for the cache line at an address, which need not be a valid one.
+/// Prefetches the cache line at an address. The address need not be valid.
 inline void prefetch([[maybe_unused]] const void* address) noexcept {
 #if defined(__GNUC__)
     __builtin_prefetch(address);

@@ -6,32 +6,16 @@
 
 namespace bk {
 
-constinit thread_local SlabHeap* SlabHeap::this_threads_heap BK_TLS_MODEL = nullptr;
-
 namespace {
 
 /// All heaps that were ever created. A new thread takes the heap of one that has ended.
 std::atomic<SlabHeap*> all_heaps{nullptr};
 
-/// Whether the thread has given up its heap. What its thread-local objects still allocate and free then goes through the pool.
-constinit thread_local bool is_at_its_end BK_TLS_MODEL = false;
-
 } // namespace
-
-/// Gives up the heap when its thread ends.
-struct SlabHeap::Owner {
-    ~Owner() {
-        is_at_its_end = true;
-        SlabHeap* const heap = std::exchange(this_threads_heap, nullptr);
-        if (heap != nullptr) {
-            heap->leave();
-        }
-    }
-};
 
 /// Gives this thread a heap. Returns null when there is no memory for one, or the thread is at its end.
 SlabHeap* SlabHeap::adopt() noexcept {
-    if (is_at_its_end) {
+    if (!ThreadHeap::may_have_one()) {
         return nullptr;
     }
     SlabHeap* heap = all_heaps.load(std::memory_order_acquire);
@@ -47,9 +31,10 @@ SlabHeap* SlabHeap::adopt() noexcept {
         while (!all_heaps.compare_exchange_weak(heap->next_heap_, heap, std::memory_order_release)) {
         }
     }
-    this_threads_heap = heap;
-    static thread_local Owner owner; // its destructor runs when the thread ends
-    static_cast<void>(&owner);
+    if (!ThreadHeap::set(heap)) {
+        heap->leave();
+        return nullptr;
+    }
     return heap;
 }
 
@@ -57,8 +42,6 @@ bool SlabHeap::try_to_own() noexcept {
     return !is_owned_.load(std::memory_order_relaxed) && !is_owned_.exchange(true, std::memory_order_acquire);
 }
 
-/// Gives every page away. Blocks that other threads sent before `is_owned_` became false are freed here. A thread that sends a block later
-/// sees that it is false.
 void SlabHeap::leave() noexcept {
     take_back_from_afar(this);
     for (std::size_t i = 0; i < slab_class_count; ++i) {
@@ -90,7 +73,8 @@ void* SlabHeap::allocate_without_heap(std::size_t size_class) noexcept {
 }
 
 void SlabHeap::release_from_afar(SlabPage* page, void* block) noexcept {
-    release_elsewhere(this_threads_heap != nullptr ? this_threads_heap : adopt(), page, block);
+    SlabHeap* const heap = of_this_thread();
+    release_elsewhere(heap != nullptr ? heap : adopt(), page, block);
 }
 
 /// `mine` is the heap of the calling thread, or null. The page may change its owner at any moment.

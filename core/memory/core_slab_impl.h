@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/memory/core_slab_page_impl.h"
-#include "core/memory/core_thread_impl.h"
+#include "core/memory/system/core_thread_impl.h"
 
 #include <atomic>
 #include <cstddef>
@@ -15,9 +15,9 @@
 /// gets the pages, whichever thread read it. A thread that frees a block of another thread's page puts it into a list of that thread's
 /// heap, which its owner empties now and then.
 ///
-/// A run is what a small document is read into: blocks of any size, in the order of the document, in which it is also visited and
-/// destroyed. Its pages change their owner as those of slabs do. But the memory of a block that was freed is not used again before its
-/// page is empty.
+/// A run holds what is read from a small document: blocks of any size, in the order of the document. A host visits and destroys them in the
+/// same order. The pages of a run change their owners as other pages do. The memory of a block that was freed is not used again before the
+/// whole page is empty.
 ///
 /// A heap keeps one page of each class that it allocates from, and `most_pages_with_room` others. It gives all further pages to the pool,
 /// from which any thread may take them. When a thread ends, the pool gets all of its pages.
@@ -53,17 +53,18 @@ public:
     static void release_from_afar(SlabPage* page, void* block) noexcept;
 
     /// The heap of this thread. Null when the thread has allocated nothing yet, or is at its end.
-    static SlabHeap* of_this_thread() noexcept { return this_threads_heap; }
+    static SlabHeap* of_this_thread() noexcept { return ThreadHeap::get(); }
+
+    /// Gives every page away, when the heap's thread ends. Blocks that other threads sent before `is_owned_` became false are freed here.
+    /// A thread that sends a block later sees that it is false.
+    void leave() noexcept;
 
 private:
-    struct Owner;
-
     /// A thread that waits can keep this much from the others: 16 MiB of pages that have free blocks.
     static constexpr unsigned int most_pages_with_room = 256;
 
     static SlabHeap* adopt() noexcept;
     bool try_to_own() noexcept;
-    void leave() noexcept;
     void* allocate_elsewhere(std::size_t size_class) noexcept;
     void* take_next_elsewhere(std::size_t size) noexcept;
     bool change_page(std::size_t size_class) noexcept;
@@ -75,8 +76,6 @@ private:
     static void release_elsewhere(SlabHeap* mine, SlabPage* page, void* block) noexcept;
     void receive(SlabHeap* sender, SlabPage* page, void* block) noexcept;
     void take_back_from_afar(SlabHeap* mine) noexcept;
-
-    static constinit thread_local SlabHeap* this_threads_heap BK_TLS_MODEL;
 
     SlabPage* current_[slab_class_count] = {};   // the page to allocate from
     SlabPageList with_room_[slab_class_count];   // other pages that have free blocks, and full ones of runs

@@ -19,11 +19,11 @@ struct FreeBlock {
 /// The owner of a page: a heap, or one of the three below.
 struct SlabOwner {};
 
-/// Of a page without a free block. The first thread that frees one of its blocks becomes the owner.
+/// The owner of pages without a free block. The first thread that frees one of a page's blocks becomes its owner.
 inline constinit SlabOwner full_page;
-/// Of a page of the pool, which has free blocks. Everything but the owner is read and written under the pool's lock.
+/// The owner of pages that are in the pool because they have free blocks. All else of such a page is read and written under the pool's lock.
 inline constinit SlabOwner pooled_page;
-/// Of a page of a document, which alone allocates from it. A block that is freed is counted, and the page stays.
+/// The owner of pages of documents. Only the document allocates from its page. Freeing a block lowers the page's count, and the page stays.
 inline constinit SlabOwner document_page;
 
 /// Where free blocks are poisoned, the size of each block of a run is stored in front of it.

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/memory/core_chunk_impl.h"
-#include "core/memory/core_lock_impl.h"
 #include "core/memory/core_slab_page_impl.h"
+#include "core/memory/system/core_chunk_impl.h"
+#include "core/memory/system/core_lock_impl.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,8 +20,8 @@ struct SlabChunk {
     SlabPage* page(unsigned int i) noexcept;
 };
 
-/// What threads share: the chunks, and the pages that have free blocks and no thread. One lock guards it. A thread holds the lock for some
-/// dozens of instructions, as a rule once per 64 KiB.
+/// The chunks, and the pages that have free blocks and belong to no thread. All threads share them under one lock. A thread takes the lock
+/// about once per 64 KiB that it allocates, and holds it for some dozens of instructions.
 class SlabPool {
 public:
     /// Gives the owner a page of the class that has free blocks. Returns null when there is no memory.

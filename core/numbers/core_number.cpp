@@ -22,7 +22,7 @@ std::size_t written(const char* out, const std::to_chars_result& result) noexcep
     return static_cast<std::size_t>(result.ptr - out);
 }
 
-/// Whether the double is subnormal. Compares bits, because a processor may be set to take subnormal numbers for zeros.
+/// Whether the double is subnormal. Compares bits, because the processor may be set to treat subnormal numbers as zero.
 bool is_subnormal(double number) noexcept {
     constexpr std::uint64_t fraction = (std::uint64_t{1} << 52) - 1;
     const std::uint64_t magnitude = std::bit_cast<std::uint64_t>(number) << 1 >> 1;

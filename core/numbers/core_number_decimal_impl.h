@@ -12,7 +12,7 @@ namespace bk {
 double nearest_double(std::uint64_t mantissa, std::int64_t exponent) noexcept;
 
 inline bool rounds_to_nearest() noexcept {
-    // 1 plus and minus something tiny are both 1 in this mode only. Volatile, so that it is asked at run time.
+    // Only in this mode, 1 plus and 1 minus a tiny number are both 1. Volatile, so that the compiler does not compute this.
     const volatile float tiny = FLT_MIN;
     const float value = tiny;
     return 1.0f + value == 1.0f - value;
@@ -24,12 +24,13 @@ inline constexpr double exact_powers_of_ten[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1
                                                  1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 inline constexpr std::int64_t most_exact_power = 22;
 
-/// Whether one operation with a power of ten gives the nearest double: when both are exact.
+/// Whether one multiplication or division by an exact power of ten gives the nearest double: the mantissa must be exact as a double, and
+/// operations must round to nearest.
 inline bool is_exact_operand(std::uint64_t mantissa) noexcept {
     return FLT_EVAL_METHOD == 0 && mantissa <= std::uint64_t{1} << 53 && rounds_to_nearest();
 }
 
-/// Converts a number with up to 22 places behind the point. Returns false, and converts nothing, where the result would not be
+/// Converts a number with up to 22 places after the point. Returns false, and converts nothing, where the result would not be
 /// exactly rounded.
 inline bool divide_exactly(std::uint64_t mantissa, std::size_t places, double& value) noexcept {
     if (!is_exact_operand(mantissa)) {
@@ -39,7 +40,7 @@ inline bool divide_exactly(std::uint64_t mantissa, std::size_t places, double& v
     return true;
 }
 
-/// The nearest double to a number of up to 19 digits, of which so many stand behind the point. Returns false, and converts
+/// Converts a number of up to 19 digits, the last `places` of which are after the point, to the nearest double. Returns false, and converts
 /// nothing, for 0, and where the compiler has no 128-bit integers.
 bool divide_by_ten_to(std::size_t places, std::uint64_t number, double& value) noexcept;
 

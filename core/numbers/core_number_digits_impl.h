@@ -18,10 +18,10 @@ inline constexpr std::size_t most_pointed_digits = 16; // the point counted, if 
 /// The digits of a text from which a point was taken out.
 struct PointedDigits {
     std::uint64_t number = 0;
-    int places = 0; // behind the point, -1 when there is none
+    int places = 0; // after the point, -1 when there is none
 };
 
-/// The number that eight decimal digits make, the first one lowest; false when another character is among them.
+/// Reads eight decimal digits, the first of which is in the lowest byte. Returns false when another character is among them.
 constexpr bool read_eight_digits(std::uint64_t digits, std::uint32_t& number) noexcept {
     constexpr std::uint64_t high_halves = eight_of('\xF0');
     const std::uint64_t is_above_nine = ((digits + eight_of('\x06')) & high_halves) >> 4;
@@ -36,8 +36,7 @@ constexpr bool read_eight_digits(std::uint64_t digits, std::uint32_t& number) no
     return true;
 }
 
-/// Masks of bytes: sixteen without and sixteen with all bits. Of sixteen that begin n bytes behind the beginning the last
-/// n are the ones with.
+/// Sixteen bytes of 0x00, then sixteen of 0xFF. A window of sixteen bytes that begins at byte n therefore has 0xFF in its last n bytes.
 alignas(32) inline constexpr std::array<unsigned char, 32> byte_windows = [] {
     std::array<unsigned char, 32> windows{};
     for (std::size_t i = 16; i < windows.size(); ++i) {
@@ -46,7 +45,7 @@ alignas(32) inline constexpr std::array<unsigned char, 32> byte_windows = [] {
     return windows;
 }();
 
-/// The eight characters in front of `end`, with zeros in place of all but the last `count`.
+/// The eight characters before `end`, with '0' in place of all but the last `count`.
 inline std::uint64_t eight_before(const char* end, std::size_t count) noexcept {
     const std::uint64_t kept = load_le64(byte_windows.data() + most_short_digits + count);
     return (load_eight(end - most_short_digits) & kept) | (eight_of('0') & ~kept);
@@ -67,8 +66,8 @@ constexpr std::uint64_t without_point(std::uint64_t characters, std::uint64_t po
     return (characters & ~(before << 8 | 0xFF)) | (characters & before) << 8 | in_front;
 }
 
-/// The number that the last `count` of the sixteen characters in front of `end` make, which may have a point; false when
-/// another character is among them.
+/// Reads the number, which may have a point, in the last `count` of the sixteen characters before `end`. Returns false when another
+/// character is among them.
 inline bool read_pointed_digits(const char* end, std::size_t count, PointedDigits& digits) noexcept {
     const std::size_t in_front = count > most_short_digits ? count - most_short_digits : 0;
     std::uint64_t front = eight_before(end - most_short_digits, in_front);

@@ -107,7 +107,7 @@ double convert_decimal(const Decimal& number, std::string_view digits) noexcept 
     return value < 0.0 ? beyond : value;
 }
 
-/// The leading 64 bits of a hexadecimal number, the lowest one also set when any bit behind them is.
+/// The leading 64 bits of a hexadecimal number, the lowest one also set when any bit after them is.
 struct Hexadecimal {
     std::uint64_t mantissa = 0;
     std::int64_t exponent = 0; // two's power of the lowest bit

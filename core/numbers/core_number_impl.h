@@ -25,9 +25,9 @@ IntText text_to_int(std::string_view text) noexcept;
 /// in either case. Too large a number gives infinity, too small a one zero.
 DoubleText text_to_double(std::string_view text) noexcept;
 
-/// Whether `sscanf` with "%lf" converts one item of the text, as the GNU C library does. It reads one character ahead at
-/// most, so that two beginnings of a number commit it: behind "0x" it wants a hexadecimal digit or a point, and behind
-/// "inf" an "i" has to begin "inity". Everything else that text_to_double takes, it converts.
+/// Whether `sscanf` of the GNU C library converts one item of the text with "%lf". It looks ahead by at most one character, and so it fails
+/// on two kinds of text from which text_to_double takes a shorter number: "0x" without a hexadecimal digit or a point after it, and "infi"
+/// that does not go on with "nity". It converts everything else that text_to_double takes.
 bool is_scanned_double(std::string_view text) noexcept;
 
 /// Room for any number that the functions below write.
@@ -36,7 +36,7 @@ inline constexpr std::size_t number_text_capacity = 32;
 /// Write a number into `out`, which has room for number_text_capacity characters, and return its length.
 std::size_t write_int(char* out, int number) noexcept;
 std::size_t write_unsigned(char* out, unsigned long long number) noexcept;
-/// The shortest text that reads back to the same double (std::to_chars without format or precision), with ".0" behind it
+/// The shortest text that reads back to the same double (std::to_chars without format or precision), with ".0" after it
 /// where it has neither a point nor an exponent: a double never reads back as an int.
 std::size_t write_double(char* out, double number) noexcept;
 

@@ -11,7 +11,7 @@ namespace bk {
 
 namespace {
 
-constexpr std::size_t most_characters = 20; // behind the sign
+constexpr std::size_t most_characters = 20; // after the sign
 
 constexpr std::uint64_t ten_to_the_15 = 1000000000000000;
 
@@ -21,7 +21,7 @@ bool add_first_characters(const char* end, std::size_t count, PointedDigits& dig
     if (!read_pointed_digits(end, count, first)) {
         return false;
     }
-    const bool has_later_point = digits.places >= 0; // and one digit less behind it
+    const bool has_later_point = digits.places >= 0; // and one digit less after it
     digits.number += first.number * (has_later_point ? ten_to_the_15 : 10 * ten_to_the_15);
     if (has_later_point) {
         return first.places < 0;

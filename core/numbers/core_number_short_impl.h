@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Writes the doubles that most documents have: with at most eight digits behind the point, between 0.01 and ten million. Uses
+/// Writes the doubles that most documents have: with at most eight digits after the point, between 0.01 and ten million. Uses
 /// integers only, so that neither the rounding mode nor a floating-point trap of the host matters.
 namespace bk {
 
@@ -27,8 +27,8 @@ constexpr std::uint64_t digits_of(std::uint32_t number) noexcept {
     return upper | (digits - 10 * upper) << 8;
 }
 
-/// The shortest text that reads back to the same double, as std::to_chars writes it, with ".0" behind a whole number; 0,
-/// and nothing written, when the number is none of these.
+/// Writes the shortest text that reads back to the same double, as std::to_chars does, with ".0" after a whole number. Returns its length.
+/// For any other number, returns 0 and writes nothing.
 inline std::size_t write_short_double(char* out, double number) noexcept {
     __extension__ using Wide = unsigned __int128;
     constexpr std::uint32_t scale = 100000000;
@@ -44,7 +44,7 @@ inline std::size_t write_short_double(char* out, double number) noexcept {
         return 0;
     }
     // The number is mantissa / 2^shift. Where it is the double that is nearest to scaled / 10^8, no other number of
-    // eight digits behind the point is that near: such numbers are further apart than doubles are.
+    // eight digits after the point is that near: such numbers are further apart than doubles are.
     constexpr std::uint64_t hidden_bit = std::uint64_t{1} << fraction_bits;
     const std::uint64_t mantissa = (magnitude & (hidden_bit - 1)) | hidden_bit;
     const int shift = 1023 + fraction_bits - static_cast<int>(magnitude >> fraction_bits);
@@ -52,7 +52,7 @@ inline std::size_t write_short_double(char* out, double number) noexcept {
     const auto scaled = static_cast<std::uint64_t>((exact + (Wide{1} << (shift - 1))) >> shift);
     const Wide rounded = static_cast<Wide>(scaled) << shift;
     const Wide distance = rounded > exact ? rounded - exact : exact - rounded;
-    // Below a power of two doubles are nearer to each other: there the number has to be exact.
+    // Just below a power of two, doubles are closer to each other. There the number must be exact.
     if (distance != 0 && (distance >= scale / 2 || mantissa == hidden_bit)) {
         return 0;
     }
@@ -68,7 +68,7 @@ inline std::size_t write_short_double(char* out, double number) noexcept {
     const std::uint64_t digits = digits_of(fraction);
     *end++ = '.';
     store_le64(reinterpret_cast<unsigned char*>(end), digits | eight_of('0'));
-    // No zeros at the end but the first: the lowest bit has that one stay.
+    // Drops the zeros at the end, but keeps the first digit: `| 1` marks it as not zero.
     end += most_short_digits - static_cast<std::size_t>(std::countl_zero(digits | 1)) / 8;
     return static_cast<std::size_t>(end - out);
 }

@@ -36,7 +36,7 @@ public:
         advance();
         return true;
     }
-    /// Takes a word given in small letters, whatever the case of the text.
+    /// Takes a word, given in lower case, in either case.
     bool take_word(std::string_view word) noexcept {
         if (text_.size() - at_ < word.size()) {
             return false;
@@ -62,8 +62,8 @@ public:
         return negative;
     }
 
-    /// An exponent behind its letter (given small): the letter, an optional sign and digits. Takes nothing and
-    /// gives 0 when the digits are missing. Held to exponent_limit, which is beyond every double.
+    /// Takes an exponent: a letter, given in lower case, an optional sign and digits. When the digits are missing, takes nothing and
+    /// returns 0. The result is at most exponent_limit, which is beyond every double.
     std::int64_t take_exponent(char letter) noexcept;
 
 private:

@@ -10,7 +10,7 @@ constinit bk::Immortal<CoreLogHandler> default_handler;
 
 } // namespace
 
-// In a shared library for Windows a constant has no place for callers to import without this.
+// Without these definitions, a shared library for Windows has no addresses for the constants that callers could import.
 constexpr int CoreLogHandler::level_error;   // NOLINT(readability-redundant-declaration)
 constexpr int CoreLogHandler::level_warning; // NOLINT(readability-redundant-declaration)
 

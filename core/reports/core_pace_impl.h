@@ -5,7 +5,7 @@
 
 namespace bk {
 
-/// Is told from time to time how far a long loop has come. What it throws passes through the loop.
+/// A long loop reports its progress to this object. Exceptions of `tell` pass through the loop.
 class Pace {
 public:
     Pace() = default;
@@ -18,7 +18,7 @@ public:
             tell(done);
         }
     }
-    /// Whether anybody will be told.
+    /// Whether `tell` will be called at all.
     bool is_watched() const noexcept { return due_ != never; }
 
     virtual ~Pace() = default;

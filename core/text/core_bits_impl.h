@@ -5,8 +5,8 @@
 
 namespace bk {
 
-/// The number of ones. Where the processor may lack an instruction for it, g++ makes a call of std::popcount, which costs a parse of
-/// small entries 1% more instructions than these.
+/// The number of ones. Where the processor may lack an instruction for it, g++ compiles std::popcount to a call, with which reading a
+/// scene takes 1% more instructions.
 inline unsigned int count_ones(std::uint64_t bits) noexcept {
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && !defined(__POPCNT__)
     bits -= bits >> 1 & 0x5555555555555555u;

@@ -4,7 +4,7 @@
 
 // In a file of its own: tests replace core_memory.cpp.
 
-// In a shared library for Windows a constant has no place for callers to import without this.
+// Without this definition, a shared library for Windows has no address for the constant that callers could import.
 constexpr std::size_t CoreMemory::largest_slab_block; // NOLINT(readability-redundant-declaration)
 
 void CoreMemory::refuse_count() {

@@ -26,7 +26,7 @@ constexpr std::uint64_t find_in_eight(std::uint64_t characters, char wanted) noe
     return (others - eight_of('\x01')) & ~others & eight_of('\x80');
 }
 
-/// How many characters stand before the first one that was found.
+/// How many characters are before the first one that was found.
 constexpr std::size_t before_first(std::uint64_t found) noexcept {
     return static_cast<std::size_t>(std::countr_zero(found)) / 8;
 }

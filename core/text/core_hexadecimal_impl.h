@@ -2,7 +2,7 @@
 
 namespace bk {
 
-/// Writes a byte as two upper-case hexadecimal digits, and gives the place behind them.
+/// Writes a byte as two upper-case hexadecimal digits, and returns the position after them.
 inline char* put_hexadecimal(char* out, unsigned char byte) noexcept {
     constexpr char digits[] = "0123456789ABCDEF";
     *out++ = digits[byte / 16];
@@ -10,7 +10,7 @@ inline char* put_hexadecimal(char* out, unsigned char byte) noexcept {
     return out;
 }
 
-/// What an upper-case hexadecimal digit stands for; negative for any other character.
+/// The value of an upper-case hexadecimal digit; negative for any other character.
 constexpr int hexadecimal_value(char digit) noexcept {
     if (digit >= '0' && digit <= '9') {
         return digit - '0';

@@ -39,7 +39,7 @@ char* grow_block(char* block, unsigned int capacity, unsigned int kept, unsigned
 
 } // namespace
 
-// In a shared library for Windows a constant has no place for callers to import without this.
+// Without these definitions, a shared library for Windows has no addresses for the constants that callers could import.
 constexpr unsigned int CoreBasicString::inline_capacity; // NOLINT(readability-redundant-declaration)
 constexpr unsigned int CoreString::max_length;           // NOLINT(readability-redundant-declaration)
 
@@ -81,7 +81,7 @@ void CoreString::set_borrowed(const char* data, const unsigned int& size) {
         return;
     }
     release();
-    // Never written through: a capacity of 0 sends every change to a new block.
+    // Nothing writes through this pointer: with the capacity 0, every change makes a new block.
     long_ = {size, 0, const_cast<char*>(data)};
 }
 
@@ -188,7 +188,7 @@ void CoreString::assign(const char* data, unsigned int size) {
     }
 }
 
-// The bytes may lie in the storage that is given up, so it goes last.
+// The bytes may be in the storage that is freed, so free it last.
 bool CoreString::append(const char* data, const std::size_t& size) {
     if (size > room()) {
         return append_growing(data, size);

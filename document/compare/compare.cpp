@@ -174,8 +174,8 @@ private:
             const ParserGroup* const ours = left.get_group(i++);
             const ParserGroup* const theirs = right.get_group(k++);
             tasks_.push_back(groups_task(ours, left_node, theirs, right_node));
-            left_node = left_.behind(*ours, left_node);
-            right_node = right_.behind(*theirs, right_node);
+            left_node = left_.node_after(*ours, left_node);
+            right_node = right_.node_after(*theirs, right_node);
         }
     }
 

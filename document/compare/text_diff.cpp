@@ -88,10 +88,10 @@ private:
         const Change& begin = changes_[first];
         const Change& last = changes_[end - 1];
         const std::uint32_t before = std::min(begin.left_begin, lines_around);
-        const std::uint32_t behind =
+        const std::uint32_t after =
             std::min(static_cast<std::uint32_t>(left_.size()) - last.left_end, lines_around);
-        out_ += "@@ -" + range(begin.left_begin - before, last.left_end + behind) + " +" +
-                range(begin.right_begin - before, last.right_end + behind) + " @@\n";
+        out_ += "@@ -" + range(begin.left_begin - before, last.left_end + after) + " +" +
+                range(begin.right_begin - before, last.right_end + after) + " @@\n";
         std::uint32_t left = begin.left_begin - before;
         for (std::size_t i = first; i < end; ++i) {
             put_lines(' ', left_, left, changes_[i].left_begin);
@@ -99,7 +99,7 @@ private:
             put_lines('+', right_, changes_[i].right_begin, changes_[i].right_end);
             left = changes_[i].left_end;
         }
-        put_lines(' ', left_, left, last.left_end + behind);
+        put_lines(' ', left_, left, last.left_end + after);
     }
 
     /// "first,count" with lines from 1. When count is 0, `first` is the line before.

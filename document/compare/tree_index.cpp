@@ -108,7 +108,7 @@ std::vector<std::uint32_t> TreeIndex::entries_of(const ParserGroup& group, std::
     return entries;
 }
 
-std::uint32_t TreeIndex::behind(const ParserGroup& group, std::uint32_t first) const {
+std::uint32_t TreeIndex::node_after(const ParserGroup& group, std::uint32_t first) const {
     for (const ParserEntry* const entry : group.get_entries()) {
         first = entry == nullptr ? first : nodes_[first].end;
     }

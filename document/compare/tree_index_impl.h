@@ -15,7 +15,7 @@ public:
         const ParserEntry* entry;
         std::uint64_t body = 0; // hash of everything except the name
         std::uint64_t hash = 0; // hash of everything
-        std::uint32_t end = 0;  // node behind everything in the entry
+        std::uint32_t end = 0;  // the node that follows everything in the entry
     };
 
     TreeIndex(const ParserGroup& root, bool ignores_order);
@@ -25,8 +25,8 @@ public:
 
     /// The nodes of a group's entries. `first` is the node of the first one.
     std::vector<std::uint32_t> entries_of(const ParserGroup& group, std::uint32_t first) const;
-    /// The node behind the entries of a group.
-    std::uint32_t behind(const ParserGroup& group, std::uint32_t first) const;
+    /// The node that follows the entries of a group.
+    std::uint32_t node_after(const ParserGroup& group, std::uint32_t first) const;
 
 private:
     std::vector<Node> nodes_;

@@ -63,7 +63,7 @@ bool LayoutPrinter::run() {
     return true;
 }
 
-/// Otherwise the text of deep groups would grow with the square of the depth.
+/// Limits the indentation. Otherwise the text of deep groups would grow with the square of the depth.
 std::size_t LayoutPrinter::indentation_at(std::size_t depth) const noexcept {
     constexpr std::size_t indented_levels = 100;
     return std::min(depth, indented_levels) * options_.indent;
@@ -203,7 +203,7 @@ std::size_t LayoutPrinter::line_breaks_before(std::size_t i) const noexcept {
     return count;
 }
 
-/// Whether a comment or a directive stands between the words of one entry.
+/// Whether a comment or a directive is between the words of one entry.
 bool LayoutPrinter::continues_entry(std::size_t i) const noexcept {
     return !is_word_kind(tokens_[i].kind) && continues_[i];
 }

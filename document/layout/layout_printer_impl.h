@@ -43,12 +43,12 @@ private:
     bool ends_with_name_;
     std::string_view line_end_ = "\n";
     std::vector<bool>
-        continues_; // of each token: whether the next word behind it belongs to the entry before it
+        continues_; // for each token: whether the next word continues the entry that the token is in or after
     std::string out_;
     std::size_t depth_ = 0;
     std::size_t column_ = 0;
-    std::size_t last_word_ = 0;     // the place of the last one, in the tokens
-    bool is_at_line_start_ = true;  // nothing stands in the line yet
+    std::size_t last_word_ = 0;     // the index of the last word in the tokens
+    bool is_at_line_start_ = true;  // the line is empty so far
     bool needs_line_break_ = false; // nothing may follow in the line
 };
 

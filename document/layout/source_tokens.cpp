@@ -11,7 +11,7 @@ namespace bk_parser {
 
 namespace {
 
-/// A stretch of the source that is a stretch of the text that the grammar reads.
+/// The beginning of a range of the source that is also a range of the text that the grammar reads.
 struct Piece {
     std::uint32_t expanded;
     std::uint32_t offset;
@@ -28,7 +28,7 @@ std::uint32_t trimmed_end(std::string_view source, std::size_t begin, std::size_
     return static_cast<std::uint32_t>(end);
 }
 
-/// The source without comments and directives, and these.
+/// A source without its comments and directives, and the list of these.
 class CutSource {
 public:
     explicit CutSource(std::string_view source) : source_(source) {
@@ -142,7 +142,7 @@ private:
         out_.ends_with_name = false;
     }
 
-    /// Comments and directives before that place.
+    /// Puts the comments and directives before this place.
     void put_others(std::uint32_t before) {
         const std::vector<SourceToken>& others = cut_.others();
         for (; other_ < others.size() && others[other_].begin < before; ++other_) {
@@ -162,7 +162,7 @@ bool is_word(TokenKind kind) noexcept {
     return kind == TokenKind::name || kind == TokenKind::value;
 }
 
-/// A directive that touches a word may make it one with what comes in its place.
+/// Whether a directive touches a word. The text that replaces the directive may then become a part of the word.
 bool touches_a_word(const std::vector<SourceToken>& tokens) noexcept {
     for (std::size_t i = 1; i < tokens.size(); ++i) {
         const SourceToken& left = tokens[i - 1];

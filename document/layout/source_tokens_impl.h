@@ -20,7 +20,7 @@ enum class TokenKind : std::uint8_t {
     version  ///< a whole line, without its end
 };
 
-/// A stretch of a source that is not white space.
+/// A part of a source that is not white space.
 struct SourceToken {
     std::uint32_t begin = 0;
     std::uint32_t length = 0;
@@ -33,15 +33,15 @@ inline bool is_directive(TokenKind kind) noexcept {
     return kind == TokenKind::include || kind == TokenKind::version;
 }
 
-/// Everything that stands in the text of one file, in its order; between two tokens there is only white space. Included
-/// files are not looked at.
+/// The tokens of the text of one file, in order. Between two tokens there is only white space. Included files are not read.
 struct SourceTokens {
     std::vector<SourceToken> tokens;
-    /// Whether a comment or directive lies inside a word, or a directive touches one. Such a word is not the one that the file spells.
+    /// Whether a comment or directive is inside a word, or a directive touches one. The parser then reads another word than the one that
+    /// the file shows.
     bool has_cut_words = false;
     /// Whether the text has faults, or may have some that depend on its includes.
     bool has_faults = false;
-    /// Whether the text ends with a name without values: more than one white character must follow it.
+    /// Whether the text ends with a name without values. Then more than one white character must follow the name.
     bool ends_with_name = false;
 };
 

@@ -12,10 +12,10 @@ namespace bk_parser {
 std::string_view failure_code(const bk::SourceFailure& failure, bool has_key);
 std::string failure_text(const bk::SourceFailure& failure, bool has_key);
 
-/// "4,738"
 /// `most` is the smaller of what the library can read and of what the limits leave.
 std::string too_large_text(std::string_view name, core_uint64 size, core_uint64 most);
 
+/// "4,738"
 std::string grouped_number(core_uint64 number);
 /// "cut.bin is cut off: 4,738 bytes announced, 1,988 present"
 std::string cut_off_text(std::string_view name, core_uint64 announced, core_uint64 present);

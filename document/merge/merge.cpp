@@ -115,7 +115,7 @@ private:
         std::uint32_t begin = 0;
         std::uint32_t end = 0;
         bool is_conflict = false;
-        bool is_tail = false; // the conflict is about what is behind the last items
+        bool is_tail = false; // the conflict is about what is after the last items
         MergeSlot slot;
     };
 
@@ -263,7 +263,7 @@ struct MergeInput {
     std::string_view name; // in sentences
 };
 
-/// Says why, when a side cannot be merged.
+/// Checks that the sides can be merged. If not, the result says why.
 MergeResult check(std::span<const MergeInput> sides) {
     std::vector<Problem> errors;
     const MergeInput* faulty = nullptr;

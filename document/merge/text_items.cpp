@@ -86,7 +86,7 @@ private:
         return out_.text(last_end_, token.begin).find('\n') == std::string_view::npos;
     }
 
-    /// Whether a word of the same entry comes behind the comments here.
+    /// Whether a word of the same entry follows the comments here.
     bool continues() const noexcept {
         std::size_t i = next_;
         while (i < tokens_.size() && tokens_[i].kind == TokenKind::comment) {

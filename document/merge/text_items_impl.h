@@ -13,15 +13,15 @@ namespace bk_parser {
 struct TextItem {
     std::uint32_t begin = 0;
     std::uint32_t end = 0;
-    std::uint64_t label = 0;   // of its name with template and its first string; of a directive of all of it
-    std::uint64_t content = 0; // of its words and comments, whatever their layout
-    std::uint64_t head = 0;    // the same up to its brace
-    std::uint64_t tail_content = 0; // of the comments behind its last item
-    std::uint64_t rest_content = 0; // of its brace and what is behind it
+    std::uint64_t label = 0;   // hash of the name, template and first string; of the whole of a directive
+    std::uint64_t content = 0; // hash of the words and comments, without their layout
+    std::uint64_t head = 0;    // the same hash of what is before its brace
+    std::uint64_t tail_content = 0; // hash of the comments after its last item
+    std::uint64_t rest_content = 0; // hash of its closing brace and what follows that
     std::uint32_t parent = 0;
-    std::uint32_t open_end = 0; // behind "{"; 0 when it holds no group
-    std::uint32_t tail = 0;     // where what is behind its last item begins
-    std::uint32_t close = 0;    // where "}" stands
+    std::uint32_t open_end = 0; // after "{"; 0 when it holds no group
+    std::uint32_t tail = 0;     // where what follows its last item begins
+    std::uint32_t close = 0;    // where "}" is
     std::vector<std::uint32_t> items;
 };
 

@@ -10,10 +10,10 @@ namespace bk_parser {
 
 /// How many entries of a group are like one of them, itself included.
 struct Likeness {
-    unsigned int name_count = 0;
-    unsigned int key_count = 0;      // and of its first string
-    unsigned int template_count = 0; // and of its template
-    unsigned int number = 0;         // of its name, before it
+    unsigned int name_count = 0;     // with its name
+    unsigned int key_count = 0;      // with its name and its first string
+    unsigned int template_count = 0; // with its name and its template
+    unsigned int number = 0;         // with its name, and before it in the group
 
     static Likeness of(const ParserGroup& group, const ParserEntry& entry);
 };
@@ -21,7 +21,7 @@ struct Likeness {
 /// The string that an entry may be named by; none when it has no first string, or a long or unreadable one.
 bool find_key(const ParserEntry& entry, std::string_view& key) noexcept;
 
-/// Which of an entry's values are groups, as far as a path needs to know.
+/// How many values of the entry are groups.
 unsigned int count_groups(const ParserEntry& entry) noexcept;
 
 /// Appends the step that finds this entry in its group, and no other.

@@ -8,7 +8,7 @@
 
 namespace bk_parser {
 
-/// The group that is that value of an entry, or the first group when the value is no_value; null when there is none.
+/// The group at position `value` of an entry, or its first group when `value` is no_value. Null when there is none.
 ParserGroup* held_group(const ParserEntry& entry, unsigned int value) noexcept;
 
 /// The entry that a path finds first; null when there is none, or the path is malformed.

@@ -6,7 +6,7 @@
 
 namespace bk_parser {
 
-/// Of a walk or a search that was moved from.
+/// The visit of a walk or a search that was moved from.
 inline constexpr Visit no_visit;
 
 /// A place in a tree: the entries on the way down from a group, on a stack of its own. The caller decides which groups to

@@ -25,7 +25,7 @@ struct Strings {
     std::size_t end;
 };
 
-/// Whether the number of words behind these strings fits the rest of the file.
+/// Whether the number of words after these strings fits the rest of the file.
 bool fits_file(std::string_view bytes, const Strings& strings) noexcept {
     const std::size_t rest = bytes.size() - strings.end;
     return rest >= count_width &&

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t most_path_bytes = 200;
 
-/// When memory runs out in the entry, the group is still ours.
+/// Adds a new group. When adding it throws, the unique_ptr still owns the group.
 ParserGroup* add_group(ParserEntry& entry) {
     auto group = std::make_unique<ParserGroup>(CoreString());
     entry.add_group(group.get());
@@ -63,7 +63,7 @@ void BinarySalvage::step() {
     }
 }
 
-/// The end of the entry's values at the latest.
+/// The latest possible end of the entry's values.
 std::size_t BinarySalvage::end_of_values(const Level& level) const noexcept {
     return level.is_sure ? level.entry_end : level.group_end;
 }
@@ -202,7 +202,7 @@ BinarySalvage::Taken BinarySalvage::take_group(std::size_t end) {
     return Taken::group;
 }
 
-/// A group of which the type alone is whole, and nothing follows: it is empty, as a load has it.
+/// Takes a group of which only the tag is left at the end of the file. The group is empty, as in a load.
 BinarySalvage::Taken BinarySalvage::take_cut_group(std::size_t end) {
     if (end != data_.size() || announced_end_ <= data_.size() || levels_.size() > nesting_depth_) {
         return Taken::nothing;
@@ -213,14 +213,14 @@ BinarySalvage::Taken BinarySalvage::take_cut_group(std::size_t end) {
     return Taken::value;
 }
 
-/// Whether a value of this type, other than a group, stands before `end` whole.
+/// Whether a complete value of this type, other than a group, is before `end`.
 bool BinarySalvage::value_fits(char tag, std::size_t end) const noexcept {
     const std::string_view rest = data_.substr(position_ + 1, end - position_ - 1);
     switch (static_cast<ParserValue::Type>(tag)) {
     case ParserValue::TYPE_STRING:
         return rest.find('\0') != std::string_view::npos;
     case ParserValue::TYPE_BINARY_DATA:
-        // A load goes by the low half of the size alone.
+        // A load uses only the low half of the size.
         return rest.size() >= size_width &&
                static_cast<std::uint32_t>(number_at(position_ + 1)) <= rest.size() - size_width;
     default:

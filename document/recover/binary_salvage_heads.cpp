@@ -17,7 +17,7 @@ bool is_control(char character) noexcept {
     return static_cast<unsigned char>(character) < 0x20 || character == '\x7F';
 }
 
-/// Whether a name may have this character behind its first.
+/// Whether a name may have this character after its first.
 bool is_in_names(char character) {
     const char name[] = {'a', character};
     bool is_keyword = false;
@@ -34,7 +34,7 @@ std::uint64_t BinarySalvage::number_at(std::size_t place) const noexcept {
     return bk::load_le64(reinterpret_cast<const unsigned char*>(data_.data() + place));
 }
 
-/// The head of the entry at `place`, which lies whole before `end`, whatever its size says. The name is not empty.
+/// Reads the head of the entry at `place`, which must be completely before `end`. Does not check its size. The name is not empty.
 bool BinarySalvage::read_head(std::size_t place, std::size_t end, Head& head) const noexcept {
     const std::size_t length = data_.substr(place, end - place).find('\0');
     if (length == 0 || length == std::string_view::npos || end - place - length < 1 + size_width) {
@@ -88,7 +88,7 @@ bool BinarySalvage::chain_ends_at(std::size_t begin, std::size_t end) noexcept {
     return begin == end;
 }
 
-/// Where the group ends whose size stands at `size_at`, and which may not go beyond `parent_end`.
+/// The end of the group whose size is stored at `size_at`. It is at most `parent_end`.
 std::size_t BinarySalvage::group_end(std::size_t size_at, std::size_t parent_end, bool is_root) {
     const std::uint64_t size = number_at(size_at);
     const std::size_t begin = size_at + size_width;

@@ -35,17 +35,17 @@ private:
         std::size_t begin = 0;
         std::size_t name_size = 0;
         std::size_t values = 0; // where they begin
-        std::uint64_t size = 0; // as it stands there: of the values and the reserved byte
+        std::uint64_t size = 0; // as stored: of the values and the reserved byte
     };
 
-    /// A group that is open, and the entry of it that is.
+    /// An open group, and its open entry.
     struct Level {
         ParserGroup* group = nullptr;
         std::size_t group_end = 0;
         ParserEntry* entry = nullptr; // null between entries
         Head head;
-        std::size_t entry_end = 0; // as its size says; 0 when that does not fit
-        bool is_sure = false;      // what follows that end may follow an entry
+        std::size_t entry_end = 0; // by its size; 0 when the size cannot be right
+        bool is_sure = false;      // the bytes at `entry_end` can follow an entry
     };
 
     enum class Taken { value, group, nothing };
@@ -83,7 +83,7 @@ private:
     LostParts& lost_;
     Meter& meter_;
     std::size_t position_ = 0;
-    std::uint64_t announced_end_; // of a document that is cut off, where it ended once
+    std::uint64_t announced_end_; // where the document ended before it was cut off
     std::size_t work_left_; // bytes that may still be looked at; bounds the time that hostile sizes cost
     std::vector<Level> levels_;
 };

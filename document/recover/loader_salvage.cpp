@@ -15,7 +15,7 @@ namespace bk_parser {
 
 namespace {
 
-/// Whether the text states its version, with a number behind the point.
+/// Whether the text states its version, with a number after the point.
 bool states_version(std::string_view text) noexcept {
     const std::size_t keyword = text.rfind(bk::version_keyword);
     if (keyword == std::string_view::npos) {

@@ -4,8 +4,8 @@
 #include "document/path.h"
 #include "document/problems/faults/unread_words_impl.h"
 #include "document/problems/list/shown_word_impl.h"
-#include "document/save/edits/file_edits_impl.h"
-#include "document/save/edits/text_splice_impl.h"
+#include "document/save/apply/file_edits_impl.h"
+#include "document/save/apply/text_splice_impl.h"
 #include "document/save/files/file_change_impl.h"
 #include "document/save/files/file_set_impl.h"
 #include "document/save/files/same_file_impl.h"
@@ -77,7 +77,8 @@ public:
         return std::move(result_);
     }
 
-    /// Whether the new text was made in place of the old one and is not proven. Without the old text nobody can say why.
+    /// Whether the new text was made in place of the old one and could not be proven. The reason cannot be found without the old text, so
+    /// the caller must save again with a copy.
     bool needs_old_text() const noexcept { return splice_ && !is_spliced_proven_; }
 
 private:
@@ -138,8 +139,8 @@ private:
                                    : "is not to be changed"));
     }
 
-    /// Whether all edits are in the document's own file, whose old text nobody needs if the save succeeds. Making the new text
-    /// in its place spares a fresh copy, a sixth of the save of a large document.
+    /// Whether the new text can be made in place of the old one: all edits are in the document's own file, whose old text is not needed if
+    /// the save succeeds. With a copy the save of 99.9 MB with one changed value takes 16% longer.
     bool can_splice(const std::vector<Edit>& edits, const FileNames& names) const {
         const std::string_view text = old_->map().get_files().front()->text.get_text();
         const bool may_change_end = !text.ends_with('\n'); // see keep_last_line
@@ -333,7 +334,7 @@ private:
         }
     }
 
-    /// Nothing of a file that the document was not read from.
+    /// The file as it was when the document was read from it; nothing for any other file.
     std::optional<KnownFile> known(const std::string& path) const {
         const ReadFile* const then = find_file(state_.files, path);
         return then == nullptr ? std::nullopt : std::optional(KnownFile{true, then->size, then->hash});
@@ -401,8 +402,8 @@ private:
     CoreString spliced_; // the new bytes of the document's own file, made in place
     std::optional<TextSplice> splice_;
     bool is_spliced_proven_ = false;
-    std::size_t head_size_ = 0;         // of the bytes before the expanded text
-    std::optional<ProofWindow> window_; // set when the expanded text was a part of these bytes
+    std::size_t head_size_ = 0;         // how many bytes are before the expanded text in the file
+    std::optional<ProofWindow> window_; // set when the expanded text is a part of the file's text
     std::vector<ReadFile> files_;
     std::vector<std::string> included_;
     std::vector<std::string> dropped_; // files that are no longer included

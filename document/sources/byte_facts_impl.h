@@ -20,7 +20,7 @@ public:
 
 private:
     std::size_t size_ = 0;
-    std::size_t clean_ = 0; // the bytes before this place have no stray one
+    std::size_t clean_ = 0; // there is no stray byte before this place
     bool has_returns_ = false;
     std::uint64_t line_feeds_ = 0;
 };

@@ -9,7 +9,7 @@
 
 namespace bk_parser {
 
-/// A hash that tells whether a file has changed. It takes eight bytes at a time in sixteen lanes, so that a multiplication does not wait
+/// A hash that shows whether a file has changed. It takes eight bytes at a time in sixteen lanes, so that a multiplication does not wait
 /// for the one before. It multiplies numbers of 32 bits, as vectors do. It does not protect against somebody who searches for two files
 /// with one hash.
 class ByteHash {

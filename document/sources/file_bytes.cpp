@@ -18,14 +18,14 @@ constexpr std::size_t piece_size = std::size_t{1} << 16; // hashed while it is i
 
 constexpr core_uint64 head_size = 4096;
 
-/// Of a pipe or a device it shows at the end.
+/// Whether the size of a file is known before it is read. For a pipe or a device it is not.
 bool is_size_known(const std::string& path) {
     const SysPathInfo info = SysDevice::get().inspect(path);
     return info.kind == SysPathKind::regular && info.size != 0;
 }
 
-/// Whether it is a device of characters or blocks, which may have no end. The shell hands over pipes, which have one. The
-/// device in use tells both as `other`; what it makes up itself is not there for the system.
+/// Whether the path is a character or block device, which may have no end. A pipe has one. SysDevice reports both as `other`, so this asks
+/// the system. A file that only a host's own SysDevice knows does not exist for the system.
 bool is_endless(const std::string& path, SysPathKind kind) {
     if (kind != SysPathKind::other) {
         return false;

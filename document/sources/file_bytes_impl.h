@@ -20,8 +20,8 @@ struct FileBytes {
     std::uint64_t size = 0;    // of one that is too large; 0 when that is not known
 };
 
-/// Says why no file of this kind can be read; returns an empty text when one can. Call it right after the system told the kind, because
-/// the reason why nothing is there is that of the system's last call.
+/// Returns why a path of this kind cannot be read, or an empty text when it can. Call it right after the inspection: when there is no file,
+/// the reason is that of the last system call.
 std::string why_no_file(SysPathKind kind);
 
 /// Reads a file, of at most `most` bytes, through the device in use. The meter's range is the reading.

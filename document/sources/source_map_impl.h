@@ -33,19 +33,20 @@ struct Spot {
     std::size_t inclusion = 0;
     std::size_t offset = 0; // in the file's text
     std::size_t length = 0;
-    std::size_t expanded = 0; // where the expanded text has it, or what comes next: the order of the reading
+    std::size_t expanded =
+        0; // its place in the expanded text; of a piece that is not there, the place of what follows it
 };
 
 /// A file at one place of the chain of includes. The first inclusion is the document itself.
 struct Inclusion {
     std::size_t file = 0;
-    Spot directive; // where the including file says so; the document itself has none
+    Spot directive; // the include directive in the including file; the document itself has none
 };
 
 /// Which file each byte of the expanded text came from.
 class SourceMap {
 public:
-    /// A stretch of a file that is a stretch of the expanded text. Texts have lengths of 32 bits.
+    /// A range of a file that is also a range of the expanded text. Texts have lengths of 32 bits.
     struct Piece {
         std::uint32_t expanded;
         std::uint32_t offset;
@@ -53,11 +54,11 @@ public:
         std::uint32_t inclusion;
     };
 
-    /// In blocks, so that they grow without copies, and from the pages of the tree. In a vector they cost a load of 20 MiB with 120,000
+    /// In blocks, which grow without copies and come from the pages of the tree. A vector costs a load of 20 MiB with 120,000
     /// comments 700 page faults.
     using Pieces = std::deque<Piece, MemoryAllocator<Piece>>;
 
-    /// Where a file says that something is not a part of the expanded text, or of another file.
+    /// The place of an include directive or a version line, neither of which is a part of the expanded text.
     struct Directive {
         std::uint32_t offset;
         std::uint32_t inclusion;
@@ -65,7 +66,7 @@ public:
 
     /// A file begins, at the place of a directive in the file that was current until now.
     void enter(const SourceName& name, std::string_view path, const Spot& directive);
-    /// The current file ends. Its text is kept, of a file that is included more than once the first.
+    /// The current file ends. Keeps its text; of a file that is included more than once, the text of the first inclusion.
     void leave(CoreString&& text, bool is_clean = false);
     /// A piece of the current file becomes part of the expanded text, after all that came before. Returns false when it continues the
     /// piece before.
@@ -86,7 +87,7 @@ public:
     /// The last piece begins inside a word.
     void note_joint() { joints_.push_back(static_cast<std::uint32_t>(pieces_.size() - 1)); }
 
-    /// A directive of the current file, behind all that came before.
+    /// A directive of the current file, after all that came before.
     void note_directive(std::size_t offset) {
         directives_.push_back({static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(current())});
     }
@@ -109,13 +110,13 @@ public:
     }
     /// Each file once, in the order of its first inclusion.
     const std::vector<std::unique_ptr<SourceFile>>& get_files() const noexcept { return files_; }
-    /// By ascending place in the expanded text. No two are of one stretch.
+    /// By ascending place in the expanded text. No piece continues the one before it.
     const Pieces& get_pieces() const noexcept { return pieces_; }
-    /// The places in get_pieces of those that begin inside a word.
+    /// The indices in get_pieces of the pieces that begin inside a word.
     const std::vector<std::uint32_t>& get_joints() const noexcept { return joints_; }
     /// In the order of the reading, those of each inclusion by their place.
     const std::vector<Directive>& get_directives() const noexcept { return directives_; }
-    /// The place of a file in get_files.
+    /// The index in get_files of an inclusion's file.
     std::size_t file_of_inclusion(std::size_t i) const noexcept { return inclusions_[i].file; }
     std::size_t get_inclusion_count() const noexcept { return inclusions_.size(); }
     std::size_t get_expanded_size() const noexcept;

@@ -23,7 +23,7 @@ public:
     explicit SourceText(CoreString&& text) noexcept : text_(std::move(text)) {}
 
     std::string_view get_text() const noexcept { return text_.get_view(); }
-    /// Hands the text over. Nothing is left here.
+    /// Moves the text to the caller.
     CoreString take() noexcept { return std::move(text_); }
     std::size_t get_line_count() const;
     /// Logarithmic in the lines, and linear in the length of the line. Asking for places from left to right walks a line only once.

@@ -17,15 +17,15 @@ inline constexpr std::size_t archive_reserved_size = 8;
 /// Is subtracted from each character in a file.
 inline constexpr unsigned int archive_shift = 15;
 
-/// The bytes of an index in the file of an archive with so many strings.
+/// How many bytes an index takes in the file of an archive with this many strings.
 constexpr std::size_t archive_index_width(std::uint32_t string_count) noexcept {
     return string_count < 256 ? 1 : string_count < 65536 ? 2 : 4;
 }
 
-/// What the file of an archive has beside strings and indices: the magic, eight reserved bytes, and both counts.
+/// The bytes of an archive's file besides the strings and indices: the magic, eight reserved bytes, and both counts.
 inline constexpr std::size_t archive_frame_size = 4 + 8 + 4 + 4;
 
-/// How the bytes of an archive were taken.
+/// What was found in the bytes of an archive.
 enum class ArchiveBytes {
     whole,
     unknown_format,
@@ -36,7 +36,7 @@ enum class ArchiveBytes {
 
 struct ArchiveTaken {
     ArchiveBytes result;
-    core_uint64 size; // that the bytes need to be whole, when that is known; of a whole archive its own
+    core_uint64 size; // of the whole archive, as far as its bytes announce it
 };
 
 /// Appends what an archive file holds. When the file is cut off in its indices, takes the indices that are there only if
@@ -53,7 +53,7 @@ CoreString join_words(const ParserArchive& archive, Pace* pace, char separator =
 /// The size of that text.
 core_uint64 archive_text_size(const ParserArchive& archive) noexcept;
 
-/// Appends the words of a group without braces. May throw std::bad_alloc; some of the words are there then.
+/// Appends the words of a group without braces. When it throws std::bad_alloc, some of the words have been appended.
 void add_words(ParserArchive& archive, const ParserGroup& group);
 
 /// The whole file of an archive.

@@ -8,8 +8,8 @@
 
 namespace bk {
 
-/// SipHash-2-4 (Aumasson and Bernstein, 2012) with a fixed key. It is slower than the Jenkins hash, but nobody knows families of
-/// words with equal hashes. It is used only where Jenkins hashes collide.
+/// SipHash-2-4 (Aumasson and Bernstein, 2012) with a fixed key. It is slower than the Jenkins hash, but there is no known way to make many
+/// words with one hash. It is used only where Jenkins hashes collide.
 class WordHash {
 public:
     static std::uint64_t of(std::string_view word) noexcept {

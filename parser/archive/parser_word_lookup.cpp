@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned int first_slot_count = 32;
 constexpr unsigned int most_slots = 1u << 30;
-/// How many slots the Jenkins hash names.
+/// How many slots are searched from the one that the Jenkins hash selects.
 constexpr unsigned int near_slots = 16;
 constexpr unsigned int vacant = 0xFFFFFFFFu;
 
@@ -47,8 +47,7 @@ unsigned int WordLookup::find_or_cover(std::string_view word) {
     return index_at(slot);
 }
 
-/// The slot of the word, or the vacant one where it belongs. Slots are never vacated, so that a vacant one ends the
-/// way on which the word would stand.
+/// The slot of the word, or the vacant slot where it belongs. Slots are never vacated, so a vacant slot ends the search.
 unsigned int WordLookup::find_slot(unsigned int hash, std::string_view word) const noexcept {
     const unsigned int mask = slot_count() - 1;
     for (unsigned int i = 0; i < near_slots; ++i) {

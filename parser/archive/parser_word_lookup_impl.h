@@ -17,7 +17,7 @@ public:
                const CoreVector<CoreString>& words) noexcept
         : table_(table), covered_(covered), words_(words) {}
 
-    /// Adds the words that were added to the list since, or all of them again when some were removed.
+    /// Enters the words that were added to the list since the last call, or all words again when some were removed.
     void catch_up();
 
     /// The index of the word. For a new word this is the number of words so far, and the caller must add it with that index.

@@ -13,7 +13,7 @@
 ParserFile::ParserFile(ParserGroup& root)
     : root_(&root), serial_version_(default_parser_serial_version), root_owners_(new unsigned int(1)) {}
 
-/// The group is the file's once the file is there.
+/// The file owns the group once the file object exists.
 ParserFile::ParserFile(std::unique_ptr<ParserGroup> root) : ParserFile(*root) {
     static_cast<void>(root.release());
 }
@@ -106,7 +106,7 @@ bool ParserFile::read_document(const CoreString& filename, const CoreString& key
 
 bool ParserFile::preprocess(CoreString& text, const CoreString& key, AppProgressBar* progress) {
     CoreVector<CoreString> places(search_paths_);
-    places.add(CoreString()); // last, the name as it stands
+    places.add(CoreString()); // last, the name as it is
     dependencies_ = CoreSet<CoreString>();
     const bk::Progress bar(progress);
     const auto run = [&] {

@@ -274,7 +274,8 @@ bool Preprocessor::append_piece(const OpenFile& file, const SourcePiece& piece) 
     return true;
 }
 
-/// Does not copy the text as long as it is one stretch of the first file. Returns false when this piece has to be appended to a copy.
+/// Extends `shown_` by the piece instead of copying it, as long as the text so far is one range of the first file. Returns false when the
+/// piece must be appended to a copy.
 bool Preprocessor::show_piece(const SourcePiece& piece) noexcept {
     if (!rules_.shows_source || !out_->is_empty() || open_files_.size() != 1) {
         return false;
@@ -294,8 +295,8 @@ bool Preprocessor::copy_shown() {
     return shown_.empty() || append(std::exchange(shown_, {}));
 }
 
-/// Called at the end of the first file. Borrows a stretch that runs up to the end of the file: a NUL follows it, and it stays at its
-/// address when the file's text moves to the host. Copies any other stretch.
+/// Called at the end of the first file. Borrows `shown_` when it reaches the end of the file: a NUL follows it, and it keeps its address
+/// when the file's text moves to the host. Otherwise copies it.
 void Preprocessor::finish_shown() {
     const std::string_view source = open_files_.back().source.text.get_view();
     const bool is_rest = shown_.data() + shown_.size() == source.data() + source.size();

@@ -22,9 +22,9 @@ struct IncludeRules {
     /// An empty search path stands for the working folder, where an included file is searched for, too. Otherwise only
     /// an absolute path is found by it.
     bool searches_working_folder = true;
-    /// An include that cannot be had is left out, and what is behind it is read. Limits on the whole still end the reading.
+    /// Leaves out an include that cannot be read, and continues after it. A limit on the whole document still ends the read.
     bool goes_on = false;
-    /// Copies the text in pieces of at most so many bytes, and tells the host of each.
+    /// The most bytes of a piece. The text is copied in pieces, and the host is told of each.
     std::size_t longest_piece = std::string_view::npos;
     /// When false, tells the host of include directives and leaves them out.
     bool follows_includes = true;
@@ -62,9 +62,9 @@ private:
     struct Source {
         CoreString text;
         bool is_encrypted = false;
-        core_uint64 rest = 0; // bytes behind the enciphered text
+        core_uint64 rest = 0; // bytes after the enciphered text
     };
-    /// What a file is called: as it was asked for, where it was found, and its absolute path.
+    /// The names of a file: as it was asked for, where it was found, and its absolute path.
     struct Place {
         CoreString name;
         CoreString found;
@@ -112,18 +112,18 @@ private:
     const ParserLimits& limits_;
     IncludeRules rules_;
     CoreString* out_ = nullptr;
-    std::string_view shown_; // of the first file's text, to come in `out_`
+    std::string_view shown_; // a part of the first file's text that is not in `out_` yet
     CoreString top_path_;
     CoreSet<CoreString> included_paths_;
-    std::deque<OpenFile> open_files_; // each included by the one before; they stay where they are
+    std::deque<OpenFile> open_files_; // each is included by the one before it; a deque keeps their addresses
     std::unordered_set<std::string_view> open_paths_;
-    std::vector<CoreString> tried_; // of the file that is looked for
+    std::vector<CoreString> tried_; // the places where the current file was searched for
     unsigned int include_count_ = 0;
     core_uint64 source_size_ = 0; // of all files loaded
     bool has_loaded_ = false;
     bool is_encrypted_ = false;
     bool is_ended_ = false;
-    bool has_room_ = false; // `out_` has
+    bool has_room_ = false; // room for the first file was reserved in `out_`
 };
 
 } // namespace bk

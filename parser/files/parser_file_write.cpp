@@ -28,7 +28,7 @@ void set_written_version(ParserEntry& entry) {
     }
 }
 
-/// Listed when it is whole.
+/// Adds the entry only when it is complete, so that no failure leaves half of it.
 void add_version_entry(ParserGroup& root) {
     auto entry =
         std::make_unique<ParserEntry>(CoreString(bk::version_keyword), ParserEntry::TYPE_KEYWORD, 0, 0);
@@ -41,7 +41,7 @@ bool print_document(const ParserGroup& root, CoreString& out) {
     return bk::print_group(out, root, false, true, 1);
 }
 
-/// Writes all the parts and closes. False when anything was cut short.
+/// Writes all parts and closes the file. Returns false when not everything was written.
 bool store(SysFile& file, std::string_view head, std::string_view body) {
     bool is_whole = true;
     for (const std::string_view part : {head, body}) {

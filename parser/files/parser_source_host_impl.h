@@ -8,7 +8,7 @@
 
 namespace bk {
 
-/// Why a file is not a part of the text, or not all of it.
+/// Why a file, or a part of it, is missing in the text.
 enum class SourceFault {
     not_found,
     includes_itself,
@@ -17,8 +17,8 @@ enum class SourceFault {
     file_too_large,      ///< the file, or all files together: ParserLimits::source_size
     text_too_large,      ///< the expanded text: ParserLimits::expanded_size
     unreadable,          ///< SourceHost::read said so
-    enciphered_length,   ///< the length that is enciphered is larger than the file
-    enciphered_block,    ///< the enciphered block does not hold what its length says
+    enciphered_length,   ///< the encrypted block announces a longer text than the file has room for
+    enciphered_block,    ///< the size of the encrypted block does not fit the length that it announces
     no_version,          ///< its version line says no number above 0
     include_left_open    ///< an include directive without a closing quote
 };
@@ -27,12 +27,11 @@ enum class SourceFault {
 struct SourceFailure {
     SourceFault fault;
     const CoreString& name;               // as it was asked for
-    const CoreString& found;              // the place that was taken; empty when there is none
+    const CoreString& found;              // where it was found; empty when it was not
     const std::vector<CoreString>& tried; // the places that were tried, as they were named
     const SourcePiece& piece;             // where the fault is, when it is in the file itself
-    core_uint64 announced =
-        0; // of enciphered_length and enciphered_block: the bytes of text that its length says,
-    core_uint64 present = 0; // and those of the block that is there
+    core_uint64 announced = 0; // for enciphered_length and enciphered_block: the announced size of the text,
+    core_uint64 present = 0;   // and the bytes that the block has
 };
 
 /// How a file was read.
@@ -41,11 +40,11 @@ enum class SourceRead { done, unreadable, too_large };
 /// A file of a document while it is read.
 struct SourceEntered {
     const CoreString& name;  // as it was asked for
-    const CoreString& found; // the place that was taken, as it was named
+    const CoreString& found; // where it was found, as that place was named
     const CoreString& path;  // absolute
-    const CoreString& text;  // stays where it is until `left`
+    const CoreString& text;  // stays at its address until `left`
     bool is_enciphered;
-    core_uint64 rest;                     // stored bytes behind the enciphered text, which are not read
+    core_uint64 rest;                     // stored bytes after the enciphered text, which are not read
     const std::vector<CoreString>& tried; // the places that were looked at before
 };
 

@@ -109,7 +109,7 @@ void SourceScanner::take_version(SourcePiece& piece) noexcept {
     }
 }
 
-/// A quote is escaped when an odd number of backslashes stands before it.
+/// A quote is escaped when an odd number of backslashes is before it.
 void SourceScanner::take_quote() noexcept {
     std::size_t run_begin = position_;
     while (run_begin != begin_ && source_[run_begin - 1] == '\\') {

@@ -8,7 +8,7 @@
 
 namespace bk {
 
-/// A stretch of a source that is kept, and what ends it.
+/// A part of a source that is kept, and what ends it.
 struct SourcePiece {
     enum class Then { end, comment, version, include, open_include, pause };
 

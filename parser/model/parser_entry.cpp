@@ -2,7 +2,7 @@
 
 #include "core/core_memory.h"
 #include "core/memory/core_nothrow_impl.h"
-#include "core/memory/core_thread_impl.h"
+#include "core/memory/system/core_thread_impl.h"
 #include "parser/model/drop/parser_document_pages_impl.h"
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_tree_copy_impl.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/memory/core_prefetch_impl.h"
-#include "parser/model/parser_value_list_impl.h"
+#include "parser/model/lists/parser_value_list_impl.h"
 #include "parser/parser_entry.h"
 
 #include <atomic>
@@ -78,7 +78,7 @@ public:
     }
 
 private:
-    static ParserEntry* make_alone(const EntryFields& fields, std::size_t bytes_behind, DocumentPages* pages);
+    static ParserEntry* make_alone(const EntryFields& fields, std::size_t bytes_after, DocumentPages* pages);
     static ParserEntry* make_in_parts(const EntryFields& fields, unsigned int count, std::size_t text_size,
                                       DocumentPages* pages);
     static void escape_from_pages(const ParserEntry& entry) noexcept;

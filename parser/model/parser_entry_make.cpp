@@ -48,9 +48,9 @@ ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, st
 }
 
 /// Creates an entry without a name, with this number of bytes after it.
-ParserEntry* EntryAccess::make_alone(const EntryFields& fields, std::size_t bytes_behind,
+ParserEntry* EntryAccess::make_alone(const EntryFields& fields, std::size_t bytes_after,
                                      DocumentPages* pages) {
-    const std::size_t size = sizeof(ParserEntry) + bytes_behind;
+    const std::size_t size = sizeof(ParserEntry) + bytes_after;
     auto* const entry =
         ::new (pages == nullptr ? allocate_in_order(size) : pages->allocate(size)) ParserEntry(fields);
     if (pages != nullptr) {

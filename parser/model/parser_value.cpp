@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Of the types that are not listed, which a host can name by a cast.
+/// A host can pass a type that is not listed by a cast. Larger numbers are stored as this one.
 constexpr unsigned int largest_type = 0x00FFFFFFu;
 
 } // namespace

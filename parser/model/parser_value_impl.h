@@ -28,13 +28,14 @@ inline double clamp_to_finite(double value) noexcept {
     return bits == infinity ? limit : -limit;
 }
 
-/// Whether a double is neither 0.0 nor -0.0. It compares bits, because a processor may be set to take the smallest doubles for zeros.
+/// Whether a double is neither 0.0 nor -0.0. It compares bits, because a host may have set the processor to treat subnormal doubles as zero.
 inline bool is_not_zero(double value) noexcept {
     return std::bit_cast<std::uint64_t>(value) << 1 != 0;
 }
 
-/// Storage that the values have left, but not their strings, to which a host may hold references. It is the block of a list, or an entry
-/// with the block that follows it. It is freed when the last of these strings is gone and, for an entry, the entry too.
+/// Owns storage that values have moved out of while their strings stayed there, because a host may hold references to the strings. The
+/// storage is the block of a list, or an entry together with the block that follows it. It is freed when the last of these strings is
+/// destroyed and, in the second case, the entry too.
 class StringHome {
 public:
     /// Creates a home with one user, the caller.
@@ -71,15 +72,15 @@ private:
 /// The name of a type, as ParserValue::get_type_name gives it.
 const char* type_name(ParserValue::Type type) noexcept;
 
-/// A value in 16 bytes: what an entry stores, and what is inside a ParserValue. Its first four bytes tell what it is. Below `least_mark`
-/// they are the length of a CoreString that stands here. Otherwise they are a mark, from the highest bit down:
+/// A value in 16 bytes: what an entry stores, and what is inside a ParserValue. Its first four bytes tell what it is. A number below
+/// `unlisted` is the length of a CoreString: the value is that string. A number from `least_mark` on is a mark, from the highest bit down:
 ///
-///     1111 | 1 bit: the scalar is there | 3 bits: type | 1 bit: it is spelled | 3 bits: highest of the offset | 20 bits: size of the spelling
+///     1111 | 1 bit: has its scalar | 3 bits: type | 1 bit: has a spelling | 3 bits: highest bits of the offset | 20 bits: size of the spelling
 ///
-/// Four bytes follow that depend on the type, and eight with the scalar or a pointer. A spelling is in the text area of the list, at an
-/// offset from the value itself. A spelling that cannot be there is in a block of its own, with the scalar.
+/// The next four bytes depend on the type. The last eight are the scalar or a pointer. The spelling is in the text area of the list, and
+/// the offset counts from the value itself. A spelling that cannot be in the text area is in a block of its own, together with the scalar.
 ///
-/// It is destroyed by `release`, not by the destructor.
+/// `release` frees the content. The destructor does nothing.
 class StoredValue : private ValueData {
 public:
     using Type = ParserValue::Type;
@@ -118,11 +119,11 @@ public:
     const Scalar& scalar() const noexcept {
         return holds_scalar(mark()) ? plain_.content.scalar : converted();
     }
-    /// The same as bits, at the low end of the number. The bits above them mean nothing.
+    /// The same as bits, at the low end of the number. All bits above them are zero, so that two scalars of one type can be compared.
     std::uint64_t scalar_bits() const noexcept {
         return std::bit_cast<std::uint64_t>(scalar()) >> bits_below(type());
     }
-    /// Whether the scalar stands in the value, and not beside a spelling in a block of its own.
+    /// Whether the value itself holds the scalar. When its spelling has a block of its own, the scalar is in that block.
     bool has_scalar_inside() const noexcept { return holds_scalar(mark()); }
     std::string_view string() const { return get_as_string().get_view(); }
     /// The string of a value of that type.
@@ -132,8 +133,9 @@ public:
     /// Whether a value other than a string has a spelling, which printing then copies.
     bool is_spelled() const noexcept { return is_spelled(mark()); }
     std::string_view spelling() const noexcept;
-    /// The spelling of the value at `next`, and of those after it as far as they are in the text area with a single blank between them.
-    /// Advances `next` past all of them. The values from `next` to `last` are side by side; the first is spelled.
+    /// Returns the spelling of the value at `next` together with the spellings that follow it in the text area, each after a single blank.
+    /// Advances `next` past the values of these spellings. The values from `next` to `last` must be adjacent in memory, and the first must
+    /// be spelled.
     static std::string_view take_spellings(const StoredValue*& next, const StoredValue* last) noexcept {
         const std::string_view first = next->spelling();
         const char* end = first.data() + first.size();
@@ -141,7 +143,8 @@ public:
             return first;
         }
         for (; next != last && next->is_spelled() && next->text() == end + 1 && *end == ' '; ++next) {
-            end += 1 + (next->mark() & size_mask); // none of them is apart: its offset is 0, before the area
+            end +=
+                1 + (next->mark() & size_mask); // never apart: with the offset 0, text() is before the area
         }
         return {first.data(), static_cast<std::size_t>(end - first.data())};
     }
@@ -149,7 +152,7 @@ public:
         return {reinterpret_cast<const char*>(plain_.content.bytes), plain_.offset};
     }
 
-    /// As the functions of ParserValue.
+    /// These do the same as the functions of ParserValue with the same names.
     void make_value() const noexcept { static_cast<void>(scalar()); }
     bool get_as_bool() const {
         return mark() >> type_shift == held_form(ParserValue::TYPE_BOOL) ? plain_.content.scalar.as_bool
@@ -174,8 +177,8 @@ public:
     void set_binary_data(const void* data, unsigned int size);
     void clear() noexcept;
 
-    /// Constructs a value in its place, and copies its spelling to `text`, which it advances. The area of `text` lies behind the value, and
-    /// outlives it.
+    /// Constructs a value at `place`, and copies its spelling to `text`, which it advances. `text` must be at a higher address than
+    /// `place`, and the memory there must outlive the value.
     static StoredValue* make_spelled(void* place, Type type, std::string_view word, char*& text) {
         if (is_kept_apart(type, word.size())) [[unlikely]] {
             return make_apart(place, type, word);
@@ -185,7 +188,7 @@ public:
         text += word.size();
         return show_spelled(place, type, {begin, word.size()});
     }
-    /// The same for a spelling that is in the area already.
+    /// The same for a spelling that is already in the text area. Copies nothing.
     static StoredValue* show_spelled(void* place, Type type, std::string_view spelling) noexcept {
         const std::uint64_t offset = distance(place, spelling.data());
         const std::uint32_t bits = least_mark | static_cast<std::uint32_t>(type) << type_shift | spelled_bit;
@@ -194,7 +197,7 @@ public:
                               static_cast<std::uint32_t>(offset),
                               {.scalar = {.as_double = 0.0}}});
     }
-    /// The same with the spelling in a block of its own.
+    /// The same with a copy of the spelling in a block of its own.
     static StoredValue* make_apart(void* place, Type type, std::string_view word);
     static StoredValue* make_string(void* place, std::string_view word, char*& text) {
         if (is_kept_apart(ParserValue::TYPE_STRING, word.size())) [[unlikely]] {
@@ -226,11 +229,11 @@ public:
             mark_of(ParserValue::TYPE_BINARY_DATA), size, {.bytes = static_cast<unsigned char*>(data)}});
     }
 
-    /// Whether a string or spelling of that size has memory of its own, in whatever list the value is.
+    /// Whether a string or spelling of that size gets a block of its own, so that it takes nothing from a text area.
     static constexpr bool is_kept_apart(Type type, std::size_t size) noexcept {
         return size >= (type == ParserValue::TYPE_STRING ? unlisted : size_apart);
     }
-    /// How many bytes of a text area a value takes whose string or spelling has this size.
+    /// How many bytes a string of this size takes from a text area. The two functions below are for strings with escapes and for spellings.
     static constexpr std::size_t string_need(std::size_t size) noexcept {
         return size <= CoreString::inline_capacity || is_kept_apart(ParserValue::TYPE_STRING, size)
                    ? 0
@@ -241,18 +244,19 @@ public:
         return is_kept_apart(ParserValue::TYPE_WORD, size) ? 0 : size;
     }
 
-    /// How many bytes of a text area a copy of the value takes.
+    /// How many bytes a copy of the value takes from a text area.
     std::size_t text_need() const noexcept;
-    /// Constructs a copy with its text in the area, or with text of its own when that is null. The copy of a group value holds `group`.
+    /// Constructs a copy. Its text goes to `text`, or to a block of its own when `text` is null. The copy of a group value holds `group`.
     static StoredValue* copy(void* place, const StoredValue& value, ParserGroup* group, char*& text);
-    /// Constructs a value that refers to the same content. A string then has a block of its own.
+    /// Constructs a value that refers to the same content. If that is a string inside `value`, moves it to a block of its own first.
     static void copy_shallow(void* place, const StoredValue& value);
 
-    /// Moves a value to another place, whose text has moved by so many bytes. Leaves no object at the old place.
+    /// Moves a value to `to`. `text_shift` is how far its text area has moved. Afterwards there is no object at the old place.
     static void relocate(const StoredValue& from, void* to, std::uintptr_t text_shift = 0) noexcept;
     /// Whether the value is a string that is stored inside it.
     bool has_string_inside() const noexcept { return mark() < unlisted; }
-    /// Moves a string value to another place. Its string stays where it is: value `index` of a block whose head will show its home.
+    /// Moves a string value to `to`, but leaves the string itself in the old block, where the value had position `index`. The caller then
+    /// replaces the head of the old block with a pointer to `home`.
     static void leave_string(const StoredValue& from, void* to, unsigned int index,
                              StringHome& home) noexcept;
     /// Gives the value a text of its own, outside any text area.
@@ -264,7 +268,7 @@ public:
     /// Frees the content. Leaves no object.
     void release() noexcept;
 
-    /// Of the block of a list: what stands before the first value.
+    /// The size of the head of a list's block. The first value follows it.
     static constexpr std::size_t block_head_size = 8;
 
 private:
@@ -278,8 +282,8 @@ private:
     static constexpr int type_shift = 24;
     static constexpr std::uint32_t largest_type = 7;
     static constexpr std::uint32_t unlisted =
-        least_mark - 1; // instead of a mark, of a type that ParserValue does not list
-    static constexpr std::uint32_t in_own_block = 0xFFFFFFFFu; // instead of where a string was
+        least_mark - 1; // in place of a mark: a type that ParserValue does not list
+    static constexpr std::uint32_t in_own_block = 0xFFFFFFFFu; // in place of the old position of a string
 
     explicit StoredValue(const Plain& plain) noexcept : ValueData(plain) {}
 
@@ -345,7 +349,8 @@ private:
         static_assert(sizeof(Scalar) == sizeof(bits));
         return std::bit_cast<Scalar>(bits << bits_below(type));
     }
-    /// Every member of a scalar begins at its first byte. Returns how many bits of the 64 are below it.
+    /// Returns how many of the 64 bits are below those of the member. Every member begins at the first byte, so on a big-endian machine it
+    /// has the highest bits.
     static int bits_below([[maybe_unused]] Type type) noexcept {
         if constexpr (std::endian::native == std::endian::big) {
             const bool is_byte = type == ParserValue::TYPE_BOOL || type == ParserValue::TYPE_CHAR;
@@ -362,7 +367,7 @@ private:
     }
 };
 
-/// A spelling that is in no text area, followed by its characters.
+/// The head of a block with a spelling of its own. The characters follow it.
 struct ValueData::Apart {
     Scalar scalar;
     unsigned int size;

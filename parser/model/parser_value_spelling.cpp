@@ -5,7 +5,7 @@
 
 #include <iterator>
 
-/// Reading a value as a type, which may be another than its own.
+/// Reads a value as a type, which may differ from its own.
 namespace bk {
 
 namespace {
@@ -45,11 +45,11 @@ const char* type_name(ParserValue::Type type) noexcept {
 StoredValue::Scalar StoredValue::read_spelling(Type type, std::string_view text, bool has_margin) noexcept {
     switch (type) {
     case ParserValue::TYPE_BOOL:
-        return {.as_bool = text == "yes"};
+        return scalar_of(type, text == "yes" ? 1 : 0);
     case ParserValue::TYPE_CHAR:
-        return {.as_char = static_cast<char>(spelled_int(text, has_margin))};
+        return scalar_of(type, static_cast<unsigned char>(spelled_int(text, has_margin)));
     case ParserValue::TYPE_INT:
-        return {.as_int = spelled_int(text, has_margin)};
+        return scalar_of(type, static_cast<unsigned int>(spelled_int(text, has_margin)));
     default:
         return {.as_double = spelled_double(text, has_margin)};
     }

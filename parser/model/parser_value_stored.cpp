@@ -77,7 +77,7 @@ StoredValue* StoredValue::copy(void* place, const StoredValue& value, ParserGrou
     return copied;
 }
 
-/// Of a value that has the same spelling, which need not be converted again.
+/// Copies the scalar of a value with the same spelling, so that this spelling need not be converted again.
 void StoredValue::take_scalar(const StoredValue& from) noexcept {
     const bool is_apart = from.is_spelled_apart();
     if (is_apart ? !from.plain_.content.apart->is_converted : !from.has_scalar_inside()) {
@@ -116,7 +116,7 @@ void StoredValue::relocate(const StoredValue& from, void* to, std::uintptr_t tex
     }
 }
 
-/// Counts modulo 2^35, so that the value may stand anywhere for a while.
+/// Computes modulo 2^35, so that a value may for a while be far from its text, for example on the stack.
 void StoredValue::move_text(std::uint64_t by) noexcept {
     const std::uint64_t moved = offset() + by;
     plain_.mark = (plain_.mark & ~offset_mask) | high_bits(moved);
@@ -223,7 +223,7 @@ void StoredValue::set_double(double value) noexcept {
     make_scalar(this, ParserValue::TYPE_DOUBLE, std::bit_cast<std::uint64_t>(clamp_to_finite(value)));
 }
 
-/// The argument may be of the content that is freed here, so it is copied first.
+/// Copies the argument first, because it may be a part of the content that is freed here.
 void StoredValue::set_string(const CoreString& value) {
     alignas(StoredValue) unsigned char room[sizeof(StoredValue)];
     const StoredValue* const made = make_own_string(room, CoreString(value));

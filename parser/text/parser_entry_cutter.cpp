@@ -44,7 +44,7 @@ const char* closing_quote(const char* p, const char* end) noexcept {
 
 } // namespace
 
-/// NULs stand behind the text.
+/// Makes the masks of the next 64 characters. Takes NULs for those after the text.
 void EntryCutter::make_record() noexcept {
     const char* const text = begin_ + record_count_ * 64;
     TextMasks masks;
@@ -53,9 +53,9 @@ void EntryCutter::make_record() noexcept {
     } else {
         make_last_masks(make_masks_, text < end_ ? text : end_, end_, masks);
     }
-    const std::uint64_t after_blanks = masks.blanks << 1 | (is_behind_blank_ ? 1 : 0);
-    const std::uint64_t digit_behind = end_ - text > 64 && is_char(text[64], CHAR_DIGIT) ? 1 : 0;
-    const std::uint64_t numbers = masks.digits | (masks.dashes & (masks.digits >> 1 | digit_behind << 63));
+    const std::uint64_t after_blanks = masks.blanks << 1 | (follows_blank_ ? 1 : 0);
+    const std::uint64_t digit_after = end_ - text > 64 && is_char(text[64], CHAR_DIGIT) ? 1 : 0;
+    const std::uint64_t numbers = masks.digits | (masks.dashes & (masks.digits >> 1 | digit_after << 63));
     const std::uint64_t letters = masks.names & ~masks.digits & ~masks.double_marks;
     Record& record = records_[record_count_ % ring_size];
     record.starts = ~masks.blanks & after_blanks;
@@ -69,7 +69,7 @@ void EntryCutter::make_record() noexcept {
         line_ += count_ones(masks.breaks);
         line_start_ = text + std::bit_width(masks.breaks);
     }
-    is_behind_blank_ = masks.blanks >> 63 != 0;
+    follows_blank_ = masks.blanks >> 63 != 0;
     ++record_count_;
 }
 
@@ -99,7 +99,7 @@ LinePlace EntryCutter::place_of(const char* p) const noexcept {
 }
 
 /// The first word after `p`, which is a blank.
-const char* EntryCutter::next_word_behind(const char* p) noexcept {
+const char* EntryCutter::next_word_after(const char* p) noexcept {
     do {
         reach(p);
         const std::uint64_t starts = window(&Record::starts, p);

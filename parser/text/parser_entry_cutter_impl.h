@@ -22,8 +22,7 @@ public:
         : begin_(text.data()), end_(begin_ + text.size()), at_(begin_), line_start_(begin_),
           make_masks_(fastest_make_masks()) {}
 
-    /// Goes on at the first character of a word that is not inside a group's brace or an entry. False when nothing is
-    /// certain there.
+    /// Continues at the first character of a word that may begin an entry. Returns false when it is not certain what is there.
     bool seek(const char* word);
 
     /// Cuts the next entry, or with `may_close` the next end of a group. Returns false, and cuts nothing, when it is not certain what
@@ -41,11 +40,11 @@ private:
 
     /// The masks of 64 characters.
     struct Record {
-        std::uint64_t starts;       // the first characters of words that stand behind blanks
-        std::uint64_t ends;         // the first blanks behind words
-        std::uint64_t stops;        // where a row of numbers is at its end
+        std::uint64_t starts;       // the first characters of words that follow a blank
+        std::uint64_t ends;         // the first blanks after words
+        std::uint64_t stops;        // where a row of numbers cannot go on
         std::uint64_t double_marks; // CHAR_DOUBLE_MARK
-        std::uint64_t others;       // what no name has
+        std::uint64_t others;       // characters that no name has
         std::uint64_t breaks;       // CHAR_LINE_BREAK
         LinePlace first;            // of the first character
     };
@@ -67,14 +66,14 @@ private:
     LinePlace place_of(const char* p) const noexcept;
     Token token_of_brace(const char* p) noexcept;
     bool look(const char* p, Head& head);
-    /// The first character from `p` on that is no blank: the NUL behind the text is none.
+    /// The first character from `p` on that is no blank. The NUL after the text is no blank.
     const char* next_word(const char* p) noexcept {
         if (!is_char(*p, CHAR_BLANK)) {
             return p;
         }
-        return is_char(p[1], CHAR_BLANK) ? next_word_behind(p + 1) : p + 1;
+        return is_char(p[1], CHAR_BLANK) ? next_word_after(p + 1) : p + 1;
     }
-    const char* next_word_behind(const char* p) noexcept;
+    const char* next_word_after(const char* p) noexcept;
     const char* cut_numbers(const char* p, KnownEntry& known);
 
     static constexpr std::size_t ring_size = 16;
@@ -83,13 +82,13 @@ private:
     const char* end_;
     const char* at_;
     Token brace_;
-    bool has_head_ = false; // of what stands at `at_`
-    Head heads_[2] = {};    // that one, and the one that was cut last or comes next
+    bool has_head_ = false; // `head_` describes the entry at `at_`
+    Head heads_[2] = {};    // that head, and the head of the entry that was cut last or comes next
     Head* head_ = heads_;
 
-    core_ulong line_ = 1; // of the first character behind the records
+    core_ulong line_ = 1; // of the first character after the records
     const char* line_start_;
-    bool is_behind_blank_ = true;
+    bool follows_blank_ = true;
     std::size_t record_count_ = 0;
     MakeMasks make_masks_;
     std::array<Record, ring_size> records_ = {};

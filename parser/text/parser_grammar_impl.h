@@ -21,7 +21,7 @@ namespace bk {
 ///     void close_group()
 ///     void report_fault(ParserReadObserver::Fault, const Token&, std::string_view word)
 ///     void see_word(std::string_view)                    optional: each word before the grammar takes it
-///     void add_entry(const KnownEntry&)                  optional: a whole entry in place of the first two; and one
+///     void add_entry(const KnownEntry&)                  optional: a whole entry instead of the first two calls; and one
 ///     bool open_group(const KnownEntry&, const Token&)   that holds a group alone. Their words are not seen
 ///
 /// Faults do not stop the loop. Groups nest on a stack of the loop's own.

@@ -11,7 +11,7 @@
 
 namespace bk {
 
-/// A word as it stands in the text.
+/// A word of a text.
 struct Token {
     unsigned int start = 0;
     unsigned int length = 0; // 0 at the end of the text
@@ -28,7 +28,7 @@ struct EntryHead {
     bool had_suffix = false; // the name is only a part of the word
 };
 
-/// A line, and where it begins: columns are counted from there.
+/// A line, and where it begins, from where columns are counted.
 struct LinePlace {
     core_ulong line;
     const char* line_start;
@@ -44,13 +44,13 @@ struct KnownEntry {
         group,   ///< a name and "{"
         close    ///< "}" alone
     };
-    /// Numbers that lie whole in a window of 64 characters, with blanks between them. Each mask has a bit a character.
+    /// Numbers that are completely inside a window of 64 characters, with blanks between them. Each mask has one bit for each character.
     struct Numbers {
         const char* begin;
-        std::uint64_t starts;       ///< the first character of each
-        std::uint64_t ends;         ///< the one behind each
+        std::uint64_t starts;       ///< the first character of each number
+        std::uint64_t ends;         ///< the character after each number
         std::uint64_t double_marks; ///< CHAR_DOUBLE_MARK
-        std::uint64_t others;       ///< what no name has: digits and 'e' are no others
+        std::uint64_t others;       ///< the characters that no name contains, and so neither digits nor 'e'
 
         /// take(number, whether it is a double)
         template <class Take>
@@ -66,13 +66,13 @@ struct KnownEntry {
         }
     };
 
-    /// A name and what it carries.
+    /// A name with its template and array count.
     struct Head {
         std::string_view name;
         std::string_view template_name;
         unsigned int array_count;
         LinePlace place;
-        const char* end;   ///< of all that
+        const char* end;   ///< the position after the name and its suffix
         const char* value; ///< the first character of what follows
 
         core_ulong column() const noexcept {
@@ -82,7 +82,7 @@ struct KnownEntry {
 
     Kind kind = close;
     const Head* head = nullptr;
-    /// The text of the values, with the blanks between them; of a string the part between its quotes; of `close` the brace.
+    /// The text of the values, with the blanks between them. For `string` the part between the quotes, for `close` the brace.
     std::string_view text;
     std::vector<Numbers> rows;
 

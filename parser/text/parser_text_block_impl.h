@@ -28,7 +28,7 @@ struct TextMasks {
 
 namespace portable {
 
-/// A byte for each mask, in the order of the structure: one where the character is in it.
+/// For each character one byte for each mask, in the order of the structure: 1 when the character is in the mask.
 constexpr std::array<std::uint64_t, 256> make_mask_table() {
     std::array<std::uint64_t, 256> table{};
     for (std::size_t i = 0; i < table.size(); ++i) {
@@ -46,7 +46,7 @@ constexpr std::array<std::uint64_t, 256> make_mask_table() {
 
 inline constexpr std::array<std::uint64_t, 256> mask_table = make_mask_table();
 
-/// Takes eight characters at a time. Each one shifts the bits of the characters after it up, in all bytes at once.
+/// Takes eight characters at a time, the last one first. Each step shifts the bits of the later characters up, in all bytes at once.
 inline void make_masks(const char* text, TextMasks& out) noexcept {
     std::uint64_t masks[8] = {};
     for (unsigned int i = 0; i < TextMasks::width; i += 8) {

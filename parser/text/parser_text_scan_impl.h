@@ -69,13 +69,13 @@ namespace vector {
 
 inline constexpr std::ptrdiff_t width = 16;
 
-/// Sixteen characters. What is found is 0xFF in the place of the character, and 0 elsewhere.
+/// Sixteen characters. Each search gives 0xFF in the bytes of the characters that it finds, and 0 elsewhere.
 class Block {
 public:
     explicit Block(const char* text) noexcept
         : bytes_(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text))) {}
 
-    /// A bit a character, the first one's the lowest.
+    /// Makes a bit of each byte. The first character has the lowest bit.
     static unsigned int mask(__m128i found) noexcept {
         return static_cast<unsigned int>(_mm_movemask_epi8(found));
     }
@@ -104,7 +104,7 @@ public:
         return either(marks, either(is('\t'), line_breaks()));
     }
 
-    /// `next` are the characters one place further on.
+    /// `next` has the characters one position further on.
     __m128i directives(const Block& next) const noexcept {
         const __m128i hexadecimal = _mm_and_si128(is('0'), next.is('x'));
         return either(either(is('#'), is('"')), either(is('/'), hexadecimal));
@@ -113,11 +113,11 @@ public:
 private:
     static __m128i either(__m128i a, __m128i b) noexcept { return _mm_or_si128(a, b); }
     __m128i is(char character) const noexcept { return _mm_cmpeq_epi8(bytes_, _mm_set1_epi8(character)); }
-    /// Either of two characters that differ in this bit alone, which is set in `character`.
+    /// Finds two characters that differ only in this bit, which is set in `character`.
     __m128i is_but_for(char bit, char character) const noexcept {
         return _mm_cmpeq_epi8(_mm_or_si128(bytes_, _mm_set1_epi8(bit)), _mm_set1_epi8(character));
     }
-    /// At most, as unsigned bytes.
+    /// Finds bytes that are at most `limit`, as unsigned numbers.
     static __m128i at_most(__m128i bytes, char limit) noexcept {
         return _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(limit)), bytes);
     }

@@ -241,7 +241,8 @@ bool TextWriter::write_values(Frame& frame, const ParserEntry& entry) {
     return true;
 }
 
-/// The spelling of a value, and of the values after it whose spellings lie one blank apart, so that they can be copied in one piece.
+/// Writes the spelling of a value together with those of the values after it, as far as these follow in memory after one blank each: such
+/// spellings are copied in one piece.
 void TextWriter::write_spellings(Frame& frame, const ParserEntry& entry, const StoredValue& first) {
     const StoredValue* const values = EntryAccess::values(entry).side_by_side();
     if (values == nullptr) {

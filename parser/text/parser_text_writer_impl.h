@@ -49,7 +49,7 @@ private:
         unsigned int entry_count;
         unsigned int next_entry;
         unsigned int next_value;
-        unsigned int level; // of the values; entries stand one level less deep
+        unsigned int level; // of the values; the entries are one level less deep
         Scope scope;
     };
 

@@ -131,7 +131,7 @@ void TreeSink::add_entry(const KnownEntry& known) {
     values.mark_self_contained();
 }
 
-/// For a string that the entry's block does not have.
+/// Adds an entry with a string that is too long for the entry's block.
 void TreeSink::add_word_by_word(const KnownEntry& known) {
     if (begin_entry(known.entry_head(), {0, 0, known.head->place.line, known.head->column()})) {
         add_string(known.word());

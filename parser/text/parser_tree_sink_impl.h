@@ -12,8 +12,8 @@
 
 namespace bk {
 
-/// Builds the tree that a text describes. Makes an entry only when everything about it is known, so that its values, side by side, and
-/// their spellings after them go into one block of the right size.
+/// Builds the tree that a text describes. Makes an entry only when everything about it is known, so that one block of the right size can
+/// hold its values and, after them, their spellings.
 class TreeSink {
 public:
     /// `limits` outlive the sink. A text of many bytes gets pages of its own.
@@ -70,7 +70,7 @@ public:
     bool is_stopped() const noexcept { return is_stopped_; }
 
 private:
-    /// A value of the entry that is being read; of a string what stands between its quotes.
+    /// A value of the entry that is being read; for a string, the part between its quotes.
     struct PendingValue {
         PendingValue(ParserValue::Type value_type, std::string_view word, bool with_escapes) noexcept
             : begin(word.data()), size(static_cast<unsigned int>(word.size())), type(value_type),
@@ -120,9 +120,9 @@ private:
     std::string_view template_name_;
     std::vector<PendingValue> values_;
     std::size_t text_size_ = 0; // of the text area that these values need
-    bool owns_memory_ = false;  // one of them does, outside of the entry's block
+    bool owns_memory_ = false;  // one of the values owns memory outside of the entry's block
 
-    UnfinishedPages pages_;             // which a small text does without
+    UnfinishedPages pages_;             // none for a small text
     std::vector<OpenGroup> groups_;     // the outermost first
     std::vector<ParserEntry*> entries_; // of all open groups
 };

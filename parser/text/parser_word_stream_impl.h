@@ -12,8 +12,8 @@
 
 namespace bk {
 
-/// Cuts a text into words. A word is a span of the text; nothing is copied. The text is looked at in blocks of 64
-/// characters, each from where the last one was left.
+/// Cuts a text into words. A word is a span of the text; nothing is copied. Reads the text in blocks of 64 characters, each of which begins
+/// where the last one was left.
 ///
 /// Lines count from 1; carriage return and line feed count one line each. The column of a word is that of its first byte: counted from
 /// 1 when the word ends at white space, and from 0 for a delimiter, for a word that ends at a delimiter and for the last word of the
@@ -60,7 +60,7 @@ public:
     std::string_view word() const noexcept { return {start_, static_cast<std::size_t>(word_end_ - start_)}; }
     /// Which of CHAR_DOUBLE_MARK and CHAR_QUOTE its characters have, except those between quotes.
     unsigned int classes() const noexcept { return classes_; }
-    /// Whether it is of letters, digits and '_' alone.
+    /// Whether the word has only letters, digits and '_'.
     bool has_name_characters_only() const noexcept {
         return are_name_characters(start_, static_cast<std::size_t>(word_end_ - start_), end_);
     }
@@ -87,7 +87,7 @@ private:
 
     const char* begin_;
     const char* end_;
-    const char* position_; // what is before is consumed
+    const char* position_; // everything before it is consumed
     const char* start_ = nullptr;
     const char* word_end_;
     unsigned int classes_ = 0;
@@ -98,7 +98,7 @@ private:
     MakeMasks make_masks_;
     const char* block_ = nullptr;
     TextMasks masks_;          // `breaks` has only the line breaks that are not counted yet
-    std::uint64_t unread_ = 0; // what is no blank, behind the last word
+    std::uint64_t unread_ = 0; // the characters after the last word that are no blanks
 };
 
 } // namespace bk

@@ -17,7 +17,7 @@ enum CharacterClass : std::uint16_t {
     CHAR_NOT_IN_NAME = 128, // neither a letter, nor a digit, nor '_'
     CHAR_DOUBLE_MARK = 256, // '.' and 'e': a number with one of them is no int
     CHAR_DIRECTIVE = 512,   // what the preprocessor looks at: '#', '"', '/', '0'
-    CHAR_TERMINATOR = 1024, // the NUL after the end of a text, which may stand inside it, too
+    CHAR_TERMINATOR = 1024, // NUL, which follows every text and may be inside it, too
     CHAR_ESCAPED = 2048,    // what a string spells with a backslash
 
     CHAR_NAME = CHAR_NAME_START | CHAR_DIGIT,

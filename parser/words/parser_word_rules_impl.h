@@ -13,10 +13,10 @@ namespace bk {
 
 inline constexpr unsigned int no_array = 0xFFFFFFFFu;
 
-/// A name and what it carries. Its template is a name again, still with all that it carries itself.
+/// A name, and its template and array count. The template is itself a name, and may have suffixes of its own.
 struct NameParts {
     std::string_view
-        base; // without template and array suffix; a bad suffix stays, a template that is no name does not
+        base; // without template and array suffix; keeps a bad suffix, but not a template that is no name
     unsigned int array_count = no_array;
     bool has_template = false;
     std::string_view template_word; // between "<" and ">"
@@ -25,10 +25,10 @@ struct NameParts {
 enum class NameKind {
     none, // not a name, and nothing else is known of the word
     identifier,
-    invalid // starts as a name and has a bad suffix: no other kind fits it any more
+    invalid // begins as a name and has a bad suffix; it is of no other kind either
 };
 
-/// Whether the word is an identifier, taking its template on trust.
+/// Whether the word is an identifier. Does not check its template.
 NameKind classify_name_level(std::string_view word, NameParts& parts) noexcept;
 
 /// Whether the word is an identifier, its template and the templates inside that included. Fills in the parts
@@ -46,13 +46,13 @@ bool is_int_word(std::string_view word) noexcept;
 bool is_double_word(std::string_view word) noexcept;
 bool is_binary_data_word(std::string_view word) noexcept;
 bool is_string_word(std::string_view word) noexcept;
-/// Whether the base of a name that has a suffix is a name without it, too.
+/// Whether the base of a name with a suffix is also a name without the suffix.
 inline bool is_name_by_itself(std::string_view base) noexcept {
     return base.back() != '.' && !is_bool_word(base);
 }
 inline constexpr std::string_view empty_tag = "<empty>";
 
-/// The word as it stands in the text, escapes and all.
+/// The word as it is in the text, with its escapes.
 inline std::string_view characters_of(const ParserWord& word) noexcept {
     return word.is_empty() ? std::string_view() : std::string_view(&word[0], word.get_length());
 }
@@ -78,7 +78,7 @@ inline ParserWord::Type classify_number(std::string_view word, unsigned int clas
     return is_hexadecimal_mark(digit[1]) ? classify_value(word) : classify_decimal(classes);
 }
 
-/// Whether a word of this kind stands where values do.
+/// Whether a word of this kind is a value.
 inline bool is_value_kind(ParserWord::Type kind) noexcept {
     switch (kind) {
     case ParserWord::TYPE_BOOL:

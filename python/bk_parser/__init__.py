@@ -1,4 +1,4 @@
-"""Structured documents: load, ask, change, and save keeping their layout.
+"""Structured documents: load them, read and change values, and save them keeping their layout.
 
     import bk_parser
 

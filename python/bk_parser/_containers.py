@@ -1,4 +1,4 @@
-"""What Group, Document and Entry have beside what the extension gives them."""
+"""Methods of Group, Document, Entry and Values that are written in Python."""
 
 from collections.abc import Callable, Iterable, Mapping, MutableSequence
 from html import escape
@@ -8,17 +8,17 @@ from bk_parser._core import Entry, Group, Values
 
 Column = str | Callable[[Entry], Any]
 _MOST_SHOWN = 200  # entries of one group in a notebook
-_MOST_OPENED = 2000  # groups of a notebook's tree that show what is in them
+_MOST_OPENED = 2000  # groups of a notebook's tree whose entries are shown
 
 
 def frame(
     self: Group | Entry, path: str, columns: Iterable[str] | Mapping[str, Column], default: Any = None
 ) -> list[dict[str, Any]]:
-    """A row for each entry that a path finds: a dict from the columns' names to values.
+    """Returns a row for each entry that a path finds: a dict from the names of the columns to values.
 
     A column is a path that begins at the entry found, "@0" for a value of that entry itself, or a callable that gets
-    the entry. With a mapping, its keys are the columns' names. `pandas.DataFrame(rows)` and `csv.DictWriter` take the
-    rows as they are.
+    the entry. The keys of a mapping are the names of the columns. `pandas.DataFrame(rows)` and `csv.DictWriter` take
+    the rows without a conversion.
     """
     if isinstance(columns, str):
         raise TypeError('columns are a list, such as ["power"]')
@@ -51,8 +51,8 @@ def _summary(container: Group | Entry, is_open: bool) -> str:
 
 
 def repr_html(self: Group | Entry) -> str:
-    """A folding tree, as notebooks show it: of large documents the beginning."""
-    # The stack holds what is still to be written: entries, and the ends of lists that are open.
+    """Returns HTML with a tree that folds, for notebooks. Of a large document, shows only the beginning."""
+    # The stack holds what is not written yet: entries, and the ends of open lists.
     out = [_summary(self, True)]
     stack: list[Entry | str] = ["</ul></details>", *reversed(_shown(self))]
     opened = 0
@@ -92,7 +92,7 @@ def _add_to(self: Values, other: Any) -> Any:
 
 
 def extend_values(cls: Any) -> None:
-    """Gives Values what a list has and its own methods do not."""
+    """Adds the methods of a list that Values lacks."""
     MutableSequence.register(cls)
     for name in ("__iadd__", "__reversed__", "pop", "remove", "reverse"):
         setattr(cls, name, getattr(MutableSequence, name))

@@ -21,9 +21,9 @@ def edit(
     lossy: bool = False,
     into_includes: bool = True,
 ) -> Iterator[Document]:
-    """Loads a document, and saves it on the way out, keeping its layout.
+    """Loads a document, and saves it at the end of the `with` block, keeping its layout.
 
-    When an exception passes, nothing is saved. A file that did not change is not written. The arguments are those of
+    When the block raises an exception, nothing is saved. A file that did not change is not written. The arguments are those of
     `load` and `Document.save`.
     """
     document = load(

@@ -1,5 +1,5 @@
-"""How documents, groups and entries are pickled and copied: as detached ones, in the binary form where that carries them
-whole, else as text."""
+"""Pickles and copies documents, groups and entries, as detached ones. Uses the binary form if it carries everything,
+else text."""
 
 from typing import Any
 
@@ -24,7 +24,7 @@ def problem(state: tuple[Any, ...]) -> Problem:
 
 
 def extend() -> None:
-    """Gives the types what pickle and copy ask for."""
+    """Adds the methods to the types that pickle and copy call."""
     makers: list[tuple[Any, Any]] = [(Group, group), (Entry, entry)]
     for cls, make in makers:
         cls.__reduce__ = lambda self, make=make: (make, self._state())

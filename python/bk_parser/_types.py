@@ -1,4 +1,4 @@
-"""The types in the signatures of this package, for annotations of one's own."""
+"""The types in the signatures of this package, for annotations in your code."""
 
 import os
 from collections.abc import Iterable
@@ -8,13 +8,13 @@ from bk_parser._core import Group
 
 
 class Numbers(Protocol):
-    """What shows a buffer of numbers: NumPy arrays, array.array, memoryview."""
+    """An object with a buffer of numbers: a NumPy array, an array.array, a memoryview."""
 
     def tolist(self) -> Any: ...
 
 
 Value: TypeAlias = bool | int | float | str | bytes | Group | None
-"""What an entry holds; None for a value without content."""
+"""A value of an entry; None for a value without content."""
 NewValue: TypeAlias = bool | int | float | str | bytes | bytearray | memoryview | SupportsIndex
 NewValues: TypeAlias = NewValue | Iterable[NewValue] | Numbers
 Form: TypeAlias = Literal["text"] | Literal["binary"] | Literal["cipher"] | Literal["archive"]

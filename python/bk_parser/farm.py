@@ -1,4 +1,4 @@
-"""Documents by the thousand, on the workers of a dask.distributed cluster.
+"""Edits thousands of documents on the workers of a dask.distributed cluster.
 
     from dask.distributed import Client
     from bk_parser import farm
@@ -11,7 +11,7 @@
         for result in farm.edit(client, brighten, paths):
             print(result.path, result.error or "done")
 
-The workers see the files under the paths that are given, as on a farm with a shared disk.
+The workers must see the files under the given paths, as on a farm with a shared disk.
 """
 
 import hashlib
@@ -30,16 +30,16 @@ from bk_parser import Document, Problem
 
 @dataclass(frozen=True)
 class Result:
-    """What became of one document."""
+    """The result for one document."""
 
     path: Path | None
-    """None for a document that travelled itself."""
+    """The path of the file; None when the document itself was sent to the worker."""
     value: Any = None
     """What the function returned."""
     problems: list[Problem] = field(default_factory=list)
-    """What was wrong with the file."""
+    """The problems of the load."""
     error: str = ""
-    """Why the file was not edited, and is as it was; empty when all went well."""
+    """Why the file was not edited; it is then as it was. Empty on success."""
 
 
 def edit(
@@ -52,16 +52,16 @@ def edit(
     timeout: float | None = None,
     **options: Any,
 ) -> Iterator[Result]:
-    """Calls a function with each document, on the workers, and saves the document where the function changed it.
+    """Calls a function with each document on the workers, and saves the documents that the function changed.
 
-    Results come in the order of the paths, each as soon as it and those before it are there. `share` files go to a
-    worker at a time. `options` are those of `bk_parser.edit`; what comes from an included file is not changed, so that
-    each file is written by one worker.
+    Yields the results in the order of the paths, each as soon as it and those before it are known. Sends `share` files
+    to a worker at a time. `options` are those of `bk_parser.edit`. Included files are not changed, so that only one
+    worker writes each file.
 
-    When a worker dies, another one does its share again: a file that was saved already is not edited twice, because the
-    worker wrote down what it was about to save before. A function that kills its worker again and again is an error of
-    that file alone. A cluster that loses all its workers would be waited for without end: with `timeout`, TimeoutError
-    comes when a share that is next in order took so many seconds more.
+    When a worker dies, another one repeats its share. A file that was saved already is not edited twice, because a
+    worker records what it is about to save. When a function kills its worker each time, only the result of that file
+    has an error. Without `timeout`, the call waits for ever for a cluster that has lost all its workers. With it,
+    raises TimeoutError when the next share in order takes so many seconds longer.
     """
     files = [Path(os.path.abspath(path)) for path in paths]
     if len(set(files)) != len(files):
@@ -84,8 +84,8 @@ def apply(
     progress: bool = False,
     timeout: float | None = None,
 ) -> Iterator[Result]:
-    """Calls a function with each document, which travels itself, in the binary form where that carries it. Nothing is
-    saved; a function that returns the document sends it back."""
+    """Calls a function with each document. Sends the documents themselves to the workers, in the binary form if that
+    carries them. Saves nothing: to get a changed document back, return it from the function."""
     jobs = [(function, document) for document in documents]
     yield from _ordered(client, _apply_one, jobs, share, progress, timeout)
 
@@ -116,7 +116,7 @@ def _bar(total: int) -> Any:
 
 @dataclass(frozen=True)
 class _Share:
-    """Jobs that go to a worker together; the scheduler does not look into it."""
+    """Jobs that one worker gets together. The scheduler does not see the single jobs."""
 
     work: Callable[..., Result]
     jobs: list[Any]
@@ -129,8 +129,8 @@ def _do_share(share: _Share) -> list[Result]:
 def _results(
     client: Any, work: Callable[..., Result], part: list[Any], future: Any, timeout: float | None
 ) -> list[Result]:
-    """Those of one share. When it killed its workers, its files are tried one after the other: what waits on a worker that
-    dies counts as guilty, too."""
+    """The results of one share. When its workers died, tries its files one by one: the scheduler blames every share
+    that waits on a worker that dies."""
     from distributed import KilledWorker
 
     try:
@@ -143,7 +143,7 @@ def _results(
         ) from None
     except KilledWorker:
         if len(part) == 1:
-            path = Path(part[0][0]) if isinstance(part[0][0], str) else None  # else a document that travelled
+            path = Path(part[0][0]) if isinstance(part[0][0], str) else None  # else a document that was sent
             return [Result(path, error="the worker died each time it was tried")]
     alone = (([job], client.submit(_do_share, _Share(work, [job]), pure=False)) for job in part)
     return [result for jobs, one in alone for result in _results(client, work, jobs, one, timeout)]

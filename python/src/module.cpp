@@ -44,8 +44,8 @@ void make_types(py::module_& module) {
     add_type(module, "Problem", types.problem = make_problem_type());
 }
 
-/// Types change no more: no method goes away, and no object becomes one of another type, as a Group a Document, which
-/// it has not.
+/// Makes the types immutable. Otherwise Python code could remove methods, or assign to __class__ and so turn a Group into a Document that
+/// has no document.
 void seal_types() {
     for (PyTypeObject* const type : {types.group, types.document, types.entry, types.values, types.entries,
                                      types.walk, types.search, types.problem}) {

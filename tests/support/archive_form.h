@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-/// The archive file put together from its description, without the library.
+/// Composes the archive file from its description, without the library.
 namespace archive_form {
 
 using Strings = std::vector<std::string>;

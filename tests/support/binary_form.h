@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-/// The binary form put together from its description, without the library.
+/// Composes the binary form from its description, without the library.
 namespace binary_form {
 
 inline std::string group_value(std::string_view entries) {
@@ -76,7 +76,7 @@ inline std::string value_of(const ParserEntry& entry, unsigned int i) {
     }
 }
 
-/// What stands under a group's size field. Recursive: for the shallow trees of tests.
+/// What the size field of a group counts. Recurses, because the trees of tests are shallow.
 inline std::string entries_of(const ParserGroup& group) {
     std::string result;
     for (const ParserEntry* item : group.get_entries()) {

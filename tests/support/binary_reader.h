@@ -13,15 +13,15 @@
 #include <string>
 #include <string_view>
 
-/// Reads the binary form by its description, without the library, and says what stands in it in words that can be
-/// compared. Recursive: for the shallow trees of tests.
+/// Reads the binary form by its description, without the library, and describes its content as text, for comparisons. Recurses, because the
+/// trees of tests are shallow.
 class BinaryReader {
 public:
     explicit BinaryReader(std::string_view bytes, core_uint64 position = 0) : bytes_(bytes), at_(position) {}
 
     core_uint64 position() const { return at_; }
 
-    /// False when the group fails; what was read before that is said all the same.
+    /// Returns false when the group fails. Describes what was read before that anyway.
     bool group(std::string& said) {
         const core_uint64 size = number(8);
         if (at_ > bytes_.size() || size > bytes_.size() - at_) {
@@ -89,7 +89,7 @@ private:
         return true;
     }
 
-    /// Missing bytes are zeros.
+    /// Missing bytes count as zeros.
     core_uint64 number(unsigned int width) {
         core_uint64 result = 0;
         for (unsigned int i = 0; i < width; ++i, ++at_) {
@@ -125,7 +125,7 @@ private:
         return std::string(bytes_.substr(at_ - size, size));
     }
 
-    /// As the text syntax spells bytes.
+    /// The bytes as the text syntax spells them.
     static std::string literal(const std::string& bytes) {
         unsigned int sum = 0;
         for (const char byte : bytes) {
@@ -138,7 +138,7 @@ private:
     core_uint64 at_;
 };
 
-/// The same of a group of the library.
+/// The same description, for a group of the library.
 inline std::string said_of(const ParserGroup& group);
 inline std::string said_of(const ParserEntry& entry) {
     std::string said;

@@ -4,7 +4,7 @@
 #include "parser/parser_file.h"
 #include "tests/support/bkdoc_run.h"
 
-/// Documents for the command-line tool in each form, made by the library alone.
+/// Documents for the command-line tool in each form, made by the library, not by the tool.
 inline constexpr std::string_view bkdoc_key = "sesame";
 
 inline const std::vector<std::string>& bkdoc_forms() {

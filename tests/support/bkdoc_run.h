@@ -13,9 +13,9 @@
 #include <sys/wait.h>
 #endif
 
-/// What one run of the command-line tool left behind.
+/// The result of one run of the command-line tool.
 struct BkdocRun {
-    int code = -1; // of its exit; -1 when it did not exit by itself
+    int code = -1; // the exit code; -1 when it did not exit by itself
     std::string out;
     std::string err;
 };
@@ -26,8 +26,8 @@ namespace bkdoc_run_detail {
 inline std::string shell_word(std::string_view word) {
     return "\"" + std::string(word) + "\"";
 }
-// The shell takes off the outermost quotes of a line. On a busy machine it cannot always be started at once, nor can it always
-// start a program.
+// The shell removes the outermost quotes of a line. On a busy machine, starting the shell may fail, and so may starting a program in it.
+// Then tries again.
 inline int run_line(const std::string& line) {
     constexpr int no_shell = -1;
     constexpr int no_program = 9009;
@@ -59,13 +59,13 @@ inline int exit_code(int status) {
 
 } // namespace bkdoc_run_detail
 
-/// The text as it is where lines end with a line feed alone.
+/// The text with the line ends of Unix.
 inline std::string with_plain_line_ends(std::string text) {
     std::erase(text, '\r');
     return text;
 }
 
-/// Runs the tool with these arguments, a file on its standard input, and waits for it. `before` stands before it on the shell's line.
+/// Runs the tool with these arguments and a file as its standard input, and waits for it. `before` comes before it in the shell's command line.
 inline BkdocRun run_bkdoc_on(const std::string& input_path, const std::vector<std::string>& arguments,
                              const std::string& before = {}) {
     using namespace bkdoc_run_detail;
@@ -83,14 +83,14 @@ inline BkdocRun run_bkdoc_on(const std::string& input_path, const std::vector<st
     return run;
 }
 
-/// The same with `input` on the standard input.
+/// The same with `input` as the standard input.
 inline BkdocRun run_bkdoc(const std::vector<std::string>& arguments, std::string_view input = {}) {
     const ScratchFolder folder;
     folder.write("in", input);
     return run_bkdoc_on(folder.path("in"), arguments);
 }
 
-/// The same in a folder, from which relative names count.
+/// The same with a folder as the current one.
 inline BkdocRun run_bkdoc_in(const std::string& folder, const std::vector<std::string>& arguments,
                              std::string_view input = {}) {
     const ScratchFolder other;

@@ -30,7 +30,7 @@ inline std::string bytes_of(const CoreArray<unsigned char>& bytes) {
     return std::string(bytes.begin(), bytes.end());
 }
 
-/// A number in so many bytes, the lowest first, made by arithmetic alone.
+/// A number in `width` bytes, the lowest first. Uses arithmetic, not the library.
 inline std::string little(core_uint64 number, unsigned int width) {
     std::string result;
     for (unsigned int i = 0; i < width; ++i) {
@@ -43,7 +43,7 @@ inline std::string size_field(core_uint64 number) {
     return little(number, 8);
 }
 
-/// "0F 80": readable where a comparison fails.
+/// "0F 80": readable in the message of a failed comparison.
 inline std::string hex(std::string_view bytes) {
     static constexpr std::string_view digits = "0123456789ABCDEF";
     std::string result;

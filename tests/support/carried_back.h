@@ -6,12 +6,12 @@
 #include <string_view>
 #include <vector>
 
-/// Tells which trees that came from a text read back from their own print as they were. A tree does not when
+/// Whether a tree that was read from a text reads back unchanged from what it prints. It does not when
 ///
-/// - a string ends in a backslash, or the spelling of a number leaves a quote open, and a line end does not follow
-///   at once: what follows is taken into the word;
-/// - a template is no name: one that ends in a full stop, or "yes" or "no", which only an array suffix inside
-///   the template of the text read lets through.
+/// - a string ends in a backslash, or the spelling of a number leaves a quote open, and no line end follows at once. What follows then
+///   becomes a part of the word;
+/// - a template is no name: it ends in a full stop, or is "yes" or "no". A text can have such a template only with an array suffix inside
+///   it.
 class CarriedBack {
 public:
     CarriedBack(const ParserGroup& root, bool pretty) : pretty_(pretty) {

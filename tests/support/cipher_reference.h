@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-/// The cipher put together from its description and the standard library's generator.
+/// The cipher by its description, with the generator of the standard library.
 namespace cipher_reference {
 
 inline std::uint32_t seed(std::string_view key) {
@@ -19,14 +19,14 @@ inline std::uint32_t seed(std::string_view key) {
     return sum;
 }
 
-/// A key whose bytes have that sum.
+/// A key whose bytes have this sum.
 inline std::string key_of_seed(std::uint32_t sum) {
     constexpr std::uint32_t largest = 127;
     std::string key(sum / largest, static_cast<char>(largest));
     return key + (sum % largest != 0 ? std::string(1, static_cast<char>(sum % largest)) : std::string());
 }
 
-/// The keystream added to every word, or taken off. A last word that is cut gets the lowest bytes of its sum.
+/// Adds the keystream to every word, or subtracts it. Of an incomplete last word, keeps the lowest bytes of the sum.
 inline std::string shifted(std::string_view bytes, std::string_view key, bool add) {
     std::mt19937 generator(seed(key));
     std::string result;
@@ -42,7 +42,7 @@ inline std::string shifted(std::string_view bytes, std::string_view key, bool ad
     return result;
 }
 
-/// A block before it is enciphered, with a length of one's own choice.
+/// A block before it is enciphered, which states any given length.
 inline std::string plain_block(core_uint64 stated_length, std::string_view text) {
     std::string block = size_field(stated_length) + std::string(text);
     block.resize((block.size() + 3) / 4 * 4);
@@ -52,7 +52,7 @@ inline std::string plain_block(core_uint64 stated_length, std::string_view text)
 inline std::string enciphered(std::string_view text, std::string_view key) {
     return shifted(plain_block(text.size(), text), key, true);
 }
-/// The same with a stated length that need not be the text's.
+/// The same with a stated length that may differ from that of the text.
 inline std::string enciphered_stating(core_uint64 length, std::string_view text, std::string_view key) {
     return shifted(plain_block(length, text), key, true);
 }
@@ -71,7 +71,7 @@ inline std::uint32_t peeked_length(std::string_view block, std::string_view key)
     return length;
 }
 
-/// Whether a block can be deciphered: empty, or of whole words, with a length that fits in what follows it.
+/// Whether a block can be deciphered: it is empty, or consists of whole words and states a length that fits.
 inline bool is_sound(std::string_view block, std::string_view key) {
     if (block.empty() || block.size() % 4 != 0) {
         return block.empty();

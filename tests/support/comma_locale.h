@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string>
 
-/// The process's locale is one with a decimal comma, as long as it lives. Where none is installed and its sources are
-/// (Debian's package `locales`), one is made for the test.
+/// While it lives, the process has a locale with a decimal comma. When no such locale is installed, makes one from the sources in Debian's
+/// package `locales`, if that is installed.
 class CommaLocale {
 public:
     static constexpr const char* reason = "there is no locale with a decimal comma, nor its sources";

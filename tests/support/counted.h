@@ -2,7 +2,7 @@
 
 #include <utility>
 
-/// An element that counts how many of it are alive, so that a container that forgets or doubles one is found out.
+/// An element that counts its living objects, which shows when a container loses one or destroys one twice.
 class Counted {
 public:
     Counted(int value = 0) : value_(value) { ++alive; }

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-/// Counts every call on the device and on its handles, and lets one of them fail: call number `n`, counted from 1.
-/// What a call that fails would have done is not done, except that a file is closed all the same.
+/// Counts every call on the device and on its handles, and makes call number `n`, counted from 1, fail. A call that fails does nothing,
+/// except that `close` closes the file.
 class FaultAtCall : public ForwardingDevice {
 public:
     explicit FaultAtCall(int n) : left_(n) {}
@@ -66,7 +66,7 @@ private:
     int left_;
 };
 
-/// Reads and writes at most so many bytes a call.
+/// Reads and writes at most `most` bytes in each call.
 class ShortCalls : public ForwardingDevice {
 public:
     explicit ShortCalls(std::size_t most) : most_(most) {}

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-/// Expects at the end of a scope that as many counted objects are alive as at its beginning.
+/// Expects that as many counted objects are alive at the end of a scope as at its beginning.
 class NothingLeaks {
 public:
     ~NothingLeaks() {

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-/// An entry of a host's own class that counts how many of it are alive.
+/// An entry of a host's own class that counts its living objects.
 class CountedEntry : public ParserEntry {
 public:
     explicit CountedEntry(std::string_view name, Type type = TYPE_ENTRY, core_ulong line = 0)
@@ -19,7 +19,7 @@ public:
     static inline int alive = 0;
 };
 
-/// A group of a host's own class that counts how many of it are alive.
+/// A group of a host's own class that counts its living objects.
 class CountedGroup : public ParserGroup {
 public:
     explicit CountedGroup(std::string_view name = "counted") : ParserGroup(CoreString(name)) { ++alive; }

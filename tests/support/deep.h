@@ -2,8 +2,8 @@
 
 #include "tests/support/sanitizer.h"
 
-/// Groups in each other that overflow the stack of whatever would recurse. A sanitizer makes each block and each frame larger, so that a
-/// fifth of them does there.
+/// So many nested groups overflow the stack of any function that recurses. Under a sanitizer, blocks and stack frames are larger, and a
+/// fifth of them is enough.
 #if defined(BK_PARSER_SANITIZED_MEMORY)
 inline constexpr unsigned int million_deep = 200000;
 #else

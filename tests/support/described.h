@@ -6,7 +6,7 @@
 
 #include <string>
 
-/// A group in one line, like a text, in which a double always has a point, whatever the spelling of numbers that were set.
+/// A group as text on one line. Doubles always have a point, however numbers that were set are printed.
 inline std::string described(const ParserGroup& group) {
     std::string text;
     for (const ParserEntry* entry : group.get_entries()) {

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-/// What came of reading a file.
+/// The result of reading a file.
 struct Reading {
     bool result = false;
     double version = 0.0;
@@ -20,10 +20,10 @@ struct Reading {
     std::vector<std::string> dependencies;
 };
 
-/// A scratch folder with documents. Unless other folders are named, includes are found in the folder itself.
+/// A temporary folder with documents. Includes are found in the folder itself unless other folders are given.
 class DocumentFolder : public ScratchFolder {
 public:
-    /// Reads the file of that name in the folder, searching the folders named, which lie in it too.
+    /// Reads the file of that name. The search folders are relative to this folder.
     Reading read_document(std::string_view name, const std::vector<std::string>& folders = {""}) const {
         ParserFile file(core(path(name)));
         CoreVector<CoreString> paths;
@@ -63,7 +63,7 @@ public:
     }
 };
 
-/// What a text file on this platform holds when this text was written to it.
+/// The bytes of a text file to which this text was written on this platform.
 inline std::string on_disk(std::string text) {
 #if defined(_WIN32)
     for (std::size_t i = text.find('\n'); i != std::string::npos; i = text.find('\n', i + 2)) {
@@ -73,7 +73,7 @@ inline std::string on_disk(std::string text) {
     return text;
 }
 
-/// The messages for a name that is found in none of so many places.
+/// The messages for a name that was searched for in `places` places and not found.
 inline std::vector<std::string> not_found(const std::string& name, unsigned int places) {
     std::vector<std::string> messages = {"File '" + name + "' not found.\n", "  Looked for:\n"};
     for (unsigned int i = 0; i < places; ++i) {

@@ -11,9 +11,8 @@
 #include <vector>
 
 /// A grammar in EBNF (ISO 14977): `name = terms ;` with "|", ",", "[ ]", "{ }", "( )", "-", quoted terminals, comments in (* *) and
-/// special sequences in ? ?. It tells where what begins at a place of a text may end, and makes random texts.
-///
-/// What stands in a special sequence, and a name that no rule defines, is a set of single characters that the test gives.
+/// special sequences in ? ?. Finds where a text of a rule can end, and makes random texts.
+/// A special sequence, and a name that no rule defines, stands for a set of characters that the test gives.
 class Ebnf {
 public:
     using Set = std::bitset<256>;
@@ -32,7 +31,7 @@ public:
     Ebnf(const Ebnf&) = delete;
     Ebnf& operator=(const Ebnf&) = delete;
 
-    /// Every place where a text of that rule may end that begins where `text` does.
+    /// Every place where a text of that rule can end when it begins at the beginning of `text`.
     Ends ends(const std::string& rule, std::string_view text) const {
         Memory memory;
         return ends(*resolve(rule), text, 0, memory);
@@ -41,7 +40,7 @@ public:
         const Ends found = ends(rule, text);
         return !found.empty() && found.back() == text.size();
     }
-    /// 0 when nothing of that rule begins there.
+    /// The furthest of these places; 0 when no text of that rule begins there.
     std::size_t longest(const std::string& rule, std::string_view text, std::size_t at) const {
         const Ends found = ends(rule, text.substr(at));
         return found.empty() ? 0 : found.back();
@@ -60,12 +59,12 @@ private:
     struct Node {
         Kind kind = Kind::sequence;
         Set set;
-        std::string name; // of a reference; the characters of a literal
+        std::string name; // the name of a reference, or the characters of a literal
         std::vector<std::unique_ptr<Node>> parts;
         mutable const Node* target = nullptr;
     };
     using Tree = std::unique_ptr<Node>;
-    /// Of places where rules begin that refer to others.
+    /// What is known about a rule at a place, so that no rule is tried twice there.
     struct Known {
         const Node* reference;
         Ends ends;
@@ -139,7 +138,7 @@ private:
         } while (take("|"));
         return merged(std::move(all));
     }
-    /// A choice of single characters is one set of them.
+    /// Turns a choice of single characters into one set.
     static Tree merged(Tree choice) {
         Set set;
         for (const Tree& part : choice->parts) {
@@ -334,7 +333,7 @@ private:
     static unsigned int below(unsigned int limit, Random& random_number) {
         return static_cast<unsigned int>(random_number() % limit);
     }
-    /// False when what was made is what a difference leaves out.
+    /// Returns false when the text that was made is one that an exception ("-") excludes.
     template <class Random>
     bool make(const Node& node, Random& random_number, int depth, std::string& out) const {
         switch (node.kind) {
@@ -372,7 +371,7 @@ private:
         }
         }
     }
-    /// Mostly one that can be printed.
+    /// A character, mostly a printable one.
     template <class Random>
     static char random_of(const Set& set, Random& random_number) {
         for (int attempt = 0;; ++attempt) {

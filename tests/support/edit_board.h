@@ -7,14 +7,14 @@
 #include <utility>
 #include <vector>
 
-/// One of everything that can be edited, and a text that tells all there is to see of it.
+/// One object of each kind that can be edited, and a text that describes their whole observable state.
 class EditBoard {
 public:
     EditBoard() {
         group.set_text(core_text(text), default_parser_serial_version, nullptr);
         dest.set_text(CoreString("x 1 #y 2 z 3"), default_parser_serial_version, nullptr);
         odd.set_text(CoreString("p 1 q 2 r 3 s 4 t 5"), default_parser_serial_version, nullptr);
-        for (unsigned int i = 0; i < 4; ++i) { // the index does not know of these
+        for (unsigned int i = 0; i < 4; ++i) { // these are not in the index
             odd.get_entries()[i]->set_as_raw_text(true);
         }
         values.set_text(core_text(text), default_parser_serial_version, nullptr);
@@ -28,7 +28,7 @@ public:
             set.add(CoreString(added));
             archive += CoreString(added);
         }
-        for (int i = 0; i < 5; ++i) { // more than the other one's slots are made for
+        for (int i = 0; i < 5; ++i) { // more than the slots of the other one have room for
             other_set.add(core_text("a long name with the number " + std::to_string(i)));
             other_archive += core_text("a long word with the number " + std::to_string(i));
         }
@@ -38,7 +38,8 @@ public:
         other_file.set_search_paths(strings);
         other_file.get_root().set(dest);
         archive += long_text;
-        while (archive.indices.get_count() < archive.indices.get_capacity()) { // the next one needs room
+        while (archive.indices.get_count() <
+               archive.indices.get_capacity()) { // so that the next one must allocate
             archive += long_text;
         }
     }

@@ -161,7 +161,7 @@ protected:
         renew(root);
     }
 
-    /// Asking an entry without values for its group makes one.
+    /// `get_group` makes a group in an entry without values.
     void get_group() {
         model::Entry& asked = entry();
         if (asked.values.empty()) {
@@ -171,7 +171,7 @@ protected:
 
     // Values that are changed
 
-    /// One to be changed, by all the entries that list it.
+    /// A value to change, with all entries that list it.
     model::Value* some_value(model::Entry& of, unsigned int& i) {
         i = choose(of.values.size());
         return of.values.empty() ? nullptr : of.values[i].get();
@@ -213,7 +213,7 @@ protected:
         }
     }
 
-    /// The new string may be that of another value, or of the same one.
+    /// The argument may be the string of another value or of the same value.
     void set_string() {
         model::Entry& of = entry();
         unsigned int i = 0;
@@ -242,7 +242,7 @@ protected:
         }
     }
 
-    /// Whatever is asked of a value, it stays what it is.
+    /// Reading a value as any type does not change it.
     void read() {
         const model::Entry& of = entry();
         for (unsigned int i = 0; i < of.values.size(); ++i) {
@@ -359,7 +359,7 @@ protected:
         }
     }
 
-    /// An entry's bytes, less its name, give another one the same values again.
+    /// Reads the binary form of an entry, without the name, into another entry.
     void decode_entry() {
         model::Entry& to = entry();
         const model::Entry& from = entry();

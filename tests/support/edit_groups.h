@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// Every edit of a group. A group is never put into itself, and positions that are not checked are good ones.
+/// Every edit of a group. Never puts a group into itself, and passes only valid positions to functions that do not check them.
 class GroupEdits : protected EditState {
 protected:
     using EditState::EditState;
@@ -111,7 +111,7 @@ protected:
         to->append(moved);
     }
 
-    /// Hands over an entry by its ordinal.
+    /// Detaches an entry by its ordinal.
     void detach() {
         model::Group& from = group();
         const model::GroupPointer to = some_group();
@@ -199,7 +199,7 @@ protected:
         changed.rebuild();
     }
 
-    /// The name may be that of an entry that goes.
+    /// The argument may be the name of an entry that is removed.
     void remove_named() {
         model::Group& changed = group();
         std::string gone = name();
@@ -259,7 +259,7 @@ protected:
     void parse() {
         model::Group& changed = group();
         const std::string text = texts[choose(std::size(texts))];
-        // More than the bytes from which on a document has pages of its own.
+        // A document of more bytes has pages of its own.
         const std::string parsed = fills_pages_ ? text + text + text + std::string(40000, ' ') : text;
         changed.real->set_text(core(parsed), CoreVersion(1.2), nullptr);
         take_in(changed, true);

@@ -5,13 +5,13 @@
 #include <iterator>
 #include <string>
 
-/// Reads bytes as a sequence of edits, makes each on trees of the library and on plain lists, and compares all of them
-/// after each. Any bytes are a script.
+/// Interprets bytes as a sequence of edits. Makes each edit on trees of the library and on plain lists, and compares the two after each
+/// edit. Any bytes are a valid script.
 class EditScript : private ValueEdits {
 public:
     explicit EditScript(std::string_view bytes) : ValueEdits(bytes) {}
 
-    /// Every text that is read is as long as a large document.
+    /// Makes every text that is read as long as a large document.
     EditScript& with_large_texts() {
         fills_pages_ = true;
         return *this;
@@ -56,7 +56,8 @@ private:
             // clang-format on
         };
         edit_ = choose(std::size(edits));
-        const auto edit = edits[edit_]; // g++ 12 checks the index of a call through a member pointer wrongly
+        const auto edit =
+            edits[edit_]; // g++ 12 wrongly warns about the index in a call through a member pointer
         (this->*edit)();
     }
 

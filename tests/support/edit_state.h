@@ -10,10 +10,10 @@
 #include <string_view>
 #include <vector>
 
-/// Trees of the library beside plain lists, and bytes that choose what is done to them.
+/// Trees of the library, the plain lists that describe them, and the bytes that choose the edits.
 class EditState {
 protected:
-    /// A tree that stands alone.
+    /// A tree that is in no other one.
     struct Root {
         std::unique_ptr<ParserGroup> real;
         model::GroupPointer known;
@@ -86,7 +86,7 @@ protected:
         }
     }
 
-    /// Finds out what there is to be edited.
+    /// Collects the objects that can be edited.
     void look() {
         walk_ = model::Walk();
         for (const Root& root : roots_) {
@@ -98,7 +98,7 @@ protected:
         forget_sources();
     }
 
-    /// A group whose source entry gave it up, while other entries keep it, forgets that entry.
+    /// When the source entry of a group gives it up while other entries list it, the group forgets its source entry.
     void forget_sources() {
         for (const SourceLink& link : links_) {
             const auto value = link.value.lock();
@@ -123,7 +123,7 @@ protected:
         });
     }
 
-    /// Trees that share entries count as often as a copy would have them.
+    /// An entry that several trees share counts as often as copies would have it.
     void keep_small() {
         model::ExpandedSize size;
         for (Root& root : roots_) {
@@ -139,7 +139,7 @@ protected:
         look();
     }
 
-    /// All of it, and that nothing else of a host's own classes is alive.
+    /// Compares everything, and checks that no other objects of the host's own classes are alive.
     void compare() {
         int counted_groups = 0;
         int counted_entries = 0;
@@ -158,7 +158,7 @@ protected:
 
     static constexpr std::size_t most_objects = 250;
 
-    bool fills_pages_ = false; // every text is a large document
+    bool fills_pages_ = false; // every text is as long as a large document
 
     int groups_before_ = CountedGroup::alive;
     int entries_before_ = CountedEntry::alive;

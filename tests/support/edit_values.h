@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-/// Every edit of a value that no entry holds. It is known by how it is written.
+/// Every edit of a value that no entry holds. Values are compared by their text.
 class ValueEdits : protected EntryEdits {
 protected:
     explicit ValueEdits(std::string_view bytes) : EntryEdits(bytes) {
@@ -28,7 +28,7 @@ protected:
         case 0:
             return put(value, std::make_unique<ParserValue>(CoreString("a text longer than eleven")),
                        "\"a text longer than eleven\"");
-        case 1: { // as it is read, its spelling kept
+        case 1: { // from a word, whose spelling it keeps
             return put(value,
                        std::make_unique<ParserValue>(ParserValue::TYPE_DOUBLE, CoreString("1.500000000000")),
                        "1.500000000000");
@@ -90,7 +90,7 @@ protected:
         value.get_as_binary_data(size);
     }
 
-    /// A cleared value is set anew at once: what it reads as depends on its type.
+    /// Sets a cleared value again at once, because what a cleared value reads as depends on its type.
     void clear_value() {
         LooseValue& value = some_loose();
         value.real->clear();
@@ -104,7 +104,7 @@ protected:
         put(to, std::make_unique<ParserValue>(*from.real), from.written);
     }
 
-    /// Afterwards both refer to the same, and one alone may be destroyed.
+    /// Afterwards both refer to the same content, and only one of them may be destroyed.
     void assign_value() {
         LooseValue& value = some_loose();
         alignas(ParserValue) unsigned char room[sizeof(ParserValue)];

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
-/// A scratch folder with documents, plain ones and enciphered ones. Includes are found in the folder itself.
+/// A temporary folder with plain and enciphered documents. Includes are found in the folder itself.
 class EncipheredFolder : public DocumentFolder {
 public:
-    /// Stores a text enciphered by the description of the form, not by the library.
+    /// Stores a text that is enciphered by the description of the form, not by the library.
     std::string write_enciphered(std::string_view name, std::string_view text, std::string_view key) const {
         return write(name, cipher_reference::enciphered_file(text, key));
     }
@@ -19,7 +19,7 @@ public:
         return read_into(file, "", key);
     }
 
-    /// Reads into a file object, which gets the folder as its search path.
+    /// Reads a document with a file object whose search path is the folder.
     Reading read_into(ParserFile& file, std::string_view name, std::string_view key,
                       AppProgressBar* progress = nullptr) const {
         RecordingLog log;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// Puts the text that the parser reads together again from the pieces of the files that it is made of.
+/// Joins the text that the parser reads from the pieces of files that an observer was told of.
 class ExpandedText : public ParserReadObserver {
 public:
     std::string text;

@@ -15,13 +15,13 @@
 #include <new>
 #include <utility>
 
-// Replaces the program's operator new and the library's CoreMemory, all of it, which a static library leaves to the
-// program. To be included by the one source of a test of internals.
+// Replaces the program's operator new and the whole CoreMemory of the library, which is possible with a static library. Only the source of
+// one test of internals includes this file.
 
-/// Memory whose blocks are counted, and that runs out when it is told to.
+/// An allocator that counts its blocks, and fails on request.
 class FailingMemory {
 public:
-    /// From now on request number `n`, counted from 1, fails; with `for_good` all those after it as well.
+    /// From now on, request number `n`, counted from 1, fails; with `for_good` all later ones fail, too.
     static void fail_at(std::size_t n, bool for_good = false) {
         left_ = n;
         for_good_ = for_good;
@@ -29,12 +29,12 @@ public:
         armed_ = true;
     }
     static void pause() { armed_ = false; }
-    /// Nothing fails any more. Whether anything did.
+    /// From now on no request fails. Returns whether one has failed.
     static bool disarm() {
         armed_ = false;
         return failed_;
     }
-    /// Blocks in use.
+    /// The number of blocks in use.
     static long live() { return live_; }
 
     static void* take(std::size_t size) noexcept {
@@ -75,7 +75,7 @@ private:
     static inline bool armed_ = false;
 };
 
-/// Pages of documents out of this memory.
+/// Pages of documents, which are allocated from this memory.
 class FailingPages {
 public:
     static bk::SlabPage* take() noexcept {
@@ -93,7 +93,7 @@ public:
         const std::lock_guard lock(mutex_);
         release(*find(head));
     }
-    /// False when it is no block of such a page.
+    /// Frees a block. Returns false when it is on no such page.
     static bool give_block_back(void* block) noexcept {
         const std::lock_guard lock(mutex_);
         bk::SlabPage* const head = bk::SlabPage::of(block);
@@ -106,7 +106,7 @@ public:
         }
         return true;
     }
-    /// How many are in use.
+    /// How many pages are in use.
     static std::size_t count() noexcept {
         return static_cast<std::size_t>(std::count_if(
             std::begin(pages_), std::end(pages_), [](const Page& page) { return page.block != nullptr; }));

@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-/// Stands in front of the device in use for as long as it lives, and passes every call on to it. A test
-/// overrides what shall go another way.
+/// While it lives, the library's calls on the device go through it. It forwards them to the device that was in use before. A test overrides
+/// the calls that it wants to handle itself.
 class ForwardingDevice : public SysDevice {
 public:
     ForwardingDevice() : inner_(SysDevice::get()) { SysDevice::set(this); }
@@ -34,7 +34,7 @@ private:
     SysDevice& inner_;
 };
 
-/// Passes every call on to another handle, which it owns.
+/// Forwards every call to another handle, which it owns.
 class ForwardingHandle : public SysHandle {
 public:
     explicit ForwardingHandle(std::unique_ptr<SysHandle> inner) : inner_(std::move(inner)) {}

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-/// A disk on which files can be created but take no bytes.
+/// A full disk: files can be created, but nothing can be written to them.
 class FullDisk : public ForwardingDevice {
 public:
     std::unique_ptr<SysHandle> create_beside(const std::string& target, std::string& created) override {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// Files that were put together byte by byte and are never written by a test. Their names say what must happen.
+/// Files that were composed byte by byte, and that no test writes. Their names say what must happen.
 namespace golden {
 
 inline std::string path(std::string_view name) {

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-/// The names of a group's entries in document order, each after a blank; those that have an ordinal stand in
-/// parentheses, which are read through the ordinals and not through the types: " (a) #k (b)".
+/// The names of a group's entries in document order, each after a blank: " (a) #k (b)". Names of entries with an ordinal are in
+/// parentheses. Asks the group for the ordinals, not the entries for their types.
 inline std::string outline(const ParserGroup& group) {
     std::string result;
     unsigned int ordinal = 0;
@@ -20,7 +20,7 @@ inline std::string outline(const ParserGroup& group) {
     return ordinal == group.get_entry_count() ? result : result + " and ordinals that are not in order";
 }
 
-/// Adds entries of the given names, which are separated by blanks.
+/// Adds entries with these names, which are separated by blanks.
 inline void add_names(ParserGroup& group, std::string_view names) {
     while (!names.empty()) {
         const std::size_t end = names.find(' ');

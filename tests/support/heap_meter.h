@@ -5,22 +5,22 @@
 #include <cstdlib>
 #include <new>
 
-// Replaces the program's operator new and operator delete, for the library too where it takes them from the program.
-// To be included by the one source of a test.
+// Replaces operator new and operator delete of the program, and of the library where it uses those of the program. Only one source of a
+// test includes this file.
 
-/// How many bytes of the global heap are in use, and how many were at most.
+/// Counts the bytes of the global heap in use, and their peak.
 class HeapMeter {
 public:
-    /// Measures from here on.
+    /// Starts a measurement.
     static void start() {
         base_ = used_.load();
         peak_ = base_.load();
         taken_ = 0;
     }
-    /// The most that was in use at a time since the start, above what was in use then.
+    /// The peak since the start of the measurement, less what was in use at the start.
     static std::size_t growth() { return peak_ - base_; }
 
-    /// How many blocks were taken since the start.
+    /// How many blocks were allocated since the start.
     static std::size_t taken() { return taken_; }
 
     static void* take(std::size_t size) {

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-/// What operations work on, made before anything throws.
+/// The objects that the operations use. They are made before anything throws.
 struct Stage {
     Stage() {
         disk.files["main.bkd"] =
@@ -92,7 +92,7 @@ struct Stage {
 struct HostOperation {
     const char* name;
     void (*run)(Stage& stage);
-    bool is_edit = false; ///< memory that ends is an exception
+    bool is_edit = false; ///< throws when memory runs out
 };
 
 inline const std::vector<HostOperation>& host_operations() {

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-/// Trees that go through JSON and back.
+/// Writes trees as JSON and reads them back.
 namespace json_trip {
 
 using namespace bk_parser;
@@ -26,10 +26,10 @@ inline std::string all_texts(const ParserGroup& group) {
     return texts + std::string(bytes.get_data() == nullptr ? "" : bytes.get_data(), bytes.get_count());
 }
 
-/// The tree as it comes back is the one that went, however it is laid out.
+/// Expects the same tree back, in every layout of the JSON.
 inline void expect_back(const ParserGroup& group) {
     const RecordingLog log;                // raw text of values that are no strings
-    ParserGroup named(CoreString("root")); // as a document's
+    ParserGroup named(CoreString("root")); // the name of a document's root
     named.set(group);
     ParserGroup tree(CoreString("root"));
     named.move_entries(tree, 0u);

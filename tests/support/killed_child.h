@@ -8,7 +8,7 @@
 #include <unistd.h>
 #include <vector>
 
-/// A process of its own that is killed before or after one of its system calls. Linux only.
+/// A child process that is killed before or after one of its system calls. Linux only.
 namespace killed_child {
 
 inline constexpr int not_permitted = 77;
@@ -16,8 +16,8 @@ inline constexpr int more_than_any_needs = 2000;
 
 enum class End { killed, done, not_traced };
 
-/// Runs `action` in a process of its own that is killed at the n-th place, counted from 1: every system call has two
-/// of them, before it and after it. Writes down the calls.
+/// Runs `action` in a child process that is killed at the n-th place, counted from 1. Every system call has two places, before it and after
+/// it. Records the calls.
 inline End run_killed_at(int n, const std::function<void()>& action, std::vector<long>& calls) {
     const pid_t child = ::fork();
     if (child == 0) {

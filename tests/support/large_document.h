@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-// A document that has pages of its own, and what is in it.
+// A document that has pages of its own, and its content.
 
-/// More than the bytes from which on a document has pages of its own.
+/// A document of more bytes has pages of its own.
 inline std::string text_with(unsigned int item_count) {
     std::string text = "#version 1 first \"a string longer than eleven\" ";
     for (unsigned int i = 0; i < item_count; ++i) {
@@ -60,7 +60,7 @@ inline unsigned int ordinal_of(const ParserGroup& root, const ParserEntry* entry
     return ordinal;
 }
 
-/// Too large for slabs: the sanitizer tells when it is not given back.
+/// Too large for slabs, so that the sanitizer reports a leak.
 inline CoreString outside() {
     return CoreString(std::string(20000, 'x'));
 }

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-/// How many lines of two texts are not in a longest common run of lines, those of both counted.
+/// How many lines of two texts together are not in their longest common subsequence.
 inline std::size_t changed_lines(std::string_view left, std::string_view right) {
     const auto lines_of = [](std::string_view text) {
         std::vector<std::string_view> lines;

@@ -6,8 +6,7 @@
 #include <random>
 #include <string>
 
-/// A document as a program keeps it open: it is edited on and on, and stays about as large as it is. Equal
-/// seeds give equal edits.
+/// A document that a program keeps open and edits all the time. Its size stays about the same. Equal seeds give equal edits.
 class LiveDocument {
 public:
     explicit LiveDocument(unsigned int seed) : random_(seed) {
@@ -58,7 +57,7 @@ private:
     unsigned int below(unsigned int bound) { return static_cast<unsigned int>(random_() % bound); }
     ParserGroup& any_group() { return *root_.get_entries()[below(group_count)]->get_group(0); }
 
-    /// Mostly short, now and then longer than any slab's block.
+    /// A string, mostly short, and rarely longer than any block of a slab.
     std::string text() {
         const unsigned int longest = below(64) == 0 ? 3000 : below(8) == 0 ? 200 : 20;
         return "t" + std::string(below(longest), 'x');
@@ -92,7 +91,7 @@ private:
         }
     }
 
-    /// Seldom, for it takes as long as many other edits.
+    /// Done rarely, because it takes as long as many other edits.
     void put_copy(ParserGroup& group) {
         if (below(64) == 0) {
             const ParserGroup copy(any_group());

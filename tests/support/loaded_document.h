@@ -11,7 +11,7 @@
 
 using Lines = std::vector<std::string>;
 
-/// The tree of a document in one line.
+/// The tree of a document on one line.
 inline std::string tree_of(const bk_parser::Document& document) {
     CoreString text;
     document.root().get_text(text, false, false, 1);
@@ -22,7 +22,7 @@ inline std::string tree_of(const bk_parser::LoadResult& result) {
     return tree_of(result.document);
 }
 
-/// A problem as "main.bkd:1:2: error: message [code]", of the file only its name.
+/// A problem as "main.bkd:1:2: error: message [code]", without the folder of the file.
 inline std::string told(const bk_parser::Problem& problem) {
     std::string text = problem.file.filename().string();
     if (problem.line != 0) {

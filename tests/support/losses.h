@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-/// A tree that a form cannot carry whole.
+/// A tree that a form cannot carry completely.
 struct Loss {
     const char* name;
     bk_parser::Form form;

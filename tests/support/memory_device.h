@@ -9,8 +9,7 @@
 #include <string>
 #include <string_view>
 
-/// Serves files from memory by their names, as long as it lives; what it does not hold is asked of the device that
-/// was in use before.
+/// While it lives, serves files from memory by their names. Forwards the calls for all other files to the device that was in use before.
 class MemoryDevice : public ForwardingDevice {
 public:
     std::map<std::string, std::string, std::less<>> files;
@@ -48,7 +47,7 @@ private:
         std::string_view rest_;
     };
 
-    /// By the last part of the path, so that a file is found however the name was made absolute.
+    /// Finds a file by the last part of its path, so that it is found under every absolute path.
     std::map<std::string, std::string, std::less<>>::const_iterator find(const std::string& path) const {
         return files.find(path.substr(path.find_last_of("/\\") + 1));
     }

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-/// A disk in memory and nothing behind it: what it does not hold is missing, and what is written it holds.
+/// A disk in memory. It keeps what is written to it. All other files are missing, also those on the real disk.
 class MemoryDisk : public MemoryDevice {
 public:
     /// How many more files can be opened for reading.

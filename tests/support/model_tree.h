@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-/// Trees as plain lists, which say what the library's trees should be. An object of the library is known by its address.
+/// Trees as plain lists, which describe what the library's trees should be. Objects of the library are identified by their addresses.
 namespace model {
 
 struct Group;
@@ -36,7 +36,7 @@ struct Entry {
     std::vector<std::shared_ptr<Value>> values = {}; // entries share values after an assignment
 };
 
-/// One place in a group: the entry, and whether it has an ordinal.
+/// One slot of a group: the entry, and whether it has an ordinal.
 struct Slot {
     std::shared_ptr<Entry> entry;
     bool has_ordinal;
@@ -67,8 +67,7 @@ struct Group {
 using GroupPointer = std::shared_ptr<Group>;
 using EntryPointer = std::shared_ptr<Entry>;
 
-/// Everything that can be reached from some groups and entries, each object once, in an order that does not depend on
-/// addresses.
+/// All objects that can be reached from some groups and entries, each once, in an order that does not depend on addresses.
 class Walk {
 public:
     std::vector<GroupPointer> groups;
@@ -98,7 +97,7 @@ private:
     std::set<const void*> seen_;
 };
 
-/// How many groups, entries and values a deep copy would have.
+/// The number of groups, entries and values that a deep copy would have.
 class ExpandedSize {
 public:
     std::size_t of(const Group& group) {
@@ -131,7 +130,7 @@ private:
     std::map<const void*, std::size_t> sizes_;
 };
 
-/// Whether the second is the first or stands somewhere in it.
+/// Whether the second is the first, or is somewhere in it.
 template <class Object>
 bool reaches(const Object& from, const void* to) {
     Walk walk;
@@ -139,15 +138,14 @@ bool reaches(const Object& from, const void* to) {
     return walk.has(to);
 }
 
-/// Whether a list of an entry or group that was read from text gives the entry an ordinal. A function call gets its type
-/// only after its place.
+/// Whether an entry that was read from text has an ordinal. A function call has one, because it gets its type only after its place in the group.
 inline bool parsed_ordinal(const ParserEntry& entry) {
     return entry.get_type() != ParserEntry::TYPE_KEYWORD;
 }
 
 inline GroupPointer known(ParserGroup& real);
 
-/// An entry that was just read is what it says it is.
+/// Describes an entry that was just read, from what the entry itself reports.
 inline EntryPointer known(ParserEntry& real) {
     Entry entry{&real, plain(real.get_name()), real.get_type(), real.get_line(), real.get_column()};
     entry.template_name = plain(real.get_template());
@@ -168,7 +166,7 @@ inline GroupPointer known(ParserGroup& real) {
     return std::make_shared<Group>(group);
 }
 
-/// What a deep copy of a group is. Where the real one has another shape it is not followed, and comparing tells.
+/// Describes a deep copy of a group. Does not go into parts in which the real copy has another shape: the comparison finds these.
 inline EntryPointer copy_of(const Entry& from, ParserEntry& real);
 inline std::vector<Slot> copied_slots(const Group& from, const ParserGroup& real) {
     Group copied{nullptr, {}};
@@ -200,7 +198,7 @@ inline EntryPointer copy_of(const Entry& from, ParserEntry& real) {
     return std::make_shared<Entry>(entry);
 }
 
-/// Compares objects of the library with what they should be, each alone; what is in them is compared in its turn.
+/// Compares each object of the library with its description. Objects inside it are compared on their own.
 class Comparison {
 public:
     /// The first difference; empty when there is none.
@@ -247,7 +245,7 @@ public:
                                                                      entry.values[0]->group != nullptr));
     }
 
-    /// What a group finds by a name.
+    /// Compares what a group finds by a name.
     void compare_found(const Group& group, const std::string& name) {
         std::vector<ParserEntry*> ordinary;
         ParserEntry* keyword = nullptr;

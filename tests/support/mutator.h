@@ -7,12 +7,12 @@
 #include <string>
 #include <string_view>
 
-/// Changes documents at random in the ways that break readers; the same for the same seed.
+/// Changes documents at random in ways that often break readers. Equal seeds give equal changes.
 class Mutator {
 public:
     explicit Mutator(unsigned int seed) : random_(seed) {}
 
-    /// At most some bytes longer than the document was.
+    /// The changed document, which is at most a few bytes longer.
     std::string mutated(std::string_view document) {
         std::string bytes(document);
         for (auto changes = 1 + below(4); changes > 0; --changes) {
@@ -35,7 +35,7 @@ private:
         case 1: // one byte
             overwrite(bytes, at, std::string(1, static_cast<char>(random_())));
             break;
-        case 2: // one byte that means something in most forms
+        case 2: // one byte, set to a value with a meaning in most forms
             overwrite(bytes, at, std::string(1, static_cast<char>(below(9))));
             break;
         case 3:
@@ -50,7 +50,7 @@ private:
         case 6:
             bytes.erase(at, 1 + below(8));
             break;
-        case 7: // a piece again
+        case 7: // repeats a piece
             bytes.insert(at, bytes.substr(below(bytes.size()), 1 + below(16)));
             break;
         default:
@@ -67,7 +67,7 @@ private:
         }
     }
 
-    /// Near zero, near the size of the document, near a limit of a width, or anything.
+    /// A number near zero, near the size of the document, near the limit of a width, or any other one.
     core_uint64 number(std::size_t size) {
         const core_uint64 near = below(5);
         switch (below(6)) {

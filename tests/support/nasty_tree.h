@@ -7,7 +7,7 @@
 #include <random>
 #include <string_view>
 
-/// Trees of a kind that no text gives: names that repeat, need quotes or are empty, keys that repeat or are unreadable,
+/// Random trees, with much that no text can give: names that repeat, need quotes or are empty, keys that repeat or are unreadable,
 /// templates, keywords, function calls, raw text, several groups in one entry, and entries without values.
 class NastyTree {
 public:

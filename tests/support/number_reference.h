@@ -13,13 +13,13 @@
 #include <cstdlib>
 #include <string>
 
-// Texts compared with what the C library makes of them in the "C" locale, in which a test process starts.
+// The conversions of the C library in the "C" locale, in which a test process starts, for comparisons.
 
 inline std::string shown(const std::string& text) {
     return testing::PrintToString(text);
 }
 
-/// What the C library's conversion of a decimal integer takes, with its result brought to the nearest int.
+/// Converts a decimal integer with the C library, and clamps the result to the nearest int.
 inline bk::IntText reference_int(const std::string& text) {
     char* end = nullptr;
     const long long value = std::strtoll(text.c_str(), &end, 10);
@@ -34,13 +34,13 @@ inline void expect_int_as_the_c_library(const std::string& text) {
     ASSERT_EQ(got.value, expected.value) << shown(text);
 }
 
-/// What the C library's conversion of a double takes, as the C standard wants it.
+/// Converts a double with the C library, as the C standard defines it.
 inline bk::DoubleText reference_double(const std::string& text) {
     char* end = nullptr;
     const double value = std::strtod(text.c_str(), &end);
     const std::size_t length = static_cast<std::size_t>(end - text.c_str());
 #if defined(__MINGW32__)
-    // MinGW-w64's takes a minus sign with no number for -0, and anything at all in the parentheses after "nan".
+    // The function of MinGW-w64 reads a minus sign without a number as -0, and takes any characters in the parentheses after "nan".
     if (length == 0) {
         return {0.0, 0};
     }

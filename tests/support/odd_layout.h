@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-/// Documents of several files with comments in odd places, each of another text: "//c7". Some have words that are no words of a document, each
-/// of another text, too: "%7%".
+/// Documents of several files with comments in odd places. Each comment has a text of its own, such as "//c7". Some documents have words
+/// that the grammar skips, each with a text of its own, too, such as "%7%".
 class OddLayout {
 public:
     explicit OddLayout(unsigned int seed) : random_(seed) {
@@ -17,7 +17,7 @@ public:
         for (unsigned int i = 0; i < parts; ++i) {
             files_.emplace_back("part" + std::to_string(i), "");
         }
-        // The later ones are included by the earlier ones, so that none includes itself.
+        // A file includes only later ones, so that none includes itself.
         for (unsigned int i = parts; i-- > 0;) {
             next_part_ = i + 1;
             files_[i].second = file();
@@ -57,7 +57,7 @@ private:
         return text;
     }
 
-    /// What may stand between two words.
+    /// A separator between two words.
     std::string between(bool in_line) {
         if (!in_line && below(8) == 0) {
             return line_end() + std::string(below(5), ' ');

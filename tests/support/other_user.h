@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-/// Runs the tool in a folder as a user who may not read or write everything, as root may.
+/// Runs the tool in a folder as a user who, unlike root, may not read and write every file.
 inline BkdocRun run_as_nobody(const std::string& folder, const std::vector<std::string>& arguments) {
     const ScratchFolder other;
     std::string before = "cd " + bkdoc_run_detail::shell_word(folder) + " && ";

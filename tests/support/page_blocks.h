@@ -11,7 +11,7 @@
 /// A fenced block of a page: "```<kind> <rest of the mark>", its lines, and "```".
 struct PageBlock {
     std::string kind;
-    std::string mark; // what follows the kind
+    std::string mark; // the text after the kind
     std::string text; // each line with its line feed
     unsigned int line = 0;
 };
@@ -23,7 +23,7 @@ inline std::string text_of_file(const std::filesystem::path& path) {
     return text;
 }
 
-/// The blocks of a page in their order. A fence may be indented, as in a list; its indentation is taken off the lines.
+/// The blocks of a page in their order. The fence of a block in a list is indented; its indentation is removed from the lines.
 inline std::vector<PageBlock> blocks_of(const std::string& page) {
     constexpr std::string_view fence = "```";
     std::vector<PageBlock> blocks;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-/// A text parsed into a new group, with the result and the messages of that.
+/// Parses a text into a new group, and keeps the result and the messages.
 class ParsedText {
 public:
     explicit ParsedText(std::string_view text, double version = 1.2) : group_(CoreString("root")) {
@@ -26,7 +26,7 @@ public:
     ParserEntry& entry(unsigned int position) { return *group_.get_entries()[position]; }
     unsigned int count() const { return group_.get_entries().get_count(); }
 
-    /// Everything in one line, each entry after one blank.
+    /// The whole tree on one line, each entry after one blank.
     std::string print() const {
         CoreString text;
         group_.get_text(text, false, false, 1);
@@ -39,7 +39,7 @@ private:
     std::vector<std::string> messages_;
 };
 
-/// The message of a fault at a place.
+/// The message for a fault at a place.
 inline std::string fault_at(unsigned int line, unsigned int column, std::string_view ending) {
     return "ParserGroup.set_text: (" + std::to_string(line) + ":" + std::to_string(column) + ") " +
            std::string(ending) + "\n";

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-/// Finds what a path finds, slowly: each entry is asked whether some division of the way to it fits the steps.
+/// Finds what a path finds, in a slow and simple way: for each entry, tries every way to match the steps with the entries on the way to it.
 class PathReference {
 public:
     PathReference(const ParserGroup& root, const bk_parser::ParsedPath& path) : path_(path) { walk(root); }
@@ -19,7 +19,7 @@ private:
     struct Place {
         const ParserGroup* group;
         const ParserEntry* entry;
-        unsigned int value; // that the way goes on through
+        unsigned int value; // the position of the group value on the way
     };
 
     static const ParserGroup* group_of(const ParserEntry& entry, unsigned int value) {
@@ -42,7 +42,7 @@ private:
         }
     }
 
-    /// Whether the entries from `depth` on fit the steps from `number` on.
+    /// Whether the entries from `depth` on match the steps from `number` on.
     bool fits(std::size_t depth, std::size_t number) const {
         if (depth == way_.size()) {
             return false;
@@ -63,7 +63,7 @@ private:
                fits(depth + 1, number + 1);
     }
 
-    /// The name, the template and the first so many selectors.
+    /// Matches the name, the template and the first `selectors` selectors.
     static bool passes(const Place& place, const bk_parser::PathStep& step, std::size_t selectors) {
         if (selectors == 0) {
             return (step.is_any_name || plain(place.entry->get_name()) == step.name) &&

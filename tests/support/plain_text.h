@@ -9,38 +9,38 @@
 #include <string>
 #include <string_view>
 
-/// The library's strings as the standard library's, which a failing assertion prints readably.
+/// Converts the library's strings to those of the standard library, which a failed assertion prints readably.
 inline std::string plain(const CoreBasicString& text) {
     return std::string(text.get_view());
 }
 
-/// A text as the library's string, NUL bytes included.
+/// Converts a text to the library's string, NUL bytes included.
 inline CoreString core(std::string_view text) {
     return CoreString(text);
 }
 
-/// A value as the text syntax writes it in one line.
+/// The text of a value on one line.
 inline std::string written(const ParserValue& value) {
     CoreString out;
     value.get_text(out, false, 1);
     return plain(out);
 }
 
-/// A group as the text syntax writes it in one line, with its name and braces.
+/// The text of a group on one line, with its name and braces.
 inline std::string written(const ParserGroup& group) {
     CoreString out;
     group.get_text(out, true, false, 1);
     return plain(out);
 }
 
-/// An entry as the text syntax writes it in one line.
+/// The text of an entry on one line.
 inline std::string written(const ParserEntry& entry) {
     CoreString out;
     entry.get_text(out, false, 1);
     return plain(out);
 }
 
-/// A word over a text of its own.
+/// A word that owns its text.
 class OwnedWord {
 public:
     explicit OwnedWord(std::string_view text, double version = 1.2)

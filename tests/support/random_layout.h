@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-/// Documents of several files as people lay them out: comments, blank lines, line ends of both kinds, tabs, commas and "=", groups on one line.
-/// And changes of their trees, with the number of lines that each may touch.
+/// Random documents of several files in the layouts that people use: comments, blank lines, line ends of both kinds, tabs, commas and "=",
+/// groups on one line. Also makes random changes of their trees, and says how many lines each change may touch.
 class RandomLayout {
 public:
     explicit RandomLayout(unsigned int seed) : random_(seed) {
@@ -34,7 +34,7 @@ public:
 
     const std::vector<std::pair<std::string, std::string>>& files() const { return files_; }
 
-    /// Changes the tree once, and returns how many lines of the files that may take out or put in.
+    /// Changes the tree once. Returns how many lines of the files the change may remove and add.
     unsigned int edit(ParserGroup& root) {
         ParserGroup& group = any_group(root);
         const unsigned int count = group.get_entries().get_count();
@@ -114,7 +114,7 @@ private:
         }
         group.add_entry("made", 0, 0)->add_int(1);
         group.move_entry(count, below(count + 1));
-        return 1 + 2; // the line before may have had no end
+        return 1 + 2; // the line before may get a line end
     }
 
     std::string blank() { return below(4) == 0 ? "  " : below(6) == 0 ? "\t" : " "; }

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// Paths that are well-formed, of names that a NastyTree has.
+/// Well-formed paths with names that a NastyTree has.
 class RandomPath {
 public:
     explicit RandomPath(unsigned int seed) : random_(seed) {}

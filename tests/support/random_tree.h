@@ -9,10 +9,10 @@
 #include <string>
 #include <string_view>
 
-/// Trees with values of every type that can be stored, the same for the same seed.
+/// Random trees with values of every type that can be stored. Equal seeds give equal trees.
 class RandomTree {
 public:
-    /// The text syntax takes no value after a group, and a backslash at the end of a string hides the quote after it.
+    /// Leaves out what the text syntax cannot carry: values after a group, and a backslash at the end of a string.
     enum Form { any_form, text_form };
 
     explicit RandomTree(unsigned int seed, Form form = any_form) : random_(seed), form_(form) {}
@@ -31,7 +31,7 @@ public:
 
     unsigned int below(unsigned int limit) { return static_cast<unsigned int>(random_() % limit); }
 
-    /// Without NULs, which end a string in binary documents, and with bytes of every other kind.
+    /// A string with bytes of every kind except NUL, which ends a string in binary documents.
     std::string text() {
         std::string result;
         for (auto length = below(20); length > 0; --length) {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// A message as a log handler got it.
+/// A message that a log handler got.
 struct LoggedMessage {
     int level;
     std::string text;
@@ -20,8 +20,8 @@ inline void PrintTo(const LoggedMessage& message, std::ostream* out) {
     *out << "level " << message.level << ": " << testing::PrintToString(message.text);
 }
 
-/// Writes down the library's messages, in place of the handler that was installed before, for as long as it lives. A
-/// message above its verbosity is a fault of its own: it should not even have been composed.
+/// While it lives, records the library's messages in place of the earlier handler. A message above its verbosity fails the test, because
+/// the library should not have composed it.
 class RecordingLog : public CoreLogHandler {
 public:
     explicit RecordingLog(int verbosity = level_warning) : previous_(s_main_log_handler) {
@@ -40,7 +40,7 @@ public:
 
     bool is_empty() const { return messages.empty(); }
 
-    /// The messages so far, which are forgotten.
+    /// Returns the messages so far, and forgets them.
     std::vector<LoggedMessage> take() {
         std::vector<LoggedMessage> taken;
         taken.swap(messages);
@@ -53,7 +53,7 @@ private:
     CoreLogHandler* previous_;
 };
 
-/// One warning and nothing else.
+/// Expects one warning and no other message.
 inline std::vector<LoggedMessage> one_warning(const std::string& text) {
     return {{CoreLogHandler::level_warning, text}};
 }

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// A progress bar that writes down every call as a line of text, such as `begin_task("", 0.5, false)`.
+/// A progress bar that records every call as a line of text, such as `begin_task("", 0.5, false)`.
 class RecordingProgress : public AppProgressBar {
 public:
     std::vector<std::string> calls;
@@ -36,10 +36,10 @@ public:
         return 0;
     }
 
-    /// Tasks that were begun and not ended.
+    /// The number of tasks that were begun and not ended.
     int open_tasks() const { return depth_; }
 
-    /// The calls that are not steps.
+    /// All calls except `step`.
     std::vector<std::string> calls_without_steps() const {
         std::vector<std::string> result;
         for (const std::string& call : calls) {

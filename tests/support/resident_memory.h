@@ -9,8 +9,8 @@
 #include <unistd.h>
 #endif
 
-/// The memory of this process that is in the machine's, in bytes; negative where that cannot be told. What the C library
-/// keeps for later use is given back first. A sanitizer keeps freed blocks, so that nothing can be told under one.
+/// The resident memory of this process in bytes; negative when it is not known. First makes the C library give back free memory. Not known
+/// under a sanitizer, which keeps freed blocks.
 inline double resident_memory() {
 #if defined(__linux__) && !defined(BK_PARSER_SANITIZED_MEMORY)
     malloc_trim(0);

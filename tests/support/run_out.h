@@ -13,7 +13,7 @@
 #include <memory>
 #include <string>
 
-/// Counts what is logged, without taking memory.
+/// Counts the messages without allocating memory.
 class CountingLog : public CoreLogHandler {
 public:
     CountingLog() : previous_(s_main_log_handler) { s_main_log_handler = this; }
@@ -57,8 +57,8 @@ inline CoreString core_text(const std::string& text) {
     return CoreString(std::string_view(text));
 }
 
-/// Lets request 1, 2, 3 ... of `operate` fail until it needs no more of them. `operate` gives whether it was whole.
-/// `look` is called after each time, when memory is there again, with that result.
+/// Runs `operate` several times. In run number n, its n-th allocation fails. Ends when a run makes fewer allocations. `operate` returns
+/// whether it was completed. After each run, calls `look` with that result, when there is memory again.
 inline void run_out_everywhere(bool for_good, const std::function<void()>& prepare,
                                const std::function<bool()>& operate, const std::function<void(bool)>& look,
                                const std::function<void()>& clean_up) {
@@ -96,7 +96,7 @@ inline void run_out_everywhere(bool for_good, const std::function<void()>& prepa
 
 class MemoryOut : public testing::TestWithParam<bool> {
 protected:
-    /// For an operation that fills a group.
+    /// Checks an operation that fills a group.
     void expect_group_operation(const std::function<bool(ParserGroup&)>& operate,
                                 const std::string& whole) const {
         std::unique_ptr<ParserGroup> group;
@@ -109,7 +109,7 @@ protected:
                     EXPECT_EQ(got, whole);
                     return;
                 }
-                // What stays is the beginning of the document, entry by entry.
+                // The group has the first entries of the document.
                 for (unsigned int i = 0; i < group->get_entries().get_count(); ++i) {
                     ASSERT_NE(group->get_entries()[i], nullptr);
                 }
@@ -118,7 +118,7 @@ protected:
             },
             [&] { group.reset(); });
     }
-    /// For an operation that makes something of a tree.
+    /// Checks an operation that makes an output from a tree.
     template <class Result>
     void expect_making(const std::function<bool(Result&)>& operate,
                        const std::function<void(const Result&, bool)>& look) const {

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Defined in builds whose memory a sanitizer watches: it keeps freed blocks, and makes system calls of its own.
+/// Defined in builds with a sanitizer for memory, which keeps freed blocks and makes system calls of its own.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define BK_PARSER_SANITIZED_MEMORY 1
 #elif defined(__has_feature)

@@ -8,7 +8,7 @@
 
 #include <string>
 
-/// A document in the file "file", which is changed and saved.
+/// A document in the file "file", for tests that change and save it.
 class SavedFile : public testing::Test {
 protected:
     bk_parser::LoadResult load_text(const std::string& text) {

@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-/// The forms in which a document is saved, for tests that do the same to each.
+/// The forms in which a document is saved, for tests that are the same for each form.
 struct SavedForm {
     const char* name;
-    /// False when the file could not be opened. What could not be stored whole is logged.
+    /// Stores a tree. Returns false when the file could not be opened. Only the log says when not everything was stored.
     bool (*save)(ParserFile& file, const CoreString& path);
-    /// Into an empty group; whether the library says that it is all there.
+    /// Reads into an empty group. Returns whether the library reports success.
     bool (*load)(ParserGroup& root, const CoreString& path);
 };
 
@@ -72,7 +72,7 @@ inline void PrintTo(const SavedForm& form, std::ostream* out) {
     *out << form.name;
 }
 
-/// The tree in one line.
+/// The tree on one line.
 inline std::string printed(const ParserGroup& group) {
     CoreString text;
     group.get_text(text, false, false, 1);

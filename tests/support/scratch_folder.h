@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-/// A new empty folder that is removed, with what is in it, at the end of a test.
+/// A new empty folder. The destructor removes it with its content.
 class ScratchFolder {
 public:
     ScratchFolder() {
@@ -26,20 +26,20 @@ public:
     ScratchFolder(const ScratchFolder&) = delete;
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
-    /// The path of a file or folder in it, whether it is there or not; slashes separate.
+    /// The path of a file or folder in it, which need not exist. Uses slashes.
     std::string path(std::string_view name) const { return (root_ / name).generic_string(); }
     std::string path() const { return root_.generic_string(); }
-    /// The path as the library gives it back where it makes paths absolute: in the platform's own spelling.
+    /// The absolute path as the library returns it, with the separators of the platform.
     std::string full_path(std::string_view name) const { return (root_ / name).make_preferred().string(); }
     CoreString core_path(std::string_view name) const { return CoreString(std::string_view(path(name))); }
 
-    /// Makes the folder, with those above it, and returns its path.
+    /// Makes a folder and the folders above it, and returns its path.
     std::string make_folder(std::string_view name) const {
         std::filesystem::create_directories(root_ / name);
         return path(name);
     }
 
-    /// Stores a file, making its folder, and returns its path.
+    /// Stores a file, makes its folder if necessary, and returns its path.
     std::string write(std::string_view name, std::string_view bytes) const {
         const std::filesystem::path target = root_ / name;
         std::filesystem::create_directories(target.parent_path());
@@ -55,7 +55,7 @@ public:
 
     bool exists(std::string_view name) const { return std::filesystem::exists(root_ / name); }
 
-    /// How many files and folders stand directly in it.
+    /// How many files and folders are directly in it.
     std::size_t count() const {
         const std::filesystem::directory_iterator entries(root_);
         return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));

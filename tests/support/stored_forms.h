@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// Stores a text's tree in each form, the way that ParserFile and ParserImpl do.
+/// Stores the tree of a text in each form with ParserFile and ParserImpl.
 class StoredForms {
 public:
     explicit StoredForms(std::string_view text) : file_(CoreString()) {

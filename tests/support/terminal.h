@@ -11,7 +11,7 @@
 #include <unistd.h>
 #include <vector>
 
-/// A terminal of the test's own.
+/// A pseudo terminal for a test.
 class Terminal {
 public:
     Terminal() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
@@ -28,7 +28,7 @@ public:
 
     bool works() const { return slave_ >= 0; }
 
-    /// How many columns its programs find that it has.
+    /// Sets the number of columns that programs see.
     void set_width(unsigned short columns) const {
         winsize size{};
         size.ws_col = columns;
@@ -36,13 +36,13 @@ public:
         ioctl(slave_, TIOCSWINSZ, &size);
     }
 
-    /// What a shell command, whose standard output the terminal is, shows on it.
+    /// Runs a shell command with the terminal as its standard output, and returns the output.
     std::string show(const std::string& command) {
         start({"/bin/sh", "-c", command}, false);
         return read_until({});
     }
 
-    /// Starts a program that has the terminal as its own, with all its streams or with standard output alone.
+    /// Starts a program with this terminal as its controlling one. Connects all its streams, or only standard output.
     void start(const std::vector<std::string>& words, bool has_all_streams) {
         child_ = fork();
         if (child_ == 0) {
@@ -52,7 +52,7 @@ public:
         slave_ = -1;
     }
 
-    /// Reads what is shown until it holds this text, or to the end.
+    /// Reads the output until it contains this text, or to its end.
     std::string read_until(std::string_view text) const {
         std::string shown;
         char buffer[4096];
@@ -68,7 +68,7 @@ public:
         [[maybe_unused]] const ssize_t taken = write(master_, &key, 1);
     }
 
-    /// The exit code of the program, as a shell tells it.
+    /// The exit code of the program as a shell reports it.
     int wait() const {
         int status = 0;
         waitpid(child_, &status, 0);

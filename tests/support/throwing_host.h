@@ -10,7 +10,7 @@
 #include <string>
 #include <utility>
 
-/// What the library calls of a host's.
+/// The kinds of calls that the library makes to a host.
 enum class HostCall {
     begin_labelled_task,
     begin_task,
@@ -40,16 +40,16 @@ enum class HostCall {
     count
 };
 
-/// What a host's call throws: which call it was, and which time.
+/// The exception that a host's call throws: the kind of call, and its number.
 struct HostFault {
     HostCall call;
     unsigned int number;
 };
 
-/// Makes call number n of a kind throw; with `goes_on` every call of every kind after it as well, each an exception of its own.
+/// Makes call number n of a kind throw. With `goes_on`, every later call of any kind throws an exception of its own, too.
 class Trap {
 public:
-    /// What is thrown is `thrown` instead.
+    /// Makes the call throw `thrown` instead.
     template <class Thrown>
     static void set_other(HostCall call, unsigned int n, const Thrown& thrown) {
         set(call, n, false);
@@ -64,7 +64,7 @@ public:
         has_thrown_ = false;
         is_set_ = true;
     }
-    /// Nothing throws any more. Whether anything did.
+    /// From now on nothing throws. Returns whether a call has thrown.
     static bool take_away() {
         is_set_ = false;
         return has_thrown_;
@@ -95,7 +95,7 @@ private:
     static inline bool is_set_ = false;
 };
 
-/// Counts what was begun, and what was asked to end.
+/// Counts the tasks that were begun and those that were ended.
 class ThrowingProgress : public AppProgressBar {
 public:
     void begin_task(const CoreString&, const float&, const bool&) override {
@@ -171,8 +171,7 @@ private:
     CoreLogHandler* previous_;
 };
 
-/// A disk in memory whose calls throw. What is called "pipe" is no regular file; nothing takes the name of what is called
-/// "stuck", and nothing can be written beside what is called "full".
+/// A disk in memory whose calls can throw. "pipe" is no regular file, "stuck" cannot be replaced, and nothing can be written beside "full".
 class ThrowingDisk : public MemoryDisk {
 public:
     int open_handles = 0;

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// What a text became and what was told of it, as docs/language.md shows it: an entry a line with the type and value of
-/// everything that it holds, then a problem a line.
+/// The tree and the problems of a text, in the format of docs/language.md: one line for each entry with its types and values, then one line
+/// for each problem.
 
 namespace told_outcome_detail {
 

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-/// A problem that a text is to give.
+/// A problem that a text should give.
 struct ToldProblem {
     std::string code;
     bool is_error;

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-/// What the binary form keeps of a value, as text that can be compared: its type and what it converts to.
+/// What the binary form keeps of a value, its type and converted content, as text for comparisons.
 inline std::string value_content(const ParserEntry& entry, unsigned int i) {
     const ParserValue::Type type = entry.get_value_type(i);
     const std::string tag = plain(ParserValue::get_type_name(type)) + " ";
@@ -58,7 +58,7 @@ inline std::string content_difference(const ParserGroup& left, const ParserGroup
     return {};
 }
 
-/// Whether a string of the tree holds a NUL, which ends it in the binary form.
+/// Whether a string of the tree has a NUL, which ends a string in the binary form.
 inline bool has_string_with_nul(const ParserGroup& root) {
     std::vector<const ParserGroup*> pending = {&root};
     while (!pending.empty()) {

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-/// Compares two trees by what a document says: names, kinds, templates, array counts, and values by type and
-/// spelling. Places are not compared. Walks with its own stack, so that depth does not matter.
+/// Compares the content of two trees: names, kinds, templates, array counts, and types and spellings of values. Ignores lines and columns.
+/// Walks with an explicit stack, so that depth does not matter.
 class TreeComparison {
 public:
     TreeComparison(const ParserGroup& left, const ParserGroup& right) {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-/// The name of a value's type, which a value tells in the message of a read that does not fit.
+/// The name of a value's type. Takes it from the message that a read as a wrong type logs.
 inline std::string type_name(const ParserValue& value) {
     const std::string end = "' \n";
     const std::string read_as_string = "ParserValue.get_as_string: type mismatch, value type is '";
@@ -13,7 +13,7 @@ inline std::string type_name(const ParserValue& value) {
     RecordingLog log;
     value.get_as_string();
     if (log.is_empty()) {
-        value.get_as_bool(); // a string is what this read does not fit
+        value.get_as_bool(); // logs the type of a string
     }
     const std::string text = log.messages.empty() ? std::string() : log.messages.front().text;
     for (const std::string& start : {read_as_string, read_as_bool}) {

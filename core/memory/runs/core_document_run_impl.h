@@ -34,7 +34,8 @@ public:
         return page->is_owned_by(&document_page) ? page->document : nullptr;
     }
 
-    /// Makes the pages like all others. The document object is destroyed already, but its block is still allocated.
+    /// Turns the pages into ordinary ones, each of which is freed when its last block is. The document object is destroyed already, but its
+    /// block is still allocated.
     void let_go() noexcept;
     /// Frees the pages with everything on them, the document's block included.
     void drop() noexcept;

@@ -57,7 +57,7 @@ JsonReader::Event JsonReader::read() {
     case Wanted::key_or_end:
         return read_key_or_end();
     case Wanted::comma_or_end:
-        return read_behind_value();
+        return read_after_value();
     case Wanted::value:
     case Wanted::value_or_end:
         break;
@@ -97,7 +97,7 @@ bool JsonReader::skip_blanks() {
     return has_line_break;
 }
 
-JsonReader::Event JsonReader::read_behind_value() {
+JsonReader::Event JsonReader::read_after_value() {
     const char bracket = open_.back();
     if (peek() == ',') {
         ++at_;

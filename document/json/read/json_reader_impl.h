@@ -41,7 +41,7 @@ private:
     Event fail(std::string_view message, std::size_t offset, std::size_t length);
     Event fail_here(std::string_view message);
     bool skip_blanks();
-    Event read_behind_value();
+    Event read_after_value();
     Event read_key_or_end();
     Event read_value();
     Event begin(char bracket);

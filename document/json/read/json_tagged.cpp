@@ -143,7 +143,7 @@ bool JsonTreeReader::read_text(Event event, std::string& text) {
     return event == Event::fault ? syntax_fault() : shape_fault("a string is missing");
 }
 
-/// Reads the object from behind its key to its end.
+/// Reads the object from after its key to its end.
 bool JsonTreeReader::read_escaped_text(std::string& text) {
     const Event event = reader_.next();
     if (event == Event::fault) {

@@ -1,10 +1,10 @@
 #include "document/problems/faults/fault_story_impl.h"
 #include "document/problems/list/shown_word_impl.h"
 
-/// Words that are skipped beside those that a message names: one mistake is one problem, and says how far it reaches.
+/// Counts the skipped words that no message names. One mistake is one problem, which says how far the mistake reaches.
 namespace bk_parser {
 
-/// A word that is left out because of the mistake that was told last.
+/// Counts a word that is skipped because of the mistake that was reported last.
 void FaultStory::skip_too(std::string_view word) {
     ++more_.count;
     more_.last = word;

@@ -54,9 +54,9 @@ std::size_t FaultStory::tell_names(std::size_t i) {
     const std::vector<Name> names = names_of_run(records_.subspan(i, end - i), has_head);
     const std::size_t last_end = std::size_t{records_[end - 1].start} + records_[end - 1].length;
     const std::size_t next = std::min(text_.find_first_not_of(" \t\r\n", last_end), text_.size());
-    const bool has_value_behind = next != text_.size() && text_[next] != '}' && text_[next] != ')';
+    const bool has_value_after = next != text_.size() && text_[next] != '}' && text_[next] != ')';
 
-    std::size_t named_end = 0; // behind the last name that a message says
+    std::size_t named_end = 0; // after the last name that a message says
     for (std::size_t k = 0; k < names.size();) {
         std::size_t follower_count = 0;
         if (k + 1 < names.size() && !names[k + 1].begins_line) {
@@ -69,7 +69,7 @@ std::size_t FaultStory::tell_names(std::size_t i) {
         }
         const std::size_t after = k + 1 + follower_count;
         const bool is_whole =
-            after == names.size() && follower_count == 0 && has_value_behind; // it has a value
+            after == names.size() && follower_count == 0 && has_value_after; // it has a value
         const bool is_told_already = k == 0 && has_head && (is_explained || is_covered(names[0].spot));
         const bool is_join_meant = // where a value was meant
             follower_count != 0 ? names[k + 1].is_joined : k == 0 && !has_head && names[0].is_joined;

@@ -14,7 +14,7 @@ constexpr std::size_t most_lines = 5; // that a message lists
 struct PlaceText {
     unsigned int kind;
     std::string_view code;
-    std::string_view message; // behind the word
+    std::string_view message; // after the word
 };
 
 using Observer = ParserReadObserver;

@@ -9,7 +9,7 @@
 
 namespace bk_parser {
 
-/// Something that the grammar did not accept, as it was noticed. What mistake caused it is worked out when the whole text is read.
+/// Something that the grammar did not accept. Which mistake caused it is determined after the whole text was read.
 struct FaultRecord {
     /// One of ParserReadObserver::Fault, or one of these.
     static constexpr unsigned int misspelled_include = 1000;
@@ -20,8 +20,7 @@ struct FaultRecord {
     std::uint32_t length;
     std::uint32_t head_start; // of the name of the entry that was begun last
     std::uint32_t head_length;
-    std::uint32_t
-        epoch; // faults of the same one have neither a name, nor the begin or end of a group between them
+    std::uint32_t epoch; // increases at each name and at the begin and end of each group
 };
 
 /// Collects the faults of one parse. It is also the observer of the tree's sink, which tells it the faults that the sink finds.

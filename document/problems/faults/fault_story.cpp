@@ -12,7 +12,7 @@ namespace {
 
 using Observer = ParserReadObserver;
 
-/// Whether the fault says only that there is no entry, or that the word before it was none.
+/// Whether the fault only says that no entry is there for the word, or that the word before it was no value.
 bool needs_entry(unsigned int kind) noexcept {
     switch (kind) {
     case Observer::FAULT_WRONGLY_PLACED:

@@ -31,10 +31,10 @@ public:
     FaultStory(const FaultRecorder& faults, const SourceMap& sources, const Joins& joins,
                const ParserLimits& limits, Losses& losses, ProblemList& problems);
 
-    /// Reports the errors, and finds what else was lost. Linear in the faults and the lines of these. Tells the pace how many faults are
-    /// done.
+    /// Reports the errors, and finds what else was lost. Linear in the faults and the lengths of their lines. Reports to `pace` how many
+    /// faults are done.
     void explain(bk::Pace& pace);
-    /// Reports what may be a warning.
+    /// Reports the mistakes that may be warnings.
     void tell();
 
 private:
@@ -43,7 +43,7 @@ private:
     /// The place of the warning that explains faults; none when an error explains them.
     using Reason = std::optional<Spot>;
 
-    /// A piece of a source that is explained.
+    /// A part of a source whose faults are explained.
     struct Cover {
         std::size_t inclusion = 0;
         std::size_t begin = 0;
@@ -55,7 +55,7 @@ private:
         const FaultRecord* record;
         Spot spot;
     };
-    /// Words that are skipped because of the mistake that was told last, and that its message does not name.
+    /// Words that were skipped because of the mistake that was reported last, and that its message does not name.
     struct More {
         std::size_t problem = ProblemList::not_kept;
         std::size_t count = 0;
@@ -66,8 +66,8 @@ private:
     struct Name {
         std::string_view word;
         Spot spot;
-        bool begins_line; // no other name of the run stands before it on its line
-        bool is_joined;   // of several words
+        bool begins_line; // no other name of the run is before it on its line
+        bool is_joined;   // a removed comment or directive joined it of several words
     };
 
     // fault_story.cpp
@@ -82,7 +82,7 @@ private:
     std::string_view word_of(const FaultRecord& record) const noexcept;
     std::string_view text_of(const Spot& spot) const;
     Spot spot_of(std::string_view word) const;
-    /// Everything that the grammar leaves out is an error.
+    /// Reports an error, because everything that the grammar skips is one.
     template <std::invocable Compose>
     void add(std::string_view code, const Compose& compose, const Spot& spot) {
         tell_more();
@@ -134,7 +134,7 @@ private:
     Cover conflict_;
     std::vector<Misspelled> misspelled_;
     More more_;
-    const FaultRecord* last_ = nullptr;       // told or explained
+    const FaultRecord* last_ = nullptr;       // the last that was reported or explained
     Reason last_reason_;                      // of that one
     const FaultRecord* lost_brace_ = nullptr; // a brace that opened no group
 };

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-/// Words that are nothing that the grammar knows.
+/// Words that the grammar does not know.
 namespace bk_parser {
 
 namespace {
@@ -21,7 +21,7 @@ std::size_t find_closing_quote(std::string_view word) noexcept {
     return at;
 }
 
-/// The first character that cannot stand in a name; the size when there is none.
+/// The first character that no name may have; the size when there is none.
 std::size_t find_stranger(std::string_view word) noexcept {
     const auto stranger = std::find_if(word.begin(), word.end(), [](char character) {
         return !bk::is_char(character, bk::CHAR_NAME) && character != '.';
@@ -71,7 +71,7 @@ void FaultStory::tell_string(std::string_view word, const Spot& spot) {
     const Spot next{spot.inclusion, spot.offset + spot.length, 0, spot.expanded + spot.length};
     if ((behind.starts_with(bk::include_directive) || behind.starts_with(bk::version_directive)) &&
         lines_.state_at(next) == LineReader::State::string) {
-        last_reason_ = next; // the directive is told
+        last_reason_ = next; // the directive has a problem of its own
         losses_.add(next);
         cover_line(spot, next);
         return;

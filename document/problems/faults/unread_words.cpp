@@ -10,7 +10,7 @@ namespace bk_parser {
 
 namespace {
 
-/// Of the others the problem says itself what was not read, or nothing was left out.
+/// Whether the fault means that a word was not read. For every other fault, the problem itself says what was not read, or everything was read.
 bool leaves_out_a_word(unsigned int kind) noexcept {
     switch (kind) {
     case ParserReadObserver::FAULT_TEXT_AFTER_END:

@@ -38,7 +38,7 @@ std::string_view text_of(const SourceMap& sources, std::size_t inclusion) {
     return sources.get_files()[sources.file_of_inclusion(inclusion)]->text.get_text();
 }
 
-/// What was taken out before a piece: where its file says so.
+/// A comment or directive that was removed before a piece.
 struct Taken {
     Spot spot;
     bool is_comment;

@@ -10,18 +10,18 @@
 
 namespace bk_parser {
 
-/// The places of the expanded text where a comment or directive was removed and the words around it became one. Leaves out comments
-/// inside strings: the problem of the string explains these.
+/// The places of the expanded text where a comment or directive was removed, so that the words around it became one word. Leaves out
+/// comments inside strings: the problem of the string explains these.
 class Joins {
 public:
     /// Linear in the pieces that begin inside a word.
     Joins(std::string_view expanded, const SourceMap& sources);
 
-    /// Whether one of them is inside this word, and so explains what is wrong with it.
+    /// Whether one of these places is inside the word, which explains what is wrong with it.
     bool is_inside(std::size_t start, std::size_t length) const noexcept {
         return find_inside(start, length) != nullptr;
     }
-    /// What was taken out of the first of them, or null.
+    /// The comment or directive that was removed at the first such place; null when there is none.
     const Spot* find_inside(std::size_t start, std::size_t length) const noexcept;
     /// Notes that the word was lost, so that the join is an error.
     void lose(std::size_t start, std::size_t length, Losses& losses) const;
@@ -29,13 +29,13 @@ public:
 
 private:
     struct Join {
-        Spot taken; // what was taken out, where its file says so
+        Spot taken; // the comment or directive that was removed
         bool is_comment;
-        bool is_in_string; // a directive, which is told of itself
+        bool is_in_string; // a directive in a string, which has a problem of its own
     };
 
     std::vector<Join> joins_;
-    std::vector<std::uint32_t> offsets_; // of the characters behind them
+    std::vector<std::uint32_t> offsets_; // of the first character after each join, in the expanded text
 };
 
 } // namespace bk_parser

@@ -30,7 +30,7 @@ public:
     }
 
 private:
-    /// To the line of the offset, unless the position is in it already.
+    /// Goes to the beginning of the offset's line, unless the position is already in that line and not after the offset.
     void go_near(std::size_t offset) noexcept {
         const std::size_t floor = offset < position_ ? 0 : position_;
         const std::string_view passed = text_.substr(floor, offset - floor);

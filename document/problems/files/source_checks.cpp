@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-/// Collects what is known of a file from its pieces, at the first place where it is included.
+/// Checks one file by its pieces, at the first place where it is included.
 class FileChecks {
 public:
     FileChecks(std::size_t inclusion, std::size_t expanded, const SourceFile& file, bool has_escapes,
@@ -31,16 +31,16 @@ public:
 
     std::size_t get_inclusion() const noexcept { return inclusion_; }
 
-    /// The places of the file's directives, in their order.
+    /// Adds the place of a directive. Call it in the order of the file.
     void add_directive(std::uint32_t offset) { directives_.push_back(offset); }
 
-    /// Whether nothing is left to find before a piece but the last.
+    /// Whether there is nothing to check before the last piece.
     bool is_indifferent() const noexcept {
         return !has_stray_bytes_ && next_directive_ == directives_.size();
     }
 
     void take_piece(const SourceMap::Piece& piece) {
-        if (has_directive_before(piece.offset)) { // else comments alone were taken out
+        if (has_directive_before(piece.offset)) { // else only comments were removed
             take_gap(piece.offset, piece.expanded);
         }
         read_ = std::size_t{piece.offset} + piece.length;
@@ -109,7 +109,7 @@ private:
         check_directive(at, bk::version_directive.size() - 1, expanded);
         const bk::DoubleText version = bk::text_to_double(argument);
         if (!(version.value > 0)) {
-            return; // told when it was found
+            return; // reported when it was found
         }
         const Spot place = spot(number_at, version.length, expanded);
         check_text_after(number_at, argument, version.length, expanded);
@@ -145,7 +145,8 @@ private:
                       spot(number_at + begin, end - begin, expanded));
     }
 
-    /// Those before `end`, which is at `expanded` there; so many bytes before it are a part of the expanded text.
+    /// Reports the stray bytes before `end`. That place is at `expanded` in the expanded text, and the `length_there` bytes before it are a
+    /// part of that text.
     void tell_stray_bytes(std::size_t end, std::size_t expanded, std::size_t length_there) {
         const auto place = [&](std::size_t at, std::size_t length) {
             const std::size_t distance = std::min(end - at, length_there);

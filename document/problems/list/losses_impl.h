@@ -22,7 +22,7 @@ public:
     }
 
 private:
-    /// Of the file: what is wrong in one that is included twice is told once.
+    /// The place in the file, not in the inclusion: a mistake in a file that is included twice is reported once.
     std::pair<std::size_t, std::size_t> place_of(const Spot& spot) const {
         return {sources_.file_of_inclusion(spot.inclusion), spot.offset};
     }

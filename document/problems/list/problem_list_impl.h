@@ -51,17 +51,17 @@ public:
     /// A problem of a whole file, or of none.
     void add(Severity severity, std::string_view code, std::string message, std::filesystem::path file);
 
-    /// What names the problem that was added last for `append`; none when it was left out, or told before.
+    /// Identifies the problem that was added last, for `append`; not_kept when it was left out or had been reported before.
     static constexpr std::size_t not_kept = ~std::size_t{0};
     std::size_t last_kept() const noexcept { return last_kept_; }
-    /// Adds to the message of a problem, before any is forgotten.
+    /// Adds to the message of a problem. Call it before any call of `forget`.
     void append(std::size_t kept, std::string_view text) { noticed_[kept].message += text; }
 
     bool is_empty() const noexcept { return noticed_.empty() && left_.empty(); }
     /// What was not read, in the words of the problems: parts of the document, and separately the includes that were left out.
     const std::vector<std::string>& unread_parts() const noexcept { return unread_parts_; }
     const std::vector<std::string>& unread_includes() const noexcept { return unread_includes_; }
-    /// Takes back the problems of a code.
+    /// Removes the problems of a code.
     void forget(std::string_view code);
     /// The problems in the order of the text, each message on one line. Reports a mistake in a file that is included more than once at
     /// the first place. The last problem says how many were left out. The meter's range covers this work.
@@ -76,7 +76,7 @@ private:
         Spot spot;
         bool has_spot;
     };
-    /// File, place in it, and hash of what is told.
+    /// The file, the place in it, and a hash of code and message.
     using Told = std::array<std::size_t, 3>;
     struct ToldHash {
         std::size_t operator()(const Told& told) const noexcept {

@@ -112,7 +112,7 @@ private:
             }
             break;
         case ParserWord::TYPE_BINARY_DATA:
-            array_count_ = bk::no_array; // an array may stand in one binary literal
+            array_count_ = bk::no_array; // one binary literal may hold a whole array
             tell(word, find_binary_flaw(word));
             break;
         default:

@@ -4,10 +4,10 @@
 
 #include <cstdint>
 
-/// Whether all numbers of a row are surely what they say, at the cost of a few masks for all of them.
+/// Checks all numbers of a row at once with a few bit masks.
 namespace bk_parser {
 
-/// Whether ten digits follow each other from one of `firsts` on: an int holds nine, whatever they are.
+/// Whether ten digits in a row begin at one of `firsts`. Any nine digits fit into an int.
 inline bool begins_with_ten_digits(std::uint64_t digits, std::uint64_t firsts) noexcept {
     const std::uint64_t two = digits & digits >> 1;
     const std::uint64_t four = two & two >> 2;
@@ -16,7 +16,7 @@ inline bool begins_with_ten_digits(std::uint64_t digits, std::uint64_t firsts) n
 }
 
 /// Whether each number is an optional '-' and digits with at most one point, and those without a point have at most nine. False
-/// when that is not certain. No letter but 'e' is in a row.
+/// when that is not certain. A row contains no letter except 'e'.
 inline bool are_plain_numbers(const bk::KnownEntry::Numbers& row) noexcept {
     const std::uint64_t numbers = row.ends - row.starts; // the bits of each number
     const std::uint64_t no_digits = numbers & (row.others | row.double_marks);

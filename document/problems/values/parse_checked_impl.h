@@ -12,8 +12,8 @@
 
 namespace bk_parser {
 
-/// Who is told how far the work is: of the parsing in the range that it stands in, in bytes of the text, and of what is
-/// found out about faults then in the range given here.
+/// Where a check reports its progress. The parse reports to the meter's current range, in bytes of the text. The analysis of the faults
+/// then reports to `of_faults`.
 struct CheckProgress {
     Meter& meter;
     Meter::Range of_faults;

@@ -76,7 +76,7 @@ inline bool is_plain_number(std::string_view word, bool is_int, [[maybe_unused]]
 #endif
 }
 
-/// Whether the suffix behind a name of that length is of digits alone, in their brackets.
+/// Whether a name of that length is followed by brackets with digits alone.
 inline bool is_plain_count(std::string_view word, std::size_t name_length) noexcept {
     std::size_t i = name_length + 1;
     while (bk::is_char(word[i], bk::CHAR_DIGIT)) {
@@ -85,8 +85,7 @@ inline bool is_plain_count(std::string_view word, std::size_t name_length) noexc
     return i + 1 == word.size() && i != name_length + 1;
 }
 
-/// Whether what stands between the quotes of a string holds neither escapes nor quotes. `end` is the end of the text that it is
-/// a part of.
+/// Whether the characters between the quotes of a string include neither escapes nor quotes. `end` is the end of the text that contains them.
 inline bool is_plain_text(std::string_view text, [[maybe_unused]] const char* end) noexcept {
     const char* const begin = text.data();
 #if defined(BK_USE_VECTORS)

@@ -1,7 +1,7 @@
 #include "document/layout/source_tokens_impl.h"
+#include "document/save/apply/text_edits_impl.h"
 #include "document/save/edits/layout_edits_impl.h"
 #include "document/save/edits/layout_lines_impl.h"
-#include "document/save/edits/text_edits_impl.h"
 
 #include <algorithm>
 #include <iterator>

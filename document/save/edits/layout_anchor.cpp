@@ -8,7 +8,7 @@
 namespace bk_parser {
 
 /// Between entries of two files, the new entry goes into the file that includes the other one, or both. So an entry that is
-/// added behind an include stands behind its directive, not in the included file.
+/// added after an include comes after its directive, not into the included file.
 void LayoutEdits::find_anchor(const Gap& gap, Anchor& anchor) {
     const bool has_open = gap.group->open != 0;
     const bool has_close = gap.group->close < sources_.text().size();
@@ -141,7 +141,7 @@ bool LayoutEdits::compose(const Anchor& anchor, const Gap& gap, const std::vecto
     return true;
 }
 
-/// An entry that only moved takes its lines along, with the comments behind and above it.
+/// An entry that only moved takes its lines along, with the comments after and above it.
 bool LayoutEdits::add_lines(const Anchor& anchor, const Gap& gap, const Addition& addition, Edit& edit) {
     FileRange place;
     if (can_carry(addition, anchor.inclusion, place)) {
@@ -163,7 +163,7 @@ bool LayoutEdits::add_lines(const Anchor& anchor, const Gap& gap, const Addition
     return true;
 }
 
-/// Includes the comment behind an entry that ends its line.
+/// Includes the comment after an entry that ends its line.
 void LayoutEdits::take_comment(FileRange& place) const {
     const std::string_view text = text_of(place.inclusion);
     if (removal_of(text, place.begin, place.end).has_whole_lines) {

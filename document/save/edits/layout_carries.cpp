@@ -1,6 +1,6 @@
+#include "document/save/apply/text_edits_impl.h"
 #include "document/save/edits/layout_edits_impl.h"
 #include "document/save/edits/layout_lines_impl.h"
-#include "document/save/edits/text_edits_impl.h"
 
 #include <algorithm>
 #include <utility>
@@ -41,7 +41,7 @@ bool LayoutEdits::carry(const Anchor& anchor, const Gap& gap, const Addition& ad
     return is_done;
 }
 
-/// Inserts the carried texts into the edits that take them in. First applies the changes inside of them.
+/// Inserts the carried texts into their edits, after applying the changes inside of them.
 void LayoutEdits::fill_carries() {
     if (carries_.empty()) {
         return;
@@ -61,7 +61,7 @@ void LayoutEdits::fill_carries() {
         for (const std::size_t at : inside[i]) {
             Edit& edit = edits_[at];
             fill(edit, carries_);
-            // In an unclosed group, a new entry may be placed behind the last word of the carried text.
+            // In an unclosed group, a new entry may be placed after the last word of the carried text.
             const auto in_carry = [&place = carry.place](std::size_t offset) {
                 return std::clamp(offset, place.begin, place.end) - place.begin;
             };

@@ -11,7 +11,7 @@
 
 namespace bk_parser {
 
-/// The place where another text takes in the text of a moved entry.
+/// The place in a text at which the text of a moved entry is inserted.
 struct CarriedText {
     std::size_t at = 0;
     std::uint32_t carry = no_index;
@@ -89,7 +89,7 @@ private:
         const OldEntry* before; // null at the beginning of the group
         const OldEntry* behind; // null at its end
     };
-    /// Removed bytes: where they begin, and the removal up to here that reaches furthest.
+    /// The beginning of removed bytes, and of the removals that begin up to there the one that reaches furthest.
     struct Cover {
         std::size_t inclusion;
         std::size_t begin;
@@ -215,7 +215,7 @@ private:
     std::vector<Edit> edits_;
     std::vector<Cover> covers_; // removals, before texts are carried
     std::vector<std::string> dropped_;
-    std::vector<Carry> carries_; // inner texts behind the outer ones
+    std::vector<Carry> carries_; // each inner text comes after the outer one
     std::unordered_map<const OldEntry*, std::uint32_t> carried_;
     std::unordered_map<std::uint64_t, const OldEntry*>
         lost_; // entries missing in their groups, by line and column

@@ -16,7 +16,7 @@ bool is_group(const ParserEntry& entry, std::uint32_t i) noexcept {
     return bk::EntryAccess::value(entry, i).type() == ParserValue::TYPE_GROUP;
 }
 
-/// How many values stand before the first group.
+/// How many values are before the first group.
 std::uint32_t count_before_group(const ParserEntry& entry) noexcept {
     std::uint32_t i = 0;
     while (i < entry.get_value_count() && !is_group(entry, i)) {
@@ -114,7 +114,7 @@ bool LayoutEdits::reprint(const OldEntry& old, const ParserEntry& now) {
     return replace({old.name.begin, old.end}, print_lines(now, layout_of(old.name.begin)), now);
 }
 
-/// Replaces a range. An empty range is located behind the byte before it.
+/// Replaces a range. An empty range is located right after the byte before it.
 bool LayoutEdits::replace(TextRange range, std::string text, const ParserEntry& about) {
     FileRange place;
     std::string name(about.get_name().get_view());

@@ -8,14 +8,14 @@
 namespace bk_parser {
 
 std::size_t line_begin(std::string_view text, std::size_t at) noexcept;
-/// The place behind the line's line feed, or the end of the text.
+/// The position after the line's line feed, or the end of the text.
 std::size_t next_line(std::string_view text, std::size_t at) noexcept;
-/// The place behind the last character before `at` on the line that is not a blank.
+/// The position after the last character before `at` on the line that is not a blank.
 std::size_t trimmed_back(std::string_view text, std::size_t at) noexcept;
 /// The place of the next character that is not a blank, or the line's end.
 std::size_t skip_blanks(std::string_view text, std::size_t at) noexcept;
 
-/// Whether only blanks stand before the place on its line.
+/// Whether only blanks are before the place on its line.
 bool begins_line(std::string_view text, std::size_t at) noexcept;
 /// Whether only blanks and perhaps a comment follow on the line.
 bool ends_line(std::string_view text, std::size_t at) noexcept;
@@ -34,7 +34,7 @@ std::string indent_unit(std::string_view text);
 std::string_view line_break(std::string_view text, std::size_t at) noexcept;
 
 /// The range to remove together with the bytes from `begin` to `end`: the whole line when only a comment would stay on it, else
-/// the blanks before or behind.
+/// the blanks before or after.
 struct LineRange {
     std::size_t begin = 0;
     std::size_t end = 0;

@@ -25,7 +25,7 @@ std::string print_value(const bk::StoredValue& value, const PrintLayout& layout)
 
 /// Whether the value is a string with a quote, or a group that holds one.
 bool has_quote(const bk::StoredValue& value);
-/// Whether a value of the entry does.
+/// Whether a value of the entry is or holds one.
 bool has_quote(const ParserEntry& entry);
 
 } // namespace bk_parser

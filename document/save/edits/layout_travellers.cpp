@@ -36,7 +36,7 @@ const OldEntry* LayoutEdits::take_lost(const ParserGroup& group, std::uint32_t p
         return nullptr;
     }
     const OldEntry& old = *found->second;
-    const std::string text(words({old.name.begin, old.end})); // the parser needs a NUL behind the text
+    const std::string text(words({old.name.begin, old.end})); // the parser needs a NUL after the text
     if (!text.starts_with(entry.get_name().get_view()) ||
         !ReadBack(text, group, position, position + 1, has_escapes_).run()) {
         return nullptr;
@@ -45,7 +45,7 @@ const OldEntry* LayoutEdits::take_lost(const ParserGroup& group, std::uint32_t p
     return &old;
 }
 
-/// Called after all groups: finds the removed entries that now stand elsewhere, and extends their removals to the comments
+/// Called after all groups: finds the removed entries that are now elsewhere, and extends their removals to the comments
 /// above them if these moved along.
 void LayoutEdits::note_moves() {
     for (const Removal& removal : removals_) {

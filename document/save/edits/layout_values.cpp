@@ -60,8 +60,8 @@ bool LayoutEdits::fill_empty(const OldEntry& old, const ParserEntry& now, std::u
     return replace({old.name.end, old.name.end}, ' ' + text, now);
 }
 
-/// Removes the blanks and the comma with a value: those behind it when another value follows, else those before it. Also
-/// removes a comment behind it on its line, and keeps other comments.
+/// Removes the blanks and the comma with a value: those after it when another value follows, else those before it. Also
+/// removes a comment after it on its line, and keeps other comments.
 bool LayoutEdits::drop_values(const OldGroup& group, const OldEntry& old, const ParserEntry& now,
                               std::uint32_t first, std::uint32_t last) {
     const TextRange dropped{value_of(group, old, first).begin, value_of(group, old, last - 1).end};
@@ -138,7 +138,7 @@ bool LayoutEdits::refuse_split(const ParserEntry& now) {
     return refuse(std::string(now.get_name().get_view()), "begins in one file and ends in another");
 }
 
-/// Whether a comment or a directive stands inside a word: it would be lost with the word.
+/// Whether a comment or a directive is inside a word, and would be lost with the word.
 bool LayoutEdits::is_cut(TextRange word) {
     FileRange place;
     return locate(word, place) && place.end - place.begin != word.end - word.begin;
@@ -171,7 +171,7 @@ bool LayoutEdits::insert_values(const OldGroup& group, const OldEntry& old, cons
     return replace({end, end}, std::move(text), now);
 }
 
-/// The separator of a new value: the blanks and commas between the last two values, if nothing else stands there; otherwise a
+/// The separator of a new value: the blanks and commas between the last two values, if nothing else is there; otherwise a
 /// comma or a blank.
 std::string LayoutEdits::separator(const OldGroup& group, const OldEntry& old) const {
     if (old.value_count > 1) {

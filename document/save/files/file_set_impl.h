@@ -10,7 +10,7 @@
 
 namespace bk_parser {
 
-/// What stands at a path as far as the one who saves knows.
+/// What the save expects to find at a path: the file as it was loaded.
 struct KnownFile {
     bool is_there = false;
     std::uint64_t size = 0; // of the stored bytes

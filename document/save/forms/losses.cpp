@@ -204,7 +204,8 @@ private:
         }
     }
 
-    /// An escaped quote does not begin the name of an include, but the quote that ends the string does.
+    /// Whether the printed string contains the beginning of an include directive. In a text with escapes, only the quote that ends the
+    /// string can begin the name of the file: a quote inside is escaped.
     bool spells_include(std::string_view text) const {
         const std::string quoted = std::string(text) + '"';
         return has_escapes_ ? quoted.ends_with(bk::include_directive)

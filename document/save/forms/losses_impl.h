@@ -9,8 +9,8 @@
 
 namespace bk_parser {
 
-/// Finds what a form cannot carry: for each loss, the path of names to its entry. `has_escapes` is whether strings of the text
-/// have escapes.
+/// Finds what a form cannot carry. The message of each loss begins with the path of its entry. `has_escapes` says whether strings of the
+/// text form have escapes.
 std::vector<Problem> find_losses(const ParserGroup& root, Form form, bool has_escapes);
 
 } // namespace bk_parser

@@ -36,7 +36,7 @@ std::string reason_of(const ParserEntry* difference) {
            std::string(not_as_it_is);
 }
 
-/// Why nothing of a text can be read back. It begins with a version line or with the name of an entry.
+/// Why a text cannot be read back at all. The text begins with a version line or with the name of an entry.
 std::string why_unreadable(std::string_view bytes, bool is_enciphered) {
     if (!is_enciphered && form_of(bytes) != Form::text) {
         return "the text would be taken for another form, because of the name that it begins with";

@@ -29,7 +29,7 @@ struct VersionPlace {
 bool store(const ParserGroup& root, Form form, const std::string& key, const VersionPlace& version,
            StoredForm& stored);
 
-/// Whether these bytes read back as exactly that tree; if not, why not: with the name of the first entry that differs.
+/// Whether these bytes read back as exactly that tree. If not, `reason` names the first entry that differs.
 bool reads_back(const StoredForm& stored, Form form, const ParserGroup& root, const std::string& key,
                 std::string& reason);
 

@@ -12,7 +12,7 @@
 namespace bk_parser {
 
 /// Finds the places of the entries in a text that lost something of the tree. Looks for each entry by its name, at most 16
-/// entries behind the one before it. An entry that is not found has no place.
+/// entries after the one before it. An entry that is not found has no place.
 class FoundPlaces {
 public:
     FoundPlaces(std::string_view text, const ParserGroup& root);

@@ -8,9 +8,8 @@
 
 namespace bk_parser {
 
-/// How far a save moved the entries in the text. Entries of one range of a group, with everything below them, are added one by
-/// one in the order of the document, and neighbours that moved equally far share a run. Everything behind the range moves
-/// equally far.
+/// How far a save moved the entries in the text. The entries of one range of a group, with everything below them, are added one by one in
+/// document order. Adjacent entries that moved equally far share a run. All entries after the range moved by one common distance.
 class PlaceShifts {
 public:
     /// Adds an entry of the range.

@@ -7,15 +7,15 @@
 #include <string>
 #include <utility>
 
-// Why it is enough to read a window of the new text. Let the old text be P W S and the new one P V S, byte for byte. S begins
-// with a name that began an entry, with the "}" of the group, or at the end of the text. P ends where an entry began, or behind
+// Why it is enough to read the window of the new text. Let the old text be P W S, where W is the window, and the new one P V S. S begins
+// with a name that began an entry, with the "}" of the group, or at the end of the text. P ends where an entry began, or after
 // the "{" of the group. The parser splits words from left to right, so P gives the same words and leaves the grammar in the
 // same state as before, one in which a name begins an entry. V is read from that state. The check requires that V ends in no
-// string and in no word, that all its groups are closed, and that a name behind it begins an entry: the check appends one more
+// string and in no word, that all its groups are closed, and that a name after it begins an entry: the check appends one more
 // entry and looks for it. So the grammar reaches S in a state in which the first word of S acts as it did in the old text, and
 // that word clears the state before it. Hence S gives the same entries.
 //
-// That P and S are the same is compared, byte for byte. Only a text that was spliced in place between them has them by itself.
+// `prove` compares P and S byte by byte. `prove_spliced` need not: the splice is inside W and left P and S in place.
 
 namespace bk_parser {
 
@@ -56,9 +56,9 @@ const OldEntry* only_change(const OldGroup& group, const Ends& ends) noexcept {
     }
     const OldEntry& entry = group.entries[first];
     const std::uint32_t before = ends.lead == nullptr ? 0 : ends.lead->count;
-    const std::uint32_t behind =
+    const std::uint32_t after =
         ends.trail == nullptr ? group.now->get_entries().get_count() : ends.trail->new_index;
-    const bool is_alone = entry.new_index == before && entry.new_index + 1 == behind;
+    const bool is_alone = entry.new_index == before && entry.new_index + 1 == after;
     return is_alone && !entry.has_own_change && entry.group != no_index ? &entry : nullptr;
 }
 
@@ -113,7 +113,7 @@ bool prove_window(std::string_view now, ProofWindow&& window, bool has_escapes, 
     proof.shifts = back.shifts();
     proof.shifts.set_range(*window.group, window.first, window.last);
     const LineColumn is = place_of(now, window.begin, new_end);
-    proof.shifts.set_rest(std::move(window.behind), 1 + start.line + window.line_breaks,
+    proof.shifts.set_rest(std::move(window.entries_after), 1 + start.line + window.line_breaks,
                           is.line - window.line_breaks, is.column - window.end_column);
     return true;
 }
@@ -127,7 +127,7 @@ ProofWindow find_window(std::string_view before, const LayoutRecord& record) {
         const Ends ends = ends_of(*group);
         const unsigned int end =
             ends.trail == nullptr ? group->now->get_entries().get_count() : ends.trail->new_index;
-        window.behind.emplace_back(group->now, end);
+        window.entries_after.emplace_back(group->now, end);
         const OldEntry* const inner = only_change(*group, ends);
         if (inner == nullptr || record.group(inner->group).now == nullptr) {
             window.begin = ends.lead == nullptr ? group->open : ends.lead->last_begin;
@@ -143,7 +143,7 @@ ProofWindow find_window(std::string_view before, const LayoutRecord& record) {
             const LineColumn place = place_of(before, window.begin, window.end);
             window.line_breaks = place.line;
             window.end_column = place.column;
-            std::reverse(window.behind.begin(), window.behind.end());
+            std::reverse(window.entries_after.begin(), window.entries_after.end());
             return window;
         }
         window.line_known_at = inner->name.begin;

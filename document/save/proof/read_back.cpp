@@ -22,7 +22,7 @@ bool ReadBack::run() {
     if (is_equal_) {
         finish_group();
     }
-    if (!name_behind_.empty() && !has_seen_behind_) {
+    if (!next_name_.empty() && !has_seen_next_) {
         fail(nullptr);
     }
     return is_equal_;
@@ -55,9 +55,9 @@ bool ReadBack::begin_entry(const bk::EntryHead& head, const bk::Token& token) {
         return true;
     }
     Level& level = levels_.back();
-    if (!name_behind_.empty() && levels_.size() == 1 && level.next == level.count) {
-        is_passing_over_ = head.name == name_behind_ && !has_seen_behind_;
-        has_seen_behind_ = is_passing_over_;
+    if (!next_name_.empty() && levels_.size() == 1 && level.next == level.count) {
+        is_passing_over_ = head.name == next_name_ && !has_seen_next_;
+        has_seen_next_ = is_passing_over_;
     }
     if (is_passing_over_) {
         return true;

@@ -25,10 +25,10 @@ public:
 
     /// The text is a piece of a larger one. It begins with an entry, at this line and column, both from 0, and one more entry
     /// of this name follows the compared ones.
-    void read_piece(core_ulong line, core_ulong column, std::string_view name_behind) noexcept {
+    void read_piece(core_ulong line, core_ulong column, std::string_view next_name) noexcept {
         lines_before_ = line;
         columns_before_ = column;
-        name_behind_ = name_behind;
+        next_name_ = next_name;
     }
 
     /// Whether the text has exactly that tree.
@@ -44,7 +44,7 @@ public:
     bool open_group(const bk::Token&);
     void close_group();
     void report_fault(ParserReadObserver::Fault, const bk::Token&, std::string_view) noexcept {
-        if (!name_behind_.empty() && !has_begun_) {
+        if (!next_name_.empty() && !has_begun_) {
             fail(nullptr); // the value may belong to the entry before the piece
         }
     }
@@ -73,9 +73,9 @@ private:
     bool passes_over_version_ = false;
     core_ulong lines_before_ = 0;
     core_ulong columns_before_ = 0;
-    std::string_view name_behind_;
+    std::string_view next_name_;
     bool has_begun_ = false;
-    bool has_seen_behind_ = false;
+    bool has_seen_next_ = false;
     bool is_passing_over_ = false;
     bool is_equal_ = true;
     const ParserEntry* difference_ = nullptr;

@@ -8,24 +8,26 @@
 
 namespace bk_parser {
 
-/// Finds the entries of a group by the line and column where they were read. Entries that come in order cost one comparison
-/// each; otherwise an index is made.
+/// Finds the entries of a group by the line and column where they were read. As long as the entries are asked for in their order, each
+/// costs one comparison. Otherwise the lookup makes an index.
 ///
-/// Tests the order of the whole group only when an entry is searched that `expected` did not find unchanged: a copy of an
-/// unchanged entry is never more like the old entry than that entry is.
+/// Copies have the line and column of their original. `find` therefore first tests once whether the whole group is in order. `expected`
+/// does not: the caller takes the expected entry only when it is unchanged, and no copy can be more like the old entry than an unchanged
+/// one.
 class EntryLookup {
 public:
-    /// Begins anew with another group, or with none.
+    /// Forgets everything and starts with another group. With null, nothing is found.
     void reset(const ParserGroup* group) noexcept;
     const ParserGroup* group() const noexcept { return group_; }
-    /// The next entry in order, if it has this place and name. Null when there is none, or an index was made.
+    /// The next entry in order, if it has this place and name. Null when it has not, when the group has no further entry, and after an
+    /// index was made.
     const ParserEntry* expected(core_ulong line, core_ulong column, std::string_view name) const noexcept;
-    /// Takes the expected entry as found, and returns its position.
+    /// Marks the entry that `expected` returned as found, and returns its position.
     std::uint32_t take_expected() noexcept { return next_++; }
-    /// The position of the entry with this place that was not found before; of several, the one with this name. 0xFFFFFFFF when
-    /// there is none.
+    /// Finds the entry with this place among those that were not found before, and returns its position. If there are several, prefers one
+    /// with this name. Returns 0xFFFFFFFF when there is none.
     std::uint32_t find(core_ulong line, core_ulong column, std::string_view name);
-    /// The other candidates of the last search. Copies have the line and column of their original.
+    /// The other entries with the place and name of the last search: copies of each other.
     const std::vector<std::uint32_t>& twins() const noexcept { return twins_; }
     /// Makes this twin the result of the last search.
     void choose(std::uint32_t twin);
@@ -51,8 +53,8 @@ private:
     bool has_twins_ = false; // some entries have the same place
     std::uint32_t last_ = 0; // position found last
     std::vector<std::uint32_t> twins_;
-    std::vector<Place> index_; // of entries that did not come in order
-    std::vector<bool> found_;  // by position, once there is an index
+    std::vector<Place> index_; // sorted by place, of the entries that were not found before it was made
+    std::vector<bool> found_;  // by position; used once there is an index
 };
 
 } // namespace bk_parser

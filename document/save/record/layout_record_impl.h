@@ -23,8 +23,8 @@ struct TextRange {
 struct OldEntry {
     TextRange name;               // of the first entry, with template and array suffix
     std::uint32_t last_begin = 0; // of the last entry
-    std::uint32_t end = 0;        // behind the last word that was read
-    std::uint32_t tail = 0;       // behind skipped words, too, up to the next entry
+    std::uint32_t end = 0;        // after the last word that was read
+    std::uint32_t tail = 0;       // after skipped words, too, up to the next entry
     std::uint32_t count = 1;
     std::uint32_t new_index = no_index; // position of the first in its new group; none when it is gone
     bool has_changed = false;
@@ -33,7 +33,7 @@ struct OldEntry {
     bool is_call = false;
     bool has_same_group = false;      // its group exists, unchanged
     bool has_known_entries = false;   // some entries of its group exist
-    std::uint32_t arguments_open = 0; // behind "("
+    std::uint32_t arguments_open = 0; // after "("
     std::uint32_t first_value = 0;    // position in the values of its group
     std::uint32_t value_count = 0;    // without the group
     TextRange empty_tag;
@@ -45,7 +45,7 @@ struct OldEntry {
 
 /// A changed group of the old text.
 struct OldGroup {
-    std::uint32_t open = 0;           // behind "{"
+    std::uint32_t open = 0;           // after "{"
     std::uint32_t close = 0;          // before "}"
     const ParserGroup* now = nullptr; // the group as it is now
     std::vector<OldEntry> entries;
@@ -102,7 +102,7 @@ private:
         std::size_t first_value = 0;
         bool has_entry = false;
         bool is_same =
-            false; // that entry is the one at `same_index`, unchanged, and `entry` is of an earlier one
+            false; // the current entry is unchanged, at `same_index`; `entry` then describes an earlier one
         TextRange same_name;
         std::uint32_t same_index = 0;
         OldEntry entry;
@@ -135,7 +135,7 @@ private:
 
     std::string_view text_;
     bool has_escapes_;
-    std::vector<Level> levels_; // the first `depth_` are open; the others wait for the next group
+    std::vector<Level> levels_; // the first `depth_` are open; the others are kept for reuse
     std::size_t depth_ = 0;
     std::vector<OldEntry> entries_; // of all open groups
     std::vector<TextRange> values_;

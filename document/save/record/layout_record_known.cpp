@@ -3,14 +3,14 @@
 #include "parser/model/parser_entry_impl.h"
 #include "parser/model/parser_value_impl.h"
 
-// Entries that the grammar cut in one step. Nearly all of them are as they were, and are compared without taking them apart.
+// Entries that the grammar cut in one step. Nearly all of them are unchanged, so they are first compared as a whole.
 
 namespace bk_parser {
 
 namespace {
 
-/// Whether the numbers have these types and spellings, and the spellings stand in memory as they stand in the text. Compares
-/// all of them at once: comparing each alone took a tenth of the save of a large document.
+/// Whether the values have the types and spellings of the numbers, and their spellings are adjacent in memory as in the text. Compares all
+/// spellings at once: comparing them one by one makes the save of a large document 3% slower.
 bool are_spelled_in_a_row(const bk::KnownEntry& known, const bk::StoredValue* values, unsigned int count) {
     const bk::StoredValue* next = values;
     const bk::StoredValue* const end = values + count;

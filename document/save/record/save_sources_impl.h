@@ -33,7 +33,8 @@ public:
     std::string_view text() const noexcept { return text_.get_view(); }
     /// Whether text() is a part of the text of the document's own file, not a copy.
     bool shows_document() const noexcept { return text_.is_borrowed(); }
-    /// Hands over the text of the document's own file. If text() is a part of it, the caller keeps that alive.
+    /// Moves the text of the document's own file to the caller. If text() is a part of it, the caller keeps it alive and unchanged as long
+    /// as text() is used.
     CoreString take_document() noexcept { return map_.get_files().front()->text.take(); }
     double version() const noexcept { return version_; }
     const SourceMap& map() const noexcept { return map_; }

@@ -1,6 +1,6 @@
 #include "parser/model/drop/parser_teardown_impl.h"
 
-#include "core/memory/core_thread_impl.h"
+#include "core/memory/system/core_thread_impl.h"
 #include "parser/model/drop/parser_document_pages_impl.h"
 #include "parser/model/parser_group_impl.h"
 

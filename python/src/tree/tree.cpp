@@ -26,9 +26,9 @@ Waiting*& waiting() {
     return shared;
 }
 
-// Of all trees. They grow with the interpreter's lock held, and shrink with that of `waiting` held, too.
+// Counts for all trees. They are increased with the interpreter's lock held, and decreased with the lock of `waiting` held, too.
 std::atomic<std::size_t> occupation_count = 0;
-std::atomic<std::size_t> fork_count = 0; // those that wait
+std::atomic<std::size_t> fork_count = 0; // forks that wait for saves
 
 template <class Condition>
 void wait_until(const Condition& holds) {

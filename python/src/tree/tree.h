@@ -86,10 +86,10 @@ private:
 /// Waits until no save works on the tree. Releases the interpreter's lock meanwhile.
 void wait_until_free(Tree& tree);
 
-/// Waits until no save goes on: one that a fork cuts in two never ends in the child. The interpreter's lock is given up
-/// meanwhile.
+/// Called before a fork. Waits until no save is running, because a save that is running during the fork never ends in the child. Releases
+/// the interpreter's lock meanwhile.
 void wait_for_saves();
-/// What a save does first, so that those who wait for saves have their turn.
+/// Called at the beginning of a save. Waits while forks wait for saves, so that new saves do not delay them for ever.
 void wait_for_forks();
 /// Called in the child of a fork.
 void begin_forked();

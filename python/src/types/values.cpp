@@ -120,7 +120,7 @@ void insert_at(PyObject* self, Py_ssize_t index, std::span<const bk_parser::Give
     handle.head.tree->forget_paths();
 }
 
-/// One value after the other from a place on; each keeps the type of number that stands there.
+/// Stores values one by one from a position on. Each keeps the number type of the old value there.
 void store_from(PyObject* self, Py_ssize_t place, std::span<const bk_parser::GivenValue> given) {
     const EntryObject& handle = use_entry(entry_of(self));
     store(*handle.head.tree, *handle.entry, static_cast<unsigned int>(place), given,

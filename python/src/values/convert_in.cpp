@@ -23,7 +23,7 @@ bool is_refused_buffer() {
          std::string("a value is a bool, int, float, str or bytes, not ") + Py_TYPE(given.ptr())->tp_name);
 }
 
-/// A masked array shows all its numbers in its buffer, those that it hides too; so does a masked number.
+/// Refuses masked arrays and masked numbers, because their buffers also have the numbers that they hide.
 void refuse_masked(py::handle object) {
     if (!py::hasattr(object, "mask")) {
         return;
@@ -164,7 +164,7 @@ bool Given::add_buffer(py::handle object, bool takes_list) {
     if (!buffer.is_held()) {
         return !is_refused_buffer();
     }
-    // A single date of NumPy shows its bytes.
+    // A single date of NumPy exports its bytes as a buffer.
     const bool is_bytes =
         buffer.view.ndim != 0 && py::hasattr(object, "ndim") && py::int_(0).equal(object.attr("ndim"));
     if (is_bytes || (buffer.view.ndim != 0 && !takes_list)) {

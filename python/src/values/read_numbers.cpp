@@ -77,7 +77,7 @@ bool read_numbers(const Py_buffer& buffer, std::vector<GivenValue>& out) {
         (buffer.ndim != 0 && buffer.shape == nullptr)) {
         return false;
     }
-    // Some that show their numbers side by side, such as ctypes, give no strides even when they are asked for them.
+    // Some exporters of contiguous numbers, such as ctypes, give no strides even on request.
     Py_ssize_t strides[8] = {};
     Py_ssize_t count = 1;
     for (int i = buffer.ndim; i-- != 0;) {

@@ -54,7 +54,7 @@ private:
 };
 
 /// Each writes the map of a whole file. Checks sizes in the file against the bytes that are there. Depth costs no call stack.
-/// After bytes that it cannot explain, it goes on behind the entry, group or list around them.
+/// After bytes that it cannot explain, it continues after the entry, group or list around them.
 void map_binary(std::string_view bytes, ByteMapWriter& map);
 void map_archive(std::string_view bytes, ByteMapWriter& map);
 /// `text` is the decrypted text, or nothing without a key.

@@ -119,7 +119,7 @@ bool Pattern::follow(std::size_t start, const Around& around, Places& places) {
             pending_.push_back(moved(place, step.first));
             break;
         default: {
-            const bool is_at_boundary = around.is_word_before != around.is_word_behind;
+            const bool is_at_boundary = around.is_word_before != around.is_word_after;
             const bool goes_on = (step.kind == PatternStep::Kind::begin && around.is_begin) ||
                                  (step.kind == PatternStep::Kind::end && around.is_end) ||
                                  (step.kind == PatternStep::Kind::boundary && is_at_boundary) ||

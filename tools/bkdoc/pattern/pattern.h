@@ -56,7 +56,7 @@ private:
         bool is_begin;
         bool is_end;
         bool is_word_before;
-        bool is_word_behind;
+        bool is_word_after;
     };
 
     bool follow(std::size_t start, const Around& around, Places& places);

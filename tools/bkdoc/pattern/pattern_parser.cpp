@@ -285,7 +285,7 @@ private:
         }
     }
 
-    /// Repeats a piece as often as the count behind it says.
+    /// Repeats a piece as often as the count after it says.
     Steps repeated(const Steps& piece, std::size_t begin) {
         Steps steps = piece;
         bool is_repeated = false;

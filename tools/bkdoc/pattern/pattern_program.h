@@ -48,7 +48,7 @@ inline constexpr std::size_t most_pattern_depth = 100;
 
 PatternFault parse_pattern(std::string_view text, const PatternOptions& options, PatternProgram& program);
 
-/// Returns the character at `position`, and moves `position` behind it.
+/// Returns the character at `position`, and moves `position` after it.
 char32_t next_character(std::string_view text, std::size_t& position) noexcept;
 bool is_word_character(char32_t character) noexcept;
 

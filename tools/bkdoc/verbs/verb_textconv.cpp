@@ -26,7 +26,7 @@ std::string fingerprint(std::string_view bytes) {
 
 constexpr std::size_t message_limit = 600; // characters
 
-/// The message speaks of the document by its name, which git makes up anew for each comparison, and which a document in memory lacks.
+/// Rewords a message without a name. The document is in memory and has none, and git uses a new temporary name for each comparison.
 std::string told_of_file(const std::string& message) {
     constexpr std::string_view document = "the document is ";
     return message.starts_with(document) ? "the file is " + message.substr(document.size())

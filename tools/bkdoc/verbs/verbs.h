@@ -34,7 +34,7 @@ ExitCode run_same(const Arguments& arguments, Streams& streams);
 /// Stores the document in another form. The result is read back and compared before it replaces the target. A target that
 /// cannot be written, or that would lose something, stays as it was.
 ExitCode run_convert(const Arguments& arguments, Streams& streams);
-/// Explains each byte of a binary, encrypted or archive file, and goes on behind bytes that it cannot explain.
+/// Explains each byte of a binary, encrypted or archive file, and continues after bytes that it cannot explain.
 ExitCode run_dump(const Arguments& arguments, Streams& streams);
 /// Formats texts. The library checks that the text still reads the same before anything is written.
 ExitCode run_fmt(const Arguments& arguments, Streams& streams);

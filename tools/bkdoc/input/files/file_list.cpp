@@ -103,7 +103,7 @@ private:
         }
     }
 
-    /// Collects the documents of a folder and of the folders below. Goes on behind a folder that cannot be read; returns whether
+    /// Collects the documents of a folder and of the folders below. Continues after a folder that cannot be read; returns whether
     /// all could.
     bool walk(const std::filesystem::path& top, const std::vector<std::string>& extensions,
               std::size_t prefix_size, std::vector<std::string>& files) {

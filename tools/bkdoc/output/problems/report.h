@@ -46,8 +46,8 @@ private:
     std::filesystem::path last_file_; // of the last problem with a chain
 };
 
-/// Names the place of a problem: the file, the byte and the code. A name without a value in a shared include has other words for each
-/// document that goes on behind it, and is one problem all the same.
+/// Identifies a problem by its file, byte and code. The message does not count: that of a name without a value at the end of an include
+/// depends on the text after the include.
 std::string place_key(const bk_parser::Problem& problem);
 
 /// Remembers the problems of many documents, so that one in a file that several of them include is reported once.

@@ -29,7 +29,7 @@ std::string value_text(const ParserEntry& entry, unsigned int i) {
                : shown_value(entry, i);
 }
 
-/// Two values that look alike differ in their types, or behind the part that is shown.
+/// Two values that look alike differ in their types, or after the part that is shown.
 void tell_apart(const TreeChange& change, std::string& before, std::string& after) {
     if (before != after) {
         return;

@@ -20,7 +20,7 @@ struct ToldDifference {
     unsigned int column = 0;
     std::string path;        // in B; in A for a removal
     std::string path_before; // in A; empty for an addition
-    std::string what;        // shown behind the path, such as "moved"; empty for a changed value
+    std::string what;        // shown after the path, such as "moved"; empty for a changed value
     std::string before;      // empty when there is nothing to show
     std::string after;
 };

@@ -57,7 +57,7 @@ bool is_int(double number) noexcept {
            number == std::trunc(number);
 }
 
-/// How many values stand before the first group.
+/// How many values are before the first group.
 unsigned int leading_values(const ParserEntry& entry) {
     unsigned int count = 0;
     while (count < entry.get_value_count() && !entry.is_value_group(count)) {

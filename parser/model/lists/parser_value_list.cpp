@@ -1,4 +1,4 @@
-#include "parser/model/parser_value_list_impl.h"
+#include "parser/model/lists/parser_value_list_impl.h"
 
 #include "core/memory/core_assert_impl.h"
 #include "parser/model/drop/parser_document_pages_impl.h"
@@ -35,7 +35,7 @@ public:
 
     bool stays(unsigned int i) const noexcept { return list_.shows_string(i); }
 
-    /// `text_shift` tells where the text area has gone.
+    /// `text_shift` is how far the text area has moved.
     void move(unsigned int i, void* to, std::uintptr_t text_shift) const noexcept {
         const bk::StoredValue& value = block_->values()[i];
         if (stays(i)) {

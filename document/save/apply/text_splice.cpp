@@ -1,6 +1,6 @@
-#include "document/save/edits/text_splice_impl.h"
+#include "document/save/apply/text_splice_impl.h"
 
-#include "document/save/edits/text_edits_impl.h"
+#include "document/save/apply/text_edits_impl.h"
 
 #include <algorithm>
 #include <cstring>

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr unsigned int limit = 0x3FFFFFFFu; // two bits of the count are the group's marks
+constexpr unsigned int most_positions = 0x3FFFFFFFu; // two bits of the count are the group's marks
 
 std::size_t block_size(std::size_t capacity) noexcept {
     return sizeof(core_uint64) + capacity * sizeof(unsigned int);
@@ -45,7 +45,7 @@ void ParserPositionList::reserve(unsigned int capacity) {
 }
 
 void ParserPositionList::grow_to(core_uint64 capacity) {
-    if (capacity > limit) {
+    if (capacity > most_positions) {
         CoreMemory::refuse_count();
     }
     const std::size_t grown = block_size(static_cast<std::size_t>(capacity));
@@ -56,7 +56,7 @@ void ParserPositionList::grow_to(core_uint64 capacity) {
         block = CoreMemory::grow(head(), block_size(capacity_), block_size(count_), grown);
     }
     positions_ = reinterpret_cast<unsigned int*>(static_cast<Head*>(block) + 1);
-    capacity_ = static_cast<unsigned int>(capacity) & limit;
+    capacity_ = static_cast<unsigned int>(capacity) & most_positions;
 }
 
 void ParserPositionList::clear() noexcept {
@@ -96,5 +96,5 @@ void ParserPositionList::swap(ParserPositionList& other) noexcept {
     std::swap(count_, other.count_);
     const unsigned int capacity = capacity_;
     capacity_ = other.capacity_;
-    other.capacity_ = capacity & limit;
+    other.capacity_ = capacity & most_positions;
 }

@@ -17,7 +17,8 @@ void* grow_chunks(void* chunks, std::size_t size, std::size_t grown) noexcept;
 
 void give_chunks_back(void* chunks, std::size_t size) noexcept;
 
-/// Hands the whole chunks of these bytes to the kernel, where the system can do so. Each byte is then zero or as it was.
+/// Gives the memory of the whole chunks in this range back to the kernel, on systems that can. The addresses stay valid. Each byte is then
+/// zero or as it was.
 void empty_chunks(void* bytes, std::size_t size) noexcept;
 
 } // namespace bk

@@ -1,6 +1,6 @@
 #if defined(_WIN32)
 
-#include "core/memory/core_lock_impl.h"
+#include "core/memory/system/core_lock_impl.h"
 
 #include <windows.h>
 

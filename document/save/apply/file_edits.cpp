@@ -1,6 +1,6 @@
-#include "document/save/edits/file_edits_impl.h"
+#include "document/save/apply/file_edits_impl.h"
 
-#include "document/save/edits/text_edits_impl.h"
+#include "document/save/apply/text_edits_impl.h"
 #include "document/save/files/same_file_impl.h"
 #include "document/save/forms/stored_form_impl.h"
 

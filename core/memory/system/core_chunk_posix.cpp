@@ -1,6 +1,6 @@
 #if !defined(_WIN32)
 
-#include "core/memory/core_chunk_impl.h"
+#include "core/memory/system/core_chunk_impl.h"
 
 #include <cerrno>
 #include <cstdint>

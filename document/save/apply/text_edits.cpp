@@ -1,4 +1,4 @@
-#include "document/save/edits/text_edits_impl.h"
+#include "document/save/apply/text_edits_impl.h"
 
 #include <algorithm>
 
