@@ -4,18 +4,6 @@
 
 namespace bk {
 
-bool cut_string(ByteCursor& cursor, std::string_view& text) noexcept {
-    const std::string_view rest = cursor.rest();
-    const std::size_t size = rest.find('\0');
-    if (size == std::string_view::npos) {
-        cursor.move_to_end();
-        return false;
-    }
-    cursor.skip(size + 1);
-    text = rest.substr(0, size);
-    return true;
-}
-
 bool cut_binary_data(ByteCursor& cursor, std::string_view& bytes) noexcept {
     const auto size = static_cast<std::uint32_t>(cursor.take<std::uint64_t>());
     const std::string_view rest = cursor.rest();
@@ -28,10 +16,14 @@ bool cut_binary_data(ByteCursor& cursor, std::string_view& bytes) noexcept {
     return true;
 }
 
+void report_open_string() {
+    report_warning("ParserValue.bin_to_string: Failed to parse string\n");
+}
+
 std::string_view take_string(ByteCursor& cursor) {
     std::string_view text;
     if (!cut_string(cursor, text)) {
-        report_warning("ParserValue.bin_to_string: Failed to parse string\n");
+        report_open_string();
     }
     return text;
 }

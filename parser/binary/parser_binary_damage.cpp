@@ -37,7 +37,7 @@ bool BinaryDecoder::is_past_end() {
     return cursor_.position() > data_.size() && damage(BinaryDamage::Kind::data_end, data_.size());
 }
 
-/// Whether an entry or group ends at `end`. A decoder that is not strict always answers yes.
+/// Whether an entry or group ends at `end`. A decoder that is not strict does not ask.
 bool BinaryDecoder::ends_at(core_uint64 end) {
     return is_stopped_ || cursor_.position() == end || !damage(BinaryDamage::Kind::size_mismatch, end);
 }
@@ -90,15 +90,6 @@ BinaryDecoder::Step BinaryDecoder::fail_at_name(core_uint64 start) {
     return Step::failed;
 }
 
-std::string_view BinaryDecoder::take_name() {
-    if (host_ == nullptr) {
-        return take_string(cursor_);
-    }
-    std::string_view name;
-    cut_string(cursor_, name);
-    return name;
-}
-
 std::string_view BinaryDecoder::take_text() {
     if (host_ == nullptr) {
         return take_string(cursor_);
@@ -123,12 +114,9 @@ std::string_view BinaryDecoder::take_bytes() {
     return bytes;
 }
 
-/// False for an entry that is cut off, and for a large one whose progress is watched: that is read value by value.
-bool BinaryDecoder::may_be_read_at_once(const Level& level) const noexcept {
-    if (level.is_cut) {
-        return false;
-    }
-    return pace_ == nullptr || !pace_->is_watched() || level.entry_end - cursor_.position() <= pace_step ||
+/// Whether the progress of reading an entry is not watched, or the entry is small.
+bool BinaryDecoder::is_paced_as_one(const Level& level) const noexcept {
+    return !pace_->is_watched() || level.entry_end - cursor_.position() <= pace_step ||
            level.entry_end < cursor_.position();
 }
 

@@ -1,6 +1,7 @@
 #include "parser/binary/parser_binary_impl.h"
 
 #include "core/reports/core_guard_impl.h"
+#include "parser/binary/parser_binary_cut_impl.h"
 #include "parser/binary/parser_binary_scalar_impl.h"
 #include "parser/model/drop/parser_teardown_impl.h"
 #include "parser/model/parser_entry_impl.h"
@@ -42,24 +43,32 @@ bool find_flat_values(FlatValues& found, const char* sure_end, const char* buffe
                       std::vector<unsigned int>& string_sizes) {
     const char* place = found.begin;
     unsigned int count = 0;
+    std::size_t text_size = 0;
     string_sizes.clear();
-    for (; place < sure_end; ++count) {
-        std::size_t size = stored_size(*place);
+    while (place < sure_end) {
+        const char tag = *place;
+        std::size_t size = stored_size(tag);
         if (size == 0) {
             const std::string_view rest(place + 1, static_cast<std::size_t>(buffer_end - place) - 1);
             const std::size_t length =
-                *place == ParserValue::TYPE_STRING ? rest.find('\0') : std::string_view::npos;
+                tag == ParserValue::TYPE_STRING ? rest.find('\0') : std::string_view::npos;
             if (StoredValue::is_kept_apart(ParserValue::TYPE_STRING, length)) { // or there is no NUL
                 return false;
             }
             string_sizes.push_back(static_cast<unsigned int>(length));
-            found.text_size += StoredValue::string_need(length);
-            size = length + 2; // with its tag and the NUL
+            text_size += StoredValue::string_need(length);
+            place += length + 2; // with its tag and the NUL
+            ++count;
+            continue;
         }
-        place += size;
+        do {
+            place += size;
+            ++count;
+        } while (place < sure_end && *place == tag);
     }
     found.end = place;
     found.count = count;
+    found.text_size = text_size;
     return true;
 }
 
@@ -67,16 +76,20 @@ void make_flat_values(ParserValueList& values, const FlatValues& found,
                       const unsigned int* string_size) noexcept {
     StoredValue* value = values.room();
     char* text = values.text_room();
-    for (const char* place = found.begin; place != found.end; ++value) {
-        const auto type = static_cast<ParserValue::Type>(*place);
-        if (const std::size_t size = stored_size(*place)) {
-            const auto* const bytes = reinterpret_cast<const unsigned char*>(place + 1);
-            StoredValue::make_scalar(value, type, stored_scalar(type, load_le64(bytes)));
-            place += size;
-        } else {
-            StoredValue::make_string(value, {place + 1, *string_size}, text);
+    for (const char* place = found.begin; place != found.end;) {
+        const char tag = *place;
+        const auto type = static_cast<ParserValue::Type>(tag);
+        const std::size_t size = stored_size(tag);
+        if (size == 0) {
+            StoredValue::make_string(value++, {place + 1, *string_size}, text);
             place += std::size_t{*string_size++} + 2;
+            continue;
         }
+        do {
+            const auto* const bytes = reinterpret_cast<const unsigned char*>(place + 1);
+            StoredValue::make_scalar(value++, type, stored_scalar(type, load_le64(bytes)));
+            place += size;
+        } while (place != found.end && *place == tag);
     }
     values.set_count(found.count);
     values.mark_self_contained();
@@ -97,95 +110,47 @@ BinaryDecoder::~BinaryDecoder() {
     }
 }
 
-bool BinaryDecoder::read_group(ParserGroup& group) {
-    const core_uint64 announced = ByteCursor(cursor_).take<std::uint64_t>();
-    UnfinishedPages pages(std::min<core_uint64>(announced, cursor_.rest().size()));
-    pages_ = pages.get();
-    bool is_whole = false;
-    try {
-        is_whole = open_group(group) && run();
-    } catch (...) {
-        keep_whole_entries();
-        throw;
-    }
-    if (!has_discarded_) {
-        pages.finish();
-    }
-    return is_whole;
-}
-
-/// Called when memory ran out or the host threw: keeps the whole entries of the outermost group.
-void BinaryDecoder::keep_whole_entries() noexcept {
-    discard_values(0);
-    if (levels_.empty()) {
-        return;
-    }
-    const std::size_t whole_count = levels_.size() > 1 ? levels_[1].first_entry : entries_.size();
-    while (entries_.size() > whole_count) {
-        delete entries_.back();
-        entries_.pop_back();
-    }
-    levels_.erase(levels_.begin() + 1, levels_.end());
-    levels_[0].is_in_entry = false;
-    try {
-        close_level();
-    } catch (const std::exception&) {
-        return; // there is no memory to list them either
-    }
-}
-
-bool BinaryDecoder::read_entry(ParserEntry& entry) {
-    Level level{};
-    if (!open_entry(level, entry.get_name().get_view())) {
-        return false;
-    }
-    levels_.push_back(level);
-    const bool is_whole = run();
-    append_values(EntryAccess::values(entry));
-    return is_whole;
-}
-
-ParserValue* BinaryDecoder::read_value() {
-    ParserValue::Type type{};
-    if (!take_tag(type)) {
-        return nullptr;
-    }
-    if (type == ParserValue::TYPE_GROUP) {
-        auto value = std::make_unique<ParserValue>(static_cast<ParserGroup*>(nullptr));
-        read_group(*StoredValue::of(*value).group());
-        return value.release();
-    }
-    take_value(type);
-    PendingValue& pending = pending_.back();
-    if (pending.type == ParserValue::TYPE_STRING) {
-        return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
-    }
-    char* no_text = nullptr;
-    auto value = std::make_unique<ParserValue>(false); // a bool owns nothing, so make_value may write over it
-    make_value(&StoredValue::of(*value), pending, no_text);
-    return value.release();
-}
-
-/// False when the group does not fit what is left of the buffer.
-bool BinaryDecoder::open_group(ParserGroup& group) {
-    std::uint64_t size = cursor_.take<std::uint64_t>();
-    const core_uint64 start = cursor_.position();
-    if (start > data_.size() || size > data_.size() - start) {
-        if (!take_rest_of_cut_group(size)) {
-            return false;
+void BinaryDecoder::discard_values(std::size_t first) noexcept {
+    for (std::size_t i = first; i < pending_.size(); ++i) {
+        if (pending_[i].type == ParserValue::TYPE_GROUP) {
+            has_discarded_ = has_discarded_ || pending_[i].group != nullptr;
+            destroy_group(pending_[i].group);
         }
-        size = cursor_.rest().size();
     }
-    Level& level = levels_.emplace_back();
-    level.group = &group;
-    level.group_end = start + size;
-    level.first_entry = static_cast<unsigned int>(entries_.size());
-    return true;
+    pending_.erase(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
+}
+
+inline void BinaryDecoder::close_level() {
+    const Level& level = levels_.back();
+    if (level.group != nullptr) { // else the values are the caller's
+        if (level.is_in_entry) {
+            discard_values(level.first_value);
+        }
+        const unsigned int first = level.first_entry;
+        ParserEntry* const* const entries = entries_.data() + first;
+        const auto count = static_cast<unsigned int>(entries_.size() - first);
+        if (pages_ != nullptr && levels_.size() != 1) {
+            GroupAccess::fill(*level.group, entries, count, *pages_);
+        } else {
+            GroupAccess::append(*level.group, entries, count);
+        }
+        entries_.resize(first);
+    }
+    levels_.pop_back();
+}
+
+/// Logs what is wrong with a name, unless the decoder is strict.
+inline std::string_view BinaryDecoder::take_name() {
+    std::string_view name;
+    if (!cut_string(cursor_, name) && host_ == nullptr) {
+        report_open_string();
+    }
+    return name;
 }
 
 /// Compares the size with the whole buffer, as it always did, not with the rest of it. So an entry may claim more than there is,
 /// and fails where the data end.
-bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
+inline bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
     const std::uint64_t size = cursor_.take<std::uint64_t>();
     if (host_ != nullptr && !may_hold_entry(level, size)) {
         return false;
@@ -203,81 +168,67 @@ bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
     return true;
 }
 
-bool BinaryDecoder::run() {
-    Step step = Step::more;
-    while (!levels_.empty()) {
-        step = advance(levels_.back());
-        if (step != Step::more) {
-            close_level();
+/// False when the group does not fit what is left of the buffer.
+inline bool BinaryDecoder::open_group(ParserGroup& group) {
+    std::uint64_t size = cursor_.take<std::uint64_t>();
+    const core_uint64 start = cursor_.position();
+    if (start > data_.size() || size > data_.size() - start) {
+        if (!take_rest_of_cut_group(size)) {
+            return false;
         }
+        size = cursor_.rest().size();
     }
-    return step == Step::done && !is_stopped_;
+    Level& level = levels_.emplace_back();
+    level.group = &group;
+    level.group_end = start + size;
+    level.first_entry = static_cast<unsigned int>(entries_.size());
+    return true;
 }
 
-BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
-    if (!level.is_in_entry) {
-        return begin_entry(level);
-    }
-    while (true) {
-        if (pace_ != nullptr) {
-            pace_->reach(cursor_.position());
-        }
-        if (cursor_.position() >= level.entry_end) {
-            return ends_well(level) ? finish_entry(level) : Step::failed;
-        }
-        ParserValue::Type type{};
-        const core_uint64 start = cursor_.position();
-        if (!take_tag(type)) {
-            damage(BinaryDamage::Kind::unknown_value, start);
-            return Step::failed;
-        }
-        if (type != ParserValue::TYPE_GROUP) {
-            take_value(type);
-            if (is_stopped_ || is_past_end()) {
-                return Step::failed;
-            }
-            level.text_size += text_need(pending_.back());
-            continue;
-        }
-        if (levels_.size() > nesting_depth_) {
-            return stop_at_depth();
-        }
-        pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
-        ParserGroup* const group = GroupAccess::make(pages_).release();
-        pending_.back().group = group;
-        open_group(*group); // `level` may have moved; a group that cannot be opened stays empty
-        return Step::more;
-    }
+ParserGroup& BinaryDecoder::make_group() {
+    pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
+    pending_.back().group = GroupAccess::make(pages_).release();
+    return *pending_.back().group;
 }
 
-/// Begins the next entry; those of scalars and strings are read at once.
-BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
-    do {
-        const core_uint64 start = cursor_.position();
-        if (pace_ != nullptr) {
-            pace_->reach(start);
-        }
-        if (start >= level.group_end) {
-            return ends_at(level.group_end) ? Step::done : Step::failed;
-        }
-        const std::string_view name = take_name();
-        if (name.empty()) {
-            return fail_at_name(start);
-        }
-        level.name_at = static_cast<unsigned int>(name.data() - data_.data());
-        level.name_size = static_cast<unsigned int>(name.size());
-        if (!open_entry(level, name)) {
-            return Step::failed;
-        }
-    } while (read_flat_entry(level));
-    return Step::more;
+/// Whether the entry is no more than the group at this position, by their sizes.
+inline bool BinaryDecoder::holds_only_group(const Level& level) const noexcept {
+    const std::uint64_t left = level.entry_end - cursor_.position();
+    return level.group != nullptr && !level.is_cut && pending_.size() == level.first_value &&
+           level.entry_end <= data_.size() && left >= sizeof(left) &&
+           ByteCursor(cursor_).take<std::uint64_t>() == left - sizeof(left);
+}
+
+/// Makes such an entry before its group is read, so that both are in memory in the order of the document.
+inline ParserGroup& BinaryDecoder::make_with_group(Level& level) {
+    std::unique_ptr<ParserEntry> entry(EntryAccess::make({.name = entry_name(level)}, 1, 0, pages_));
+    ParserGroup* const group = GroupAccess::make(pages_).release();
+    ParserValueList& values = EntryAccess::values(*entry);
+    StoredValue::make_group(values.room(), group);
+    values.set_count(1);
+    entries_.push_back(entry.get());
+    static_cast<void>(entry.release());
+    level.is_made = true;
+    return *group;
+}
+
+/// For an entry that was made with its group, which ended too early: what follows in the entry are further values.
+void BinaryDecoder::take_apart(Level& level) {
+    pending_.emplace_back(static_cast<ParserGroup*>(nullptr));
+    ParserValueList& values = EntryAccess::values(*entries_.back());
+    pending_.back().group = values.room()->group();
+    values.set_count(0);
+    has_discarded_ = true;
+    level.is_made = false;
+    delete entries_.back();
+    entries_.pop_back();
 }
 
 /// Reads an entry whose values are all scalars and strings and are whole in the buffer. For every other entry returns false and
 /// reads nothing.
-bool BinaryDecoder::read_flat_entry(Level& level) {
-    if (!takes_whole_entries || cursor_.position() > data_.size() ||
-        !may_be_read_at_once(level)) { // behind an entry that is cut in its head
+inline bool BinaryDecoder::read_flat_entry(Level& level) {
+    if (!takes_whole_entries || level.is_cut || (pace_ != nullptr && !is_paced_as_one(level)) ||
+        cursor_.position() > data_.size()) { // behind an entry that is cut in its head
         return false;
     }
     const char* const data = data_.data();
@@ -316,7 +267,34 @@ void BinaryDecoder::keep_entry(Level& level, std::unique_ptr<ParserEntry> entry)
     level.is_in_entry = false;
 }
 
-BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
+/// Begins the next entry; those of scalars and strings are read at once.
+inline BinaryDecoder::Step BinaryDecoder::begin_entry(Level& level) {
+    do {
+        const core_uint64 start = cursor_.position();
+        if (pace_ != nullptr) {
+            pace_->reach(start);
+        }
+        if (start >= level.group_end) {
+            return host_ == nullptr || ends_at(level.group_end) ? Step::done : Step::failed;
+        }
+        const std::string_view name = take_name();
+        if (name.empty()) {
+            return fail_at_name(start);
+        }
+        level.name_at = static_cast<unsigned int>(name.data() - data_.data());
+        level.name_size = static_cast<unsigned int>(name.size());
+        if (!open_entry(level, name)) {
+            return Step::failed;
+        }
+    } while (read_flat_entry(level));
+    return Step::more;
+}
+
+inline BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
+    if (std::exchange(level.is_made, false)) {
+        level.is_in_entry = false;
+        return Step::more;
+    }
     if (level.group == nullptr) {
         return Step::done;
     }
@@ -328,23 +306,125 @@ BinaryDecoder::Step BinaryDecoder::finish_entry(Level& level) {
     return Step::more;
 }
 
-void BinaryDecoder::close_level() {
-    const Level& level = levels_.back();
-    if (level.group != nullptr) { // else the values are the caller's
-        if (level.is_in_entry) {
-            discard_values(level.first_value);
+inline BinaryDecoder::Step BinaryDecoder::advance(Level& level) {
+    if (!level.is_in_entry) {
+        const Step step = begin_entry(level);
+        if (step != Step::more) {
+            return step;
         }
-        const unsigned int first = level.first_entry;
-        ParserEntry* const* const entries = entries_.data() + first;
-        const auto count = static_cast<unsigned int>(entries_.size() - first);
-        if (pages_ != nullptr && levels_.size() != 1) {
-            GroupAccess::fill(*level.group, entries, count, *pages_);
-        } else {
-            GroupAccess::append(*level.group, entries, count);
-        }
-        entries_.resize(first);
+    } else if (level.is_made && cursor_.position() < level.entry_end) {
+        take_apart(level);
     }
-    levels_.pop_back();
+    while (true) {
+        if (pace_ != nullptr) {
+            pace_->reach(cursor_.position());
+        }
+        if (cursor_.position() >= level.entry_end) {
+            return host_ == nullptr || ends_well(level) ? finish_entry(level) : Step::failed;
+        }
+        ParserValue::Type type{};
+        const core_uint64 start = cursor_.position();
+        if (!take_tag(type)) {
+            damage(BinaryDamage::Kind::unknown_value, start);
+            return Step::failed;
+        }
+        if (type != ParserValue::TYPE_GROUP) {
+            take_value(type);
+            if (is_stopped_ || is_past_end()) {
+                return Step::failed;
+            }
+            level.text_size += text_need(pending_.back());
+            continue;
+        }
+        if (levels_.size() > nesting_depth_) {
+            return stop_at_depth();
+        }
+        // `level` may move; a group that cannot be opened stays empty
+        open_group(holds_only_group(level) ? make_with_group(level) : make_group());
+        return Step::more;
+    }
+}
+
+bool BinaryDecoder::run() {
+    Step step = Step::more;
+    while (!levels_.empty()) {
+        step = advance(levels_.back());
+        if (step != Step::more) {
+            close_level();
+        }
+    }
+    return step == Step::done && !is_stopped_;
+}
+
+bool BinaryDecoder::read_group(ParserGroup& group) {
+    const core_uint64 announced = ByteCursor(cursor_).take<std::uint64_t>();
+    UnfinishedPages pages(std::min<core_uint64>(announced, cursor_.rest().size()));
+    pages_ = pages.get();
+    bool is_whole = false;
+    try {
+        is_whole = open_group(group) && run();
+    } catch (...) {
+        keep_whole_entries();
+        throw;
+    }
+    if (!has_discarded_) {
+        pages.finish();
+    }
+    return is_whole;
+}
+
+/// Called when memory ran out or the host threw: keeps the whole entries of the outermost group.
+void BinaryDecoder::keep_whole_entries() noexcept {
+    discard_values(0);
+    if (levels_.empty()) {
+        return;
+    }
+    std::size_t whole_count = levels_.size() > 1 ? levels_[1].first_entry : entries_.size();
+    whole_count -= levels_[0].is_made ? 1 : 0;
+    while (entries_.size() > whole_count) {
+        delete entries_.back();
+        entries_.pop_back();
+    }
+    levels_.erase(levels_.begin() + 1, levels_.end());
+    levels_[0].is_in_entry = false;
+    levels_[0].is_made = false;
+    try {
+        close_level();
+    } catch (const std::exception&) {
+        return; // there is no memory to list them either
+    }
+}
+
+bool BinaryDecoder::read_entry(ParserEntry& entry) {
+    Level level{};
+    if (!open_entry(level, entry.get_name().get_view())) {
+        return false;
+    }
+    levels_.push_back(level);
+    const bool is_whole = run();
+    append_values(EntryAccess::values(entry));
+    return is_whole;
+}
+
+ParserValue* BinaryDecoder::read_value() {
+    ParserValue::Type type{};
+    if (!take_tag(type)) {
+        return nullptr;
+    }
+    if (type == ParserValue::TYPE_GROUP) {
+        auto value = std::make_unique<ParserValue>(static_cast<ParserGroup*>(nullptr));
+        read_group(*StoredValue::of(*value).group());
+        return value.release();
+    }
+    take_value(type);
+    PendingValue& pending = pending_.back();
+    if (pending.type == ParserValue::TYPE_STRING) {
+        return new ParserValue(CoreString(std::string_view(pending.text, pending.size)));
+    }
+    char* no_text = nullptr;
+    auto value = std::make_unique<ParserValue>(false); // a bool owns nothing, so make_value may write over it
+    make_value(&StoredValue::of(*value), pending, no_text);
+    return value.release();
 }
 
 bool BinaryDecoder::take_tag(ParserValue::Type& type) noexcept {
@@ -429,16 +509,6 @@ StoredValue* BinaryDecoder::make_other(void* place, PendingValue& pending, char*
     }
     unsigned char* const bytes = pending.size == 0 ? nullptr : copy_bytes(pending.text, pending.size);
     return StoredValue::make_binary_data(place, bytes, pending.size);
-}
-
-void BinaryDecoder::discard_values(std::size_t first) noexcept {
-    for (std::size_t i = first; i < pending_.size(); ++i) {
-        if (pending_[i].type == ParserValue::TYPE_GROUP) {
-            has_discarded_ = has_discarded_ || pending_[i].group != nullptr;
-            destroy_group(pending_[i].group);
-        }
-    }
-    pending_.erase(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end());
 }
 
 } // namespace bk

@@ -195,7 +195,8 @@ private:
         unsigned int first_value;
         std::size_t text_size; // what the strings of the entry's values need
         bool is_in_entry;
-        bool is_cut; // the data end in the entry
+        bool is_made; // the entry is in `entries_` already, with the group that is all it should hold
+        bool is_cut;  // the data end in the entry
     };
 
     enum class Step { more, done, failed };
@@ -212,7 +213,7 @@ private:
     std::string_view take_bytes();
     bool is_past_end();
     bool ends_at(core_uint64 end);
-    bool may_be_read_at_once(const Level& level) const noexcept;
+    bool is_paced_as_one(const Level& level) const noexcept;
     void keep_whole_entries() noexcept;
 
     bool open_group(ParserGroup& group);
@@ -225,6 +226,10 @@ private:
     std::string_view entry_name(const Level& level) const noexcept;
     Step finish_entry(Level& level);
     void keep_entry(Level& level, std::unique_ptr<ParserEntry> entry);
+    ParserGroup& make_group();
+    bool holds_only_group(const Level& level) const noexcept;
+    ParserGroup& make_with_group(Level& level);
+    void take_apart(Level& level);
     void close_level();
 
     bool take_tag(ParserValue::Type& type) noexcept;

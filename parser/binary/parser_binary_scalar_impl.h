@@ -57,17 +57,13 @@ inline char* put_read_scalar(char* out, const StoredValue& value) noexcept {
 
 /// The scalar in the low bytes of `bytes`, as StoredValue::make_scalar takes it. Ignores the bytes above.
 inline std::uint64_t stored_scalar(ParserValue::Type type, std::uint64_t bytes) noexcept {
-    constexpr std::uint64_t lowest_byte = 0xFF;
-    switch (type) {
-    case ParserValue::TYPE_BOOL:
-        return (bytes & lowest_byte) != 0 ? 1 : 0;
-    case ParserValue::TYPE_CHAR:
-        return bytes & lowest_byte;
-    case ParserValue::TYPE_INT:
-        return bytes & 0xFFFFFFFFu;
-    default:
-        return std::bit_cast<std::uint64_t>(clamp_to_finite(std::bit_cast<double>(bytes)));
+    const std::size_t unused_bytes = largest_stored_size - stored_sizes[type];
+    const std::uint64_t bits = bytes & ~std::uint64_t{0} >> (8 * unused_bytes);
+    if (type == ParserValue::TYPE_BOOL) {
+        return bits != 0 ? 1 : 0;
     }
+    // The bits of an infinity or of not-a-number are too many for any type but a double.
+    return std::bit_cast<std::uint64_t>(clamp_to_finite(std::bit_cast<double>(bits)));
 }
 
 } // namespace bk

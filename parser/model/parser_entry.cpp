@@ -107,7 +107,7 @@ const CoreString& ParserEntry::get_template() const noexcept {
 }
 
 bool ParserEntry::is_group() const {
-    return values_.get_count() == 1 && is_value_group(0);
+    return values_.get_count() == 1 && values_[0].type() == ParserValue::TYPE_GROUP;
 }
 
 /// A save recognises an entry that was read by the name in the text, so the old name is noted.

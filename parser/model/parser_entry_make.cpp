@@ -24,6 +24,18 @@ std::size_t name_need(std::string_view name) noexcept {
 
 } // namespace
 
+/// Creates an entry without a name, with this number of bytes after it.
+inline ParserEntry* EntryAccess::make_alone(const EntryFields& fields, std::size_t bytes_after,
+                                            DocumentPages* pages) {
+    const std::size_t size = sizeof(ParserEntry) + bytes_after;
+    auto* const entry =
+        ::new (pages == nullptr ? allocate_in_order(size) : pages->allocate(size)) ParserEntry(fields);
+    if (pages != nullptr) {
+        entry->values_.set_in_pages();
+    }
+    return entry;
+}
+
 ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, std::size_t text_size,
                                DocumentPages* pages) {
     const std::size_t values_size = count == 0 ? 0 : ParserValueList::room_size(count, text_size);
@@ -44,18 +56,6 @@ ParserEntry* EntryAccess::make(const EntryFields& fields, unsigned int count, st
         name = behind_values;
     }
     StringAccess::show(entry->name_, {name, fields.name.size()});
-    return entry;
-}
-
-/// Creates an entry without a name, with this number of bytes after it.
-ParserEntry* EntryAccess::make_alone(const EntryFields& fields, std::size_t bytes_after,
-                                     DocumentPages* pages) {
-    const std::size_t size = sizeof(ParserEntry) + bytes_after;
-    auto* const entry =
-        ::new (pages == nullptr ? allocate_in_order(size) : pages->allocate(size)) ParserEntry(fields);
-    if (pages != nullptr) {
-        entry->values_.set_in_pages();
-    }
     return entry;
 }
 

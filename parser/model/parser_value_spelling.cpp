@@ -78,7 +78,8 @@ void StoredValue::report_mismatch(const char* read) const {
     report_warning("ParserValue.", read, ": type mismatch, value type is '", type_name(type()), "' \n");
 }
 
-bool StoredValue::read_as_bool() const {
+/// Not inline, like the two below: a reader of a value that is held calls it last, and saves no registers for it.
+[[gnu::noinline]] bool StoredValue::read_as_bool() const {
     const Scalar& held = scalar();
     switch (type()) {
     case ParserValue::TYPE_BOOL:
@@ -112,7 +113,7 @@ char StoredValue::get_as_char() const {
     }
 }
 
-int StoredValue::read_as_int() const {
+[[gnu::noinline]] int StoredValue::read_as_int() const {
     if (has_only_text(ParserValue::TYPE_INT)) {
         const int number = spelled_int(text_in_area(), true);
         hold(scalar_of(ParserValue::TYPE_INT, static_cast<unsigned int>(number)));
@@ -134,7 +135,7 @@ int StoredValue::read_as_int() const {
     }
 }
 
-double StoredValue::read_as_double() const {
+[[gnu::noinline]] double StoredValue::read_as_double() const {
     if (has_only_text(ParserValue::TYPE_DOUBLE)) {
         const double number = spelled_double(text_in_area(), true);
         hold({.as_double = number});

@@ -24,15 +24,6 @@ DocumentPages* DocumentPages::begin(std::size_t byte_count) noexcept {
     return place == nullptr ? nullptr : ::new (place) DocumentPages;
 }
 
-void* DocumentPages::allocate(std::size_t size) {
-    void* const block = run_.take(size);
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    ++taken_;
-    return block;
-}
-
 /// When memory for the list runs out, the edit still succeeds, and the document gives up its pages instead.
 template <class Object>
 void DocumentPages::list_in(CoreVector<Object*>& listed, Object& object) noexcept {

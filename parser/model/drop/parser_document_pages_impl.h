@@ -4,6 +4,7 @@
 #include "core/memory/runs/core_document_run_impl.h"
 
 #include <cstddef>
+#include <new>
 #include <utility>
 
 class ParserEntry;
@@ -33,7 +34,14 @@ public:
     }
 
     /// Allocates an entry, a group or the list of a group, of at most slab_largest_small_block bytes.
-    [[nodiscard]] void* allocate(std::size_t size);
+    [[nodiscard]] void* allocate(std::size_t size) {
+        void* const block = run_.take(size);
+        if (block == nullptr) {
+            throw std::bad_alloc();
+        }
+        ++taken_;
+        return block;
+    }
 
     /// Notes an object that owns memory elsewhere, or is about to.
     void list(ParserEntry& entry) noexcept;
