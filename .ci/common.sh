@@ -1,11 +1,11 @@
-# What the scripts share. Sourced, with the source tree as the current folder.
+# Functions that the scripts share. Sourced with the source tree as the current folder.
 
 root=$PWD
 jobs=$(nproc 2>/dev/null || echo 2)
 newly_installed=""
 
-# The sources of a folder are compiled sixteen together, which is several times as fast. That each compiles by itself is seen where
-# .ci/install builds the library in another project, and .ci/targets compiles the tool.
+# Compiles the sources of a folder sixteen together, which is several times as fast. .ci/install checks that each source
+# of the library compiles on its own, by building it in another project. .ci/targets does the same for the tool.
 together=(-DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=16)
 
 has_header() {
@@ -13,13 +13,13 @@ has_header() {
         "${CXX:-c++}" -x c++ -std=c++20 -E - >/dev/null 2>&1
 }
 
-# Whether clang++ links a fuzzer, for which it has a library of its own.
+# Whether clang++ can link a fuzzer, for which it needs a library of its own.
 has_fuzzer() {
     printf 'extern "C" int LLVMFuzzerTestOneInput(const char*, unsigned long) { return 0; }\n' |
         clang++ -fsanitize=fuzzer -x c++ - -o /dev/null 2>/dev/null
 }
 
-# Whether there is what the Debian package of that name would bring; it may have come another way.
+# Whether what a Debian package contains is on this machine, even if it was installed in another way.
 is_there() {
     case $1 in
         g++) command -v "${CXX:-c++}" ;;
@@ -57,7 +57,8 @@ is_there() {
     esac >/dev/null
 }
 
-# need <Debian package>...: installs what is missing where that can be done without asking; names it elsewhere, in one line.
+# need <Debian package>...: installs what is missing, if that is possible without asking. Otherwise names it in one
+# line.
 need() {
     local package missing=()
     for package in "$@"; do
@@ -71,7 +72,7 @@ need() {
     echo "installing ${missing[*]}" >&2
     export DEBIAN_FRONTEND=noninteractive
     local output
-    # One at a time: two scripts may run side by side.
+    # One at a time, because two scripts may run in parallel.
     if ! output=$(flock /tmp/bk_parser_packages sh -c 'apt-get update && apt-get install -y --no-install-recommends "$@"' \
         apt "${missing[@]}" 2>&1 </dev/null); then
         echo "missing, and not to be had: ${missing[*]} ($(grep -m 1 '^E: ' <<<"$output"))" >&2
@@ -80,7 +81,7 @@ need() {
     newly_installed=yes
 }
 
-# Runs a command, and shows what it printed only when it fails.
+# Runs a command, and prints its output only if it fails.
 quietly() {
     local output
     output=$("$@" 2>&1 </dev/null) && return
@@ -102,8 +103,8 @@ is_configured() {
     done
 }
 
-# configure <build folder> <-DNAME=VALUE>...: as seldom as possible, for it takes seconds. `project` is the folder of another
-# project than the whole one.
+# configure <build folder> <-DNAME=VALUE>...: runs CMake only when necessary, because it takes seconds. `project` is the
+# folder of the project, if that is not this one.
 configure() {
     local folder=$1 cache=$1/CMakeCache.txt generator=()
     shift
@@ -115,7 +116,7 @@ configure() {
     quietly cmake -S "${project:-$root}" -B "$folder" "${generator[@]}" "$@"
 }
 
-# run_tests <build folder> <ctest argument>...: shows the tests that fail and sets `passed` and `failed`.
+# run_tests <build folder> <ctest argument>...: prints the tests that fail, and sets `passed` and `failed`.
 run_tests() {
     local folder=$1 report=$root/$1/tests.xml skipped
     shift
@@ -128,8 +129,8 @@ run_tests() {
     [ "$skipped" -eq 0 ] || echo "$skipped skipped"
 }
 
-# run_programs <build folder>: the same with a process a program instead of a process a test, for builds that are slow to
-# start. A program that dies counts as one failure.
+# run_programs <build folder>: like run_tests, but with one process per program instead of one per test, for builds that
+# start slowly. A program that crashes counts as one failure.
 run_programs() {
     local logs=$root/$1/test_logs log
     rm -rf "$logs" && mkdir -p "$logs"

@@ -33,7 +33,7 @@ FILES = {
     "more/gone.bkd": "a 1\n",
 }
 
-# The verb, its words, and its exit code.
+# Verb, arguments and exit code.
 RUNS = [
     ("check", ["top.bkd"], 1),
     ("check", ["top.bkd", "other.bkd", "part.bkd"], 1),

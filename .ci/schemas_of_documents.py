@@ -43,7 +43,7 @@ for path in sorted(set(sum((glob.glob(pattern, recursive=True) for pattern in pa
 if count < 100:
     fail(f"only {count} documents were converted")
 
-# What from_json refuses, as far as a schema can tell.
+# Inputs that from_json refuses and that a schema can refuse, too.
 for text in ['1', '[1]', '[[]]', '{"a": null}', '{"a": [[1]]}', '{"$a": 1}', '{"a": {"$foo": 1}}',
              '{"a": {"$int": true}}', '{"a": {"$binary": "AQI"}}', '{"a": {"$kind": "call"}}',
              '{"a": {"$kind": "cal", "$values": []}}', '{"a": {"$array": -1, "$values": []}}',

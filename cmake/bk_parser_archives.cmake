@@ -1,4 +1,4 @@
-# What cpack makes of an installed copy: a package for Debian and an archive, or for Windows a .zip.
+# What cpack makes of an installed copy: a package for Debian and an archive, or a .zip for Windows.
 
 set(CPACK_PACKAGE_NAME bk-parser)
 set(CPACK_PACKAGE_VENDOR "The bk_parser developers")

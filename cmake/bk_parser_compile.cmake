@@ -1,6 +1,6 @@
-# How the project's own code is compiled. A project that takes this one in with add_subdirectory keeps its own
-# rules: warnings are errors only when this is the top-level project, and not under g++'s sanitizers, whose checks mislead
-# the compiler's own.
+# How the project's own code is compiled. A project that includes this one with add_subdirectory keeps its own rules:
+# warnings are errors only when this is the top-level project. They are not errors under g++'s sanitizers, whose checks
+# cause false warnings.
 
 if(BK_PARSER_FUZZ AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     message(FATAL_ERROR "The fuzzers need clang++: set CMAKE_CXX_COMPILER to it, or BK_PARSER_FUZZ to OFF.")
@@ -12,8 +12,8 @@ if(BK_PARSER_FUZZ)
 endif()
 set(BK_PARSER_SANITIZE "${usual_sanitizers}" CACHE STRING "Sanitizers to build with, as in \"address,undefined\"")
 
-# The address and memory sanitizers see every object only when each has a block of its own. Switched on all the same, the
-# slabs tell the address sanitizer which of their blocks are free.
+# The address and memory sanitizers see every object only when each has a block of its own. If the slabs are on
+# nevertheless, they tell the address sanitizer which of their blocks are free.
 set(usual_slabs ON)
 if(BK_PARSER_SANITIZE MATCHES "address|memory|leak")
     set(usual_slabs OFF)
@@ -23,7 +23,7 @@ option(BK_PARSER_SLABS "Take small objects from slabs instead of the global heap
 option(BK_PARSER_COVERAGE "Count which lines and branches of the library run (g++)" OFF)
 mark_as_advanced(BK_PARSER_COVERAGE)
 
-# Sources that are compiled together are those of one folder, whose names do not collide.
+# Sources that are compiled together are in one folder, where no two sources define the same name.
 function(bk_parser_unite_by_folder target)
     get_target_property(sources ${target} SOURCES)
     foreach(source IN LISTS sources)
@@ -35,7 +35,7 @@ function(bk_parser_unite_by_folder target)
 endfunction()
 
 add_library(bk_parser_own_code INTERFACE)
-# Invariants are tested (BK_ASSERT) where time does not matter.
+# Sanitizer and Debug builds check invariants (BK_ASSERT), because time does not matter there.
 if(BK_PARSER_SANITIZE)
     target_compile_definitions(bk_parser_own_code INTERFACE BK_PARSER_ASSERTIONS)
 else()
@@ -52,7 +52,7 @@ if(MSVC)
     endif()
 else()
     target_compile_options(bk_parser_own_code INTERFACE -Wall -Wextra -Wconversion -Wshadow)
-    # g++ 12 sees an overlap in libstdc++'s std::string where text is put before a temporary.
+    # g++ 12 wrongly reports an overlap in libstdc++'s std::string where text is prepended to a temporary.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
         target_compile_options(bk_parser_own_code INTERFACE -Wno-restrict)
     endif()

@@ -5,7 +5,7 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/bk_parser)
-# A folder of their own: core/ and parser/ are names that others have, too.
+# A folder of their own, because other projects have folders core/ and parser/, too.
 set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/bk_parser)
 
 install(TARGETS bk_parser EXPORT bk_parser_targets
@@ -23,7 +23,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/bk_parser-config-version.
     COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/bk_parser-config-version.cmake DESTINATION ${package_dir})
 
-# The file says where things are from where it stands, so that an installed copy can be moved.
+# Paths in the .pc file are relative to its own folder, so that an installed copy can be moved.
 set(pc_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH pc_prefix ${CMAKE_INSTALL_PREFIX}/${pc_dir} ${CMAKE_INSTALL_PREFIX})
 set(pc_definitions "")
@@ -33,9 +33,9 @@ endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/bk_parser.pc.in ${PROJECT_BINARY_DIR}/bk_parser.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/bk_parser.pc DESTINATION ${pc_dir})
 
-# As they stand in the tree, so that the links from page to page lead somewhere.
+# The folders are the same as in the source tree, so that links between pages work.
 install(FILES README.md CHANGELOG.md SECURITY.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents)
 install(DIRECTORY docs abi examples schemas syntaxes DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents
     PATTERN CMakeLists.txt EXCLUDE
     PATTERN *.cmake EXCLUDE)
-install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents RENAME copyright) # the name that Debian asks for
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents RENAME copyright) # the name that Debian requires

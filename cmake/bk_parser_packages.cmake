@@ -1,5 +1,5 @@
-# The packages that tests use. For another machine than the one that builds, where none are installed, GoogleTest is compiled
-# from its sources.
+# The packages that tests use. When cross-compiling, none are installed for the target, so GoogleTest is compiled from
+# its sources.
 
 set(BK_PARSER_GTEST_SOURCE /usr/src/googletest/googletest CACHE PATH
     "Sources of GoogleTest, used when the tests are built for another machine")

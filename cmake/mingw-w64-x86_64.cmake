@@ -1,5 +1,5 @@
-# 64-bit Windows from another system, with the posix-threads compiler of MinGW-w64. Programs are linked whole: they need
-# no DLL of the compiler's beside them.
+# Cross-compiles for 64-bit Windows with the posix-threads compiler of MinGW-w64. Links statically, so that programs
+# need no DLL of the compiler.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR AMD64)

@@ -1,4 +1,4 @@
-# A big-endian machine, from another one. Programs are linked whole, so that an emulator needs nothing of that machine's.
+# Cross-compiles for a big-endian machine. Links statically, so that an emulator needs no libraries of that machine.
 
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR s390x)

@@ -9,12 +9,12 @@
 
 namespace fs = std::filesystem;
 
-/// Keeps the binary form of a document beside it, and reads that as long as it is newer than every file that it was made of.
+/// Caches the binary form of a document. Uses the cache while it is newer than each file it was made of.
 namespace {
 
 const fs::path source = "project/harbour.bkd";
 const fs::path cache = "harbour.cache";
-const fs::path list = "harbour.files"; // what the cache was made of, a path a line
+const fs::path list = "harbour.files"; // the files that the cache was made of, one per line
 
 bool is_fresh() {
     std::ifstream lines(list);

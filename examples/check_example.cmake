@@ -1,4 +1,5 @@
-# Runs PROGRAM, before which an emulator may stand, in FOLDER, and compares what it prints and leaves with EXPECTED.
+# Runs PROGRAM in FOLDER, and compares its output and the files that it leaves with EXPECTED. An emulator may come
+# before PROGRAM.
 
 file(REMOVE_RECURSE ${FOLDER})
 file(COPY ${EXAMPLES}/lamp.bkd ${EXAMPLES}/project DESTINATION ${FOLDER})

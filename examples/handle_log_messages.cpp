@@ -19,8 +19,8 @@ int main() {
 
     ParserGroup root("root");
     root.set_text("power 60 %\ncolour", default_parser_serial_version, nullptr);
-    window.set_verbosity(CoreLogHandler::level_error); // warnings are not even composed now
+    window.set_verbosity(CoreLogHandler::level_error); // warnings are no longer composed
     root.set_text("power 60 %\ncolour", default_parser_serial_version, nullptr);
 
-    CoreLogHandler::s_main_log_handler = before; // before the window dies
+    CoreLogHandler::s_main_log_handler = before; // before the window is destroyed
 }

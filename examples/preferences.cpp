@@ -5,13 +5,13 @@
 #include <iostream>
 #include <system_error>
 
-/// Preferences of a program: read with defaults, changed, and saved without losing what the user wrote beside them.
+/// Reads preferences with defaults, changes them, and saves them. Keeps what else the user wrote.
 namespace {
 
 namespace fs = std::filesystem;
 const fs::path path = "preferences.bkd";
 
-/// Only a missing file is the first start. A file that may not be read, or that is faulty, is the user's: it is left alone.
+/// A missing file means a first start. An unreadable or faulty file is the user's: do not change it.
 bool is_missing() {
     std::error_code error;
     return fs::status(path, error).type() == fs::file_type::not_found;

@@ -5,20 +5,20 @@
 #include <iostream>
 #include <string>
 
-/// Says what is wrong with a text, as a list of problems in an editor would, with a mark below each place.
+/// Prints the problems of a text as an editor lists them, with a mark below each place.
 namespace {
 
-/// A character of UTF-8 begins with any byte but these.
+/// A byte of a UTF-8 character other than its first.
 bool is_continuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-/// Columns count characters, `offset` and `length` count bytes. Tabs are kept, so that they are as wide as those of the line above.
+/// Columns count characters; `offset` and `length` count bytes. Keeps tabs, so that the mark lines up.
 std::string mark_below(const bk_parser::Problem& problem) {
     const std::string& line = problem.source_line;
     const std::size_t begin = std::min(problem.offset - problem.source_line_offset, line.size());
     const std::size_t end =
-        begin + std::min(problem.length, line.size() - begin); // a place may go on in the next line
+        begin + std::min(problem.length, line.size() - begin); // a place can extend to the next line
     std::string mark;
     for (std::size_t i = 0; i < end; ++i) {
         if (!is_continuation(line[i]) && i != begin) {
@@ -27,7 +27,7 @@ std::string mark_below(const bk_parser::Problem& problem) {
             mark += '^';
         }
     }
-    return end > begin ? mark : mark + '^'; // what is missing has no length
+    return end > begin ? mark : mark + '^'; // a problem about missing text has length 0
 }
 
 } // namespace

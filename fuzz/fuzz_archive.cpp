@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The words as the archive's reader puts them together.
+/// The words in the order of the indices, each with a blank after it, as the archive's reader joins them.
 std::string joined(const ParserArchive& archive) {
     std::string text;
     for (const unsigned int index : archive.indices) {
@@ -27,7 +27,8 @@ std::string load(MemoryDisk& disk, const std::string& bytes, ParserArchive& arch
     return plain(ParserImpl::load_archive(archive, "a", nullptr));
 }
 
-/// What was loaded is what was saved, unless a word has the byte that is stored as a NUL, or a NUL itself.
+/// Saves and reloads the archive, and expects the same words. Skips the comparison when a word has the byte
+/// 0x0F, as which a NUL is stored.
 void save_and_load(MemoryDisk& disk, const ParserArchive& archive) {
     require(ParserImpl::save_archive(archive, "saved", nullptr).is_empty(), "an archive is saved");
     const std::string bytes = disk.files["saved"];
@@ -55,7 +56,7 @@ void take_bytes(std::string_view bytes) {
     require_none(tree_difference(group, expected), "an archive is read as the text of its words");
 }
 
-/// A tree in an archive is the tree that its compact print is.
+/// Archives the tree of a text, and expects the tree that its compact print gives.
 void take_text(std::string_view text) {
     MemoryDisk disk;
     ParserGroup group("g");
@@ -67,7 +68,7 @@ void take_text(std::string_view text) {
         require(distinct.insert(plain(word)).second, "each word is kept once", plain(word));
     }
     save_and_load(disk, archive);
-    group.add_entry("last", 0, 0)->add_int(1); // a blank follows the last word of an archive as well
+    group.add_entry("last", 0, 0)->add_int(1); // the last word of an archive has a blank after it, too
     if (CarriedBack(group, false)) {
         ParserArchive whole;
         ParserImpl::archive_group(group, whole, false, nullptr);

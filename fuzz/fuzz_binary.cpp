@@ -10,7 +10,8 @@
 
 namespace {
 
-/// Whatever was kept of a document is a document that comes back.
+/// Reads bytes as a document. The content that was kept must encode and decode without a change, even if the
+/// read failed.
 void take_document(std::string_view bytes) {
     ParserFile file(CoreString{});
     const bool result = file.set_binary(buffer(bytes));
@@ -33,7 +34,8 @@ void take_document(std::string_view bytes) {
     copy.remove_entry(0U);
 }
 
-/// What a group keeps, as in a document. The position never stands before its beginning.
+/// Reads bytes as a group from `position`, with the same checks as for a document. The position must not go
+/// back.
 void take_group(std::string_view bytes, core_uint64 position) {
     const core_uint64 start = position;
     ParserGroup group("g");

@@ -14,7 +14,8 @@ std::string print(const ParserGroup& group) {
     return plain(text);
 }
 
-/// A block of any bytes is deciphered exactly when it is sound, and then to what the reference deciphers.
+/// Deciphers a block of any bytes. This succeeds exactly when the block is sound, and then gives the same
+/// text as the reference.
 void take_block(std::string_view block, const std::string& key) {
     ParserGroup group("g");
     const bool result = group.set_encrypted_text(byte_array(block), core(key));
@@ -28,7 +29,8 @@ void take_block(std::string_view block, const std::string& key) {
     require_none(tree_difference(group, expected), "a block holds the text that was enciphered");
 }
 
-/// Digits of any characters do what the bytes that they spell do.
+/// Reads a string of any characters as hexadecimal digits. It must give the same result as the bytes that
+/// they spell.
 void take_digits(std::string_view digits, const std::string& key) {
     const auto value = [](char digit) {
         const unsigned int code = static_cast<unsigned char>(digit);
@@ -46,7 +48,7 @@ void take_digits(std::string_view digits, const std::string& key) {
     require_none(tree_difference(group, expected), "digits say what their bytes say");
 }
 
-/// Text that is enciphered is what the reference makes of it, and comes back.
+/// Enciphers a text, and compares the block with the reference. Deciphering must give the text again.
 void take_text(std::string_view text, const std::string& key) {
     ParserGroup group("g");
     group.set_text(core(text), CoreVersion(1.2), nullptr);
@@ -93,7 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     case 0:
         take_block(rest, key);
         break;
-    case 1: // a block of which the plain form is known
+    case 1: // the block for a known plain form
         take_block(cipher_reference::shifted(rest, key, true), key);
         break;
     case 2:

@@ -22,7 +22,7 @@ std::unique_ptr<ParserGroup> parse(std::string_view text, const CoreVersion& ver
     return group;
 }
 
-/// What a layout carries back, or null where it does not carry the tree.
+/// Reads back the print of a tree. Null when the layout cannot carry the tree.
 std::unique_ptr<ParserGroup> carry_back(const ParserGroup& tree, bool pretty) {
     const std::string text = print(tree, pretty);
     auto again = parse(text, CoreVersion(1.2));
@@ -34,7 +34,8 @@ std::unique_ptr<ParserGroup> carry_back(const ParserGroup& tree, bool pretty) {
     return again;
 }
 
-/// Names, types and values are what the binary form keeps; a NUL ends a string.
+/// Encodes the tree and decodes it again. The binary form keeps names, types and values. Skips trees in which
+/// a string has a NUL, which ends a string there.
 void go_through_bytes(ParserGroup& tree) {
     const std::string bytes = bytes_of(tree.get_binary(false));
     require(bytes == binary_form::group(binary_form::entries_of(tree)), "the bytes are as described");

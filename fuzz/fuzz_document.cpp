@@ -5,8 +5,8 @@
 
 #include <string>
 
-// Any bytes are loaded as a document: in whatever form, with what was good, without a word to the log. What the application reads
-// without a fault gives the same tree.
+// Loads any bytes as a document in any form. The load keeps what it could read and logs nothing. Watching its
+// progress does not change the result.
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-// Any text, laid out: what is read stays, and what was laid out stays as it is.
+// Formats any text. The tree must not change, and formatting the result again must change nothing.
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace bk_parser;

@@ -2,7 +2,8 @@
 #include "fuzz/input.h"
 #include "tests/support/tree_equal.h"
 
-// Any bytes as JSON: a fault has its place in the text, and what is read comes back from each shape as it is.
+// Reads any bytes as JSON. An error has a place in the text. A tree that was read must come back from each
+// shape.
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-// Any bytes as a path over trees that stay the same, compared with a slow reference.
+// Uses any bytes as a path on fixed trees, and compares the result with a slow reference.
 
 namespace {
 

@@ -15,7 +15,7 @@ constexpr std::string_view separator = "\n====\n";
 constexpr std::string_view enciphered_mark = "!!";
 constexpr std::string_view key = "lantern";
 constexpr unsigned int most_files = 6;
-/// Files that include each other make a text that grows with the power of their number.
+/// The text of files that include each other grows exponentially with their number.
 constexpr unsigned int most_opens = 200;
 
 /// The files "a" to "f". One that begins with the mark is enciphered.
@@ -41,7 +41,7 @@ public:
     }
 };
 
-/// A document that was read, written as text, is the version line and the print.
+/// Writes a document that was read as text: the file must be the version line and the print.
 void write_text(ParserFile& file, const MemoryDisk& disk) {
     const bool has_line = file.get_root().get_keyword("#Brellwick_Serial_Version") != nullptr;
     require(file.write(ParserFile::MODE_TEXT, "written", ""), "a document is written");
@@ -51,7 +51,7 @@ void write_text(ParserFile& file, const MemoryDisk& disk) {
     require(disk.files.at("written") == expected, "what is written is the version and the print");
 }
 
-/// A document that was read, written enciphered, is the same file as the reference's.
+/// Writes a document that was read as enciphered text: the file must be the same as that of the reference.
 void write_enciphered(ParserFile& file, const MemoryDisk& disk) {
     require(file.write(ParserFile::MODE_TEXT, "hidden", core(key)), "a document is written");
     CoreString text;

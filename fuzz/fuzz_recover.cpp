@@ -6,7 +6,8 @@
 #include <algorithm>
 #include <string>
 
-// Any bytes as a damaged file: what is lost lies in the file, and of what a load reads nothing is but letters of names.
+// Recovers any bytes as a damaged file. Each lost part must be inside the file. When a load reads the file
+// without errors, a recovery may lose only characters of names.
 
 namespace {
 
@@ -36,7 +37,8 @@ void check_lost(const RecoverResult& result, std::size_t size) {
     require(result.lost.empty() || has_error(result.loaded), "what is lost is a problem");
 }
 
-/// A load takes any name that the binary form can hold; a recovery mends those that no text could.
+/// A load takes any name that the binary form can hold. A recovery removes the characters that no text could
+/// have in a name.
 bool has_lost_only_names(const RecoverResult& result) {
     return std::all_of(result.lost.begin(), result.lost.end(), [](const LostPart& part) {
         return part.what.starts_with("a character of the name '");

@@ -4,8 +4,8 @@
 #include "tests/support/memory_disk.h"
 #include "tests/support/tree_content.h"
 
-// A document of any bytes is changed by a script and saved: the save is refused, and the file is as it was, or the document loads
-// again as it is.
+// Loads any bytes as a document, changes it by a script and saves it. Either the save is refused and the file
+// does not change, or the saved file loads again as the same tree.
 
 namespace {
 

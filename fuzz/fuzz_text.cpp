@@ -15,7 +15,7 @@ public:
     }
 };
 
-/// Sees to it that every fault has a place in the text.
+/// Checks that every fault has a place in the text.
 class CheckedFaults : public ParserReadObserver {
 public:
     explicit CheckedFaults(std::string_view text) : text_(text) {}
@@ -62,7 +62,7 @@ void read_all(const ParserGroup& root) {
     }
 }
 
-/// Whatever a word is, one kind at most fits it.
+/// Checks that at most one kind accepts the word.
 void classify(const CoreString& text, const CoreVersion& version) {
     bool (ParserWord::*const classifiers[])()
         const = {&ParserWord::is_operator,    &ParserWord::is_separator, &ParserWord::is_brace,

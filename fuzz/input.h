@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// What the fuzzer gives: first some bytes that choose how the rest is used, then the rest.
+/// The input from the fuzzer. Its first bytes choose how to use the rest.
 class FuzzInput {
 public:
     FuzzInput(const std::uint8_t* data, std::size_t size)
@@ -28,7 +28,7 @@ private:
     std::string_view rest_;
 };
 
-/// Ends the program, so that the fuzzer keeps the input, when something that always holds does not.
+/// Aborts when a condition does not hold. The fuzzer then keeps the input.
 inline void require(bool holds, std::string_view what, std::string_view detail = {}) {
     if (!holds) {
         std::fprintf(stderr, "does not hold: %.*s\n%.*s\n", static_cast<int>(what.size()), what.data(),
@@ -37,7 +37,7 @@ inline void require(bool holds, std::string_view what, std::string_view detail =
     }
 }
 
-/// The same for a difference that should be empty.
+/// Aborts when a difference is not empty.
 inline void require_none(const std::string& difference, std::string_view what) {
     require(difference.empty(), what, difference);
 }

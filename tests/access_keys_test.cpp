@@ -8,7 +8,8 @@
 
 #include <vector>
 
-// A last step with a key names the value behind the key, for every function that reads or writes values.
+// When the last step of a path has a key, every function that reads or writes values takes the values after
+// the key.
 
 namespace {
 
@@ -58,7 +59,7 @@ TEST_F(access_keys, the_value_behind_the_key_is_set_and_the_key_stays) {
 TEST_F(access_keys, set_and_add_make_the_same_entry_where_there_is_none) {
     struct Row {
         const char* path;
-        const char* made; // nothing when both refuse
+        const char* made; // empty when both functions refuse the path
     };
     for (const Row& row : {Row{"c", " c 8"},
                            {"c@0", " c 8"},

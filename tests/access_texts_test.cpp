@@ -8,7 +8,7 @@
 #include <iterator>
 #include <string>
 
-// Texts as parameters: literals, and pointers that are null.
+// Texts as arguments: literals and null pointers.
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-// What would compile by accident and mean something else, or refer to what is gone.
+// Calls that must not compile, because they would mean something else or refer to a destroyed object.
 
 namespace {
 

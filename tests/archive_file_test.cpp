@@ -25,7 +25,7 @@ protected:
         EXPECT_EQ(plain(ParserImpl::load_archive(archive, folder.core_path("out"), nullptr)), "");
         return archive;
     }
-    /// So many strings, and an index for each and two more.
+    /// Saves `count` strings with `count` + 2 indices, and expects each index to take `width` bytes.
     void expect_width(unsigned int count, unsigned int width) const {
         Strings strings;
         Indices indices = {count - 1, 0};

@@ -9,7 +9,7 @@ namespace {
 
 using namespace archive_form;
 
-/// The error text for the bytes of a file, and what the archive holds afterwards.
+/// Loads the bytes as an archive file. Keeps the error text, and what the archive holds afterwards.
 class Loaded {
 public:
     explicit Loaded(std::string_view bytes) {

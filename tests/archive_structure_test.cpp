@@ -29,7 +29,7 @@ void expect_empty(const ParserArchive& archive) {
     EXPECT_EQ(archive.indices.get_count(), 0u);
 }
 
-/// Expects that the archive finds the words it holds and takes in a new one.
+/// Expects that the archive finds its words and takes a new one.
 void expect_at_work(ParserArchive& archive, unsigned int words) {
     for (unsigned int i = 0; i < words; ++i) {
         archive += core(numbered(i));
@@ -40,7 +40,7 @@ void expect_at_work(ParserArchive& archive, unsigned int words) {
     EXPECT_EQ(archive.indices[archive.indices.get_count() - 1], words);
 }
 
-/// Around the sizes at which a lookup may change its kind, and some way above.
+/// Sizes around the powers of two at which a lookup may change its method, and larger ones.
 constexpr unsigned int sizes[] = {0, 1, 2, 7, 8, 9, 16, 17, 31, 32, 33, 64, 65, 100, 128, 129, 1000};
 
 } // namespace
@@ -111,7 +111,7 @@ TEST(archive_structure, words_of_equal_hash_are_told_apart) {
         }
     }
     ASSERT_GE(pairs.size(), 2u);
-    ParserArchive archive = archive_of(200); // so many that words are hashed
+    ParserArchive archive = archive_of(200); // enough words for a hash table
     for (const std::string& word : pairs) {
         archive += core(word);
     }

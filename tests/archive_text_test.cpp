@@ -11,14 +11,14 @@ namespace {
 
 using namespace archive_form;
 
-/// The group that an archive makes, in one line.
+/// The group that an archive gives, on one line.
 std::string restored(const ParserArchive& archive) {
     ParserGroup group("g");
     ParserImpl::group_set_archive(group, archive, nullptr);
     return written(group);
 }
 
-/// Archives a text's tree and compares it with the one that comes back.
+/// Archives the tree of a text, and expects the same tree back.
 void expect_to_come_back(std::string_view text) {
     const RecordingLog log;
     ParserGroup group("g");

@@ -9,7 +9,7 @@ namespace {
 using namespace archive_form;
 using Calls = std::vector<std::string>;
 
-/// A group that holds what a text says.
+/// The group that parsing a text gives.
 std::unique_ptr<ParserGroup> group_of(std::string_view text, const char* name = "g") {
     auto group = std::make_unique<ParserGroup>(name);
     const RecordingLog log;

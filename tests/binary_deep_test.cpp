@@ -14,7 +14,7 @@ namespace {
 
 constexpr unsigned int depth = million_deep;
 
-/// Deep enough to overflow the stack of whatever would recurse, and faster than a million.
+/// Deep enough to overflow the stack of any function that recurses. Faster than a million levels.
 constexpr unsigned int lesser_depth = 200000;
 
 std::string repeated(std::string_view part, unsigned int count) {
@@ -26,7 +26,7 @@ std::string repeated(std::string_view part, unsigned int count) {
     return text;
 }
 
-/// How many groups are in each other, by the first entry of each.
+/// The number of nested groups. Follows the first entry of each group.
 unsigned int measure(const ParserGroup& root) {
     unsigned int levels = 0;
     const ParserGroup* group = &root;
@@ -44,8 +44,8 @@ std::unique_ptr<ParserGroup> make_tree(unsigned int levels) {
     return group;
 }
 
-/// So many groups in each other: what stands in the innermost, and what follows each of the others in the one around
-/// it. Put together from the outside in, without recursion.
+/// `levels` nested groups. `innermost` is the content of the innermost one. `after` follows each group inside
+/// the group around it. Built from the outside in, without recursion.
 std::string nested_form(unsigned int levels, std::string_view innermost, std::string_view after) {
     const core_uint64 step = 2 + 8 + 1 + 1 + 8 + after.size();
     std::string bytes = size_field(innermost.size() + step * levels);
@@ -174,7 +174,7 @@ TEST(binary_deep, every_group_may_be_without_a_name_for_its_next_entry) {
 }
 
 TEST(binary_deep, many_groups_that_are_too_large_are_each_empty) {
-    // Each group but the outermost says that it is as large as the whole.
+    // Each group but the outermost claims the size of the whole document.
     const unsigned int levels = lesser_depth;
     const std::string level =
         std::string("a\0", 2) + size_field(10) + std::string(2, '\0') + size_field(core_uint64{20} * levels);

@@ -13,7 +13,7 @@ constexpr unsigned int largest = 0xFFFFFFFFu;
 
 using Write = std::function<unsigned long long(CoreVector<char>&)>;
 
-/// A buffer of the largest size. What stands in it is never touched, and takes no memory but addresses.
+/// A buffer of the largest size. No test touches its content, so it takes addresses but no memory.
 class FullBuffer : public testing::Test {
 protected:
     void SetUp() override {
@@ -24,7 +24,7 @@ protected:
         }
     }
 
-    /// Writes with room for just that many bytes, and then with room for one byte less.
+    /// Writes with room for exactly `size` bytes, and then with room for one byte less.
     void expect_bound(unsigned int size, const std::string& operation, const Write& write) {
         RecordingLog log;
         bytes_.truncate(largest - size);

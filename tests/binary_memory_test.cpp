@@ -12,7 +12,7 @@
 
 namespace {
 
-/// What a few bytes with huge counts in them may take.
+/// The limit of memory for a few bytes that contain huge counts.
 constexpr std::size_t few_kilobytes = 8 * 1024;
 
 constexpr core_uint64 huge_counts[] = {0x10000,    0xFFFFFF,           0x7FFFFFFF, 0x80000000,
@@ -164,7 +164,7 @@ TEST_F(binary_memory, the_smallest_parts_of_an_archive_take_a_small_multiple_of_
 TEST_F(binary_memory, encoding_takes_a_small_multiple_of_the_output) {
     ParserGroup group("g");
     ASSERT_TRUE(group.set_text(core(std::string("a { b 1 c \"some text\" } ")), CoreVersion(1.2), nullptr));
-    for (int i = 0; i < 10; ++i) { // doubled each time
+    for (int i = 0; i < 10; ++i) { // doubled in each round
         ParserGroup copy(group);
         copy.move_entries(group);
     }

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// How much memory is in use at most while a document is read and destroyed, again and again.
+/// The peak of memory in use while a document is read and destroyed 100 times.
 std::size_t growth_of(const std::string& bytes) {
     const CoreVector<char> data = buffer(bytes);
     HeapMeter::start();
@@ -19,7 +19,7 @@ std::size_t growth_of(const std::string& bytes) {
 
 } // namespace
 
-// The blocks are so large that each comes from the heap that the program shares with the library.
+// The blocks are too large for slabs, so each comes from the heap that the program shares with the library.
 
 TEST(binary_release, binary_data_beside_a_number_are_given_back) {
     using namespace binary_form;

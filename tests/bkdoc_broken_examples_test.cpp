@@ -6,7 +6,7 @@
 
 namespace {
 
-/// What the check of one document of examples/broken must say: its diagnostics, in order, and its exit code.
+/// The diagnostics, in order, and the exit code that the check of one document of examples/broken must give.
 struct Expectation {
     const char* document;
     int code;
@@ -132,7 +132,7 @@ std::vector<std::string> lines_of(const std::string& text) {
     return lines;
 }
 
-// The lines that name a problem, with paths from the folder of the documents on.
+// The lines that report a problem. Their paths are relative to the folder of the documents.
 std::vector<std::string> diagnostics_of(const std::string& report, const std::string& folder) {
     std::vector<std::string> diagnostics;
     for (std::string line : lines_of(report)) {

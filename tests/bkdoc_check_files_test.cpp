@@ -273,7 +273,7 @@ TEST_F(bkdoc_check_files, are_told_in_sarif) {
     const BkdocRun run = run_bkdoc({"check", "--format", "sarif", "-"}, "x @ 1\n");
     EXPECT_EQ(run.code, 1);
     const std::string told = run_bkdoc({"--version"}).out;
-    const std::string version = told.substr(6, told.size() - 7); // behind the name
+    const std::string version = told.substr(6, told.size() - 7); // after the name
     EXPECT_EQ(
         run.out,
         "{\n  \"$schema\": \"https://json.schemastore.org/sarif-2.1.0.json\",\n  \"version\": \"2.1.0\",\n"

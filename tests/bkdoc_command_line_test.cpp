@@ -8,7 +8,7 @@ namespace {
 
 const std::vector<std::string> verbs = {"check", "cat", "tree", "info", "same", "convert", "dump"};
 
-/// What each verb needs, with `file` for its first file.
+/// The arguments that each verb needs. The first file is `file`.
 std::vector<std::string> complete(const std::string& verb, const std::string& file) {
     std::vector<std::string> arguments = {verb, file};
     if (verb == "same" || verb == "convert") {
@@ -135,7 +135,7 @@ TEST(bkdoc_command_line, a_file_whose_name_looks_like_an_option_follows_two_dash
     EXPECT_EQ(run.err, "bkdoc: -x.bkd: no such file\n");
 }
 
-/// The one line of a refusal, without the tool's name.
+/// The one line with which the tool refuses, without the name of the tool.
 std::string refusal_of(const std::vector<std::string>& arguments) {
     const BkdocRun run = run_bkdoc(arguments);
     EXPECT_EQ(run.code, 2);

@@ -21,7 +21,7 @@ constexpr std::string_view document = "#units \"m\"\n"
                                       "}\n";
 constexpr std::string_view old_content = "what was there";
 
-/// Sets the environment variable of the key for as long as it lives.
+/// Sets the environment variable of the key while it lives.
 class KeyVariable {
 public:
     explicit KeyVariable(const char* key) { set(key); }
@@ -43,7 +43,8 @@ bool is_one_line(const std::string& text) {
     return text.find('\n') == text.size() - 1;
 }
 
-/// A conversion is refused with one line, behind the problems of the document, that contains `reason`, and the target stays as it was.
+/// Expects that a conversion is refused and the target does not change. After the problems of the document,
+/// one line contains `reason`.
 void expect_refusal(const ScratchFolder& folder, const std::string& file, std::vector<std::string> options,
                     std::string_view reason) {
     const std::string target = folder.write("target.bkd", old_content);
@@ -66,7 +67,8 @@ TEST(bkdoc_convert, every_form_becomes_every_other) {
             const std::string file = write_in_form(folder, from, document);
             const std::string target = folder.path("target");
             const BkdocRun run = run_with_key({"convert", file, target, "--to", to, "--lossy"});
-            const bool has_loss = (from == "binary") != (to == "binary"); // of a kind
+            // A conversion between the binary form and another one loses something.
+            const bool has_loss = (from == "binary") != (to == "binary");
             EXPECT_EQ(run.code, has_loss ? 1 : 0) << from << " " << to << run.err;
             EXPECT_EQ(run.out, "");
             const BkdocRun comparison = run_with_key({"same", "--content", file, target});
@@ -140,7 +142,8 @@ TEST(bkdoc_convert, a_text_that_stays_a_text_where_it_is_stays_as_it_is) {
         EXPECT_EQ(run.out + run.err, "");
         EXPECT_EQ(folder.read("a.bkd"), text);
     }
-    EXPECT_EQ(run_bkdoc_on(file, {"convert", "--to", "text", "-", file}).code, 1); // no folder to search
+    // A document from standard input has no folder in which its includes are searched for.
+    EXPECT_EQ(run_bkdoc_on(file, {"convert", "--to", "text", "-", file}).code, 1);
     EXPECT_EQ(folder.read("a.bkd"), text);
     folder.write("a.bkd", "a @ 1\n");
     EXPECT_EQ(run_bkdoc({"convert", "--to", "text", file, file}).code, 1);
@@ -416,7 +419,7 @@ TEST(bkdoc_convert, no_message_shows_a_key) {
 
 TEST(bkdoc_convert, help_tells_what_becomes_of_faults_and_of_what_a_form_cannot_hold) {
     std::string help = run_bkdoc({"convert", "--help"}).out;
-    help = std::regex_replace(help, std::regex("\\s+"), " "); // lines break where the width says
+    help = std::regex_replace(help, std::regex("\\s+"), " "); // line breaks depend on the width
     for (const char* part : {"IN has errors", "OUT is as it was", "--lossy", "text|binary|cipher|archive"}) {
         EXPECT_TRUE(contains(help, part)) << part;
     }

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A line of a map: the offset, and the rest with its runs of blanks as one.
+/// A line of a map: the offset, and the rest with each run of blanks reduced to one.
 struct Row {
     std::size_t offset;
     std::string text;
@@ -18,8 +18,8 @@ std::vector<Row> rows_of(const std::string& map) {
     std::vector<Row> rows;
     std::istringstream lines(map);
     std::string line;
-    std::getline(lines, line); // the file
-    std::getline(lines, line); // the columns
+    std::getline(lines, line); // skips the line of the file
+    std::getline(lines, line); // skips the line of the column names
     while (std::getline(lines, line)) {
         std::istringstream words(line);
         std::string word;
@@ -56,7 +56,8 @@ BkdocRun dump(const std::string& bytes) {
     return run_bkdoc({"dump", "-"}, bytes);
 }
 
-/// The first byte that is not explained is this one, for a reason that contains `reason`.
+/// Expects that the map ends at `offset`, the first byte that it cannot explain, with a message that contains
+/// `reason`.
 void expect_stop(const std::string& bytes, std::size_t offset, std::string_view reason) {
     const BkdocRun run = dump(bytes);
     EXPECT_EQ(run.code, 1) << hex(bytes);
@@ -158,7 +159,7 @@ TEST(bkdoc_dump, random_bytes_are_explained_or_not_but_never_more_than_there_are
         std::string bytes = round % 2 == 0 ? "UDFS" : "KWAF";
         for (int i = 0; i < 60; ++i) {
             state = state * 1664525u + 1013904223u;
-            bytes += static_cast<char>(state >> 28); // small numbers: sizes that sometimes fit
+            bytes += static_cast<char>(state >> 28); // small numbers, which are sometimes valid sizes
         }
         const BkdocRun run = dump(bytes);
         ASSERT_TRUE(run.code == 0 || run.code == 1) << hex(bytes) << run.err;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// Which files a change reaches, under which names, and what is said of them.
+// Which files a change affects, under which names, and what the tool says about them.
 
 namespace {
 
@@ -11,7 +11,7 @@ protected:
     BkdocRun run(const std::vector<std::string>& arguments) {
         return run_bkdoc_in(folder_.path(), arguments);
     }
-    /// False where the platform gives no links.
+    /// Makes a symbolic link. False where the platform has none.
     bool link(const std::string& to, const std::string& name) {
         std::error_code failure;
         std::filesystem::create_symlink(to, folder_.path(name), failure);
@@ -164,7 +164,7 @@ TEST_F(bkdoc_edit_files, a_reason_in_a_shared_file_is_told_once) {
 
 #if !defined(_WIN32)
 
-/// What a program of the system says, with its exit code.
+/// The output and exit code of a shell command that runs in the folder.
 BkdocRun run_shell(const ScratchFolder& folder, const std::string& line) {
     const ScratchFolder results;
     const std::string script = "cd " + bkdoc_run_detail::shell_word(folder.path()) + " && (" + line + ") >" +

@@ -155,7 +155,7 @@ TEST_F(bkdoc_edit, a_file_that_several_documents_include_is_changed_once) {
     EXPECT_NE(folder_.read("lights.bkd").find("power   120.0 "), std::string::npos);
     const std::string inner = folder_.write("inner.bkd", "group {\n#include \"lights.bkd\"\n}\n");
     const BkdocRun clash = run({"set", "-w", "light[0]/power", "*=2", inner, other});
-    EXPECT_EQ(clash.code, 0) << clash.err; // inner has no light of its own
+    EXPECT_EQ(clash.code, 0) << clash.err; // inner.bkd has no light outside its group
     const BkdocRun conflict = run({"rm", "-w", "**/light[0]", lights_});
     EXPECT_EQ(conflict.code, 0) << conflict.err;
     const std::string half = folder_.write("half.bkd", "light \"a\" { power 1 }\n#include \"lights.bkd\"\n");
@@ -182,7 +182,7 @@ TEST_F(bkdoc_edit, add_makes_an_entry_and_the_groups_on_the_way) {
     EXPECT_EQ(run({"get", "--values", "shot/lens"}).out, "35 \"wide\" { f 2.8 }\n");
     EXPECT_EQ(run_bkdoc({"add", "-w", "shot/note", "on the pier", top_}).code, 0);
     EXPECT_EQ(run({"get", "--values", "shot/note"}).out, "on the pier\n");
-    EXPECT_EQ(run_bkdoc({"add", "light[power>1]/x", "1", top_}).code, 0); // one is there
+    EXPECT_EQ(run_bkdoc({"add", "light[power>1]/x", "1", top_}).code, 0); // such a light exists
     EXPECT_EQ(run_bkdoc({"add", "gone[power>1]/x", "1", top_}).code, 2);
     EXPECT_EQ(run_bkdoc({"add", "-w", "light[1]/name", "moon", top_}).out, lights_ + ": 1 entry added\n");
 }
@@ -242,7 +242,7 @@ TEST_F(bkdoc_edit, the_binary_form_is_changed_in_its_form) {
     EXPECT_EQ(run_bkdoc({"get", "--values", "light/power", binary}).out, "61.0\n41\n");
 }
 
-// The shell of Windows takes the backslash and the quotes away.
+// The shell of Windows removes the backslash and the quotes.
 #if !defined(_WIN32)
 TEST_F(bkdoc_edit, a_string_may_hold_quotes_as_in_a_document) {
     const std::string file = folder_.write("quoted.bkd", "#Brellwick_Serial_Version 1.2\nx \"q\" // c\n");

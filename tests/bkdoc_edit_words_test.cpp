@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// Words of the command line that are nearly numbers, and names that are nearly values.
+// Command-line words that look almost like numbers, and names that look almost like values.
 
 namespace {
 

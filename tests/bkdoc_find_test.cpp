@@ -133,7 +133,7 @@ TEST_F(bkdoc_find, hostile_patterns_end_soon) {
     EXPECT_EQ(run_bkdoc({"grep", "((a{1000}){1000}){1000}", text}).err,
               "bkdoc: PATTERN: the pattern is too large: written out this has more than 5000 steps\n"
               "((a{1000}){1000}){1000}\n ^\n");
-#if !defined(_WIN32) // the shell there takes no line of that length
+#if !defined(_WIN32) // the Windows shell accepts no line of that length
     EXPECT_EQ(run_bkdoc({"grep", std::string(20000, '('), text}).code, 2);
 #endif
 }
@@ -154,7 +154,7 @@ TEST_F(bkdoc_find, malformed_patterns_are_told_with_a_caret) {
     }
 }
 
-/// Whether the pattern fits the value of a document.
+/// Whether the pattern matches the value of a document.
 bool fits(const std::string& pattern, const std::string& text) {
     return run_bkdoc({"grep", "--in", "values", "--", pattern, "-"}, "x \"" + text + "\"\n").code == 0;
 }

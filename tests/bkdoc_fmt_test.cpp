@@ -103,7 +103,7 @@ TEST(bkdoc_fmt, what_cannot_be_done_is_refused) {
 
 #if !defined(_WIN32)
 
-/// While one lives, what this process starts cannot write files of more than a kilobyte.
+/// While it lives, processes that this one starts cannot write files of more than 1 KiB.
 class SmallFiles {
 public:
     SmallFiles() : handler_(::signal(SIGXFSZ, SIG_IGN)) {

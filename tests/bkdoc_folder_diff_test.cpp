@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// Two folders are compared document by document.
+// `diff` of two folders compares them document by document.
 
 namespace {
 

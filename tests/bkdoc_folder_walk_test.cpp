@@ -5,7 +5,7 @@
 #if !defined(_WIN32)
 #include "tests/support/other_user.h"
 
-// What stands for the documents of a folder in which not everything can be read.
+// Which documents the tool finds in a folder in which some entries cannot be read.
 
 namespace {
 
@@ -74,8 +74,8 @@ TEST_F(bkdoc_folder_walk, says_nothing_of_what_is_in_one_folder_when_the_other_m
 TEST_F(bkdoc_folder_walk, tells_a_link_that_leads_nowhere) {
     std::filesystem::create_symlink("gone.bkd", folder_.path("in/link.bkd"));
     std::filesystem::create_symlink("ring.bkd", folder_.path("in/ring.bkd"));
-    std::filesystem::create_symlink("gone.txt", folder_.path("in/link.txt")); // no document
-    std::filesystem::create_symlink("a.bkd", folder_.path("in/.#a.bkd"));     // an editor's lock
+    std::filesystem::create_symlink("gone.txt", folder_.path("in/link.txt")); // not a document
+    std::filesystem::create_symlink("a.bkd", folder_.path("in/.#a.bkd"));     // the lock file of an editor
     const std::string told =
         "bkdoc: in/link.bkd: no such file\nbkdoc: in/ring.bkd: too many levels of symbolic links\n";
     const BkdocRun check = run({"check", "in"});
@@ -97,7 +97,8 @@ TEST_F(bkdoc_folder_walk, enters_no_folder_through_a_link) {
     std::filesystem::create_directory_symlink("..", folder_.path("in/up"));
     std::filesystem::create_directory_symlink(".", folder_.path("in/here.bkd"));
     EXPECT_EQ(run({"check", "in"}).out, "2 files, no problems\n");
-    EXPECT_EQ(run({"check", "in/here.bkd"}).out, "2 files, no problems\n"); // but when it is named
+    // A named link is followed.
+    EXPECT_EQ(run({"check", "in/here.bkd"}).out, "2 files, no problems\n");
 }
 
 } // namespace

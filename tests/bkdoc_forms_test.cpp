@@ -8,8 +8,7 @@
 
 namespace {
 
-// Nothing of it is lost in any form.
-constexpr std::size_t form_size = 4; // bytes that tell the form
+constexpr std::size_t form_size = 4; // the length of the bytes that identify the form
 constexpr std::string_view document =
     "scene {\n    title \"dusk\"\n    size 1 2.5 yes\n    empty <empty>\n}\n";
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The block of docs/version_control.md that has these words.
+/// The block of docs/version_control.md that contains these words.
 std::string block_of_the_page(const std::string& words) {
     std::ifstream file(BK_PARSER_SOURCE_DIR "/docs/version_control.md");
     const std::string page{std::istreambuf_iterator<char>(file), {}};
@@ -20,7 +20,7 @@ std::string block_of_the_page(const std::string& words) {
     return place == std::string::npos ? "" : page.substr(begin, page.find("```", begin) - begin);
 }
 
-/// A repository whose .bkd files go through the tool, by the lines of the page.
+/// A repository in which Git passes .bkd files through the tool, set up with the lines of the page.
 class Repository {
 public:
     Repository() {
@@ -46,7 +46,7 @@ public:
     ScratchFolder folder;
 
 private:
-    ScratchFolder home_; // with the global settings, and the tool in the path
+    ScratchFolder home_; // holds the global settings, and the tool for PATH
 };
 
 bool has_git() {

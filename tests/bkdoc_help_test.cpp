@@ -7,11 +7,11 @@
 #include <map>
 #include <sstream>
 
-// Help is read on terminals of every width, and its examples are copied and run.
+// Terminals of every width must show the help well, and its examples must run when users copy them.
 
 namespace {
 
-/// The words of a page's part that ends with a blank line, each a line's first.
+/// The first word of each line with an indent of 2, up to the line "Options".
 std::vector<std::string> verbs_of(const std::string& help) {
     std::vector<std::string> verbs;
     std::istringstream lines(help);
@@ -75,14 +75,14 @@ Exit code
 
 #if !defined(_WIN32)
 
-/// The line under "Example".
+/// The command below "Example".
 std::string example_of(const std::string& verb) {
     const std::string help = run_bkdoc({"help", verb}).out;
     const std::size_t begin = help.find("\nExample\n  ") + 11;
     return help.substr(begin, help.find('\n', begin) - begin);
 }
 
-/// The example project with what the examples need beside it.
+/// The example project, and the files that the examples need.
 class ExampleProject {
 public:
     ExampleProject() {
@@ -103,7 +103,7 @@ public:
         folder_.write("damaged.bin", std::string_view(whole).substr(0, whole.size() - 9));
     }
 
-    /// What a shell in the project prints, standard error behind standard output.
+    /// The standard output of a shell in the project, followed by its standard error.
     std::string run(const std::string& command) {
         code_ = bkdoc_run_detail::exit_code(bkdoc_run_detail::run_line(
             "cd " + bkdoc_run_detail::shell_word(folder_.path()) + " && unset BKDOC_KEY; PATH=bin:$PATH; { " +
@@ -120,7 +120,7 @@ private:
 
 struct ExampleRun {
     int code;
-    std::string_view text; // a part of what the example prints
+    std::string_view text; // a part of the output of the example
 };
 
 const std::map<std::string, ExampleRun> example_runs = {
@@ -160,7 +160,7 @@ TEST(bkdoc_help, shows_examples_that_work) {
     }
 }
 
-/// What the tool shows on a terminal, without its colours.
+/// The output of the tool on a terminal, without colours.
 std::string shown_at(unsigned short width, const std::string& arguments) {
     Terminal terminal;
     EXPECT_TRUE(terminal.works());

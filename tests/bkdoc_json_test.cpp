@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// `convert` to JSON and back: whole output of the built program.
+// `convert` to JSON and back. Compares the whole output of the built program.
 
 namespace {
 

@@ -2,18 +2,18 @@
 
 #include <gtest/gtest.h>
 
-// What was found, where, and what to do next.
+// Messages say what was found, where, and what to do next.
 
 namespace {
 
-/// The report of a check of a text, without its closing line.
+/// The report of a check of a text, without its last line.
 std::string report_of(std::string_view text) {
     const BkdocRun run = run_bkdoc({"check", "-"}, text);
     EXPECT_EQ(run.code, 1);
     return run.out.substr(0, run.out.rfind('\n', run.out.size() - 2) + 1);
 }
 
-/// The one line of a refusal, without the tool's name.
+/// The one line with which the tool refuses, without the name of the tool.
 std::string refusal_of(const std::vector<std::string>& arguments) {
     const BkdocRun run = run_bkdoc(arguments);
     EXPECT_EQ(run.code, 2);

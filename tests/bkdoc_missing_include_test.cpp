@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// A document whose include is missing is read without it, and every verb can be told to leave includes out.
+// A document with a missing include is read without it. An option of every verb skips all includes.
 
 namespace {
 

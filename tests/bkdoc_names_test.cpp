@@ -5,11 +5,11 @@
 #include <filesystem>
 #include <string>
 
-// Whatever the code page, the command line, the environment and the streams are in UTF-8.
+// The command line, the environment and the streams are in UTF-8, whatever the code page is.
 
 namespace {
 
-// In no code page at once: Latin, Greek and Japanese.
+// No code page has all of these characters: Latin, Greek and Japanese.
 const std::string many_scripts = "\xC3\xA9t\xC3\xA9 \xCE\xBB \xE6\x97\xA5";
 
 void set_key(const std::string& key) {
@@ -20,7 +20,7 @@ void set_key(const std::string& key) {
 #endif
 }
 
-/// Moves a file to the name in many scripts, in the same folder.
+/// Renames a file to the name in many scripts.
 std::string rename_file(const ScratchFolder& folder, const std::string& from) {
     const std::u8string name(many_scripts.begin(), many_scripts.end());
     std::filesystem::rename(from, std::filesystem::path(folder.path()) / name);

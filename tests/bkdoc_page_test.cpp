@@ -7,7 +7,8 @@
 #include <fstream>
 #include <sstream>
 
-// docs/bkdoc.md shows documents, commands and what these write. The commands run one after the other in one folder.
+// docs/bkdoc.md shows documents, commands and their output. The commands run in the order of the page, in one
+// folder.
 
 namespace {
 
@@ -27,7 +28,7 @@ protected:
         folder.write("docs/" + name, text);
     }
 
-    /// Runs the commands of a block, and compares the block with them and what they wrote.
+    /// Runs the commands of a block, and compares the block with the commands and their output.
     void run_block(std::istringstream& lines) {
         std::string expected;
         std::string found;

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <string>
 
-// Every block "```console" of every page is run: lines that begin with "$ " are commands, the others what they print. The
-// blocks of a page share a folder with copies of the examples. The lines are those of a POSIX shell.
+// Runs every block "```console" of every page. Lines that begin with "$ " are commands, the others their
+// output. The blocks of a page share a folder with copies of the examples. The lines are for a POSIX shell.
 
 #if !defined(_WIN32)
 
@@ -24,7 +24,7 @@ void copy_examples(const ScratchFolder& folder) {
     }
 }
 
-/// The block again, with what the commands really print.
+/// The block with the real output of its commands.
 std::string run_block(const ScratchFolder& folder, const std::string& block) {
     std::string shown;
     std::istringstream lines(block);
@@ -43,7 +43,7 @@ std::string run_block(const ScratchFolder& folder, const std::string& block) {
     return shown;
 }
 
-/// Whether a test of its own runs the commands of a page, as its first lines then say.
+/// Whether another test runs the commands of a page. The first lines of the page then name it.
 bool has_test_of_its_own(const std::string& page) {
     const std::size_t mark = page.find("<!-- checked by ");
     return mark != std::string::npos &&

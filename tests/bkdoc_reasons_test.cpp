@@ -6,7 +6,8 @@
 #include "tests/support/other_user.h"
 #endif
 
-// When a file cannot be read or written, the tool names it as the user did and gives the system's reason.
+// When the tool cannot read or write a file, it uses the name that the user gave, and gives the system's
+// reason.
 
 namespace {
 
@@ -47,7 +48,8 @@ TEST_F(bkdoc_reasons, the_configuration_of_a_folder_is_left_out_by_every_verb) {
     EXPECT_EQ(run({"deps", "--no-config", "--no-includes", "shots"}).out.substr(0, 14), "shots/two.bkd\n");
     EXPECT_EQ(run({"fmt", "--check", "shots"}).out, "");
     EXPECT_EQ(run({"fmt", "--check", "--no-config", "shots"}).out, "shots/two.bkd\n");
-    EXPECT_EQ(run({"set", "--no-config", "n", "=3", "shots"}).code, 2); // its include is not found
+    // Without the configuration, its include is not found.
+    EXPECT_EQ(run({"set", "--no-config", "n", "=3", "shots"}).code, 2);
     EXPECT_EQ(run({"set", "-w", "n", "=4", "shots"}).out, "shots/one.shot: 1 value set\n");
 }
 
@@ -108,7 +110,7 @@ TEST_F(bkdoc_reasons, a_place_that_cannot_be_read_is_told_with_the_systems_reaso
               "top.bkd:1:1: part.bkd: not found; tried part.bkd (is a directory)\n");
 }
 
-#if !defined(_WIN32) // where the folders of a configuration have backslashes
+#if !defined(_WIN32) // Windows has backslashes in the folders of a configuration
 
 TEST_F(bkdoc_reasons, an_include_that_the_configuration_leads_to_is_told_from_the_current_folder) {
     folder_.write(".bkdoc.bkd", "search \"lib\"\n");

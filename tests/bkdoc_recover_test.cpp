@@ -29,7 +29,7 @@ TEST(bkdoc_recover, entries_behind_the_damage_are_written_too) {
     const ScratchFolder folder;
     write_in_form(folder, "binary", "a 1 b 2 c 3");
     std::string bytes = folder.read("binary.bkd");
-    bytes[bytes.find("b") + 11] = 99; // the type of its value
+    bytes[bytes.find("b") + 11] = 99; // an invalid type for its value
     const std::string damaged = folder.write("damaged.bin", bytes);
     const BkdocRun run = run_bkdoc({"recover", damaged, "-o", folder.path("saved.bkd")});
     EXPECT_EQ(run.code, 1);

@@ -68,7 +68,8 @@ TEST(bkdoc_same, names_templates_array_counts_and_kinds_count) {
 TEST(bkdoc_same, strings_and_binary_data_are_compared_whole) {
     EXPECT_EQ(compare("a \"x\" ", "a \"x\" ").code, 0);
     EXPECT_EQ(compare("a \"x\" ", "a \"X\" ").code, 1);
-    EXPECT_EQ(compare("a 0x01FF00010000 ", "a 0x01FF00000000 ").code, 0); // the checksum is no content
+    // The checksum is not part of the content.
+    EXPECT_EQ(compare("a 0x01FF00010000 ", "a 0x01FF00000000 ").code, 0);
     EXPECT_EQ(compare("a 0x01FF00010000 ", "a 0x01FE00010000 ").code, 1);
 }
 

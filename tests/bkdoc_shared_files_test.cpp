@@ -32,7 +32,7 @@ using bkdoc_shared_files = BkdocSharedFiles;
 class OpenCounter {
 public:
     explicit OpenCounter(const std::string& file) : events_(inotify_init1(IN_NONBLOCK)) {
-        inotify_add_watch(events_, file.c_str(), IN_OPEN | IN_CLOSE_NOWRITE); // equal events in a row are one
+        inotify_add_watch(events_, file.c_str(), IN_OPEN | IN_CLOSE_NOWRITE); // merges equal events in a row
     }
     ~OpenCounter() { close(events_); }
     OpenCounter(const OpenCounter&) = delete;
@@ -73,7 +73,7 @@ TEST_F(bkdoc_shared_files, are_read_once_when_they_are_checked_themselves) {
 }
 
 TEST_F(bkdoc_shared_files, are_read_once_however_often_documents_name_them) {
-    constexpr int count = 20; // the first one stands for a million inclusions
+    constexpr int count = 20; // the first document then has 2^20 - 2 inclusions
     for (int i = 0; i < count; ++i) {
         const std::string next = "#include \"f" + std::to_string(i + 1) + ".bkd\"\n";
         folder.write("twice/f" + std::to_string(i) + ".bkd",
@@ -82,7 +82,7 @@ TEST_F(bkdoc_shared_files, are_read_once_however_often_documents_name_them) {
     const OpenCounter counter(folder.path("twice/f" + std::to_string(count - 1) + ".bkd"));
     const BkdocRun run = run_bkdoc({"check", "--format", "gcc", "--ext", "bkd", folder.path("twice")});
     EXPECT_EQ(run.code, 1) << run.err;
-    EXPECT_LE(counter.count(), 2); // once to see whether it is a document
+    EXPECT_LE(counter.count(), 2); // one of them to see whether it is a document
     EXPECT_NE(run.out.find(": error: too many includes; --trusted reads on [too-many-includes]\n"),
               std::string::npos)
         << run.out;
@@ -114,7 +114,7 @@ TEST_F(bkdoc_shared_files, do_not_change_what_is_told) {
 TEST_F(bkdoc_shared_files, beyond_what_is_kept_are_read_again) {
     const std::string padding(1 << 20, ' ');
     std::string includes;
-    for (int i = 0; i < 70; ++i) { // 70 MiB, more than is kept
+    for (int i = 0; i < 70; ++i) { // 70 MiB, more than the cache keeps
         const std::string name = "lib/pad" + std::to_string(i) + ".bkd";
         folder.write(name, "v" + std::to_string(i) + " 1" + padding + "\n");
         includes += "#include \"" + name + "\"\n";

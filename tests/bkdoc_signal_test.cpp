@@ -13,7 +13,8 @@
 #include <unistd.h>
 #include <vector>
 
-// The tool gets a signal before and after each of its system calls. Nothing stays beside the old document or the new one.
+// The tool gets a signal before and after each of its system calls. It must leave the old document or the new
+// one, and no other file.
 
 namespace {
 
@@ -22,7 +23,7 @@ constexpr int more_than_any_needs = 5000;
 struct Ended {
     bool is_traced = false;
     bool has_got_signal = false;
-    int status = 0; // as waitpid gives it
+    int status = 0; // as from waitpid
 };
 
 pid_t start_traced(const std::vector<std::string>& arguments) {
@@ -44,7 +45,7 @@ pid_t start_traced(const std::vector<std::string>& arguments) {
     return child;
 }
 
-/// Runs the tool, which gets the signal at the n-th place, counted from 1.
+/// Runs the tool and sends it the signal at the n-th place, counted from 1.
 Ended run_with_signal_at(int n, int signal, const std::vector<std::string>& arguments,
                          const std::function<void()>& at_signal = {}) {
     Ended ended;
@@ -104,7 +105,7 @@ TEST_P(bkdoc_signal, at_any_system_call_leaves_nothing_beside_the_document_and_e
 #endif
     const std::string old_bytes = "a \"the old document\"\n";
     int ended_by_signal = 0;
-    const int step = GetParam() == SIGTERM ? 1 : 7; // the others take the same way
+    const int step = GetParam() == SIGTERM ? 1 : 7; // the other signals take the same path
     for (int n = 1;; n += step) {
         ASSERT_LT(n, more_than_any_needs);
         const std::string target = folder.write("target/document", old_bytes);
@@ -122,7 +123,7 @@ TEST_P(bkdoc_signal, at_any_system_call_leaves_nothing_beside_the_document_and_e
             EXPECT_GT(ended_by_signal, 50 / step);
             return;
         }
-        // At the last call the process is gone before the signal comes.
+        // At the last call, the process has ended before the signal arrives.
         if (WIFSIGNALED(ended.status)) {
             EXPECT_EQ(WTERMSIG(ended.status), GetParam());
             ++ended_by_signal;
@@ -192,7 +193,7 @@ INSTANTIATE_TEST_SUITE_P(each, bkdoc_signal, testing::Values(SIGINT, SIGTERM, SI
 TEST(bkdoc_ignored_signal, a_signal_that_the_caller_ignores_stays_ignored) {
     const ScratchFolder folder;
     const std::string source = folder.write("a.bkd", "a 1\n");
-    ::signal(SIGHUP, SIG_IGN); // as nohup does
+    ::signal(SIGHUP, SIG_IGN); // like nohup
     for (int n = 50; n < 1000; n += 50) {
         const Ended ended =
             run_with_signal_at(n, SIGHUP, {"convert", source, folder.path("b.bkd"), "--to", "text"});

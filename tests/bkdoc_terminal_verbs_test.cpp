@@ -12,7 +12,7 @@
 
 namespace {
 
-/// What is shown, with line ends as programs write them and the colours spelled out: "{1;34}" and "{}".
+/// The output with the line ends of programs, and with colours as text: "{1;34}" and "{}".
 std::string readable(const std::string& shown) {
     std::string text;
     for (std::size_t i = 0; i < shown.size(); ++i) {
@@ -28,7 +28,8 @@ std::string readable(const std::string& shown) {
     return text;
 }
 
-/// Without colours, and without the line ends at the end: a terminal gets one more where a text has none.
+/// Removes the colours and the final line ends, because a terminal gets one more line end if the text has
+/// none.
 std::string plain_of(const std::string& shown) {
     std::string text;
     for (std::size_t i = 0; i < shown.size(); ++i) {
@@ -49,7 +50,7 @@ protected:
         folder.write("top.bkd", "#include \"lights.bkd\"\n#include \"none.bkd\"\n");
     }
 
-    /// The shown text of a run in the folder, standard error left out.
+    /// What the terminal shows of a run in the folder, without standard error.
     std::string shown(const std::string& arguments, const std::string& environment = "TERM=xterm") const {
         Terminal terminal;
         EXPECT_TRUE(terminal.works());
@@ -160,7 +161,8 @@ TEST_F(bkdoc_terminal_verbs, fit_their_help_into_its_width) {
     }
 }
 
-/// A document that takes so long to read that its progress is shown; empty when that was not reached.
+/// A document that takes long enough to read that the tool shows its progress. Empty if no document is large
+/// enough.
 class BkdocLongWork : public testing::Test {
 protected:
     static std::string long_text() {
@@ -172,14 +174,15 @@ protected:
         return text + "\n";
     }
 
-    /// Whether the progress that is shown leaves much to do.
+    /// Whether the progress is still below 60 %.
     static bool is_early(const std::string& shown) {
         const std::size_t percent = shown.find('%');
         const std::size_t blank = shown.rfind(' ', percent);
         return percent != std::string::npos && std::stoi(shown.substr(blank)) < 60;
     }
 
-    /// Starts a verb on ever larger documents until it shows its progress early, and calls `act` then; all that is shown.
+    /// Runs a verb on larger and larger documents until it shows its progress early, and then calls `act`.
+    /// Returns the whole output.
     template <class Act>
     std::string run_long(const std::vector<std::string>& words, Act act, int& code) {
         for (; text_.size() < (std::size_t{1} << 29); grow()) {

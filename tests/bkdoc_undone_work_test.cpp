@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Runs the tool by the shell, with what goes before and behind its words.
+/// Runs a shell command: `before`, the tool with its words, `behind`.
 BkdocRun run_by_shell(const std::string& before, const std::string& words, const std::string& behind = {}) {
     using namespace bkdoc_run_detail;
     const ScratchFolder folder;
@@ -49,7 +49,7 @@ TEST_F(bkdoc_undone_work, a_text_that_finds_no_memory_is_told) {
 #if defined(BK_PARSER_SANITIZED_MEMORY)
     GTEST_SKIP() << "the sanitizer takes more memory than may be had";
 #endif
-    // Indented, so many groups inside each other take more than 4 GiB.
+    // With indentation, 40,000 nested groups take more than 4 GiB.
     std::string deep;
     for (int i = 0; i < 40000; ++i) {
         deep += "a { ";

@@ -12,12 +12,12 @@
 
 namespace {
 
-/// A check that watches, and what it has written so far.
+/// A check with --watch, and its output so far.
 class WatchedCheck {
 public:
-    /// `polls`: where the system gives no events.
+    /// With `polls`, the tool polls as it does where the system reports no changes.
     WatchedCheck(const ScratchFolder& folder, const std::string& checked, bool polls = false) {
-        out_ = folder.path() + ".out"; // beside the folder, which is watched
+        out_ = folder.path() + ".out"; // outside the folder that is watched
         child_ = fork();
         if (child_ == 0) {
             dup2(open(out_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
@@ -43,7 +43,7 @@ public:
         return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     }
 
-    /// Waits until that is all that was written.
+    /// Waits up to 20 s until the whole output is `text`.
     bool comes_to(const std::string& text) const {
         for (int i = 0; i < 400 && written() != text; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -60,7 +60,7 @@ private:
     static constexpr const char* no_events =
         "echo 0 >/proc/sys/user/max_inotify_instances && exec \"$0\" check --watch \"$1\"";
 
-    /// Never to -1, which means every process.
+    /// Does nothing without a child: kill(-1) would signal every process.
     void signal_child(int signal) const {
         if (child_ > 0) {
             kill(child_, signal);

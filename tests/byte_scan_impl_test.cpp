@@ -11,7 +11,7 @@
 namespace bk_parser {
 namespace {
 
-/// The same answer by one comparison a character.
+/// The same search, one character at a time.
 std::size_t line_end_of(const std::string& text, std::size_t from) {
     while (from < text.size() && text[from] != '\n' && text[from] != '\r') {
         ++from;
@@ -36,7 +36,7 @@ TEST(byte_scan_impl, a_line_end_is_found_at_every_place_of_a_text) {
 
 TEST(byte_scan_impl, the_first_of_several_line_ends_is_found) {
     std::mt19937 random(7);
-    // Characters one below, one above and one bit beside a line end are none.
+    // Includes characters that differ from a line end by 1 or by one bit, and are none.
     const std::string characters = "\n\r\x0B\x0C\x0E\x09\x8A\x8D\x1A \xFF";
     for (int round = 0; round < 20000; ++round) {
         std::string text(random() % 60, ' ');
@@ -49,7 +49,7 @@ TEST(byte_scan_impl, the_first_of_several_line_ends_is_found) {
     }
 }
 
-/// Facts of a text that arrives in pieces.
+/// The facts of a text that arrives in pieces.
 ByteFacts facts_of(const std::string& text, std::mt19937& random) {
     ByteFacts facts;
     for (std::size_t have = 0; have < text.size();) {

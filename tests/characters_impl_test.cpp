@@ -18,7 +18,7 @@ bool is_digit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// For every byte, whether it is of a class.
+/// Compares the class of every byte with a rule.
 template <class Rule>
 void expect_class(unsigned int character_class, Rule rule) {
     for (int code = 0; code < 256; ++code) {

@@ -15,18 +15,18 @@
 #include <thread>
 #include <vector>
 
-// The operating system gives no chunk to the slabs, from every one on that they ask for. The chunks are the test's own: a
-// static library leaves these functions to the program.
+// The operating system refuses the n-th chunk that the slabs ask for, and all later ones. This file defines
+// the functions that give chunks, which a static library allows.
 
 namespace {
 
 std::size_t chunks_left = SIZE_MAX;
 std::size_t chunks_asked = 0;
 
-// Not in the thread's object: MinGW frees its memory before it runs the destructor.
+// Not in the thread's object, because MinGW frees the memory of that object before it runs the destructor.
 bool is_refused = false;
 
-/// By their aligned addresses.
+/// The allocated chunks by their aligned addresses.
 std::map<void*, std::unique_ptr<char[]>>& chunk_memory() {
     static std::map<void*, std::unique_ptr<char[]>> memory;
     return memory;
@@ -48,7 +48,7 @@ void* bk::take_chunks(std::size_t size) noexcept {
     return place;
 }
 
-/// As where memory cannot be moved.
+/// Fails, like a system that cannot move memory.
 void* bk::grow_chunks(void*, std::size_t, std::size_t) noexcept {
     return nullptr;
 }
@@ -59,7 +59,7 @@ void bk::give_chunks_back(void* chunks, std::size_t) noexcept {
 
 namespace {
 
-/// Large enough for several chunks.
+/// A text that needs several chunks.
 CoreString long_text() {
     CoreString text;
     for (int i = 0; i < 60000; ++i) {
@@ -165,7 +165,8 @@ TEST_F(chunk_out, eight_chunks_that_are_empty_are_kept_for_what_comes_next_and_t
         }
         EXPECT_EQ(chunks_asked, asked) << round;
     }
-    std::vector<void*> filling; // the pages of the chunks in use, so that what follows needs an empty one
+    // Fills the pages of the chunks in use, so that the next block needs an empty chunk.
+    std::vector<void*> filling;
     while (chunks_asked == asked) {
         filling.push_back(CoreMemory::allocate(size));
     }

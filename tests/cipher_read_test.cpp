@@ -201,17 +201,18 @@ TEST_F(cipher_read, an_odd_number_of_digits_is_refused) {
 
 TEST_F(cipher_read, a_digit_is_its_distance_from_zero_and_never_checked) {
     const std::string block = enciphered("a 1 b 2", "key");
-    std::string colons = dense_hex(block); // ':' to '?' follow '9'
+    std::string colons = dense_hex(block); // writes ':' to '?' instead of 'A' to 'F'
     for (char& digit : colons) {
         digit = digit >= 'A' ? static_cast<char>(digit - 'A' + ':') : digit;
     }
     EXPECT_NE(colons, dense_hex(block));
     EXPECT_TRUE(set_digits(colons));
-    std::string whole_bytes; // a zero and then a character as far from '0' as the byte is large
+    // Spells each byte as '0' and the character whose distance from '0' is the byte.
+    std::string whole_bytes;
     for (const char byte : block) {
         const int code = static_cast<unsigned char>(byte) + '0';
         const bool is_letter = code % 256 >= 'A' && code % 256 <= 'F';
-        whole_bytes += is_letter ? '1' : '0'; // a letter is read as 10 to 15 instead of 17 to 22
+        whole_bytes += is_letter ? '1' : '0'; // 'A' to 'F' count as 10 to 15 instead of 17 to 22
         whole_bytes += static_cast<char>(is_letter ? (code - 16) : code);
     }
     EXPECT_TRUE(set_digits(whole_bytes));
@@ -219,7 +220,7 @@ TEST_F(cipher_read, a_digit_is_its_distance_from_zero_and_never_checked) {
 }
 
 TEST_F(cipher_read, the_first_digit_counts_sixteen_times_modulo_256) {
-    // 'P' is 32 from '0', and 16 times 32 is nothing modulo 256; '@' is 16 from '0'.
+    // 'P' is 32 above '0', and 16 * 32 = 0 modulo 256. '@' is 16 above '0'.
     std::string digits = dense_hex(enciphered("a 1 b 2", "key"));
     std::size_t changed = 0;
     for (std::size_t i = 0; i < digits.size(); i += 2) {
@@ -243,7 +244,8 @@ TEST_F(cipher_read, lower_case_digits_are_other_bytes) {
 }
 
 TEST_F(cipher_read, a_lower_case_digit_is_its_distance_from_zero) {
-    // 'a' to 'f' are 49 to 54 from '0': a byte that ends in 1 to 6, and three sixteens more.
+    // 'a' to 'f' are 49 to 54 above '0': their low half is 1 to 6, and their high half adds 3 to the first
+    // digit.
     static constexpr std::string_view upper = "0123456789ABCDEF";
     std::string digits;
     std::size_t lower = 0;

@@ -16,7 +16,7 @@ void fill(ParserGroup& group) {
     group.add_group("b")->add_entry("c", 0, 0)->add_string("x");
 }
 
-/// What stands in the array after a group was asked for its text, if it stood there before.
+/// The content of an array that held `before`, after the group wrote its text to it.
 std::string array_of(const ParserGroup& group, const CoreString& key, bool braces = false,
                      bool pretty = false, unsigned int level = 1, std::string_view before = "old") {
     CoreArray<unsigned char> data = byte_array(before);

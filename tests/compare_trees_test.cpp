@@ -12,7 +12,7 @@ namespace {
 using bk_parser::CompareOptions;
 using bk_parser::TreeChange;
 
-/// The changes, a word and a path each.
+/// Each change as a word and a path.
 std::string changes_of(std::string_view before, std::string_view after, const CompareOptions& options = {}) {
     static const char* const words[] = {"value", "head", "added", "removed", "moved", "renamed"};
     const bk_parser::LoadResult left = bk_parser::parse(before);
@@ -126,7 +126,7 @@ TEST(compare_trees, random_edits_are_found_and_nothing_else) {
     EXPECT_GT(changed, 1000u);
 }
 
-/// Numbers below `count`, of which each 1000th is another one when `changed`.
+/// `count` entries with the numbers 0, 1, 2, ... With `changed`, one number in 1000 is negative.
 std::string many_entries(int count, bool changed) {
     std::string text;
     for (int i = 0; i < count; ++i) {
@@ -145,7 +145,7 @@ TEST(compare_trees, time_is_near_linear_in_the_tree) {
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     };
     const double small = seconds_for(50000);
-    EXPECT_LT(seconds_for(400000), 40 * small + 0.5); // a quadratic one takes 64 times as long
+    EXPECT_LT(seconds_for(400000), 40 * small + 0.5); // quadratic time would be 64 times as long
 }
 
 } // namespace

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A class of a host's that says what it is.
+/// A host's class that gives its own name.
 class HostObject : public CoreBaseObject {
 public:
     explicit HostObject(bool* destroyed = nullptr) : destroyed_(destroyed) {}

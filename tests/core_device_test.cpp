@@ -14,7 +14,7 @@ namespace {
 
 enum class Fault { none, create, write, short_write, sync, close, replace };
 
-/// Passes every call on to the platform's device, but for the one that is to fail.
+/// Forwards every call to the platform's device, except the one that is to fail.
 class FaultyDevice : public SysDevice {
 public:
     explicit FaultyDevice(Fault fault, int good_calls = 0)
@@ -60,7 +60,7 @@ private:
             if (device_.fails(Fault::write)) {
                 return -1;
             }
-            // Taking fewer bytes than offered is legal: the rest is offered again.
+            // A device may take fewer bytes than it is given. The library then writes the rest.
             const bool less = device_.fault_ == Fault::short_write && size > 1;
             return inner_->write(data, less ? size / 2 : size);
         }
@@ -93,7 +93,7 @@ protected:
 
     void SetUp() override { folder.write("data", "old"); }
 
-    /// Writes the content in pieces, over whatever device is in use.
+    /// Writes the content in pieces to the current device.
     bool store(const char* name) {
         SysFile file;
         if (!file.open(folder.core_path(name), SysFile::MODE_WRITE, SysFile::TYPE_BINARY)) {
@@ -176,7 +176,7 @@ TEST_F(core_device, after_a_failure_the_next_file_is_stored) {
     EXPECT_TRUE(folder.read("data") == content);
 }
 
-/// Serves one file from memory, a few bytes at a time.
+/// Serves one file from memory in pieces of a few bytes.
 class MemoryDevice : public SysDevice {
 public:
     explicit MemoryDevice(std::string bytes) : bytes_(std::move(bytes)) { SysDevice::set(this); }

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Written down here once more on purpose: the library's hashes are made at compile time.
+// A second implementation on purpose: the library computes its hashes at compile time.
 std::uint32_t one_at_a_time(const std::string& text) {
     std::uint32_t hash = 0;
     for (const char character : text) {
@@ -63,7 +63,8 @@ bool register_new(unsigned int hash, const char* name) {
     return event_debug_collisions(hash, CoreString(name));
 }
 
-// Names are registered where the parser is loaded; a program linked with the static library takes it in by any use.
+// Loading the parser registers the names. A program with the static library links that code as soon as it
+// uses anything of the parser.
 TEST(core_event, the_default_serial_version_is_set_when_the_library_is_loaded) {
     EXPECT_EQ(default_parser_serial_version.get_value(), 1.2);
 }

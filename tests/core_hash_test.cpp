@@ -15,7 +15,7 @@ unsigned int hash(const std::string& bytes) {
     return CoreHash::generate_jenkins(bytes.data(), bytes.size());
 }
 
-/// The same steps written down once more, in 64 bits cut to 32.
+/// A second implementation of the same steps, with 64-bit numbers reduced to 32 bits.
 std::uint32_t reference(const std::string& bytes) {
     std::uint64_t h = 0;
     const auto cut = [](std::uint64_t value) { return value % 0x100000000u; };

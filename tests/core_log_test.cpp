@@ -12,7 +12,7 @@ using namespace std::literals;
 
 namespace {
 
-/// A part of a message that counts how often it is put into one.
+/// A part of a message that counts how often it is composed.
 struct CountedPart {
     int& uses;
 

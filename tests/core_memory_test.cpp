@@ -178,7 +178,7 @@ TEST(core_memory, threads_take_and_give_back_at_the_same_time) {
     EXPECT_EQ(intact, std::vector<unsigned char>(4, 1));
 }
 
-/// Blocks on their way between threads; whoever takes one out did not put it in, as a rule.
+/// Passes blocks between threads. Usually another thread allocated the block that a thread takes out.
 class Exchange {
 public:
     Block swap(Block block, std::mt19937& random) {
@@ -228,8 +228,9 @@ TEST(core_memory, blocks_wander_between_threads_that_begin_and_end) {
 std::mutex early_lock;
 std::map<std::thread::id, Block> early_blocks;
 
-/// Takes blocks, and gives back one that its thread took before, when the library has given the thread's heap up. The object itself
-/// is empty, because MinGW frees its memory before it runs the destructor.
+/// After the library has given up the heap of the thread, allocates blocks, and frees one that the thread
+/// allocated before. The object itself is empty, because MinGW frees its memory before it runs the
+/// destructor.
 struct GivesBackAtTheEnd {
     ~GivesBackAtTheEnd() {
         std::vector<Block> late;
@@ -257,7 +258,8 @@ TEST(core_memory, a_thread_takes_and_gives_back_at_its_very_end) {
     std::vector<std::thread> threads;
     for (unsigned int t = 0; t < thread_count; ++t) {
         threads.emplace_back([] {
-            static thread_local GivesBackAtTheEnd user; // destroyed after what the first block makes
+            // Destroyed after the library's object of the thread, which the first block makes.
+            static thread_local GivesBackAtTheEnd user;
             static_cast<void>(&user);
             const Block early = take(40, 7);
             const std::lock_guard lock(early_lock);

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t most = bk::most_pointed_digits;
 
-/// What is in front of a text is read along with it, and must not matter.
+/// The conversion also reads the bytes before a text, which must not change the result.
 std::string behind_margin(const std::string& text) {
     return "7.7.7.7.7.7.7.7.7.7.7.7.7.7.7.7." + text;
 }

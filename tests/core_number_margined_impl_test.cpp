@@ -16,7 +16,7 @@ double expected(const std::string& text) {
     return value;
 }
 
-/// In the margin stands what must not matter.
+/// The bytes in the margin are digits, which must not change the result.
 bool is_plain_int(const std::string& text, int& value) {
     const std::string room = std::string(bk::number_margin, '9') + text;
     return bk::read_margined_int(std::string_view(room).substr(bk::number_margin), value);
@@ -161,7 +161,8 @@ TEST(core_number_margined, random_long_decimals_are_rounded_to_the_nearest_doubl
 TEST(core_number_margined, decimals_beside_the_middle_between_two_doubles_are_rounded_to_the_nearest) {
     std::mt19937_64 random(20240712);
     for (int round = 0; round < 20000; ++round) {
-        // Between 4 and 8 the middles between doubles are multiples of 2^-51: they have 51 digits, of which 17 are kept.
+        // Between 4 and 8, the midpoints between doubles are multiples of 2^-51. They have 51 decimal places,
+        // of which the text keeps 17.
         const std::uint64_t odd = (std::uint64_t{1} << 53) + (random() % (std::uint64_t{1} << 53) | 1);
         const std::uint64_t whole = odd >> 51;
         std::uint64_t rest = odd & ((std::uint64_t{1} << 51) - 1);

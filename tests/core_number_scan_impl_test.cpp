@@ -37,7 +37,7 @@ TEST(core_number_scan, conversion_still_takes_the_longest_prefix) {
 
 #if defined(__GLIBC__)
 
-// In the "C" locale, in which a test process starts.
+// Uses the "C" locale, in which a test process starts.
 bool is_converted(const std::string& text) {
     double value = 0.0;
     return std::sscanf(text.c_str(), "%lf", &value) == 1;

@@ -18,7 +18,7 @@ std::string shortest(double number) {
     return written.find_first_of(".en") == std::string::npos ? written + ".0" : written;
 }
 
-/// Empty when the number is not written the short way.
+/// Empty when the number has no short form.
 std::string short_text(double number) {
     char text[bk::short_double_capacity];
     return {text, bk::write_short_double(text, number)};

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-// Memory in the order in which it is asked for.
+// `allocate_in_order` places blocks one after another in memory.
 
 namespace {
 
@@ -55,7 +55,7 @@ TEST(core_run, blocks_of_any_size_lie_one_behind_the_other) {
 #if defined(BK_PARSER_NO_SLABS)
     GTEST_SKIP() << "this build has no slabs";
 #endif
-    CoreMemory::release(CoreMemory::allocate(1), 1); // a thread's first block finds no heap
+    CoreMemory::release(CoreMemory::allocate(1), 1); // the thread has no heap before its first block
     const std::vector<Taken> taken = take_many(10000);
     unsigned int jumps = 0;
     for (std::size_t i = 1; i < taken.size(); ++i) {
@@ -69,7 +69,7 @@ TEST(core_run, blocks_of_any_size_lie_one_behind_the_other) {
 TEST(core_run, blocks_keep_to_themselves_whoever_gives_them_back) {
     std::vector<Taken> taken = take_many(5000);
     std::vector<Taken> others;
-    std::thread([&others] { others = take_many(5000); }).join(); // its pages are somebody else's now
+    std::thread([&others] { others = take_many(5000); }).join(); // the thread that allocated these has ended
     const std::vector<Taken> more = take_many(1000);
     taken.insert(taken.end(), others.begin(), others.end());
     taken.insert(taken.end(), more.begin(), more.end());
@@ -96,7 +96,7 @@ TEST(core_run, a_block_is_closed_behind_its_end_and_all_of_it_when_it_is_given_b
     const Taken last = take(20);
     EXPECT_TRUE(bk::is_poisoned(block.begin + 100));
     EXPECT_TRUE(bk::is_poisoned(block.begin - 1));
-    CoreMemory::release(block.begin, 40); // an object at its beginning
+    CoreMemory::release(block.begin, 40); // releases an object at the beginning of the block
     EXPECT_TRUE(bk::is_poisoned(block.begin));
     EXPECT_TRUE(bk::is_poisoned(block.begin + 99));
     EXPECT_TRUE(is_untouched(first));

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <vector>
 
-// Pages of blocks that lie one behind the other in the order in which they were taken.
+// Pages of blocks from `allocate_in_order`, which places them one after another.
 
 namespace {
 
@@ -19,9 +19,10 @@ unsigned char* take() {
     return static_cast<unsigned char*>(bk::allocate_in_order(block_size));
 }
 
-/// Full pages, and what lies on each.
+/// Allocates `count` pages of blocks, and returns the blocks of each page.
 std::vector<Page> take_pages(std::size_t count) {
-    CoreMemory::release(CoreMemory::allocate(block_size), block_size); // from here on the thread has a heap
+    // Gives the thread a heap.
+    CoreMemory::release(CoreMemory::allocate(block_size), block_size);
     std::vector<Page> pages;
     const bk::SlabPage* last = nullptr;
     while (pages.size() < count) {

@@ -83,7 +83,7 @@ TEST(core_set, an_own_element_is_added_without_effect) {
 }
 
 TEST(core_set, texts_whose_hashes_all_agree_are_still_told_apart) {
-    // NUL bytes leave the hash at 0, so that all of these collide.
+    // NUL bytes leave the hash at 0, so all of these texts collide.
     CoreSet<CoreString> set;
     for (std::size_t length = 0; length < 200; ++length) {
         ASSERT_EQ(core_set_hash(core(std::string(length, '\0'))), 0u);

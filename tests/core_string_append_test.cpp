@@ -13,7 +13,7 @@ using namespace std::literals;
 
 namespace {
 
-/// A size that the compiler does not see through, so that it cannot warn of what never happens.
+/// Hides a size from the compiler, which would otherwise warn about calls that never happen.
 std::size_t not_folded(unsigned long long size) {
     volatile unsigned long long hidden = size;
     return static_cast<std::size_t>(hidden);
@@ -144,7 +144,7 @@ TEST(core_string_append, a_character_of_the_string_itself_is_appended) {
 }
 
 TEST(core_string_append, what_would_pass_the_largest_length_is_refused_and_changes_nothing) {
-    // The sizes are refused before a byte is read.
+    // The sizes are refused before any byte is read.
     for (const char* before : {"ab", "a text that stands in a block"}) {
         for (const unsigned long long size :
              {0xFFFFFFFEull, 0xFFFFFFFFull, 0x100000000ull, 0xFFFFFFFFFFull}) {

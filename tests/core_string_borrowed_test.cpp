@@ -19,7 +19,7 @@ protected:
 
     void SetUp() override { text.set_borrowed(kept.data(), static_cast<unsigned int>(kept.size())); }
 
-    /// The string owns a text of its own now, and the kept bytes are as they were.
+    /// Expects that the string now owns its text, and that the borrowed bytes have not changed.
     void expect_owned(const std::string& expected) {
         EXPECT_EQ(plain(text), expected);
         EXPECT_NE(text.get_data(), kept.data());

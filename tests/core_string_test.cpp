@@ -12,7 +12,7 @@ using namespace std::literals;
 
 namespace {
 
-// Texts on both sides of the boundary between those inside the object and those in a block of their own.
+// Lengths on both sides of the limit below which a string stores its text inside the object.
 const std::string boundary_texts[] = {
     "", "a", "1234567890", "12345678901", "123456789012", "1234567890123", std::string(300, 'x')};
 

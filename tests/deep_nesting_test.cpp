@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned int depth = million_deep;
 
-/// Deep enough to overflow the stack of whatever would recurse, and faster than a million.
+/// Deep enough to overflow the stack of any function that recurses. Faster than a million levels.
 constexpr unsigned int lesser_depth = 200000;
 
 std::string repeated(std::string_view part, unsigned int count) {
@@ -30,7 +30,7 @@ std::string compact(const ParserGroup& group) {
     return plain(text);
 }
 
-/// How many groups are in each other.
+/// The number of nested groups.
 unsigned int measure(const ParserGroup& root) {
     unsigned int levels = 0;
     for (const ParserGroup* group = &root; group->get_entries().get_count() == 1; ++levels) {
@@ -43,8 +43,8 @@ unsigned int measure(const ParserGroup& root) {
     return levels;
 }
 
-/// So many groups, each in the one before, and an entry in the innermost. Nothing that is done with them may take a
-/// stack that grows with the depth.
+/// `levels` nested groups, with an entry in the innermost. No operation on them may use a stack that grows
+/// with the depth.
 std::unique_ptr<ParserGroup> make_tree(unsigned int levels) {
     const std::string text = repeated("a{", levels) + "needle 1 " + repeated("}", levels);
     auto group = std::make_unique<ParserGroup>("root");

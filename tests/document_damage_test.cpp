@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-// Documents that are cut off or damaged are told, and give what stands before.
+// Loading a truncated or damaged document gives a problem and the content before the damage.
 
 using bk_parser::load;
 using bk_parser::LoadOptions;

@@ -15,14 +15,14 @@
 #include <windows.h>
 #endif
 
-// A file that cannot be read is told with the system's reason.
+// The problem of a file that cannot be read gives the system's reason.
 
 using bk_parser::load;
 using bk_parser::LoadResult;
 
 namespace {
 
-/// Gives every path that ends so to nobody, as a system does that forbids it.
+/// Forbids reading every path that has this ending.
 class ForbiddingDevice : public ForwardingDevice {
 public:
     explicit ForbiddingDevice(std::string ending) : ending_(std::move(ending)) {}
@@ -43,7 +43,7 @@ private:
     std::string ending_;
 };
 
-/// Opens files that give no byte, and no reason either.
+/// Opens files, but every read fails without a reason.
 class FailingReads : public ForwardingDevice {
 public:
     std::unique_ptr<SysHandle> open_for_reading(const std::string& path) override {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-// Golden files that were cut or damaged are loaded as far as they go, and nothing is logged.
+// Truncated or damaged golden files are loaded as far as possible, and nothing is logged.
 
 namespace {
 

@@ -13,7 +13,8 @@ namespace {
 
 class DocumentIncludeList : public testing::Test {
 protected:
-    /// "main.bkd:1:2 part.bkd -> part.bkd", or " [code]" behind the name of what is left out.
+    /// Each include as "main.bkd:1:2 part.bkd -> part.bkd". If it was not read, " [code]" follows its name
+    /// instead.
     static Lines listed(const Document& document) {
         Lines lines;
         for (const Include& include : document.includes()) {

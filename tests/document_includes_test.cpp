@@ -16,7 +16,7 @@ protected:
     LoadResult load_text(std::string_view text, const LoadOptions& options = {}) const {
         return load(folder_.write("shots/main.bkd", text), options);
     }
-    /// With the scratch folder's path left out.
+    /// The problems, without the path of the scratch folder.
     Lines told_here(const LoadResult& result) const {
         Lines lines = told(result);
         for (std::string& line : lines) {
@@ -269,11 +269,11 @@ TEST_F(document_includes, a_version_below_0_in_an_included_file_loses_nothing) {
               (Lines{"main.bkd:1:1: error: '-1' is no version; the latest is 1.2 [no-version]"}));
 }
 
-#if !defined(_WIN32) // takes ".." steps away before it looks for links
+#if !defined(_WIN32) // Windows resolves ".." before links
 
 TEST_F(document_includes, behind_a_linked_folder_are_the_file_that_the_system_finds) {
     folder_.write("shots/part.bkd", "a 1");     // where the text of the path leads
-    folder_.write("elsewhere/part.bkd", "a 2"); // where the system comes to
+    folder_.write("elsewhere/part.bkd", "a 2"); // what the system finds
     folder_.make_folder("elsewhere/far");
     folder_.make_folder("shots");
     std::filesystem::create_directory_symlink(folder_.path("elsewhere/far"), folder_.path("shots/far"));

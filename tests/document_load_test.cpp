@@ -108,8 +108,8 @@ TEST(document_load, a_document_that_was_moved_from_is_an_empty_one) {
 
 TEST(document_load, the_version_entry_of_a_stored_form_is_no_part_of_the_tree) {
     StoredForms forms("a 1");
-    const std::string enciphered =
-        forms.enciphered("k"); // puts the entry into the tree that the others store
+    // Must be first: it adds the entry to the tree that the other forms store.
+    const std::string enciphered = forms.enciphered("k");
     EXPECT_EQ(tree_of(bk_parser::parse(enciphered, with_key("k"))), " a 1");
     EXPECT_EQ(tree_of(bk_parser::parse(forms.binary())), " a 1");
     EXPECT_EQ(tree_of(bk_parser::parse(forms.archive())), " a 1");

@@ -13,7 +13,7 @@ LoadOptions keeping() {
     return options;
 }
 
-/// "name:line:column" of every entry.
+/// Each entry as "name:line:column".
 std::string places_of(const Document& document) {
     std::string result;
     for (const Visit& visit : walk(document.root())) {

@@ -7,9 +7,10 @@
 #include <string>
 #include <string_view>
 
-// What the problems of a hostile document cost. Each message that is composed takes a block of the heap.
+// The cost of the problems of a hostile document. Composing a message allocates at least one block of the
+// heap.
 
-#if !defined(_WIN32) // where the library has a heap of its own
+#if !defined(_WIN32) // on Windows, the library has a heap of its own
 
 namespace {
 
@@ -25,7 +26,7 @@ std::size_t blocks_of(std::string_view begin, std::string_view piece, std::size_
     return HeapMeter::taken();
 }
 
-/// Twenty thousand problems more take no block each.
+/// Expects fewer than 2,000 more blocks for 20,000 more problems, so that their messages are not composed.
 void expect_nothing_is_composed(std::string_view begin, std::string_view piece) {
     EXPECT_LT(blocks_of(begin, piece, 31000), blocks_of(begin, piece, 11000) + 2000) << piece;
 }

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-// What is told of a document as a whole: which problems, how many, in which order and on how many lines.
+// The problems of a whole document: which, how many, in which order and on how many lines.
 
 using bk_parser::load;
 using bk_parser::LoadOptions;
@@ -179,7 +179,7 @@ TEST(document_problem_list, has_an_include_before_what_is_in_it_and_that_before_
 TEST(document_problem_list, cuts_a_long_line_between_characters) {
     const LoadResult result = parse("a \"" + repeated("\xC3\xA9", 3000) + "\" ]");
     ASSERT_EQ(result.problems.size(), 1u);
-    // The part around the place: two bytes more would begin in the middle of a character.
+    // The part of the line around the place. Two more bytes would begin in the middle of a character.
     EXPECT_EQ(result.problems[0].source_line, repeated("\xC3\xA9", 1023) + "\" ]");
     EXPECT_EQ(result.problems[0].source_line_offset, result.problems[0].offset - 2048);
     EXPECT_EQ(result.problems[0].column, 3006u);

@@ -32,7 +32,7 @@ std::vector<std::string> page_lines() {
     return lines;
 }
 
-/// "‹EF BB BF›" stands for three bytes.
+/// Replaces "‹EF BB BF›" by three bytes.
 std::string with_bytes(const std::string& text) {
     const std::string open = "\xE2\x80\xB9";
     const std::string close = "\xE2\x80\xBA";
@@ -49,7 +49,7 @@ std::string with_bytes(const std::string& text) {
     return out + text.substr(at);
 }
 
-/// The sections whose first line tells a severity.
+/// The sections of problems. Their first line gives a severity.
 std::vector<Section> read_page() {
     std::vector<Section> sections;
     Files* files = nullptr;

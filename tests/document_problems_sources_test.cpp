@@ -207,7 +207,7 @@ TEST_F(document_problems_files, the_version_of_an_included_file_does_not_count) 
          "the version of an included file does not count: here a backslash stands for itself"}};
     EXPECT_EQ(told_of(load_main("#include \"x.bkd\"\n")), told);
     EXPECT_EQ(told_of(load_main(version_line + "#include \"x.bkd\"\n")), std::vector<ToldProblem>{});
-    folder.write("x.bkd", version_line + "x \"\"\n"); // it means the same in every version
+    folder.write("x.bkd", version_line + "x \"\"\n"); // it has the same meaning in every version
     EXPECT_EQ(told_of(load_main("#include \"x.bkd\"\n")), std::vector<ToldProblem>{});
 }
 

@@ -38,7 +38,7 @@ const Shape shapes[] = {
 class Watch {
 public:
     std::vector<double> values;
-    /// Says no at this call.
+    /// Cancels at this call.
     std::size_t cancel_at = 0;
 
     LoadOptions options() {

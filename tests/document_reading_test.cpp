@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #endif
 
-// What a load says of files that it cannot read, or not to their end.
+// What a load reports for files that it cannot open, or cannot read to the end.
 
 using bk_parser::load;
 using bk_parser::LoadOptions;
@@ -85,7 +85,7 @@ TEST(document_reading, a_pipe_without_an_end_is_read_up_to_the_limit) {
     const ScratchFolder folder;
     const std::string path = folder.path("pipe");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
-    std::signal(SIGPIPE, SIG_IGN); // the reader goes before the writer is done
+    std::signal(SIGPIPE, SIG_IGN); // the reader closes the pipe before the writer ends
     std::thread writer([&path] {
         std::ofstream pipe(path, std::ios::binary);
         pipe << std::string(50000, ' ');

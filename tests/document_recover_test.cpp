@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <set>
 
-// What is left of files that are cut off or damaged anywhere.
+// What a recovery finds in files that are truncated or damaged at any place.
 
 using bk_parser::LoadOptions;
 using bk_parser::recover_bytes;
@@ -29,7 +29,7 @@ LoadOptions with_key(const char* key = "lantern") {
     return options;
 }
 
-/// The entries of the root, each as a text.
+/// Each entry of the root as text.
 std::vector<std::string> entries_of(const bk_parser::Document& document) {
     std::vector<std::string> entries;
     for (const ParserEntry* entry : document.root().get_entries()) {
@@ -46,7 +46,7 @@ struct Shape {
     std::size_t values = 0;
 };
 
-/// What a tree is made of.
+/// The numbers of the parts of a tree.
 Shape shape_of(const ParserGroup& root) {
     Shape shape;
     for (const bk_parser::Visit& visit : bk_parser::walk(root)) {
@@ -62,7 +62,7 @@ Shape shape_of(const ParserGroup& root) {
 
 /// The golden files, and the examples in each stored form.
 std::vector<std::string> stored_examples() {
-    constexpr std::size_t most_bytes = 1500; // each cut is read twice
+    constexpr std::size_t most_bytes = 1500; // the tests read each truncated file twice
     std::vector<std::string> examples;
     for (const char* name : {binary_file, archive_file, long_archive_file, enciphered_file}) {
         examples.push_back(golden::bytes(name));
@@ -83,7 +83,7 @@ std::vector<std::string> stored_examples() {
     return examples;
 }
 
-/// A part of the file as the tests expect it: "23+4 values of 'a'".
+/// Each lost part as "23+4 values of 'a'".
 Lines lost_of(const RecoverResult& result) {
     Lines lines;
     for (const bk_parser::LostPart& part : result.lost) {
@@ -92,7 +92,7 @@ Lines lost_of(const RecoverResult& result) {
     return lines;
 }
 
-/// How many entries stand at the beginning of both.
+/// The number of equal entries at the beginning of both.
 std::size_t common_start(const std::vector<std::string>& first, const std::vector<std::string>& second) {
     const std::size_t most = std::min(first.size(), second.size());
     return static_cast<std::size_t>(
@@ -101,7 +101,7 @@ std::size_t common_start(const std::vector<std::string>& first, const std::vecto
         first.begin());
 }
 
-/// Where the entries of the root of a binary document end.
+/// The offsets at which the entries of the root of a binary document end.
 std::vector<std::size_t> ends_of_entries(const std::string& bytes) {
     std::vector<std::size_t> ends;
     for (std::size_t place = 12; place < bytes.size();) {
@@ -126,8 +126,8 @@ std::string flipped(std::string bytes, std::size_t at, int bit) {
 TEST(document_recover, an_odd_name_costs_the_entry_before_it_nothing) {
     std::string bytes = StoredForms("first 0x0 names 1 last 2").binary();
     bytes.replace(bytes.find("names"), 4, "\x92\x90\x8B\x97");
-    bytes[bytes.find("first") + 6 + 8 + 1 + 1 + 4] =
-        1; // the high half of the size of the data, which a load leaves out
+    // The high half of the size of the data, which a load ignores.
+    bytes[bytes.find("first") + 6 + 8 + 1 + 1 + 4] = 1;
     const RecoverResult result = recover_bytes(bytes);
     EXPECT_EQ(entries_of(result.loaded.document),
               (std::vector<std::string>{"first 0x00000000", "____s 1", "last 2"}));
@@ -210,7 +210,7 @@ TEST(document_recover, the_values_of_an_entry_that_is_cut_stay) {
 TEST(document_recover, a_binary_document_goes_on_behind_a_damaged_entry) {
     std::string bytes = StoredForms("a 1 b { c 2 d 3 4 } e 4").binary();
     const std::size_t d = bytes.find(std::string("d\0", 2));
-    bytes[d + 11 + 5] = 99; // the type of the second value
+    bytes[d + 11 + 5] = 99; // an invalid type for the second value
     const RecoverResult result = recover_bytes(bytes);
     EXPECT_EQ(tree_of(result.loaded), " a 1 b { c 2 d 3 } e 4");
     EXPECT_EQ(lost_of(result), Lines{std::to_string(d + 16) + "+5 values of 'b/d'"});
@@ -226,7 +226,7 @@ TEST(document_recover, a_size_that_is_wrong_is_taken_from_what_it_measures) {
                 const RecoverResult result = recover_bytes(flipped(bytes, at + i, bit));
                 if (at == 4 && i < 4 && tree_of(result.loaded) == whole && !result.lost.empty() &&
                     result.lost.back().offset == bytes.size()) {
-                    continue; // as if it were cut off
+                    continue; // like a truncated file
                 }
                 EXPECT_EQ(tree_of(result.loaded), whole) << at << " " << i << " " << bit;
                 EXPECT_EQ(lost_of(result).size(), 1u) << at << " " << i << " " << bit;
@@ -256,7 +256,7 @@ TEST(document_recover, a_flipped_bit_of_a_binary_document_costs_only_the_entry_t
             }
         }
     }
-    EXPECT_LE(next_lost, 12); // a wrong size may lead by chance to what looks as an entry
+    EXPECT_LE(next_lost, 12); // a wrong size may happen to lead to bytes that look like an entry
 }
 
 TEST(document_recover, an_archive_that_is_cut_anywhere_has_every_entry_before_the_cut) {
@@ -270,7 +270,7 @@ TEST(document_recover, an_archive_that_is_cut_anywhere_has_every_entry_before_th
             EXPECT_EQ(result.lost.back().what, "cut off") << size;
             const std::vector<std::string> left = entries_of(result.loaded.document);
             const std::size_t common = common_start(whole, left);
-            EXPECT_LE(left.size(), common + 1) << size; // the last may have lost values
+            EXPECT_LE(left.size(), common + 1) << size; // the last entry may have lost values
             EXPECT_GE(common, before) << size;
             before = common;
         }
@@ -324,7 +324,7 @@ TEST(document_recover, an_enciphered_text_that_is_cut_anywhere_has_every_entry_b
         EXPECT_EQ(result.lost.back().offset, size) << size;
         EXPECT_EQ(result.lost.back().what, "cut off") << size;
         const std::size_t common = common_start(whole, entries_of(result.loaded.document));
-        EXPECT_GE(common + 1, before) << size; // a number that is cut in two is another one
+        EXPECT_GE(common + 1, before) << size; // a truncated number is another number
         before = std::max(before, common);
     }
     EXPECT_GE(before + 1, whole.size());
@@ -365,7 +365,8 @@ TEST(document_recover, a_flipped_bit_of_words_or_of_an_enciphered_text_seldom_co
             }
         }
     }
-    EXPECT_LE(costly * 100, all * 2) << costly; // as where a character becomes a brace or a quote
+    // For example, a character may become a brace or a quote.
+    EXPECT_LE(costly * 100, all * 2) << costly;
 }
 
 TEST(document_recover, a_form_is_known_by_three_of_its_four_first_bytes) {
@@ -408,7 +409,8 @@ TEST(document_recover, a_document_with_losses_does_not_replace_its_file_unasked)
 }
 
 TEST(document_recover, hostile_sizes_cost_no_more_than_the_file_is_long) {
-    // Groups in groups whose sizes lead everywhere, and a long row of entries that all of them could end with.
+    // Nested groups with sizes that lead everywhere, followed by a long row of entries with which each of
+    // them could end.
     std::string bytes = "UDFS" + std::string(8, '\x7F');
     for (int i = 0; i < 20'000; ++i) {
         bytes += std::string("g\0", 2) + std::string(8, '\x7F') + std::string(2, '\0') +

@@ -2,14 +2,15 @@
 
 #include <gtest/gtest.h>
 
-// What is no document is one problem, and the tree is empty; what looks a little like it is read.
+// Loading a file that is not a document gives one problem and an empty tree. A file that looks a little like
+// a document is loaded.
 
 using bk_parser::LoadResult;
 using namespace std::string_literals;
 
 namespace {
 
-/// What a refused file is said to be; else nothing.
+/// The kind of file that the problem names. Empty if the file is not refused.
 std::string kind_of(const std::string& bytes) {
     const LoadResult result = bk_parser::parse(bytes);
     if (result.problems.size() != 1 || result.problems[0].code != "not-a-document") {

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-// Comments stay with what they are about, whatever is done to it.
+// A comment moves with the entry that it is about, whatever edit is made.
 
 using namespace bk_parser;
 

@@ -1,6 +1,6 @@
 #include "tests/support/saved_file.h"
 
-// Words that were not read stand in the file all the same: a save keeps them or says why it does not save.
+// Words that were not read are still in the file. A save keeps them, or refuses with a reason.
 
 using namespace bk_parser;
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-// Edits in which what is around an entry could be lost or given to another one.
+// Edits that might lose what is around an entry, or give it to another entry.
 
 using namespace bk_parser;
 
@@ -40,7 +40,7 @@ TEST_F(document_save_layout, includes_that_were_not_followed_stay_and_are_not_re
     const std::string changed = version + "#include \"part\"\na 5 // one\ng {\n#include \"part\"\n b 6\n}\n";
     ASSERT_TRUE(save(loaded.document).ok()) << save(loaded.document).reason;
     EXPECT_EQ(folder_.read("file"), changed);
-    ASSERT_TRUE(set(loaded.document.root(), "a", 7)); // after a save, too
+    ASSERT_TRUE(set(loaded.document.root(), "a", 7)); // after a save as well
     ASSERT_TRUE(save(loaded.document).ok());
     ASSERT_TRUE(move(loaded.document.root(), "g", "h/g"));
     expect_refused(loaded.document, "entry 'g' holds an include that was not followed");
@@ -86,7 +86,7 @@ TEST_F(document_save_layout, after_a_save_with_losses_the_layout_of_what_was_wri
     const std::string changed = "a 7 // one\ng {\n  b 2 // two\n  c 65\n}\n";
     EXPECT_EQ(folder_.read("file"), version + "// top\nhello 3\n" + changed);
     ASSERT_TRUE(remove(root, "z"));
-    ASSERT_TRUE(set(root, "g/c", 300)); // an int now
+    ASSERT_TRUE(set(root, "g/c", 300)); // the type changes to int
     expect_saved(loaded.document, version + "// top\na 7 // one\ng {\n  b 2 // two\n  c 300\n}\n");
 }
 
@@ -172,7 +172,8 @@ TEST_F(document_save_layout, a_byte_order_mark_stays_when_the_first_entry_goes) 
 }
 
 TEST_F(document_save_layout, long_lines_are_not_searched_for_their_ends_at_each_entry) {
-    // The test's own time limit ends a save that is quadratic in the line: 400,000 entries would take an hour.
+    // The time limit of the test ends a save that is quadratic in the length of the line. With 400,000
+    // entries, such a save would take an hour.
     std::string text = version;
     constexpr int count = 400000;
     for (int i = 0; i < count; ++i) {

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <system_error>
 
-// A file that has several names through symbolic links is one file to a save.
+// A save treats a file that has several names through symbolic links as one file.
 
 using namespace bk_parser;
 

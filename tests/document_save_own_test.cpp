@@ -36,7 +36,7 @@ bool is_unread(const SaveResult& result) {
     });
 }
 
-/// Goes to another folder until the end.
+/// While it lives, another folder is the current one.
 class OtherFolder {
 public:
     explicit OtherFolder(const std::string& folder) : old_(std::filesystem::current_path()) {
@@ -145,7 +145,7 @@ TEST(document_save_own, text_behind_a_brace_that_closes_nothing_is_not_lost) {
     ASSERT_TRUE(set(loaded.document.root(), "a", 5));
     EXPECT_TRUE(is_unread(save(loaded.document, {}, anew())));
     EXPECT_EQ(folder.read("file"), text);
-    const SaveResult result = save(loaded.document); // a kept layout keeps it
+    const SaveResult result = save(loaded.document); // a save that keeps the layout keeps it
     ASSERT_TRUE(result.ok()) << result.reason;
     EXPECT_EQ(folder.read("file"), std::string(version) + "a 5\n}\nb 2\n");
 }

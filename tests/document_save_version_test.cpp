@@ -4,7 +4,8 @@
 
 #include <gtest/gtest.h>
 
-// An enciphered text says its version in an entry, or in a line at its begin: it stays where it stands.
+// An enciphered text states its version in an entry or in its first line. A save keeps the version in its
+// place.
 
 using namespace bk_parser;
 

@@ -26,7 +26,7 @@ std::string appended(double number) {
     return plain(text);
 }
 
-/// What std::to_chars writes, and ".0" behind a text that a reader would take for an int.
+/// The result of std::to_chars, with ".0" added if a reader would take it for an int.
 std::string expected_text(double number) {
     char text[64];
     std::string shortest(text, std::to_chars(text, text + sizeof(text), number).ptr);

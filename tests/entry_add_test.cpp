@@ -189,7 +189,7 @@ TEST_F(entry_add_word, binary_data_is_decoded) {
 }
 
 TEST_F(entry_add_word, binary_data_is_decoded_from_the_word_as_it_stands) {
-    // With its escapes resolved it would be too short for two bytes.
+    // If the escapes were resolved first, the word would be too short for two bytes.
     add("\"\\41420000000\"", ParserValue::TYPE_BINARY_DATA);
     EXPECT_EQ(entry.get_binary_data_size(0), 2u);
 }

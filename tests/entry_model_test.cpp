@@ -15,14 +15,14 @@
 
 namespace {
 
-/// What a value should be: its type and its text. A group is known by its address.
+/// The expected type and text of a value. A group is identified by its address.
 struct ModelValue {
     ParserValue::Type type;
     std::string word;
     ParserGroup* group = nullptr;
 };
 
-/// An entry beside what it should list. Lists share values as entries do after an assignment.
+/// An entry and the values that it should list. Lists share values, as entries do after an assignment.
 struct Pair {
     std::unique_ptr<ParserEntry> entry;
     std::vector<std::shared_ptr<ModelValue>> model;
@@ -133,7 +133,7 @@ protected:
         if (below(2) == 0) {
             to.entry->copy_from(*from.entry);
             if (&to == &from) {
-                return; // nothing has changed
+                return; // nothing changes
             }
         } else {
             to.entry = std::make_unique<ParserEntry>(*from.entry);

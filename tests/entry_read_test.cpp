@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Positions of the values of the entry below, one of each type.
+/// The positions of the values of `entry`, which has one of each type.
 enum Position : unsigned int { GROUP, BOOL, CHAR, INT, DOUBLE, STRING, BINARY_DATA, WORD, POSITIONS };
 
 class entry_read : public testing::Test {

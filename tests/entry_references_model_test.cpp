@@ -12,7 +12,7 @@
 
 namespace {
 
-/// A string of the library's that a host holds, and what it was when it was handed out.
+/// A string of the library that a host holds, with its address and content when the host got it.
 struct Held {
     const CoreString* string = nullptr;
     const char* characters = nullptr;
@@ -34,7 +34,8 @@ struct Value {
     Held held;
 };
 
-/// An entry of the library beside the values that it should list. Values and entries are shared as the library's are.
+/// An entry of the library and the values that it should list. Values and entries are shared in the same way
+/// as in the library.
 struct Entry {
     ParserEntry* real;
     std::vector<std::shared_ptr<Value>> values;
@@ -189,7 +190,7 @@ protected:
         }
     }
 
-    /// Takes an entry out and puts it elsewhere, or deletes it as its owner does.
+    /// Takes an entry out of a group and adds it to another, or deletes it as its owner does.
     void take_out(Group& from, unsigned int position) {
         const std::shared_ptr<Entry> taken = from.entries[position];
         from.entries.erase(from.entries.begin() + position);
@@ -257,7 +258,7 @@ protected:
         }
     }
 
-    /// Asks for everything that is held once more: it is where it was.
+    /// Asks again for each string that is held, and expects the same address.
     void expect_places() const {
         for (const auto& at : groups) {
             for (const auto& entry : at->entries) {

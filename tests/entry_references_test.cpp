@@ -17,7 +17,7 @@ std::unique_ptr<ParserEntry> make_entry(const char* name) {
     return std::make_unique<ParserEntry>(CoreString(name), ParserEntry::TYPE_ENTRY, 1, 2);
 }
 
-/// Holds a string of an entry, and expects at any time that it is what it was.
+/// Holds a string of an entry, and checks on request that it has not changed.
 class Held {
 public:
     Held(const ParserEntry& entry, unsigned int i) : Held(entry.get_string(i)) {}
@@ -39,8 +39,8 @@ private:
     std::string content_;
 };
 
-/// A string of each kind: one that stands inside, one in the text of the entry, one with an escape; and as they are when a
-/// program adds them.
+/// A string of each kind: short enough for the object, in the text of the entry, and with an escape. The
+/// parameter says whether they are parsed or added by calls.
 class entry_references : public testing::TestWithParam<bool> {
 protected:
     ParserGroup group{CoreString("root")};
@@ -159,7 +159,8 @@ TEST_P(entry_references, outlive_the_entry_they_were_got_from_as_long_as_another
         auto second = make_entry("second");
         *second = *first;
         group.remove_entry(0u);
-        std::vector<std::unique_ptr<ParserEntry>> others; // take the memory that was given back too early
+        // These take the memory that might have been freed too early.
+        std::vector<std::unique_ptr<ParserEntry>> others;
         for (int i = 0; i < 100; ++i) {
             others.push_back(std::make_unique<ParserEntry>(*first));
         }

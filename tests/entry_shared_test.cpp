@@ -199,7 +199,7 @@ TEST_F(entry_shared, the_text_of_a_shared_value_is_made_for_both) {
     EXPECT_EQ(plain(source->get_word(0)), "0.25");
 }
 
-/// A group that its entry made, in a value that another entry lists as well.
+/// A group that was added to one entry, in a value that another entry lists, too.
 class entry_shared_source : public testing::Test {
 protected:
     NothingLeaks nothing_leaks;

@@ -15,7 +15,8 @@
 #define BK_TEST_HAS_FLUSH_TO_ZERO 1
 #endif
 
-// What the host's thread and process are set to does not change a result, and the library does not change it.
+// Settings of the host's thread and process do not change a result, and the library does not change these
+// settings.
 
 namespace {
 
@@ -53,7 +54,7 @@ const char* const numbers[] = {
     "179769313486231580793728971405301e276",
 };
 
-/// Everything that the library makes of a document full of numbers, as one text.
+/// Every result of the library for a document full of numbers, as one text.
 std::string everything() {
     std::string result;
     CoreString text("#version 1.2 head yes\n");
@@ -73,7 +74,7 @@ std::string everything() {
             }
         }
     }
-    // As set, not as read: these have no spelling.
+    // These values are set, not read, so they have no spelling.
     ParserGroup made("root");
     for (const char* number : numbers) {
         const double value = static_cast<double>(CoreString(number));
@@ -99,7 +100,7 @@ const std::string& expected() {
     return result;
 }
 
-/// The control bits of the processor for floating point, without what operations leave there.
+/// The control bits of the processor for floating point, without the flags that operations set.
 unsigned int control_bits() {
 #if defined(BK_TEST_HAS_FLUSH_TO_ZERO)
     return _mm_getcsr() & ~0x3Fu;
@@ -192,11 +193,11 @@ TEST_F(environment, doubles_are_printed_alike_in_every_rounding_mode) {
 #if defined(BK_TEST_HAS_FLUSH_TO_ZERO)
 TEST_F(environment, a_processor_that_flushes_small_numbers_to_zero_does_not_matter) {
     _MM_SET_FLUSH_ZERO_MODE(_MM_FLUSH_ZERO_ON);
-    _mm_setcsr(_mm_getcsr() | 0x40u); // denormals are zeros
+    _mm_setcsr(_mm_getcsr() | 0x40u); // treats denormals as zeros
     const unsigned int before = control_bits();
     std::string result;
     {
-        // Without arithmetic of the test's own.
+        // The test itself must not use arithmetic here.
         ParserGroup group("root");
         group.add_entry("a", 0, 0)->add_double(std::bit_cast<double>(std::uint64_t{1}));
         group.add_entry("b", 0, 0)->add_double(std::bit_cast<double>(std::uint64_t{0x000FFFFFFFFFFFFFu}));

@@ -16,7 +16,7 @@ const char* const unknown_tag = "ParserFile.set_binary: Unknown data tag\n";
 const char* const unknown_format = "ParserFile.set_binary: Unknown format\n";
 const char* const too_large = "ParserGroup.set_binary: ParserGroup size larger than the given data\n";
 
-/// A file object with an entry a that holds 1.
+/// A file object with an entry a that has the value 1.
 class FileBinary : public testing::Test {
 protected:
     FileBinary() : file(CoreString{}) { file.get_root().add_entry("a", 0, 0)->add_int(1); }

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Counts how many groups of its kind have died.
+/// Counts how many groups of its class were destroyed.
 class MortalGroup : public ParserGroup {
 public:
     explicit MortalGroup(int& deaths) : ParserGroup("mortal"), deaths_(deaths) {}

@@ -10,12 +10,12 @@ namespace {
 using cipher_reference::enciphered_stating;
 using Messages = std::vector<std::string>;
 
-/// A folder with one file, which is read into an object that holds an entry "old".
+/// A folder with one file, which is read into an object that has an entry "old".
 class Refused : public testing::Test {
 protected:
     Refused() : file(CoreString{}) { file.get_root().add_entry("old", 0, 0)->add_int(0); }
 
-    /// The messages, less the name of the file; the read must fail and change nothing.
+    /// The messages without the name of the file. Expects that the read fails and changes nothing.
     Messages faults_of(std::string_view bytes, std::string_view key = "key") {
         folder.write("main.bkd", bytes);
         const Reading reading = folder.read_into(file, "main.bkd", key);
@@ -33,7 +33,8 @@ protected:
 const Messages is_unreadable = {unreadable("main.bkd")};
 const Messages is_incompatible = {incompatible("main.bkd")};
 
-/// Two keys whose first outputs lie so close together that the length under the one is a small length under the other.
+/// Two keys whose first outputs differ by less than `limit`, so that a length under one key is a small length
+/// under the other.
 std::pair<std::string, std::string> keys_that_differ_by_less_than(std::uint32_t limit) {
     std::vector<std::pair<std::uint32_t, std::uint32_t>> outputs;
     for (std::uint32_t seed = 0; seed < 6000; ++seed) {
@@ -95,7 +96,7 @@ TEST_F(file_encrypted_fault, a_wrong_key_under_which_the_length_is_small_is_inco
     ASSERT_NE(key, wrong_key);
     const std::string text(2500, ' ');
     const std::string bytes = cipher_reference::enciphered_file(text, key);
-    // Under the wrong key the length is larger, by less than 2000.
+    // The length under the wrong key is larger, by less than 2000.
     ASSERT_GE(cipher_reference::peeked_length(std::string_view(bytes).substr(4), wrong_key), text.size());
     EXPECT_EQ(faults_of(bytes + std::string(4000, ' '), wrong_key), is_incompatible);
 }
@@ -110,7 +111,8 @@ TEST_F(file_encrypted_fault, every_cut_of_a_file_is_refused_by_the_length_that_i
 }
 
 TEST_F(file_encrypted_fault, a_file_that_ends_inside_its_length_is_peeked_with_zeros) {
-    // A key whose first output has no high byte: with zeros for the missing byte the length is that stated.
+    // The first output of the key has a high byte of zero, so a missing byte that counts as zero gives the
+    // stated length.
     std::uint32_t seed = 0;
     while (std::mt19937(seed)() >= 0xFFFF00) {
         ++seed;

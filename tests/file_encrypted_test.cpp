@@ -11,12 +11,12 @@ using Messages = std::vector<std::string>;
 
 const char* const version_name = "#Brellwick_Serial_Version";
 
-/// A file object with an entry a that holds 1.
+/// A file object with an entry a that has the value 1.
 class FileEncrypted : public testing::Test {
 protected:
     FileEncrypted() : file(CoreString{}) { file.get_root().add_entry("a", 0, 0)->add_int(1); }
 
-    /// What stands in the file, deciphered; it must be the whole file.
+    /// The deciphered content of the file. It must be the whole file.
     std::string write_and_decipher(std::string_view key = "key", unsigned int mode = 0) {
         EXPECT_TRUE(file.write(static_cast<ParserFile::Mode>(mode), folder.core_path("out.bkd"), core(key)));
         EXPECT_TRUE(log.is_empty());

@@ -68,8 +68,8 @@ TEST(file_encrypted_version, many_in_one_line_take_time_in_proportion) {
     ParserFile file(core(folder.path("main.bkd")));
     const std::clock_t start = std::clock();
     const Reading reading = folder.read_into(file, "", "key");
-    EXPECT_LT(std::clock() - start,
-              5 * CLOCKS_PER_SEC); // a look at the rest of the line for each takes longer
+    // Searching the rest of the line for each version would take longer.
+    EXPECT_LT(std::clock() - start, 5 * CLOCKS_PER_SEC);
     EXPECT_EQ(reading.version, 1.1);
     EXPECT_EQ(reading.expanded, text);
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Which step of writing a file fails.
+/// The step of writing a file that fails.
 enum class Failure { write, short_write, full_after_ten_bytes, sync, close, replace };
 
 class FailingHandle : public ForwardingHandle {

@@ -6,7 +6,7 @@ namespace {
 
 using Messages = std::vector<std::string>;
 
-/// A file object with an entry a that holds 1.
+/// A file object with an entry a that has the value 1.
 class Writable : public testing::Test {
 protected:
     Writable() : file(CoreString{}) { file.get_root().add_entry("a", 0, 0)->add_int(1); }

@@ -16,8 +16,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// A process with busy threads forks. In the child there is only the thread that forked; what the others held stays as it was
-// at that moment, and nobody may wait for it.
+// A process with busy threads forks. The child has only the thread that forked. A lock that another thread
+// held at that moment is never released, so the library must not wait for it.
 
 namespace {
 
@@ -37,7 +37,7 @@ std::unique_ptr<ParserGroup> parsed(const CoreString& text) {
     return root;
 }
 
-/// Threads that read and destroy until they are told to end, so that pages change hands all the time.
+/// Threads that read and destroy documents until they are stopped, so that pages change owners all the time.
 class BusyThreads {
 public:
     explicit BusyThreads(unsigned int count) {
@@ -46,7 +46,7 @@ public:
                 const CoreString text = text_of(100);
                 while (!may_end_) {
                     parsed(text).reset();
-                    for (int round = 0; round < 1000; ++round) { // each takes a page and gives it back
+                    for (int round = 0; round < 1000; ++round) { // each round takes a page and gives it back
                         CoreMemory::release(CoreMemory::allocate(CoreMemory::largest_slab_block),
                                             CoreMemory::largest_slab_block);
                     }
@@ -68,7 +68,7 @@ private:
     std::vector<std::thread> threads_;
 };
 
-/// Whether the work is true in a child. A child that waits for what nobody gives is ended by its alarm.
+/// Whether the work returns true in a child process. If the child waits for ever, its alarm ends it.
 template <class Work>
 bool holds_in_a_child(Work work) {
     const pid_t child = fork();

@@ -31,7 +31,7 @@ std::string tree_of(std::string_view text) {
     return std::string(tree.get_view());
 }
 
-// Strings that hold "//" are those that end with a quote right behind " y".
+// The comments of a text, one per line. In these texts, a string that holds "//" ends right after " y".
 std::string comments_of(std::string text) {
     for (std::size_t i = text.find("// y\""); i != std::string::npos; i = text.find("// y\"")) {
         text.erase(i, 2);
@@ -148,7 +148,8 @@ TEST(format_text, what_would_be_indented_beyond_a_text_is_refused) {
     EXPECT_EQ(format_text(text, options).reason, "would be larger than 4 GiB");
 }
 
-/// Lays a text out in two widths: its tree and comments stay, and what was laid out comes back the same. False when it is refused.
+/// Formats a text in two widths. Expects the same tree and comments, and the same result when it is formatted
+/// again. False when it is refused.
 bool keeps_all(const std::string& text) {
     bool is_laid_out = false;
     for (const unsigned int width : {20u, 100u}) {

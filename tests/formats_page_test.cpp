@@ -15,8 +15,8 @@
 #include <string>
 #include <string_view>
 
-// The worked examples of docs/formats.md, read out of the page: every document is encoded and compared with the page's
-// bytes, and the page's bytes are decoded and compared with the document.
+// The worked examples of docs/formats.md. Each document of the page is encoded and compared with the bytes of
+// the page. These are decoded and compared with the document.
 
 namespace {
 
@@ -41,13 +41,14 @@ std::string block(std::string_view kind, std::string_view name) {
     return text.substr(start, text.find("```\n", start) - start);
 }
 
-/// The same for a block of one line, without its end.
+/// The same for a block of one line, without its line end.
 std::string line(std::string_view kind, std::string_view name) {
     const std::string text = block(kind, name);
     return text.substr(0, text.find('\n'));
 }
 
-/// The bytes of a block whose lines are an offset, the bytes and their meaning, parted by two blanks or more.
+/// The bytes of a block. Each of its lines has an offset, the bytes and their meaning, separated by two or
+/// more blanks.
 std::string bytes(std::string_view name) {
     std::istringstream lines(block("bytes", name));
     std::string result;
@@ -88,14 +89,14 @@ CoreString key_of(std::string_view name) {
     return core(line("key", name));
 }
 
-/// What the group of that example gives in the hexadecimal form.
+/// The hexadecimal form of the group in that example.
 std::string hexadecimal(const ParserGroup& group) {
     CoreString text;
     group.get_encrypted_text(text, key_of("hexadecimal"), false, false, 1);
     return plain(text);
 }
 
-/// What a new group holds once it has read the bytes from that position to their end.
+/// The content of a new group after it has read the bytes from `position` on.
 std::string decoded(const std::string& form, core_uint64 position) {
     const CoreVector<char> data = buffer(form);
     ParserGroup group("root");

@@ -9,7 +9,7 @@ namespace {
 
 using Messages = std::vector<std::string>;
 
-/// The document of most of the files, in one line.
+/// The document that most of the files contain, on one line.
 const std::string scene = " name \"harbour\" #unit \"metre\" count 3 height -12.5 visible yes hidden no"
                           " tags \"a b\" \"tab\\there\" \"quote \\\" and \\\\ slash\" \"h\xC3\xA9\""
                           " bytes 0x00FF7F80FE010000 nothing <empty> lamp<light> 1 points[3] 1 2 3 open[] 1"
@@ -21,7 +21,7 @@ std::string compact(const ParserGroup& group) {
     return plain(text);
 }
 
-/// A golden file taken into a document, with what was said about it.
+/// Reads a golden file into a document, and keeps the messages.
 class Golden : public testing::Test {
 protected:
     Golden() : file(CoreString{}) {}

@@ -208,7 +208,7 @@ TEST_F(group_add, clear_deletes_the_entries_and_keeps_name_and_source) {
     EXPECT_EQ(group.get_entry_count(), 1u);
 }
 
-/// A host's entry that is too large for the blocks in which small objects stand.
+/// A host's entry that is too large for a block of a slab.
 class LargeEntry : public ParserEntry {
 public:
     LargeEntry() : ParserEntry(CoreString("large"), TYPE_ENTRY, 0, 0) {
@@ -219,7 +219,7 @@ public:
     char bytes[5000];
 };
 
-/// The same for groups.
+/// A host's group that is too large for a block of a slab.
 class LargeGroup : public ParserGroup {
 public:
     LargeGroup() : ParserGroup(CoreString("large")) {

@@ -16,7 +16,7 @@ const char* const too_large = "ParserGroup.set_binary: ParserGroup size larger t
 const char* const no_name = "ParserGroup.set_binary: Failed to read entry name\n";
 const char* const bad_string = "ParserValue.bin_to_string: Failed to parse string\n";
 
-/// A group that reads itself from a place in a buffer.
+/// Reads a group from a position in a buffer.
 class ReadGroup {
 public:
     explicit ReadGroup(std::string_view bytes, int verbosity = 2) : group_("g") {
@@ -165,7 +165,7 @@ TEST(group_binary, a_size_larger_than_what_follows_is_refused) {
 
 TEST(group_binary, the_largest_sizes_are_refused) {
     const std::string entries = entry("a", int_value(1));
-    // Those that wrap around to a place inside the buffer too.
+    // Includes sizes that wrap around to a place inside the buffer.
     for (const core_uint64 size : {~core_uint64{0}, ~core_uint64{0} - 10, ~core_uint64{0} - 5,
                                    core_uint64{0x100000000} + entries.size(), core_uint64{1} << 63}) {
         ReadGroup read(size_field(size) + entries);
@@ -275,7 +275,7 @@ TEST(group_binary, the_values_of_an_entry_that_fails_inside_go_with_it) {
 }
 
 TEST(group_binary, an_empty_name_inside_does_not_fail_the_outer_group) {
-    // The inner group stops after the NUL; the values of the entry around it go on there.
+    // The inner group ends after the NUL. There, the values of the entry around it continue.
     const std::string inner = std::string(1, '\0');
     ReadGroup read(group(entry("a", group_value(inner) + int_value(7)) + entry("b", int_value(2))));
     EXPECT_TRUE(read.result());

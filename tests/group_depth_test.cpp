@@ -14,8 +14,8 @@ namespace {
 
 constexpr unsigned int depth = million_deep;
 
-/// Groups in groups, each in the only entry of the one around it, made by calls from the outside in. In the
-/// innermost stands an entry "bottom".
+/// Nested groups, each in the only entry of the group around it, made by calls from the outside in. The
+/// innermost has an entry "bottom".
 class group_depth : public testing::Test {
 protected:
     NothingLeaks nothing_leaks;
@@ -94,7 +94,7 @@ TEST_F(group_depth, entries_on_every_one_of_a_million_levels_are_found_in_order)
     }
     const CoreVector<ParserEntry*> found = root->get_entries(CoreString("x"), true);
     ASSERT_EQ(found.get_count(), depth);
-    // Those that stand before their group come on the way down, the others on the way up.
+    // Entries before the group of their level are found on the way down, the others on the way up.
     for (unsigned int i = 0; i < depth / 2; ++i) {
         ASSERT_EQ(found[i]->get_line(), 2 * i);
         ASSERT_EQ(found[depth - 1 - i]->get_line(), 2 * i + 1);

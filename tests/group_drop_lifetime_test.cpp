@@ -9,17 +9,18 @@
 #include <utility>
 #include <vector>
 
-// What a host has taken from a document with pages of its own, and what it has brought there, when one of both goes.
+// Objects that a host took from a document with pages of its own, or added to it, when either of the two is
+// destroyed.
 
 namespace {
 
-/// An item of a document, as a text of its own.
+/// The text of an item of the document.
 std::string text_of_item(unsigned int i) {
     const auto root = parsed();
     return text_of(inside(*root, i));
 }
 
-/// Takes the pages that the document has given back, and writes on them.
+/// Allocates the pages that the document gave back, and overwrites them.
 void overwrite_pages() {
     static_cast<void>(parsed());
 }

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-// Which documents have pages of their own, and when these go back. Every page and block is counted.
+// Which documents have pages of their own, and when these are freed. Counts every page and block.
 
 namespace {
 
@@ -27,7 +27,7 @@ std::string items(unsigned int count) {
     return text;
 }
 
-/// With blanks, so that it has that length.
+/// A text with blanks at its end, so that it has this size.
 CoreString text_of_size(std::size_t size) {
     const std::string text = "a 1 b { c 2 } ";
     return core_text(text + std::string(size - text.size(), ' '));
@@ -37,7 +37,7 @@ ParserGroup& inside(const ParserGroup& root, unsigned int i) {
     return *root.get_entries()[i]->get_group(0);
 }
 
-/// Expects at its end that nothing is left.
+/// Expects at the end of a scope that no page and no block is in use.
 class NothingIsLeft {
 public:
     ~NothingIsLeft() {
@@ -164,7 +164,7 @@ TEST(group_drop_pages, what_came_from_elsewhere_goes_with_the_document) {
         [](ParserGroup& root, ParserGroup& other) { inside(root, 3).set(other); },
         [](ParserGroup& root, ParserGroup& other) {
             const CoreVector<char> bytes = other.get_entries()[0]->get_binary();
-            core_uint64 position = 2; // behind the name
+            core_uint64 position = 2; // after the name
             ParserEntry& entry = *inside(root, 3).get_entry("place");
             entry.reset();
             EXPECT_TRUE(entry.set_binary(bytes, position));
@@ -216,6 +216,6 @@ TEST(group_drop_pages, documents_in_one_group_go_back_without_the_others) {
         EXPECT_EQ(FailingPages::count(), 3 * all);
         other.move_entry(0, root);
     }
-    EXPECT_EQ(FailingPages::count(), all + 1); // the page of what has moved
+    EXPECT_EQ(FailingPages::count(), all + 1); // the page of the entry that was moved
     EXPECT_EQ(root.get_entries().get_count(), item_count + 1);
 }

@@ -11,11 +11,11 @@
 #include <thread>
 #include <vector>
 
-// A document that was read is a row of pages, which go back at once when nothing else holds on to it.
+// A document that was read is a row of pages. They are freed at once if nothing else uses them.
 
 namespace {
 
-/// Whether another edit may follow.
+/// Whether the tree still has what the edits need.
 bool has_what_edits_take(const ParserGroup& root) {
     for (const char* name : {"first", "row", "last", "many"}) {
         if (root.get_entry(CoreString(name)) == nullptr) {
@@ -34,7 +34,7 @@ bool has_what_edits_take(const ParserGroup& root) {
     }
     return true;
 }
-/// Notes when it dies.
+/// Records its destruction.
 class Noted : public ParserEntry {
 public:
     Noted(std::string& notes, char mark)
@@ -50,7 +50,7 @@ private:
 
 using Edit = std::function<void(ParserGroup&)>;
 
-/// Edits of one entry, after which it owns something outside of the pages.
+/// Edits after which an entry owns something outside the pages.
 const std::vector<Edit>& edits_of_values() {
     static const std::vector<Edit> all = {
         [](ParserGroup& root) { item(root, 3)->rename(outside()); },
@@ -93,7 +93,7 @@ const std::vector<Edit>& edits_of_values() {
     return all;
 }
 
-/// Edits after which objects of the document, or others in it, have a way of their own.
+/// Edits that remove, move, share or replace objects of the document, or add others to it.
 const std::vector<Edit>& edits_of_owners() {
     static const std::vector<Edit> all = {
         [](ParserGroup& root) { root.remove_entry(0u); },
@@ -131,7 +131,7 @@ const std::vector<Edit>& edits_of_owners() {
         [](ParserGroup& root) { item(root, 1)->remove_value(0u); },
         [](ParserGroup& root) {
             const CoreVector<char> bytes = inside(root, 1).get_entry(CoreString("inner"))->get_binary();
-            core_uint64 position = 6; // behind the name
+            core_uint64 position = 6; // after the name
             item(root, 1)->set_binary(bytes, position);
         },
         [](ParserGroup& root) {
@@ -291,7 +291,7 @@ TEST(group_drop, several_documents_in_one_group_go_each_for_itself) {
     auto root = parsed();
     root->set_text(CoreString("small 1 { a 2 }"), CoreVersion(1.2), nullptr);
     root->set_text(CoreString(large_text()), CoreVersion(1.2), nullptr);
-    root->move_entry(3000, 1); // an entry of the second among those of the first
+    root->move_entry(3000, 1); // moves an entry of the second document among those of the first
     ParserGroup other(CoreString("other"));
     root->move_entry(5, other);
     root.reset();

@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-// Which entries have an ordinal after edits of long groups whose entries change their types: what an edit that moves or removes an
-// entry finds, and until then what their types were.
+// Which entries have an ordinal after edits of long groups whose entries change their types. The ordinals
+// follow the old types until an edit moves or removes an entry.
 
 namespace {
 
-/// A group as plain lists have it.
+/// An entry of the group as a plain list describes it.
 struct Listed {
     std::string name;
     bool is_ordinary_now;
@@ -128,7 +128,7 @@ private:
         model_.push_back({moved.name, moved.is_ordinary_now, moved.is_ordinary_now});
     }
 
-    // A call has an ordinal until an edit finds that it is no ordinary entry.
+    // A function call has an ordinal until an edit finds that it is not an ordinary entry.
     void read_more() {
         const std::string name = "call" + std::to_string(added_++);
         group_.set_text(CoreString(name + "(1)"), CoreVersion(1.2), nullptr);

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// A tree with values of every type, different for every number.
+/// A tree with values of every type, different for each number.
 void fill(ParserGroup& group, int number, int depth = 4) {
     char bytes[] = "0123456789 and more bytes";
     OwnedWord word("1.50 and its own spelling");
@@ -38,7 +38,7 @@ std::unique_ptr<ParserGroup> made_before_main() {
     return group;
 }
 
-// Made before the tests begin and destroyed after they have ended.
+// Made before main and destroyed after it.
 const std::unique_ptr<ParserGroup> whole_process = made_before_main();
 
 TEST(group_lifetime, a_tree_lives_from_before_main_to_after_it) {

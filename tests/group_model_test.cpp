@@ -16,7 +16,7 @@
 
 namespace {
 
-/// What an entry should be. It is known by its address.
+/// The expected state of an entry, which is identified by its address.
 struct Item {
     ParserEntry* entry;
     std::string name;
@@ -24,13 +24,13 @@ struct Item {
     bool is_counted = false;
 };
 
-/// One place in a list: the entry, and whether it has an ordinal.
+/// One slot of a list: the entry, and whether it has an ordinal.
 struct Slot {
     std::shared_ptr<Item> item;
     bool has_ordinal;
 };
 
-/// A group beside what it should list.
+/// A group and what it should list.
 struct Pair {
     std::unique_ptr<ParserGroup> group;
     std::vector<Slot> model;
@@ -169,7 +169,7 @@ protected:
         pair.rebuild();
     }
 
-    /// Takes an entry out of one group by its ordinal and gives it to another.
+    /// Takes an entry out of one group by its ordinal, and adds it to another.
     void hand_over(Pair& from, Pair& to) {
         std::vector<unsigned int> positions;
         for (unsigned int i = 0; i < from.count(); ++i) {
@@ -194,7 +194,7 @@ protected:
     static void copy(Pair& to, const Pair& from) {
         if (&to == &from) {
             to.group->set(*from.group);
-            return; // nothing has changed
+            return; // nothing changes
         }
         to.group->set(*from.group);
         to.model.clear();

@@ -15,7 +15,7 @@ namespace {
 const std::string one_refused = "ParserGroup.move_entry: an entry cannot move into itself\n";
 const std::string all_refused = "ParserGroup.move_entries: an entry cannot move into itself\n";
 
-/// root { a { inner { deep } #k } b { } c } and a copy of how it is written.
+/// root { a { inner { deep } #k } b { } c }
 class group_move_inside : public testing::Test {
 protected:
     NothingLeaks nothing_leaks;
@@ -79,7 +79,7 @@ TEST_F(group_move_inside, a_source_entry_that_a_host_has_set_misleads_nobody) {
 
 TEST_F(group_move_inside, a_group_in_a_value_that_several_entries_list_is_found_through_each) {
     ParserEntry* const second = a->add_entry(CoreString("second"), 0, 0);
-    *second = *root.get_entry(1u); // b is inside of a from now on, and beside it
+    *second = *root.get_entry(1u); // b is then inside a and beside it
     const std::string before = written(root);
     root.move_entry(0, *b);
     expect_refused(one_refused, before);
@@ -91,7 +91,7 @@ TEST_F(group_move_inside, a_group_in_a_value_that_several_entries_list_is_found_
 }
 
 TEST_F(group_move_inside, an_entry_that_several_groups_list_is_searched_too) {
-    *b = *inner; // both list the entry that holds deep
+    *b = *inner; // both groups list the entry that holds deep
     const std::string before = written(root);
     b->move_entry(0, *deep);
     expect_refused(one_refused, before);
@@ -101,7 +101,7 @@ TEST_F(group_move_inside, an_entry_that_several_groups_list_is_searched_too) {
 
 TEST_F(group_move_inside, entries_that_share_all_below_them_are_searched_in_no_time) {
     ParserGroup* at = deep;
-    for (int level = 0; level < 200; ++level) { // 2^200 ways to the bottom
+    for (int level = 0; level < 200; ++level) { // gives 2^200 ways to the bottom
         ParserGroup* const next = at->add_group(CoreString("x"));
         *at->add_entry(CoreString("y"), 0, 0) = *at->get_entry(0u);
         at = next;

@@ -126,7 +126,7 @@ TEST_F(group_remove, entries_inside_groups_are_not_removed_by_name) {
     EXPECT_EQ(group.get_entry(1u)->get_group(0)->get_entry_count(), 1u);
 }
 
-/// Notes its line when it is destroyed.
+/// Records its line when it is destroyed.
 class NotingEntry : public ParserEntry {
 public:
     NotingEntry(std::string_view name, core_ulong line, std::string& notes)
@@ -194,7 +194,7 @@ protected:
         group->add_entry(*new CountedEntry("counted"));
         add_names(*group, "b");
     }
-    /// Takes the entry of an ordinal out; the slot stays, empty.
+    /// Detaches the entry with this ordinal. Its slot stays, empty.
     void detach(unsigned int ordinal) {
         detached.reset(group->get_entry(ordinal));
         group->detach_entry(ordinal);

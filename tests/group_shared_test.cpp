@@ -14,7 +14,8 @@
 
 namespace {
 
-/// A group of two ordinary entries, a keyword between them, and a group below; three of the objects are counted.
+/// A group of two ordinary entries, a keyword between them, and a nested group. Three of the objects are
+/// counted.
 std::unique_ptr<ParserGroup> make_full_group(const char* name) {
     auto group = std::make_unique<ParserGroup>(CoreString(name));
     group->add_entry(*new CountedEntry("a"));

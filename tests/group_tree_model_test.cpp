@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Random trees of moderate depth, on which a plain recursion says what is right.
+/// Random trees of moderate depth, for which a plain recursion gives the expected result.
 class group_tree_model : public testing::TestWithParam<unsigned int> {
 protected:
     std::mt19937 random{GetParam()};

@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 
-// docs/guarantees.md names a test for each promise.
+// docs/guarantees.md names tests for each promise.
 
 namespace {
 
@@ -18,7 +18,7 @@ std::string read(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// Every "suite.name" for which the pattern's two groups stand in the text.
+/// Every "suite.name" in the text, where the two groups of the pattern match the suite and the name.
 std::set<std::string> names_in(const std::string& text, const std::regex& pattern) {
     std::set<std::string> names;
     for (std::sregex_iterator at(text.begin(), text.end(), pattern); at != std::sregex_iterator(); ++at) {

@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <string_view>
 
-// Every call of a host's progress bar, log handler, observer and disk throws once in every operation: the same exception
-// comes out of the operation, what was begun is ended, and nothing is left behind.
+// Each call of a host's progress bar, log handler, observer and disk throws once in every operation. The
+// operation must throw the same exception, end what it began, and free its memory and files.
 
 namespace {
 
@@ -18,7 +18,8 @@ std::string print(const ParserGroup& group) {
 
 class HostExceptions : public testing::TestWithParam<HostOperation> {
 protected:
-    /// Runs the operation with call number n of a kind throwing. False when it makes fewer.
+    /// Runs the operation. Call number n of this kind throws. False when the operation makes fewer such
+    /// calls.
     static bool throws_at(HostCall call, unsigned int n, bool goes_on) {
         const long live = FailingMemory::live();
         bool has_thrown = false;
@@ -43,7 +44,7 @@ protected:
         return has_thrown;
     }
 
-    /// The same with std::bad_alloc, which no operation lets out.
+    /// The same with std::bad_alloc. No operation lets that out.
     static bool runs_out_at(HostCall call, unsigned int n, bool) {
         const long live = FailingMemory::live();
         bool has_thrown = false;
@@ -58,7 +59,7 @@ protected:
         return has_thrown;
     }
 
-    /// The same with std::length_error, which is not the library's when a host throws it.
+    /// The same with std::length_error. An exception of a host must arrive with the host's message.
     static bool is_too_long_at(HostCall call, unsigned int n, bool) {
         Stage stage;
         bool has_arrived = false;
@@ -96,7 +97,7 @@ protected:
     using Attempt = bool (*)(HostCall call, unsigned int n, bool goes_on);
 
     static void try_all(Attempt attempt, bool goes_on) {
-        GetParam().run(*std::make_unique<Stage>()); // what is made once, is made here
+        GetParam().run(*std::make_unique<Stage>()); // makes everything that is made only once
         for (int call = 0; call < static_cast<int>(HostCall::count); ++call) {
             unsigned int n = 1;
             while (attempt(static_cast<HostCall>(call), n, goes_on)) {
@@ -188,7 +189,7 @@ TEST(host_exceptions_of_a_read, the_entries_before_stay_when_the_parse_is_ended)
 
 TEST(host_exceptions_of_a_print, a_text_that_is_too_long_leaves_the_output_as_it_was) {
     Stage stage;
-    CoreString full("longer than eleven"); // of which nothing but the last byte will be touched
+    CoreString full("longer than eleven"); // only its last byte will be touched
     try {
         full.resize(CoreString::max_length);
     } catch (const std::bad_alloc&) {

@@ -6,7 +6,8 @@
 
 #include <string>
 
-// Objects go between the library, this program and a third module, and die in another one than they were made in.
+// The library, this program and a third module exchange objects. Some objects are destroyed in another module
+// than the one that made them.
 
 namespace {
 

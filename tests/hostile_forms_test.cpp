@@ -15,17 +15,19 @@
 
 namespace {
 
-#if defined(BK_PARSER_SANITIZED_MEMORY) // where a file costs ten times as much; the fuzzers take more
+#if defined(BK_PARSER_SANITIZED_MEMORY) // a file takes ten times as long there, and the fuzzers try more
 constexpr unsigned int mutations = 50000;
 #else
 constexpr unsigned int mutations = 200000;
 #endif
 
-/// What reading a document may take: a buffer to read from an empty file, and a small multiple of the document.
+/// The limit of memory for reading a document: `room` for a buffer, which an empty file needs, too, plus
+/// `multiple` times its size.
 constexpr std::size_t room = 68 * 1024;
 constexpr std::size_t multiple = 64;
 
-/// Reads documents of every form, sees to what must hold whatever is in them, and counts those that were accepted.
+/// Reads documents of every form, checks what must hold for any bytes, and counts the documents that were
+/// accepted.
 class HostileForms : public testing::Test {
 public:
     using Take = void (HostileForms::*)(std::string_view);
@@ -40,7 +42,7 @@ public:
         ParserFile file(CoreString{});
         count(file.set_binary(buffer(bytes)));
         use(file.get_root());
-        // Whatever was kept is a document that comes back.
+        // The content that was kept must encode and decode without a change.
         const CoreVector<char> kept = file.get_binary();
         ParserFile again(CoreString{});
         EXPECT_TRUE(again.set_binary(kept)) << hex(bytes);
@@ -83,7 +85,7 @@ public:
                                              : &HostileForms::take_file;
     }
 
-    /// Each golden file with the way it is read.
+    /// Calls `work` for each golden file, with the function that reads it.
     template <class Work>
     static void for_each_golden_file(Work work) {
         unsigned int files = 0;
@@ -112,7 +114,7 @@ private:
         EXPECT_TRUE(result || group.get_entries().get_count() == 0) << hex(bytes);
     }
 
-    /// A tree that was read can be printed, copied and edited.
+    /// Prints, copies and edits a tree that was read.
     static void use(ParserGroup& group) {
         CoreString text;
         group.get_text(text, true, false, 1);
@@ -126,7 +128,7 @@ private:
     MemoryDevice device_;
 };
 
-/// A small document of every kind of value.
+/// A small document with a value of each kind.
 std::string small_binary() {
     using namespace binary_form;
     const std::string inner = entry("c", string_value("x") + char_value('A')) + entry("d", "");
@@ -137,7 +139,7 @@ std::string small_binary() {
 const char* const small_text =
     "\na 1, \"x\\ty\"\n#k 2.5\nb<t> { c[2] 0x01FF00010000 } // n\nf(1, no)\ng <empty>\n";
 
-/// Enciphers many texts under the key.
+/// Enciphers many texts under one key.
 class QuickCipher {
 public:
     QuickCipher() : stream_(cipher_reference::shifted(std::string(4096, '\0'), "lantern", true)) {}

@@ -22,7 +22,7 @@ std::string repeated(std::string_view part, unsigned int count = million) {
     return text;
 }
 
-/// Sees to it that a bar gets fractions.
+/// Checks that a progress bar gets values from 0 to 1.
 class CheckedProgress : public AppProgressBar {
 public:
     void set_value(const float& value) override { is_sound = is_sound && value >= 0.0f && value <= 1.0f; }
@@ -30,7 +30,8 @@ public:
     bool is_sound = true;
 };
 
-/// Parses, prints and parses again, with a bar and with messages; returns how many messages the first parse gave.
+/// Parses, prints and parses again, with a progress bar and a log. Returns how many messages the first parse
+/// logged.
 unsigned int survive(const std::string& text) {
     CountingLog log;
     CheckedProgress progress;

@@ -33,7 +33,7 @@ std::vector<fs::path> pages_below(const fs::path& folder) {
     return pages;
 }
 
-/// The page without its blocks and without what stands in backticks.
+/// The page without its blocks and without text in backticks.
 std::string prose_of(const std::string& page) {
     std::istringstream lines(page);
     std::string prose;
@@ -47,7 +47,7 @@ std::string prose_of(const std::string& page) {
     return prose;
 }
 
-/// Where the links of a page lead that are relative: the target and, behind a '#', the place in it.
+/// The targets of the relative links of a page. The place in the target follows a '#'.
 std::vector<std::string> relative_links(const std::string& text) {
     static const std::regex link(R"(\]\(\s*([^)\s]+)[^)]*\))");
     const std::string page = prose_of(text);
@@ -61,7 +61,8 @@ std::vector<std::string> relative_links(const std::string& text) {
     return targets;
 }
 
-/// The places of a page: its headings in small letters, blanks as '-', without other signs.
+/// The places of a page that links can name: its headings in lower case, with '-' for blanks and without
+/// other signs.
 std::set<std::string> places_of(const std::string& page) {
     std::set<std::string> places;
     std::istringstream lines(prose_of(page));
@@ -83,7 +84,8 @@ std::set<std::string> places_of(const std::string& page) {
     return places;
 }
 
-/// Whether a link of the page leads to a file and, where it names one, to a heading in it.
+/// Whether the target of a link is a file and, if the link names a place, whether the file has such a
+/// heading.
 bool leads_somewhere(const fs::path& page, const std::string& link) {
     const std::size_t sign = std::min(link.find('#'), link.size());
     const fs::path target = sign == 0 ? page : page.parent_path() / link.substr(0, sign);
@@ -91,7 +93,7 @@ bool leads_somewhere(const fs::path& page, const std::string& link) {
            (sign == link.size() || places_of(read(target)).contains(link.substr(sign + 1)));
 }
 
-/// Follows every link of every page below the folder, and gives how many there are.
+/// Checks every link of every page below the folder. Returns the number of links.
 std::size_t follow_links(const fs::path& folder) {
     std::size_t count = 0;
     for (const fs::path& page : pages_below(folder)) {
@@ -124,7 +126,7 @@ TEST(installed_pages, every_relative_link_of_every_installed_page_leads_to_a_fil
     for (const fs::path& page : pages_below(folder.path())) {
         readmes += page.filename() == "README.md" ? 1 : 0;
     }
-    EXPECT_EQ(readmes, 2u); // that of the project, and the list of the pages
+    EXPECT_EQ(readmes, 2u); // the README of the project, and the list of the pages
 }
 
 #endif

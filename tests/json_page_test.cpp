@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-// The examples of docs/json.md are what the library writes and reads.
+// The library must write and read the examples of docs/json.md.
 
 using namespace bk_parser;
 
@@ -36,7 +36,7 @@ std::vector<Block> blocks_of_page() {
     return blocks;
 }
 
-/// "‹E9›" stands for a byte.
+/// Replaces "‹E9›" by the byte 0xE9.
 std::string with_byte(std::string text) {
     const std::string shown = "\xE2\x80\xB9"
                               "E9\xE2\x80\xBA";

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-// What is read, and what is refused, with its place.
+// Which JSON is read, and which is refused, with the place of the problem.
 
 using namespace bk_parser;
 
@@ -18,7 +18,7 @@ std::string text_of(std::string_view json, const JsonReadOptions& options = {}) 
     return plain(text);
 }
 
-/// "line:column code: message" of the only problem.
+/// The only problem as "line:column code: message".
 std::string problem_of(std::string_view json, const JsonReadOptions& options = {}) {
     const LoadResult result = from_json(json, options);
     if (result.problems.size() != 1) {
@@ -59,7 +59,7 @@ TEST(json_read, numbers_are_ints_or_doubles_by_their_spelling) {
     for (unsigned int i = 0; i < std::size(types); ++i) {
         EXPECT_EQ(entry.get_value_type(i), types[i]) << i;
     }
-    EXPECT_EQ(plain(entry.get_word(4)), "1e2"); // a text has no other exponent
+    EXPECT_EQ(plain(entry.get_word(4)), "1e2"); // the text syntax has no other form of exponent
     EXPECT_EQ(entry.get_double(5), 2000.0);
 }
 

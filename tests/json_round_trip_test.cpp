@@ -8,13 +8,13 @@
 #include <filesystem>
 #include <random>
 
-// Every tree comes back from the lossless shape as it was.
+// The lossless shape gives every tree back unchanged.
 
 using namespace bk_parser;
 
 namespace {
 
-/// Words of every type that an entry may be given, most of which no text spells.
+/// Words of every type that an entry can have. Most have a spelling that no text gives.
 class SpelledTree {
 public:
     explicit SpelledTree(unsigned int seed) : random_(seed) {}

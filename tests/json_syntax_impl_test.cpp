@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-// JSON by RFC 8259: what is taken, what is refused, and where.
+// JSON as in RFC 8259: what is accepted, what is refused, and at which place.
 
 using namespace bk_parser;
 using namespace std::string_literals;
@@ -16,7 +16,7 @@ namespace {
 
 using Event = JsonReader::Event;
 
-/// The events in a line; a fault ends with its place and length.
+/// The events on one line. An error ends with its place and length.
 std::string events_of(std::string_view json, JsonReader::Count count = JsonReader::Count::one) {
     static constexpr std::string_view names[] = {"key", "string", "number", "true", "false", "null",
                                                  "{",   "}",      "[",      "]",    "end",   "fault"};

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-// What the shapes look like.
+// The text of each shape.
 
 using namespace bk_parser;
 

@@ -27,12 +27,12 @@ Bytes random_words(std::size_t count, std::uint32_t seed) {
     return bytes;
 }
 
-/// The same by the loops for any processor, and by the fastest ones for this one.
+/// Runs each test with the portable loops and with the fastest ones of this processor.
 class keystream : public testing::TestWithParam<const bk::KeystreamLoops*> {
 protected:
     static bk::Keystream stream(std::uint32_t seed) { return bk::Keystream(seed, *GetParam()); }
 
-    /// The first outputs, found by adding them to zeros.
+    /// The first outputs, which result from adding the keystream to zeros.
     static Bytes outputs(std::uint32_t seed, std::size_t count) {
         Bytes bytes(4 * count);
         stream(seed).add_to(bytes.data(), bytes.data(), count);
@@ -70,7 +70,7 @@ TEST_P(keystream, every_length_around_the_rounds_is_that_of_the_standard_generat
                                      std::size_t{1248}, std::size_t{6240}}) {
         for (std::size_t count = around < 3 ? 0 : around - 3; count <= around + 3; ++count) {
             Bytes bytes = outputs(77, count);
-            bytes.resize(bytes.size() + 4); // so that there is a last word where there are none
+            bytes.resize(bytes.size() + 4); // so that `bytes` is not empty for a count of 0
             std::mt19937 standard(77);
             std::size_t i = 0;
             while (i < count && word_at(bytes, i) == standard()) {

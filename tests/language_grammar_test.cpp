@@ -11,7 +11,7 @@
 #include <optional>
 #include <stdexcept>
 
-// The grammar of docs/language.md, read out of the page, against the parser.
+// Compares the grammar of docs/language.md with the parser.
 
 namespace {
 
@@ -37,7 +37,7 @@ private:
     std::string first_;
 };
 
-/// Logs nothing while it lives.
+/// Suppresses all messages while it lives.
 class Silence {
 public:
     Silence() { CoreLogHandler::s_main_log_handler->set_verbosity(0); }
@@ -49,7 +49,7 @@ private:
     int verbosity_ = CoreLogHandler::s_main_log_handler->get_verbosity();
 };
 
-/// The first fault that the parser tells, or nothing.
+/// The first fault that the parser reports, if any.
 std::optional<std::string> fault_of(const std::string& text) {
     CountedFaults faults;
     ParserGroup group("root");
@@ -67,7 +67,7 @@ Ebnf::Set set_of(std::string_view characters) {
 
 constexpr std::string_view white = " \t\n\r";
 constexpr std::string_view delimiters = "{}(),:=";
-/// The kinds of runs; in the text of the entries the n-th is the character n + 1.
+/// The kinds of runs. In the grammar of entries, kinds[n] is the character n + 1.
 constexpr std::string_view kinds[] = {"name", "keyword", "bool", "int", "double", "string", "data", "empty"};
 constexpr char name_code = 1;
 constexpr char keyword_code = 2;
@@ -137,11 +137,11 @@ private:
         }
         return sets;
     }
-    /// Whether nothing stands behind that place, or one white byte.
+    /// Whether the text ends at that place, or after one white character there.
     static bool is_last(std::string_view text, std::size_t at) {
         return at == text.size() || (at + 1 == text.size() && white.find(text[at]) != std::string_view::npos);
     }
-    /// 0 when it is none.
+    /// The kind of a run; 0 if it has none.
     char kind_of(std::string_view run) const {
         char found = 0;
         for (std::size_t i = 0; i < std::size(kinds); ++i) {
@@ -159,7 +159,7 @@ private:
         } while (random() % 4 == 0);
         return text;
     }
-    /// A run and the white behind it. A string that is left open ends with its line.
+    /// A run and white space after it. A string without its end extends to the end of the line.
     std::string random_run(char code, Random& random) const {
         for (;;) {
             const std::string run = kinds_.random(std::string(kinds[code - 1]), random);
@@ -193,7 +193,7 @@ std::string near_miss(std::string text, Random& random) {
         case 2:
             text.replace(at, 1, pieces[random() % std::size(pieces)]);
             break;
-        default: // a cut end, often
+        default: // often a copied piece, sometimes after the text was truncated
             text.resize(random() % 4 == 0 ? at : text.size());
             text.insert(at % (text.size() + 1), text.substr(random() % (text.size() + 1), 1 + random() % 6));
         }

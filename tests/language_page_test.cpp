@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-// Every example of docs/language.md is read, and its outcome compared with the block behind it.
+// Parses every example of docs/language.md, and compares the outcome with the block after it.
 
 TEST(language_page, every_example_has_the_outcome_that_the_page_shows) {
     const std::vector<PageBlock> blocks = blocks_of_page("docs/language.md");

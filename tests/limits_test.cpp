@@ -17,7 +17,7 @@ Reading read_within(const DocumentFolder& folder, const ParserLimits& limits) {
     return DocumentFolder::read_into(file, "");
 }
 
-/// Groups inside each other, so many of them, with an entry before each.
+/// `depth` nested groups, with an entry before each.
 std::string nested(int depth) {
     std::string text;
     for (int i = 0; i < depth; ++i) {
@@ -53,7 +53,7 @@ Parsing parse_within(const std::string& text, const ParserLimits& limits,
     return {result, print(group), messages};
 }
 
-/// One word, named so often.
+/// An archive of one word with `count` indices.
 ParserArchive repeated(const std::string& word, unsigned int count) {
     return archive({word}, Indices(count, 0));
 }
@@ -245,7 +245,8 @@ TEST(limits, an_archive_may_always_make_a_text_of_the_free_size) {
 }
 
 TEST(limits, beyond_that_the_text_is_measured_by_the_file_of_the_archive) {
-    // 20 bytes of frame, 4 of the string, 136 of indices: 160; the text has 544.
+    // 20 bytes of frame, 4 of the string and 136 of indices are 160 bytes. The text has 544 bytes, 3.4 times
+    // as many.
     const ParserArchive archive = repeated("abc", 136);
     ASSERT_EQ(file({"abc"}, Indices(136, 0)).size(), 160u);
     ParserLimits limits;
@@ -262,10 +263,10 @@ TEST(limits, a_text_of_just_the_ratio_is_within_it) {
     limits.archive_free_size = 0;
     CoreString text;
     const Indices indices(8, 0);
-    // A word of 27 letters: 20 + 28 + 8 = 56 bytes, and a text of 8 * 28 = 224 = 4 * 56.
+    // With a word of 27 letters, the file has 20 + 28 + 8 = 56 bytes, and the text has 8 * 28 = 224 = 4 * 56.
     limits.archive_ratio = 4;
     EXPECT_TRUE(ParserImpl::get_archive_text(archive({std::string(27, 'x')}, indices), text, limits));
-    // One letter more: 57 bytes and 232, above 228.
+    // With one letter more, the file has 57 bytes, and the text has 232, which is more than 4 * 57 = 228.
     EXPECT_FALSE(ParserImpl::get_archive_text(archive({std::string(28, 'x')}, indices), text, limits));
 }
 
@@ -278,7 +279,7 @@ TEST(limits, no_archive_makes_more_than_the_absolute_size) {
 }
 
 TEST(limits, a_small_archive_does_not_become_gigabytes) {
-    // 1.1 MiB that would make 1 GiB.
+    // An archive of 1.1 MiB with a text of 1 GiB.
     const ParserArchive bomb = repeated(std::string(1023, 'x'), 1u << 20);
     RecordingLog log;
     ParserGroup group("root");
@@ -305,7 +306,7 @@ TEST(limits, a_scene_of_ten_thousand_like_objects_is_far_from_every_limit_of_arc
 }
 
 TEST(limits, an_archive_that_was_saved_is_read_back_by_default_whatever_its_ratio) {
-    // 90 KiB that make 80 MiB, beyond what is read of strangers.
+    // A file of 90 KB gives a text of 80 MiB, which is more than untrusted files may have.
     ParserGroup group("root");
     ParserEntry* const entry = group.add_entry("a", 0, 0);
     const CoreString word(std::string(999, 'x'));

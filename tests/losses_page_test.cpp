@@ -11,7 +11,7 @@
 #include <sstream>
 #include <string>
 
-// docs/formats.md has a table of the losses of a save: a row for each code, with the forms that give it.
+// docs/formats.md has a table of the losses of a save. Each row has a code and the forms that give it.
 
 using namespace bk_parser;
 
@@ -40,7 +40,7 @@ Words forms_of(std::string cell) {
     return forms;
 }
 
-/// The forms of each code, as the rows have them.
+/// The forms of each code in the rows of the table.
 std::map<std::string, Words> rows_of_page() {
     const std::string page = text_of_file(root / "docs/formats.md");
     const std::string table = page.substr(page.find("\n## Losses of a save\n"));
@@ -53,7 +53,7 @@ std::map<std::string, Words> rows_of_page() {
     return rows;
 }
 
-/// The codes that the sources of a save give their losses.
+/// The codes of losses in the sources of a save.
 Words codes_of_sources() {
     const std::regex given("(?:\\blose\\(|\\bcode = )([^,;]+)[,;]");
     Words codes;
@@ -63,7 +63,7 @@ Words codes_of_sources() {
             const std::string code = (*at)[1].str();
             if (code.size() > 2 && code.front() == '"' && code.back() == '"') {
                 codes.insert(code.substr(1, code.size() - 2));
-            } else { // only the function that all of them pass through has no literal
+            } else { // only the function that every loss goes through has no literal
                 EXPECT_TRUE(code == "std::string_view code" || code == "code") << file.path() << ": " << code;
             }
         }
@@ -71,7 +71,7 @@ Words codes_of_sources() {
     return codes;
 }
 
-/// The codes of the losses with which a save in this form refuses the tree.
+/// The codes of the losses because of which a save in this form refuses the tree.
 Words codes_in_form(const Loss& loss, Form form) {
     const ScratchFolder folder;
     Document document;

@@ -3,7 +3,7 @@
 #include "document/access.h"
 #include "tests/support/described.h"
 
-// Memory runs out while a tree is changed by paths: the change is made whole or not at all.
+// Memory runs out while a tree is changed by paths. Each change is made completely or not at all.
 
 namespace {
 
@@ -11,7 +11,7 @@ constexpr const char* start =
     "a { b 1 c \"a text that is longer than eleven\" } list[3] \"a first text of some length\" \"two\" 3 "
     "d \"k\" #k 1 raw 1 e { f { g 1 } } ";
 
-/// Lets every request of an edit fail in turn.
+/// Runs an edit again and again. In each run, the next request for memory fails.
 void expect_whole_or_nothing(const std::function<bool(ParserGroup&)>& edit) {
     std::string whole;
     {
@@ -27,7 +27,7 @@ void expect_whole_or_nothing(const std::function<bool(ParserGroup&)>& edit) {
         {
             ParserGroup root("root");
             root.set_text(start, default_parser_serial_version, nullptr);
-            root.get_entry("raw")->set_as_raw_text(true); // not in the index yet
+            root.get_entry("raw")->set_as_raw_text(true); // the index does not know this yet
             const std::string before = described(root);
             FailingMemory::fail_at(n, true);
             try {

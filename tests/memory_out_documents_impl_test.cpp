@@ -8,13 +8,13 @@
 
 #include <optional>
 
-// Memory runs out while documents are loaded: that is an exception, nothing leaks, and nothing is logged.
+// Memory runs out while documents are loaded. This throws, leaks nothing and logs nothing.
 
 namespace {
 
 class MemoryOutOfDocuments : public testing::TestWithParam<bool> {
 protected:
-    /// Lets request 1, 2, 3 ... of a load fail until it needs no more of them.
+    /// Lets request 1, 2, 3 ... of a load fail, until the load makes fewer requests.
     void expect_loading(const std::string& path) const {
         bk_parser::LoadOptions options;
         options.key = "key";
@@ -57,7 +57,7 @@ protected:
         FAIL();
     }
 
-    /// The same of a recovery.
+    /// The same for a recovery.
     static void expect_recovering(const std::string& bytes) {
         const bk_parser::RecoverResult recovered = bk_parser::recover_bytes(bytes);
         const std::string whole = print(recovered.loaded.document.root());

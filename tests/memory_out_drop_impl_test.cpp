@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-// Memory runs out while a large document is read, which has pages of its own, and while it is edited.
+// Memory runs out while a large document, which has pages of its own, is read and edited.
 
 namespace {
 
-/// With blanks, so that it is large.
+/// A text with blanks at its end, so that it is large.
 CoreString large_text() {
     std::string text = "#k 1 first \"a string longer than eleven\" bytes 0x01FF00010000 ";
     for (int i = 0; i < 150; ++i) {
@@ -70,8 +70,8 @@ const std::vector<Edit>& edits() {
     return all;
 }
 
-/// Lets the edit run out of memory at its first request, at its second, and so on, each time on a fresh document. `for_good` lets every
-/// second one find no memory afterwards either.
+/// Runs the edit again and again, each time on a new document. In run n, request n fails. With `for_good`,
+/// all later requests fail, too, in every second run.
 void run_out_in(const Edit& edit, const CoreString& text, bool for_good) {
     bool failed = true;
     for (std::size_t n = 1; failed; ++n) {
@@ -126,7 +126,7 @@ TEST(memory_out_drop, an_edit_that_finds_no_memory_leaves_a_large_document_that_
 }
 
 TEST(memory_out_drop, a_document_that_cannot_list_an_entry_gives_up_its_pages) {
-    // Nothing in it owns memory outside of the pages. One of the requests is for the list.
+    // No part of this document owns memory outside the pages. One of the requests is for the list.
     const CoreString large = core_text("first 1 group { last 1 }" + std::string(33000, ' '));
     const CoreString name("a_name_longer_than_eleven");
     const std::vector<Edit> edits_of_first = {

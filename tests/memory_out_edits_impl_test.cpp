@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-// Memory runs out while objects are edited and copied: that is an exception, and nothing is lost.
+// Memory runs out while objects are edited and copied. This throws, and nothing is lost.
 
 TEST(memory_out_of_a_set, a_set_that_could_not_grow_still_knows_what_it_holds) {
     for (std::size_t n = 1; n < 60; ++n) {
@@ -60,7 +60,7 @@ TEST(memory_out_of_a_copy, a_copy_that_could_not_be_made_leaves_nothing) {
         FailingMemory::fail_at(n);
         try {
             const ParserGroup copy(tree);
-        } catch (const std::bad_alloc&) { // a constructor has no other way to say so
+        } catch (const std::bad_alloc&) { // a constructor can report it only by an exception
             FailingMemory::disarm();
             EXPECT_EQ(FailingMemory::live(), live) << n;
             continue;
@@ -88,7 +88,7 @@ TEST(memory_out_of_an_assignment, what_could_not_be_shared_is_as_it_was) {
                 entry = *source.get_entry("a");
                 ParserValue other(1);
                 other = value;
-                new (&other) ParserValue(1); // the string stays the source's
+                new (&other) ParserValue(1); // the source keeps the string
             } catch (const std::bad_alloc&) {
                 FailingMemory::disarm();
                 has_failed = true;
@@ -107,7 +107,7 @@ TEST(memory_out_of_an_assignment, what_could_not_be_shared_is_as_it_was) {
 
 namespace {
 
-/// A host's handler that has no memory itself.
+/// A host's log handler that itself runs out of memory.
 class StarvingLog : public CountingLog {
 public:
     void log(const int&, const CoreLogStream&) override {
@@ -151,7 +151,7 @@ TEST(memory_out_of_a_count, a_count_beyond_32_bits_is_memory_that_there_is_not) 
     EXPECT_EQ(log.out_of_memory, 1);
 }
 
-/// An edit that has to move values whose strings a host holds.
+/// An edit that has to move values with strings that a host holds.
 using ReferenceEdit = void (*)(ParserEntry& entry, ParserEntry& other);
 
 class memory_out_of_a_list : public testing::TestWithParam<ReferenceEdit> {};
@@ -195,7 +195,8 @@ INSTANTIATE_TEST_SUITE_P(edits, memory_out_of_a_list,
                                          [](ParserEntry& entry, ParserEntry&) { entry.remove_value(1u); },
                                          [](ParserEntry& entry, ParserEntry& other) { other = entry; }));
 
-/// With nothing lost, and null when the block or the object's own memory is not to be had.
+/// Expects null when there is no memory for the object itself, an exception when there is none for its block,
+/// and no leak.
 template <class Object, class... Arguments>
 void expect_null_without_memory(const Arguments&... arguments) {
     const long live = FailingMemory::live();

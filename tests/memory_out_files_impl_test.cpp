@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-// Memory runs out while documents are read from files, and saved.
+// Memory runs out while documents are read from files, and while they are saved.
 
 namespace {
 
@@ -40,7 +40,7 @@ protected:
             },
             [&] { file.reset(); });
     }
-    /// Saves over an old file.
+    /// Saves in place of an old file.
     void expect_saving(const std::function<void(ParserFile&, const CoreString&)>& save) const {
         const CoreString path = folder_.core_path("out");
         std::unique_ptr<ParserFile> file;
@@ -138,7 +138,7 @@ TEST_P(memory_out_of_files, while_a_file_object_is_made) {
         FailingMemory::fail_at(n, GetParam());
         try {
             file = std::make_unique<ParserFile>(path);
-        } catch (const std::bad_alloc&) { // a constructor has no other way to say so
+        } catch (const std::bad_alloc&) { // a constructor can report it only by an exception
             EXPECT_EQ(file, nullptr);
         }
         const bool has_failed = FailingMemory::disarm();

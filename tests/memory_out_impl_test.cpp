@@ -4,8 +4,9 @@
 
 #include <gtest/gtest.h>
 
-// Every request for memory of every operation that reads, decodes, loads, prints or saves fails once, alone and with all
-// that follow it. The operation says so, nothing leaks, what was good stays, and the process goes on.
+// In every operation that reads, decodes, loads, prints or saves, each request for memory fails once: first
+// alone, then with all later ones. The operation reports it, nothing leaks, the previous content stays, and
+// the process continues.
 
 using memory_out = MemoryOut;
 
@@ -16,7 +17,7 @@ TEST_P(memory_out, while_a_text_is_parsed) {
 }
 
 TEST_P(memory_out, while_a_text_is_parsed_the_entries_before_are_kept) {
-    // One entry after the other: when request n fails alone, all entries that were whole are still there.
+    // Entries on one level. When only request n fails, all entries that were complete are still there.
     std::string flat;
     for (int i = 0; i < 40; ++i) {
         flat += "entry_number_" + std::to_string(i) + " " + std::to_string(i) + " ";

@@ -7,7 +7,7 @@
 #include <functional>
 #include <optional>
 
-// Memory runs out while JSON is written and read: that is an exception, nothing leaks, and nothing is logged.
+// Memory runs out while JSON is written and read. This throws, leaks nothing and logs nothing.
 
 namespace {
 
@@ -15,7 +15,7 @@ using namespace bk_parser;
 
 class MemoryOutOfJson : public testing::TestWithParam<bool> {
 protected:
-    /// Lets request 1, 2, 3 ... fail until the operation needs no more of them.
+    /// Lets request 1, 2, 3 ... fail, until the operation makes fewer requests.
     static void expect_running(const std::function<void()>& operate) {
         constexpr std::size_t more_than_any_needs = 20000;
         for (std::size_t n = 1; n < more_than_any_needs; ++n) {
@@ -37,7 +37,7 @@ protected:
             EXPECT_TRUE(is_whole || has_failed) << n;
             EXPECT_EQ(FailingMemory::live(), live) << "request " << n << " left blocks behind";
             if (!has_failed || HasFailure()) {
-                EXPECT_GT(n, 5u); // requests were counted
+                EXPECT_GT(n, 5u); // checks that requests were counted
                 return;
             }
         }

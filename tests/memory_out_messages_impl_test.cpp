@@ -4,11 +4,12 @@
 
 #include <gtest/gtest.h>
 
-// Memory runs out while a message is composed: the message is lost, and what it is about goes on.
+// Memory runs out while a message is composed. The message is lost, and the operation that it is about
+// continues.
 
 namespace {
 
-/// From the first fault on there is no memory; from the third on there is again.
+/// Takes the memory away at the first fault, and gives it back at the third.
 class ForgetfulObserver : public ParserReadObserver {
 public:
     void fault_found(const Fault& fault, const unsigned int& expanded, const unsigned int& length,
@@ -28,7 +29,7 @@ public:
     bool has_message[8] = {};
 };
 
-/// Counts what it is told, and keeps nothing.
+/// Counts the messages, and keeps none.
 class TallyLog : public CountingLog {
 public:
     void log(const int& level, const CoreLogStream& stream) override {

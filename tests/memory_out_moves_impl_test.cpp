@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <vector>
 
-// Memory runs out while entries are moved and removed: that is an exception, and each entry is then in one group or in none, and
-// dies once.
+// Memory runs out while entries are moved and removed. This throws. Each entry is then in one group or in
+// none, and is destroyed once.
 
 namespace {
 
@@ -15,7 +15,7 @@ using Edit = std::function<void(ParserGroup& group, ParserGroup& dest)>;
 struct NamedEdit {
     const char* name;
     Edit edit;
-    unsigned int removed; // entries that it deletes
+    unsigned int removed; // how many entries the edit deletes
 };
 
 const NamedEdit edits[] = {
@@ -46,15 +46,15 @@ std::vector<const ParserEntry*> entries_of(const ParserGroup& one, const ParserG
     return entries;
 }
 
-/// What the ordinals give must be entries of the group, whatever the index knows.
+/// Expects each ordinal to give an entry of the group, whatever the index knows.
 void read_all(const ParserGroup& group) {
     for (unsigned int i = 0; i < group.get_entry_count(); ++i) {
         ASSERT_NE(group.get_entry(i), nullptr);
     }
 }
 
-/// Makes the edit with request n failing; false when it needs no more. With `changed`, a host has made entries keywords that the
-/// index does not know.
+/// Runs the edit with request n failing. False when it makes fewer requests. With `changed`, a host first
+/// sets the raw-text flags of entries, which the index does not know yet.
 bool fails_at(std::size_t n, const NamedEdit& edit, bool changed) {
     ParserGroup group("group");
     ParserGroup dest("dest");

@@ -10,14 +10,14 @@
 #include <string>
 #include <vector>
 
-// Memory runs out while documents are saved: the reason says so, the files are as they were or as they shall be, and nothing leaks.
+// Memory runs out while documents are saved. The reason says so, the files are old or new, and nothing leaks.
 
 namespace {
 
 using namespace bk_parser;
 
-// Each request is a save of its own. Files take ten times as long on Windows, which has few lines of its own: some of the requests
-// are enough to see that those give everything back.
+// Each request takes a save of its own. On Windows, files take ten times as long, and little of the code
+// differs. Some of the requests are enough to show that this code frees everything.
 #ifdef _WIN32
 constexpr std::size_t step = 7;
 #else
@@ -26,7 +26,7 @@ constexpr std::size_t step = 1;
 
 class MemoryOutOfSaves : public testing::TestWithParam<bool> {
 protected:
-    /// Lets request 1, 2, 3 ... of a save fail until it needs no more of them.
+    /// Lets request 1, 2, 3 ... of a save fail, until the save makes fewer requests.
     void expect_saving(const SaveOptions& options) const {
         const std::string old_main = "#Brellwick_Serial_Version 1.2\na 1\n#include \"part\"\n" + scene();
         const std::string old_part = "b 1 // and a comment\n";
@@ -65,7 +65,8 @@ protected:
         FAIL();
     }
 
-    /// Lets request 1, 2, 3 ... of `operate` fail, on a document that is made anew each time, until it needs no more of them.
+    /// Lets request 1, 2, 3 ... of `operate` fail, each time on a new document, until it makes fewer
+    /// requests.
     void run_out_of_save(const std::function<std::unique_ptr<LoadResult>()>& make,
                          const std::function<SaveResult(Document&)>& operate,
                          const std::function<void(bool)>& look) const {
@@ -130,7 +131,7 @@ TEST_P(memory_out_of_saves, while_a_form_takes_losses) {
                 folder_.write("lossy", "old");
                 auto made = std::make_unique<LoadResult>(parse(scene()));
                 made->document.root().add_entry("z", 0, 0)->add_char('x');
-                made->document.root().get_entry("last")->set_template("t"); // the binary form has none
+                made->document.root().get_entry("last")->set_template("t"); // the binary form cannot carry it
                 return made;
             },
             [&](Document& document) { return save(document, path, options); },

@@ -4,7 +4,8 @@
 
 #include <gtest/gtest.h>
 
-// Memory ends at every request of every constructor, copy and edit: std::bad_alloc comes out, and everything is as it was.
+// Memory runs out at each request of every constructor, copy and edit. std::bad_alloc is thrown, and nothing
+// has changed.
 
 namespace {
 
@@ -116,7 +117,7 @@ const Edit edits[] = {
     {"add entries until the list grows",
      [](EditBoard& b) {
          b.group.add_entry(b.name, 1, 2);
-         if (b.group.get_entries().get_count() == 9) { // one at a time: each is as it was, or whole
+         if (b.group.get_entries().get_count() == 9) { // one at a time: whole or without effect
              b.group.remove_entry(8u);
          }
      }},
@@ -244,7 +245,7 @@ const Edit edits[] = {
     {"set search paths", [](EditBoard& b) { b.file.set_search_paths(b.strings); }},
 };
 
-/// Makes the edit with request n failing; false when it needs no more.
+/// Runs the edit with request n failing. False when it makes fewer requests.
 bool fails_at(std::size_t n, const Edit& edit, bool for_good) {
     const long live = FailingMemory::live();
     bool has_failed = false;

@@ -8,7 +8,8 @@
 
 #include <gtest/gtest.h>
 
-// Memory runs out while texts are laid out, merged and compared: std::bad_alloc passes or the result is whole, and nothing leaks.
+// Memory runs out while texts are formatted, merged and compared. std::bad_alloc is thrown, or the result is
+// complete. Nothing leaks.
 
 namespace {
 
@@ -16,7 +17,8 @@ using namespace bk_parser;
 
 class MemoryOutOfTexts : public testing::TestWithParam<bool> {
 protected:
-    /// Lets request 1, 2, 3 ... of `operate` fail until it needs no more of them. It gives whether its result is whole.
+    /// Lets request 1, 2, 3 ... of `operate` fail, until it makes fewer requests. `operate` returns whether
+    /// its result is complete.
     static void expect_whole_or_thrown(const std::function<bool()>& operate) {
         constexpr std::size_t more_than_any_needs = 50000;
         ASSERT_TRUE(operate());

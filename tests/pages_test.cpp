@@ -35,7 +35,7 @@ std::vector<std::string> pages() {
     return names;
 }
 
-/// The kinds of blocks of a page that a test of its own checks. The test must exist and name the page.
+/// The kinds of blocks of a page that its own test checks. That test must exist and name the page.
 std::set<std::string> own_kinds(const std::string& name, const std::string& page) {
     constexpr std::string_view opening = "<!-- checked by ";
     const std::size_t begin = page.find(opening);
@@ -59,7 +59,7 @@ std::vector<std::string> lines_of(const std::string& text) {
     return lines;
 }
 
-/// Takes off the blanks that all lines begin with.
+/// Removes the blanks with which all lines begin.
 std::vector<std::string> without_indent(std::vector<std::string> lines) {
     std::size_t indent = std::string::npos;
     for (const std::string& line : lines) {
@@ -71,7 +71,7 @@ std::vector<std::string> without_indent(std::vector<std::string> lines) {
     return lines;
 }
 
-/// Whether the block's lines stand in the file, one behind the other; their indentation does not count.
+/// Whether the file has the lines of the block one after another. Ignores their indentation.
 bool is_part(const std::string& block, const std::string& file) {
     const std::vector<std::string> lines = lines_of(block);
     const std::vector<std::string> all = lines_of(file);
@@ -84,7 +84,7 @@ bool is_part(const std::string& block, const std::string& file) {
     return false;
 }
 
-/// Empty when the mark of a block says how it is checked, and that holds as far as this test can tell.
+/// Empty if the mark of a block says how it is checked, and this test finds nothing against it.
 std::string complaint(const PageBlock& block, const std::set<std::string>& kinds) {
     if (block.kind == "text" || block.mark == "text" || block.kind == "console" ||
         kinds.contains(block.kind)) {

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <vector>
 
-// docs/paths.md shows paths and what they find, and malformed ones with their messages.
+// docs/paths.md shows paths with what they find, and malformed paths with their messages.
 
 namespace {
 
@@ -23,7 +23,7 @@ std::string block_after(const std::string& text, const std::string& opening) {
     return text.substr(begin, text.find("```", begin) - begin);
 }
 
-/// The rows of the table under a head, as their two cells.
+/// The rows of the table below a heading, with two cells each.
 std::vector<std::pair<std::string, std::string>> rows(const std::string& text, const std::string& head) {
     std::vector<std::pair<std::string, std::string>> found;
     std::istringstream lines(text.substr(text.find(head)));

@@ -6,7 +6,8 @@
 
 #include <chrono>
 
-// The matcher keeps sets of states; the reference tries every division of the way.
+// The matcher keeps sets of states. The reference tries every way to match the steps with the levels of the
+// tree.
 
 TEST(path_search, finds_what_the_slow_reference_finds) {
     unsigned int found_count = 0;

@@ -8,7 +8,7 @@ using Messages = std::vector<std::string>;
 
 const std::string mark = "\xEF\xBB\xBF";
 
-/// The offsets at which pieces of files were copied.
+/// Records the offsets at which pieces of files were copied.
 class PieceOffsets : public ExpandedText {
 public:
     std::vector<unsigned int> offsets;
@@ -59,7 +59,7 @@ TEST(preprocess_byte_order_mark, what_stands_behind_the_mark_stands_at_the_begin
     const Reading version = folder.read_text(mark + "#Brellwick_Serial_Version 1.1\na 1\n");
     EXPECT_DOUBLE_EQ(version.version, 1.1);
     EXPECT_EQ(version.expanded, "a 1\n");
-    // The first quote of a text opens no string.
+    // A quote at the beginning of a text opens no string.
     EXPECT_EQ(folder.read_text(mark + "\" // x\na 1\n").expanded,
               folder.read_text("\" // x\na 1\n").expanded);
 }

@@ -191,7 +191,7 @@ TEST(preprocess_include, a_file_that_was_left_may_be_included_again) {
 
 namespace {
 
-/// A chain of so many includes below main.bkd; the last file says "a 1".
+/// A chain of `includes` includes below main.bkd. The last file has the text "a 1".
 Reading read_chain(unsigned int includes) {
     const DocumentFolder folder;
     for (unsigned int i = 1; i <= includes; ++i) {

@@ -20,7 +20,7 @@ void make_pipe(const std::string& path) {
     ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
 }
 
-/// A reader that blocks would wait for ever: the process ends in its place.
+/// A reader that blocks would wait for ever. An alarm then ends the process.
 class preprocess_special_file : public testing::Test {
 protected:
     preprocess_special_file() { ::alarm(20); }

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-// What a walk comes to when the tree is edited under it, and what is left of a walk that was moved from.
+// What a walk finds when the tree changes during the walk, and what is left of a walk that was moved from.
 
 namespace {
 
@@ -16,7 +16,8 @@ class range_edits : public testing::Test {
 protected:
     void SetUp() override { root_.set_text("a 1 b 2 c 3 d 4 ", default_parser_serial_version, nullptr); }
 
-    /// Calls `edit` at b. The names come from a walk of the group's entries, from one of the tree and from a search.
+    /// Calls `edit` at entry b. Expects these names from a walk of the group's entries, from a walk of the
+    /// tree and from a search.
     template <class Edit>
     void expect(const std::string& names, const Edit& edit) {
         std::string walked;

@@ -28,7 +28,7 @@ protected:
     ParserGroup root_{"root"};
 };
 
-// What the library's ranges are to the standard library's.
+// The concepts of the standard library that the ranges of the library satisfy.
 static_assert(std::forward_iterator<bk_parser::Entries::Iterator>);
 static_assert(std::ranges::forward_range<bk_parser::Entries> && std::ranges::view<bk_parser::Entries>);
 static_assert(std::ranges::forward_range<bk_parser::Values<double>> &&
@@ -65,7 +65,7 @@ TEST_F(ranges, a_walk_may_leave_out_what_an_entry_holds) {
     EXPECT_EQ(names, "#kaae");
 }
 
-#if !defined(__clang__) || __clang_major__ >= 16 // older ones do not compile the views of g++'s library
+#if !defined(__clang__) || __clang_major__ >= 16 // older versions cannot compile the views of g++'s library
 TEST_F(ranges, work_with_the_views_of_the_standard_library) {
     std::string names;
     const auto has_number = [](const ParserEntry& entry) {

@@ -9,7 +9,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// Writes down every call as a line of text.
+/// Records every call as a line of text.
 class RecordingObserver : public ParserReadObserver {
 public:
     Lines calls;
@@ -35,7 +35,7 @@ public:
         note("directive " + std::to_string(fault), offset, length, "");
     }
 
-    /// The calls that begin so.
+    /// The calls that begin with this text.
     Lines only(const std::string& beginning) const {
         Lines result;
         for (const std::string& call : calls) {
@@ -52,7 +52,7 @@ private:
     }
 };
 
-/// Maps every byte of the expanded text back to the file and offset that it came from.
+/// Maps every byte of the expanded text to the file and offset from which it came.
 class SourceMap : public ParserReadObserver {
 public:
     struct Source {

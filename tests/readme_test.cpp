@@ -16,7 +16,7 @@ namespace {
 
 const std::filesystem::path root = BK_PARSER_SOURCE_DIR;
 
-/// A figure of the large scene, with one decimal: of that peer, in that column of the table.
+/// The figure of a peer for the large scene in this column of the table, with one decimal.
 std::string measured(const std::string& peer, std::string_view column) {
     std::istringstream lines(text_of_file(root / "docs/performance_figures.md"));
     std::string line;
@@ -83,7 +83,8 @@ TEST(readme, has_the_range_of_a_parse_that_ends_with_the_destruction_of_the_tree
     const std::pair<std::size_t, const char*> peers[] = {{4, " times as fast as RapidJSON in place"},
                                                          {0, " times as fast as yyjson"}};
     for (const auto& [column, words] : peers) {
-        std::set<std::string> rates; // of two decimals each, so their texts are in the order of the numbers
+        // Rates have one digit before the point and two after it, so the texts sort as the numbers do.
+        std::set<std::string> rates;
         const std::regex row("\n\\| (?:scene_10k|messages|catalog|coordinates) \\|(?: [0-9.]+ \\|){" +
                              std::to_string(column) + "} ([0-9.]+) \\|");
         for (std::sregex_iterator at(rows.begin(), rows.end(), row); at != std::sregex_iterator(); ++at) {

@@ -34,8 +34,8 @@ std::unique_ptr<ParserGroup> parsed(const CoreString& text) {
 
 TEST(resident_memory, what_a_large_document_took_is_given_back_when_it_dies) {
     const CoreString text = lines(100000);
-    parsed(lines(50000))
-        .reset(); // the 16 MiB that the library keeps for the next document are there from here on
+    // After this, the library keeps 16 MiB for the next document.
+    parsed(lines(50000)).reset();
     const double before = resident_memory();
     if (before < 0.0) {
         GTEST_SKIP() << "resident memory cannot be told here";
@@ -75,7 +75,8 @@ TEST(resident_memory, blocks_of_threads_that_have_ended_are_given_back) {
         GTEST_SKIP() << "resident memory cannot be told here";
     }
     std::vector<std::vector<void*>> blocks(thread_count);
-    std::latch all_have_taken(thread_count); // else one thread could take over the memory of another
+    // Without it, one thread could take over the memory of another.
+    std::latch all_have_taken(thread_count);
     std::vector<std::thread> threads;
     for (std::vector<void*>& taken : blocks) {
         threads.emplace_back([&taken, &all_have_taken] {
@@ -95,8 +96,8 @@ TEST(resident_memory, blocks_of_threads_that_have_ended_are_given_back) {
             CoreMemory::release(block, size);
         }
     }
-    EXPECT_LT(resident_memory(),
-              before + 6.0 * thread_count * mebibyte); // each heap keeps a chunk, and a few blocks wait
+    // Each heap keeps a chunk, and a few blocks are not yet freed.
+    EXPECT_LT(resident_memory(), before + 6.0 * thread_count * mebibyte);
 }
 
 TEST(resident_memory, a_document_that_is_edited_on_and_on_takes_no_more) {
@@ -111,7 +112,7 @@ TEST(resident_memory, a_document_that_is_edited_on_and_on_takes_no_more) {
     for (unsigned int i = 0; i < 1000000; ++i) {
         document.edit();
     }
-    EXPECT_LT(resident_memory(), before + 4.0 * mebibyte); // a leak of five bytes an edit would pass that
+    EXPECT_LT(resident_memory(), before + 4.0 * mebibyte); // a leak of 5 bytes per edit would exceed that
 }
 
 } // namespace

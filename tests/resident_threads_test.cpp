@@ -10,8 +10,8 @@
 #include <thread>
 #include <vector>
 
-// What threads give back to each other, in bytes of the machine's memory. Each promise is measured from the moment before
-// the threads begin.
+// The resident memory after threads have freed blocks of each other. Each test measures the growth since the
+// moment before the threads began.
 
 namespace {
 
@@ -30,7 +30,7 @@ std::unique_ptr<ParserGroup> large_document() {
     return root;
 }
 
-/// Runs the action on a thread of its own, which then waits until it is told to end.
+/// Runs the action on a new thread, which then waits until it may end.
 class WaitingThread {
 public:
     template <class Action>
@@ -73,7 +73,7 @@ private:
     double before_ = 0.0;
 };
 
-/// Uses the library in the destructor of a thread's own object, which outlives the library's own.
+/// Uses the library in the destructor of a thread_local object that outlives the library's own.
 struct UsesTheLibraryAtTheEnd {
     ~UsesTheLibraryAtTheEnd() {
         ParserGroup group("root");

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <iterator>
 
-// The documents of this repository: the example project, the golden files, the fuzzers' seeds.
+// Saves the documents of this repository: the example project, the golden files and the seeds of the fuzzers.
 
 using namespace bk_parser;
 

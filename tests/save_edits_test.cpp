@@ -10,8 +10,9 @@
 #include <random>
 #include <vector>
 
-// Documents in odd layouts are changed in every way and saved: what was saved loads again as the tree, a refused save changes nothing, no
-// comment goes but with what was removed, and no word that was not read goes at all.
+// Documents in odd layouts are changed in every way and saved. The saved file must load as the changed tree,
+// and a refused save must change nothing. A comment may be lost only with an entry that was removed. A word
+// that was not read is never lost.
 
 using namespace bk_parser;
 
@@ -22,7 +23,7 @@ class Editor {
 public:
     explicit Editor(unsigned int seed) : random_(seed) {}
 
-    bool has_removed = false; // something that a comment may stand in or behind
+    bool has_removed = false; // an entry was removed, perhaps with a comment in or after it
     bool has_crossed = false; // an entry has left its group
 
     void edit(ParserGroup& root) {
@@ -185,7 +186,7 @@ private:
     std::mt19937 random_;
 };
 
-/// How often each comment stands in the files, or each word that is none.
+/// How often the files contain each comment, or each word that was not read.
 std::map<std::string, int> marks_of(const std::vector<std::string>& texts, char begin) {
     std::map<std::string, int> marks;
     for (const std::string& text : texts) {

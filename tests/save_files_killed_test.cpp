@@ -1,6 +1,6 @@
 #include "tests/support/sanitizer.h"
 
-#if defined(__linux__) && !defined(BK_PARSER_SANITIZED_MEMORY) // which makes hundreds of calls of its own
+#if defined(__linux__) && !defined(BK_PARSER_SANITIZED_MEMORY) // a sanitizer makes hundreds of calls
 
 #include "document/document.h"
 #include "tests/support/killed_child.h"
@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <string>
 
-// A process that saves a document of three files is killed before and after each of its system calls. Each file is then whole, the old
-// one or the new one, and the document's own file is the last to turn new.
+// A process that saves a document of three files is killed before and after each of its system calls. Each
+// file must then be complete, old or new. The document's own file must be replaced last.
 
 using namespace bk_parser;
 using namespace killed_child;
@@ -79,7 +79,8 @@ TEST(save_files_killed,
     }
 }
 
-/// Each name that a hard link gave the old file keeps the old bytes, whenever the process dies: the new ones are in a new file.
+/// The new bytes are in a new file. Other hard links to the old file therefore keep the old bytes, whenever
+/// the process is killed.
 TEST(save_files_killed, at_any_system_call_leaves_the_other_hard_links_of_a_file_as_they_were) {
     const ScratchFolder folder;
     const std::string old_texts[] = {"b 1\n", "c 1\n", "a 1\n#include \"one\"\n#include \"two\"\n"};

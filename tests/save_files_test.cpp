@@ -21,7 +21,7 @@ using namespace bk_parser;
 
 namespace {
 
-/// A document of three files, one of them included from two places of the tree.
+/// A document of three files. Two places of the tree include the same file.
 class SaveFiles : public testing::Test {
 protected:
     SaveFiles() {
@@ -47,7 +47,7 @@ protected:
 
 using save_files = SaveFiles;
 
-/// Lets the n-th call of one kind fail as a full disk does.
+/// Lets one call of a kind fail as on a full disk, after `left` calls that work.
 class Failing : public ForwardingDevice {
 public:
     enum Call { creating, replacing };
@@ -78,7 +78,7 @@ private:
     int left_;
 };
 
-/// A path as the platform spells it.
+/// A path with the separators of the platform.
 std::string native(const std::string& path) {
     return std::filesystem::path(path).make_preferred().string();
 }

@@ -9,7 +9,7 @@
 #include <set>
 #include <string>
 
-// A stored form that was read whole is stored as the same bytes again.
+// A stored form that was loaded without loss is saved as the same bytes.
 
 using namespace bk_parser;
 
@@ -22,7 +22,7 @@ LoadResult load_keyed(const std::string& path) {
     return load(path, options);
 }
 
-/// A document in one of the forms, with the entry of its version at a place.
+/// A document in one of the forms, with the version entry at this position.
 std::string stored(const ScratchFolder& folder, Form form, int version_at) {
     LoadResult parsed = parse("a 1\nb \"two\" 3.5\ng {\n  c yes\n}\n");
     auto version = std::make_unique<ParserEntry>(CoreString("#Brellwick_Serial_Version"),
@@ -32,7 +32,7 @@ std::string stored(const ScratchFolder& folder, Form form, int version_at) {
     insert(root, static_cast<unsigned int>(version_at), std::move(version));
     SaveOptions options;
     options.form = form;
-    options.lossy = true; // that name states the version
+    options.lossy = true; // an entry of that name states the version
     const SaveResult result = save(parsed.document, folder.path("stored"), options);
     EXPECT_TRUE(result.ok()) << result.reason;
     return folder.read("stored");
@@ -81,7 +81,7 @@ TEST(save_forms, golden_files_that_are_read_whole_are_saved_to_the_same_bytes) {
         }
         if (name == "binary_with_infinities_reads_the_largest_doubles.udfs" ||
             name == "enciphered_under_lantern_drops_its_header.bkd") {
-            continue; // read as other numbers, and laid out otherwise than get_text does
+            continue; // the numbers were read as others, or the layout is not that of get_text
         }
         EXPECT_EQ(folder.read("saved"), golden::bytes(name)) << name;
         forms.insert(loaded.document.form());

@@ -10,8 +10,9 @@
 #include <algorithm>
 #include <sys/syscall.h>
 
-// A process that saves is killed before and after each of its system calls. The disk then has the whole old document or
-// the whole new one. What may stay beside it is a file whose name says that it is rubbish.
+// A process that saves is killed before and after each of its system calls. The disk must then have the
+// complete old document or the complete new one. The only other file that may be left is one whose name shows
+// that it is temporary.
 
 namespace {
 
@@ -44,7 +45,7 @@ protected:
         return folder_.read("document");
     }
     CoreString target() const { return folder_.core_path("document"); }
-    /// What stands beside the document, which is removed.
+    /// The names of the files beside the document. Removes them.
     std::vector<std::string> take_rest() const {
         std::vector<std::string> rest;
         for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
@@ -86,7 +87,7 @@ TEST_P(save_killed, at_any_system_call_leaves_the_whole_old_document_or_the_whol
         EXPECT_TRUE(bytes == new_bytes || bytes == old_bytes)
             << "place " << n << ": " << bytes.size() << " bytes";
 #if !defined(                                                                                                \
-    BK_PARSER_SANITIZED_MEMORY) // the sanitizer's own calls vary from run to run, and so does what place n is
+    BK_PARSER_SANITIZED_MEMORY) // the sanitizer makes calls of its own, so place n varies between runs
         EXPECT_TRUE(bytes == new_bytes || !replaced) << "place " << n << ": once it is replaced it stays so";
 #endif
         replaced = bytes == new_bytes;

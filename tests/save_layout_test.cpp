@@ -9,7 +9,8 @@
 #include <ostream>
 #include <vector>
 
-// A document that came from text is changed and saved: each row is the file before, the change, and the file after.
+// Changes and saves a document that was loaded from text. Each row has the file before, the change, and the
+// file after it.
 
 using namespace bk_parser;
 

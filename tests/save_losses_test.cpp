@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-// What a form cannot carry is named before anything is written, and nothing is written then.
+// A save names what the form cannot carry before it writes anything, and then writes nothing.
 
 using namespace bk_parser;
 
@@ -50,7 +50,7 @@ TEST_P(save_losses, are_named_and_nothing_is_written_unless_the_host_takes_them)
     EXPECT_TRUE(folder.exists("file"));
 }
 
-/// A loss in a value names its entry.
+/// A loss in a value gives the path of its entry.
 TEST_P(save_losses, begin_with_a_path_that_finds_the_entry) {
     const ScratchFolder folder;
     Document document;

@@ -10,13 +10,14 @@
 #include <string>
 #include <utility>
 
-// Another program writes a file of the document while a save runs: after the save looked at the files, and before it replaces them.
+// Another program writes a file of the document during a save: after the save looked at the files, and before
+// it replaces them.
 
 using namespace bk_parser;
 
 namespace {
 
-/// Acts once, when the library has begun to write its first new file.
+/// Calls `act` once, when the library begins to write its first new file.
 class Meanwhile : public ForwardingDevice {
 public:
     explicit Meanwhile(std::function<void()> act) : act_(std::move(act)) {}

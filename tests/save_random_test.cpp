@@ -9,7 +9,7 @@
 
 #include <vector>
 
-// Random documents in random layouts, with includes, are changed at random and saved, several times in a row.
+// Random documents in random layouts, with includes, are changed at random and saved several times.
 
 using namespace bk_parser;
 
@@ -17,7 +17,7 @@ namespace {
 
 constexpr unsigned int rounds = 4;
 
-/// Heads and places of all entries.
+/// The heads and places of all entries.
 std::vector<std::pair<std::string, std::string>> places_of(const ParserGroup& root) {
     std::vector<std::pair<std::string, std::string>> places;
     std::vector<const ParserGroup*> pending{&root};

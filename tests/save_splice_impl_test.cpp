@@ -10,14 +10,14 @@
 #include <string>
 #include <vector>
 
-// A save makes the new text of the document's own file in place of the old one.
+// A save changes the text of the document's own file in place.
 
 using namespace bk_parser;
 
 namespace {
 
-constexpr int large_lines =
-    400000; // 6 MB: such a text has a block of whole chunks, which grows in another way
+// 6 MB. The block of such a text consists of whole chunks, and grows in another way.
+constexpr int large_lines = 400000;
 
 std::string large_text() {
     std::string text = "#Brellwick_Serial_Version 1.2\n";

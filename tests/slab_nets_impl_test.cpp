@@ -7,8 +7,8 @@
 #include <thread>
 #include <vector>
 
-// The nets under the slabs: blocks that are free are closed to the address sanitizer's programs, and invariants are tested in
-// builds where time does not matter.
+// Checks that catch misuse of the slabs. Free blocks are poisoned for the address sanitizer. Sanitizer and
+// Debug builds test invariants.
 
 namespace {
 

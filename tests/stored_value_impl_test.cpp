@@ -101,7 +101,7 @@ TEST_F(stored_value, strings_that_were_handed_out_stay_when_lists_of_any_kind_gr
             entry.add_string(core("a string of many characters " + std::to_string(i)));
             shown.push_back(&entry.get_string(i));
         }
-        for (unsigned int i = 0; i < first_count; i += 2) { // those that have stayed behind go one by one
+        for (unsigned int i = 0; i < first_count; i += 2) { // removes strings in older blocks one by one
             entry.set_int(7, i);
         }
         for (unsigned int i = 1; i < first_count; i += 2) {

@@ -13,13 +13,13 @@
 #include <unistd.h>
 #include <vector>
 
-// What the system gives seldom: memory at odd places, long links, deep folders.
+// Rare results of the system: memory at odd addresses, long links, deep folders.
 
 TEST(system_corners, chunks_are_aligned_and_zero_wherever_the_system_puts_them) {
     std::vector<void*> pages;
     std::vector<char*> chunks;
     for (int i = 0; i < 8; ++i) {
-        // A page between two chunks, so that the next one would begin at an odd place.
+        // Puts a page between two chunks, so that the next chunk would begin at an odd address.
         pages.push_back(::mmap(nullptr, 4096, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
         auto* const chunk = static_cast<char*>(bk::take_chunks(bk::chunk_size));
         ASSERT_NE(chunk, nullptr);
@@ -55,7 +55,7 @@ TEST(system_corners, chunks_that_grow_stay_aligned_keep_what_they_hold_and_are_f
         size = grown;
     }
     EXPECT_EQ(bk::grow_chunks(chunks, size, std::size_t{1} << 60), nullptr);
-    std::fill(chunks, chunks + size, '\2'); // they are still there
+    std::fill(chunks, chunks + size, '\2'); // checks that they are still mapped
     bk::give_chunks_back(chunks, size);
 }
 
@@ -65,8 +65,8 @@ TEST(system_corners, chunks_that_the_kernel_does_not_move_stay_where_they_are) {
     auto* const chunks = static_cast<char*>(bk::take_chunks(size));
     ASSERT_NE(chunks, nullptr);
     std::fill(chunks, chunks + size, '\1');
-    ASSERT_EQ(::madvise(chunks, 4096, MADV_DONTDUMP),
-              0); // they are two mappings now, which cannot grow as one
+    // Splits them into two mappings, which cannot grow as one.
+    ASSERT_EQ(::madvise(chunks, 4096, MADV_DONTDUMP), 0);
     errno = kept;
     EXPECT_EQ(bk::grow_chunks(chunks, size, 2 * size), nullptr);
     EXPECT_EQ(errno, kept);

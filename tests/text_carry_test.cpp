@@ -8,7 +8,7 @@
 
 namespace {
 
-/// What a tree reads back as from its print, in one line.
+/// Prints a tree and parses the text. Returns the result on one line.
 std::string read_back(const ParserGroup& group, bool pretty = true) {
     const RecordingLog quiet(0);
     CoreString text;
@@ -20,7 +20,7 @@ std::string read_back(const ParserGroup& group, bool pretty = true) {
     return plain(text);
 }
 
-/// Parses a text, prints the tree, and parses that.
+/// Parses a text, prints the tree, and parses the print.
 std::string read_back(const char* text, bool pretty = true) {
     const RecordingLog quiet(0);
     ParserGroup group("g");
@@ -51,7 +51,7 @@ protected:
 
 using text_carry = BuiltTree;
 
-// What reads back as it was
+// What reads back unchanged
 
 TEST_F(text_carry, bools_ints_and_strings_read_back) {
     entry.add_bool(true);
@@ -125,7 +125,7 @@ TEST_F(text_carry, the_largest_array_count_that_reads_back_is_the_largest_int) {
 
 TEST_F(text_carry, a_string_that_ends_in_a_backslash_takes_in_a_further_value) {
     entry.add_string("x\\");
-    expect_carried(); // the end of the text closes it
+    expect_carried(); // the end of the text ends the string
     entry.add_int(1);
     EXPECT_EQ(read_back(group), " a <empty>");
 }

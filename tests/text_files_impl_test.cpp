@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-// Line ends as text files on Windows have them, on every platform.
+// Text files with the line ends of Windows, on every platform.
 
 namespace {
 
@@ -111,7 +111,7 @@ TEST(text_files, a_read_that_fails_is_told_when_the_file_is_closed) {
     const ScratchFolder folder;
     folder.write("data", "a\r\nb");
     for (const bool translates : {false, true}) {
-        const FaultAtCall device(3); // after the look and the opening
+        const FaultAtCall device(3); // the call after the look at the file and its opening
         bk::FileInput input;
         ASSERT_TRUE(input.open(folder.path("data"), translates));
         EXPECT_EQ(read_all(input), "");

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-// A spelling of a mebibyte and more is kept outside of the block that has the others of its entry.
+// A spelling of 1 MiB or more has a block of its own, apart from the other spellings of its entry.
 
 namespace {
 
@@ -112,7 +112,7 @@ TEST(text_long_spelling, a_document_with_one_is_freed_as_a_whole) {
         text += "item 1 2.5 \"text\"\n";
     }
     text += "long " + digits_of(2 * mebibyte) + "\nlong " + digits_of(3 * mebibyte);
-    const std::unique_ptr<ParserGroup> group = parsed(text); // the leak checks of the sanitizers see the rest
+    const std::unique_ptr<ParserGroup> group = parsed(text); // the sanitizers check for leaks
     ASSERT_EQ(group->get_entries().get_count(), 4002u);
     EXPECT_EQ(group->get_entries()[4000]->get_double(0), 7.5);
 }

@@ -203,7 +203,7 @@ TEST(text_parser_entries, a_group_that_a_text_is_read_into_twice_holds_it_twice)
     EXPECT_EQ(written(group), "g { a 1 a 1 }");
 }
 
-// What stands before the suffix is a name only together with it.
+// The text before the suffix is a name only together with the suffix.
 
 TEST(text_parser_entries, a_name_refused_without_its_suffix_is_logged_by_the_group) {
     ParsedText parsed("yes[2] 1 ");

@@ -10,7 +10,7 @@ struct Example {
     const char* message;
 };
 
-/// One text for each message, which is the only one that it gives.
+/// One text for each message. The text gives no other message.
 const Example examples[] = {
     {"= ", "ParserGroup.set_text: (1:0) Entry '=' wrongly placed.\n"},
     {", ", "ParserGroup.set_text: (1:0) Entry ',' wrongly placed.\n"},

@@ -5,14 +5,14 @@
 
 namespace {
 
-/// The type of the value that a word makes, as the word itself says; "none" for what is no value.
+/// The type of the value that a ParserWord makes of the text; "none" if it is not a value.
 std::string type_of_word(const std::string& text) {
     OwnedWord word(text);
     ParserValue::Type type{};
     return word->is_value(type) ? plain(ParserValue::get_type_name(type)) : "none";
 }
 
-/// The same, as the parser takes the word.
+/// The type of the value that the parser makes of the text.
 std::string type_of_parsed(const std::string& text) {
     ParsedText parsed("a 0 " + text + " ");
     const bool is_taken = parsed.count() == 1 && parsed.entry(0).get_value_count() == 2;

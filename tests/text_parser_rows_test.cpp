@@ -1,4 +1,4 @@
-// Words are cut in blocks, and numbers in rows. Where a block ends and how a row is taken must not be seen.
+// The parser cuts words in blocks, and numbers in rows. The ends of blocks and rows must not change a result.
 
 #include "parser/parser_group.h"
 #include "tests/support/recording_log.h"
@@ -57,7 +57,7 @@ const T& pick(const T (&choices)[N], std::mt19937& random) {
     return choices[random() % N];
 }
 
-/// Words that nobody would write down so; about every other one is a plain number.
+/// Words in an order that nobody would write. About every second one is a plain number.
 std::string random_text(std::mt19937& random) {
     std::string text = "first { ";
     for (int i = 0; i < 40; ++i) {
@@ -68,7 +68,7 @@ std::string random_text(std::mt19937& random) {
     return text;
 }
 
-/// What reading a text gives, places counted from a line.
+/// The results of reading a text. Subtracts `lines_before` from the line numbers.
 class Reading {
 public:
     Reading(const std::string& text, AppProgressBar* progress, core_ulong lines_before = 0) {

@@ -8,7 +8,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/// The words of a text without entries, each as the fault that it is: "<line>:<column> <word>".
+/// The words of a text without entries. Each is a fault: "<line>:<column> <word>".
 Words words_of(std::string_view text) {
     constexpr std::string_view before = "ParserGroup.set_text: (";
     constexpr std::string_view value = ") Value without entry: ";

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// A document with everything that the syntax has, and every one of the example project, in an order that does
-/// not change.
+/// A document with every construct of the syntax, and every document of the example project, in a fixed
+/// order.
 const std::vector<std::string>& documents() {
     static const std::vector<std::string> all = [] {
         std::vector<std::string> texts = example_texts("project");
@@ -27,7 +27,7 @@ std::string print(const ParserGroup& group, bool pretty) {
     return plain(text);
 }
 
-/// Makes small texts out of slices of the documents.
+/// Makes small texts from pieces of the documents.
 class Mutator {
 public:
     explicit Mutator(unsigned int seed) : random_(seed) {}
@@ -80,7 +80,7 @@ private:
     std::mt19937 random_;
 };
 
-/// What a text reads as, printed and read again.
+/// Reads a text, prints the tree, and reads the print.
 struct RoundTrip {
     RoundTrip(std::string_view text, double version, bool pretty) : first("g"), second("g") {
         first.set_text(CoreString(text), CoreVersion(version), nullptr);
@@ -160,7 +160,7 @@ TEST(text_round_trip, a_print_reads_without_faults) {
         ParserGroup again("g");
         again.set_text(text, CoreVersion(1.2), nullptr);
         for (const LoggedMessage& message : log.messages) {
-            // A group ends the argument list that it stands in.
+            // A group ends the argument list that it is in.
             EXPECT_TRUE(message.text.ends_with("Closing an argument list without entry\n")) << message.text;
         }
     }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t block = bk::TextMasks::width;
 
-/// The masks by one look at each character's classes.
+/// The masks, computed from the classes of each character.
 bk::TextMasks expected_masks(const std::string& text) {
     bk::TextMasks masks;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -57,13 +57,13 @@ void expect_masks(const std::string& text) {
     }
 }
 
-/// The first quote or line break, by one look at each character.
+/// The first quote or line break, found one character at a time.
 const char* expected_string_stop(const char* p, const char* end) {
     return std::find_if(
         p, end, [](char character) { return bk::is_char(character, bk::CHAR_LINE_BREAK | bk::CHAR_QUOTE); });
 }
 
-/// Compares what the searches find from every place of a text with what the slow ones find.
+/// Compares the searches from every place of a text with the slow ones.
 void expect_same_from_everywhere(const std::string& text) {
     const char* const end = text.data() + text.size();
     for (const char* p = text.data(); p <= end; ++p) {
@@ -82,8 +82,8 @@ void expect_same_from_everywhere(const std::string& text) {
 std::string random_text(std::mt19937& random, std::size_t size) {
     static const std::string alphabet =
         std::string("aez AEZ_0x59.-+#\"\\'{}(),:=<>[]/\t\n\r\v\f|~\x01\x7f\x80\xff") + '\0';
-    const std::size_t few =
-        1 + random() % alphabet.size(); // some texts are of few characters, with long runs
+    // Some texts have few different characters, and so long runs of one.
+    const std::size_t few = 1 + random() % alphabet.size();
     std::string text(size, ' ');
     for (char& character : text) {
         character = alphabet[random() % few];

@@ -11,13 +11,14 @@
 #include <random>
 #include <sstream>
 
-// Texts are read in two ways: entries whole where they are certain, and word by word. Both must make the same of every text:
-// the tree, the places of its entries, the faults with theirs, and the result. With a number in BK_PARSER_MUTANTS the last test
-// takes so many texts instead of a few, and the first one every place: BK_PARSER_MUTANTS=1000000 build/text_ways_impl_test
+// The parser reads texts in two ways: it cuts whole entries where that is safe, and reads word by word
+// elsewhere. Both must give the same tree, places of entries, faults with their places, and result for every
+// text. A number in BK_PARSER_MUTANTS is the number of texts of the last test, and makes the first test use
+// every place: BK_PARSER_MUTANTS=1000000 build/text_ways_impl_test
 
 namespace {
 
-/// Builds the tree, and is told entries in parts, even where they were cut whole.
+/// Builds the tree. Has only the calls for parts of entries, also for entries that were cut whole.
 class PartSink {
 public:
     PartSink(ParserGroup& root, bool has_escapes, ParserReadObserver* observer, const ParserLimits& limits)
@@ -39,7 +40,7 @@ private:
     bk::TreeSink tree_;
 };
 
-/// Sees each word, so that none of them is passed over.
+/// Has a call for each word, so that the parser skips none.
 class WordSink : public PartSink {
 public:
     using PartSink::PartSink;
@@ -80,7 +81,7 @@ void read(Read& into, std::string_view text, bool has_escapes, bool is_watched) 
     into.faults = notes.get();
 }
 
-/// The first entry whose place differs, in trees that are equal otherwise.
+/// The first entry whose place differs, in trees that are otherwise equal.
 std::string place_difference(const ParserGroup& left, const ParserGroup& right) {
     for (unsigned int i = 0; i < left.get_entries().get_count(); ++i) {
         const ParserEntry& a = *left.get_entries()[i];
@@ -134,7 +135,7 @@ const std::vector<std::string>& documents() {
     return all;
 }
 
-/// Entries of the shapes that are taken whole, and of others that look alike, with a few characters changed.
+/// Entries of the shapes that are cut whole, and similar ones, with a few changed characters.
 std::string mutant(std::mt19937& random) {
     static const std::vector<std::string> pieces = {
         "a ",

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// a 1, b { c "x" d { e 2 } }
+/// The tree a 1, b { c "x" d { e 2 } }.
 class Document : public testing::Test {
 protected:
     Document() : root("root") {

@@ -13,7 +13,7 @@
 #include <windows.h>
 #endif
 
-// What becomes of the heap of a thread that has ended, however the thread was made.
+// What happens to the heap of a thread that has ended, however the thread was made.
 
 namespace {
 
@@ -28,7 +28,7 @@ protected:
     }
 };
 
-/// Leaves a block in use, so that the page of the heap is not empty when the thread ends.
+/// Keeps a block in use, so that the page of the heap is not empty when the thread ends.
 bk::SlabHeap* heap_after_use(void*& kept) {
     kept = CoreMemory::allocate(block_size);
     CoreMemory::release(CoreMemory::allocate(block_size), block_size);
@@ -59,7 +59,8 @@ TEST_F(thread_end, a_thread_takes_over_the_heap_of_one_that_has_ended) {
 std::mutex seen_lock;
 std::map<std::thread::id, bk::SlabHeap*> seen_at_the_end;
 
-/// It holds nothing: some runtimes free a thread's thread_local objects before they run their destructors.
+/// Has no members, because some runtimes free a thread's thread_local objects before they run their
+/// destructors.
 struct AllocatesAtTheEnd {
     ~AllocatesAtTheEnd() {
         void* const block = CoreMemory::allocate(block_size);
@@ -76,7 +77,8 @@ TEST_F(thread_end, a_thread_local_object_that_allocates_last_gets_no_second_heap
     std::set<bk::SlabHeap*> heaps;
     for (int i = 0; i < 50; ++i) {
         std::thread([&] {
-            static thread_local AllocatesAtTheEnd user; // destroyed after the library has given the heap up
+            // Destroyed after the library has given up the heap.
+            static thread_local AllocatesAtTheEnd user;
             static_cast<void>(&user);
             void* block = nullptr;
             heaps.insert(heap_after_use(block));

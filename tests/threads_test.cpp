@@ -16,14 +16,14 @@
 #include <thread>
 #include <vector>
 
-// A tree is used by one thread at a time, and different trees by as many as there are. Built under the thread sanitizer
-// as well, whose word counts.
+// Only one thread at a time may use a tree. Different trees may be in use on any number of threads. The
+// thread sanitizer checks these tests, too.
 
 namespace {
 
 constexpr int thread_count = 8;
 
-/// Runs the action on eight threads, which begin together.
+/// Runs the action on eight threads that begin at the same time.
 void on_all_threads(const std::function<void(int)>& action) {
     std::barrier start(thread_count);
     std::vector<std::thread> threads;
@@ -49,7 +49,7 @@ CoreString scene(int seed) {
     return text;
 }
 
-/// Counts, from whatever thread.
+/// Counts messages from any thread.
 class CountingLog : public CoreLogHandler {
 public:
     CountingLog() : previous_(s_main_log_handler) { s_main_log_handler = this; }
@@ -67,7 +67,7 @@ private:
 
 } // namespace
 
-// This test stands first: what the library makes at its first use is made by eight threads at once.
+// Must be the first test: eight threads at once make what the library makes at its first use.
 TEST(threads, the_first_use_of_everything_may_happen_on_all_threads_at_once) {
     const ScratchFolder folder;
     std::atomic<int> whole = 0;
@@ -235,7 +235,7 @@ TEST(threads, one_tree_may_be_read_by_all_once_its_numbers_are_converted) {
 }
 
 TEST(threads, strings_of_one_tree_may_be_asked_for_by_all) {
-    for (int round = 0; round < 50; ++round) { // each begins with strings that nobody has asked for
+    for (int round = 0; round < 50; ++round) { // each round begins with strings that no thread has asked for
         ParserEntry entry("e", ParserEntry::TYPE_ENTRY, 0, 0);
         entry.add_string("short");
         entry.add_string("a string that is long enough for a block of its own");

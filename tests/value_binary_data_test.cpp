@@ -25,7 +25,7 @@ ParserValue value_of(std::string bytes) {
     return ParserValue(bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
 
-/// The literal, written down once more.
+/// A second implementation of the literal.
 std::string literal(const std::string& bytes) {
     std::string text = "0x";
     char digits[3];
@@ -76,7 +76,7 @@ TEST(value_binary_data, every_byte_is_written_and_read) {
 }
 
 TEST(value_binary_data, the_sum_wraps_at_thirty_two_bits) {
-    const unsigned int count = 16843010; // 255 times this is just above 2^32
+    const unsigned int count = 16843010; // 255 times this is slightly above 2^32
     const std::string text = written(value_of(std::string(count, '\xFF')));
     ASSERT_EQ(text.size(), 10u + 2u * count);
     EXPECT_EQ(text.substr(text.size() - 10), "FFFE000000");

@@ -18,7 +18,7 @@ constexpr double largest = 1.7976931348623157e308;
 const char* const bad_string = "ParserValue.bin_to_string: Failed to parse string\n";
 const char* const bad_data = "ParserValue.bin_to_binary_data: Failed to parse string\n";
 
-/// Decodes from a place in a buffer, and expects the position to advance by so much.
+/// Decodes from a position in a buffer, and expects the position to grow by `advance`.
 template <class Decode>
 auto decoded(std::string_view bytes, Position advance, Decode decode) {
     const std::string before = "***";
@@ -33,7 +33,7 @@ std::string decoded_string(std::string_view bytes, Position advance) {
     return plain(decoded(bytes, advance, ParserValue::bin_to_string));
 }
 
-/// "null" or the bytes in hexadecimal.
+/// "null", or the bytes in hexadecimal.
 std::string decoded_data(std::string_view bytes, Position advance) {
     unsigned int size = 77;
     void* const data = decoded(bytes, advance, [&](const auto& buffer, Position& position) {
@@ -52,7 +52,7 @@ std::unique_ptr<ParserValue> decoded_value(std::string_view bytes, Position adva
     return std::unique_ptr<ParserValue>(decoded(bytes, advance, ParserValue::bin_to_value));
 }
 
-/// Type and text of a value.
+/// The type and text of a value.
 std::string described(std::string_view bytes, Position advance) {
     const auto value = decoded_value(bytes, advance);
     return value == nullptr ? "null" : type_name(*value) + " " + written(*value);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// What an encoder appended to a buffer that held a byte already, and the number that it returned.
+/// The bytes that an encoder appended to a buffer of one byte. Expects it to count them correctly.
 template <class Encode>
 std::string encoded(unsigned long long expected_count, Encode encode) {
     CoreVector<char> out = buffer("*");
@@ -21,7 +21,7 @@ std::string encoded(unsigned long long expected_count, Encode encode) {
     return hex(bytes_of(out).substr(1));
 }
 
-/// The binary form of a value, added to a buffer and a count that are not at zero. Nothing may be logged.
+/// The binary form of a value. The buffer and the count are not empty before. Expects no message.
 std::string binary_of(const ParserValue& value, bool with_type = true) {
     RecordingLog log;
     CoreVector<char> out = buffer("*");

@@ -92,8 +92,8 @@ TEST(value_copy, a_copy_of_a_group_is_deep) {
     EXPECT_EQ(written(copy), "g { a 1 inner { b \"x\" } }");
 }
 
-/// A value whose storage is given back without its destructor, as the one of two values that share their
-/// content and that is not to release it.
+/// A value whose storage is freed without its destructor. When two values share their content, only one of
+/// them may release it.
 class UnreleasedValue {
 public:
     explicit UnreleasedValue(int number) : value_(new ParserValue(number)) {}

@@ -20,7 +20,7 @@ namespace {
 
 constexpr double largest = 1.7976931348623157e308;
 
-/// One new value of every type and of every way of holding it.
+/// A new value of each type and each way of storing it.
 std::vector<std::unique_ptr<ParserValue>> every_value() {
     char bytes[] = "some bytes";
     std::vector<std::unique_ptr<ParserValue>> values;
@@ -126,7 +126,7 @@ TEST(value_setter, a_scalar_is_set_to_what_stands_in_the_own_string) {
     }
 }
 
-/// A value whose bytes are those of a scalar.
+/// Binary data with the bytes of a number.
 template <class Scalar>
 ParserValue bytes_of(Scalar scalar) {
     return ParserValue(&scalar, sizeof(scalar));

@@ -17,17 +17,18 @@
 #endif
 #include <windows.h>
 
-// What only Windows has: wide names, backslashes, drives, text files with CR LF, and files that others hold.
+// Specific to Windows: wide names, backslashes, drives, text files with CR LF, and files that other programs
+// hold open.
 
 namespace {
 
 namespace fs = std::filesystem;
 using Messages = std::vector<std::string>;
 
-// In no code page at once: Latin, Greek, Japanese, and a character outside the first plane.
+// No code page has all of these characters: Latin, Greek, Japanese, and one above U+FFFF.
 const std::string many_scripts = "\xC3\xA9t\xC3\xA9 \xCE\xBB \xE6\x97\xA5 \xF0\x9D\x84\x9E";
 
-/// Holds a file open as another program does, for as long as it lives.
+/// While it lives, a file is open as if another program held it.
 class HeldFile {
 public:
     HeldFile(const std::string& path, DWORD share)
@@ -180,7 +181,7 @@ TEST(windows_files, a_path_may_be_longer_than_260_characters) {
     EXPECT_TRUE(store(file, "b 2\n"));
     EXPECT_EQ(load("\\\\?\\" + file), "b 2\n");
     EXPECT_NE(DeleteFileW(to_wide("\\\\?\\" + file).c_str()), 0);
-    for (int i = 0; i < 6; ++i) { // what removes the folder above knows no such paths
+    for (int i = 0; i < 6; ++i) { // the destructor of the folder does not support such paths
         EXPECT_NE(RemoveDirectoryW(to_wide("\\\\?\\" + path).c_str()), 0) << path;
         path.resize(path.size() - 61);
     }
@@ -194,7 +195,7 @@ TEST(windows_files, a_share_that_is_not_there_holds_no_file) {
 }
 
 TEST(windows_files, names_of_devices_are_no_documents) {
-    EXPECT_TRUE(store("NUL", "content")); // takes everything
+    EXPECT_TRUE(store("NUL", "content")); // this device takes everything
     EXPECT_EQ(load("NUL"), "");
     EXPECT_EQ(plain(SysFilesystem::get_full_file_path("D:\\a\\..\\b")), "D:\\b");
 }

@@ -31,7 +31,7 @@ const Kind kinds[] = {{'o', &ParserWord::is_operator, ParserWord::TYPE_OPERATOR}
                       {'k', &ParserWord::is_keyword, ParserWord::TYPE_KEYWORD},
                       {'n', &ParserWord::is_identifier, ParserWord::TYPE_IDENTIFIER}};
 
-/// A text and the letters of the kinds that take it when nothing has classified it before.
+/// A text, and the letters of the classifiers that accept it if no other was called before.
 struct Text {
     std::string text;
     std::string letters;

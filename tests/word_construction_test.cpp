@@ -20,7 +20,7 @@ void expect_bare(const ParserWord& word) {
     EXPECT_EQ(word.get_type(), ParserWord::TYPE_UNKNOWN);
 }
 
-/// A word over some characters of a text.
+/// A word for some characters of a text.
 ParserWord word_at(const CoreString& text, unsigned int start, unsigned int length) {
     ParserWord word(text, false, default_parser_serial_version);
     for (unsigned int i = 0; i < length; ++i) {

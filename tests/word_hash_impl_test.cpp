@@ -14,7 +14,7 @@ std::uint64_t turned(std::uint64_t number, unsigned int by) {
     return number << by | number >> (64 - by);
 }
 
-/// One round, put down as the authors draw it: two halves, then their words crossed over.
+/// One round as in the description by the authors: two halves, after which the words cross over.
 void round(State& v) {
     v[0] += v[1];
     v[2] += v[3];
@@ -82,7 +82,7 @@ TEST(word_hash, words_of_every_length_hash_as_the_reference_says) {
 TEST(word_hash, words_that_the_plain_hash_takes_for_one_differ) {
     std::set<std::uint64_t> hashes;
     for (std::size_t length = 0; length < 100; ++length) {
-        hashes.insert(bk::WordHash::of(std::string(length, '\0'))); // all zero to a hash without a key
+        hashes.insert(bk::WordHash::of(std::string(length, '\0'))); // 0 for each in a hash without a key
     }
     EXPECT_EQ(hashes.size(), 100u);
 }

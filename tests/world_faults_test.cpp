@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-// Every call by which a document reaches the disk fails once. Whatever fails, the disk has the whole old document or the
-// whole new one and nothing beside it, and a document that is read is whole or refused.
+// Each call by which a document reaches the disk fails once. The disk must then have the complete old
+// document or the complete new one, and no other file. A document that is read must be complete or refused.
 
 namespace {
 
@@ -37,7 +37,7 @@ protected:
         file.get_root().remove_entry("#Brellwick_Serial_Version");
     }
     CoreString target() const { return folder_.core_path("document"); }
-    /// What the disk holds.
+    /// The document on the disk.
     std::string stored() const { return folder_.exists("document") ? folder_.read("document") : "nothing"; }
     std::string store(ParserFile& file) const {
         const RecordingLog log(0);

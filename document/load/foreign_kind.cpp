@@ -61,17 +61,24 @@ bool is_control(char byte) noexcept {
     return ((code < 0x20) & (from_tab > '\r' - '\t')) | (code == 0x7F);
 }
 
-std::size_t count_controls(std::string_view sample) noexcept {
-    constexpr std::size_t block = 192; // that a byte can count
-    std::size_t count = 0;
-    for (std::size_t begin = 0; begin < sample.size(); begin += block) {
-        unsigned char controls = 0;
-        for (const char byte : sample.substr(begin, block)) {
-            controls = static_cast<unsigned char>(controls + (is_control(byte) ? 1 : 0));
-        }
-        count += controls;
+/// Of at most so many bytes as a byte can count.
+unsigned char count_in_block(const char* text, std::size_t size) noexcept {
+    unsigned char controls = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        controls = static_cast<unsigned char>(controls + (is_control(text[i]) ? 1 : 0));
     }
-    return count;
+    return controls;
+}
+
+/// Counts in blocks of one size, for which the compiler makes a third as many instructions as for blocks of any size.
+std::size_t count_controls(std::string_view sample) noexcept {
+    constexpr std::size_t block = 128;
+    std::size_t count = 0;
+    std::size_t begin = 0;
+    for (; sample.size() - begin >= block; begin += block) {
+        count += count_in_block(sample.data() + begin, block);
+    }
+    return count + count_in_block(sample.data() + begin, sample.size() - begin);
 }
 
 std::string_view kind_of_mark(std::string_view sample, bool has_controls) noexcept {

@@ -94,7 +94,7 @@ LoadResult Loader::parse(std::string_view text) {
 
 void Loader::read_any(CoreString&& bytes, const Meter::Range& range) {
     state_->form = lost_ == nullptr ? form_of(bytes.get_view()) : likely_form_of(bytes.get_view());
-    state_->document_files.push_back({path_of_text(name_), state_->absolute, bytes.get_length(), 0, 0});
+    state_->document_files.push_back({state_->path, state_->absolute, bytes.get_length(), 0, 0});
     if (lost_ != nullptr && state_->form != Form::text) {
         salvage(std::move(bytes), range);
         take_version_entry();
@@ -129,9 +129,6 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     const CoreVector<CoreString> folders = search_folders();
     const CoreString key{std::string_view(options_.key)};
     SourceLoader host(*state_, sources_, problems_, meter_, range.part(0, 0.2), facts_);
-    if (!options_.keep_sources && lost_ == nullptr) {
-        host.drop_document(gaps_, expanded_);
-    }
     const bool is_file = !path_.empty();
     bk::Preprocessor preprocessor(folders, key, host, options_.limits,
                                   {options_.beside && is_file, options_.working_folder || !is_file, true,

@@ -63,7 +63,6 @@ private:
     std::string path_; // absolute
     SourceMap sources_;
     CoreString expanded_;            // the text that was parsed
-    CoreString gaps_;                // the bytes that it lacks of a document whose text was freed
     std::optional<ByteFacts> facts_; // of the document's bytes
     ProblemList problems_;
     LostParts* lost_ = nullptr;  // of a recovery

@@ -14,8 +14,6 @@ namespace bk_parser {
 
 namespace {
 
-// In bytes. A shorter text is a block of the global heap, whose memory the pages of the tree cannot use.
-constexpr std::size_t least_dropped = std::size_t{4} << 20;
 constexpr double reading_share = 0.3; // of what a file costs before it is parsed
 
 bool ends_word(char character) noexcept {
@@ -67,7 +65,6 @@ bool SourceLoader::accepts_deciphered(const CoreString& text) {
 
 void SourceLoader::failed(const bk::SourceFailure& failure) {
     using bk::SourceFault;
-    stop_collecting();
     switch (failure.fault) {
     case SourceFault::no_version: // told where the version stands
         return;
@@ -138,7 +135,6 @@ void SourceLoader::tell(std::string_view code, std::string message) {
 }
 
 void SourceLoader::include_found(const bk::SourcePiece& piece) {
-    stop_collecting();
     sources_.note_directive(piece.directive_offset);
     includes_.found(piece);
     directive_ = sources_.here(piece.directive_offset, piece.directive_length);
@@ -186,9 +182,6 @@ void SourceLoader::entered(const bk::SourceEntered& file) {
     const bool is_clean = facts_ && facts_->are_clean();
     open_.push_back({range_, file.text.get_length(), 0, is_clean});
     facts_.reset();
-    if (!is_clean || file.text.get_length() < least_dropped) {
-        stop_collecting();
-    }
     resume();
 }
 
@@ -197,23 +190,8 @@ void SourceLoader::left(CoreString&& text) {
     meter_.stop(open_.back().size);
     open_.pop_back();
     includes_.left();
-    const bool is_dropped = gaps_ != nullptr && sources_.can_drop_document();
-    if (is_dropped) {
-        gaps_->append(text.get_view().substr(collected_));
-    }
     sources_.leave(std::move(text), is_clean);
-    if (is_dropped) {
-        sources_.drop_document(*gaps_, *expanded_);
-    }
     resume();
-}
-
-/// The text of the document is kept.
-void SourceLoader::stop_collecting() noexcept {
-    if (gaps_ != nullptr) {
-        gaps_->clear();
-        gaps_ = nullptr;
-    }
 }
 
 /// Goes on with the innermost file.
@@ -231,12 +209,6 @@ void SourceLoader::copied(const bk::SourcePiece& piece, unsigned int expanded) {
         sources_.note_joint();
     }
     last_ = text.back();
-    if (gaps_ != nullptr) {
-        const std::size_t size = piece.offset - collected_;
-        gaps_->append({text.data() - size, size});
-        collected_ = end;
-    }
-    open_.back().done = end;
     meter_.reach(end);
 }
 

@@ -25,14 +25,6 @@ public:
         : state_(state), sources_(sources), problems_(problems), meter_(meter), range_(range),
           includes_(state), has_key_(!state.key.empty()), facts_(facts) {}
 
-    /// Frees the text of a large document with comments before the expanded text is parsed, so that the tree takes its memory.
-    /// Collects what the expanded text lacks, so that a problem can have the text again. The caller keeps both strings, and puts the
-    /// expanded text into its own as soon as it is complete.
-    void drop_document(CoreString& gaps, const CoreString& expanded) noexcept {
-        gaps_ = &gaps;
-        expanded_ = &expanded;
-    }
-
     bk::SourceRead read(const CoreString& path, core_uint64 most, CoreString& bytes) override;
     bool read_as_text(const CoreString& path, CoreString& text) override;
     bool accepts_deciphered(const CoreString& text) override;
@@ -54,7 +46,6 @@ private:
 
     void tell(std::string_view code, std::string message);
     void tell_rest(const bk::SourceEntered& file);
-    void stop_collecting() noexcept;
     std::string circle_text(const bk::SourceFailure& failure) const;
     void resume();
 
@@ -74,9 +65,6 @@ private:
     core_uint64 most_ = 0;           // that could be read of it
     std::optional<ByteFacts> facts_; // of the file that is entered next, as it is stored
     char last_ = ' ';                // of the expanded text
-    CoreString* gaps_ = nullptr;     // null when they are not collected
-    const CoreString* expanded_ = nullptr;
-    std::size_t collected_ = 0; // up to where, in the document's text
 };
 
 } // namespace bk_parser

@@ -4,25 +4,12 @@
 
 namespace bk_parser {
 
-namespace {
-
-constexpr std::size_t least_pieces = 64; // for which there is room at once
-
-} // namespace
-
 std::size_t SourceMap::file_index(const SourceName& name, std::string_view path) {
-    const auto found = files_by_path_.find(std::string(path));
-    if (found != files_by_path_.end()) {
-        return found->second;
+    const auto [place, is_new] = files_by_path_.try_emplace(std::string(path), files_.size());
+    if (is_new) {
+        files_.push_back(std::make_unique<SourceFile>(SourceFile{name, std::string(path), SourceText()}));
     }
-    files_.push_back(std::make_unique<SourceFile>(SourceFile{name, std::string(path), SourceText()}));
-    files_by_path_.emplace(path, files_.size() - 1);
-    return files_.size() - 1;
-}
-
-/// Makes room for more pieces.
-void SourceMap::grow() {
-    pieces_.reserve(std::max(least_pieces, 2 * pieces_.size()));
+    return place->second;
 }
 
 /// When memory runs out, throws before it adds the file to the open ones, so that every open file was entered whole.
@@ -41,33 +28,6 @@ void SourceMap::leave(CoreString&& text, bool is_clean) {
         file.is_clean = is_clean;
     }
     open_.pop_back();
-}
-
-/// A document of one piece may be borrowed by the expanded text.
-bool SourceMap::can_drop_document() const noexcept {
-    return inclusions_.size() == 1 && pieces_.size() > 1 &&
-           (directives_.empty() || directives_.back().offset < pieces_.front().offset);
-}
-
-void SourceMap::drop_document(const CoreString& gaps, const CoreString& expanded) {
-    files_.front()->text.drop(pieces_.front().offset, [this, &gaps, &expanded] {
-        return join_document(gaps.get_view(), expanded.get_view());
-    });
-}
-
-CoreString SourceMap::join_document(std::string_view gaps, std::string_view expanded) const {
-    CoreString text;
-    text.reserve(static_cast<unsigned int>(gaps.size() + expanded.size()));
-    std::size_t end = 0; // of the piece before
-    for (const Piece& piece : pieces_) {
-        const std::size_t gap = piece.offset - end;
-        text.append(gaps.substr(0, gap));
-        text.append(expanded.substr(piece.expanded, piece.length));
-        gaps.remove_prefix(gap);
-        end = std::size_t{piece.offset} + piece.length;
-    }
-    text.append(gaps);
-    return text;
 }
 
 Spot SourceMap::find(std::size_t expanded, std::size_t length) const {

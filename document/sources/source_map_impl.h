@@ -1,9 +1,11 @@
 #pragma once
 
+#include "document/sources/memory_allocator_impl.h"
 #include "document/sources/source_text_impl.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -52,6 +54,10 @@ public:
         std::uint32_t inclusion;
     };
 
+    /// In blocks, which grow without copies and come from the pages of the tree. A vector costs a load of 20 MiB with 120,000
+    /// comments 700 page faults.
+    using Pieces = std::deque<Piece, MemoryAllocator<Piece>>;
+
     /// The place of an include directive or a version line, neither of which is a part of the expanded text.
     struct Directive {
         std::uint32_t offset;
@@ -74,19 +80,12 @@ public:
                 return false;
             }
         }
-        if (pieces_.size() == pieces_.capacity()) {
-            grow();
-        }
         pieces_.push_back({static_cast<std::uint32_t>(expanded), static_cast<std::uint32_t>(offset),
                            static_cast<std::uint32_t>(length), static_cast<std::uint32_t>(inclusion)});
         return true;
     }
     /// The last piece begins inside a word.
     void note_joint() { joints_.push_back(static_cast<std::uint32_t>(pieces_.size() - 1)); }
-    /// Drops the text of a document without includes whose directives are all before its first piece. `gaps` are the bytes
-    /// before, between and after its pieces. The caller keeps them and the expanded text alive, and must not move the map.
-    void drop_document(const CoreString& gaps, const CoreString& expanded);
-    bool can_drop_document() const noexcept;
 
     /// A directive of the current file, after all that came before.
     void note_directive(std::size_t offset) {
@@ -112,7 +111,7 @@ public:
     /// Each file once, in the order of its first inclusion.
     const std::vector<std::unique_ptr<SourceFile>>& get_files() const noexcept { return files_; }
     /// By ascending place in the expanded text. No piece continues the one before it.
-    const std::vector<Piece>& get_pieces() const noexcept { return pieces_; }
+    const Pieces& get_pieces() const noexcept { return pieces_; }
     /// The indices in get_pieces of the pieces that begin inside a word.
     const std::vector<std::uint32_t>& get_joints() const noexcept { return joints_; }
     /// In the order of the reading, those of each inclusion by their place.
@@ -123,15 +122,13 @@ public:
     std::size_t get_expanded_size() const noexcept;
 
 private:
-    void grow();
     std::size_t file_index(const SourceName& name, std::string_view path);
-    CoreString join_document(std::string_view gaps, std::string_view expanded) const;
 
     std::vector<std::unique_ptr<SourceFile>> files_;
     std::unordered_map<std::string, std::size_t> files_by_path_;
     std::vector<Inclusion> inclusions_;
     std::vector<std::size_t> open_; // inclusions that were entered and not left, outermost first
-    std::vector<Piece> pieces_;     // by ascending expanded offset
+    Pieces pieces_;                 // by ascending expanded offset
     std::vector<std::uint32_t> joints_;
     std::vector<Directive> directives_;
 };

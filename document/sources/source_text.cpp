@@ -4,19 +4,8 @@
 #include "document/sources/byte_scan_impl.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace bk_parser {
-
-void SourceText::drop(std::size_t kept, std::function<CoreString()> restore) {
-    text_ = CoreString(text_.get_view().substr(0, kept));
-    restore_ = std::move(restore);
-}
-
-void SourceText::restore() const {
-    text_ = restore_();
-    restore_ = nullptr;
-}
 
 void SourceText::find_lines() const {
     if (!starts_.empty()) {

@@ -3,7 +3,6 @@
 #include "core/core_string.h"
 
 #include <cstddef>
-#include <functional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -23,18 +22,8 @@ public:
     SourceText() = default;
     explicit SourceText(CoreString&& text) noexcept : text_(std::move(text)) {}
 
-    /// The whole text. Restores a dropped text first, which allocates memory.
-    std::string_view get_text() const {
-        if (restore_) {
-            restore();
-        }
-        return text_.get_view();
-    }
-    /// Frees the text except its first `kept` bytes. `restore` must return the whole text when it is needed again.
-    void drop(std::size_t kept, std::function<CoreString()> restore);
-    /// The kept bytes of a dropped text; the whole of any other text. Does not restore a dropped text.
-    std::string_view get_head() const noexcept { return text_.get_view(); }
-    /// Moves the text to the caller. The text must not be dropped.
+    std::string_view get_text() const noexcept { return text_.get_view(); }
+    /// Moves the text to the caller.
     CoreString take() noexcept { return std::move(text_); }
     std::size_t get_line_count() const;
     /// Logarithmic in the lines, and linear in the length of the line. Asking for places from left to right walks a line only once.
@@ -44,13 +33,11 @@ public:
     std::size_t line_end(std::size_t offset) const;
 
 private:
-    void restore() const;
     void find_lines() const;
     std::size_t line_index(std::size_t offset) const;
 
-    mutable CoreString text_;
-    mutable std::function<CoreString()> restore_; // of a dropped text
-    mutable std::vector<std::size_t> starts_;     // of lines; found when first asked for
+    CoreString text_;
+    mutable std::vector<std::size_t> starts_; // of lines; found when first asked for
     // Where the last column was counted, from which the next one is counted on.
     mutable std::size_t counted_line_ = 0;
     mutable std::size_t counted_offset_ = 0;

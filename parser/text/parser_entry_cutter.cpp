@@ -66,7 +66,7 @@ void EntryCutter::make_record() noexcept {
     record.breaks = masks.breaks;
     record.first = {line_, line_start_};
     if (masks.breaks != 0) {
-        line_ += static_cast<core_ulong>(std::popcount(masks.breaks));
+        line_ += count_ones(masks.breaks);
         line_start_ = text + std::bit_width(masks.breaks);
     }
     follows_blank_ = masks.blanks >> 63 != 0;
@@ -95,8 +95,7 @@ LinePlace EntryCutter::place_of(const char* p) const noexcept {
     if (before == 0) {
         return record.first;
     }
-    return {record.first.line + static_cast<core_ulong>(std::popcount(before)),
-            p - offset % 64 + std::bit_width(before)};
+    return {record.first.line + count_ones(before), p - offset % 64 + std::bit_width(before)};
 }
 
 /// The first word after `p`, which is a blank.
@@ -224,8 +223,8 @@ const char* EntryCutter::cut_numbers(const char* p, KnownEntry& known) {
             return nullptr; // the stop is inside a word, or a word has 64 characters or more
         }
         const int size = 63 - std::countl_zero(before);
-        known.rows.push_back(
-            {p, starts & ((std::uint64_t{1} << size) - 1), before, window(&Record::double_marks, p)});
+        known.rows.push_back({p, starts & ((std::uint64_t{1} << size) - 1), before,
+                              window(&Record::double_marks, p), window(&Record::others, p)});
         known.text = {begin, static_cast<std::size_t>(p - begin + size)};
         p = stop != 0 ? p + std::countr_zero(stop) : next_word(p + size);
         if (stop != 0) {

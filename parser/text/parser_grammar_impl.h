@@ -15,6 +15,7 @@ namespace bk {
 ///     bool begin_entry(const EntryHead&, const Token&)   false when the name is refused
 ///     void add_value(ParserWord::Type, std::string_view) a value of the entry begun last
 ///     void make_function_call()                          that entry holds an argument list
+///     void close_arguments()                             optional: that list is closed
 ///     bool open_group(const Token&)                      that entry holds a group, whose entries follow; false
 ///                                                        when the text is not to be read any further
 ///     void close_group()
@@ -317,6 +318,9 @@ private:
             drop_entry(ParserReadObserver::FAULT_CLOSING_NO_ARGUMENTS, word);
         } else {
             level_.has_entry = false;
+            if constexpr (requires(Sink & sink) { sink.close_arguments(); }) {
+                sink_.close_arguments();
+            }
         }
     }
 

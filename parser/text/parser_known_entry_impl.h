@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/core_string.h"
+#include "core/text/core_bits_impl.h"
 #include "parser/words/parser_word_rules_impl.h"
 
 #include <bit>
@@ -49,6 +50,7 @@ struct KnownEntry {
         std::uint64_t starts;       ///< the first character of each number
         std::uint64_t ends;         ///< the character after each number
         std::uint64_t double_marks; ///< CHAR_DOUBLE_MARK
+        std::uint64_t others;       ///< the characters that no name contains, and so neither digits nor 'e'
 
         /// take(number, whether it is a double)
         template <class Take>
@@ -96,6 +98,17 @@ struct KnownEntry {
     /// A string, with its quotes, or "yes" or "no".
     std::string_view word() const noexcept {
         return kind == string ? std::string_view(text.data() - 1, text.size() + 2) : text;
+    }
+    /// Of an entry that holds no group.
+    unsigned int value_count() const noexcept {
+        if (kind != numbers) {
+            return 1;
+        }
+        unsigned int count = 0;
+        for (const Numbers& row : rows) {
+            count += count_ones(row.starts);
+        }
+        return count;
     }
     /// take(number, whether it is a double)
     template <class Take>

@@ -7,7 +7,6 @@
 #include "parser/model/parser_value_impl.h"
 #include "parser/text/parser_fault_text_impl.h"
 
-#include <bit>
 #include <exception>
 #include <memory>
 #include <new>
@@ -15,17 +14,6 @@
 namespace bk {
 
 namespace {
-
-unsigned int count_values(const KnownEntry& known) noexcept {
-    if (known.kind != KnownEntry::numbers) {
-        return 1;
-    }
-    unsigned int count = 0;
-    for (const KnownEntry::Numbers& row : known.rows) {
-        count += static_cast<unsigned int>(std::popcount(row.starts));
-    }
-    return count;
-}
 
 /// Makes all values of the entry, and copies their text in one piece.
 void fill_numbers(StoredValue* place, const KnownEntry& known, char* text) noexcept {
@@ -124,7 +112,7 @@ void TreeSink::add_entry(const KnownEntry& known) {
         add_word_by_word(known);
         return;
     }
-    const unsigned int count = count_values(known);
+    const unsigned int count = known.value_count();
     const std::size_t text_size = is_escaped  ? StoredValue::escaped_string_need(known.text.size())
                                   : is_string ? StoredValue::string_need(known.text.size())
                                               : known.text.size();

@@ -50,7 +50,7 @@ void WordStream::fill_block(const char* from) noexcept {
 
 void WordStream::count_lines(std::uint64_t breaks) noexcept {
     if (breaks != 0) {
-        line_ += static_cast<core_ulong>(std::popcount(breaks));
+        line_ += count_ones(breaks);
         line_start_ = block_ + std::bit_width(breaks);
     }
 }

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <cstring>
 
-// A program that knows the library from outside alone. It uses what needs the library's code, its virtual tables and
-// its templates, and ends with 0 when all of it works.
+// A program that uses the library as an outside user does. It uses functions, virtual tables and templates of
+// the library. It returns 0 when all of them work.
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "parser/parser_file.h"
 
-// Holds one of everything while a debugger looks.
+// Holds one object of each kind while a debugger looks at it.
 
 namespace {
 
@@ -32,7 +32,7 @@ int main() {
     ParserEntry other("other", ParserEntry::TYPE_ENTRY, 1, 1);
     other.add_int(1);
     other.add_string("two");
-    other.get_string(1); // stays where it is from now on
+    other.get_string(1); // from now on, this string keeps its address
     shared = other;
     look(file, root, made, shared, text);
 }

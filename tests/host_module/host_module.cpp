@@ -8,7 +8,7 @@ namespace {
 
 int alive = 0;
 
-/// Memory of the module's own, which only its own destructor gives back.
+/// Memory that the module allocates, and that only its own destructor frees.
 class Belongings {
 public:
     Belongings() : marks_(1000, 7) { ++alive; }

@@ -5,8 +5,8 @@
 #include "parser/parser_entry.h"
 #include "parser/parser_group.h"
 
-/// A module of a host's beside the library: a second shared object, or a second DLL. It derives from the library's classes and
-/// shows functions alone, so that its objects are known outside by their bases.
+/// A module of a host: a second shared object or DLL beside the library. It derives from classes of the
+/// library. It exports only functions, so other modules know its objects by their base classes.
 #if defined(_WIN32) && defined(HOST_MODULE_BUILDING)
 #define HOST_MODULE_API __declspec(dllexport)
 #elif defined(_WIN32)
@@ -17,23 +17,23 @@
 
 namespace host_module {
 
-/// How many objects of the module's classes are alive.
+/// The number of living objects of the module's classes.
 HOST_MODULE_API int living();
 
 HOST_MODULE_API ParserGroup* make_group(const char* name);
 HOST_MODULE_API ParserEntry* make_entry(const char* name);
-/// Of more bytes than a slab has blocks for.
+/// Makes an entry that is larger than any block of a slab.
 HOST_MODULE_API ParserEntry* make_large_entry(const char* name);
 HOST_MODULE_API CoreLogHandler* make_log_handler();
 HOST_MODULE_API AppProgressBar* make_progress_bar();
 
-/// What the module finds when it asks for its own class; -1 for objects of other classes.
+/// What the module finds after a cast to its own class; -1 for objects of other classes.
 HOST_MODULE_API int mark_of(const ParserGroup& group);
 HOST_MODULE_API int mark_of(const ParserEntry& entry);
 HOST_MODULE_API int count_messages(const CoreLogHandler& handler);
 HOST_MODULE_API int count_calls(const AppProgressBar& progress);
 
-/// Deletes objects of whatever class.
+/// Deletes an object of any class.
 HOST_MODULE_API void destroy(ParserGroup* group);
 HOST_MODULE_API void destroy(ParserEntry* entry);
 HOST_MODULE_API void destroy(CoreLogHandler* handler);

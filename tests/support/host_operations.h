@@ -134,7 +134,7 @@ inline const std::vector<HostOperation>& host_operations() {
              for (const CoreVector<char>& data : s.cut_data) {
                  core_uint64 position = 0;
                  s.entry.set_binary(data, position);
-                 position = 9; // among what is no size
+                 position = 9; // in the middle of the data, where no size begins
                  s.entry.set_binary(data, position);
              }
          }},

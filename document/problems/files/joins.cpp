@@ -63,7 +63,7 @@ Taken taken_before(const SourceMap& sources, const Piece& before, const Piece& p
 } // namespace
 
 Joins::Joins(std::string_view expanded, const SourceMap& sources) {
-    const std::vector<Piece>& pieces = sources.get_pieces();
+    const SourceMap::Pieces& pieces = sources.get_pieces();
     LineReaders lines(sources);
     for (const std::size_t i : sources.get_joints()) {
         const std::size_t at = pieces[i].expanded;

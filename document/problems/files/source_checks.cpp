@@ -23,10 +23,9 @@ constexpr std::string_view blanks = " \t\r\n";
 /// Checks one file by its pieces, at the first place where it is included.
 class FileChecks {
 public:
-    /// Reads only the head of a text that was dropped. The head has all directives.
     FileChecks(std::size_t inclusion, std::size_t expanded, const SourceFile& file, bool has_escapes,
                const Losses& losses, ProblemList& problems)
-        : inclusion_(inclusion), text_(file.text.get_head()), has_escapes_(has_escapes), losses_(losses),
+        : inclusion_(inclusion), text_(file.text.get_text()), has_escapes_(has_escapes), losses_(losses),
           problems_(problems), quotes_(text_), stray_(file.is_clean ? StrayBytes() : find_stray_bytes(text_)),
           has_stray_bytes_(!stray_.are_none()), expanded_(expanded) {}
 
@@ -211,7 +210,7 @@ void check_sources(const SourceMap& sources, bool has_escapes, const Losses& los
             file.add_directive(directive.offset);
         }
     }
-    const std::vector<SourceMap::Piece>& pieces = sources.get_pieces();
+    const SourceMap::Pieces& pieces = sources.get_pieces();
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         if (files.size() == 1 && files.front().is_indifferent()) {
             i = pieces.size() - 1;

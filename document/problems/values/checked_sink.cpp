@@ -58,15 +58,22 @@ void CheckedSink::check_keyword(const bk::EntryHead& head, const bk::Token& toke
     }
 }
 
-void CheckedSink::tell_count() {
-    if (!faults_.has_any_in_epoch()) {
+/// Called when the watched entry has ended.
+void CheckedSink::tell_watched() {
+    is_watched_ = false;
+    if (std::exchange(is_call_open_, false)) {
+        check_call();
+    }
+    const unsigned int declared = std::exchange(array_count_, bk::no_array);
+    if (declared != bk::no_array && declared != value_count_ && !faults_.has_any_in_epoch()) {
         problems_.add(
             codes::array_count, [&] { return shown(head_) + " has " + counted(value_count_, "value"); },
             spot_of(head_));
     }
 }
 
-/// Looks for the parenthesis that closes the list. A list that runs into another one, or into a brace, has none.
+/// Looks for the parenthesis that closes the list of the entry begun last, which the grammar did not find: a name before it begins
+/// another entry. A list that runs into another one, or into a brace, has none.
 void CheckedSink::check_call() const {
     const std::string_view name = faults_.get_head();
     const char* p = find_argument_stop(name.data() + name.size(), end_);

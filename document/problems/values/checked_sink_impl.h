@@ -8,7 +8,6 @@
 #include "document/problems/values/value_checks_impl.h"
 #include "parser/text/parser_tree_sink_impl.h"
 
-#include <bit>
 #include <string_view>
 
 namespace bk_parser {
@@ -38,11 +37,11 @@ public:
         check_head(known);
         if (known.kind == bk::KnownEntry::numbers) {
             check_rows(known);
-        } else {
-            value_count_ = 1;
-            if (known.kind == bk::KnownEntry::string && !is_plain_text(known.text, end_)) {
-                check_string(known.word());
-            }
+        } else if (known.kind == bk::KnownEntry::string && !is_plain_text(known.text, end_)) {
+            check_string(known.word());
+        }
+        if (is_watched_) { // else nobody asks how many there are
+            value_count_ = known.value_count();
         }
         tree_.add_entry(known);
     }
@@ -54,9 +53,11 @@ public:
     }
 
     void make_function_call() {
-        check_call();
+        is_watched_ = true;
+        is_call_open_ = true;
         tree_.make_function_call();
     }
+    void close_arguments() noexcept { is_call_open_ = false; }
     bool open_group(const bk::Token& brace) {
         begin_group();
         return tree_.open_group(brace);
@@ -92,7 +93,6 @@ private:
     /// No keyword is a known entry.
     void check_head(const bk::KnownEntry& known) {
         end_watched_entry();
-        value_count_ = 0;
         faults_.begin_entry(known.head->name);
         if (known.head->array_count != bk::no_array) {
             watch_count(known.entry_head(), known.token(text_.data()));
@@ -130,39 +130,33 @@ private:
             check_any_number(word, !is_double);
         };
         for (const bk::KnownEntry::Numbers& row : known.rows) {
-            if (!are_plain_numbers(row, end_)) {
+            if (!are_plain_numbers(row)) {
                 row.for_each(check);
-            }
-        }
-        if (array_count_ != bk::no_array) { // else nobody asks how many there are
-            for (const bk::KnownEntry::Numbers& row : known.rows) {
-                value_count_ += static_cast<unsigned int>(std::popcount(row.starts));
             }
         }
     }
 
     void begin_group() {
         array_count_ = bk::no_array; // an array may be a group
+        end_watched_entry();
         faults_.begin_or_end_group();
     }
     void end_watched_entry() {
-        if (array_count_ != bk::no_array) {
-            if (array_count_ != value_count_) {
-                tell_count();
-            }
-            array_count_ = bk::no_array;
+        if (is_watched_) {
+            tell_watched();
         }
     }
     void watch_count(const bk::EntryHead& head, const bk::Token& token) {
         head_ = text_.substr(token.start, token.length);
         if (is_plain_count(head_, head.name.size())) {
+            is_watched_ = true;
             array_count_ = head.array_count;
         } else {
             check_suffix(head);
         }
     }
     void check_suffix(const bk::EntryHead& head);
-    void tell_count();
+    void tell_watched();
     void check_keyword(const bk::EntryHead& head, const bk::Token& token);
     void check_call() const;
     void check_number(std::string_view word, bool is_int);
@@ -181,8 +175,10 @@ private:
     ProblemList& problems_;
     LineReaders lines_;
 
-    // Of the entry begun last, groups not counted. Of a known entry only when it declares a count.
+    // Of the entry begun last, groups not counted. Of a known entry only when it is watched.
     unsigned int value_count_ = 0;
+    bool is_watched_ = false; // the entry begun last declares a count or has an argument list
+    bool is_call_open_ = false;
     unsigned int array_count_ = bk::no_array; // that the entry begun last declares
     std::string_view head_;                   // the word of that entry
     std::string_view first_escape_;           // of a document whose version has none
