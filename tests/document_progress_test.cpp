@@ -102,6 +102,18 @@ TEST(document_progress, is_told_of_includes_too) {
     one.expect_about_a_hundred("one include");
 }
 
+TEST(document_progress, goes_on_after_an_include_that_is_not_followed) {
+    const std::string text = repeated("entry 1 // a comment\n\n", large);
+    Watch without;
+    EXPECT_TRUE(bk_parser::parse(text, without.options()).ok());
+    Watch with;
+    LoadOptions options = with.options();
+    options.follow_includes = false;
+    EXPECT_TRUE(bk_parser::parse("#include \"part.bkd\"\n" + text, options).ok());
+    with.expect_about_a_hundred("an include that is not followed");
+    EXPECT_GE(with.values.size() + 5, without.values.size());
+}
+
 TEST(document_progress, of_a_small_document_ends_at_one) {
     Watch watch;
     EXPECT_TRUE(bk_parser::parse("a 1", watch.options()).ok());

@@ -142,6 +142,9 @@ void SourceLoader::include_found(const bk::SourcePiece& piece) {
     open.done = std::size_t{piece.directive_offset} + piece.directive_length;
     meter_.stop(open.done);
     range_ = open.range.part(fraction(piece.directive_offset, open.size), fraction(open.done, open.size));
+    if (!state_.follow_includes) {
+        resume(); // no file is entered
+    }
 }
 
 void SourceLoader::version_found(const bk::SourcePiece& piece, double version) {
