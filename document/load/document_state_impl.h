@@ -34,7 +34,7 @@ struct DocumentState {
     std::vector<DocumentFile> document_files;
     std::uint64_t expanded_size = 0;
     CoreVersion version{1.2}; // of the syntax that the text was read by
-    // Where the entry of the version stood that was taken off the root, in the forms that have it as an entry.
+    // In forms that store the version as an entry: the position in the root from which that entry was removed.
     std::optional<unsigned int> version_entry;
     std::unique_ptr<ParserEntry> kept_version; // that entry, of a binary document or an archive
     bool has_version_header = false;           // an enciphered text begins with its version
@@ -46,11 +46,11 @@ struct DocumentState {
     std::string key;
     ParserLimits limits;
     std::vector<ReadFile>
-        files; // the document first, unless it came from memory; each once. Empty when it was not read whole
-    std::vector<std::string> lost;         // what of the document was not read, in words
-    std::vector<std::string> left_out;     // the same of includes, whose directives a kept layout keeps
-    std::vector<std::string> unread_words; // faulty ones, which a kept layout keeps, too
-    std::size_t inclusion_count = 0;       // of the text that the places of entries count in
+        files; // each file once, the document first, unless it came from memory; empty when the document was not read whole
+    std::vector<std::string> lost;         // describes the parts of the document that were not read
+    std::vector<std::string> left_out;     // the same for includes; a keeping save keeps their directives
+    std::vector<std::string> unread_words; // faulty words; a keeping save keeps them, too
+    std::size_t inclusion_count = 0;       // of the text to which the places of entries refer
 
     std::unique_ptr<const EntryPlaces> places; // when they are kept
     std::string memory_text;                   // of a document in memory whose sources are kept

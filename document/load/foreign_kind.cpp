@@ -61,7 +61,7 @@ bool is_control(char byte) noexcept {
     return ((code < 0x20) & (from_tab > '\r' - '\t')) | (code == 0x7F);
 }
 
-/// Of at most so many bytes as a byte can count.
+/// Counts the control characters of at most 255 bytes.
 unsigned char count_in_block(const char* text, std::size_t size) noexcept {
     unsigned char controls = 0;
     for (std::size_t i = 0; i < size; ++i) {
@@ -90,7 +90,7 @@ std::string_view kind_of_mark(std::string_view sample, bool has_controls) noexce
     return {};
 }
 
-/// Text of 16 or 32 bits a character that says so itself.
+/// Text of 16 or 32 bits a character with a byte order mark.
 std::string_view kind_of_wide_mark(std::string_view sample) noexcept {
     if (sample.starts_with("\xFF\xFE\0\0"sv) || sample.starts_with("\0\0\xFE\xFF"sv)) {
         return "UTF-32 text";
@@ -130,7 +130,7 @@ std::string_view behind_blanks(std::string_view text) noexcept {
     return text.substr(static_cast<std::size_t>(first - text.begin()));
 }
 
-/// The text from its first word on: behind a byte order mark, blanks and comments.
+/// The text from its first word on: after a byte order mark, blanks and comments.
 std::string_view from_first_word(std::string_view text) noexcept {
     if (text.starts_with(byte_order_mark)) {
         text.remove_prefix(byte_order_mark.size());
@@ -142,7 +142,7 @@ std::string_view from_first_word(std::string_view text) noexcept {
     return text;
 }
 
-/// The same, behind comments of both kinds that JSON may have.
+/// The same, after comments of both kinds that JSON may have.
 std::string_view from_first_json_word(std::string_view text) noexcept {
     text = from_first_word(text);
     while (text.starts_with("/*")) {

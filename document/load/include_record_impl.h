@@ -17,12 +17,12 @@ class IncludeRecord {
 public:
     explicit IncludeRecord(DocumentState& state) noexcept : state_(state) {}
 
-    /// The bytes of the file that is entered next, as they are stored.
+    /// Notes the stored size of the file that is entered next.
     void read(std::size_t stored_size) noexcept { stored_size_ = stored_size; }
-    /// The facts are of the file's text, where they are known.
+    /// `facts` describe the file's text, if they are known.
     void entered(const bk::SourceEntered& file, const std::optional<ByteFacts>& facts);
     void left() { open_.pop_back(); }
-    /// A directive of the innermost file. Linear in what stands between it and the directive before it.
+    /// Notes a directive of the innermost file. Takes time linear in the distance to the directive before it.
     void found(const bk::SourcePiece& piece);
     /// The file of the last directive is not included.
     void failed(const bk::SourceFailure& failure, std::string_view code);

@@ -23,9 +23,9 @@ namespace bk_parser {
 namespace {
 
 constexpr Meter::Range all{};
-// Of the parsing of a text and its problems.
+// The part of a text's range that parsing takes; the rest is for checks of the files.
 constexpr double parsing_share = 0.88;
-// Where the problems are located when the document is read.
+// Reading comes first. Then the places of the problems are looked up.
 constexpr Meter::Range reading = all.part(0, 0.97);
 constexpr Meter::Range locating = all.part(0.97, 1);
 
@@ -153,7 +153,7 @@ void Loader::read_text(CoreString&& bytes, const Meter::Range& range) {
     }
 }
 
-/// Between the pieces that became part of the expanded text stand comments and directives.
+/// Comments and directives are between the pieces that became part of the expanded text.
 bool Loader::has_comments() const {
     if (sources_.is_empty()) {
         return false;
@@ -193,7 +193,7 @@ void Loader::tell_whole(std::string_view code, std::string message) {
     problems_.add(Severity::error, code, std::move(message), state_->path);
 }
 
-/// The same of one that stays empty.
+/// Reports a problem of a document that cannot be read. The document stays empty.
 void Loader::refuse(std::string_view code, std::string message) {
     tell_whole(code, std::move(message));
     state_->files.clear();
@@ -226,7 +226,8 @@ void Loader::take_version_entry() {
     }
 }
 
-/// The last place is the name as it stands; a text in memory does not reach outside of its folders.
+/// The last folder is empty, so that an include's name is tried unchanged. A text in memory gets no such folder, and so cannot
+/// reach files elsewhere.
 CoreVector<CoreString> Loader::search_folders() const {
     CoreVector<CoreString> folders;
     for (const std::filesystem::path& folder : options_.search) {

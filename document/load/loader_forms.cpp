@@ -48,7 +48,7 @@ std::string what_is_damaged(const bk::BinaryDamage& damage) {
 
 } // namespace
 
-/// Decodes into the root. Returns the first damage, and in `end` the place behind the last byte that was read.
+/// Decodes into the root. Returns the first damage. Sets `end` to the place after the last byte that was read.
 std::optional<bk::BinaryDamage> Loader::decode_binary(std::string_view bytes, const Meter::Range& range,
                                                       core_uint64& end) {
     DamageKeeper keeper;
@@ -131,7 +131,7 @@ bool Loader::read_archive_text(ParserArchive&& archive, const std::string& name,
     return true;
 }
 
-/// The last entry ends where the words do; what it lacks is cut off.
+/// For an archive whose words are cut off: the last entry may be incomplete, which is no fault of the text.
 void Loader::forget_faults_of_a_cut() {
     for (const std::string_view code : {codes::group_left_open, codes::no_value, codes::unquoted_string,
                                         codes::arguments_left_open, codes::array_count}) {

@@ -25,7 +25,7 @@ public:
 
     LoadResult load(const std::filesystem::path& path);
     LoadResult parse(std::string_view text);
-    /// What is damaged is gone on behind, and told here.
+    /// Goes on after damaged parts, and records them in `lost`.
     void keep_lost(LostParts& lost) noexcept { lost_ = &lost; }
 
 private:

@@ -38,7 +38,7 @@ public:
 
 private:
     static constexpr double step = 0.01;
-    // Bytes between two calls, the value notwithstanding.
+    // After so many bytes, or this share of all bytes so far, a call is due even if the value has not risen by a step.
     static constexpr std::size_t least_work = std::size_t{1} << 20;
     static constexpr std::size_t work_share = 16;
 

@@ -66,7 +66,7 @@ bool SourceLoader::accepts_deciphered(const CoreString& text) {
 void SourceLoader::failed(const bk::SourceFailure& failure) {
     using bk::SourceFault;
     switch (failure.fault) {
-    case SourceFault::no_version: // told where the version stands
+    case SourceFault::no_version: // version_found reports it
         return;
     case SourceFault::include_left_open:
         problems_.add(Severity::error, codes::include_left_open, failure_text(failure, has_key_),

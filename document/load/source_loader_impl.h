@@ -36,7 +36,7 @@ public:
     void copied(const bk::SourcePiece& piece, unsigned int expanded) override;
 
 private:
-    /// A file that is open, and what of the progress is its.
+    /// An open file and its part of the progress.
     struct Open {
         Meter::Range range;
         std::size_t size;

@@ -2,8 +2,8 @@
 #include "parser/binary/parser_binary_cut_impl.h"
 #include "parser/binary/parser_binary_impl.h"
 
-// What the decoder does about damage. With a host it is strict: the first damage ends the decoding and is told to the host. Without
-// one it logs and goes on, as it always did.
+// What the decoder does about damage. With a host it is strict: it reports the first damage to the host and ends. Without a host it
+// logs and goes on.
 
 namespace bk {
 

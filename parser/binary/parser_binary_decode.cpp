@@ -28,7 +28,7 @@ void report_large_entry(std::string_view name, core_uint64 size, unsigned int bu
     });
 }
 
-/// An entry's values that are all scalars and strings, and stand in the buffer whole.
+/// The values of an entry that are all scalars and strings, and that the buffer holds whole.
 struct FlatValues {
     const char* begin;
     const char* end;
@@ -148,8 +148,8 @@ inline std::string_view BinaryDecoder::take_name() {
     return name;
 }
 
-/// Compares the size with the whole buffer, as it always did, not with the rest of it. So an entry may claim more than there is,
-/// and fails where the data end.
+/// Compares the size with the whole buffer, not with the rest of it. So an entry may claim more than there is. It then fails where
+/// the data end.
 inline bool BinaryDecoder::open_entry(Level& level, std::string_view name) {
     const std::uint64_t size = cursor_.take<std::uint64_t>();
     if (host_ != nullptr && !may_hold_entry(level, size)) {
@@ -228,7 +228,7 @@ void BinaryDecoder::take_apart(Level& level) {
 /// reads nothing.
 inline bool BinaryDecoder::read_flat_entry(Level& level) {
     if (!takes_whole_entries || level.is_cut || (pace_ != nullptr && !is_paced_as_one(level)) ||
-        cursor_.position() > data_.size()) { // behind an entry that is cut in its head
+        cursor_.position() > data_.size()) { // after an entry that is cut in its head
         return false;
     }
     const char* const data = data_.data();

@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::size_t entry_head_size = sizeof(std::uint64_t) + reserved_size;
 
-/// Stores scalars and strings from the value at `next` on, and leaves there the first value that is neither, for which there may
-/// be no room before `limit`, or that stands in a cell of its own. Gives the place behind what is stored.
+/// Stores scalars and strings from the value at `next` on. Stops at the first value that is neither, that may not fit before
+/// `limit`, or that is not stored side by side with the others, and sets `next` to it. Returns the end of what is stored.
 inline char* put_values(char* end, const char* limit, const ParserValueList& values, unsigned int& next) {
     constexpr std::size_t tag_size = 1;
     const StoredValue* const first = values.side_by_side();
