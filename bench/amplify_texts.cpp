@@ -22,7 +22,7 @@ Work parse(const std::string& text) {
             }};
 }
 
-/// The same, and also prints the tree on one line and copies it.
+/// Parses the text, prints the tree on one line, and copies it.
 Work parse_and_print(const std::string& text) {
     return {text.size(), [text = core(text)] {
                 ParserGroup group("g");

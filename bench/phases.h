@@ -4,8 +4,8 @@
 
 namespace bench {
 
-/// One step in the life of a document. `run` does it for `copies` documents of the same text, one after the other. It returns the seconds
-/// of the step alone, without the preparation and the clean-up.
+/// One step in the life of a document, such as the parse. `run` does the step with `copies` documents of the same text, one after the
+/// other, and returns its seconds without the preparation and the clean-up.
 struct Phase {
     const char* name;
     double (*run)(const CoreString& text, unsigned int copies);

@@ -47,7 +47,7 @@ template <ReadableValue T>
     return access::read_any<T>(entry, value);
 }
 
-/// The same for the first entry that the path finds. Begins at the value that the path names.
+/// Reads the first entry that the path finds, from the value that the path names on.
 template <ReadableValue T>
 [[nodiscard]] std::optional<T> get(const ParserGroup& group, PathRef path) {
     unsigned int value = 0;
@@ -61,17 +61,17 @@ template <ReadableValue T>
     std::optional<T> found = get<T>(group, path);
     return found ? std::move(*found) : std::move(fallback);
 }
-/// The same for value `value` of an entry.
+/// Reads value `value` of an entry, or returns the fallback.
 template <ReadableValue T>
 [[nodiscard]] T get_or(const ParserEntry& entry, unsigned int value, T fallback) {
     std::optional<T> found = get<T>(entry, value);
     return found ? std::move(*found) : std::move(fallback);
 }
-/// The same with a text as the fallback.
+/// Reads a string, or returns a copy of the fallback.
 [[nodiscard]] inline std::string get_or(const ParserGroup& group, PathRef path, const char* fallback) {
     return get_or<std::string>(group, path, std::string(TextRef(fallback).view()));
 }
-/// The same for value `value` of an entry.
+/// Reads value `value` of an entry as a string, or returns a copy of the fallback.
 [[nodiscard]] inline std::string get_or(const ParserEntry& entry, unsigned int value, const char* fallback) {
     return get_or<std::string>(entry, value, std::string(TextRef(fallback).view()));
 }
@@ -104,7 +104,7 @@ bool set(ParserEntry& entry, unsigned int value, const T& content) {
     });
 }
 
-/// The same for the first entry that the path finds, at the value that the path names. When there is none, makes the entry and the
+/// Sets the first entry that the path finds, from the value that the path names on. When there is none, makes the entry and the
 /// groups on the way, each at the end of its group. For that, each missing step must be a name of the text syntax, with a template
 /// or key where you want one, or with the number of the next entry of that name; otherwise returns false.
 ///
@@ -118,13 +118,13 @@ bool set(ParserGroup& group, PathRef path, const T& content) {
     });
 }
 
-/// The same for a list of values of one type: `set(group, "color", {0.5, 0.5, 1.0})`.
+/// Replaces the values of the entry from `value` on by a list of values of one type.
 template <class T>
 requires WritableValue<std::span<const T>>
 bool set(ParserEntry& entry, unsigned int value, std::initializer_list<T> list) {
     return set(entry, value, std::span<const T>(list.begin(), list.size()));
 }
-/// The same at the value that a path names.
+/// Replaces the values from the one that the path names on by a list: `set(group, "color", {0.5, 0.5, 1.0})`.
 template <class T>
 requires WritableValue<std::span<const T>>
 bool set(ParserGroup& group, PathRef path, std::initializer_list<T> list) {
@@ -143,7 +143,7 @@ bool set(ParserGroup& group, PathRef path, const Given& content) = delete;
 /// `set` could not make the entry. Searches only for the groups on the way. When the last step has a number, the call takes time in
 /// proportion to the group that gets the entry.
 BK_PARSER_API ParserEntry* add(ParserGroup& group, PathRef path);
-/// The same with values, after the key when the step has one.
+/// Adds such an entry with values. They come after the key when the last step has one.
 template <WritableValue T>
 ParserEntry* add(ParserGroup& group, PathRef path, const T& content) {
     return access::with_given(content, [&](std::span<const GivenValue> given, access::ListEnd) {
@@ -151,7 +151,7 @@ ParserEntry* add(ParserGroup& group, PathRef path, const T& content) {
     });
 }
 
-/// The same for a list of values of one type: `add(group, "color", {0.5, 0.5, 1.0})`.
+/// Adds such an entry with a list of values of one type: `add(group, "color", {0.5, 0.5, 1.0})`.
 template <class T>
 requires WritableValue<std::span<const T>> ParserEntry* add(ParserGroup& group, PathRef path,
                                                             std::initializer_list<T> list) {
@@ -172,7 +172,7 @@ BK_PARSER_API std::size_t remove_all(ParserGroup& group, PathRef path);
 /// Gives the first entry that the path finds another name. Returns false when there is no entry, when the text syntax
 /// does not allow the name, when it has a template or array suffix, and when only one of the two names is a keyword.
 BK_PARSER_API bool rename(ParserGroup& group, PathRef path, TextRef name);
-/// The same for an entry. When it returns false, the entry keeps its name.
+/// Gives an entry another name, by the same rules. When it returns false, the entry keeps its name.
 BK_PARSER_API bool rename(ParserEntry& entry, TextRef name);
 
 /// Moves the first entry that `from` finds to `to`, and renames it to the last step of `to`, a plain name. The entry goes to the

@@ -25,7 +25,7 @@ struct Include {
     /// The path by which the included file was found, shortened where that names the same file: lib/a.bkd for shots/../lib/a.bkd. Empty
     /// when none was found.
     std::filesystem::path found;
-    /// The same as an absolute path; empty when none was found.
+    /// The absolute path of that file; empty when none was found.
     std::filesystem::path path;
     /// The paths that were tried and where the file was not found, in the order of the search.
     std::vector<std::filesystem::path> tried;

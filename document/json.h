@@ -37,10 +37,10 @@ using JsonSink = std::function<bool(std::string_view)>;
 /// Throws std::bad_alloc when memory runs out, and std::length_error past the longest string; nothing else fails.
 /// Linear in the output; names that repeat in a group cost the logarithm of their number.
 [[nodiscard]] BK_PARSER_API std::string to_json(const ParserGroup& group, const JsonOptions& options = {});
-/// The same for a document.
+/// The tree of a document as JSON.
 [[nodiscard]] BK_PARSER_API std::string to_json(const Document& document, const JsonOptions& options = {});
 
-/// The same in pieces of about 64 KiB, for JSON that is too large for memory. Returns false when the sink returned false. What the sink
+/// Writes the same JSON to a sink in pieces of about 64 KiB, for JSON that is too large for memory. Returns false when the sink returned false. What the sink
 /// throws passes through.
 ///
 /// Takes memory for one piece and for the depth of the tree. When it begins a group it also takes 8 bytes for each entry of that group,

@@ -35,7 +35,7 @@ public:
     /// The root group, which the document owns. Does not compile on a temporary document, as in `load(path).document.root()`: the
     /// group would dangle.
     ParserGroup& root() &;
-    /// The same for a constant document.
+    /// The root group of a constant document.
     const ParserGroup& root() const&;
     /// Does not compile.
     ParserGroup& root() && = delete;
@@ -117,7 +117,7 @@ struct LoadResult {
 [[nodiscard]] BK_PARSER_API LoadResult load(const std::filesystem::path& path,
                                             const LoadOptions& options = {});
 
-/// The same for a text in memory. Searches for includes only in the search folders.
+/// Loads a document from bytes in memory, in any stored form. Searches for includes only in the search folders.
 [[nodiscard]] BK_PARSER_API LoadResult parse(std::string_view text, const LoadOptions& options = {});
 
 } // namespace bk_parser

@@ -85,7 +85,7 @@ private:
 /// Three lines: the message, the path, and carets under the characters that are wrong.
 [[nodiscard]] BK_PARSER_API std::string to_text(const PathError& error, TextRef path);
 
-/// The same as a problem of the code "malformed-path", whose source line is the path.
+/// The error as a problem of the code "malformed-path", whose source line is the path.
 [[nodiscard]] BK_PARSER_API Problem to_problem(const PathError& error, TextRef path);
 
 /// A name as a path spells it: bare where the language allows that, otherwise in quotes.
@@ -134,7 +134,7 @@ private:
     return CursorRange<PathSearch, ParserEntry>(PathSearch(group, path));
 }
 
-/// The same, and each visit also has the place of the entry and the value that `@` names.
+/// All entries that the path finds, each with its place in the tree and the value that `@` names.
 [[nodiscard]] inline CursorRange<PathSearch, const Visit> find_visits(const ParserGroup& group,
                                                                       PathRef path) {
     return CursorRange<PathSearch, const Visit>(PathSearch(group, path));

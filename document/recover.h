@@ -44,7 +44,7 @@ struct RecoverResult {
 [[nodiscard]] BK_PARSER_API RecoverResult recover(const std::filesystem::path& path,
                                                   const LoadOptions& options = {});
 
-/// The same for bytes in memory. Searches for includes only in the search folders.
+/// Recovers a document from bytes in memory. Searches for includes only in the search folders.
 [[nodiscard]] BK_PARSER_API RecoverResult recover_bytes(std::string_view bytes,
                                                         const LoadOptions& options = {});
 

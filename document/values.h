@@ -208,19 +208,19 @@ enum class ListEnd {
 
 /// Reads a value. Returns false, and leaves `out` as it was, when the entry has no such value or it is not of that type.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, bool& out);
-/// The same for another type.
+/// Reads an integer.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, long long& out);
-/// The same for another type.
+/// Reads an integer that is not negative.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, unsigned long long& out);
-/// The same for another type.
+/// Reads a number as a float. Returns false also when the number is larger than any float.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, float& out);
-/// The same for another type.
+/// Reads a number as a double.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, double& out);
-/// The same for another type.
+/// Reads a string. The view is valid until the entry is changed or dies.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, std::string_view& out);
-/// The same for another type.
+/// Reads binary data. The span is valid until the entry is changed or dies.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, std::span<const std::byte>& out);
-/// The same for another type.
+/// Reads a group.
 BK_PARSER_API bool read(const ParserEntry& entry, unsigned int value, ParserGroup*& out);
 
 /// The entry that a path finds first; null when there is none. Stores the value that the path names in `value`.

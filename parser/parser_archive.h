@@ -48,7 +48,7 @@ public:
     /// Parses the archive's words into the group. Skips indices that name no string. Refuses an archive whose text would be larger than
     /// the limits, and logs "ParserImpl.group_set_archive: text too large\n" at level 2.
     static void group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar* progress);
-    /// The same within these limits. Returns false when one of them ends the read. Logs syntax errors, which do not make it false.
+    /// Parses the archive's words within these limits. Returns false when one of them ends the parse. Logs syntax errors, which do not make it false.
     static bool group_set_archive(ParserGroup& group, const ParserArchive& archive, AppProgressBar* progress,
                                   const ParserLimits& limits);
     /// Replaces `text` with the words, each with a blank after it. When that would be larger than the limits, returns false and leaves

@@ -134,11 +134,11 @@ public:
     ParserGroup* get_group(const unsigned int& i) const;
     /// The values from `i` on as components. Missing ones are 0.
     GMathVec2<double> get_vec2d(const unsigned int& i) const;
-    /// The same as ints.
+    /// The values from `i` on as two int components. Missing ones are 0.
     GMathVec2<int> get_vec2i(const unsigned int& i) const;
-    /// The same for three components.
+    /// The values from `i` on as three components. Missing ones are 0.
     GMathVec3<double> get_vec3d(const unsigned int& i) const;
-    /// The same for four components.
+    /// The values from `i` on as four components. Missing ones are 0.
     GMathVec4<double> get_vec4d(const unsigned int& i) const;
 
     /// Whether that value is a group.
@@ -174,7 +174,7 @@ public:
     /// Removes the values at these positions. The others keep their order. Indices may come in any order and repeat. Indices past the
     /// end are ignored.
     void remove_value(const CoreBasicArray<unsigned int>& indices);
-    /// The same for a list of positions.
+    /// Removes the values at the positions in a list, by the same rules.
     void remove_value(const CoreList<unsigned int>& indices);
 
     /// Appends the entry as text. Pretty: an entry a line, indented by `level`. Compact: all on one line.
@@ -186,7 +186,7 @@ public:
     /// leaves `data` as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& pretty,
                             const unsigned int& level) const;
-    /// The same as hexadecimal digits.
+    /// Replaces `text` with the encrypted text as hexadecimal digits.
     void get_encrypted_text(CoreString& text, const CoreString& key, const bool& pretty,
                             const unsigned int& level) const;
 

@@ -114,10 +114,10 @@ public:
     /// **The result is not a success flag**: to learn of errors, use bk_parser::parse (document/load.h) or pass an observer. It is
     /// false when the text has no word, and when its last word outside of nested groups, not counting braces, was an error or "<empty>".
     bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress);
-    /// The same. Reports the place of every error to the observer, which may be null.
+    /// Parses a text, and also reports the place of every error to the observer, which may be null.
     bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress,
                   ParserReadObserver* observer);
-    /// The same within limits. When one of them ends the parse, returns false, and the group has what was read before.
+    /// Parses a text within limits. When one of them ends the parse, returns false, and the group has what was read before.
     bool set_text(const CoreString& text, const CoreVersion& version, AppProgressBar* progress,
                   ParserReadObserver* observer, const ParserLimits& limits);
 
@@ -129,13 +129,13 @@ public:
     /// leaves the output as it was.
     void get_encrypted_text(CoreArray<unsigned char>& data, const CoreString& key, const bool& braces,
                             const bool& pretty, const unsigned int& level) const;
-    /// The same as hexadecimal digits. **The plaintext itself follows the digits**.
+    /// Replaces `text` with the encrypted text as hexadecimal digits. **The plaintext itself follows the digits**.
     void get_encrypted_text(CoreString& text, const CoreString& key, const bool& braces, const bool& pretty,
                             const unsigned int& level) const;
     /// Decrypts and parses. When the data cannot be decrypted, returns false and leaves the group unchanged. Does not notice every
     /// wrong key.
     bool set_encrypted_text(const CoreArray<unsigned char>& data, const CoreString& key);
-    /// The same from hexadecimal digits.
+    /// Decrypts and parses hexadecimal digits, by the same rules.
     bool set_encrypted_text(const CoreString& text, const CoreString& key);
 
     /// The binary form (docs/formats.md).
@@ -144,7 +144,7 @@ public:
     /// before, and logs at level 2 "ParserGroup.set_binary: ParserGroup size larger than the given data\n" or
     /// "ParserGroup.set_binary: Failed to read entry name\n".
     bool set_binary(const CoreVector<char>& data, core_uint64& position);
-    /// The same within limits. When groups nest too deeply, returns false and logs "ParserGroup.set_binary: Group is nested too
+    /// Decodes a group within limits. When groups nest too deeply, returns false and logs "ParserGroup.set_binary: Group is nested too
     /// deeply\n" at level 2.
     bool set_binary(const CoreVector<char>& data, core_uint64& position, const ParserLimits& limits);
 

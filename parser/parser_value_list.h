@@ -36,7 +36,7 @@ public:
     /// in the room, in order, by whoever asked for it, and counted by set_count. As long as none of them keeps anything
     /// outside this room, `mark_self_contained` spares the list their destruction.
     void make_room(unsigned int count, std::size_t text_size);
-    /// The same in a place of room_size bytes that the list does not give back.
+    /// Uses a place of room_size bytes as that room. The list does not free it.
     void take_room(void* place, unsigned int count, std::size_t text_size) noexcept;
     /// How many bytes a block takes for that many values and their text.
     static std::size_t room_size(unsigned int count, std::size_t text_size);

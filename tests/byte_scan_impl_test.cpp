@@ -11,7 +11,7 @@
 namespace bk_parser {
 namespace {
 
-/// The same search, one character at a time.
+/// Searches one character at a time, as a reference.
 std::size_t line_end_of(const std::string& text, std::size_t from) {
     while (from < text.size() && text[from] != '\n' && text[from] != '\r') {
         ++from;

@@ -16,7 +16,7 @@ void fill(ParserGroup& group) {
     group.add_group("b")->add_entry("c", 0, 0)->add_string("x");
 }
 
-/// The content of an array that held `before`, after the group wrote its text to it.
+/// Writes the group's encrypted text to an array that holds `before`, and returns what the array holds then.
 std::string array_of(const ParserGroup& group, const CoreString& key, bool braces = false,
                      bool pretty = false, unsigned int level = 1, std::string_view before = "old") {
     CoreArray<unsigned char> data = byte_array(before);

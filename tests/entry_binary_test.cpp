@@ -243,7 +243,7 @@ TEST(entry_binary, an_entry_cut_anywhere_keeps_the_values_before_the_cut) {
     for (std::size_t size = 9; size < whole.size(); ++size) {
         ReadEntry read(whole.substr(0, size));
         const std::size_t in_values = size - 9;
-        // A value is read if its type byte is there. Missing bytes count as zeros.
+        // The decoder reads a value whose type byte is there, and takes its missing bytes as zeros.
         const std::size_t values = (in_values > 0) + (in_values > 5) + (in_values > 7);
         EXPECT_EQ(read.entry().get_value_count(), values) << size;
         EXPECT_EQ(read.result(), values == 3) << size;

@@ -41,7 +41,7 @@ std::string block(std::string_view kind, std::string_view name) {
     return text.substr(start, text.find("```\n", start) - start);
 }
 
-/// The same for a block of one line, without its line end.
+/// Returns a block of one line, without its line end.
 std::string line(std::string_view kind, std::string_view name) {
     const std::string text = block(kind, name);
     return text.substr(0, text.find('\n'));

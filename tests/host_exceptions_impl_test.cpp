@@ -44,7 +44,7 @@ protected:
         return has_thrown;
     }
 
-    /// The same with std::bad_alloc. No operation lets that out.
+    /// Throws std::bad_alloc in that call. No operation lets that out.
     static bool runs_out_at(HostCall call, unsigned int n, bool) {
         const long live = FailingMemory::live();
         bool has_thrown = false;
@@ -59,7 +59,7 @@ protected:
         return has_thrown;
     }
 
-    /// The same with std::length_error. An exception of a host must arrive with the host's message.
+    /// Throws std::length_error in that call. An exception of a host must arrive with the host's message.
     static bool is_too_long_at(HostCall call, unsigned int n, bool) {
         Stage stage;
         bool has_arrived = false;

@@ -18,7 +18,7 @@ std::string text_of(std::string_view json, const JsonReadOptions& options = {}) 
     return plain(text);
 }
 
-/// The only problem as "line:column code: message".
+/// Returns the only problem as "line:column code: message".
 std::string problem_of(std::string_view json, const JsonReadOptions& options = {}) {
     const LoadResult result = from_json(json, options);
     if (result.problems.size() != 1) {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-// Parses every example of docs/language.md, and compares the outcome with the block after it.
+// Parses every example of docs/language.md, and compares the outcome with the one that the page shows after the example.
 
 TEST(language_page, every_example_has_the_outcome_that_the_page_shows) {
     const std::vector<PageBlock> blocks = blocks_of_page("docs/language.md");

@@ -57,7 +57,7 @@ protected:
         FAIL();
     }
 
-    /// The same for a recovery.
+    /// Recovers the bytes, and refuses each request for memory in turn.
     static void expect_recovering(const std::string& bytes) {
         const bk_parser::RecoverResult recovered = bk_parser::recover_bytes(bytes);
         const std::string whole = print(recovered.loaded.document.root());

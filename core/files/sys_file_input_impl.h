@@ -14,7 +14,7 @@ public:
     /// Opens a file. Reads a pipe, or another file without a size, to its end first. If that has more than `most` bytes, stops there:
     /// size() is then larger than `most`, and nothing can be read.
     bool open(const std::string& path, bool translates_text, core_int64 most = unreadable_size - 1);
-    /// The same without translation, for a path that the caller has inspected.
+    /// Opens a file whose path the caller has inspected, and reads it without translation.
     bool open(const std::string& path, const SysPathInfo& info, core_int64 most);
     /// The file's size when it was opened.
     core_int64 size() const noexcept { return size_; }

@@ -9,7 +9,7 @@ namespace bk {
 /// The functions of SysFilesystem for the library itself. When memory runs out they throw; the public ones say that there is no
 /// such file.
 bool is_file(std::string_view path);
-/// The same, but false for a pipe, socket, terminal or other device, where a reader may wait for ever.
+/// Like is_file, but false for a pipe, socket, terminal or other device, where a reader may wait for ever.
 bool is_regular_file(std::string_view path);
 /// Works on the text alone: a ".." step removes the step before it.
 CoreString absolute_path(const CoreString& path);

@@ -28,7 +28,7 @@ Result guarded(const char* operation, Result failure, Action action) {
     return failure;
 }
 
-/// The same for an operation without a result: returns whether it was completed.
+/// Guards an operation without a result in the same way. Returns whether it was completed.
 template <class Action>
 bool completed(const char* operation, Action action) {
     return guarded(operation, false, [&action] {

@@ -10,7 +10,7 @@
 /// instructions can compare in one step.
 namespace bk {
 
-/// The same character eight times.
+/// A number with this character in each of its eight bytes.
 constexpr std::uint64_t eight_of(char character) noexcept {
     return 0x0101010101010101u * static_cast<unsigned char>(character);
 }

@@ -142,7 +142,7 @@ std::string_view from_first_word(std::string_view text) noexcept {
     return text;
 }
 
-/// The same, after comments of both kinds that JSON may have.
+/// The text from its first word on, after comments of both kinds that JSON may have.
 std::string_view from_first_json_word(std::string_view text) noexcept {
     text = from_first_word(text);
     while (text.starts_with("/*")) {

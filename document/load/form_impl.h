@@ -16,7 +16,8 @@ std::string_view foreign_kind(std::string_view bytes) noexcept;
 /// only when it is not included and its file is named as JSON.
 bool is_json_value(std::string_view bytes) noexcept;
 
-/// The same for a damaged file: one byte of the first four may be wrong. Then the file must also contain a NUL, which texts do not.
+/// The form of a damaged file: one of its first four bytes may differ from those of the form. Then the file must also contain a NUL,
+/// because texts contain none.
 Form likely_form_of(std::string_view bytes) noexcept;
 
 } // namespace bk_parser

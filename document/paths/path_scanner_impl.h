@@ -33,7 +33,7 @@ public:
     /// Each stores the message for take_error and returns false.
     bool fail(std::string message, std::size_t offset);
     bool fail(std::string message) { return fail(std::move(message), at_); }
-    /// The same with a message that begins with the current character.
+    /// Fails with a message that begins with the current character.
     bool fail_at_character(std::string_view advice);
     PathError take_error() { return std::move(error_); }
 

@@ -26,7 +26,7 @@ bool cut_binary_data(ByteCursor& cursor, std::string_view& bytes) noexcept;
 /// Logs that a string does not end.
 void report_open_string();
 
-/// The same for readers that log: when something is missing, they log a warning and return nothing.
+/// Cut a string or binary data for readers that log: when something is missing, they log a warning and return nothing.
 std::string_view take_string(ByteCursor& cursor);
 std::string_view take_binary_data(ByteCursor& cursor);
 

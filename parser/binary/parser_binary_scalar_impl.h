@@ -48,7 +48,7 @@ inline char* put_scalar(char* out, const StoredValue& value) {
     return out + size;
 }
 
-/// The same for a value that is a scalar and has been read.
+/// Stores a value that holds its scalar, so that no spelling needs to be converted.
 inline char* put_read_scalar(char* out, const StoredValue& value) noexcept {
     *out = static_cast<char>(value.type());
     store_le64(reinterpret_cast<unsigned char*>(out) + 1, value.scalar_bits());

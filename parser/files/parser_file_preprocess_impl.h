@@ -46,7 +46,7 @@ public:
     /// Appends the text of the file and of what it includes to `text`. Returns the serial version: 1.0 when the file states none, and
     /// 0.0 when the file or an include cannot be read. Then it tells the host why.
     double run(const CoreString& name, Progress progress, CoreString& text);
-    /// The same for a text in memory. `path` is the absolute path of its file, or empty when it has none.
+    /// Preprocesses a text in memory. `path` is the absolute path of its file, or empty when it has none.
     double run(const CoreString& name, const CoreString& path, CoreString&& bytes, CoreString& text);
 
     /// The absolute paths of the files that were included, failures included.

@@ -119,7 +119,7 @@ public:
     const Scalar& scalar() const noexcept {
         return holds_scalar(mark()) ? plain_.content.scalar : converted();
     }
-    /// The same as bits, at the low end of the number. All bits above them are zero, so that two scalars of one type can be compared.
+    /// The bits of that scalar, at the low end of the number. All bits above them are zero, so that two scalars of one type can be compared.
     std::uint64_t scalar_bits() const noexcept {
         return std::bit_cast<std::uint64_t>(scalar()) >> bits_below(type());
     }
@@ -188,7 +188,7 @@ public:
         text += word.size();
         return show_spelled(place, type, {begin, word.size()});
     }
-    /// The same for a spelling that is already in the text area. Copies nothing.
+    /// Constructs a value that refers to a spelling in the text area. Copies nothing.
     static StoredValue* show_spelled(void* place, Type type, std::string_view spelling) noexcept {
         const std::uint64_t offset = distance(place, spelling.data());
         const std::uint32_t bits = least_mark | static_cast<std::uint32_t>(type) << type_shift | spelled_bit;
@@ -197,7 +197,7 @@ public:
                               static_cast<std::uint32_t>(offset),
                               {.scalar = {.as_double = 0.0}}});
     }
-    /// The same with a copy of the spelling in a block of its own.
+    /// Constructs a value with a copy of the spelling in a block of its own.
     static StoredValue* make_apart(void* place, Type type, std::string_view word);
     static StoredValue* make_string(void* place, std::string_view word, char*& text) {
         if (is_kept_apart(ParserValue::TYPE_STRING, word.size())) [[unlikely]] {
@@ -208,9 +208,9 @@ public:
         StringAccess::show(value->string_, {is_short ? word.data() : put_string(word, text), word.size()});
         return value;
     }
-    /// The same for a string that keeps its own text.
+    /// Constructs a string that owns its text.
     static StoredValue* make_own_string(void* place, CoreString string);
-    /// The same for a string with escapes.
+    /// Constructs a string from a word with escapes, and resolves them.
     static StoredValue* make_escaped_string(void* place, std::string_view word, char*& text);
     /// Constructs a bool, char, int or double from its bits, at the low end of the number. A double must be finite: see
     /// `clamp_to_finite`.

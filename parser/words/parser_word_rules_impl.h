@@ -65,14 +65,14 @@ inline bool is_hexadecimal_mark(char character) noexcept {
     return (character | 0x20) == 'x';
 }
 
-/// The same for a word that begins with a digit, or with "-" and a digit, and has no hexadecimal mark after that digit.
+/// Classifies a word that begins with a digit, or with "-" and a digit, and has no hexadecimal mark after that digit.
 /// `classes` has all classes of its characters. Such a word converts both as an int and as a double, whatever follows, so only
 /// '.' and 'e' decide.
 inline ParserWord::Type classify_decimal(unsigned int classes) noexcept {
     return (classes & CHAR_DOUBLE_MARK) != 0 ? ParserWord::TYPE_DOUBLE : ParserWord::TYPE_INT;
 }
 
-/// The same whether a mark follows the digit or not. The character after the word must be readable; it may be a NUL.
+/// Classifies such a word whether a mark follows the digit or not. The character after the word must be readable; it may be a NUL.
 inline ParserWord::Type classify_number(std::string_view word, unsigned int classes) noexcept {
     const char* const digit = word.data() + (word[0] == '-' ? 1 : 0);
     return is_hexadecimal_mark(digit[1]) ? classify_value(word) : classify_decimal(classes);
@@ -117,7 +117,7 @@ bool has_escapes(const CoreVersion& version) noexcept;
 /// Resolves the escapes of `text` into `out`, which has room for as many characters, and returns the length.
 /// A backslash at the very end is dropped.
 std::size_t decode_escapes(std::string_view text, char* out) noexcept;
-/// The same as a string of its own; `text` is a part of a document, and no longer than a string may be.
+/// Returns `text` with its escapes resolved. It is a part of a document, and no longer than a string may be.
 CoreString decoded(std::string_view text);
 
 } // namespace bk

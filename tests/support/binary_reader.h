@@ -138,7 +138,7 @@ private:
     core_uint64 at_;
 };
 
-/// The same description, for a group of the library.
+/// Describes a group of the library in the same words.
 inline std::string said_of(const ParserGroup& group);
 inline std::string said_of(const ParserEntry& entry) {
     std::string said;

@@ -83,14 +83,14 @@ inline BkdocRun run_bkdoc_on(const std::string& input_path, const std::vector<st
     return run;
 }
 
-/// The same with `input` as the standard input.
+/// Runs the tool with `input` as its standard input.
 inline BkdocRun run_bkdoc(const std::vector<std::string>& arguments, std::string_view input = {}) {
     const ScratchFolder folder;
     folder.write("in", input);
     return run_bkdoc_on(folder.path("in"), arguments);
 }
 
-/// The same with a folder as the current one.
+/// Runs the tool in a folder.
 inline BkdocRun run_bkdoc_in(const std::string& folder, const std::vector<std::string>& arguments,
                              std::string_view input = {}) {
     const ScratchFolder other;

@@ -52,7 +52,7 @@ inline std::string plain_block(core_uint64 stated_length, std::string_view text)
 inline std::string enciphered(std::string_view text, std::string_view key) {
     return shifted(plain_block(text.size(), text), key, true);
 }
-/// The same with a stated length that may differ from that of the text.
+/// Encrypts a text, and states a length that may differ from that of the text.
 inline std::string enciphered_stating(core_uint64 length, std::string_view text, std::string_view key) {
     return shifted(plain_block(length, text), key, true);
 }

@@ -2,8 +2,8 @@
 
 #include "tests/support/sanitizer.h"
 
-/// So many nested groups overflow the stack of any function that recurses. Under a sanitizer, blocks and stack frames are larger, and a
-/// fifth of them is enough.
+/// The number of nested groups that overflows the stack of any function that recurses. Under a sanitizer a fifth is enough, because stack
+/// frames are larger.
 #if defined(BK_PARSER_SANITIZED_MEMORY)
 inline constexpr unsigned int million_deep = 200000;
 #else

@@ -11,13 +11,13 @@ namespace bk {
 
 class SlabHeap;
 
-/// Which heap the calling thread has. A thread has none before it allocates for the first time, and none after it has given its heap
-/// up, near its end. Its thread_local objects may be destroyed later, and may still allocate and free.
+/// The heap of the calling thread. A thread has no heap before its first allocation, nor after it gave its heap up, near its end. Its
+/// thread_local objects may be destroyed even later, and may still allocate and free.
 class ThreadHeap {
 public:
     /// Null when the thread has no heap.
     static SlabHeap* get() noexcept;
-    /// False when the thread has given its heap up. Then it gets no other one, because nothing would take that back.
+    /// False when the thread has given its heap up. It then gets no other one, because nothing would give that one up.
     static bool may_have_one() noexcept;
     /// Gives the thread a heap, whose `leave` is called when the thread ends. Returns false when the system is out of memory.
     static bool set(SlabHeap* heap) noexcept;

@@ -6,7 +6,7 @@
 #include <windows.h>
 
 // MinGW frees the memory of a thread's thread_local variables before it destroys thread_local objects. A destructor would find no
-// heap in such a variable. So the heap is in a slot of the system's, and the loader tells when a thread ends.
+// heap in such a variable. So a slot of the system holds the heap, and the loader calls the library when a thread ends.
 
 namespace bk {
 
@@ -58,7 +58,7 @@ bool ThreadHeap::set(SlabHeap* heap) noexcept {
 
 } // namespace bk
 
-// The loader calls what stands in this section, in programs and in DLLs, before static constructors too.
+// The loader calls the functions in this section, in programs and in DLLs. Its first call comes before static constructors run.
 #if defined(_MSC_VER)
 #pragma comment(linker, "/INCLUDE:_tls_used")
 #pragma section(".CRT$XLF", long, read)

@@ -27,12 +27,11 @@ public:
     ProblemList(const SourceMap& sources, const std::vector<std::string>& allow, std::size_t most)
         : sources_(sources), allow_(allow), most_(most) {}
 
-    /// A problem at a place of a file.
+    /// Adds a problem at a place of a file.
     void add(Severity severity, std::string_view code, std::string message, const Spot& spot);
-    /// The same; the severity is that of the table.
+    /// Adds a problem at a place of a file, with the severity that the table gives its code.
     void add(std::string_view code, std::string message, const Spot& spot);
-    /// The same for problems of which a hostile document may have many: does not compose the messages of those that are only
-    /// counted.
+    /// Adds a problem of which a hostile document may have many. Does not compose the message of a problem that is only counted.
     template <std::invocable Compose>
     void add(Severity severity, std::string_view code, const Compose& compose, const Spot& spot) {
         if (keeps_message(severity, code)) {
@@ -76,7 +75,7 @@ private:
         Spot spot;
         bool has_spot;
     };
-    /// The file, the place in it, and a hash of code and message.
+    /// Identifies a problem that was added before: by its file, its offset there, and a hash of its code and message.
     using Told = std::array<std::size_t, 3>;
     struct ToldHash {
         std::size_t operator()(const Told& told) const noexcept {

@@ -38,7 +38,7 @@ public:
     /// Refers to the bytes, which must live until replace() returns. The old file must be `known`, if that is given.
     void add(std::string path, std::string_view head, std::string_view body,
              const std::optional<KnownFile>& known = {});
-    /// The same for bytes that nobody needs once they are written: replace() may leave zeros in their place.
+    /// Adds bytes that are not needed after they are written: replace() may overwrite them with zeros.
     void add_spent(std::string path, std::string_view body, const std::optional<KnownFile>& known);
     /// Replaces the files. Returns an empty text when every byte is on the disk. Otherwise returns what failed, with the file
     /// and the system's reason, and every file is as it was.

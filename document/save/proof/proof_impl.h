@@ -42,7 +42,7 @@ struct Proof {
 Proof prove(std::string_view before, const LayoutRecord& record, std::string_view now,
             const ParserGroup& root, bool has_escapes);
 
-/// The same for a text that was spliced in place. The bytes outside of the splice are the old ones, so it does not compare them. It reads
+/// Proves a text that was spliced in place. The bytes outside of the splice are the old ones, so it does not compare them. It reads
 /// only the window. If that does not prove that the text has the tree, `is_equal` is false and `difference` is null, and the caller must
 /// find out in another way.
 Proof prove_spliced(ProofWindow&& window, const TextSplice& splice, std::string_view now, bool has_escapes);

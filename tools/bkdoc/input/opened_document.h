@@ -57,10 +57,10 @@ private:
 /// Loads the document that an operand names; "-" is standard input. Pipes work, too. Shows progress on a terminal, and stops at
 /// an interrupt.
 OpenedDocument open_document(const std::string& operand, const OpenOptions& options, Streams& streams);
-/// The same for threads, without a progress line. `tell`, which may be empty, gets the progress from 0 to 1.
+/// Loads a document on any thread, without a progress line. `tell`, which may be empty, gets the progress from 0 to 1.
 OpenedDocument open_quietly(const std::string& operand, const OpenOptions& options,
                             std::function<void(double)> tell = {});
-/// The same for a document in memory.
+/// Loads a document from bytes in memory.
 OpenedDocument open_bytes(std::string name, std::string_view bytes, const OpenOptions& options);
 
 /// The name of an operand in reports: "<stdin>" for "-".

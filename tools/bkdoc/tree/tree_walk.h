@@ -30,7 +30,7 @@ public:
     /// Whether the stop is the first or the last at its level.
     bool is_first() const noexcept { return levels_.back().passed == 1; }
     bool is_last() const noexcept { return is_last_at(levels_.size()); }
-    /// The same for the ancestor at a smaller depth.
+    /// Whether the ancestor at this smaller depth is the last at its level.
     bool is_last_at(std::size_t depth) const noexcept;
 
     /// Skips everything below the stop.

@@ -12,7 +12,7 @@ namespace bkdoc {
 ExitCode for_each_document(const Arguments& arguments, Streams& streams,
                            const std::function<ExitCode(OpenedDocument&)>& visit);
 
-/// The same for verbs with the option --path. `visit` also gets the part of the tree that the path selects. Where the path
+/// Opens the documents in the same way for verbs with the option --path. `visit` also gets the part of the tree that the path selects. Where the path
 /// finds nothing, the verb says so, does not call `visit`, and returns EXIT_FAULTS.
 ExitCode for_each_selection(const Arguments& arguments, Streams& streams,
                             const std::function<ExitCode(const OpenedDocument&, const ParserGroup&)>& visit);

@@ -67,7 +67,7 @@ void report(const OpenedDocument& document, Output& out, ReportedProblems& repor
 /// For verbs whose output is not a report: writes the problems, and why a document cannot be read, to the error stream. The
 /// exit code is the same when the problems were reported before.
 ExitCode report_aside(const OpenedDocument& document, Streams& streams, ReportedProblems& reported);
-/// The same for a verb that reads a single document.
+/// Writes the same for a verb that reads a single document, which cannot have reported problems before.
 ExitCode report_aside(const OpenedDocument& document, Streams& streams);
 
 } // namespace bkdoc
